@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace qir {
+
+/// A two-dimensional array of flags, rows 0..rows()-1 and columns 0..columns()-1, that always knows how many of them
+/// are set. A row is a run of 64-bit words (column c is bit c % 64 of word c / 64; bits beyond the last column are
+/// 0), so that whole rows are compared and copied by word. Sizes multiply in 64 bits.
+class BitMatrix {
+public:
+    BitMatrix() = default;
+    /// All clear.
+    BitMatrix(std::size_t rows, std::size_t columns);
+
+    std::size_t rows() const { return m_rows; }
+    std::size_t columns() const { return m_columns; }
+    /// How many flags are set; costs nothing.
+    std::size_t count() const { return m_count; }
+
+    /// A flag; false outside the bounds.
+    bool at(std::size_t row, std::size_t column) const;
+    /// Sets or clears a flag within the bounds; does nothing outside.
+    void set(std::size_t row, std::size_t column, bool value);
+    void clear();
+
+    std::size_t wordsPerRow() const { return m_wordsPerRow; }
+    /// The words of a row, for reading.
+    std::span<const std::uint64_t> row(std::size_t row) const;
+    /// Replaces a row; `words` has wordsPerRow() words, bits beyond the last column are dropped.
+    void setRow(std::size_t row, std::span<const std::uint64_t> words);
+
+    friend bool operator==(const BitMatrix &, const BitMatrix &) = default;
+
+private:
+    std::size_t m_rows = 0;
+    std::size_t m_columns = 0;
+    std::size_t m_wordsPerRow = 0;
+    std::size_t m_count = 0;
+    std::vector<std::uint64_t> m_words;
+};
+
+} // namespace qir

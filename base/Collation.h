@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+namespace qir {
+
+/// The key that names of tables and fields are compared, sorted and looked up by, everywhere: without surrounding
+/// blanks, without any " ?" or " !" (again and again until none is left, also those that the removal brings
+/// together), upper-cased by Unicode's rules whatever the locale. Keys are compared code unit by code unit.
+///
+/// Stable under what happens to a name on its way through a list line: the key of a name with a marker appended,
+/// trimmed and stripped of markers is the key of the name itself.
+QString collationKey(QStringView name);
+
+/// True when `left` sorts strictly before `right` by collationKey(); names of equal keys are in no order.
+bool collatesBefore(QStringView left, QStringView right);
+
+} // namespace qir

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <cstdint>
+#include <vector>
+
+namespace qir {
+
+/// A column of texts in one block of memory instead of one string object each.
+///
+/// A text whose code units all are below 256 takes a byte for each, any other two; equal texts always have the same
+/// form. Any QString comes back unit by unit, lone surrogates included. Indexes count from 0 and are the caller's to
+/// keep in range. Replacing a text costs its own length, whatever the column holds: the old bytes are left behind
+/// and the block is packed again once they outweigh the live ones. Copies are deep.
+///
+/// Throws std::length_error for a text of 2^25 code units or more and when the block passes 2^38 bytes, and
+/// std::bad_alloc; the column is unchanged then.
+class PackedTexts {
+public:
+    /// A text as it stands in the block; valid until the next change of the column.
+    struct View {
+        const char *bytes;  ///< Latin-1 characters, or native-endian UTF-16 when `wide` (not necessarily aligned).
+        std::uint32_t size; ///< In code units.
+        bool wide;
+
+        friend bool operator==(const View &left, const View &right);
+    };
+
+    std::size_t size() const { return m_cells.size(); }
+    bool isEmpty() const { return m_cells.empty(); }
+    void clear();
+    /// Makes room for `count` texts of `bytes` bytes together; changes nothing that can be read.
+    void reserve(std::size_t count, std::size_t bytes);
+    /// Cuts to `count` texts, or appends empty ones.
+    void resize(std::size_t count);
+
+    View view(std::size_t index) const;
+    QString at(std::size_t index) const;
+    /// at() into a string that keeps its memory, for loops over many cells.
+    void read(std::size_t index, QString &text) const;
+    bool isEmptyAt(std::size_t index) const { return lengthOf(m_cells[index]) == 0; }
+
+    void append(QStringView text);
+    void appendLatin1(const char *text, std::size_t size);
+    void set(std::size_t index, QStringView text);
+    void removeAt(std::size_t index);
+    /// Reorders so that the text at i is the one that stood at order[i]; `order` is a permutation of the indexes.
+    void permute(const std::vector<std::uint32_t> &order);
+
+    /// Bytes of memory held, capacity included.
+    std::size_t memory() const;
+
+private:
+    // A cell: byte offset into the block (38 bits), length in code units (25 bits), whether it is wide (1 bit).
+    static constexpr int lengthBits = 25;
+    static std::uint32_t lengthOf(std::uint64_t cell) { return (cell >> 1) & ((1U << lengthBits) - 1); }
+
+    std::vector<std::uint64_t> m_cells;
+    std::vector<char> m_block;
+    std::size_t m_garbage = 0; // bytes of the block that no cell points at
+};
+
+} // namespace qir

@@ -1,0 +1,62 @@
+# The few kinds of target that the project has, so that flags stand in one place.
+
+add_library(qir_flags INTERFACE)
+target_compile_options(qir_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+                                           -Wcast-qual -Wformat=2)
+target_compile_definitions(qir_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
+                                               QT_NO_KEYWORDS)
+target_include_directories(qir_flags INTERFACE ${PROJECT_SOURCE_DIR})
+if(QIR_WARNINGS_AS_ERRORS)
+  target_compile_options(qir_flags INTERFACE -Werror)
+endif()
+if(QIR_SANITIZE)
+  # -O1 keeps the instrumented tests quick; frame pointers keep their reports readable.
+  target_compile_options(qir_flags INTERFACE -fsanitize=${QIR_SANITIZE} -fno-sanitize-recover=all
+                                             -fno-omit-frame-pointer -O1 -g1)
+  target_link_options(qir_flags INTERFACE -fsanitize=${QIR_SANITIZE})
+endif()
+
+# qir_library(NAME SOURCES file... [LINK target...]): a static library of one folder.
+function(qir_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_link_libraries(${name} PUBLIC qir_flags ${arg_LINK})
+endfunction()
+
+# qir_test(NAME SOURCES file... [LINK target...] [TIMEOUT seconds]): one GoogleTest program, one ctest entry.
+# Qt finds no display in tests: the offscreen platform stands in.
+function(qir_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LINK")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE qir_flags GTest::gtest GTest::gmock ${arg_LINK})
+  qir_register_test(${name} TIMEOUT ${arg_TIMEOUT})
+endfunction()
+
+# qir_window_test(NAME SOURCES file... [LINK target...] [TIMEOUT seconds]): one Qt Test program.
+function(qir_window_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LINK")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE qir_flags Qt6::Test ${arg_LINK})
+  qir_register_test(${name} TIMEOUT ${arg_TIMEOUT})
+endfunction()
+
+# qir_register_test(NAME [TIMEOUT seconds]): makes a built program a ctest entry with the tests' environment.
+function(qir_register_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "")
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 300)
+  endif()
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  # Test programs find the component where the build put it, whatever folder they stand in.
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT
+    "QT_QPA_PLATFORM=offscreen;QIR_COMPONENT_PATH=${QIR_COMPONENT_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+endfunction()
+
+# qir_benchmark(NAME SOURCES file... [LINK target...]): a Google Benchmark program; run by hand, never by ctest.
+function(qir_benchmark name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE qir_flags benchmark::benchmark ${arg_LINK})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
+endfunction()

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "platform/automation/AutomationObject.h"
+
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+namespace qir {
+
+/// A database component, driven by member name. The only place that knows the names of its members.
+///
+/// Owns its instance: moved, never copied, so that release() destroys the instance there and then, which may write
+/// the file. Whoever else works with it borrows a reference. An empty one throws AutomationError at any call.
+/// Every call throws what the component throws (std::exception, text for the user), and AutomationError when the
+/// component lacks the member or has it in another shape. Tables, fields and records count from 1.
+class QirDatabase {
+public:
+    QirDatabase() = default;
+
+    /// A new instance of "QIRTBase.clsQirDatabase". Throws AutomationError naming the identifier and the folders
+    /// searched when no library serves it.
+    static QirDatabase create();
+
+    QirDatabase(QirDatabase &&) = default;
+    QirDatabase &operator=(QirDatabase &&) = default;
+
+    bool isEmpty() const { return m_object.isEmpty(); }
+    /// Destroys the instance, if there is one; throws nothing.
+    void release() { m_object.release(); }
+    /// The instance itself, for connecting to its Notice(QString) signal where it has one; null when empty.
+    QObject *object() const { return m_object.object(); }
+
+    bool LoadDtb(const QString &fileName, const QString &password) const;
+    void SaveDtb() const;
+    bool DtbHasChanged() const;
+    void setDtbHasChanged(bool changed) const;
+    QString GetDatabaseFileName() const;
+    bool SetDatabaseFileName(const QString &fileName) const;
+    void NewPassword(const QString &current, const QString &replacement) const;
+
+    int QIRTablesCount() const;
+    QString QIRTableName(int table) const;
+    bool ExistTable(const QString &name) const;
+    void AddTable(const QString &name) const;
+    void RenameTable(int table, const QString &name) const;
+    void RemoveTable(int table) const;
+    void QIRTableRecordSource(const QString &name) const;
+
+    int QirTableFieldsCount() const;
+    QString QIRTableFieldName(int field) const;
+    QVariant QIRTableFieldType(int field) const;
+    QVariant QIRTableFieldSize(int field) const;
+    void AddField(const QString &name, int type) const;
+    void AddField(const QString &name, int type, double size) const;
+    void RenameField(int field, const QString &name) const;
+    void RemoveField(int field) const;
+    void ResizeField(int field, double size) const;
+
+    int QirTableRecordsCount() const;
+    void AddRecord() const;
+    void RemoveRecord(int record) const;
+    int QIRTableRecordsPointerOut() const;
+    void setQIRTableRecordsPointerOut(int record) const;
+    QVariant QIRTableRecordSetByIndex(int field) const;
+    /// The same into a variant that keeps its memory, for loops over many cells.
+    void readQIRTableRecordSetByIndex(int field, QVariant &value) const;
+    void setQIRTableRecordSetByIndex(int field, const QVariant &value) const;
+    /// Fills values[1..fields count] with the texts of a record; values[0] is unused. The list keeps its memory.
+    void GetQirRecord(int record, QStringList &values) const;
+
+    /// Members that a component may lack: the calls do nothing then, LastError() gives "". Use ChangeGroup.
+    void BeginChanges() const;
+    void EndChanges() const;
+    void CancelChanges() const;
+    QString LastError() const;
+
+private:
+    explicit QirDatabase(AutomationObject object) : m_object(std::move(object)) {}
+
+    AutomationObject m_object;
+};
+
+/// A group of changes of one component, around a command that writes more than one cell: BeginChanges() when made,
+/// EndChanges() by commit(). One that dies without commit (an error on the way) calls CancelChanges(), which undoes
+/// what the group wrote; a component without that member gets EndChanges(). Does nothing more once the component was
+/// released meanwhile.
+class ChangeGroup {
+public:
+    explicit ChangeGroup(const QirDatabase &database);
+    ~ChangeGroup();
+    ChangeGroup(const ChangeGroup &) = delete;
+    ChangeGroup &operator=(const ChangeGroup &) = delete;
+
+    /// Ends the group; throws what the component throws.
+    void commit();
+
+private:
+    const QirDatabase &m_database;
+    QPointer<QObject> m_object;
+    bool m_open = true;
+};
+
+} // namespace qir
