@@ -43,6 +43,7 @@ public:
     bool isEmptyAt(std::size_t index) const { return lengthOf(m_cells[index]) == 0; }
 
     void append(QStringView text);
+    /// `text` does not point into this column.
     void appendLatin1(const char *text, std::size_t size);
     void set(std::size_t index, QStringView text);
     void removeAt(std::size_t index);
@@ -56,6 +57,13 @@ private:
     // A cell: byte offset into the block (38 bits), length in code units (25 bits), whether it is wide (1 bit).
     static constexpr int lengthBits = 25;
     static std::uint32_t lengthOf(std::uint64_t cell) { return (cell >> 1) & ((1U << lengthBits) - 1); }
+    static std::size_t offsetOf(std::uint64_t cell) { return cell >> (lengthBits + 1); }
+    static bool isWideCell(std::uint64_t cell) { return (cell & 1U) != 0; }
+    static std::size_t bytesOf(std::uint64_t cell) { return std::size_t{lengthOf(cell)} << (cell & 1U); }
+
+    std::uint64_t newCell(std::size_t length, bool wide) const; // a cell whose bytes go to the end of the block
+    std::uint64_t store(QStringView text);
+    void packWhenWasteful();
 
     std::vector<std::uint64_t> m_cells;
     std::vector<char> m_block;

@@ -16,6 +16,8 @@ template<class T>
 using Result = tl::expected<T, Error>;
 
 /// `return failure(tr("..."));` in a function that gives a Result.
-inline tl::unexpected<Error> failure(const QString &text) { return tl::unexpected<Error>(Error{text}); }
+inline tl::unexpected<Error> failure(const QString &text) {
+    return tl::unexpected<Error>(Error{text});
+}
 
 } // namespace qir

@@ -1,0 +1,154 @@
+#include "base/PackedTexts.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <stdexcept>
+
+namespace qir {
+
+namespace {
+
+constexpr int offsetBits = 38;
+constexpr std::size_t largestBlock = (std::size_t{1} << offsetBits) - 1;
+// Blocks below this are not worth packing.
+constexpr std::size_t smallGarbage = 4096;
+
+bool isWide(QStringView text) {
+    char16_t units = 0;
+    for (const QChar unit : text)
+        units = static_cast<char16_t>(units | unit.unicode());
+    return units > 0xFF;
+}
+
+} // namespace
+
+bool operator==(const PackedTexts::View &left, const PackedTexts::View &right) {
+    // Equal texts have the same form, so unlike forms are unlike texts; empty ones have no bytes to look at.
+    return left.size == right.size && left.wide == right.wide &&
+           (left.size == 0 || std::memcmp(left.bytes, right.bytes, std::size_t{left.size} << left.wide) == 0);
+}
+
+void PackedTexts::clear() {
+    m_cells.clear();
+    m_block.clear();
+    m_garbage = 0;
+}
+
+void PackedTexts::reserve(std::size_t count, std::size_t bytes) {
+    m_cells.reserve(count);
+    m_block.reserve(bytes);
+}
+
+void PackedTexts::resize(std::size_t count) {
+    for (std::size_t i = count; i < m_cells.size(); ++i)
+        m_garbage += bytesOf(m_cells[i]);
+    m_cells.resize(count, 0);
+    packWhenWasteful();
+}
+
+PackedTexts::View PackedTexts::view(std::size_t index) const {
+    const std::uint64_t cell = m_cells[index];
+    return {m_block.data() + offsetOf(cell), lengthOf(cell), isWideCell(cell)};
+}
+
+QString PackedTexts::at(std::size_t index) const {
+    QString text;
+    read(index, text);
+    return text;
+}
+
+void PackedTexts::read(std::size_t index, QString &text) const {
+    const View source = view(index);
+    text.resize(source.size);
+    if (source.size == 0)
+        return;
+    QChar *target = text.data();
+    if (source.wide) {
+        std::memcpy(target, source.bytes, std::size_t{source.size} * sizeof(char16_t));
+    } else {
+        const auto *bytes = reinterpret_cast<const unsigned char *>(source.bytes);
+        std::copy(bytes, bytes + source.size, reinterpret_cast<char16_t *>(target));
+    }
+}
+
+void PackedTexts::append(QStringView text) {
+    if (m_cells.size() == m_cells.capacity())
+        m_cells.reserve(std::max<std::size_t>(16, m_cells.size() * 2));
+    m_cells.push_back(store(text));
+}
+
+void PackedTexts::appendLatin1(const char *text, std::size_t size) {
+    if (m_cells.size() == m_cells.capacity())
+        m_cells.reserve(std::max<std::size_t>(16, m_cells.size() * 2));
+    const std::uint64_t cell = newCell(size, false);
+    m_block.insert(m_block.end(), text, text + size);
+    m_cells.push_back(cell);
+}
+
+void PackedTexts::set(std::size_t index, QStringView text) {
+    const std::size_t replaced = bytesOf(m_cells[index]);
+    m_cells[index] = store(text);
+    m_garbage += replaced;
+    packWhenWasteful();
+}
+
+void PackedTexts::removeAt(std::size_t index) {
+    m_garbage += bytesOf(m_cells[index]);
+    m_cells.erase(m_cells.begin() + static_cast<std::ptrdiff_t>(index));
+    packWhenWasteful();
+}
+
+void PackedTexts::permute(const std::vector<std::uint32_t> &order) {
+    std::vector<std::uint64_t> cells(m_cells.size());
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        cells[i] = m_cells[order[i]];
+    m_cells = std::move(cells);
+}
+
+std::size_t PackedTexts::memory() const {
+    return m_cells.capacity() * sizeof(std::uint64_t) + m_block.capacity();
+}
+
+std::uint64_t PackedTexts::newCell(std::size_t length, bool wide) const {
+    if (length >= std::size_t{1} << lengthBits)
+        throw std::length_error("PackedTexts: text too long");
+    if (m_block.size() + (length << wide) > largestBlock)
+        throw std::length_error("PackedTexts: too many texts");
+    return (std::uint64_t{m_block.size()} << (lengthBits + 1)) | (std::uint64_t{length} << 1) | (wide ? 1U : 0U);
+}
+
+std::uint64_t PackedTexts::store(QStringView text) {
+    const auto size = static_cast<std::size_t>(text.size());
+    const bool wide = isWide(text);
+    const std::uint64_t cell = newCell(size, wide);
+    if (wide) {
+        const char *bytes = reinterpret_cast<const char *>(text.utf16());
+        m_block.insert(m_block.end(), bytes, bytes + size * sizeof(char16_t));
+    } else {
+        const char16_t *units = text.utf16();
+        m_block.insert(m_block.end(), units, units + size); // narrows unit by unit
+    }
+    return cell;
+}
+
+void PackedTexts::packWhenWasteful() {
+    if (m_garbage < smallGarbage || m_garbage <= m_block.size() / 2)
+        return;
+    try {
+        std::vector<char> block;
+        block.reserve(m_block.size() - m_garbage);
+        for (std::uint64_t &cell : m_cells) {
+            const char *bytes = m_block.data() + offsetOf(cell);
+            const std::uint64_t offset = block.size();
+            block.insert(block.end(), bytes, bytes + bytesOf(cell));
+            cell = (offset << (lengthBits + 1)) | (cell & ((std::uint64_t{1} << (lengthBits + 1)) - 1));
+        }
+        m_block = std::move(block);
+        m_garbage = 0;
+    } catch (const std::bad_alloc &) {
+        // Thrown by the reservation alone, before any cell moved: the column stays as it is, wasteful but right.
+    }
+}
+
+} // namespace qir

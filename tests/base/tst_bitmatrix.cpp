@@ -1,0 +1,105 @@
+#include "base/BitMatrix.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <limits>
+#include <stdexcept>
+#include <vector>
+
+using qir::BitMatrix;
+
+namespace {
+
+std::size_t countOf(const std::vector<std::vector<bool>> &model) {
+    std::size_t count = 0;
+    for (const auto &row : model)
+        for (const bool flag : row)
+            count += flag ? 1U : 0U;
+    return count;
+}
+
+TEST(BitMatrix, BeginsClear) {
+    const BitMatrix matrix(3, 70);
+    EXPECT_EQ(matrix.rows(), 3U);
+    EXPECT_EQ(matrix.columns(), 70U);
+    EXPECT_EQ(matrix.wordsPerRow(), 2U);
+    EXPECT_EQ(matrix.count(), 0U);
+    EXPECT_FALSE(matrix.at(2, 69));
+}
+
+TEST(BitMatrix, ReadsFalseAndWritesNothingOutside) {
+    BitMatrix matrix(2, 2);
+    for (const auto &[row, column] : {std::pair{2, 0}, std::pair{0, 2}, std::pair{9, 9}}) {
+        matrix.set(static_cast<std::size_t>(row), static_cast<std::size_t>(column), true);
+        EXPECT_FALSE(matrix.at(static_cast<std::size_t>(row), static_cast<std::size_t>(column)));
+    }
+    EXPECT_EQ(matrix.count(), 0U);
+    EXPECT_FALSE(BitMatrix().at(0, 0));
+}
+
+TEST(BitMatrix, CountsAFlagOnceHoweverOftenItIsSet) {
+    BitMatrix matrix(1, 1);
+    matrix.set(0, 0, true);
+    matrix.set(0, 0, true);
+    EXPECT_EQ(matrix.count(), 1U);
+    matrix.set(0, 0, false);
+    matrix.set(0, 0, false);
+    EXPECT_EQ(matrix.count(), 0U);
+}
+
+TEST(BitMatrix, DropsTheBitsBeyondTheLastColumnOfARow) {
+    BitMatrix matrix(2, 65);
+    const std::vector<std::uint64_t> all(2, ~std::uint64_t{0});
+    matrix.setRow(1, all);
+    EXPECT_EQ(matrix.count(), 65U);
+    EXPECT_EQ(matrix.row(1)[1], 1U);
+    BitMatrix byFlags(2, 65);
+    for (std::size_t column = 0; column < 65; ++column)
+        byFlags.set(1, column, true);
+    EXPECT_EQ(matrix, byFlags);
+}
+
+TEST(BitMatrix, ClearsAllAtOnce) {
+    BitMatrix matrix(2, 130);
+    matrix.set(1, 129, true);
+    matrix.clear();
+    EXPECT_EQ(matrix.count(), 0U);
+    EXPECT_EQ(matrix, BitMatrix(2, 130));
+}
+
+TEST(BitMatrix, RefusesASizeThatNoMemoryHolds) {
+    constexpr std::size_t huge = std::numeric_limits<std::size_t>::max();
+    EXPECT_THROW(BitMatrix(huge, huge), std::length_error);
+    EXPECT_THROW(BitMatrix(huge / 2, 129), std::length_error);
+}
+
+RC_GTEST_PROP(BitMatrixProperty, CountsWhatANaiveModelCounts, ()) {
+    const auto rows = *rc::gen::inRange<std::size_t>(0, 5);
+    const auto columns = *rc::gen::inRange<std::size_t>(0, 140);
+    BitMatrix matrix(rows, columns);
+    std::vector<std::vector<bool>> model(rows, std::vector<bool>(columns));
+    const int steps = *rc::gen::inRange(0, 80);
+    for (int step = 0; step < steps; ++step) {
+        const auto row = *rc::gen::inRange<std::size_t>(0, 5);
+        const auto column = *rc::gen::inRange<std::size_t>(0, 140);
+        const bool value = *rc::gen::arbitrary<bool>();
+        if (step % 10 == 9 && row < rows) {
+            const auto words = *rc::gen::container<std::vector<std::uint64_t>>(matrix.wordsPerRow(),
+                                                                               rc::gen::arbitrary<std::uint64_t>());
+            matrix.setRow(row, words);
+            for (std::size_t c = 0; c < columns; ++c)
+                model[row][c] = (words[c / 64] >> (c % 64)) & 1U;
+        } else {
+            matrix.set(row, column, value);
+            if (row < rows && column < columns)
+                model[row][column] = value;
+        }
+        RC_ASSERT(matrix.count() == countOf(model));
+    }
+    for (std::size_t row = 0; row < rows; ++row)
+        for (std::size_t column = 0; column < columns; ++column)
+            RC_ASSERT(matrix.at(row, column) == model[row][column]);
+}
+
+} // namespace
