@@ -104,8 +104,9 @@ TEST(NumberText, ReadsBackBitForBitOverDoublesOfEveryMagnitude) {
     std::mt19937_64 random(1);
     for (int i = 0; i < 200'000; ++i) {
         const auto value = std::bit_cast<double>(random());
-        if (std::isfinite(value))
+        if (std::isfinite(value)) {
             ASSERT_TRUE(readsBackBitForBit(value)) << value;
+        }
         const double everyday = static_cast<double>(static_cast<std::int64_t>(random()) >> (random() % 60)) /
                                 std::pow(10.0, static_cast<double>(random() % 9));
         ASSERT_TRUE(readsBackBitForBit(everyday)) << everyday;
