@@ -1,0 +1,22 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+/// Paints frame and file label of the active pane yellow, those of the other one in the button-face colour (pane 1's
+/// only in two-pane mode); all of them in the button-face colour when no pane is active.
+void SettaColoriIndexAttivo(EditorContext &editor);
+
+/// Enables the commands that need a database by whether `pane` holds one, and shows or hides that pane's list, label
+/// and grid. The grid shows only with a selected real table that has records. Pane -1 (none) disables the commands.
+void AbilitaMenu(EditorContext &editor, int pane);
+
+/// Field and record commands as the active pane's grid allows: removal of a field, of a record, resizing of a text
+/// field. Called when the active pane, its table or its current column changed.
+void enableGridCommands(EditorContext &editor);
+
+/// Makes a pane the active one: IndexAttivo, colours, menus.
+void activatePane(EditorContext &editor, int pane);
+
+} // namespace qir
