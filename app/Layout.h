@@ -1,0 +1,15 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+/// Lays the panes out in the window: pane 0 alone in one-pane mode, both side by side in two-pane mode, and inside
+/// each frame, from the top, file label, table list, room for the progress bar, grid. Does nothing while the window
+/// is minimised. Called on every resize and after every open, close and mode change.
+void RicalcolaSistemazioneForm(EditorContext &editor);
+
+/// The least size of the window, in pixels.
+QSize minimumWindowSize();
+
+} // namespace qir

@@ -1,0 +1,87 @@
+#include "app/shared/ActivePane.h"
+
+#include "app/shared/PaneTable.h"
+#include "db/FieldTypes.h"
+#include "platform/controls/Grid.h"
+#include "platform/controls/ListBox.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenu>
+#include <QPalette>
+
+namespace qir {
+
+namespace {
+
+constexpr QRgb activeColour = qRgb(255, 255, 0);
+
+void colour(QWidget &widget, bool active)
+{
+    QPalette palette = QApplication::palette(&widget);
+    // Black on yellow reads well in every colour scheme; the button face has a text colour of its own.
+    palette.setColor(QPalette::Window, active ? QColor(activeColour) : palette.color(QPalette::Button));
+    palette.setColor(QPalette::WindowText, active ? QColor(Qt::black) : palette.color(QPalette::ButtonText));
+    widget.setPalette(palette);
+}
+
+} // namespace
+
+void SettaColoriIndexAttivo(EditorContext &editor)
+{
+    for (const int pane : {0, 1}) {
+        if (pane == 1 && editor.state.IndexAttivo >= 0 && !editor.twoPanes())
+            continue;
+        const bool active = pane == editor.state.IndexAttivo;
+        colour(editor.IDtb(pane), active);
+        colour(editor.nomelab(pane), active);
+    }
+}
+
+void AbilitaMenu(EditorContext &editor, int pane)
+{
+    const bool on = pane >= 0 && editor.DtbAperto(pane);
+    const EditorControls &controls = editor.controls;
+    for (const Command command : {Command::ChangePassword, Command::ColumnSizeAdjust, Command::CloseDatabaseMenu,
+                                  Command::SaveMenu, Command::SaveAsMenu})
+        controls.action(command).setEnabled(on);
+    for (QMenu *menu : {controls.TablesMenu, controls.FieldsMenu, controls.RecordMenu})
+        menu->setEnabled(on);
+    if (pane < 0)
+        return;
+    editor.ListaTabelle(pane).setVisible(on);
+    editor.nomelab(pane).setVisible(on);
+    controls.pane[static_cast<std::size_t>(pane)].hint->setVisible(!on);
+    // An empty table stays hidden: only its load shows or hides it.
+    showGrid(editor, pane, on && realTableSelected(editor, pane) && editor.Tabella(pane).Rows() > 1);
+}
+
+void enableGridCommands(EditorContext &editor)
+{
+    const int pane = editor.state.IndexAttivo;
+    const EditorControls &controls = editor.controls;
+    const bool table = pane >= 0 && editor.DtbAperto(pane) && realTableSelected(editor, pane);
+    bool textField = false;
+    if (table) {
+        const Grid &grid = editor.Tabella(pane);
+        controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
+        controls.action(Command::RemoveRecordMenu).setEnabled(grid.Rows() >= 2);
+        const int field = grid.Col() < grid.Cols() ? grid.ColData(grid.Col()) : 0;
+        if (field >= 1 && editor.TabellaMostrata(pane) == selectedTableName(editor, pane)) {
+            makeShownTableCurrent(editor, pane);
+            textField = editor.OggettoDtb(pane).QIRTableFieldType(field).toInt() == static_cast<int>(FieldType::Text);
+        }
+    }
+    controls.action(Command::ResizeTextField).setEnabled(textField);
+}
+
+void activatePane(EditorContext &editor, int pane)
+{
+    editor.state.IndexAttivo = pane;
+    SettaColoriIndexAttivo(editor);
+    AbilitaMenu(editor, pane);
+}
+
+} // namespace qir

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+#include <QStringList>
+
+namespace qir {
+
+/// Which tables differ, and the marks that tell it: " !" behind a line of both lists, red cells in both grids.
+class DifferingTables {
+public:
+    explicit DifferingTables(EditorContext &editor) : m_editor(editor) {}
+
+    /// Compares every table that both databases hold and marks or clears its line in both lists. Leaves each
+    /// component's current table at the last one compared. The names are accepted and not used. Yields.
+    void IndividuaTabelleDiverse(const QStringList &elencoUnico);
+    /// Compares the current tables of both databases value by value over records 1..R and fields 1..F that both have,
+    /// and sets `matrix` (record, field) where they differ. Elements beyond both R and F are set. Yields.
+    void TabelleDiverseBool(int R, int F, BitMatrix &matrix);
+    /// Gives line `index` of both lists the marker " !", or takes it away. Does nothing for an index below 0 or when
+    /// the lists differ in length.
+    void SettaTabelleUgualiDiverse(bool different, int index);
+    /// Marks the selected line by whether CelleDiverse holds any difference.
+    void MostraTabellaDiversaInLista();
+    /// Paints a cell red where CelleDiverse says it differs, white elsewhere; nothing outside the grid.
+    void SetEqualColor(int pane, int row, int column);
+
+private:
+    EditorContext &m_editor;
+};
+
+} // namespace qir

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+/// Fits the columns of the active pane's grid to their texts, when a real table is shown there.
+void ColumnSizeAdjust_Click(EditorContext &editor);
+
+/// Fits all field columns of a grid to their texts, headers included; column 0 becomes 300 twips wide. Yields.
+void SizeAdjust(EditorContext &editor, Grid &grid);
+
+} // namespace qir

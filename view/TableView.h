@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+class CellDifferences;
+
+/// From a line of a table list to a filled grid: selecting a table in either pane and loading it.
+class TableView {
+public:
+    TableView(EditorContext &editor, CellDifferences &differences) : m_editor(editor), m_differences(differences) {}
+
+    /// A line of the pane's list was selected, by the user or by code.
+    void ListaTabelle_Click(int Index);
+    /// A press on the pane's frame or on its file label.
+    void IDtb_Click(int Index);
+    void nomelab_Click(int Index);
+
+    /// Loads the table selected in the pane's list; a placeholder line hides the grid. `Caller` names the control that
+    /// asks and changes nothing. A component's error ends the loading silently; the pane then has no loaded line.
+    void RichiamaTabella(int Index, const QString &Caller);
+    /// After the pane's list was refilled: selects its first line, or loads the selected one again.
+    void CaricaTabellaDaLista(int Index);
+    /// Loads the component's current table into the pane's grid.
+    void CaricaTabellaAVideo(int Index);
+    /// Fills the grid from the component's current table: headers, texts, colours, column widths.
+    void RiempiGrigliaDaTabella(int Index);
+
+    /// Loads the selected real line of each open pane whose grid shows another table, and compares the cells once if
+    /// anything was loaded. Called when a command ends.
+    void settlePanes();
+
+private:
+    EditorContext &m_editor;
+    CellDifferences &m_differences;
+};
+
+} // namespace qir
