@@ -1,0 +1,205 @@
+#include "base/FileOps.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <cstring>
+
+namespace qir {
+
+namespace {
+
+/// Makes a call again while a signal interrupts it.
+template<class Call>
+auto persevering(Call call) -> decltype(call()) {
+    auto result = call();
+    for (int tries = 1; !result && result.error().number == EINTR && tries < FileOps::interruptedTries; ++tries)
+        result = call();
+    return result;
+}
+
+} // namespace
+
+QString systemErrorWords(SystemError error) {
+    switch (error.number) {
+    case ENOSPC:
+        return QStringLiteral("the disk is full");
+    case EDQUOT:
+        return QStringLiteral("the disk quota is used up");
+    case EROFS:
+        return QStringLiteral("the disk is read-only");
+    case EACCES:
+    case EPERM:
+        return QStringLiteral("no permission");
+    case ENOENT:
+        return QStringLiteral("no such file or folder");
+    case ENOTDIR:
+        return QStringLiteral("a part of the path is not a folder");
+    case EISDIR:
+        return QStringLiteral("it is a folder");
+    case EEXIST:
+        return QStringLiteral("the name is already taken");
+    case EIO:
+        return QStringLiteral("the disk reported an error");
+    case EFBIG:
+        return QStringLiteral("the file would be too large for the disk");
+    case ENAMETOOLONG:
+        return QStringLiteral("the name is too long");
+    case ELOOP:
+        return QStringLiteral("too many links lead to one another");
+    case EMFILE:
+    case ENFILE:
+        return QStringLiteral("too many files are open");
+    case ENOMEM:
+        return QStringLiteral("there is not enough memory");
+    case EINTR:
+        return QStringLiteral("the call was interrupted again and again");
+    case EBUSY:
+    case ETXTBSY:
+        return QStringLiteral("it is in use");
+    case ESTALE:
+        return QStringLiteral("it is gone from the server");
+    default:
+        return QString::fromLocal8Bit(std::strerror(error.number));
+    }
+}
+
+std::string systemPath(const QString &path) { return QFile::encodeName(path).toStdString(); }
+
+SystemResult<int> FileOps::openAt(int folder, const std::string &name, int flags, mode_t mode) {
+    return persevering([&] { return doOpenAt(folder, name, flags | O_CLOEXEC, mode); });
+}
+
+// Never again: Linux has closed the descriptor even where it was interrupted.
+SystemResult<void> FileOps::close(int file) { return doClose(file); }
+
+SystemResult<struct stat> FileOps::status(int file) {
+    return persevering([&] { return doStatus(file); });
+}
+
+SystemResult<struct stat> FileOps::statusAt(int folder, const std::string &name, FollowLinks follow) {
+    return persevering([&] { return doStatusAt(folder, name, follow); });
+}
+
+SystemResult<std::vector<std::string>> FileOps::entries(int folder, const std::string &name) {
+    return persevering([&] { return doEntries(folder, name); });
+}
+
+SystemResult<std::string> FileOps::readLinkAt(int folder, const std::string &name) {
+    return persevering([&] { return doReadLinkAt(folder, name); });
+}
+
+SystemResult<std::size_t> FileOps::readAt(int file, std::span<char> bytes, std::uint64_t offset) {
+    return persevering([&] { return doReadAt(file, bytes, offset); });
+}
+
+SystemResult<std::size_t> FileOps::write(int file, QByteArrayView bytes) {
+    return persevering([&] { return doWrite(file, bytes); });
+}
+
+SystemResult<std::size_t> FileOps::writeAt(int file, QByteArrayView bytes, std::uint64_t offset) {
+    return persevering([&] { return doWriteAt(file, bytes, offset); });
+}
+
+SystemResult<void> FileOps::allocate(int file, std::uint64_t size) {
+    return persevering([&] { return doAllocate(file, size); });
+}
+
+SystemResult<void> FileOps::truncate(int file, std::uint64_t size) {
+    return persevering([&] { return doTruncate(file, size); });
+}
+
+SystemResult<void> FileOps::sync(int file) {
+    return persevering([&] { return doSync(file); });
+}
+
+SystemResult<void> FileOps::syncData(int file) {
+    return persevering([&] { return doSyncData(file); });
+}
+
+SystemResult<void> FileOps::setMode(int file, mode_t mode) {
+    return persevering([&] { return doSetMode(file, mode); });
+}
+
+SystemResult<void> FileOps::setOwner(int file, uid_t user, gid_t group) {
+    return persevering([&] { return doSetOwner(file, user, group); });
+}
+
+SystemResult<std::vector<std::string>> FileOps::attributeNames(int file) {
+    return persevering([&] { return doAttributeNames(file); });
+}
+
+SystemResult<std::string> FileOps::attribute(int file, const std::string &name) {
+    return persevering([&] { return doAttribute(file, name); });
+}
+
+SystemResult<void> FileOps::setAttribute(int file, const std::string &name, const std::string &value) {
+    return persevering([&] { return doSetAttribute(file, name, value); });
+}
+
+SystemResult<void> FileOps::linkFile(int file, int folder, const std::string &name) {
+    return doLinkFile(file, folder, name);
+}
+
+SystemResult<void> FileOps::renameAt(int folder, const std::string &from, const std::string &to, unsigned flags) {
+    return doRenameAt(folder, from, to, flags);
+}
+
+SystemResult<void> FileOps::unlinkAt(int folder, const std::string &name) { return doUnlinkAt(folder, name); }
+
+SystemResult<void> FileOps::makeFolder(int folder, const std::string &name, mode_t mode) {
+    return persevering([&] { return doMakeFolder(folder, name, mode); });
+}
+
+SystemResult<void> FileOps::lock(int file, LockKind kind) {
+    return persevering([&] { return doLock(file, kind); });
+}
+
+OpenFile &OpenFile::operator=(OpenFile &&other) noexcept {
+    if (this != &other) {
+        reset();
+        m_ops = std::exchange(other.m_ops, nullptr);
+        m_descriptor = std::exchange(other.m_descriptor, -1);
+    }
+    return *this;
+}
+
+SystemResult<OpenFile> OpenFile::openAt(FileOps &ops, int folder, const std::string &name, int flags, mode_t mode) {
+    const auto descriptor = ops.openAt(folder, name, flags, mode);
+    if (!descriptor)
+        return tl::unexpected(descriptor.error());
+    return OpenFile(ops, *descriptor);
+}
+
+void OpenFile::reset() {
+    if (m_descriptor >= 0)
+        (void)m_ops->close(m_descriptor);
+    m_descriptor = -1;
+}
+
+SystemResult<std::size_t> readFully(FileOps &ops, int file, std::span<char> bytes, std::uint64_t offset) {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const auto read = ops.readAt(file, bytes.subspan(done), offset + done);
+        if (!read)
+            return tl::unexpected(read.error());
+        if (*read == 0)
+            break;
+        done += *read;
+    }
+    return done;
+}
+
+SystemResult<void> writeFully(FileOps &ops, int file, QByteArrayView bytes) {
+    while (!bytes.isEmpty()) {
+        const auto written = ops.write(file, bytes);
+        if (!written)
+            return tl::unexpected(written.error());
+        if (*written == 0) // no file system should; going on would never end
+            return tl::unexpected(SystemError{EIO});
+        bytes = bytes.sliced(qsizetype(*written));
+    }
+    return {};
+}
+
+} // namespace qir

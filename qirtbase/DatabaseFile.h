@@ -1,0 +1,78 @@
+#pragma once
+
+#include "base/FileOps.h"
+#include "base/Result.h"
+#include "qirtbase/Container.h"
+#include "qirtbase/LoadError.h"
+#include "qirtbase/RandomSource.h"
+#include "qirtbase/SecretKey.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace qir {
+
+/// What a DatabaseFile is made with; the defaults are what people get.
+struct DatabaseFileOptions {
+    KdfCosts costs;                    ///< For passwords set from now on; a loaded file keeps its own.
+    ContainerLimits limits;            ///< What a file may ask for while it is read.
+    RandomSource *random = nullptr;    ///< Ids, salts and stream headers; null: the system's. Must outlive the file.
+    std::function<void(QString)> notice; ///< Called with what the user should know of a save that did succeed.
+};
+
+/// One database file on disk: reads it, remembers what it read, and replaces it whole or not at all.
+///
+/// Knows nothing of tables: it hands out and takes in the body as bytes. Three states: fresh (made, nothing yet),
+/// ready (loaded or new: may save), failed (a load failed: never writes). One thread. A save is refused when another
+/// program has replaced the file since it was loaded or last saved by this instance. The password is not kept, only
+/// keys, in guarded memory that is wiped when the instance dies.
+class DatabaseFile {
+public:
+    /// `ops` must outlive the instance.
+    explicit DatabaseFile(FileOps &ops, DatabaseFileOptions options = {});
+    ~DatabaseFile();
+    DatabaseFile(const DatabaseFile &) = delete;
+    DatabaseFile &operator=(const DatabaseFile &) = delete;
+
+    /// Reads the file that `path` reaches ignoring case and gives its body, every check on the container passed.
+    /// For an open file the password does not matter. Only on a fresh instance; on failure the instance is failed and
+    /// its name is "". If the body then turns out to be nonsense, call fail().
+    LoadResult<QByteArray> load(const QString &path, const QString &password);
+    /// The instance is failed from now on: no name, never writes.
+    void fail();
+    /// A fresh instance becomes a new, open database without a name.
+    void createNew();
+    bool isReady() const { return m_state == State::Ready; }
+
+    /// The name as it was given to load() or setFileName(), "" when there is none.
+    QString fileName() const { return m_name; }
+    /// Where the next save goes. Replacing what stands there is then meant. False, with nothing changed, where the
+    /// folder is missing or takes no file, where the name is a folder or device or ambiguous, or after a failed load.
+    /// On a fresh instance it makes a new, open database. When the first save under the name fails the old name comes
+    /// back.
+    bool setFileName(const QString &path);
+
+    /// Writes `body` as the new version of the file, with every step checked and the result read back before it takes
+    /// the old one's place. Does nothing without a name. On failure the file on disk is the old one, whole, unless the
+    /// text says otherwise; the instance may try again.
+    Result<void> save(const QByteArray &body);
+
+    /// True when the next save will be protected by a password.
+    bool isProtected() const { return m_keys.isProtected(); }
+    /// From the next save on `replacement` opens the file; "" leaves it open. `current` is the password that isn't yet
+    /// replaced, "" for an open one; a wrong one is a failure that changes nothing. Takes the time of one or two key
+    /// derivations.
+    Result<void> changePassword(const QString &current, const QString &replacement);
+
+private:
+    enum class State { Fresh, Ready, Failed };
+
+    State m_state = State::Fresh;
+    QString m_name;
+    ContainerKeys m_keys;
+};
+
+} // namespace qir

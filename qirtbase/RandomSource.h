@@ -1,0 +1,18 @@
+#pragma once
+
+#include <span>
+
+namespace qir {
+
+/// Where ids, salts and stream headers come from; tests replace it to pin exact bytes.
+class RandomSource {
+public:
+    virtual ~RandomSource() = default;
+    /// Fills `bytes` with unpredictable bytes.
+    virtual void fill(std::span<unsigned char> bytes) = 0;
+
+    /// The operating system's generator.
+    static RandomSource &system();
+};
+
+} // namespace qir
