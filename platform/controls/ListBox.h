@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QListView>
+#include <QString>
+
+namespace qir {
+
+class ListLines;
+
+/// A list of lines, each a text with a number, of which one or none is selected. Lines count from 0.
+///
+/// Click is raised when the user clicks a line or selects one by key, and when ListIndex is set from code to another
+/// line; nothing else raises it.
+class ListBox : public QListView {
+    Q_OBJECT
+
+public:
+    enum Order {
+        AsAdded,
+        Sorted, ///< addItem() places a line by the collation key of its text, behind those of an equal key.
+    };
+
+    explicit ListBox(QWidget *parent = nullptr, Order order = AsAdded);
+
+    int ListCount() const;
+    /// The selected line, -1 when none is.
+    int ListIndex() const;
+    /// Another line than the selected one: selects it and raises Click. The same line: nothing. -1: deselects silently.
+    /// A line that the list does not have: nothing. Scrolls the line into view.
+    void setListIndex(int line);
+
+    QString List(int line) const; ///< "" outside.
+    /// Replaces a text; the line stays where it is even in a sorted list. Does nothing outside.
+    void setList(int line, const QString &text);
+
+    int ItemData(int line) const; ///< 0 outside, and for a new line.
+    void setItemData(int line, int data);
+
+    /// Adds a line at its sorted place, or at the end. The selected line stays selected; nothing is raised.
+    void addItem(const QString &text);
+    /// Puts a line before line `line` (0..ListCount), whatever the order; outside that range at the nearer end. The
+    /// selected line stays selected; nothing is raised.
+    void insertItem(int line, const QString &text);
+    /// Where the last added or inserted line stands, -1 before the first and after clear().
+    int NewIndex() const;
+    /// Removes all lines; deselects silently.
+    void clear();
+
+    int TopIndex() const;       ///< The first visible line, 0 in an empty list.
+    void setTopIndex(int line); ///< As far as the scroll range goes.
+
+    bool Visible() const { return m_visible; } ///< The list's own flag, whatever its frame or window shows.
+    void setVisibleFlag(bool visible);
+
+Q_SIGNALS:
+    void Click();
+    /// A button went down; the keyboard's menu key counts as the right button. A right press on a line that is not
+    /// selected has selected it (and raised Click) before this.
+    void MouseDown(Qt::MouseButton button, const QPoint &globalPosition);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
+
+private:
+    void selectSilently(int line);
+
+    ListLines *m_lines;
+    Order m_order;
+    bool m_silent = false;  // code is changing the selection
+    bool m_pressed = false; // a button is down: its release raises Click
+    bool m_visible = true;
+};
+
+} // namespace qir

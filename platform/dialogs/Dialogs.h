@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+
+QT_BEGIN_NAMESPACE
+class QWidget;
+QT_END_NAMESPACE
+
+namespace qir {
+
+/// How a question ended.
+enum class Answer {
+    Yes,
+    No,
+    Cancel,
+    None, ///< Only of a question that stays until it is answered: the program's event loop was ended under it.
+};
+
+/// The message boxes are QMessageBox without an icon, with exactly the given text (plain, whatever it looks like) and
+/// title. `parent` may be null.
+
+/// A message with an OK button.
+void messageBox(QWidget *parent, const QString &text, const QString &title);
+
+/// A question with Yes and No, No being the default button. Every end but the Yes button is No.
+Answer askYesNo(QWidget *parent, const QString &text, const QString &title);
+
+/// A question with Yes, No and Cancel, Cancel being the default button. Every end but the Yes and No buttons is Cancel.
+Answer askYesNoCancel(QWidget *parent, const QString &text, const QString &title);
+
+/// A question with Yes and No, No being the default button, that stays until one of them is pressed: neither Escape
+/// nor the close box answers it.
+Answer askUntilAnswered(QWidget *parent, const QString &text, const QString &title);
+
+/// The standard input box (QInputDialog), typed text in clear. A cancel gives "".
+QString inputBox(QWidget *parent, const QString &prompt, const QString &title, const QString &defaultText = {});
+
+} // namespace qir
