@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <utility>
+
 namespace qir {
 
 /// A database component, driven by member name. The only place that knows the names of its members.
@@ -67,10 +69,12 @@ public:
     /// The same into a variant that keeps its memory, for loops over many cells.
     void readQIRTableRecordSetByIndex(int field, QVariant &value) const;
     void setQIRTableRecordSetByIndex(int field, const QVariant &value) const;
-    /// Fills values[1..fields count] with the texts of a record; values[0] is unused. The list keeps its memory.
+    /// Fills values[1..fields count] with the texts of a record; values[0] is unused. The list keeps its memory. Throws
+    /// AutomationError when the component filled in less.
     void GetQirRecord(int record, QStringList &values) const;
 
-    /// Members that a component may lack: the calls do nothing then, LastError() gives "". Use ChangeGroup.
+    /// Members that a component may lack: the calls do nothing then, LastError() gives "", and CancelChanges() ends the
+    /// group as it stands. Use ChangeGroup. A component that has one in another shape is an error as elsewhere.
     void BeginChanges() const;
     void EndChanges() const;
     void CancelChanges() const;
@@ -85,7 +89,7 @@ private:
 /// A group of changes of one component, around a command that writes more than one cell: BeginChanges() when made,
 /// EndChanges() by commit(). One that dies without commit (an error on the way) calls CancelChanges(), which undoes
 /// what the group wrote; a component without that member gets EndChanges(). Does nothing more once the component was
-/// released meanwhile.
+/// released meanwhile. The database must outlive the group where it is.
 class ChangeGroup {
 public:
     explicit ChangeGroup(const QirDatabase &database);

@@ -1,0 +1,234 @@
+#include "db/QirDatabase.h"
+
+#include "platform/automation/AutomationError.h"
+#include "platform/automation/ComponentLoader.h"
+#include "platform/automation/Member.h"
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+// Every member of the component by name; nowhere else stands one.
+const Method<bool(QString, QString)> loadDtb{"LoadDtb"};
+const Method<void()> saveDtb{"SaveDtb"};
+const Property<bool> dtbHasChanged{"DtbHasChanged"};
+const Method<QString()> getDatabaseFileName{"GetDatabaseFileName"};
+const Method<bool(QString)> setDatabaseFileName{"SetDatabaseFileName"};
+const Method<void(QString, QString)> newPassword{"NewPassword"};
+
+const Property<int> tablesCount{"QIRTablesCount"};
+const Method<QString(int)> tableName{"QIRTableName"};
+const Method<bool(QString)> existTable{"ExistTable"};
+const Method<void(QString)> addTable{"AddTable"};
+const Method<void(int, QString)> renameTable{"RenameTable"};
+const Method<void(int)> removeTable{"RemoveTable"};
+const Method<void(QString)> tableRecordSource{"QIRTableRecordSource"};
+
+const Property<int> fieldsCount{"QirTableFieldsCount"};
+const Method<QString(int)> fieldName{"QIRTableFieldName"};
+const Method<QVariant(int)> fieldType{"QIRTableFieldType"};
+const Method<QVariant(int)> fieldSize{"QIRTableFieldSize"};
+const Method<void(QString, int)> addField{"AddField"};
+const Method<void(QString, int, double)> addSizedField{"AddField"};
+const Method<void(int, QString)> renameField{"RenameField"};
+const Method<void(int)> removeField{"RemoveField"};
+const Method<void(int, double)> resizeField{"ResizeField"};
+
+const Property<int> recordsCount{"QirTableRecordsCount"};
+const Method<void()> addRecord{"AddRecord"};
+const Method<void(int)> removeRecord{"RemoveRecord"};
+const Property<int> recordsPointer{"QIRTableRecordsPointerOut"};
+const Method<QVariant(int)> readField{"QIRTableRecordSetByIndex"};
+const Method<void(int, QVariant)> writeField{"QIRTableRecordSetByIndex"};
+const Method<void(int, QStringList &)> getQirRecord{"GetQirRecord"};
+
+// A component may lack these.
+const Method<void()> beginChanges{"BeginChanges"};
+const Method<void()> endChanges{"EndChanges"};
+const Method<void()> cancelChanges{"CancelChanges"};
+const Method<QString()> lastError{"LastError"};
+
+} // namespace
+
+QirDatabase QirDatabase::create() {
+    return QirDatabase(createObject(u"QIRTBase.clsQirDatabase"_s));
+}
+
+bool QirDatabase::LoadDtb(const QString &fileName, const QString &password) const {
+    return loadDtb(m_object, fileName, password);
+}
+
+void QirDatabase::SaveDtb() const {
+    saveDtb(m_object);
+}
+
+bool QirDatabase::DtbHasChanged() const {
+    return dtbHasChanged.read(m_object);
+}
+
+void QirDatabase::setDtbHasChanged(bool changed) const {
+    dtbHasChanged.write(m_object, changed);
+}
+
+QString QirDatabase::GetDatabaseFileName() const {
+    return getDatabaseFileName(m_object);
+}
+
+bool QirDatabase::SetDatabaseFileName(const QString &fileName) const {
+    return setDatabaseFileName(m_object, fileName);
+}
+
+void QirDatabase::NewPassword(const QString &current, const QString &replacement) const {
+    newPassword(m_object, current, replacement);
+}
+
+int QirDatabase::QIRTablesCount() const {
+    return tablesCount.read(m_object);
+}
+
+QString QirDatabase::QIRTableName(int table) const {
+    return tableName(m_object, table);
+}
+
+bool QirDatabase::ExistTable(const QString &name) const {
+    return existTable(m_object, name);
+}
+
+void QirDatabase::AddTable(const QString &name) const {
+    addTable(m_object, name);
+}
+
+void QirDatabase::RenameTable(int table, const QString &name) const {
+    renameTable(m_object, table, name);
+}
+
+void QirDatabase::RemoveTable(int table) const {
+    removeTable(m_object, table);
+}
+
+void QirDatabase::QIRTableRecordSource(const QString &name) const {
+    tableRecordSource(m_object, name);
+}
+
+int QirDatabase::QirTableFieldsCount() const {
+    return fieldsCount.read(m_object);
+}
+
+QString QirDatabase::QIRTableFieldName(int field) const {
+    return fieldName(m_object, field);
+}
+
+QVariant QirDatabase::QIRTableFieldType(int field) const {
+    return fieldType(m_object, field);
+}
+
+QVariant QirDatabase::QIRTableFieldSize(int field) const {
+    return fieldSize(m_object, field);
+}
+
+void QirDatabase::AddField(const QString &name, int type) const {
+    addField(m_object, name, type);
+}
+
+void QirDatabase::AddField(const QString &name, int type, double size) const {
+    addSizedField(m_object, name, type, size);
+}
+
+void QirDatabase::RenameField(int field, const QString &name) const {
+    renameField(m_object, field, name);
+}
+
+void QirDatabase::RemoveField(int field) const {
+    removeField(m_object, field);
+}
+
+void QirDatabase::ResizeField(int field, double size) const {
+    resizeField(m_object, field, size);
+}
+
+int QirDatabase::QirTableRecordsCount() const {
+    return recordsCount.read(m_object);
+}
+
+void QirDatabase::AddRecord() const {
+    addRecord(m_object);
+}
+
+void QirDatabase::RemoveRecord(int record) const {
+    removeRecord(m_object, record);
+}
+
+int QirDatabase::QIRTableRecordsPointerOut() const {
+    return recordsPointer.read(m_object);
+}
+
+void QirDatabase::setQIRTableRecordsPointerOut(int record) const {
+    recordsPointer.write(m_object, record);
+}
+
+QVariant QirDatabase::QIRTableRecordSetByIndex(int field) const {
+    return readField(m_object, field);
+}
+
+void QirDatabase::readQIRTableRecordSetByIndex(int field, QVariant &value) const {
+    readField.read(m_object, value, field);
+}
+
+void QirDatabase::setQIRTableRecordSetByIndex(int field, const QVariant &value) const {
+    writeField(m_object, field, value);
+}
+
+void QirDatabase::GetQirRecord(int record, QStringList &values) const {
+    getQirRecord(m_object, record, values);
+    const int fields = QirTableFieldsCount();
+    if (values.size() <= fields)
+        throw AutomationError(u"%1: %2 gave back %3 elements for a record of %4 fields."_s.arg(
+            QString::fromLatin1(m_object.object()->metaObject()->className()), getQirRecord.signature(),
+            QString::number(values.size()), QString::number(fields)));
+}
+
+void QirDatabase::BeginChanges() const {
+    if (beginChanges.isIn(m_object))
+        beginChanges(m_object);
+}
+
+void QirDatabase::EndChanges() const {
+    if (endChanges.isIn(m_object))
+        endChanges(m_object);
+}
+
+void QirDatabase::CancelChanges() const {
+    if (cancelChanges.isIn(m_object))
+        cancelChanges(m_object);
+    else
+        EndChanges();
+}
+
+QString QirDatabase::LastError() const {
+    return lastError.isIn(m_object) ? lastError(m_object) : QString();
+}
+
+ChangeGroup::ChangeGroup(const QirDatabase &database)
+    : m_database(database)
+    , m_object(database.object()) {
+    m_database.BeginChanges();
+}
+
+ChangeGroup::~ChangeGroup() {
+    if (!m_open || !m_object)
+        return;
+    try {
+        m_database.CancelChanges();
+    } catch (const std::exception &) { // the error that ends the command is already on its way
+    }
+}
+
+void ChangeGroup::commit() {
+    if (m_object)
+        m_database.EndChanges();
+    m_open = false;
+}
+
+} // namespace qir
