@@ -32,6 +32,9 @@ public:
     void settlePanes();
 
 private:
+    /// A placeholder line or none is selected: the grid shows nothing.
+    void hideTable(int Index);
+
     EditorContext &m_editor;
     CellDifferences &m_differences;
 };

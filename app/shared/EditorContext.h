@@ -96,8 +96,8 @@ struct EditorContext {
     QString &TabellaCorrente(int pane) { return state.TabellaCorrente[static_cast<std::size_t>(pane)]; }
 
     /// The texts and the colours of the table shown in a pane. The grid keeps them; these are the same objects.
-    CellTexts &TestiCelle(int pane) const;
-    CellColours &ColoriCelle(int pane) const;
+    const CellTexts &TestiCelle(int pane) const;
+    const CellColours &ColoriCelle(int pane) const;
 
     bool twoPanes() const; ///< Two-pane mode: the check mark of TwoMenu.
 };

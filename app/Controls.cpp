@@ -1,0 +1,85 @@
+#include "app/Controls.h"
+
+#include "platform/controls/Grid.h"
+#include "platform/controls/ListBox.h"
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QProgressBar>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Names a control of a pane: its name in the program with the pane's index, and what a screen reader says.
+void name(QWidget &control, const char *objectName, int pane, const QString &accessibleName)
+{
+    control.setObjectName(QLatin1StringView(objectName) + u'_' + QString::number(pane));
+    control.setAccessibleName((pane == 0 ? u"Left "_s : u"Right "_s) + accessibleName);
+}
+
+PaneControls buildPane(QWidget &parent, int pane)
+{
+    PaneControls controls;
+    controls.IDtb = new QGroupBox(pane == 0 ? u"Left"_s : u"Right"_s, &parent);
+    name(*controls.IDtb, "IDtb", pane, u"pane"_s);
+    controls.IDtb->setAutoFillBackground(true);
+
+    controls.nomelab = new QLabel(controls.IDtb);
+    name(*controls.nomelab, "nomelab", pane, u"file name"_s);
+    controls.nomelab->setAutoFillBackground(true);
+    controls.nomelab->setTextFormat(Qt::PlainText);
+    controls.nomelab->hide();
+
+    controls.ListaTabelle = new ListBox(controls.IDtb);
+    name(*controls.ListaTabelle, "ListaTabelle", pane, u"tables"_s);
+    controls.ListaTabelle->setSorted(true);
+    controls.ListaTabelle->hide();
+
+    controls.Tabella = new Grid(controls.IDtb);
+    name(*controls.Tabella, "Tabella", pane, u"table"_s);
+    controls.Tabella->setVisibleFlag(false);
+
+    controls.hint = new QLabel(QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one."), controls.IDtb);
+    name(*controls.hint, "hint", pane, u"hint"_s);
+    controls.hint->setAlignment(Qt::AlignCenter);
+    controls.hint->setWordWrap(true);
+
+    controls.txtEdit = new QLineEdit(controls.IDtb);
+    name(*controls.txtEdit, "txtEdit", pane, u"cell editor"_s);
+    controls.txtEdit->setFrame(false);
+    controls.txtEdit->hide();
+    return controls;
+}
+
+} // namespace
+
+void buildControls(QMainWindow &window, EditorControls &controls)
+{
+    auto *area = new QWidget(&window);
+    window.setCentralWidget(area);
+    controls.window = &window;
+    for (const int pane : {0, 1})
+        controls.pane[static_cast<std::size_t>(pane)] = buildPane(*area, pane);
+
+    controls.ProgressBarCompare = new QProgressBar(area);
+    controls.ProgressBarCompare->setObjectName(u"ProgressBarCompare"_s);
+    controls.ProgressBarCompare->setAccessibleName(u"Progress of the comparison"_s);
+    controls.ProgressBarCompare->setTextVisible(false);
+    controls.ProgressBarCompare->hide();
+
+    controls.AutoSizeLabelTwips = new QLabel(area);
+    controls.AutoSizeLabelTwips->setObjectName(u"AutoSizeLabelTwips"_s);
+    controls.AutoSizeLabelTwips->hide();
+
+    controls.ProSort = new ListBox(area);
+    controls.ProSort->setObjectName(u"ProSort"_s);
+    controls.ProSort->setSorted(true);
+    controls.ProSort->hide();
+}
+
+} // namespace qir

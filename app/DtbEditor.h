@@ -1,0 +1,50 @@
+#pragma once
+
+#include "app/OpenCommand.h"
+#include "app/shared/EditorContext.h"
+#include "compare/CellDifferences.h"
+#include "compare/DifferingTables.h"
+#include "compare/TableListAlignment.h"
+#include "view/TableView.h"
+
+#include <QMainWindow>
+
+#include <functional>
+
+namespace qir {
+
+/// The main window: builds controls and menus, and connects their events to the procedures. Everything that a command
+/// does stands with its subject.
+class DtbEditor : public QMainWindow {
+    Q_OBJECT
+
+public:
+    DtbEditor();
+    ~DtbEditor() override;
+
+    /// The start: opens what the command line names. To be called once, when the event loop runs and the window shows.
+    StartResult Form_Load(const QString &commandLine);
+
+    /// State and controls, for tests that check that panes, lists and component are in step.
+    EditorContext &context() { return m_editor; }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void connectPane(int pane);
+    void connectCommands();
+    void onCommand(Command command, std::function<void()> procedure);
+    void Form_QueryUnload();
+
+    EditorContext m_editor;
+    DifferingTables m_differingTables;
+    TableListAlignment m_alignment;
+    CellDifferences m_differences;
+    TableView m_tables;
+    OpenCommand m_open;
+};
+
+} // namespace qir

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+class CellDifferences;
+class TableListAlignment;
+class TableView;
+
+enum class StartResult {
+    NothingToOpen, ///< The window opens without a database.
+    Opened,
+    CannotLoad, ///< The message was shown; the program ends with exit status 1.
+};
+
+/// Puts a database into a pane: at the start from the command line, later by the open command.
+class OpenCommand {
+public:
+    OpenCommand(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableView &tables)
+        : m_editor(editor)
+        , m_alignment(alignment)
+        , m_differences(differences)
+        , m_tables(tables)
+    {
+    }
+
+    /// The initial state, and the database that the command line names, if there is such a file, in pane 0.
+    StartResult Form_Load(const QString &commandLine);
+    /// Asks for a file and opens it in the active pane, in pane 0 when none is active.
+    void OpenDatabase_Click();
+    /// The open-file dialog; the chosen name, trimmed and in upper case, and whether one was chosen.
+    void CaricaSecco(QString &fileName, bool &chosen);
+
+private:
+    /// Loads NomeFileDtb of a pane into a new component of that pane, asking for the password of a protected file.
+    bool loadComponent(int pane);
+    void showLoadFailure(int pane);
+    void showOpenedTables();
+
+    EditorContext &m_editor;
+    TableListAlignment &m_alignment;
+    CellDifferences &m_differences;
+    TableView &m_tables;
+};
+
+} // namespace qir

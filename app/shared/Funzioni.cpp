@@ -1,0 +1,136 @@
+#include "app/shared/Funzioni.h"
+
+#include "base/FileNames.h"
+#include "platform/controls/ListBox.h"
+#include "platform/dialogs/Dialogs.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 headerLengthDigits = 10;
+constexpr qint64 headerBytesRead = 4; // the peek ends with the byte that tells of a password
+
+/// The header length that a file begins with, if it is one: ten characters that are a whole number.
+std::optional<qint64> headerLength(const QByteArray &digits)
+{
+    bool isNumber = false;
+    const qint64 length = digits.trimmed().toLongLong(&isNumber);
+    if (!isNumber || length < 0 || length > std::numeric_limits<qint32>::max())
+        return std::nullopt;
+    return length;
+}
+
+/// Why a chosen name must not be used: it reaches another file than the dialog showed. "" when it may.
+QString objectionTo(const QString &chosen, const QString &name, FileDialogAction action)
+{
+    const Result<QString> reached = reachIgnoringCase(name);
+    if (!reached)
+        return reached.error().text;
+    const QFileInfo chosenFile(chosen);
+    const QFileInfo reachedFile(*reached);
+    if (chosenFile.exists()) {
+        if (chosenFile.canonicalFilePath() != reachedFile.canonicalFilePath())
+            return QObject::tr("'%1' would reach '%2' instead of the chosen file").arg(name, *reached);
+    } else if (action == FileDialogAction::Save && reachedFile.exists()) {
+        return QObject::tr("'%1' would replace '%2', which is not the name chosen").arg(name, *reached);
+    }
+    return {};
+}
+
+} // namespace
+
+void CaricaListaTabelle(const QirDatabase &database, ListBox &lista)
+{
+    const int remembered = lista.ListIndex();
+    lista.clear();
+    const int tables = database.QIRTablesCount();
+    for (int i = 1; i <= tables; ++i) {
+        lista.addItem(database.QIRTableName(i));
+        lista.setItemData(lista.NewIndex(), i);
+    }
+    if (remembered < lista.ListCount())
+        lista.setListIndex(remembered);
+    else if (lista.ListCount() > 0)
+        lista.setListIndex(0);
+}
+
+std::optional<QByteArray> LeggiIntestazione(const QString &fileName)
+{
+    const Result<QString> reached = reachIgnoringCase(fileName);
+    // Opening a pipe or a device could wait for ever: only a regular file is looked into.
+    if (!reached || !QFileInfo(*reached).isFile())
+        return std::nullopt;
+    QFile file(*reached);
+    if (file.size() <= headerLengthDigits || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return std::nullopt;
+    const QByteArray start = file.read(headerLengthDigits + headerBytesRead);
+    const std::optional<qint64> length = headerLength(start.left(headerLengthDigits));
+    if (!length || file.size() < headerLengthDigits + *length)
+        return std::nullopt;
+    return start.mid(headerLengthDigits, std::min(*length, headerBytesRead));
+}
+
+int LeggiByteIntestazione(const QString &fileName, int position, int &error)
+{
+    error = 1;
+    const std::optional<QByteArray> header = LeggiIntestazione(fileName);
+    if (!header || position < 0 || position >= header->size())
+        return 0;
+    const char digit = header->at(position);
+    if (digit < '0' || digit > '9')
+        return 0;
+    error = 0;
+    return digit - '0';
+}
+
+bool DatabaseProtetto(const QString &fileName)
+{
+    int error = 0;
+    return LeggiByteIntestazione(fileName, 3, error) == 1;
+}
+
+bool EsisteFile(const QString &fileName)
+{
+    if (fileName.isEmpty())
+        return false;
+    const Result<QString> reached = reachIgnoringCase(fileName);
+    return reached && QFileInfo::exists(*reached);
+}
+
+QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QString &title, const QString &defaultExtension,
+                          const QString &initialFolder, const QString &initialName, const QString &filter)
+{
+    const QString chosen = fileDialog(parent, action == FileDialogAction::Open ? FileDialogMode::Open : FileDialogMode::Save,
+                                      title, defaultExtension, initialFolder, initialName, filter);
+    const QString name = chosen.trimmed().toUpper();
+    if (name.isEmpty())
+        return {};
+    const QString objection = objectionTo(chosen, name, action);
+    if (objection.isEmpty())
+        return name;
+    messageBox(parent, objection, u"!"_s);
+    return {};
+}
+
+bool ChiediSalvataggio(QWidget *parent, const QirDatabase &database)
+{
+    // Nothing can be asked about a component that is missing or does not answer: such a pane is closed in silence.
+    try {
+        const QString name = database.GetDatabaseFileName();
+        if (name.isEmpty() || !database.DtbHasChanged())
+            return true;
+        const QString text = u"Database '"_s + name + u"' has changed.\r\nDo you want to save the changes?"_s;
+        return askToSave(parent, text, QCoreApplication::applicationName());
+    } catch (const std::exception &) {
+        return true;
+    }
+}
+
+} // namespace qir

@@ -1,0 +1,36 @@
+#include "view/ColumnFit.h"
+
+#include "app/shared/PaneTable.h"
+#include "platform/controls/ColumnMeasure.h"
+#include "platform/controls/Grid.h"
+#include "platform/loop/MessageLoop.h"
+
+#include <QLabel>
+
+namespace qir {
+
+namespace {
+
+constexpr int fixedColumnWidth = 300;
+constexpr int leastFieldWidth = 100;
+
+} // namespace
+
+void ColumnSizeAdjust_Click(EditorContext &editor)
+{
+    const int pane = editor.state.IndexAttivo;
+    if (pane >= 0 && realTableSelected(editor, pane))
+        SizeAdjust(editor, editor.Tabella(pane));
+}
+
+void SizeAdjust(EditorContext &editor, Grid &grid)
+{
+    yieldToMessages();
+    for (int c = 1; c < grid.Cols(); ++c)
+        if (grid.ColWidth(c) < leastFieldWidth)
+            grid.setColWidth(c, leastFieldWidth); // a column of width 0 would not be measured
+    MisuraColonne(*editor.controls.AutoSizeLabelTwips, grid, 0);
+    grid.setColWidth(0, fixedColumnWidth);
+}
+
+} // namespace qir

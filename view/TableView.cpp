@@ -1,0 +1,168 @@
+#include "view/TableView.h"
+
+#include "app/shared/ActivePane.h"
+#include "app/shared/PaneTable.h"
+#include "compare/CellDifferences.h"
+#include "db/FieldTypes.h"
+#include "platform/controls/Grid.h"
+#include "platform/controls/GridFill.h"
+#include "platform/controls/ListBox.h"
+#include "platform/loop/MessageLoop.h"
+#include "view/ColumnFit.h"
+
+#include <QAction>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+void TableView::IDtb_Click(int Index) { activatePane(m_editor, Index); }
+
+void TableView::nomelab_Click(int Index) { activatePane(m_editor, Index); }
+
+void TableView::ListaTabelle_Click(int Index)
+{
+    if (m_editor.state.CaricamentoInCorso || m_editor.state.RefillInCorso > 0)
+        return;
+    activatePane(m_editor, Index);
+    ListBox &list = m_editor.ListaTabelle(Index);
+    if (list.ListIndex() == m_editor.UltimoListIndex(Index))
+        return;
+    m_editor.UltimoListIndex(Index) = list.ListIndex();
+    RichiamaTabella(Index, u"ListaTabelle"_s);
+
+    const int Other = 1 - Index;
+    ListBox &otherList = m_editor.ListaTabelle(Other);
+    if (!m_editor.DtbAperto(Other) || otherList.ListIndex() == list.ListIndex())
+        return;
+    otherList.setListIndex(list.ListIndex()); // raises the other list's click, which loads the same line there
+    otherList.setTopIndex(list.TopIndex());
+    m_differences.EvidenziaDifferenzeTabella();
+    activatePane(m_editor, Index); // the other list's click made the other pane active
+}
+
+void TableView::RichiamaTabella(int Index, const QString &Caller)
+{
+    Q_UNUSED(Caller)
+    const ListBox &list = m_editor.ListaTabelle(Index);
+    if (list.ListIndex() < 0)
+        return;
+    m_editor.UltimoListIndex(Index) = list.ListIndex();
+    if (!realTableSelected(m_editor, Index)) {
+        hideTable(Index);
+        return;
+    }
+    const QString name = selectedTableName(m_editor, Index);
+    try {
+        showGrid(m_editor, Index, true);
+        makeTableCurrent(m_editor, Index, name);
+        CaricaTabellaAVideo(Index);
+    } catch (const std::exception &) {
+        // Silent: what was filled so far stays, but a grid that still holds another table must not show under this line.
+        m_editor.UltimoListIndex(Index) = -1;
+        if (m_editor.TabellaMostrata(Index) != name)
+            showGrid(m_editor, Index, false);
+    }
+    yieldToMessages();
+}
+
+void TableView::hideTable(int Index)
+{
+    showGrid(m_editor, Index, false);
+    m_editor.TabellaMostrata(Index).clear();
+}
+
+void TableView::CaricaTabellaDaLista(int Index)
+{
+    ListBox &list = m_editor.ListaTabelle(Index);
+    QAction &removeTable = m_editor.controls.action(Command::RemoveTableMenu);
+    if (list.ListCount() == 0) {
+        removeTable.setEnabled(false);
+        return;
+    }
+    if (list.ListIndex() < 0) {
+        list.setListIndex(0); // its click loads the table
+    } else {
+        if (realTableSelected(m_editor, Index)) {
+            makeTableCurrent(m_editor, Index, selectedTableName(m_editor, Index));
+            CaricaTabellaAVideo(Index);
+        } else {
+            hideTable(Index);
+        }
+        m_editor.UltimoListIndex(Index) = list.ListIndex();
+        m_differences.EvidenziaDifferenzeTabella();
+    }
+    removeTable.setEnabled(true);
+}
+
+void TableView::CaricaTabellaAVideo(int Index)
+{
+    endEdit(m_editor);
+    RiempiGrigliaDaTabella(Index);
+    const Grid &grid = m_editor.Tabella(Index);
+    m_editor.controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
+    m_editor.controls.action(Command::RemoveRecordMenu).setEnabled(grid.Rows() >= 2);
+    m_editor.state.ColonnaOrdinamento = 1;
+}
+
+namespace {
+
+/// The header text of a field: its name, then its type in square brackets.
+QString headerText(const QirDatabase &database, int field)
+{
+    return database.QIRTableFieldName(field) + " ["_L1 + DBTypeName(database.QIRTableFieldType(field)) + "]"_L1;
+}
+
+} // namespace
+
+void TableView::RiempiGrigliaDaTabella(int Index)
+{
+    QirDatabase &database = m_editor.OggettoDtb(Index);
+    Grid &grid = m_editor.Tabella(Index);
+    const bool reload = m_editor.TabellaMostrata(Index) == m_editor.TabellaCorrente(Index);
+    m_editor.TabellaMostrata(Index) = m_editor.TabellaCorrente(Index);
+
+    QStringList headers;
+    for (int k = 1; k <= database.QirTableFieldsCount(); ++k)
+        headers.append(headerText(database, k));
+    const int records = database.QirTableRecordsCount();
+
+    {
+        GridFill fill(grid, headers, records, reload ? GridFill::SameTable : GridFill::NewTable);
+        QStringList values;
+        YieldTimer timer;
+        for (int r = 1; r <= records; ++r) {
+            database.GetQirRecord(r, values);
+            fill.appendRecord(values);
+            timer.yieldIfDue();
+        }
+    }
+    if (reload && panesShowSameTable(m_editor))
+        grid.paintDifferences(m_editor.state.CelleDiverse);
+    SizeAdjust(m_editor, grid);
+    showGrid(m_editor, Index, grid.Rows() > 1);
+}
+
+void TableView::settlePanes()
+{
+    bool loaded = false;
+    for (const int pane : {0, 1}) {
+        if (!m_editor.DtbAperto(pane))
+            continue;
+        const bool real = realTableSelected(m_editor, pane);
+        if (real && m_editor.TabellaMostrata(pane) != selectedTableName(m_editor, pane)) {
+            RichiamaTabella(pane, u"ListaTabelle"_s);
+            loaded = true;
+        } else if (!real) {
+            hideTable(pane);
+        } else {
+            m_editor.UltimoListIndex(pane) = m_editor.ListaTabelle(pane).ListIndex();
+        }
+    }
+    if (loaded)
+        m_differences.EvidenziaDifferenzeTabella();
+    if (m_editor.state.IndexAttivo >= 0)
+        enableGridCommands(m_editor);
+}
+
+} // namespace qir
