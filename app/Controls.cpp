@@ -16,14 +16,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Names a control of a pane: its name in the program with the pane's index, and what a screen reader says.
-void name(QWidget &control, const char *objectName, int pane, const QString &accessibleName)
-{
+void name(QWidget &control, const char *objectName, int pane, const QString &accessibleName) {
     control.setObjectName(QLatin1StringView(objectName) + u'_' + QString::number(pane));
     control.setAccessibleName((pane == 0 ? u"Left "_s : u"Right "_s) + accessibleName);
 }
 
-PaneControls buildPane(QWidget &parent, int pane)
-{
+PaneControls buildPane(QWidget &parent, int pane) {
     PaneControls controls;
     controls.IDtb = new QGroupBox(pane == 0 ? u"Left"_s : u"Right"_s, &parent);
     name(*controls.IDtb, "IDtb", pane, u"pane"_s);
@@ -35,19 +33,20 @@ PaneControls buildPane(QWidget &parent, int pane)
     controls.nomelab->setTextFormat(Qt::PlainText);
     controls.nomelab->hide();
 
-    controls.ListaTabelle = new ListBox(controls.IDtb);
+    controls.ListaTabelle = new ListBox(controls.IDtb, ListBox::Sorted);
     name(*controls.ListaTabelle, "ListaTabelle", pane, u"tables"_s);
-    controls.ListaTabelle->setSorted(true);
-    controls.ListaTabelle->hide();
+    controls.ListaTabelle->setVisibleFlag(false);
 
     controls.Tabella = new Grid(controls.IDtb);
     name(*controls.Tabella, "Tabella", pane, u"table"_s);
     controls.Tabella->setVisibleFlag(false);
 
-    controls.hint = new QLabel(QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one."), controls.IDtb);
+    controls.hint =
+        new QLabel(QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one."), controls.IDtb);
     name(*controls.hint, "hint", pane, u"hint"_s);
     controls.hint->setAlignment(Qt::AlignCenter);
     controls.hint->setWordWrap(true);
+    controls.hint->setAttribute(Qt::WA_TransparentForMouseEvents);
 
     controls.txtEdit = new QLineEdit(controls.IDtb);
     name(*controls.txtEdit, "txtEdit", pane, u"cell editor"_s);
@@ -58,8 +57,7 @@ PaneControls buildPane(QWidget &parent, int pane)
 
 } // namespace
 
-void buildControls(QMainWindow &window, EditorControls &controls)
-{
+void buildControls(QMainWindow &window, EditorControls &controls) {
     auto *area = new QWidget(&window);
     window.setCentralWidget(area);
     controls.window = &window;
@@ -76,9 +74,8 @@ void buildControls(QMainWindow &window, EditorControls &controls)
     controls.AutoSizeLabelTwips->setObjectName(u"AutoSizeLabelTwips"_s);
     controls.AutoSizeLabelTwips->hide();
 
-    controls.ProSort = new ListBox(area);
+    controls.ProSort = new ListBox(area, ListBox::Sorted);
     controls.ProSort->setObjectName(u"ProSort"_s);
-    controls.ProSort->setSorted(true);
     controls.ProSort->hide();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/CloseCommands.h"
 #include "app/OpenCommand.h"
 #include "app/shared/EditorContext.h"
 #include "compare/CellDifferences.h"
@@ -28,6 +29,8 @@ public:
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -37,7 +40,7 @@ private:
     void connectPane(int pane);
     void connectCommands();
     void onCommand(Command command, std::function<void()> procedure);
-    void Form_QueryUnload();
+    void takeFocus(int pane, Qt::FocusReason reason);
 
     EditorContext m_editor;
     DifferingTables m_differingTables;
@@ -45,6 +48,7 @@ private:
     CellDifferences m_differences;
     TableView m_tables;
     OpenCommand m_open;
+    CloseCommands m_close;
 };
 
 } // namespace qir

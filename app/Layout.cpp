@@ -25,8 +25,7 @@ constexpr int frameWidthBesideControls = 250;
 constexpr int frameHeightBesideListAndGrid = 900;
 constexpr int progressBarRoom = 280; // between list and grid: a gap, the bar, a gap
 
-void placeInFrame(const PaneControls &pane)
-{
+void placeInFrame(const PaneControls &pane) {
     const QSize frame = pane.IDtb->size();
     const int width = std::max(0, frame.width() - toPixels(frameWidthBesideControls));
     const int left = (frame.width() - width) / 2;
@@ -47,10 +46,11 @@ void placeInFrame(const PaneControls &pane)
 
 } // namespace
 
-QSize minimumWindowSize() { return {toPixels(minimumWidth), toPixels(minimumHeight)}; }
+QSize minimumWindowSize() {
+    return {toPixels(minimumWidth), toPixels(minimumHeight)};
+}
 
-void RicalcolaSistemazioneForm(EditorContext &editor)
-{
+void RicalcolaSistemazioneForm(EditorContext &editor) {
     const auto &window = static_cast<const QMainWindow &>(*editor.controls.window);
     if (window.isMinimized())
         return;
@@ -60,7 +60,8 @@ void RicalcolaSistemazioneForm(EditorContext &editor)
     const int allWidth = std::max(0, window.width() - toPixels(windowWidthBesideFrames));
     const int width = two ? allWidth / 2 : allWidth;
     // The menu bar of a large font is higher than the figures expect: the frames stay inside the window.
-    const int height = std::max(0, std::min(window.height() - toPixels(windowHeightBesideFrames), area->height() - left));
+    const int height =
+        std::max(0, std::min(window.height() - toPixels(windowHeightBesideFrames), area->height() - left));
 
     editor.IDtb(0).setGeometry(left, 0, width, height);
     editor.IDtb(1).setGeometry(left + width, 0, width, height);

@@ -19,8 +19,7 @@ struct CommandText {
     QKeySequence shortcut = {};
 };
 
-QAction *makeAction(QMainWindow &window, EditorControls &controls, const CommandText &text)
-{
+QAction *makeAction(QMainWindow &window, EditorControls &controls, const CommandText &text) {
     auto *action = new QAction(QString::fromUtf8(text.caption), &window);
     action->setObjectName(QLatin1StringView(commandName(text.command)));
     action->setShortcut(text.shortcut);
@@ -29,8 +28,7 @@ QAction *makeAction(QMainWindow &window, EditorControls &controls, const Command
 }
 
 /// A menu of its own for pop-ups, a menu of the bar otherwise. A command of Count is a separator.
-void fillMenu(QMainWindow &window, EditorControls &controls, QMenu &menu, std::initializer_list<CommandText> commands)
-{
+void fillMenu(QMainWindow &window, EditorControls &controls, QMenu &menu, std::initializer_list<CommandText> commands) {
     for (const CommandText &text : commands) {
         if (text.command == Command::Count)
             menu.addSeparator();
@@ -39,15 +37,13 @@ void fillMenu(QMainWindow &window, EditorControls &controls, QMenu &menu, std::i
     }
 }
 
-QMenu *barMenu(QMainWindow &window, const char *name, const char *caption)
-{
+QMenu *barMenu(QMainWindow &window, const char *name, const char *caption) {
     QMenu *menu = window.menuBar()->addMenu(QString::fromUtf8(caption));
     menu->setObjectName(QLatin1StringView(name));
     return menu;
 }
 
-QMenu *popup(QMainWindow &window, const char *name)
-{
+QMenu *popup(QMainWindow &window, const char *name) {
     auto *menu = new QMenu(&window);
     menu->setObjectName(QLatin1StringView(name));
     return menu;
@@ -55,8 +51,7 @@ QMenu *popup(QMainWindow &window, const char *name)
 
 constexpr CommandText separator{Command::Count, ""};
 
-void buildBar(QMainWindow &window, EditorControls &controls)
-{
+void buildBar(QMainWindow &window, EditorControls &controls) {
     fillMenu(window, controls, *barMenu(window, "FileMenu", "&File"),
              {{Command::OpenDatabase, "&Open...", QKeySequence(Qt::CTRL | Qt::Key_O)},
               {Command::SaveMenu, "&Save", QKeySequence(Qt::CTRL | Qt::Key_S)},
@@ -102,8 +97,7 @@ void buildBar(QMainWindow &window, EditorControls &controls)
              {{Command::HelpKeysMenu, "&Keys", QKeySequence(Qt::Key_F1)}, {Command::AboutMenu, "A&bout"}});
 }
 
-void buildPopups(QMainWindow &window, EditorControls &controls)
-{
+void buildPopups(QMainWindow &window, EditorControls &controls) {
     controls.popmenuCopyToOther = popup(window, "popmenuCopyToOther");
     fillMenu(window, controls, *controls.popmenuCopyToOther,
              {{Command::ClonePOP, "&Copy to Other Database"},
@@ -133,8 +127,7 @@ void buildPopups(QMainWindow &window, EditorControls &controls)
 
 } // namespace
 
-void buildMenus(QMainWindow &window, EditorControls &controls)
-{
+void buildMenus(QMainWindow &window, EditorControls &controls) {
     buildBar(window, controls);
     buildPopups(window, controls);
 }

@@ -25,7 +25,10 @@ namespace {
 /// True while an open runs; goes back by itself however the open ends.
 class OpeningScope {
 public:
-    explicit OpeningScope(EditorState &state) : m_state(state) { m_state.CaricamentoInCorso = true; }
+    explicit OpeningScope(EditorState &state)
+        : m_state(state) {
+        m_state.CaricamentoInCorso = true;
+    }
     ~OpeningScope() { m_state.CaricamentoInCorso = false; }
     OpeningScope(const OpeningScope &) = delete;
     OpeningScope &operator=(const OpeningScope &) = delete;
@@ -36,8 +39,7 @@ private:
 
 } // namespace
 
-StartResult OpenCommand::Form_Load(const QString &commandLine)
-{
+StartResult OpenCommand::Form_Load(const QString &commandLine) {
     EditorState &state = m_editor.state;
     m_editor.txtEdit(0).hide();
     state.UltimoListIndex = {-1, -1};
@@ -74,8 +76,7 @@ StartResult OpenCommand::Form_Load(const QString &commandLine)
     return StartResult::Opened;
 }
 
-void OpenCommand::OpenDatabase_Click()
-{
+void OpenCommand::OpenDatabase_Click() {
     const OpeningScope opening(m_editor.state);
     if (m_editor.state.IndexAttivo == -1) {
         m_editor.state.IndexAttivo = 0;
@@ -104,15 +105,13 @@ void OpenCommand::OpenDatabase_Click()
     }
 }
 
-void OpenCommand::CaricaSecco(QString &fileName, bool &chosen)
-{
+void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
     fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Open, u"File DDB,WDB,UDB,SDB,IDB"_s,
                                  u"DDB"_s, QString(), QString(), databaseFileFilter());
     chosen = !fileName.isEmpty();
 }
 
-bool OpenCommand::loadComponent(int pane)
-{
+bool OpenCommand::loadComponent(int pane) {
     const QString name = m_editor.NomeFileDtb(pane);
     m_editor.nomelab(pane).setText(name);
     // The old component goes before the next load: both could hold the same file.
@@ -127,16 +126,14 @@ bool OpenCommand::loadComponent(int pane)
     return m_editor.OggettoDtb(pane).LoadDtb(name, password);
 }
 
-void OpenCommand::showLoadFailure(int pane)
-{
+void OpenCommand::showLoadFailure(int pane) {
     m_editor.DtbAperto(pane) = false;
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
     messageBox(m_editor.controls.window, u"Can't load '"_s + m_editor.NomeFileDtb(pane) + u"'"_s, u"!!"_s);
 }
 
-void OpenCommand::showOpenedTables()
-{
+void OpenCommand::showOpenedTables() {
     const int pane = m_editor.state.IndexAttivo;
     const int other = 1 - pane;
     m_editor.DtbAperto(pane) = true;

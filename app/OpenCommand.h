@@ -21,9 +21,7 @@ public:
         : m_editor(editor)
         , m_alignment(alignment)
         , m_differences(differences)
-        , m_tables(tables)
-    {
-    }
+        , m_tables(tables) {}
 
     /// The initial state, and the database that the command line names, if there is such a file, in pane 0.
     StartResult Form_Load(const QString &commandLine);

@@ -16,8 +16,7 @@ struct Arguments {
     QString picture;  ///< Where to write a picture of the window; "" for an editor that people use.
 };
 
-Arguments parseArguments(const QApplication &application)
-{
+Arguments parseArguments(const QApplication &application) {
     QCommandLineParser parser;
     // Options stand before the first other argument only: a file name may look like one.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
@@ -33,8 +32,7 @@ Arguments parseArguments(const QApplication &application)
 }
 
 /// Writes what a person would see to a picture file and ends the program.
-void writePicture(qir::DtbEditor &window, const QString &fileName)
-{
+void writePicture(qir::DtbEditor &window, const QString &fileName) {
     if (window.grab().save(fileName)) {
         QCoreApplication::exit(0);
         return;
@@ -45,8 +43,7 @@ void writePicture(qir::DtbEditor &window, const QString &fileName)
 
 } // namespace
 
-int main(int argc, char *argv[])
-{
+int main(int argc, char *argv[]) {
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"QIR Database Editor"_s);
     QGuiApplication::setApplicationDisplayName(u"QIR Database Editor"_s);

@@ -22,7 +22,9 @@ enum class SelectionRule {
 /// The cells that differ between the tables shown in the two panes.
 class CellDifferences {
 public:
-    CellDifferences(EditorContext &editor, DifferingTables &tables) : m_editor(editor), m_tables(tables) {}
+    CellDifferences(EditorContext &editor, DifferingTables &tables)
+        : m_editor(editor)
+        , m_tables(tables) {}
 
     /// Compares the shown tables, paints the cells inside the window red or white in both grids and marks the selected
     /// line of both lists. With one table shown, or different lines selected, it clears the colours instead.

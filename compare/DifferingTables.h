@@ -9,7 +9,8 @@ namespace qir {
 /// Which tables differ, and the marks that tell it: " !" behind a line of both lists, red cells in both grids.
 class DifferingTables {
 public:
-    explicit DifferingTables(EditorContext &editor) : m_editor(editor) {}
+    explicit DifferingTables(EditorContext &editor)
+        : m_editor(editor) {}
 
     /// Compares every table that both databases hold and marks or clears its line in both lists. Leaves each
     /// component's current table at the last one compared. The names are accepted and not used. Yields.

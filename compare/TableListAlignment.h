@@ -17,7 +17,9 @@ bool NomeTabella1_MaggioreDi_NomeTabella2(const QString &name1, const QString &n
 /// Lines the two table lists up, so that a table stands on the same line in both panes.
 class TableListAlignment {
 public:
-    TableListAlignment(EditorContext &editor, DifferingTables &tables) : m_editor(editor), m_tables(tables) {}
+    TableListAlignment(EditorContext &editor, DifferingTables &tables)
+        : m_editor(editor)
+        , m_tables(tables) {}
 
     /// Refills both lists from their databases; with two databases open also inserts a placeholder line for each table
     /// that one of them lacks and marks the tables that differ. List clicks are not handled meanwhile. Yields.

@@ -1,11 +1,9 @@
 #include "view/ColumnFit.h"
 
+#include "app/shared/Funzioni.h"
 #include "app/shared/PaneTable.h"
-#include "platform/controls/ColumnMeasure.h"
 #include "platform/controls/Grid.h"
 #include "platform/loop/MessageLoop.h"
-
-#include <QLabel>
 
 namespace qir {
 
@@ -16,15 +14,13 @@ constexpr int leastFieldWidth = 100;
 
 } // namespace
 
-void ColumnSizeAdjust_Click(EditorContext &editor)
-{
+void ColumnSizeAdjust_Click(EditorContext &editor) {
     const int pane = editor.state.IndexAttivo;
     if (pane >= 0 && realTableSelected(editor, pane))
         SizeAdjust(editor, editor.Tabella(pane));
 }
 
-void SizeAdjust(EditorContext &editor, Grid &grid)
-{
+void SizeAdjust(EditorContext &editor, Grid &grid) {
     yieldToMessages();
     for (int c = 1; c < grid.Cols(); ++c)
         if (grid.ColWidth(c) < leastFieldWidth)

@@ -16,12 +16,15 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
-void TableView::IDtb_Click(int Index) { activatePane(m_editor, Index); }
+void TableView::IDtb_Click(int Index) {
+    activatePane(m_editor, Index);
+}
 
-void TableView::nomelab_Click(int Index) { activatePane(m_editor, Index); }
+void TableView::nomelab_Click(int Index) {
+    activatePane(m_editor, Index);
+}
 
-void TableView::ListaTabelle_Click(int Index)
-{
+void TableView::ListaTabelle_Click(int Index) {
     if (m_editor.state.CaricamentoInCorso || m_editor.state.RefillInCorso > 0)
         return;
     activatePane(m_editor, Index);
@@ -41,8 +44,7 @@ void TableView::ListaTabelle_Click(int Index)
     activatePane(m_editor, Index); // the other list's click made the other pane active
 }
 
-void TableView::RichiamaTabella(int Index, const QString &Caller)
-{
+void TableView::RichiamaTabella(int Index, const QString &Caller) {
     Q_UNUSED(Caller)
     const ListBox &list = m_editor.ListaTabelle(Index);
     if (list.ListIndex() < 0)
@@ -58,7 +60,8 @@ void TableView::RichiamaTabella(int Index, const QString &Caller)
         makeTableCurrent(m_editor, Index, name);
         CaricaTabellaAVideo(Index);
     } catch (const std::exception &) {
-        // Silent: what was filled so far stays, but a grid that still holds another table must not show under this line.
+        // Silent: what was filled so far stays, but a grid that still holds another table must not show under this
+        // line.
         m_editor.UltimoListIndex(Index) = -1;
         if (m_editor.TabellaMostrata(Index) != name)
             showGrid(m_editor, Index, false);
@@ -66,14 +69,12 @@ void TableView::RichiamaTabella(int Index, const QString &Caller)
     yieldToMessages();
 }
 
-void TableView::hideTable(int Index)
-{
+void TableView::hideTable(int Index) {
     showGrid(m_editor, Index, false);
     m_editor.TabellaMostrata(Index).clear();
 }
 
-void TableView::CaricaTabellaDaLista(int Index)
-{
+void TableView::CaricaTabellaDaLista(int Index) {
     ListBox &list = m_editor.ListaTabelle(Index);
     QAction &removeTable = m_editor.controls.action(Command::RemoveTableMenu);
     if (list.ListCount() == 0) {
@@ -95,8 +96,7 @@ void TableView::CaricaTabellaDaLista(int Index)
     removeTable.setEnabled(true);
 }
 
-void TableView::CaricaTabellaAVideo(int Index)
-{
+void TableView::CaricaTabellaAVideo(int Index) {
     endEdit(m_editor);
     RiempiGrigliaDaTabella(Index);
     const Grid &grid = m_editor.Tabella(Index);
@@ -108,15 +108,13 @@ void TableView::CaricaTabellaAVideo(int Index)
 namespace {
 
 /// The header text of a field: its name, then its type in square brackets.
-QString headerText(const QirDatabase &database, int field)
-{
+QString headerText(const QirDatabase &database, int field) {
     return database.QIRTableFieldName(field) + " ["_L1 + DBTypeName(database.QIRTableFieldType(field)) + "]"_L1;
 }
 
 } // namespace
 
-void TableView::RiempiGrigliaDaTabella(int Index)
-{
+void TableView::RiempiGrigliaDaTabella(int Index) {
     QirDatabase &database = m_editor.OggettoDtb(Index);
     Grid &grid = m_editor.Tabella(Index);
     const bool reload = m_editor.TabellaMostrata(Index) == m_editor.TabellaCorrente(Index);
@@ -143,8 +141,7 @@ void TableView::RiempiGrigliaDaTabella(int Index)
     showGrid(m_editor, Index, grid.Rows() > 1);
 }
 
-void TableView::settlePanes()
-{
+void TableView::settlePanes() {
     bool loaded = false;
     for (const int pane : {0, 1}) {
         if (!m_editor.DtbAperto(pane))

@@ -9,7 +9,9 @@ class CellDifferences;
 /// From a line of a table list to a filled grid: selecting a table in either pane and loading it.
 class TableView {
 public:
-    TableView(EditorContext &editor, CellDifferences &differences) : m_editor(editor), m_differences(differences) {}
+    TableView(EditorContext &editor, CellDifferences &differences)
+        : m_editor(editor)
+        , m_differences(differences) {}
 
     /// A line of the pane's list was selected, by the user or by code.
     void ListaTabelle_Click(int Index);

@@ -18,8 +18,7 @@ namespace {
 
 constexpr QRgb activeColour = qRgb(255, 255, 0);
 
-void colour(QWidget &widget, bool active)
-{
+void colour(QWidget &widget, bool active) {
     QPalette palette = QApplication::palette(&widget);
     // Black on yellow reads well in every colour scheme; the button face has a text colour of its own.
     palette.setColor(QPalette::Window, active ? QColor(activeColour) : palette.color(QPalette::Button));
@@ -29,8 +28,7 @@ void colour(QWidget &widget, bool active)
 
 } // namespace
 
-void SettaColoriIndexAttivo(EditorContext &editor)
-{
+void SettaColoriIndexAttivo(EditorContext &editor) {
     for (const int pane : {0, 1}) {
         if (pane == 1 && editor.state.IndexAttivo >= 0 && !editor.twoPanes())
             continue;
@@ -40,8 +38,7 @@ void SettaColoriIndexAttivo(EditorContext &editor)
     }
 }
 
-void AbilitaMenu(EditorContext &editor, int pane)
-{
+void AbilitaMenu(EditorContext &editor, int pane) {
     const bool on = pane >= 0 && editor.DtbAperto(pane);
     const EditorControls &controls = editor.controls;
     for (const Command command : {Command::ChangePassword, Command::ColumnSizeAdjust, Command::CloseDatabaseMenu,
@@ -51,15 +48,14 @@ void AbilitaMenu(EditorContext &editor, int pane)
         menu->setEnabled(on);
     if (pane < 0)
         return;
-    editor.ListaTabelle(pane).setVisible(on);
+    editor.ListaTabelle(pane).setVisibleFlag(on);
     editor.nomelab(pane).setVisible(on);
     controls.pane[static_cast<std::size_t>(pane)].hint->setVisible(!on);
     // An empty table stays hidden: only its load shows or hides it.
     showGrid(editor, pane, on && realTableSelected(editor, pane) && editor.Tabella(pane).Rows() > 1);
 }
 
-void enableGridCommands(EditorContext &editor)
-{
+void enableGridCommands(EditorContext &editor) {
     const int pane = editor.state.IndexAttivo;
     const EditorControls &controls = editor.controls;
     const bool table = pane >= 0 && editor.DtbAperto(pane) && realTableSelected(editor, pane);
@@ -77,8 +73,7 @@ void enableGridCommands(EditorContext &editor)
     controls.action(Command::ResizeTextField).setEnabled(textField);
 }
 
-void activatePane(EditorContext &editor, int pane)
-{
+void activatePane(EditorContext &editor, int pane) {
     editor.state.IndexAttivo = pane;
     SettaColoriIndexAttivo(editor);
     AbilitaMenu(editor, pane);

@@ -2,8 +2,7 @@
 
 namespace qir {
 
-const char *commandName(Command command)
-{
+const char *commandName(Command command) {
     static constexpr const char *names[] = {
 #define QIR_COMMAND_NAME(name) #name,
         QIR_COMMANDS(QIR_COMMAND_NAME)

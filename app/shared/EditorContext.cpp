@@ -6,10 +6,16 @@
 
 namespace qir {
 
-const CellTexts &EditorContext::TestiCelle(int pane) const { return Tabella(pane).texts(); }
+const CellTexts &EditorContext::TestiCelle(int pane) const {
+    return Tabella(pane).texts();
+}
 
-const CellColours &EditorContext::ColoriCelle(int pane) const { return Tabella(pane).colours(); }
+const CellColours &EditorContext::ColoriCelle(int pane) const {
+    return Tabella(pane).colours();
+}
 
-bool EditorContext::twoPanes() const { return controls.action(Command::TwoMenu).isChecked(); }
+bool EditorContext::twoPanes() const {
+    return controls.action(Command::TwoMenu).isChecked();
+}
 
 } // namespace qir

@@ -1,12 +1,19 @@
 #include "app/shared/Funzioni.h"
 
 #include "base/FileNames.h"
+#include "platform/controls/ColumnMeasure.h"
+#include "platform/controls/Grid.h"
 #include "platform/controls/ListBox.h"
 #include "platform/dialogs/Dialogs.h"
+#include "platform/dialogs/FileDialog.h"
+#include "platform/loop/MessageLoop.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QLabel>
+
+#include <limits>
 
 namespace qir {
 
@@ -18,8 +25,7 @@ constexpr qint64 headerLengthDigits = 10;
 constexpr qint64 headerBytesRead = 4; // the peek ends with the byte that tells of a password
 
 /// The header length that a file begins with, if it is one: ten characters that are a whole number.
-std::optional<qint64> headerLength(const QByteArray &digits)
-{
+std::optional<qint64> headerLength(const QByteArray &digits) {
     bool isNumber = false;
     const qint64 length = digits.trimmed().toLongLong(&isNumber);
     if (!isNumber || length < 0 || length > std::numeric_limits<qint32>::max())
@@ -28,17 +34,16 @@ std::optional<qint64> headerLength(const QByteArray &digits)
 }
 
 /// Why a chosen name must not be used: it reaches another file than the dialog showed. "" when it may.
-QString objectionTo(const QString &chosen, const QString &name, FileDialogAction action)
-{
+QString objectionTo(const FileDialogAnswer &answer, const QString &name, FileDialogAction action) {
     const Result<QString> reached = reachIgnoringCase(name);
     if (!reached)
         return reached.error().text;
-    const QFileInfo chosenFile(chosen);
-    const QFileInfo reachedFile(*reached);
-    if (chosenFile.exists()) {
-        if (chosenFile.canonicalFilePath() != reachedFile.canonicalFilePath())
+    const QFileInfo chosen(answer.path);
+    const QFileInfo found(*reached);
+    if (chosen.exists()) {
+        if (chosen.canonicalFilePath() != found.canonicalFilePath())
             return QObject::tr("'%1' would reach '%2' instead of the chosen file").arg(name, *reached);
-    } else if (action == FileDialogAction::Save && reachedFile.exists()) {
+    } else if (action == FileDialogAction::Save && found.exists()) {
         return QObject::tr("'%1' would replace '%2', which is not the name chosen").arg(name, *reached);
     }
     return {};
@@ -46,8 +51,12 @@ QString objectionTo(const QString &chosen, const QString &name, FileDialogAction
 
 } // namespace
 
-void CaricaListaTabelle(const QirDatabase &database, ListBox &lista)
-{
+QString databaseFileFilter() {
+    return u"Device Data Files(*.DDB)|*.DDB|Display Data Files(*.WDB)|*.WDB|User Data Files(*.UDB)|*.UDB|"
+           "User Info Files(*.IDB)|*.IDB|Settings Data Files(*.SDB)|*.SDB"_s;
+}
+
+void CaricaListaTabelle(const QirDatabase &database, ListBox &lista) {
     const int remembered = lista.ListIndex();
     lista.clear();
     const int tables = database.QIRTablesCount();
@@ -61,8 +70,7 @@ void CaricaListaTabelle(const QirDatabase &database, ListBox &lista)
         lista.setListIndex(0);
 }
 
-std::optional<QByteArray> LeggiIntestazione(const QString &fileName)
-{
+std::optional<QByteArray> LeggiIntestazione(const QString &fileName) {
     const Result<QString> reached = reachIgnoringCase(fileName);
     // Opening a pipe or a device could wait for ever: only a regular file is looked into.
     if (!reached || !QFileInfo(*reached).isFile())
@@ -77,8 +85,7 @@ std::optional<QByteArray> LeggiIntestazione(const QString &fileName)
     return start.mid(headerLengthDigits, std::min(*length, headerBytesRead));
 }
 
-int LeggiByteIntestazione(const QString &fileName, int position, int &error)
-{
+int LeggiByteIntestazione(const QString &fileName, int position, int &error) {
     error = 1;
     const std::optional<QByteArray> header = LeggiIntestazione(fileName);
     if (!header || position < 0 || position >= header->size())
@@ -90,44 +97,53 @@ int LeggiByteIntestazione(const QString &fileName, int position, int &error)
     return digit - '0';
 }
 
-bool DatabaseProtetto(const QString &fileName)
-{
+bool DatabaseProtetto(const QString &fileName) {
     int error = 0;
     return LeggiByteIntestazione(fileName, 3, error) == 1;
 }
 
-bool EsisteFile(const QString &fileName)
-{
+bool EsisteFile(const QString &fileName) {
     if (fileName.isEmpty())
         return false;
     const Result<QString> reached = reachIgnoringCase(fileName);
     return reached && QFileInfo::exists(*reached);
 }
 
-QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QString &title, const QString &defaultExtension,
-                          const QString &initialFolder, const QString &initialName, const QString &filter)
-{
-    const QString chosen = fileDialog(parent, action == FileDialogAction::Open ? FileDialogMode::Open : FileDialogMode::Save,
-                                      title, defaultExtension, initialFolder, initialName, filter);
-    const QString name = chosen.trimmed().toUpper();
+QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QString &title,
+                          const QString &defaultExtension, const QString &initialFolder, const QString &initialName,
+                          const QString &filter) {
+    FileDialogRequest request;
+    request.action = action == FileDialogAction::Open ? FileDialogRequest::Open : FileDialogRequest::Save;
+    request.title = title;
+    request.defaultExtension = defaultExtension;
+    request.initialFolder = initialFolder;
+    request.initialName = initialName;
+    request.filter = filter;
+    const FileDialogAnswer answer = askForFile(parent, request);
+    const QString name = answer.path.trimmed().toUpper();
     if (name.isEmpty())
         return {};
-    const QString objection = objectionTo(chosen, name, action);
+    const QString objection = objectionTo(answer, name, action);
     if (objection.isEmpty())
         return name;
     messageBox(parent, objection, u"!"_s);
     return {};
 }
 
-bool ChiediSalvataggio(QWidget *parent, const QirDatabase &database)
-{
+void MisuraColonne(QLabel &label, Grid &grid, int firstColumn) {
+    label.setFont(grid.font());
+    YieldTimer timer;
+    measureColumns(grid, label.font(), firstColumn, [&timer] { timer.yieldIfDue(); });
+}
+
+bool ChiediSalvataggio(QWidget *parent, const QirDatabase &database) {
     // Nothing can be asked about a component that is missing or does not answer: such a pane is closed in silence.
     try {
         const QString name = database.GetDatabaseFileName();
         if (name.isEmpty() || !database.DtbHasChanged())
             return true;
         const QString text = u"Database '"_s + name + u"' has changed.\r\nDo you want to save the changes?"_s;
-        return askToSave(parent, text, QCoreApplication::applicationName());
+        return askUntilAnswered(parent, text, QCoreApplication::applicationName()) != Answer::No;
     } catch (const std::exception &) {
         return true;
     }

@@ -7,11 +7,13 @@
 #include <optional>
 
 QT_BEGIN_NAMESPACE
+class QLabel;
 class QWidget;
 QT_END_NAMESPACE
 
 namespace qir {
 
+class Grid;
 class ListBox;
 
 /// Fills a table list from a component: a line each, item data = table number from 1. The line position that was
@@ -31,13 +33,21 @@ bool DatabaseProtetto(const QString &fileName);
 /// True when something of that name exists whose length can be read; the name reaches it ignoring case.
 bool EsisteFile(const QString &fileName);
 
+/// The filter of the open and save dialogs: descriptions and patterns in turn.
+QString databaseFileFilter();
+
 enum class FileDialogAction { Open = 1, Save = 2 };
 
 /// Shows the file dialog and gives the chosen name, trimmed and in upper case, "" after a cancel. The current folder
 /// stays. A name that would reach another file than the one chosen, or one that the dialog did not show as existing,
 /// is refused with a message and counts as no choice.
-QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QString &title, const QString &defaultExtension,
-                          const QString &initialFolder, const QString &initialName, const QString &filter);
+QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QString &title,
+                          const QString &defaultExtension, const QString &initialFolder, const QString &initialName,
+                          const QString &filter);
+
+/// Gives every column of the grid from `firstColumn` on that is at least 1 twip wide the width of its widest text,
+/// header included, measured in the grid's font, which the label takes over. Yields.
+void MisuraColonne(QLabel &label, Grid &grid, int firstColumn);
 
 /// Asks whether the changes of a component are to be saved, if there is a component, it has a file name and it has
 /// changed. False: the user answered No. Nothing is saved here.

@@ -9,42 +9,36 @@
 
 namespace qir {
 
-QString selectedTableName(EditorContext &editor, int pane)
-{
+QString selectedTableName(EditorContext &editor, int pane) {
     const ListBox &list = editor.ListaTabelle(pane);
     return list.ListIndex() < 0 ? QString() : TogliMarcatori(list.List(list.ListIndex()).trimmed());
 }
 
-bool realTableSelected(EditorContext &editor, int pane)
-{
+bool realTableSelected(EditorContext &editor, int pane) {
     const ListBox &list = editor.ListaTabelle(pane);
     return list.ListIndex() >= 0 && list.ItemData(list.ListIndex()) >= 1;
 }
 
-void makeTableCurrent(EditorContext &editor, int pane, const QString &name)
-{
+void makeTableCurrent(EditorContext &editor, int pane, const QString &name) {
     editor.TabellaCorrente(pane).clear();
     editor.OggettoDtb(pane).QIRTableRecordSource(name);
     editor.TabellaCorrente(pane) = name;
 }
 
-void makeShownTableCurrent(EditorContext &editor, int pane)
-{
+void makeShownTableCurrent(EditorContext &editor, int pane) {
     const QString &shown = editor.TabellaMostrata(pane);
     if (!shown.isEmpty() && editor.TabellaCorrente(pane) != shown)
         makeTableCurrent(editor, pane, shown);
 }
 
-bool panesShowSameTable(EditorContext &editor)
-{
+bool panesShowSameTable(EditorContext &editor) {
     const int left = editor.ListaTabelle(0).ListIndex();
     if (!editor.DtbAperto(0) || !editor.DtbAperto(1) || left < 0 || left != editor.ListaTabelle(1).ListIndex())
         return false;
     return collationKey(editor.ListaTabelle(0).List(left)) == collationKey(editor.ListaTabelle(1).List(left));
 }
 
-void endEdit(EditorContext &editor)
-{
+void endEdit(EditorContext &editor) {
     for (const PaneControls &pane : editor.controls.pane) {
         pane.txtEdit->hide();
         pane.Tabella->setUserResizing(true);
@@ -53,15 +47,13 @@ void endEdit(EditorContext &editor)
     editor.state.ColonnaEdit = -1;
 }
 
-void showGrid(EditorContext &editor, int pane, bool visible)
-{
+void showGrid(EditorContext &editor, int pane, bool visible) {
     if (!visible && editor.Tabella(pane).Visible())
         endEdit(editor);
     editor.Tabella(pane).setVisibleFlag(visible);
 }
 
-void releaseComponent(EditorContext &editor, int pane)
-{
+void releaseComponent(EditorContext &editor, int pane) {
     endEdit(editor);
     const RefillScope refill(editor);
     editor.UltimoListIndex(pane) = -1;

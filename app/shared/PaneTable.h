@@ -35,7 +35,10 @@ void releaseComponent(EditorContext &editor, int pane);
 /// While it lives, clicks of the lists are not handled and the active pane stays.
 class RefillScope {
 public:
-    explicit RefillScope(EditorContext &editor) : m_editor(editor) { ++m_editor.state.RefillInCorso; }
+    explicit RefillScope(EditorContext &editor)
+        : m_editor(editor) {
+        ++m_editor.state.RefillInCorso;
+    }
     ~RefillScope() { --m_editor.state.RefillInCorso; }
     RefillScope(const RefillScope &) = delete;
     RefillScope &operator=(const RefillScope &) = delete;

@@ -14,10 +14,11 @@ const QString allowedInFolder = u"QWERTYUIOPASDFGHJKLZXCVBNMqwertyuiopasdfghjklz
 
 const PercorsoDiviso refused{{}, {}, {}, true};
 
-bool isText(const QVariant &value) { return value.metaType().id() == QMetaType::QString; }
+bool isText(const QVariant &value) {
+    return value.metaType().id() == QMetaType::QString;
+}
 
-bool less(const QVariant &first, const QVariant &second)
-{
+bool less(const QVariant &first, const QVariant &second) {
     if (isText(first) != isText(second))
         return isText(second);
     if (isText(first))
@@ -27,8 +28,7 @@ bool less(const QVariant &first, const QVariant &second)
 
 } // namespace
 
-void SostituisciTesto(QString &text, const QString &find, const QString &replacement)
-{
+void SostituisciTesto(QString &text, const QString &find, const QString &replacement) {
     if (replacement.toUpper().contains(find.toUpper()))
         return;
     for (qsizetype at = text.indexOf(find, 0, Qt::CaseInsensitive); at >= 0;
@@ -36,28 +36,24 @@ void SostituisciTesto(QString &text, const QString &find, const QString &replace
         text.replace(at, find.size(), replacement);
 }
 
-QString TogliMarcatori(const QString &entry)
-{
+QString TogliMarcatori(const QString &entry) {
     QString name = entry;
     SostituisciTesto(name, u" ?"_s, QString());
     SostituisciTesto(name, u" !"_s, QString());
     return name;
 }
 
-QString TogliCarattere(const QVariant &text, int characterCode)
-{
+QString TogliCarattere(const QVariant &text, int characterCode) {
     QString rest = text.toString();
     rest.remove(QChar(characterCode));
     return rest;
 }
 
-bool ContieneCaratteriNonAmmessi(const QString &text, const QString &allowed)
-{
+bool ContieneCaratteriNonAmmessi(const QString &text, const QString &allowed) {
     return std::any_of(text.begin(), text.end(), [&](QChar c) { return !allowed.contains(c); });
 }
 
-PercorsoDiviso DividiPercorso(const QString &path)
-{
+PercorsoDiviso DividiPercorso(const QString &path) {
     PercorsoDiviso parts;
     QString rest = path;
     const qsizetype point = rest.lastIndexOf(u'.');
@@ -78,8 +74,12 @@ PercorsoDiviso DividiPercorso(const QString &path)
     return parts;
 }
 
-QVariant Minimo(const QVariant &first, const QVariant &second) { return less(second, first) ? second : first; }
+QVariant Minimo(const QVariant &first, const QVariant &second) {
+    return less(second, first) ? second : first;
+}
 
-QVariant Massimo(const QVariant &first, const QVariant &second) { return less(first, second) ? second : first; }
+QVariant Massimo(const QVariant &first, const QVariant &second) {
+    return less(first, second) ? second : first;
+}
 
 } // namespace qir

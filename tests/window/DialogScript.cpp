@@ -15,25 +15,24 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString plain(QString caption) { return caption.remove(u'&'); }
+QString plain(QString caption) {
+    return caption.remove(u'&');
+}
 
-QString difference(const QString &what, const QString &actual, const QString &expected)
-{
+QString difference(const QString &what, const QString &actual, const QString &expected) {
     return actual == expected ? QString() : u"%1 is '%2' instead of '%3'; "_s.arg(what, actual, expected);
 }
 
 template<class Dialog>
-QString withDialog(QDialog &dialog, const std::function<QString(Dialog &)> &answer)
-{
+QString withDialog(QDialog &dialog, const std::function<QString(Dialog &)> &answer) {
     if (auto *wanted = qobject_cast<Dialog *>(&dialog))
         return answer(*wanted);
     return u"a %1 instead of a %2: '%3'"_s.arg(QLatin1StringView(dialog.metaObject()->className()),
-                                              QLatin1StringView(Dialog::staticMetaObject.className()),
-                                              dialog.windowTitle());
+                                               QLatin1StringView(Dialog::staticMetaObject.className()),
+                                               dialog.windowTitle());
 }
 
-QString answerFileDialog(QFileDialog &dialog, const QString &title, const QString &path)
-{
+QString answerFileDialog(QFileDialog &dialog, const QString &title, const QString &path) {
     const QString problem = difference(u"title"_s, dialog.windowTitle(), title);
     if (path.isNull()) {
         QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -50,8 +49,7 @@ QString answerFileDialog(QFileDialog &dialog, const QString &title, const QStrin
 
 } // namespace
 
-QString pressButton(QDialog &dialog, const QString &text)
-{
+QString pressButton(QDialog &dialog, const QString &text) {
     for (auto *button : dialog.findChildren<QAbstractButton *>()) {
         if (plain(button->text()) == text && button->isVisibleTo(&dialog)) {
             QTest::mouseClick(button, Qt::LeftButton);
@@ -61,25 +59,30 @@ QString pressButton(QDialog &dialog, const QString &text)
     return u"no button '%1' in '%2'"_s.arg(text, dialog.windowTitle());
 }
 
-DialogScript::DialogScript() { qApp->installEventFilter(this); }
+DialogScript::DialogScript() {
+    qApp->installEventFilter(this);
+}
 
-DialogScript::~DialogScript() { qApp->removeEventFilter(this); }
+DialogScript::~DialogScript() {
+    qApp->removeEventFilter(this);
+}
 
-void DialogScript::expect(std::function<QString(QDialog &)> answer) { m_expected.push_back(std::move(answer)); }
+void DialogScript::expect(std::function<QString(QDialog &)> answer) {
+    m_expected.push_back(std::move(answer));
+}
 
-void DialogScript::expectMessage(const QString &text, const QString &title, const QString &button)
-{
+void DialogScript::expectMessage(const QString &text, const QString &title, const QString &button) {
     expect([=](QDialog &dialog) {
         return withDialog<QMessageBox>(dialog, [=](QMessageBox &box) {
-            const QString problem = difference(u"text"_s, box.text(), text) + difference(u"title"_s, box.windowTitle(), title);
+            const QString problem =
+                difference(u"text"_s, box.text(), text) + difference(u"title"_s, box.windowTitle(), title);
             return problem + pressButton(box, button);
         });
     });
 }
 
 void DialogScript::expectInput(const QString &prompt, const QString &title, const QString &defaultText,
-                               const QString &answer)
-{
+                               const QString &answer) {
     expect([=](QDialog &dialog) {
         return withDialog<QInputDialog>(dialog, [=](QInputDialog &box) {
             auto *edit = box.findChild<QLineEdit *>();
@@ -94,41 +97,40 @@ void DialogScript::expectInput(const QString &prompt, const QString &title, cons
     });
 }
 
-void DialogScript::expectInputCancelled(const QString &prompt, const QString &title)
-{
+void DialogScript::expectInputCancelled(const QString &prompt, const QString &title) {
     expect([=](QDialog &dialog) {
         return withDialog<QInputDialog>(dialog, [=](QInputDialog &box) {
-            const QString problem = difference(u"prompt"_s, box.labelText(), prompt) +
-                                    difference(u"title"_s, box.windowTitle(), title);
+            const QString problem =
+                difference(u"prompt"_s, box.labelText(), prompt) + difference(u"title"_s, box.windowTitle(), title);
             return problem + pressButton(box, u"Cancel"_s);
         });
     });
 }
 
-void DialogScript::expectFile(const QString &title, const QString &path)
-{
+void DialogScript::expectFile(const QString &title, const QString &path) {
     expect([=](QDialog &dialog) {
         return withDialog<QFileDialog>(dialog, [=](QFileDialog &box) { return answerFileDialog(box, title, path); });
     });
 }
 
-void DialogScript::expectFileCancelled(const QString &title) { expectFile(title, QString()); }
+void DialogScript::expectFileCancelled(const QString &title) {
+    expectFile(title, QString());
+}
 
-QString DialogScript::problems() const
-{
+QString DialogScript::problems() const {
     QStringList all = m_problems;
     if (!m_expected.empty())
         all.append(u"%1 expected dialogs did not come"_s.arg(m_expected.size()));
     return all.join(u'\n');
 }
 
-bool DialogScript::eventFilter(QObject *watched, QEvent *event)
-{
+bool DialogScript::eventFilter(QObject *watched, QEvent *event) {
     auto *dialog = qobject_cast<QDialog *>(watched);
     if (dialog != nullptr && event->type() == QEvent::Show) {
         // Answered once the dialog's own loop runs.
         QMetaObject::invokeMethod(
-            this, [this, shown = QPointer<QDialog>(dialog)] {
+            this,
+            [this, shown = QPointer<QDialog>(dialog)] {
                 if (shown)
                     answer(*shown);
             },
@@ -137,8 +139,7 @@ bool DialogScript::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-void DialogScript::answer(QDialog &dialog)
-{
+void DialogScript::answer(QDialog &dialog) {
     const QPointer<QDialog> shown(&dialog);
     if (m_expected.empty()) {
         auto *box = qobject_cast<QMessageBox *>(&dialog);
