@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+namespace qir {
+
+/// What the program was started with.
+struct ProgramArguments {
+    QString fileName; ///< Everything that is no option, joined by blanks.
+    QString picture;  ///< Where to write a picture of the window; "" for an editor that people use.
+};
+
+/// Runs the editor on the application object that exists, until its window is closed. Gives the exit status: 0, or 1
+/// when the database named could not be loaded; 2 when the picture could not be written.
+int runProgram(const ProgramArguments &arguments);
+
+} // namespace qir

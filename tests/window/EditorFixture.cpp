@@ -1,0 +1,157 @@
+#include "tests/window/EditorFixture.h"
+
+#include "db/AssegnaARecordset.h"
+
+namespace qir::test {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void makeTable(const QirDatabase &database, const TableOfTexts &table)
+{
+    database.AddTable(table.name);
+    database.QIRTableRecordSource(table.name);
+    database.RemoveRecord(1);
+    database.RemoveField(1);
+    qsizetype records = 0;
+    for (const FieldOfTexts &field : table.fields) {
+        if (field.type == FieldType::Text)
+            database.AddField(field.name, static_cast<int>(field.type), field.size);
+        else
+            database.AddField(field.name, static_cast<int>(field.type));
+        records = std::max(records, field.texts.size());
+    }
+    for (qsizetype r = 0; r < records; ++r) {
+        database.AddRecord();
+        database.setQIRTableRecordsPointerOut(static_cast<int>(r + 1));
+        for (std::size_t f = 0; f < table.fields.size(); ++f)
+            AssegnaARecordset(database, static_cast<int>(f + 1), table.fields[f].texts.value(r));
+    }
+}
+
+QString gridProblems(EditorContext &editor, int pane)
+{
+    const Grid &grid = editor.Tabella(pane);
+    const QString paneName = u"pane %1: "_s.arg(pane);
+    if (!realTableSelected(editor, pane))
+        return grid.Visible() ? paneName + u"a grid without a selected table is visible; "_s : QString();
+    const QString selected = selectedTableName(editor, pane);
+    if (editor.TabellaMostrata(pane) != selected)
+        return paneName + u"'%1' is selected but '%2' is shown; "_s.arg(selected, editor.TabellaMostrata(pane));
+    makeShownTableCurrent(editor, pane);
+    const QirDatabase &database = editor.OggettoDtb(pane);
+    QString problems;
+    if (grid.Rows() != database.QirTableRecordsCount() + 1 || grid.Cols() != std::max(2, database.QirTableFieldsCount() + 1))
+        problems += paneName + u"the grid has %1 x %2 cells for %3 records of %4 fields; "_s.arg(grid.Rows())
+                                   .arg(grid.Cols())
+                                   .arg(database.QirTableRecordsCount())
+                                   .arg(database.QirTableFieldsCount());
+    if (grid.Visible() != (grid.Rows() > 1))
+        problems += paneName + u"a grid of %1 rows has Visible %2; "_s.arg(grid.Rows()).arg(grid.Visible());
+    return problems;
+}
+
+} // namespace
+
+void makeDatabase(const QString &path, const std::vector<TableOfTexts> &tables, const QString &password)
+{
+    const QirDatabase database = QirDatabase::create();
+    if (!database.SetDatabaseFileName(path))
+        throw std::runtime_error("the test database cannot take its name");
+    for (const TableOfTexts &table : tables)
+        makeTable(database, table);
+    if (!password.isEmpty())
+        database.NewPassword(QString(), password);
+    database.setDtbHasChanged(true);
+    database.SaveDtb();
+    database.setDtbHasChanged(false);
+}
+
+QString invariantProblems(EditorContext &editor)
+{
+    QString problems;
+    for (const int pane : {0, 1}) {
+        if (editor.DtbAperto(pane))
+            problems += gridProblems(editor, pane);
+        else if (editor.Tabella(pane).Visible())
+            problems += u"pane %1 has no database but a visible grid; "_s.arg(pane);
+    }
+    return problems;
+}
+
+EditorFixture::EditorFixture(const QString &commandLine)
+{
+    m_window = std::make_unique<DtbEditor>();
+    m_window->show();
+    if (!QTest::qWaitForWindowExposed(m_window.get()))
+        m_problems.append(u"the window did not show"_s);
+    runCommand([&] { m_startResult = m_window->Form_Load(commandLine); });
+}
+
+EditorFixture::~EditorFixture() = default;
+
+void EditorFixture::choose(Command command)
+{
+    QAction &wanted = action(command);
+    if (wanted.isEnabled())
+        wanted.trigger();
+    else
+        m_problems.append(u"%1 is disabled"_s.arg(wanted.objectName()));
+}
+
+void EditorFixture::open(const QString &path)
+{
+    m_dialogs.expectFile(u"File DDB,WDB,UDB,SDB,IDB"_s, path);
+    choose(Command::OpenDatabase);
+}
+
+void EditorFixture::clickLine(int pane, int line)
+{
+    ListBox &box = list(pane);
+    const QModelIndex index = box.model()->index(line, 0);
+    box.scrollTo(index);
+    QTest::mouseClick(box.viewport(), Qt::LeftButton, Qt::NoModifier, box.visualRect(index).center());
+}
+
+void EditorFixture::clickCell(int pane, int row, int column)
+{
+    Grid &box = grid(pane);
+    const QModelIndex index = box.model()->index(row - 1, column - 1);
+    box.scrollTo(index);
+    QTest::mouseClick(box.viewport(), Qt::LeftButton, Qt::NoModifier, box.visualRect(index).center());
+}
+
+QStringList EditorFixture::lines(int pane)
+{
+    QStringList all;
+    for (int line = 0; line < list(pane).ListCount(); ++line)
+        all.append(list(pane).List(line));
+    return all;
+}
+
+QList<QStringList> EditorFixture::texts(int pane)
+{
+    QList<QStringList> rows;
+    for (int r = 1; r < grid(pane).Rows(); ++r) {
+        QStringList row;
+        for (int c = 1; c < grid(pane).Cols(); ++c)
+            row.append(grid(pane).TextMatrix(r, c));
+        rows.append(row);
+    }
+    return rows;
+}
+
+void EditorFixture::end() { m_window.reset(); }
+
+QString EditorFixture::problems()
+{
+    QStringList all = m_problems;
+    all.append(m_dialogs.problems());
+    if (m_window)
+        all.append(invariantProblems(editor()));
+    all.removeAll(QString());
+    return all.join(u'\n');
+}
+
+} // namespace qir::test

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "app/DtbEditor.h"
+#include "app/shared/PaneTable.h"
+#include "platform/controls/Grid.h"
+#include "platform/controls/ListBox.h"
+#include "platform/loop/MessageLoop.h"
+#include "tests/window/DialogScript.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <functional>
+
+namespace qir::test {
+
+/// One field of a table to make: its name, type and size, and its texts, one for each record.
+struct FieldOfTexts {
+    QString name;
+    FieldType type;
+    QStringList texts;
+    double size = 50;
+};
+
+struct TableOfTexts {
+    QString name;
+    std::vector<FieldOfTexts> fields;
+};
+
+/// Writes a database file through the component, as any program would. Throws what the component throws.
+void makeDatabase(const QString &path, const std::vector<TableOfTexts> &tables, const QString &password = {});
+
+/// The real main window with its message loop, shown, and the dialogs that a test expects. One at a time.
+class EditorFixture {
+public:
+    /// Starts the editor with a command line, as main() does.
+    explicit EditorFixture(const QString &commandLine = {});
+    ~EditorFixture();
+
+    DtbEditor &window() { return *m_window; }
+    EditorContext &editor() { return m_window->context(); }
+    EditorState &state() { return editor().state; }
+    DialogScript &dialogs() { return m_dialogs; }
+    StartResult startResult() const { return m_startResult; }
+
+    ListBox &list(int pane) { return editor().ListaTabelle(pane); }
+    Grid &grid(int pane) { return editor().Tabella(pane); }
+    QAction &action(Command command) { return editor().controls.action(command); }
+    /// Chooses a command as its menu or its shortcut would; fails (with a problem) when it is disabled.
+    void choose(Command command);
+    /// Opens a file by the open command into the active pane.
+    void open(const QString &path);
+    /// Presses the left button on a line of a pane's table list.
+    void clickLine(int pane, int line);
+    /// Clicks a record cell with the left button, after bringing it into view.
+    void clickCell(int pane, int row, int column);
+    QStringList lines(int pane);
+    /// The record texts of a grid, row by row.
+    QList<QStringList> texts(int pane);
+
+    /// Destroys the window as the end of the program does.
+    void end();
+
+    /// What is out of step between lists, grids and components, and what went wrong with dialogs; "" when all is well.
+    QString problems();
+
+private:
+    DialogScript m_dialogs;
+    MessageLoop m_loop;
+    std::unique_ptr<DtbEditor> m_window;
+    StartResult m_startResult = StartResult::NothingToOpen;
+    QStringList m_problems;
+};
+
+/// What the invariant of panes, lists and components says of a window: for each open pane the selected real line, the
+/// table in the grid and the component's current table are the same; a placeholder, no selection or an empty table
+/// hides the grid. "" when it holds.
+QString invariantProblems(EditorContext &editor);
+
+/// Fails the test function with what problems() says.
+#define QIR_VERIFY_OK(fixture) QCOMPARE((fixture).problems(), QString())
+
+} // namespace qir::test
