@@ -1,0 +1,130 @@
+"""A desktop of its own for session tests: an X server, a window manager, real keys and a real mouse.
+
+A test is a script with a function that takes a Desktop; run(function) starts the desktop, runs it and turns the
+outcome into an exit status: 0 passed, 1 failed, 77 not run because a program is missing.
+"""
+import os
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import traceback
+
+NEEDED = ["Xvfb", "openbox", "xdotool", "import"]
+NOT_RUN = 77
+
+
+class Failed(Exception):
+    """What a person at the desktop would have noticed."""
+
+
+def wait_until(condition, what, seconds=30.0):
+    """Polls until condition() is true and gives its value; raises Failed naming `what` after `seconds`."""
+    end = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise Failed("waited in vain for " + what)
+        time.sleep(0.02)
+
+
+class Desktop:
+    def __init__(self, folder, size="1280x900"):
+        self.folder = folder
+        self.children = []
+        read_end, write_end = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", size + "x24", "-nolisten", "tcp"],
+            pass_fds=[write_end], stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        number = os.read(read_end, 32).decode().strip()
+        os.close(read_end)
+        if not number:
+            raise Failed("the X server did not start")
+        self.environment = dict(os.environ, DISPLAY=":" + number, QT_QPA_PLATFORM="xcb", HOME=folder,
+                                XDG_STATE_HOME=os.path.join(folder, "state"), LC_ALL="C.UTF-8")
+        self.environment.pop("WAYLAND_DISPLAY", None)
+        self.children.append(self.server)
+        self.children.append(subprocess.Popen(["openbox"], env=self.environment, stderr=subprocess.DEVNULL))
+        wait_until(lambda: self.output("xdotool", "get_num_desktops"), "the window manager")
+
+    def output(self, *command):
+        result = subprocess.run(command, env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                                text=True, timeout=60, check=False)
+        return result.stdout.strip() if result.returncode == 0 else ""
+
+    def start(self, program, *arguments, **environment):
+        """Starts a program; it is killed at the end of the test if it still runs."""
+        child = subprocess.Popen([program, *arguments], env=dict(self.environment, **environment))
+        self.children.append(child)
+        return child
+
+    def windows(self, title):
+        return self.output("xdotool", "search", "--onlyvisible", "--name", title).split()
+
+    def window(self, title, seconds=60.0):
+        """The identifier of the visible window of that title (a regular expression), once it is there."""
+        return wait_until(lambda: self.windows(title), f"a window '{title}'", seconds)[-1]
+
+    def no_window(self, title):
+        wait_until(lambda: not self.windows(title), f"the window '{title}' to go")
+
+    def focus(self, window):
+        self.output("xdotool", "windowactivate", "--sync", window)
+
+    def key(self, *keys):
+        self.output("xdotool", "key", "--clearmodifiers", "--delay", "30", *keys)
+
+    def type(self, text):
+        self.output("xdotool", "type", "--clearmodifiers", "--delay", "20", text)
+
+    def click(self, window, x, y, button=1, count=1):
+        self.output("xdotool", "mousemove", "--window", window, str(x), str(y), "click", "--repeat", str(count),
+                    "--delay", "80", str(button))
+
+    def close(self, window):
+        """Closes a window as the window manager's close button does."""
+        self.output("xdotool", "windowquit", window)
+
+    def picture(self, window, name):
+        """Takes a picture of a window into the test's folder and gives its path."""
+        path = os.path.join(self.folder, name)
+        self.output("import", "-window", window, path)
+        return path
+
+    def end(self):
+        for child in reversed(self.children):
+            if child.poll() is None:
+                child.send_signal(signal.SIGTERM)
+        for child in self.children:
+            try:
+                child.wait(10)
+            except subprocess.TimeoutExpired:
+                child.kill()
+                child.wait()
+
+
+def run(test):
+    missing = [program for program in NEEDED if shutil.which(program) is None]
+    if missing:
+        print("not run: missing", ", ".join(missing))
+        sys.exit(NOT_RUN)
+    with tempfile.TemporaryDirectory() as folder:
+        desktop = Desktop(folder)
+        try:
+            test(desktop)
+        except (Failed, AssertionError, subprocess.SubprocessError):
+            traceback.print_exc()
+            keep = os.environ.get("QIR_SESSION_PICTURES")
+            if keep:
+                desktop.output("import", "-window", "root", os.path.join(keep, "failed.png"))
+            status = 1
+        else:
+            status = 0
+        finally:
+            desktop.end()
+    sys.exit(status)
