@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QStringList>
+
+#include <vector>
+
+namespace qir {
+
+class QirDatabase;
+
+enum class AlignedRowKind { Both, LeftOnly, RightOnly };
+
+/// One line of two name lists put side by side.
+struct AlignedRow {
+    int left;  ///< Index into the left list, -1 when the name is missing there.
+    int right; ///< Index into the right list, -1 when the name is missing there.
+    AlignedRowKind kind;
+    QString name; ///< As the side that has it spells it, the left one first.
+};
+
+/// The names of a component's tables in table order.
+QStringList tableNames(const QirDatabase &database);
+
+/// Sorts names by collationKey(); names of equal keys keep their order.
+void sortNames(QStringList &names);
+
+/// `sorted` without the names that follow an equal one: equal without markers, code unit by code unit, so that names
+/// that differ in case only both stay.
+QStringList withoutRepeatedNames(const QStringList &sorted);
+
+/// Puts two lists, each sorted by collationKey(), side by side: a row for each name of either, in key order, names of
+/// equal keys in one row. Where one list has several names of one key they pair up in their order, and those left
+/// over stand alone, so that both sides always have as many rows. Linear.
+std::vector<AlignedRow> alignNames(const QStringList &left, const QStringList &right);
+
+} // namespace qir

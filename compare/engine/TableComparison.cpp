@@ -1,0 +1,137 @@
+#include "compare/engine/TableComparison.h"
+
+#include "compare/engine/ValueEquality.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace qir {
+
+namespace {
+
+constexpr int cellsBetweenSteps = 1 << 14;
+constexpr int bitsPerWord = 64;
+
+/// Two components side by side, read record by record.
+class RecordPair {
+public:
+    RecordPair(const QirDatabase &left, const QirDatabase &right, const ComparisonStep &step)
+        : m_left(left)
+        , m_right(right)
+        , m_step(step) {}
+
+    void moveTo(int record) {
+        m_left.setQIRTableRecordsPointerOut(record);
+        m_right.setQIRTableRecordsPointerOut(record);
+    }
+
+    bool differs(int field) {
+        m_right.readQIRTableRecordSetByIndex(field, m_rightValue);
+        m_left.readQIRTableRecordSetByIndex(field, m_leftValue);
+        return !valuesEqual(m_leftValue, m_rightValue);
+    }
+
+    void finished(int record, int fields) {
+        m_cells += std::max(fields, 1);
+        if (m_cells < cellsBetweenSteps || !m_step)
+            return;
+        m_cells = 0;
+        m_step(record);
+    }
+
+private:
+    const QirDatabase &m_left;
+    const QirDatabase &m_right;
+    const ComparisonStep &m_step;
+    QVariant m_leftValue; // these two keep their memory from cell to cell
+    QVariant m_rightValue;
+    int m_cells = 0;
+};
+
+void setColumns(std::vector<std::uint64_t> &words, std::size_t first, std::size_t last) {
+    for (std::size_t column = first; column <= last; ++column)
+        words[column / bitsPerWord] |= std::uint64_t{1} << (column % bitsPerWord);
+}
+
+/// Sets columns `firstColumn` and up of rows `firstRow` and up.
+void setBlock(BitMatrix &matrix, std::size_t firstRow, std::size_t firstColumn) {
+    if (firstColumn >= matrix.columns())
+        return;
+    std::vector<std::uint64_t> block(matrix.wordsPerRow());
+    setColumns(block, firstColumn, matrix.columns() - 1);
+    std::vector<std::uint64_t> words(matrix.wordsPerRow());
+    for (std::size_t row = firstRow; row < matrix.rows(); ++row) {
+        std::ranges::transform(matrix.row(row), block, words.begin(), std::bit_or{});
+        matrix.setRow(row, words);
+    }
+}
+
+std::size_t atLeastZero(int number) {
+    return static_cast<std::size_t>(std::max(number, 0));
+}
+
+} // namespace
+
+TableSizes currentTableSizes(const QirDatabase &left, const QirDatabase &right) {
+    TableSizes sizes;
+    sizes.leftRecords = left.QirTableRecordsCount();
+    sizes.rightRecords = right.QirTableRecordsCount();
+    sizes.leftFields = left.QirTableFieldsCount();
+    sizes.rightFields = right.QirTableFieldsCount();
+    return sizes;
+}
+
+bool currentTablesDiffer(const QirDatabase &left, const QirDatabase &right, const ComparisonStep &step) {
+    const TableSizes sizes = currentTableSizes(left, right);
+    if (!sizes.sameSize())
+        return true;
+    RecordPair pair(left, right, step);
+    for (int record = 1; record <= sizes.leftRecords; ++record) {
+        pair.moveTo(record);
+        for (int field = 1; field <= sizes.leftFields; ++field) {
+            if (pair.differs(field))
+                return true;
+        }
+        pair.finished(record, sizes.leftFields);
+    }
+    return false;
+}
+
+void compareCurrentTables(const QirDatabase &left, const QirDatabase &right, int records, int fields, BitMatrix &matrix,
+                          const ComparisonStep &step) {
+    const TableSizes sizes = currentTableSizes(left, right);
+    const int lastRecord = std::min({records, sizes.commonRecords(), static_cast<int>(matrix.rows()) - 1});
+    const int lastField = std::min({fields, sizes.commonFields(), static_cast<int>(matrix.columns()) - 1});
+    RecordPair pair(left, right, step);
+    std::vector<std::uint64_t> words(matrix.wordsPerRow());
+    for (int record = 1; record <= lastRecord; ++record) {
+        pair.moveTo(record);
+        std::ranges::copy(matrix.row(static_cast<std::size_t>(record)), words.begin());
+        for (int field = 1; field <= lastField; ++field) {
+            std::uint64_t &word = words[static_cast<std::size_t>(field / bitsPerWord)];
+            const std::uint64_t bit = std::uint64_t{1} << (field % bitsPerWord);
+            if (pair.differs(field))
+                word |= bit;
+            else
+                word &= ~bit;
+        }
+        matrix.setRow(static_cast<std::size_t>(record), words);
+        pair.finished(record, lastField);
+    }
+    setBlock(matrix, atLeastZero(records) + 1, atLeastZero(fields) + 1);
+}
+
+void markOneSided(BitMatrix &matrix, int commonRecords, int commonFields) {
+    setBlock(matrix, atLeastZero(commonRecords) + 1, 1);
+    setBlock(matrix, 1, atLeastZero(commonFields) + 1);
+}
+
+BitMatrix differingCells(const QirDatabase &left, const QirDatabase &right, const ComparisonStep &step) {
+    const TableSizes sizes = currentTableSizes(left, right);
+    BitMatrix matrix(atLeastZero(sizes.mostRecords()) + 1, atLeastZero(sizes.mostFields()) + 1);
+    compareCurrentTables(left, right, sizes.commonRecords(), sizes.commonFields(), matrix, step);
+    markOneSided(matrix, sizes.commonRecords(), sizes.commonFields());
+    return matrix;
+}
+
+} // namespace qir

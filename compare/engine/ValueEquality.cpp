@@ -1,0 +1,103 @@
+#include "compare/engine/ValueEquality.h"
+
+#include <QString>
+
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+namespace qir {
+
+namespace {
+
+enum class Kind { Empty, Signed, Unsigned, Real, Text, Other };
+
+Kind kindOf(const QVariant &value) {
+    switch (value.typeId()) {
+    case QMetaType::UnknownType:
+    case QMetaType::Nullptr:
+    case QMetaType::Void:
+        return Kind::Empty;
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::Long:
+    case QMetaType::LongLong:
+    case QMetaType::Short:
+    case QMetaType::SChar:
+    case QMetaType::Char:
+        return Kind::Signed;
+    case QMetaType::UInt:
+    case QMetaType::ULong:
+    case QMetaType::ULongLong:
+    case QMetaType::UShort:
+    case QMetaType::UChar:
+        return Kind::Unsigned;
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return Kind::Real;
+    case QMetaType::QString:
+        return Kind::Text;
+    default:
+        return Kind::Other;
+    }
+}
+
+bool realsEqual(double left, double right) {
+    return left == right || (std::isnan(left) && std::isnan(right));
+}
+
+qlonglong signedNumber(const QVariant &value) {
+    return value.typeId() == QMetaType::Bool ? (value.toBool() ? -1 : 0) : value.toLongLong();
+}
+
+double realNumber(const QVariant &value, Kind kind) {
+    return kind == Kind::Signed ? static_cast<double>(signedNumber(value)) : value.toDouble();
+}
+
+bool isNumber(Kind kind) {
+    return kind == Kind::Signed || kind == Kind::Unsigned || kind == Kind::Real;
+}
+
+bool numbersEqual(const QVariant &left, Kind leftKind, const QVariant &right, Kind rightKind) {
+    if (leftKind == Kind::Real || rightKind == Kind::Real)
+        return realsEqual(realNumber(left, leftKind), realNumber(right, rightKind));
+    if (leftKind == rightKind)
+        return leftKind == Kind::Signed ? signedNumber(left) == signedNumber(right)
+                                        : left.toULongLong() == right.toULongLong();
+    const bool leftSigned = leftKind == Kind::Signed;
+    return std::cmp_equal(signedNumber(leftSigned ? left : right), (leftSigned ? right : left).toULongLong());
+}
+
+bool equalsEmpty(const QVariant &value, Kind kind) {
+    if (isNumber(kind))
+        return realNumber(value, kind) == 0;
+    return kind == Kind::Empty || (kind == Kind::Text && value.toString().isEmpty());
+}
+
+} // namespace
+
+bool valuesEqual(const QVariant &left, const QVariant &right) {
+    const int type = left.typeId();
+    if (type == right.typeId()) {
+        // What nearly all cells are; no copy of a text, no conversion.
+        if (type == QMetaType::Double)
+            return realsEqual(*static_cast<const double *>(left.constData()),
+                              *static_cast<const double *>(right.constData()));
+        if (type == QMetaType::QString)
+            return *static_cast<const QString *>(left.constData()) == *static_cast<const QString *>(right.constData());
+        if (type == QMetaType::Int)
+            return *static_cast<const int *>(left.constData()) == *static_cast<const int *>(right.constData());
+    }
+    const Kind leftKind = kindOf(left);
+    const Kind rightKind = kindOf(right);
+    if (leftKind == Kind::Empty)
+        return equalsEmpty(right, rightKind);
+    if (rightKind == Kind::Empty)
+        return equalsEmpty(left, leftKind);
+    if (isNumber(leftKind) && isNumber(rightKind))
+        return numbersEqual(left, leftKind, right, rightKind);
+    // Types outside the automation convention: equal only as themselves.
+    return leftKind == rightKind && left.metaType() == right.metaType() && left == right;
+}
+
+} // namespace qir
