@@ -24,6 +24,12 @@ QString withoutMarkers(QString name) {
     return name.remove(u" ?"_s).remove(u" !"_s);
 }
 
+AlignedRowKind kindOf(bool withLeft, bool withRight) {
+    if (withLeft)
+        return withRight ? AlignedRowKind::Both : AlignedRowKind::LeftOnly;
+    return withRight ? AlignedRowKind::RightOnly : AlignedRowKind::Neither;
+}
+
 } // namespace
 
 QStringList tableNames(const QirDatabase &database) {
@@ -56,27 +62,38 @@ QStringList withoutRepeatedNames(const QStringList &sorted) {
     return names;
 }
 
-std::vector<AlignedRow> alignNames(const QStringList &left, const QStringList &right) {
+std::vector<AlignedRow> alignNames(const QStringList &merged, const QStringList &left, const QStringList &right) {
     const QStringList leftKeys = keysOf(left);
     const QStringList rightKeys = keysOf(right);
     std::vector<AlignedRow> rows;
-    rows.reserve(static_cast<std::size_t>(std::max(left.size(), right.size())));
-    qsizetype l = 0;
-    qsizetype r = 0;
-    while (l < left.size() || r < right.size()) {
-        // Twins need no case of their own: equal heads pair, and a twin left over has the lower key afterwards.
-        const bool leftStands = l < left.size() && (r == right.size() || leftKeys[l] <= rightKeys[r]);
-        const bool rightStands = r < right.size() && (l == left.size() || rightKeys[r] <= leftKeys[l]);
-        AlignedRow row{-1, -1, AlignedRowKind::Both, leftStands ? left[l] : right[r]};
-        if (leftStands)
-            row.left = static_cast<int>(l++);
-        if (rightStands)
-            row.right = static_cast<int>(r++);
-        if (row.right < 0)
-            row.kind = AlignedRowKind::LeftOnly;
-        else if (row.left < 0)
-            row.kind = AlignedRowKind::RightOnly;
+    rows.reserve(static_cast<std::size_t>(merged.size()));
+    int l = 0;
+    int r = 0;
+    const auto addRow = [&](bool withLeft, bool withRight, const QString &name) {
+        AlignedRow row{-1, -1, kindOf(withLeft, withRight), name};
+        if (withLeft)
+            row.left = l++;
+        if (withRight)
+            row.right = r++;
         rows.push_back(std::move(row));
+    };
+    QString lastKey;
+    for (qsizetype m = 0; m < merged.size(); ++m) {
+        const QString key = collationKey(merged[m]);
+        if (m > 0 && key == lastKey)
+            continue; // another spelling of a name that has its row
+        lastKey = key;
+        bool found = false;
+        for (;;) {
+            const bool withLeft = l < left.size() && leftKeys[l] == key;
+            const bool withRight = r < right.size() && rightKeys[r] == key;
+            if (!withLeft && !withRight)
+                break;
+            addRow(withLeft, withRight, withLeft ? left[l] : right[r]);
+            found = true;
+        }
+        if (!found)
+            addRow(false, false, merged[m]);
     }
     return rows;
 }

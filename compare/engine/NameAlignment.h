@@ -8,13 +8,13 @@ namespace qir {
 
 class QirDatabase;
 
-enum class AlignedRowKind { Both, LeftOnly, RightOnly };
+enum class AlignedRowKind { Both, LeftOnly, RightOnly, Neither };
 
 /// One line of two name lists put side by side.
 struct AlignedRow {
-    int left;  ///< Index into the left list, -1 when the name is missing there.
-    int right; ///< Index into the right list, -1 when the name is missing there.
-    AlignedRowKind kind;
+    int left = -1;  ///< Index into the left list, -1 when the name is missing there.
+    int right = -1; ///< Index into the right list, -1 when the name is missing there.
+    AlignedRowKind kind = AlignedRowKind::Neither;
     QString name; ///< As the side that has it spells it, the left one first.
 };
 
@@ -28,9 +28,10 @@ void sortNames(QStringList &names);
 /// that differ in case only both stay.
 QStringList withoutRepeatedNames(const QStringList &sorted);
 
-/// Puts two lists, each sorted by collationKey(), side by side: a row for each name of either, in key order, names of
-/// equal keys in one row. Where one list has several names of one key they pair up in their order, and those left
-/// over stand alone, so that both sides always have as many rows. Linear.
-std::vector<AlignedRow> alignNames(const QStringList &left, const QStringList &right);
+/// Puts two lists side by side: a row for each name of `merged`, names of equal keys in one row, in key order. All
+/// three are sorted by collationKey(); `merged` holds every name of both lists, others have a row with neither side.
+/// Where one list has several names of one key they pair up in their order, and those left over stand alone, so that
+/// both sides always have as many rows. Linear.
+std::vector<AlignedRow> alignNames(const QStringList &merged, const QStringList &left, const QStringList &right);
 
 } // namespace qir

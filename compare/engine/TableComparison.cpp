@@ -9,16 +9,14 @@ namespace qir {
 
 namespace {
 
-constexpr int cellsBetweenSteps = 1 << 14;
 constexpr int bitsPerWord = 64;
 
 /// Two components side by side, read record by record.
 class RecordPair {
 public:
-    RecordPair(const QirDatabase &left, const QirDatabase &right, const ComparisonStep &step)
+    RecordPair(const QirDatabase &left, const QirDatabase &right)
         : m_left(left)
-        , m_right(right)
-        , m_step(step) {}
+        , m_right(right) {}
 
     void moveTo(int record) {
         m_left.setQIRTableRecordsPointerOut(record);
@@ -31,21 +29,11 @@ public:
         return !valuesEqual(m_leftValue, m_rightValue);
     }
 
-    void finished(int record, int fields) {
-        m_cells += std::max(fields, 1);
-        if (m_cells < cellsBetweenSteps || !m_step)
-            return;
-        m_cells = 0;
-        m_step(record);
-    }
-
 private:
     const QirDatabase &m_left;
     const QirDatabase &m_right;
-    const ComparisonStep &m_step;
     QVariant m_leftValue; // these two keep their memory from cell to cell
     QVariant m_rightValue;
-    int m_cells = 0;
 };
 
 void setColumns(std::vector<std::uint64_t> &words, std::size_t first, std::size_t last) {
@@ -85,14 +73,15 @@ bool currentTablesDiffer(const QirDatabase &left, const QirDatabase &right, cons
     const TableSizes sizes = currentTableSizes(left, right);
     if (!sizes.sameSize())
         return true;
-    RecordPair pair(left, right, step);
+    RecordPair pair(left, right);
     for (int record = 1; record <= sizes.leftRecords; ++record) {
         pair.moveTo(record);
         for (int field = 1; field <= sizes.leftFields; ++field) {
             if (pair.differs(field))
                 return true;
         }
-        pair.finished(record, sizes.leftFields);
+        if (step)
+            step(record);
     }
     return false;
 }
@@ -102,7 +91,7 @@ void compareCurrentTables(const QirDatabase &left, const QirDatabase &right, int
     const TableSizes sizes = currentTableSizes(left, right);
     const int lastRecord = std::min({records, sizes.commonRecords(), static_cast<int>(matrix.rows()) - 1});
     const int lastField = std::min({fields, sizes.commonFields(), static_cast<int>(matrix.columns()) - 1});
-    RecordPair pair(left, right, step);
+    RecordPair pair(left, right);
     std::vector<std::uint64_t> words(matrix.wordsPerRow());
     for (int record = 1; record <= lastRecord; ++record) {
         pair.moveTo(record);
@@ -116,7 +105,8 @@ void compareCurrentTables(const QirDatabase &left, const QirDatabase &right, int
                 word &= ~bit;
         }
         matrix.setRow(static_cast<std::size_t>(record), words);
-        pair.finished(record, lastField);
+        if (step)
+            step(record);
     }
     setBlock(matrix, atLeastZero(records) + 1, atLeastZero(fields) + 1);
 }

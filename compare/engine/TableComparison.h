@@ -22,8 +22,8 @@ struct TableSizes {
     int mostFields() const { return std::max(leftFields, rightFields); }
 };
 
-/// Called between two records every few thousand cells, with the number of records done: to stay responsive, to show
-/// progress. What it throws ends the comparison. It must leave the current tables alone. May be empty.
+/// Called after each record with its number: to stay responsive, to show progress. What it throws ends the comparison.
+/// It must leave the current tables alone. May be empty.
 using ComparisonStep = std::function<void(int record)>;
 
 /// All of these compare the current tables of two components and leave the current record of either wherever it came

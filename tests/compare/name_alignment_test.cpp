@@ -11,10 +11,19 @@
 using namespace Qt::StringLiterals;
 using qir::AlignedRow;
 using qir::AlignedRowKind;
-using qir::alignNames;
 using qir::collationKey;
 
 namespace {
+
+QStringList mergedNames(const QStringList &left, const QStringList &right) {
+    QStringList merged = left + right;
+    qir::sortNames(merged);
+    return qir::withoutRepeatedNames(merged);
+}
+
+std::vector<AlignedRow> alignNames(const QStringList &left, const QStringList &right) {
+    return qir::alignNames(mergedNames(left, right), left, right);
+}
 
 /// The two sides as lists show them: a name, or the other side's with " ?".
 std::pair<QStringList, QStringList> shown(const QStringList &left, const QStringList &right) {
@@ -58,6 +67,13 @@ TEST(AlignNames, ComparesANameThatEndsInAMarkerWithoutIt) {
 
 TEST(AlignNames, GivesTwoEmptyListsForTwoEmptyLists) {
     EXPECT_TRUE(alignNames({}, {}).empty());
+}
+
+TEST(AlignNames, GivesANameThatNeitherListHasARowOfItsOwn) {
+    const std::vector<AlignedRow> rows = qir::alignNames({u"A"_s, u"B"_s}, {u"A"_s}, {});
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[1].kind, AlignedRowKind::Neither);
+    EXPECT_EQ(rows[1].name, u"B"_s);
 }
 
 TEST(AlignNames, PairsTwinsInTheirOrderAndLeavesTheRestAlone) {
@@ -123,9 +139,7 @@ RC_GTEST_PROP(AlignNamesProperty, PutsTheSameKeyOnEachLineOfBothLists, ()) {
 RC_GTEST_PROP(AlignNamesProperty, AgreesWithInsertingEachMissingNameByItself, ()) {
     const QStringList left = acceptedNames();
     const QStringList right = acceptedNames();
-    QStringList merged = left + right;
-    qir::sortNames(merged);
-    merged = qir::withoutRepeatedNames(merged);
+    const QStringList merged = mergedNames(left, right);
     std::pair<QStringList, QStringList> expected{left, right};
     for (QStringList *lines : {&expected.first, &expected.second}) {
         for (const QString &name : merged) {
