@@ -34,6 +34,9 @@ public:
     void SalvaGridInDatabase(int pane);
 
 private:
+    void compareGrids(CellWindow window);
+    void clearGrid(int pane, CellWindow window);
+
     EditorContext &m_editor;
     DifferingTables &m_tables;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/shared/EditorContext.h"
+#include "compare/engine/TableComparison.h"
 
 #include <QStringList>
 
@@ -13,11 +14,13 @@ public:
         : m_editor(editor) {}
 
     /// Compares every table that both databases hold and marks or clears its line in both lists. Leaves each
-    /// component's current table at the last one compared. The names are accepted and not used. Yields.
+    /// component's current table at the last one compared. The names are accepted and not used. Reads a table no
+    /// further than its first difference. Yields.
     void IndividuaTabelleDiverse(const QStringList &elencoUnico);
     /// Compares the current tables of both databases value by value over records 1..R and fields 1..F that both have,
-    /// and sets `matrix` (record, field) where they differ. Elements beyond both R and F are set. Yields.
-    void TabelleDiverseBool(int R, int F, BitMatrix &matrix);
+    /// and sets `matrix` (record, field) where they differ. Elements beyond both R and F are set. Calls `step`
+    /// after each record. Yields.
+    void TabelleDiverseBool(int R, int F, BitMatrix &matrix, const ComparisonStep &step = {});
     /// Gives line `index` of both lists the marker " !", or takes it away. Does nothing for an index below 0 or when
     /// the lists differ in length.
     void SettaTabelleUgualiDiverse(bool different, int index);

@@ -32,8 +32,7 @@ AlignedRowKind kindOf(bool withLeft, bool withRight) {
 
 } // namespace
 
-QStringList tableNames(const QirDatabase &database) {
-    const int count = database.QIRTablesCount();
+QStringList tableNames(const QirDatabase &database, int count) {
     QStringList names;
     names.reserve(std::max(count, 0));
     for (int table = 1; table <= count; ++table)

@@ -18,8 +18,8 @@ struct AlignedRow {
     QString name; ///< As the side that has it spells it, the left one first.
 };
 
-/// The names of a component's tables in table order.
-QStringList tableNames(const QirDatabase &database);
+/// The names of a component's tables 1..`count`.
+QStringList tableNames(const QirDatabase &database, int count);
 
 /// Sorts names by collationKey(); names of equal keys keep their order.
 void sortNames(QStringList &names);

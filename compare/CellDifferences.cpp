@@ -1,0 +1,211 @@
+#include "compare/CellDifferences.h"
+
+#include "app/shared/PaneTable.h"
+#include "base/Collation.h"
+#include "compare/DifferingTables.h"
+#include "db/AssegnaARecordset.h"
+#include "platform/controls/Grid.h"
+#include "platform/controls/ListBox.h"
+#include "platform/controls/Twips.h"
+#include "platform/loop/MessageLoop.h"
+
+#include <QGroupBox>
+#include <QProgressBar>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace qir {
+
+namespace {
+
+constexpr int barGap = 50;    // twips between the left list and the progress bar
+constexpr int barSteps = 200; // the bar moves in no more steps than an eye can tell apart
+
+/// A grid that takes part in a run: hidden while it is painted, then as it was before, however the run ends.
+class PaintedGrid {
+public:
+    PaintedGrid(EditorContext &editor, int pane)
+        : m_grid(editor.Tabella(pane))
+        , m_selection(m_grid.selection()) {
+        m_hidden.emplace(m_grid);
+    }
+
+    void show() { m_hidden.reset(); }
+    void restoreSelection() {
+        const GridSilence silence(m_grid);
+        m_grid.setSelection(m_selection);
+    }
+
+private:
+    Grid &m_grid;
+    GridSelection m_selection;
+    std::optional<GridHidden> m_hidden;
+};
+
+/// The progress bar below the lists, shown while it lives.
+class ComparisonProgress {
+public:
+    ComparisonProgress(EditorContext &editor, int records)
+        : m_bar(*editor.controls.ProgressBarCompare)
+        , m_records(records)
+        , m_stride(std::max(1, records / barSteps)) {
+        place(editor);
+        // A bar from 0 to 0 would show endless activity instead of nothing done.
+        m_bar.setRange(0, std::max(records, 1));
+        m_bar.setValue(0);
+        m_bar.show();
+        m_bar.raise();
+        m_bar.repaint();
+    }
+    ~ComparisonProgress() { m_bar.hide(); }
+    ComparisonProgress(const ComparisonProgress &) = delete;
+    ComparisonProgress &operator=(const ComparisonProgress &) = delete;
+
+    void advanceTo(int record) {
+        if (record % m_stride != 0 && record != m_records)
+            return;
+        m_bar.setValue(record);
+        m_bar.repaint();
+    }
+
+private:
+    void place(EditorContext &editor) {
+        const QRect left = editor.IDtb(0).geometry();
+        const QRect right = editor.IDtb(1).geometry();
+        const QRect list = editor.ListaTabelle(0).geometry();
+        m_bar.setGeometry(left.x(), left.y() + list.y() + list.height() + toPixels(barGap),
+                          right.x() + right.width() - left.x(), m_bar.height());
+    }
+
+    QProgressBar &m_bar;
+    int m_records;
+    int m_stride;
+};
+
+std::size_t atLeastZero(int number) {
+    return static_cast<std::size_t>(std::max(number, 0));
+}
+
+BitMatrix noDifferences(int records, int fields) {
+    return BitMatrix(atLeastZero(records) + 1, atLeastZero(fields) + 1);
+}
+
+/// A pane that was refilled and not loaded again yet shows another table than its line stands for.
+bool gridsShowSameTable(EditorContext &editor) {
+    return panesShowSameTable(editor) &&
+           collationKey(editor.TabellaMostrata(0)) == collationKey(editor.TabellaMostrata(1));
+}
+
+/// Paints the cells of a grid inside the window as CelleDiverse says.
+void paintWindow(EditorContext &editor, int pane, const CellWindow &window) {
+    Grid &grid = editor.Tabella(pane);
+    grid.paintDifferences(editor.state.CelleDiverse,
+                          {window.firstRow, window.firstColumn, std::min(window.lastRow, grid.Rows() - 1),
+                           std::min(window.lastColumn, grid.Cols() - 1)});
+}
+
+} // namespace
+
+void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow window) {
+    const std::array<int, 2> lines{m_editor.ListaTabelle(0).ListIndex(), m_editor.ListaTabelle(1).ListIndex()};
+    if (lines[0] != lines[1] && rule == SelectionRule::SameLine)
+        return;
+    std::array<std::optional<PaintedGrid>, 2> grids;
+    for (const int pane : {0, 1}) {
+        const auto i = static_cast<std::size_t>(pane);
+        if (m_editor.Tabella(pane).Visible() && m_editor.DtbAperto(pane) && lines[i] >= 0)
+            grids[i].emplace(m_editor, pane);
+    }
+    yieldToMessages();
+    window.firstRow = window.firstRow == 0 ? 1 : window.firstRow;
+    window.firstColumn = window.firstColumn == 0 ? 1 : window.firstColumn;
+    if (grids[0] && grids[1] && gridsShowSameTable(m_editor)) {
+        compareGrids(window);
+    } else {
+        for (const int pane : {0, 1}) {
+            if (grids[static_cast<std::size_t>(pane)])
+                clearGrid(pane, window);
+        }
+    }
+    for (std::optional<PaintedGrid> &grid : grids) {
+        if (!grid)
+            continue;
+        grid->show();
+        yieldToMessages();
+        grid->restoreSelection();
+    }
+    m_tables.MostraTabellaDiversaInLista();
+    for (const int pane : {0, 1}) {
+        const auto i = static_cast<std::size_t>(pane);
+        if (grids[i])
+            m_editor.ListaTabelle(pane).setListIndex(lines[i]); // raises nothing when it is the line still selected
+    }
+    yieldToMessages();
+}
+
+void CellDifferences::clearGrid(int pane, CellWindow window) {
+    makeShownTableCurrent(m_editor, pane);
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    const int records = database.QirTableRecordsCount();
+    const int fields = database.QirTableFieldsCount();
+    window.lastRow = window.lastRow == 0 ? records : window.lastRow;
+    window.lastColumn = window.lastColumn == 0 ? fields : window.lastColumn;
+    m_editor.state.CelleDiverse = noDifferences(records, fields);
+    paintWindow(m_editor, pane, window);
+}
+
+void CellDifferences::compareGrids(CellWindow window) {
+    makeShownTableCurrent(m_editor, 0);
+    makeShownTableCurrent(m_editor, 1);
+    const TableSizes sizes = currentTableSizes(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1));
+    window.lastRow = window.lastRow == 0 ? sizes.mostRecords() : window.lastRow;
+    window.lastColumn = window.lastColumn == 0 ? sizes.mostFields() : window.lastColumn;
+    const int commonRecords = std::min(m_editor.Tabella(0).Rows(), m_editor.Tabella(1).Rows()) - 1;
+    const int commonFields = std::min(m_editor.Tabella(0).Cols(), m_editor.Tabella(1).Cols()) - 1;
+
+    BitMatrix &different = m_editor.state.CelleDiverse;
+    different = noDifferences(sizes.mostRecords(), sizes.mostFields());
+    {
+        // Painting whole rows takes no time worth showing: the bar goes along with the comparing.
+        ComparisonProgress progress(m_editor, commonRecords);
+        m_tables.TabelleDiverseBool(commonRecords, commonFields, different,
+                                    [&](int record) { progress.advanceTo(record); });
+        markOneSided(different, commonRecords, commonFields);
+        // The window bounds the painting only: what differs is known for all cells.
+        paintWindow(m_editor, 0, window);
+        paintWindow(m_editor, 1, window);
+    }
+}
+
+void CellDifferences::SalvaGridInDatabase(int pane) {
+    makeShownTableCurrent(m_editor, pane);
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    const Grid &grid = m_editor.Tabella(pane);
+    const CellTexts &texts = m_editor.TestiCelle(pane);
+    struct Column {
+        int field;
+        int type;
+    };
+    std::vector<Column> columns;
+    for (int f = 1; f < grid.Cols(); ++f)
+        columns.push_back({grid.ColData(f), database.QIRTableFieldType(grid.ColData(f)).toInt()});
+
+    ChangeGroup changes(database);
+    YieldTimer timer;
+    QString text;
+    for (int r = 1; r < grid.Rows(); ++r) {
+        database.setQIRTableRecordsPointerOut(grid.RowData(r));
+        for (int f = 1; f < grid.Cols(); ++f) {
+            texts.read(f, r, text);
+            const Column &column = columns[static_cast<std::size_t>(f - 1)];
+            assignText(database, column.field, column.type, text);
+        }
+        timer.yieldIfDue();
+    }
+    changes.commit();
+    EvidenziaDifferenzeTabella();
+}
+
+} // namespace qir

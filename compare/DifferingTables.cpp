@@ -1,0 +1,98 @@
+#include "compare/DifferingTables.h"
+
+#include "app/shared/PaneTable.h"
+#include "app/shared/utility.h"
+#include "platform/controls/Grid.h"
+#include "platform/controls/ListBox.h"
+#include "platform/loop/MessageLoop.h"
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString placeholderMarker = u" ?"_s;
+const QString differenceMarker = u" !"_s;
+
+void clearDifference(ListBox &list, int line) {
+    const QString shown = list.List(line);
+    QString text = shown;
+    SostituisciTesto(text, differenceMarker, QString());
+    if (text != shown)
+        list.setList(line, text);
+}
+
+} // namespace
+
+void DifferingTables::IndividuaTabelleDiverse(const QStringList &elencoUnico) {
+    Q_UNUSED(elencoUnico)
+    const QirDatabase &left = m_editor.OggettoDtb(0);
+    const QirDatabase &right = m_editor.OggettoDtb(1);
+    const ListBox &list = m_editor.ListaTabelle(0);
+    const ListBox &otherList = m_editor.ListaTabelle(1);
+    YieldTimer timer;
+    for (int i = 0; i < list.ListCount(); ++i) {
+        const QString name = TogliMarcatori(list.List(i));
+        const bool inLeft = left.ExistTable(name);
+        const bool inRight = right.ExistTable(name);
+        // A component with twins knows the name of a placeholder too.
+        if (!inLeft || !inRight || list.ItemData(i) == 0 || otherList.ItemData(i) == 0)
+            continue;
+        makeTableCurrent(m_editor, 0, name);
+        makeTableCurrent(m_editor, 1, name);
+        SettaTabelleUgualiDiverse(currentTablesDiffer(left, right, [&](int) { timer.yieldIfDue(); }), i);
+    }
+}
+
+void DifferingTables::TabelleDiverseBool(int R, int F, BitMatrix &matrix, const ComparisonStep &step) {
+    if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1))
+        return;
+    YieldTimer timer;
+    compareCurrentTables(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1), R, F, matrix, [&](int record) {
+        if (step)
+            step(record);
+        timer.yieldIfDue();
+    });
+}
+
+void DifferingTables::SettaTabelleUgualiDiverse(bool different, int index) {
+    ListBox &left = m_editor.ListaTabelle(0);
+    ListBox &right = m_editor.ListaTabelle(1);
+    if (index < 0 || left.ListCount() != right.ListCount())
+        return;
+    if (!different) {
+        clearDifference(left, index);
+        clearDifference(right, index);
+        return;
+    }
+    const QString leftText = left.List(index);
+    const QString rightText = right.List(index);
+    if (leftText.contains(placeholderMarker))
+        return; // for the right list too: it goes by the left line
+    if (!leftText.contains(differenceMarker))
+        left.setList(index, leftText + differenceMarker);
+    if (!rightText.contains(differenceMarker))
+        right.setList(index, rightText + differenceMarker);
+}
+
+void DifferingTables::MostraTabellaDiversaInLista() {
+    bool different = false;
+    if (m_editor.Tabella(0).Visible() && m_editor.Tabella(1).Visible() && m_editor.DtbAperto(0) &&
+        m_editor.DtbAperto(1))
+        different = m_editor.state.CelleDiverse.count() > 0;
+    SettaTabelleUgualiDiverse(different, m_editor.ListaTabelle(0).ListIndex());
+}
+
+void DifferingTables::SetEqualColor(int pane, int row, int column) {
+    Grid &grid = m_editor.Tabella(pane);
+    if (row < 0 || column < 0 || row >= grid.Rows() || column >= grid.Cols())
+        return;
+    const bool different =
+        m_editor.state.CelleDiverse.at(static_cast<std::size_t>(row), static_cast<std::size_t>(column));
+    const CellColour wanted = different ? CellColour::Red : CellColour::White;
+    if (m_editor.ColoriCelle(pane).at(row, column) != wanted)
+        grid.setCellBackColor(row, column, wanted);
+}
+
+} // namespace qir
