@@ -33,7 +33,7 @@ void DifferingTables::IndividuaTabelleDiverse(const QStringList &elencoUnico) {
     const ListBox &otherList = m_editor.ListaTabelle(1);
     YieldTimer timer;
     for (int i = 0; i < list.ListCount(); ++i) {
-        const QString name = TogliMarcatori(list.List(i));
+        const QString name = TogliMarcatori(list.List(i).trimmed());
         const bool inLeft = left.ExistTable(name);
         const bool inRight = right.ExistTable(name);
         // A component with twins knows the name of a placeholder too.

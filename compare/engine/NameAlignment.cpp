@@ -55,7 +55,9 @@ void sortNames(QStringList &names) {
 QStringList withoutRepeatedNames(const QStringList &sorted) {
     QStringList names;
     for (qsizetype i = 0; i < sorted.size(); ++i) {
-        if (i == 0 || withoutMarkers(sorted[i]) != withoutMarkers(sorted[i - 1]))
+        // " ?" and " !" are names of their own, by key, though nothing is left of either without markers.
+        if (i == 0 || withoutMarkers(sorted[i]) != withoutMarkers(sorted[i - 1]) ||
+            collationKey(sorted[i]) != collationKey(sorted[i - 1]))
             names.append(sorted[i]);
     }
     return names;

@@ -24,8 +24,8 @@ QStringList tableNames(const QirDatabase &database, int count);
 /// Sorts names by collationKey(); names of equal keys keep their order.
 void sortNames(QStringList &names);
 
-/// `sorted` without the names that follow an equal one: equal without markers, code unit by code unit, so that names
-/// that differ in case only both stay.
+/// `sorted` without the names that follow an equal one: of equal keys, and equal without markers, code unit by code
+/// unit, so that names that differ in case only both stay.
 QStringList withoutRepeatedNames(const QStringList &sorted);
 
 /// Puts two lists side by side: a row for each name of `merged`, names of equal keys in one row, in key order. All

@@ -91,6 +91,7 @@ TEST(SortNames, SortsByKeyAndKeepsTheOrderOfEqualKeys) {
 TEST(WithoutRepeatedNames, KeepsNamesThatDifferInCase) {
     EXPECT_EQ(qir::withoutRepeatedNames({u"a"_s, u"a"_s, u"A"_s, u"A !"_s, u"b ?"_s, u"b"_s}),
               QStringList({u"a"_s, u"A"_s, u"b ?"_s}));
+    EXPECT_EQ(qir::withoutRepeatedNames({u" !"_s, u" ?"_s}), QStringList({u" !"_s, u" ?"_s}));
     EXPECT_EQ(qir::withoutRepeatedNames({}), QStringList());
 }
 
