@@ -106,6 +106,22 @@ void EditorFixture::open(const QString &path)
     choose(Command::OpenDatabase);
 }
 
+void EditorFixture::activate(int pane)
+{
+    QTest::mouseClick(&editor().IDtb(pane), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+}
+
+void EditorFixture::openBoth(const QString &left, const QString &right)
+{
+    if (!editor().twoPanes())
+        choose(Command::TwoMenu);
+    activate(0);
+    open(left);
+    activate(1);
+    open(right);
+    activate(0);
+}
+
 void EditorFixture::clickLine(int pane, int line)
 {
     ListBox &box = list(pane);

@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QLabel>
 #include <QTemporaryDir>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <functional>
@@ -52,6 +53,10 @@ public:
     void choose(Command command);
     /// Opens a file by the open command into the active pane.
     void open(const QString &path);
+    /// Clicks the caption of a pane's frame.
+    void activate(int pane);
+    /// Two-pane mode with these files, the left pane active.
+    void openBoth(const QString &left, const QString &right);
     /// Presses the left button on a line of a pane's table list.
     void clickLine(int pane, int line);
     /// Clicks a record cell with the left button, after bringing it into view.
