@@ -3,9 +3,13 @@
 #include "app/Program.h"
 #include "base/FileNames.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
+#include <QImage>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTimer>
 
 using namespace qir;
 using namespace qir::test;
@@ -119,6 +123,36 @@ private Q_SLOTS:
         const QString picture = m_folder->filePath(u"picture.png"_s);
         QCOMPARE(runProgram({path, picture}), 0);
         QVERIFY(QImage(picture).width() > 500);
+    }
+
+    void closingTheWindowInTheMiddleOfALongLoadEndsTheProgramAndWritesNothing()
+    {
+        QStringList numbers;
+        for (int r = 0; r < 60'000; ++r)
+            numbers.append(QString::number(r));
+        const QString path = makeFile(u"LONG.DDB"_s, {{u"Long"_s,
+                                                       {{u"a"_s, FieldType::Long, numbers},
+                                                        {u"b"_s, FieldType::Double, numbers},
+                                                        {u"c"_s, FieldType::Text, numbers}}}});
+        const QByteArray before = bytesOf(path);
+        bool closedDuringTheLoad = false;
+        QTimer closing;
+        QObject::connect(&closing, &QTimer::timeout, [&] {
+            DtbEditor *window = nullptr;
+            for (QWidget *widget : QApplication::topLevelWidgets())
+                if (auto *editor = qobject_cast<DtbEditor *>(widget))
+                    window = editor;
+            if (window == nullptr || !MessageLoop::instance()->commandRunning() ||
+                window->context().TabellaMostrata(0) != u"Long"_s)
+                return;
+            closedDuringTheLoad = window->context().Tabella(0).Rows() == 1;
+            closing.stop();
+            window->close();
+        });
+        closing.start(0);
+        QCOMPARE(runProgram({path, QString()}), 0);
+        QVERIFY(closedDuringTheLoad);
+        QCOMPARE(bytesOf(path), before);
     }
 
     void asksForThePasswordOfAProtectedFile()
@@ -291,6 +325,12 @@ private:
         const QString path = m_folder->filePath(name);
         makeDatabase(path, tables, password);
         return path;
+    }
+
+    static QByteArray bytesOf(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
     QString writeBytes(const QString &name, const QByteArray &bytes)
