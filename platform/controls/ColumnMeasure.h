@@ -1,39 +1,59 @@
 #pragma once
 
+#include "base/PackedTexts.h"
+
 #include <QFont>
-#include <QString>
+#include <QFontMetricsF>
+#include <QStringView>
 
 #include <array>
 #include <cstdint>
 #include <functional>
-
-QT_BEGIN_NAMESPACE
-class QPaintDevice;
-QT_END_NAMESPACE
+#include <unordered_map>
 
 namespace qir {
 
 class Grid;
-class PackedTexts;
 
-/// How wide texts are in one font: a column's width is that of its widest text with one blank in front, in twips,
-/// rounded to a whole number, plus 60.
+/// How wide texts are in one font: a column is as wide as its widest text with one blank in front, in twips, rounded to
+/// a whole number, plus 60.
+///
+/// In a font without kerning and optional ligatures (as a Grid's is) a text in a simple script is no wider than its
+/// characters together, so a text that they say cannot win needs no layout. Every other text is laid out, and in any
+/// other font all of them are; equal ones once a column.
 class ColumnMeasure {
 public:
     /// Called now and then during long runs, about every millisecond; it may throw, which ends the measuring.
     using Pause = std::function<void()>;
 
-    /// `device` is what the texts are drawn on, for its resolution.
+    /// `device` is what the texts are drawn on, for its resolution; it must outlive this.
     ColumnMeasure(const QFont &font, const QPaintDevice *device);
 
     /// The column width that one text asks for.
-    int textWidth(QStringView text) const;
-    /// The column width for a header and all texts of a column: the greatest textWidth() of them. A text whose upper
-    /// bound is not above the widest so far is not laid out, and equal texts are laid out once.
+    int textWidth(QStringView text);
+    /// The greatest textWidth() of a header and of all texts of a column.
     int columnWidth(QStringView header, const PackedTexts &texts, const Pause &pause = {});
 
-    /// How many texts were laid out so far.
+    /// How many texts were laid out so far to be measured (characters aside).
     std::size_t layouts() const { return m_layouts; }
+
+private:
+    // In 1/64 pixel, which is what layouts are made of. A character whose room depends on what stands round it has one
+    // that no text is narrower than.
+    using Advance = std::uint64_t;
+
+    Advance laidOut(QStringView text) const;
+    Advance measured(QStringView text);
+    Advance narrowBound(const PackedTexts::View &text) const;
+    Advance wideBound(const PackedTexts::View &text);
+    Advance wideAdvance(char16_t unit);
+    Advance computeAdvance(char16_t unit) const;
+
+    QFontMetricsF m_metrics;
+    bool m_additive;
+    std::size_t m_layouts = 0;
+    std::array<Advance, 256> m_narrow{};          // by character
+    std::unordered_map<char16_t, Advance> m_wide; // as they are met in texts that are not Latin-1 alone
 };
 
 /// Sets every column of the grid from `firstColumn` on that is at least 1 twip wide to the width of its widest text,

@@ -175,19 +175,56 @@ protected:
     void timerEvent(QTimerEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     friend class GridFill;
     friend class GridHidden;
     friend class GridSilence;
 
+    struct PointedCell {
+        int row = -1;
+        int column = -1;
+    };
+
+    void connectHeaders();
+    void connectScrollBars();
+    void adoptShape();
+    void fitRowHeight();
+    void layOut();
+    void endHidden();
+
+    GridExtent extent() const;
+    bool hasCell(int row, int column) const;
+    void select(const GridSelection &selection);
+    void showSelection();
+    void adoptSelection();
+    bool selectionHoldsRow(int row) const;
+
+    void pressColumn(int section, Qt::KeyboardModifiers modifiers);
+    void pressRow(int section, Qt::KeyboardModifiers modifiers);
+    void extendColumns(int column);
+    void extendRows(int row);
+    void dragOn();
+    PointedCell pointedCell() const;
+    void bringIntoView(int row, int column);
+    QPoint menuPosition(int row);
+
     std::unique_ptr<PointerPlace> m_pointer;
     GridModel *m_model;
     GridHeader *m_columnHeader;
     GridHeader *m_rowHeader;
-    GridSelection m_selection;
+    int m_fixedColumnTwips;
+    std::vector<int> m_columnTwips; // width of column k at k - 1
+    GridSelection m_selection{0, 1, 0, 1};
     int m_silences = 0;
+    QPoint m_dragPosition;
+    QBasicTimer m_dragTimer;
+    bool m_dragging = false;
+    bool m_clickDue = false;
+    bool m_showing = false; // the selection model is being brought in step
     bool m_visible = true;
+    bool m_hidden = false; // by a GridHidden
     bool m_userResizing = true;
 };
 
@@ -214,6 +251,7 @@ public:
 
 private:
     Grid &m_grid;
+    bool m_ours = false;
 };
 
 } // namespace qir

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/controls/CellTexts.h"
+#include "platform/controls/Grid.h"
 
 #include <QStringList>
 
@@ -8,8 +9,6 @@
 #include <vector>
 
 namespace qir {
-
-class Grid;
 
 /// Fills a grid with a table, record by record, without a string object or a signal for each cell.
 ///
@@ -40,6 +39,8 @@ private:
     void makeRoom();
 
     Grid &m_grid;
+    GridPlace m_place;
+    QStringList m_headers;
     CellTexts m_texts;
     int m_expected;
 };

@@ -24,6 +24,8 @@ public:
     bool isIdentity() const { return m_numbers.empty(); }
 
 private:
+    void resizeStored(int count);
+
     std::vector<int> m_numbers; // empty while every number is the index
 };
 

@@ -34,7 +34,7 @@ public:
     void setList(int line, const QString &text);
 
     int ItemData(int line) const; ///< 0 outside, and for a new line.
-    void setItemData(int line, int data);
+    void setItemData(int line, int number);
 
     /// Adds a line at its sorted place, or at the end. The selected line stays selected; nothing is raised.
     void addItem(const QString &text);
@@ -42,7 +42,7 @@ public:
     /// selected line stays selected; nothing is raised.
     void insertItem(int line, const QString &text);
     /// Where the last added or inserted line stands, -1 before the first and after clear().
-    int NewIndex() const;
+    int NewIndex() const { return m_newIndex; }
     /// Removes all lines; deselects silently.
     void clear();
 
@@ -70,8 +70,10 @@ private:
 
     ListLines *m_lines;
     Order m_order;
-    bool m_silent = false;  // code is changing the selection
-    bool m_pressed = false; // a button is down: its release raises Click
+    int m_newIndex = -1;
+    bool m_silent = false;   // code is changing lines or selection
+    bool m_pressed = false;  // the left button is down: its release raises Click
+    bool m_clickDue = false; // another line was selected since it went down
     bool m_visible = true;
 };
 

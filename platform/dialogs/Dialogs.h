@@ -25,7 +25,7 @@ void messageBox(QWidget *parent, const QString &text, const QString &title);
 /// A question with Yes and No, No being the default button. Every end but the Yes button is No.
 Answer askYesNo(QWidget *parent, const QString &text, const QString &title);
 
-/// A question with Yes, No and Cancel, Cancel being the default button. Every end but the Yes and No buttons is Cancel.
+/// A question with Yes, No and Cancel, No being the default button. Every end but the Yes and No buttons is Cancel.
 Answer askYesNoCancel(QWidget *parent, const QString &text, const QString &title);
 
 /// A question with Yes and No, No being the default button, that stays until one of them is pressed: neither Escape

@@ -4,10 +4,9 @@
 #include <QPointer>
 
 #include <chrono>
-#include <deque>
 #include <exception>
 #include <functional>
-#include <memory>
+#include <list>
 #include <vector>
 
 QT_BEGIN_NAMESPACE
@@ -15,6 +14,8 @@ class QWidget;
 QT_END_NAMESPACE
 
 namespace qir {
+
+class HeldInput;
 
 /// Thrown by a yield when the main window was closed meanwhile: the command ends there, everything is unwound and the
 /// program ends. Not a std::exception, so that no handler of a command's errors swallows it.
@@ -24,12 +25,12 @@ struct ProgramEnded {};
 /// painted and can be closed.
 ///
 /// While a command yields, mouse, key, wheel, touch, tablet, input method, drop, shortcut and context menu events are
-/// held. They are delivered again, in order, when the outermost command has ended; those whose receiver is gone or
-/// blocked by a modal window by then are dropped, as the window system would have. Painting, timers, posted events and
-/// the close of a window pass, and so does input to a modal window opened during the yield.
+/// held. They are delivered, in order and before any later input, when the outermost command has ended; those whose
+/// receiver is gone or blocked by a modal window by then are dropped, as the window system would have. Painting,
+/// timers, posted events and the close of a window pass, and so does input to a modal window opened during the yield.
 ///
-/// One object, made after the application object and destroyed before it; the free functions below reach it and do
-/// without when there is none. User-interface thread only.
+/// One object, made after the application object and destroyed before it. The controls and the free functions below
+/// reach it, and do without when there is none. User-interface thread only.
 class MessageLoop : public QObject {
     Q_OBJECT
 
@@ -40,34 +41,32 @@ public:
 
     static MessageLoop *instance();
 
-    void setWindow(QWidget *window);
-    /// To be called for every outermost command when it has ended, well or not; not when the program is ending.
+    void setWindow(QWidget *window) { m_window = window; }
+    /// Called when an outermost command has ended, well or not, before input is delivered again; not when the program
+    /// is ending. Errors in it are shown like the command's own.
     void addSettling(std::function<void()> settle);
 
-    /// The main window was closed: the next yield, and every later one, throws ProgramEnded.
-    void endProgram();
+    /// To be called by the main window when it was closed: the next yield, and every later one, throws ProgramEnded.
+    void endProgram() { m_ended = true; }
     bool programEnded() const { return m_ended; }
 
     /// Runs a command: the one place that catches a command's error and shows it. Every slot and every event handler
     /// that does more than a repaint goes through here, so that no exception crosses Qt's event loop.
     ///
-    /// A command started by another one's own call (a signal that its setting of a property raises) is a part of
-    /// that one: its exception is carried to it, by rethrowCarried(), the next yield, or its end. The outermost command
-    /// is settled at its end. ProgramEnded ends the application's event loop.
+    /// A command that another one started by a call (a signal raised by setting a property) is a part of that one: what
+    /// it throws is carried to it and thrown there by rethrowCarried(), by the next yield, or counts as thrown at its
+    /// end. Grid and ListBox do that for the signals that their setters raise. ProgramEnded ends the application's
+    /// event loop and is not shown.
     void run(const std::function<void()> &command);
 
-    /// Processes what is pending, at least what needs painting, for 10 ms at most beyond the event being handled.
-    /// Throws ProgramEnded, or what a command run meanwhile carried.
+    /// Processes what is pending and paints, for about 10 ms at most. Throws ProgramEnded, or what a command run
+    /// meanwhile carried.
     void yield();
 
-    /// Throws what a nested command could not throw through the signal that started it.
+    /// Throws what a nested command could not throw through the signal that started it, once.
     void rethrowCarried();
 
-    bool commandRunning() const { return !m_commands.empty(); }
-
-Q_SIGNALS:
-    /// An error message is about to be shown.
-    void failed(const QString &text);
+    bool commandRunning() const { return m_scopes > 0; }
 
 protected:
     bool eventFilter(QObject *receiver, QEvent *event) override;
@@ -76,26 +75,55 @@ protected:
 private:
     friend class CommandScope;
 
-    struct Command {
-        int loopLevel; // event loops running when it started: more of them later means that it was left by one
-        int yields;
+    /// Where a command was started: deeper in event loops or yields than the one around it means by an event.
+    struct Level {
+        int loops = 0;
+        int yields = 0;
+        friend bool operator==(const Level &, const Level &) = default;
     };
+
+    Level level() const;
+    void runPart(const std::function<void()> &command);
+    void runGuarded(const std::function<void()> &command);
+    void settle();
+    void showError(const QString &text);
+    void closeScope();
+    void postDelivery();
+    bool passesDuringYield(QObject *receiver) const;
+
+    QPointer<QWidget> m_window;
+    std::vector<std::function<void()>> m_settlings;
+    std::vector<Level> m_commands;
+    std::exception_ptr m_carried;
+    std::list<HeldInput> m_held; // in order of arrival
+    int m_scopes = 0;
+    int m_yields = 0;
+    int m_delivering = 0;
+    QPointer<QWidget> m_modalAtYield;
+    bool m_deliveryPosted = false;
+    bool m_ended = false;
 };
 
-/// Holds input for the commands inside it, nested or not; the end of the outermost one delivers it. run() opens one.
+/// Input that comes during the scope's yields is held, and delivered when the outermost scope ends. run() opens one.
 class CommandScope {
 public:
     CommandScope();
     ~CommandScope();
     CommandScope(const CommandScope &) = delete;
     CommandScope &operator=(const CommandScope &) = delete;
+
+private:
+    QPointer<MessageLoop> m_loop;
 };
 
-/// MessageLoop::run() of the program's loop.
+/// MessageLoop::run() of the program's loop; just the call where there is none.
 void runCommand(const std::function<void()> &command);
 
 /// MessageLoop::yield() of the program's loop; processes events once where there is none.
 void yieldToMessages();
+
+/// MessageLoop::rethrowCarried() of the program's loop.
+void rethrowCarried();
 
 /// For long loops: yields when 30 ms have passed since the last yield. A call costs about a nanosecond.
 class YieldTimer {
@@ -112,7 +140,7 @@ private:
     std::chrono::steady_clock::time_point m_lastYield;
     std::chrono::steady_clock::time_point m_lastCheck;
     int m_callsLeft = 1;
-    int m_calls = 1; // calls between two looks at the clock
+    int m_calls = 1; // between two looks at the clock
 };
 
 } // namespace qir

@@ -1,0 +1,74 @@
+#include "platform/controls/GridDelegate.h"
+
+#include "platform/controls/CellTextDrawing.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QTextDocument>
+#include <QToolTip>
+
+namespace qir {
+
+namespace {
+
+constexpr qreal selectionTint = 0.35; // strong enough to see, weak enough to tell red from white under black text
+
+bool isCurrent(const QStyleOptionViewItem &option, const QModelIndex &index) {
+    const auto *view = qobject_cast<const QAbstractItemView *>(option.widget);
+    return view != nullptr && view->currentIndex() == index;
+}
+
+void drawCurrentFrame(QPainter &painter, const QStyleOptionViewItem &option) {
+    const int width = option.state.testFlag(QStyle::State_HasFocus) ? 2 : 1;
+    QPen pen(option.palette.color(QPalette::Highlight), width);
+    pen.setJoinStyle(Qt::MiterJoin);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(option.rect).adjusted(width / 2.0, width / 2.0, -width / 2.0, -width / 2.0));
+}
+
+} // namespace
+
+void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    painter->save();
+    painter->setClipRect(option.rect);
+    painter->fillRect(option.rect, index.data(Qt::BackgroundRole).value<QColor>());
+    const bool current = isCurrent(option, index);
+    if (option.state.testFlag(QStyle::State_Selected) && !current) {
+        QColor tint = option.palette.color(QPalette::Highlight);
+        tint.setAlphaF(selectionTint);
+        painter->fillRect(option.rect, tint);
+    }
+    painter->setFont(option.font);
+    painter->setPen(index.data(Qt::ForegroundRole).value<QColor>());
+    const auto alignment = index.data(Qt::TextAlignmentRole).value<Qt::Alignment>();
+    drawCellText(*painter, option.rect, index.data(Qt::DisplayRole).toString(), alignment & Qt::AlignHorizontal_Mask);
+    if (current)
+        drawCurrentFrame(*painter, option);
+    painter->restore();
+}
+
+QSize GridDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    const QString text = index.data(Qt::DisplayRole).toString();
+    return {option.fontMetrics.horizontalAdvance(text) + 2 * cellMargin, option.fontMetrics.height()};
+}
+
+bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                             const QModelIndex &index) {
+    if (event->type() != QEvent::ToolTip)
+        return false;
+    const QString text = index.data(Qt::DisplayRole).toString();
+    const bool cut =
+        isCutOff(option.fontMetrics, text, option.rect.width()) || !view->viewport()->rect().contains(option.rect);
+    if (!index.isValid() || text.isEmpty() || !cut) {
+        QToolTip::hideText();
+        return true;
+    }
+    // A text that looks like markup is shown as the text that it is.
+    QToolTip::showText(event->globalPos(), Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text,
+                       view->viewport(), option.rect);
+    return true;
+}
+
+} // namespace qir

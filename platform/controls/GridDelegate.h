@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QAbstractItemDelegate>
+
+namespace qir {
+
+/// Draws the cells of a grid: the model's background, one line of black text, a tint over the selected cells that
+/// leaves the background readable, a frame round the current cell, whose background stays as it is. Shows a cell's
+/// whole text as tool tip when it is cut off.
+class GridDelegate : public QAbstractItemDelegate {
+    Q_OBJECT
+
+public:
+    using QAbstractItemDelegate::QAbstractItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                   const QModelIndex &index) override;
+};
+
+} // namespace qir

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QtCore/qnamespace.h>
+
+namespace qir {
+
+/// The virtual-key code of a key (13 Enter, 45 Insert, 65 A, ...), 0 for a key that has none here.
+int virtualKeyCode(int key);
+
+/// Modifiers as a sum: 1 Shift, 2 Ctrl, 4 Alt. Whether the key stands on the keypad does not count.
+int shiftMask(Qt::KeyboardModifiers modifiers);
+
+} // namespace qir

@@ -1,0 +1,152 @@
+#include "platform/controls/ListBox.h"
+
+#include "platform/controls/ListLines.h"
+#include "platform/loop/MessageLoop.h"
+
+#include <QContextMenuEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <utility>
+
+namespace qir {
+
+ListBox::ListBox(QWidget *parent, Order order)
+    : QListView(parent)
+    , m_lines(new ListLines(this))
+    , m_order(order) {
+    setModel(m_lines);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerItem);
+}
+
+int ListBox::ListCount() const {
+    return m_lines->rowCount();
+}
+
+int ListBox::ListIndex() const {
+    const QItemSelection selected = selectionModel()->selection();
+    return selected.isEmpty() ? -1 : selected.first().top();
+}
+
+void ListBox::setListIndex(int line) {
+    if (line == ListIndex() || (line != -1 && !m_lines->has(line)))
+        return;
+    selectSilently(line);
+    if (line == -1)
+        return;
+    Q_EMIT Click();
+    rethrowCarried();
+}
+
+void ListBox::selectSilently(int line) {
+    m_silent = true;
+    if (line < 0) {
+        selectionModel()->clear();
+    } else {
+        selectionModel()->setCurrentIndex(m_lines->index(line), QItemSelectionModel::ClearAndSelect);
+        scrollTo(m_lines->index(line));
+    }
+    m_silent = false;
+}
+
+QString ListBox::List(int line) const {
+    return m_lines->has(line) ? m_lines->text(line) : QString();
+}
+
+void ListBox::setList(int line, const QString &text) {
+    if (m_lines->has(line) && m_lines->text(line) != text)
+        m_lines->setText(line, text);
+}
+
+int ListBox::ItemData(int line) const {
+    return m_lines->has(line) ? m_lines->number(line) : 0;
+}
+
+void ListBox::setItemData(int line, int number) {
+    if (m_lines->has(line))
+        m_lines->setNumber(line, number);
+}
+
+void ListBox::addItem(const QString &text) {
+    insertItem(m_order == Sorted ? m_lines->sortedPlace(text) : ListCount(), text);
+}
+
+void ListBox::insertItem(int line, const QString &text) {
+    m_newIndex = std::clamp(line, 0, ListCount());
+    m_silent = true; // the selected line moves on, which is no selecting
+    m_lines->insert(m_newIndex, text);
+    m_silent = false;
+}
+
+void ListBox::clear() {
+    m_silent = true;
+    m_lines->clear();
+    m_silent = false;
+    m_newIndex = -1;
+}
+
+int ListBox::TopIndex() const {
+    return ListCount() == 0 ? 0 : verticalScrollBar()->value();
+}
+
+void ListBox::setTopIndex(int line) {
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(line);
+}
+
+void ListBox::setVisibleFlag(bool visible) {
+    m_visible = visible;
+    setVisible(visible);
+}
+
+void ListBox::mousePressEvent(QMouseEvent *event) {
+    const bool right = event->button() == Qt::RightButton;
+    // The left button's Click comes with its release.
+    m_pressed = event->button() == Qt::LeftButton;
+    QListView::mousePressEvent(event);
+    event->accept();
+    if (!right || indexAt(event->position().toPoint()).isValid())
+        Q_EMIT MouseDown(event->button(), event->globalPosition().toPoint());
+}
+
+void ListBox::mouseReleaseEvent(QMouseEvent *event) {
+    QListView::mouseReleaseEvent(event);
+    event->accept();
+    if (event->button() != Qt::LeftButton || !std::exchange(m_pressed, false))
+        return;
+    const bool onLine = indexAt(event->position().toPoint()).isValid();
+    if (ListIndex() >= 0 && (onLine || std::exchange(m_clickDue, false)))
+        Q_EMIT Click();
+    m_clickDue = false;
+}
+
+void ListBox::contextMenuEvent(QContextMenuEvent *event) {
+    event->accept();
+    // A press with the mouse has been told already.
+    if (event->reason() != QContextMenuEvent::Keyboard)
+        return;
+    const QRect line = visualRect(m_lines->index(std::max(ListIndex(), 0))) & viewport()->rect();
+    Q_EMIT MouseDown(Qt::RightButton, viewport()->mapToGlobal(line.bottomLeft()));
+}
+
+void ListBox::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) {
+    QListView::selectionChanged(selected, deselected);
+    if (m_silent || selected.isEmpty())
+        return;
+    if (m_pressed)
+        m_clickDue = true;
+    else
+        Q_EMIT Click();
+}
+
+QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex &index, const QEvent *event) const {
+    Q_UNUSED(event)
+    // One line is selected or none, and nothing that the user does deselects.
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+}
+
+} // namespace qir

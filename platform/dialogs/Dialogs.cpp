@@ -1,0 +1,96 @@
+#include "platform/dialogs/Dialogs.h"
+
+#include <QCloseEvent>
+#include <QInputDialog>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMessageBox>
+
+namespace qir {
+
+namespace {
+
+/// A box that only its buttons close.
+class StayingBox : public QMessageBox {
+public:
+    using QMessageBox::QMessageBox;
+
+    void reject() override {}
+
+protected:
+    void closeEvent(QCloseEvent *event) override { event->ignore(); }
+    void keyPressEvent(QKeyEvent *event) override {
+        if (event->matches(QKeySequence::Cancel))
+            event->ignore();
+        else
+            QMessageBox::keyPressEvent(event);
+    }
+};
+
+void prepare(QMessageBox &box, const QString &text, const QString &title, QMessageBox::StandardButtons buttons,
+             QMessageBox::StandardButton defaultButton) {
+    box.setIcon(QMessageBox::NoIcon);
+    box.setWindowTitle(title);
+    // File names and error texts may look like markup.
+    box.setTextFormat(Qt::PlainText);
+    box.setText(text);
+    box.setStandardButtons(buttons);
+    box.setDefaultButton(defaultButton);
+}
+
+/// What was pressed, or `otherwise` when the box ended without one of its buttons.
+Answer pressed(const QMessageBox &box, Answer otherwise) {
+    switch (box.standardButton(box.clickedButton())) {
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    case QMessageBox::Cancel:
+        return Answer::Cancel;
+    default:
+        return otherwise;
+    }
+}
+
+} // namespace
+
+void messageBox(QWidget *parent, const QString &text, const QString &title) {
+    QMessageBox box(parent);
+    prepare(box, text, title, QMessageBox::Ok, QMessageBox::Ok);
+    box.exec();
+}
+
+Answer askYesNo(QWidget *parent, const QString &text, const QString &title) {
+    QMessageBox box(parent);
+    prepare(box, text, title, QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    box.exec();
+    return pressed(box, Answer::No);
+}
+
+Answer askYesNoCancel(QWidget *parent, const QString &text, const QString &title) {
+    QMessageBox box(parent);
+    prepare(box, text, title, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::No);
+    box.exec();
+    return pressed(box, Answer::Cancel);
+}
+
+Answer askUntilAnswered(QWidget *parent, const QString &text, const QString &title) {
+    StayingBox box(parent);
+    prepare(box, text, title, QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    box.exec();
+    return pressed(box, Answer::None);
+}
+
+QString inputBox(QWidget *parent, const QString &prompt, const QString &title, const QString &defaultText) {
+    QInputDialog dialog(parent);
+    dialog.setInputMode(QInputDialog::TextInput);
+    dialog.setWindowTitle(title);
+    dialog.setLabelText(prompt);
+    for (QLabel *label : dialog.findChildren<QLabel *>())
+        label->setTextFormat(Qt::PlainText); // names in it may look like markup
+    dialog.setTextValue(defaultText);
+    dialog.setTextEchoMode(QLineEdit::Normal);
+    return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
+}
+
+} // namespace qir
