@@ -6,6 +6,8 @@
 
 namespace qir {
 
+class FileOps;
+
 /// The file that a name chosen in a dialog reaches. Such names are kept in upper case, and disks here tell case apart:
 /// part by part along the path the exact entry comes first, else the one entry that differs only in case.
 ///
@@ -14,5 +16,7 @@ namespace qir {
 /// there on. Two entries that differ only in case, none of them exact, are a failure that names both.
 /// "Differs only in case" compares the Unicode upper-cased names. Relative paths start at the current folder.
 Result<QString> reachIgnoringCase(const QString &path);
+/// The same through other system calls than the running system's.
+Result<QString> reachIgnoringCase(FileOps &ops, const QString &path);
 
 } // namespace qir

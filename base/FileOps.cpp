@@ -64,14 +64,18 @@ QString systemErrorWords(SystemError error) {
     }
 }
 
-std::string systemPath(const QString &path) { return QFile::encodeName(path).toStdString(); }
+std::string systemPath(const QString &path) {
+    return QFile::encodeName(path).toStdString();
+}
 
 SystemResult<int> FileOps::openAt(int folder, const std::string &name, int flags, mode_t mode) {
     return persevering([&] { return doOpenAt(folder, name, flags | O_CLOEXEC, mode); });
 }
 
 // Never again: Linux has closed the descriptor even where it was interrupted.
-SystemResult<void> FileOps::close(int file) { return doClose(file); }
+SystemResult<void> FileOps::close(int file) {
+    return doClose(file);
+}
 
 SystemResult<struct stat> FileOps::status(int file) {
     return persevering([&] { return doStatus(file); });
@@ -145,7 +149,9 @@ SystemResult<void> FileOps::renameAt(int folder, const std::string &from, const 
     return doRenameAt(folder, from, to, flags);
 }
 
-SystemResult<void> FileOps::unlinkAt(int folder, const std::string &name) { return doUnlinkAt(folder, name); }
+SystemResult<void> FileOps::unlinkAt(int folder, const std::string &name) {
+    return doUnlinkAt(folder, name);
+}
 
 SystemResult<void> FileOps::makeFolder(int folder, const std::string &name, mode_t mode) {
     return persevering([&] { return doMakeFolder(folder, name, mode); });

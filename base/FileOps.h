@@ -39,8 +39,8 @@ enum class LockKind { Shared, Exclusive, Release };
 ///
 /// A folder argument is an open folder that relative names count from, or AT_FDCWD. Every call gives its result or the
 /// errno value; none throws. A call that a signal interrupted is made again, but not without end: after
-/// `interruptedTries` in a row it gives EINTR. Naming calls (linkAt, renameAt, unlinkAt) are not repeated, since on some
-/// file systems the interrupted one may have been done: their caller looks what stands there.
+/// `interruptedTries` in a row it gives EINTR. Naming calls (linkAt, renameAt, unlinkAt) are not repeated, since on
+/// some file systems the interrupted one may have been done: their caller looks what stands there.
 class FileOps {
 public:
     static constexpr int interruptedTries = 64;
@@ -86,8 +86,9 @@ public:
     SystemResult<void> renameAt(int folder, const std::string &from, const std::string &to, unsigned flags);
     SystemResult<void> unlinkAt(int folder, const std::string &name);
     SystemResult<void> makeFolder(int folder, const std::string &name, mode_t mode);
-    /// Takes or gives back a lock on the whole file for this open description, without waiting: EWOULDBLOCK when another
-    /// one, in this process too, holds it. It ends with the last descriptor, so also when the process is killed.
+    /// Takes or gives back a lock on the whole file for this open description, without waiting: EWOULDBLOCK when
+    /// another one, in this process too, holds it. It ends with the last descriptor, so also when the process is
+    /// killed.
     SystemResult<void> lock(int file, LockKind kind);
 
 protected:
@@ -121,15 +122,17 @@ protected:
 class OpenFile {
 public:
     OpenFile() = default;
-    OpenFile(FileOps &ops, int descriptor) : m_ops(&ops), m_descriptor(descriptor) {}
+    OpenFile(FileOps &ops, int descriptor)
+        : m_ops(&ops)
+        , m_descriptor(descriptor) {}
     OpenFile(OpenFile &&other) noexcept
-        : m_ops(std::exchange(other.m_ops, nullptr)), m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+        : m_ops(std::exchange(other.m_ops, nullptr))
+        , m_descriptor(std::exchange(other.m_descriptor, -1)) {}
     OpenFile &operator=(OpenFile &&other) noexcept;
     ~OpenFile() { reset(); }
 
     /// openAt() into an owner.
-    static SystemResult<OpenFile> openAt(FileOps &ops, int folder, const std::string &name, int flags,
-                                         mode_t mode = 0);
+    static SystemResult<OpenFile> openAt(FileOps &ops, int folder, const std::string &name, int flags, mode_t mode = 0);
 
     int descriptor() const { return m_descriptor; }
     explicit operator bool() const { return m_descriptor >= 0; }

@@ -14,7 +14,9 @@ namespace qir {
 
 namespace {
 
-tl::unexpected<SystemError> lastError() { return tl::unexpected(SystemError{errno}); }
+tl::unexpected<SystemError> lastError() {
+    return tl::unexpected(SystemError{errno});
+}
 
 SystemResult<void> checked(int result) {
     if (result < 0)
@@ -179,8 +181,7 @@ protected:
         return checked(::linkat(AT_FDCWD, self.c_str(), folder, name.c_str(), AT_SYMLINK_FOLLOW));
     }
 
-    SystemResult<void> doRenameAt(int folder, const std::string &from, const std::string &to,
-                                  unsigned flags) override {
+    SystemResult<void> doRenameAt(int folder, const std::string &from, const std::string &to, unsigned flags) override {
         return checked(::renameat2(folder, from.c_str(), folder, to.c_str(), flags));
     }
 
@@ -193,9 +194,7 @@ protected:
     }
 
     SystemResult<void> doLock(int file, LockKind kind) override {
-        const int operation = kind == LockKind::Shared      ? LOCK_SH
-                              : kind == LockKind::Exclusive ? LOCK_EX
-                                                            : LOCK_UN;
+        const int operation = kind == LockKind::Shared ? LOCK_SH : kind == LockKind::Exclusive ? LOCK_EX : LOCK_UN;
         return checked(::flock(file, operation | LOCK_NB));
     }
 };

@@ -30,8 +30,8 @@ public:
 
     /// Appends the sealed chunk to `out`.
     void seal(QByteArrayView plain, bool isLast, QByteArray &out);
-    /// Opens a sealed chunk into `plain`, which has room for its plain bytes. False when it was tampered with, is not the
-    /// next one, or is the last one and should not be, or the other way round.
+    /// Opens a sealed chunk into `plain`, which has room for its plain bytes. False when it was tampered with, is not
+    /// the next one, or is the last one and should not be, or the other way round.
     bool open(QByteArrayView sealed, bool isLast, std::span<char> plain);
 
 private:

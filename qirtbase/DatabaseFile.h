@@ -8,6 +8,7 @@
 #include "qirtbase/SecretKey.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
 #include <functional>
@@ -17,10 +18,11 @@ namespace qir {
 
 /// What a DatabaseFile is made with; the defaults are what people get.
 struct DatabaseFileOptions {
-    KdfCosts costs;                    ///< For passwords set from now on; a loaded file keeps its own.
-    ContainerLimits limits;            ///< What a file may ask for while it is read.
-    RandomSource *random = nullptr;    ///< Ids, salts and stream headers; null: the system's. Must outlive the file.
-    std::function<void(QString)> notice; ///< Called with what the user should know of a save that did succeed.
+    KdfCosts costs;                              ///< For passwords set from now on; a loaded file keeps its own.
+    ContainerLimits limits;                      ///< What a file may ask for while it is read.
+    RandomSource *random = nullptr;              ///< Ids, salts, stream headers; null: the system's. Outlives the file.
+    KeyDeriver deriveKey = deriveMasterKey;      ///< How passwords become keys.
+    std::function<void(const QString &)> notice; ///< Called with what the user should know of a save that did succeed.
 };
 
 /// One database file on disk: reads it, remembers what it read, and replaces it whole or not at all.
@@ -33,7 +35,6 @@ class DatabaseFile {
 public:
     /// `ops` must outlive the instance.
     explicit DatabaseFile(FileOps &ops, DatabaseFileOptions options = {});
-    ~DatabaseFile();
     DatabaseFile(const DatabaseFile &) = delete;
     DatabaseFile &operator=(const DatabaseFile &) = delete;
 
@@ -45,33 +46,50 @@ public:
     void fail();
     /// A fresh instance becomes a new, open database without a name.
     void createNew();
+    bool isFresh() const { return m_state == State::Fresh; }
     bool isReady() const { return m_state == State::Ready; }
 
     /// The name as it was given to load() or setFileName(), "" when there is none.
-    QString fileName() const { return m_name; }
+    QString fileName() const { return m_place.name; }
     /// Where the next save goes. Replacing what stands there is then meant. False, with nothing changed, where the
-    /// folder is missing or takes no file, where the name is a folder or device or ambiguous, or after a failed load.
-    /// On a fresh instance it makes a new, open database. When the first save under the name fails the old name comes
-    /// back.
+    /// folder is missing or takes no file, where the name is empty, a folder or device, or ambiguous, and after a
+    /// failed load. On a fresh instance it makes a new, open database. When the first save under the name fails the old
+    /// name comes back.
     bool setFileName(const QString &path);
 
     /// Writes `body` as the new version of the file, with every step checked and the result read back before it takes
     /// the old one's place. Does nothing without a name. On failure the file on disk is the old one, whole, unless the
     /// text says otherwise; the instance may try again.
-    Result<void> save(const QByteArray &body);
+    Result<void> save(QByteArrayView body);
 
     /// True when the next save will be protected by a password.
     bool isProtected() const { return m_keys.isProtected(); }
-    /// From the next save on `replacement` opens the file; "" leaves it open. `current` is the password that isn't yet
-    /// replaced, "" for an open one; a wrong one is a failure that changes nothing. Takes the time of one or two key
+    /// From the next save on `replacement` opens the file; "" leaves it open. `current` is the password that holds
+    /// now, "" for an open one; a wrong one is a failure that changes nothing. Takes the time of one or two key
     /// derivations.
     Result<void> changePassword(const QString &current, const QString &replacement);
 
 private:
     enum class State { Fresh, Ready, Failed };
 
+    /// A name as the user gave it and the path that it reaches.
+    struct Place {
+        QString name;
+        QString path;
+    };
+
+    LoadResult<LoadedContainer> read(const QString &path, const QString &password);
+    Result<bool> opensWith(const QString &password) const;
+    RandomSource &random() const;
+
+    FileOps &m_ops;
+    DatabaseFileOptions m_options;
     State m_state = State::Fresh;
-    QString m_name;
+    Place m_place;
+    std::optional<Place> m_previousPlace; // while a name set by setFileName() has not been saved under
+    FileHeader m_header;                  // of the version on disk
+    std::optional<FileIdentifier> m_saveId;
+    std::optional<FileIdentifier> m_attemptedSaveId;
     ContainerKeys m_keys;
 };
 

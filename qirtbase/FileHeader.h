@@ -37,8 +37,8 @@ struct FileHeader {
     FileIdentifier fileId{};
     FileIdentifier saveId{};
     std::uint64_t generation = 1;
-    KdfParameters kdf;              ///< Meaningful only when protected.
-    QByteArray extensions;          ///< As they stand in the file; kept and written back.
+    KdfParameters kdf;     ///< Meaningful only when protected.
+    QByteArray extensions; ///< As they stand in the file; kept and written back.
 };
 
 /// A header with the digits before it, as it stands at the start of a file.
@@ -54,8 +54,8 @@ HeaderBlock encodeHeader(const FileHeader &header, const SecretBytes *headKey);
 /// The length of the header from the first ten bytes of a file.
 LoadResult<std::size_t> decodeHeaderLength(QByteArrayView firstBytes);
 
-/// Reads a whole block (digits and header): magic, digest, versions, ids, methods, extensions, in this order. The header
-/// MAC and the size equation are not looked at here. Error texts are reasons without the file's name.
+/// Reads a whole block (digits and header): magic, digest, versions, ids, methods, extensions, in this order. The
+/// header MAC and the size equation are not looked at here. Error texts are reasons without the file's name.
 LoadResult<HeaderBlock> decodeHeader(QByteArray block);
 
 /// Whether the block was sealed with this key: tells a wrong password from a damaged file.

@@ -6,39 +6,39 @@
 /// Where everything stands in a database file. On disk for ever: add, never change. docs/file-format.md tells the rest.
 namespace qir::layout {
 
-inline constexpr std::size_t lengthDigits = 10;     // the header's length in decimal, before everything else
-inline constexpr std::size_t headerLength = 192;    // what this version writes without extensions
+inline constexpr std::size_t lengthDigits = 10;  // the header's length in decimal, before everything else
+inline constexpr std::size_t headerLength = 192; // what this version writes without extensions
 inline constexpr std::size_t headerLengthMax = 4096;
 
 // Offsets within the header. Numbers are little-endian.
-inline constexpr std::size_t magic = 0;             // "QIR"
-inline constexpr std::size_t protection = 3;        // '1' protected, all else open
-inline constexpr std::size_t majorVersion = 4;      // u16
-inline constexpr std::size_t minorVersion = 6;      // u16
-inline constexpr std::size_t requiredBits = 8;      // u32: a reader that does not know one refuses
-inline constexpr std::size_t optionalBits = 12;     // u32: a reader may ignore them
-inline constexpr std::size_t reserved1 = 16;        // 4 zeros
-inline constexpr std::size_t chunkSizeLog2 = 20;    // u8
-inline constexpr std::size_t kdfMethod = 21;        // u8
-inline constexpr std::size_t cipherMethod = 22;     // u8
-inline constexpr std::size_t digestMethod = 23;     // u8
-inline constexpr std::size_t bodyLength = 24;       // u64
+inline constexpr std::size_t magic = 0;          // "QIR"
+inline constexpr std::size_t protection = 3;     // '1' protected, all else open
+inline constexpr std::size_t majorVersion = 4;   // u16
+inline constexpr std::size_t minorVersion = 6;   // u16
+inline constexpr std::size_t requiredBits = 8;   // u32: a reader that does not know one refuses
+inline constexpr std::size_t optionalBits = 12;  // u32: a reader may ignore them
+inline constexpr std::size_t reserved1 = 16;     // 4 zeros
+inline constexpr std::size_t chunkSizeLog2 = 20; // u8
+inline constexpr std::size_t kdfMethod = 21;     // u8
+inline constexpr std::size_t cipherMethod = 22;  // u8
+inline constexpr std::size_t digestMethod = 23;  // u8
+inline constexpr std::size_t bodyLength = 24;    // u64
 inline constexpr std::size_t fileId = 32;
 inline constexpr std::size_t saveId = 48;
-inline constexpr std::size_t generation = 64;       // u64
-inline constexpr std::size_t reserved2 = 72;        // 8 zeros
-inline constexpr std::size_t kdfPasses = 80;        // u32
-inline constexpr std::size_t kdfMemoryKiB = 84;     // u32
-inline constexpr std::size_t kdfLanes = 88;         // u32
-inline constexpr std::size_t reserved3 = 92;        // 4 zeros
+inline constexpr std::size_t generation = 64;   // u64
+inline constexpr std::size_t reserved2 = 72;    // 8 zeros
+inline constexpr std::size_t kdfPasses = 80;    // u32
+inline constexpr std::size_t kdfMemoryKiB = 84; // u32
+inline constexpr std::size_t kdfLanes = 88;     // u32
+inline constexpr std::size_t reserved3 = 92;    // 4 zeros
 inline constexpr std::size_t salt = 96;
-inline constexpr std::size_t reserved4 = 112;       // 16 zeros
-inline constexpr std::size_t extensions = 128;      // to the header MAC
+inline constexpr std::size_t reserved4 = 112;  // 16 zeros
+inline constexpr std::size_t extensions = 128; // to the header MAC
 
 inline constexpr std::size_t idSize = 16;
 inline constexpr std::size_t saltSize = 16;
-inline constexpr std::size_t digestSize = 32;       // of the header MAC and of the header digest
-inline constexpr std::size_t macFromEnd = 64;       // the header MAC starts this far before the header's end
+inline constexpr std::size_t digestSize = 32; // of the header MAC and of the header digest
+inline constexpr std::size_t macFromEnd = 64; // the header MAC starts this far before the header's end
 inline constexpr std::size_t digestFromEnd = 32;
 
 inline constexpr std::size_t extensionHeadSize = 4; // u16 type, u16 length

@@ -1,0 +1,202 @@
+#include "base/StagedFile.h"
+
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <cstdio>
+
+#ifndef RENAME_NOREPLACE
+#include <linux/fs.h>
+#endif
+
+namespace qir {
+
+namespace {
+
+constexpr int linksMax = 40;
+constexpr int namesMax = 16;
+
+tl::unexpected<SystemError> failed(int number) {
+    return tl::unexpected(SystemError{number});
+}
+
+/// Short, so that it fits wherever a name fits.
+std::string hiddenName() {
+    char text[32];
+    std::snprintf(text, sizeof text, ".qir-%016llx.tmp",
+                  static_cast<unsigned long long>(QRandomGenerator::system()->generate64()));
+    return text;
+}
+
+bool isUnsupported(SystemError error) {
+    return error.number == EINVAL || error.number == ENOSYS || error.number == EOPNOTSUPP;
+}
+
+} // namespace
+
+SystemResult<ResolvedPath> ResolvedPath::of(FileOps &ops, const std::string &path) {
+    std::string rest = path;
+    OpenFile folder;
+    const auto folderNumber = [&] { return folder ? folder.descriptor() : AT_FDCWD; };
+    for (int links = 0; links <= linksMax; ++links) {
+        const std::size_t slash = rest.rfind('/');
+        const std::string name = slash == std::string::npos ? rest : rest.substr(slash + 1);
+        if (rest.empty())
+            return failed(ENOENT);
+        if (name.empty() || name == "." || name == "..")
+            return failed(EISDIR);
+        const std::string folderPath = slash == std::string::npos ? "." : slash == 0 ? "/" : rest.substr(0, slash);
+        auto opened = OpenFile::openAt(ops, folderNumber(), folderPath, O_RDONLY | O_DIRECTORY);
+        const bool canSync = opened || opened.error().number != EACCES;
+        if (!canSync)
+            opened = OpenFile::openAt(ops, folderNumber(), folderPath, O_PATH | O_DIRECTORY);
+        if (!opened)
+            return tl::unexpected(opened.error());
+        folder = std::move(*opened);
+        auto target = ops.readLinkAt(folder.descriptor(), name);
+        if (!target && (target.error().number == EINVAL || target.error().number == ENOENT)) // no link, or nothing
+            return ResolvedPath{std::move(folder), name, canSync};
+        if (!target)
+            return tl::unexpected(target.error());
+        rest = std::move(*target);
+    }
+    return failed(ELOOP);
+}
+
+SystemResult<void> ResolvedPath::syncFolder(FileOps &ops) const {
+    if (!canSync)
+        return {};
+    const auto synced = ops.sync(folder.descriptor());
+    if (!synced && synced.error().number == EINVAL) // a file system that has no such call for folders
+        return {};
+    return synced;
+}
+
+StagedFile::StagedFile(FileOps &ops, int folder, OpenFile file, std::string temporaryName)
+    : m_ops(ops)
+    , m_folder(folder)
+    , m_file(std::move(file))
+    , m_temporaryName(std::move(temporaryName)) {}
+
+StagedFile::StagedFile(StagedFile &&other) noexcept
+    : m_ops(other.m_ops)
+    , m_folder(other.m_folder)
+    , m_file(std::move(other.m_file))
+    , m_temporaryName(std::exchange(other.m_temporaryName, {})) {}
+
+StagedFile::~StagedFile() {
+    (void)removeTemporary();
+}
+
+SystemResult<StagedFile> StagedFile::create(FileOps &ops, int folder, mode_t mode) {
+    auto file = OpenFile::openAt(ops, folder, ".", O_TMPFILE | O_RDWR, mode);
+    if (file)
+        return StagedFile(ops, folder, std::move(*file), {});
+    // EISDIR and ENOENT: kernels and file systems that take it for a plain open of the folder.
+    const SystemError error = file.error();
+    if (!isUnsupported(error) && error.number != EISDIR && error.number != ENOENT)
+        return tl::unexpected(error);
+    for (int tries = 0; tries < namesMax; ++tries) {
+        const std::string name = hiddenName();
+        file = OpenFile::openAt(ops, folder, name, O_CREAT | O_EXCL | O_NOFOLLOW | O_RDWR, mode);
+        if (file)
+            return StagedFile(ops, folder, std::move(*file), name);
+        if (file.error().number != EEXIST)
+            break;
+    }
+    return tl::unexpected(file.error());
+}
+
+StagedFile::Standing StagedFile::standingUnder(const std::string &name) {
+    const auto there = m_ops.statusAt(m_folder, name, FollowLinks::No);
+    if (!there && there.error().number == ENOENT)
+        return Standing::No;
+    const auto ours = m_ops.status(m_file.descriptor());
+    if (!there || !ours)
+        return Standing::Unknown;
+    return there->st_dev == ours->st_dev && there->st_ino == ours->st_ino ? Standing::Yes : Standing::No;
+}
+
+SystemResult<void> StagedFile::nameTemporarily() {
+    if (!m_temporaryName.empty())
+        return {};
+    SystemResult<void> linked;
+    for (int tries = 0; tries < namesMax; ++tries) {
+        const std::string name = hiddenName();
+        linked = m_ops.linkFile(m_file.descriptor(), m_folder, name);
+        if (linked || standingUnder(name) == Standing::Yes) {
+            m_temporaryName = name;
+            return {};
+        }
+        if (linked.error().number != EEXIST)
+            break;
+    }
+    return linked;
+}
+
+SystemResult<void> StagedFile::publishNew(const std::string &name) {
+    const auto linked = m_ops.linkFile(m_file.descriptor(), m_folder, name);
+    if (linked || standingUnder(name) == Standing::Yes) {
+        (void)removeTemporary();
+        return {};
+    }
+    // File systems without hard links.
+    if (!m_temporaryName.empty() && (isUnsupported(linked.error()) || linked.error().number == EPERM))
+        return renameTemporary(name);
+    return linked;
+}
+
+SystemResult<void> StagedFile::renameTemporary(const std::string &name) {
+    auto renamed = m_ops.renameAt(m_folder, m_temporaryName, name, RENAME_NOREPLACE);
+    if (!renamed && isUnsupported(renamed.error())) {
+        // Without the flag the check and the renaming are two steps; nothing better is to be had there.
+        const auto there = m_ops.statusAt(m_folder, name, FollowLinks::No);
+        if (there)
+            return failed(EEXIST);
+        if (there.error().number != ENOENT)
+            return tl::unexpected(there.error());
+        renamed = m_ops.renameAt(m_folder, m_temporaryName, name, 0);
+    }
+    if (!renamed) {
+        const auto stillThere = m_ops.statusAt(m_folder, m_temporaryName, FollowLinks::No);
+        if (stillThere || stillThere.error().number != ENOENT)
+            return renamed;
+    }
+    m_temporaryName.clear();
+    return {};
+}
+
+SystemResult<StagedFile::Exchanged> StagedFile::exchangeWith(const std::string &name) {
+    if (const auto named = nameTemporarily(); !named)
+        return tl::unexpected(named.error());
+    const auto exchanged = m_ops.renameAt(m_folder, m_temporaryName, name, RENAME_EXCHANGE);
+    if (exchanged)
+        return Exchanged::Yes;
+    const Standing standing = standingUnder(name);
+    if (standing == Standing::Yes)
+        return Exchanged::Yes;
+    if (standing == Standing::Unknown) // what the hidden name holds may be the only copy of something
+        leaveTemporary();
+    else if (isUnsupported(exchanged.error()))
+        return Exchanged::NotSupported;
+    return tl::unexpected(exchanged.error());
+}
+
+SystemResult<void> StagedFile::publishOver(const std::string &name) {
+    if (const auto named = nameTemporarily(); !named)
+        return named;
+    const auto renamed = m_ops.renameAt(m_folder, m_temporaryName, name, 0);
+    if (!renamed && !standingUnder(name) == Standing::Yes)
+        return renamed;
+    m_temporaryName.clear();
+    return {};
+}
+
+SystemResult<void> StagedFile::removeTemporary() {
+    if (m_temporaryName.empty())
+        return {};
+    const std::string name = std::exchange(m_temporaryName, {});
+    return m_ops.unlinkAt(m_folder, name);
+}
+
+} // namespace qir
