@@ -186,7 +186,7 @@ SystemResult<void> StagedFile::publishOver(const std::string &name) {
     if (const auto named = nameTemporarily(); !named)
         return named;
     const auto renamed = m_ops.renameAt(m_folder, m_temporaryName, name, 0);
-    if (!renamed && !standingUnder(name) == Standing::Yes)
+    if (!renamed && standingUnder(name) != Standing::Yes)
         return renamed;
     m_temporaryName.clear();
     return {};

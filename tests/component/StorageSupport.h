@@ -1,0 +1,48 @@
+#pragma once
+
+#include "qirtbase/Container.h"
+#include "qirtbase/DatabaseFile.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <ostream>
+
+namespace qir {
+
+void PrintTo(LoadErrorKind kind, std::ostream *out);
+
+/// Counts up, so that files come out the same each time: 01 02 03 ...
+class CountingRandom : public RandomSource {
+public:
+    explicit CountingRandom(unsigned char first = 1)
+        : m_next(first) {}
+    void fill(std::span<unsigned char> bytes) override;
+
+private:
+    unsigned char m_next;
+};
+
+/// The cheapest costs that a reader accepts.
+inline constexpr KdfCosts cheapCosts{1, 8 * 1024};
+
+/// deriveMasterKey() that remembers what it has derived, so that thousands of files cost one derivation.
+KeyDeriver rememberingDeriver();
+
+/// Reads a whole file, null when it is not there.
+QByteArray contentOf(const QString &path);
+void writeContent(const QString &path, const QByteArray &content);
+/// The names in a folder, hidden ones too, sorted.
+QStringList namesIn(const QString &folder);
+
+/// A container as bytes, made with fixed random numbers. An empty password leaves it open.
+QByteArray containerBytes(const QByteArray &body, const QString &password = {}, FileHeader header = {});
+/// Reads a container from bytes that stand in a file.
+LoadResult<LoadedContainer> readBytes(const QByteArray &bytes, const QString &password = {},
+                                      const ContainerLimits &limits = {}, FileOps &ops = FileOps::system());
+
+/// Options for tests: cheap costs, fixed random numbers, remembered keys.
+DatabaseFileOptions testOptions(RandomSource *random = nullptr);
+
+} // namespace qir
