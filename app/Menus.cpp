@@ -49,7 +49,8 @@ QMenu *popup(QMainWindow &window, const char *name) {
     return menu;
 }
 
-constexpr CommandText separator{Command::Count, ""};
+/// A line between two groups of commands.
+CommandText separator() { return {Command::Count, ""}; }
 
 void buildBar(QMainWindow &window, EditorControls &controls) {
     fillMenu(window, controls, *barMenu(window, "FileMenu", "&File"),
@@ -57,16 +58,16 @@ void buildBar(QMainWindow &window, EditorControls &controls) {
               {Command::SaveMenu, "&Save", QKeySequence(Qt::CTRL | Qt::Key_S)},
               {Command::SaveAsMenu, "Save &As...", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)},
               {Command::CloseDatabaseMenu, "&Close", QKeySequence(Qt::CTRL | Qt::Key_W)},
-              separator,
+              separator(),
               {Command::ChangePassword, "Change &Password..."},
-              separator,
+              separator(),
               {Command::EndMenu, "E&xit", QKeySequence(Qt::CTRL | Qt::Key_Q)}});
 
     controls.ModeMenu = barMenu(window, "ModeMenu", "&Mode");
     fillMenu(window, controls, *controls.ModeMenu,
              {{Command::OneMenu, "&One Database"},
               {Command::TwoMenu, "&Two Databases"},
-              separator,
+              separator(),
               {Command::CompareAgainMenu, "Compare &Again", QKeySequence(Qt::Key_F5)}});
     for (const Command mode : {Command::OneMenu, Command::TwoMenu})
         controls.action(mode).setCheckable(true);
@@ -113,11 +114,11 @@ void buildPopups(QMainWindow &window, EditorControls &controls) {
     controls.popmenuGridFields = popup(window, "popmenuGridFields");
     fillMenu(window, controls, *controls.popmenuGridFields,
              {{Command::SortFPOP, "&Sort by This Field"},
-              separator,
+              separator(),
               {Command::RenameFieldPOP, "&Rename..."},
               {Command::RemoveFieldPOP, "Re&move..."},
               {Command::ResizeTextFieldPOP, "Resi&ze Text..."},
-              separator,
+              separator(),
               {Command::CloneTableSizeFPOP, "Make Other Table as &Long"},
               {Command::CloneSelectedAreaFPOP, "&Copy Selection to Other Table"}});
 
