@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+#include <utility>
+
+namespace qir {
+
+/// Overwrites the characters of a text in memory, those of every copy that shares them, and empties it. For
+/// passwords: the memory that a text leaves behind is not cleared by itself.
+void overwrite(QString &text);
+
+/// A text that is overwritten when it is done with.
+class SecretText {
+public:
+    explicit SecretText(QString text)
+        : m_text(std::move(text)) {}
+    ~SecretText() { overwrite(m_text); }
+    SecretText(const SecretText &) = delete;
+    SecretText &operator=(const SecretText &) = delete;
+
+    const QString &text() const { return m_text; }
+
+private:
+    QString m_text;
+};
+
+} // namespace qir

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "dialogs/KeyPreviewDialog.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <array>
+
+QT_BEGIN_NAMESPACE
+class QPushButton;
+QT_END_NAMESPACE
+
+namespace qir {
+
+class ListBox;
+
+/// What the list picker and its callers share. There is one record. Closing the picker by its close box writes
+/// nothing to it, a cancel leaves the item data: callers tell a cancel by the index alone.
+struct SceltaLista {
+    QString text;         ///< Of the chosen item; "" after a cancel.
+    int index = -1;       ///< Position of the chosen item from 0; -1 after a cancel. Callers set it before they ask.
+    QVariant itemData{0}; ///< A 32-bit integer.
+};
+
+SceltaLista &sceltaLista();
+
+/// Shows a list of which one item may be picked. The caller sets the caption, fills the list, sets the chosen index of
+/// sceltaLista() to another value than -1, shows the window modally and reads the record.
+class frmListaStringhePlain : public KeyPreviewDialog {
+    Q_OBJECT
+
+public:
+    explicit frmListaStringhePlain(QWidget *parent);
+
+    ListBox &valori_discreti() { return *m_list; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+protected:
+    bool keyPreview(const QKeyEvent &event, const QObject *focused) override;
+
+private:
+    void takeChoice();
+    /// The cancel.
+    void uscita_frmListaStringhePlain();
+
+    ListBox *m_list;
+    std::array<QPushButton *, 2> cmd{}; ///< OK, Cancel.
+};
+
+} // namespace qir

@@ -1,0 +1,67 @@
+#include "tests/window/LayoutCheck.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QStringList>
+#include <QWidget>
+
+namespace qir::test {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString described(const QWidget &widget) {
+    const QRect place = widget.geometry();
+    return u"%1 (%2 at %3,%4 %5x%6)"_s.arg(widget.objectName(), QLatin1StringView(widget.metaObject()->className()))
+        .arg(place.x())
+        .arg(place.y())
+        .arg(place.width())
+        .arg(place.height());
+}
+
+/// A control whose text would be cut off.
+QString textProblem(const QWidget &widget) {
+    QSize needed;
+    if (const auto *label = qobject_cast<const QLabel *>(&widget))
+        needed = QSize(0, label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height());
+    else if (qobject_cast<const QAbstractButton *>(&widget) != nullptr)
+        needed = widget.minimumSizeHint();
+    else if (qobject_cast<const QLineEdit *>(&widget) || qobject_cast<const QProgressBar *>(&widget))
+        needed = QSize(0, widget.minimumSizeHint().height());
+    if (widget.width() >= needed.width() && widget.height() >= needed.height())
+        return {};
+    return u"%1 needs %2x%3"_s.arg(described(widget)).arg(needed.width()).arg(needed.height());
+}
+
+void collect(const QWidget &parent, QStringList &problems) {
+    QList<QWidget *> controls;
+    for (QWidget *child : parent.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+        if (child->isVisible() && !child->isWindow() && !child->objectName().startsWith(u"qt_"))
+            controls.append(child);
+    for (qsizetype i = 0; i < controls.size(); ++i) {
+        const QWidget &control = *controls[i];
+        if (!parent.rect().contains(control.geometry()))
+            problems.append(described(control) + u" reaches outside "_s + described(parent));
+        problems.append(textProblem(control));
+        for (qsizetype k = i + 1; k < controls.size(); ++k)
+            if (control.geometry().intersects(controls[k]->geometry()))
+                problems.append(described(control) + u" overlaps "_s + described(*controls[k]));
+        // Inside a control that scrolls, things are meant to reach outside.
+        if (!control.inherits("QAbstractScrollArea") && !control.inherits("QMenuBar"))
+            collect(control, problems);
+    }
+}
+
+} // namespace
+
+QString layoutProblems(const QWidget &window) {
+    QStringList problems;
+    collect(window, problems);
+    problems.removeAll(QString());
+    return problems.join(u'\n');
+}
+
+} // namespace qir::test
