@@ -32,8 +32,10 @@ frmCustomInputBox::frmCustomInputBox(QWidget *parent)
 }
 
 frmCustomInputBox::~frmCustomInputBox() {
-    // The text box holds what the person typed, which may be a password.
-    const SecretText typed(Testo->text());
+    if (datiInputBox().password) {
+        QString typed = Testo->text(); // shares the text box's own memory
+        overwrite(typed);
+    }
 }
 
 void frmCustomInputBox::buildControls() {
@@ -42,7 +44,6 @@ void frmCustomInputBox::buildControls() {
     Prompt->setTextFormat(Qt::PlainText);
     Prompt->setWordWrap(true);
     Prompt->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    Prompt->setMinimumWidth(fontMetrics().averageCharWidth() * promptColumns);
 
     Testo = new QLineEdit;
     Testo->setObjectName(u"Testo"_s);
@@ -80,6 +81,8 @@ void frmCustomInputBox::Form_Load() {
     const QString prompt = withoutOuterBlanks(record.prompt.text());
     record.prompt.store(prompt);
     Prompt->setText(prompt);
+    const int promptWidth = Prompt->fontMetrics().averageCharWidth() * promptColumns;
+    Prompt->setMinimumSize(promptWidth, Prompt->heightForWidth(promptWidth));
     const QString title = withoutOuterBlanks(record.title.text());
     record.title.store(title);
     setWindowTitle(title);

@@ -31,7 +31,9 @@ Control &control(QWidget &dialog, const QString &name) {
     return *found;
 }
 
-void pressKey(QWidget &receiver, Qt::Key key) { QTest::keyClick(&receiver, key); }
+void pressKey(QWidget &receiver, Qt::Key key) {
+    QTest::keyClick(&receiver, key);
+}
 
 /// How a box is asked for; the fields that a test does not name have the usual values.
 struct Question {
@@ -64,8 +66,12 @@ Outcome ask(const Question &question, const std::function<void(QDialog &)> &act)
     return outcome;
 }
 
-QLineEdit &testo(QDialog &dialog) { return control<QLineEdit>(dialog, u"Testo"_s); }
-QPlainTextEdit &testoMultiline(QDialog &dialog) { return control<QPlainTextEdit>(dialog, u"TestoMultiline"_s); }
+QLineEdit &testo(QDialog &dialog) {
+    return control<QLineEdit>(dialog, u"Testo"_s);
+}
+QPlainTextEdit &testoMultiline(QDialog &dialog) {
+    return control<QPlainTextEdit>(dialog, u"TestoMultiline"_s);
+}
 
 void typeAndPressOk(QDialog &dialog, const QString &text) {
     QTest::keyClicks(&testo(dialog), text);
@@ -89,7 +95,9 @@ QString pick(int selected, const std::function<void(QDialog &, ListBox &)> &act)
     return script.problems();
 }
 
-QPoint middleOfLine(ListBox &list, int line) { return list.visualRect(list.model()->index(line, 0)).center(); }
+QPoint middleOfLine(ListBox &list, int line) {
+    return list.visualRect(list.model()->index(line, 0)).center();
+}
 
 } // namespace
 
@@ -327,8 +335,8 @@ private Q_SLOTS:
             QCOMPARE(outcome.answer, u"first"_s);
         }
         const QString blanks(255, u' ');
-        for (const FixedText &field : {datiInputBox().prompt, datiInputBox().title, datiInputBox().defaultText,
-                                       datiInputBox().result})
+        for (const FixedText &field :
+             {datiInputBox().prompt, datiInputBox().title, datiInputBox().defaultText, datiInputBox().result})
             QCOMPARE(field.text(), blanks);
     }
 
@@ -345,6 +353,19 @@ private Q_SLOTS:
         QCOMPARE(u"literal"_s.size(), 7);
     }
 
+    void aPasswordDoesNotStayInTheTextBoxesMemory() {
+        Question question;
+        question.password = true;
+        QString shared;
+        const Outcome outcome = ask(question, [&](QDialog &dialog) {
+            QTest::keyClicks(&testo(dialog), u"secret"_s);
+            shared = testo(dialog).text();
+            pressButton(dialog, u"OK"_s);
+        });
+        QCOMPARE(outcome.answer, u"secret"_s);
+        QCOMPARE(shared, QString(6, u' '));
+    }
+
     void anAnswerOfFullLengthSurvivesTheOverwriting() {
         const Outcome outcome = ask({}, [](QDialog &dialog) {
             testo(dialog).setText(QString(255, u'a'));
@@ -358,7 +379,7 @@ private Q_SLOTS:
         question.prompt = u"Current password:"_s;
         ask(question, [](QDialog &dialog) {
             QCOMPARE(testo(dialog).accessibleName(), u"Current password:"_s);
-            QCOMPARE(QApplication::focusWidget(), &testo(dialog));
+            QCOMPARE(dialog.focusWidget(), &testo(dialog));
             pressButton(dialog, u"OK"_s);
         });
     }
@@ -378,7 +399,8 @@ private Q_SLOTS:
         QStringList problems;
         for (const bool multiline : {false, true}) {
             Question question;
-            question.prompt = QString(60, u'W') + u' ' + QString(30, u'm') + u" which is asked for at some length."_s;
+            question.prompt =
+                u"Which of the many names that a thing may have is meant here, and how is it written? "_s.repeated(2);
             question.multiline = multiline;
             ask(question, [&](QDialog &dialog) {
                 problems.append(layoutProblems(dialog));
@@ -390,8 +412,7 @@ private Q_SLOTS:
             pressButton(dialog, u"OK"_s);
         }));
         QApplication::setFont(before);
-        problems.removeAll(QString());
-        QCOMPARE(problems, QStringList());
+        QCOMPARE(problems.join(QString()), QString());
     }
 
     void theTypeListHoldsAllTypesOnceWithTheirCodes() {
