@@ -2,6 +2,8 @@
 
 #include "db/AssegnaARecordset.h"
 
+#include <QGroupBox>
+
 namespace qir::test {
 
 using namespace Qt::StringLiterals;

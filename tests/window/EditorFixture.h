@@ -2,6 +2,7 @@
 
 #include "app/DtbEditor.h"
 #include "app/shared/PaneTable.h"
+#include "db/FieldTypes.h"
 #include "platform/controls/Grid.h"
 #include "platform/controls/ListBox.h"
 #include "platform/loop/MessageLoop.h"
