@@ -1,4 +1,5 @@
 #include "platform/automation/ComponentLoader.h"
+#include "tests/tools/ComponentPath.h"
 #include "platform/automation/AutomationError.h"
 
 #include <QCoreApplication>
@@ -24,21 +25,6 @@ const QString database = u"QIRTBase.clsQirDatabase"_s;
 QString fixture(const QString &name) {
     return QStringLiteral(FIXTURE_PLUGINS) + u'/' + name;
 }
-
-/// Looks in the folders given while it lives.
-class ComponentPath {
-public:
-    explicit ComponentPath(const QStringList &folders)
-        : m_before(qgetenv("QIR_COMPONENT_PATH")) {
-        qputenv("QIR_COMPONENT_PATH", folders.join(u':').toUtf8());
-    }
-    ~ComponentPath() { qputenv("QIR_COMPONENT_PATH", m_before); }
-    ComponentPath(const ComponentPath &) = delete;
-    ComponentPath &operator=(const ComponentPath &) = delete;
-
-private:
-    QByteArray m_before;
-};
 
 std::string errorOf(const QStringList &folders, const QString &progId = database) {
     const ComponentPath path(folders);

@@ -1,0 +1,20 @@
+#include "tests/tools/fake/FakeComponent.h"
+#include "tests/tools/fake/FakeRecorder.h"
+
+namespace qir {
+
+/// The root object: makes instances as every component does, and hands out the tests' control.
+class FakePlugin final : public QObject {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "QIR.Component/1" FILE "fake.json")
+
+public:
+    Q_INVOKABLE QObject *CreateInstance(const QString &progId) {
+        return progId == u"QIRTBase.clsQirDatabase" ? new FakeComponent : nullptr;
+    }
+    Q_INVOKABLE void *Control() { return static_cast<FakeControl *>(&FakeRecorder::self()); }
+};
+
+} // namespace qir
+
+#include "FakePlugin.moc"
