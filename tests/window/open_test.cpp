@@ -214,8 +214,9 @@ private Q_SLOTS:
         QFETCH(QByteArray, bytes);
         const QString path = writeBytes(u"SHORT.DDB"_s, bytes);
         EditorFixture fixture;
+        fixture.dialogs().expectFile(openTitle, path);
         fixture.dialogs().expectMessage(u"Can't load '"_s + path.toUpper() + u"'"_s, u"!!"_s, u"OK"_s);
-        fixture.open(path);
+        fixture.choose(Command::OpenDatabase);
         QIR_VERIFY_OK(fixture);
     }
 
