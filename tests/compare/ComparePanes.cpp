@@ -1,0 +1,115 @@
+#include "tests/compare/ComparePanes.h"
+
+#include "app/shared/PaneTable.h"
+#include "platform/controls/Grid.h"
+#include "platform/controls/GridFill.h"
+#include "platform/controls/ListBox.h"
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+
+namespace qir::test {
+
+using namespace Qt::StringLiterals;
+
+ComparePanes::ComparePanes()
+    : m_tables(m_editor)
+    , m_alignment(m_editor, m_tables)
+    , m_differences(m_editor, m_tables) {
+    EditorControls &controls = m_editor.controls;
+    controls.window = &m_window;
+    m_window.resize(820, 500);
+    for (const int pane : {0, 1}) {
+        PaneControls &own = controls.pane[static_cast<std::size_t>(pane)];
+        own.IDtb = new QGroupBox(&m_window);
+        own.IDtb->setGeometry(5 + pane * 400, 3, 400, 480);
+        own.nomelab = new QLabel(own.IDtb);
+        own.ListaTabelle = new ListBox(own.IDtb, ListBox::Sorted);
+        own.ListaTabelle->setGeometry(8, 40, 380, 100);
+        own.Tabella = new Grid(own.IDtb);
+        own.Tabella->setGeometry(8, 160, 380, 300);
+        own.txtEdit = new QLineEdit(own.IDtb);
+        own.txtEdit->hide();
+        own.Tabella->setVisibleFlag(false);
+    }
+    controls.ProgressBarCompare = new QProgressBar(&m_window);
+    controls.ProgressBarCompare->hide();
+    controls.ProSort = new ListBox(&m_window, ListBox::Sorted);
+    controls.ProSort->hide();
+    m_window.show();
+}
+
+ComparePanes::~ComparePanes() {
+    for (QirDatabase &database : m_editor.state.OggettoDtb)
+        database.release();
+}
+
+void ComparePanes::open(int pane, const PlainDatabase &tables) {
+    open(pane, makeDatabase(tables));
+}
+
+void ComparePanes::open(int pane, QirDatabase database) {
+    m_editor.OggettoDtb(pane) = std::move(database);
+    m_editor.DtbAperto(pane) = true;
+    m_editor.TabellaCorrente(pane).clear();
+}
+
+void ComparePanes::openBoth(const PlainDatabase &left, const PlainDatabase &right) {
+    open(0, left);
+    open(1, right);
+    m_alignment.MostraTabelleDiverseInLista();
+}
+
+void ComparePanes::select(int pane, int line) {
+    list(pane).setListIndex(line);
+    const bool real = realTableSelected(m_editor, pane);
+    grid(pane).setVisibleFlag(real);
+    m_editor.TabellaMostrata(pane).clear();
+    if (!real)
+        return;
+    const QString name = selectedTableName(m_editor, pane);
+    makeTableCurrent(m_editor, pane, name);
+    m_editor.TabellaMostrata(pane) = name;
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    QStringList headers;
+    for (int field = 1; field <= database.QirTableFieldsCount(); ++field)
+        headers.append(database.QIRTableFieldName(field));
+    const int records = database.QirTableRecordsCount();
+    {
+        GridFill fill(grid(pane), headers, records, GridFill::NewTable);
+        QStringList values;
+        for (int record = 1; record <= records; ++record) {
+            database.GetQirRecord(record, values);
+            fill.appendRecord(values);
+        }
+    }
+    grid(pane).setVisibleFlag(records > 0);
+}
+
+void ComparePanes::selectBoth(int line) {
+    select(0, line);
+    select(1, line);
+}
+
+QStringList ComparePanes::lines(int pane) {
+    QStringList lines;
+    for (int line = 0; line < list(pane).ListCount(); ++line)
+        lines.append(list(pane).List(line));
+    return lines;
+}
+
+std::set<std::pair<int, int>> ComparePanes::redCells(int pane) {
+    std::set<std::pair<int, int>> red;
+    const Grid &cells = grid(pane);
+    for (int row = 0; row < cells.Rows(); ++row) {
+        for (int column = 0; column < cells.Cols(); ++column) {
+            if (cells.CellBackColor(row, column) == CellColour::Red)
+                red.emplace(row, column);
+        }
+    }
+    return red;
+}
+
+} // namespace qir::test

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+#include "compare/CellDifferences.h"
+#include "compare/DifferingTables.h"
+#include "compare/TableListAlignment.h"
+#include "tests/compare/PlainTables.h"
+
+#include <QStringList>
+#include <QWidget>
+
+#include <set>
+#include <utility>
+
+namespace qir::test {
+
+/// Two panes with real lists and grids and nothing else: what the comparing works on. Clicks lead nowhere.
+class ComparePanes {
+public:
+    ComparePanes();
+    ~ComparePanes();
+
+    EditorContext &editor() { return m_editor; }
+    DifferingTables &tables() { return m_tables; }
+    TableListAlignment &alignment() { return m_alignment; }
+    CellDifferences &differences() { return m_differences; }
+    QWidget &window() { return m_window; }
+
+    ListBox &list(int pane) { return m_editor.ListaTabelle(pane); }
+    Grid &grid(int pane) { return m_editor.Tabella(pane); }
+
+    void open(int pane, const PlainDatabase &tables);
+    void open(int pane, QirDatabase database);
+    /// Both databases open, lists aligned and marked.
+    void openBoth(const PlainDatabase &left, const PlainDatabase &right);
+    /// Selects a line of one list and loads its table, a placeholder hides the grid.
+    void select(int pane, int line);
+    void selectBoth(int line);
+
+    QStringList lines(int pane);
+    std::set<std::pair<int, int>> redCells(int pane);
+
+private:
+    QWidget m_window;
+    EditorContext m_editor;
+    DifferingTables m_tables;
+    TableListAlignment m_alignment;
+    CellDifferences m_differences;
+};
+
+} // namespace qir::test
