@@ -53,7 +53,8 @@ void TableListAlignment::CreaListaUnicaTabella(QStringList &elencoUnico) {
     const QirDatabase &right = m_editor.OggettoDtb(1);
     const int L = left.QIRTablesCount();
     const int R = right.QIRTablesCount();
-    const QStringList names = tableNames(left, L) + tableNames(right, R);
+    QStringList names = tableNames(left, L);
+    names += tableNames(right, R);
     ListBox &sorter = *m_editor.controls.ProSort;
     sorter.clear();
     for (const QString &name : names)

@@ -316,13 +316,18 @@ TEST_F(CellDifferencesTest, CallsTheComponentsInTheGivenOrder) {
     show(numbered(1), numbered(2));
     fake->clearLog();
     run();
-    const QStringList sizes{u"left QirTableRecordsCount"_s, u"right QirTableRecordsCount"_s,
-                            u"left QirTableFieldsCount"_s, u"right QirTableFieldsCount"_s};
-    EXPECT_EQ(test::loggedCalls(FakeControl::get()),
-              sizes + sizes +
-                  QStringList({u"left QIRTableRecordsPointerOut"_s, u"right QIRTableRecordsPointerOut"_s,
-                               u"right QIRTableRecordSetByIndex"_s, u"left QIRTableRecordSetByIndex"_s,
-                               u"right QIRTableRecordSetByIndex"_s, u"left QIRTableRecordSetByIndex"_s}));
+    std::vector<std::string> expected;
+    for (int i = 0; i < 2; ++i) {
+        for (const char *member : {"QirTableRecordsCount", "QirTableFieldsCount"}) {
+            expected.push_back(std::string("left ") + member);
+            expected.push_back(std::string("right ") + member);
+        }
+    }
+    for (const char *call :
+         {"left QIRTableRecordsPointerOut", "right QIRTableRecordsPointerOut", "right QIRTableRecordSetByIndex",
+          "left QIRTableRecordSetByIndex", "right QIRTableRecordSetByIndex", "left QIRTableRecordSetByIndex"})
+        expected.emplace_back(call);
+    EXPECT_EQ(test::loggedCalls(FakeControl::get()), expected);
 }
 
 TEST_F(CellDifferencesTest, StoresTheGridByRowAndColumnDataInOneGroup) {
@@ -414,6 +419,8 @@ RC_GTEST_FIXTURE_PROP(CellDifferencesTest, AgreesWithTheReferenceForAnyTwoDataba
         run();
         const Cells cells = bothShown ? test::naiveDifferences(*inLeft, *inRight) : Cells{};
         for (const int pane : {0, 1}) {
+            if (!panes.grid(pane).Visible())
+                continue; // it still holds what it showed before
             Cells expected;
             for (const auto &[row, column] : cells) {
                 if (row < panes.grid(pane).Rows() && column < panes.grid(pane).Cols())

@@ -136,24 +136,25 @@ TEST_F(ListAlignment, PassesOnAnErrorOfTheComponent) {
 }
 
 TEST_F(ListAlignment, CallsTheComponentsInTheGivenOrder) {
-    panes.open(0, PlainDatabase{table("a"), table("only left")});
-    panes.open(1, PlainDatabase{table("a")});
+    panes.openBoth({table("a"), table("only left")}, {table("a")});
     fake->clearLog();
-    panes.alignment().MostraTabelleDiverseInLista();
-    const QStringList expected{
-        // the lists
-        u"left QIRTablesCount()"_s, u"left QIRTableName(1)"_s, u"left QIRTableName(2)"_s, u"right QIRTablesCount()"_s,
-        u"right QIRTableName(1)"_s,
-        // the merged names
-        u"left QIRTablesCount()"_s, u"right QIRTablesCount()"_s, u"left QIRTableName(1)"_s, u"left QIRTableName(2)"_s,
-        u"right QIRTableName(1)"_s,
-        // the comparison, line by line
-        u"left ExistTable(a)"_s, u"right ExistTable(a)"_s, u"left QIRTableRecordSource(a)"_s,
-        u"right QIRTableRecordSource(a)"_s, u"left QirTableRecordsCount()"_s, u"right QirTableRecordsCount()"_s,
-        u"left QirTableFieldsCount()"_s, u"right QirTableFieldsCount()"_s, u"left QIRTableRecordsPointerOut(1)"_s,
-        u"right QIRTableRecordsPointerOut(1)"_s, u"right QIRTableRecordSetByIndex(1)"_s,
-        u"left QIRTableRecordSetByIndex(1)"_s, u"left ExistTable(only left)"_s, u"right ExistTable(only left)"_s};
-    EXPECT_EQ(test::loggedCallsWithArguments(FakeControl::get()), expected);
+    QStringList names;
+    panes.alignment().CreaListaUnicaTabella(names);
+    EXPECT_EQ(names, QStringList({u"a"_s, u"only left"_s}));
+    EXPECT_EQ(test::loggedCallsWithArguments(FakeControl::get()),
+              (std::vector<std::string>{"left QIRTablesCount()", "right QIRTablesCount()", "left QIRTableName(1)",
+                                        "left QIRTableName(2)", "right QIRTableName(1)"}));
+    fake->clearLog();
+    panes.alignment().CreaSpaziInListeTabelle(names);
+    EXPECT_TRUE(fake->log().isEmpty());
+    panes.tables().IndividuaTabelleDiverse(names);
+    EXPECT_EQ(test::loggedCallsWithArguments(FakeControl::get()),
+              (std::vector<std::string>{
+                  "left ExistTable(a)", "right ExistTable(a)", "left QIRTableRecordSource(a)",
+                  "right QIRTableRecordSource(a)", "left QirTableRecordsCount()", "right QirTableRecordsCount()",
+                  "left QirTableFieldsCount()", "right QirTableFieldsCount()", "left QIRTableRecordsPointerOut(1)",
+                  "right QIRTableRecordsPointerOut(1)", "right QIRTableRecordSetByIndex(1)",
+                  "left QIRTableRecordSetByIndex(1)", "left ExistTable(only left)", "right ExistTable(only left)"}));
 }
 
 TEST(TableNames, AreEqualWithoutMarkersByCodeUnit) {
