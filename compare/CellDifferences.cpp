@@ -1,7 +1,6 @@
 #include "compare/CellDifferences.h"
 
 #include "app/shared/PaneTable.h"
-#include "base/Collation.h"
 #include "compare/DifferingTables.h"
 #include "db/AssegnaARecordset.h"
 #include "platform/controls/Grid.h"
@@ -94,12 +93,6 @@ std::size_t atLeastZero(int number) {
 
 BitMatrix noDifferences(int records, int fields) {
     return BitMatrix(atLeastZero(records) + 1, atLeastZero(fields) + 1);
-}
-
-/// A pane that was refilled and not loaded again yet shows another table than its line stands for.
-bool gridsShowSameTable(EditorContext &editor) {
-    return panesShowSameTable(editor) &&
-           collationKey(editor.TabellaMostrata(0)) == collationKey(editor.TabellaMostrata(1));
 }
 
 /// Paints the cells of a grid inside the window as CelleDiverse says.

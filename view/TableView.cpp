@@ -141,6 +141,14 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
     showGrid(m_editor, Index, grid.Rows() > 1);
 }
 
+void TableView::reloadAfterFailure(int Index) {
+    RichiamaTabella(Index, u"ListaTabelle"_s);
+    try {
+        m_differences.EvidenziaDifferenzeTabella();
+    } catch (const std::exception &) { // the error that made the reload necessary is the one to tell
+    }
+}
+
 void TableView::settlePanes() {
     bool loaded = false;
     for (const int pane : {0, 1}) {

@@ -29,6 +29,10 @@ public:
     /// Fills the grid from the component's current table: headers, texts, colours, column widths.
     void RiempiGrigliaDaTabella(int Index);
 
+    /// After a writing of the grid's texts failed and was undone: loads the selected table again as it stands in the
+    /// component, and compares. Silent.
+    void reloadAfterFailure(int Index);
+
     /// Loads the selected real line of each open pane whose grid shows another table, and compares the cells once if
     /// anything was loaded. Called when a command ends.
     void settlePanes();

@@ -38,8 +38,15 @@ bool panesShowSameTable(EditorContext &editor) {
     return collationKey(editor.ListaTabelle(0).List(left)) == collationKey(editor.ListaTabelle(1).List(left));
 }
 
+bool gridsShowSameTable(EditorContext &editor) {
+    return panesShowSameTable(editor) &&
+           collationKey(editor.TabellaMostrata(0)) == collationKey(editor.TabellaMostrata(1));
+}
+
 void endEdit(EditorContext &editor) {
     for (const PaneControls &pane : editor.controls.pane) {
+        if (pane.txtEdit->hasFocus())
+            pane.Tabella->setFocus(Qt::OtherFocusReason);
         pane.txtEdit->hide();
         pane.Tabella->setUserResizing(true);
     }

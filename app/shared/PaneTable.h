@@ -21,8 +21,12 @@ void makeShownTableCurrent(EditorContext &editor, int pane);
 /// two grids may be compared.
 bool panesShowSameTable(EditorContext &editor);
 
+/// True when, beyond that, that table is what both grids were filled with: a pane that was refilled and not loaded
+/// again yet, or whose load failed, shows another one. An empty table counts, although its grid is hidden.
+bool gridsShowSameTable(EditorContext &editor);
+
 /// Ends an edit in any pane: hides the editor and clears RigaEdit and ColonnaEdit. Nothing is written; every
-/// keystroke was.
+/// keystroke was. A focus that the editor had goes to its grid.
 void endEdit(EditorContext &editor);
 
 /// Shows or hides a pane's grid by its own flag; hiding ends an edit first.

@@ -1,0 +1,104 @@
+#include "view/AreaClipboard.h"
+
+#include "app/shared/PaneTable.h"
+#include "app/shared/utility.h"
+#include "compare/CellDifferences.h"
+#include "platform/controls/Grid.h"
+#include "platform/dialogs/Clipboard.h"
+#include "platform/loop/Guards.h"
+#include "platform/loop/MessageLoop.h"
+#include "view/CellBlock.h"
+#include "view/TableView.h"
+
+#include <QMimeData>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int lineFeed = 10;
+
+/// What a copied block offers. The HTML form, rarely asked for and the longest, is made when it is.
+class CopiedBlock : public QMimeData {
+public:
+    CopiedBlock(const QString &text, const QByteArray &cells) {
+        setText(text);
+        setData(QLatin1StringView(cellBlockFormat), cells);
+    }
+
+    QStringList formats() const override { return QMimeData::formats() << htmlFormat; }
+    bool hasFormat(const QString &format) const override {
+        return format == htmlFormat || QMimeData::hasFormat(format);
+    }
+
+protected:
+    QVariant retrieveData(const QString &format, QMetaType type) const override {
+        if (format != htmlFormat)
+            return QMimeData::retrieveData(format, type);
+        const auto cells = decodeCellBlock(data(QLatin1StringView(cellBlockFormat)));
+        return cells ? cellBlockHtml(*cells) : QString();
+    }
+
+private:
+    const QString htmlFormat = u"text/html"_s;
+};
+
+bool showsTable(EditorContext &editor, int pane) {
+    return pane >= 0 && editor.DtbAperto(pane) && realTableSelected(editor, pane) && editor.Tabella(pane).Visible();
+}
+
+} // namespace
+
+QString gridClip(const QString &clipboardText) {
+    QString text = clipboardText;
+    if (text.contains(u'\r'))
+        text = TogliCarattere(text, lineFeed);
+    else
+        text.replace(u'\n', u'\r');
+    if (text.endsWith(u'\r'))
+        text.chop(1);
+    return text;
+}
+
+void AreaClipboard::COPIA_AreaTabella(int Index) {
+    if (!showsTable(m_editor, Index))
+        return;
+    try {
+        const BusyPointer busy;
+        const Grid &grid = m_editor.Tabella(Index);
+        clipboard::clear();
+        clipboard::setContents(
+            std::make_unique<CopiedBlock>(grid.Clip(), encodeCellBlock(grid.texts(), grid.selection().range())));
+    } catch (const std::exception &) { // as the clipboard left it
+    }
+}
+
+void AreaClipboard::INCOLLA_AreaTabella(int Index) {
+    if (!showsTable(m_editor, Index))
+        return;
+    try {
+        const QString text = clipboard::text();
+        if (!text.isEmpty()) {
+            const BusyPointer busy;
+            endEdit(m_editor); // of a cell that the paste may change
+            layClipboard(Index, text);
+            m_differences.SalvaGridInDatabase(Index);
+        }
+    } catch (const std::exception &) {
+        m_tables.reloadAfterFailure(Index);
+    }
+    yieldToMessages();
+}
+
+void AreaClipboard::layClipboard(int Index, QString text) {
+    Grid &grid = m_editor.Tabella(Index);
+    const auto cells = decodeCellBlock(clipboard::data(QLatin1StringView(cellBlockFormat)));
+    if (cells)
+        grid.setClip(*cells);
+    else
+        grid.setClip(gridClip(text));
+}
+
+} // namespace qir

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+class CellDifferences;
+class TableView;
+
+/// Copying a block of cells to the system clipboard and pasting one. The plain text has tabs between cells and carriage
+/// returns between rows; further formats beside it keep tabs and line ends inside cells and serve other programs.
+class AreaClipboard {
+public:
+    AreaClipboard(EditorContext &editor, CellDifferences &differences, TableView &tables)
+        : m_editor(editor)
+        , m_differences(differences)
+        , m_tables(tables) {}
+
+    /// Copies the selected block of the pane's grid. Errors are silent.
+    void COPIA_AreaTabella(int Index);
+    /// Pastes into the selected block of the pane's grid and writes the grid to the database. Errors are silent; a
+    /// paste that one of them cuts short is undone as a group. Yields.
+    void INCOLLA_AreaTabella(int Index);
+
+private:
+    void layClipboard(int Index, QString text);
+
+    EditorContext &m_editor;
+    CellDifferences &m_differences;
+    TableView &m_tables;
+};
+
+/// A clipboard text as the grid takes it: rows end in carriage returns. Line feeds beside carriage returns go; without
+/// any carriage return they are the row ends. One last row end is dropped.
+QString gridClip(const QString &clipboardText);
+
+} // namespace qir

@@ -1,0 +1,131 @@
+#include "view/CellEditor.h"
+
+#include "app/shared/ActivePane.h"
+#include "app/shared/PaneTable.h"
+#include "compare/DifferingTables.h"
+#include "db/AssegnaARecordset.h"
+#include "platform/controls/Grid.h"
+#include "view/GridAlignment.h"
+
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QLineEdit>
+#include <QPalette>
+
+#include <algorithm>
+
+namespace qir {
+
+namespace {
+
+constexpr int enterCode = 13;
+
+/// Black on yellow in every colour scheme, the rest as the desktop has it.
+QPalette editorPalette() {
+    QPalette palette;
+    palette.setColor(QPalette::Base, QColor(255, 255, 0));
+    palette.setColor(QPalette::Text, QColor(Qt::black));
+    return palette;
+}
+
+} // namespace
+
+void CellEditor::IniziaEdit(int Index) {
+    Grid &grid = m_editor.Tabella(Index);
+    if (grid.MouseRow() == 0) {
+        Interrompiedit(Index);
+        return;
+    }
+    if (grid.Row() < 1 || grid.Col() < 1)
+        return;
+    endEdit(m_editor); // of this pane or of the other one
+    m_editor.state.RigaEdit = grid.Row();
+    m_editor.state.ColonnaEdit = grid.Col();
+    grid.setUserResizing(false);
+
+    QLineEdit &txtEdit = m_editor.txtEdit(Index);
+    dressEditor(Index);
+    txtEdit.setText(grid.TextMatrix(grid.Row(), grid.Col())); // the cell's own text: writes nothing
+    txtEdit.end(false);
+    coverCell(Index);
+    AllineaTopLeftTabelle(m_editor, Index); // the cell may have been scrolled into view
+    txtEdit.show();
+    txtEdit.raise();
+    txtEdit.setFocus(Qt::OtherFocusReason);
+}
+
+void CellEditor::dressEditor(int Index) {
+    const Grid &grid = m_editor.Tabella(Index);
+    QLineEdit &txtEdit = m_editor.txtEdit(Index);
+    txtEdit.setFont(grid.font());
+    txtEdit.setPalette(editorPalette());
+    // The text stands where the cell showed it.
+    const QModelIndex cell = grid.model()->index(grid.Row() - 1, grid.Col() - 1);
+    txtEdit.setAlignment(static_cast<Qt::Alignment>(cell.data(Qt::TextAlignmentRole).toInt()));
+}
+
+void CellEditor::coverCell(int Index) {
+    Grid &grid = m_editor.Tabella(Index);
+    grid.bringCellIntoView();
+    // Both have the pane's frame as parent. A cell of which nothing shows leaves no room for the editor either.
+    m_editor.txtEdit(Index).setGeometry(grid.cellRectangle().translated(grid.pos()));
+}
+
+void CellEditor::placeEditor(int Index) {
+    if (!m_editor.txtEdit(Index).isHidden())
+        coverCell(Index);
+}
+
+void CellEditor::Interrompiedit(int Index) {
+    QLineEdit &txtEdit = m_editor.txtEdit(Index);
+    if (txtEdit.isHidden())
+        return;
+    // What an input method is still composing was typed, so it is written like the rest.
+    if (txtEdit.hasFocus())
+        QGuiApplication::inputMethod()->commit();
+    endEdit(m_editor);
+}
+
+void CellEditor::ScriviDaEditADtb(int Index) {
+    const int row = m_editor.state.RigaEdit;
+    const int column = m_editor.state.ColonnaEdit;
+    if (row < 1)
+        return;
+    Grid &grid = m_editor.Tabella(Index);
+    const QString text = m_editor.txtEdit(Index).text();
+    if (text == grid.TextMatrix(row, column))
+        return;
+    grid.setTextMatrix(row, column, text); // the snapshot of the texts is the grid's own
+    makeShownTableCurrent(m_editor, Index);
+    const QirDatabase &database = m_editor.OggettoDtb(Index);
+    database.setQIRTableRecordsPointerOut(grid.RowData(row));
+    AssegnaARecordset(database, grid.ColData(column), text);
+    updateDifference(Index);
+}
+
+void CellEditor::updateDifference(int Index) {
+    if (!m_editor.Tabella(Index).Visible() || !gridsShowSameTable(m_editor))
+        return;
+    const int row = m_editor.state.RigaEdit;
+    const int column = m_editor.state.ColonnaEdit;
+    const Grid &left = m_editor.Tabella(0);
+    const Grid &right = m_editor.Tabella(1);
+    const bool inBoth = row < std::min(left.Rows(), right.Rows()) && column < std::min(left.Cols(), right.Cols());
+    const bool different = !inBoth || m_editor.TestiCelle(0).at(column, row) != m_editor.TestiCelle(1).at(column, row);
+    m_editor.state.CelleDiverse.set(static_cast<std::size_t>(row), static_cast<std::size_t>(column), different);
+    for (const int pane : {0, 1})
+        m_tables.SetEqualColor(pane, row, column);
+    m_tables.MostraTabellaDiversaInLista();
+}
+
+void CellEditor::txtEdit_Change(int Index) {
+    activatePane(m_editor, Index);
+    ScriviDaEditADtb(Index);
+}
+
+void CellEditor::txtEdit_KeyPress(int Index, int KeyAscii) {
+    if (KeyAscii == enterCode)
+        Interrompiedit(Index);
+}
+
+} // namespace qir

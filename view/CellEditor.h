@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+class DifferingTables;
+
+/// Editing in place: a text box over the grid's current cell, whose every change goes to the cell and the component at
+/// once. At most one pane is under edit; RigaEdit and ColonnaEdit tell the cell.
+///
+/// What a keystroke costs does not depend on the size of the table.
+class CellEditor {
+public:
+    CellEditor(EditorContext &editor, DifferingTables &tables)
+        : m_editor(editor)
+        , m_tables(tables) {}
+
+    /// Opens the editor over the current cell, which is brought into view. Pointing at the header row ends an edit
+    /// instead.
+    void IniziaEdit(int Index);
+    /// Closes the pane's editor; everything typed is written already. The grid gets the focus if the editor had it.
+    void Interrompiedit(int Index);
+    /// Writes the editor's text to the cell and the component's record, then marks the cell as differing from the other
+    /// pane's or not. Does nothing when no record is under edit or the cell shows that text already.
+    void ScriviDaEditADtb(int Index);
+
+    void txtEdit_Change(int Index);
+    void txtEdit_KeyPress(int Index, int KeyAscii);
+
+    /// Puts an open editor over its cell again after the grid was moved, resized or given other column widths.
+    void placeEditor(int Index);
+
+private:
+    void dressEditor(int Index);
+    void coverCell(int Index);
+    void updateDifference(int Index);
+
+    EditorContext &m_editor;
+    DifferingTables &m_tables;
+};
+
+} // namespace qir

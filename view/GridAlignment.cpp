@@ -1,0 +1,36 @@
+#include "view/GridAlignment.h"
+
+#include "app/shared/PaneTable.h"
+#include "platform/controls/Grid.h"
+
+#include <QLineEdit>
+
+namespace qir {
+
+namespace {
+
+/// The follower raises no LeaveCell that would end an edit in it.
+void endEditOfFollower(EditorContext &editor, int pane) {
+    if (!editor.txtEdit(pane).isHidden())
+        endEdit(editor);
+}
+
+} // namespace
+
+void AllineaTopLeftTabelle(EditorContext &editor, int Index) {
+    const int Other = 1 - Index;
+    if (!editor.DtbAperto(Other))
+        return;
+    endEditOfFollower(editor, Other);
+    editor.Tabella(Other).followScroll(editor.Tabella(Index));
+}
+
+void mirrorSelection(EditorContext &editor, int Index) {
+    const int Other = 1 - Index;
+    if (!editor.DtbAperto(Other))
+        return;
+    AllineaTopLeftTabelle(editor, Index);
+    editor.Tabella(Other).followSelection(editor.Tabella(Index));
+}
+
+} // namespace qir

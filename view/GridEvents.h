@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+#include <QtCore/qnamespace.h>
+
+QT_BEGIN_NAMESPACE
+class QPoint;
+QT_END_NAMESPACE
+
+namespace qir {
+
+class AreaClipboard;
+class CellEditor;
+class GridPopups;
+
+/// What the events of a pane's grid do: activate the pane, start and end edits, copy and paste, keep the other grid
+/// beside this one, open pop-ups.
+class GridEvents {
+public:
+    GridEvents(EditorContext &editor, CellEditor &cellEditor, AreaClipboard &clipboard, GridPopups &popups)
+        : m_editor(editor)
+        , m_cellEditor(cellEditor)
+        , m_clipboard(clipboard)
+        , m_popups(popups) {}
+
+    void Tabella_Click(int Index);
+    void Tabella_DblClick(int Index);
+    void Tabella_KeyPress(int Index, int KeyAscii);
+    void Tabella_KeyDown(int Index, int KeyCode, int Shift);
+    void Tabella_LeaveCell(int Index);
+    void Tabella_Scroll(int Index);
+    void Tabella_SelChange(int Index);
+    void Tabella_MouseDown(int Index, Qt::MouseButton button, int row, int column, const QPoint &globalPosition);
+
+private:
+    EditorContext &m_editor;
+    CellEditor &m_cellEditor;
+    AreaClipboard &m_clipboard;
+    GridPopups &m_popups;
+};
+
+} // namespace qir

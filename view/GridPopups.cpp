@@ -1,0 +1,75 @@
+#include "view/GridPopups.h"
+
+#include "app/shared/PaneTable.h"
+#include "db/FieldTypes.h"
+#include "platform/controls/Grid.h"
+
+#include <QAction>
+#include <QMenu>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The block can be copied where both grids have the same cells selected, record cells of both.
+bool areaCanBeCloned(EditorContext &editor) {
+    const GridSelection &selection = editor.Tabella(0).selection();
+    return gridsShowSameTable(editor) && selection == editor.Tabella(1).selection() && selection.range().firstRow >= 1;
+}
+
+/// The other table can be made as long as this one where it has the same fields and fewer records.
+bool sizeCanBeCloned(EditorContext &editor, int pane) {
+    const Grid &grid = editor.Tabella(pane);
+    const Grid &other = editor.Tabella(1 - pane);
+    return gridsShowSameTable(editor) && grid.Cols() == other.Cols() && grid.Rows() > other.Rows();
+}
+
+} // namespace
+
+void GridPopups::popUp(int Index, int row, int column, const QPoint &globalPosition) {
+    const bool ofField = row == 0 && column >= 1;
+    const bool ofRecord = row >= 1 && m_editor.Tabella(Index).Rows() > 1;
+    if (!ofField && !ofRecord)
+        return;
+    if (ofField)
+        prepareFieldItems(Index, column);
+    else
+        prepareRecordItems(Index);
+    m_editor.state.IndexOrigine = Index;
+    m_editor.state.IndexDestinazione = 1 - Index;
+    (ofField ? m_editor.controls.popmenuGridFields : m_editor.controls.popmenuGrid)->popup(globalPosition);
+}
+
+void GridPopups::prepareRecordItems(int Index) {
+    const EditorControls &controls = m_editor.controls;
+    const Grid &grid = m_editor.Tabella(Index);
+    controls.action(Command::CloneTableSizePOP).setVisible(sizeCanBeCloned(m_editor, Index));
+    controls.action(Command::CloneSelectedAreaPOP).setVisible(areaCanBeCloned(m_editor));
+    QAction &remove = controls.action(Command::RemoveRecordPOP);
+    remove.setEnabled(grid.Row() >= 1);
+    remove.setText(grid.Row() >= 1 ? QObject::tr("Re&move Record %1").arg(grid.RowData(grid.Row()))
+                                   : QObject::tr("Re&move Record"));
+}
+
+void GridPopups::prepareFieldItems(int Index, int column) {
+    Grid &grid = m_editor.Tabella(Index);
+    if (grid.Col() != column)
+        grid.setCol(column);
+    const EditorControls &controls = m_editor.controls;
+    controls.action(Command::ResizeTextFieldPOP).setEnabled(isTextField(Index, column));
+    controls.action(Command::RemoveFieldPOP).setEnabled(grid.Cols() >= 3);
+    controls.action(Command::CloneTableSizeFPOP).setVisible(sizeCanBeCloned(m_editor, Index));
+    controls.action(Command::CloneSelectedAreaFPOP).setVisible(areaCanBeCloned(m_editor));
+}
+
+bool GridPopups::isTextField(int Index, int column) {
+    const int field = m_editor.Tabella(Index).ColData(column);
+    if (field < 1)
+        return false;
+    makeShownTableCurrent(m_editor, Index);
+    return m_editor.OggettoDtb(Index).QIRTableFieldType(field).toInt() == static_cast<int>(FieldType::Text);
+}
+
+} // namespace qir

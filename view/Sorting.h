@@ -1,0 +1,32 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+class CellDifferences;
+class Grid;
+class TableView;
+
+/// Sorting a table by one field: the records are rewritten in the database in the new order.
+class Sorting {
+public:
+    Sorting(EditorContext &editor, CellDifferences &differences, TableView &tables)
+        : m_editor(editor)
+        , m_differences(differences)
+        , m_tables(tables) {}
+
+    /// Sorts the table of the pane whose pop-up was opened by its grid's current column. When the writing fails, the
+    /// group of changes is undone, the table is loaded again as it stands and the error goes on to the caller. Yields.
+    void SortFPOP_Click();
+    /// Sorts the record rows of a grid by a column, ascending, and selects that column's records; does nothing while
+    /// ColonnaOrdinamento is negative. Nothing is written to the database.
+    void OrdinaPerColonna(Grid &grid, int Column);
+
+private:
+    EditorContext &m_editor;
+    CellDifferences &m_differences;
+    TableView &m_tables;
+};
+
+} // namespace qir
