@@ -24,6 +24,12 @@ DtbEditor::DtbEditor()
     , m_alignment(m_editor, m_differingTables)
     , m_differences(m_editor, m_differingTables)
     , m_tables(m_editor, m_differences)
+    , m_cellEditor(m_editor, m_differingTables)
+    , m_clipboard(m_editor, m_differences, m_tables)
+    , m_sorting(m_editor, m_differences, m_tables)
+    , m_gridPopups(m_editor)
+    , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
+    , m_gridConnections(m_editor, m_gridEvents, m_cellEditor)
     , m_open(m_editor, m_alignment, m_differences, m_tables)
     , m_close(m_editor) {
     setObjectName(u"DtbEditor"_s);
@@ -57,7 +63,7 @@ void DtbEditor::connectPane(int pane) {
     const PaneControls &controls = m_editor.controls.pane[static_cast<std::size_t>(pane)];
     connect(controls.ListaTabelle, &ListBox::Click, this,
             [this, pane] { runCommand([&] { m_tables.ListaTabelle_Click(pane); }); });
-    connect(controls.Tabella, &Grid::Click, this, [this, pane] { runCommand([&] { activatePane(m_editor, pane); }); });
+    m_gridConnections.connectPane(pane);
     for (QWidget *control : std::initializer_list<QWidget *>{controls.IDtb, controls.nomelab, controls.ListaTabelle,
                                                              controls.Tabella, controls.txtEdit})
         control->installEventFilter(this);
@@ -103,6 +109,9 @@ void DtbEditor::connectCommands() {
     onCommand(Command::OpenDatabase, [this] { m_open.OpenDatabase_Click(); });
     onCommand(Command::EndMenu, [this] { close(); });
     onCommand(Command::ColumnSizeAdjust, [this] { ColumnSizeAdjust_Click(m_editor); });
+    onCommand(Command::SortFPOP, [this] { m_sorting.SortFPOP_Click(); });
+    onCommand(Command::CopyMenu, [this] { m_clipboard.COPIA_AreaTabella(m_editor.state.IndexAttivo); });
+    onCommand(Command::PasteMenu, [this] { m_clipboard.INCOLLA_AreaTabella(m_editor.state.IndexAttivo); });
 }
 
 void DtbEditor::resizeEvent(QResizeEvent *event) {

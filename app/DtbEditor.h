@@ -1,11 +1,17 @@
 #pragma once
 
 #include "app/CloseCommands.h"
+#include "app/GridConnections.h"
 #include "app/OpenCommand.h"
 #include "app/shared/EditorContext.h"
 #include "compare/CellDifferences.h"
 #include "compare/DifferingTables.h"
 #include "compare/TableListAlignment.h"
+#include "view/AreaClipboard.h"
+#include "view/CellEditor.h"
+#include "view/GridEvents.h"
+#include "view/GridPopups.h"
+#include "view/Sorting.h"
 #include "view/TableView.h"
 
 #include <QMainWindow>
@@ -47,6 +53,12 @@ private:
     TableListAlignment m_alignment;
     CellDifferences m_differences;
     TableView m_tables;
+    CellEditor m_cellEditor;
+    AreaClipboard m_clipboard;
+    Sorting m_sorting;
+    GridPopups m_gridPopups;
+    GridEvents m_gridEvents;
+    GridConnections m_gridConnections;
     OpenCommand m_open;
     CloseCommands m_close;
 };

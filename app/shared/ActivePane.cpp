@@ -42,7 +42,7 @@ void AbilitaMenu(EditorContext &editor, int pane) {
     const bool on = pane >= 0 && editor.DtbAperto(pane);
     const EditorControls &controls = editor.controls;
     for (const Command command : {Command::ChangePassword, Command::ColumnSizeAdjust, Command::CloseDatabaseMenu,
-                                  Command::SaveMenu, Command::SaveAsMenu})
+                                  Command::SaveMenu, Command::SaveAsMenu, Command::CopyMenu, Command::PasteMenu})
         controls.action(command).setEnabled(on);
     for (QMenu *menu : {controls.TablesMenu, controls.FieldsMenu, controls.RecordMenu})
         menu->setEnabled(on);
