@@ -25,23 +25,24 @@ void GridConnections::connectPane(int pane) {
 }
 
 void GridConnections::connectGrid(int pane) {
-    const Grid *grid = &m_editor.Tabella(pane);
-    const auto onEvent = [this, pane, grid](auto signal, auto procedure) {
-        connect(grid, signal, this, [this, pane, procedure](auto... arguments) {
-            runCommand([&] { (m_grid.*procedure)(pane, arguments...); });
-        });
-    };
-    onEvent(&Grid::Click, &GridEvents::Tabella_Click);
-    onEvent(&Grid::DblClick, &GridEvents::Tabella_DblClick);
-    onEvent(&Grid::KeyPress, &GridEvents::Tabella_KeyPress);
-    onEvent(&Grid::KeyDown, &GridEvents::Tabella_KeyDown);
-    onEvent(&Grid::LeaveCell, &GridEvents::Tabella_LeaveCell);
-    onEvent(&Grid::Scroll, &GridEvents::Tabella_Scroll);
-    onEvent(&Grid::SelChange, &GridEvents::Tabella_SelChange);
-    onEvent(&Grid::MouseDown, &GridEvents::Tabella_MouseDown);
+    Grid *grid = &m_editor.Tabella(pane);
+    connect(grid, &Grid::Click, this, [this, pane] { runCommand([&] { m_grid.Tabella_Click(pane); }); });
+    connect(grid, &Grid::DblClick, this, [this, pane] { runCommand([&] { m_grid.Tabella_DblClick(pane); }); });
+    connect(grid, &Grid::LeaveCell, this, [this, pane] { runCommand([&] { m_grid.Tabella_LeaveCell(pane); }); });
+    connect(grid, &Grid::SelChange, this, [this, pane] { runCommand([&] { m_grid.Tabella_SelChange(pane); }); });
+    connect(grid, &Grid::Scroll, this, [this, pane] { runCommand([&] { m_grid.Tabella_Scroll(pane); }); });
+    connect(grid, &Grid::KeyPress, this,
+            [this, pane](int KeyAscii) { runCommand([&] { m_grid.Tabella_KeyPress(pane, KeyAscii); }); });
+    connect(grid, &Grid::KeyDown, this, [this, pane](int KeyCode, int Shift) {
+        runCommand([&] { m_grid.Tabella_KeyDown(pane, KeyCode, Shift); });
+    });
+    connect(grid, &Grid::MouseDown, this,
+            [this, pane](Qt::MouseButton button, int row, int column, const QPoint &globalPosition) {
+                runCommand([&] { m_grid.Tabella_MouseDown(pane, button, row, column, globalPosition); });
+            });
 
     connect(grid->horizontalHeader(), &QHeaderView::sectionResized, this, [this, pane] { placeEditorLater(pane); });
-    m_editor.Tabella(pane).installEventFilter(this);
+    grid->installEventFilter(this);
 }
 
 void GridConnections::connectEditor(int pane) {

@@ -231,7 +231,7 @@ void Grid::setSelection(const GridSelection &selection) {
     rethrowCarried();
 }
 
-void Grid::select(const GridSelection &selection) {
+void Grid::select(const GridSelection &selection, Reveal reveal) {
     if (selection == m_selection || !hasCell(selection.row, selection.column) ||
         !hasCell(selection.rowEnd, selection.columnEnd))
         return;
@@ -240,6 +240,8 @@ void Grid::select(const GridSelection &selection) {
         Q_EMIT LeaveCell();
     m_selection = selection;
     showSelection();
+    if (reveal == Reveal::FarCorner)
+        bringIntoView(RowSel(), ColSel()); // before SelChange: whoever follows goes where this grid has gone
     if (m_silences == 0)
         Q_EMIT SelChange();
 }
@@ -316,12 +318,29 @@ QString Grid::Clip() const {
     });
 }
 
-void Grid::setClip(const QString &text) {
+GridRange Grid::selectedRecords() const {
     const GridRange selected = m_selection.range();
-    const GridRange records{std::max(selected.firstRow, 1), std::max(selected.firstColumn, 1), selected.lastRow,
-                            selected.lastColumn};
-    GridModel::TextBlock block(*m_model);
-    layClipText(text, records, [&block](int row, int column, QStringView value) { block.set(row, column, value); });
+    return {std::max(selected.firstRow, 1), std::max(selected.firstColumn, 1), selected.lastRow, selected.lastColumn};
+}
+
+void Grid::setClip(const QString &text) {
+    GridModel::TextBlock cells(*m_model);
+    layClipText(text, selectedRecords(),
+                [&cells](int row, int column, QStringView value) { cells.set(row, column, value); });
+}
+
+void Grid::setClip(const CellTexts &block) {
+    const GridRange records = selectedRecords();
+    const int lastRow = std::min(records.lastRow, records.firstRow + block.records() - 1);
+    const int lastColumn = std::min(records.lastColumn, records.firstColumn + block.fields() - 1);
+    GridModel::TextBlock cells(*m_model);
+    QString text;
+    for (int row = records.firstRow; row <= lastRow; ++row) {
+        for (int column = records.firstColumn; column <= lastColumn; ++column) {
+            block.read(column - records.firstColumn + 1, row - records.firstRow + 1, text);
+            cells.set(row, column, text);
+        }
+    }
 }
 
 } // namespace qir

@@ -105,6 +105,9 @@ public:
     /// Lays such a text into the selected block from its top left cell. Cells outside it stay, as do those that the
     /// text has no value for.
     void setClip(const QString &text);
+    /// The same with texts that may hold separators: record r of `block` goes to the r-th selected row, its field k to
+    /// the k-th selected column.
+    void setClip(const CellTexts &block);
 
     // Position
 
@@ -196,7 +199,8 @@ private:
 
     GridExtent extent() const;
     bool hasCell(int row, int column) const;
-    void select(const GridSelection &selection);
+    enum class Reveal { Nothing, FarCorner };
+    void select(const GridSelection &selection, Reveal reveal = Reveal::Nothing);
     void showSelection();
     void adoptSelection();
     bool selectionHoldsRow(int row) const;
@@ -207,6 +211,7 @@ private:
     void extendRows(int row);
     void dragOn();
     PointedCell pointedCell() const;
+    GridRange selectedRecords() const;
     void bringIntoView(int row, int column);
     QPoint menuPosition(int row);
 

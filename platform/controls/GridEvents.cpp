@@ -121,9 +121,7 @@ void Grid::dragOn() {
     };
     const int row = along(m_dragPosition.y(), area.height(), RowSel(), Rows() - 1, rowAt(m_dragPosition.y()));
     const int column = along(m_dragPosition.x(), area.width(), ColSel(), Cols() - 1, columnAt(m_dragPosition.x()));
-    select({Row(), Col(), row, column});
-    if (!area.contains(m_dragPosition))
-        bringIntoView(row, column);
+    select({Row(), Col(), row, column}, area.contains(m_dragPosition) ? Reveal::Nothing : Reveal::FarCorner);
 }
 
 void Grid::timerEvent(QTimerEvent *event) {
@@ -154,8 +152,8 @@ void Grid::keyPressEvent(QKeyEvent *event) {
         selectAll();
     } else if (const auto next = moved(m_selection, key, event->modifiers(), extent())) {
         event->accept();
-        select(*next);
-        bringIntoView(RowSel(), ColSel());
+        select(*next, Reveal::FarCorner);
+        bringIntoView(RowSel(), ColSel()); // a key that moves no further shows the cell all the same
     }
 }
 
