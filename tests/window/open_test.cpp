@@ -234,7 +234,8 @@ private Q_SLOTS:
     void refusesANameThatReachesTwoFilesDifferingOnlyInCase()
     {
         const QString path = makeFile(u"a.ddb"_s, {pumps()});
-        makeFile(u"A.ddb"_s, {valves()});
+        // Copied, not made: the component would reach the first file by this name.
+        QVERIFY(QFile::copy(path, m_folder->filePath(u"A.ddb"_s)));
         EditorFixture fixture;
         fixture.dialogs().expectFile(openTitle, path);
         fixture.dialogs().expect([](QDialog &dialog) {
@@ -251,7 +252,7 @@ private Q_SLOTS:
     void refusesANameThatWouldReachAnotherFileThanTheChosenOne()
     {
         const QString path = makeFile(u"a.ddb"_s, {pumps()});
-        makeFile(u"A.DDB"_s, {valves()});
+        QVERIFY(QFile::copy(path, m_folder->filePath(u"A.DDB"_s)));
         EditorFixture fixture;
         fixture.dialogs().expectFile(openTitle, path);
         fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"OK"_s); });
