@@ -47,6 +47,12 @@ void PackedTexts::resize(std::size_t count) {
     packWhenWasteful();
 }
 
+void PackedTexts::makeRoom() {
+    constexpr std::size_t fewest = 16;
+    if (m_cells.size() == m_cells.capacity())
+        m_cells.reserve(std::max(fewest, m_cells.size() + m_cells.size() / 2));
+}
+
 PackedTexts::View PackedTexts::view(std::size_t index) const {
     const std::uint64_t cell = m_cells[index];
     return {m_block.data() + offsetOf(cell), lengthOf(cell), isWideCell(cell)};
@@ -72,16 +78,43 @@ void PackedTexts::read(std::size_t index, QString &text) const {
     }
 }
 
+bool PackedTexts::holds(std::size_t index, QStringView text) const {
+    const View stored = view(index);
+    if (stored.size != static_cast<std::size_t>(text.size()))
+        return false;
+    const char16_t *units = text.utf16();
+    if (stored.wide)
+        return std::memcmp(stored.bytes, units, std::size_t{stored.size} * sizeof(char16_t)) == 0;
+    const auto *bytes = reinterpret_cast<const unsigned char *>(stored.bytes);
+    return std::equal(bytes, bytes + stored.size, units);
+}
+
 void PackedTexts::append(QStringView text) {
-    if (m_cells.size() == m_cells.capacity())
-        m_cells.reserve(std::max<std::size_t>(16, m_cells.size() * 2));
+    makeRoom();
     m_cells.push_back(store(text));
 }
 
+void PackedTexts::appendLatin1(const char *bytes, std::span<const std::uint32_t> lengths) {
+    std::size_t total = 0;
+    std::uint32_t longest = 0;
+    for (const std::uint32_t length : lengths) {
+        total += length;
+        longest = std::max(longest, length);
+    }
+    checkRoom(longest, total);
+    m_cells.reserve(m_cells.size() + lengths.size());
+    std::size_t offset = m_block.size();
+    m_block.insert(m_block.end(), bytes, bytes + total);
+    for (const std::uint32_t length : lengths) {
+        m_cells.push_back(cellAt(offset, length, false));
+        offset += length;
+    }
+}
+
 void PackedTexts::appendLatin1(const char *text, std::size_t size) {
-    if (m_cells.size() == m_cells.capacity())
-        m_cells.reserve(std::max<std::size_t>(16, m_cells.size() * 2));
-    const std::uint64_t cell = newCell(size, false);
+    makeRoom();
+    checkRoom(size, size);
+    const std::uint64_t cell = cellAt(m_block.size(), size, false);
     m_block.insert(m_block.end(), text, text + size);
     m_cells.push_back(cell);
 }
@@ -91,6 +124,11 @@ void PackedTexts::set(std::size_t index, QStringView text) {
     m_cells[index] = store(text);
     m_garbage += replaced;
     packWhenWasteful();
+}
+
+void PackedTexts::insertAt(std::size_t index, QStringView text) {
+    makeRoom();
+    m_cells.insert(m_cells.begin() + static_cast<std::ptrdiff_t>(index), store(text));
 }
 
 void PackedTexts::removeAt(std::size_t index) {
@@ -106,22 +144,32 @@ void PackedTexts::permute(const std::vector<std::uint32_t> &order) {
     m_cells = std::move(cells);
 }
 
+std::optional<std::span<const char>> PackedTexts::contiguousLatin1() const {
+    std::size_t end = 0;
+    for (const std::uint64_t cell : m_cells) {
+        if (isWideCell(cell) || (lengthOf(cell) != 0 && offsetOf(cell) != end))
+            return std::nullopt;
+        end += lengthOf(cell);
+    }
+    return std::span<const char>(m_block.data(), end);
+}
+
 std::size_t PackedTexts::memory() const {
     return m_cells.capacity() * sizeof(std::uint64_t) + m_block.capacity();
 }
 
-std::uint64_t PackedTexts::newCell(std::size_t length, bool wide) const {
-    if (length >= std::size_t{1} << lengthBits)
+void PackedTexts::checkRoom(std::size_t longest, std::size_t bytes) const {
+    if (longest >= std::size_t{1} << lengthBits)
         throw std::length_error("PackedTexts: text too long");
-    if (m_block.size() + (length << wide) > largestBlock)
+    if (bytes > largestBlock - m_block.size())
         throw std::length_error("PackedTexts: too many texts");
-    return (std::uint64_t{m_block.size()} << (lengthBits + 1)) | (std::uint64_t{length} << 1) | (wide ? 1U : 0U);
 }
 
 std::uint64_t PackedTexts::store(QStringView text) {
     const auto size = static_cast<std::size_t>(text.size());
     const bool wide = isWide(text);
-    const std::uint64_t cell = newCell(size, wide);
+    checkRoom(size, size << wide);
+    const std::uint64_t cell = cellAt(m_block.size(), size, wide);
     if (wide) {
         const char *bytes = reinterpret_cast<const char *>(text.utf16());
         m_block.insert(m_block.end(), bytes, bytes + size * sizeof(char16_t));
@@ -140,9 +188,9 @@ void PackedTexts::packWhenWasteful() {
         block.reserve(m_block.size() - m_garbage);
         for (std::uint64_t &cell : m_cells) {
             const char *bytes = m_block.data() + offsetOf(cell);
-            const std::uint64_t offset = block.size();
+            const std::size_t offset = block.size();
             block.insert(block.end(), bytes, bytes + bytesOf(cell));
-            cell = (offset << (lengthBits + 1)) | (cell & ((std::uint64_t{1} << (lengthBits + 1)) - 1));
+            cell = cellAt(offset, lengthOf(cell), isWideCell(cell));
         }
         m_block = std::move(block);
         m_garbage = 0;

@@ -4,6 +4,8 @@
 #include <QStringView>
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <vector>
 
 namespace qir {
@@ -35,20 +37,32 @@ public:
     void reserve(std::size_t count, std::size_t bytes);
     /// Cuts to `count` texts, or appends empty ones.
     void resize(std::size_t count);
+    /// Makes sure that resize() to one text more does not throw.
+    void makeRoom();
 
     View view(std::size_t index) const;
     QString at(std::size_t index) const;
     /// at() into a string that keeps its memory, for loops over many cells.
     void read(std::size_t index, QString &text) const;
+    /// True when the text at `index` is `text`, unit by unit.
+    bool holds(std::size_t index, QStringView text) const;
     bool isEmptyAt(std::size_t index) const { return lengthOf(m_cells[index]) == 0; }
 
     void append(QStringView text);
     /// `text` does not point into this column.
     void appendLatin1(const char *text, std::size_t size);
+    /// Appends a text for each length; they stand one after another in `bytes`.
+    void appendLatin1(const char *bytes, std::span<const std::uint32_t> lengths);
     void set(std::size_t index, QStringView text);
+    /// Puts a text before the one at `index`; at size() it appends.
+    void insertAt(std::size_t index, QStringView text);
     void removeAt(std::size_t index);
     /// Reorders so that the text at i is the one that stood at order[i]; `order` is a permutation of the indexes.
     void permute(const std::vector<std::uint32_t> &order);
+
+    /// All texts one after another, where the block holds exactly that: each in one byte a unit, in order, nothing in
+    /// between. For writing a whole column at once; nothing where texts must be taken one by one.
+    std::optional<std::span<const char>> contiguousLatin1() const;
 
     /// Bytes of memory held, capacity included.
     std::size_t memory() const;
@@ -56,12 +70,15 @@ public:
 private:
     // A cell: byte offset into the block (38 bits), length in code units (25 bits), whether it is wide (1 bit).
     static constexpr int lengthBits = 25;
+    static std::uint64_t cellAt(std::size_t offset, std::size_t length, bool wide) {
+        return (std::uint64_t{offset} << (lengthBits + 1)) | (std::uint64_t{length} << 1) | (wide ? 1U : 0U);
+    }
     static std::uint32_t lengthOf(std::uint64_t cell) { return (cell >> 1) & ((1U << lengthBits) - 1); }
     static std::size_t offsetOf(std::uint64_t cell) { return cell >> (lengthBits + 1); }
     static bool isWideCell(std::uint64_t cell) { return (cell & 1U) != 0; }
     static std::size_t bytesOf(std::uint64_t cell) { return std::size_t{lengthOf(cell)} << (cell & 1U); }
 
-    std::uint64_t newCell(std::size_t length, bool wide) const; // a cell whose bytes go to the end of the block
+    void checkRoom(std::size_t longest, std::size_t bytes) const;
     std::uint64_t store(QStringView text);
     void packWhenWasteful();
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <numeric>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -99,6 +100,50 @@ TEST(PackedTexts, RefusesATextTooLongAndStaysAsItWas) {
     EXPECT_EQ(texts.at(0).size(), tooLong.size() - 1);
 }
 
+TEST(PackedTexts, AppendsManyTextsAtOnce) {
+    PackedTexts texts;
+    texts.append(u"first"_s);
+    const std::vector<std::uint32_t> lengths = {2, 0, 3};
+    texts.appendLatin1("ab\xE9zz", lengths);
+    ASSERT_EQ(texts.size(), 4U);
+    EXPECT_EQ(texts.at(1), u"ab"_s);
+    EXPECT_EQ(texts.at(2), u""_s);
+    EXPECT_EQ(texts.at(3), u"ézz"_s);
+    EXPECT_THROW(texts.appendLatin1("", std::vector<std::uint32_t>{1U << 25}), std::length_error);
+    EXPECT_EQ(texts.size(), 4U);
+}
+
+TEST(PackedTexts, GivesItsBytesAtOnceWhileTheyStandInOrder) {
+    PackedTexts texts;
+    texts.append(u"ab"_s);
+    texts.append(u""_s);
+    texts.append(u"c"_s);
+    const auto together = texts.contiguousLatin1();
+    ASSERT_TRUE(together.has_value());
+    EXPECT_EQ(std::string(together->begin(), together->end()), "abc");
+    PackedTexts replaced = texts;
+    replaced.set(0, u"xy"_s);
+    EXPECT_FALSE(replaced.contiguousLatin1().has_value());
+    PackedTexts shorter = texts;
+    shorter.removeAt(0);
+    EXPECT_FALSE(shorter.contiguousLatin1().has_value());
+    PackedTexts wide = texts;
+    wide.append(u"\u0100"_s);
+    EXPECT_FALSE(wide.contiguousLatin1().has_value());
+    EXPECT_TRUE(PackedTexts().contiguousLatin1().has_value());
+}
+
+TEST(PackedTexts, TellsWhetherATextStandsSomewhere) {
+    PackedTexts texts;
+    texts.append(u"é"_s);
+    texts.append(u"\u0100"_s);
+    EXPECT_TRUE(texts.holds(0, u"é"_s));
+    EXPECT_FALSE(texts.holds(0, u"\u01E9"_s));
+    EXPECT_FALSE(texts.holds(0, u"éé"_s));
+    EXPECT_TRUE(texts.holds(1, u"\u0100"_s));
+    EXPECT_FALSE(texts.holds(1, u"\u0101"_s));
+}
+
 TEST(PackedTexts, CopiesAreDeep) {
     PackedTexts texts;
     texts.append(u"first"_s);
@@ -115,7 +160,7 @@ RC_GTEST_PROP(PackedTextsProperty, HoldsWhatAPlainVectorHolds, ()) {
     for (int step = 0; step < steps; ++step) {
         const auto index = model.empty() ? 0 : *rc::gen::inRange<std::size_t>(0, model.size());
         const auto at = model.begin() + static_cast<std::ptrdiff_t>(index);
-        const int operation = *rc::gen::inRange(0, 8);
+        const int operation = *rc::gen::inRange(0, 9);
         if (operation <= 2 || model.empty()) {
             model.push_back(anyText());
             texts.append(model.back());
@@ -129,6 +174,10 @@ RC_GTEST_PROP(PackedTextsProperty, HoldsWhatAPlainVectorHolds, ()) {
             model.erase(at);
             texts.removeAt(index);
         } else if (operation == 6) {
+            const QString text = anyText();
+            model.insert(at, text);
+            texts.insertAt(index, text);
+        } else if (operation == 7) {
             model.resize(*rc::gen::inRange<std::size_t>(0, 12));
             texts.resize(model.size());
         } else {
