@@ -1,0 +1,82 @@
+#include "tests/component/DatabaseTestSupport.h"
+
+#include "qirtbase/DatabaseError.h"
+
+namespace qir::test {
+
+namespace {
+
+std::size_t below(std::size_t count) {
+    return *rc::gen::inRange<std::size_t>(0, count);
+}
+
+void changeTables(Database &database, int operation) {
+    if (operation == 0 || database.tableCount() == 0)
+        database.addTable(randomName());
+    else if (operation == 1)
+        database.renameTable(below(database.tableCount()), randomName());
+    else if (operation == 2)
+        database.removeTable(below(database.tableCount()));
+}
+
+void changeFields(Database &database, Table &table, int operation) {
+    const int type = *rc::gen::element(1, 2, 3, 4, 7, 8, 10, 10, 5);
+    if (operation == 3 || table.fieldCount() == 0) {
+        database.addField(table, randomName(), type, *rc::gen::inRange(0, 20));
+        return;
+    }
+    const std::size_t field = below(table.fieldCount());
+    if (operation == 4)
+        database.renameField(table, field, randomName());
+    else if (operation == 5)
+        database.removeField(table, field);
+    else if (operation == 6)
+        database.resizeField(table, field, *rc::gen::inRange(0, 20));
+}
+
+void changeRecords(Database &database, Table &table, int operation) {
+    if (operation == 7 || table.recordCount() == 0) {
+        database.addRecord(table);
+        return;
+    }
+    const std::size_t record = below(table.recordCount());
+    if (operation == 8) {
+        database.removeRecord(table, record);
+    } else if (table.fieldCount() != 0) {
+        const std::size_t field = below(table.fieldCount());
+        if (*rc::gen::arbitrary<bool>())
+            database.setNumber(table, field, record, randomNumber());
+        else
+            database.setText(table, field, record, randomText());
+    }
+}
+
+} // namespace
+
+void changeAtRandom(Database &database) {
+    constexpr int operations = 24; // two thirds of them write cells
+    const int operation = *rc::gen::inRange(0, operations);
+    try {
+        if (operation <= 2 || database.tableCount() == 0) {
+            changeTables(database, operation);
+            return;
+        }
+        Table &table = database.table(below(database.tableCount()));
+        if (operation <= 6)
+            changeFields(database, table, operation);
+        else
+            changeRecords(database, table, operation);
+    } catch (const DatabaseError &) {
+        // A taken name or an unknown type: refused, as it should be.
+    }
+}
+
+Database randomDatabase() {
+    Database database;
+    const int changes = *rc::gen::inRange(0, 60);
+    for (int i = 0; i < changes; ++i)
+        changeAtRandom(database);
+    return database;
+}
+
+} // namespace qir::test
