@@ -1,0 +1,407 @@
+#include "qirtbase/clsQirDatabase.h"
+
+#include "qirtbase/DatabaseError.h"
+
+#include <new>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+[[noreturn]] void raise(const QString &text) {
+    throw DatabaseError(text);
+}
+
+/// The number in a variant, nothing when it holds something else.
+std::optional<double> numberIn(const QVariant &value) {
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return value.toDouble();
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+/// Every member that may fail runs in here: an error ends every open group as undone, and lack of memory gets words.
+template<class Body>
+auto clsQirDatabase::guarded(Body body) -> decltype(body()) {
+    try {
+        return body();
+    } catch (const std::exception &error) {
+        for (Group &group : m_groups)
+            group.failed = true;
+        const bool isMemory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr ||
+                              dynamic_cast<const std::length_error *>(&error) != nullptr;
+        if (isMemory)
+            raise(u"There is not enough memory."_s);
+        throw;
+    }
+}
+
+clsQirDatabase::clsQirDatabase(FileOps &ops, DatabaseFileOptions options)
+    : m_file(ops, [&] {
+        if (!options.notice)
+            options.notice = [this](const QString &text) { Q_EMIT Notice(text); };
+        return std::move(options);
+    }()) {}
+
+clsQirDatabase::~clsQirDatabase() {
+    release();
+}
+
+void clsQirDatabase::release() noexcept {
+    try {
+        while (!m_groups.empty())
+            undoGroup();
+        if (!m_changed || m_file.fileName().isEmpty())
+            return;
+        if (const Result<void> saved = m_file.save(encodeBody(m_database)); !saved)
+            Q_EMIT Notice(saved.error().text);
+    } catch (const std::exception &error) {
+        try {
+            Q_EMIT Notice(QString::fromUtf8(error.what()));
+        } catch (...) { // NOLINT(bugprone-empty-catch): a listener that throws here has nobody to throw to
+        }
+    }
+}
+
+// ------------------------------------------------------------------------------------------------------------ the file
+
+bool clsQirDatabase::LoadDtb(const QString &fileName, const QString &password) {
+    return guarded([&] {
+        if (m_state != State::Fresh || m_changed || m_database.tableCount() != 0 || !m_groups.empty())
+            raise(u"This database is in use: another file cannot be loaded into it."_s);
+        try {
+            return loadFile(fileName, password);
+        } catch (const std::bad_alloc &) {
+            failLoad(u"%1: there is not enough memory to load it"_s.arg(fileName));
+            return false;
+        }
+    });
+}
+
+bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) {
+    m_lastError.clear();
+    const LoadResult<QByteArray> body = m_file.load(fileName, password);
+    if (!body) {
+        failLoad(body.error().text);
+        return false;
+    }
+    LoadResult<Database> database = decodeBody(*body);
+    if (!database) {
+        failLoad(u"%1: %2"_s.arg(fileName, database.error().text));
+        return false;
+    }
+    m_database = std::move(*database);
+    m_state = State::Open;
+    return true;
+}
+
+void clsQirDatabase::failLoad(const QString &reason) {
+    m_file.fail();
+    m_state = State::Failed;
+    m_lastError = reason;
+}
+
+void clsQirDatabase::SaveDtb() {
+    guarded([&] {
+        requireUsable();
+        if (!m_groups.empty())
+            raise(u"The database cannot be saved before the running group of changes has ended."_s);
+        if (!m_changed)
+            return;
+        if (GetDatabaseFileName().isEmpty())
+            raise(u"The database has no file name yet."_s);
+        if (const Result<void> saved = m_file.save(encodeBody(m_database)); !saved)
+            raise(saved.error().text);
+        m_changed = false;
+    });
+}
+
+QString clsQirDatabase::GetDatabaseFileName() const {
+    return m_file.fileName();
+}
+
+bool clsQirDatabase::SetDatabaseFileName(const QString &fileName) {
+    return guarded([&] {
+        if (m_state == State::Failed || !m_file.setFileName(fileName))
+            return false;
+        m_state = State::Open;
+        return true;
+    });
+}
+
+void clsQirDatabase::NewPassword(const QString &current, const QString &replacement) {
+    guarded([&] {
+        requireUsable();
+        if (!m_groups.empty())
+            raise(u"The password cannot be changed before the running group of changes has ended."_s);
+        if (const Result<void> done = m_file.changePassword(current, replacement); !done)
+            raise(u"The password was not changed: %1."_s.arg(done.error().text));
+        if (current != replacement)
+            m_changed = true;
+    });
+}
+
+// ---------------------------------------------------------------------------------------------------------- the tables
+
+QString clsQirDatabase::QIRTableName(int table) {
+    return guarded([&] { return m_database.table(tableIndex(table)).name().text; });
+}
+
+bool clsQirDatabase::ExistTable(const QString &name) {
+    return guarded([&] { return m_database.findTable(name).has_value(); });
+}
+
+void clsQirDatabase::AddTable(const QString &name) {
+    guarded([&] {
+        requireUsable();
+        m_database.addTable(name);
+        m_changed = true;
+    });
+}
+
+void clsQirDatabase::RenameTable(int table, const QString &name) {
+    guarded([&] {
+        if (m_database.renameTable(tableIndex(table), name))
+            m_changed = true;
+    });
+}
+
+void clsQirDatabase::RemoveTable(int table) {
+    guarded([&] {
+        const std::size_t index = tableIndex(table);
+        const bool isCurrent = &m_database.table(index) == m_currentTable;
+        m_database.removeTable(index);
+        if (isCurrent) {
+            m_currentTable = nullptr;
+            m_currentRecord = 0;
+        }
+        m_changed = true;
+    });
+}
+
+void clsQirDatabase::QIRTableRecordSource(const QString &name) {
+    guarded([&] {
+        const auto index = m_database.findTable(name);
+        if (!index)
+            raise(u"There is no table \"%1\"."_s.arg(name));
+        m_currentTable = &m_database.table(*index);
+        m_currentRecord = 0;
+    });
+}
+
+// ---------------------------------------------------------------------------------------------------------- the fields
+
+int clsQirDatabase::QirTableFieldsCount() const {
+    return m_currentTable ? static_cast<int>(m_currentTable->fieldCount()) : 0;
+}
+
+QString clsQirDatabase::QIRTableFieldName(int field) {
+    return guarded([&] { return currentTable().field(fieldIndex(field)).name.text; });
+}
+
+int clsQirDatabase::QIRTableFieldType(int field) {
+    return guarded([&] { return static_cast<int>(currentTable().field(fieldIndex(field)).type()); });
+}
+
+int clsQirDatabase::QIRTableFieldSize(int field) {
+    return guarded([&] { return currentTable().field(fieldIndex(field)).size; });
+}
+
+void clsQirDatabase::AddField(const QString &name, int type, double size) {
+    guarded([&] {
+        m_database.addField(currentTable(), name, type, size);
+        m_changed = true;
+    });
+}
+
+void clsQirDatabase::RenameField(int field, const QString &name) {
+    guarded([&] {
+        if (m_database.renameField(currentTable(), fieldIndex(field), name))
+            m_changed = true;
+    });
+}
+
+void clsQirDatabase::RemoveField(int field) {
+    guarded([&] {
+        m_database.removeField(currentTable(), fieldIndex(field));
+        m_changed = true;
+    });
+}
+
+void clsQirDatabase::ResizeField(int field, double size) {
+    guarded([&] {
+        if (m_database.resizeField(currentTable(), fieldIndex(field), size))
+            m_changed = true;
+    });
+}
+
+// --------------------------------------------------------------------------------------------------------- the records
+
+int clsQirDatabase::QirTableRecordsCount() const {
+    return m_currentTable ? static_cast<int>(m_currentTable->recordCount()) : 0;
+}
+
+void clsQirDatabase::AddRecord() {
+    guarded([&] {
+        m_database.addRecord(currentTable());
+        m_changed = true;
+    });
+}
+
+void clsQirDatabase::RemoveRecord(int record) {
+    guarded([&] {
+        const std::size_t index = recordIndex(record);
+        m_database.removeRecord(currentTable(), index);
+        if (m_currentRecord == index + 1)
+            m_currentRecord = 0;
+        else if (m_currentRecord > index + 1)
+            --m_currentRecord;
+        m_changed = true;
+    });
+}
+
+void clsQirDatabase::setQIRTableRecordsPointerOut(int record) {
+    guarded([&] { m_currentRecord = record == 0 && m_currentTable ? 0 : recordIndex(record) + 1; });
+}
+
+QVariant clsQirDatabase::QIRTableRecordSetByIndex(int field) {
+    return guarded([&] {
+        const Table &table = currentTable();
+        return table.field(fieldIndex(field)).column.variant(currentRecordIndex());
+    });
+}
+
+void clsQirDatabase::QIRTableRecordSetByIndex(int field, const QVariant &value) {
+    guarded([&] {
+        Table &table = currentTable();
+        const std::size_t index = fieldIndex(field);
+        const std::size_t record = currentRecordIndex();
+        bool changed = false;
+        if (value.typeId() == QMetaType::QString) {
+            changed = m_database.setText(table, index, record, *static_cast<const QString *>(value.constData()));
+        } else if (const std::optional<double> number = numberIn(value)) {
+            changed = m_database.setNumber(table, index, record, *number);
+        } else {
+            raise(u"A value of this kind cannot be stored in a field."_s);
+        }
+        if (changed)
+            m_changed = true;
+    });
+}
+
+void clsQirDatabase::GetQirRecord(int record, QStringList &values) {
+    guarded([&] {
+        const Table &table = currentTable();
+        const std::size_t index = recordIndex(record);
+        const std::vector<Field> &fields = table.fields();
+        values.resize(static_cast<qsizetype>(fields.size()) + 1);
+        QString *texts = values.data();
+        texts->clear();
+        for (const Field &field : fields)
+            field.column.readText(index, *++texts);
+    });
+}
+
+// --------------------------------------------------------------------------------------------------- groups of changes
+
+void clsQirDatabase::BeginChanges() {
+    guarded([&] {
+        requireUsable();
+        m_groups.reserve(m_groups.size() + 1);
+        m_database.beginGroup();
+        m_groups.push_back({m_changed, m_currentTable, m_currentRecord, false});
+    });
+}
+
+void clsQirDatabase::EndChanges() {
+    guarded([&] {
+        if (m_groups.empty())
+            raise(u"No group of changes has begun."_s);
+        if (m_groups.back().failed) {
+            undoGroup();
+        } else {
+            m_database.endGroup();
+            m_groups.pop_back();
+        }
+    });
+}
+
+void clsQirDatabase::CancelChanges() {
+    guarded([&] {
+        if (m_groups.empty())
+            raise(u"No group of changes has begun."_s);
+        undoGroup();
+    });
+}
+
+void clsQirDatabase::undoGroup() {
+    m_database.undoGroup();
+    const Group group = m_groups.back();
+    m_groups.pop_back();
+    m_changed = group.changed;
+    m_currentTable = group.currentTable;
+    m_currentRecord = group.currentRecord;
+}
+
+// -------------------------------------------------------------------------------------------------------------- checks
+
+void clsQirDatabase::requireUsable() const {
+    if (m_state == State::Failed)
+        raise(u"No database is open: its file could not be loaded."_s);
+}
+
+std::size_t clsQirDatabase::tableIndex(int table) const {
+    if (table < 1 || static_cast<std::size_t>(table) > m_database.tableCount())
+        raise(u"There is no table number %1: the database has %2."_s.arg(table).arg(m_database.tableCount()));
+    return static_cast<std::size_t>(table) - 1;
+}
+
+Table &clsQirDatabase::currentTable() const {
+    if (!m_currentTable)
+        raise(u"No table is selected."_s);
+    return *m_currentTable;
+}
+
+std::size_t clsQirDatabase::fieldIndex(int field) const {
+    const std::size_t count = currentTable().fieldCount();
+    if (field < 1 || static_cast<std::size_t>(field) > count)
+        raise(u"There is no field number %1: the table has %2."_s.arg(field).arg(count));
+    return static_cast<std::size_t>(field) - 1;
+}
+
+std::size_t clsQirDatabase::recordIndex(int record) const {
+    const std::size_t count = currentTable().recordCount();
+    if (record < 1 || static_cast<std::size_t>(record) > count)
+        raise(u"There is no record number %1: the table has %2."_s.arg(record).arg(count));
+    return static_cast<std::size_t>(record) - 1;
+}
+
+std::size_t clsQirDatabase::currentRecordIndex() const {
+    if (m_currentRecord == 0)
+        raise(u"No record is selected."_s);
+    return m_currentRecord - 1;
+}
+
+} // namespace qir

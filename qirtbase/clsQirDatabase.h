@@ -1,0 +1,161 @@
+#pragma once
+
+#include "base/FileOps.h"
+#include "qirtbase/BodyCodec.h"
+#include "qirtbase/Database.h"
+#include "qirtbase/DatabaseFile.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <cstddef>
+#include <vector>
+
+namespace qir {
+
+/// A database in a file, for callers that know nothing of it but its members' names.
+///
+/// Every invokable, property and signal below is called by name from outside. Tables, fields and records count from 1.
+/// Field and record members act on the current table, chosen by QIRTableRecordSource(); without one the counts are 0
+/// and the other members fail. A member that cannot do what it was called for throws a std::exception whose what() is
+/// the reason in UTF-8, fit to be shown, and has changed nothing. One thread.
+///
+/// States: fresh (an empty database without a name, which a load may still fill), open (loaded, or named), failed (a
+/// load failed: every member but the plain ones below fails). Dying is the release: a database whose DtbHasChanged is
+/// True is written then, if it has a name; what goes wrong is told by Notice() and never thrown.
+class clsQirDatabase : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool DtbHasChanged READ DtbHasChanged WRITE setDtbHasChanged)
+    Q_PROPERTY(int QIRTablesCount READ QIRTablesCount)
+    Q_PROPERTY(int QirTableFieldsCount READ QirTableFieldsCount)
+    Q_PROPERTY(int QirTableRecordsCount READ QirTableRecordsCount)
+    Q_PROPERTY(int QIRTableRecordsPointerOut READ QIRTableRecordsPointerOut WRITE setQIRTableRecordsPointerOut)
+
+public:
+    /// `ops` must outlive the instance.
+    explicit clsQirDatabase(FileOps &ops = FileOps::system(), DatabaseFileOptions options = {});
+    ~clsQirDatabase() override;
+
+    // ------------------------------------------------------------------------------------------------------ the file
+
+    /// Fills a fresh instance from a file, reached ignoring case. False when it cannot be read: LastError() tells why,
+    /// and the instance has failed. Throws when the instance is not fresh.
+    Q_INVOKABLE bool LoadDtb(const QString &fileName, const QString &password);
+    /// Why the last LoadDtb() returned False; "" otherwise.
+    Q_INVOKABLE QString LastError() const { return m_lastError; }
+    /// Writes a changed database to its file and clears the changed flag. Does nothing when nothing has changed. Throws
+    /// when it cannot be written or has no name; the flag stays True and the file is the old one then.
+    Q_INVOKABLE void SaveDtb();
+    /// "" when there is none.
+    Q_INVOKABLE QString GetDatabaseFileName() const;
+    /// Where the next save goes; a fresh instance becomes an open one. False, with nothing changed, where the name
+    /// cannot be taken.
+    Q_INVOKABLE bool SetDatabaseFileName(const QString &fileName);
+    /// From the next save on `replacement` opens the file; "" leaves it open to everybody. Throws when `current` is not
+    /// the password.
+    Q_INVOKABLE void NewPassword(const QString &current, const QString &replacement);
+
+    /// A plain flag: set by any modification, cleared by a save, and taken as it is given.
+    bool DtbHasChanged() const { return m_changed; }
+    void setDtbHasChanged(bool changed) { m_changed = changed; }
+
+    // ---------------------------------------------------------------------------------------------------- the tables
+
+    int QIRTablesCount() const { return static_cast<int>(m_database.tableCount()); }
+    Q_INVOKABLE QString QIRTableName(int table);
+    /// Names are the same when they differ only in case, surrounding blanks and compare markers.
+    Q_INVOKABLE bool ExistTable(const QString &name);
+    /// Appends a table of one text field and one record; the current table stays.
+    Q_INVOKABLE void AddTable(const QString &name);
+    Q_INVOKABLE void RenameTable(int table, const QString &name);
+    /// Removing the current table leaves none.
+    Q_INVOKABLE void RemoveTable(int table);
+    /// Makes a table current; no record is current then.
+    Q_INVOKABLE void QIRTableRecordSource(const QString &name);
+
+    // ------------------------------------------------------------------------------- the fields of the current table
+
+    int QirTableFieldsCount() const;
+    Q_INVOKABLE QString QIRTableFieldName(int field);
+    /// One of the codes of ColumnType.
+    Q_INVOKABLE int QIRTableFieldType(int field);
+    /// Characters that a text field holds at most; 0 for every other type.
+    Q_INVOKABLE int QIRTableFieldSize(int field);
+    /// `size` counts for text fields only; it is rounded and kept within 0 to 65535.
+    Q_INVOKABLE void AddField(const QString &name, int type, double size = 50);
+    Q_INVOKABLE void RenameField(int field, const QString &name);
+    Q_INVOKABLE void RemoveField(int field);
+    /// Cuts texts that are longer; does nothing to a field that is no text.
+    Q_INVOKABLE void ResizeField(int field, double size);
+
+    // ------------------------------------------------------------------------------ the records of the current table
+
+    int QirTableRecordsCount() const;
+    /// Appends a record of zeros and empty texts; the current record stays.
+    Q_INVOKABLE void AddRecord();
+    /// The current record stays current, whatever its number is now; removing it leaves none.
+    Q_INVOKABLE void RemoveRecord(int record);
+    /// The current record, 0 for none.
+    int QIRTableRecordsPointerOut() const { return static_cast<int>(m_currentRecord); }
+    void setQIRTableRecordsPointerOut(int record);
+    /// The value of a field of the current record: an int for bool (0 or 1), byte, int and long, a double for double
+    /// and date, a QString for text.
+    Q_INVOKABLE QVariant QIRTableRecordSetByIndex(int field);
+    /// Stores the nearest value that the field holds. A text given for a number counts as the number that it begins
+    /// with, a number given for a text as its text.
+    Q_INVOKABLE void QIRTableRecordSetByIndex(int field, const QVariant &value);
+    /// Fills values[1..fields] with the texts of a record and values[0] with "". The list and its strings keep their
+    /// memory where nobody shares them. The current record stays.
+    Q_INVOKABLE void GetQirRecord(int record, QStringList &values);
+
+    // --------------------------------------------------------------------------------------------- groups of changes
+
+    /// From here to the matching EndChanges() all changes are one; groups nest. One that is still open at the release
+    /// is undone.
+    Q_INVOKABLE void BeginChanges();
+    /// Keeps the changes of the group; undoes them when a member has thrown since BeginChanges().
+    Q_INVOKABLE void EndChanges();
+    /// Undoes the changes of the group: tables, current table and record, and the changed flag are as they were.
+    Q_INVOKABLE void CancelChanges();
+
+Q_SIGNALS:
+    /// Something that the user should know although no command failed.
+    void Notice(const QString &text);
+
+private:
+    enum class State { Fresh, Open, Failed };
+
+    /// What a group goes back to besides the tables.
+    struct Group {
+        bool changed;
+        Table *currentTable;
+        std::size_t currentRecord;
+        bool failed;
+    };
+
+    template<class Body>
+    auto guarded(Body body) -> decltype(body());
+    void requireUsable() const;
+    std::size_t tableIndex(int table) const;
+    Table &currentTable() const;
+    std::size_t fieldIndex(int field) const;
+    std::size_t recordIndex(int record) const;
+    std::size_t currentRecordIndex() const;
+    void undoGroup();
+    bool loadFile(const QString &fileName, const QString &password);
+    void failLoad(const QString &reason);
+    void release() noexcept;
+
+    State m_state = State::Fresh;
+    bool m_changed = false;
+    Database m_database;
+    Table *m_currentTable = nullptr;
+    std::size_t m_currentRecord = 0; // from 1; 0 for none
+    std::vector<Group> m_groups;
+    QString m_lastError;
+    DatabaseFile m_file;
+};
+
+} // namespace qir
