@@ -117,37 +117,50 @@ StagedFile::Standing StagedFile::standingUnder(const std::string &name) {
     return there->st_dev == ours->st_dev && there->st_ino == ours->st_ino ? Standing::Yes : Standing::No;
 }
 
+template<class Call>
+StagedFile::Naming StagedFile::named(const std::string &name, Call call) {
+    for (int tries = 1;; ++tries) {
+        const SystemResult<void> done = call();
+        if (done)
+            return {Standing::Yes, {}};
+        const Standing standing = standingUnder(name);
+        if (standing != Standing::No || done.error().number != EINTR || tries == FileOps::interruptedTries)
+            return {standing, done.error()};
+    }
+}
+
 SystemResult<void> StagedFile::nameTemporarily() {
     if (!m_temporaryName.empty())
         return {};
-    SystemResult<void> linked;
-    for (int tries = 0; tries < namesMax; ++tries) {
+    SystemError error{EEXIST};
+    for (int tries = 0; tries < namesMax && error.number == EEXIST; ++tries) {
         const std::string name = hiddenName();
-        linked = m_ops.linkFile(m_file.descriptor(), m_folder, name);
-        if (linked || standingUnder(name) == Standing::Yes) {
+        const Naming naming = named(name, [&] { return m_ops.linkFile(m_file.descriptor(), m_folder, name); });
+        if (naming.standing == Standing::Yes) {
             m_temporaryName = name;
             return {};
         }
-        if (linked.error().number != EEXIST)
-            break;
+        if (naming.standing == Standing::Unknown && naming.error.number != EEXIST)
+            (void)m_ops.unlinkAt(m_folder, name); // if it is there, it is ours
+        error = naming.error;
     }
-    return linked;
+    return tl::unexpected(error);
 }
 
 SystemResult<void> StagedFile::publishNew(const std::string &name) {
-    const auto linked = m_ops.linkFile(m_file.descriptor(), m_folder, name);
-    if (linked || standingUnder(name) == Standing::Yes) {
+    const Naming linked = named(name, [&] { return m_ops.linkFile(m_file.descriptor(), m_folder, name); });
+    if (linked.standing == Standing::Yes) {
         (void)removeTemporary();
         return {};
     }
     // File systems without hard links.
-    if (!m_temporaryName.empty() && (isUnsupported(linked.error()) || linked.error().number == EPERM))
+    if (!m_temporaryName.empty() && (isUnsupported(linked.error) || linked.error.number == EPERM))
         return renameTemporary(name);
-    return linked;
+    return tl::unexpected(linked.error);
 }
 
 SystemResult<void> StagedFile::renameTemporary(const std::string &name) {
-    auto renamed = m_ops.renameAt(m_folder, m_temporaryName, name, RENAME_NOREPLACE);
+    auto renamed = moveTemporary(name, RENAME_NOREPLACE);
     if (!renamed && isUnsupported(renamed.error())) {
         // Without the flag the check and the renaming are two steps; nothing better is to be had there.
         const auto there = m_ops.statusAt(m_folder, name, FollowLinks::No);
@@ -155,39 +168,48 @@ SystemResult<void> StagedFile::renameTemporary(const std::string &name) {
             return failed(EEXIST);
         if (there.error().number != ENOENT)
             return tl::unexpected(there.error());
-        renamed = m_ops.renameAt(m_folder, m_temporaryName, name, 0);
+        renamed = moveTemporary(name, 0);
     }
-    if (!renamed) {
-        const auto stillThere = m_ops.statusAt(m_folder, m_temporaryName, FollowLinks::No);
-        if (stillThere || stillThere.error().number != ENOENT)
+    if (renamed)
+        m_temporaryName.clear();
+    return renamed;
+}
+
+/// Renames what stands under the hidden name. It may be another file than this one, so what a failed call did shows in
+/// whether the hidden name is still there.
+SystemResult<void> StagedFile::moveTemporary(const std::string &name, unsigned flags) {
+    for (int tries = 1;; ++tries) {
+        const auto renamed = m_ops.renameAt(m_folder, m_temporaryName, name, flags);
+        if (renamed)
+            return renamed;
+        const auto there = m_ops.statusAt(m_folder, m_temporaryName, FollowLinks::No);
+        if (!there && there.error().number == ENOENT)
+            return {};
+        if (!there || renamed.error().number != EINTR || tries == FileOps::interruptedTries)
             return renamed;
     }
-    m_temporaryName.clear();
-    return {};
 }
 
 SystemResult<StagedFile::Exchanged> StagedFile::exchangeWith(const std::string &name) {
-    if (const auto named = nameTemporarily(); !named)
-        return tl::unexpected(named.error());
-    const auto exchanged = m_ops.renameAt(m_folder, m_temporaryName, name, RENAME_EXCHANGE);
-    if (exchanged)
+    if (const auto hidden = nameTemporarily(); !hidden)
+        return tl::unexpected(hidden.error());
+    const Naming exchanged =
+        named(name, [&] { return m_ops.renameAt(m_folder, m_temporaryName, name, RENAME_EXCHANGE); });
+    if (exchanged.standing == Standing::Yes)
         return Exchanged::Yes;
-    const Standing standing = standingUnder(name);
-    if (standing == Standing::Yes)
-        return Exchanged::Yes;
-    if (standing == Standing::Unknown) // what the hidden name holds may be the only copy of something
+    if (exchanged.standing == Standing::Unknown) // what the hidden name holds may be the only copy of something
         leaveTemporary();
-    else if (isUnsupported(exchanged.error()))
+    else if (isUnsupported(exchanged.error))
         return Exchanged::NotSupported;
-    return tl::unexpected(exchanged.error());
+    return tl::unexpected(exchanged.error);
 }
 
 SystemResult<void> StagedFile::publishOver(const std::string &name) {
-    if (const auto named = nameTemporarily(); !named)
-        return named;
-    const auto renamed = m_ops.renameAt(m_folder, m_temporaryName, name, 0);
-    if (!renamed && standingUnder(name) != Standing::Yes)
-        return renamed;
+    if (const auto hidden = nameTemporarily(); !hidden)
+        return hidden;
+    const Naming renamed = named(name, [&] { return m_ops.renameAt(m_folder, m_temporaryName, name, 0); });
+    if (renamed.standing != Standing::Yes)
+        return tl::unexpected(renamed.error);
     m_temporaryName.clear();
     return {};
 }
@@ -196,7 +218,13 @@ SystemResult<void> StagedFile::removeTemporary() {
     if (m_temporaryName.empty())
         return {};
     const std::string name = std::exchange(m_temporaryName, {});
-    return m_ops.unlinkAt(m_folder, name);
+    for (int tries = 1;; ++tries) {
+        const auto removed = m_ops.unlinkAt(m_folder, name);
+        if (removed || removed.error().number == ENOENT)
+            return {};
+        if (removed.error().number != EINTR || tries == FileOps::interruptedTries)
+            return removed;
+    }
 }
 
 } // namespace qir

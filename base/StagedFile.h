@@ -48,7 +48,7 @@ public:
     const std::string &temporaryName() const { return m_temporaryName; }
     /// Removes what stands under the hidden name.
     SystemResult<void> removeTemporary();
-    /// Renames what stands under the hidden name; fails with EEXIST where the name is taken.
+    /// Renames what stands under the hidden name; fails with EEXIST where the name is taken, and it stays hidden then.
     SystemResult<void> renameTemporary(const std::string &name);
     /// Leaves what stands under the hidden name where it is.
     void leaveTemporary() { m_temporaryName.clear(); }
@@ -56,9 +56,17 @@ public:
 private:
     StagedFile(FileOps &ops, int folder, OpenFile file, std::string temporaryName);
     SystemResult<void> nameTemporarily();
+    SystemResult<void> moveTemporary(const std::string &name, unsigned flags);
     enum class Standing { No, Yes, Unknown };
-    /// Whether `name` in the folder is this very file: what a naming call that failed may have done all the same.
+    /// Whether `name` in the folder is this very file.
     Standing standingUnder(const std::string &name);
+    /// What became of a call that was to bring this file under `name`: one that failed may have been done all the same.
+    struct Naming {
+        Standing standing;
+        SystemError error; ///< Where it does not stand there.
+    };
+    template<class Call>
+    Naming named(const std::string &name, Call call);
 
     FileOps &m_ops;
     int m_folder;

@@ -113,17 +113,17 @@ Result<FileSave::Standing> FileSave::look(const std::string &name) {
     standing.status = *status;
     if (!S_ISREG(status->st_mode))
         return failed(QStringLiteral("its name now belongs to something that is not a file"));
-    const auto file = OpenFile::openAt(m_ops, folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
-    if (!file) {
-        if (m_request.replaceMeant)
-            return standing;
-        return failed(QStringLiteral("it cannot be read any more: %1").arg(systemErrorWords(file.error())));
-    }
-    auto block = readHeaderBlock(m_ops, file->descriptor());
+    auto block = OpenFile::openAt(m_ops, folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK)
+                     .map_error([](SystemError error) {
+                         return LoadError{LoadErrorKind::Unreadable, systemErrorWords(error)};
+                     })
+                     .and_then([&](const OpenFile &file) { return readHeaderBlock(m_ops, file.descriptor()); });
     if (block)
         standing.header = std::move(block->header);
-    else if (block.error().kind == LoadErrorKind::Unreadable && !m_request.replaceMeant)
-        return failed(block.error().text);
+    else
+        standing.unreadable = block.error().kind == LoadErrorKind::Unreadable;
+    if (standing.unreadable && !m_request.replaceMeant)
+        return failed(QStringLiteral("it cannot be read any more: %1").arg(block.error().text));
     return standing;
 }
 
@@ -244,11 +244,16 @@ void FileSave::settleReplaced() {
     if (name.empty())
         return;
     const auto replaced = look(name);
-    const bool asExpected = replaced && replaced->exists && sameVersion(replaced->status, m_standing.status);
-    const bool oursUnderAnotherSave = m_request.replaceMeant && m_standing.header && !isOurs(*m_standing.header) &&
-                                      m_standing.header->fileId == m_request.header.fileId;
-    if (!asExpected || oursUnderAnotherSave) {
-        keepAsConflictCopy();
+    if (!replaced || !replaced->exists || !sameVersion(replaced->status, m_standing.status)) {
+        keepAsConflictCopy(QStringLiteral("another program had saved it meanwhile, and its version"));
+        return;
+    }
+    // The user meant to replace what stood there, but what somebody else made of our file is not ours to throw away.
+    const bool mayBeOurs =
+        m_standing.unreadable ||
+        (m_standing.header && m_standing.header->fileId == m_request.header.fileId && !isOurs(*m_standing.header));
+    if (m_request.replaceMeant && mayBeOurs) {
+        keepAsConflictCopy(QStringLiteral("the version that stood there"));
         return;
     }
     if (const auto removed = m_staged->removeTemporary(); !removed && removed.error().number != ENOENT)
@@ -258,7 +263,7 @@ void FileSave::settleReplaced() {
                 .arg(m_request.name, QFile::decodeName(name.c_str()), systemErrorWords(removed.error())));
 }
 
-void FileSave::keepAsConflictCopy() {
+void FileSave::keepAsConflictCopy(const QString &why) {
     const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH.mm.ss"));
     QString kept = QFile::decodeName(m_staged->temporaryName().c_str());
     for (int number = 1; number <= conflictNamesMax; ++number) {
@@ -272,8 +277,7 @@ void FileSave::keepAsConflictCopy() {
             break;
     }
     m_staged->leaveTemporary();
-    m_outcome.notices.append(QStringLiteral("%1: another program had saved it meanwhile; that version is kept as '%2'")
-                                 .arg(m_request.name, kept));
+    m_outcome.notices.append(QStringLiteral("%1: %2 is kept as '%3'").arg(m_request.name, why, kept));
 }
 
 FileSave::Step FileSave::settleFolder() {

@@ -46,7 +46,8 @@ private:
     struct Standing {
         bool exists = false;
         struct stat status {};
-        std::optional<FileHeader> header; ///< None when it is not a readable database.
+        std::optional<FileHeader> header; ///< None when it is no database, or could not be read.
+        bool unreadable = false;          ///< The system did not let us look.
     };
 
     /// A step that failed, with the words for the user.
@@ -67,7 +68,7 @@ private:
     Result<Standing> look(const std::string &name);
     bool isOurs(const FileHeader &header) const;
     void chooseIdentity();
-    void keepAsConflictCopy();
+    void keepAsConflictCopy(const QString &why);
 
     tl::unexpected<Error> failed(const QString &reason) const;
     tl::unexpected<Error> failed(SystemError error) const;

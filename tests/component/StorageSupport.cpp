@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -11,6 +12,22 @@
 #include <stdexcept>
 
 namespace qir {
+
+namespace {
+
+QString quickTemplate() {
+    const QString memory = QStringLiteral("/dev/shm");
+    const QString place = QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
+    return place + QStringLiteral("/qir-test-XXXXXX");
+}
+
+} // namespace
+
+QuickFolder::QuickFolder()
+    : m_folder(quickTemplate()) {
+    if (!m_folder.isValid())
+        throw std::runtime_error("cannot make a temporary folder");
+}
 
 void PrintTo(LoadErrorKind kind, std::ostream *out) {
     static constexpr const char *names[] = {"Missing",      "AmbiguousName", "NotAFile",  "Unreadable",

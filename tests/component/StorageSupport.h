@@ -42,6 +42,17 @@ QByteArray containerBytes(const QByteArray &body, const QString &password = {}, 
 LoadResult<LoadedContainer> readBytes(const QByteArray &bytes, const QString &password = {},
                                       const ContainerLimits &limits = {}, FileOps &ops = FileOps::system());
 
+/// A temporary folder in memory where the machine has such a place, so that syncing costs nothing.
+class QuickFolder {
+public:
+    QuickFolder();
+    QString path() const { return m_folder.path(); }
+    QString filePath(const QString &name) const { return m_folder.filePath(name); }
+
+private:
+    QTemporaryDir m_folder;
+};
+
 /// Options for tests: cheap costs, fixed random numbers, remembered keys.
 DatabaseFileOptions testOptions(RandomSource *random = nullptr);
 

@@ -30,6 +30,8 @@ public:
 
     int calls() const { return int(m_made.size()); }
     bool faultMet() const { return m_fault.at >= 0 && calls() > m_fault.at; }
+    /// From now on all is well.
+    void heal() { m_fault = {}; }
     /// The calls made, in order.
     const std::vector<FileCall> &made() const { return m_made; }
 
