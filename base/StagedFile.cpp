@@ -32,6 +32,13 @@ bool isUnsupported(SystemError error) {
     return error.number == EINVAL || error.number == ENOSYS || error.number == EOPNOTSUPP;
 }
 
+/// Errors that say for certain that nothing was done; others may come after the deed, on network file systems above
+/// all.
+bool isCertain(SystemError error) {
+    return isUnsupported(error) || error.number == EACCES || error.number == EPERM || error.number == EROFS ||
+           error.number == ENOSPC || error.number == EDQUOT;
+}
+
 } // namespace
 
 SystemResult<ResolvedPath> ResolvedPath::of(FileOps &ops, const std::string &path) {
@@ -123,7 +130,7 @@ StagedFile::Naming StagedFile::named(const std::string &name, Call call) {
         const SystemResult<void> done = call();
         if (done)
             return {Standing::Yes, {}};
-        const Standing standing = standingUnder(name);
+        const Standing standing = isCertain(done.error()) ? Standing::No : standingUnder(name);
         if (standing != Standing::No || done.error().number != EINTR || tries == FileOps::interruptedTries)
             return {standing, done.error()};
     }
@@ -148,14 +155,11 @@ SystemResult<void> StagedFile::nameTemporarily() {
 }
 
 SystemResult<void> StagedFile::publishNew(const std::string &name) {
-    const Naming linked = named(name, [&] { return m_ops.linkFile(m_file.descriptor(), m_folder, name); });
-    if (linked.standing == Standing::Yes) {
-        (void)removeTemporary();
-        return {};
-    }
-    // File systems without hard links.
-    if (!m_temporaryName.empty() && (isUnsupported(linked.error) || linked.error.number == EPERM))
+    if (!m_temporaryName.empty())
         return renameTemporary(name);
+    const Naming linked = named(name, [&] { return m_ops.linkFile(m_file.descriptor(), m_folder, name); });
+    if (linked.standing == Standing::Yes)
+        return {};
     return tl::unexpected(linked.error);
 }
 
