@@ -159,8 +159,11 @@ void CellDifferences::compareGrids(CellWindow window) {
     const TableSizes sizes = currentTableSizes(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1));
     window.lastRow = window.lastRow == 0 ? sizes.mostRecords() : window.lastRow;
     window.lastColumn = window.lastColumn == 0 ? sizes.mostFields() : window.lastColumn;
-    const int commonRecords = std::min(m_editor.Tabella(0).Rows(), m_editor.Tabella(1).Rows()) - 1;
-    const int commonFields = std::min(m_editor.Tabella(0).Cols(), m_editor.Tabella(1).Cols()) - 1;
+    const int commonRecords =
+        std::min({m_editor.Tabella(0).Rows() - 1, m_editor.Tabella(1).Rows() - 1, sizes.commonRecords()});
+    // A grid keeps one column even for a table without fields.
+    const int commonFields =
+        std::min({m_editor.Tabella(0).Cols() - 1, m_editor.Tabella(1).Cols() - 1, sizes.commonFields()});
 
     BitMatrix &different = m_editor.state.CelleDiverse;
     different = noDifferences(sizes.mostRecords(), sizes.mostFields());

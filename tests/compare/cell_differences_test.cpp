@@ -84,6 +84,13 @@ TEST_F(CellDifferencesTest, PaintsAFieldOfOneGridRed) {
     EXPECT_EQ(panes.redCells(1), (Cells{{1, 3}, {2, 3}}));
 }
 
+TEST_F(CellDifferencesTest, PaintsTheFirstFieldRedBesideATableWithoutFields) {
+    show({"T", {}, {{}, {}}}, {"T", {true}, {{"x"}, {"y"}}});
+    run();
+    EXPECT_EQ(panes.redCells(1), (Cells{{1, 1}, {2, 1}}));
+    EXPECT_EQ(panes.lines(0), QStringList(u"T !"_s));
+}
+
 TEST_F(CellDifferencesTest, PaintsTheGridBesideAPlaceholderWhite) {
     panes.openBoth({numbered(2)}, {});
     panes.selectBoth(0);
