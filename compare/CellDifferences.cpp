@@ -92,7 +92,7 @@ std::size_t atLeastZero(int number) {
 }
 
 BitMatrix noDifferences(int records, int fields) {
-    return BitMatrix(atLeastZero(records) + 1, atLeastZero(fields) + 1);
+    return {atLeastZero(records) + 1, atLeastZero(fields) + 1};
 }
 
 /// Paints the cells of a grid inside the window as CelleDiverse says.
