@@ -138,7 +138,7 @@ void Grid::adoptShape() {
     m_columnTwips.resize(fields);
     for (std::size_t i = 0; i < fields; ++i) {
         const int pixels = m_columnHeader->sectionSize(static_cast<int>(i));
-        if (i >= known || toPixelsRoundedUp(m_columnTwips[i]) != pixels)
+        if (i >= known || drawnWidth(m_columnTwips[i]) != pixels)
             m_columnTwips[i] = toTwips(pixels);
     }
     m_selection = cutTo(m_selection, extent());

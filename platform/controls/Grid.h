@@ -194,6 +194,7 @@ private:
     void connectScrollBars();
     void adoptShape();
     void fitRowHeight();
+    int drawnWidth(int twips) const;
     void layOut();
     void endHidden();
 

@@ -152,6 +152,10 @@ QPoint Grid::menuPosition(int row) {
     return m_columnHeader->viewport()->mapToGlobal(QPoint(x, m_columnHeader->height()));
 }
 
+int Grid::drawnWidth(int twips) const {
+    return std::min(toPixelsRoundedUp(twips), m_columnHeader->maximumSectionSize());
+}
+
 int Grid::ColWidth(int column) const {
     if (column == 0)
         return m_fixedColumnTwips;
@@ -168,7 +172,7 @@ void Grid::setColWidth(int column, int twips) {
         updateGeometries();
         return;
     }
-    m_columnHeader->resizeSection(column - 1, toPixelsRoundedUp(twips));
+    m_columnHeader->resizeSection(column - 1, drawnWidth(twips));
     m_columnTwips[static_cast<std::size_t>(column) - 1] = twips;
 }
 

@@ -14,12 +14,13 @@ constexpr int toTwips(int pixels) {
 
 /// The nearest whole number of pixels.
 constexpr int toPixels(int twips) {
-    return (twips >= 0 ? twips + twipsPerPixel / 2 : twips - twipsPerPixel / 2) / twipsPerPixel;
+    const int rest = twips % twipsPerPixel;
+    return twips / twipsPerPixel + (rest > twipsPerPixel / 2 ? 1 : 0) - (rest < -(twipsPerPixel / 2) ? 1 : 0);
 }
 
 /// The least whole number of pixels that holds a length of 0 or more: nothing that fits in twips is cut in pixels.
 constexpr int toPixelsRoundedUp(int twips) {
-    return (twips + twipsPerPixel - 1) / twipsPerPixel;
+    return twips / twipsPerPixel + (twips % twipsPerPixel > 0 ? 1 : 0);
 }
 
 } // namespace qir

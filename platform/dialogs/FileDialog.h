@@ -27,8 +27,8 @@ struct FileDialogRequest {
 };
 
 struct FileDialogAnswer {
-    QString path;               ///< As chosen, absolute; "" after a cancel.
-    bool shownExisting = false; ///< The dialog showed a file of this name, and the person chose it nevertheless.
+    QString path;         ///< As chosen, absolute; "" after a cancel.
+    bool existed = false; ///< Something stood under this very name when the dialog ended.
 };
 
 /// Shows the file dialog (QFileDialog). The program's current folder is afterwards what it was before, however the

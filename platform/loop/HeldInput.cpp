@@ -22,15 +22,6 @@ bool isKey(const QEvent &event) {
     return event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease;
 }
 
-bool isBlocked(QObject *receiver) {
-    const QWidget *modal = QApplication::activeModalWidget();
-    const QWidget *widget = widgetOf(receiver);
-    if (modal == nullptr || widget == nullptr)
-        return false;
-    const QWidget *window = widget->window();
-    return window != modal && !modal->isAncestorOf(window) && window->windowType() != Qt::Popup;
-}
-
 } // namespace
 
 QWidget *widgetOf(QObject *receiver) {
@@ -104,9 +95,31 @@ bool HeldInput::absorb(QObject *receiver, const QEvent &event) {
     return false;
 }
 
+bool HeldInput::canBeDelivered() const {
+    if (!m_receiver)
+        return false;
+    const QWidget *modal = QApplication::activeModalWidget();
+    const QWidget *widget = widgetOf(m_receiver);
+    if (modal == nullptr || widget == nullptr)
+        return true;
+    const QWidget *window = widget->window();
+    return window == modal || modal->isAncestorOf(window) || window->windowType() == Qt::Popup;
+}
+
 void HeldInput::deliver() {
-    if (m_receiver && !isBlocked(m_receiver))
+    if (m_event->type() == QEvent::Drop && !deliverDragEnter())
+        return;
+    if (m_receiver)
         QCoreApplication::sendEvent(m_receiver, m_event.get());
+}
+
+bool HeldInput::deliverDragEnter() {
+    // The drag is long over: its target has to be found again.
+    const auto &drop = static_cast<const QDropEvent &>(*m_event);
+    QDragEnterEvent enter(drop.position().toPoint(), drop.possibleActions(), m_dropped.get(), drop.buttons(),
+                          drop.modifiers());
+    QCoreApplication::sendEvent(m_receiver, &enter);
+    return enter.isAccepted();
 }
 
 } // namespace qir

@@ -20,10 +20,14 @@ public:
     /// True when the event adds nothing to this one, the last that is held: a pointer that moved on (this one takes its
     /// place), or a key held down that repeats.
     bool absorb(QObject *receiver, const QEvent &event);
-    /// Sends it, unless its receiver is gone or blocked by a modal window that has opened since.
+    /// False when its receiver is gone or blocked by a modal window that has opened since.
+    bool canBeDelivered() const;
+    /// Sends it; only when it can be delivered.
     void deliver();
 
 private:
+    bool deliverDragEnter();
+
     QPointer<QObject> m_receiver;
     std::unique_ptr<QEvent> m_event;
     std::unique_ptr<QMimeData> m_dropped; // of a drop: the original goes with the drag

@@ -171,7 +171,11 @@ bool MessageLoop::event(QEvent *event) {
         return QObject::event(event);
     m_deliveryPosted = false;
     // A command that runs meanwhile posts the delivery again at its end.
-    if (m_scopes > 0 || m_held.empty())
+    if (m_scopes > 0)
+        return true;
+    // What came before a modal window opened is not for it, nor for what it blocks.
+    m_held.remove_if([](const HeldInput &input) { return !input.canBeDelivered(); });
+    if (m_held.empty())
         return true;
     HeldInput input = std::move(m_held.front());
     m_held.pop_front();

@@ -1,0 +1,725 @@
+#include "platform/controls/Grid.h"
+#include "platform/controls/ListBox.h"
+#include "platform/loop/Guards.h"
+#include "platform/loop/MessageLoop.h"
+#include "tests/platform/GridTesting.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTimer>
+#include <QWindow>
+#include <QtTest>
+
+#include <memory>
+#include <stdexcept>
+
+using namespace qir;
+using namespace qir::testing;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A main window with two line edits and a button that closes as the editor's does.
+class Window : public QWidget {
+public:
+    Window()
+        : first(new QLineEdit(this))
+        , second(new QLineEdit(this))
+        , button(new QPushButton(this)) {
+        first->setGeometry(0, 0, 200, 30);
+        second->setGeometry(0, 40, 200, 30);
+        button->setGeometry(0, 80, 200, 30);
+        resize(220, 120);
+    }
+
+    QLineEdit *first;
+    QLineEdit *second;
+    QPushButton *button;
+    std::function<void()> onClose;
+
+protected:
+    void closeEvent(QCloseEvent *) override {
+        if (onClose)
+            onClose();
+        MessageLoop::instance()->endProgram();
+    }
+};
+
+/// Answers the next message box by a button of its own and keeps what it said.
+class BoxReader : public QObject {
+public:
+    BoxReader() {
+        m_timer.setInterval(1);
+        connect(&m_timer, &QTimer::timeout, this, [this] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (box == nullptr)
+                return;
+            shown.append(box->windowTitle() + u": "_s + box->text());
+            pointer.append(QApplication::overrideCursor() != nullptr ? QApplication::overrideCursor()->shape()
+                                                                     : Qt::ArrowCursor);
+            box->button(QMessageBox::Ok)->click();
+        });
+        m_timer.start();
+    }
+    QStringList shown;
+    QList<Qt::CursorShape> pointer;
+
+private:
+    QTimer m_timer;
+};
+
+} // namespace
+
+class MessageLoopTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void inputDuringAYieldWaitsForTheCommandsEnd();
+    void heldInputComesInOrder();
+    void inputHeldWaitsForTheOutermostCommand();
+    void inputAfterTheCommandComesBehindTheHeld();
+    void inputThroughTheWindowIsHeldToo();
+    void inputBetweenYieldsIsNotHeld();
+    void everyKindOfInputIsHeld_data();
+    void everyKindOfInputIsHeld();
+    void shortcutsAreHeld();
+    void aDropIsHeldWithItsData();
+    void pointerMovesAreHeldAsOne();
+    void aKeyThatRepeatsIsHeldAsOne();
+    void heldInputOfAWidgetThatIsGoneIsDropped();
+    void heldInputDoesNotAnswerABoxThatOpensLater();
+    void aHeldEventMayStartACommandThatHoldsTheRest();
+    void paintingAndTimersPassDuringAYield();
+    void inputToABoxOpenedDuringTheYieldPasses();
+    void inputToTheBoxThatTheCommandStandsInIsHeld();
+    void inputToABoxOpenedByTheCommandPasses();
+    void aYieldIsBounded();
+    void yieldingIfDueYieldsNowAndThen();
+
+    void closingTheWindowEndsTheCommandAtItsYield();
+    void nothingSwallowsTheEndOfTheProgram();
+    void theEndOfTheProgramUnwindsCommandsWithinCommands();
+    void noErrorIsShownOnceTheProgramEnds();
+    void heldInputIsNotDeliveredOnceTheProgramEnds();
+    void aBoxDuringTheCloseIsAnswered();
+
+    void anErrorIsShownAndTheProgramGoesOn();
+    void runningOutOfMemoryIsShownInWords();
+    void anErrorBringsThePointerBack();
+    void anErrorEnablesWindowsAgain();
+    void settlingRunsOnceAtTheEndOfTheOutermostCommand();
+    void settlingRunsAfterAnError();
+    void anErrorOfSettlingIsShownAndTheRestIsSettled();
+    void anErrorOfAPartReachesTheWholeThroughAList();
+    void anErrorOfAPartReachesTheWholeThroughAGrid();
+    void anErrorOfAPartThatNobodyLooksForEndsTheWhole();
+    void aCommandStartedByAnEventShowsItsErrorItself();
+    void withoutALoopCommandsJustRun();
+
+private:
+    /// Runs a command that yields once after something was done to the window.
+    void runWith(const std::function<void()> &input) {
+        m_loop->run([&] {
+            QTimer::singleShot(0, m_window.get(), input);
+            m_loop->yield();
+            m_textDuring = m_window->first->text();
+        });
+    }
+
+    std::unique_ptr<Window> m_window;
+    std::unique_ptr<MessageLoop> m_loop;
+    QString m_textDuring;
+};
+
+void MessageLoopTest::init() {
+    m_window = std::make_unique<Window>();
+    m_loop = std::make_unique<MessageLoop>(m_window.get());
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    m_window->first->setFocus();
+    m_textDuring.clear();
+}
+
+void MessageLoopTest::cleanup() {
+    m_loop.reset();
+    m_window.reset();
+    QVERIFY(QApplication::overrideCursor() == nullptr);
+}
+
+// Holding
+
+void MessageLoopTest::inputDuringAYieldWaitsForTheCommandsEnd() {
+    runWith([this] { QTest::keyClicks(m_window->first, u"abc"_s); });
+    QCOMPARE(m_textDuring, QString());
+    QTRY_COMPARE(m_window->first->text(), u"abc"_s);
+}
+
+void MessageLoopTest::heldInputComesInOrder() {
+    QStringList events;
+    connect(m_window->first, &QLineEdit::textEdited, this, [&](const QString &text) { events.append(text); });
+    connect(m_window->button, &QPushButton::clicked, this, [&] { events.append(u"click"_s); });
+    runWith([this] {
+        QTest::keyClicks(m_window->first, u"a"_s);
+        QTest::mouseClick(m_window->button, Qt::LeftButton);
+        QTest::keyClicks(m_window->first, u"b"_s);
+    });
+    QTRY_COMPARE(events, (QStringList{u"a"_s, u"click"_s, u"ab"_s}));
+}
+
+void MessageLoopTest::inputHeldWaitsForTheOutermostCommand() {
+    m_loop->run([&] {
+        m_loop->run([&] {
+            QTimer::singleShot(0, m_window.get(), [this] { QTest::keyClicks(m_window->first, u"a"_s); });
+            m_loop->yield();
+        });
+        QCoreApplication::sendPostedEvents();
+        m_loop->yield();
+        m_textDuring = m_window->first->text();
+    });
+    QCOMPARE(m_textDuring, QString());
+    QTRY_COMPARE(m_window->first->text(), u"a"_s);
+}
+
+void MessageLoopTest::inputAfterTheCommandComesBehindTheHeld() {
+    runWith([this] { QTest::keyClicks(m_window->first, u"abc"_s); });
+    QTest::keyClicks(m_window->first, u"def"_s); // before the held ones could be delivered
+    QTRY_COMPARE(m_window->first->text(), u"abcdef"_s);
+}
+
+void MessageLoopTest::inputThroughTheWindowIsHeldToo() {
+    int clicks = 0;
+    connect(m_window->button, &QPushButton::clicked, this, [&] { ++clicks; });
+    runWith([this] {
+        QTest::keyClick(m_window->windowHandle(), Qt::Key_X);
+        QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, {50, 90});
+    });
+    QCOMPARE(m_textDuring, QString());
+    QCOMPARE(clicks, 0);
+    QTRY_COMPARE(clicks, 1);
+    QCOMPARE(m_window->first->text(), u"x"_s);
+}
+
+void MessageLoopTest::inputBetweenYieldsIsNotHeld() {
+    m_loop->run([&] {
+        QTest::keyClicks(m_window->first, u"a"_s);
+        QCOMPARE(m_window->first->text(), u"a"_s);
+    });
+}
+
+void MessageLoopTest::everyKindOfInputIsHeld_data() {
+    QTest::addColumn<int>("type");
+    for (const QEvent::Type type :
+         {QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::MouseButtonDblClick, QEvent::MouseMove,
+          QEvent::Wheel, QEvent::KeyPress, QEvent::KeyRelease, QEvent::ContextMenu, QEvent::InputMethod,
+          QEvent::TouchBegin, QEvent::TouchUpdate, QEvent::TouchEnd})
+        QTest::newRow(QMetaEnum::fromType<QEvent::Type>().valueToKey(type)) << static_cast<int>(type);
+}
+
+namespace {
+
+std::unique_ptr<QEvent> inputEvent(QEvent::Type type) {
+    switch (type) {
+    case QEvent::Wheel:
+        return std::make_unique<QWheelEvent>(QPointF(1, 1), QPointF(1, 1), QPoint(), QPoint(0, 120), Qt::NoButton,
+                                             Qt::NoModifier, Qt::NoScrollPhase, false);
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        return std::make_unique<QKeyEvent>(type, Qt::Key_F9, Qt::NoModifier);
+    case QEvent::ContextMenu:
+        return std::make_unique<QContextMenuEvent>(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
+    case QEvent::InputMethod:
+        return std::make_unique<QInputMethodEvent>();
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+        return std::make_unique<QTouchEvent>(type);
+    default:
+        return std::make_unique<QMouseEvent>(type, QPointF(1, 1), QPointF(1, 1), Qt::LeftButton, Qt::LeftButton,
+                                             Qt::NoModifier);
+    }
+}
+
+/// Counts the events of one type that reach it.
+class Counter : public QWidget {
+public:
+    using QWidget::QWidget;
+    QEvent::Type type = QEvent::None;
+    int count = 0;
+
+protected:
+    bool event(QEvent *event) override {
+        if (event->type() == type) {
+            ++count;
+            return true;
+        }
+        return QWidget::event(event);
+    }
+};
+
+} // namespace
+
+void MessageLoopTest::everyKindOfInputIsHeld() {
+    QFETCH(const int, type);
+    Counter counter(m_window.get());
+    counter.type = static_cast<QEvent::Type>(type);
+    counter.setAttribute(Qt::WA_AcceptTouchEvents);
+    counter.setAttribute(Qt::WA_WState_AcceptedTouchBeginEvent); // Qt sends the later ones only then
+    const auto event = inputEvent(counter.type);
+    runWith([&] { QCoreApplication::sendEvent(&counter, event.get()); });
+    QCOMPARE(counter.count, 0);
+    QTRY_COMPARE(counter.count, 1);
+}
+
+void MessageLoopTest::shortcutsAreHeld() {
+    QAction action;
+    action.setShortcut(QKeySequence(u"Ctrl+K"_s));
+    m_window->addAction(&action);
+    int triggered = 0;
+    connect(&action, &QAction::triggered, this, [&] { ++triggered; });
+    runWith([&] {
+        QTest::keyClick(m_window->windowHandle(), Qt::Key_K, Qt::ControlModifier);
+        QCOMPARE(triggered, 0);
+    });
+    QTRY_COMPARE(triggered, 1);
+}
+
+void MessageLoopTest::aDropIsHeldWithItsData() {
+    auto data = std::make_unique<QMimeData>();
+    data->setText(u"dropped"_s);
+    runWith([&] {
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, data.get(), Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window->second, &enter);
+        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, data.get(), Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_window->second, &drop);
+        QVERIFY(drop.isAccepted());
+        data.reset(); // as after a drag
+    });
+    QCOMPARE(m_window->second->text(), QString());
+    QTRY_COMPARE(m_window->second->text(), u"dropped"_s);
+}
+
+void MessageLoopTest::pointerMovesAreHeldAsOne() {
+    Counter counter(m_window.get());
+    counter.type = QEvent::MouseMove;
+    runWith([&] {
+        for (int i = 0; i < 1000; ++i)
+            QCoreApplication::sendEvent(&counter, inputEvent(QEvent::MouseMove).get());
+    });
+    QTRY_COMPARE(counter.count, 1);
+}
+
+void MessageLoopTest::aKeyThatRepeatsIsHeldAsOne() {
+    Counter counter(m_window.get());
+    counter.type = QEvent::KeyPress;
+    runWith([&] {
+        for (int i = 0; i < 50; ++i) {
+            QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier, QString(), i > 0);
+            QCoreApplication::sendEvent(&counter, &repeated);
+        }
+        QKeyEvent other(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
+        QCoreApplication::sendEvent(&counter, &other);
+    });
+    QTRY_COMPARE(counter.count, 3);
+}
+
+void MessageLoopTest::heldInputOfAWidgetThatIsGoneIsDropped() {
+    auto *gone = new QLineEdit(m_window.get());
+    runWith([&] {
+        QTest::keyClicks(gone, u"a"_s);
+        QTest::keyClicks(m_window->first, u"b"_s);
+    });
+    delete gone;
+    QTRY_COMPARE(m_window->first->text(), u"b"_s);
+}
+
+void MessageLoopTest::heldInputDoesNotAnswerABoxThatOpensLater() {
+    connect(m_window->button, &QPushButton::clicked, this, [&] {
+        QMessageBox box(QMessageBox::NoIcon, u"t"_s, u"text"_s, QMessageBox::Ok, m_window.get());
+        QTimer::singleShot(0, &box, [&] {
+            QCOMPARE(m_window->first->text(), QString());
+            box.button(QMessageBox::Ok)->click();
+        });
+        box.exec();
+    });
+    runWith([this] {
+        QTest::mouseClick(m_window->button, Qt::LeftButton);
+        QTest::keyClicks(m_window->first, u"typed for the window"_s);
+    });
+    QTRY_VERIFY(!m_loop->commandRunning());
+    QCoreApplication::processEvents();
+    QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+    QCoreApplication::processEvents();
+    QCOMPARE(m_window->first->text(), QString());
+    QTest::keyClicks(m_window->first, u"later"_s);
+    QTRY_COMPARE(m_window->first->text(), u"later"_s);
+}
+
+void MessageLoopTest::aHeldEventMayStartACommandThatHoldsTheRest() {
+    QString duringSecond;
+    connect(m_window->button, &QPushButton::clicked, this, [&] {
+        m_loop->run([&] {
+            m_loop->yield();
+            m_loop->yield();
+            duringSecond = m_window->first->text();
+        });
+    });
+    runWith([this] {
+        QTest::mouseClick(m_window->button, Qt::LeftButton);
+        QTest::keyClicks(m_window->first, u"ab"_s);
+    });
+    QTRY_COMPARE(m_window->first->text(), u"ab"_s);
+    QCOMPARE(duringSecond, QString());
+}
+
+void MessageLoopTest::paintingAndTimersPassDuringAYield() {
+    Counter painted(m_window.get());
+    painted.setGeometry(0, 0, 50, 50);
+    painted.type = QEvent::Paint;
+    painted.show();
+    QTRY_VERIFY(painted.count > 0);
+    painted.count = 0;
+    bool timer = false;
+    m_loop->run([&] {
+        painted.update();
+        QTimer::singleShot(0, this, [&] { timer = true; });
+        m_loop->yield();
+        QCOMPARE(painted.count, 1);
+        QVERIFY(timer);
+    });
+}
+
+void MessageLoopTest::inputToABoxOpenedDuringTheYieldPasses() {
+    int answer = 0;
+    m_loop->run([&] {
+        QTimer::singleShot(0, this, [&] {
+            QMessageBox box(QMessageBox::NoIcon, u"t"_s, u"text"_s, QMessageBox::Yes | QMessageBox::No, m_window.get());
+            QTimer::singleShot(0, &box, [&] {
+                QTest::keyClicks(m_window->first, u"x"_s);
+                QTest::mouseClick(box.button(QMessageBox::Yes), Qt::LeftButton);
+            });
+            answer = box.exec();
+        });
+        m_loop->yield();
+        m_textDuring = m_window->first->text();
+    });
+    QCOMPARE(answer, static_cast<int>(QMessageBox::Yes));
+    QCOMPARE(m_textDuring, QString());
+    QTRY_COMPARE(m_window->first->text(), u"x"_s);
+}
+
+void MessageLoopTest::inputToTheBoxThatTheCommandStandsInIsHeld() {
+    QDialog dialog(m_window.get());
+    auto *line = new QLineEdit(&dialog);
+    QString during;
+    QTimer::singleShot(0, &dialog, [&] {
+        m_loop->run([&] {
+            QTimer::singleShot(0, &dialog, [&] { QTest::keyClicks(line, u"x"_s); });
+            m_loop->yield();
+            during = line->text();
+        });
+        QTRY_COMPARE(line->text(), u"x"_s);
+        dialog.accept();
+    });
+    dialog.exec();
+    QCOMPARE(during, QString());
+}
+
+void MessageLoopTest::inputToABoxOpenedByTheCommandPasses() {
+    QString typed;
+    m_loop->run([&] {
+        QTimer::singleShot(0, this, [this] { QTest::keyClicks(m_window->first, u"held"_s); });
+        m_loop->yield();
+        QDialog dialog(m_window.get());
+        auto *line = new QLineEdit(&dialog);
+        QTimer::singleShot(0, &dialog, [&] {
+            QTest::keyClicks(line, u"abc"_s);
+            typed = line->text();
+            dialog.accept();
+        });
+        dialog.exec();
+    });
+    QCOMPARE(typed, u"abc"_s);
+    QTRY_COMPARE(m_window->first->text(), u"held"_s);
+}
+
+void MessageLoopTest::aYieldIsBounded() {
+    // A timer that is always due keeps the loop busy for ever.
+    QTimer busy;
+    int ticks = 0;
+    connect(&busy, &QTimer::timeout, this, [&] { ++ticks; });
+    busy.start(0);
+    m_loop->run([&] { m_loop->yield(); });
+    QVERIFY(ticks > 0);
+}
+
+void MessageLoopTest::yieldingIfDueYieldsNowAndThen() {
+    int timers = 0;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&] { ++timers; });
+    timer.start(0);
+    m_loop->run([&] {
+        YieldTimer yielding;
+        QElapsedTimer clock;
+        clock.start();
+        int calls = 0;
+        while (timers == 0 && clock.elapsed() < 10000) {
+            yielding.yieldIfDue();
+            ++calls;
+        }
+        QVERIFY(timers > 0);
+        QVERIFY2(calls > 1000, "it yielded at nearly every call");
+    });
+}
+
+// Closing
+
+void MessageLoopTest::closingTheWindowEndsTheCommandAtItsYield() {
+    bool wentOn = false;
+    m_loop->run([&] {
+        QCoreApplication::postEvent(m_window->windowHandle(), new QCloseEvent);
+        m_loop->yield();
+        wentOn = true;
+    });
+    QVERIFY(!wentOn);
+    QVERIFY(m_loop->programEnded());
+    QVERIFY(!m_window->isVisible());
+    QVERIFY_EXCEPTION_THROWN(m_loop->yield(), ProgramEnded);
+}
+
+void MessageLoopTest::nothingSwallowsTheEndOfTheProgram() {
+    bool wentOn = false;
+    m_loop->run([&] {
+        QTimer::singleShot(0, m_window.get(), &QWidget::close);
+        try {
+            m_loop->yield();
+        } catch (const std::exception &) {
+            wentOn = true;
+        }
+        wentOn = true;
+    });
+    QVERIFY(!wentOn);
+}
+
+void MessageLoopTest::theEndOfTheProgramUnwindsCommandsWithinCommands() {
+    ListBox list;
+    list.addItem(u"a"_s);
+    QStringList log;
+    connect(&list, &ListBox::Click, this, [&] {
+        m_loop->run([&] {
+            QTimer::singleShot(0, m_window.get(), &QWidget::close);
+            m_loop->yield();
+            log.append(u"the part went on"_s);
+        });
+    });
+    m_loop->run([&] {
+        list.setListIndex(0);
+        log.append(u"the whole went on"_s);
+    });
+    QCOMPARE(log, QStringList());
+    QVERIFY(m_loop->programEnded());
+}
+
+void MessageLoopTest::noErrorIsShownOnceTheProgramEnds() {
+    m_loop->run([&] {
+        m_window->close();
+        throw std::runtime_error("the component is gone");
+    });
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+    QVERIFY(m_loop->programEnded());
+}
+
+void MessageLoopTest::heldInputIsNotDeliveredOnceTheProgramEnds() {
+    runWith([&] {
+        QTest::keyClicks(m_window->first, u"abc"_s);
+        m_window->close();
+    });
+    QCoreApplication::processEvents();
+    QCOMPARE(m_window->first->text(), QString());
+}
+
+void MessageLoopTest::aBoxDuringTheCloseIsAnswered() {
+    int answer = 0;
+    m_window->onClose = [&] {
+        QMessageBox box(QMessageBox::NoIcon, u"t"_s, u"save?"_s, QMessageBox::Yes | QMessageBox::No, m_window.get());
+        QTimer::singleShot(0, &box, [&] { QTest::keyClick(box.button(QMessageBox::Yes), Qt::Key_Space); });
+        answer = box.exec();
+    };
+    m_loop->run([&] {
+        QCoreApplication::postEvent(m_window->windowHandle(), new QCloseEvent);
+        m_loop->yield();
+    });
+    QCOMPARE(answer, static_cast<int>(QMessageBox::Yes));
+    QVERIFY(m_loop->programEnded());
+}
+
+// Errors
+
+void MessageLoopTest::anErrorIsShownAndTheProgramGoesOn() {
+    BoxReader reader;
+    m_loop->run([] { throw std::runtime_error("QIRTBase.clsQirDatabase: no table \"caff\xc3\xa8\""); });
+    QCOMPARE(reader.shown, QStringList{u"QIR Database Editor: QIRTBase.clsQirDatabase: no table \"caff\u00e8\""_s});
+    QVERIFY(!m_loop->commandRunning());
+    bool ran = false;
+    m_loop->run([&] { ran = true; });
+    QVERIFY(ran);
+    QCOMPARE(reader.shown.size(), 1);
+}
+
+void MessageLoopTest::runningOutOfMemoryIsShownInWords() {
+    BoxReader reader;
+    m_loop->run([] { throw std::bad_alloc(); });
+    QCOMPARE(reader.shown, QStringList{u"QIR Database Editor: There is not enough memory."_s});
+}
+
+void MessageLoopTest::anErrorBringsThePointerBack() {
+    BoxReader reader;
+    m_loop->run([] {
+        const BusyPointer busy;
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        throw std::runtime_error("x");
+    });
+    QCOMPARE(reader.shown.size(), 1);
+    QCOMPARE(reader.pointer.first(), Qt::ArrowCursor);
+    QVERIFY(QApplication::overrideCursor() == nullptr);
+}
+
+void MessageLoopTest::anErrorEnablesWindowsAgain() {
+    BoxReader reader;
+    m_window->button->setEnabled(false);
+    m_loop->run([&] {
+        const DisabledWidget disabled(m_window.get());
+        const DisabledWidget again(m_window.get());
+        const DisabledWidget button(m_window->button);
+        QVERIFY(!m_window->first->isEnabled());
+        throw std::runtime_error("x");
+    });
+    QVERIFY(m_window->isEnabled());
+    QVERIFY(m_window->first->isEnabled());
+    QVERIFY2(!m_window->button->isEnabled(), "what was disabled before is enabled");
+    auto widget = std::make_unique<QWidget>();
+    const DisabledWidget gone(widget.get());
+    widget.reset();
+    const DisabledWidget none(nullptr);
+}
+
+void MessageLoopTest::settlingRunsOnceAtTheEndOfTheOutermostCommand() {
+    QStringList log;
+    m_loop->addSettling([&] {
+        QVERIFY(m_loop->commandRunning());
+        log.append(u"settle"_s);
+    });
+    m_loop->run([&] {
+        m_loop->run([&] { log.append(u"part"_s); });
+        log.append(u"whole"_s);
+    });
+    QCOMPARE(log, (QStringList{u"part"_s, u"whole"_s, u"settle"_s}));
+}
+
+void MessageLoopTest::settlingRunsAfterAnError() {
+    BoxReader reader;
+    int settled = 0;
+    m_loop->addSettling([&] {
+        QCOMPARE(reader.shown.size(), 1);
+        ++settled;
+    });
+    m_loop->run([] { throw std::runtime_error("x"); });
+    QCOMPARE(settled, 1);
+}
+
+void MessageLoopTest::anErrorOfSettlingIsShownAndTheRestIsSettled() {
+    BoxReader reader;
+    bool second = false;
+    m_loop->addSettling([] { throw std::runtime_error("settling failed"); });
+    m_loop->addSettling([&] { second = true; });
+    m_loop->run([] {});
+    QCOMPARE(reader.shown, QStringList{u"QIR Database Editor: settling failed"_s});
+    QVERIFY(second);
+}
+
+void MessageLoopTest::anErrorOfAPartReachesTheWholeThroughAList() {
+    BoxReader reader;
+    ListBox list;
+    list.addItem(u"a"_s);
+    connect(&list, &ListBox::Click, this, [&] { m_loop->run([] { throw std::runtime_error("from the click"); }); });
+    bool wentOn = false;
+    bool caught = false;
+    m_loop->run([&] {
+        try {
+            list.setListIndex(0);
+        } catch (const std::runtime_error &) {
+            caught = true;
+            throw;
+        }
+        wentOn = true;
+    });
+    QVERIFY(caught);
+    QVERIFY(!wentOn);
+    QCOMPARE(reader.shown, QStringList{u"QIR Database Editor: from the click"_s});
+}
+
+void MessageLoopTest::anErrorOfAPartReachesTheWholeThroughAGrid() {
+    BoxReader reader;
+    Grid grid;
+    fill(grid, 5, 2);
+    connect(&grid, &Grid::SelChange, this, [&] { m_loop->run([] { throw std::runtime_error("from the grid"); }); });
+    bool wentOn = false;
+    m_loop->run([&] {
+        grid.setRow(3);
+        wentOn = true;
+    });
+    QVERIFY(!wentOn);
+    QCOMPARE(reader.shown, QStringList{u"QIR Database Editor: from the grid"_s});
+}
+
+void MessageLoopTest::anErrorOfAPartThatNobodyLooksForEndsTheWhole() {
+    BoxReader reader;
+    QAction action;
+    connect(&action, &QAction::triggered, this, [&] { m_loop->run([] { throw std::runtime_error("part"); }); });
+    bool afterYield = false;
+    m_loop->run([&] {
+        action.trigger();
+        m_loop->yield();
+        afterYield = true;
+    });
+    QVERIFY(!afterYield);
+    m_loop->run([&] { action.trigger(); });
+    QCOMPARE(reader.shown, (QStringList{u"QIR Database Editor: part"_s, u"QIR Database Editor: part"_s}));
+}
+
+void MessageLoopTest::aCommandStartedByAnEventShowsItsErrorItself() {
+    BoxReader reader;
+    bool wentOn = false;
+    m_loop->run([&] {
+        QTimer::singleShot(0, this, [&] { m_loop->run([] { throw std::runtime_error("timer"); }); });
+        m_loop->yield();
+        wentOn = true;
+    });
+    QVERIFY(wentOn);
+    QCOMPARE(reader.shown, QStringList{u"QIR Database Editor: timer"_s});
+}
+
+void MessageLoopTest::withoutALoopCommandsJustRun() {
+    m_loop.reset();
+    bool ran = false;
+    runCommand([&] { ran = true; });
+    QVERIFY(ran);
+    yieldToMessages();
+    rethrowCarried();
+    const CommandScope scope;
+    YieldTimer timer;
+    timer.yieldIfDue();
+    QVERIFY_EXCEPTION_THROWN(runCommand([] { throw std::runtime_error("x"); }), std::runtime_error);
+    m_loop = std::make_unique<MessageLoop>(m_window.get());
+}
+
+QTEST_MAIN(MessageLoopTest)
+#include "message_loop_test.moc"
