@@ -375,4 +375,4 @@ void DialogsTest::aClearedClipboardHasNoText() {
 }
 
 QTEST_MAIN(DialogsTest)
-#include "dialogs_test.moc"
+#include "standard_dialogs_test.moc"
