@@ -4,7 +4,7 @@
 #include "platform/controls/GridModel.h"
 
 #include <algorithm>
-#include <exception>
+#include <new>
 
 namespace qir {
 
@@ -24,7 +24,11 @@ GridFill::GridFill(Grid &grid, const QStringList &headers, int records, Kind kin
 }
 
 GridFill::~GridFill() {
-    m_grid.m_model->setTable(m_headers, std::move(m_texts));
+    try {
+        m_grid.m_model->setTable(m_headers, std::move(m_texts));
+    } catch (const std::bad_alloc &) {
+        // There is no memory for the colours: the grid stays as the constructor left it, without records.
+    }
     m_grid.setPlace(m_place);
 }
 
