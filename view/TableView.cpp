@@ -119,6 +119,7 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
     Grid &grid = m_editor.Tabella(Index);
     const bool reload = m_editor.TabellaMostrata(Index) == m_editor.TabellaCorrente(Index);
     m_editor.TabellaMostrata(Index) = m_editor.TabellaCorrente(Index);
+    m_editor.UltimaTabella(Index) = m_editor.TabellaCorrente(Index);
 
     QStringList headers;
     for (int k = 1; k <= database.QirTableFieldsCount(); ++k)

@@ -79,4 +79,9 @@ void activatePane(EditorContext &editor, int pane) {
     AbilitaMenu(editor, pane);
 }
 
+ActivePaneScope::~ActivePaneScope() {
+    if (m_editor.state.IndexAttivo != m_pane)
+        activatePane(m_editor, m_pane);
+}
+
 } // namespace qir

@@ -19,4 +19,20 @@ void enableGridCommands(EditorContext &editor);
 /// Makes a pane the active one: IndexAttivo, colours, menus.
 void activatePane(EditorContext &editor, int pane);
 
+/// Makes the pane that is active when it is made the active one again when it dies: selecting lines from code, which a
+/// command does in both lists, would leave the other pane active.
+class ActivePaneScope {
+public:
+    explicit ActivePaneScope(EditorContext &editor)
+        : m_editor(editor)
+        , m_pane(editor.state.IndexAttivo) {}
+    ~ActivePaneScope();
+    ActivePaneScope(const ActivePaneScope &) = delete;
+    ActivePaneScope &operator=(const ActivePaneScope &) = delete;
+
+private:
+    EditorContext &m_editor;
+    int m_pane;
+};
+
 } // namespace qir

@@ -45,6 +45,8 @@ struct EditorState {
     /// Name of the table that each grid shows, and of the one that is current in each component; "" none.
     std::array<QString, 2> TabellaMostrata;
     std::array<QString, 2> TabellaCorrente;
+    /// Name of the table that each grid showed last, whether it still does or not; "" none, or it is gone.
+    std::array<QString, 2> UltimaTabella;
 };
 
 struct PaneControls {
@@ -94,6 +96,7 @@ struct EditorContext {
     int &UltimoListIndex(int pane) { return state.UltimoListIndex[static_cast<std::size_t>(pane)]; }
     QString &TabellaMostrata(int pane) { return state.TabellaMostrata[static_cast<std::size_t>(pane)]; }
     QString &TabellaCorrente(int pane) { return state.TabellaCorrente[static_cast<std::size_t>(pane)]; }
+    QString &UltimaTabella(int pane) { return state.UltimaTabella[static_cast<std::size_t>(pane)]; }
 
     /// The texts and the colours of the table shown in a pane. The grid keeps them; these are the same objects.
     const CellTexts &TestiCelle(int pane) const;

@@ -67,6 +67,7 @@ void releaseComponent(EditorContext &editor, int pane) {
     editor.DtbAperto(pane) = false;
     editor.TabellaMostrata(pane).clear();
     editor.TabellaCorrente(pane).clear();
+    editor.UltimaTabella(pane).clear();
     editor.ListaTabelle(pane).clear();
     showGrid(editor, pane, false);
     editor.Tabella(pane).clear();

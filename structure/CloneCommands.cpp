@@ -1,0 +1,145 @@
+#include "structure/CloneCommands.h"
+
+#include "app/shared/ActivePane.h"
+#include "app/shared/PaneTable.h"
+#include "app/shared/utility.h"
+#include "compare/CellDifferences.h"
+#include "compare/TableListAlignment.h"
+#include "db/AssegnaARecordset.h"
+#include "platform/controls/Grid.h"
+#include "platform/controls/ListBox.h"
+#include "platform/dialogs/Dialogs.h"
+#include "platform/loop/MessageLoop.h"
+#include "structure/TableCopy.h"
+#include "view/TableView.h"
+
+#include <exception>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What went wrong in `copy`, null when nothing did. Lists and grids show again what the target holds, however the copy
+/// ended; then its error goes on.
+template <typename Copy>
+std::exception_ptr failureOf(Copy copy) {
+    try {
+        copy();
+    } catch (const std::exception &) {
+        return std::current_exception();
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void CloneCommands::CloneSecco() {
+    ListBox &sourceList = m_editor.ListaTabelle(m_editor.state.IndexOrigine);
+    ListBox &targetList = m_editor.ListaTabelle(m_editor.state.IndexDestinazione);
+    const ActivePaneScope active(m_editor);
+    const int position = sourceList.ListIndex();
+    const std::exception_ptr failure = failureOf([&] { copyTable(TogliMarcatori(sourceList.List(position))); });
+    m_alignment.MostraTabelleDiverseInLista();
+    sourceList.setListIndex(position);
+    targetList.setListIndex(position);
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+void CloneCommands::copyTable(const QString &name) {
+    makeTableCurrent(m_editor, m_editor.state.IndexOrigine, name);
+    // Not remembered as current: an error on the way takes the table away again.
+    m_editor.TabellaCorrente(m_editor.state.IndexDestinazione).clear();
+    ChangeGroup changes(target());
+    target().AddTable(name);
+    target().QIRTableRecordSource(name);
+    target().RemoveRecord(1);
+    target().RemoveField(1);
+    copyFields(source(), target());
+    RecordCopy copy(source(), target());
+    YieldTimer timer;
+    const int records = source().QirTableRecordsCount();
+    for (int r = 1; r <= records; ++r) {
+        target().AddRecord();
+        source().setQIRTableRecordsPointerOut(r);
+        target().setQIRTableRecordsPointerOut(r);
+        copy.copyCurrentRecord();
+        timer.yieldIfDue();
+    }
+    changes.commit();
+}
+
+void CloneCommands::CloneTableSizeSecco() {
+    const Answer answer = askYesNoCancel(m_editor.controls.window, u"Copy Cell content?"_s, u"?"_s);
+    if (answer == Answer::Cancel)
+        return;
+    const ActivePaneScope active(m_editor);
+    makeShownTableCurrent(m_editor, m_editor.state.IndexOrigine);
+    makeShownTableCurrent(m_editor, m_editor.state.IndexDestinazione);
+    const std::exception_ptr failure = failureOf([&] { appendRecords(answer == Answer::Yes); });
+    m_tables.CaricaTabellaDaLista(m_editor.state.IndexDestinazione);
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+void CloneCommands::appendRecords(bool withContent) {
+    ChangeGroup changes(target());
+    RecordCopy copy(source(), target());
+    YieldTimer timer;
+    const int records = source().QirTableRecordsCount();
+    for (int k = m_editor.Tabella(m_editor.state.IndexDestinazione).Rows(); k <= records; ++k) {
+        target().AddRecord();
+        if (withContent) {
+            const int record = target().QirTableRecordsCount();
+            target().setQIRTableRecordsPointerOut(record);
+            source().setQIRTableRecordsPointerOut(record);
+            copy.copyCurrentRecord();
+        }
+        timer.yieldIfDue();
+    }
+    changes.commit();
+}
+
+void CloneCommands::CloneSelectedAreaSecco() {
+    const Grid &grid = m_editor.Tabella(m_editor.state.IndexOrigine);
+    const int target = m_editor.state.IndexDestinazione;
+    const ActivePaneScope active(m_editor);
+    const int firstRow = Minimo(grid.Row(), grid.RowSel()).toInt();
+    const int lastRow = Massimo(grid.Row(), grid.RowSel()).toInt();
+    const int firstColumn = Minimo(grid.Col(), grid.ColSel()).toInt();
+    const int lastColumn = Massimo(grid.Col(), grid.ColSel()).toInt();
+    endEdit(m_editor);
+    makeShownTableCurrent(m_editor, target);
+    if (const std::exception_ptr failure =
+            failureOf([&] { copyBlock(firstRow, lastRow, firstColumn, lastColumn); })) {
+        // The grid has texts that the database refused or has lost again.
+        m_tables.CaricaTabellaAVideo(target);
+        std::rethrow_exception(failure);
+    }
+    // The bounds are the wrong way round: only a block of one cell is painted anew.
+    m_differences.EvidenziaDifferenzeTabella(SelectionRule::SameLine, {.firstRow = lastRow,
+                                                                       .lastRow = firstRow,
+                                                                       .firstColumn = lastColumn,
+                                                                       .lastColumn = firstColumn});
+}
+
+void CloneCommands::copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn) {
+    const Grid &from = m_editor.Tabella(m_editor.state.IndexOrigine);
+    Grid &to = m_editor.Tabella(m_editor.state.IndexDestinazione);
+    ChangeGroup changes(target());
+    YieldTimer timer;
+    for (int r = firstRow; r <= lastRow; ++r) {
+        target().setQIRTableRecordsPointerOut(to.RowData(r));
+        for (int j = firstColumn; j <= lastColumn; ++j) {
+            const QString text = from.TextMatrix(r, j);
+            to.setTextMatrix(r, j, text);
+            AssegnaARecordset(target(), to.ColData(j), text);
+            timer.yieldIfDue();
+        }
+    }
+    changes.commit();
+}
+
+} // namespace qir

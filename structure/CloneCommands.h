@@ -1,0 +1,48 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+class CellDifferences;
+class TableListAlignment;
+class TableView;
+
+/// Copying from one pane's database into the other's: from IndexOrigine to IndexDestinazione, which the pop-ups set,
+/// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it.
+class CloneCommands {
+public:
+    CloneCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableView &tables)
+        : m_editor(editor)
+        , m_alignment(alignment)
+        , m_differences(differences)
+        , m_tables(tables) {}
+
+    void ClonePOP_Click() { CloneSecco(); }
+    void CloneTableSizePOP_Click() { CloneTableSizeSecco(); }
+    void CloneTableSizeFPOP_Click() { CloneTableSizeSecco(); }
+    void CloneSelectedAreaPOP_Click() { CloneSelectedAreaSecco(); }
+    void CloneSelectedAreaFPOP_Click() { CloneSelectedAreaSecco(); }
+
+    /// Copies the table selected in the source list, which the target database lacks. Yields.
+    void CloneSecco();
+    /// Asks whether cells are to be copied too, and appends records to the shown target table until it has as many as
+    /// the source's. Yields.
+    void CloneTableSizeSecco();
+    /// Copies the texts of the source grid's selected block into the same cells of the target. Yields.
+    void CloneSelectedAreaSecco();
+
+private:
+    QirDatabase &source() { return m_editor.OggettoDtb(m_editor.state.IndexOrigine); }
+    QirDatabase &target() { return m_editor.OggettoDtb(m_editor.state.IndexDestinazione); }
+    void copyTable(const QString &name);
+    void appendRecords(bool withContent);
+    void copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn);
+
+    EditorContext &m_editor;
+    TableListAlignment &m_alignment;
+    CellDifferences &m_differences;
+    TableView &m_tables;
+};
+
+} // namespace qir

@@ -1,0 +1,160 @@
+#include "structure/FieldCommands.h"
+
+#include "app/shared/PaneTable.h"
+#include "base/LeadingNumber.h"
+#include "compare/CellDifferences.h"
+#include "db/FieldTypes.h"
+#include "dialogs/CaricaTipi.h"
+#include "dialogs/frmListaStringhePlain.h"
+#include "platform/controls/Grid.h"
+#include "platform/dialogs/Dialogs.h"
+#include "platform/loop/Guards.h"
+#include "structure/Names.h"
+#include "view/TableView.h"
+
+#include <memory>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Deliberately permissive: every number meets one of the two, so that sizes such as 0 or 1000 reach the component.
+bool acceptableSize(double size) {
+    return size >= 1 || size <= 255;
+}
+
+} // namespace
+
+void FieldCommands::AddFieldMenu_Click() {
+    QWidget *window = m_editor.controls.window;
+    if (!makeLastShownTableCurrent()) {
+        messageBox(window, u"No selected Table"_s, u"!"_s);
+        return;
+    }
+    const QString name = inputBox(window, u"New field name"_s, u"?"_s, u"Fieldx"_s).trimmed();
+    if (name.isEmpty())
+        return;
+    if (nameTaken(name)) {
+        messageBox(window, u"Field: '"_s + name + u"' already exists"_s, u"!"_s);
+        showTableAgain();
+        return;
+    }
+    const std::optional<int> type = askType();
+    if (!type)
+        return;
+    if (*type == static_cast<int>(FieldType::Text)) {
+        const std::optional<double> size = askSize(u"New field size"_s, u"50"_s);
+        if (!size)
+            return;
+        database().AddField(name, *type, *size);
+    } else {
+        database().AddField(name, *type);
+    }
+    showTableAgain();
+}
+
+/// Beside a placeholder line this is the table that was shown before; false when there is none.
+bool FieldCommands::makeLastShownTableCurrent() {
+    const int pane = m_editor.state.IndexAttivo;
+    const QString &last = m_editor.UltimaTabella(pane);
+    if (last.isEmpty())
+        return false;
+    if (m_editor.TabellaCorrente(pane) != last)
+        makeTableCurrent(m_editor, pane, last);
+    return true;
+}
+
+bool FieldCommands::nameTaken(const QString &name) {
+    const int fields = database().QirTableFieldsCount();
+    for (int k = 1; k <= fields; ++k)
+        if (sameName(name, database().QIRTableFieldName(k)))
+            return true;
+    return false;
+}
+
+/// The code of a type picked from the list, nothing after a cancel. Closing the picker by its close box answers
+/// nothing: the code is then what an earlier choice left, 0 before the first.
+std::optional<int> FieldCommands::askType() {
+    const DisabledWidget disabled(m_editor.controls.window);
+    std::unique_ptr<frmListaStringhePlain> picker;
+    {
+        const BusyPointer busy;
+        picker = std::make_unique<frmListaStringhePlain>(m_editor.controls.window);
+        picker->setWindowTitle(u"Tipi"_s);
+        CaricaTipi(picker->valori_discreti());
+    }
+    sceltaLista().index = 1; // any number but -1, which tells of a cancel
+    picker->exec();
+    if (sceltaLista().index == -1)
+        return std::nullopt;
+    return sceltaLista().itemData.toInt();
+}
+
+std::optional<double> FieldCommands::askSize(const QString &prompt, const QString &defaultSize) {
+    double size = 0;
+    do {
+        const QString answer = inputBox(m_editor.controls.window, prompt, u"?"_s, defaultSize).trimmed();
+        if (answer.isEmpty())
+            return std::nullopt;
+        size = leadingNumber(answer);
+    } while (!acceptableSize(size));
+    return size;
+}
+
+void FieldCommands::showTableAgain() {
+    const int pane = m_editor.state.IndexAttivo;
+    // A table that no line stands for is not shown.
+    if (!realTableSelected(m_editor, pane))
+        return;
+    m_tables.CaricaTabellaAVideo(pane);
+    m_differences.EvidenziaDifferenzeTabella();
+}
+
+/// The field number of the grid's current column, its table made current; 0 for none.
+int FieldCommands::currentField() {
+    const int pane = m_editor.state.IndexAttivo;
+    if (!realTableSelected(m_editor, pane))
+        return 0;
+    const Grid &grid = m_editor.Tabella(pane);
+    if (grid.Col() >= grid.Cols() || grid.ColData(grid.Col()) < 1)
+        return 0;
+    makeShownTableCurrent(m_editor, pane);
+    return grid.ColData(grid.Col());
+}
+
+void FieldCommands::RenameFieldSecco() {
+    const int field = currentField();
+    if (field < 1)
+        return;
+    const QString oldName = database().QIRTableFieldName(field);
+    const QString name =
+        inputBox(m_editor.controls.window, u"Field's new name ("_s + oldName + u")"_s, u"?"_s, oldName);
+    if (name.isEmpty())
+        return;
+    database().RenameField(field, name);
+    m_tables.CaricaTabellaAVideo(m_editor.state.IndexAttivo);
+}
+
+void FieldCommands::RemoveFieldSecco() {
+    const int field = currentField();
+    if (field < 1)
+        return;
+    const QString question = u"Do you want to remove field: '"_s + database().QIRTableFieldName(field) + u"' ?"_s;
+    if (askYesNo(m_editor.controls.window, question, u"?"_s) == Answer::No)
+        return;
+    database().RemoveField(field);
+    showTableAgain();
+}
+
+void FieldCommands::ResizeTextFieldSecco() {
+    const int field = currentField();
+    if (field < 1 || database().QIRTableFieldType(field).toInt() != static_cast<int>(FieldType::Text))
+        return;
+    const QString size = database().QIRTableFieldSize(field).toString().trimmed();
+    if (const std::optional<double> newSize = askSize(u"Field size"_s, size))
+        database().ResizeField(field, *newSize);
+}
+
+} // namespace qir

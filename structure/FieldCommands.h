@@ -1,0 +1,52 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+#include <optional>
+
+namespace qir {
+
+class CellDifferences;
+class TableView;
+
+/// Adding, renaming, removing and resizing fields of the table that the active pane shows. The field is the one of the
+/// grid's current column; without a selected real table, or without a field there, a command ends silently.
+class FieldCommands {
+public:
+    FieldCommands(EditorContext &editor, CellDifferences &differences, TableView &tables)
+        : m_editor(editor)
+        , m_differences(differences)
+        , m_tables(tables) {}
+
+    /// Asks for name, type and, for a text, size, and appends a field to the table last shown in the active pane. A
+    /// name that the table has already, but for case and surrounding blanks, is refused with a message.
+    void AddFieldMenu_Click();
+    void RenameFieldMenu_Click() { RenameFieldSecco(); }
+    void RenameFieldPOP_Click() { RenameFieldSecco(); }
+    void RemoveFieldMenu_Click() { RemoveFieldSecco(); }
+    void RemoveFieldPOP_Click() { RemoveFieldSecco(); }
+    void ResizeTextField_Click() { ResizeTextFieldSecco(); }
+    void ResizeTextFieldPOP_Click() { ResizeTextFieldSecco(); }
+
+    /// Asks for a new name of the field; it is taken as typed.
+    void RenameFieldSecco();
+    /// Asks, and removes the field.
+    void RemoveFieldSecco();
+    /// Asks for a new size of a text field; does nothing for other fields. The grid is not loaded again.
+    void ResizeTextFieldSecco();
+
+private:
+    QirDatabase &database() { return m_editor.OggettoDtb(m_editor.state.IndexAttivo); }
+    bool makeLastShownTableCurrent();
+    int currentField();
+    bool nameTaken(const QString &name);
+    std::optional<int> askType();
+    std::optional<double> askSize(const QString &prompt, const QString &defaultSize);
+    void showTableAgain();
+
+    EditorContext &m_editor;
+    CellDifferences &m_differences;
+    TableView &m_tables;
+};
+
+} // namespace qir

@@ -1,0 +1,44 @@
+#include "structure/RecordCommands.h"
+
+#include "app/shared/PaneTable.h"
+#include "compare/CellDifferences.h"
+#include "platform/controls/Grid.h"
+#include "platform/dialogs/Dialogs.h"
+#include "view/TableView.h"
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+void RecordCommands::AddRecordMenu_Click() {
+    const int pane = m_editor.state.IndexAttivo;
+    if (!realTableSelected(m_editor, pane))
+        return;
+    makeShownTableCurrent(m_editor, pane);
+    m_editor.OggettoDtb(pane).AddRecord();
+    m_tables.CaricaTabellaAVideo(pane);
+    // The rows above the new one are painted already.
+    CellWindow window;
+    window.firstRow = m_editor.OggettoDtb(pane).QirTableRecordsCount();
+    m_differences.EvidenziaDifferenzeTabella(SelectionRule::SameLine, window);
+}
+
+void RecordCommands::RemoveRecordSecco() {
+    const int pane = m_editor.state.IndexAttivo;
+    if (!realTableSelected(m_editor, pane))
+        return;
+    const Grid &grid = m_editor.Tabella(pane);
+    if (grid.Row() == 0) {
+        messageBox(m_editor.controls.window, u"No selected Record"_s, u"!"_s);
+        return;
+    }
+    makeShownTableCurrent(m_editor, pane);
+    m_editor.OggettoDtb(pane).RemoveRecord(grid.RowData(grid.Row()));
+    m_tables.CaricaTabellaAVideo(pane);
+    // The pane's number stands for a first row here; 0 and 1 both mean the whole table.
+    CellWindow window;
+    window.firstRow = pane;
+    m_differences.EvidenziaDifferenzeTabella(SelectionRule::SameLine, window);
+}
+
+} // namespace qir

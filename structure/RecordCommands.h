@@ -1,0 +1,33 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+class CellDifferences;
+class TableView;
+
+/// Adding and removing records of the table that the active pane shows. Without a selected real table a command ends
+/// silently.
+class RecordCommands {
+public:
+    RecordCommands(EditorContext &editor, CellDifferences &differences, TableView &tables)
+        : m_editor(editor)
+        , m_differences(differences)
+        , m_tables(tables) {}
+
+    /// Appends an empty record.
+    void AddRecordMenu_Click();
+    void RemoveRecordMenu_Click() { RemoveRecordSecco(); }
+    void RemoveRecordPOP_Click() { RemoveRecordSecco(); }
+
+    /// Removes the record that the grid's current row shows, without asking. A grid without records gets a message.
+    void RemoveRecordSecco();
+
+private:
+    EditorContext &m_editor;
+    CellDifferences &m_differences;
+    TableView &m_tables;
+};
+
+} // namespace qir

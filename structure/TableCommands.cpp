@@ -1,0 +1,99 @@
+#include "structure/TableCommands.h"
+
+#include "app/shared/ActivePane.h"
+#include "app/shared/Funzioni.h"
+#include "app/shared/PaneTable.h"
+#include "app/shared/utility.h"
+#include "compare/TableListAlignment.h"
+#include "platform/controls/ListBox.h"
+#include "platform/dialogs/Dialogs.h"
+#include "structure/Names.h"
+#include "view/TableView.h"
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+bool TableCommands::nameTaken(const QString &name) const {
+    const QirDatabase &database = m_editor.OggettoDtb(m_editor.state.IndexAttivo);
+    const int tables = database.QIRTablesCount();
+    for (int i = 1; i <= tables; ++i)
+        if (sameName(name, database.QIRTableName(i)))
+            return true;
+    return false;
+}
+
+void TableCommands::AddTableMenu_Click() {
+    const int pane = m_editor.state.IndexAttivo;
+    QWidget *window = m_editor.controls.window;
+    const QString name = inputBox(window, u"New table name"_s, u"?"_s, u"Tablex"_s).trimmed();
+    if (name.isEmpty())
+        return;
+    if (nameTaken(name)) {
+        messageBox(window, u"Table: '"_s + name + u"' already exists"_s, u"!"_s);
+        return;
+    }
+    m_editor.OggettoDtb(pane).AddTable(name);
+    {
+        const RefillScope refill(m_editor);
+        m_editor.UltimoListIndex(pane) = -1;
+        CaricaListaTabelle(m_editor.OggettoDtb(pane), m_editor.ListaTabelle(pane));
+    }
+    m_tables.CaricaTabellaDaLista(pane);
+}
+
+void TableCommands::RenameTableSecco() {
+    const int pane = m_editor.state.IndexAttivo;
+    if (!realTableSelected(m_editor, pane))
+        return;
+    ListBox &list = m_editor.ListaTabelle(pane);
+    const std::array<int, 2> positions{m_editor.ListaTabelle(0).ListIndex(), m_editor.ListaTabelle(1).ListIndex()};
+    const int position = list.ListIndex();
+    const QString oldName = TogliMarcatori(list.List(position));
+    const QString name = inputBox(m_editor.controls.window, u"Table's new name ("_s + oldName + u")"_s, u"?"_s, oldName);
+    if (name.isEmpty())
+        return;
+    m_editor.OggettoDtb(pane).RenameTable(list.ItemData(position), name);
+    list.setList(position, name);
+    // The grid goes on showing this table, now under its new name.
+    m_editor.TabellaMostrata(pane) = selectedTableName(m_editor, pane);
+    m_editor.UltimaTabella(pane) = m_editor.TabellaMostrata(pane);
+    m_editor.TabellaCorrente(pane).clear();
+    m_alignment.MostraTabelleDiverseInLista();
+    selectAgain(positions);
+    m_tables.CaricaTabellaDaLista(pane);
+}
+
+/// Placeholders inserted by the alignment have moved the selected lines: goes back to the positions, loading nothing.
+void TableCommands::selectAgain(const std::array<int, 2> &positions) {
+    const RefillScope refill(m_editor);
+    for (const int pane : {0, 1})
+        m_editor.ListaTabelle(pane).setListIndex(positions[static_cast<std::size_t>(pane)]);
+}
+
+void TableCommands::RemoveTableSecco() {
+    const int pane = m_editor.state.IndexAttivo;
+    if (!realTableSelected(m_editor, pane))
+        return;
+    ListBox &list = m_editor.ListaTabelle(pane);
+    const int other = 1 - pane;
+    const QString question = u"Do you want to remove table: '"_s + list.List(list.ListIndex()) + u"' ?"_s;
+    if (askYesNo(m_editor.controls.window, question, u"?"_s) == Answer::No)
+        return;
+    const ActivePaneScope active(m_editor);
+    const int removed = list.ItemData(list.ListIndex());
+    m_editor.OggettoDtb(pane).RemoveTable(removed);
+    // Nothing of the table is left to show or to work on. Its line goes before the refill, which would select another.
+    m_editor.TabellaMostrata(pane).clear();
+    m_editor.TabellaCorrente(pane).clear();
+    m_editor.UltimaTabella(pane).clear();
+    list.setListIndex(-1);
+    m_alignment.MostraTabelleDiverseInLista();
+    // Positions count from 0 and table numbers from 1, so this is the line behind the removed one.
+    if (removed < list.ListCount())
+        list.setListIndex(removed);
+    if (m_editor.DtbAperto(other))
+        m_editor.ListaTabelle(other).setListIndex(removed);
+}
+
+} // namespace qir

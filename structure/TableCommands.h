@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+class TableListAlignment;
+class TableView;
+
+/// Adding, renaming and removing tables of the active pane's database.
+class TableCommands {
+public:
+    TableCommands(EditorContext &editor, TableListAlignment &alignment, TableView &tables)
+        : m_editor(editor)
+        , m_alignment(alignment)
+        , m_tables(tables) {}
+
+    /// Asks for a name and appends a table. A name that the database has already, but for case and surrounding blanks,
+    /// is refused with a message. The list is refilled from the database alone: in two-pane mode it is out of line with
+    /// the other one until the next comparison.
+    void AddTableMenu_Click();
+    void RenameTableMenu_Click() { RenameTableSecco(); }
+    void RenameTablePOP_Click() { RenameTableSecco(); }
+    void RemoveTableMenu_Click() { RemoveTableSecco(); }
+    void RemoveTablePOP_Click() { RemoveTableSecco(); }
+
+    /// Asks for a new name of the selected table. It is taken as typed; a name that is taken already is the
+    /// component's error. Afterwards the same position is selected, whatever line stands there now.
+    void RenameTableSecco();
+    /// Asks, and removes the selected table. Afterwards the line at the position of the removed table's number is
+    /// selected in both lists, where they have one.
+    void RemoveTableSecco();
+
+private:
+    bool nameTaken(const QString &name) const;
+    void selectAgain(const std::array<int, 2> &positions);
+
+    EditorContext &m_editor;
+    TableListAlignment &m_alignment;
+    TableView &m_tables;
+};
+
+} // namespace qir

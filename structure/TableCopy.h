@@ -1,0 +1,27 @@
+#pragma once
+
+#include "db/QirDatabase.h"
+
+namespace qir {
+
+/// Appends to the target's current table a field of the same name, type and size for every field of the source's
+/// current table, in the same order.
+void copyFields(const QirDatabase &source, const QirDatabase &target);
+
+/// Copies the fields of current records of two databases, value by value, without a way through text. For loops over
+/// many records: the source's field count is asked for once. Both databases must outlive it.
+class RecordCopy {
+public:
+    RecordCopy(const QirDatabase &source, const QirDatabase &target);
+
+    /// All fields of the source's current record into the same fields of the target's.
+    void copyCurrentRecord();
+
+private:
+    const QirDatabase &m_source;
+    const QirDatabase &m_target;
+    int m_fields;
+    QVariant m_value; // keeps its memory from field to field
+};
+
+} // namespace qir

@@ -1,0 +1,85 @@
+#include "view/TableListPopup.h"
+
+#include "app/shared/ActivePane.h"
+#include "app/shared/PaneTable.h"
+#include "base/Collation.h"
+#include "platform/controls/ListBox.h"
+#include "platform/loop/MessageLoop.h"
+
+#include <QAction>
+#include <QFocusEvent>
+#include <QMenu>
+#include <QMouseEvent>
+
+namespace qir {
+
+void TableListPopup::watch(int pane) {
+    ListBox &list = m_editor.ListaTabelle(pane);
+    list.installEventFilter(this);
+    list.viewport()->installEventFilter(this);
+}
+
+bool TableListPopup::eventFilter(QObject *watched, QEvent *event) {
+    for (const int pane : {0, 1}) {
+        const ListBox &list = m_editor.ListaTabelle(pane);
+        if (watched == &list && event->type() == QEvent::FocusIn &&
+            static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason) {
+            m_activeBeforeFocus = m_editor.state.IndexAttivo;
+        } else if (watched == list.viewport() && event->type() == QEvent::MouseButtonPress) {
+            const bool otherPane = pressedInOtherPane(pane);
+            if (otherPane && static_cast<QMouseEvent *>(event)->button() == Qt::RightButton) {
+                runCommand([&] { activatePane(m_editor, pane); });
+                return true;
+            }
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+/// The focus comes before the press that moves it, and makes the pane active: what counts is what was active before.
+bool TableListPopup::pressedInOtherPane(int pane) {
+    const int active = m_activeBeforeFocus.value_or(m_editor.state.IndexAttivo);
+    m_activeBeforeFocus.reset();
+    return active != pane;
+}
+
+void TableListPopup::ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, const QPoint &globalPosition) {
+    const MessageLoop *loop = MessageLoop::instance();
+    const bool windowStands = loop == nullptr || !loop->programEnded();
+    if (Index != m_editor.state.IndexAttivo || m_editor.ListaTabelle(Index).ListIndex() < 0 ||
+        Button != Qt::RightButton || !windowStands)
+        return;
+    try {
+        offerCommands(Index);
+    } catch (const std::exception &) {
+        return;
+    }
+    const EditorControls &controls = m_editor.controls;
+    if (controls.action(Command::ClonePOP).isVisible() || controls.action(Command::RemoveTablePOP).isVisible())
+        controls.popmenuCopyToOther->popup(globalPosition);
+}
+
+void TableListPopup::offerCommands(int Index) {
+    const EditorControls &controls = m_editor.controls;
+    const int Other = 1 - Index;
+    const ListBox &list = m_editor.ListaTabelle(Index);
+    const ListBox &otherList = m_editor.ListaTabelle(Other);
+    const int line = list.ListIndex();
+    const bool table = realTableSelected(m_editor, Index);
+    controls.action(Command::RemoveTablePOP).setVisible(table);
+    controls.action(Command::RenameTablePOP).setVisible(table);
+
+    bool clone = false;
+    if (m_editor.DtbAperto(Other)) {
+        // Copied from the side that has the table, whichever side was pressed.
+        m_editor.state.IndexOrigine = table ? Index : Other;
+        m_editor.state.IndexDestinazione = 1 - m_editor.state.IndexOrigine;
+        const bool otherTable = otherList.ItemData(line) >= 1;
+        const bool paired = line < otherList.ListCount() && // added tables put the lists out of line
+                            collationKey(list.List(line)) == collationKey(otherList.List(line));
+        clone = paired && table != otherTable;
+    }
+    controls.action(Command::ClonePOP).setVisible(clone);
+}
+
+} // namespace qir
