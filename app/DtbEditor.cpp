@@ -31,7 +31,8 @@ DtbEditor::DtbEditor()
     , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
     , m_gridConnections(m_editor, m_gridEvents, m_cellEditor)
     , m_open(m_editor, m_alignment, m_differences, m_tables)
-    , m_close(m_editor) {
+    , m_close(m_editor)
+    , m_structure(m_editor, m_alignment, m_differences, m_tables) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(u"QIR Database Editor"_s);
     setMinimumSize(minimumWindowSize());
@@ -67,6 +68,7 @@ void DtbEditor::connectPane(int pane) {
     for (QWidget *control : std::initializer_list<QWidget *>{controls.IDtb, controls.nomelab, controls.ListaTabelle,
                                                              controls.Tabella, controls.txtEdit})
         control->installEventFilter(this);
+    m_structure.connectPane(pane);
 }
 
 bool DtbEditor::eventFilter(QObject *watched, QEvent *event) {
@@ -112,6 +114,8 @@ void DtbEditor::connectCommands() {
     onCommand(Command::SortFPOP, [this] { m_sorting.SortFPOP_Click(); });
     onCommand(Command::CopyMenu, [this] { m_clipboard.COPIA_AreaTabella(m_editor.state.IndexAttivo); });
     onCommand(Command::PasteMenu, [this] { m_clipboard.INCOLLA_AreaTabella(m_editor.state.IndexAttivo); });
+    m_structure.connectCommands(
+        [this](Command command, std::function<void()> procedure) { onCommand(command, std::move(procedure)); });
 }
 
 void DtbEditor::resizeEvent(QResizeEvent *event) {

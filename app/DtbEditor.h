@@ -3,6 +3,7 @@
 #include "app/CloseCommands.h"
 #include "app/GridConnections.h"
 #include "app/OpenCommand.h"
+#include "app/StructureConnections.h"
 #include "app/shared/EditorContext.h"
 #include "compare/CellDifferences.h"
 #include "compare/DifferingTables.h"
@@ -61,6 +62,7 @@ private:
     GridConnections m_gridConnections;
     OpenCommand m_open;
     CloseCommands m_close;
+    StructureConnections m_structure;
 };
 
 } // namespace qir

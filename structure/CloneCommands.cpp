@@ -115,7 +115,7 @@ void CloneCommands::CloneSelectedAreaSecco() {
     if (const std::exception_ptr failure =
             failureOf([&] { copyBlock(firstRow, lastRow, firstColumn, lastColumn); })) {
         // The grid has texts that the database refused or has lost again.
-        m_tables.CaricaTabellaAVideo(target);
+        m_tables.reloadAfterFailure(target);
         std::rethrow_exception(failure);
     }
     // The bounds are the wrong way round: only a block of one cell is painted anew.
