@@ -1,0 +1,34 @@
+#include "base/FileNames.h"
+#include "cli/Commands.h"
+#include "cli/Session.h"
+
+#include <QFileInfo>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+void create(const QString &file) {
+    const Result<QString> reached = reachIgnoringCase(file);
+    if (!reached)
+        throw FileError(file, reached.error().text);
+    if (QFileInfo::exists(*reached))
+        throw FileError(file, u"it exists already"_s);
+    Session session = Session::create(file);
+    session.run([&] { session.save(); });
+}
+
+} // namespace
+
+void addCreate(CLI::App &program, Exit &) {
+    CLI::App *command = program.add_subcommand("create", "Make an empty database");
+    auto file = std::make_shared<std::string>();
+    command->add_option("FILE", *file, "The new file")->required();
+    command->callback([file] { create(argumentText(*file)); });
+}
+
+} // namespace qir

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <cstddef>
+#include <vector>
+
+namespace qir {
+
+/// A CSV file in memory: a header line and records of as many values, kept in one block of UTF-8.
+class CsvTable {
+public:
+    /// Reads UTF-8 with or without byte order mark, values separated by commas, quoted by double quotes. Lines without
+    /// a character are no records. Fails with the number of the record (1 is the first after the header) where the text
+    /// is no UTF-8, a quote is out of place, or a record has more or fewer values than the header.
+    static Result<CsvTable> read(QByteArrayView bytes);
+
+    const QStringList &header() const { return m_header; }
+    std::size_t records() const { return m_records; }
+    /// A value, counted from 0; `text` keeps its memory.
+    void readValue(std::size_t record, std::size_t column, QString &text) const;
+    QString value(std::size_t record, std::size_t column) const;
+
+private:
+    friend class CsvReading;
+
+    QStringList m_header;
+    std::size_t m_records = 0;
+    QByteArray m_block;
+    std::vector<std::size_t> m_ends; // where each value ends in the block, record by record
+};
+
+} // namespace qir

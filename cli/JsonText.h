@@ -1,0 +1,16 @@
+#pragma once
+
+#include "cli/TableReader.h"
+
+#include <QByteArray>
+#include <QStringList>
+#include <QStringView>
+
+namespace qir {
+
+/// {"table": NAME, "fields": [{"name": .., "type": "long", "size": 0}, ..], "records": N} and a line end.
+void appendJsonTable(QByteArray &out, const TableInfo &table);
+/// One array of a record's values, numbers as numbers and texts as strings, and a line end; values[0] is unused.
+void appendJsonRecord(QByteArray &out, const TableInfo &table, const QStringList &values);
+
+} // namespace qir

@@ -1,0 +1,61 @@
+#include "cli/Commands.h"
+#include "cli/Session.h"
+
+#include <memory>
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+struct Arguments {
+    std::string file;
+    std::string passwordFile;
+    std::string newPasswordFile;
+    bool remove = false;
+};
+
+Secret newPassword(const QString &file, const Arguments &arguments) {
+    if (arguments.remove)
+        return {};
+    Secret password;
+    if (arguments.newPasswordFile.empty()) {
+        password = askPassword(u"New password of %1: "_s.arg(file));
+        if (password.text() != askPassword(u"The same again: "_s).text())
+            throw FileError(file, u"the two new passwords differ; nothing was changed"_s);
+    } else {
+        password = readPasswordFile(argumentText(arguments.newPasswordFile));
+    }
+    if (password.text().isEmpty())
+        throw FileError(file, u"the new password is empty; use --remove to leave the file open to everybody"_s);
+    return password;
+}
+
+void passwd(const Arguments &arguments) {
+    const QString file = argumentText(arguments.file);
+    Session session = Session::open(file, arguments.passwordFile);
+    session.run([&] {
+        const Secret replacement = newPassword(file, arguments);
+        session.database().NewPassword(session.password().text(), replacement.text());
+        session.save();
+    });
+}
+
+} // namespace
+
+void addPasswd(CLI::App &program, Exit &) {
+    CLI::App *command = program.add_subcommand("passwd", "Change, set or remove the password");
+    auto arguments = std::make_shared<Arguments>();
+    command->add_option("FILE", arguments->file, "The database")->required();
+    addPasswordFile(*command, arguments->passwordFile);
+    auto *fromFile = command
+                         ->add_option("--new-password-file", arguments->newPasswordFile,
+                                      "Read the new password from the first line of this file")
+                         ->type_name("FILE");
+    command->add_flag("--remove", arguments->remove, "Leave the file open to everybody")->excludes(fromFile);
+    command->callback([arguments] { passwd(*arguments); });
+}
+
+} // namespace qir

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "cli/FileError.h"
+#include "cli/Password.h"
+#include "db/QirDatabase.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace qir {
+
+class NoticePrinter;
+
+/// A database that a command works on. What the component has to tell beside is printed. Unless save() was called,
+/// nothing is written when the session ends, whatever was changed.
+class Session {
+public:
+    /// Opens a file; a protected one with the password of `passwordFile`, or of the terminal where that is "". Throws
+    /// LoadRefused when the component refuses it, FileError for every other trouble.
+    static Session open(const QString &file, const std::string &passwordFile);
+    /// A new, empty database that is to become this file. Throws FileError.
+    static Session create(const QString &file);
+
+    Session(Session &&) = default;
+    Session &operator=(Session &&) = delete;
+    ~Session();
+
+    const QString &file() const { return m_file; }
+    const QirDatabase &database() const { return m_database; }
+    bool isProtected() const { return m_protected; }
+    /// The password that it was opened with.
+    const Secret &password() const { return m_password; }
+
+    /// Writes the file, changed or not. Throws what the component throws.
+    void save();
+
+    /// Does what works on the database; an error of the component comes out as a FileError that names the file.
+    void run(const std::function<void()> &work) const { runOn(m_file, work); }
+    static void runOn(const QString &file, const std::function<void()> &work);
+
+private:
+    explicit Session(const QString &file);
+
+    QString m_file;
+    bool m_protected = false;
+    Secret m_password;
+    std::unique_ptr<NoticePrinter> m_printer; // outlives the component
+    QirDatabase m_database;
+};
+
+} // namespace qir

@@ -1,0 +1,48 @@
+#include "cli/Commands.h"
+#include "cli/FieldHeader.h"
+#include "cli/Session.h"
+#include "cli/TableReader.h"
+#include "cli/TextTable.h"
+#include "cli/WholeFile.h"
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+void tables(const QString &file, const std::string &passwordFile) {
+    const Session session = Session::open(file, passwordFile);
+    TextTable lines;
+    lines.addColumn(u"Table"_s, TextTable::Align::Left);
+    lines.addColumn(u"Records"_s, TextTable::Align::Right);
+    lines.addColumn(u"Fields"_s, TextTable::Align::Left);
+    session.run([&] {
+        for (const QString &name : tableNames(session.database())) {
+            const TableInfo table = chooseTable(session.database(), name);
+            QStringList fields;
+            for (const FieldInfo &field : table.fields)
+                fields += fieldHeaderText(field);
+            lines.addLine({name, QString::number(table.records), fields.join(u", "_s)});
+        }
+    });
+    print(lines.text());
+}
+
+} // namespace
+
+void addTables(CLI::App &program, Exit &) {
+    struct Arguments {
+        std::string file;
+        std::string passwordFile;
+    };
+    CLI::App *command = program.add_subcommand("tables", "List the tables with their fields");
+    auto arguments = std::make_shared<Arguments>();
+    command->add_option("FILE", arguments->file, "The database")->required();
+    addPasswordFile(*command, arguments->passwordFile);
+    command->callback([arguments] { tables(argumentText(arguments->file), arguments->passwordFile); });
+}
+
+} // namespace qir

@@ -1,0 +1,105 @@
+#include "cli/WholeFile.h"
+
+#include "base/StagedFile.h"
+#include "cli/FileError.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+constexpr mode_t newFileMode = 0666; // less the umask
+constexpr mode_t permissionBits = 07777;
+
+SystemResult<void> writeStanding(FileOps &ops, const ResolvedPath &path, QByteArrayView bytes) {
+    const auto file = OpenFile::openAt(ops, path.folder.descriptor(), path.name, O_WRONLY);
+    if (!file)
+        return tl::unexpected(file.error());
+    return writeFully(ops, file->descriptor(), bytes);
+}
+
+SystemResult<void> writeStaged(FileOps &ops, const ResolvedPath &path, const SystemResult<struct stat> &before,
+                               QByteArrayView bytes) {
+    auto staged = StagedFile::create(ops, path.folder.descriptor(), newFileMode);
+    if (!staged)
+        return tl::unexpected(staged.error());
+    SystemResult<void> done = writeFully(ops, staged->descriptor(), bytes);
+    if (done && before)
+        done = ops.setMode(staged->descriptor(), before->st_mode & permissionBits);
+    if (done)
+        done = ops.sync(staged->descriptor());
+    if (done)
+        done = staged->publishOver(path.name);
+    if (done)
+        done = path.syncFolder(ops);
+    return done;
+}
+
+} // namespace
+
+void writeWholeFile(const QString &file, QByteArrayView bytes, FileOps &ops) {
+    const auto fail = [&](SystemError error) { throw FileError(file, systemErrorWords(error)); };
+    const auto path = ResolvedPath::of(ops, systemPath(file));
+    if (!path) {
+        fail(path.error());
+        return;
+    }
+    const auto before = ops.statusAt(path->folder.descriptor(), path->name, FollowLinks::No);
+    if (!before && before.error().number != ENOENT)
+        fail(before.error());
+    const bool isSpecial = before && !S_ISREG(before->st_mode);
+    const auto written = isSpecial ? writeStanding(ops, *path, bytes) : writeStaged(ops, *path, before, bytes);
+    if (!written)
+        fail(written.error());
+}
+
+QByteArray readWholeFile(const QString &file) {
+    FileOps &ops = FileOps::system();
+    OpenFile opened;
+    int input = STDIN_FILENO;
+    if (file != u"-"_s) {
+        auto found = OpenFile::openAt(ops, AT_FDCWD, systemPath(file), O_RDONLY);
+        if (!found)
+            throw FileError(file, systemErrorWords(found.error()));
+        opened = std::move(*found);
+        input = opened.descriptor();
+    }
+    constexpr qsizetype portion = 1 << 20;
+    QByteArray bytes;
+    qsizetype size = 0;
+    while (true) {
+        bytes.resize(size + portion);
+        const ssize_t count = ::read(input, bytes.data() + size, portion);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            throw FileError(file, systemErrorWords({errno}));
+        size += count;
+        if (count == 0)
+            break;
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+void print(QByteArrayView bytes) {
+    const auto size = static_cast<std::size_t>(bytes.size());
+    if (std::fwrite(bytes.data(), 1, size, stdout) != size || std::fflush(stdout) != 0)
+        throw FileError(u"standard output"_s, systemErrorWords({errno}));
+}
+
+void printWhenMany(QByteArray &bytes) {
+    constexpr qsizetype many = 1 << 18;
+    if (bytes.size() < many)
+        return;
+    print(bytes);
+    bytes.resize(0); // keeps its memory
+}
+
+} // namespace qir
