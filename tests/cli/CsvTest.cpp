@@ -1,0 +1,119 @@
+#include "cli/CsvTable.h"
+#include "cli/CsvText.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+std::string problemOf(const QByteArray &csv) {
+    const Result<CsvTable> table = CsvTable::read(csv);
+    return table ? "none" : table.error().text.toStdString();
+}
+
+QString written(const QString &value) {
+    QByteArray out;
+    appendCsvValue(out, value);
+    return QString::fromUtf8(out);
+}
+
+TEST(CsvTableTest, ReadsHeaderAndRecords) {
+    const Result<CsvTable> table = CsvTable::read("Name,Speed\nP-1,1500\nP-2,-3\n");
+    ASSERT_TRUE(table) << table.error().text.toStdString();
+    EXPECT_EQ(table->header(), (QStringList{u"Name"_s, u"Speed"_s}));
+    ASSERT_EQ(table->records(), 2U);
+    EXPECT_EQ(table->value(0, 0), u"P-1"_s);
+    EXPECT_EQ(table->value(0, 1), u"1500"_s);
+    EXPECT_EQ(table->value(1, 1), u"-3"_s);
+}
+
+TEST(CsvTableTest, AnyLineEndWillDoAndTheLastMayBeMissing) {
+    for (const QByteArray &csv : {QByteArray("A\r\nx\r\ny"), QByteArray("A\nx\ny\n"), QByteArray("A\rx\ry\r")}) {
+        const Result<CsvTable> table = CsvTable::read(csv);
+        ASSERT_TRUE(table);
+        EXPECT_EQ(table->records(), 2U);
+        EXPECT_EQ(table->value(1, 0), u"y"_s);
+    }
+}
+
+TEST(CsvTableTest, QuotedValuesMayHoldSeparatorsQuotesAndLineEnds) {
+    const Result<CsvTable> table = CsvTable::read("A,B\n\"a \"\"q\"\", b\",\"one\r\ntwo\"\n");
+    ASSERT_TRUE(table);
+    EXPECT_EQ(table->value(0, 0), u"a \"q\", b"_s);
+    EXPECT_EQ(table->value(0, 1), u"one\r\ntwo"_s);
+}
+
+TEST(CsvTableTest, BlanksBelongToTheValues) {
+    const Result<CsvTable> table = CsvTable::read("A,B\n  a ,\t\n");
+    ASSERT_TRUE(table);
+    EXPECT_EQ(table->value(0, 0), u"  a "_s);
+    EXPECT_EQ(table->value(0, 1), u"\t"_s);
+}
+
+TEST(CsvTableTest, EmptyLinesAreNoRecordsButAQuotedNothingIs) {
+    const Result<CsvTable> table = CsvTable::read("A\n\n\"\"\n\nx\n");
+    ASSERT_TRUE(table);
+    ASSERT_EQ(table->records(), 2U);
+    EXPECT_EQ(table->value(0, 0), u""_s);
+    EXPECT_EQ(table->value(1, 0), u"x"_s);
+}
+
+TEST(CsvTableTest, AByteOrderMarkIsNoPartOfTheFirstName) {
+    const Result<CsvTable> table = CsvTable::read("\xEF\xBB\xBFName\nx\n");
+    ASSERT_TRUE(table);
+    EXPECT_EQ(table->header(), QStringList{u"Name"_s});
+}
+
+TEST(CsvTableTest, SaysWhatIsWrongAndWhere) {
+    EXPECT_EQ(problemOf(""), "it has no header line");
+    EXPECT_EQ(problemOf("A,B\n1,2\n1\n"), "record 2: it has 1 values, the header has 2");
+    EXPECT_EQ(problemOf("A\n1,2\n"), "record 1: it has 2 values, the header has 1");
+    EXPECT_EQ(problemOf("A\nx\"y\n"), "record 1: a quote stands where none can");
+    EXPECT_EQ(problemOf("A\n\"x\"y\n"), "record 1: a quote stands where none can");
+    EXPECT_EQ(problemOf("A\n\"x\n"), "record 1: a quote stands where none can");
+    EXPECT_EQ(problemOf("A\n\xFF\xFE\n"), "record 1: this is no UTF-8 text");
+    EXPECT_EQ(problemOf("\xC3\n"), "the header line: this is no UTF-8 text");
+}
+
+TEST(CsvTextTest, QuotesOnlyWhatWouldBeReadAsSomethingElse) {
+    EXPECT_EQ(written(u"P-1"_s), u"P-1"_s);
+    EXPECT_EQ(written(u"a b"_s), u"a b"_s);
+    EXPECT_EQ(written(u""_s), u"\"\""_s);
+    EXPECT_EQ(written(u" a"_s), u"\" a\""_s);
+    EXPECT_EQ(written(u"a,b"_s), u"\"a,b\""_s);
+    EXPECT_EQ(written(u"5\" pipe"_s), u"\"5\"\" pipe\""_s);
+    EXPECT_EQ(written(u"a\nb"_s), u"\"a\nb\""_s);
+}
+
+RC_GTEST_PROP(CsvProperty, AnyTextIsReadBackAsItWasWritten, (const std::vector<std::vector<std::string>> &letters)) {
+    // Values of the characters that matter and some others.
+    constexpr QStringView alphabet = u",\"\n\r \ta\u00e9\u20ac";
+    QByteArray csv("A,B\n");
+    std::vector<QString> values;
+    for (const auto &record : letters) {
+        for (std::size_t column = 0; column < 2; ++column) {
+            QString value;
+            if (column < record.size())
+                for (const char letter : record[column])
+                    value += alphabet[static_cast<unsigned char>(letter) % alphabet.size()];
+            values.push_back(value);
+            if (column > 0)
+                csv += ',';
+            appendCsvValue(csv, value);
+        }
+        csv += '\n';
+    }
+    const Result<CsvTable> table = CsvTable::read(csv);
+    RC_ASSERT(table.has_value());
+    RC_ASSERT(table->records() == letters.size());
+    for (std::size_t i = 0; i < values.size(); ++i)
+        RC_ASSERT(table->value(i / 2, i % 2) == values[i]);
+}
+
+} // namespace
+
+} // namespace qir
