@@ -1,7 +1,15 @@
 #include "app/CloseCommands.h"
 
+#include "app/Layout.h"
+#include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/PaneTable.h"
+#include "compare/CellDifferences.h"
+#include "compare/TableListAlignment.h"
+
+#include <QLabel>
+
+#include <exception>
 
 namespace qir {
 
@@ -11,9 +19,30 @@ void CloseCommands::askAndRelease(int pane) {
     releaseComponent(m_editor, pane);
 }
 
+void CloseCommands::CloseDatabaseMenu_Click() {
+    const int pane = m_editor.state.IndexAttivo;
+    askAndRelease(pane);
+    AbilitaMenu(m_editor, pane);
+    RicalcolaSistemazioneForm(m_editor);
+    m_editor.controls.pane[static_cast<std::size_t>(pane)].hint->setFocus(); // the keyboard stays in this pane
+    m_alignment.MostraTabelleDiverseInLista();
+    m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore);
+}
+
 void CloseCommands::Form_QueryUnload() {
-    for (const int pane : {0, 1})
-        askAndRelease(pane);
+    // The window closes whatever happens: an error of the left component must not keep the right one from being asked
+    // about.
+    std::exception_ptr first;
+    for (const int pane : {0, 1}) {
+        try {
+            askAndRelease(pane);
+        } catch (const std::exception &) {
+            if (!first)
+                first = std::current_exception();
+        }
+    }
+    if (first)
+        std::rethrow_exception(first);
 }
 
 } // namespace qir

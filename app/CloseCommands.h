@@ -4,13 +4,20 @@
 
 namespace qir {
 
+class CellDifferences;
+class TableListAlignment;
+
 /// Letting go of databases. Changes are kept because a component writes a changed database when it is released, and
 /// discarded by clearing its changed flag first; nothing here saves.
 class CloseCommands {
 public:
-    explicit CloseCommands(EditorContext &editor)
-        : m_editor(editor) {}
+    CloseCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences)
+        : m_editor(editor)
+        , m_alignment(alignment)
+        , m_differences(differences) {}
 
+    /// Closes the active pane's database; its name stays the pane's name.
+    void CloseDatabaseMenu_Click();
     /// The window is being closed: asks about each changed database, left first, and releases both. Never refuses.
     void Form_QueryUnload();
 
@@ -19,6 +26,8 @@ private:
     void askAndRelease(int pane);
 
     EditorContext &m_editor;
+    TableListAlignment &m_alignment;
+    CellDifferences &m_differences;
 };
 
 } // namespace qir

@@ -1,5 +1,6 @@
 #include "app/Controls.h"
 
+#include "app/FileNameLabel.h"
 #include "platform/controls/Grid.h"
 #include "platform/controls/ListBox.h"
 
@@ -27,7 +28,7 @@ PaneControls buildPane(QWidget &parent, int pane) {
     name(*controls.IDtb, "IDtb", pane, u"pane"_s);
     controls.IDtb->setAutoFillBackground(true);
 
-    controls.nomelab = new QLabel(controls.IDtb);
+    controls.nomelab = new FileNameLabel(controls.IDtb);
     name(*controls.nomelab, "nomelab", pane, u"file name"_s);
     controls.nomelab->setAutoFillBackground(true);
     controls.nomelab->setTextFormat(Qt::PlainText);
@@ -41,9 +42,10 @@ PaneControls buildPane(QWidget &parent, int pane) {
     name(*controls.Tabella, "Tabella", pane, u"table"_s);
     controls.Tabella->setVisibleFlag(false);
 
-    controls.hint =
-        new QLabel(QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one."), controls.IDtb);
-    name(*controls.hint, "hint", pane, u"hint"_s);
+    const QString hint = QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one.");
+    controls.hint = new QLabel(hint, controls.IDtb);
+    name(*controls.hint, "hint", pane, u"pane: "_s + hint);
+    controls.hint->setFocusPolicy(Qt::TabFocus); // the keyboard reaches a pane without a database by it
     controls.hint->setAlignment(Qt::AlignCenter);
     controls.hint->setWordWrap(true);
     controls.hint->setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -1,26 +1,33 @@
 #include "app/DtbEditor.h"
 
 #include "app/Controls.h"
+#include "app/HelpCommands.h"
 #include "app/Layout.h"
 #include "app/Menus.h"
+#include "app/PasswordCommand.h"
 #include "app/shared/ActivePane.h"
+#include "app/shared/Funzioni.h"
 #include "platform/controls/Grid.h"
 #include "platform/controls/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/ColumnFit.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
+#include <QSessionManager>
 
 namespace qir {
 
 using namespace Qt::StringLiterals;
 
 DtbEditor::DtbEditor()
-    : m_differingTables(m_editor)
+    : m_notices(*this)
+    , m_differingTables(m_editor)
     , m_alignment(m_editor, m_differingTables)
     , m_differences(m_editor, m_differingTables)
     , m_tables(m_editor, m_differences)
@@ -30,11 +37,13 @@ DtbEditor::DtbEditor()
     , m_gridPopups(m_editor)
     , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
     , m_gridConnections(m_editor, m_gridEvents, m_cellEditor)
-    , m_open(m_editor, m_alignment, m_differences, m_tables)
-    , m_close(m_editor)
-    , m_structure(m_editor, m_alignment, m_differences, m_tables) {
+    , m_open(m_editor, m_alignment, m_differences, m_tables, m_notices)
+    , m_save(m_editor)
+    , m_close(m_editor, m_alignment, m_differences)
+    , m_structure(m_editor, m_alignment, m_differences, m_tables)
+    , m_modes(m_editor, m_alignment, m_differences, m_tables) {
     setObjectName(u"DtbEditor"_s);
-    setWindowTitle(u"QIR Database Editor"_s);
+    setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
     resize(1000, 700);
     buildControls(*this, m_editor.controls);
@@ -47,13 +56,16 @@ DtbEditor::DtbEditor()
     if (MessageLoop *loop = MessageLoop::instance()) {
         loop->setWindow(this);
         loop->addSettling([this] { m_tables.settlePanes(); });
+        loop->addSettling([this] { m_notices.show(); });
     }
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
 }
 
 // Components die before the controls that show them.
 DtbEditor::~DtbEditor() {
     for (QirDatabase &database : m_editor.state.OggettoDtb)
         database.release();
+    m_notices.show();
 }
 
 StartResult DtbEditor::Form_Load(const QString &commandLine) {
@@ -66,7 +78,7 @@ void DtbEditor::connectPane(int pane) {
             [this, pane] { runCommand([&] { m_tables.ListaTabelle_Click(pane); }); });
     m_gridConnections.connectPane(pane);
     for (QWidget *control : std::initializer_list<QWidget *>{controls.IDtb, controls.nomelab, controls.ListaTabelle,
-                                                             controls.Tabella, controls.txtEdit})
+                                                             controls.Tabella, controls.txtEdit, controls.hint})
         control->installEventFilter(this);
     m_structure.connectPane(pane);
 }
@@ -80,7 +92,8 @@ bool DtbEditor::eventFilter(QObject *watched, QEvent *event) {
             else if (watched == controls.nomelab)
                 runCommand([&] { m_tables.nomelab_Click(pane); });
         } else if (event->type() == QEvent::FocusIn &&
-                   (watched == controls.ListaTabelle || watched == controls.Tabella || watched == controls.txtEdit)) {
+                   (watched == controls.ListaTabelle || watched == controls.Tabella || watched == controls.txtEdit ||
+                    watched == controls.hint)) {
             takeFocus(pane, static_cast<QFocusEvent *>(event)->reason());
         }
     }
@@ -109,7 +122,17 @@ void DtbEditor::connectCommands() {
     for (QAction *action : m_editor.controls.actions)
         action->setEnabled(false);
     onCommand(Command::OpenDatabase, [this] { m_open.OpenDatabase_Click(); });
+    onCommand(Command::SaveMenu, [this] { m_save.SaveMenu_Click(); });
+    onCommand(Command::SaveAsMenu, [this] { m_save.SaveAsMenu_Click(); });
+    onCommand(Command::CloseDatabaseMenu, [this] { m_close.CloseDatabaseMenu_Click(); });
+    onCommand(Command::ChangePassword, [this] { ChangePassword_Click(m_editor); });
     onCommand(Command::EndMenu, [this] { close(); });
+    onCommand(Command::OneMenu, [this] { m_modes.OneMenu_Click(); });
+    onCommand(Command::TwoMenu, [this] { m_modes.TwoMenu_Click(); });
+    onCommand(Command::CompareAgainMenu, [this] { m_modes.CompareAgainMenu_Click(); });
+    onCommand(Command::OtherPaneMenu, [this] { m_modes.OtherPaneMenu_Click(); });
+    onCommand(Command::HelpKeysMenu, [this] { HelpKeysMenu_Click(m_editor); });
+    onCommand(Command::AboutMenu, [this] { AboutMenu_Click(m_editor); });
     onCommand(Command::ColumnSizeAdjust, [this] { ColumnSizeAdjust_Click(m_editor); });
     onCommand(Command::SortFPOP, [this] { m_sorting.SortFPOP_Click(); });
     onCommand(Command::CopyMenu, [this] { m_clipboard.COPIA_AreaTabella(m_editor.state.IndexAttivo); });
@@ -125,16 +148,37 @@ void DtbEditor::resizeEvent(QResizeEvent *event) {
 
 void DtbEditor::changeEvent(QEvent *event) {
     QMainWindow::changeEvent(event);
-    // The panes' colours are taken from the desktop's scheme, which may change while the window stands.
-    if (event->type() == QEvent::PaletteChange && m_editor.controls.window != nullptr)
+    if (m_editor.controls.window == nullptr)
+        return;
+    // The panes' colours are taken from the desktop's scheme, which may change while the window stands; so may the
+    // font, by which the menu bar's height changes too.
+    if (event->type() == QEvent::PaletteChange) {
         SettaColoriIndexAttivo(m_editor);
+    } else if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        layout()->activate();
+        RicalcolaSistemazioneForm(m_editor);
+    }
 }
 
 void DtbEditor::closeEvent(QCloseEvent *event) {
     runCommand([this] { m_close.Form_QueryUnload(); });
+    m_notices.show(); // what the last release had to tell
     event->accept();
     if (MessageLoop *loop = MessageLoop::instance())
         loop->endProgram();
+}
+
+void DtbEditor::endWithSession(QSessionManager &manager) {
+    // Where nothing may be asked now, nothing is decided: what is not saved waits in the component's journal.
+    if (!manager.allowsInteraction())
+        return;
+    // A dialog that stands open is answered first.
+    if (QApplication::activeModalWidget() != nullptr) {
+        manager.cancel();
+        return;
+    }
+    close();
+    manager.release();
 }
 
 } // namespace qir

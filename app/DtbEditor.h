@@ -2,7 +2,10 @@
 
 #include "app/CloseCommands.h"
 #include "app/GridConnections.h"
+#include "app/ModeCommands.h"
+#include "app/Notices.h"
 #include "app/OpenCommand.h"
+#include "app/SaveCommands.h"
 #include "app/StructureConnections.h"
 #include "app/shared/EditorContext.h"
 #include "compare/CellDifferences.h"
@@ -18,6 +21,10 @@
 #include <QMainWindow>
 
 #include <functional>
+
+QT_BEGIN_NAMESPACE
+class QSessionManager;
+QT_END_NAMESPACE
 
 namespace qir {
 
@@ -48,7 +55,10 @@ private:
     void connectCommands();
     void onCommand(Command command, std::function<void()> procedure);
     void takeFocus(int pane, Qt::FocusReason reason);
+    /// The desktop session is about to end: closes the window through the same question as a person would.
+    void endWithSession(QSessionManager &manager);
 
+    Notices m_notices;
     EditorContext m_editor;
     DifferingTables m_differingTables;
     TableListAlignment m_alignment;
@@ -61,8 +71,10 @@ private:
     GridEvents m_gridEvents;
     GridConnections m_gridConnections;
     OpenCommand m_open;
+    SaveCommands m_save;
     CloseCommands m_close;
     StructureConnections m_structure;
+    ModeCommands m_modes;
 };
 
 } // namespace qir

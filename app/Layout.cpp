@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QMainWindow>
+#include <QProgressBar>
 #include <QSize>
 
 #include <algorithm>
@@ -23,7 +24,8 @@ constexpr int windowWidthBesideFrames = 200;
 constexpr int windowHeightBesideFrames = 900;
 constexpr int frameWidthBesideControls = 250;
 constexpr int frameHeightBesideListAndGrid = 900;
-constexpr int progressBarRoom = 280; // between list and grid: a gap, the bar, a gap
+constexpr int gap = 90; // between controls, and round the progress bar
+constexpr int progressBarHeight = 180;
 
 void placeInFrame(const PaneControls &pane) {
     const QSize frame = pane.IDtb->size();
@@ -32,16 +34,17 @@ void placeInFrame(const PaneControls &pane) {
     const int line = pane.IDtb->fontMetrics().height();
     const int captionHeight = line + 2;
     const int labelHeight = line + 2;
+    const int listTop = captionHeight + labelHeight;
     const int listHeight = std::max(3 * line, frame.height() / 4);
+    const int gridTop = listTop + listHeight + toPixels(gap);
+    // A large font takes more than the figures leave for caption and label: the grid gives way, nothing overlaps.
+    const int gridHeight = std::min(frame.height() - listHeight - toPixels(frameHeightBesideListAndGrid),
+                                    frame.height() - gridTop - toPixels(gap));
 
     pane.nomelab->setGeometry(left, captionHeight, width, labelHeight);
-    pane.ListaTabelle->setGeometry(left, captionHeight + labelHeight, width, listHeight);
-    const int gridTop = captionHeight + labelHeight + listHeight + toPixels(progressBarRoom);
-    const int wanted = frame.height() - listHeight - toPixels(frameHeightBesideListAndGrid);
-    const int available = frame.height() - gridTop - left;
-    // A large font takes more than the figures leave for caption and label: the grid gives way, nothing overlaps.
-    pane.Tabella->setGeometry(left, gridTop, width, std::max(0, std::min(wanted, available)));
-    pane.hint->setGeometry(left, captionHeight, width, std::max(0, frame.height() - 2 * captionHeight));
+    pane.ListaTabelle->setGeometry(left, listTop, width, listHeight);
+    pane.Tabella->setGeometry(left, gridTop, width, std::max(0, gridHeight));
+    pane.hint->setGeometry(left, captionHeight, width, std::max(0, frame.height() - captionHeight - toPixels(gap)));
 }
 
 } // namespace
@@ -51,23 +54,29 @@ QSize minimumWindowSize() {
 }
 
 void RicalcolaSistemazioneForm(EditorContext &editor) {
-    const auto &window = static_cast<const QMainWindow &>(*editor.controls.window);
+    auto &window = static_cast<QMainWindow &>(*editor.controls.window);
     if (window.isMinimized())
         return;
+    if (window.width() < minimumWindowSize().width() || window.height() < minimumWindowSize().height())
+        window.resize(window.size().expandedTo(minimumWindowSize()));
     const QWidget *area = window.centralWidget();
     const bool two = editor.twoPanes();
     const int left = toPixels(frameLeft);
     const int allWidth = std::max(0, window.width() - toPixels(windowWidthBesideFrames));
     const int width = two ? allWidth / 2 : allWidth;
-    // The menu bar of a large font is higher than the figures expect: the frames stay inside the window.
-    const int height =
-        std::max(0, std::min(window.height() - toPixels(windowHeightBesideFrames), area->height() - left));
+    // Below the frames is the place of the progress bar. Where a large font makes the menu bar higher than the figures
+    // expect, the frames give way.
+    const int barHeight = toPixels(progressBarHeight);
+    const int height = std::max(0, std::min(window.height() - toPixels(windowHeightBesideFrames),
+                                            area->height() - barHeight - 2 * toPixels(gap)));
 
     editor.IDtb(0).setGeometry(left, 0, width, height);
     editor.IDtb(1).setGeometry(left + width, 0, width, height);
     editor.IDtb(1).setVisible(two);
     for (const PaneControls &pane : editor.controls.pane)
         placeInFrame(pane);
+    editor.controls.ProgressBarCompare->setGeometry(left, height + (area->height() - height - barHeight) / 2,
+                                                    two ? 2 * width : width, barHeight);
 }
 
 } // namespace qir

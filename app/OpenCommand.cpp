@@ -1,6 +1,7 @@
 #include "app/OpenCommand.h"
 
 #include "app/Layout.h"
+#include "app/Notices.h"
 #include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/PaneTable.h"
@@ -73,6 +74,7 @@ StartResult OpenCommand::Form_Load(const QString &commandLine) {
         list.setListIndex(0);
     AbilitaMenu(m_editor, 0);
     RicalcolaSistemazioneForm(m_editor);
+    m_editor.ListaTabelle(0).setFocus();
     return StartResult::Opened;
 }
 
@@ -111,18 +113,23 @@ void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
     chosen = !fileName.isEmpty();
 }
 
+void OpenCommand::createComponent(int pane) {
+    m_editor.OggettoDtb(pane) = QirDatabase::create();
+    m_notices.listenTo(m_editor.OggettoDtb(pane));
+}
+
 bool OpenCommand::loadComponent(int pane) {
     const QString name = m_editor.NomeFileDtb(pane);
     m_editor.nomelab(pane).setText(name);
     // The old component goes before the next load: both could hold the same file.
     releaseComponent(m_editor, pane);
-    m_editor.OggettoDtb(pane) = QirDatabase::create();
+    createComponent(pane);
     QString password;
     if (DatabaseProtetto(name))
         password = inputBox(m_editor.controls.window, u"Password:"_s, u"Input password"_s, QString());
     // The component that was made before the question is replaced by a fresh one.
     m_editor.OggettoDtb(pane).release();
-    m_editor.OggettoDtb(pane) = QirDatabase::create();
+    createComponent(pane);
     return m_editor.OggettoDtb(pane).LoadDtb(name, password);
 }
 
@@ -139,6 +146,7 @@ void OpenCommand::showOpenedTables() {
     m_editor.DtbAperto(pane) = true;
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
+    m_editor.ListaTabelle(pane).setFocus();
     m_alignment.MostraTabelleDiverseInLista();
     yieldToMessages();
     ListBox &list = m_editor.ListaTabelle(pane);

@@ -5,6 +5,7 @@
 namespace qir {
 
 class CellDifferences;
+class Notices;
 class TableListAlignment;
 class TableView;
 
@@ -17,11 +18,13 @@ enum class StartResult {
 /// Puts a database into a pane: at the start from the command line, later by the open command.
 class OpenCommand {
 public:
-    OpenCommand(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableView &tables)
+    OpenCommand(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableView &tables,
+                Notices &notices)
         : m_editor(editor)
         , m_alignment(alignment)
         , m_differences(differences)
-        , m_tables(tables) {}
+        , m_tables(tables)
+        , m_notices(notices) {}
 
     /// The initial state, and the database that the command line names, if there is such a file, in pane 0.
     StartResult Form_Load(const QString &commandLine);
@@ -31,6 +34,8 @@ public:
     void CaricaSecco(QString &fileName, bool &chosen);
 
 private:
+    /// A new component into a pane, whose notices will be shown.
+    void createComponent(int pane);
     /// Loads NomeFileDtb of a pane into a new component of that pane, asking for the password of a protected file.
     bool loadComponent(int pane);
     void showLoadFailure(int pane);
@@ -40,6 +45,7 @@ private:
     TableListAlignment &m_alignment;
     CellDifferences &m_differences;
     TableView &m_tables;
+    Notices &m_notices;
 };
 
 } // namespace qir

@@ -1,4 +1,5 @@
 #include "app/Program.h"
+#include "app/shared/Funzioni.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -7,8 +8,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-qir::ProgramArguments parseArguments(const QApplication &application)
-{
+qir::ProgramArguments parseArguments(const QApplication &application) {
     QCommandLineParser parser;
     // Options stand before the first other argument only: a file name may look like one.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
@@ -25,11 +25,10 @@ qir::ProgramArguments parseArguments(const QApplication &application)
 
 } // namespace
 
-int main(int argc, char *argv[])
-{
+int main(int argc, char *argv[]) {
     QApplication application(argc, argv);
-    QCoreApplication::setApplicationName(u"QIR Database Editor"_s);
-    QGuiApplication::setApplicationDisplayName(u"QIR Database Editor"_s);
+    // No display name: it would be added to the title of every dialog.
+    QCoreApplication::setApplicationName(qir::applicationTitle());
     QCoreApplication::setApplicationVersion(QStringLiteral(QIR_VERSION));
     return qir::runProgram(parseArguments(application));
 }

@@ -56,6 +56,14 @@ QirDatabase QirDatabase::create() {
     return QirDatabase(createObject(u"QIRTBase.clsQirDatabase"_s));
 }
 
+bool QirDatabase::relayNotices(const QObject &receiver, const QMetaMethod &member) const {
+    if (isEmpty())
+        return false;
+    const QMetaObject *metaObject = object()->metaObject();
+    const int signal = metaObject->indexOfSignal("Notice(QString)");
+    return signal >= 0 && QObject::connect(object(), metaObject->method(signal), &receiver, member);
+}
+
 bool QirDatabase::LoadDtb(const QString &fileName, const QString &password) const {
     return loadDtb(m_object, fileName, password);
 }

@@ -2,6 +2,7 @@
 
 #include "platform/automation/AutomationObject.h"
 
+#include <QMetaMethod>
 #include <QPointer>
 #include <QString>
 #include <QStringList>
@@ -31,8 +32,11 @@ public:
     bool isEmpty() const { return m_object.isEmpty(); }
     /// Destroys the instance, if there is one; throws nothing.
     void release() { m_object.release(); }
-    /// The instance itself, for connecting to its Notice(QString) signal where it has one; null when empty.
+    /// The instance itself; null when empty.
     QObject *object() const { return m_object.object(); }
+    /// Connects the instance's Notice(QString) signal to a slot or signal of `receiver` that takes a QString. False,
+    /// with nothing done, when the component has no such signal: it may lack it.
+    bool relayNotices(const QObject &receiver, const QMetaMethod &member) const;
 
     bool LoadDtb(const QString &fileName, const QString &password) const;
     void SaveDtb() const;
@@ -81,7 +85,8 @@ public:
     QString LastError() const;
 
 private:
-    explicit QirDatabase(AutomationObject object) : m_object(std::move(object)) {}
+    explicit QirDatabase(AutomationObject object)
+        : m_object(std::move(object)) {}
 
     AutomationObject m_object;
 };

@@ -10,12 +10,15 @@ namespace qir {
 /// passwords: the memory that a text leaves behind is not cleared by itself.
 void overwrite(QString &text);
 
-/// A text that is overwritten when it is done with.
+/// A text that is overwritten when it is done with, unless somebody it was handed to has kept it.
 class SecretText {
 public:
     explicit SecretText(QString text)
         : m_text(std::move(text)) {}
-    ~SecretText() { overwrite(m_text); }
+    ~SecretText() {
+        if (m_text.isDetached())
+            overwrite(m_text);
+    }
     SecretText(const SecretText &) = delete;
     SecretText &operator=(const SecretText &) = delete;
 

@@ -44,6 +44,8 @@ void AbilitaMenu(EditorContext &editor, int pane) {
     for (const Command command : {Command::ChangePassword, Command::ColumnSizeAdjust, Command::CloseDatabaseMenu,
                                   Command::SaveMenu, Command::SaveAsMenu, Command::CopyMenu, Command::PasteMenu})
         controls.action(command).setEnabled(on);
+    controls.action(Command::CompareAgainMenu).setEnabled(editor.DtbAperto(0) && editor.DtbAperto(1));
+    controls.action(Command::OtherPaneMenu).setEnabled(editor.twoPanes());
     for (QMenu *menu : {controls.TablesMenu, controls.FieldsMenu, controls.RecordMenu})
         menu->setEnabled(on);
     if (pane < 0)

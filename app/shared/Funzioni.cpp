@@ -8,7 +8,6 @@
 #include "platform/dialogs/FileDialog.h"
 #include "platform/loop/MessageLoop.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
@@ -50,6 +49,10 @@ QString objectionTo(const FileDialogAnswer &answer, const QString &name, FileDia
 }
 
 } // namespace
+
+QString applicationTitle() {
+    return u"QIR Database Editor"_s;
+}
 
 QString databaseFileFilter() {
     return u"Device Data Files(*.DDB)|*.DDB|Display Data Files(*.WDB)|*.WDB|User Data Files(*.UDB)|*.UDB|"
@@ -143,7 +146,7 @@ bool ChiediSalvataggio(QWidget *parent, const QirDatabase &database) {
         if (name.isEmpty() || !database.DtbHasChanged())
             return true;
         const QString text = u"Database '"_s + name + u"' has changed.\r\nDo you want to save the changes?"_s;
-        return askUntilAnswered(parent, text, QCoreApplication::applicationName()) != Answer::No;
+        return askUntilAnswered(parent, text, applicationTitle()) != Answer::No;
     } catch (const std::exception &) {
         return true;
     }

@@ -16,6 +16,9 @@ namespace qir {
 class Grid;
 class ListBox;
 
+/// The program's name as windows show it.
+QString applicationTitle();
+
 /// Fills a table list from a component: a line each, item data = table number from 1. The line position that was
 /// selected is selected again when it still exists, else the first line.
 void CaricaListaTabelle(const QirDatabase &database, ListBox &lista);

@@ -125,7 +125,7 @@ QString DialogScript::problems() const {
 
 bool DialogScript::eventFilter(QObject *watched, QEvent *event) {
     auto *dialog = qobject_cast<QDialog *>(watched);
-    if (dialog != nullptr && event->type() == QEvent::Show) {
+    if (dialog != nullptr && event->type() == QEvent::Show && !m_allowed.contains(dialog->objectName())) {
         // Answered once the dialog's own loop runs.
         QMetaObject::invokeMethod(
             this,

@@ -29,8 +29,10 @@ QString textProblem(const QWidget &widget) {
         needed = QSize(0, label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height());
     else if (qobject_cast<const QAbstractButton *>(&widget) != nullptr)
         needed = widget.minimumSizeHint();
-    else if (qobject_cast<const QLineEdit *>(&widget) || qobject_cast<const QProgressBar *>(&widget))
+    else if (qobject_cast<const QLineEdit *>(&widget) != nullptr)
         needed = QSize(0, widget.minimumSizeHint().height());
+    else if (const auto *bar = qobject_cast<const QProgressBar *>(&widget))
+        needed = QSize(0, bar->isTextVisible() ? bar->minimumSizeHint().height() : 1);
     if (widget.width() >= needed.width() && widget.height() >= needed.height())
         return {};
     return u"%1 needs %2x%3"_s.arg(described(widget)).arg(needed.width()).arg(needed.height());

@@ -353,6 +353,15 @@ private Q_SLOTS:
         QCOMPARE(u"literal"_s.size(), 7);
     }
 
+    void aSecretThatSomebodyKeptStaysWhole() {
+        QString kept;
+        {
+            const SecretText secret(QString(6, u's'));
+            kept = secret.text();
+        }
+        QCOMPARE(kept, QString(6, u's'));
+    }
+
     void aPasswordDoesNotStayInTheTextBoxesMemory() {
         Question question;
         question.password = true;

@@ -1,6 +1,7 @@
 #include "tests/tools/fake/FakeComponent.h"
 
 #include "base/Collation.h"
+#include "base/FileNames.h"
 #include "tests/tools/fake/FakeRecorder.h"
 
 #include <QDir>
@@ -21,6 +22,10 @@ constexpr qsizetype mostTables = 4096;
 constexpr qsizetype mostFields = 1024;
 constexpr qsizetype mostRecords = qsizetype{1} << 24;
 constexpr int defaultTextSize = 50;
+
+QString reached(const QString &fileName) {
+    return reachIgnoringCase(fileName).value_or(fileName);
+}
 
 } // namespace
 
@@ -92,9 +97,10 @@ bool FakeComponent::LoadDtb(const QString &fileName, const QString &password) {
     called("LoadDtb", {fileName, password});
     if (m_state != State::Created)
         raise(u"This instance has loaded a database already."_s);
-    QFile file(fileName);
-    if (!QFileInfo(fileName).isFile())
-        return fails(QFileInfo::exists(fileName) ? u"this is no regular file"_s : u"there is no such file"_s);
+    const QString path = reached(fileName);
+    QFile file(path);
+    if (!QFileInfo(path).isFile())
+        return fails(QFileInfo::exists(path) ? u"this is no regular file"_s : u"there is no such file"_s);
     if (!file.open(QIODevice::ReadOnly))
         return fails(file.errorString());
     const std::optional<fake::Database> database = fake::decode(file.readAll(), password, m_lastError);
@@ -109,7 +115,7 @@ bool FakeComponent::LoadDtb(const QString &fileName, const QString &password) {
 void FakeComponent::write() {
     if (m_state != State::Loaded || m_fileName.isEmpty())
         return;
-    QSaveFile file(m_fileName);
+    QSaveFile file(reached(m_fileName));
     const QByteArray bytes = fake::encode(m_content.database);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
         m_fileName = m_savedFileName.isEmpty() ? m_fileName : m_savedFileName;
@@ -132,7 +138,7 @@ QString FakeComponent::GetDatabaseFileName() const {
 
 bool FakeComponent::SetDatabaseFileName(const QString &fileName) {
     called("SetDatabaseFileName", {fileName});
-    const QFileInfo info(fileName);
+    const QFileInfo info(reached(fileName));
     if (FakeRecorder::self().refusesFileName() || m_state == State::Failed || fileName.isEmpty() ||
         !info.dir().exists() || (info.exists() && !info.isFile()))
         return false;

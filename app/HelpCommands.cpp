@@ -1,0 +1,27 @@
+#include "app/HelpCommands.h"
+
+#include "app/GuideWindow.h"
+#include "app/shared/Funzioni.h"
+#include "platform/dialogs/Dialogs.h"
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+void HelpKeysMenu_Click(EditorContext &editor) {
+    auto *guide = editor.controls.window->findChild<GuideWindow *>(QString(), Qt::FindDirectChildrenOnly);
+    if (guide == nullptr)
+        guide = new GuideWindow(editor.controls.window);
+    guide->show();
+    guide->showSection(u"Keys"_s);
+    guide->raise();
+    guide->activateWindow();
+}
+
+void AboutMenu_Click(EditorContext &editor) {
+    const QString text = applicationTitle() + u' ' + QStringLiteral(QIR_VERSION) +
+                         u"\n\nEdits and compares small typed table databases.\nMIT license."_s;
+    messageBox(editor.controls.window, text, u"About "_s + applicationTitle());
+}
+
+} // namespace qir

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+/// Opens the user guide, which is built into the program, at its page on keys.
+void HelpKeysMenu_Click(EditorContext &editor);
+
+/// Says what the program is and its version.
+void AboutMenu_Click(EditorContext &editor);
+
+} // namespace qir

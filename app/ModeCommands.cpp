@@ -1,0 +1,91 @@
+#include "app/ModeCommands.h"
+
+#include "app/Layout.h"
+#include "app/shared/ActivePane.h"
+#include "app/shared/Funzioni.h"
+#include "app/shared/PaneTable.h"
+#include "compare/CellDifferences.h"
+#include "compare/TableListAlignment.h"
+#include "platform/controls/Grid.h"
+#include "platform/controls/ListBox.h"
+#include "view/TableView.h"
+
+#include <QAction>
+#include <QLabel>
+
+namespace qir {
+
+namespace {
+
+/// The label shows when the right pane holds a database.
+bool rightPaneLoaded(const EditorContext &editor) {
+    return !editor.nomelab(1).isHidden();
+}
+
+} // namespace
+
+void ModeCommands::setMode(bool two) {
+    m_editor.controls.action(Command::OneMenu).setChecked(!two);
+    m_editor.controls.action(Command::TwoMenu).setChecked(two);
+}
+
+void ModeCommands::closeRightPane(bool keep) {
+    if (!keep)
+        m_editor.OggettoDtb(1).setDtbHasChanged(false);
+    releaseComponent(m_editor, 1);
+    AbilitaMenu(m_editor, 1);
+}
+
+void ModeCommands::showMode() {
+    // The pane that is not shown any more cannot be the active one.
+    if (!m_editor.twoPanes() && m_editor.state.IndexAttivo == 1)
+        m_editor.state.IndexAttivo = 0;
+    RicalcolaSistemazioneForm(m_editor);
+    SettaColoriIndexAttivo(m_editor);
+    AbilitaMenu(m_editor, m_editor.state.IndexAttivo);
+}
+
+void ModeCommands::OneMenu_Click() {
+    // The chosen item has toggled its own check mark already; the other one's still tells the mode.
+    const bool wasOnePane = !m_editor.controls.action(Command::TwoMenu).isChecked();
+    setMode(wasOnePane);
+    if (!wasOnePane) {
+        // The question is about the left database and its answer is for the right one.
+        if (rightPaneLoaded(m_editor))
+            closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(0)));
+        m_differences.EvidenziaDifferenzeTabella();
+        m_alignment.MostraTabelleDiverseInLista();
+    }
+    showMode();
+}
+
+void ModeCommands::TwoMenu_Click() {
+    const bool wasTwoPanes = !m_editor.controls.action(Command::OneMenu).isChecked();
+    setMode(!wasTwoPanes);
+    // Unlike the other command this one compares nothing: the left list keeps its marks.
+    if (wasTwoPanes && rightPaneLoaded(m_editor))
+        closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(1)));
+    showMode();
+}
+
+void ModeCommands::CompareAgainMenu_Click() {
+    m_alignment.MostraTabelleDiverseInLista();
+    m_tables.settlePanes();
+    m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore);
+}
+
+void ModeCommands::OtherPaneMenu_Click() {
+    const int from = m_editor.state.IndexAttivo;
+    const int to = from < 0 ? 0 : 1 - from;
+    const bool gridLeft = from >= 0 && m_editor.Tabella(from).hasFocus();
+    const PaneControls &target = m_editor.controls.pane[static_cast<std::size_t>(to)];
+    activatePane(m_editor, to);
+    if (!m_editor.DtbAperto(to))
+        target.hint->setFocus(Qt::ShortcutFocusReason);
+    else if (gridLeft && target.Tabella->Visible())
+        target.Tabella->setFocus(Qt::ShortcutFocusReason);
+    else
+        target.ListaTabelle->setFocus(Qt::ShortcutFocusReason);
+}
+
+} // namespace qir

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+class CellDifferences;
+class TableListAlignment;
+class TableView;
+
+/// One pane or two, and what concerns both panes at once. The mode is held in the check marks of the two mode commands
+/// alone.
+class ModeCommands {
+public:
+    ModeCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableView &tables)
+        : m_editor(editor)
+        , m_alignment(alignment)
+        , m_differences(differences)
+        , m_tables(tables) {}
+
+    /// Both commands toggle between the modes. Going to one pane closes the right database: this one asks about the
+    /// left database and applies the answer to the right one, the other one asks about the right one.
+    void OneMenu_Click();
+    void TwoMenu_Click();
+
+    /// Lines the lists up and compares everything afresh.
+    void CompareAgainMenu_Click();
+    /// Moves the keyboard focus to the other pane, to its list or its grid as in the pane left, and makes it active.
+    void OtherPaneMenu_Click();
+
+private:
+    void setMode(bool two);
+    /// Releases the right pane's database, discarding its changes when `keep` is False.
+    void closeRightPane(bool keep);
+    /// The end of both mode commands: menus, layout, colours.
+    void showMode();
+
+    EditorContext &m_editor;
+    TableListAlignment &m_alignment;
+    CellDifferences &m_differences;
+    TableView &m_tables;
+};
+
+} // namespace qir

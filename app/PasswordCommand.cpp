@@ -1,0 +1,25 @@
+#include "app/PasswordCommand.h"
+
+#include "dialogs/CustomInputBox.h"
+#include "dialogs/SecretText.h"
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+void ChangePassword_Click(EditorContext &editor) {
+    const InputBoxWipe wipe;
+    const auto ask = [&editor](const QString &prompt, bool &cancelled) {
+        return CustomInputBox(editor.controls.window, prompt, u"?"_s, QString(), cancelled, false, true);
+    };
+    bool cancelled = false;
+    const SecretText current(ask(u"Current password:"_s, cancelled));
+    if (cancelled)
+        return;
+    const SecretText replacement(ask(u"New password:"_s, cancelled));
+    if (cancelled)
+        return;
+    editor.OggettoDtb(editor.state.IndexAttivo).NewPassword(current.text(), replacement.text());
+}
+
+} // namespace qir

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+/// Asks for the current and a new password of the active pane's database and hands both to the component, unchecked.
+/// The file changes when the database is next written. Throws what the component throws, at a wrong current password.
+void ChangePassword_Click(EditorContext &editor);
+
+} // namespace qir

@@ -1,0 +1,45 @@
+#include "app/SaveCommands.h"
+
+#include "app/shared/Funzioni.h"
+#include "app/shared/utility.h"
+#include "platform/dialogs/Dialogs.h"
+
+#include <QLabel>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+void SaveCommands::SaveMenu_Click() {
+    const QirDatabase &database = m_editor.OggettoDtb(m_editor.state.IndexAttivo);
+    database.SaveDtb();
+    database.setDtbHasChanged(false);
+}
+
+void SaveCommands::SaveAsMenu_Click() {
+    const int pane = m_editor.state.IndexAttivo;
+    QString name;
+    bool chosen = false;
+    SalvaSecco(name, chosen);
+    if (!chosen)
+        return;
+    m_editor.NomeFileDtb(pane) = name; // before the component has accepted it
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    if (!database.SetDatabaseFileName(name)) {
+        messageBox(m_editor.controls.window, u"Can't assign new file name"_s, u"!"_s);
+        return;
+    }
+    database.setDtbHasChanged(true); // an unchanged database may not be written
+    database.SaveDtb();
+    database.setDtbHasChanged(false);
+    m_editor.nomelab(pane).setText(name);
+}
+
+void SaveCommands::SalvaSecco(QString &fileName, bool &chosen) {
+    const PercorsoDiviso parts = DividiPercorso(fileName);
+    fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Save, u"File DDB,WDB,UDB,SDB,IDB"_s,
+                                 parts.extension, QString(), QString(), databaseFileFilter());
+    chosen = !fileName.isEmpty();
+}
+
+} // namespace qir

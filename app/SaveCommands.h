@@ -1,0 +1,25 @@
+#pragma once
+
+#include "app/shared/EditorContext.h"
+
+namespace qir {
+
+/// Writing the active pane's database, under its own name or under another. Only these two commands save.
+class SaveCommands {
+public:
+    explicit SaveCommands(EditorContext &editor)
+        : m_editor(editor) {}
+
+    void SaveMenu_Click();
+    /// Asks for a name and writes under it. A name that the component refuses stays the pane's name, while label and
+    /// component keep the old one.
+    void SaveAsMenu_Click();
+    /// The save-file dialog; the chosen name, trimmed and in upper case, and whether one was chosen. Takes from the
+    /// incoming name the default extension.
+    void SalvaSecco(QString &fileName, bool &chosen);
+
+private:
+    EditorContext &m_editor;
+};
+
+} // namespace qir

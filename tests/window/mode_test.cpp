@@ -1,0 +1,306 @@
+#include "tests/window/ShellTest.h"
+
+#include <QGroupBox>
+#include <QMenu>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString title = u"QIR Database Editor"_s;
+
+bool onePane(EditorFixture &fixture) {
+    const bool one = fixture.action(Command::OneMenu).isChecked();
+    const bool two = fixture.action(Command::TwoMenu).isChecked();
+    if (one == two)
+        qFatal("not exactly one mode is checked");
+    return one;
+}
+
+QColor frameColour(EditorFixture &fixture, int pane) {
+    return fixture.editor().IDtb(pane).palette().color(QPalette::Window);
+}
+
+QColor labelColour(EditorFixture &fixture, int pane) {
+    return fixture.editor().nomelab(pane).palette().color(QPalette::Window);
+}
+
+const QColor yellow(255, 255, 0);
+
+QColor buttonFace() {
+    return QApplication::palette().color(QPalette::Button);
+}
+
+} // namespace
+
+/// One pane and two, the active pane and the enabling of the commands, through the real window.
+class ModeTest : public ShellTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theEditorStartsWithOnePane() {
+        EditorFixture fixture;
+        QVERIFY(onePane(fixture));
+        QVERIFY(fixture.editor().IDtb(0).isVisible());
+        QVERIFY(!fixture.editor().IDtb(1).isVisible());
+    }
+
+    void eachModeCommandTogglesBetweenTheModes() {
+        EditorFixture fixture;
+        for (const Command command : {Command::OneMenu, Command::TwoMenu}) {
+            fixture.choose(command);
+            QVERIFY(!onePane(fixture));
+            QVERIFY(fixture.editor().IDtb(1).isVisible());
+            QCOMPARE(fixture.editor().IDtb(0).title(), u"Left"_s);
+            QCOMPARE(fixture.editor().IDtb(1).title(), u"Right"_s);
+            fixture.choose(command);
+            QVERIFY(onePane(fixture));
+            QVERIFY(!fixture.editor().IDtb(1).isVisible());
+        }
+        fixture.choose(Command::TwoMenu);
+        fixture.choose(Command::OneMenu);
+        QVERIFY(onePane(fixture));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOneCommandKeepsChangesOfTheRightDatabaseUnaskedWhenOnlyThatChanged() {
+        EditorFixture fixture;
+        openBothOfOneTable(fixture);
+        change(fixture, 1, u"3"_s);
+        fixture.choose(Command::OneMenu); // a question would be a problem
+        QVERIFY(onePane(fixture));
+        QVERIFY(fixture.editor().OggettoDtb(1).isEmpty());
+        QCOMPARE(savedValue(m_right, u"T"_s), u"3"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOneCommandAsksAboutTheLeftDatabaseAndAppliesTheAnswerToTheRightOne_data() {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("right");
+        QTest::newRow("Yes") << u"Yes"_s << u"3"_s;
+        QTest::newRow("No") << u"No"_s << u"1"_s;
+    }
+
+    void theOneCommandAsksAboutTheLeftDatabaseAndAppliesTheAnswerToTheRightOne() {
+        QFETCH(QString, button);
+        QFETCH(QString, right);
+        EditorFixture fixture;
+        openBothOfOneTable(fixture);
+        change(fixture, 0, u"2"_s);
+        change(fixture, 1, u"3"_s);
+        fixture.dialogs().expectMessage(saveQuestion(m_left.toUpper()), title, button);
+        fixture.choose(Command::OneMenu);
+        QCOMPARE(savedValue(m_right, u"T"_s), right);
+        QCOMPARE(savedValue(m_left, u"T"_s), u"1"_s);
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOneCommandAsksNothingWhileTheRightPaneIsEmpty() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        fixture.choose(Command::TwoMenu);
+        change(fixture, 0, u"2"_s);
+        fixture.choose(Command::OneMenu);
+        QVERIFY(onePane(fixture));
+        QVERIFY(fixture.editor().DtbAperto(0));
+        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theTwoCommandAsksAboutTheRightDatabase_data() {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("right");
+        QTest::newRow("Yes") << u"Yes"_s << u"3"_s;
+        QTest::newRow("No") << u"No"_s << u"1"_s;
+    }
+
+    void theTwoCommandAsksAboutTheRightDatabase() {
+        QFETCH(QString, button);
+        QFETCH(QString, right);
+        EditorFixture fixture;
+        openBothOfOneTable(fixture);
+        change(fixture, 0, u"2"_s);
+        change(fixture, 1, u"3"_s);
+        fixture.dialogs().expectMessage(saveQuestion(m_right.toUpper()), title, button);
+        fixture.choose(Command::TwoMenu);
+        QVERIFY(onePane(fixture));
+        QCOMPARE(savedValue(m_right, u"T"_s), right);
+        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void onlyTheOneCommandComparesAfterwards_data() {
+        QTest::addColumn<bool>("byOne");
+        QTest::newRow("one") << true;
+        QTest::newRow("two") << false;
+    }
+
+    void onlyTheOneCommandComparesAfterwards() {
+        QFETCH(bool, byOne);
+        const QString left = makeFile(u"A.DDB"_s, {numbers(u"Both"_s, {u"1"_s})});
+        const QString right = makeFile(u"B.DDB"_s, {numbers(u"Both"_s, {u"2"_s}), numbers(u"Right"_s, {u"1"_s})});
+        EditorFixture fixture;
+        fixture.openBoth(left, right);
+        const QStringList aligned{u"Both !"_s, u"Right ?"_s};
+        QCOMPARE(fixture.lines(0), aligned);
+        fixture.choose(byOne ? Command::OneMenu : Command::TwoMenu);
+        QCOMPARE(fixture.lines(0), byOne ? QStringList{u"Both"_s} : aligned);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theRightPaneIsForgottenWhenItIsClosedByTheModeSwitch() {
+        EditorFixture fixture;
+        openBothOfOneTable(fixture);
+        fixture.choose(Command::TwoMenu);
+        QVERIFY(!fixture.editor().DtbAperto(1));
+        QCOMPARE(fixture.state().UltimoListIndex[1], -1);
+        QCOMPARE(fixture.list(1).ListCount(), 0);
+        fixture.choose(Command::TwoMenu);
+        QVERIFY(fixture.editor().controls.pane[1].hint->isVisible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void goingToOnePaneMakesTheLeftPaneActiveAndItsCommandsUsable() {
+        for (const Command command : {Command::OneMenu, Command::TwoMenu}) {
+            EditorFixture fixture;
+            openBothOfOneTable(fixture);
+            fixture.activate(1);
+            fixture.choose(command);
+            QCOMPARE(fixture.state().IndexAttivo, 0);
+            QCOMPARE(frameColour(fixture, 0), yellow);
+            QVERIFY(fixture.action(Command::SaveMenu).isEnabled());
+            QVERIFY(fixture.editor().controls.TablesMenu->isEnabled());
+            QIR_VERIFY_OK(fixture);
+        }
+    }
+
+    void theActivePaneIsYellowAndTheOtherInTheButtonFaceColour() {
+        EditorFixture fixture;
+        openBothOfOneTable(fixture);
+        for (const int active : {1, 0}) {
+            fixture.activate(active);
+            for (const int pane : {0, 1}) {
+                QCOMPARE(frameColour(fixture, pane), pane == active ? yellow : buttonFace());
+                QCOMPARE(labelColour(fixture, pane), pane == active ? yellow : buttonFace());
+            }
+        }
+    }
+
+    void withNoActivePaneBothFramesShowTheButtonFaceColourAndCommandsThatNeedADatabaseAreDisabled() {
+        EditorFixture fixture;
+        fixture.choose(Command::TwoMenu);
+        QCOMPARE(fixture.state().IndexAttivo, -1);
+        for (const int pane : {0, 1}) {
+            QCOMPARE(frameColour(fixture, pane), buttonFace());
+            QCOMPARE(labelColour(fixture, pane), buttonFace());
+        }
+        for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu,
+                                      Command::ChangePassword, Command::ColumnSizeAdjust, Command::CompareAgainMenu})
+            QVERIFY2(!fixture.action(command).isEnabled(), commandName(command));
+        const EditorControls &controls = fixture.editor().controls;
+        for (QMenu *menu : {controls.TablesMenu, controls.FieldsMenu, controls.RecordMenu})
+            QVERIFY2(!menu->isEnabled(), qPrintable(menu->title()));
+        for (const Command command : {Command::OpenDatabase, Command::EndMenu, Command::OneMenu, Command::TwoMenu})
+            QVERIFY2(fixture.action(command).isEnabled(), commandName(command));
+    }
+
+    void commandsFollowTheActivePane() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        const EditorControls &controls = fixture.editor().controls;
+        fixture.choose(Command::TwoMenu);
+        for (const int pane : {1, 0}) {
+            fixture.activate(pane);
+            for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu,
+                                          Command::ChangePassword, Command::ColumnSizeAdjust})
+                QCOMPARE(fixture.action(command).isEnabled(), pane == 0);
+            for (QMenu *menu : {controls.TablesMenu, controls.FieldsMenu, controls.RecordMenu})
+                QCOMPARE(menu->isEnabled(), pane == 0);
+        }
+    }
+
+    void aPaneWhoseListIsEmptyShowsListAndLabelButNoGrid() {
+        EditorFixture fixture(makeFile(u"EMPTY.DDB"_s, {}));
+        QVERIFY(fixture.list(0).Visible());
+        QVERIFY(!fixture.editor().nomelab(0).isHidden());
+        QVERIFY(!fixture.grid(0).Visible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theColoursFollowTheDesktopsScheme() {
+        const QPalette before = QApplication::palette();
+        const auto restore = qScopeGuard([&] { QApplication::setPalette(before); });
+        EditorFixture fixture;
+        openBothOfOneTable(fixture);
+        QPalette dark = before;
+        dark.setColor(QPalette::Button, QColor(40, 40, 40));
+        dark.setColor(QPalette::ButtonText, Qt::white);
+        QApplication::setPalette(dark);
+        QTRY_COMPARE(frameColour(fixture, 1), QColor(40, 40, 40));
+        QCOMPARE(frameColour(fixture, 0), yellow);
+    }
+
+    void theOtherPaneCommandTakesTheFocusToTheListOrTheGridOfTheOtherPane() {
+        EditorFixture fixture;
+        openBothOfOneTable(fixture);
+        fixture.window().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&fixture.window()));
+        fixture.list(0).setFocus();
+        QTest::keyClick(&fixture.window(), Qt::Key_F6);
+        QVERIFY(fixture.list(1).hasFocus());
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        fixture.grid(1).setFocus();
+        QTest::keyClick(&fixture.window(), Qt::Key_F6);
+        QVERIFY(fixture.grid(0).hasFocus());
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(frameColour(fixture, 0), yellow);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOtherPaneCommandReachesAPaneWithoutADatabase() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        QVERIFY(!fixture.action(Command::OtherPaneMenu).isEnabled());
+        fixture.choose(Command::TwoMenu);
+        fixture.window().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&fixture.window()));
+        fixture.list(0).setFocus();
+        QTest::keyClick(&fixture.window(), Qt::Key_F6);
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QVERIFY(fixture.editor().controls.pane[1].hint->hasFocus());
+        QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
+        fixture.open(makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        QCOMPARE(fixture.lines(1), QStringList{u"T"_s});
+        QCOMPARE(fixture.window().focusWidget(), &fixture.list(1));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void compareAgainMarksWhatChangedMeanwhile() {
+        EditorFixture fixture;
+        openBothOfOneTable(fixture);
+        QCOMPARE(fixture.lines(0), QStringList{u"T"_s});
+        change(fixture, 1, u"3"_s);
+        fixture.editor().OggettoDtb(0).AddTable(u"New"_s);
+        fixture.choose(Command::CompareAgainMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"New"_s, u"T !"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"New ?"_s, u"T !"_s}));
+        for (const int pane : {0, 1})
+            fixture.editor().OggettoDtb(pane).setDtbHasChanged(false);
+        QIR_VERIFY_OK(fixture);
+    }
+
+private:
+    /// Two databases that hold the same one table, value 1.
+    void openBothOfOneTable(EditorFixture &fixture) {
+        m_left = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        m_right = makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        fixture.openBoth(m_left, m_right);
+    }
+
+    QString m_left;
+    QString m_right;
+};
+
+QTEST_MAIN(ModeTest)
+#include "mode_test.moc"

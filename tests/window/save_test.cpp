@@ -1,0 +1,224 @@
+#include "tests/window/ShellTest.h"
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList savingMembers{u"SaveDtb"_s, u"SetDatabaseFileName"_s};
+
+/// The calls that save, and the writes of the changed flag.
+QStringList savingCalls() {
+    QStringList calls = callsOf(savingMembers + QStringList{u"DtbHasChanged"_s});
+    calls.removeIf([](const QString &call) { return call.endsWith(u"()") && call.contains(u"DtbHasChanged"); });
+    return calls;
+}
+
+/// A message box whose text contains `part`; OK is pressed.
+std::function<QString(QDialog &)> messageContaining(const QString &part) {
+    return [part](QDialog &dialog) {
+        auto *box = qobject_cast<QMessageBox *>(&dialog);
+        const QString problem = box && box->text().contains(part, Qt::CaseInsensitive)
+                                    ? QString()
+                                    : u"'%1' is not in '%2'; "_s.arg(part, box ? box->text() : dialog.windowTitle());
+        return problem + pressButton(dialog, u"OK"_s);
+    };
+}
+
+} // namespace
+
+/// Save and Save As through the real window.
+class SaveTest : public ShellTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void saveWritesAndThenClearsTheChangedFlag() {
+        UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        change(fixture, 0, u"2"_s);
+        fake->clearLog();
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(savingCalls(), QStringList({u"SaveDtb()"_s, u"DtbHasChanged(false)"_s}));
+        QIR_VERIFY_OK(fixture);
+        QCOMPARE(savedValue(path(u"A.DDB"_s), u"T"_s), u"2"_s);
+    }
+
+    void saveWritesTheFile() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture(file);
+        change(fixture, 0, u"2"_s);
+        fixture.choose(Command::SaveMenu);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QCOMPARE(savedValue(file, u"T"_s), u"2"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void saveShowsWhyItFailedAndTheChangesStay() {
+        UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        change(fixture, 0, u"2"_s);
+        fake->failOn(u"SaveDtb"_s, u"The disk is full."_s);
+        fixture.dialogs().expectMessage(u"The disk is full."_s, u"QIR Database Editor"_s, u"OK"_s);
+        fixture.choose(Command::SaveMenu);
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QCOMPARE(fixture.editor().OggettoDtb(0).QIRTableRecordSetByIndex(1).toInt(), 2);
+
+        // Closing asks again.
+        fixture.dialogs().expectMessage(saveQuestion(path(u"A.DDB"_s)), u"QIR Database Editor"_s, u"No"_s);
+        fixture.choose(Command::CloseDatabaseMenu);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aSaveIntoAFolderThatIsGoneFailsAndClosingAsksAgain() {
+        QVERIFY(QDir(path(QString())).mkdir(u"GONE"_s));
+        const QString file = makeFile(u"GONE/A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture(file);
+        change(fixture, 0, u"2"_s);
+        QVERIFY(QDir(path(u"GONE"_s)).removeRecursively());
+        fixture.dialogs().expect(messageContaining(u"folder"_s));
+        fixture.choose(Command::SaveMenu);
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        fixture.dialogs().expectMessage(saveQuestion(file), u"QIR Database Editor"_s, u"No"_s);
+        fixture.choose(Command::CloseDatabaseMenu);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aWriteThatFailsAtTheLastReleaseIsToldBeforeTheProgramEnds() {
+        QVERIFY(QDir(path(QString())).mkdir(u"GONE"_s));
+        const QString file = makeFile(u"GONE/A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture(file);
+        change(fixture, 0, u"2"_s);
+        QVERIFY(QDir(path(u"GONE"_s)).removeRecursively());
+        fixture.dialogs().expectMessage(saveQuestion(file), u"QIR Database Editor"_s, u"Yes"_s);
+        fixture.dialogs().expect(messageContaining(file));
+        fixture.choose(Command::EndMenu);
+        QVERIFY(!fixture.window().isVisible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void saveAsForcesTheWriteAndShowsTheNewName() {
+        UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        fake->clearLog();
+        const QString name = path(u"B.DDB"_s);
+        fixture.dialogs().expectFile(fileDialogTitle, name);
+        fixture.choose(Command::SaveAsMenu);
+        QCOMPARE(savingCalls(), QStringList({u"SetDatabaseFileName(%1)"_s.arg(name.toUpper()), u"DtbHasChanged(true)"_s,
+                                             u"SaveDtb()"_s, u"DtbHasChanged(false)"_s}));
+        QCOMPARE(fixture.state().NomeFileDtb[0], name.toUpper());
+        QCOMPARE(fixture.editor().nomelab(0).text(), name.toUpper());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void saveAsWritesAnUnchangedDatabase() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        const QByteArray before = fileBytes(file);
+        EditorFixture fixture(file);
+        fixture.dialogs().expectFile(fileDialogTitle, path(u"copy.ddb"_s));
+        fixture.choose(Command::SaveAsMenu);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QCOMPARE(savedValue(path(u"COPY.DDB"_s), u"T"_s), u"1"_s);
+        QVERIFY(!QFile::exists(path(u"copy.ddb"_s))); // a new file gets the upper-cased name
+        QCOMPARE(fileBytes(file), before);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void saveAfterSaveAsWritesTheNewFile() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture(file);
+        fixture.dialogs().expectFile(fileDialogTitle, path(u"B.DDB"_s));
+        fixture.choose(Command::SaveAsMenu);
+        change(fixture, 0, u"2"_s);
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(savedValue(file, u"T"_s), u"1"_s);
+        QCOMPARE(savedValue(path(u"B.DDB"_s), u"T"_s), u"2"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aCancelledSaveAsChangesNothing() {
+        UseFake fake;
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture(file);
+        fake->clearLog();
+        fixture.dialogs().expectFileCancelled(fileDialogTitle);
+        fixture.choose(Command::SaveAsMenu);
+        QCOMPARE(savingCalls(), QStringList());
+        QCOMPARE(fixture.state().NomeFileDtb[0], file);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aSaveAsThatIsRefusedLeavesTheLabelShowingTheOldName() {
+        UseFake fake;
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture(file);
+        const QString name = path(u"B.DDB"_s);
+        fake->setRefuseFileName(true);
+        fake->clearLog();
+        fixture.dialogs().expectFile(fileDialogTitle, name);
+        fixture.dialogs().expectMessage(u"Can't assign new file name"_s, u"!"_s, u"OK"_s);
+        fixture.choose(Command::SaveAsMenu);
+        QCOMPARE(savingCalls(), QStringList({u"SetDatabaseFileName(%1)"_s.arg(name.toUpper())}));
+        QCOMPARE(fixture.state().NomeFileDtb[0], name.toUpper());
+        QCOMPARE(fixture.editor().nomelab(0).text(), file);
+        QCOMPARE(fixture.editor().OggettoDtb(0).GetDatabaseFileName(), file);
+        QVERIFY(!QFile::exists(name));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aSaveAsThatFailsAfterTheNameWasTakenSaysSoAndKeepsTheChanges() {
+        UseFake fake;
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture(file);
+        const QString name = path(u"B.DDB"_s);
+        fake->failOn(u"SaveDtb"_s, u"The disk is full."_s);
+        fixture.dialogs().expectFile(fileDialogTitle, name);
+        fixture.dialogs().expectMessage(u"The disk is full."_s, u"QIR Database Editor"_s, u"OK"_s);
+        fixture.choose(Command::SaveAsMenu);
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QCOMPARE(fixture.state().NomeFileDtb[0], name.toUpper());
+        QCOMPARE(fixture.editor().nomelab(0).text(), file);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theSameFileOpenInBothPanesIsNotOverwrittenUnseen() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture;
+        fixture.openBoth(file, file);
+        change(fixture, 0, u"2"_s);
+        change(fixture, 1, u"3"_s);
+        fixture.activate(0);
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(savedValue(file, u"T"_s), u"2"_s);
+        fixture.activate(1);
+        fixture.dialogs().expect(messageContaining(u"other pane"_s));
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(savedValue(file, u"T"_s), u"2"_s);
+        QVERIFY(fixture.editor().OggettoDtb(1).DtbHasChanged());
+
+        // Under another name the changes of the right pane can be kept.
+        fixture.dialogs().expectFile(fileDialogTitle, path(u"B.DDB"_s));
+        fixture.choose(Command::SaveAsMenu);
+        QCOMPARE(savedValue(path(u"B.DDB"_s), u"T"_s), u"3"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void saveActsOnTheActivePane() {
+        const QString left = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        const QString right = makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture;
+        fixture.openBoth(left, right);
+        change(fixture, 0, u"2"_s);
+        change(fixture, 1, u"3"_s);
+        fixture.activate(1);
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(savedValue(left, u"T"_s), u"1"_s);
+        QCOMPARE(savedValue(right, u"T"_s), u"3"_s);
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        QIR_VERIFY_OK(fixture);
+    }
+};
+
+QTEST_MAIN(SaveTest)
+#include "save_test.moc"
