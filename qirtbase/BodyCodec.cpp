@@ -164,8 +164,8 @@ private:
 };
 
 struct SectionHead {
-    std::uint8_t type;
-    std::uint8_t flags;
+    std::uint8_t type = 0;
+    std::uint8_t flags = 0;
     Bytes payload;
 };
 

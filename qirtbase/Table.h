@@ -22,7 +22,7 @@ struct Name {
 
 struct Field {
     Name name;
-    int size; ///< Of a text field, in code points; 0 for any other type.
+    int size = 0; ///< Of a text field, in code points; 0 for any other type.
     Column column;
 
     ColumnType type() const { return column.type(); }

@@ -27,7 +27,7 @@ public:
         if (entry.column)
             field.column = std::move(*entry.column);
     }
-    void operator()(undo::TableAppended &) const { m_tables.pop_back(); }
+    void operator()(undo::TableAppended & /*entry*/) const { m_tables.pop_back(); }
     void operator()(undo::TableRemoved &entry) const {
         m_tables.insert(m_tables.begin() + static_cast<std::ptrdiff_t>(entry.index), std::move(entry.table));
     }
@@ -110,14 +110,14 @@ void UndoLog::keepCell(Table &table, std::size_t field, std::size_t record) {
     if (kept.whole)
         return;
     if (kept.bytes >= kept.limit) {
-        m_entries.push_back(undo::TableImage{&table, std::make_unique<Table>(table)});
+        m_entries.emplace_back(undo::TableImage{&table, std::make_unique<Table>(table)});
         kept.whole = true;
         return;
     }
     CellValue before = table.field(field).column.value(record);
     kept.bytes += costOf(before);
-    m_entries.push_back(undo::CellChanged{&table, static_cast<std::uint32_t>(record), static_cast<std::uint16_t>(field),
-                                          std::move(before)});
+    m_entries.emplace_back(undo::CellChanged{&table, static_cast<std::uint32_t>(record),
+                                             static_cast<std::uint16_t>(field), std::move(before)});
 }
 
 void UndoLog::coverNewTable(const Table &table) {

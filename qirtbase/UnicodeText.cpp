@@ -192,7 +192,7 @@ std::optional<std::size_t> readUtf8(QByteArrayView bytes, QString &text) {
     text.resize(bytes.size());
     QChar *out = text.data();
     const auto *in = reinterpret_cast<const unsigned char *>(bytes.data());
-    std::size_t left = static_cast<std::size_t>(bytes.size());
+    auto left = static_cast<std::size_t>(bytes.size());
     std::size_t count = 0;
     while (left > 0) {
         const Decoded next = readCodePoint(in, left);
