@@ -66,6 +66,7 @@ void Database::addTable(const QString &name) {
     auto table = std::make_unique<Table>(std::move(checked));
     table->insertField(0, newField(Name::checked(u"Field1"_s), ColumnType::Text, newFieldSize, 0));
     table->appendRecord();
+    m_tables.reserve(m_tables.size() + 1);
     m_undo.makeRoom();
     m_undo.coverNewTable(*table);
     m_tables.push_back(std::move(table));

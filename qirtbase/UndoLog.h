@@ -86,8 +86,8 @@ public:
 
     /// True when a change to the fields or records of `table` needs an entry.
     bool keeps(const Table &table);
-    /// Makes sure that the next add() does not throw. A change that is the log's entry's own undoing may be logged
-    /// before it is made; any other is made between makeRoom() and add().
+    /// Makes sure that the next add() does not throw. A change that may fail and whose entry must not be there then is
+    /// made between makeRoom() and add(); an entry that would but write back what still stands there may come first.
     void makeRoom();
     void add(undo::Entry entry);
     /// Keeps the value of a cell that is about to change, or the whole table.
