@@ -12,7 +12,12 @@ namespace qir {
 
 namespace {
 
-constexpr qreal selectionTint = 0.35; // strong enough to see, weak enough to tell red from white under black text
+/// Laid over a selected cell: strong enough to see, light and thin enough to read black text on red and on white.
+QColor selectionTint(const QPalette &palette) {
+    const QColor highlight = palette.color(QPalette::Highlight);
+    const auto lightened = [](int part) { return (part + 255) / 2; };
+    return QColor(lightened(highlight.red()), lightened(highlight.green()), lightened(highlight.blue()), 128);
+}
 
 bool isCurrent(const QStyleOptionViewItem &option, const QModelIndex &index) {
     const auto *view = qobject_cast<const QAbstractItemView *>(option.widget);
@@ -36,9 +41,7 @@ void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, 
     painter->fillRect(option.rect, index.data(Qt::BackgroundRole).value<QColor>());
     const bool current = isCurrent(option, index);
     if (option.state.testFlag(QStyle::State_Selected) && !current) {
-        QColor tint = option.palette.color(QPalette::Highlight);
-        tint.setAlphaF(selectionTint);
-        painter->fillRect(option.rect, tint);
+        painter->fillRect(option.rect, selectionTint(option.palette));
     }
     painter->setFont(option.font);
     painter->setPen(index.data(Qt::ForegroundRole).value<QColor>());

@@ -4,6 +4,7 @@
 #include "platform/loop/MessageLoop.h"
 
 #include <QContextMenuEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
 
@@ -122,6 +123,16 @@ void ListBox::mouseReleaseEvent(QMouseEvent *event) {
     if (ListIndex() >= 0 && (onLine || std::exchange(m_clickDue, false)))
         Q_EMIT Click();
     m_clickDue = false;
+}
+
+void ListBox::keyPressEvent(QKeyEvent *event) {
+    // With no line selected a key that moves starts at the first one, not behind it.
+    const bool moves = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up || event->key() == Qt::Key_PageDown ||
+                       event->key() == Qt::Key_PageUp || event->key() == Qt::Key_Home;
+    if (moves && ListIndex() < 0 && ListCount() > 0)
+        setCurrentIndex(m_lines->index(0));
+    else
+        QListView::keyPressEvent(event);
 }
 
 void ListBox::contextMenuEvent(QContextMenuEvent *event) {

@@ -65,6 +65,10 @@ MessageLoop *MessageLoop::instance() {
     return theLoop;
 }
 
+void MessageLoop::setWindow(QWidget *window) {
+    m_window = window;
+}
+
 void MessageLoop::addSettling(std::function<void()> settle) {
     m_settlings.push_back(std::move(settle));
 }

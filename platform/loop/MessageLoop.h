@@ -41,7 +41,7 @@ public:
 
     static MessageLoop *instance();
 
-    void setWindow(QWidget *window) { m_window = window; }
+    void setWindow(QWidget *window);
     /// Called when an outermost command has ended, well or not, before input is delivered again; not when the program
     /// is ending. Errors in it are shown like the command's own.
     void addSettling(std::function<void()> settle);

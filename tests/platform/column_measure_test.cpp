@@ -129,9 +129,10 @@ void ColumnMeasureTest::aTextWinsOverAnythingJustNarrower() {
         const QString longer = *genText();
         const QFontMetricsF metrics(font);
         const qreal width = metrics.horizontalAdvance(u' ' + longer);
-        QString narrower;
-        while (narrower.size() < 5000 && metrics.horizontalAdvance(u' ' + narrower + u'.') < width)
-            narrower += u'.';
+        const qreal dot = std::max(metrics.horizontalAdvance(u'.'), 1.0);
+        QString narrower(static_cast<qsizetype>(width / dot), u'.');
+        while (!narrower.isEmpty() && metrics.horizontalAdvance(u' ' + narrower) >= width)
+            narrower.chop(1);
         ColumnMeasure measure(font, nullptr);
         RC_ASSERT(measure.columnWidth(narrower, packed({longer})) == measuredOneByOne(font, narrower, {longer}));
     }));

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void controlAndClickDoesNotDeselect();
     void draggingRaisesClickOnceAtItsEnd();
     void keysSelectAndRaiseClick();
+    void aKeyStartsAtTheFirstLine();
     void typingALineSelectsIt();
     void theViewsSelectionCounts();
     void aRightPressIsTold();
@@ -306,6 +307,19 @@ void ListBoxTest::keysSelectAndRaiseClick() {
     QCOMPARE(takeClicks(), 1);
     QTest::keyClick(m_list.get(), Qt::Key_Down);
     QCOMPARE(takeClicks(), 0);
+}
+
+void ListBoxTest::aKeyStartsAtTheFirstLine() {
+    for (const bool focused : {false, true}) {
+        m_list->setListIndex(-1);
+        if (focused) {
+            m_list->clearFocus();
+            m_list->setFocus(Qt::TabFocusReason);
+        }
+        QTest::keyClick(m_list.get(), Qt::Key_Down);
+        QCOMPARE(m_list->ListIndex(), 0);
+        QCOMPARE(takeClicks(), 1);
+    }
 }
 
 void ListBoxTest::typingALineSelectsIt() {
