@@ -23,7 +23,7 @@ namespace {
 
 /// What went wrong in `copy`, null when nothing did. Lists and grids show again what the target holds, however the copy
 /// ended; then its error goes on.
-template <typename Copy>
+template<typename Copy>
 std::exception_ptr failureOf(Copy copy) {
     try {
         copy();
@@ -112,17 +112,15 @@ void CloneCommands::CloneSelectedAreaSecco() {
     const int lastColumn = Massimo(grid.Col(), grid.ColSel()).toInt();
     endEdit(m_editor);
     makeShownTableCurrent(m_editor, target);
-    if (const std::exception_ptr failure =
-            failureOf([&] { copyBlock(firstRow, lastRow, firstColumn, lastColumn); })) {
+    if (const std::exception_ptr failure = failureOf([&] { copyBlock(firstRow, lastRow, firstColumn, lastColumn); })) {
         // The grid has texts that the database refused or has lost again.
         m_tables.reloadAfterFailure(target);
         std::rethrow_exception(failure);
     }
     // The bounds are the wrong way round: only a block of one cell is painted anew.
-    m_differences.EvidenziaDifferenzeTabella(SelectionRule::SameLine, {.firstRow = lastRow,
-                                                                       .lastRow = firstRow,
-                                                                       .firstColumn = lastColumn,
-                                                                       .lastColumn = firstColumn});
+    m_differences.EvidenziaDifferenzeTabella(
+        SelectionRule::SameLine,
+        {.firstRow = lastRow, .lastRow = firstRow, .firstColumn = lastColumn, .lastColumn = firstColumn});
 }
 
 void CloneCommands::copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn) {

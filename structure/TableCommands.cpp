@@ -50,7 +50,8 @@ void TableCommands::RenameTableSecco() {
     const std::array<int, 2> positions{m_editor.ListaTabelle(0).ListIndex(), m_editor.ListaTabelle(1).ListIndex()};
     const int position = list.ListIndex();
     const QString oldName = TogliMarcatori(list.List(position));
-    const QString name = inputBox(m_editor.controls.window, u"Table's new name ("_s + oldName + u")"_s, u"?"_s, oldName);
+    const QString name =
+        inputBox(m_editor.controls.window, u"Table's new name ("_s + oldName + u")"_s, u"?"_s, oldName);
     if (name.isEmpty())
         return;
     m_editor.OggettoDtb(pane).RenameTable(list.ItemData(position), name);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "tests/window/EditorFixture.h"
+
+#include <QMenu>
+
+namespace qir::test {
+
+/// Presses the right button on a line of a pane's table list, as a person who wants its pop-up.
+inline void pressRight(EditorFixture &fixture, int pane, int line) {
+    ListBox &list = fixture.list(pane);
+    const QModelIndex index = list.model()->index(line, 0);
+    list.scrollTo(index);
+    QTest::mouseClick(list.viewport(), Qt::RightButton, Qt::NoModifier, list.visualRect(index).center());
+}
+
+/// The object names of the entries that an open pop-up shows; empty when it is not open.
+inline QStringList shownEntries(const QMenu &menu) {
+    QStringList names;
+    if (!menu.isVisible())
+        return names;
+    for (const QAction *action : menu.actions())
+        if (action->isVisible() && !action->isSeparator())
+            names.append(action->objectName());
+    return names;
+}
+
+/// Clicks an entry of an open pop-up.
+inline void chooseFromPopup(QMenu &menu, QAction &action) {
+    QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier, menu.actionGeometry(&action).center());
+}
+
+} // namespace qir::test

@@ -1,0 +1,188 @@
+#include "compare/CellDifferences.h"
+#include "compare/DifferingTables.h"
+#include "structure/RecordCommands.h"
+#include "tests/window/EditorFixture.h"
+#include "tests/window/TestTables.h"
+#include "view/TableView.h"
+
+#include "tests/tools/fake/FakeControl.h"
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+/// Adding and removing records through the real window.
+class RecordsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void addAppendsAnEmptyRecord() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 2, 2);
+        fixture.choose(Command::AddRecordMenu);
+        QCOMPARE(fixture.texts(0).size(), 4);
+        QCOMPARE(fixture.texts(0).last(), QStringList({u"0"_s, QString()}));
+        QCOMPARE(recordsOf(fixture, 0), fixture.texts(0));
+        QCOMPARE(fixture.grid(0).Row(), 2);
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void addToATableWithoutRecordsShowsItsGrid() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {})}));
+        QVERIFY(!fixture.grid(0).Visible());
+        QVERIFY(!fixture.action(Command::RemoveRecordMenu).isEnabled());
+        fixture.choose(Command::AddRecordMenu);
+        QVERIFY(fixture.grid(0).Visible());
+        QCOMPARE(fixture.texts(0), QList<QStringList>({{u"0"_s}}));
+        QCOMPARE(fixture.grid(0).Row(), 1);
+        QVERIFY(fixture.action(Command::RemoveRecordMenu).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void addMarksTheNewRecordAndLeavesTheRowsAboveAsTheyAre() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
+                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"3"_s})}));
+        QCOMPARE(redCells(fixture, 0), QStringList(u"2,1"_s));
+        fixture.choose(Command::AddRecordMenu);
+        QCOMPARE(redCells(fixture, 0), QStringList({u"2,1"_s, u"3,1"_s}));
+        QCOMPARE(redCells(fixture, 1), QStringList(u"2,1"_s));
+        QCOMPARE(fixture.lines(0), QStringList(u"A !"_s));
+        fixture.activate(1);
+        fixture.choose(Command::AddRecordMenu);
+        QCOMPARE(redCells(fixture, 0), QStringList(u"2,1"_s));
+        QCOMPARE(redCells(fixture, 1), QStringList(u"2,1"_s));
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void withoutATableTheCommandsDoNothing() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}),
+                         files.make(u"R.DDB"_s, {pumps(), numbers(u"Z"_s, {u"1"_s})}));
+        fixture.clickLine(0, 1);
+        for (const Command command : {Command::AddRecordMenu, Command::RemoveRecordMenu}) {
+            fixture.action(command).setEnabled(true);
+            fixture.choose(command);
+        }
+        fixture.list(0).setListIndex(-1);
+        for (const Command command : {Command::AddRecordMenu, Command::RemoveRecordMenu}) {
+            fixture.action(command).setEnabled(true);
+            fixture.choose(command);
+        }
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removeDeletesTheCurrentRowWithoutAQuestion() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 2, 1);
+        fixture.choose(Command::RemoveRecordMenu);
+        QCOMPARE(fixture.texts(0), QList<QStringList>({{u"1200"_s, u"Main"_s}, {u"60"_s, u"Test"_s}}));
+        QCOMPARE(recordsOf(fixture, 0), fixture.texts(0));
+        QCOMPARE(fixture.grid(0).Row(), 2);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removeOfTheLastRecordHidesTheGrid() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
+        fixture.choose(Command::RemoveRecordMenu);
+        QVERIFY(!fixture.grid(0).Visible());
+        QVERIFY(!fixture.action(Command::RemoveRecordMenu).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removeOnATableWithoutRecordsSaysSo() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {})}));
+        fixture.dialogs().expectMessage(u"No selected Record"_s, u"!"_s, u"OK"_s);
+        // Menu and pop-up do not offer it here: the worker answers for itself.
+        fixture.action(Command::RemoveRecordMenu).setEnabled(true);
+        fixture.choose(Command::RemoveRecordMenu);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removeDeletesTheRecordThatTheRowShows() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"10"_s, u"20"_s, u"30"_s})}));
+        // Rows in another order than the records: row 1 shows record 3.
+        fixture.grid(0).reorderRecords({2, 0, 1});
+        fixture.clickCell(0, 1, 1);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"30"_s);
+        fixture.choose(Command::RemoveRecordMenu);
+        QCOMPARE(recordsOf(fixture, 0), QList<QStringList>({{u"10"_s}, {u"20"_s}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removeComparesTheWholeTableAgainInEitherPane() {
+        for (const int pane : {0, 1}) {
+            EditorFixture fixture;
+            fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s, u"3"_s})}),
+                             files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s, u"3"_s})}));
+            fixture.clickCell(pane, 1, 1);
+            fixture.choose(Command::RemoveRecordMenu);
+            QCOMPARE(redCells(fixture, pane), QStringList({u"1,1"_s, u"2,1"_s}));
+            QCOMPARE(redCells(fixture, 1 - pane), QStringList({u"1,1"_s, u"2,1"_s, u"3,1"_s}));
+            QCOMPARE(fixture.lines(0), QStringList(u"A !"_s));
+            QCOMPARE(fixture.state().IndexAttivo, pane);
+            QIR_VERIFY_OK(fixture);
+        }
+    }
+
+    void theShownTableIsMadeCurrentFirst() {
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"Z"_s, {u"1"_s})}),
+                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"Z"_s, {u"1"_s})}));
+        fixture.editor().OggettoDtb(0).QIRTableRecordSource(u"Z"_s);
+        fixture.state().TabellaCorrente[0] = u"Z"_s;
+        fake->clearLog();
+        fixture.choose(Command::AddRecordMenu);
+        QVERIFY(fake->log().size() > 2);
+        QStringList first;
+        for (const FakeCall &call : fake->log())
+            if (first.size() < 2)
+                first.append(call.member);
+        QCOMPARE(first, QStringList({u"QIRTableRecordSource"_s, u"AddRecord"_s}));
+        QCOMPARE(fixture.texts(0).size(), 2);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anErrorOfTheComponentIsShownAndLeavesWindowAndTableInStep() {
+        const UseFake fake;
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        for (const Command command : {Command::AddRecordMenu, Command::RemoveRecordMenu}) {
+            fake->failOn(command == Command::AddRecordMenu ? u"AddRecord"_s : u"RemoveRecord"_s,
+                         u"the table is full"_s);
+            fixture.dialogs().expectMessage(u"the table is full"_s, u"QIR Database Editor"_s, u"OK"_s);
+            fixture.choose(command);
+            fake->stopFailing();
+            QCOMPARE(fixture.texts(0), recordsOf(fixture, 0));
+            QCOMPARE(fixture.texts(0).size(), 3);
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void whatWasDoneReachesTheFile() {
+        const QString path = files.make(u"A.DDB"_s, {pumps()});
+        {
+            EditorFixture fixture(path);
+            fixture.choose(Command::AddRecordMenu);
+            fixture.clickCell(0, 1, 1);
+            fixture.choose(Command::RemoveRecordMenu);
+            fixture.editor().OggettoDtb(0).SaveDtb();
+            QIR_VERIFY_OK(fixture);
+        }
+        EditorFixture again(path);
+        QCOMPARE(again.texts(0),
+                 QList<QStringList>({{u"900"_s, u"Spare"_s}, {u"60"_s, u"Test"_s}, {u"0"_s, QString()}}));
+        QIR_VERIFY_OK(again);
+    }
+
+private:
+    TestFiles files;
+};
+
+QTEST_MAIN(RecordsTest)
+#include "records_test.moc"

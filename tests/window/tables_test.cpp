@@ -1,0 +1,400 @@
+#include "tests/window/EditorFixture.h"
+#include "tests/window/PopupTools.h"
+#include "tests/window/TestTables.h"
+
+#include "tests/tools/fake/FakeControl.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString addPrompt = u"New table name"_s;
+
+QString renamePrompt(const QString &name) {
+    return u"Table's new name ("_s + name + u")"_s;
+}
+
+QString removeQuestion(const QString &line) {
+    return u"Do you want to remove table: '"_s + line + u"' ?"_s;
+}
+
+std::vector<TableOfTexts> lettered(const QString &letters) {
+    std::vector<TableOfTexts> tables;
+    for (const QChar letter : letters)
+        tables.push_back(numbers(letter, {QString::number(letter.unicode())}));
+    return tables;
+}
+
+} // namespace
+
+/// Adding, renaming and removing tables through the real window.
+class TablesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void addAppendsATableOfOneFieldAndOneRecord() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"Motors"_s);
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList({u"Pumps"_s, u"Motors"_s}));
+        QCOMPARE(fixture.lines(0), QStringList({u"Motors"_s, u"Pumps"_s}));
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void addKeepsTheSelectedPositionAndShowsTheTableThatStandsThereNow() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"BD"_s)));
+        fixture.clickLine(0, 1);
+        fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"C"_s);
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"B"_s, u"C"_s, u"D"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), 1);
+        QCOMPARE(fixture.state().TabellaMostrata[0], u"C"_s);
+        QCOMPARE(fixture.state().UltimoListIndex[0], 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void addTakesTheNameWithoutSurroundingBlanksInTheCaseTyped() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"  big Motors "_s);
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(tableNames(fixture, 0).last(), u"big Motors"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void addRefusesANameThatDiffersInCaseOrBlanksOnly_data() {
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("quoted");
+        QTest::newRow("the same") << u"Pumps"_s << u"Pumps"_s;
+        QTest::newRow("case") << u"pUMPS"_s << u"pUMPS"_s;
+        QTest::newRow("blanks") << u"  Pumps "_s << u"Pumps"_s;
+        QTest::newRow("both") << u" PUMPS  "_s << u"PUMPS"_s;
+    }
+    void addRefusesANameThatDiffersInCaseOrBlanksOnly() {
+        QFETCH(QString, answer);
+        QFETCH(QString, quoted);
+        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"Axles"_s, {u"1"_s}), pumps()}));
+        fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, answer);
+        fixture.dialogs().expectMessage(u"Table: '"_s + quoted + u"' already exists"_s, u"!"_s, u"OK"_s);
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(tableNames(fixture, 0).size(), 2);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void addWithoutANameChangesNothing_data() {
+        QTest::addColumn<QString>("answer");
+        QTest::newRow("empty") << QString();
+        QTest::newRow("blanks") << u"   "_s;
+    }
+    void addWithoutANameChangesNothing() {
+        QFETCH(QString, answer);
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        QSignalSpy reload(fixture.grid(0).model(), &QAbstractItemModel::modelReset);
+        fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, answer);
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
+        QCOMPARE(reload.count(), 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void cancellingTheNameOfANewTableChangesNothing() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        fixture.dialogs().expectInputCancelled(addPrompt, u"?"_s);
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void addToADatabaseWithoutTablesShowsTheNewTable() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {}));
+        QVERIFY(!fixture.grid(0).Visible());
+        fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"First"_s);
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(fixture.list(0).ListIndex(), 0);
+        QVERIFY(fixture.grid(0).Visible());
+        QCOMPARE(fixture.grid(0).Rows(), 2);
+        QVERIFY(fixture.action(Command::RemoveTableMenu).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anErrorOfTheComponentIsShownAndTheEditorGoesOn() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        // The same to the component, which leaves markers out; another name to the comparison of names.
+        fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"Pumps !"_s);
+        fixture.dialogs().expect([](QDialog &dialog) {
+            const QString wrong = dialog.windowTitle() == u"QIR Database Editor"_s ? QString() : dialog.windowTitle();
+            return wrong + pressButton(dialog, u"OK"_s);
+        });
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void addLeavesTheListsOutOfLineAndTheMarksAsTheyAre() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AC"_s)), files.make(u"R.DDB"_s, lettered(u"CD"_s)));
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"C"_s, u"D ?"_s}));
+        fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"B"_s);
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s, u"C"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"A ?"_s, u"C"_s, u"D"_s}));
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void renameAsksWithTheNameAsDefaultAndKeepsThePosition() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"ABC"_s)));
+        fixture.clickLine(0, 1);
+        fixture.dialogs().expectInput(renamePrompt(u"B"_s), u"?"_s, u"B"_s, u"Z"_s);
+        fixture.choose(Command::RenameTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"Z"_s, u"C"_s}));
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"C"_s, u"Z"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), 1);
+        QCOMPARE(fixture.state().TabellaMostrata[0], u"C"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void renameInPlaceKeepsTheCurrentCell() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 3, 2);
+        fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, u"Motors"_s);
+        fixture.choose(Command::RenameTableMenu);
+        QCOMPARE(fixture.grid(0).Row(), 3);
+        QCOMPARE(fixture.grid(0).Col(), 2);
+        QCOMPARE(fixture.state().TabellaMostrata[0], u"Motors"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void renameOfAMarkedTableAsksForItsNameWithoutTheMarker() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
+                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"2"_s})}));
+        QCOMPARE(fixture.lines(0), QStringList(u"A !"_s));
+        fixture.dialogs().expectInput(renamePrompt(u"A"_s), u"?"_s, u"A"_s, u"B"_s);
+        fixture.choose(Command::RenameTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"A ?"_s, u"B"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"A"_s, u"B ?"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void renameKeepsThePositionWherePlaceholdersComeIn() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"BC"_s)), files.make(u"R.DDB"_s, lettered(u"ABC"_s)));
+        fixture.clickLine(0, 1);
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        fixture.dialogs().expectInput(renamePrompt(u"B"_s), u"?"_s, u"B"_s, u"D"_s);
+        fixture.choose(Command::RenameTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"A ?"_s, u"B ?"_s, u"C"_s, u"D"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"A"_s, u"B"_s, u"C"_s, u"D ?"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), 1);
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        QVERIFY(!fixture.grid(0).Visible());
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void renamePassesTrailingBlanksOn() {
+        const UseFake fake;
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, u"Motors  "_s);
+        fake->clearLog();
+        fixture.choose(Command::RenameTableMenu);
+        QVariantList arguments;
+        for (const FakeCall &call : fake->log())
+            if (call.member == u"RenameTable"_s)
+                arguments = call.arguments;
+        QCOMPARE(arguments, QVariantList({1, u"Motors  "_s}));
+        QCOMPARE(tableNames(fixture, 0), QStringList(u"Motors  "_s));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void renameWithoutANameChangesNothing() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, QString());
+        fixture.choose(Command::RenameTableMenu);
+        fixture.dialogs().expectInputCancelled(renamePrompt(u"Pumps"_s), u"?"_s);
+        fixture.choose(Command::RenameTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void renameToATakenNameShowsTheComponentsReason() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
+        fixture.dialogs().expectInput(renamePrompt(u"A"_s), u"?"_s, u"A"_s, u"b"_s);
+        QString shown;
+        fixture.dialogs().expect([&shown](QDialog &dialog) {
+            shown = dynamic_cast<QMessageBox &>(dialog).text();
+            return pressButton(dialog, u"OK"_s);
+        });
+        fixture.choose(Command::RenameTableMenu);
+        QVERIFY2(!shown.isEmpty(), "the reason is missing");
+        QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s}));
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void renameReachesTheFile() {
+        const QString path = files.make(u"A.DDB"_s, {pumps()});
+        {
+            EditorFixture fixture(path);
+            fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, u"Motors"_s);
+            fixture.choose(Command::RenameTableMenu);
+            fixture.editor().OggettoDtb(0).SaveDtb();
+            QIR_VERIFY_OK(fixture);
+        }
+        EditorFixture again(path);
+        QCOMPARE(again.lines(0), QStringList(u"Motors"_s));
+        QCOMPARE(again.texts(0).size(), 3);
+        QIR_VERIFY_OK(again);
+    }
+
+    void removeAsksFirstAndNoIsTheDefault() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
+        fixture.dialogs().expect([](QDialog &dialog) {
+            auto &box = dynamic_cast<QMessageBox &>(dialog);
+            const bool right = box.text() == removeQuestion(u"A"_s) && box.windowTitle() == u"?"_s &&
+                               box.icon() == QMessageBox::NoIcon && box.defaultButton() == box.button(QMessageBox::No);
+            QTest::keyClick(&box, Qt::Key_Return);
+            return right ? QString() : u"not the question: "_s + box.text();
+        });
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void escapeAtTheQuestionRemovesNothing() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
+        fixture.dialogs().expect([](QDialog &dialog) {
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+            return QString();
+        });
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(tableNames(fixture, 0).size(), 2);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removeSelectsThePositionOfTheRemovedTablesNumber() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"ABCD"_s)));
+        fixture.clickLine(0, 1);
+        fixture.dialogs().expectMessage(removeQuestion(u"B"_s), u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"C"_s, u"D"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), 2);
+        QCOMPARE(fixture.state().TabellaMostrata[0], u"D"_s);
+        QCOMPARE(fixture.texts(0), QList<QStringList>({{QString::number(u'D')}}));
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removingTheLastTableOfAListSelectsNothing() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"ABC"_s)));
+        fixture.clickLine(0, 2);
+        fixture.dialogs().expectMessage(removeQuestion(u"C"_s), u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), -1);
+        QVERIFY(!fixture.grid(0).Visible());
+        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        QIR_VERIFY_OK(fixture);
+        // Nothing is selected: rename and remove end silently.
+        fixture.choose(Command::RenameTableMenu);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removingTheOnlyTableLeavesAnEmptyList() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        fixture.dialogs().expectMessage(removeQuestion(u"Pumps"_s), u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList());
+        QVERIFY(!fixture.grid(0).Visible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removeAsksWithTheLineAsItStandsAndLinesBothListsUpAgain() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s})}),
+                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"2"_s}), numbers(u"B"_s, {u"1"_s})}));
+        QCOMPARE(fixture.lines(0), QStringList({u"A !"_s, u"B"_s}));
+        fixture.dialogs().expectMessage(removeQuestion(u"A !"_s), u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"A ?"_s, u"B"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"A"_s, u"B"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), 1);
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        QCOMPARE(fixture.state().TabellaMostrata[1], u"B"_s);
+        QCOMPARE(redCells(fixture, 0), QStringList());
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anotherListThatLacksThePositionKeepsItsSelection() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AB"_s)), files.make(u"R.DDB"_s, lettered(u"AB"_s)));
+        fixture.clickLine(0, 1);
+        fixture.dialogs().expectMessage(removeQuestion(u"B"_s), u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B ?"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), -1);
+        QVERIFY(!fixture.grid(0).Visible());
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        QVERIFY(fixture.grid(1).Visible());
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theCommandsDoNothingOnAPlaceholder() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"A"_s)), files.make(u"R.DDB"_s, lettered(u"AB"_s)));
+        fixture.clickLine(0, 1);
+        QVERIFY(!realTableSelected(fixture.editor(), 0));
+        fixture.choose(Command::RenameTableMenu);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList(u"A"_s));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theCommandsActOnTheActivePane() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AB"_s)), files.make(u"R.DDB"_s, lettered(u"AB"_s)));
+        fixture.activate(1);
+        fixture.dialogs().expectMessage(removeQuestion(u"A"_s), u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
+        QCOMPARE(tableNames(fixture, 1), QStringList(u"B"_s));
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anErrorWhileRemovingChangesNothing() {
+        const UseFake fake;
+        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
+        fake->failOn(u"RemoveTable"_s, u"the table is locked"_s);
+        fixture.dialogs().expectMessage(removeQuestion(u"A"_s), u"?"_s, u"Yes"_s);
+        fixture.dialogs().expectMessage(u"the table is locked"_s, u"QIR Database Editor"_s, u"OK"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        fake->stopFailing();
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), 0);
+        QVERIFY(fixture.grid(0).Visible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+private:
+    TestFiles files;
+};
+
+QTEST_MAIN(TablesTest)
+#include "tables_test.moc"
