@@ -1,7 +1,6 @@
 #include "app/StructureConnections.h"
 
 #include "platform/controls/ListBox.h"
-#include "platform/loop/MessageLoop.h"
 
 namespace qir {
 
@@ -15,9 +14,11 @@ StructureConnections::StructureConnections(EditorContext &editor, TableListAlign
     , m_clones(editor, alignment, differences, tables) {}
 
 void StructureConnections::connectPane(int pane) {
+    // No command of its own, whose end would load the line that a left press has selected before its release comes to
+    // load it: the procedure lets no error out and changes nothing but the pop-up.
     connect(&m_editor.ListaTabelle(pane), &ListBox::MouseDown, this,
             [this, pane](Qt::MouseButton button, const QPoint &globalPosition) {
-                runCommand([&] { m_listPopup.ListaTabelle_MouseDown(pane, button, globalPosition); });
+                m_listPopup.ListaTabelle_MouseDown(pane, button, globalPosition);
             });
     m_listPopup.watch(pane);
 }

@@ -423,9 +423,10 @@ private Q_SLOTS:
     void withoutAFieldTheCommandsDoNothing() {
         EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
         fixture.grid(0).setCol(0);
-        fixture.action(Command::ResizeTextField).setEnabled(true);
-        for (const Command command : {Command::RenameFieldMenu, Command::RemoveFieldMenu, Command::ResizeTextField})
+        for (const Command command : {Command::RenameFieldMenu, Command::RemoveFieldMenu, Command::ResizeTextField}) {
+            fixture.action(command).setEnabled(true);
             fixture.choose(command);
+        }
         QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }

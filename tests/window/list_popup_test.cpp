@@ -117,9 +117,18 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aLeftPressLeavesTheLoadingToItsRelease() {
+        EditorFixture fixture;
+        openTwo(fixture);
+        fixture.clickLine(0, 1);
+        QCOMPARE(fixture.list(0).ListIndex(), 1);
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void withoutASelectedLineNothingOpens() {
         EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
-        fixture.list(0).setListIndex(-1);
+        runCommand([&] { fixture.list(0).setListIndex(-1); });
         fixture.list(0).setFocus();
         pressMenuKey(fixture);
         QCOMPARE(entries(fixture), QStringList());
