@@ -26,6 +26,14 @@ void colour(QWidget &widget, bool active) {
     widget.setPalette(palette);
 }
 
+/// Gives a control inside the frame the scheme's own colours: it would take over the frame's for its lines and headers.
+void keepOwnColours(QWidget &widget) {
+    QPalette palette = QApplication::palette(&widget);
+    for (const QPalette::ColorRole role : {QPalette::Window, QPalette::WindowText})
+        palette.setColor(role, palette.color(role)); // set, though to what it is: only unset roles are inherited
+    widget.setPalette(palette);
+}
+
 } // namespace
 
 void SettaColoriIndexAttivo(EditorContext &editor) {
@@ -35,6 +43,8 @@ void SettaColoriIndexAttivo(EditorContext &editor) {
         const bool active = pane == editor.state.IndexAttivo;
         colour(editor.IDtb(pane), active);
         colour(editor.nomelab(pane), active);
+        keepOwnColours(editor.ListaTabelle(pane));
+        keepOwnColours(editor.Tabella(pane));
     }
 }
 
