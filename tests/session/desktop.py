@@ -41,8 +41,8 @@ class Desktop:
             ["Xvfb", "-displayfd", str(write_end), "-screen", "0", size + "x24", "-nolisten", "tcp"],
             pass_fds=[write_end], stderr=subprocess.DEVNULL)
         os.close(write_end)
-        number = os.read(read_end, 32).decode().strip()
-        os.close(read_end)
+        with os.fdopen(read_end) as answer:
+            number = answer.readline().strip()  # the server writes digits and line end one after the other
         if not number:
             raise Failed("the X server did not start")
         self.environment = dict(os.environ, DISPLAY=":" + number, QT_QPA_PLATFORM="xcb", HOME=folder,
