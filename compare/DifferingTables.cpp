@@ -77,9 +77,11 @@ void DifferingTables::SettaTabelleUgualiDiverse(bool different, int index) {
 }
 
 void DifferingTables::MostraTabellaDiversaInLista() {
+    const bool bothOpen = m_editor.DtbAperto(0) && m_editor.DtbAperto(1);
+    if (bothOpen && !panesShowSameTable(m_editor))
+        return; // what the grids show says nothing about either line
     bool different = false;
-    if (m_editor.Tabella(0).Visible() && m_editor.Tabella(1).Visible() && m_editor.DtbAperto(0) &&
-        m_editor.DtbAperto(1))
+    if (bothOpen && m_editor.Tabella(0).Visible() && m_editor.Tabella(1).Visible())
         different = m_editor.state.CelleDiverse.count() > 0;
     SettaTabelleUgualiDiverse(different, m_editor.ListaTabelle(0).ListIndex());
 }

@@ -24,7 +24,8 @@ public:
     /// Gives line `index` of both lists the marker " !", or takes it away. Does nothing for an index below 0 or when
     /// the lists differ in length.
     void SettaTabelleUgualiDiverse(bool different, int index);
-    /// Marks the selected line by whether CelleDiverse holds any difference.
+    /// Marks the selected line by whether CelleDiverse holds any difference; without both grids there is none. Does
+    /// nothing while the selected lines of the two lists stand for different tables.
     void MostraTabellaDiversaInLista();
     /// Paints a cell red where CelleDiverse says it differs, white elsewhere; nothing outside the grid.
     void SetEqualColor(int pane, int row, int column);
