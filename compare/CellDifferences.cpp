@@ -19,9 +19,8 @@ namespace qir {
 
 namespace {
 
-constexpr int barGap = 50;        // twips between the left list and the progress bar
-constexpr int leastBarHeight = 4; // pixels
-constexpr int barSteps = 200;     // the bar moves in no more steps than an eye can tell apart
+constexpr int barGap = 50;    // twips between the left list and the progress bar
+constexpr int barSteps = 200; // the bar moves in no more steps than an eye can tell apart
 
 /// A grid that takes part in a run: hidden while it is painted, then as it was before, however the run ends.
 class PaintedGrid {
@@ -75,11 +74,8 @@ private:
         const QRect left = editor.IDtb(0).geometry();
         const QRect right = editor.IDtb(1).geometry();
         const QRect list = editor.ListaTabelle(0).geometry();
-        const int listEnd = list.y() + list.height();
-        const int gap = toPixels(barGap);
-        const int room = editor.Tabella(0).y() - listEnd;
-        m_bar.setGeometry(left.x(), left.y() + listEnd + gap, right.x() + right.width() - left.x(),
-                          std::max(leastBarHeight, room - 2 * gap));
+        m_bar.setGeometry(left.x(), left.y() + list.y() + list.height() + toPixels(barGap),
+                          right.x() + right.width() - left.x(), m_bar.height());
     }
 
     QProgressBar &m_bar;
