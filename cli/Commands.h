@@ -19,6 +19,7 @@ enum class Exit {
 // any other answer than Exit::Done goes into `exit`.
 
 void addCreate(CLI::App &program, Exit &exit);
+void addDiff(CLI::App &program, Exit &exit);
 void addDump(CLI::App &program, Exit &exit);
 void addExport(CLI::App &program, Exit &exit);
 void addImport(CLI::App &program, Exit &exit);

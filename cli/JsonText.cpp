@@ -10,7 +10,15 @@ namespace qir {
 
 namespace {
 
-void appendString(QByteArray &out, QStringView text) {
+// By value, so that whatever text a component has for it, JSON readers get a number.
+void appendNumber(QByteArray &out, QStringView text) {
+    char digits[numberTextCapacity];
+    out.append(digits, formatNumber(digits, leadingNumber(text)) - digits);
+}
+
+} // namespace
+
+void appendJsonString(QByteArray &out, QStringView text) {
     out += '"';
     for (const char byte : text.toUtf8()) {
         switch (byte) {
@@ -41,25 +49,17 @@ void appendString(QByteArray &out, QStringView text) {
     out += '"';
 }
 
-// By value, so that whatever text a component has for it, JSON readers get a number.
-void appendNumber(QByteArray &out, QStringView text) {
-    char digits[numberTextCapacity];
-    out.append(digits, formatNumber(digits, leadingNumber(text)) - digits);
-}
-
-} // namespace
-
 void appendJsonTable(QByteArray &out, const TableInfo &table) {
     out += "{\"table\": ";
-    appendString(out, table.name);
+    appendJsonString(out, table.name);
     out += ", \"fields\": [";
     const char *separator = "";
     for (const FieldInfo &field : table.fields) {
         out += separator;
         out += "{\"name\": ";
-        appendString(out, field.name);
+        appendJsonString(out, field.name);
         out += ", \"type\": ";
-        appendString(out, typeName(field.type));
+        appendJsonString(out, typeName(field.type));
         out += ", \"size\": " + QByteArray::number(field.size) + '}';
         separator = ", ";
     }
@@ -74,7 +74,7 @@ void appendJsonRecord(QByteArray &out, const TableInfo &table, const QStringList
             out += ", ";
         ++k;
         if (field.type == FieldType::Text)
-            appendString(out, values.at(k));
+            appendJsonString(out, values.at(k));
         else
             appendNumber(out, values.at(k));
     }

@@ -90,7 +90,8 @@ QByteArray readWholeFile(const QString &file) {
 
 void print(QByteArrayView bytes) {
     const auto size = static_cast<std::size_t>(bytes.size());
-    if (std::fwrite(bytes.data(), 1, size, stdout) != size || std::fflush(stdout) != 0)
+    // No bytes may mean no address either, which fwrite does not take.
+    if ((size != 0 && std::fwrite(bytes.data(), 1, size, stdout) != size) || std::fflush(stdout) != 0)
         throw FileError(u"standard output"_s, systemErrorWords({errno}));
 }
 

@@ -30,6 +30,7 @@ int run(int argc, char **argv) {
     addInfo(program, exit);
     addTables(program, exit);
     addDump(program, exit);
+    addDiff(program, exit);
     addImport(program, exit);
     addExport(program, exit);
     addVerify(program, exit);
