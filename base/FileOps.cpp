@@ -196,9 +196,13 @@ SystemResult<std::size_t> readFully(FileOps &ops, int file, std::span<char> byte
     return done;
 }
 
-SystemResult<void> writeFully(FileOps &ops, int file, QByteArrayView bytes) {
+namespace {
+
+/// Calls `write` with what is left of `bytes` until nothing is.
+template<class Write>
+SystemResult<void> writeAll(QByteArrayView bytes, Write write) {
     while (!bytes.isEmpty()) {
-        const auto written = ops.write(file, bytes);
+        const SystemResult<std::size_t> written = write(bytes);
         if (!written)
             return tl::unexpected(written.error());
         if (*written == 0) // no file system should; going on would never end
@@ -206,6 +210,19 @@ SystemResult<void> writeFully(FileOps &ops, int file, QByteArrayView bytes) {
         bytes = bytes.sliced(qsizetype(*written));
     }
     return {};
+}
+
+} // namespace
+
+SystemResult<void> writeFully(FileOps &ops, int file, QByteArrayView bytes) {
+    return writeAll(bytes, [&](QByteArrayView rest) { return ops.write(file, rest); });
+}
+
+SystemResult<void> writeFullyAt(FileOps &ops, int file, QByteArrayView bytes, std::uint64_t offset) {
+    const qsizetype size = bytes.size();
+    return writeAll(bytes, [&](QByteArrayView rest) {
+        return ops.writeAt(file, rest, offset + std::uint64_t(size - rest.size()));
+    });
 }
 
 } // namespace qir

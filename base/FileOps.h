@@ -67,7 +67,7 @@ public:
     /// May write less than it is given.
     SystemResult<std::size_t> write(int file, QByteArrayView bytes);
     SystemResult<std::size_t> writeAt(int file, QByteArrayView bytes, std::uint64_t offset);
-    /// Reserves room on the disk for bytes 0 to `size` and makes the file at least that long.
+    /// Reserves room on the disk for bytes 0 to `size`; the file stays as long as it is.
     SystemResult<void> allocate(int file, std::uint64_t size);
     SystemResult<void> truncate(int file, std::uint64_t size);
     SystemResult<void> sync(int file);
@@ -147,5 +147,7 @@ private:
 SystemResult<std::size_t> readFully(FileOps &ops, int file, std::span<char> bytes, std::uint64_t offset);
 /// Writes all of `bytes` where the descriptor stands.
 SystemResult<void> writeFully(FileOps &ops, int file, QByteArrayView bytes);
+/// The same at a place of the file.
+SystemResult<void> writeFullyAt(FileOps &ops, int file, QByteArrayView bytes, std::uint64_t offset);
 
 } // namespace qir

@@ -15,17 +15,22 @@ namespace {
 
 constexpr int linksMax = 40;
 constexpr int namesMax = 16;
+constexpr mode_t modeBits = 07777;
 
 tl::unexpected<SystemError> failed(int number) {
     return tl::unexpected(SystemError{number});
 }
 
-/// Short, so that it fits wherever a name fits.
-std::string hiddenName() {
-    char text[32];
-    std::snprintf(text, sizeof text, ".qir-%016llx.tmp",
+constexpr std::string_view hiddenStart = ".qir-";
+constexpr std::string_view hiddenEnd = ".tmp";
+constexpr std::size_t hiddenDigits = 16;
+
+/// ".qir-TAG-RANDOM.tmp": short, so that it fits wherever a name fits.
+std::string hiddenName(const std::string &tag) {
+    char digits[hiddenDigits + 1];
+    std::snprintf(digits, sizeof digits, "%016llx",
                   static_cast<unsigned long long>(QRandomGenerator::system()->generate64()));
-    return text;
+    return std::string(hiddenStart) + tag + '-' + digits + std::string(hiddenEnd);
 }
 
 bool isUnsupported(SystemError error) {
@@ -37,6 +42,27 @@ bool isUnsupported(SystemError error) {
 bool isCertain(SystemError error) {
     return isUnsupported(error) || error.number == EACCES || error.number == EPERM || error.number == EROFS ||
            error.number == ENOSPC || error.number == EDQUOT;
+}
+
+/// Those that belong to the user's file; the system's own are the system's to set.
+bool isUsersAttribute(const std::string &name) {
+    return name.starts_with("user.") || name == "system.posix_acl_access";
+}
+
+SystemResult<void> copyExtendedAttributes(FileOps &ops, int from, int to) {
+    const auto names = ops.attributeNames(from);
+    if (!names)
+        return isUnsupported(names.error()) ? SystemResult<void>() : tl::unexpected(names.error());
+    for (const std::string &name : *names) {
+        if (!isUsersAttribute(name))
+            continue;
+        const auto value = ops.attribute(from, name);
+        if (!value)
+            return tl::unexpected(value.error());
+        if (const auto set = ops.setAttribute(to, name, *value); !set)
+            return set;
+    }
+    return {};
 }
 
 } // namespace
@@ -79,39 +105,62 @@ SystemResult<void> ResolvedPath::syncFolder(FileOps &ops) const {
     return synced;
 }
 
-StagedFile::StagedFile(FileOps &ops, int folder, OpenFile file, std::string temporaryName)
+StagedFile::StagedFile(FileOps &ops, int folder, OpenFile file, std::string tag, std::string temporaryName)
     : m_ops(ops)
     , m_folder(folder)
     , m_file(std::move(file))
+    , m_tag(std::move(tag))
     , m_temporaryName(std::move(temporaryName)) {}
 
 StagedFile::StagedFile(StagedFile &&other) noexcept
     : m_ops(other.m_ops)
     , m_folder(other.m_folder)
     , m_file(std::move(other.m_file))
+    , m_tag(std::move(other.m_tag))
     , m_temporaryName(std::exchange(other.m_temporaryName, {})) {}
 
 StagedFile::~StagedFile() {
     (void)removeTemporary();
 }
 
-SystemResult<StagedFile> StagedFile::create(FileOps &ops, int folder, mode_t mode) {
+SystemResult<StagedFile> StagedFile::create(FileOps &ops, int folder, mode_t mode, const std::string &tag) {
     auto file = OpenFile::openAt(ops, folder, ".", O_TMPFILE | O_RDWR, mode);
     if (file)
-        return StagedFile(ops, folder, std::move(*file), {});
+        return StagedFile(ops, folder, std::move(*file), tag, {});
     // EISDIR and ENOENT: kernels and file systems that take it for a plain open of the folder.
     const SystemError error = file.error();
     if (!isUnsupported(error) && error.number != EISDIR && error.number != ENOENT)
         return tl::unexpected(error);
     for (int tries = 0; tries < namesMax; ++tries) {
-        const std::string name = hiddenName();
+        const std::string name = hiddenName(tag);
         file = OpenFile::openAt(ops, folder, name, O_CREAT | O_EXCL | O_NOFOLLOW | O_RDWR, mode);
         if (file)
-            return StagedFile(ops, folder, std::move(*file), name);
+            return StagedFile(ops, folder, std::move(*file), tag, name);
         if (file.error().number != EEXIST)
             break;
     }
     return tl::unexpected(file.error());
+}
+
+std::optional<std::string> StagedFile::tagOf(const std::string &name) {
+    const std::size_t fixed = hiddenStart.size() + 1 + hiddenDigits + hiddenEnd.size();
+    if (!name.starts_with(hiddenStart) || !name.ends_with(hiddenEnd) || name.size() < fixed)
+        return std::nullopt;
+    return name.substr(hiddenStart.size(), name.size() - fixed);
+}
+
+SystemResult<void> StagedFile::takeAttributes(const struct stat &old, int oldFile) {
+    const auto made = m_ops.status(descriptor());
+    if (!made)
+        return tl::unexpected(made.error());
+    // Owner first: changing it takes bits away from the mode.
+    if (made->st_uid != old.st_uid || made->st_gid != old.st_gid)
+        if (const auto set = m_ops.setOwner(descriptor(), old.st_uid, old.st_gid); !set)
+            return set;
+    if (oldFile >= 0)
+        if (const auto copied = copyExtendedAttributes(m_ops, oldFile, descriptor()); !copied)
+            return copied;
+    return m_ops.setMode(descriptor(), old.st_mode & modeBits);
 }
 
 StagedFile::Standing StagedFile::standingUnder(const std::string &name) {
@@ -141,7 +190,7 @@ SystemResult<void> StagedFile::nameTemporarily() {
         return {};
     SystemError error{EEXIST};
     for (int tries = 0; tries < namesMax && error.number == EEXIST; ++tries) {
-        const std::string name = hiddenName();
+        const std::string name = hiddenName(m_tag);
         const Naming naming = named(name, [&] { return m_ops.linkFile(m_file.descriptor(), m_folder, name); });
         if (naming.standing == Standing::Yes) {
             m_temporaryName = name;

@@ -2,6 +2,7 @@
 
 #include "base/FileOps.h"
 
+#include <optional>
 #include <string>
 
 namespace qir {
@@ -28,13 +29,20 @@ class StagedFile {
 public:
     enum class Exchanged { Yes, NotSupported };
 
-    /// `mode` is subject to the umask. `folder` must stay open as long as the instance lives.
-    static SystemResult<StagedFile> create(FileOps &ops, int folder, mode_t mode);
+    /// `mode` is subject to the umask. `folder` must stay open as long as the instance lives. `tag` becomes part of the
+    /// hidden name, for whoever finds it after a crash.
+    static SystemResult<StagedFile> create(FileOps &ops, int folder, mode_t mode, const std::string &tag = {});
+    /// The tag of a hidden name, nothing for any other name.
+    static std::optional<std::string> tagOf(const std::string &name);
     StagedFile(StagedFile &&other) noexcept;
     StagedFile &operator=(StagedFile &&) = delete;
     ~StagedFile();
 
     int descriptor() const { return m_file.descriptor(); }
+
+    /// Owner, group, access list, the user's attributes and mode of the file that it is to replace: `old` tells them,
+    /// `oldFile` is that file opened for reading, or -1 where it cannot be. Fails where one of them cannot be kept.
+    SystemResult<void> takeAttributes(const struct stat &old, int oldFile);
 
     /// Gives the file its name; fails with EEXIST where the name is taken by now.
     SystemResult<void> publishNew(const std::string &name);
@@ -43,6 +51,9 @@ public:
     SystemResult<Exchanged> exchangeWith(const std::string &name);
     /// Takes the place of what stands under `name`, where exchanging is not supported.
     SystemResult<void> publishOver(const std::string &name);
+
+    /// The descriptor, for whoever needs the published file further; only once it is published.
+    OpenFile takeFile() { return std::move(m_file); }
 
     /// The hidden name in the folder, "" for none.
     const std::string &temporaryName() const { return m_temporaryName; }
@@ -54,7 +65,7 @@ public:
     void leaveTemporary() { m_temporaryName.clear(); }
 
 private:
-    StagedFile(FileOps &ops, int folder, OpenFile file, std::string temporaryName);
+    StagedFile(FileOps &ops, int folder, OpenFile file, std::string tag, std::string temporaryName);
     SystemResult<void> nameTemporarily();
     SystemResult<void> moveTemporary(const std::string &name, unsigned flags);
     enum class Standing { No, Yes, Unknown };
@@ -71,6 +82,7 @@ private:
     FileOps &m_ops;
     int m_folder;
     OpenFile m_file;
+    std::string m_tag;
     std::string m_temporaryName;
 };
 

@@ -139,7 +139,7 @@ protected:
         const auto length = asOffset(size);
         if (!length)
             return tl::unexpected(length.error());
-        return checked(::fallocate(file, 0, 0, *length));
+        return checked(::fallocate(file, FALLOC_FL_KEEP_SIZE, 0, *length));
     }
 
     SystemResult<void> doTruncate(int file, std::uint64_t size) override {

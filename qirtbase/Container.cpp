@@ -225,6 +225,16 @@ void ContainerWriter::sealNextChunk() {
     ++m_chunk;
 }
 
+SystemResult<void> writeContainer(FileOps &ops, int file, ContainerWriter &writer) {
+    std::uint64_t done = 0;
+    for (QByteArrayView piece = writer.next(); !piece.isEmpty(); piece = writer.next()) {
+        if (const auto written = writeFullyAt(ops, file, piece, done); !written)
+            return written;
+        done += std::uint64_t(piece.size());
+    }
+    return {};
+}
+
 LoadResult<HeaderBlock> readHeaderBlock(FileOps &ops, int file) {
     QByteArray bytes(qsizetype(lengthDigits + headerLengthMax), Qt::Uninitialized);
     const auto count = readFully(ops, file, {bytes.data(), std::size_t(bytes.size())}, 0);

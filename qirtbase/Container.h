@@ -56,6 +56,9 @@ private:
     ChunkStream::Header m_streamHeader{};
 };
 
+/// Writes a whole container from the start of a file, at given places, so that no call made twice does harm.
+SystemResult<void> writeContainer(FileOps &ops, int file, ContainerWriter &writer);
+
 struct LoadedContainer {
     FileHeader header;
     ContainerKeys keys;

@@ -2,7 +2,10 @@
 
 #include "base/FileNames.h"
 #include "base/StagedFile.h"
+#include "qirtbase/FileRead.h"
 #include "qirtbase/FileSave.h"
+#include "qirtbase/KeptVersion.h"
+#include "qirtbase/StateFolder.h"
 
 #include <QDir>
 
@@ -23,10 +26,6 @@ QString absolutePath(const QString &path) {
     return path.startsWith(u'/') ? path : QDir::currentPath() + u'/' + path;
 }
 
-LoadErrorKind kindOf(SystemError error) {
-    return error.number == ENOENT || error.number == ENOTDIR ? LoadErrorKind::Missing : LoadErrorKind::Unreadable;
-}
-
 /// Whether a file could be put, or changed, where a path leads. Leaves no trace.
 bool takesFile(FileOps &ops, const QString &path) {
     const auto target = ResolvedPath::of(ops, systemPath(path));
@@ -37,7 +36,11 @@ bool takesFile(FileOps &ops, const QString &path) {
         return false;
     if (standing && !S_ISREG(standing->st_mode))
         return false;
-    return StagedFile::create(ops, target->folder.descriptor(), S_IRUSR | S_IWUSR).has_value();
+    if (StagedFile::create(ops, target->folder.descriptor(), S_IRUSR | S_IWUSR))
+        return true;
+    // A file that is there can be written in place.
+    return standing &&
+           OpenFile::openAt(ops, target->folder.descriptor(), target->name, O_RDWR | O_NOFOLLOW | O_NONBLOCK);
 }
 
 } // namespace
@@ -45,6 +48,8 @@ bool takesFile(FileOps &ops, const QString &path) {
 DatabaseFile::DatabaseFile(FileOps &ops, DatabaseFileOptions options)
     : m_ops(ops)
     , m_options(std::move(options)) {
+    if (m_options.stateFolder.isEmpty())
+        m_options.stateFolder = defaultStateFolder();
     m_header.generation = 0; // the first save makes it 1
 }
 
@@ -52,21 +57,9 @@ RandomSource &DatabaseFile::random() const {
     return m_options.random ? *m_options.random : RandomSource::system();
 }
 
-LoadResult<LoadedContainer> DatabaseFile::read(const QString &path, const QString &password) {
-    // Looked at before it is opened: opening a device may already do something.
-    const std::string name = systemPath(path);
-    const auto status = m_ops.statusAt(AT_FDCWD, name, FollowLinks::Yes);
-    if (!status)
-        return refused(kindOf(status.error()), systemErrorWords(status.error()));
-    if (S_ISDIR(status->st_mode))
-        return refused(LoadErrorKind::NotAFile, QStringLiteral("it is a folder"));
-    if (!S_ISREG(status->st_mode))
-        return refused(LoadErrorKind::NotAFile, QStringLiteral("it is a device, not a file"));
-    const auto file = OpenFile::openAt(m_ops, AT_FDCWD, name, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-    if (!file)
-        return refused(kindOf(file.error()),
-                       QStringLiteral("it cannot be opened: %1").arg(systemErrorWords(file.error())));
-    return readContainer(m_ops, file->descriptor(), password, m_options.limits, m_options.deriveKey);
+void DatabaseFile::tell(const QString &text) const {
+    if (m_options.notice)
+        m_options.notice(text);
 }
 
 LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &password) {
@@ -77,15 +70,22 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
     const auto reached = reachIgnoringCase(m_ops, path);
     if (!reached)
         return refused(LoadErrorKind::AmbiguousName, QStringLiteral("%1: %2").arg(path, reached.error().text));
-    auto container = read(*reached, password);
-    if (!container)
-        return refused(container.error().kind, QStringLiteral("%1: %2").arg(path, container.error().text));
+    auto read = readDatabaseFile(m_ops, {.path = *reached,
+                                         .password = password,
+                                         .limits = m_options.limits,
+                                         .deriveKey = m_options.deriveKey,
+                                         .stateFolder = m_options.stateFolder});
+    if (!read)
+        return refused(read.error().kind, QStringLiteral("%1: %2").arg(path, read.error().text));
     m_state = State::Ready;
     m_place = {path, absolutePath(*reached)};
-    m_header = std::move(container->header);
-    m_saveId = m_header.saveId;
-    m_keys = std::move(container->keys);
-    return std::move(container->body);
+    m_header = std::move(read->container.header);
+    m_ownSaveIds = {m_header.saveId};
+    m_torn = read->torn;
+    m_keys = std::move(read->container.keys);
+    for (const QString &notice : read->notices)
+        tell(QStringLiteral("%1: %2").arg(path, notice));
+    return std::move(read->container.body);
 }
 
 void DatabaseFile::fail() {
@@ -113,36 +113,72 @@ bool DatabaseFile::setFileName(const QString &path) {
     return true;
 }
 
-Result<void> DatabaseFile::save(QByteArrayView body) {
-    if (m_state != State::Ready || m_place.name.isEmpty())
-        return {};
-    const SaveOutcome outcome = FileSave(m_ops, random(),
-                                         {.name = m_place.name,
-                                          .path = m_place.path,
-                                          .header = m_header,
-                                          .expected = m_saveId,
-                                          .attempted = m_attemptedSaveId,
-                                          .replaceMeant = m_previousPlace.has_value(),
-                                          .keys = m_keys,
-                                          .body = body})
-                                    .run();
+SaveOutcome DatabaseFile::trySave(QByteArrayView body) {
+    SaveOutcome outcome = FileSave(m_ops, random(),
+                                   {.target = {.name = m_place.name,
+                                               .path = m_place.path,
+                                               .fileId = m_header.fileId,
+                                               .ownSaveIds = m_ownSaveIds,
+                                               .torn = m_torn,
+                                               .replaceMeant = m_previousPlace.has_value()},
+                                    .header = m_header,
+                                    .keys = m_keys,
+                                    .body = body,
+                                    .stateFolder = m_options.stateFolder})
+                              .run();
     if (outcome.published) {
         m_header = outcome.header;
-        m_saveId = m_header.saveId;
-        m_attemptedSaveId.reset();
+        m_ownSaveIds = {m_header.saveId};
+        m_torn = false;
         m_previousPlace.reset();
     } else if (m_previousPlace) {
         m_place = *m_previousPlace;
         m_previousPlace.reset();
     } else {
-        m_attemptedSaveId = outcome.header.saveId;
+        m_ownSaveIds.push_back(outcome.header.saveId); // it may stand there all the same
+        m_torn = m_torn || outcome.torn;
     }
-    if (m_options.notice)
-        for (const QString &notice : outcome.notices)
-            m_options.notice(notice);
+    for (const QString &notice : outcome.notices)
+        tell(notice);
+    return outcome;
+}
+
+Result<void> DatabaseFile::save(QByteArrayView body) {
+    if (m_state != State::Ready || m_place.name.isEmpty())
+        return {};
+    const SaveOutcome outcome = trySave(body);
     if (outcome.error)
         return tl::unexpected(*outcome.error);
     return {};
+}
+
+void DatabaseFile::saveAtRelease(QByteArrayView body) noexcept {
+    try {
+        if (m_state != State::Ready || m_place.name.isEmpty())
+            return;
+        const Place wanted = m_place;
+        const SaveOutcome outcome = trySave(body);
+        if (outcome.error && outcome.published)
+            tell(outcome.error->text);
+        else if (outcome.error)
+            rescue(wanted.name, outcome.error->text, body);
+    } catch (...) {
+        // Nobody is left to tell; a listener that throws is its own affair, and without memory nothing can be done.
+    }
+}
+
+void DatabaseFile::rescue(const QString &name, const QString &reason, QByteArrayView body) {
+    FileHeader header = m_header;
+    header.saveId = freshIdentifier(random());
+    if (header.fileId == FileIdentifier{})
+        header.fileId = freshIdentifier(random());
+    ContainerWriter writer(header, m_keys, body, random());
+    const auto rescued = writeRescueFile(m_ops, m_options.stateFolder, name, writer);
+    if (rescued)
+        tell(QStringLiteral("%1\n\nThe changes are kept in '%2'.").arg(reason, *rescued));
+    else
+        tell(QStringLiteral("%1\n\nThe changes could not be kept in '%2' either: %3")
+                 .arg(reason, m_options.stateFolder, systemErrorWords(rescued.error())));
 }
 
 Result<bool> DatabaseFile::opensWith(const QString &password) const {

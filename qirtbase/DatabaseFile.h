@@ -13,8 +13,11 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace qir {
+
+struct SaveOutcome;
 
 /// What a DatabaseFile is made with; the defaults are what people get.
 struct DatabaseFileOptions {
@@ -22,6 +25,7 @@ struct DatabaseFileOptions {
     ContainerLimits limits;                      ///< What a file may ask for while it is read.
     RandomSource *random = nullptr;              ///< Ids, salts, stream headers; null: the system's. Outlives the file.
     KeyDeriver deriveKey = deriveMasterKey;      ///< How passwords become keys.
+    QString stateFolder;                         ///< For safe copies and rescue files; "": the user's own.
     std::function<void(const QString &)> notice; ///< Called with what the user should know of a save that did succeed.
 };
 
@@ -46,6 +50,9 @@ public:
     void fail();
     /// A fresh instance becomes a new, open database without a name.
     void createNew();
+    /// True when what was loaded is not what stands in the file: what an interrupted save was to write. It should count
+    /// as changed.
+    bool needsSaving() const { return m_torn; }
     bool isFresh() const { return m_state == State::Fresh; }
     bool isReady() const { return m_state == State::Ready; }
 
@@ -61,6 +68,10 @@ public:
     /// the old one's place. Does nothing without a name. On failure the file on disk is the old one, whole, unless the
     /// text says otherwise; the instance may try again.
     Result<void> save(QByteArrayView body);
+
+    /// The last try: saves, and where that fails writes a whole rescue file into the state folder. What went wrong and
+    /// where the rescue file is goes to the notice. Throws nothing, asks nothing.
+    void saveAtRelease(QByteArrayView body) noexcept;
 
     /// True when the next save will be protected by a password.
     bool isProtected() const { return m_keys.isProtected(); }
@@ -78,18 +89,20 @@ private:
         QString path;
     };
 
-    LoadResult<LoadedContainer> read(const QString &path, const QString &password);
+    SaveOutcome trySave(QByteArrayView body);
+    void rescue(const QString &name, const QString &reason, QByteArrayView body);
     Result<bool> opensWith(const QString &password) const;
     RandomSource &random() const;
+    void tell(const QString &text) const;
 
     FileOps &m_ops;
     DatabaseFileOptions m_options;
     State m_state = State::Fresh;
     Place m_place;
-    std::optional<Place> m_previousPlace; // while a name set by setFileName() has not been saved under
-    FileHeader m_header;                  // of the version on disk
-    std::optional<FileIdentifier> m_saveId;
-    std::optional<FileIdentifier> m_attemptedSaveId;
+    std::optional<Place> m_previousPlace;     // while a name set by setFileName() has not been saved under
+    FileHeader m_header;                      // of the version on disk
+    std::vector<FileIdentifier> m_ownSaveIds; // what may stand there unless somebody else wrote; the first is known to
+    bool m_torn = false;                      // a write in place was cut short
     ContainerKeys m_keys;
 };
 

@@ -5,6 +5,7 @@
 #include "base/StagedFile.h"
 #include "qirtbase/Container.h"
 #include "qirtbase/RandomSource.h"
+#include "qirtbase/SaveTarget.h"
 
 #include <QByteArrayView>
 #include <QString>
@@ -16,77 +17,61 @@ namespace qir {
 
 /// What one save starts from.
 struct SaveRequest {
-    QString name;      ///< As the user knows the file; for texts.
-    QString path;      ///< Where it goes.
-    FileHeader header; ///< File id, generation, optional bits and extensions of the version that it follows.
-    std::optional<FileIdentifier>
-        expected; ///< The save id that stands there unless somebody else wrote; none: a new file.
-    std::optional<FileIdentifier> attempted; ///< One that an earlier save may have left there without learning it.
-    bool replaceMeant = false;               ///< The user has just chosen the name: whatever stands there gives way.
+    SaveExpectation target;
+    FileHeader header; ///< Generation, optional bits and extensions of the version that it follows.
     const ContainerKeys &keys;
     QByteArrayView body;
+    QString stateFolder; ///< For the safe copy of what is written in place.
 };
 
 /// What became of it. Even where there is an error the new version may stand in place: then `published` tells so.
 struct SaveOutcome {
     bool published = false;
+    bool torn = false; ///< The file may be a mixture now; its whole new version lies in the state folder.
     std::optional<Error> error;
     QStringList notices;
     FileHeader header; ///< Of the version written, or attempted.
 };
 
-/// Replaces a database file on disk by a new version, or leaves it whole as it was; never anything in between.
+/// Replaces a database file on disk by a new version, or leaves it whole as it was. Where it cannot be replaced it is
+/// written in place, with a whole copy of the new version safe elsewhere first.
 class FileSave {
 public:
     FileSave(FileOps &ops, RandomSource &random, SaveRequest request);
     SaveOutcome run();
 
 private:
-    /// What stands under the target's name.
-    struct Standing {
-        bool exists = false;
-        struct stat status {};
-        std::optional<FileHeader> header; ///< None when it is no database, or could not be read.
-        bool unreadable = false;          ///< The system did not let us look.
-    };
-
-    /// A step that failed, with the words for the user.
     using Step = Result<void>;
 
-    Step resolve();
-    Step checkConflict();
+    void chooseIdentity();
+    void makeWriter();
+    Step save();
+
+    Step replace();
     Step stage();
     Step write();
-    Step keepAttributes();
     Step readBack();
-    Step publish();
     Step publishNew();
     Step publishOver();
+    Step settle();
     void settleReplaced();
-    Step settleFolder();
-
-    Result<Standing> look(const std::string &name);
-    bool isOurs(const FileHeader &header) const;
-    void chooseIdentity();
     void keepAsConflictCopy(const QString &why);
 
-    tl::unexpected<Error> failed(const QString &reason) const;
-    tl::unexpected<Error> failed(SystemError error) const;
-    tl::unexpected<Error> conflict(const Standing &standing) const;
+    Step writeInPlace();
+    void forgetCopies(int file);
+    Step keepCopyElsewhere(int file);
+
+    /// A step failed in a way that says: this file cannot be replaced at all.
+    Step cannotReplace(SystemError error);
 
     FileOps &m_ops;
     RandomSource &m_random;
     SaveRequest m_request;
     SaveOutcome m_outcome;
-    std::optional<ResolvedPath> m_target;
-    Standing m_standing;
+    SaveTarget m_target;
     std::optional<ContainerWriter> m_writer;
     std::optional<StagedFile> m_staged;
+    bool m_replaceable = true;
 };
-
-/// The save ids that this process wrote, so that a conflict between two instances in it can be told from one with
-/// another program.
-void rememberOwnSave(const FileIdentifier &saveId);
-bool isOwnSave(const FileIdentifier &saveId);
 
 } // namespace qir

@@ -18,4 +18,11 @@ RandomSource &RandomSource::system() {
     return source;
 }
 
+FileIdentifier freshIdentifier(RandomSource &random) {
+    FileIdentifier id{};
+    while (id == FileIdentifier{})
+        random.fill(id);
+    return id;
+}
+
 } // namespace qir

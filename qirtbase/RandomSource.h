@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qirtbase/FileHeader.h"
+
 #include <span>
 
 namespace qir {
@@ -14,5 +16,8 @@ public:
     /// The operating system's generator.
     static RandomSource &system();
 };
+
+/// A new id; never all zeros, which means "none".
+FileIdentifier freshIdentifier(RandomSource &random);
 
 } // namespace qir

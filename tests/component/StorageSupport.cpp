@@ -106,12 +106,18 @@ LoadResult<LoadedContainer> readBytes(const QByteArray &bytes, const QString &pa
     return readContainer(ops, file.descriptor(), password, limits, derive);
 }
 
+QString testStateFolder() {
+    static const QuickFolder folder;
+    return folder.filePath(QStringLiteral("state"));
+}
+
 DatabaseFileOptions testOptions(RandomSource *random) {
     static const KeyDeriver derive = rememberingDeriver();
     DatabaseFileOptions options;
     options.costs = cheapCosts;
     options.random = random;
     options.deriveKey = derive;
+    options.stateFolder = testStateFolder();
     return options;
 }
 

@@ -53,6 +53,9 @@ private:
     QTemporaryDir m_folder;
 };
 
+/// Where testOptions() keep what outlives a session: one folder for a test program, gone with it.
+QString testStateFolder();
+
 /// Options for tests: cheap costs, fixed random numbers, remembered keys.
 DatabaseFileOptions testOptions(RandomSource *random = nullptr);
 

@@ -670,10 +670,10 @@ TEST_F(DatabaseFileTest, AnOldVersionThatCannotBeRemovedIsTold) {
 TEST_F(DatabaseFileTest, WhatDoesNotReadBackIsNotPublished) {
     const QString name = make(u"a.ddb"_s, "one");
     class : public ForwardingFileOps { // a disk that loses a bit on the way
-        SystemResult<std::size_t> doWrite(int file, QByteArrayView bytes) override {
+        SystemResult<std::size_t> doWriteAt(int file, QByteArrayView bytes, std::uint64_t offset) override {
             QByteArray changed = bytes.toByteArray();
             changed.back() = char(changed.back() ^ 1);
-            return ForwardingFileOps::doWrite(file, changed);
+            return ForwardingFileOps::doWriteAt(file, changed, offset);
         }
     } ops;
     DatabaseFile file(ops, testOptions());

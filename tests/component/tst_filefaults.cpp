@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <functional>
@@ -39,8 +41,13 @@ struct Scenario {
     std::function<bool(DatabaseFile &file, const QString &folder)> begin;
     bool saves = true;
     bool keepsOther = false; ///< Another program's version stood there and must still be somewhere.
+    bool inPlace = false;    ///< Written in place: what a later open shows counts.
     std::function<void(HookedFileOps &ops)> lacks = [](HookedFileOps &) {};
 };
+
+void PrintTo(const Scenario &scenario, std::ostream *out) {
+    *out << scenario.name;
+}
 
 const QByteArray oldBody = "the old version";
 const QByteArray newBody = QByteArray("the new version, which is longer than the old one was. ").repeated(4);
@@ -117,6 +124,40 @@ std::vector<Scenario> scenarios() {
         {.name = "SaveNewWithoutUnnamedFiles",
          .begin = [](DatabaseFile &file, const QString &folder) { return file.setFileName(folder + u"/a.ddb"_s); },
          .lacks = noUnnamed});
+    all.push_back(
+        {.name = "SaveAHardLinkedFile",
+         .before = old,
+         .prepare =
+             [](const QString &folder) {
+                 writeContent(folder + u"/a.ddb"_s, {});
+                 EXPECT_EQ(::link(systemPath(folder + u"/a.ddb"_s).c_str(), systemPath(folder + u"/b.ddb"_s).c_str()),
+                           0);
+             },
+         .begin = loadIt,
+         .inPlace = true});
+    all.push_back(
+        {.name = "SaveAnothersFile",
+         .before = containerBytes(oldBody, password),
+         .password = password,
+         .begin = [](DatabaseFile &file, const QString &folder) { return loads(file, folder + u"/a.ddb"_s, password); },
+         .inPlace = true,
+         .lacks =
+             [](HookedFileOps &ops) {
+                 ops.onCall = [](FileCall call, const std::string &) {
+                     return call == FileCall::SetMode ? std::optional(SystemError{EPERM}) : std::nullopt;
+                 };
+             }});
+    all.push_back({.name = "SaveInAFolderThatTakesNoFile",
+                   .before = old,
+                   .begin = loadIt,
+                   .inPlace = true,
+                   .lacks = [](HookedFileOps &ops) {
+                       ops.onOpenIn = [](const std::string &in, unsigned flags) {
+                           const bool makes = flags & O_CREAT || (flags & O_TMPFILE) == unsigned(O_TMPFILE);
+                           return makes && in.find("state") == std::string::npos ? std::optional(SystemError{EACCES})
+                                                                                 : std::nullopt;
+                       };
+                   }});
     return all;
 }
 
@@ -125,6 +166,12 @@ protected:
     static QByteArray bodyIn(const QByteArray &content, const QString &word) {
         const auto read = readBytes(content, word);
         return read ? read->body : QByteArray();
+    }
+
+    static DatabaseFileOptions optionsIn(const QString &folder) {
+        DatabaseFileOptions options = testOptions();
+        options.stateFolder = folder + u"/state"_s;
+        return options;
     }
 
     /// Runs the scenario with a fault; gives the number of calls made and whether the fault was met.
@@ -138,6 +185,11 @@ protected:
 void FileFaults::check(const Outcome &outcome, const QString &folder, const Fault &fault, bool removingFailed) {
     const Scenario &scenario = GetParam();
     std::ostringstream wrong;
+    if (scenario.inPlace) { // a file that was torn is completed by the next open
+        DatabaseFile reader(FileOps::system(), optionsIn(folder));
+        if (!reader.load(folder + u'/' + scenario.fileName, scenario.password))
+            wrong << "the file cannot be opened any more; ";
+    }
     const QByteArray content = contentOf(folder + u'/' + scenario.fileName);
     const QByteArray body = bodyIn(content, scenario.password);
     const bool isOld = scenario.before.isNull()
@@ -160,7 +212,7 @@ void FileFaults::check(const Outcome &outcome, const QString &folder, const Faul
     // Leftovers only where the user was told, where removing them failed, or where everything does.
     if (!fault.forever && !removingFailed)
         for (const QString &name : namesIn(folder))
-            if (name.startsWith(u".qir-"_s) && !outcome.notices.contains(name))
+            if (name.startsWith(u".qir-"_s) && !(outcome.notices + outcome.error.value_or(QString())).contains(name))
                 wrong << "a hidden file is left; ";
     // A short count and a single interruption are no failures.
     const bool harmless = fault.kind == Fault::Kind::ShortCount ||
@@ -185,7 +237,7 @@ std::pair<int, bool> FileFaults::run(const Fault &fault) {
     scenario.lacks(system);
     FailingFileOps ops(fault, system);
     Outcome outcome;
-    DatabaseFileOptions options = testOptions();
+    DatabaseFileOptions options = optionsIn(folder.path());
     options.notice = [&](const QString &text) { outcome.notices += text; };
     DatabaseFile file(ops, options);
     outcome.loaded = scenario.begin(file, folder.path());

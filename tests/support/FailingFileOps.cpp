@@ -30,6 +30,11 @@ SystemResult<int> HookedFileOps::doOpenAt(int folder, const std::string &name, i
     if (onOpen)
         if (const auto error = onOpen(unsigned(flags)))
             return tl::unexpected(*error);
+    if (onOpenIn) {
+        const auto path = under().readLinkAt(AT_FDCWD, "/proc/self/fd/" + std::to_string(folder));
+        if (const auto error = onOpenIn(path.value_or(std::string()), unsigned(flags)))
+            return tl::unexpected(*error);
+    }
     return ForwardingFileOps::doOpenAt(folder, name, flags, mode);
 }
 

@@ -56,20 +56,20 @@ public:
 
     explicit HookedFileOps(Hook hook, FileOps &under = FileOps::system())
         : ForwardingFileOps(under)
-        , m_hook(std::move(hook)) {}
+        , onCall(std::move(hook)) {}
 
-    FlagHook onOpen;   ///< Asked before an open, with its flags.
+    Hook onCall;     ///< Asked before each call.
+    FlagHook onOpen; ///< Asked before an open, with its flags.
+    /// Asked before an open, with the folder's path.
+    std::function<std::optional<SystemError>(const std::string &folder, unsigned flags)> onOpenIn;
     FlagHook onRename; ///< Asked before a renaming, with its flags.
 
 protected:
     std::optional<SystemError> before(FileCall call, const std::string &name) override {
-        return m_hook ? m_hook(call, name) : std::nullopt;
+        return onCall ? onCall(call, name) : std::nullopt;
     }
     SystemResult<int> doOpenAt(int folder, const std::string &name, int flags, mode_t mode) override;
     SystemResult<void> doRenameAt(int folder, const std::string &from, const std::string &to, unsigned flags) override;
-
-private:
-    Hook m_hook;
 };
 
 } // namespace qir

@@ -1,0 +1,43 @@
+#include "qirtbase/StateFolder.h"
+
+#include <QDir>
+
+#include <cerrno>
+
+namespace qir {
+
+namespace {
+
+constexpr mode_t privateFolder = 0700;
+
+} // namespace
+
+QString defaultStateFolder() {
+    const QString home = qEnvironmentVariable("XDG_STATE_HOME");
+    const QString base = home.startsWith(u'/') ? home : QDir::homePath() + QStringLiteral("/.local/state");
+    return base + QStringLiteral("/qir");
+}
+
+SystemResult<OpenFile> openStateFolder(FileOps &ops, const QString &stateFolder, const std::string &subfolder) {
+    const std::string path = systemPath(stateFolder) + '/' + subfolder;
+    auto opened = OpenFile::openAt(ops, AT_FDCWD, path, O_RDONLY | O_DIRECTORY);
+    if (opened || opened.error().number != ENOENT)
+        return opened;
+    for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
+        const auto made = ops.makeFolder(AT_FDCWD, path.substr(0, end), privateFolder);
+        // Folders further up may be there already, or not be ours to make: whether it is enough shows in the end.
+        if (end == std::string::npos) {
+            if (!made && made.error().number != EEXIST)
+                return tl::unexpected(made.error());
+            break;
+        }
+    }
+    return OpenFile::openAt(ops, AT_FDCWD, path, O_RDONLY | O_DIRECTORY);
+}
+
+std::string canonicalPath(FileOps &ops, const ResolvedPath &target) {
+    const auto folder = ops.readLinkAt(AT_FDCWD, "/proc/self/fd/" + std::to_string(target.folder.descriptor()));
+    return folder ? (*folder == "/" ? *folder : *folder + '/') + target.name : std::string();
+}
+
+} // namespace qir
