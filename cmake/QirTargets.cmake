@@ -50,7 +50,7 @@ function(qir_register_test name)
   # Test programs find the component where the build put it, whatever folder they stand in.
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT
-    "QT_QPA_PLATFORM=offscreen;QIR_COMPONENT_PATH=${QIR_COMPONENT_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+    "QT_QPA_PLATFORM=offscreen;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state;QIR_COMPONENT_PATH=${QIR_COMPONENT_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
 endfunction()
 
 # qir_benchmark(NAME SOURCES file... [LINK target...]): a Google Benchmark program; run by hand, never by ctest.

@@ -75,8 +75,7 @@ void clsQirDatabase::release() noexcept {
             undoGroup();
         if (!m_changed || m_file.fileName().isEmpty())
             return;
-        if (const Result<void> saved = m_file.save(encodeBody(m_database)); !saved)
-            Q_EMIT Notice(saved.error().text);
+        m_file.saveAtRelease(encodeBody(m_database));
     } catch (const std::exception &error) {
         try {
             Q_EMIT Notice(QString::fromUtf8(error.what()));
@@ -114,6 +113,7 @@ bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) 
     }
     m_database = std::move(*database);
     m_state = State::Open;
+    m_changed = m_file.needsSaving();
     return true;
 }
 
