@@ -10,8 +10,8 @@
 
 #include <QAction>
 #include <QLabel>
-#include <QTemporaryDir>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>

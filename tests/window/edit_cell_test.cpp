@@ -1,0 +1,388 @@
+#include "tests/window/EditSupport.h"
+
+#include <QHeaderView>
+#include <QInputMethodEvent>
+#include <QScrollBar>
+#include <QToolTip>
+#include <QWheelEvent>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TableOfTexts pumps() {
+    return {u"Pumps"_s,
+            {{u"Speed"_s, FieldType::Long, {u"1200"_s, u"900"_s, u"60"_s}},
+             {u"Name"_s, FieldType::Text, {u"Main"_s, u"Spare"_s, u"Test"_s}, 20},
+             {u"Ratio"_s, FieldType::Double, {u"0.5"_s, u"1.5"_s, u"2.25"_s}}}};
+}
+
+TableOfTexts valves() {
+    return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s, u"0"_s}}}};
+}
+
+/// A table that needs scrolling both ways.
+TableOfTexts large(int records = 200, int fields = 30) {
+    TableOfTexts table{u"Large"_s, {}};
+    for (int f = 1; f <= fields; ++f) {
+        QStringList texts;
+        for (int r = 1; r <= records; ++r)
+            texts.append(QString::number(r * 100 + f));
+        table.fields.push_back({u"Field%1"_s.arg(f), FieldType::Long, texts});
+    }
+    return table;
+}
+
+/// Where an editor has to stand: over the part of the current cell that shows, in the coordinates of the pane's frame.
+QRect currentCell(EditorFixture &fixture, int pane) {
+    const Grid &grid = fixture.grid(pane);
+    const QRect cell = grid.visualRect(grid.model()->index(grid.Row() - 1, grid.Col() - 1)) & grid.viewport()->rect();
+    return cell.translated(grid.viewport()->mapTo(grid.parentWidget(), QPoint()));
+}
+
+} // namespace
+
+/// Editing a cell in place through the real window: when the editor opens and ends, where it stands, what it writes.
+class EditCellTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_files = std::make_unique<EditFiles>(); }
+
+    void aDoubleClickOpensAYellowEditorExactlyOverTheCell() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        doubleClickCell(fixture, 0, 2, 2);
+        QVERIFY(editing(fixture, 0));
+        const QLineEdit &editor = editorOf(fixture, 0);
+        QCOMPARE(editor.text(), u"Spare"_s);
+        QCOMPARE(editor.cursorPosition(), 5);
+        QVERIFY(!editor.hasSelectedText());
+        QCOMPARE(editor.geometry(), currentCell(fixture, 0));
+        QCOMPARE(editor.palette().color(QPalette::Base), QColor(255, 255, 0));
+        QCOMPARE(editor.palette().color(QPalette::Text), QColor(Qt::black));
+        QCOMPARE(editor.font().family(), fixture.grid(0).font().family());
+        QCOMPARE(editor.font().pointSizeF(), fixture.grid(0).font().pointSizeF());
+        QVERIFY(editor.hasFocus());
+        QCOMPARE(fixture.state().RigaEdit, 2);
+        QCOMPARE(fixture.state().ColonnaEdit, 2);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void enterOnTheGridOpensTheEditorAndOtherKeysDoNot() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 1, 2);
+        QTest::keyClicks(&fixture.grid(0), u"x1 "_s);
+        QTest::keyClick(&fixture.grid(0), Qt::Key_F2);
+        QVERIFY(!editing(fixture, 0));
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        QVERIFY(editing(fixture, 0));
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 2), u"Main"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void enterOnTheNumberBlockDoesTheSame() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 1, 2);
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Enter, Qt::KeypadModifier);
+        QVERIFY(editing(fixture, 0));
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Enter, Qt::KeypadModifier);
+        QVERIFY(!editing(fixture, 0));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aDoubleClickOnAColumnHeaderOpensNoEditorAndEndsAnOpenOne() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        QWidget *header = fixture.grid(0).horizontalHeader()->viewport();
+        QTest::mouseDClick(header, Qt::LeftButton, Qt::NoModifier, headerCentre(fixture, 0, 2));
+        QVERIFY(!editing(fixture, 0));
+        doubleClickCell(fixture, 0, 1, 1);
+        QVERIFY(editing(fixture, 0));
+        QTest::mouseDClick(header, Qt::LeftButton, Qt::NoModifier, headerCentre(fixture, 0, 1));
+        QVERIFY(!editing(fixture, 0));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void enterWithThePointerOverTheHeaderRowOpensNoEditor() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 1, 1);
+        const QWidget *header = fixture.grid(0).horizontalHeader()->viewport();
+        QCursor::setPos(header->mapToGlobal(headerCentre(fixture, 0, 2)));
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        QVERIFY(!editing(fixture, 0));
+        QCursor::setPos(fixture.list(0).viewport()->mapToGlobal(QPoint(5, 5)));
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        QVERIFY(editing(fixture, 0));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void everyKeystrokeIsWritten() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 3, 1);
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Backspace);
+        QCOMPARE(stored(fixture, 0, 3, 1), QVariant(6.0));
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Backspace);
+        QCOMPARE(stored(fixture, 0, 3, 1), QVariant(0.0));
+        for (const auto &[key, value] : {std::pair{'1', 1.0}, std::pair{'2', 12.0}, std::pair{'3', 123.0}}) {
+            QTest::keyClick(&editorOf(fixture, 0), key);
+            QCOMPARE(stored(fixture, 0, 3, 1).toDouble(), value);
+        }
+        QCOMPARE(fixture.grid(0).TextMatrix(3, 1), u"123"_s);
+        QCOMPARE(fixture.editor().TestiCelle(0).at(1, 3), u"123"_s);
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void deletingAllTextWritesNothingAsANumber() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 1, 1);
+        retype(fixture, 0, QString());
+        QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 0.0);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 1), QString());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theGridShowsWhatWasTypedAndTheComponentHoldsItsLeadingNumber() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
+        edit(fixture, 0, 1, 1, u"12abc"_s);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"12abc"_s);
+        QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 12.0);
+        edit(fixture, 0, 1, 3, u"3,5"_s);
+        QCOMPARE(stored(fixture, 0, 1, 3).toDouble(), 3.0);
+        // A reload shows what is held.
+        fixture.clickLine(0, 1);
+        fixture.clickLine(0, 0);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"12"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void enterInTheEditorEndsItKeepsTheTextAndReturnsTheFocus() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        edit(fixture, 0, 2, 2, u"Backup"_s);
+        QVERIFY(!editing(fixture, 0));
+        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.state().ColonnaEdit, -1);
+        QVERIFY(fixture.grid(0).hasFocus());
+        QCOMPARE(fixture.grid(0).TextMatrix(2, 2), u"Backup"_s);
+        QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"Backup"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void escapeInTheEditorDoesNothingSpecial() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 2, 2);
+        QTest::keyClicks(&editorOf(fixture, 0), u"!"_s);
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Escape);
+        QVERIFY(editing(fixture, 0));
+        QCOMPARE(editorOf(fixture, 0).text(), u"Spare!"_s);
+        QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"Spare!"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anEditThatChangesNothingWritesNothing() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 3, 3);
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Home);
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Return);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aTextOfAnyLengthIsEditedWhole() {
+        const QString text(40000, u'x');
+        const TableOfTexts table{u"Notes"_s, {{u"Note"_s, FieldType::Text, {text}, 65535}}};
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
+        beginEdit(fixture, 0, 1, 1);
+        QCOMPARE(editorOf(fixture, 0).text().size(), 40000);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QTest::keyClicks(&editorOf(fixture, 0), u"y"_s);
+        QCOMPARE(stored(fixture, 0, 1, 1).toString(), text + u'y');
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void lineEndsInATextStayWhileItIsEdited() {
+        const TableOfTexts table{u"Notes"_s, {{u"Note"_s, FieldType::Text, {u"one\ntwo\tthree\r\n"_s}}}};
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
+        beginEdit(fixture, 0, 1, 1);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QTest::keyClicks(&editorOf(fixture, 0), u"."_s);
+        QCOMPARE(stored(fixture, 0, 1, 1).toString(), u"one\ntwo\tthree\r\n."_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anInputMethodComposesInTheEditorAndItsCommitIsWritten() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 1, 2);
+        retype(fixture, 0, QString());
+        QVERIFY(editorOf(fixture, 0).testAttribute(Qt::WA_InputMethodEnabled));
+        QInputMethodEvent composing(u"ni"_s, {});
+        QApplication::sendEvent(&editorOf(fixture, 0), &composing);
+        QCOMPARE(stored(fixture, 0, 1, 2).toString(), QString());
+        QInputMethodEvent committed;
+        committed.setCommitString(u"\u4f60"_s);
+        QApplication::sendEvent(&editorOf(fixture, 0), &committed);
+        QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"\u4f60"_s);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 2), u"\u4f60"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void movingToAnotherCellEndsTheEdit() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 1, 1);
+        fixture.clickCell(0, 2, 2);
+        QVERIFY(!editing(fixture, 0));
+        QCOMPARE(fixture.state().RigaEdit, -1);
+        // The cell that became current is not written to by keys meant for the editor.
+        QTest::keyClicks(&fixture.grid(0), u"5"_s);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void loadingATableDropsTheEdit() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
+        beginEdit(fixture, 0, 3, 2);
+        fixture.clickLine(0, 1);
+        QVERIFY(!editing(fixture, 0));
+        QCOMPARE(fixture.state().RigaEdit, -1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void scrollingByTheWheelEndsTheEditAndMovesTheCurrentCellToTheTopLeft() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        beginEdit(fixture, 0, 3, 2);
+        wheel(fixture, 0, -120);
+        Grid &grid = fixture.grid(0);
+        QVERIFY(!editing(fixture, 0));
+        QVERIFY(grid.TopRow() > 1);
+        QCOMPARE(grid.selection(), singleCell(grid.TopRow(), grid.LeftCol()));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void scrollingByTheBarEndsTheEditEvenAtTheTopLeftCell() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        beginEdit(fixture, 0, 1, 1);
+        fixture.grid(0).horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+        QVERIFY(!editing(fixture, 0));
+        QCOMPARE(fixture.grid(0).selection(), singleCell(1, fixture.grid(0).LeftCol()));
+        QVERIFY(fixture.grid(0).LeftCol() > 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void openingTheEditorBringsItsCellIntoView() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        Grid &grid = fixture.grid(0);
+        fixture.clickCell(0, 1, 1);
+        grid.setTopRow(150);
+        grid.setLeftCol(20);
+        QTest::keyClick(&grid, Qt::Key_Return);
+        QVERIFY(editing(fixture, 0));
+        QCOMPARE(grid.selection(), singleCell(1, 1));
+        QCOMPARE(grid.TopRow(), 1);
+        QCOMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        QVERIFY(!editorOf(fixture, 0).geometry().isEmpty());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theEditorIsCutToTheAreaOfTheCells() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        Grid &grid = fixture.grid(0);
+        grid.setColWidth(2, 60000);
+        doubleClickCell(fixture, 0, 1, 2);
+        const QRect area = grid.viewport()->rect().translated(grid.viewport()->mapTo(grid.parentWidget(), QPoint()));
+        QVERIFY(area.contains(editorOf(fixture, 0).geometry()));
+        QCOMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theEditorFollowsItsCellWhenTheWindowOrTheColumnsChange() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        const int last = fixture.grid(0).Rows() - 1;
+        beginEdit(fixture, 0, last, 2);
+        fixture.window().resize(fixture.window().width() - 150, fixture.window().height() - 200);
+        QTRY_COMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        QVERIFY(!editorOf(fixture, 0).geometry().isEmpty());
+        fixture.grid(0).setColWidth(1, 6000);
+        QTRY_COMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        fixture.choose(Command::ColumnSizeAdjust);
+        QTRY_COMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        QVERIFY(editing(fixture, 0));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void rowsAndColumnsCannotBeResizedUnderTheEditor() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        QVERIFY(fixture.grid(0).userResizing());
+        beginEdit(fixture, 0, 1, 1);
+        QVERIFY(!fixture.grid(0).userResizing());
+        QCOMPARE(fixture.grid(0).horizontalHeader()->sectionResizeMode(0), QHeaderView::Fixed);
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Return);
+        QVERIFY(fixture.grid(0).userResizing());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aClickOnAColumnOfATextFieldEnablesItsResizing() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 1, 2);
+        QVERIFY(fixture.action(Command::ResizeTextField).isEnabled());
+        fixture.clickCell(0, 1, 3);
+        QVERIFY(!fixture.action(Command::ResizeTextField).isEnabled());
+        QTest::mouseClick(fixture.grid(0).horizontalHeader()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          headerCentre(fixture, 0, 2));
+        QVERIFY(fixture.action(Command::ResizeTextField).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void keysMoveTheCurrentCellAndExtendTheSelection() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        Grid &grid = fixture.grid(0);
+        fixture.clickCell(0, 2, 2);
+        QTest::keyClick(&grid, Qt::Key_Down);
+        QTest::keyClick(&grid, Qt::Key_Right);
+        QCOMPARE(grid.selection(), singleCell(3, 3));
+        QTest::keyClick(&grid, Qt::Key_End, Qt::ControlModifier);
+        QCOMPARE(grid.selection(), singleCell(200, 30));
+        QVERIFY(!grid.cellRectangle().isEmpty());
+        QTest::keyClick(&grid, Qt::Key_Up, Qt::ShiftModifier);
+        QCOMPARE(grid.selection(), (GridSelection{200, 30, 199, 30}));
+        QTest::keyClick(&grid, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(grid.selection(), (GridSelection{1, 1, 200, 30}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aCutOffTextIsShownWholeAsToolTip() {
+        const QString text = u"a text much longer than its column"_s;
+        const TableOfTexts table{u"Notes"_s, {{u"Note"_s, FieldType::Text, {text, u"short"_s}}}};
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
+        Grid &grid = fixture.grid(0);
+        grid.setColWidth(1, 900);
+        pointAt(fixture, 1, 1);
+        QVERIFY(QToolTip::isVisible());
+        QCOMPARE(QToolTip::text(), text);
+        pointAt(fixture, 2, 1);
+        QTRY_VERIFY(!QToolTip::isVisible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+private:
+    static void wheel(EditorFixture &fixture, int pane, int angle) {
+        QWidget *viewport = fixture.grid(pane).viewport();
+        const QPointF middle = viewport->rect().center();
+        QWheelEvent event(middle, viewport->mapToGlobal(middle), QPoint(), QPoint(0, angle), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(viewport, &event);
+    }
+
+    /// The pointer rests on a cell.
+    static void pointAt(EditorFixture &fixture, int row, int column) {
+        QWidget *viewport = fixture.grid(0).viewport();
+        const QPoint place = cellCentre(fixture, 0, row, column);
+        QHelpEvent event(QEvent::ToolTip, place, viewport->mapToGlobal(place));
+        QApplication::sendEvent(viewport, &event);
+    }
+
+    std::unique_ptr<EditFiles> m_files;
+};
+
+QTEST_MAIN(EditCellTest)
+#include "edit_cell_test.moc"
