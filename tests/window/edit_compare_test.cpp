@@ -1,0 +1,276 @@
+#include "tests/window/EditSupport.h"
+
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QWheelEvent>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TableOfTexts numbers(const QString &name, const QStringList &texts) {
+    return {name, {{u"Value"_s, FieldType::Long, texts}, {u"Note"_s, FieldType::Text, QStringList(texts.size())}}};
+}
+
+TableOfTexts wide(int records, int fields) {
+    TableOfTexts table{u"Wide"_s, {}};
+    for (int f = 1; f <= fields; ++f) {
+        QStringList texts;
+        for (int r = 1; r <= records; ++r)
+            texts.append(QString::number(r * 100 + f));
+        table.fields.push_back({u"Field%1"_s.arg(f), FieldType::Long, texts});
+    }
+    return table;
+}
+
+} // namespace
+
+/// Editing with two databases side by side: marks of differing cells, and two grids that go together.
+class EditCompareTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_files = std::make_unique<EditFiles>(); }
+
+    void anEditThatMakesACellEqualClearsItsMarkAndTheTablesMarker() {
+        EditorFixture fixture;
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"3"_s})});
+        QCOMPARE(fixture.lines(0), QStringList({u"T !"_s}));
+        QCOMPARE(redCells(fixture, 0), QStringList({u"2,1"_s}));
+        edit(fixture, 0, 2, 1, u"3"_s);
+        QCOMPARE(redCells(fixture, 0), QStringList());
+        QCOMPARE(redCells(fixture, 1), QStringList());
+        QCOMPARE(fixture.lines(0), QStringList({u"T"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"T"_s}));
+        QCOMPARE(fixture.state().CelleDiverse.count(), 0U);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anEditThatMakesACellDifferMarksItInBothGridsAndBothLists() {
+        EditorFixture fixture;
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"2"_s})});
+        QCOMPARE(fixture.lines(0), QStringList({u"T"_s}));
+        edit(fixture, 1, 1, 1, u"7"_s);
+        QCOMPARE(redCells(fixture, 0), QStringList({u"1,1"_s}));
+        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s}));
+        QCOMPARE(fixture.lines(0), QStringList({u"T !"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"T !"_s}));
+        QVERIFY(fixture.state().CelleDiverse.at(1, 1));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theTablesMarkerStaysWhileAnotherCellDiffers() {
+        EditorFixture fixture;
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"5"_s, u"6"_s})});
+        edit(fixture, 0, 1, 1, u"5"_s);
+        QCOMPARE(redCells(fixture, 0), QStringList({u"2,1"_s}));
+        QCOMPARE(fixture.lines(0), QStringList({u"T !"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void cellsAreComparedByTheirTextsWhileOneTypes() {
+        EditorFixture fixture;
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s})}, {numbers(u"T"_s, {u"1"_s})});
+        beginEdit(fixture, 0, 1, 1);
+        retype(fixture, 0, u"1x"_s);
+        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s})); // though both hold 1
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Backspace);
+        QCOMPARE(redCells(fixture, 1), QStringList());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aCellBeyondTheOtherTableAlwaysDiffers() {
+        EditorFixture fixture;
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s, u""_s})}, {numbers(u"T"_s, {u"1"_s, u"2"_s})});
+        edit(fixture, 0, 3, 2, u"x"_s);
+        edit(fixture, 0, 3, 2, QString());
+        QCOMPARE(redCells(fixture, 0), QStringList({u"3,1"_s, u"3,2"_s}));
+        QCOMPARE(redCells(fixture, 1), QStringList());
+        QCOMPARE(fixture.lines(0), QStringList({u"T !"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void nothingIsMarkedWhileTheOtherDatabaseLacksTheTable() {
+        EditorFixture fixture;
+        openBoth(fixture, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s})}, {numbers(u"B"_s, {u"9"_s})});
+        fixture.clickLine(0, 1);
+        fixture.clickLine(0, 0); // the other grid still holds B
+        QCOMPARE(fixture.lines(1).first(), u"A ?"_s);
+        edit(fixture, 0, 1, 1, u"4"_s);
+        QCOMPARE(redCells(fixture, 0), QStringList());
+        QCOMPARE(fixture.lines(0).first(), u"A"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void openingAnEditorEndsTheOneInTheOtherPane() {
+        EditorFixture fixture;
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"2"_s})});
+        beginEdit(fixture, 0, 1, 1);
+        doubleClickCell(fixture, 1, 1, 1);
+        QVERIFY(!editing(fixture, 0));
+        QVERIFY(editing(fixture, 1));
+        QVERIFY(editorOf(fixture, 1).hasFocus());
+        QVERIFY(fixture.grid(0).userResizing());
+        QTest::keyClicks(&editorOf(fixture, 1), u"5"_s);
+        QCOMPARE(stored(fixture, 1, 1, 1).toDouble(), 15.0);
+        QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 1.0);
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void typingMakesThePaneOfTheEditorActive() {
+        EditorFixture fixture;
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s})}, {numbers(u"T"_s, {u"1"_s})});
+        beginEdit(fixture, 0, 1, 1);
+        fixture.activate(1); // the edit goes on
+        QVERIFY(editing(fixture, 0));
+        editorOf(fixture, 0).setFocus();
+        QTest::keyClicks(&editorOf(fixture, 0), u"5"_s);
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 15.0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOtherGridTakesTheSelection() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
+        selectBlock(fixture, 0, {3, 2, 5, 4});
+        QCOMPARE(fixture.grid(1).selection(), (GridSelection{3, 2, 5, 4}));
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Down, Qt::ShiftModifier);
+        QCOMPARE(fixture.grid(1).selection(), (GridSelection{3, 2, 6, 4}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOtherGridTakesOnlyWhatItIsLargeEnoughFor() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(20, 6)}, {wide(4, 3)});
+        selectBlock(fixture, 0, {3, 2, 10, 5});
+        QCOMPARE(fixture.grid(1).selection(), (GridSelection{3, 2, 3, 2}));
+        fixture.clickCell(0, 9, 1);
+        QCOMPARE(fixture.grid(1).selection(), (GridSelection{3, 1, 3, 1}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theFollowingGridRaisesNothing() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        Grid &follower = fixture.grid(1);
+        QSignalSpy leave(&follower, &Grid::LeaveCell);
+        QSignalSpy change(&follower, &Grid::SelChange);
+        QSignalSpy scroll(&follower, &Grid::Scroll);
+        fixture.clickCell(0, 5, 5);
+        QTest::keyClick(&fixture.grid(0), Qt::Key_End, Qt::ControlModifier);
+        wheel(fixture, 0, 120);
+        QCOMPARE(leave.count() + change.count() + scroll.count(), 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOtherGridScrollsAlong() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        wheel(fixture, 0, -360);
+        QVERIFY(fixture.grid(0).TopRow() > 1);
+        QCOMPARE(fixture.grid(1).TopRow(), fixture.grid(0).TopRow());
+        QCOMPARE(fixture.grid(1).selection(), fixture.grid(0).selection());
+        fixture.grid(1).horizontalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+        QVERIFY(fixture.grid(1).LeftCol() > 1);
+        QCOMPARE(fixture.grid(0).LeftCol(), fixture.grid(1).LeftCol());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOtherGridFollowsAKeyThatScrolls() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        fixture.clickCell(0, 1, 1);
+        for (int key = 0; key < 5; ++key) {
+            QTest::keyClick(&fixture.grid(0), Qt::Key_PageDown);
+            QCOMPARE(fixture.grid(1).TopRow(), fixture.grid(0).TopRow());
+        }
+        QTest::keyClick(&fixture.grid(0), Qt::Key_End);
+        QCOMPARE(fixture.grid(1).LeftCol(), fixture.grid(0).LeftCol());
+        QVERIFY(fixture.grid(0).TopRow() > 1);
+        QVERIFY(fixture.grid(0).LeftCol() > 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOtherGridFollowsWhenTheEditorsCellIsBroughtIntoView() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        fixture.clickCell(0, 1, 1);
+        fixture.grid(0).setTopRow(200);
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        QCOMPARE(fixture.grid(0).TopRow(), 1);
+        QCOMPARE(fixture.grid(1).TopRow(), 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anEditInTheFollowingGridEnds_data() {
+        QTest::addColumn<bool>("byScrolling");
+        QTest::newRow("the other grid scrolls") << true;
+        QTest::newRow("another cell becomes current in the other grid") << false;
+    }
+
+    void anEditInTheFollowingGridEnds() {
+        QFETCH(const bool, byScrolling);
+        EditorFixture fixture;
+        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        beginEdit(fixture, 1, 2, 2);
+        if (byScrolling)
+            wheel(fixture, 0, -120);
+        else
+            fixture.clickCell(0, 4, 4);
+        QVERIFY(!editing(fixture, 1));
+        QCOMPARE(fixture.state().RigaEdit, -1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void oneOpenDatabaseMirrorsNothing() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {wide(20, 6)}));
+        const GridSelection before = fixture.grid(1).selection();
+        selectBlock(fixture, 0, {3, 2, 5, 4});
+        QCOMPARE(fixture.grid(1).selection(), before);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void switchingToOnePaneEndsAnEdit() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
+        beginEdit(fixture, 1, 2, 2);
+        fixture.choose(Command::OneMenu);
+        QVERIFY(!editing(fixture, 1));
+        QCOMPARE(fixture.state().RigaEdit, -1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+private:
+    void openBoth(EditorFixture &fixture, const std::vector<TableOfTexts> &left,
+                  const std::vector<TableOfTexts> &right) {
+        fixture.openBoth(m_files->make(u"LEFT.DDB"_s, left), m_files->make(u"RIGHT.DDB"_s, right));
+    }
+
+    static void wheel(EditorFixture &fixture, int pane, int angle) {
+        QWidget *viewport = fixture.grid(pane).viewport();
+        const QPointF middle = viewport->rect().center();
+        QWheelEvent event(middle, viewport->mapToGlobal(middle), QPoint(), QPoint(0, angle), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(viewport, &event);
+    }
+
+    /// The red cells of a grid as "row,column".
+    static QStringList redCells(EditorFixture &fixture, int pane) {
+        QStringList cells;
+        const Grid &grid = fixture.grid(pane);
+        for (int r = 1; r < grid.Rows(); ++r)
+            for (int c = 1; c < grid.Cols(); ++c)
+                if (grid.CellBackColor(r, c) == CellColour::Red)
+                    cells.append(u"%1,%2"_s.arg(r).arg(c));
+        return cells;
+    }
+
+    std::unique_ptr<EditFiles> m_files;
+};
+
+QTEST_MAIN(EditCompareTest)
+#include "edit_compare_test.moc"
