@@ -1,0 +1,171 @@
+#include "tests/tools/fake/FakeControl.h"
+#include "tests/window/EditSupport.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TableOfTexts pumps() {
+    return {u"Pumps"_s,
+            {{u"Speed"_s, FieldType::Long, {u"1200"_s, u"900"_s, u"60"_s}},
+             {u"Name"_s, FieldType::Text, {u"Main"_s, u"Spare"_s, u"Test"_s}, 20}}};
+}
+
+TableOfTexts valves() {
+    return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s, u"0"_s}}}};
+}
+
+/// The calls that a component got, each as "member argument argument".
+QStringList calls(const UseFake &fake, int instance = 0) {
+    QStringList lines;
+    for (const FakeCall &call : fake->log()) {
+        if (instance != 0 && call.instance != instance)
+            continue;
+        QString line = call.member;
+        for (const QVariant &argument : call.arguments)
+            line += u' ' + argument.toString();
+        lines.append(line);
+    }
+    return lines;
+}
+
+} // namespace
+
+/// What an edit asks of the component, call by call.
+class EditCallsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_files = std::make_unique<EditFiles>(); }
+
+    void eachKeystrokeChoosesTheRecordAsksForTheTypeAndWritesTheValue() {
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 3, 1);
+        for (const auto &[key, value] : {std::pair{'1', u"601"_s}, std::pair{'2', u"6012"_s}}) {
+            fake->clearLog();
+            QTest::keyClick(&editorOf(fixture, 0), key);
+            QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 3"_s, u"QIRTableFieldType 1"_s,
+                                               u"QIRTableRecordSetByIndex 1 "_s + value}));
+            QCOMPARE(fake->log().last().arguments[1].typeId(), static_cast<int>(QMetaType::Double));
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aTextFieldGetsTheTextItself() {
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 2, 2);
+        fake->clearLog();
+        QTest::keyClick(&editorOf(fixture, 0), '1');
+        QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 2"_s, u"QIRTableFieldType 2"_s,
+                                           u"QIRTableRecordSetByIndex 2 Spare1"_s}));
+        QCOMPARE(fake->log().last().arguments[1].typeId(), static_cast<int>(QMetaType::QString));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theCellIsReachedByItsRowAndColumnData() {
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 2, 2);
+        fixture.grid(0).setRowData(2, 3);
+        fixture.grid(0).setColData(2, 1);
+        fake->clearLog();
+        QTest::keyClick(&editorOf(fixture, 0), '7');
+        QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 3"_s, u"QIRTableFieldType 1"_s,
+                                           u"QIRTableRecordSetByIndex 1 0"_s}));
+    }
+
+    void openingAndClosingTheEditorAsksNothingOfTheComponent() {
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 2, 2);
+        fake->clearLog();
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Left);
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Return);
+        QCOMPARE(calls(fake), QStringList());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theShownTableIsMadeCurrentBeforeAWrite() {
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
+        beginEdit(fixture, 0, 1, 1);
+        // As marking tables does.
+        makeTableCurrent(fixture.editor(), 0, u"Valves"_s);
+        fake->clearLog();
+        QTest::keyClick(&editorOf(fixture, 0), '5');
+        QCOMPARE(calls(fake).value(0), u"QIRTableRecordSource Pumps"_s);
+        QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 12005.0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aKeystrokeAsksNothingOfTheOtherComponent() {
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.openBoth(m_files->make(u"A.DDB"_s, {pumps()}), m_files->make(u"B.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 1, 1);
+        fake->clearLog();
+        QTest::keyClick(&editorOf(fixture, 0), '5');
+        QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 1"_s, u"QIRTableFieldType 1"_s,
+                                           u"QIRTableRecordSetByIndex 1 12005"_s}));
+        QCOMPARE(fixture.grid(1).CellBackColor(1, 1), CellColour::Red);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aKeystrokeCostsAsManyCallsInALongTable() {
+        const UseFake fake;
+        TableOfTexts large{u"Large"_s, {{u"N"_s, FieldType::Long, {}}}};
+        for (int r = 1; r <= 2000; ++r)
+            large.fields[0].texts.append(QString::number(r));
+        EditorFixture fixture;
+        fixture.openBoth(m_files->make(u"A.DDB"_s, {large}), m_files->make(u"B.DDB"_s, {large}));
+        beginEdit(fixture, 0, 1000, 1);
+        fake->clearLog();
+        QTest::keyClick(&editorOf(fixture, 0), '5');
+        QCOMPARE(fake->log().size(), 3);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anErrorOfTheComponentIsShownAndTheEditGoesOn() {
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 1, 1);
+        fake->failOn(u"QIRTableRecordSetByIndex"_s, u"The disk is on fire."_s);
+        fixture.dialogs().expectMessage(u"The disk is on fire."_s, u"QIR Database Editor"_s, u"OK"_s);
+        QTest::keyClick(&editorOf(fixture, 0), '5');
+        fake->stopFailing();
+        QCOMPARE(fixture.dialogs().answered(), 1);
+        QVERIFY(editing(fixture, 0));
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"12005"_s);
+        QTest::keyClick(&editorOf(fixture, 0), '6');
+        QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 120056.0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aPasteWritesTheWholeGridAsOneGroup() {
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 2, 2);
+        QGuiApplication::clipboard()->setText(u"x"_s);
+        fake->clearLog();
+        QTest::keyClick(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(fake->calls(u"BeginChanges"_s), 1);
+        QCOMPARE(fake->calls(u"EndChanges"_s), 1);
+        QCOMPARE(fake->calls(u"CancelChanges"_s), 0);
+        QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"x"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+private:
+    std::unique_ptr<EditFiles> m_files;
+};
+
+QTEST_MAIN(EditCallsTest)
+#include "edit_calls_test.moc"

@@ -1,0 +1,258 @@
+#include "tests/window/EditSupport.h"
+
+#include <QContextMenuEvent>
+#include <QMenu>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TableOfTexts pumps(int records, int extraFields = 0) {
+    QStringList speeds;
+    QStringList names;
+    for (int r = 1; r <= records; ++r) {
+        speeds.append(QString::number(r * 10));
+        names.append(u"Pump %1"_s.arg(r));
+    }
+    TableOfTexts table{u"Pumps"_s, {{u"Speed"_s, FieldType::Long, speeds}, {u"Name"_s, FieldType::Text, names}}};
+    for (int f = 1; f <= extraFields; ++f)
+        table.fields.push_back({u"Extra%1"_s.arg(f), FieldType::Byte, speeds});
+    return table;
+}
+
+TableOfTexts named(TableOfTexts table, const QString &name) {
+    table.name = name;
+    return table;
+}
+
+} // namespace
+
+/// The grids' pop-up menus: which one opens, and what it offers.
+class EditPopupTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_files = std::make_unique<EditFiles>(); }
+
+    void theRightButtonOnARecordCellOpensTheRecordPopup() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        rightPressCell(fixture, 0, 2, 2);
+        QVERIFY(recordPopup(fixture).isVisible());
+        QVERIFY(!fieldPopup(fixture).isVisible());
+        QCOMPARE(fixture.state().IndexOrigine, 0);
+        QCOMPARE(fixture.state().IndexDestinazione, 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theRightButtonOnAHeaderOpensTheFieldPopupAndMakesItsColumnCurrent() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        fixture.clickCell(0, 3, 1);
+        rightPressHeader(fixture, 0, 2);
+        QVERIFY(fieldPopup(fixture).isVisible());
+        QVERIFY(!recordPopup(fixture).isVisible());
+        QCOMPARE(fixture.grid(0).selection(), singleCell(3, 2));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOtherButtonsOpenNothing() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        fixture.clickCell(0, 2, 2);
+        QTest::mousePress(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, cellCentre(fixture, 0, 1, 1));
+        QTest::mouseRelease(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, cellCentre(fixture, 0, 1, 1));
+        QVERIFY(!recordPopup(fixture).isVisible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theRightButtonBesideTheCellsOpensNothing() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(1)}));
+        const QWidget *viewport = fixture.grid(0).viewport();
+        QTest::mousePress(fixture.grid(0).viewport(), Qt::RightButton, Qt::NoModifier,
+                          QPoint(viewport->width() - 2, viewport->height() - 2));
+        QVERIFY(!recordPopup(fixture).isVisible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aPressOutsideTheSelectionMakesItsCellCurrent() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(5)}));
+        selectBlock(fixture, 0, {1, 1, 2, 2});
+        rightPressCell(fixture, 0, 4, 1);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(4, 1));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aPressInsideTheSelectionKeepsIt() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(5)}));
+        selectBlock(fixture, 0, {1, 1, 3, 2});
+        rightPressCell(fixture, 0, 2, 2);
+        QCOMPARE(fixture.grid(0).selection(), (GridSelection{1, 1, 3, 2}));
+        QVERIFY(recordPopup(fixture).isVisible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theMenuKeyOpensTheRecordPopup() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        fixture.clickCell(0, 3, 2);
+        QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+        QApplication::sendEvent(fixture.grid(0).viewport(), &key);
+        QVERIFY(recordPopup(fixture).isVisible());
+        QCOMPARE(removeText(fixture), u"Remove Record 3"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theMenuKeyWithControlOpensTheFieldPopup() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        fixture.clickCell(0, 3, 2);
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Menu, Qt::ControlModifier);
+        QVERIFY(fieldPopup(fixture).isVisible());
+        QVERIFY(fixture.action(Command::ResizeTextFieldPOP).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theRemoveItemNamesTheRecordThatItWouldRemove() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        rightPressCell(fixture, 0, 2, 1);
+        QCOMPARE(removeText(fixture), u"Remove Record 2"_s);
+        recordPopup(fixture).close();
+        fixture.grid(0).setRowData(3, 17);
+        rightPressCell(fixture, 0, 3, 1);
+        QCOMPARE(removeText(fixture), u"Remove Record 17"_s);
+        QVERIFY(fixture.action(Command::RemoveRecordPOP).isEnabled());
+    }
+
+    void onlyATextFieldCanBeResized() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        rightPressHeader(fixture, 0, 1);
+        QVERIFY(!fixture.action(Command::ResizeTextFieldPOP).isEnabled());
+        fieldPopup(fixture).close();
+        rightPressHeader(fixture, 0, 2);
+        QVERIFY(fixture.action(Command::ResizeTextFieldPOP).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theLastFieldCannotBeRemoved() {
+        const TableOfTexts single{u"Single"_s, {{u"Only"_s, FieldType::Long, {u"1"_s}}}};
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3), single}));
+        rightPressHeader(fixture, 0, 1);
+        QVERIFY(fixture.action(Command::RemoveFieldPOP).isEnabled());
+        fieldPopup(fixture).close();
+        fixture.clickLine(0, 1);
+        rightPressHeader(fixture, 0, 1);
+        QVERIFY(!fixture.action(Command::RemoveFieldPOP).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void withOneDatabaseNothingCanBeCloned() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        rightPressCell(fixture, 0, 2, 1);
+        QVERIFY(!shows(fixture, Command::CloneTableSizePOP));
+        QVERIFY(!shows(fixture, Command::CloneSelectedAreaPOP));
+        recordPopup(fixture).close();
+        rightPressHeader(fixture, 0, 1);
+        QVERIFY(!shows(fixture, Command::CloneTableSizeFPOP));
+        QVERIFY(!shows(fixture, Command::CloneSelectedAreaFPOP));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theSizeCanBeClonedFromTheLongerTable() {
+        EditorFixture fixture;
+        openBoth(fixture, {pumps(5)}, {pumps(3)});
+        rightPressCell(fixture, 0, 2, 1);
+        QVERIFY(shows(fixture, Command::CloneTableSizePOP));
+        recordPopup(fixture).close();
+        rightPressHeader(fixture, 0, 1);
+        QVERIFY(shows(fixture, Command::CloneTableSizeFPOP));
+        fieldPopup(fixture).close();
+        rightPressCell(fixture, 1, 2, 1);
+        QCOMPARE(fixture.state().IndexOrigine, 1);
+        QCOMPARE(fixture.state().IndexDestinazione, 0);
+        QVERIFY(!shows(fixture, Command::CloneTableSizePOP));
+        recordPopup(fixture).close();
+        rightPressHeader(fixture, 1, 1);
+        QVERIFY(!shows(fixture, Command::CloneTableSizeFPOP));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theSizeCannotBeClonedBetweenTablesOfAsManyRecordsOrOtherFields() {
+        EditorFixture fixture;
+        openBoth(fixture, {pumps(3), named(pumps(4), u"Valves"_s)}, {pumps(3), named(pumps(3, 1), u"Valves"_s)});
+        rightPressCell(fixture, 0, 2, 1);
+        QVERIFY(!shows(fixture, Command::CloneTableSizePOP));
+        recordPopup(fixture).close();
+        fixture.clickLine(0, 1);
+        rightPressCell(fixture, 0, 2, 1);
+        QVERIFY(!shows(fixture, Command::CloneTableSizePOP));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theSizeCanBeClonedIntoATableWithoutRecords() {
+        EditorFixture fixture;
+        openBoth(fixture, {pumps(3)}, {pumps(0)});
+        QVERIFY(!fixture.grid(1).Visible());
+        rightPressCell(fixture, 0, 2, 1);
+        QVERIFY(shows(fixture, Command::CloneTableSizePOP));
+        QVERIFY(!shows(fixture, Command::CloneSelectedAreaPOP));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theAreaCanBeClonedWhereBothGridsHaveTheSameCellsSelected() {
+        EditorFixture fixture;
+        openBoth(fixture, {pumps(5)}, {pumps(3)});
+        selectBlock(fixture, 0, {1, 1, 2, 2});
+        rightPressCell(fixture, 0, 2, 1);
+        QVERIFY(shows(fixture, Command::CloneSelectedAreaPOP));
+        recordPopup(fixture).close();
+        rightPressHeader(fixture, 0, 1); // the current column: the selection stays
+        QCOMPARE(fixture.grid(0).selection(), (GridSelection{1, 1, 2, 2}));
+        QVERIFY(shows(fixture, Command::CloneSelectedAreaFPOP));
+        fieldPopup(fixture).close();
+        rightPressCell(fixture, 0, 5, 1); // beyond the other table
+        QVERIFY(!shows(fixture, Command::CloneSelectedAreaPOP));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void nothingCanBeClonedWhileTheOtherDatabaseLacksTheTable() {
+        EditorFixture fixture;
+        openBoth(fixture, {named(pumps(3), u"A"_s), pumps(5)}, {pumps(3)});
+        fixture.clickLine(0, 1);
+        fixture.clickLine(0, 0);
+        rightPressCell(fixture, 0, 1, 1);
+        QVERIFY(!shows(fixture, Command::CloneTableSizePOP));
+        QVERIFY(!shows(fixture, Command::CloneSelectedAreaPOP));
+        recordPopup(fixture).close();
+        rightPressHeader(fixture, 0, 1);
+        QVERIFY(!shows(fixture, Command::CloneTableSizeFPOP));
+        QVERIFY(!shows(fixture, Command::CloneSelectedAreaFPOP));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aRightPressMakesThePaneActive() {
+        EditorFixture fixture;
+        openBoth(fixture, {pumps(5)}, {pumps(3)});
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        rightPressCell(fixture, 1, 1, 1);
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        recordPopup(fixture).close();
+        rightPressHeader(fixture, 0, 1);
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+private:
+    void openBoth(EditorFixture &fixture, const std::vector<TableOfTexts> &left,
+                  const std::vector<TableOfTexts> &right) {
+        fixture.openBoth(m_files->make(u"LEFT.DDB"_s, left), m_files->make(u"RIGHT.DDB"_s, right));
+    }
+    static QMenu &recordPopup(EditorFixture &fixture) { return *fixture.editor().controls.popmenuGrid; }
+    static QMenu &fieldPopup(EditorFixture &fixture) { return *fixture.editor().controls.popmenuGridFields; }
+    static bool shows(EditorFixture &fixture, Command command) { return fixture.action(command).isVisible(); }
+    static QString removeText(EditorFixture &fixture) {
+        return fixture.action(Command::RemoveRecordPOP).text().remove(u'&');
+    }
+
+    std::unique_ptr<EditFiles> m_files;
+};
+
+QTEST_MAIN(EditPopupTest)
+#include "edit_popup_test.moc"
