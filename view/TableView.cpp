@@ -98,6 +98,7 @@ void TableView::CaricaTabellaDaLista(int Index) {
 
 void TableView::CaricaTabellaAVideo(int Index) {
     endEdit(m_editor);
+    m_editor.state.GridCommands = {};
     RiempiGrigliaDaTabella(Index);
     const Grid &grid = m_editor.Tabella(Index);
     m_editor.controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
@@ -167,8 +168,7 @@ void TableView::settlePanes() {
     }
     if (loaded)
         m_differences.EvidenziaDifferenzeTabella();
-    if (m_editor.state.IndexAttivo >= 0)
-        enableGridCommands(m_editor);
+    followGridCommands(m_editor);
 }
 
 } // namespace qir

@@ -67,22 +67,45 @@ void AbilitaMenu(EditorContext &editor, int pane) {
     showGrid(editor, pane, on && realTableSelected(editor, pane) && editor.Tabella(pane).Rows() > 1);
 }
 
+namespace {
+
+/// Where the field and record commands would work now; no table where there is none to work on.
+EditorState::GridCommandsPlace gridCommandsPlace(EditorContext &editor) {
+    EditorState::GridCommandsPlace place;
+    place.pane = editor.state.IndexAttivo;
+    if (place.pane < 0 || !editor.DtbAperto(place.pane) || !realTableSelected(editor, place.pane))
+        return place;
+    place.table = selectedTableName(editor, place.pane);
+    const Grid &grid = editor.Tabella(place.pane);
+    if (grid.Col() < grid.Cols() && editor.TabellaMostrata(place.pane) == place.table)
+        place.field = grid.ColData(grid.Col());
+    return place;
+}
+
+} // namespace
+
 void enableGridCommands(EditorContext &editor) {
-    const int pane = editor.state.IndexAttivo;
+    const EditorState::GridCommandsPlace place = gridCommandsPlace(editor);
     const EditorControls &controls = editor.controls;
-    const bool table = pane >= 0 && editor.DtbAperto(pane) && realTableSelected(editor, pane);
     bool textField = false;
-    if (table) {
-        const Grid &grid = editor.Tabella(pane);
+    editor.state.GridCommands = {};
+    if (!place.table.isEmpty()) {
+        const Grid &grid = editor.Tabella(place.pane);
         controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
         controls.action(Command::RemoveRecordMenu).setEnabled(grid.Rows() >= 2);
-        const int field = grid.Col() < grid.Cols() ? grid.ColData(grid.Col()) : 0;
-        if (field >= 1 && editor.TabellaMostrata(pane) == selectedTableName(editor, pane)) {
-            makeShownTableCurrent(editor, pane);
-            textField = editor.OggettoDtb(pane).QIRTableFieldType(field).toInt() == static_cast<int>(FieldType::Text);
+        if (place.field >= 1) {
+            makeShownTableCurrent(editor, place.pane);
+            textField = editor.OggettoDtb(place.pane).QIRTableFieldType(place.field).toInt() ==
+                        static_cast<int>(FieldType::Text);
         }
     }
     controls.action(Command::ResizeTextField).setEnabled(textField);
+    editor.state.GridCommands = place;
+}
+
+void followGridCommands(EditorContext &editor) {
+    if (editor.state.IndexAttivo >= 0 && editor.state.GridCommands != gridCommandsPlace(editor))
+        enableGridCommands(editor);
 }
 
 void activatePane(EditorContext &editor, int pane) {

@@ -13,8 +13,12 @@ void SettaColoriIndexAttivo(EditorContext &editor);
 void AbilitaMenu(EditorContext &editor, int pane);
 
 /// Field and record commands as the active pane's grid allows: removal of a field, of a record, resizing of a text
-/// field. Called when the active pane, its table or its current column changed.
+/// field.
 void enableGridCommands(EditorContext &editor);
+
+/// The same when the active pane, its table or its current column is another one than they are enabled for, or a grid
+/// was filled meanwhile; else nothing, so that a command that moves nothing asks nothing of the component.
+void followGridCommands(EditorContext &editor);
 
 /// Makes a pane the active one: IndexAttivo, colours, menus.
 void activatePane(EditorContext &editor, int pane);

@@ -42,6 +42,13 @@ struct EditorState {
 
     /// Lists are being refilled and aligned: their clicks are not handled and the active pane stays. A depth.
     int RefillInCorso = 0;
+    /// The pane, table and field that field and record commands are enabled for; no pane: not known, a grid was filled.
+    struct GridCommandsPlace {
+        int pane = -1;
+        QString table;
+        int field = 0;
+        friend bool operator==(const GridCommandsPlace &, const GridCommandsPlace &) = default;
+    } GridCommands;
     /// Name of the table that each grid shows, and of the one that is current in each component; "" none.
     std::array<QString, 2> TabellaMostrata;
     std::array<QString, 2> TabellaCorrente;

@@ -72,9 +72,9 @@ private Q_SLOTS:
     void theCellIsReachedByItsRowAndColumnData() {
         const UseFake fake;
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
-        beginEdit(fixture, 0, 2, 2);
         fixture.grid(0).setRowData(2, 3);
         fixture.grid(0).setColData(2, 1);
+        beginEdit(fixture, 0, 2, 2);
         fake->clearLog();
         QTest::keyClick(&editorOf(fixture, 0), '7');
         QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 3"_s, u"QIRTableFieldType 1"_s,
