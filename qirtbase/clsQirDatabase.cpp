@@ -71,9 +71,12 @@ clsQirDatabase::~clsQirDatabase() {
 
 void clsQirDatabase::release() noexcept {
     try {
+        // A group that was cut short is undone, which brings back the flag of its beginning too; a flag that is False
+        // now forbids the writing all the same.
+        const bool wanted = m_changed;
         while (!m_groups.empty())
             undoGroup();
-        if (!m_changed || m_file.fileName().isEmpty())
+        if (!wanted || !m_changed || m_file.fileName().isEmpty())
             return;
         m_file.saveAtRelease(encodeBody(m_database));
     } catch (const std::exception &error) {

@@ -113,6 +113,23 @@ TEST_P(ContractTest, ReleasingWithTheFlagFalseWritesNothing) {
     EXPECT_EQ(bytesOf(path(u"TEST.DDB"_s)), before);
 }
 
+TEST_P(ContractTest, ReleasingInTheMiddleOfAGroupWithTheFlagFalseWritesNothing) {
+    {
+        const QirDatabase database = pumps();
+        save(database);
+    }
+    const QByteArray before = bytesOf(path(u"TEST.DDB"_s));
+    {
+        QirDatabase database = loaded(u"TEST.DDB"_s);
+        database.AddTable(u"Valves"_s); // changed before the group began, too
+        database.BeginChanges();
+        database.AddTable(u"Alarms"_s);
+        database.setDtbHasChanged(false);
+        database.release();
+    }
+    EXPECT_EQ(bytesOf(path(u"TEST.DDB"_s)), before);
+}
+
 TEST_P(ContractTest, TheFlagIsAPlainFlagThatDropsNothing) {
     const QirDatabase database = pumps();
     setValue(database, 1, 1, u"Changed"_s);

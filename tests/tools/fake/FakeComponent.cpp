@@ -34,10 +34,11 @@ FakeComponent::FakeComponent()
 
 FakeComponent::~FakeComponent() {
     FakeRecorder::self().released(this, m_instance);
+    const bool wanted = m_content.changed;
     if (!m_groups.isEmpty())
         m_content = m_groups.first().before;
     try {
-        if (m_content.changed)
+        if (wanted && m_content.changed)
             write();
     } catch (const std::exception &) { // nobody is left to tell
     }
