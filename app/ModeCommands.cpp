@@ -53,7 +53,7 @@ void ModeCommands::OneMenu_Click() {
         // The question is about the left database and its answer is for the right one.
         if (rightPaneLoaded(m_editor))
             closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(0)));
-        m_differences.EvidenziaDifferenzeTabella();
+        m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore); // the grid left alone becomes white
         m_alignment.MostraTabelleDiverseInLista();
     }
     showMode();
