@@ -1,0 +1,317 @@
+#include "platform/controls/Twips.h"
+#include "tests/window/CompareSupport.h"
+
+#include <QFile>
+#include <QGroupBox>
+#include <QProgressBar>
+#include <QSignalSpy>
+#include <QTimer>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TableOfTexts numbered(int records, int fields = 2) {
+    TableOfTexts table{u"Pumps"_s, {}};
+    for (int f = 1; f <= fields; ++f) {
+        QStringList texts;
+        for (int r = 1; r <= records; ++r)
+            texts.append(QString::number(r * 10 + f));
+        table.fields.push_back({u"F%1"_s.arg(f), FieldType::Long, texts});
+    }
+    return table;
+}
+
+QByteArray contents(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+void forgetChanges(EditorFixture &fixture) {
+    for (const QirDatabase &database : fixture.state().OggettoDtb) {
+        if (!database.isEmpty())
+            database.setDtbHasChanged(false);
+    }
+}
+
+/// The colour drawn in a cell of a grabbed picture, away from its text and its edges.
+QColor drawnColour(EditorFixture &fixture, int pane, int row, int column) {
+    Grid &grid = fixture.grid(pane);
+    const QRect cell = grid.visualRect(grid.model()->index(row - 1, column - 1));
+    return grid.viewport()->grab().toImage().pixelColor(cell.right() - 2, cell.top() + 2);
+}
+
+} // namespace
+
+/// The cells of the table shown on both sides: which of them are red, and what a run leaves as it was.
+class CompareCellsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void recordsOfOneSideAreRedThere() {
+        const CompareFiles files({numbered(5)}, {numbered(3)});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(redCells(fixture, 0), (Cells{{4, 1}, {4, 2}, {5, 1}, {5, 2}}));
+        QCOMPARE(redCells(fixture, 1), Cells{});
+        QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"Pumps !"_s, u"Pumps !"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aFieldOfOneSideIsRedThere() {
+        const CompareFiles files({numbered(2, 2)}, {numbered(2, 3)});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 3}, {2, 3}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aTableOfOneSideIsAllWhite() {
+        const CompareFiles files({numbered(2), listOf(u"Valves"_s, {u"x"_s})}, {listOf(u"Valves"_s, {u"y"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        fixture.clickLine(0, 1);
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
+        fixture.clickLine(1, 0);
+        QVERIFY(fixture.grid(0).Visible());
+        QVERIFY(!fixture.grid(1).Visible());
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s, u"Valves !"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void redAndWhiteAreDrawnExactly() {
+        TableOfTexts other = numbered(3);
+        other.fields[1].texts[1] = u"99"_s;
+        const CompareFiles files({numbered(3)}, {other});
+        EditorFixture fixture;
+        files.open(fixture);
+        for (const int pane : {0, 1}) {
+            QCOMPARE(drawnColour(fixture, pane, 2, 2), QColor(255, 0, 0));
+            QCOMPARE(drawnColour(fixture, pane, 2, 1), QColor(255, 255, 255));
+            QCOMPARE(drawnColour(fixture, pane, 3, 2), QColor(255, 255, 255));
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void closingTheOtherSideWhitensTheGridThatStays() {
+        const CompareFiles files({numbered(5)}, {numbered(3)});
+        EditorFixture fixture;
+        files.open(fixture);
+        fixture.activate(1);
+        fixture.choose(Command::CloseDatabaseMenu);
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void onePaneModeWhitensTheGridThatStays() {
+        const CompareFiles files({numbered(5)}, {numbered(3)});
+        EditorFixture fixture;
+        files.open(fixture);
+        fixture.choose(Command::OneMenu);
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aSortIsStoredAndComparedWithTheOtherSide() {
+        const CompareFiles files({listOf(u"a"_s, {u"c"_s, u"a"_s, u"b"_s})},
+                                 {listOf(u"a"_s, {u"a"_s, u"b"_s, u"c"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}, {2, 1}, {3, 1}}));
+        fixture.state().IndexOrigine = 0;
+        fixture.state().ColonnaOrdinamento = 1;
+        runCommand([&] {
+            Grid &grid = fixture.grid(0);
+            grid.reorderRecords({1, 2, 0});
+            grid.renumberRows();
+            DifferingTables tables(fixture.editor());
+            CellDifferences(fixture.editor(), tables).SalvaGridInDatabase(0);
+        });
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QCOMPARE(redCells(fixture, 1), Cells{});
+        QCOMPARE(fixture.lines(0), QStringList(u"a"_s));
+        const QirDatabase &left = fixture.editor().OggettoDtb(0);
+        left.setQIRTableRecordsPointerOut(1);
+        QCOMPARE(left.QIRTableRecordSetByIndex(1).toString(), u"a"_s);
+        forgetChanges(fixture);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anAddedRecordIsRedAndTheOthersStayAsTheyWere() {
+        TableOfTexts other = numbered(3);
+        other.fields[0].texts[0] = u"7"_s;
+        const CompareFiles files({numbered(3)}, {other});
+        EditorFixture fixture;
+        files.open(fixture);
+        fixture.choose(Command::AddRecordMenu);
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}, {4, 1}, {4, 2}}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
+        forgetChanges(fixture);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void focusScrollAndSelectionStayWhereTheyWere() {
+        const CompareFiles files({numbered(200)}, {numbered(190)});
+        EditorFixture fixture;
+        files.open(fixture);
+        for (const int pane : {0, 1}) {
+            const GridSilence silence(fixture.grid(pane));
+            fixture.grid(pane).setSelection({80, 2, 90, 1});
+            fixture.grid(pane).setTopRow(70 + pane);
+        }
+        fixture.grid(0).setFocus();
+        fixture.choose(Command::CompareAgainMenu);
+        for (const int pane : {0, 1}) {
+            QCOMPARE(fixture.grid(pane).selection(), (GridSelection{80, 2, 90, 1}));
+            QCOMPARE(fixture.grid(pane).TopRow(), 70 + pane);
+        }
+        QCOMPARE(fixture.window().focusWidget(), &fixture.grid(0));
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void selectingALineComparesItOnceAndComesToRest() {
+        const CompareFiles files({numbered(2), listOf(u"Valves"_s, {u"x"_s})},
+                                 {numbered(3), listOf(u"Valves"_s, {u"y"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        int shown = 0;
+        connect(fixture.editor().controls.ProgressBarCompare, &QProgressBar::valueChanged, this,
+                [&](int value) { shown += value == fixture.editor().controls.ProgressBarCompare->maximum() ? 1 : 0; });
+        fixture.clickLine(1, 1);
+        QCOMPARE(shown, 1);
+        QCOMPARE(fixture.list(0).ListIndex(), 1);
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void linesOfDifferentNamesAreNotCompared() {
+        const CompareFiles files({listOf(u"b"_s, {u"x"_s})}, {listOf(u"b"_s, {u"y"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        // As after adding a table on one side, until the lists are aligned again.
+        fixture.editor().OggettoDtb(0).AddTable(u"a"_s);
+        {
+            const RefillScope refill(fixture.editor());
+            ListBox &list = fixture.list(0);
+            list.addItem(u"a"_s);
+            list.setItemData(list.NewIndex(), 2);
+            list.setListIndex(-1);
+        }
+        fixture.clickLine(0, 0); // "a" beside "b !"
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QCOMPARE(redCells(fixture, 1), Cells{});
+        QCOMPARE(fixture.lines(1), QStringList(u"b !"_s));
+        fixture.choose(Command::CompareAgainMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"a"_s, u"b !"_s}));
+        forgetChanges(fixture);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theProgressBarStandsBelowTheListsAcrossBothPanes() {
+        const CompareFiles files({numbered(3)}, {numbered(3)});
+        EditorFixture fixture;
+        files.open(fixture);
+        QProgressBar &bar = *fixture.editor().controls.ProgressBarCompare;
+        QList<int> values;
+        QRect place;
+        bool gridsHidden = false;
+        connect(&bar, &QProgressBar::valueChanged, this, [&](int value) {
+            values.append(value);
+            if (value != 3)
+                return;
+            place = bar.geometry();
+            gridsHidden = !fixture.grid(0).Visible() && !fixture.grid(1).Visible() && bar.isVisible();
+        });
+        fixture.choose(Command::CompareAgainMenu);
+        QCOMPARE(values.mid(values.indexOf(1)), QList<int>({1, 2, 3}));
+        const QRect left = fixture.editor().IDtb(0).geometry();
+        const QRect right = fixture.editor().IDtb(1).geometry();
+        const QRect list = fixture.list(0).geometry();
+        QCOMPARE(place.left(), left.left());
+        QCOMPARE(place.top(), left.top() + list.top() + list.height() + toPixels(50));
+        QCOMPARE(place.width(), right.left() + right.width() - left.left());
+        QVERIFY(gridsHidden);
+        QVERIFY(bar.isHidden());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void inputDuringARunWaitsForItsEnd() {
+        const CompareFiles files({numbered(3), listOf(u"Valves"_s, {u"x"_s})},
+                                 {numbered(2), listOf(u"Valves"_s, {u"y"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        QStringList order;
+        connect(&fixture.list(0), &ListBox::Click, this, [&] { order.append(u"click"_s); });
+        connect(fixture.editor().controls.ProgressBarCompare, &QProgressBar::valueChanged, this,
+                [&] { order.append(u"compare"_s); });
+        fixture.list(0).setFocus();
+        QMetaObject::invokeMethod(
+            &fixture.window(),
+            [&] {
+                order.append(u"key"_s);
+                QCoreApplication::postEvent(&fixture.list(0),
+                                            new QKeyEvent(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier));
+            },
+            Qt::QueuedConnection);
+        fixture.choose(Command::CompareAgainMenu);
+        QTRY_COMPARE(fixture.list(0).ListIndex(), 1);
+        const qsizetype key = order.indexOf(u"key"_s);
+        const qsizetype click = order.indexOf(u"click"_s);
+        QVERIFY(key >= 0);
+        QVERIFY(order.mid(key, click - key).contains(u"compare"_s));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void closingTheWindowDuringARunEndsTheProgramAndKeepsTheFiles() {
+        const CompareFiles files({numbered(3)}, {numbered(2)});
+        const QByteArray left = contents(files.path(0));
+        const QByteArray right = contents(files.path(1));
+        EditorFixture fixture;
+        files.open(fixture);
+        connect(fixture.editor().controls.ProgressBarCompare, &QProgressBar::valueChanged, this, [&](int value) {
+            if (value == 1)
+                QMetaObject::invokeMethod(
+                    &fixture.window(), [&] { fixture.window().close(); }, Qt::QueuedConnection);
+        });
+        fixture.choose(Command::CompareAgainMenu);
+        QVERIFY(MessageLoop::instance()->programEnded());
+        QVERIFY(fixture.editor().controls.ProgressBarCompare->isHidden());
+        fixture.end();
+        QCOMPARE(contents(files.path(0)), left);
+        QCOMPARE(contents(files.path(1)), right);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aChangedDatabaseIsAskedAboutAndReleasedWhenTheWindowClosesDuringARun() {
+        const CompareFiles files({listOf(u"a"_s, {u"x"_s, u"y"_s})}, {listOf(u"a"_s, {u"x"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        typeInto(fixture, 0, 2, 1, u"kept"_s);
+        fixture.dialogs().expectMessage(u"Database '%1' has changed.\r\nDo you want to save the changes?"_s.arg(
+                                            fixture.editor().OggettoDtb(0).GetDatabaseFileName()),
+                                        u"QIR Database Editor"_s, u"Yes"_s);
+        QMetaObject::invokeMethod(
+            &fixture.window(), [&] { fixture.window().close(); }, Qt::QueuedConnection);
+        fixture.choose(Command::CompareAgainMenu);
+        QVERIFY(MessageLoop::instance()->programEnded());
+        fixture.end();
+        QIR_VERIFY_OK(fixture);
+        const QirDatabase written = QirDatabase::create();
+        QVERIFY(written.LoadDtb(files.path(0), QString()));
+        written.QIRTableRecordSource(u"a"_s);
+        written.setQIRTableRecordsPointerOut(2);
+        QCOMPARE(written.QIRTableRecordSetByIndex(1).toString(), u"kept"_s);
+    }
+};
+
+QTEST_MAIN(CompareCellsTest)
+#include "compare_cells_test.moc"

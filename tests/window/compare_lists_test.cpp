@@ -1,0 +1,178 @@
+#include "tests/window/CompareSupport.h"
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+/// Two databases side by side: which tables stand on one line, and which of them differ.
+class CompareListsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aTableOfOneSideShowsOnTheOtherAsAPlaceholderWhereItSorts() {
+        const CompareFiles files({listOf(u"Valves"_s, {}), listOf(u"Alarms"_s, {})},
+                                 {listOf(u"Motors"_s, {}), listOf(u"Valves"_s, {})});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.lines(0), QStringList({u"Alarms"_s, u"Motors ?"_s, u"Valves"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"Alarms ?"_s, u"Motors"_s, u"Valves"_s}));
+        QCOMPARE(fixture.list(0).ItemData(1), 0);
+        QCOMPARE(fixture.list(1).ItemData(0), 0);
+        QCOMPARE(fixture.list(0).ItemData(0), 2);
+        QCOMPARE(fixture.list(0).ItemData(2), 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tablesWhoseNamesDifferInCaseOnlyShareALine() {
+        const CompareFiles files({listOf(u"Pumps"_s, {u"a"_s})}, {listOf(u"PUMPS"_s, {u"b"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.lines(0), QStringList(u"Pumps !"_s));
+        QCOMPARE(fixture.lines(1), QStringList(u"PUMPS !"_s));
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aNameThatEndsInAMarkerPairsWithTheNameWithoutIt() {
+        const CompareFiles files({listOf(u"Pumps !"_s, {u"a"_s}), listOf(u"Valves ?"_s, {u"a"_s})},
+                                 {listOf(u"Pumps"_s, {u"a"_s}), listOf(u"Valves"_s, {u"a"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.list(0).ListCount(), 2);
+        QCOMPARE(fixture.list(1).ListCount(), 2);
+        for (const int pane : {0, 1}) {
+            for (const int line : {0, 1})
+                QVERIFY(fixture.list(pane).ItemData(line) > 0);
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void namesWithPunctuationPair() {
+        const QStringList names{u"a_b"_s, u"a-b"_s, u"aZ"_s, u"a b"_s, u"É"_s, u"_"_s, u"[x]"_s};
+        std::vector<TableOfTexts> left;
+        std::vector<TableOfTexts> right;
+        for (qsizetype i = 0; i < names.size(); ++i) {
+            if (i % 4 != 0)
+                left.push_back(listOf(names[i], {}));
+            if (i % 2 == 0)
+                right.push_back(listOf(names[i].toLower(), {}));
+        }
+        const CompareFiles files(left, right);
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.list(0).ListCount(), static_cast<int>(names.size()));
+        QCOMPARE(fixture.list(1).ListCount(), static_cast<int>(names.size()));
+        for (int line = 0; line < fixture.list(0).ListCount(); ++line)
+            QCOMPARE(fixture.list(0).List(line).remove(u" ?"_s).toUpper(),
+                     fixture.list(1).List(line).remove(u" ?"_s).toUpper());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void oneDatabaseAloneIsListedPlain() {
+        const CompareFiles files({listOf(u"b"_s, {u"x"_s}), listOf(u"a"_s, {u"x"_s})}, {});
+        EditorFixture fixture(files.path(0));
+        fixture.choose(Command::TwoMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"a"_s, u"b"_s}));
+        QCOMPARE(fixture.lines(1), QStringList());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void twoDatabasesWithoutTablesGiveTwoEmptyLists() {
+        const CompareFiles files({}, {});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.lines(0), QStringList());
+        QCOMPARE(fixture.lines(1), QStringList());
+        fixture.choose(Command::CompareAgainMenu);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tablesThatDifferOnlyInTheCaseOfAValueDiffer() {
+        const CompareFiles files({listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})},
+                                 {listOf(u"a"_s, {u"X"_s}), listOf(u"b"_s, {u"x"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.lines(0), QStringList({u"a !"_s, u"b"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"a !"_s, u"b"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void fieldNamesAndTypesMakeNoDifference() {
+        const CompareFiles files({{u"a"_s, {{u"Speed"_s, FieldType::Long, {u"5"_s}}}}},
+                                 {{u"a"_s, {{u"Rate"_s, FieldType::Double, {u"5"_s}}}}});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.lines(0), QStringList(u"a"_s));
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aNumberDiffersFromATextThatReadsTheSame() {
+        const CompareFiles files({{u"a"_s, {{u"Speed"_s, FieldType::Long, {u"5"_s}}}}},
+                                 {{u"a"_s, {{u"Speed"_s, FieldType::Text, {u"5"_s}}}}});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.lines(0), QStringList(u"a !"_s));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tablesOfEqualSizeWithoutRecordsAreEqual() {
+        const CompareFiles files({listOf(u"a"_s, {})}, {listOf(u"a"_s, {})});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.lines(0), QStringList(u"a"_s));
+        QVERIFY(!fixture.grid(0).Visible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anEditThatMakesTheTablesEqualTakesTheMarkAwayAndBack() {
+        const CompareFiles files({listOf(u"a"_s, {u"x"_s})}, {listOf(u"a"_s, {u"y"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(fixture.lines(0), QStringList(u"a !"_s));
+        typeInto(fixture, 0, 1, 1, u"y"_s);
+        QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"a"_s, u"a"_s}));
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        typeInto(fixture, 1, 1, 1, u"z"_s);
+        QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"a !"_s, u"a !"_s}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
+        fixture.state().OggettoDtb[0].setDtbHasChanged(false);
+        fixture.state().OggettoDtb[1].setDtbHasChanged(false);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void comparingAgainFindsWhatChangedBehindTheWindow() {
+        const CompareFiles files({listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})},
+                                 {listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        const QirDatabase &right = fixture.editor().OggettoDtb(1);
+        right.AddTable(u"c"_s);
+        makeTableCurrent(fixture.editor(), 1, u"b"_s);
+        right.setQIRTableRecordsPointerOut(1);
+        right.setQIRTableRecordSetByIndex(1, u"y"_s);
+        right.setDtbHasChanged(false);
+        fixture.choose(Command::CompareAgainMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"a"_s, u"b !"_s, u"c ?"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"a"_s, u"b !"_s, u"c"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void closingTheWindowWhileTheNamesAreSortedEndsTheProgram() {
+        const CompareFiles files({listOf(u"a"_s, {u"x"_s})}, {listOf(u"b"_s, {u"x"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        // Delivered in the command's first yield.
+        QMetaObject::invokeMethod(
+            &fixture.window(), [&] { fixture.window().close(); }, Qt::QueuedConnection);
+        fixture.choose(Command::CompareAgainMenu);
+        QVERIFY(MessageLoop::instance()->programEnded());
+        // Going on would have called components that are gone, and shown that as an error.
+        QVERIFY(fixture.editor().OggettoDtb(0).isEmpty());
+        QCOMPARE(fixture.dialogs().problems(), QString());
+    }
+};
+
+QTEST_MAIN(CompareListsTest)
+#include "compare_lists_test.moc"
