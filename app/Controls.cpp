@@ -1,6 +1,7 @@
 #include "app/Controls.h"
 
 #include "app/FileNameLabel.h"
+#include "app/PaneFrame.h"
 #include "platform/controls/Grid.h"
 #include "platform/controls/ListBox.h"
 
@@ -24,7 +25,7 @@ void name(QWidget &control, const char *objectName, int pane, const QString &acc
 
 PaneControls buildPane(QWidget &parent, int pane) {
     PaneControls controls;
-    controls.IDtb = new QGroupBox(pane == 0 ? u"Left"_s : u"Right"_s, &parent);
+    controls.IDtb = new PaneFrame(pane == 0 ? u"Left"_s : u"Right"_s, &parent);
     name(*controls.IDtb, "IDtb", pane, u"pane"_s);
     controls.IDtb->setAutoFillBackground(true);
 
@@ -33,6 +34,11 @@ PaneControls buildPane(QWidget &parent, int pane) {
     controls.nomelab->setAutoFillBackground(true);
     controls.nomelab->setTextFormat(Qt::PlainText);
     controls.nomelab->hide();
+
+    controls.ground = new QWidget(controls.IDtb);
+    controls.ground->setObjectName(u"ground_%1"_s.arg(pane));
+    controls.ground->setAutoFillBackground(true);
+    controls.ground->setAttribute(Qt::WA_TransparentForMouseEvents); // a click on it is one on the frame
 
     controls.ListaTabelle = new ListBox(controls.IDtb, ListBox::Sorted);
     name(*controls.ListaTabelle, "ListaTabelle", pane, u"tables"_s);

@@ -1,8 +1,10 @@
 #include "app/GuideWindow.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QTextBlock>
 #include <QTextBrowser>
+#include <QTextTable>
 #include <QVBoxLayout>
 
 namespace qir {
@@ -13,6 +15,20 @@ namespace {
 
 constexpr int columns = 84; // size in characters
 constexpr int lines = 36;
+
+/// Room in the tables, and one line between cells instead of a frame round each.
+void loosenTables(QTextDocument &document) {
+    for (QTextFrame *frame : document.rootFrame()->childFrames()) {
+        if (auto *table = qobject_cast<QTextTable *>(frame)) {
+            QTextTableFormat format = table->format();
+            format.setBorderCollapse(true);
+            format.setBorderBrush(QApplication::palette().brush(QPalette::Mid));
+            format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+            format.setCellPadding(4);
+            table->setFormat(format);
+        }
+    }
+}
 
 QString guideText() {
     QFile file(u":/user-guide.md"_s);
@@ -31,6 +47,7 @@ GuideWindow::GuideWindow(QWidget *parent)
     m_text->setOpenExternalLinks(true);
     m_text->document()->setDocumentMargin(fontMetrics().averageCharWidth() * 2);
     m_text->setMarkdown(guideText());
+    loosenTables(*m_text->document());
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(m_text);

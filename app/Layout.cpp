@@ -44,7 +44,9 @@ void placeInFrame(const PaneControls &pane) {
     pane.nomelab->setGeometry(left, captionHeight, width, labelHeight);
     pane.ListaTabelle->setGeometry(left, listTop, width, listHeight);
     pane.Tabella->setGeometry(left, gridTop, width, std::max(0, gridHeight));
-    pane.hint->setGeometry(left, captionHeight, width, std::max(0, frame.height() - captionHeight - toPixels(gap)));
+    const QRect ground(left, listTop, width, std::max(0, frame.height() - listTop - toPixels(gap)));
+    pane.ground->setGeometry(ground);
+    pane.hint->setGeometry(ground);
 }
 
 } // namespace

@@ -12,6 +12,8 @@
 #include <QMenu>
 #include <QPalette>
 
+#include <initializer_list>
+
 namespace qir {
 
 namespace {
@@ -43,8 +45,10 @@ void SettaColoriIndexAttivo(EditorContext &editor) {
         const bool active = pane == editor.state.IndexAttivo;
         colour(editor.IDtb(pane), active);
         colour(editor.nomelab(pane), active);
-        keepOwnColours(editor.ListaTabelle(pane));
-        keepOwnColours(editor.Tabella(pane));
+        const PaneControls &controls = editor.controls.pane[static_cast<std::size_t>(pane)];
+        for (QWidget *inside :
+             std::initializer_list<QWidget *>{controls.ListaTabelle, controls.Tabella, controls.ground, controls.hint})
+            keepOwnColours(*inside);
     }
 }
 

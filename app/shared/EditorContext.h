@@ -62,7 +62,8 @@ struct PaneControls {
     ListBox *ListaTabelle = nullptr;
     Grid *Tabella = nullptr;
     QLineEdit *txtEdit = nullptr;
-    QLabel *hint = nullptr; ///< How to open a database, shown while the pane has none.
+    QWidget *ground = nullptr; ///< Under list and grid, in the window's own colour: the frame's shows round it alone.
+    QLabel *hint = nullptr;    ///< How to open a database, shown while the pane has none.
 };
 
 /// The window's controls, built by the main window, which owns them through Qt's parents.

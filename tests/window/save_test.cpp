@@ -84,17 +84,21 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void aWriteThatFailsAtTheLastReleaseIsToldBeforeTheProgramEnds() {
+    void aWriteThatFailsAtTheLastReleaseTellsWhereTheRescueFileIsBeforeTheProgramEnds() {
         QVERIFY(QDir(path(QString())).mkdir(u"GONE"_s));
         const QString file = makeFile(u"GONE/A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
         EditorFixture fixture(file);
         change(fixture, 0, u"2"_s);
         QVERIFY(QDir(path(u"GONE"_s)).removeRecursively());
+        const QDir rescue(qEnvironmentVariable("XDG_STATE_HOME") + u"/qir/rescue"_s);
         fixture.dialogs().expectMessage(saveQuestion(file), u"QIR Database Editor"_s, u"Yes"_s);
-        fixture.dialogs().expect(messageContaining(file));
+        fixture.dialogs().expect(messageContaining(rescue.path()));
         fixture.choose(Command::EndMenu);
         QVERIFY(!fixture.window().isVisible());
         QIR_VERIFY_OK(fixture);
+        const QStringList files = rescue.entryList(QDir::Files);
+        QCOMPARE(files.size(), 1);
+        QCOMPARE(savedValue(rescue.filePath(files.first()), u"T"_s), u"2"_s);
     }
 
     void saveAsForcesTheWriteAndShowsTheNewName() {
