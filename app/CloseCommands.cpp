@@ -6,6 +6,7 @@
 #include "app/shared/PaneTable.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
+#include "platform/dialogs/Dialogs.h"
 
 #include <QLabel>
 
@@ -30,19 +31,15 @@ void CloseCommands::CloseDatabaseMenu_Click() {
 }
 
 void CloseCommands::Form_QueryUnload() {
-    // The window closes whatever happens: an error of the left component must not keep the right one from being asked
-    // about.
-    std::exception_ptr first;
     for (const int pane : {0, 1}) {
+        // The window closes whatever happens: an error of one component must not keep the other one from being asked
+        // about, and there is no command's end left to show it.
         try {
             askAndRelease(pane);
-        } catch (const std::exception &) {
-            if (!first)
-                first = std::current_exception();
+        } catch (const std::exception &error) {
+            messageBox(m_editor.controls.window, QString::fromUtf8(error.what()), applicationTitle());
         }
     }
-    if (first)
-        std::rethrow_exception(first);
 }
 
 } // namespace qir

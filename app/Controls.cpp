@@ -84,6 +84,7 @@ void buildControls(QMainWindow &window, EditorControls &controls) {
 
     controls.ProSort = new ListBox(area, ListBox::Sorted);
     controls.ProSort->setObjectName(u"ProSort"_s);
+    controls.ProSort->setFocusPolicy(Qt::NoFocus); // nobody ever reaches it
     controls.ProSort->hide();
 }
 

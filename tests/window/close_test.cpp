@@ -207,7 +207,14 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void anErrorOfTheLeftComponentDoesNotKeepTheRightOneFromBeingAskedAbout_data() {
+        QTest::addColumn<bool>("byCommand");
+        QTest::newRow("Exit") << true;
+        QTest::newRow("close box") << false;
+    }
+
     void anErrorOfTheLeftComponentDoesNotKeepTheRightOneFromBeingAskedAbout() {
+        QFETCH(bool, byCommand);
         UseFake fake;
         const QString left = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
         const QString right = makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
@@ -221,9 +228,12 @@ private Q_SLOTS:
                 throw std::runtime_error("the flag is stuck");
         });
         fixture.dialogs().expectMessage(saveQuestion(left.toUpper()), title, u"No"_s);
-        fixture.dialogs().expectMessage(saveQuestion(right.toUpper()), title, u"No"_s);
         fixture.dialogs().expectMessage(u"the flag is stuck"_s, title, u"OK"_s);
-        fixture.window().close();
+        fixture.dialogs().expectMessage(saveQuestion(right.toUpper()), title, u"No"_s);
+        if (byCommand)
+            fixture.choose(Command::EndMenu);
+        else
+            fixture.window().close();
         fake->setHook({});
         QVERIFY(!fixture.window().isVisible());
         QVERIFY(fixture.editor().OggettoDtb(1).isEmpty());
@@ -254,6 +264,32 @@ private Q_SLOTS:
         QCOMPARE(fake->instances(), 0);
         fake->setHook({});
         QCOMPARE(savedValue(left, u"T"_s), u"2"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void noWhileACommandIsCutShortWritesNothingOfIt() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"3"_s, u"1"_s, u"2"_s})});
+        const QByteArray before = fileBytes(file);
+        EditorFixture fixture(file);
+        change(fixture, 0, u"4"_s);
+        // As a sort or a paste that is under way.
+        fixture.editor().OggettoDtb(0).BeginChanges();
+        change(fixture, 0, u"5"_s);
+        fixture.dialogs().expectMessage(saveQuestion(file), title, u"No"_s);
+        fixture.window().close();
+        QCOMPARE(fileBytes(file), before);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void yesWhileACommandIsCutShortKeepsWhatWasBeforeIt() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture(file);
+        change(fixture, 0, u"4"_s);
+        fixture.editor().OggettoDtb(0).BeginChanges();
+        change(fixture, 0, u"5"_s);
+        fixture.dialogs().expectMessage(saveQuestion(file), title, u"Yes"_s);
+        fixture.window().close();
+        QCOMPARE(savedValue(file, u"T"_s), u"4"_s);
         QIR_VERIFY_OK(fixture);
     }
 

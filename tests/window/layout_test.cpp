@@ -3,6 +3,7 @@
 #include "tests/window/LayoutCheck.h"
 #include "tests/window/ShellTest.h"
 
+#include <QAccessible>
 #include <QGroupBox>
 #include <QHelpEvent>
 #include <QProgressBar>
@@ -131,6 +132,22 @@ private Q_SLOTS:
         const QImage cut = label.grab().toImage();
         fixture.window().resize(2000, 400);
         QVERIFY(label.grab().toImage() != cut);
+    }
+
+    void everyControlThatAPersonCanReachHasAnAccessibleName() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        fixture.choose(Command::TwoMenu);
+        int reached = 0;
+        for (const QWidget *control : fixture.window().findChildren<QWidget *>()) {
+            if (control->focusPolicy() == Qt::NoFocus || control->objectName().startsWith(u"qt_"))
+                continue;
+            ++reached;
+            const QString name =
+                QAccessible::queryAccessibleInterface(const_cast<QWidget *>(control))->text(QAccessible::Name);
+            QVERIFY2(!name.isEmpty(),
+                     qPrintable(control->objectName() + u' ' + QLatin1StringView(control->metaObject()->className())));
+        }
+        QVERIFY2(reached >= 8, qPrintable(QString::number(reached))); // list, grid, editor and hint of both panes
     }
 
 private:
