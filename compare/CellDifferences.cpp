@@ -185,8 +185,10 @@ void CellDifferences::SalvaGridInDatabase(int pane) {
         int type;
     };
     std::vector<Column> columns;
-    for (int f = 1; f < grid.Cols(); ++f)
-        columns.push_back({grid.ColData(f), database.QIRTableFieldType(grid.ColData(f)).toInt()});
+    for (int f = 1; f < grid.Cols(); ++f) {
+        const int field = grid.ColData(f);
+        columns.push_back({field, field < 1 ? 0 : database.QIRTableFieldType(field).toInt()});
+    }
 
     ChangeGroup changes(database);
     YieldTimer timer;
@@ -194,8 +196,10 @@ void CellDifferences::SalvaGridInDatabase(int pane) {
     for (int r = 1; r < grid.Rows(); ++r) {
         database.setQIRTableRecordsPointerOut(grid.RowData(r));
         for (int f = 1; f < grid.Cols(); ++f) {
-            texts.read(f, r, text);
             const Column &column = columns[static_cast<std::size_t>(f - 1)];
+            if (column.field < 1)
+                continue; // the empty column of a table without fields
+            texts.read(f, r, text);
             assignText(database, column.field, column.type, text);
         }
         timer.yieldIfDue();

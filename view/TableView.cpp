@@ -125,6 +125,10 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
     QStringList headers;
     for (int k = 1; k <= database.QirTableFieldsCount(); ++k)
         headers.append(headerText(database, k));
+    // A table without fields shows one empty column, which stands for no field.
+    const bool hasFields = !headers.isEmpty();
+    if (!hasFields)
+        headers.append(QString());
     const int records = database.QirTableRecordsCount();
 
     {
@@ -137,6 +141,8 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
             timer.yieldIfDue();
         }
     }
+    if (!hasFields)
+        grid.setColData(1, 0);
     if (reload && panesShowSameTable(m_editor))
         grid.paintDifferences(m_editor.state.CelleDiverse);
     SizeAdjust(m_editor, grid);

@@ -377,6 +377,15 @@ TEST_F(CellDifferencesTest, StoresEachRowInTheRecordThatItShows) {
     EXPECT_TRUE(panes.redCells(0).empty());
 }
 
+TEST_F(CellDifferencesTest, StoresNothingOfAColumnThatStandsForNoField) {
+    show(numbered(2), numbered(2));
+    panes.grid(0).setColData(2, 0);
+    panes.grid(0).setTextMatrix(1, 2, u"nowhere"_s);
+    panes.differences().SalvaGridInDatabase(0);
+    panes.editor().OggettoDtb(0).setQIRTableRecordsPointerOut(1);
+    EXPECT_EQ(panes.editor().OggettoDtb(0).QIRTableRecordSetByIndex(2).toString(), u"r1"_s);
+}
+
 TEST_F(CellDifferencesTest, StoresTheLeadingNumberOfATextInANumberField) {
     show(numbered(1), numbered(1));
     panes.grid(0).setTextMatrix(1, 1, u"12abc"_s);
