@@ -4,6 +4,7 @@
 #include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/PaneTable.h"
+#include "base/Collation.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "platform/controls/Grid.h"
@@ -12,6 +13,8 @@
 
 #include <QAction>
 #include <QLabel>
+
+#include <algorithm>
 
 namespace qir {
 
@@ -22,7 +25,24 @@ bool rightPaneLoaded(const EditorContext &editor) {
     return !editor.nomelab(1).isHidden();
 }
 
+/// The line whose name has this key, -1 when there is none.
+int lineOfKey(const ListBox &list, const QString &key) {
+    for (int line = 0; line < list.ListCount(); ++line) {
+        if (collationKey(list.List(line)) == key)
+            return line;
+    }
+    return -1;
+}
+
 } // namespace
+
+void ModeCommands::selectInBothLists(int line, int top) {
+    const RefillScope refill(m_editor); // what is selected is loaded afterwards
+    for (const int pane : {0, 1}) {
+        m_editor.ListaTabelle(pane).setListIndex(line);
+        m_editor.ListaTabelle(pane).setTopIndex(top);
+    }
+}
 
 void ModeCommands::setMode(bool two) {
     m_editor.controls.action(Command::OneMenu).setChecked(!two);
@@ -69,7 +89,14 @@ void ModeCommands::TwoMenu_Click() {
 }
 
 void ModeCommands::CompareAgainMenu_Click() {
+    const int pane = std::max(m_editor.state.IndexAttivo, 0);
+    const ListBox &list = m_editor.ListaTabelle(pane);
+    const QString selected = list.ListIndex() < 0 ? QString() : collationKey(list.List(list.ListIndex()));
+    const int top = list.TopIndex();
     m_alignment.MostraTabelleDiverseInLista();
+    // A refilled list selects by position; who looks again wants to look at the same table.
+    if (const int line = lineOfKey(list, selected); line >= 0)
+        selectInBothLists(line, top);
     m_tables.settlePanes();
     m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore);
 }

@@ -23,7 +23,7 @@ public:
     void OneMenu_Click();
     void TwoMenu_Click();
 
-    /// Lines the lists up and compares everything afresh.
+    /// Lines the lists up and compares everything afresh; the active pane's table stays selected, on both sides.
     void CompareAgainMenu_Click();
     /// Moves the keyboard focus to the other pane, to its list or its grid as in the pane left, and makes it active.
     void OtherPaneMenu_Click();
@@ -32,6 +32,8 @@ private:
     void setMode(bool two);
     /// Releases the right pane's database, discarding its changes when `keep` is False.
     void closeRightPane(bool keep);
+    /// Selects a line in both lists without loading it, and scrolls both to line `top`.
+    void selectInBothLists(int line, int top);
     /// The end of both mode commands: menus, layout, colours.
     void showMode();
 
