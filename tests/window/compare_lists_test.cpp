@@ -159,6 +159,27 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void comparingAgainStaysOnTheLineAndWithTheView() {
+        std::vector<TableOfTexts> right;
+        for (int i = 10; i < 60; ++i)
+            right.push_back(listOf(u"T%1"_s.arg(i), {QString::number(i)}));
+        const CompareFiles files({listOf(u"T12"_s, {u"12"_s}), listOf(u"T55"_s, {u"x"_s})}, right);
+        EditorFixture fixture;
+        files.open(fixture);
+        fixture.clickLine(0, 45);
+        const int top = fixture.list(0).TopIndex();
+        QVERIFY(top > 0);
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
+        fixture.choose(Command::CompareAgainMenu);
+        for (const int pane : {0, 1}) {
+            QCOMPARE(fixture.list(pane).ListIndex(), 45);
+            QCOMPARE(fixture.list(pane).TopIndex(), top);
+            QCOMPARE(redCells(fixture, pane), (Cells{{1, 1}}));
+        }
+        QCOMPARE(fixture.lines(0)[45], u"T55 !"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void closingTheWindowWhileTheNamesAreSortedEndsTheProgram() {
         const CompareFiles files({listOf(u"a"_s, {u"x"_s})}, {listOf(u"b"_s, {u"x"_s})});
         EditorFixture fixture;
