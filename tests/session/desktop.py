@@ -87,8 +87,9 @@ class Desktop:
                     "--delay", "80", str(button))
 
     def close(self, window):
-        """Closes a window as the window manager's close button does."""
-        self.output("xdotool", "windowquit", window)
+        """Closes a window by the window manager, as its close button does."""
+        self.focus(window)
+        self.key("alt+F4")
 
     def picture(self, window, name):
         """Takes a picture of a window into the test's folder and gives its path."""

@@ -40,13 +40,16 @@ def session(screen):
     window = screen.window("QIR Database Editor")
     screen.focus(window)
     check_picture_changes(screen, window, lambda: screen.key("Tab", "Down"), "the next table by key")
-    check_picture_changes(screen, window, lambda: screen.click(window, 60, 80), "the first table by mouse")
+    check_picture_changes(screen, window, lambda: screen.click(window, 60, 80), "another table by mouse")
 
-    screen.key("ctrl+o")
-    dialog = screen.window("File DDB,WDB,UDB,SDB,IDB")
-    screen.focus(dialog)
-    screen.type(os.path.join(samples, "PUMP.WDB"))
-    check_picture_changes(screen, window, lambda: screen.key("Return"), "the other file by the dialog")
+    def open_by_dialog():
+        screen.key("ctrl+o")
+        screen.focus(screen.window("File DDB,WDB,UDB,SDB,IDB"))
+        screen.type(os.path.join(samples, "PANEL.WDB"))
+        screen.key("Return")
+        screen.no_window("File DDB,WDB,UDB,SDB,IDB")
+        screen.focus(window)
+    check_picture_changes(screen, window, open_by_dialog, "the other file by the dialog")
     screen.key("ctrl+q")
     assert editor.wait(60) == 0
 
