@@ -1,9 +1,8 @@
 #pragma once
 
 #include "db/FieldTypes.h"
-#include "tests/window/EditorFixture.h"
+#include "tests/window/EditSupport.h"
 
-#include <QLineEdit>
 #include <QTemporaryDir>
 
 #include <set>
@@ -51,16 +50,6 @@ inline Cells redCells(EditorFixture &fixture, int pane) {
         }
     }
     return red;
-}
-
-/// Types a text in place of a cell's own, as a person does.
-inline void typeInto(EditorFixture &fixture, int pane, int row, int column, const QString &text) {
-    fixture.clickCell(pane, row, column);
-    QTest::keyClick(&fixture.grid(pane), Qt::Key_Return);
-    QLineEdit &editor = fixture.editor().txtEdit(pane);
-    QTest::keySequence(&editor, QKeySequence::SelectAll);
-    QTest::keyClicks(&editor, text);
-    QTest::keyClick(&editor, Qt::Key_Return);
 }
 
 } // namespace qir::test

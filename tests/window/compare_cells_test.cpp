@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QGroupBox>
+#include <QMenu>
 #include <QProgressBar>
 #include <QSignalSpy>
 #include <QTimer>
@@ -124,21 +125,35 @@ private Q_SLOTS:
         EditorFixture fixture;
         files.open(fixture);
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}, {2, 1}, {3, 1}}));
-        fixture.state().IndexOrigine = 0;
-        fixture.state().ColonnaOrdinamento = 1;
-        runCommand([&] {
-            Grid &grid = fixture.grid(0);
-            grid.reorderRecords({1, 2, 0});
-            grid.renumberRows();
-            DifferingTables tables(fixture.editor());
-            CellDifferences(fixture.editor(), tables).SalvaGridInDatabase(0);
-        });
+        rightPressHeader(fixture, 0, 1);
+        QMenu &menu = *fixture.editor().controls.popmenuGridFields;
+        QVERIFY(menu.isVisible());
+        QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier,
+                          menu.actionGeometry(&fixture.action(Command::SortFPOP)).center());
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(redCells(fixture, 1), Cells{});
         QCOMPARE(fixture.lines(0), QStringList(u"a"_s));
         const QirDatabase &left = fixture.editor().OggettoDtb(0);
         left.setQIRTableRecordsPointerOut(1);
         QCOMPARE(left.QIRTableRecordSetByIndex(1).toString(), u"a"_s);
+        forgetChanges(fixture);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aPasteIsStoredAndComparedWithTheOtherSide() {
+        const CompareFiles files({listOf(u"a"_s, {u"a"_s, u"b"_s, u"c"_s})},
+                                 {listOf(u"a"_s, {u"x"_s, u"y"_s, u"c"_s})});
+        EditorFixture fixture;
+        files.open(fixture);
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}, {2, 1}}));
+        selectBlock(fixture, 0, {1, 1, 2, 1});
+        QTest::keyClick(&fixture.grid(0), Qt::Key_C, Qt::ControlModifier);
+        selectBlock(fixture, 1, {1, 1, 2, 1});
+        QTest::keyClick(&fixture.grid(1), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(stored(fixture, 1, 1, 1).toString(), u"a"_s);
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QCOMPARE(redCells(fixture, 1), Cells{});
+        QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"a"_s, u"a"_s}));
         forgetChanges(fixture);
         QIR_VERIFY_OK(fixture);
     }
@@ -295,7 +310,7 @@ private Q_SLOTS:
         const CompareFiles files({listOf(u"a"_s, {u"x"_s, u"y"_s})}, {listOf(u"a"_s, {u"x"_s})});
         EditorFixture fixture;
         files.open(fixture);
-        typeInto(fixture, 0, 2, 1, u"kept"_s);
+        edit(fixture, 0, 2, 1, u"kept"_s);
         fixture.dialogs().expectMessage(u"Database '%1' has changed.\r\nDo you want to save the changes?"_s.arg(
                                             fixture.editor().OggettoDtb(0).GetDatabaseFileName()),
                                         u"QIR Database Editor"_s, u"Yes"_s);

@@ -131,10 +131,10 @@ private Q_SLOTS:
         EditorFixture fixture;
         files.open(fixture);
         QCOMPARE(fixture.lines(0), QStringList(u"a !"_s));
-        typeInto(fixture, 0, 1, 1, u"y"_s);
+        edit(fixture, 0, 1, 1, u"y"_s);
         QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"a"_s, u"a"_s}));
         QCOMPARE(redCells(fixture, 0), Cells{});
-        typeInto(fixture, 1, 1, 1, u"z"_s);
+        edit(fixture, 1, 1, 1, u"z"_s);
         QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"a !"_s, u"a !"_s}));
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
         fixture.state().OggettoDtb[0].setDtbHasChanged(false);
