@@ -14,7 +14,8 @@ public:
     BusyPointer &operator=(const BusyPointer &) = delete;
 };
 
-/// Disables a widget while it lives and then gives it back the state that it had. The widget may go first.
+/// Disables a widget while it lives and then gives it back the state that it had, and the keyboard focus to the control
+/// of it that lost it by this. The widget may go first.
 class DisabledWidget {
 public:
     explicit DisabledWidget(QWidget *widget);
@@ -24,6 +25,7 @@ public:
 
 private:
     QPointer<QWidget> m_widget;
+    QPointer<QWidget> m_focused;
     bool m_wasEnabled;
 };
 
