@@ -94,6 +94,18 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void theControlThatHadTheFocusHasItAgainAfterThePicker() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        for (QWidget *control : {static_cast<QWidget *>(&fixture.list(0)), static_cast<QWidget *>(&fixture.grid(0))}) {
+            control->setFocus();
+            fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
+            fixture.dialogs().expect(picker(u"long"_s, Pick::Cancel));
+            fixture.choose(Command::AddFieldMenu);
+            QCOMPARE(fixture.window().focusWidget(), control);
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
     void everyWayOfConfirmingThePickerTakesItsType_data() {
         QTest::addColumn<int>("how");
         QTest::newRow("double click") << int(Pick::DoubleClick);
