@@ -98,7 +98,7 @@ void OpenCommand::OpenDatabase_Click() {
         return;
     m_editor.NomeFileDtb(pane) = name;
     m_editor.controls.action(Command::ChangePassword).setEnabled(true);
-    m_editor.nomelab(pane).setText(name);
+    showFileName(m_editor, pane, name);
     if (loadComponent(pane)) {
         showOpenedTables();
     } else {
@@ -120,7 +120,7 @@ void OpenCommand::createComponent(int pane) {
 
 bool OpenCommand::loadComponent(int pane) {
     const QString name = m_editor.NomeFileDtb(pane);
-    m_editor.nomelab(pane).setText(name);
+    showFileName(m_editor, pane, name);
     // The old component goes before the next load: both could hold the same file.
     releaseComponent(m_editor, pane);
     createComponent(pane);

@@ -1,10 +1,9 @@
 #include "app/SaveCommands.h"
 
+#include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/utility.h"
 #include "platform/dialogs/Dialogs.h"
-
-#include <QLabel>
 
 namespace qir {
 
@@ -32,7 +31,7 @@ void SaveCommands::SaveAsMenu_Click() {
     database.setDtbHasChanged(true); // an unchanged database may not be written
     database.SaveDtb();
     database.setDtbHasChanged(false);
-    m_editor.nomelab(pane).setText(name);
+    showFileName(m_editor, pane, name);
 }
 
 void SaveCommands::SalvaSecco(QString &fileName, bool &chosen) {

@@ -112,6 +112,11 @@ void followGridCommands(EditorContext &editor) {
         enableGridCommands(editor);
 }
 
+void showFileName(EditorContext &editor, int pane, const QString &name) {
+    editor.nomelab(pane).setText(name);
+    editor.nomelab(pane).setAccessibleDescription(name);
+}
+
 void activatePane(EditorContext &editor, int pane) {
     editor.state.IndexAttivo = pane;
     SettaColoriIndexAttivo(editor);

@@ -20,6 +20,9 @@ void enableGridCommands(EditorContext &editor);
 /// was filled meanwhile; else nothing, so that a command that moves nothing asks nothing of the component.
 void followGridCommands(EditorContext &editor);
 
+/// Shows a file name in a pane's label, to screen readers too.
+void showFileName(EditorContext &editor, int pane, const QString &name);
+
 /// Makes a pane the active one: IndexAttivo, colours, menus.
 void activatePane(EditorContext &editor, int pane);
 

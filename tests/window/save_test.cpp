@@ -112,6 +112,7 @@ private Q_SLOTS:
                                              u"SaveDtb()"_s, u"DtbHasChanged(false)"_s}));
         QCOMPARE(fixture.state().NomeFileDtb[0], name.toUpper());
         QCOMPARE(fixture.editor().nomelab(0).text(), name.toUpper());
+        QCOMPARE(fixture.editor().nomelab(0).accessibleDescription(), name.toUpper());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -125,6 +126,65 @@ private Q_SLOTS:
         QCOMPARE(savedValue(path(u"COPY.DDB"_s), u"T"_s), u"1"_s);
         QVERIFY(!QFile::exists(path(u"copy.ddb"_s))); // a new file gets the upper-cased name
         QCOMPARE(fileBytes(file), before);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void saveAsReplacesAnExistingFileOnlyWhenAllowed_data() {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("Yes") << u"Yes"_s << u"1"_s;
+        QTest::newRow("No") << u"No"_s << u"7"_s;
+    }
+
+    void saveAsReplacesAnExistingFileOnlyWhenAllowed() {
+        QFETCH(QString, button);
+        QFETCH(QString, value);
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        const QString other = makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"7"_s})});
+        EditorFixture fixture(file);
+        // The dialog asks while it stands open, and stays open after a No.
+        fixture.dialogs().expect([&](QDialog &dialog) {
+            auto *edit = dialog.findChild<QLineEdit *>(u"fileNameEdit"_s);
+            edit->setText(other);
+            fixture.dialogs().expect([&](QDialog &question) { return pressButton(question, button); });
+            pressButton(dialog, u"Save"_s);
+            if (dialog.isVisible())
+                QTest::keyClick(&dialog, Qt::Key_Escape);
+            return QString();
+        });
+        fixture.choose(Command::SaveAsMenu);
+        QCOMPARE(fixture.dialogs().answered(), 2);
+        QCOMPARE(savedValue(other, u"T"_s), value);
+        QCOMPARE(fixture.editor().nomelab(0).text(), button == u"Yes" ? other.toUpper() : file);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void saveAsReplacesNoFileThatTheDialogDidNotShow() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        const QString other = makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"7"_s})});
+        EditorFixture fixture(file);
+        fixture.dialogs().expectFile(fileDialogTitle, path(u"b.ddb"_s)); // would reach B.DDB
+        fixture.dialogs().expect(messageContaining(u"B.DDB"_s));
+        fixture.choose(Command::SaveAsMenu);
+        QCOMPARE(savedValue(other, u"T"_s), u"7"_s);
+        QCOMPARE(fixture.state().NomeFileDtb[0], file);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void saveAsAddsNoExtension() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        fixture.dialogs().expectFile(fileDialogTitle, path(u"PLAIN"_s));
+        fixture.choose(Command::SaveAsMenu);
+        QVERIFY(QFile::exists(path(u"PLAIN"_s)));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theSaveDialogLeavesTheCurrentFolderAsItWas() {
+        const QString before = QDir::currentPath();
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        fixture.dialogs().expectFile(fileDialogTitle, path(u"B.DDB"_s));
+        fixture.choose(Command::SaveAsMenu);
+        QCOMPARE(QDir::currentPath(), before);
         QIR_VERIFY_OK(fixture);
     }
 
