@@ -97,7 +97,7 @@ bool valuesEqual(const QVariant &left, const QVariant &right) {
     if (isNumber(leftKind) && isNumber(rightKind))
         return numbersEqual(left, leftKind, right, rightKind);
     // Types outside the automation convention: equal only as themselves.
-    return leftKind == rightKind && left.metaType() == right.metaType() && left == right;
+    return left.metaType() == right.metaType() && left == right;
 }
 
 } // namespace qir
