@@ -126,7 +126,7 @@ void DtbEditor::connectCommands() {
     onCommand(Command::SaveAsMenu, [this] { m_save.SaveAsMenu_Click(); });
     onCommand(Command::CloseDatabaseMenu, [this] { m_close.CloseDatabaseMenu_Click(); });
     onCommand(Command::ChangePassword, [this] { ChangePassword_Click(m_editor); });
-    onCommand(Command::EndMenu, [this] { close(); });
+    onCommand(Command::EndMenu, [this] { EndMenu_Click(); });
     onCommand(Command::OneMenu, [this] { m_modes.OneMenu_Click(); });
     onCommand(Command::TwoMenu, [this] { m_modes.TwoMenu_Click(); });
     onCommand(Command::CompareAgainMenu, [this] { m_modes.CompareAgainMenu_Click(); });
@@ -143,7 +143,15 @@ void DtbEditor::connectCommands() {
 
 void DtbEditor::resizeEvent(QResizeEvent *event) {
     QMainWindow::resizeEvent(event);
+    Form_Resize();
+}
+
+void DtbEditor::Form_Resize() {
     RicalcolaSistemazioneForm(m_editor);
+}
+
+void DtbEditor::EndMenu_Click() {
+    close(); // which asks about both databases
 }
 
 void DtbEditor::changeEvent(QEvent *event) {

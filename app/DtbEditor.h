@@ -51,6 +51,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void Form_Resize();
+    void EndMenu_Click();
     void connectPane(int pane);
     void connectCommands();
     void onCommand(Command command, std::function<void()> procedure);

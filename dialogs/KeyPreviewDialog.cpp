@@ -13,13 +13,13 @@ void KeyPreviewDialog::previewKeysOfControls() {
 }
 
 bool KeyPreviewDialog::eventFilter(QObject *watched, QEvent *event) {
-    if (event->type() == QEvent::KeyPress && keyPreview(*static_cast<QKeyEvent *>(event), watched))
+    if (event->type() == QEvent::KeyPress && Form_KeyDown(*static_cast<QKeyEvent *>(event), watched))
         return true;
     return QDialog::eventFilter(watched, event);
 }
 
 void KeyPreviewDialog::keyPressEvent(QKeyEvent *event) {
-    if (!keyPreview(*event, this))
+    if (!Form_KeyDown(*event, this))
         QDialog::keyPressEvent(event);
 }
 

@@ -20,7 +20,7 @@ public:
 
 protected:
     /// A key pressed while `focused` has the focus; true when it is dealt with and goes no further.
-    virtual bool keyPreview(const QKeyEvent &event, const QObject *focused) = 0;
+    virtual bool Form_KeyDown(const QKeyEvent &event, const QObject *focused) = 0;
 
     void keyPressEvent(QKeyEvent *event) override;
     /// To be called when all controls are made.

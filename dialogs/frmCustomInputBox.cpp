@@ -120,16 +120,19 @@ void frmCustomInputBox::showSingleLine() {
     comandi[0]->setDefault(true);
 }
 
-bool frmCustomInputBox::keyPreview(const QKeyEvent &event, const QObject *focused) {
+bool frmCustomInputBox::Form_KeyDown(const QKeyEvent &event, const QObject *focused) {
     if (event.key() == Qt::Key_Escape) {
         cancel();
         return true;
     }
-    if (focused == Testo && (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)) {
-        confirm();
-        return true;
-    }
-    return false;
+    return focused == Testo && Testo_KeyPress(event);
+}
+
+bool frmCustomInputBox::Testo_KeyPress(const QKeyEvent &event) {
+    if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter)
+        return false;
+    confirm();
+    return true;
 }
 
 void frmCustomInputBox::confirm() {

@@ -23,13 +23,15 @@ public:
     ~frmCustomInputBox() override;
 
 protected:
-    bool keyPreview(const QKeyEvent &event, const QObject *focused) override;
+    bool Form_KeyDown(const QKeyEvent &event, const QObject *focused) override;
 
 private:
     void buildControls();
     void Form_Load();
     void showMultiline();
     void showSingleLine();
+    /// Enter in the single-line box confirms; true when the key was that.
+    bool Testo_KeyPress(const QKeyEvent &event);
     void confirm();
     void cancel();
 

@@ -42,8 +42,8 @@ frmListaStringhePlain::frmListaStringhePlain(QWidget *parent)
         buttons->addWidget(cmd.at(i));
     }
     cmd[0]->setDefault(true);
-    connect(cmd[0], &QPushButton::clicked, this, &frmListaStringhePlain::takeChoice);
-    connect(cmd[1], &QPushButton::clicked, this, &frmListaStringhePlain::uscita_frmListaStringhePlain);
+    connect(cmd[0], &QPushButton::clicked, this, [this] { cmd_Click(0); });
+    connect(cmd[1], &QPushButton::clicked, this, [this] { cmd_Click(1); });
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_list, 1);
@@ -56,24 +56,37 @@ bool frmListaStringhePlain::eventFilter(QObject *watched, QEvent *event) {
     // A double click takes the choice wherever in the list it falls, beside the items too.
     if (watched == m_list->viewport() && event->type() == QEvent::MouseButtonDblClick &&
         static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton) {
-        takeChoice();
+        valori_discreti_DblClick();
         return true;
     }
     return KeyPreviewDialog::eventFilter(watched, event);
 }
 
-bool frmListaStringhePlain::keyPreview(const QKeyEvent &event, const QObject *focused) {
+bool frmListaStringhePlain::Form_KeyDown(const QKeyEvent &event, const QObject *focused) {
     if (event.key() == Qt::Key_Escape) {
         uscita_frmListaStringhePlain();
         return true;
     }
-    // Enter on the focused Cancel button is that button's own.
-    if (focused != cmd[1] && (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)) {
-        if (m_list->ListIndex() >= 0)
-            takeChoice();
-        return true;
-    }
-    return false;
+    return focused != cmd[1] && Form_KeyPress(event); // Enter on the focused Cancel button is that button's own
+}
+
+bool frmListaStringhePlain::Form_KeyPress(const QKeyEvent &event) {
+    if (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter)
+        return false;
+    if (m_list->ListIndex() >= 0)
+        takeChoice();
+    return true;
+}
+
+void frmListaStringhePlain::valori_discreti_DblClick() {
+    takeChoice();
+}
+
+void frmListaStringhePlain::cmd_Click(int Index) {
+    if (Index == 0)
+        takeChoice();
+    else
+        uscita_frmListaStringhePlain();
 }
 
 void frmListaStringhePlain::takeChoice() {

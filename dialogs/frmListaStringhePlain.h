@@ -38,9 +38,13 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
-    bool keyPreview(const QKeyEvent &event, const QObject *focused) override;
+    bool Form_KeyDown(const QKeyEvent &event, const QObject *focused) override;
 
 private:
+    /// Enter takes the choice if there is one; true when the key was that.
+    bool Form_KeyPress(const QKeyEvent &event);
+    void valori_discreti_DblClick();
+    void cmd_Click(int Index);
     void takeChoice();
     /// The cancel.
     void uscita_frmListaStringhePlain();
