@@ -58,5 +58,6 @@ function(qir_benchmark name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE qir_flags benchmark::benchmark ${arg_LINK})
+  add_dependencies(${name} QIRTBase) # found at run time, not linked
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
 endfunction()
