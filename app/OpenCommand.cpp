@@ -119,6 +119,19 @@ void OpenCommand::createComponent(int pane) {
 }
 
 bool OpenCommand::loadComponent(int pane) {
+    try {
+        return loadFreshComponent(pane);
+    } catch (const std::exception &) {
+        // The old database is gone already: menus and lists must not offer it any more.
+        m_editor.OggettoDtb(pane).release();
+        m_editor.DtbAperto(pane) = false;
+        AbilitaMenu(m_editor, pane);
+        m_alignment.MostraTabelleDiverseInLista();
+        throw;
+    }
+}
+
+bool OpenCommand::loadFreshComponent(int pane) {
     const QString name = m_editor.NomeFileDtb(pane);
     showFileName(m_editor, pane, name);
     // The old component goes before the next load: both could hold the same file.

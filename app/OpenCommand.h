@@ -38,6 +38,7 @@ private:
     void createComponent(int pane);
     /// Loads NomeFileDtb of a pane into a new component of that pane, asking for the password of a protected file.
     bool loadComponent(int pane);
+    bool loadFreshComponent(int pane);
     void showLoadFailure(int pane);
     void showOpenedTables();
 

@@ -28,6 +28,7 @@ void TableView::ListaTabelle_Click(int Index) {
     if (m_editor.state.CaricamentoInCorso || m_editor.state.RefillInCorso > 0)
         return;
     activatePane(m_editor, Index);
+    const ActivePaneScope active(m_editor); // the other list's click makes the other pane active; an error may follow
     ListBox &list = m_editor.ListaTabelle(Index);
     if (list.ListIndex() == m_editor.UltimoListIndex(Index))
         return;
@@ -41,7 +42,6 @@ void TableView::ListaTabelle_Click(int Index) {
     otherList.setListIndex(list.ListIndex()); // raises the other list's click, which loads the same line there
     otherList.setTopIndex(list.TopIndex());
     m_differences.EvidenziaDifferenzeTabella();
-    activatePane(m_editor, Index); // the other list's click made the other pane active
 }
 
 void TableView::RichiamaTabella(int Index, const QString &Caller) {
@@ -50,6 +50,7 @@ void TableView::RichiamaTabella(int Index, const QString &Caller) {
     if (list.ListIndex() < 0)
         return;
     m_editor.UltimoListIndex(Index) = list.ListIndex();
+    m_editor.LoadFailed(Index) = false;
     if (!realTableSelected(m_editor, Index)) {
         hideTable(Index);
         return;
@@ -63,8 +64,9 @@ void TableView::RichiamaTabella(int Index, const QString &Caller) {
         // Silent: what was filled so far stays, but a grid that still holds another table must not show under this
         // line.
         m_editor.UltimoListIndex(Index) = -1;
+        m_editor.LoadFailed(Index) = true;
         if (m_editor.TabellaMostrata(Index) != name)
-            showGrid(m_editor, Index, false);
+            hideTable(Index);
     }
     yieldToMessages();
 }
@@ -119,8 +121,6 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
     QirDatabase &database = m_editor.OggettoDtb(Index);
     Grid &grid = m_editor.Tabella(Index);
     const bool reload = m_editor.TabellaMostrata(Index) == m_editor.TabellaCorrente(Index);
-    m_editor.TabellaMostrata(Index) = m_editor.TabellaCorrente(Index);
-    m_editor.UltimaTabella(Index) = m_editor.TabellaCorrente(Index);
 
     QStringList headers;
     for (int k = 1; k <= database.QirTableFieldsCount(); ++k)
@@ -131,6 +131,9 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
         headers.append(QString());
     const int records = database.QirTableRecordsCount();
 
+    // From here on the grid shows this table; until here an error leaves it with the one before.
+    m_editor.TabellaMostrata(Index) = m_editor.TabellaCorrente(Index);
+    m_editor.UltimaTabella(Index) = m_editor.TabellaCorrente(Index);
     {
         GridFill fill(grid, headers, records, reload ? GridFill::SameTable : GridFill::NewTable);
         QStringList values;
@@ -168,12 +171,15 @@ void TableView::settlePanes() {
             loaded = true;
         } else if (!real) {
             hideTable(pane);
-        } else {
+        } else if (!m_editor.LoadFailed(pane)) {
             m_editor.UltimoListIndex(pane) = m_editor.ListaTabelle(pane).ListIndex();
         }
     }
     if (loaded)
         m_differences.EvidenziaDifferenzeTabella();
+    const int active = m_editor.state.IndexAttivo;
+    m_editor.controls.action(Command::RemoveTableMenu)
+        .setEnabled(active >= 0 && m_editor.DtbAperto(active) && m_editor.ListaTabelle(active).ListCount() > 0);
     followGridCommands(m_editor);
 }
 

@@ -7,6 +7,8 @@
 
 #include <QLineEdit>
 
+#include <stdexcept>
+
 namespace qir {
 
 QString selectedTableName(EditorContext &editor, int pane) {
@@ -27,6 +29,9 @@ void makeTableCurrent(EditorContext &editor, int pane, const QString &name) {
 
 void makeShownTableCurrent(EditorContext &editor, int pane) {
     const QString &shown = editor.TabellaMostrata(pane);
+    // The component may still stand at another table, which nobody sees.
+    if (shown.isEmpty() && realTableSelected(editor, pane))
+        throw std::runtime_error("The selected table could not be loaded.");
     if (!shown.isEmpty() && editor.TabellaCorrente(pane) != shown)
         makeTableCurrent(editor, pane, shown);
 }

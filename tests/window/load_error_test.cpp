@@ -1,0 +1,103 @@
+#include "tests/tools/fake/FakeControl.h"
+#include "tests/window/EditorFixture.h"
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TableOfTexts pumps() {
+    return {u"Pumps"_s, {{u"Speed"_s, FieldType::Long, {u"1200"_s, u"900"_s, u"60"_s}}}};
+}
+
+TableOfTexts valves() {
+    return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s, u"0"_s}}}};
+}
+
+} // namespace
+
+/// Components that fail in the middle of a load: nobody may work on a table that is not the one selected.
+class LoadErrorTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+    }
+
+    void anErrorBeforeTheFillHidesTheTableBefore() {
+        const UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
+        fake->failOn(u"QirTableFieldsCount"_s, u"broken"_s);
+        fixture.clickLine(0, 1);
+        QVERIFY(!fixture.grid(0).Visible());
+        QCOMPARE(fixture.editor().TabellaMostrata(0), QString());
+        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        QCOMPARE(fixture.dialogs().problems(), QString());
+    }
+
+    void afterAFailedLoadNoRecordIsAddedToTheTableBefore() {
+        const UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
+        fake->failOn(u"QIRTableRecordSource"_s, u"broken"_s);
+        fixture.clickLine(0, 1);
+        fake->clearLog();
+        fixture.dialogs().expectMessage(u"The selected table could not be loaded."_s, u"QIR Database Editor"_s,
+                                        u"OK"_s);
+        fixture.choose(Command::AddRecordMenu);
+        for (const FakeCall &call : fake->log())
+            QVERIFY(call.member != u"AddRecord"_s);
+        QCOMPARE(fixture.dialogs().problems(), QString());
+    }
+
+    void aTableWhoseLoadBrokeOffIsLoadedAgainByAClickOnItsLine() {
+        const UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
+        fake->failOn(u"GetQirRecord"_s, u"broken"_s, 2);
+        fixture.clickLine(0, 1);
+        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        QCOMPARE(fixture.grid(0).Rows(), 2); // what was filled so far stays
+        fake->failOn(u"GetQirRecord"_s, u"broken"_s, 1000);
+        fixture.clickLine(0, 1);
+        QCOMPARE(fixture.grid(0).Rows(), 3);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anOpenThatRaisesLeavesThePaneWithoutADatabase() {
+        const UseFake fake;
+        const QString second = makeFile(u"B.DDB"_s, {valves()});
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fake->failOn(u"LoadDtb"_s, u"broken"_s);
+        fixture.dialogs().expectFile(u"File DDB,WDB,UDB,SDB,IDB"_s, second);
+        fixture.dialogs().expectMessage(u"broken"_s, u"QIR Database Editor"_s, u"OK"_s);
+        fixture.choose(Command::OpenDatabase);
+        QVERIFY(!fixture.editor().DtbAperto(0));
+        QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
+        QVERIFY(!fixture.action(Command::CloseDatabaseMenu).isEnabled());
+        QVERIFY(!fixture.editor().controls.pane[0].hint->isHidden());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void removingATableIsOfferedAgainOnceThereIsOne() {
+        const UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {}));
+        QVERIFY(!fixture.action(Command::RemoveTableMenu).isEnabled());
+        fixture.open(makeFile(u"B.DDB"_s, {valves()}));
+        QVERIFY(fixture.action(Command::RemoveTableMenu).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
+private:
+    QString makeFile(const QString &name, const std::vector<TableOfTexts> &tables) {
+        const QString path = m_folder->filePath(name);
+        makeDatabase(path, tables);
+        return path;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_MAIN(LoadErrorTest)
+#include "load_error_test.moc"
