@@ -1,7 +1,6 @@
 #include "cli/Protection.h"
 
 #include "base/FileNames.h"
-#include "base/LeadingNumber.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -18,7 +17,12 @@ bool needsPassword(const QString &file) {
     if (!opened.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return false;
     const QByteArray head = opened.read(flagOffset + 1);
-    return head.size() > flagOffset && leadingNumber(QString::fromLatin1(head.first(lengthDigits))) > 3 &&
+    if (head.size() <= flagOffset)
+        return false;
+    bool isNumber = false;
+    const qint64 length = head.first(lengthDigits).trimmed().toLongLong(&isNumber);
+    // A header that the file is too short for tells nothing: the load will say what is wrong.
+    return isNumber && length > flagOffset - lengthDigits && opened.size() >= lengthDigits + length &&
            head.at(flagOffset) == '1';
 }
 

@@ -186,6 +186,13 @@ TEST_P(ProgramTest, VerifyAnswersWhetherAFileIsSound) {
     trouble({u"verify"_s, u"NONE.DDB"_s}, "qirdb: NONE.DDB: there is no such file");
 }
 
+TEST_P(ProgramTest, AProtectedFileCutInsideItsHeaderIsRefusedWithoutAskingForAPassword) {
+    write(u"CUT.DDB"_s, "0000000192QIR1");
+    const Outcome cut = run({u"verify"_s, u"CUT.DDB"_s});
+    EXPECT_EQ(cut.status, 1);
+    EXPECT_THAT(cut.errors.toStdString(), StartsWith("qirdb: CUT.DDB: "));
+}
+
 TEST_P(ProgramTest, AFileThatIsNoDatabaseIsTroubleForEveryOtherCommand) {
     write(u"TEXT.DDB"_s, "Nothing of a database stands in here.");
     for (const QString &command : {u"info"_s, u"tables"_s, u"dump"_s, u"passwd"_s}) {
