@@ -19,13 +19,20 @@ bool isDigit(char16_t unit) {
     return unit >= u'0' && unit <= u'9';
 }
 
-/// The number at the beginning of a text, in the notation of std::from_chars.
+// A whole number of so many digits and a power of ten up to this one are doubles, so that one multiplication or
+// division of them rounds right.
+constexpr int exactDigits = 15;
+constexpr int exactPower = 22;
+
+/// The number at the beginning of a text, in the notation of std::from_chars, and as digits times a power of ten.
 struct Scanned {
     QVarLengthArray<char, 64> decimal; // sign, digits, point, exponent
     bool negative = false;
     bool hasDigits = false;
-    bool isInteger = true; // neither point nor exponent
-    qsizetype end = 0;     // where reading stopped
+    int digits = 0;            // from the first that is not zero, counted as far as one past exactDigits
+    std::int64_t mantissa = 0; // those digits, while they are no more than exactDigits
+    std::int64_t power = 0;    // of ten, beside the mantissa; kept far from overflow
+    qsizetype end = 0;         // where reading stopped
 };
 
 /// Walks over a text leaving out the skipped characters.
@@ -53,15 +60,22 @@ private:
     qsizetype m_at = 0;
 };
 
-void scanDigits(Cursor &cursor, Scanned &number) {
+void scanDigits(Cursor &cursor, Scanned &number, int powerStep) {
     for (; isDigit(cursor.unit()); cursor.advance()) {
+        const int digit = cursor.unit() - u'0';
         number.decimal.append(static_cast<char>(cursor.unit()));
         number.hasDigits = true;
+        number.power += powerStep;
+        if ((number.digits == 0 && digit == 0) || number.digits > exactDigits)
+            continue;
+        if (++number.digits <= exactDigits)
+            number.mantissa = number.mantissa * 10 + digit;
     }
 }
 
 /// The exponent, taken only when digits follow it.
 void scanExponent(Cursor &cursor, Scanned &number) {
+    constexpr std::int64_t farAway = std::int64_t{1} << 40;
     Cursor ahead = cursor;
     const char16_t letter = ahead.unit();
     if (letter != u'e' && letter != u'E' && letter != u'd' && letter != u'D')
@@ -76,8 +90,12 @@ void scanExponent(Cursor &cursor, Scanned &number) {
         return;
     number.decimal.append('e');
     number.decimal.append(sign);
-    scanDigits(ahead, number);
-    number.isInteger = false;
+    std::int64_t exponent = 0;
+    for (; isDigit(ahead.unit()); ahead.advance()) {
+        number.decimal.append(static_cast<char>(ahead.unit()));
+        exponent = std::min(farAway, exponent * 10 + (ahead.unit() - u'0'));
+    }
+    number.power += sign == '-' ? -exponent : exponent;
     cursor = ahead;
 }
 
@@ -90,12 +108,11 @@ Scanned scan(QStringView text) {
             number.decimal.append('-');
         cursor.advance();
     }
-    scanDigits(cursor, number);
+    scanDigits(cursor, number, 0);
     if (cursor.unit() == u'.') {
         number.decimal.append('.');
-        number.isInteger = false;
         cursor.advance();
-        scanDigits(cursor, number);
+        scanDigits(cursor, number, -1);
     }
     if (number.hasDigits)
         scanExponent(cursor, number);
@@ -134,24 +151,29 @@ bool isTooLarge(const Scanned &number) {
     return place + (negativeExponent ? -exponent : exponent) > 0;
 }
 
-double valueOf(const Scanned &number) {
-    if (!number.hasDigits)
-        return 0.0;
-    const char *first = number.decimal.data();
-    const char *last = first + number.decimal.size();
-    constexpr qsizetype exactIntegerLength = 15;
-    if (number.isInteger && number.decimal.size() <= exactIntegerLength) {
-        std::int64_t integer = 0;
-        std::from_chars(first, last, integer);
-        // Through the double's own sign, because -0 is a value of its own.
-        return std::copysign(static_cast<double>(integer), number.negative ? -1.0 : 1.0);
+double powerOfTen(std::int64_t power) {
+    static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                        1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    return powers[power];
+}
+
+double magnitudeOf(const Scanned &number) {
+    if (number.digits <= exactDigits && std::abs(number.power) <= exactPower) {
+        const auto digits = static_cast<double>(number.mantissa);
+        return number.power < 0 ? digits / powerOfTen(-number.power) : digits * powerOfTen(number.power);
     }
     double value = 0.0;
-    const auto [end, error] = std::from_chars(first, last, value);
-    const double sign = number.negative ? -1.0 : 1.0;
+    const char *first = number.decimal.data();
+    const auto [end, error] = std::from_chars(first, first + number.decimal.size(), value);
+    constexpr double largest = std::numeric_limits<double>::max();
     if (error == std::errc::result_out_of_range)
-        value = isTooLarge(number) ? std::numeric_limits<double>::max() : 0.0;
-    return std::copysign(std::min(std::abs(value), std::numeric_limits<double>::max()), sign);
+        return isTooLarge(number) ? largest : 0.0;
+    return std::min(std::abs(value), largest);
+}
+
+double valueOf(const Scanned &number) {
+    // Through the double's own sign, because -0 is a value of its own.
+    return number.hasDigits ? std::copysign(magnitudeOf(number), number.negative ? -1.0 : 1.0) : 0.0;
 }
 
 } // namespace

@@ -29,6 +29,17 @@ bool operator==(const PackedTexts::View &left, const PackedTexts::View &right) {
            (left.size == 0 || std::memcmp(left.bytes, right.bytes, std::size_t{left.size} << left.wide) == 0);
 }
 
+void PackedTexts::View::copyTo(QChar *target) const {
+    if (size == 0)
+        return;
+    if (wide) {
+        std::memcpy(target, bytes, std::size_t{size} * sizeof(char16_t));
+    } else {
+        const auto *units = reinterpret_cast<const unsigned char *>(bytes);
+        std::copy(units, units + size, reinterpret_cast<char16_t *>(target));
+    }
+}
+
 void PackedTexts::clear() {
     m_cells.clear();
     m_block.clear();
@@ -59,23 +70,16 @@ PackedTexts::View PackedTexts::view(std::size_t index) const {
 }
 
 QString PackedTexts::at(std::size_t index) const {
-    QString text;
-    read(index, text);
+    const View source = view(index);
+    QString text(static_cast<qsizetype>(source.size), Qt::Uninitialized);
+    source.copyTo(text.data());
     return text;
 }
 
 void PackedTexts::read(std::size_t index, QString &text) const {
     const View source = view(index);
-    text.resize(source.size);
-    if (source.size == 0)
-        return;
-    QChar *target = text.data();
-    if (source.wide) {
-        std::memcpy(target, source.bytes, std::size_t{source.size} * sizeof(char16_t));
-    } else {
-        const auto *bytes = reinterpret_cast<const unsigned char *>(source.bytes);
-        std::copy(bytes, bytes + source.size, reinterpret_cast<char16_t *>(target));
-    }
+    text.resize(static_cast<qsizetype>(source.size));
+    source.copyTo(text.data());
 }
 
 bool PackedTexts::holds(std::size_t index, QStringView text) const {
@@ -142,6 +146,8 @@ void PackedTexts::permute(const std::vector<std::uint32_t> &order) {
     for (std::size_t i = 0; i < cells.size(); ++i)
         cells[i] = m_cells[order[i]];
     m_cells = std::move(cells);
+    // Texts in the order of their indexes: who reads many in a row reads memory in a row.
+    pack();
 }
 
 std::optional<std::span<const char>> PackedTexts::contiguousLatin1() const {
@@ -181,22 +187,25 @@ std::uint64_t PackedTexts::store(QStringView text) {
 }
 
 void PackedTexts::packWhenWasteful() {
-    if (m_garbage < smallGarbage || m_garbage <= m_block.size() / 2)
-        return;
+    if (m_garbage >= smallGarbage && m_garbage > m_block.size() / 2)
+        pack();
+}
+
+void PackedTexts::pack() {
+    std::vector<char> block;
     try {
-        std::vector<char> block;
         block.reserve(m_block.size() - m_garbage);
-        for (std::uint64_t &cell : m_cells) {
-            const char *bytes = m_block.data() + offsetOf(cell);
-            const std::size_t offset = block.size();
-            block.insert(block.end(), bytes, bytes + bytesOf(cell));
-            cell = cellAt(offset, lengthOf(cell), isWideCell(cell));
-        }
-        m_block = std::move(block);
-        m_garbage = 0;
     } catch (const std::bad_alloc &) {
-        // Thrown by the reservation alone, before any cell moved: the column stays as it is, wasteful but right.
+        return; // no cell has moved: the column stays as it is, wasteful but right
     }
+    for (std::uint64_t &cell : m_cells) {
+        const char *bytes = m_block.data() + offsetOf(cell);
+        const std::size_t offset = block.size();
+        block.insert(block.end(), bytes, bytes + bytesOf(cell));
+        cell = cellAt(offset, lengthOf(cell), isWideCell(cell));
+    }
+    m_block = std::move(block);
+    m_garbage = 0;
 }
 
 } // namespace qir

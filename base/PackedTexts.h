@@ -27,6 +27,8 @@ public:
         std::uint32_t size; ///< In code units.
         bool wide;
 
+        /// Writes its `size` code units.
+        void copyTo(QChar *target) const;
         friend bool operator==(const View &left, const View &right);
     };
 
@@ -81,6 +83,7 @@ private:
     void checkRoom(std::size_t longest, std::size_t bytes) const;
     std::uint64_t store(QStringView text);
     void packWhenWasteful();
+    void pack(); // changes nothing when memory is short
 
     std::vector<std::uint64_t> m_cells;
     std::vector<char> m_block;

@@ -7,7 +7,9 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
+#include <string>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -116,6 +118,20 @@ TEST(LeadingNumber, GivesTheNearestDouble) {
     EXPECT_EQ(leadingNumber(u"9007199254740993"), 9007199254740992.0);
     EXPECT_EQ(leadingNumber(u"1"_s + QString(300, u'0') + u"e-300"_s), 1.0);
     EXPECT_EQ(leadingNumber(u"0."_s + QString(400, u'0') + u"1e401"_s), 1.0);
+}
+
+TEST(LeadingNumber, RoundsShortDecimalsAsTheStandardLibraryDoes) {
+    std::uint64_t state = 88172645463325252U;
+    for (int i = 0; i < 20'000; ++i) {
+        state ^= state << 13;
+        state ^= state >> 7;
+        state ^= state << 17;
+        // One to eighteen digits, a point among them or none, an exponent about the edges of what is exact.
+        std::string digits = std::to_string(state % 1'000'000'000'000'000'000U).substr(0, 1 + (state >> 7) % 18);
+        digits.insert((state >> 15) % (digits.size() + 1), (state >> 20) % 3 == 0 ? "" : ".");
+        digits += "e" + std::to_string(static_cast<int>((state >> 30) % 61) - 30);
+        EXPECT_EQ(leadingNumber(QString::fromStdString(digits)), std::strtod(digits.c_str(), nullptr)) << digits;
+    }
 }
 
 TEST(LeadingNumber, TakesAsciiDigitsOnly) {
