@@ -176,31 +176,36 @@ void CellDifferences::compareGrids(CellWindow window) {
 }
 
 void CellDifferences::SalvaGridInDatabase(int pane) {
+    const Grid &grid = m_editor.Tabella(pane);
+    SalvaGridInDatabase(pane, {1, 1, grid.Rows() - 1, grid.Cols() - 1});
+    m_editor.WriteFailed(pane) = false;
+}
+
+void CellDifferences::SalvaGridInDatabase(int pane, const GridRange &cells) {
     makeShownTableCurrent(m_editor, pane);
     const QirDatabase &database = m_editor.OggettoDtb(pane);
     const Grid &grid = m_editor.Tabella(pane);
     const CellTexts &texts = m_editor.TestiCelle(pane);
     struct Column {
+        int column;
         int field;
         int type;
     };
     std::vector<Column> columns;
-    for (int f = 1; f < grid.Cols(); ++f) {
-        const int field = grid.ColData(f);
-        columns.push_back({field, field < 1 ? 0 : database.QIRTableFieldType(field).toInt()});
+    for (int f = std::max(cells.firstColumn, 1); f <= std::min(cells.lastColumn, grid.Cols() - 1); ++f) {
+        // A table without fields shows one empty column, which stands for none.
+        if (const int field = grid.ColData(f); field >= 1)
+            columns.push_back({f, field, database.QIRTableFieldType(field).toInt()});
     }
 
     ChangeGroup changes(database);
     YieldTimer timer;
-    QString text;
-    for (int r = 1; r < grid.Rows(); ++r) {
+    TextWriter writer(database);
+    for (int r = std::max(cells.firstRow, 1); r <= std::min(cells.lastRow, grid.Rows() - 1); ++r) {
         database.setQIRTableRecordsPointerOut(grid.RowData(r));
-        for (int f = 1; f < grid.Cols(); ++f) {
-            const Column &column = columns[static_cast<std::size_t>(f - 1)];
-            if (column.field < 1)
-                continue; // the empty column of a table without fields
-            texts.read(f, r, text);
-            assignText(database, column.field, column.type, text);
+        for (const Column &column : columns) {
+            texts.read(column.column, r, writer.text());
+            writer.assign(column.field, column.type);
         }
         timer.yieldIfDue();
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/shared/EditorContext.h"
+#include "platform/controls/GridRange.h"
 
 namespace qir {
 
@@ -32,6 +33,9 @@ public:
     void EvidenziaDifferenzeTabella(SelectionRule rule = SelectionRule::SameLine, CellWindow window = {});
     /// Writes every cell text of the pane's grid into the current table of its database, then compares. Yields.
     void SalvaGridInDatabase(int pane);
+    /// Writes the texts of some cells only, those of them that the grid has. All others must be stored as they show
+    /// already: the outcome is that of writing every cell.
+    void SalvaGridInDatabase(int pane, const GridRange &cells);
 
 private:
     void compareGrids(CellWindow window);

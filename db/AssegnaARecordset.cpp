@@ -5,15 +5,19 @@
 
 namespace qir {
 
-void assignText(const QirDatabase &database, int field, int typeCode, const QString &text) {
-    if (typeCode == static_cast<int>(FieldType::Text))
-        database.setQIRTableRecordSetByIndex(field, text);
-    else
-        database.setQIRTableRecordSetByIndex(field, leadingNumber(text));
+void AssegnaARecordset(const QirDatabase &Db, int FieldIndex, const QString &Text) {
+    TextWriter writer(Db);
+    writer.text() = Text;
+    writer.assign(FieldIndex, Db.QIRTableFieldType(FieldIndex).toInt());
 }
 
-void AssegnaARecordset(const QirDatabase &Db, int FieldIndex, const QString &Text) {
-    assignText(Db, FieldIndex, Db.QIRTableFieldType(FieldIndex).toInt(), Text);
+void TextWriter::assign(int field, int typeCode) {
+    if (typeCode == static_cast<int>(FieldType::Text)) {
+        m_database.setQIRTableRecordSetByIndex(field, m_text);
+        return;
+    }
+    *static_cast<double *>(m_number.data()) = leadingNumber(text());
+    m_database.setQIRTableRecordSetByIndex(field, m_number);
 }
 
 } // namespace qir

@@ -9,7 +9,22 @@ namespace qir {
 /// throws. No range is checked here.
 void AssegnaARecordset(const QirDatabase &Db, int FieldIndex, const QString &Text);
 
-/// The same for a field whose type code is known already, for loops over many records.
-void assignText(const QirDatabase &database, int field, int typeCode, const QString &text);
+/// The same for many texts and fields whose type codes are known already: what travels to the component keeps its
+/// memory from one text to the next. The database must outlive the writer.
+class TextWriter {
+public:
+    explicit TextWriter(const QirDatabase &database)
+        : m_database(database) {}
+
+    /// The text to be stored next, to be filled in place.
+    QString &text() { return *static_cast<QString *>(m_text.data()); }
+    /// Stores text() into a field of the current record.
+    void assign(int field, int typeCode);
+
+private:
+    const QirDatabase &m_database;
+    QVariant m_text = QString();
+    QVariant m_number = 0.0;
+};
 
 } // namespace qir

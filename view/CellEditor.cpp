@@ -96,10 +96,15 @@ void CellEditor::ScriviDaEditADtb(int Index) {
     if (text == grid.TextMatrix(row, column))
         return;
     grid.setTextMatrix(row, column, text); // the snapshot of the texts is the grid's own
-    makeShownTableCurrent(m_editor, Index);
-    const QirDatabase &database = m_editor.OggettoDtb(Index);
-    database.setQIRTableRecordsPointerOut(grid.RowData(row));
-    AssegnaARecordset(database, grid.ColData(column), text);
+    try {
+        makeShownTableCurrent(m_editor, Index);
+        const QirDatabase &database = m_editor.OggettoDtb(Index);
+        database.setQIRTableRecordsPointerOut(grid.RowData(row));
+        AssegnaARecordset(database, grid.ColData(column), text);
+    } catch (const std::exception &) {
+        m_editor.WriteFailed(Index) = true;
+        throw;
+    }
     updateDifference(Index);
 }
 

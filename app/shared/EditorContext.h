@@ -49,7 +49,8 @@ struct EditorState {
         int field = 0;
         friend bool operator==(const GridCommandsPlace &, const GridCommandsPlace &) = default;
     } GridCommands;
-    std::array<bool, 2> LoadFailed{false, false}; ///< The last load of a selected line broke off: it counts as none.
+    std::array<bool, 2> LoadFailed{false, false};  ///< The last load of a selected line broke off: it counts as none.
+    std::array<bool, 2> WriteFailed{false, false}; ///< The grid shows a typed text that its component did not take.
     /// Name of the table that each grid shows, and of the one that is current in each component; "" none.
     std::array<QString, 2> TabellaMostrata;
     std::array<QString, 2> TabellaCorrente;
@@ -104,6 +105,7 @@ struct EditorContext {
     bool DtbAperto(int pane) const { return state.DtbAperto[static_cast<std::size_t>(pane)]; }
     int &UltimoListIndex(int pane) { return state.UltimoListIndex[static_cast<std::size_t>(pane)]; }
     bool &LoadFailed(int pane) { return state.LoadFailed[static_cast<std::size_t>(pane)]; }
+    bool &WriteFailed(int pane) { return state.WriteFailed[static_cast<std::size_t>(pane)]; }
     QString &TabellaMostrata(int pane) { return state.TabellaMostrata[static_cast<std::size_t>(pane)]; }
     QString &TabellaCorrente(int pane) { return state.TabellaCorrente[static_cast<std::size_t>(pane)]; }
     QString &UltimaTabella(int pane) { return state.UltimaTabella[static_cast<std::size_t>(pane)]; }

@@ -116,9 +116,14 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void sortingASortedTableChangesNothing() {
+    void sortingASortedTableRewritesItInAGroupAndChangesNothing() {
+        const UseFake fake;
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {oneColumn(FieldType::Long, {u"1"_s, u"2"_s, u"3"_s})}));
+        fake->clearLog();
         sortBy(fixture, 0, 1);
+        QCOMPARE(fake->calls(u"BeginChanges"_s), 1);
+        QCOMPARE(fake->calls(u"EndChanges"_s), 1);
+        QCOMPARE(fake->calls(u"CancelChanges"_s), 0);
         QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
