@@ -155,6 +155,8 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
 
 void TableView::reloadAfterFailure(int Index) {
     RichiamaTabella(Index, u"ListaTabelle"_s);
+    if (m_editor.LoadFailed(Index))
+        hideTable(Index); // its texts are not what the records hold
     try {
         m_differences.EvidenziaDifferenzeTabella();
     } catch (const std::exception &) { // the error that made the reload necessary is the one to tell

@@ -30,7 +30,7 @@ public:
     void RiempiGrigliaDaTabella(int Index);
 
     /// After a writing of the grid's texts failed and was undone: loads the selected table again as it stands in the
-    /// component, and compares. Silent.
+    /// component, and compares. Silent. A table that cannot be loaded now is hidden.
     void reloadAfterFailure(int Index);
 
     /// Loads the selected real line of each open pane whose grid shows another table, and compares the cells once if

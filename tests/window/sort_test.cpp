@@ -189,6 +189,35 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aSortThatIsUndoneNeverLeavesItsOrderInTheGrid_data() {
+        QTest::addColumn<int>("failures");
+        QTest::newRow("loading again fails once") << 1;
+        QTest::newRow("loading again fails always") << 100;
+    }
+
+    void aSortThatIsUndoneNeverLeavesItsOrderInTheGrid() {
+        QFETCH(int, failures);
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations()}));
+        const QList<QStringList> before = fixture.texts(0);
+        bool undone = false;
+        fake->setHook([&](const FakeCall &call) {
+            const bool loading = std::exchange(undone, undone || call.member == "CancelChanges"_L1);
+            if (call.member == "QIRTableRecordSetByIndex"_L1 || (loading && failures-- > 0))
+                throw std::runtime_error("The disk is on fire.");
+        });
+        fixture.dialogs().expectMessage(u"The disk is on fire."_s, u"QIR Database Editor"_s, u"OK"_s);
+        sortBy(fixture, 0, 1);
+        fake->setHook({});
+        QVERIFY(undone);
+        if (fixture.grid(0).Visible())
+            QCOMPARE(fixture.texts(0), before);
+        fixture.choose(Command::ColumnSizeAdjust); // the end of any command tries again
+        QVERIFY(fixture.grid(0).Visible());
+        QCOMPARE(fixture.texts(0), before);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void aSortedPaneIsComparedWithTheOther() {
         EditorFixture fixture;
         fixture.openBoth(m_files->make(u"A.DDB"_s, {stations()}), m_files->make(u"B.DDB"_s, {stations()}));
