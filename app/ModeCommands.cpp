@@ -66,6 +66,7 @@ void ModeCommands::showMode() {
 }
 
 void ModeCommands::OneMenu_Click() {
+    endEdit(m_editor);
     // The chosen item has toggled its own check mark already; the other one's still tells the mode.
     const bool wasOnePane = !m_editor.controls.action(Command::TwoMenu).isChecked();
     setMode(wasOnePane);
@@ -80,6 +81,7 @@ void ModeCommands::OneMenu_Click() {
 }
 
 void ModeCommands::TwoMenu_Click() {
+    endEdit(m_editor);
     const bool wasTwoPanes = !m_editor.controls.action(Command::OneMenu).isChecked();
     setMode(!wasTwoPanes);
     // Unlike the other command this one compares nothing: the left list keeps its marks.

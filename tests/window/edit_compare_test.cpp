@@ -234,6 +234,26 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void switchingModesEndsAnEditInThePaneThatStays_data() {
+        QTest::addColumn<int>("command");
+        QTest::newRow("by the item for one pane") << static_cast<int>(Command::OneMenu);
+        QTest::newRow("by the item for two panes") << static_cast<int>(Command::TwoMenu);
+    }
+
+    void switchingModesEndsAnEditInThePaneThatStays() {
+        QFETCH(const int, command);
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {wide(20, 6)}));
+        for (const bool two : {true, false}) { // each item toggles
+            beginEdit(fixture, 0, 2, 2);
+            fixture.choose(static_cast<Command>(command));
+            QCOMPARE(fixture.editor().twoPanes(), two);
+            QVERIFY(!editing(fixture, 0));
+            QCOMPARE(fixture.state().RigaEdit, -1);
+            QVERIFY(fixture.grid(0).userResizing());
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
     void switchingToOnePaneEndsAnEdit() {
         EditorFixture fixture;
         openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
