@@ -72,8 +72,10 @@ void CellEditor::coverCell(int Index) {
 }
 
 void CellEditor::placeEditor(int Index) {
-    if (!m_editor.txtEdit(Index).isHidden())
-        coverCell(Index);
+    if (m_editor.txtEdit(Index).isHidden())
+        return;
+    coverCell(Index);
+    AllineaTopLeftTabelle(m_editor, Index); // the cell may have been scrolled into view
 }
 
 void CellEditor::Interrompiedit(int Index) {

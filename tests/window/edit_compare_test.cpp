@@ -206,6 +206,20 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void theOtherGridFollowsWhenAnEditorIsKeptInViewOfASmallerWindow() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(300, 3)}, {wide(300, 3)});
+        Grid &grid = fixture.grid(0);
+        const int lastShown = grid.viewport()->height() / grid.rowHeight(0);
+        beginEdit(fixture, 0, lastShown, 2);
+        QCOMPARE(grid.TopRow(), 1);
+        fixture.window().resize(fixture.window().width(), fixture.window().height() - 200);
+        QTRY_VERIFY(grid.TopRow() > 1);
+        QVERIFY(editing(fixture, 0));
+        QCOMPARE(fixture.grid(1).TopRow(), grid.TopRow());
+        QIR_VERIFY_OK(fixture);
+    }
+
     void anEditInTheFollowingGridEnds_data() {
         QTest::addColumn<bool>("byScrolling");
         QTest::newRow("the other grid scrolls") << true;
