@@ -82,6 +82,18 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void theEmptyColumnOfATableWithoutFieldsHasNothingToEdit() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {{u"Bare"_s, {}}}));
+        fixture.choose(Command::AddRecordMenu);
+        QVERIFY(fixture.grid(0).Visible());
+        doubleClickCell(fixture, 0, 1, 1);
+        QVERIFY(!editing(fixture, 0));
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        QVERIFY(!editing(fixture, 0));
+        QCOMPARE(fixture.state().RigaEdit, -1);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void enterOnTheNumberBlockDoesTheSame() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
