@@ -31,6 +31,7 @@ void GridConnections::connectGrid(int pane) {
     connect(grid, &Grid::LeaveCell, this, [this, pane] { runCommand([&] { m_grid.Tabella_LeaveCell(pane); }); });
     connect(grid, &Grid::SelChange, this, [this, pane] { runCommand([&] { m_grid.Tabella_SelChange(pane); }); });
     connect(grid, &Grid::Scroll, this, [this, pane] { runCommand([&] { m_grid.Tabella_Scroll(pane); }); });
+    connect(grid, &Grid::Revealed, this, [this, pane] { runCommand([&] { m_grid.Tabella_Revealed(pane); }); });
     connect(grid, &Grid::KeyPress, this,
             [this, pane](int KeyAscii) { runCommand([&] { m_grid.Tabella_KeyPress(pane, KeyAscii); }); });
     connect(grid, &Grid::KeyDown, this, [this, pane](int KeyCode, int Shift) {

@@ -55,6 +55,11 @@ void GridEvents::Tabella_Scroll(int Index) {
     AllineaTopLeftTabelle(m_editor, Index);
 }
 
+void GridEvents::Tabella_Revealed(int Index) {
+    m_cellEditor.Interrompiedit(Index); // its cell is no longer under it
+    AllineaTopLeftTabelle(m_editor, Index);
+}
+
 void GridEvents::Tabella_SelChange(int Index) {
     mirrorSelection(m_editor, Index);
 }

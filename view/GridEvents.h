@@ -30,6 +30,8 @@ public:
     void Tabella_KeyDown(int Index, int KeyCode, int Shift);
     void Tabella_LeaveCell(int Index);
     void Tabella_Scroll(int Index);
+    /// A key or a drag scrolled the grid.
+    void Tabella_Revealed(int Index);
     void Tabella_SelChange(int Index);
     void Tabella_MouseDown(int Index, Qt::MouseButton button, int row, int column, const QPoint &globalPosition);
 

@@ -241,7 +241,7 @@ void Grid::select(const GridSelection &selection, Reveal reveal) {
     m_selection = selection;
     showSelection();
     if (reveal == Reveal::FarCorner)
-        bringIntoView(RowSel(), ColSel()); // before SelChange: whoever follows goes where this grid has gone
+        revealFarCorner(); // before SelChange: whoever follows goes where this grid has gone
     if (m_silences == 0)
         Q_EMIT SelChange();
 }

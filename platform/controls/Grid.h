@@ -163,7 +163,8 @@ Q_SIGNALS:
     void KeyPress(int keyAscii); ///< A character typed: 13 is Enter.
     void LeaveCell();            ///< Before the current cell changes; Row and Col are still the old ones.
     void SelChange();
-    void Scroll(); ///< The user scrolled by bar or wheel.
+    void Scroll();   ///< The user scrolled by bar or wheel.
+    void Revealed(); ///< A key or a drag scrolled to show where it went; before SelChange.
     /// A button went down over (row, column), -1 when over no cell. The keyboard's menu key counts as the right button
     /// on the current cell. A right press outside the selection has made its cell current before this.
     void MouseDown(Qt::MouseButton button, int row, int column, const QPoint &globalPosition);
@@ -214,6 +215,7 @@ private:
     PointedCell pointedCell() const;
     GridRange selectedRecords() const;
     void bringIntoView(int row, int column);
+    void revealFarCorner();
     QPoint menuPosition(int row);
 
     std::unique_ptr<PointerPlace> m_pointer;

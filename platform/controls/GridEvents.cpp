@@ -153,7 +153,7 @@ void Grid::keyPressEvent(QKeyEvent *event) {
     } else if (const auto next = moved(m_selection, key, event->modifiers(), extent())) {
         event->accept();
         select(*next, Reveal::FarCorner);
-        bringIntoView(RowSel(), ColSel()); // a key that moves no further shows the cell all the same
+        revealFarCorner(); // a key that moves no further shows the cell all the same
     }
 }
 

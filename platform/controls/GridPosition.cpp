@@ -115,6 +115,14 @@ void Grid::bringIntoView(int row, int column) {
     scrollTo(model()->index(row - 1, column - 1), EnsureVisible);
 }
 
+void Grid::revealFarCorner() {
+    const int top = TopRow();
+    const int left = LeftCol();
+    bringIntoView(RowSel(), ColSel());
+    if ((TopRow() != top || LeftCol() != left) && m_silences == 0)
+        Q_EMIT Revealed();
+}
+
 void Grid::bringCellIntoView() {
     bringIntoView(Row(), Col());
 }

@@ -39,6 +39,7 @@ public:
         QObject::connect(&grid, &Grid::Click, &m_context, [this] { add(QStringLiteral("Click")); });
         QObject::connect(&grid, &Grid::DblClick, &m_context, [this] { add(QStringLiteral("DblClick")); });
         QObject::connect(&grid, &Grid::Scroll, &m_context, [this] { add(QStringLiteral("Scroll")); });
+        QObject::connect(&grid, &Grid::Revealed, &m_context, [this] { add(QStringLiteral("Revealed")); });
         QObject::connect(&grid, &Grid::LeaveCell, &m_context, [=, this] { add(QStringLiteral("LeaveCell") + here()); });
         QObject::connect(&grid, &Grid::SelChange, &m_context, [=, this] { add(QStringLiteral("SelChange") + here()); });
         QObject::connect(&grid, &Grid::KeyDown, &m_context,

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void theCellRectangleIsCutToTheCellsArea();
     void aCellOutOfSightHasNoRectangleUntilBroughtIntoView();
     void bringingIntoViewOfAVisibleCellScrollsNothing();
+    void aKeyTellsThatItScrolled();
     void cellPositionsAreInTwips();
 
     void topRowIsTheFirstRowShownInFull();
@@ -107,6 +108,25 @@ void GridPositionTest::bringingIntoViewOfAVisibleCellScrollsNothing() {
     m_grid->bringCellIntoView();
     QCOMPARE(m_grid->TopRow(), 20);
     QCOMPARE(m_grid->LeftCol(), 1);
+}
+
+void GridPositionTest::aKeyTellsThatItScrolled() {
+    m_grid->setSelection(singleCell(2, 2));
+    GridLog log(*m_grid);
+    QTest::keyClick(m_grid.get(), Qt::Key_Down, Qt::ShiftModifier);
+    QVERIFY(!log.take().contains(u"Revealed"_s));
+    QTest::keyClick(m_grid.get(), Qt::Key_PageDown, Qt::ControlModifier | Qt::ShiftModifier);
+    QStringList events = log.take();
+    QCOMPARE(events.mid(events.size() - 2), QStringList({u"Revealed"_s, u"SelChange 2,2"_s}));
+    // So does one that moves no further.
+    m_grid->setTopRow(1);
+    QTest::keyClick(m_grid.get(), Qt::Key_Down, Qt::ShiftModifier);
+    events = log.take();
+    QCOMPARE(events.last(), u"Revealed"_s);
+    QVERIFY(m_grid->TopRow() > 1);
+    m_grid->setTopRow(1);
+    m_grid->bringCellIntoView();
+    QCOMPARE(log.take(), QStringList());
 }
 
 void GridPositionTest::cellPositionsAreInTwips() {

@@ -281,6 +281,39 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void anEditEndsWhenItsCellIsScrolledAwayByExtendingTheSelection_data() {
+        QTest::addColumn<bool>("byDragging");
+        QTest::newRow("keys") << false;
+        QTest::newRow("a drag") << true;
+    }
+
+    void anEditEndsWhenItsCellIsScrolledAwayByExtendingTheSelection() {
+        QFETCH(const bool, byDragging);
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        Grid &grid = fixture.grid(0);
+        beginEdit(fixture, 0, 2, 2);
+        if (byDragging) {
+            const QPoint inside = cellCentre(fixture, 0, 5, 3);
+            const QPoint below(inside.x(), grid.viewport()->height() + 30);
+            QTest::mousePress(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, inside);
+            QTest::mouseMove(grid.viewport(), QPoint(inside.x(), grid.viewport()->height() - 1));
+            QTest::mouseMove(grid.viewport(), below);
+            QTRY_VERIFY(grid.TopRow() > 1);
+            QTest::mouseRelease(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, below);
+        } else {
+            grid.setFocus();
+            QTest::keyClick(&grid, Qt::Key_Down, Qt::ShiftModifier);
+            QVERIFY(editing(fixture, 0)); // its cell is still there
+            QTest::keyClick(&grid, Qt::Key_End, Qt::ShiftModifier | Qt::ControlModifier);
+        }
+        QVERIFY(grid.TopRow() > 1);
+        QCOMPARE(grid.Row(), 2);
+        QCOMPARE(grid.Col(), 2);
+        QVERIFY(!editing(fixture, 0));
+        QCOMPARE(fixture.state().RigaEdit, -1);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void openingTheEditorBringsItsCellIntoView() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
         Grid &grid = fixture.grid(0);
