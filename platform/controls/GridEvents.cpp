@@ -134,10 +134,8 @@ void Grid::timerEvent(QTimerEvent *event) {
 void Grid::keyPressEvent(QKeyEvent *event) {
     const int key = event->key();
     const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    const bool fieldMenu =
-        event->modifiers().testFlag(Qt::ControlModifier) &&
-        (key == Qt::Key_Menu || (key == Qt::Key_F10 && event->modifiers().testFlag(Qt::ShiftModifier)));
-    event->setAccepted(enter || fieldMenu);
+    const bool menu = isMenuShortcut(*event);
+    event->setAccepted(enter || menu);
     if (const int code = virtualKeyCode(key); code != 0)
         Q_EMIT KeyDown(code, shiftMask(event->modifiers()));
     if (enter)
@@ -145,8 +143,8 @@ void Grid::keyPressEvent(QKeyEvent *event) {
     else if (!event->text().isEmpty())
         Q_EMIT KeyPress(event->text().front().unicode());
 
-    if (fieldMenu) {
-        Q_EMIT MouseDown(Qt::RightButton, 0, Col(), menuPosition(0));
+    if (menu) {
+        tellMenuKey(event->modifiers());
     } else if (event->matches(QKeySequence::SelectAll)) {
         event->accept();
         selectAll();
@@ -161,7 +159,12 @@ void Grid::contextMenuEvent(QContextMenuEvent *event) {
     event->accept();
     // A press with the mouse has been told already.
     if (event->reason() == QContextMenuEvent::Keyboard)
-        Q_EMIT MouseDown(Qt::RightButton, Row(), Col(), menuPosition(Row()));
+        tellMenuKey(event->modifiers());
+}
+
+void Grid::tellMenuKey(Qt::KeyboardModifiers modifiers) {
+    const int row = modifiers.testFlag(Qt::ControlModifier) ? 0 : Row();
+    Q_EMIT MouseDown(Qt::RightButton, row, Col(), menuPosition(row));
 }
 
 } // namespace qir

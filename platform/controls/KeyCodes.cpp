@@ -1,5 +1,7 @@
 #include "platform/controls/KeyCodes.h"
 
+#include <QKeyEvent>
+
 #include <array>
 
 namespace qir {
@@ -35,6 +37,11 @@ int virtualKeyCode(int key) {
             return named.code;
     }
     return 0;
+}
+
+bool isMenuShortcut(const QKeyEvent &event) {
+    return event.key() == Qt::Key_F10 && event.modifiers().testFlag(Qt::ShiftModifier) &&
+           !event.modifiers().testFlag(Qt::AltModifier);
 }
 
 int shiftMask(Qt::KeyboardModifiers modifiers) {

@@ -1,5 +1,6 @@
 #include "platform/controls/ListBox.h"
 
+#include "platform/controls/KeyCodes.h"
 #include "platform/controls/ListLines.h"
 #include "platform/loop/MessageLoop.h"
 
@@ -126,6 +127,10 @@ void ListBox::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 void ListBox::keyPressEvent(QKeyEvent *event) {
+    if (isMenuShortcut(*event)) {
+        tellMenuKey();
+        return;
+    }
     // With no line selected a key that moves starts at the first one, not behind it.
     const bool moves = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up || event->key() == Qt::Key_PageDown ||
                        event->key() == Qt::Key_PageUp || event->key() == Qt::Key_Home;
@@ -138,8 +143,11 @@ void ListBox::keyPressEvent(QKeyEvent *event) {
 void ListBox::contextMenuEvent(QContextMenuEvent *event) {
     event->accept();
     // A press with the mouse has been told already.
-    if (event->reason() != QContextMenuEvent::Keyboard)
-        return;
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        tellMenuKey();
+}
+
+void ListBox::tellMenuKey() {
     const QRect line = visualRect(m_lines->index(std::max(ListIndex(), 0))) & viewport()->rect();
     Q_EMIT MouseDown(Qt::RightButton, viewport()->mapToGlobal(line.bottomLeft()));
 }

@@ -54,8 +54,8 @@ public:
 
 Q_SIGNALS:
     void Click();
-    /// A button went down; the keyboard's menu key counts as the right button. A right press on a line that is not
-    /// selected has selected it (and raised Click) before this.
+    /// A button went down; the keyboard's menu key, or Shift+F10, counts as the right button. A right press on a line
+    /// that is not selected has selected it (and raised Click) before this.
     void MouseDown(Qt::MouseButton button, const QPoint &globalPosition);
 
 protected:
@@ -68,6 +68,7 @@ protected:
 
 private:
     void selectSilently(int line);
+    void tellMenuKey();
 
     ListLines *m_lines;
     Order m_order;

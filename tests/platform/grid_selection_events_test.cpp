@@ -64,6 +64,7 @@ private Q_SLOTS:
     void aRightPressBesideTheCellsIsOverNoCell();
     void theMenuKeyIsARightPressOnTheCurrentCell();
     void theMenuKeyWithControlIsARightPressOnTheColumnsHeader();
+    void shiftAndF10IsTheMenuKey();
     void theContextMenuEventOfAMousePressIsNotToldTwice();
 
     void theWheelRaisesScroll();
@@ -494,8 +495,16 @@ void GridSelectionEventsTest::theMenuKeyIsARightPressOnTheCurrentCell() {
 void GridSelectionEventsTest::theMenuKeyWithControlIsARightPressOnTheColumnsHeader() {
     m_grid->setSelection(singleCell(3, 2));
     m_log->take();
-    QTest::keyClick(m_grid.get(), Qt::Key_Menu, Qt::ControlModifier);
-    QCOMPARE(m_log->take().last(), u"MouseDown 2 0,2"_s);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {0, 0}, {0, 0}, Qt::ControlModifier);
+    QCoreApplication::sendEvent(m_grid->viewport(), &event);
+    QCOMPARE(m_log->take(), QStringList{u"MouseDown 2 0,2"_s});
+}
+
+void GridSelectionEventsTest::shiftAndF10IsTheMenuKey() {
+    m_grid->setSelection(singleCell(3, 2));
+    m_log->take();
+    QTest::keyClick(m_grid.get(), Qt::Key_F10, Qt::ShiftModifier);
+    QCOMPARE(m_log->take().last(), u"MouseDown 2 3,2"_s);
     QTest::keyClick(m_grid.get(), Qt::Key_F10, Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(m_log->take().last(), u"MouseDown 2 0,2"_s);
 }

@@ -360,6 +360,8 @@ void ListBoxTest::theMenuKeyIsARightPress() {
     QContextMenuEvent mouse(QContextMenuEvent::Mouse, centre(2), m_list->viewport()->mapToGlobal(centre(2)));
     QCoreApplication::sendEvent(m_list->viewport(), &mouse);
     QCOMPARE(m_events.size(), 1);
+    QTest::keyClick(m_list.get(), Qt::Key_F10, Qt::ShiftModifier);
+    QCOMPARE(m_events, QStringList({u"MouseDown 2 2"_s, u"MouseDown 2 2"_s}));
 }
 
 void ListBoxTest::focusSelectsNothing() {

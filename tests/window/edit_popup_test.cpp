@@ -104,7 +104,8 @@ private Q_SLOTS:
     void theMenuKeyWithControlOpensTheFieldPopup() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
         fixture.clickCell(0, 3, 2);
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Menu, Qt::ControlModifier);
+        QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint(), Qt::ControlModifier);
+        QApplication::sendEvent(fixture.grid(0).viewport(), &key);
         QVERIFY(fieldPopup(fixture).isVisible());
         QVERIFY(fixture.action(Command::ResizeTextFieldPOP).isEnabled());
         QIR_VERIFY_OK(fixture);
