@@ -216,13 +216,18 @@ HeaderBlock encodeHeader(const FileHeader &header, const SecretBytes *headKey) {
     }
     std::copy(header.extensions.cbegin(), header.extensions.cend(), out + extensions);
 
-    if (headKey) {
-        const HeaderDigest mac = macOf(block.bytes, *headKey);
-        std::memcpy(out + length - macFromEnd, mac.data(), mac.size());
-    }
-    block.digest = digestOf(QByteArrayView(block.bytes).chopped(qsizetype(digestFromEnd)), nullptr);
-    std::memcpy(out + length - digestFromEnd, block.digest.data(), block.digest.size());
+    block.digest = sealHeader(block.bytes, headKey);
     return block;
+}
+
+HeaderDigest sealHeader(QByteArray &block, const SecretBytes *headKey) {
+    if (headKey) {
+        const HeaderDigest mac = macOf(block, *headKey);
+        std::memcpy(block.data() + block.size() - macFromEnd, mac.data(), mac.size());
+    }
+    const HeaderDigest digest = digestOf(QByteArrayView(block).chopped(qsizetype(digestFromEnd)), nullptr);
+    std::memcpy(block.data() + block.size() - digestFromEnd, digest.data(), digest.size());
+    return digest;
 }
 
 LoadResult<std::size_t> decodeHeaderLength(QByteArrayView firstBytes) {

@@ -51,6 +51,10 @@ struct HeaderBlock {
 /// Writes the block of a header. `headKey` seals it in a protected file and is null in an open one.
 HeaderBlock encodeHeader(const FileHeader &header, const SecretBytes *headKey);
 
+/// Writes the sums at the end of a block whose other bytes stand: the MAC where there is a key, and the digest, which
+/// it gives back.
+HeaderDigest sealHeader(QByteArray &block, const SecretBytes *headKey);
+
 /// The length of the header from the first ten bytes of a file.
 LoadResult<std::size_t> decodeHeaderLength(QByteArrayView firstBytes);
 

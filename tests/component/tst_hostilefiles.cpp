@@ -117,13 +117,12 @@ public:
 
     QByteArray head() const {
         QByteArray block = m_block;
-        const qsizetype mac = block.size() - qsizetype(layout::macFromEnd);
-        const qsizetype digest = block.size() - qsizetype(layout::digestFromEnd);
         if (m_protected && !m_keepMac) {
             const SecretBytes key = deriveHeadKey(masterKey());
-            put(block, mac, QByteArrayView(block).first(mac), &key);
+            sealHeader(block, &key);
+        } else {
+            sealHeader(block, nullptr);
         }
-        put(block, digest, QByteArrayView(block).first(digest), nullptr);
         return block;
     }
 
@@ -160,13 +159,6 @@ public:
     }
 
 private:
-    static void put(QByteArray &block, qsizetype at, QByteArrayView over, const SecretBytes *key) {
-        unsigned char sum[layout::digestSize];
-        crypto_generichash(sum, sizeof sum, reinterpret_cast<const unsigned char *>(over.data()),
-                           std::size_t(over.size()), key ? key->data() : nullptr, key ? key->size() : 0);
-        block.replace(at, sizeof sum, reinterpret_cast<const char *>(sum), sizeof sum);
-    }
-
     bool m_protected;
     QByteArray m_body;
     QByteArray m_block;
