@@ -53,6 +53,29 @@ void changeRecords(Database &database, Table &table, int operation) {
 
 } // namespace
 
+int PropertyChoices::inRange(int from, int to) {
+    return *rc::gen::inRange(from, to);
+}
+
+std::uint64_t PropertyChoices::bits() {
+    return *rc::gen::arbitrary<std::uint64_t>();
+}
+
+QString randomText() {
+    PropertyChoices choices;
+    return randomText(choices);
+}
+
+double randomNumber() {
+    PropertyChoices choices;
+    return randomNumber(choices);
+}
+
+QString randomName() {
+    PropertyChoices choices;
+    return randomName(choices);
+}
+
 void changeAtRandom(Database &database) {
     constexpr int operations = 24; // two thirds of them write cells
     const int operation = *rc::gen::inRange(0, operations);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qirtbase/Database.h"
+#include "tests/component/calls/RandomValues.h"
 
 #include <QString>
 
@@ -59,46 +60,17 @@ inline bool operator==(const PlainTable &left, const PlainTable &right) {
     return left.name == right.name && left.records == right.records && left.fields == right.fields;
 }
 
-/// A text of plain, accented, wide and paired characters, now and then with a lone surrogate.
-inline QString randomText() {
-    static const std::vector<QString> pieces = {
-        QStringLiteral("a"),
-        QStringLiteral("Z"),
-        QStringLiteral("7"),
-        QStringLiteral(" "),
-        QStringLiteral("\u00E9"),
-        QStringLiteral("\u00FF"),
-        QString(QChar(0)),
-        QStringLiteral("\u0100"),
-        QStringLiteral("\u20AC"),
-        QStringLiteral("\U0001F600"),
-        QString(QChar(0xD83D)),
-        QString(QChar(0xDE00)),
-        QStringLiteral("\uFEFF"),
-        QStringLiteral("-12.5e3"),
-        QStringLiteral("plain words"),
-    };
-    QString text;
-    const int count = *rc::gen::inRange(0, 6);
-    for (int i = 0; i < count; ++i)
-        text += *rc::gen::elementOf(pieces);
-    return text;
-}
+/// Decisions of the property that runs.
+class PropertyChoices : public Choices {
+public:
+    int inRange(int from, int to) override;
+    std::uint64_t bits() override;
+};
 
-inline double randomNumber() {
-    return *rc::gen::oneOf(
-        rc::gen::map(rc::gen::inRange(-70'000, 70'000), [](int i) { return i / 2.0; }),
-        rc::gen::map(rc::gen::arbitrary<std::uint64_t>(),
-                     [](std::uint64_t bits) { return std::bit_cast<double>(bits * 0x9E3779B97F4A7C15U); }),
-        rc::gen::element(0.0, -0.0, 1e300, -1e300, 20240131.235959, 0.5, 1.5, -0.5));
-}
-
-/// A name that is new in most cases.
-inline QString randomName() {
-    return *rc::gen::elementOf(std::vector<QString>{QStringLiteral("n"), QStringLiteral("Pumps "),
-                                                    QStringLiteral("\u00C4"), QStringLiteral("x ?")}) +
-           QString::number(*rc::gen::inRange(0, 12));
-}
+/// randomText(Choices &) and so on, by the property that runs.
+QString randomText();
+double randomNumber();
+QString randomName();
 
 /// Makes one random change; one that the rules refuse changes nothing.
 void changeAtRandom(Database &database);
