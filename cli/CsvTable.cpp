@@ -10,6 +10,17 @@ using namespace Qt::StringLiterals;
 
 namespace qir {
 
+namespace {
+
+/// A byte order mark is a character of the value: only the file's own one says nothing.
+void decode(QByteArrayView bytes, QString &text) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    text.resize(decoder.requiredSpace(bytes.size()));
+    text.resize(decoder.appendToBuffer(text.data(), bytes) - text.constData());
+}
+
+} // namespace
+
 /// A run of the parser: what it calls back, and what is wrong so far.
 class CsvReading {
 public:
@@ -52,7 +63,9 @@ private:
         }
         ++m_values;
         if (m_inHeader) {
-            m_table.m_header += QString::fromUtf8(value);
+            QString name;
+            decode(value, name);
+            m_table.m_header += name;
             return;
         }
         m_table.m_block += value;
@@ -90,10 +103,7 @@ Result<CsvTable> CsvTable::read(QByteArrayView bytes) {
 void CsvTable::readValue(std::size_t record, std::size_t column, QString &text) const {
     const std::size_t index = record * static_cast<std::size_t>(m_header.size()) + column;
     const std::size_t begin = index == 0 ? 0 : m_ends[index - 1];
-    const QByteArrayView bytes(m_block.constData() + begin, static_cast<qsizetype>(m_ends[index] - begin));
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    text.resize(decoder.requiredSpace(bytes.size()));
-    text.resize(decoder.appendToBuffer(text.data(), bytes) - text.constData());
+    decode(QByteArrayView(m_block.constData() + begin, static_cast<qsizetype>(m_ends[index] - begin)), text);
 }
 
 QString CsvTable::value(std::size_t record, std::size_t column) const {

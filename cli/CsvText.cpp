@@ -11,6 +11,8 @@ namespace {
 bool needsQuotes(QStringView value) {
     if (value.isEmpty() || value.front().isSpace() || value.back().isSpace())
         return true;
+    if (value.front() == QChar::ByteOrderMark) // at the start of a file it would say nothing
+        return true;
     return std::ranges::any_of(value, [](QChar c) { return c == u',' || c == u'"' || c == u'\n' || c == u'\r'; });
 }
 

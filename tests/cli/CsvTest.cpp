@@ -68,6 +68,17 @@ TEST(CsvTableTest, AByteOrderMarkIsNoPartOfTheFirstName) {
     EXPECT_EQ(table->header(), QStringList{u"Name"_s});
 }
 
+TEST(CsvTableTest, AnyOtherByteOrderMarkIsACharacterLikeAnother) {
+    QByteArray csv;
+    appendCsvValue(csv, u"\uFEFFA"_s);
+    csv += ",\xEF\xBB\xBF\n\xEF\xBB\xBFx,\xEF\xBB\xBF\xEF\xBB\xBF\n";
+    const Result<CsvTable> table = CsvTable::read(csv);
+    ASSERT_TRUE(table);
+    EXPECT_EQ(table->header(), (QStringList{u"\uFEFFA"_s, u"\uFEFF"_s}));
+    EXPECT_EQ(table->value(0, 0), u"\uFEFFx"_s);
+    EXPECT_EQ(table->value(0, 1), u"\uFEFF\uFEFF"_s);
+}
+
 TEST(CsvTableTest, SaysWhatIsWrongAndWhere) {
     EXPECT_EQ(problemOf(""), "it has no header line");
     EXPECT_EQ(problemOf("A,B\n1,2\n1\n"), "record 2: it has 1 values, the header has 2");
