@@ -109,8 +109,9 @@ class Desktop:
                 child.wait()
 
 
-def run(test):
-    missing = [program for program in NEEDED if shutil.which(program) is None]
+def run(test, *further):
+    """Runs a test that needs further programs beside those of every session."""
+    missing = [program for program in [*NEEDED, *further] if shutil.which(program) is None]
     if missing:
         print("not run: missing", ", ".join(missing))
         sys.exit(NOT_RUN)
