@@ -178,7 +178,7 @@ void CellDifferences::compareGrids(CellWindow window) {
 void CellDifferences::SalvaGridInDatabase(int pane) {
     const Grid &grid = m_editor.Tabella(pane);
     SalvaGridInDatabase(pane, {1, 1, grid.Rows() - 1, grid.Cols() - 1});
-    m_editor.WriteFailed(pane) = false;
+    m_editor.TextsUnstored(pane) = false;
 }
 
 void CellDifferences::SalvaGridInDatabase(int pane, const GridRange &cells) {

@@ -153,8 +153,11 @@ void FieldCommands::ResizeTextFieldSecco() {
     if (field < 1 || database().QIRTableFieldType(field).toInt() != static_cast<int>(FieldType::Text))
         return;
     const QString size = database().QIRTableFieldSize(field).toString().trimmed();
-    if (const std::optional<double> newSize = askSize(u"Field size"_s, size))
+    if (const std::optional<double> newSize = askSize(u"Field size"_s, size)) {
         database().ResizeField(field, *newSize);
+        // The grid goes on showing its texts whole.
+        m_editor.TextsUnstored(m_editor.state.IndexAttivo) = true;
+    }
 }
 
 } // namespace qir

@@ -84,9 +84,8 @@ void AreaClipboard::INCOLLA_AreaTabella(int Index) {
             const BusyPointer busy;
             endEdit(m_editor); // of a cell that the paste may change
             layClipboard(Index, text);
-            // Every text of the grid is to be stored afterwards; beyond the selected block all of them are already,
-            // unless one was typed that the component did not take.
-            if (m_editor.WriteFailed(Index))
+            // Every text of the grid is to be stored afterwards; beyond the selected block most often all of them are.
+            if (m_editor.TextsUnstored(Index))
                 m_differences.SalvaGridInDatabase(Index);
             else
                 m_differences.SalvaGridInDatabase(Index, m_editor.Tabella(Index).selection().range());

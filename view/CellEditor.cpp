@@ -104,7 +104,7 @@ void CellEditor::ScriviDaEditADtb(int Index) {
         database.setQIRTableRecordsPointerOut(grid.RowData(row));
         AssegnaARecordset(database, grid.ColData(column), text);
     } catch (const std::exception &) {
-        m_editor.WriteFailed(Index) = true;
+        m_editor.TextsUnstored(Index) = true;
         throw;
     }
     updateDifference(Index);

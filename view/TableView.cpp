@@ -132,7 +132,7 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
     const int records = database.QirTableRecordsCount();
 
     // From here on the grid shows this table; until here an error leaves it with the one before.
-    m_editor.WriteFailed(Index) = false;
+    m_editor.TextsUnstored(Index) = false;
     m_editor.TabellaMostrata(Index) = m_editor.TabellaCorrente(Index);
     m_editor.UltimaTabella(Index) = m_editor.TabellaCorrente(Index);
     {

@@ -49,8 +49,10 @@ struct EditorState {
         int field = 0;
         friend bool operator==(const GridCommandsPlace &, const GridCommandsPlace &) = default;
     } GridCommands;
-    std::array<bool, 2> LoadFailed{false, false};  ///< The last load of a selected line broke off: it counts as none.
-    std::array<bool, 2> WriteFailed{false, false}; ///< The grid shows a typed text that its component did not take.
+    std::array<bool, 2> LoadFailed{false, false}; ///< The last load of a selected line broke off: it counts as none.
+    /// Writing the texts that the grid shows once more may store others than were stored when they were typed: the
+    /// component did not take one, or a text field was resized since.
+    std::array<bool, 2> TextsUnstored{false, false};
     /// Name of the table that each grid shows, and of the one that is current in each component; "" none.
     std::array<QString, 2> TabellaMostrata;
     std::array<QString, 2> TabellaCorrente;
@@ -105,7 +107,7 @@ struct EditorContext {
     bool DtbAperto(int pane) const { return state.DtbAperto[static_cast<std::size_t>(pane)]; }
     int &UltimoListIndex(int pane) { return state.UltimoListIndex[static_cast<std::size_t>(pane)]; }
     bool &LoadFailed(int pane) { return state.LoadFailed[static_cast<std::size_t>(pane)]; }
-    bool &WriteFailed(int pane) { return state.WriteFailed[static_cast<std::size_t>(pane)]; }
+    bool &TextsUnstored(int pane) { return state.TextsUnstored[static_cast<std::size_t>(pane)]; }
     QString &TabellaMostrata(int pane) { return state.TabellaMostrata[static_cast<std::size_t>(pane)]; }
     QString &TabellaCorrente(int pane) { return state.TabellaCorrente[static_cast<std::size_t>(pane)]; }
     QString &UltimaTabella(int pane) { return state.UltimaTabella[static_cast<std::size_t>(pane)]; }

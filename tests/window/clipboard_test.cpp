@@ -243,6 +243,23 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aPasteStoresAlsoTheTextsThatASmallerFieldHadCut() {
+        TableOfTexts table = mixed();
+        table.fields[1].size = 4;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
+        edit(fixture, 0, 1, 2, u"longer"_s);
+        QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"long"_s);
+        fixture.clickCell(0, 1, 2);
+        fixture.dialogs().expectInput(u"Field size"_s, u"?"_s, u"4"_s, u"20"_s);
+        fixture.choose(Command::ResizeTextField);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 2), u"longer"_s);
+        fixture.clickCell(0, 3, 1);
+        setClipboard(u"9"_s);
+        press(fixture, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"longer"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void rewritingUnchangedCellsLeavesTheChangedFlagAlone() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
         selectBlock(fixture, 0, {1, 1, 4, 3});
