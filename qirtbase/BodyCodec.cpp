@@ -403,4 +403,19 @@ LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits) {
     }
 }
 
+QByteArray encodeTable(const Table &table) {
+    QByteArray payload(static_cast<qsizetype>(encodedSize(table)), Qt::Uninitialized);
+    BodyWriter(payload.data()).table(table);
+    return payload;
+}
+
+LoadResult<std::unique_ptr<Table>> decodeTable(QByteArrayView payload, const BodyLimits &limits) {
+    try {
+        Budget budget(limits.memory);
+        return TableReader(Bytes(payload), limits, budget).read();
+    } catch (const Refusal &refusal) {
+        return tl::unexpected(LoadError{refusal.kind, refusal.text});
+    }
+}
+
 } // namespace qir

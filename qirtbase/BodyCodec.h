@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 /// The body of a file: what the container carries. Little-endian, without padding.
 ///
@@ -55,5 +56,10 @@ QByteArray encodeBody(const Database &database);
 /// The database of a body, or why it is none: Damaged, NewerVersion or Limits, the reason without a file name. Bytes
 /// are not trusted. Throws std::bad_alloc.
 LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits = {});
+
+/// A single table as the payload of its section.
+QByteArray encodeTable(const Table &table);
+/// The table of such a payload. Same errors as decodeBody().
+LoadResult<std::unique_ptr<Table>> decodeTable(QByteArrayView payload, const BodyLimits &limits = {});
 
 } // namespace qir

@@ -71,6 +71,7 @@ void Database::addTable(const QString &name) {
     m_undo.coverNewTable(*table);
     m_tables.push_back(std::move(table));
     m_undo.add(undo::TableAppended{});
+    tell({.kind = ChangeKind::AddTable, .text = m_tables.back()->name().text});
 }
 
 bool Database::renameTable(std::size_t index, const QString &name) {
@@ -82,6 +83,7 @@ bool Database::renameTable(std::size_t index, const QString &name) {
         throw DatabaseError(u"A table \"%1\" already exists."_s.arg(checked.text));
     m_undo.add(undo::TableRenamed{&table, table.name()});
     table.rename(std::move(checked));
+    tell({.kind = ChangeKind::RenameTable, .index = index, .text = table.name().text});
     return true;
 }
 
@@ -91,6 +93,7 @@ void Database::removeTable(std::size_t index) {
     std::unique_ptr<Table> table = std::move(*position);
     m_tables.erase(position);
     m_undo.add(undo::TableRemoved{index, std::move(table)});
+    tell({.kind = ChangeKind::RemoveTable, .index = index});
 }
 
 void Database::addField(Table &table, const QString &name, int typeCode, double size) {
@@ -107,6 +110,12 @@ void Database::addField(Table &table, const QString &name, int typeCode, double 
     table.insertField(table.fieldCount(), newField(std::move(checked), *type, size, table.recordCount()));
     if (kept)
         m_undo.add(undo::FieldAppended{&table});
+    const Field &added = table.field(table.fieldCount() - 1);
+    tell({.kind = ChangeKind::AddField,
+          .table = &table,
+          .type = typeCode,
+          .number = double(added.size),
+          .text = added.name.text});
 }
 
 bool Database::renameField(Table &table, std::size_t index, const QString &name) {
@@ -119,18 +128,20 @@ bool Database::renameField(Table &table, std::size_t index, const QString &name)
     if (m_undo.keeps(table))
         m_undo.add(undo::FieldRenamed{&table, index, field.name});
     field.name = std::move(checked);
+    tell({.kind = ChangeKind::RenameField, .table = &table, .index = index, .text = field.name.text});
     return true;
 }
 
 void Database::removeField(Table &table, std::size_t index) {
-    if (!m_undo.keeps(table)) {
+    if (m_undo.keeps(table)) {
+        m_undo.makeRoom();
+        auto removed = std::make_unique<Field>(Field{{}, 0, Column(ColumnType::Bool)});
+        *removed = table.takeField(index);
+        m_undo.add(undo::FieldRemoved{&table, index, std::move(removed)});
+    } else {
         table.takeField(index);
-        return;
     }
-    m_undo.makeRoom();
-    auto removed = std::make_unique<Field>(Field{{}, 0, Column(ColumnType::Bool)});
-    *removed = table.takeField(index);
-    m_undo.add(undo::FieldRemoved{&table, index, std::move(removed)});
+    tell({.kind = ChangeKind::RemoveField, .table = &table, .index = index});
 }
 
 bool Database::resizeField(Table &table, std::size_t index, double size) {
@@ -149,6 +160,7 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
     if (cut)
         field.column = std::move(*cut);
     field.size = wanted;
+    tell({.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = double(wanted)});
     return true;
 }
 
@@ -160,6 +172,7 @@ void Database::addRecord(Table &table) {
     table.appendRecord();
     if (kept)
         m_undo.add(undo::RecordAppended{&table});
+    tell({.kind = ChangeKind::AddRecord, .table = &table});
 }
 
 void Database::removeRecord(Table &table, std::size_t record) {
@@ -168,6 +181,7 @@ void Database::removeRecord(Table &table, std::size_t record) {
         m_undo.add(undo::RecordRemoved{&table, record, table.record(record)});
     }
     table.removeRecord(record);
+    tell({.kind = ChangeKind::RemoveRecord, .table = &table, .record = record});
 }
 
 bool Database::setNumber(Table &table, std::size_t field, std::size_t record, double number) {
@@ -179,6 +193,7 @@ bool Database::setNumber(Table &table, std::size_t field, std::size_t record, do
         return false;
     m_undo.keepCell(table, field, record);
     column.set(record, fitting);
+    tell({.kind = ChangeKind::SetNumber, .table = &table, .index = field, .record = record, .number = fitting});
     return true;
 }
 
@@ -191,7 +206,26 @@ bool Database::setText(Table &table, std::size_t field, std::size_t record, cons
         return false;
     m_undo.keepCell(table, field, record);
     target.column.set(record, fitting);
+    tell({.kind = ChangeKind::SetText, .table = &table, .index = field, .record = record, .text = fitting});
     return true;
+}
+
+void Database::beginGroup() {
+    m_undo.begin();
+    if (m_listener)
+        m_listener->groupBegan();
+}
+
+void Database::endGroup() {
+    m_undo.commit();
+    if (m_listener)
+        m_listener->groupEnded();
+}
+
+void Database::undoGroup() {
+    m_undo.undo(m_tables);
+    if (m_listener)
+        m_listener->groupUndone();
 }
 
 } // namespace qir

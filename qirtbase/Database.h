@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qirtbase/Change.h"
 #include "qirtbase/Table.h"
 #include "qirtbase/UndoLog.h"
 
@@ -61,21 +62,37 @@ public:
     /// Groups of changes; they nest. `endGroup` keeps what the innermost did, `undoGroup` brings back what stood
     /// before.
     bool hasOpenGroup() const { return m_undo.isOpen(); }
-    void beginGroup() { m_undo.begin(); }
-    void endGroup() { m_undo.commit(); }
-    void undoGroup() { m_undo.undo(m_tables); }
+    void beginGroup();
+    void endGroup();
+    void undoGroup();
+
+    /// Who is told of changes from now on; null for nobody. Must outlive the database or be taken away first.
+    void setListener(ChangeListener *listener) { m_listener = listener; }
 
     /// For whoever reads a file: appends a table that obeys all rules, its key not taken.
     void append(std::unique_ptr<Table> table) { m_tables.push_back(std::move(table)); }
+    /// For whoever restores a database: puts a table that obeys all rules, its key not taken by another, in the place
+    /// of one. Told to nobody, and not undone.
+    void replaceTable(std::size_t index, std::unique_ptr<Table> table) { m_tables[index] = std::move(table); }
+    /// The same for all of them.
+    void replaceTables(Database &&other) {
+        m_tables = std::move(other.m_tables);
+        m_foreignSections = std::move(other.m_foreignSections);
+    }
     std::vector<ForeignSection> &foreignSections() { return m_foreignSections; }
     const std::vector<ForeignSection> &foreignSections() const { return m_foreignSections; }
 
 private:
     std::optional<std::size_t> findKey(const QString &key) const;
+    void tell(const Change &change) const {
+        if (m_listener)
+            m_listener->changed(change);
+    }
 
     UndoLog::Tables m_tables;
     std::vector<ForeignSection> m_foreignSections;
     UndoLog m_undo;
+    ChangeListener *m_listener = nullptr;
 };
 
 } // namespace qir

@@ -58,8 +58,11 @@ RandomSource &DatabaseFile::random() const {
 }
 
 void DatabaseFile::tell(const QString &text) const {
-    if (m_options.notice)
-        m_options.notice(text);
+    try {
+        if (m_options.notice)
+            m_options.notice(text);
+    } catch (...) { // NOLINT(bugprone-empty-catch): what a listener throws is its own affair
+    }
 }
 
 LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &password) {
@@ -83,6 +86,7 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
     m_ownSaveIds = {m_header.saveId};
     m_torn = read->torn;
     m_keys = std::move(read->container.keys);
+    m_keysOnDisk = m_keys.clone();
     for (const QString &notice : read->notices)
         tell(QStringLiteral("%1: %2").arg(path, notice));
     return std::move(read->container.body);
@@ -92,6 +96,7 @@ void DatabaseFile::fail() {
     m_state = State::Failed;
     m_place = {};
     m_keys = {};
+    m_keysOnDisk = {};
 }
 
 void DatabaseFile::createNew() {
@@ -124,13 +129,15 @@ SaveOutcome DatabaseFile::trySave(QByteArrayView body) {
                                     .header = m_header,
                                     .keys = m_keys,
                                     .body = body,
-                                    .stateFolder = m_options.stateFolder})
+                                    .stateFolder = m_options.stateFolder,
+                                    .publishing = m_options.publishing})
                               .run();
     if (outcome.published) {
         m_header = outcome.header;
         m_ownSaveIds = {m_header.saveId};
         m_torn = false;
         m_previousPlace.reset();
+        m_keysOnDisk = m_keys.clone();
     } else if (m_previousPlace) {
         m_place = *m_previousPlace;
         m_previousPlace.reset();
@@ -152,33 +159,50 @@ Result<void> DatabaseFile::save(QByteArrayView body) {
     return {};
 }
 
-void DatabaseFile::saveAtRelease(QByteArrayView body) noexcept {
+DatabaseFile::Released DatabaseFile::saveAtRelease(QByteArrayView body) noexcept {
     try {
         if (m_state != State::Ready || m_place.name.isEmpty())
-            return;
+            return Released::Lost;
         const Place wanted = m_place;
         const SaveOutcome outcome = trySave(body);
-        if (outcome.error && outcome.published)
-            tell(outcome.error->text);
-        else if (outcome.error)
-            rescue(wanted.name, outcome.error->text, body);
+        if (!outcome.error)
+            return Released::Saved;
+        if (!outcome.published)
+            return rescue(wanted.name, outcome.error->text, body);
+        tell(outcome.error->text);
+        return Released::Saved;
     } catch (...) {
-        // Nobody is left to tell; a listener that throws is its own affair, and without memory nothing can be done.
+        // Without memory nothing more can be done.
+        return Released::Lost;
     }
 }
 
-void DatabaseFile::rescue(const QString &name, const QString &reason, QByteArrayView body) {
-    FileHeader header = m_header;
-    header.saveId = freshIdentifier(random());
-    if (header.fileId == FileIdentifier{})
-        header.fileId = freshIdentifier(random());
-    ContainerWriter writer(header, m_keys, body, random());
-    const auto rescued = writeRescueFile(m_ops, m_options.stateFolder, name, writer);
-    if (rescued)
-        tell(QStringLiteral("%1\n\nThe changes are kept in '%2'.").arg(reason, *rescued));
-    else
+DatabaseFile::Released DatabaseFile::rescue(const QString &name, const QString &reason, QByteArrayView body) {
+    const auto rescued = writeRescue(name, body);
+    if (!rescued) {
         tell(QStringLiteral("%1\n\nThe changes could not be kept in '%2' either: %3")
                  .arg(reason, m_options.stateFolder, systemErrorWords(rescued.error())));
+        return Released::Lost;
+    }
+    tell(QStringLiteral("%1\n\nThe changes are kept in '%2'.").arg(reason, *rescued));
+    return Released::Rescued;
+}
+
+SystemResult<QString> DatabaseFile::writeAside(QByteArrayView body) {
+    return writeRescue(m_place.name, body);
+}
+
+SystemResult<QString> DatabaseFile::writeRescue(const QString &name, QByteArrayView body) {
+    FileHeader header = m_header;
+    header.fileId = freshIdentifier(random());
+    header.saveId = freshIdentifier(random());
+    ContainerWriter writer(header, m_keys, body, random());
+    return writeRescueFile(m_ops, m_options.stateFolder, name, writer);
+}
+
+std::string DatabaseFile::canonicalFilePath() const {
+    const auto place = ResolvedPath::of(m_ops, systemPath(m_place.path));
+    return place ? canonicalPath(m_ops, *place) : std::string();
 }
 
 Result<bool> DatabaseFile::opensWith(const QString &password) const {

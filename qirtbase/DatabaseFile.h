@@ -21,11 +21,13 @@ struct SaveOutcome;
 
 /// What a DatabaseFile is made with; the defaults are what people get.
 struct DatabaseFileOptions {
-    KdfCosts costs;                              ///< For passwords set from now on; a loaded file keeps its own.
-    ContainerLimits limits;                      ///< What a file may ask for while it is read.
-    RandomSource *random = nullptr;              ///< Ids, salts, stream headers; null: the system's. Outlives the file.
-    KeyDeriver deriveKey = deriveMasterKey;      ///< How passwords become keys.
-    QString stateFolder;                         ///< For safe copies and rescue files; "": the user's own.
+    KdfCosts costs;                         ///< For passwords set from now on; a loaded file keeps its own.
+    ContainerLimits limits;                 ///< What a file may ask for while it is read.
+    RandomSource *random = nullptr;         ///< Ids, salts, stream headers; null: the system's. Outlives the file.
+    KeyDeriver deriveKey = deriveMasterKey; ///< How passwords become keys.
+    QString stateFolder;                    ///< For safe copies and rescue files; "": the user's own.
+    /// Called with the save id of a version that is about to take the file's place.
+    std::function<void(const FileIdentifier &)> publishing;
     std::function<void(const QString &)> notice; ///< Called with what the user should know of a save that did succeed.
 };
 
@@ -69,9 +71,25 @@ public:
     /// text says otherwise; the instance may try again.
     Result<void> save(QByteArrayView body);
 
+    /// What became of a database at its release.
+    enum class Released { Saved, Rescued, Lost };
     /// The last try: saves, and where that fails writes a whole rescue file into the state folder. What went wrong and
     /// where the rescue file is goes to the notice. Throws nothing, asks nothing.
-    void saveAtRelease(QByteArrayView body) noexcept;
+    Released saveAtRelease(QByteArrayView body) noexcept;
+    /// Writes a body as a file of its own into the state folder; gives its path.
+    SystemResult<QString> writeAside(QByteArrayView body);
+
+    /// Which version of which file is on disk; zeros before there is one.
+    const FileIdentifier &fileId() const { return m_header.fileId; }
+    FileIdentifier saveId() const { return m_ownSaveIds.empty() ? FileIdentifier{} : m_ownSaveIds.front(); }
+    /// The file's path with all links followed, "" without a file.
+    std::string canonicalFilePath() const;
+    /// The keys of the version on disk, and those of the next save.
+    const ContainerKeys &keysOnDisk() const { return m_keysOnDisk; }
+    const ContainerKeys &keys() const { return m_keys; }
+    const QString &stateFolder() const { return m_options.stateFolder; }
+    const KeyDeriver &keyDeriver() const { return m_options.deriveKey; }
+    RandomSource &random() const;
 
     /// True when the next save will be protected by a password.
     bool isProtected() const { return m_keys.isProtected(); }
@@ -90,9 +108,9 @@ private:
     };
 
     SaveOutcome trySave(QByteArrayView body);
-    void rescue(const QString &name, const QString &reason, QByteArrayView body);
+    Released rescue(const QString &name, const QString &reason, QByteArrayView body);
+    SystemResult<QString> writeRescue(const QString &name, QByteArrayView body);
     Result<bool> opensWith(const QString &password) const;
-    RandomSource &random() const;
     void tell(const QString &text) const;
 
     FileOps &m_ops;
@@ -104,6 +122,7 @@ private:
     std::vector<FileIdentifier> m_ownSaveIds; // what may stand there unless somebody else wrote; the first is known to
     bool m_torn = false;                      // a write in place was cut short
     ContainerKeys m_keys;
+    ContainerKeys m_keysOnDisk;
 };
 
 } // namespace qir

@@ -131,7 +131,13 @@ FileSave::Step FileSave::readBack() {
     const auto verified = verifyContainer(m_ops, m_staged->descriptor(), m_writer->headerBlock(), m_request.keys);
     if (!verified)
         return m_target.failed(QStringLiteral("what was written does not read back: %1").arg(verified.error().text));
+    announce();
     return {};
+}
+
+void FileSave::announce() const {
+    if (m_request.publishing)
+        m_request.publishing(m_outcome.header.saveId);
 }
 
 FileSave::Step FileSave::publishNew() {
@@ -245,6 +251,7 @@ FileSave::Step FileSave::writeInPlace() {
     if (!copy)
         return m_target.failed(QStringLiteral("no safe copy of it could be made in '%1' first: %2")
                                    .arg(m_request.stateFolder, systemErrorWords(copy.error())));
+    announce();
     const auto written = copy->writeInto(file->descriptor());
     const auto verified =
         written ? verifyContainer(m_ops, file->descriptor(), block, m_request.keys) : LoadResult<void>();

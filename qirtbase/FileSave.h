@@ -11,6 +11,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 namespace qir {
@@ -22,6 +23,8 @@ struct SaveRequest {
     const ContainerKeys &keys;
     QByteArrayView body;
     QString stateFolder; ///< For the safe copy of what is written in place.
+    const std::function<void(const FileIdentifier &)>
+        &publishing; ///< Called right before the file changes, if not empty.
 };
 
 /// What became of it. Even where there is an error the new version may stand in place: then `published` tells so.
@@ -59,6 +62,7 @@ private:
 
     Step writeInPlace();
     void forgetCopies(int file);
+    void announce() const;
     Step keepCopyElsewhere(int file);
 
     /// A step failed in a way that says: this file cannot be replaced at all.

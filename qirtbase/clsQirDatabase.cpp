@@ -1,7 +1,11 @@
 #include "qirtbase/clsQirDatabase.h"
 
 #include "qirtbase/DatabaseError.h"
+#include "qirtbase/JournalRecovery.h"
 
+#include <QAbstractEventDispatcher>
+
+#include <chrono>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -12,6 +16,8 @@ using namespace Qt::StringLiterals;
 namespace qir {
 
 namespace {
+
+constexpr std::chrono::milliseconds syncDelay{1000};
 
 [[noreturn]] void raise(const QString &text) {
     throw DatabaseError(text);
@@ -59,11 +65,19 @@ auto clsQirDatabase::guarded(Body body) -> decltype(body()) {
 }
 
 clsQirDatabase::clsQirDatabase(FileOps &ops, DatabaseFileOptions options)
-    : m_file(ops, [&] {
-        if (!options.notice)
-            options.notice = [this](const QString &text) { Q_EMIT Notice(text); };
-        return std::move(options);
-    }()) {}
+    : m_ops(ops)
+    , m_file(ops,
+             [&] {
+                 if (!options.notice)
+                     options.notice = [this](const QString &text) { Q_EMIT Notice(text); };
+                 options.publishing = [this](const FileIdentifier &saveId) { m_journal.saving(saveId); };
+                 return std::move(options);
+             }())
+    , m_journal(ops, journalOptions()) {
+    m_syncTimer.setSingleShot(true);
+    m_syncTimer.setInterval(syncDelay);
+    connect(&m_syncTimer, &QTimer::timeout, this, [this] { m_journal.syncPending(); });
+}
 
 clsQirDatabase::~clsQirDatabase() {
     release();
@@ -76,15 +90,80 @@ void clsQirDatabase::release() noexcept {
         const bool wanted = m_changed;
         while (!m_groups.empty())
             undoGroup();
-        if (!wanted || !m_changed || m_file.fileName().isEmpty())
+        if (!wanted || !m_changed) {
+            m_journal.retire();
             return;
-        m_file.saveAtRelease(encodeBody(m_database));
+        }
+        const DatabaseFile::Released released = m_file.saveAtRelease(encodeBody(m_database));
+        if (released == DatabaseFile::Released::Saved)
+            m_journal.discard();
+        else if (released == DatabaseFile::Released::Rescued)
+            m_journal.retire();
     } catch (const std::exception &error) {
         try {
             Q_EMIT Notice(QString::fromUtf8(error.what()));
         } catch (...) { // NOLINT(bugprone-empty-catch): a listener that throws here has nobody to throw to
         }
     }
+}
+
+// --------------------------------------------------------------------------------------------------------- the journal
+
+JournalOptions clsQirDatabase::journalOptions() {
+    return {.stateFolder = m_file.stateFolder(),
+            .random = &m_file.random(),
+            .notice = [this](const QString &text) { Q_EMIT Notice(text); },
+            .syncLater = [this] { return syncLater(); }};
+}
+
+/// False where nothing runs that could call the timer.
+bool clsQirDatabase::syncLater() {
+    if (!QAbstractEventDispatcher::instance())
+        return false;
+    if (!m_syncTimer.isActive())
+        m_syncTimer.start();
+    return true;
+}
+
+/// The version on disk is what the changes from here on start from.
+void clsQirDatabase::followFile(std::uint64_t bodySize) {
+    if (m_leaveJournal)
+        return;
+    m_journal.follow(m_database,
+                     {.name = m_file.fileName(),
+                      .path = m_file.canonicalFilePath(),
+                      .fileId = m_file.fileId(),
+                      .saveId = m_file.saveId(),
+                      .bodySize = bodySize},
+                     m_file.keysOnDisk());
+}
+
+/// Brings back what a session that died had changed since it saved.
+void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &password) {
+    if (m_leaveJournal)
+        return;
+    const JournalBase base{.name = m_file.fileName(),
+                           .path = m_file.canonicalFilePath(),
+                           .fileId = m_file.fileId(),
+                           .saveId = m_file.saveId(),
+                           .bodySize = static_cast<std::uint64_t>(body.size())};
+    RecoveryOutcome outcome =
+        recoverJournals(m_ops,
+                        {.stateFolder = m_file.stateFolder(),
+                         .base = base,
+                         .keys = m_file.keysOnDisk(),
+                         .password = password,
+                         .deriveKey = m_file.keyDeriver(),
+                         .random = m_file.random(),
+                         .body = body,
+                         .keepAside = [this](QByteArrayView aside) { return m_file.writeAside(aside); }},
+                        m_database);
+    m_journal.follow(m_database, base, m_file.keysOnDisk());
+    if (outcome.journal)
+        m_journal.adopt(std::move(*outcome.journal));
+    m_changed = m_changed || outcome.changed;
+    for (const QString &notice : outcome.notices)
+        Q_EMIT Notice(u"%1: %2"_s.arg(base.name, notice));
 }
 
 // ------------------------------------------------------------------------------------------------------------ the file
@@ -117,6 +196,7 @@ bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) 
     m_database = std::move(*database);
     m_state = State::Open;
     m_changed = m_file.needsSaving();
+    recoverChanges(*body, password);
     return true;
 }
 
@@ -135,9 +215,12 @@ void clsQirDatabase::SaveDtb() {
             return;
         if (GetDatabaseFileName().isEmpty())
             raise(u"The database has no file name yet."_s);
-        if (const Result<void> saved = m_file.save(encodeBody(m_database)); !saved)
+        const QByteArray body = encodeBody(m_database);
+        if (const Result<void> saved = m_file.save(body); !saved)
             raise(saved.error().text);
         m_changed = false;
+        m_journal.discard();
+        followFile(static_cast<std::uint64_t>(body.size()));
     });
 }
 
@@ -163,6 +246,8 @@ void clsQirDatabase::NewPassword(const QString &current, const QString &replacem
             raise(u"The password was not changed: %1."_s.arg(done.error().text));
         if (current != replacement)
             m_changed = true;
+        if (!m_file.keysOnDisk().isProtected())
+            m_journal.reseal(m_file.keys());
     });
 }
 

@@ -4,10 +4,12 @@
 #include "qirtbase/BodyCodec.h"
 #include "qirtbase/Database.h"
 #include "qirtbase/DatabaseFile.h"
+#include "qirtbase/Journal.h"
 
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <QVariant>
 
 #include <cstddef>
@@ -28,6 +30,7 @@ namespace qir {
 class clsQirDatabase : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool DtbHasChanged READ DtbHasChanged WRITE setDtbHasChanged)
+    Q_PROPERTY(bool LeaveJournal READ leaveJournal WRITE setLeaveJournal)
     Q_PROPERTY(int QIRTablesCount READ QIRTablesCount)
     Q_PROPERTY(int QirTableFieldsCount READ QirTableFieldsCount)
     Q_PROPERTY(int QirTableRecordsCount READ QirTableRecordsCount)
@@ -60,6 +63,11 @@ public:
     /// A plain flag: set by any modification, cleared by a save, and taken as it is given.
     bool DtbHasChanged() const { return m_changed; }
     void setDtbHasChanged(bool changed) { m_changed = changed; }
+
+    /// For callers that only read: set True before the load, unsaved changes of a session that died stay where they are
+    /// for the next editor, and changes are not kept safe against a crash.
+    bool leaveJournal() const { return m_leaveJournal; }
+    void setLeaveJournal(bool leave) { m_leaveJournal = leave; }
 
     // ---------------------------------------------------------------------------------------------------- the tables
 
@@ -146,8 +154,13 @@ private:
     void undoGroup();
     bool loadFile(const QString &fileName, const QString &password);
     void failLoad(const QString &reason);
+    JournalOptions journalOptions();
+    void recoverChanges(const QByteArray &body, const QString &password);
+    void followFile(std::uint64_t bodySize);
+    bool syncLater();
     void release() noexcept;
 
+    FileOps &m_ops;
     State m_state = State::Fresh;
     bool m_changed = false;
     Database m_database;
@@ -156,6 +169,9 @@ private:
     std::vector<Group> m_groups;
     QString m_lastError;
     DatabaseFile m_file;
+    Journal m_journal;
+    QTimer m_syncTimer;
+    bool m_leaveJournal = false;
 };
 
 } // namespace qir

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QStringView>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace qir {
+
+class Table;
+
+/// The kinds of change that a database goes through. On disk in journals: never change a number.
+enum class ChangeKind : std::uint8_t {
+    AddTable = 1,
+    RenameTable = 2,
+    RemoveTable = 3,
+    AddField = 4,
+    RenameField = 5,
+    RemoveField = 6,
+    ResizeField = 7,
+    AddRecord = 8,
+    RemoveRecord = 9,
+    SetNumber = 10,
+    SetText = 11,
+};
+
+/// One change as it was made, enough to make it again. What a kind has no use for stays as it is here. Names and texts
+/// are the checked and cut ones; they live as long as the call that hands the change on.
+struct Change {
+    ChangeKind kind;
+    const Table *table = nullptr; ///< Whose fields or records changed; null for changes of the list of tables.
+    std::size_t index = 0;        ///< Of the field, or of the table where the list of tables changed.
+    std::size_t record = 0;
+    int type = 0;          ///< Of a new field: its code.
+    double number = 0;     ///< A value or a size.
+    QStringView text = {}; ///< A name or a value.
+};
+
+/// Is told of every change of a database right after it was made. Must not throw and must not change the database.
+class ChangeListener {
+public:
+    virtual ~ChangeListener() = default;
+
+    virtual void changed(const Change &change) noexcept = 0;
+    /// Groups nest; what was told since groupBegan() is undone by groupUndone().
+    virtual void groupBegan() noexcept = 0;
+    virtual void groupEnded() noexcept = 0;
+    virtual void groupUndone() noexcept = 0;
+};
+
+} // namespace qir

@@ -1,0 +1,347 @@
+#include "qirtbase/clsQirDatabase.h"
+#include "tests/component/StorageSupport.h"
+#include "tests/support/FailingFileOps.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace qir;
+
+namespace {
+
+/// The component with its journals, through sessions that crash.
+class ComponentJournal : public testing::Test {
+protected:
+    ComponentJournal() {
+        auto made = component();
+        EXPECT_TRUE(made->SetDatabaseFileName(path()));
+        made->AddTable(u"Pumps"_s);
+        made->SaveDtb();
+        made.reset();
+    }
+
+    QString path(const QString &name = u"PUMPS.DDB"_s) const { return m_folder.filePath(name); }
+    QString state() const { return m_folder.filePath(u"state"_s); }
+    QStringList journals() const { return namesIn(state() + u"/journal"_s); }
+
+    std::unique_ptr<clsQirDatabase> component() {
+        DatabaseFileOptions options = testOptions();
+        options.stateFolder = state();
+        auto made = std::make_unique<clsQirDatabase>(m_ops, std::move(options));
+        QObject::connect(made.get(), &clsQirDatabase::Notice, [this](const QString &text) { m_notices.append(text); });
+        return made;
+    }
+    /// A session on the file; the notices are those of its load.
+    std::unique_ptr<clsQirDatabase> open(const QString &password = {}, const QString &name = u"PUMPS.DDB"_s) {
+        m_notices.clear();
+        auto opened = component();
+        EXPECT_TRUE(opened->LoadDtb(path(name), password)) << opened->LastError().toStdString();
+        return opened;
+    }
+    /// The program dies: nothing that the instance still tries has an effect.
+    void kill(std::unique_ptr<clsQirDatabase> &session) {
+        m_ops.onCall = [](FileCall call, const std::string &) {
+            return call == FileCall::Close ? std::nullopt : std::optional(SystemError{EIO});
+        };
+        session.reset();
+        m_ops.onCall = {};
+        m_notices.clear();
+    }
+    static void write(clsQirDatabase &target, const QString &text) {
+        target.QIRTableRecordSource(u"Pumps"_s);
+        target.setQIRTableRecordsPointerOut(1);
+        target.QIRTableRecordSetByIndex(1, text);
+    }
+    static QString textIn(clsQirDatabase &target) {
+        QStringList values;
+        target.QIRTableRecordSource(u"Pumps"_s);
+        target.GetQirRecord(1, values);
+        return values.value(1);
+    }
+    /// What the file itself holds, without any journal.
+    QString textInFile(const QString &password = {}, const QString &name = u"PUMPS.DDB"_s) {
+        auto reader = component();
+        reader->setLeaveJournal(true);
+        EXPECT_TRUE(reader->LoadDtb(path(name), password)) << reader->LastError().toStdString();
+        return textIn(*reader);
+    }
+
+    QuickFolder m_folder;
+    HookedFileOps m_ops{{}};
+    QStringList m_notices;
+};
+
+TEST_F(ComponentJournal, WhatWasTypedBeforeACrashIsThereAgainAsUnsavedChanges) {
+    auto session = open();
+    EXPECT_EQ(m_notices, QStringList());
+    for (const QString &text : {u"M"_s, u"Ma"_s, u"Mai"_s, u"Main"_s})
+        write(*session, text);
+    kill(session);
+    EXPECT_EQ(textInFile(), u""_s);
+
+    session = open();
+    EXPECT_EQ(textIn(*session), u"Main"_s);
+    EXPECT_TRUE(session->DtbHasChanged());
+    ASSERT_EQ(m_notices.size(), 1);
+    EXPECT_TRUE(m_notices[0].startsWith(path()));
+}
+
+TEST_F(ComponentJournal, ClosingWithNoGivesTheRecoveredChangesUp) {
+    auto session = open();
+    write(*session, u"Main"_s);
+    kill(session);
+    session = open();
+    session->setDtbHasChanged(false);
+    session.reset();
+    session = open();
+    EXPECT_EQ(textIn(*session), u""_s);
+    EXPECT_FALSE(session->DtbHasChanged());
+    EXPECT_EQ(m_notices, QStringList());
+    ASSERT_EQ(journals().size(), 1); // "No" was a key press away
+    EXPECT_TRUE(journals()[0].endsWith(u".ended"_s));
+}
+
+TEST_F(ComponentJournal, ClosingWithYesWritesThem) {
+    auto session = open();
+    write(*session, u"Main"_s);
+    kill(session);
+    session = open();
+    session.reset();
+    EXPECT_EQ(textInFile(), u"Main"_s);
+    EXPECT_EQ(journals(), QStringList());
+}
+
+TEST_F(ComponentJournal, ASaveEndsTheJournalAndTheNextChangeStartsOne) {
+    auto session = open();
+    write(*session, u"one"_s);
+    EXPECT_EQ(journals().size(), 1);
+    session->SaveDtb();
+    EXPECT_EQ(journals(), QStringList());
+    write(*session, u"two"_s);
+    EXPECT_EQ(journals().size(), 1);
+    kill(session);
+    EXPECT_EQ(textInFile(), u"one"_s);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"two"_s);
+}
+
+TEST_F(ComponentJournal, ASecondCrashDuringOrAfterTheRecoveryLosesNothing) {
+    auto session = open();
+    write(*session, u"one"_s);
+    kill(session);
+    session = open();
+    kill(session);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"one"_s);
+    write(*session, u"two"_s);
+    kill(session);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"two"_s);
+}
+
+TEST_F(ComponentJournal, ClearingTheFlagDropsNothing) {
+    auto session = open();
+    write(*session, u"one"_s);
+    session->setDtbHasChanged(false);
+    write(*session, u"two"_s);
+    session->setDtbHasChanged(false);
+    kill(session);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"two"_s);
+}
+
+TEST_F(ComponentJournal, ACommandThatWasCutShortIsUndoneAndOneThatFailedToo) {
+    auto session = open();
+    write(*session, u"before"_s);
+    session->BeginChanges();
+    write(*session, u"failed"_s);
+    session->CancelChanges();
+    session->BeginChanges();
+    write(*session, u"cut short"_s);
+    kill(session);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"before"_s);
+}
+
+TEST_F(ComponentJournal, BothPanesOnOneFileKeepTheirOwn) {
+    auto left = open();
+    auto right = open();
+    write(*left, u"left"_s);
+    write(*right, u"right"_s);
+    EXPECT_EQ(journals().size(), 2);
+    kill(left);
+    EXPECT_EQ(textIn(*right), u"right"_s);
+    auto again = open();
+    EXPECT_EQ(textIn(*again), u"left"_s);
+    kill(again);
+    kill(right);
+    // Two sessions died: one is taken up, the other kept as a file of its own.
+    again = open();
+    const QString shown = textIn(*again);
+    EXPECT_TRUE(shown == u"left"_s || shown == u"right"_s) << shown.toStdString();
+    const QStringList rescued = namesIn(state() + u"/rescue"_s);
+    ASSERT_EQ(rescued.size(), 1);
+    auto other = component();
+    ASSERT_TRUE(other->LoadDtb(state() + u"/rescue/"_s + rescued[0], {}));
+    EXPECT_EQ(textIn(*other), shown == u"left"_s ? u"right"_s : u"left"_s);
+    EXPECT_EQ(m_notices.size(), 2);
+}
+
+TEST_F(ComponentJournal, ChangesToAVersionThatAnotherProgramReplacedAreNeverMerged) {
+    auto session = open();
+    write(*session, u"mine"_s);
+    kill(session);
+    {
+        auto other = component();
+        other->setLeaveJournal(true);
+        ASSERT_TRUE(other->LoadDtb(path(), {}));
+        write(*other, u"theirs"_s);
+        other->SaveDtb();
+    }
+    session = open();
+    EXPECT_EQ(textIn(*session), u"theirs"_s);
+    EXPECT_FALSE(session->DtbHasChanged());
+    const QStringList rescued = namesIn(state() + u"/rescue"_s);
+    ASSERT_EQ(rescued.size(), 1);
+    auto aside = component();
+    ASSERT_TRUE(aside->LoadDtb(state() + u"/rescue/"_s + rescued[0], {}));
+    EXPECT_EQ(textIn(*aside), u"mine"_s);
+}
+
+TEST_F(ComponentJournal, ACallerThatOnlyReadsLeavesItAlone) {
+    auto session = open();
+    write(*session, u"typed"_s);
+    kill(session);
+    const QByteArray content = contentOf(state() + u"/journal/"_s + journals().value(0));
+    EXPECT_EQ(textInFile(), u""_s);
+    EXPECT_EQ(contentOf(state() + u"/journal/"_s + journals().value(0)), content);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"typed"_s);
+}
+
+TEST_F(ComponentJournal, AFailedSaveKeepsIt) {
+    auto session = open();
+    write(*session, u"typed"_s);
+    m_ops.onOpen = [](unsigned flags) { return flags & O_RDWR ? std::optional(SystemError{ENOSPC}) : std::nullopt; };
+    EXPECT_THROW(session->SaveDtb(), std::exception);
+    m_ops.onOpen = {};
+    write(*session, u"typed on"_s);
+    kill(session);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"typed on"_s);
+}
+
+TEST_F(ComponentJournal, ACrashBetweenTheSaveAndItsEndShowsTheSavedVersion) {
+    auto session = open();
+    write(*session, u"saved"_s);
+    int syncs = 0;
+    m_ops.onCall = [&](FileCall call, const std::string &) -> std::optional<SystemError> {
+        syncs += call == FileCall::Sync; // the new version's, then the folder's after the exchange
+        return syncs > 1 && call != FileCall::Close ? std::optional(SystemError{EIO}) : std::nullopt;
+    };
+    EXPECT_THROW(session->SaveDtb(), std::exception);
+    EXPECT_GT(syncs, 1);
+    kill(session);
+    EXPECT_EQ(journals().size(), 1);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"saved"_s);
+    EXPECT_FALSE(session->DtbHasChanged());
+    EXPECT_EQ(journals(), QStringList());
+}
+
+TEST_F(ComponentJournal, ANewNameLeavesTheOldFilesJournalNoTrace) {
+    auto session = open();
+    write(*session, u"typed"_s);
+    ASSERT_TRUE(session->SetDatabaseFileName(path(u"OTHER.DDB"_s)));
+    session->setDtbHasChanged(true);
+    session->SaveDtb();
+    EXPECT_EQ(journals(), QStringList());
+    write(*session, u"typed on"_s);
+    kill(session);
+    EXPECT_EQ(textIn(*open()), u""_s);
+    EXPECT_EQ(textIn(*open({}, u"OTHER.DDB"_s)), u"typed on"_s);
+}
+
+TEST_F(ComponentJournal, APasswordChangeIsNotMadeAgain) {
+    auto session = open();
+    session->NewPassword({}, u"new"_s);
+    write(*session, u"typed"_s);
+    EXPECT_FALSE(contentOf(state() + u"/journal/"_s + journals().value(0)).contains("typed"));
+    kill(session);
+    session = open(); // the file is still open; what was typed waits for its password
+    EXPECT_EQ(textIn(*session), u""_s);
+    EXPECT_EQ(m_notices.size(), 1);
+    session.reset();
+    session = open(u"new"_s);
+    EXPECT_EQ(textIn(*session), u"typed"_s);
+}
+
+TEST_F(ComponentJournal, AProtectedFilesJournalIsSealedWithTheKeyOnDiskUntilTheSave) {
+    {
+        auto session = open();
+        session->NewPassword({}, u"first"_s);
+        session->SaveDtb();
+    }
+    auto session = open(u"first"_s);
+    session->NewPassword(u"first"_s, u"second"_s);
+    write(*session, u"typed"_s);
+    kill(session);
+    session = open(u"first"_s);
+    EXPECT_EQ(textIn(*session), u"typed"_s);
+    session->NewPassword(u"first"_s, u"second"_s);
+    session->SaveDtb();
+    write(*session, u"typed on"_s);
+    kill(session);
+    EXPECT_EQ(textInFile(u"second"_s), u"typed"_s);
+    EXPECT_EQ(textIn(*open(u"second"_s)), u"typed on"_s);
+}
+
+TEST_F(ComponentJournal, AReleaseThatCouldOnlyRescueRetiresIt) {
+    auto session = open();
+    write(*session, u"typed"_s);
+    writeContent(path(), containerBytes("theirs"));
+    session.reset();
+    ASSERT_EQ(journals().size(), 1);
+    EXPECT_TRUE(journals()[0].endsWith(u".ended"_s));
+    EXPECT_EQ(namesIn(state() + u"/rescue"_s).size(), 1);
+}
+
+TEST_F(ComponentJournal, ANewDatabaseHasOneFromItsFirstSaveOn) {
+    auto session = component();
+    session->AddTable(u"Pumps"_s);
+    ASSERT_TRUE(session->SetDatabaseFileName(path(u"NEW.DDB"_s)));
+    write(*session, u"first"_s);
+    EXPECT_EQ(journals(), QStringList());
+    session->SaveDtb();
+    write(*session, u"second"_s);
+    EXPECT_EQ(journals().size(), 1);
+    kill(session);
+    EXPECT_EQ(textIn(*open({}, u"NEW.DDB"_s)), u"second"_s);
+}
+
+TEST_F(ComponentJournal, ItIsSyncedByATimerWhereEventsAreRun) {
+    int count = 1;
+    char name[] = "test";
+    char *arguments[] = {name, nullptr};
+    const QCoreApplication application(count, arguments);
+    auto session = open();
+    int syncs = 0;
+    m_ops.onCall = [&](FileCall call, const std::string &) -> std::optional<SystemError> {
+        syncs += call == FileCall::SyncData;
+        return std::nullopt;
+    };
+    for (int i = 0; i < 10; ++i)
+        write(*session, QString::number(i));
+    EXPECT_EQ(syncs, 0);
+    while (syncs == 0)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(syncs, 1);
+}
+
+} // namespace
