@@ -35,7 +35,7 @@ Secret newPassword(const QString &file, const Arguments &arguments) {
 
 void passwd(const Arguments &arguments) {
     const QString file = argumentText(arguments.file);
-    Session session = Session::open(file, arguments.passwordFile);
+    Session session = Session::open(file, arguments.passwordFile, SessionUse::Change);
     session.run([&] {
         const Secret replacement = newPassword(file, arguments);
         session.database().NewPassword(session.password().text(), replacement.text());

@@ -45,8 +45,9 @@ Session::Session(const QString &file)
     m_printer->listenTo(m_database.object());
 }
 
-Session Session::open(const QString &file, const std::string &passwordFile) {
+Session Session::open(const QString &file, const std::string &passwordFile, SessionUse use) {
     Session session(file);
+    session.run([&] { session.m_database.setLeaveJournal(use == SessionUse::Read); });
     session.m_protected = needsPassword(file);
     if (session.m_protected)
         session.run([&] {

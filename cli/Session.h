@@ -14,13 +14,17 @@ namespace qir {
 
 class NoticePrinter;
 
+/// What a command opens a file for.
+enum class SessionUse { Read, Change };
+
 /// A database that a command works on. What the component has to tell beside is printed. Unless save() was called,
 /// nothing is written when the session ends, whatever was changed.
 class Session {
 public:
     /// Opens a file; a protected one with the password of `passwordFile`, or of the terminal where that is "". Throws
     /// LoadRefused when the component refuses it, FileError for every other trouble.
-    static Session open(const QString &file, const std::string &passwordFile);
+    /// One that only reads leaves the unsaved changes of an editor that crashed to the next editor.
+    static Session open(const QString &file, const std::string &passwordFile, SessionUse use);
     /// A new, empty database that is to become this file. Throws FileError.
     static Session create(const QString &file);
 

@@ -49,6 +49,7 @@ const Method<void()> beginChanges{"BeginChanges"};
 const Method<void()> endChanges{"EndChanges"};
 const Method<void()> cancelChanges{"CancelChanges"};
 const Method<QString()> lastError{"LastError"};
+const Property<bool> leaveJournal{"LeaveJournal"};
 
 } // namespace
 
@@ -216,6 +217,11 @@ void QirDatabase::CancelChanges() const {
 
 QString QirDatabase::LastError() const {
     return lastError.isIn(m_object) ? lastError(m_object) : QString();
+}
+
+void QirDatabase::setLeaveJournal(bool leave) const {
+    if (leaveJournal.isIn(m_object))
+        leaveJournal.write(m_object, leave);
 }
 
 ChangeGroup::ChangeGroup(const QirDatabase &database)

@@ -83,6 +83,9 @@ public:
     void EndChanges() const;
     void CancelChanges() const;
     QString LastError() const;
+    /// For callers that only read, before LoadDtb(): the unsaved changes of a session that died stay for the next
+    /// editor.
+    void setLeaveJournal(bool leave) const;
 
 private:
     explicit QirDatabase(AutomationObject object)

@@ -189,6 +189,8 @@ public:
         return result;
     }
     void write(const AutomationObject &object, const T &value) const { m_writer.access(object, detail::slot(value)); }
+    /// True when the object's class has a property of this name.
+    bool isIn(const AutomationObject &object) const { return m_reader.isIn(object); }
 
 private:
     template<Member::Kind direction>
