@@ -122,16 +122,21 @@ SystemResult<JournalFile> JournalFile::create(FileOps &ops, OpenFile folder, Jou
         journal.m_name = freshName(head.fileId, random);
         auto file = OpenFile::openAt(ops, folder.descriptor(), journal.m_name, O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW,
                                      privateFile);
-        if (file) {
+        if (!file) {
+            error = file.error();
+            continue;
+        }
+        const auto locked = ops.lock(file->descriptor(), LockKind::Exclusive);
+        if (locked) {
             journal.m_file = std::move(*file);
             break;
         }
-        error = file.error();
+        (void)ops.unlinkAt(folder.descriptor(), journal.m_name);
+        // Somebody who looks for journals got hold of it first; it is empty, and the next one is made.
+        error = locked.error().number == EWOULDBLOCK ? SystemError{EEXIST} : locked.error();
     }
     if (!journal.m_file)
         return tl::unexpected(error);
-    if (const auto locked = ops.lock(journal.m_file.descriptor(), LockKind::Exclusive); !locked)
-        return tl::unexpected(locked.error());
     random.fill(head.nonce);
     head.sealed = keys.isProtected();
     head.kdf = keys.kdf;
@@ -160,6 +165,10 @@ LoadResult<JournalFile> JournalFile::open(FileOps &ops, OpenFile folder, const s
         return tl::unexpected(LoadError{LoadErrorKind::NotAFile, {}});
     if (const auto locked = ops.lock(file->descriptor(), LockKind::Exclusive); !locked)
         return unreadable(locked.error());
+    // Whoever held it until now may have ended it meanwhile: then it is no journal any more.
+    const auto there = ops.statusAt(folder.descriptor(), name, FollowLinks::No);
+    if (!there || there->st_ino != status->st_ino || there->st_dev != status->st_dev)
+        return unreadable(there ? SystemError{ENOENT} : there.error());
     QByteArray start(qsizetype(headSizeMax), Qt::Uninitialized);
     const auto count = readFully(ops, file->descriptor(), {start.data(), std::size_t(start.size())}, 0);
     if (!count)
@@ -174,7 +183,7 @@ LoadResult<JournalFile> JournalFile::open(FileOps &ops, OpenFile folder, const s
     journal.m_head = std::move(*head);
     journal.m_headBytes = whole.toByteArray();
     journal.m_headDigest = digestOf(journal.m_headBytes);
-    journal.m_size = std::uint64_t(status->st_size);
+    journal.m_size = std::uint64_t(there->st_size);
     journal.rewind();
     return journal;
 }

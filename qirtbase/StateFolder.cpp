@@ -10,6 +10,12 @@ namespace {
 
 constexpr mode_t privateFolder = 0700;
 
+/// What is put into a new folder is lost by a power failure together with the folder, whatever was synced in it.
+SystemResult<void> syncParent(FileOps &ops, const std::string &folder) {
+    const auto place = ResolvedPath::of(ops, folder);
+    return place ? place->syncFolder(ops) : tl::unexpected(place.error());
+}
+
 } // namespace
 
 QString defaultStateFolder() {
@@ -25,6 +31,9 @@ SystemResult<OpenFile> openStateFolder(FileOps &ops, const QString &stateFolder,
         return opened;
     for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
         const auto made = ops.makeFolder(AT_FDCWD, path.substr(0, end), privateFolder);
+        if (made)
+            if (const auto synced = syncParent(ops, path.substr(0, end)); !synced)
+                return tl::unexpected(synced.error());
         // Folders further up may be there already, or not be ours to make: whether it is enough shows in the end.
         if (end == std::string::npos) {
             if (!made && made.error().number != EEXIST)
