@@ -3,6 +3,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QMimeData>
 #include <QTimer>
 
@@ -173,6 +174,43 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aSingleValueOverASelectionOfEverythingChangesTheFirstCellOnly() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        fixture.clickCell(0, 3, 2);
+        press(fixture, Qt::Key_A, Qt::ControlModifier);
+        setClipboard(u"9"_s);
+        press(fixture, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(fixture.texts(0).first(), QStringList({u"9"_s, u"a"_s, u"0.5"_s}));
+        QCOMPARE(storedRecords(fixture, 0),
+                 QList<QVariantList>({{9, u"a"_s, 0.5}, {2, u"b"_s, 1.5}, {3, u"c"_s, 2.5}, {4, u"d"_s, 3.5}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aColumnSelectedByItsHeaderIsCopiedAndFilledWithoutTheHeader() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        fixture.clickCell(0, 1, 1);
+        QTest::mouseClick(fixture.grid(0).horizontalHeader()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          headerCentre(fixture, 0, 2));
+        press(fixture, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(clipboardText(), u"a\rb\rc\rd"_s);
+        setClipboard(u"w\nx\ny\nz\n"_s);
+        press(fixture, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(storedRecords(fixture, 0),
+                 QList<QVariantList>({{1, u"w"_s, 0.5}, {2, u"x"_s, 1.5}, {3, u"y"_s, 2.5}, {4, u"z"_s, 3.5}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void pastedTextsAreStoredAlsoInRowsOfOtherRecords() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        fixture.grid(0).setRowData(2, 3);
+        fixture.grid(0).setRowData(3, 2);
+        selectBlock(fixture, 0, {2, 2, 3, 2});
+        setClipboard(u"x\ry"_s);
+        press(fixture, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(stored(fixture, 0, 3, 2).toString(), u"x"_s);
+        QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"y"_s);
+    }
+
     void cellsWithoutAValueKeepTheirsAndEmptyValuesEmptyTheirs() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
         selectBlock(fixture, 0, {1, 1, 4, 3});
@@ -301,6 +339,13 @@ private Q_SLOTS:
         fixture.choose(Command::PasteMenu);
         QCOMPARE(stored(fixture, 1, 3, 2).toString(), u"b"_s);
         QCOMPARE(stored(fixture, 0, 3, 2).toString(), u"c"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theCopyAndPastePopupHoldsBothItems() {
+        EditorFixture fixture;
+        QCOMPARE(fixture.editor().controls.popmenuCP->actions(),
+                 QList<QAction *>({&fixture.action(Command::CopyMenu), &fixture.action(Command::PasteMenu)}));
         QIR_VERIFY_OK(fixture);
     }
 

@@ -122,6 +122,16 @@ private Q_SLOTS:
         QVERIFY(fixture.action(Command::RemoveRecordPOP).isEnabled());
     }
 
+    void withoutARecordRowCurrentNoRecordCanBeRemoved() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        fixture.clickCell(0, 2, 1);
+        fixture.grid(0).setSelection({0, 1, 3, 1}); // holds the pressed cell, so that it stays
+        rightPressCell(fixture, 0, 2, 1);
+        QVERIFY(recordPopup(fixture).isVisible());
+        QVERIFY(!fixture.action(Command::RemoveRecordPOP).isEnabled());
+        QCOMPARE(removeText(fixture), u"Remove Record"_s);
+    }
+
     void onlyATextFieldCanBeResized() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
         rightPressHeader(fixture, 0, 1);
