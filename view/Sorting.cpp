@@ -16,9 +16,9 @@ void Sorting::SortFPOP_Click() {
     endEdit(m_editor);
     Grid &grid = m_editor.Tabella(pane);
     m_editor.state.ColonnaOrdinamento = grid.Col();
-    OrdinaPerColonna(grid, m_editor.state.ColonnaOrdinamento);
-    grid.renumberRows(); // row r stands for record r from now on, whatever it showed
     try {
+        OrdinaPerColonna(grid, m_editor.state.ColonnaOrdinamento);
+        grid.renumberRows(); // row r stands for record r from now on, whatever it showed
         m_differences.SalvaGridInDatabase(pane);
     } catch (const std::exception &) {
         m_tables.reloadAfterFailure(pane);

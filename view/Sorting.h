@@ -16,11 +16,13 @@ public:
         , m_differences(differences)
         , m_tables(tables) {}
 
-    /// Sorts the table of the pane whose pop-up was opened by its grid's current column. When the writing fails, the
-    /// group of changes is undone, the table is loaded again as it stands and the error goes on to the caller. Yields.
+    /// Sorts the table of the pane whose pop-up was opened by its grid's current column. When sorting or writing fails,
+    /// the group of changes is undone, the table is loaded again as it stands and the error goes on to the caller.
+    /// Yields.
     void SortFPOP_Click();
     /// Sorts the record rows of a grid by a column, ascending, and selects that column's records; does nothing while
-    /// ColonnaOrdinamento is negative. Nothing is written to the database.
+    /// ColonnaOrdinamento is negative. Nothing is written to the database. After an error the grid's texts may be out
+    /// of step with each other.
     void OrdinaPerColonna(Grid &grid, int Column);
 
 private:
