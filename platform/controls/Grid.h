@@ -177,6 +177,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
@@ -213,6 +214,7 @@ private:
     void extendColumns(int column);
     void extendRows(int row);
     void dragOn();
+    void endDrag();
     PointedCell pointedCell() const;
     GridRange selectedRecords() const;
     void bringIntoView(int row, int column);

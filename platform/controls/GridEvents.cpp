@@ -89,10 +89,19 @@ void Grid::mouseReleaseEvent(QMouseEvent *event) {
     event->accept();
     if (event->button() != Qt::LeftButton)
         return;
-    m_dragging = false;
-    m_dragTimer.stop();
+    endDrag();
     if (std::exchange(m_clickDue, false))
         Q_EMIT Click();
+}
+
+void Grid::endDrag() {
+    m_dragging = false;
+    m_dragTimer.stop();
+}
+
+void Grid::focusOutEvent(QFocusEvent *event) {
+    QTableView::focusOutEvent(event);
+    endDrag(); // whoever has the focus now may get the button's release too
 }
 
 void Grid::mouseDoubleClickEvent(QMouseEvent *event) {

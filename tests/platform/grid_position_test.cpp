@@ -2,6 +2,7 @@
 #include "platform/controls/Twips.h"
 #include "tests/platform/GridTesting.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCursor>
 #include <QScrollBar>
 #include <QtTest>
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void aCellOutOfSightHasNoRectangleUntilBroughtIntoView();
     void bringingIntoViewOfAVisibleCellScrollsNothing();
     void aKeyTellsThatItScrolled();
+    void aDragThatLosesTheFocusScrollsNoFurther();
     void cellPositionsAreInTwips();
 
     void topRowIsTheFirstRowShownInFull();
@@ -127,6 +129,29 @@ void GridPositionTest::aKeyTellsThatItScrolled() {
     m_grid->setTopRow(1);
     m_grid->bringCellIntoView();
     QCOMPARE(log.take(), QStringList());
+}
+
+void GridPositionTest::aDragThatLosesTheFocusScrollsNoFurther() {
+    const auto timers = [this] {
+        return QAbstractEventDispatcher::instance()->registeredTimers(m_grid.get()).size();
+    };
+    m_grid->activateWindow();
+    m_grid->setFocus();
+    QTRY_VERIFY(m_grid->hasFocus());
+    const auto timersAtRest = timers();
+    const QPoint inside = cellCentre(*m_grid, 2, 1);
+    const QPoint below(inside.x(), m_grid->viewport()->height() + 30);
+    QTest::mousePress(m_grid->viewport(), Qt::LeftButton, {}, inside);
+    QMouseEvent move(QEvent::MouseMove, below, m_grid->viewport()->mapToGlobal(below), Qt::NoButton, Qt::LeftButton,
+                     {});
+    QCoreApplication::sendEvent(m_grid->viewport(), &move);
+    QTRY_VERIFY(m_grid->TopRow() > 3);
+    QVERIFY(timers() > timersAtRest);
+    m_grid->clearFocus(); // as when a dialog opens, which takes the button's release too
+    QCOMPARE(timers(), timersAtRest);
+    const GridSelection selection = m_grid->selection();
+    QCoreApplication::sendEvent(m_grid->viewport(), &move);
+    QCOMPARE(m_grid->selection(), selection);
 }
 
 void GridPositionTest::cellPositionsAreInTwips() {
