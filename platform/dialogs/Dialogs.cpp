@@ -4,6 +4,7 @@
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 
 namespace qir {
@@ -85,11 +86,17 @@ QString inputBox(QWidget *parent, const QString &prompt, const QString &title, c
     QInputDialog dialog(parent);
     dialog.setInputMode(QInputDialog::TextInput);
     dialog.setWindowTitle(title);
-    dialog.setLabelText(prompt);
-    for (QLabel *label : dialog.findChildren<QLabel *>())
-        label->setTextFormat(Qt::PlainText); // names in it may look like markup
     dialog.setTextValue(defaultText);
     dialog.setTextEchoMode(QLineEdit::Normal);
+    static_cast<void>(dialog.sizeHint()); // builds the controls
+    // Names in the prompt may look like markup, or like a shortcut key where the prompt labels the text box.
+    for (QLabel *label : dialog.findChildren<QLabel *>()) {
+        label->setTextFormat(Qt::PlainText);
+        label->setBuddy(nullptr);
+    }
+    dialog.setLabelText(prompt);
+    for (QLineEdit *box : dialog.findChildren<QLineEdit *>())
+        box->setAccessibleName(prompt);
     return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
 }
 

@@ -3,6 +3,7 @@
 #include "platform/dialogs/FileDialog.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QDir>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -83,6 +84,7 @@ private Q_SLOTS:
     void aStayingQuestionEndedFromOutsideHasNoAnswer();
 
     void anInputBoxShowsPromptTitleAndDefault();
+    void anInputBoxShowsEveryCharacterOfItsPrompt();
     void anInputBoxGivesWhatIsTyped();
     void aCancelledInputBoxGivesNothing();
 
@@ -206,6 +208,23 @@ void DialogsTest::anInputBoxShowsPromptTitleAndDefault() {
         shown.accept();
     });
     QCOMPARE(inputBox(nullptr, u"New <i>field</i> name"_s, u"?"_s, u"Fieldx"_s), u"Fieldx"_s);
+    QCOMPARE(dialog.met, 1);
+}
+
+void DialogsTest::anInputBoxShowsEveryCharacterOfItsPrompt() {
+    const QString prompt = u"Table's new name (R&D)"_s;
+    const WithNext<QInputDialog> dialog([&](QInputDialog &shown) {
+        const auto *label = shown.findChild<QLabel *>();
+        QLabel plain(prompt);
+        plain.setFont(label->font());
+        QCOMPARE(label->sizeHint().width(), plain.sizeHint().width());
+        QCOMPARE(shown.labelText(), prompt);
+        // A screen reader says what is asked for when it reaches the text box.
+        QAccessibleInterface *box = QAccessible::queryAccessibleInterface(shown.findChild<QLineEdit *>());
+        QCOMPARE(box->text(QAccessible::Name), prompt);
+        shown.reject();
+    });
+    QCOMPARE(inputBox(nullptr, prompt, u"?"_s, u"R&D"_s), QString());
     QCOMPARE(dialog.met, 1);
 }
 
