@@ -84,11 +84,12 @@ void TableCommands::RemoveTableSecco() {
     const ActivePaneScope active(m_editor);
     const int removed = list.ItemData(list.ListIndex());
     m_editor.OggettoDtb(pane).RemoveTable(removed);
-    // Nothing of the table is left to show or to work on. Its line goes before the refill, which would select another.
+    // Nothing of the table is left to show or to work on. Its line goes before the refill, which would select another,
+    // and with it all lines, whose numbers are those of other tables now: the refill may break off at the other list.
     m_editor.TabellaMostrata(pane).clear();
     m_editor.TabellaCorrente(pane).clear();
     m_editor.UltimaTabella(pane).clear();
-    list.setListIndex(-1);
+    list.clear();
     m_alignment.MostraTabelleDiverseInLista();
     // Positions count from 0 and table numbers from 1, so this is the line behind the removed one.
     if (removed < list.ListCount())

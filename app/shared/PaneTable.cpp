@@ -13,7 +13,9 @@ namespace qir {
 
 QString selectedTableName(EditorContext &editor, int pane) {
     const ListBox &list = editor.ListaTabelle(pane);
-    return list.ListIndex() < 0 ? QString() : TogliMarcatori(list.List(list.ListIndex()).trimmed());
+    // Trimmed again: behind a marker may stand blanks that belong to the name, and the name with a marker and the one
+    // without must be the same.
+    return list.ListIndex() < 0 ? QString() : TogliMarcatori(list.List(list.ListIndex()).trimmed()).trimmed();
 }
 
 bool realTableSelected(EditorContext &editor, int pane) {

@@ -1,5 +1,6 @@
 #include "tests/window/EditorFixture.h"
 
+#include "base/Collation.h"
 #include "db/AssegnaARecordset.h"
 
 #include <QGroupBox>
@@ -54,6 +55,22 @@ QString gridProblems(EditorContext &editor, int pane)
     return problems;
 }
 
+/// A command works on the table of its line's number: it must be the one that the line names.
+QString lineProblems(EditorContext &editor, int pane)
+{
+    const ListBox &list = editor.ListaTabelle(pane);
+    const QirDatabase &database = editor.OggettoDtb(pane);
+    const int tables = database.QIRTablesCount();
+    QString problems;
+    for (int line = 0; line < list.ListCount(); ++line) {
+        const int number = list.ItemData(line);
+        const QString name = number >= 1 && number <= tables ? database.QIRTableName(number) : QString();
+        if (number != 0 && collationKey(list.List(line)) != collationKey(name))
+            problems += u"pane %1: line '%2' stands for table %3, '%4'; "_s.arg(pane).arg(list.List(line)).arg(number).arg(name);
+    }
+    return problems;
+}
+
 } // namespace
 
 void makeDatabase(const QString &path, const std::vector<TableOfTexts> &tables, const QString &password)
@@ -75,7 +92,7 @@ QString invariantProblems(EditorContext &editor)
     QString problems;
     for (const int pane : {0, 1}) {
         if (editor.DtbAperto(pane))
-            problems += gridProblems(editor, pane);
+            problems += lineProblems(editor, pane) + gridProblems(editor, pane);
         else if (editor.Tabella(pane).Visible())
             problems += u"pane %1 has no database but a visible grid; "_s.arg(pane);
     }

@@ -82,7 +82,7 @@ private:
 
 /// What the invariant of panes, lists and components says of a window: for each open pane the selected real line, the
 /// table in the grid and the component's current table are the same; a placeholder, no selection or an empty table
-/// hides the grid. "" when it holds.
+/// hides the grid; every real line carries the number of the table that it names. "" when it holds.
 QString invariantProblems(EditorContext &editor);
 
 /// Fails the test function with what problems() says.

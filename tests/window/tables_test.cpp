@@ -4,6 +4,7 @@
 
 #include "tests/tools/fake/FakeControl.h"
 
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -216,6 +217,23 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aNameWithTrailingBlanksIsTheSameTableWithAndWithoutItsMark() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"A"_s)), files.make(u"R.DDB"_s, lettered(u"A"_s)));
+        fixture.dialogs().expectInput(renamePrompt(u"A"_s), u"?"_s, u"A"_s, u"A  "_s);
+        fixture.choose(Command::RenameTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList(u"A  "_s));
+        // The first key makes the two copies differ; the mark must not take the table for another one.
+        fixture.clickCell(0, 1, 1);
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        QTest::keyClicks(&fixture.editor().txtEdit(0), u"1"_s);
+        QCOMPARE(fixture.lines(0), QStringList(u"A   !"_s));
+        QVERIFY(!fixture.editor().txtEdit(0).isHidden());
+        QTest::keyClicks(&fixture.editor().txtEdit(0), u"2"_s);
+        QCOMPARE(recordsOf(fixture, 0), QList<QStringList>({{u"6512"_s}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void renameWithoutANameChangesNothing() {
         EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, QString());
@@ -389,6 +407,21 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s}));
         QCOMPARE(fixture.list(0).ListIndex(), 0);
         QVERIFY(fixture.grid(0).Visible());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void anErrorOfTheOtherDatabaseAfterARemovalLeavesNoLineWithAnotherTablesNumber() {
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AB"_s)), files.make(u"R.DDB"_s, lettered(u"ABCD"_s)));
+        fixture.activate(1);
+        fixture.clickLine(1, 1);
+        fake->failOn(u"QIRTableName"_s, u"broken"_s);
+        fixture.dialogs().expectMessage(removeQuestion(u"B"_s), u"?"_s, u"Yes"_s);
+        fixture.dialogs().expectMessage(u"broken"_s, u"QIR Database Editor"_s, u"OK"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        fake->stopFailing();
+        QCOMPARE(tableNames(fixture, 1), QStringList({u"A"_s, u"C"_s, u"D"_s}));
         QIR_VERIFY_OK(fixture);
     }
 
