@@ -13,6 +13,16 @@
 
 namespace qir {
 
+namespace {
+
+/// False once the window was closed while a table was loading.
+bool windowStands() {
+    const MessageLoop *loop = MessageLoop::instance();
+    return loop == nullptr || !loop->programEnded();
+}
+
+} // namespace
+
 void TableListPopup::watch(int pane) {
     ListBox &list = m_editor.ListaTabelle(pane);
     list.installEventFilter(this);
@@ -44,10 +54,8 @@ bool TableListPopup::pressedInOtherPane(int pane) {
 }
 
 void TableListPopup::ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, const QPoint &globalPosition) {
-    const MessageLoop *loop = MessageLoop::instance();
-    const bool windowStands = loop == nullptr || !loop->programEnded();
     if (Index != m_editor.state.IndexAttivo || m_editor.ListaTabelle(Index).ListIndex() < 0 ||
-        Button != Qt::RightButton || !windowStands)
+        Button != Qt::RightButton || !windowStands())
         return;
     try {
         offerCommands(Index);
@@ -55,6 +63,8 @@ void TableListPopup::ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, c
         return;
     }
     const EditorControls &controls = m_editor.controls;
+    if (!windowStands())
+        return;
     if (controls.action(Command::ClonePOP).isVisible() || controls.action(Command::RemoveTablePOP).isVisible())
         controls.popmenuCopyToOther->popup(globalPosition);
 }
@@ -63,7 +73,7 @@ void TableListPopup::offerCommands(int Index) {
     const EditorControls &controls = m_editor.controls;
     const int Other = 1 - Index;
     const ListBox &list = m_editor.ListaTabelle(Index);
-    const ListBox &otherList = m_editor.ListaTabelle(Other);
+    ListBox &otherList = m_editor.ListaTabelle(Other);
     const int line = list.ListIndex();
     const bool table = realTableSelected(m_editor, Index);
     controls.action(Command::RemoveTablePOP).setVisible(table);
@@ -78,6 +88,14 @@ void TableListPopup::offerCommands(int Index) {
         const bool paired = line < otherList.ListCount() && // added tables put the lists out of line
                             collationKey(list.List(line)) == collationKey(otherList.List(line));
         clone = paired && table != otherTable;
+        // What is copied is the table selected on the side that has it, and lists that are out of line may stand on
+        // different lines.
+        if (clone && otherTable && otherList.ListIndex() != line) {
+            runCommand([&] {
+                const ActivePaneScope active(m_editor);
+                otherList.setListIndex(line);
+            });
+        }
     }
     controls.action(Command::ClonePOP).setVisible(clone);
 }

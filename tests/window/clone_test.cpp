@@ -90,6 +90,27 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aPlaceholdersOwnTableIsClonedAlsoWhereTheOtherListStandsOnAnotherLine() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}),
+                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
+        fixture.clickLine(0, 1);
+        fixture.dialogs().expectInput(u"New table name"_s, u"?"_s, u"Tablex"_s, u"C"_s);
+        fixture.choose(Command::AddTableMenu);
+        // The right list has no line for the added table and stays where it is.
+        fixture.clickLine(0, 2);
+        fixture.activate(1);
+        QCOMPARE(fixture.list(0).ListIndex(), 2);
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        clone(fixture, 1, 1);
+        QCOMPARE(tableNames(fixture, 1), QStringList({u"A"_s, u"B"_s}));
+        QCOMPARE(fixture.texts(1), QList<QStringList>({{u"2"_s}}));
+        QCOMPARE(fixture.list(0).ListIndex(), 1);
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void theCallsOfACloneAreInOrder() {
         const UseFake fake;
         EditorFixture fixture;
