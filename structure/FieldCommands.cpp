@@ -58,6 +58,10 @@ void FieldCommands::AddFieldMenu_Click() {
 /// Beside a placeholder line this is the table that was shown before; false when there is none.
 bool FieldCommands::makeLastShownTableCurrent() {
     const int pane = m_editor.state.IndexAttivo;
+    if (realTableSelected(m_editor, pane)) {
+        makeShownTableCurrent(m_editor, pane); // an error when it could not be loaded
+        return true;
+    }
     const QString &last = m_editor.UltimaTabella(pane);
     if (last.isEmpty())
         return false;

@@ -59,7 +59,7 @@ void TableView::RichiamaTabella(int Index, const QString &Caller) {
     try {
         showGrid(m_editor, Index, true);
         makeTableCurrent(m_editor, Index, name);
-        CaricaTabellaAVideo(Index);
+        loadCurrentTable(Index);
     } catch (const std::exception &) {
         // Silent: what was filled so far stays, but a grid that still holds another table must not show under this
         // line.
@@ -87,8 +87,10 @@ void TableView::CaricaTabellaDaLista(int Index) {
         list.setListIndex(0); // its click loads the table
     } else {
         if (realTableSelected(m_editor, Index)) {
-            makeTableCurrent(m_editor, Index, selectedTableName(m_editor, Index));
-            CaricaTabellaAVideo(Index);
+            reloaded(Index, [&] {
+                makeTableCurrent(m_editor, Index, selectedTableName(m_editor, Index));
+                loadCurrentTable(Index);
+            });
         } else {
             hideTable(Index);
         }
@@ -99,6 +101,19 @@ void TableView::CaricaTabellaDaLista(int Index) {
 }
 
 void TableView::CaricaTabellaAVideo(int Index) {
+    reloaded(Index, [&] { loadCurrentTable(Index); });
+}
+
+void TableView::reloaded(int Index, const std::function<void()> &load) {
+    try {
+        load();
+    } catch (const std::exception &) {
+        m_editor.TabellaMostrata(Index).clear();
+        throw;
+    }
+}
+
+void TableView::loadCurrentTable(int Index) {
     endEdit(m_editor);
     m_editor.state.GridCommands = {};
     RiempiGrigliaDaTabella(Index);

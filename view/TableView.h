@@ -2,6 +2,8 @@
 
 #include "app/shared/EditorContext.h"
 
+#include <functional>
+
 namespace qir {
 
 class CellDifferences;
@@ -24,7 +26,7 @@ public:
     void RichiamaTabella(int Index, const QString &Caller);
     /// After the pane's list was refilled: selects its first line, or loads the selected one again.
     void CaricaTabellaDaLista(int Index);
-    /// Loads the component's current table into the pane's grid.
+    /// Loads the component's current table into the pane's grid. After an error the grid counts as showing no table.
     void CaricaTabellaAVideo(int Index);
     /// Fills the grid from the component's current table: headers, texts, colours, column widths.
     void RiempiGrigliaDaTabella(int Index);
@@ -40,6 +42,10 @@ public:
 private:
     /// A placeholder line or none is selected: the grid shows nothing.
     void hideTable(int Index);
+    void loadCurrentTable(int Index);
+    /// Runs `load`. When it breaks off, the grid may show what is no longer so: it counts as showing no table, and the
+    /// end of the command loads the selected one again.
+    void reloaded(int Index, const std::function<void()> &load);
 
     EditorContext &m_editor;
     CellDifferences &m_differences;

@@ -1,6 +1,8 @@
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditorFixture.h"
 
+#include <stdexcept>
+
 using namespace qir;
 using namespace qir::test;
 using namespace Qt::StringLiterals;
@@ -50,6 +52,55 @@ private Q_SLOTS:
         for (const FakeCall &call : fake->log())
             QVERIFY(call.member != u"AddRecord"_s);
         QCOMPARE(fixture.dialogs().problems(), QString());
+    }
+
+    void afterAFailedLoadNoFieldIsAddedToTheTableBefore() {
+        const UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
+        fake->failOn(u"QIRTableRecordSource"_s, u"broken"_s);
+        fixture.clickLine(0, 1);
+        fake->stopFailing();
+        fixture.dialogs().expectMessage(u"The selected table could not be loaded."_s, u"QIR Database Editor"_s,
+                                        u"OK"_s);
+        fixture.choose(Command::AddFieldMenu);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QCOMPARE(fixture.state().TabellaMostrata[0], u"Valves"_s); // the end of the command has tried again
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aReloadThatBreaksOffAfterACommandIsMadeUpForByAClickOnItsLine() {
+        const UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
+        fake->failOn(u"GetQirRecord"_s, u"broken"_s, 2);
+        fixture.dialogs().expectMessage(u"broken"_s, u"QIR Database Editor"_s, u"OK"_s);
+        fixture.choose(Command::AddRecordMenu);
+        fake->stopFailing();
+        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        fixture.clickLine(0, 0);
+        QCOMPARE(fixture.grid(0).Rows(), 5);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aReloadThatFailsBeforeTheFillLeavesNoColumnOfARemovedField() {
+        const UseFake fake;
+        TableOfTexts table = pumps();
+        table.fields.push_back({u"Height"_s, FieldType::Long, {u"7"_s, u"8"_s, u"9"_s}});
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
+        bool removed = false;
+        fake->setHook([&](const FakeCall &call) {
+            if (removed && call.member == u"QirTableFieldsCount"_s) {
+                removed = false;
+                throw std::runtime_error("broken");
+            }
+            removed = removed || call.member == u"RemoveField"_s;
+        });
+        fixture.dialogs().expectMessage(u"Do you want to remove field: 'Speed' ?"_s, u"?"_s, u"Yes"_s);
+        fixture.dialogs().expectMessage(u"broken"_s, u"QIR Database Editor"_s, u"OK"_s);
+        fixture.choose(Command::RemoveFieldMenu);
+        fake->setHook({});
+        QCOMPARE(fixture.grid(0).TextMatrix(0, 1), u"Height [long]"_s);
+        QCOMPARE(fixture.texts(0), QList<QStringList>({{u"7"_s}, {u"8"_s}, {u"9"_s}}));
+        QIR_VERIFY_OK(fixture);
     }
 
     void aTableWhoseLoadBrokeOffIsLoadedAgainByAClickOnItsLine() {
