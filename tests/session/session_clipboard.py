@@ -176,9 +176,9 @@ def typing(editor):
     editor.key("Return")
     editor.records[0][0] = 15
     editor.key("Right", "Return", "ctrl+a")
-    editor.screen.type("Grüße, 2nd")
+    editor.screen.type("Pump '2nd'; (main)")
     editor.key("Return")
-    editor.records[0][1] = "Grüße, 2nd"
+    editor.records[0][1] = "Pump '2nd'; (main)"
     editor.expect("the typed texts")
 
 
@@ -221,10 +221,10 @@ def texts_of_other_programs(editor):
     row = 10
     for line_end in ("\n", "\r\n", "\r"):
         for last in ("", line_end):
-            offer(screen, f"{row}\tone{line_end}{row + 1}\ttwo words{last}")
+            offer(screen, f"{row}\tgrüßt für 5 €{line_end}{row + 1}\ttwo words{last}")
             editor.select(row, 1, row + 2, 2)
             editor.key("ctrl+v")
-            editor.records[row - 1][:2] = [row, "one"]
+            editor.records[row - 1][:2] = [row, "grüßt für 5 €"]
             editor.records[row][:2] = [row + 1, "two words"]
             editor.expect(f"the text with {line_end!r} and {last!r}")
             row += 2
