@@ -19,6 +19,7 @@ namespace qir {
 namespace {
 
 constexpr int enterCode = 13;
+constexpr int caretRoom = 2; // that a text box keeps behind a text at its right
 
 /// Black on yellow in every colour scheme, the rest as the desktop has it.
 QPalette editorPalette() {
@@ -61,7 +62,9 @@ void CellEditor::dressEditor(int Index) {
     txtEdit.setPalette(editorPalette());
     // The text stands where the cell showed it.
     const QModelIndex cell = grid.model()->index(grid.Row() - 1, grid.Col() - 1);
-    txtEdit.setAlignment(static_cast<Qt::Alignment>(cell.data(Qt::TextAlignmentRole).toInt()));
+    const auto alignment = static_cast<Qt::Alignment>(cell.data(Qt::TextAlignmentRole).toInt());
+    txtEdit.setAlignment(alignment);
+    txtEdit.setTextMargins(0, 0, alignment.testFlag(Qt::AlignRight) ? -caretRoom : 0, 0);
 }
 
 void CellEditor::coverCell(int Index) {

@@ -42,6 +42,19 @@ QRect currentCell(EditorFixture &fixture, int pane) {
     return cell.translated(grid.viewport()->mapTo(grid.parentWidget(), QPoint()));
 }
 
+/// The first and the last column of pixels with something dark in them.
+std::pair<int, int> darkColumns(const QImage &image) {
+    constexpr int dark = 100; // far below yellow
+    std::pair<int, int> columns{image.width(), -1};
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qGray(image.pixel(x, y)) < dark)
+                columns = {std::min(columns.first, x), std::max(columns.second, x)};
+        }
+    }
+    return columns;
+}
+
 } // namespace
 
 /// Editing a cell in place through the real window: when the editor opens and ends, where it stands, what it writes.
@@ -67,6 +80,40 @@ private Q_SLOTS:
         QVERIFY(editor.hasFocus());
         QCOMPARE(fixture.state().RigaEdit, 2);
         QCOMPARE(fixture.state().ColonnaEdit, 2);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theTextStandsInTheEditorWhereTheCellShowedIt() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 1, 3); // the frame of the current cell is elsewhere
+        const Grid &grid = fixture.grid(0);
+        const auto cell = [&](int column) {
+            const QRect area = grid.visualRect(grid.model()->index(1, column - 1));
+            return darkColumns(grid.viewport()->grab(area).toImage());
+        };
+        const auto [numberBegin, numberEnd] = cell(1);
+        const auto [textBegin, textEnd] = cell(2);
+        QVERIFY(numberBegin < numberEnd && textBegin < textEnd);
+
+        // The caret stands at the other end of the text.
+        beginEdit(fixture, 0, 2, 1);
+        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Home);
+        const int end = darkColumns(editorOf(fixture, 0).grab().toImage()).second;
+        QVERIFY2(std::abs(end - numberEnd) <= 1, qPrintable(u"%1 %2"_s.arg(end).arg(numberEnd)));
+        beginEdit(fixture, 0, 2, 2);
+        const int begin = darkColumns(editorOf(fixture, 0).grab().toImage()).first;
+        QVERIFY2(std::abs(begin - textBegin) <= 1, qPrintable(u"%1 %2"_s.arg(begin).arg(textBegin)));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theCaretShowsBehindATextLongerThanItsCell() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        for (const int column : {1, 2}) {
+            beginEdit(fixture, 0, 2, column);
+            QTest::keyClicks(&editorOf(fixture, 0), QString(80, u'7'));
+            const QPoint caret = editorOf(fixture, 0).inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+            QVERIFY(editorOf(fixture, 0).rect().contains(caret));
+        }
         QIR_VERIFY_OK(fixture);
     }
 
