@@ -2,13 +2,17 @@
 
 #include "qirtbase/InPlaceCopy.h"
 #include "qirtbase/KeptVersion.h"
+#include "qirtbase/SaveTarget.h"
 #include "qirtbase/StateFolder.h"
 
 #include <cerrno>
+#include <ctime>
 
 namespace qir {
 
 namespace {
+
+constexpr int readsMax = 4;
 
 tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
     return tl::unexpected(LoadError{kind, text});
@@ -44,15 +48,14 @@ bool isStillMeant(FileOps &ops, const InPlaceCopy &copy, int file) {
 }
 
 /// Somebody has written the file since: what was to be saved then is kept elsewhere.
-void setAside(FileOps &ops, InPlaceCopy &copy, const ReadRequest &request, ReadOutcome &outcome) {
+void setAside(FileOps &ops, InPlaceCopy &copy, const ReadRequest &request, QStringList &notices) {
     const auto kept = linkRescueFile(ops, request.stateFolder, request.path, copy.descriptor());
     if (!kept)
         return; // it stays where it is, for the next time
     (void)copy.remove();
-    outcome.notices.append(
-        QStringLiteral("a save of it had been cut short, and it was written by another program since; "
-                       "what was to be saved is kept in '%1'")
-            .arg(*kept));
+    notices.append(QStringLiteral("a save of it had been cut short, and it was written by another program since; "
+                                  "what was to be saved is kept in '%1'")
+                       .arg(*kept));
 }
 
 /// Brings the file to the state of its safe copy.
@@ -64,9 +67,16 @@ bool complete(FileOps &ops, InPlaceCopy &copy, const std::string &path) {
     return true;
 }
 
-} // namespace
+/// What is wrong with a file may come from its being written in place just now: then it is different, or at least
+/// young, for the system's clock has its steps.
+bool mayBeInFlux(FileOps &ops, int file, const struct stat &before, const LoadError &error) {
+    if (error.kind != LoadErrorKind::Damaged && error.kind != LoadErrorKind::Truncated)
+        return false;
+    const auto now = ops.status(file);
+    return now && (!sameVersion(*now, before) || now->st_mtim.tv_sec + 1 >= std::time(nullptr));
+}
 
-LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &request) {
+LoadResult<ReadOutcome> readOnce(FileOps &ops, const ReadRequest &request, QStringList &notices, bool &inFlux) {
     const std::string path = systemPath(request.path);
     auto file = openRegular(ops, path);
     if (!file)
@@ -82,12 +92,12 @@ LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &reques
     int source = file->descriptor();
     for (InPlaceCopy &copy : found.copies) {
         if (!isStillMeant(ops, copy, file->descriptor())) {
-            setAside(ops, copy, request, outcome);
+            setAside(ops, copy, request, notices);
         } else if (complete(ops, copy, path)) {
-            outcome.notices.append(QStringLiteral("a save of it had been cut short; it has been completed"));
+            notices.append(QStringLiteral("a save of it had been cut short; it has been completed"));
         } else {
             outcome.torn = true;
-            outcome.notices.append(
+            notices.append(
                 QStringLiteral("a save of it had been cut short; what was to be saved is shown, save it again"));
             source = copy.descriptor();
         }
@@ -95,10 +105,26 @@ LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &reques
     auto container = readContainer(ops, source, request.password, request.limits, request.deriveKey);
     if (!container && found.beingWritten)
         return refused(LoadErrorKind::Unreadable, QStringLiteral("another program is saving it just now; try again"));
-    if (!container)
+    if (!container) {
+        inFlux = status && mayBeInFlux(ops, file->descriptor(), *status, container.error());
         return tl::unexpected(container.error());
+    }
     outcome.container = std::move(*container);
     return outcome;
+}
+
+} // namespace
+
+LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &request) {
+    QStringList notices;
+    for (int reads = 1;; ++reads) {
+        bool inFlux = false;
+        auto outcome = readOnce(ops, request, notices, inFlux);
+        if (outcome)
+            outcome->notices = notices;
+        if (outcome || !inFlux || reads == readsMax)
+            return outcome;
+    }
 }
 
 } // namespace qir

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <stdexcept>
 
 namespace qir {
 
@@ -37,7 +38,7 @@ void Journal::follow(Database &database, JournalBase base, const ContainerKeys &
     m_database = &database;
     m_base = std::move(base);
     m_keys = keys.clone();
-    m_broken = m_base.path.empty();
+    m_broken = false;
     database.setListener(this);
 }
 
@@ -105,6 +106,7 @@ void Journal::changed(const Change &change) noexcept {
         }
         encodeChange(m_pending, change, change.table ? indexOf(change.table) : 0);
         writePending();
+        syncInTime();
     });
 }
 
@@ -182,6 +184,7 @@ void Journal::finishGroup() {
         writeImages();
     encodeMark(m_pending, JournalOperation::GroupEnd);
     writePending();
+    syncInTime();
 }
 
 /// In place of the group's changes: what the tables are now.
@@ -211,6 +214,8 @@ void Journal::writeImage(const QByteArray &image) {
 // ------------------------------------------------------------------------------------------------------------ writing
 
 void Journal::makeFile() {
+    if (m_base.path.empty())
+        throw std::runtime_error("the system does not tell where it stands");
     auto folder = openStateFolder(m_ops, m_options.stateFolder, journalFolder);
     if (!folder)
         throw WriteFailed{folder.error()};
@@ -230,6 +235,10 @@ void Journal::writePending() {
     require(m_file->append(m_pending));
     m_pending.clear();
     m_unsynced = true;
+}
+
+/// After a whole change: half a group is of no use on the disk.
+void Journal::syncInTime() {
     const bool isSyncedLater = m_options.syncLater && m_options.syncLater();
     if (!isSyncedLater && m_options.clock() - m_lastSync >= syncInterval)
         syncPending();

@@ -31,7 +31,7 @@ struct JournalOptions {
 /// The version of a file that changes start from.
 struct JournalBase {
     QString name;     ///< As the user knows the file.
-    std::string path; ///< canonicalPath()
+    std::string path; ///< canonicalPath(); without one no change can be kept.
     FileIdentifier fileId{};
     FileIdentifier saveId{};
     std::uint64_t bodySize = 0;
@@ -85,6 +85,7 @@ private:
     void writeImages();
     void writeImage(const QByteArray &image);
     void writePending();
+    void syncInTime();
     void makeFile();
     std::size_t indexOf(const Table *table);
     void giveUp(const QString &reason);

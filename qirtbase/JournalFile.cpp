@@ -192,8 +192,17 @@ LoadResult<JournalFile> JournalFile::open(FileOps &ops, OpenFile folder, const s
 
 void JournalFile::rewind() {
     m_offset = std::uint64_t(m_headBytes.size());
+    m_readError.reset();
     m_stream.reset();
     m_appending = false;
+}
+
+/// False where there are not so many bytes, or where the system does not give them.
+bool JournalFile::readBytes(std::span<char> bytes, std::uint64_t offset) {
+    const auto count = readFully(*m_ops, m_file.descriptor(), bytes, offset);
+    if (!count)
+        m_readError = count.error();
+    return count && *count == bytes.size();
 }
 
 void JournalFile::startSegment(std::uint64_t offset, const ChunkStream::Header &header) {
@@ -209,9 +218,7 @@ void JournalFile::startSegment(std::uint64_t offset, const ChunkStream::Header &
 
 bool JournalFile::readSegmentHead() {
     ChunkStream::Header header;
-    const auto count = readFully(*m_ops, m_file.descriptor(), {reinterpret_cast<char *>(header.data()), header.size()},
-                                 m_offset + sizeof segmentMark);
-    if (!count || *count < header.size())
+    if (!readBytes({reinterpret_cast<char *>(header.data()), header.size()}, m_offset + sizeof segmentMark))
         return false;
     startSegment(m_offset, header);
     m_offset += segmentHeadSize;
@@ -224,8 +231,7 @@ bool JournalFile::readRecord(QByteArray &payload) {
     bool inSegment = begin > std::uint64_t(m_headBytes.size());
     char lengthBytes[lengthSize];
     for (;;) {
-        const auto count = readFully(*m_ops, m_file.descriptor(), lengthBytes, m_offset);
-        if (!count || *count < lengthSize)
+        if (!readBytes(lengthBytes, m_offset))
             break;
         const auto length = qFromLittleEndian<std::uint32_t>(lengthBytes);
         if (length == segmentMark) {
@@ -238,9 +244,7 @@ bool JournalFile::readRecord(QByteArray &payload) {
             length > m_size - m_offset - lengthSize)
             break;
         QByteArray record(qsizetype(length), Qt::Uninitialized);
-        const auto read =
-            readFully(*m_ops, m_file.descriptor(), {record.data(), std::size_t(record.size())}, m_offset + lengthSize);
-        if (!read || *read < length)
+        if (!readBytes({record.data(), std::size_t(record.size())}, m_offset + lengthSize))
             break;
         payload.resize(qsizetype(length - tagSize));
         if (m_head.sealed) {
@@ -315,10 +319,22 @@ SystemResult<void> JournalFile::remove() {
 }
 
 SystemResult<void> JournalFile::rename(const std::string &name) {
-    const auto renamed = m_ops->renameAt(m_folder.descriptor(), m_name, name, 0);
-    if (renamed)
-        m_name = name;
-    return renamed;
+    for (int tries = 1;; ++tries) {
+        const auto renamed = m_ops->renameAt(m_folder.descriptor(), m_name, name, 0);
+        // One that failed may have been done all the same.
+        if (renamed || standsUnder(name)) {
+            m_name = name;
+            return {};
+        }
+        if (renamed.error().number != EINTR || tries == FileOps::interruptedTries)
+            return renamed;
+    }
+}
+
+bool JournalFile::standsUnder(const std::string &name) const {
+    const auto there = m_ops->statusAt(m_folder.descriptor(), name, FollowLinks::No);
+    const auto ours = m_ops->status(m_file.descriptor());
+    return there && ours && there->st_ino == ours->st_ino && there->st_dev == ours->st_dev;
 }
 
 SystemResult<JournalFile> JournalFile::replace(JournalFile &other, JournalHead head, const ContainerKeys &keys,
@@ -345,6 +361,8 @@ SystemResult<JournalFile> JournalFile::replace(JournalFile &other, JournalHead h
     for (QByteArray payload; other.readRecord(payload);)
         if (const auto appended = journal->append(payload); !appended)
             return abandoned(appended.error());
+    if (other.readError())
+        return abandoned(*other.readError());
     if (const auto synced = journal->sync(); !synced)
         return abandoned(synced.error());
     if (const auto renamed = journal->rename(other.m_name); !renamed)

@@ -13,6 +13,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 /// A journal on disk: a file that only grows, made of records that are whole or not there.
@@ -65,6 +66,8 @@ public:
     /// Reads the next record. False at the end of what is whole: there, and after an error of the system, nothing more
     /// can be read.
     bool readRecord(QByteArray &payload);
+    /// The error of the system that ended the reading, nothing where the journal itself ended.
+    const std::optional<SystemError> &readError() const { return m_readError; }
     /// Starts over.
     void rewind();
     /// Cuts the journal there; what is appended next follows.
@@ -89,6 +92,8 @@ private:
 
     void startSegment(std::uint64_t offset, const ChunkStream::Header &header);
     bool readSegmentHead();
+    bool standsUnder(const std::string &name) const;
+    bool readBytes(std::span<char> bytes, std::uint64_t offset);
 
     FileOps *m_ops;
     RandomSource *m_random;
@@ -101,6 +106,7 @@ private:
     ContainerKeys m_keys;
     std::uint64_t m_size = 0; // of the file, while reading
     std::uint64_t m_offset = 0;
+    std::optional<SystemError> m_readError;
     bool m_appending = false; // a segment of ours is open
     bool m_folderSynced = true;
     HeaderDigest m_link{};

@@ -135,7 +135,9 @@ private:
         if (!unlock(*journal))
             return;
         Contents contents = survey(*journal, m_request.base.saveId);
-        if (samePath && contents.belongs && !m_outcome.journal)
+        if (journal->readError())
+            cannotRead(*journal);
+        else if (samePath && contents.belongs && !m_outcome.journal)
             takeUp(std::move(*journal), contents);
         else if (contents.isEmpty())
             (void)journal->remove();
@@ -175,12 +177,25 @@ private:
         return false;
     }
 
+    /// It stays as it is, for a later open.
+    void cannotRead(const JournalFile &journal) {
+        m_outcome.notices.append(QStringLiteral("there are unsaved changes, but they cannot be read now: %1")
+                                     .arg(systemErrorWords(*journal.readError())));
+    }
+
     void takeUp(JournalFile journal, Contents contents) {
         if (contents.isEmpty()) {
             (void)journal.remove();
             return;
         }
-        if (replay(journal, contents, m_database) == 0) {
+        const int groups = replay(journal, contents, m_database);
+        if (journal.readError()) {
+            if (auto loaded = decodeBody(m_request.body))
+                m_database = std::move(*loaded); // not with a part of them
+            cannotRead(journal);
+            return;
+        }
+        if (groups == 0) {
             (void)journal.rename(journal.name() + retiredSuffix);
             m_outcome.notices.append(
                 QStringLiteral("changes that were not saved when the program ended could not be made again"));
@@ -199,7 +214,12 @@ private:
         auto copy = decodeBody(m_request.body);
         if (!copy)
             return;
-        if (replay(journal, contents, *copy) == 0) {
+        const int groups = replay(journal, contents, *copy);
+        if (journal.readError()) {
+            cannotRead(journal);
+            return;
+        }
+        if (groups == 0) {
             (void)journal.rename(journal.name() + retiredSuffix);
             m_outcome.notices.append(
                 QStringLiteral("there are unsaved changes to an earlier version of it, which cannot be "

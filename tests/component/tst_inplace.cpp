@@ -223,6 +223,29 @@ TEST_F(InPlace, WhileTheWriterLivesNobodyCompletesIt) {
     EXPECT_EQ(rawBody(file), "new");
 }
 
+TEST_F(InPlace, AnOpenInTheMiddleOfASaveShowsTheOldOrTheNewVersion) {
+    int reads = 0;
+    for (int at = 0; at <= reads; ++at) {
+        const QString file = makeLinked("one");
+        DatabaseFile writer(FileOps::system(), options());
+        ASSERT_TRUE(writer.load(file, {}));
+        reads = 0;
+        HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+            if (call == FileCall::ReadAt && reads++ == at) {
+                EXPECT_TRUE(writer.save(longBody));
+            }
+            return std::nullopt;
+        });
+        DatabaseFile reader(ops, options());
+        const auto body = reader.load(file, {});
+        EXPECT_TRUE(body && (*body == "one" || *body == longBody))
+            << at << ": " << (body ? body->left(20).toStdString() : body.error().text.toStdString());
+        QFile::remove(path(u"a.ddb"_s));
+        QFile::remove(path(u"b.ddb"_s));
+    }
+    EXPECT_GT(reads, 2);
+}
+
 TEST_F(InPlace, TwoWritersInPlaceDoNotMix) {
     const QString file = makeLinked(longBody);
     bool loaded = false;
