@@ -63,9 +63,12 @@ StartResult OpenCommand::Form_Load(const QString &commandLine) {
         showLoadFailure(0);
         return StartResult::CannotLoad;
     }
-    {
+    try {
         const RefillScope refill(m_editor);
         CaricaListaTabelle(m_editor.OggettoDtb(0), m_editor.ListaTabelle(0));
+    } catch (const std::exception &) {
+        giveUp(0);
+        throw;
     }
     m_editor.DtbAperto(0) = true;
     m_tables.CaricaTabellaDaLista(0);
@@ -122,13 +125,16 @@ bool OpenCommand::loadComponent(int pane) {
     try {
         return loadFreshComponent(pane);
     } catch (const std::exception &) {
-        // The old database is gone already: menus and lists must not offer it any more.
-        m_editor.OggettoDtb(pane).release();
-        m_editor.DtbAperto(pane) = false;
-        AbilitaMenu(m_editor, pane);
-        m_alignment.MostraTabelleDiverseInLista();
+        giveUp(pane);
         throw;
     }
+}
+
+void OpenCommand::giveUp(int pane) {
+    // The old database is gone already: menus and lists must not offer it any more.
+    releaseComponent(m_editor, pane);
+    AbilitaMenu(m_editor, pane);
+    m_alignment.MostraTabelleDiverseInLista();
 }
 
 bool OpenCommand::loadFreshComponent(int pane) {

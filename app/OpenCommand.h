@@ -39,6 +39,8 @@ private:
     /// Loads NomeFileDtb of a pane into a new component of that pane, asking for the password of a protected file.
     bool loadComponent(int pane);
     bool loadFreshComponent(int pane);
+    /// After an error on the way: the pane holds nothing any more.
+    void giveUp(int pane);
     void showLoadFailure(int pane);
     void showOpenedTables();
 

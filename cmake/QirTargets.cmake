@@ -40,15 +40,19 @@ function(qir_window_test name)
   qir_register_test(${name} TIMEOUT ${arg_TIMEOUT})
 endfunction()
 
-# qir_register_test(NAME [TIMEOUT seconds]): makes a built program a ctest entry with the tests' environment.
+# qir_register_test(NAME [PROGRAM target] [ARGUMENTS argument...] [TIMEOUT seconds]): makes a built program, the one of
+# that name where none is given, a ctest entry with the tests' environment.
 function(qir_register_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "PROGRAM;TIMEOUT" "ARGUMENTS")
+  if(NOT arg_PROGRAM)
+    set(arg_PROGRAM ${name})
+  endif()
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
   endif()
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  set_target_properties(${arg_PROGRAM} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   # Test programs find the component where the build put it, whatever folder they stand in.
-  add_test(NAME ${name} COMMAND ${name})
+  add_test(NAME ${name} COMMAND ${arg_PROGRAM} ${arg_ARGUMENTS})
   set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT
     "QT_QPA_PLATFORM=offscreen;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state;QIR_COMPONENT_PATH=${QIR_COMPONENT_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
 endfunction()

@@ -67,6 +67,8 @@ public:
     void rethrowCarried();
 
     bool commandRunning() const { return m_scopes > 0; }
+    /// Input of a person still waits to be delivered: a button that was pressed may wait for its release.
+    bool inputHeld() const { return !m_held.empty(); }
 
 protected:
     bool eventFilter(QObject *receiver, QEvent *event) override;

@@ -131,6 +131,20 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aStartThatRaisesWhileTablesAreListedLeavesThePaneWithoutADatabase() {
+        const UseFake fake;
+        const QString file = makeFile(u"A.DDB"_s, {pumps(), valves()});
+        fake->failOn(u"QIRTableName"_s, u"broken"_s, 2);
+        EditorFixture fixture;
+        fixture.dialogs().expectMessage(u"broken"_s, u"QIR Database Editor"_s, u"OK"_s);
+        runCommand([&] { fixture.window().Form_Load(file); });
+        QVERIFY(!fixture.editor().DtbAperto(0));
+        QCOMPARE(fixture.lines(0), QStringList());
+        QVERIFY(fixture.editor().OggettoDtb(0).isEmpty());
+        QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
     void removingATableIsOfferedAgainOnceThereIsOne() {
         const UseFake fake;
         EditorFixture fixture(makeFile(u"A.DDB"_s, {}));

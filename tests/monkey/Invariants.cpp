@@ -1,0 +1,162 @@
+#include "tests/monkey/Invariants.h"
+
+#include "app/shared/PaneTable.h"
+#include "base/LeadingNumber.h"
+#include "db/FieldTypes.h"
+#include "platform/controls/Grid.h"
+#include "platform/controls/ListBox.h"
+#include "tests/window/EditorFixture.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLineEdit>
+#include <QProgressBar>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace qir::test {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString windowProblem(EditorContext &editor) {
+    if (editor.state.RefillInCorso != 0 || editor.state.CaricamentoInCorso)
+        return u"a flag of a running command stayed set"_s;
+    if (QApplication::overrideCursor() != nullptr)
+        return u"the pointer of a running command stayed"_s;
+    if (!editor.controls.window->isEnabled())
+        return u"the window stayed disabled"_s;
+    if (!editor.controls.ProgressBarCompare->isHidden())
+        return u"the progress bar stayed"_s;
+    const int active = editor.state.IndexAttivo;
+    if (active < -1 || active > (editor.twoPanes() ? 1 : 0))
+        return u"pane %1 is active"_s.arg(active);
+    const bool open = active >= 0 && editor.DtbAperto(active);
+    for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu})
+        if (editor.controls.action(command).isEnabled() != open)
+            return u"%1 is enabled for another state of the active pane"_s.arg(editor.controls.action(command).text());
+    return {};
+}
+
+QString editProblem(EditorContext &editor) {
+    const bool editing = editor.state.RigaEdit > 0 && editor.state.ColonnaEdit > 0;
+    if (!editing && (editor.state.RigaEdit != -1 || editor.state.ColonnaEdit != -1))
+        return u"half a cell is under edit"_s;
+    int shown = 0;
+    for (const int pane : {0, 1}) {
+        if (editor.txtEdit(pane).isHidden())
+            continue;
+        ++shown;
+        const Grid &grid = editor.Tabella(pane);
+        if (!grid.Visible() || editor.state.RigaEdit >= grid.Rows() || editor.state.ColonnaEdit >= grid.Cols())
+            return u"the editor of pane %1 stands over no cell"_s.arg(pane);
+    }
+    if (shown > 1 || (shown == 1) != editing)
+        return u"%1 editors show while %2 cell is under edit"_s.arg(shown).arg(editing ? u"a"_s : u"no"_s);
+    return {};
+}
+
+/// A pane without a component shows nothing.
+QString closedPaneProblem(EditorContext &editor, int pane) {
+    if (editor.ListaTabelle(pane).ListCount() != 0 && !editor.DtbAperto(1 - pane))
+        return u"a list without a database has lines"_s;
+    if (editor.Tabella(pane).Visible() || editor.UltimoListIndex(pane) != -1)
+        return u"a grid without a database is shown"_s;
+    return {};
+}
+
+/// The invariant of lists, grids and components, as far as the window tells.
+QString openPaneProblem(EditorContext &editor, int pane) {
+    const Grid &grid = editor.Tabella(pane);
+    const bool loaded = realTableSelected(editor, pane) && !editor.LoadFailed(pane);
+    if (grid.Visible() != (loaded && grid.Rows() > 1))
+        return u"the grid has Visible %1 with %2 rows, %3"_s.arg(grid.Visible())
+            .arg(grid.Rows())
+            .arg(loaded ? u"a table selected"_s : u"no table to show"_s);
+    if (!loaded)
+        return {};
+    if (editor.TabellaMostrata(pane) != selectedTableName(editor, pane))
+        return u"'%1' is selected but '%2' is shown"_s.arg(selectedTableName(editor, pane),
+                                                           editor.TabellaMostrata(pane));
+    if (editor.UltimoListIndex(pane) != editor.ListaTabelle(pane).ListIndex())
+        return u"line %1 is selected, line %2 counts as loaded"_s.arg(editor.ListaTabelle(pane).ListIndex())
+            .arg(editor.UltimoListIndex(pane));
+    return {};
+}
+
+template<class Integer>
+double nearest(double number) {
+    return std::nearbyint(
+        std::clamp(number, double{std::numeric_limits<Integer>::min()}, double{std::numeric_limits<Integer>::max()}));
+}
+
+/// Whether a field that was given the text of a cell holds this value. A cell keeps what was typed.
+bool holds(FieldType type, const QString &value, const QString &cell) {
+    if (value == cell)
+        return true;
+    const double typed = leadingNumber(cell);
+    const double held = leadingNumber(value);
+    switch (type) {
+    case FieldType::Text:
+        return cell.startsWith(value); // cut at the field's size
+    case FieldType::Bool:
+        return held == (typed == 0.0 ? 0.0 : 1.0);
+    case FieldType::Byte:
+        return held == nearest<std::uint8_t>(typed);
+    case FieldType::Int:
+        return held == nearest<std::int16_t>(typed);
+    case FieldType::Long:
+        return held == nearest<std::int32_t>(typed);
+    default:
+        return held == typed;
+    }
+}
+
+/// The cells of a grid against those of the component's table.
+QString cellsProblem(EditorContext &editor, int pane) {
+    if (!editor.DtbAperto(pane) || !realTableSelected(editor, pane) || editor.LoadFailed(pane))
+        return {};
+    makeShownTableCurrent(editor, pane);
+    const Grid &grid = editor.Tabella(pane);
+    const QirDatabase &database = editor.OggettoDtb(pane);
+    const int fields = database.QirTableFieldsCount();
+    if (grid.Rows() != database.QirTableRecordsCount() + 1 || grid.Cols() != std::max(2, fields + 1))
+        return u"the grid has %1 x %2 cells for %3 records of %4 fields"_s.arg(grid.Rows())
+            .arg(grid.Cols())
+            .arg(database.QirTableRecordsCount())
+            .arg(fields);
+    std::vector<FieldType> types{FieldType::Text};
+    for (int field = 1; field <= fields; ++field)
+        types.push_back(static_cast<FieldType>(database.QIRTableFieldType(field).toInt()));
+    QStringList values;
+    for (int row = 1; row < grid.Rows(); ++row) {
+        values.resize(fields + 1);
+        database.GetQirRecord(grid.RowData(row), values);
+        for (int column = 1; column <= fields; ++column)
+            if (!holds(types[static_cast<std::size_t>(column)], values[column], grid.TextMatrix(row, column)))
+                return u"cell (%1, %2) shows '%3' for '%4'"_s.arg(row).arg(column).arg(grid.TextMatrix(row, column),
+                                                                                       values[column]);
+    }
+    return {};
+}
+
+} // namespace
+
+QString brokenInvariant(EditorContext &editor, Look look) {
+    QString problem = windowProblem(editor);
+    if (problem.isEmpty())
+        problem = editProblem(editor);
+    for (const int pane : {0, 1}) {
+        QString ofPane = editor.DtbAperto(pane) ? openPaneProblem(editor, pane) : closedPaneProblem(editor, pane);
+        if (ofPane.isEmpty() && look == Look::Thorough)
+            ofPane = cellsProblem(editor, pane);
+        if (problem.isEmpty() && !ofPane.isEmpty())
+            problem = u"pane %1: %2"_s.arg(pane).arg(ofPane);
+    }
+    return problem;
+}
+
+} // namespace qir::test

@@ -1,0 +1,256 @@
+#include "tests/monkey/Monkey.h"
+
+#include "app/DtbEditor.h"
+#include "platform/loop/MessageLoop.h"
+#include "tests/monkey/Invariants.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QTest>
+#include <QTimerEvent>
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace qir::test {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::chrono::seconds longestDeafness(1);
+constexpr std::chrono::seconds longestWait(60);
+
+const QStringList &clipboardTexts() {
+    static const QStringList texts{u"1\t2\t3\n4\t5\t6\n"_s,
+                                   u"a\tb\rc\td"_s,
+                                   u"x"_s,
+                                   u""_s,
+                                   u"\"quoted\ttab\"\t7\r\n8"_s,
+                                   u"1e308\t-1\t\u00e8\U0001f600"_s,
+                                   QString(5000, u'\t'),
+                                   QString(2000, u'\n')};
+    return texts;
+}
+
+} // namespace
+
+StepLog::StepLog(const QString &path)
+    : m_file(path) {
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        throw std::runtime_error("the log of the steps cannot be written");
+}
+
+void StepLog::write(const QString &line) {
+    m_file.write(line.toUtf8() + '\n');
+}
+
+Monkey::Monkey(std::vector<Step> steps, bool fake, const QString &logPath)
+    : m_steps(std::move(steps))
+    , m_log(logPath)
+    , m_fake(fake ? std::make_unique<UseFake>() : nullptr)
+    , m_gestures([this](const QString &what) { m_log.write(u"      "_s + what); })
+    , m_answers(m_files.folder(), m_gestures, [this](const QString &what) { m_log.write(u"      "_s + what); })
+    , m_watchdog(longestDeafness, longestWait) {
+    if (fake)
+        m_errors.emplace(FakeControl::get());
+}
+
+Monkey::~Monkey() = default;
+
+void Monkey::run() {
+    do {
+        openWindow();
+        goOn();
+        QCoreApplication::exec();
+        // The last release may have something to tell.
+        m_destroying = true;
+        goOn();
+        m_window.reset();
+        m_loop.reset();
+        m_timer.stop();
+        m_destroying = false;
+    } while (!finished());
+}
+
+void Monkey::goOn() {
+    m_timer.stop();
+    m_timer.start(0, this);
+}
+
+void Monkey::openWindow() {
+    m_loop = std::make_unique<MessageLoop>();
+    m_window = std::make_unique<DtbEditor>();
+    m_window->show();
+    m_watchdog.beat();
+    Numbers numbers(finished() ? 0 : m_steps[m_next]);
+    const QString file = numbers.oneIn(3) ? QString() : m_files.path(MonkeyFiles::left);
+    m_log.write(u"      starts with '%1'"_s.arg(file.section(u'/', -1)));
+    // From the event loop, as the program does: what the start asks runs a loop of its own.
+    QMetaObject::invokeMethod(
+        m_window.get(), [window = m_window.get(), file] { runCommand([&] { window->Form_Load(file); }); },
+        Qt::QueuedConnection);
+}
+
+void Monkey::timerEvent(QTimerEvent *event) {
+    Q_UNUSED(event)
+    m_timer.stop();
+    m_watchdog.beat();
+    if (m_destroying) {
+        if (QWidget *dialog = QApplication::activeModalWidget()) {
+            goOn();
+            m_answers.dismiss(*dialog);
+        }
+        return;
+    }
+    if (!m_window->isVisible()) {
+        // Closed: the program's loop is ending.
+        for (const QWidget *window : QApplication::topLevelWidgets())
+            if (window->isVisible())
+                m_log.write(u"      still open: %1 '%2'"_s.arg(QLatin1StringView(window->metaObject()->className()),
+                                                               window->windowTitle()));
+        return;
+    }
+    look();
+    if (finished()) {
+        calmDown();
+        return;
+    }
+    // First, so that the loops of what the step opens go on with the next one.
+    goOn();
+    const Step step = m_steps[m_next++];
+    m_log.write(u"%1 %2"_s.arg(m_next).arg(step, 16, 16, QLatin1Char('0')));
+    perform(step);
+}
+
+bool Monkey::idle() const {
+    return !QApplication::activeModalWidget() && !QApplication::activePopupWidget() && !m_loop->commandRunning() &&
+           !m_loop->inputHeld();
+}
+
+void Monkey::look() {
+    if (!idle())
+        return;
+    if (m_errors)
+        m_errors->pause();
+    QString problem;
+    try {
+        // Looking makes the shown table the component's current one: not after every step, or no command would ever
+        // have to do that itself.
+        problem = brokenInvariant(m_window->context(), m_next % 8 == 0 ? Look::Thorough : Look::Quick);
+    } catch (const std::exception &error) {
+        problem = u"looking at the component fails: %1"_s.arg(QString::fromUtf8(error.what()));
+    }
+    if (m_errors)
+        m_errors->resume();
+    if (!problem.isEmpty()) {
+        m_log.write(u"broken: "_s + problem);
+        std::_Exit(brokenExitCode);
+    }
+}
+
+void Monkey::perform(Step step) {
+    Numbers numbers(step);
+    const int choice = numbers.below(100);
+    if (choice < 4) {
+        disturb(numbers);
+    } else if (QWidget *menu = QApplication::activePopupWidget()) {
+        if (qobject_cast<QMenu *>(menu))
+            m_gestures.perform(*menu, numbers);
+        else
+            menu->close();
+    } else if (QWidget *dialog = QApplication::activeModalWidget()) {
+        m_answers.perform(*dialog, numbers);
+    } else if (choice < 7) {
+        changeWindow(numbers);
+    } else if (choice < 20 && idle()) {
+        chooseFromMenus(numbers);
+    } else {
+        performInWindow(numbers);
+    }
+}
+
+void Monkey::performInWindow(Numbers &numbers) {
+    QList<QWidget *> others; // the guide
+    for (QWidget *window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window != m_window.get())
+            others.append(window);
+    if (!others.isEmpty() && numbers.oneIn(5)) {
+        QWidget *other = numbers.oneOf(others);
+        if (numbers.oneIn(4))
+            other->close();
+        else
+            m_gestures.perform(*other, numbers);
+        return;
+    }
+    m_gestures.perform(*m_window, numbers);
+}
+
+void Monkey::disturb(Numbers &numbers) {
+    const int choice = numbers.below(10);
+    if (choice < 4 && m_errors) {
+        m_log.write(u"      "_s + m_errors->order(numbers));
+    } else if (choice < 7) {
+        m_log.write(u"      "_s + m_files.disturb(numbers));
+    } else {
+        const QString text = numbers.oneOf(clipboardTexts());
+        m_log.write(u"      another program copies '%1'"_s.arg(text.left(20).simplified()));
+        QApplication::clipboard()->setText(text);
+    }
+}
+
+void Monkey::changeWindow(Numbers &numbers) {
+    const int choice = numbers.below(8);
+    if (choice < 5) {
+        const QSize size(numbers.between(m_window->minimumWidth(), 1600),
+                         numbers.between(m_window->minimumHeight(), 1200));
+        m_log.write(u"      resizes to %1 x %2"_s.arg(size.width()).arg(size.height()));
+        m_window->resize(size);
+    } else if (choice == 5) {
+        m_log.write(u"      changes the colour scheme"_s);
+        QApplication::setPalette(numbers.oneIn(2) ? QPalette(QColor(40, 40, 40)) : QPalette(QColor(240, 240, 240)));
+    } else if (choice == 6) {
+        m_log.write(u"      another window is active for a while"_s);
+        QEvent leave(QEvent::WindowDeactivate);
+        QEvent back(QEvent::WindowActivate);
+        QApplication::sendEvent(m_window.get(), &leave);
+        QApplication::sendEvent(m_window.get(), &back);
+    } else if (choice == 7) {
+        m_log.write(u"      closes the window"_s);
+        m_window->close();
+    }
+}
+
+void Monkey::chooseFromMenus(Numbers &numbers) {
+    QList<QAction *> enabled;
+    for (const QAction *title : m_window->menuBar()->actions())
+        for (QAction *action : title->menu()->actions())
+            // The window's end comes by its close box and by keys, and not so often.
+            if (action->objectName() != u"EndMenu" && title->isEnabled() && action->isEnabled() &&
+                action->isVisible() && !action->isSeparator())
+                enabled.append(action);
+    if (enabled.isEmpty())
+        return;
+    QAction *action = numbers.oneOf(enabled);
+    m_log.write(u"      chooses %1"_s.arg(action->objectName()));
+    action->trigger();
+}
+
+void Monkey::calmDown() {
+    if (QWidget *menu = QApplication::activePopupWidget()) {
+        goOn();
+        menu->close();
+    } else if (QWidget *dialog = QApplication::activeModalWidget()) {
+        goOn();
+        m_answers.dismiss(*dialog);
+    } else if (m_loop->commandRunning()) {
+        goOn();
+    } else {
+        QCoreApplication::exit();
+    }
+}
+
+} // namespace qir::test
