@@ -174,6 +174,9 @@ void DtbEditor::closeEvent(QCloseEvent *event) {
     event->accept();
     if (MessageLoop *loop = MessageLoop::instance())
         loop->endProgram();
+    // Whatever else stands open: Qt by itself would wait for a menu that lost its window's attention.
+    QMetaObject::invokeMethod(
+        this, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
 }
 
 void DtbEditor::endWithSession(QSessionManager &manager) {

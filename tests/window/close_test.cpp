@@ -53,6 +53,19 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void closingTheWindowEndsTheProgramWhateverElseStandsOpen() {
+        EditorFixture fixture;
+        QWidget beside; // a window that Qt by itself would wait for
+        beside.show();
+        QTimer::singleShot(0, &fixture.window(), [&] { fixture.window().close(); });
+        QTimer stuck;
+        stuck.setSingleShot(true);
+        QObject::connect(&stuck, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+        stuck.start(std::chrono::seconds(10));
+        QCOMPARE(QCoreApplication::exec(), 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void theAnswerDecidesWhatIsOnDisk_data() {
         QTest::addColumn<QString>("button");
         QTest::addColumn<QString>("value");
