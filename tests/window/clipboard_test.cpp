@@ -327,6 +327,18 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void withNoTableShownNothingIsCopiedOrPasted() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {blank(0)}));
+        QVERIFY(!fixture.grid(0).Visible());
+        setClipboard(u"before"_s);
+        fixture.choose(Command::CopyMenu);
+        QCOMPARE(clipboardText(), u"before"_s);
+        fixture.choose(Command::PasteMenu);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QCOMPARE(fixture.grid(0).TextMatrix(0, 1), u"A [text]"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void theMenuItemsWorkOnTheActivePane() {
         EditorFixture fixture;
         QVERIFY(!fixture.action(Command::CopyMenu).isEnabled());

@@ -3,6 +3,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMenu>
 
 using namespace qir;
 using namespace qir::test;
@@ -118,6 +119,37 @@ private Q_SLOTS:
         QTest::keyClick(&editorOf(fixture, 0), '5');
         QCOMPARE(calls(fake).value(0), u"QIRTableRecordSource Pumps"_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 12005.0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theShownTableIsMadeCurrentBeforeAnythingElseIsAsked_data() {
+        QTest::addColumn<int>("action");
+        QTest::newRow("a paste") << 0;
+        QTest::newRow("a sort") << 1;
+        QTest::newRow("a click") << 2;
+        QTest::newRow("the pop-up of a header") << 3;
+    }
+
+    void theShownTableIsMadeCurrentBeforeAnythingElseIsAsked() {
+        QFETCH(const int, action);
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
+        fixture.clickCell(0, 1, 1);
+        QGuiApplication::clipboard()->setText(u"7"_s);
+        makeTableCurrent(fixture.editor(), 0, u"Valves"_s);
+        fake->clearLog();
+        if (action == 0)
+            QTest::keyClick(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        else if (action == 1)
+            fixture.choose(Command::SortFPOP);
+        else if (action == 2)
+            fixture.clickCell(0, 1, 2);
+        else
+            rightPressHeader(fixture, 0, 2);
+        QCOMPARE(calls(fake).value(0), u"QIRTableRecordSource Pumps"_s);
+        fixture.editor().controls.popmenuGridFields->close();
+        if (action >= 2)
+            QVERIFY(fixture.action(action == 2 ? Command::ResizeTextField : Command::ResizeTextFieldPOP).isEnabled());
         QIR_VERIFY_OK(fixture);
     }
 

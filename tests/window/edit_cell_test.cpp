@@ -118,6 +118,19 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void theEditorTakesTheGridsFont() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        QFont larger = fixture.grid(0).font();
+        larger.setPointSizeF(larger.pointSizeF() + 7);
+        larger.setFamily(u"Monospace"_s);
+        fixture.grid(0).setFont(larger);
+        doubleClickCell(fixture, 0, 2, 2);
+        QCOMPARE(editorOf(fixture, 0).font().family(), u"Monospace"_s);
+        QCOMPARE(editorOf(fixture, 0).font().pointSizeF(), larger.pointSizeF());
+        QCOMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void enterOnTheGridOpensTheEditorAndOtherKeysDoNot() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);

@@ -180,6 +180,17 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void theOtherGridScrollsAlongToACellThatIsCurrentAlready() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        fixture.clickCell(0, 1, 2);
+        fixture.grid(0).horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+        QCOMPARE(fixture.grid(0).LeftCol(), 2);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(1, 2));
+        QCOMPARE(fixture.grid(1).LeftCol(), 2);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void theOtherGridFollowsAKeyThatScrolls() {
         EditorFixture fixture;
         openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
