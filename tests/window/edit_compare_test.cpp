@@ -1,5 +1,6 @@
 #include "tests/window/EditSupport.h"
 
+#include <QMenu>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QWheelEvent>
@@ -130,6 +131,24 @@ private Q_SLOTS:
         QTest::keyClicks(&editorOf(fixture, 0), u"5"_s);
         QCOMPARE(fixture.state().IndexAttivo, 0);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 15.0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aPressMakesThePaneActiveThoughItsGridHasTheFocusAlready() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
+        for (const bool right : {false, true}) {
+            fixture.clickCell(1, 1, 1);
+            fixture.activate(0);
+            QCOMPARE(fixture.state().IndexAttivo, 0);
+            QCOMPARE(fixture.window().focusWidget(), &fixture.grid(1));
+            if (right)
+                rightPressCell(fixture, 1, 2, 1);
+            else
+                fixture.clickCell(1, 2, 1);
+            QCOMPARE(fixture.state().IndexAttivo, 1);
+        }
+        fixture.editor().controls.popmenuGrid->close();
         QIR_VERIFY_OK(fixture);
     }
 
