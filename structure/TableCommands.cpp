@@ -56,9 +56,11 @@ void TableCommands::RenameTableSecco() {
         return;
     m_editor.OggettoDtb(pane).RenameTable(list.ItemData(position), name);
     list.setList(position, name);
-    // The grid goes on showing this table, now under its new name.
-    m_editor.TabellaMostrata(pane) = selectedTableName(m_editor, pane);
-    m_editor.UltimaTabella(pane) = m_editor.TabellaMostrata(pane);
+    // The grid goes on showing this table, now under its new name; when its load failed it shows none.
+    if (!m_editor.TabellaMostrata(pane).isEmpty()) {
+        m_editor.TabellaMostrata(pane) = selectedTableName(m_editor, pane);
+        m_editor.UltimaTabella(pane) = m_editor.TabellaMostrata(pane);
+    }
     m_editor.TabellaCorrente(pane).clear();
     m_alignment.MostraTabelleDiverseInLista();
     selectAgain(positions);

@@ -68,6 +68,23 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aTableRenamedAfterItsLoadFailedIsNotTakenForTheOneInTheGrid() {
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps(), valves()}), makeFile(u"R.DDB"_s, {pumps(), valves()}));
+        fake->failOn(u"QIRTableRecordSource"_s, u"broken"_s);
+        fixture.clickLine(0, 1);
+        fake->stopFailing();
+        fake->failOn(u"ExistTable"_s, u"broken"_s);
+        fixture.dialogs().expectInput(u"Table's new name (Valves)"_s, u"?"_s, u"Valves"_s, u"Windows"_s);
+        fixture.dialogs().expectMessage(u"broken"_s, u"QIR Database Editor"_s, u"OK"_s);
+        fixture.choose(Command::RenameTableMenu);
+        fake->stopFailing();
+        QCOMPARE(selectedTableName(fixture.editor(), 0), u"Windows"_s);
+        QCOMPARE(fixture.texts(0), QList<QStringList>({{u"1"_s}, {u"0"_s}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void aReloadThatBreaksOffAfterACommandIsMadeUpForByAClickOnItsLine() {
         const UseFake fake;
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
