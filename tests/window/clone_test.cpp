@@ -340,6 +340,25 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aBlockOfOneRowOrOneColumnKeepsItsMarksToo() {
+        TableOfTexts other = pumps();
+        other.fields[0].texts = {u"1"_s, u"2"_s, u"3"_s};
+        other.fields[1].texts = {u"a"_s, u"b"_s, u"c"_s};
+        for (const GridSelection &block : {GridSelection{1, 1, 1, 2}, GridSelection{1, 1, 2, 1}}) {
+            EditorFixture fixture;
+            fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {other}));
+            const QStringList marks = redCells(fixture, 1);
+            fixture.grid(0).setSelection(block);
+            cloneArea(fixture, 0);
+            QCOMPARE(fixture.grid(1).TextMatrix(block.rowEnd, block.columnEnd),
+                     fixture.grid(0).TextMatrix(block.rowEnd, block.columnEnd));
+            QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
+            QCOMPARE(redCells(fixture, 1), marks);
+            QCOMPARE(redCells(fixture, 0), marks);
+            QIR_VERIFY_OK(fixture);
+        }
+    }
+
     void textsAreConvertedToTheTargetsTypes() {
         TableOfTexts texts{u"A"_s, {{u"Value"_s, FieldType::Text, {u"12abc"_s}, 20}}};
         EditorFixture fixture;

@@ -130,6 +130,11 @@ private Q_SLOTS:
         QTest::newRow("above 255") << u"999"_s << 999;
         QTest::newRow("leading number") << u" 12abc"_s << 12;
         QTest::newRow("negative") << u"-5"_s << 0;
+        QTest::newRow("blanks inside") << u"1 2"_s << 12;
+        QTest::newRow("exponent") << u"1e2"_s << 100;
+        QTest::newRow("fraction, to the even one") << u"2.5"_s << 2;
+        QTest::newRow("beyond every number") << u"1e400"_s << 65535;
+        QTest::newRow("another notation") << u"&H10"_s << 0;
     }
     void aTextFieldIsAskedForItsSize() {
         QFETCH(QString, answer);

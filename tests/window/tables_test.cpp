@@ -341,6 +341,19 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void removingTheOnlyTableOfTwoDatabasesEmptiesBothLists() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"A"_s)), files.make(u"R.DDB"_s, {}));
+        fixture.clickLine(0, 0);
+        fixture.dialogs().expectMessage(removeQuestion(u"A"_s), u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList());
+        QCOMPARE(fixture.lines(1), QStringList());
+        QVERIFY(!fixture.grid(0).Visible());
+        QVERIFY(!fixture.action(Command::RemoveTableMenu).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
     void removeAsksWithTheLineAsItStandsAndLinesBothListsUpAgain() {
         EditorFixture fixture;
         fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s})}),
