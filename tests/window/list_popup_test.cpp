@@ -81,6 +81,23 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aPlaceholderOutOfLineOpensNothing() {
+        EditorFixture fixture;
+        openTwo(fixture);
+        fixture.activate(1);
+        for (const QString &name : {u"0"_s, u"1"_s}) {
+            fixture.dialogs().expectInput(u"New table name"_s, u"?"_s, u"Tablex"_s, name);
+            fixture.choose(Command::AddTableMenu);
+        }
+        fixture.activate(0);
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s, u"C ?"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"0"_s, u"1"_s, u"B"_s, u"C"_s}));
+        pressRight(fixture, 0, 2);
+        QCOMPARE(fixture.list(0).ListIndex(), 2);
+        QCOMPARE(entries(fixture), QStringList());
+        QIR_VERIFY_OK(fixture);
+    }
+
     void aLineBeyondTheOtherListOffersNoClone() {
         EditorFixture fixture;
         fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
