@@ -6,6 +6,8 @@
 #include "app/shared/Funzioni.h"
 #include "app/shared/PaneTable.h"
 #include "app/shared/utility.h"
+#include "base/FreedMemory.h"
+#include "base/SecretText.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "platform/controls/ListBox.h"
@@ -16,6 +18,8 @@
 #include <QAction>
 #include <QLabel>
 #include <QLineEdit>
+
+#include <optional>
 
 namespace qir {
 
@@ -143,13 +147,16 @@ bool OpenCommand::loadFreshComponent(int pane) {
     // The old component goes before the next load: both could hold the same file.
     releaseComponent(m_editor, pane);
     createComponent(pane);
-    QString password;
-    if (DatabaseProtetto(name))
-        password = inputBox(m_editor.controls.window, u"Password:"_s, u"Input password"_s, QString());
+    std::optional<FreedMemoryWipe> wipe;
+    SecretText password;
+    if (DatabaseProtetto(name)) {
+        wipe.emplace();
+        password = SecretText(inputBox(m_editor.controls.window, u"Password:"_s, u"Input password"_s, QString()));
+    }
     // The component that was made before the question is replaced by a fresh one.
     m_editor.OggettoDtb(pane).release();
     createComponent(pane);
-    return m_editor.OggettoDtb(pane).LoadDtb(name, password);
+    return m_editor.OggettoDtb(pane).LoadDtb(name, password.text());
 }
 
 void OpenCommand::showLoadFailure(int pane) {

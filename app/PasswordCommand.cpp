@@ -1,7 +1,7 @@
 #include "app/PasswordCommand.h"
 
 #include "dialogs/CustomInputBox.h"
-#include "dialogs/SecretText.h"
+#include "base/SecretText.h"
 
 namespace qir {
 

@@ -1,6 +1,6 @@
 #include "dialogs/CustomInputBox.h"
 
-#include "dialogs/SecretText.h"
+#include "base/SecretText.h"
 #include "dialogs/frmCustomInputBox.h"
 
 #include <algorithm>

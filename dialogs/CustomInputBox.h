@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/FreedMemory.h"
 #include "dialogs/FixedText.h"
 
 #include <QString>
@@ -33,14 +34,17 @@ DatiInputBox &datiInputBox();
 QString CustomInputBox(QWidget *parent, const QString &prompt, const QString &title, const QString &defaultText,
                        bool &cancelled, bool multiline, bool password);
 
-/// Overwrites the record when it ends: for the whole of a command that asks for something secret, not for one box of
-/// it.
+/// For the whole of a command that asks for something secret, not for one box of it: what is freed meanwhile is
+/// overwritten, and so is the record when it ends.
 class InputBoxWipe {
 public:
     InputBoxWipe() = default;
     ~InputBoxWipe() { datiInputBox() = DatiInputBox(); }
     InputBoxWipe(const InputBoxWipe &) = delete;
     InputBoxWipe &operator=(const InputBoxWipe &) = delete;
+
+private:
+    FreedMemoryWipe m_freed;
 };
 
 } // namespace qir

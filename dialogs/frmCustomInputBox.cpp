@@ -1,7 +1,7 @@
 #include "dialogs/frmCustomInputBox.h"
 
 #include "dialogs/CustomInputBox.h"
-#include "dialogs/SecretText.h"
+#include "base/SecretText.h"
 #include "platform/controls/Twips.h"
 
 #include <QGridLayout>

@@ -1,7 +1,7 @@
 #include "dialogs/CaricaTipi.h"
 #include "dialogs/CustomInputBox.h"
 #include "dialogs/Progresso.h"
-#include "dialogs/SecretText.h"
+#include "base/SecretText.h"
 #include "dialogs/frmListaStringhePlain.h"
 #include "platform/controls/ListBox.h"
 #include "tests/window/DialogScript.h"

@@ -1,4 +1,4 @@
-#include "dialogs/SecretText.h"
+#include "base/SecretText.h"
 
 namespace qir {
 

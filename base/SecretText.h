@@ -13,16 +13,24 @@ void overwrite(QString &text);
 /// A text that is overwritten when it is done with, unless somebody it was handed to has kept it.
 class SecretText {
 public:
+    SecretText() = default;
     explicit SecretText(QString text)
         : m_text(std::move(text)) {}
-    ~SecretText() {
-        if (m_text.isDetached())
-            overwrite(m_text);
+    SecretText(SecretText &&other) noexcept
+        : m_text(std::exchange(other.m_text, QString())) {}
+    SecretText &operator=(SecretText &&other) noexcept {
+        wipe();
+        m_text = std::exchange(other.m_text, QString());
+        return *this;
     }
-    SecretText(const SecretText &) = delete;
-    SecretText &operator=(const SecretText &) = delete;
+    ~SecretText() { wipe(); }
 
     const QString &text() const { return m_text; }
+    void wipe() {
+        if (m_text.isDetached())
+            overwrite(m_text);
+        m_text.clear();
+    }
 
 private:
     QString m_text;

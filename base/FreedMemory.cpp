@@ -1,0 +1,80 @@
+#include "base/FreedMemory.h"
+
+#include <malloc.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define QIR_OWN_FREE 0
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QIR_OWN_FREE 0
+#endif
+#endif
+#ifndef QIR_OWN_FREE
+#define QIR_OWN_FREE 1
+#endif
+
+namespace {
+
+// Constant-initialised: memory is given back before any constructor runs.
+constinit std::atomic<int> wipers = 0;
+
+} // namespace
+
+namespace qir {
+
+FreedMemoryWipe::FreedMemoryWipe() {
+    wipers.fetch_add(1, std::memory_order_relaxed);
+}
+
+FreedMemoryWipe::~FreedMemoryWipe() {
+    wipers.fetch_sub(1, std::memory_order_relaxed);
+}
+
+bool FreedMemoryWipe::works() {
+    return QIR_OWN_FREE != 0;
+}
+
+} // namespace qir
+
+#if QIR_OWN_FREE
+
+// The allocator's own overwriting (M_PERTURB) leaves out the blocks that it keeps for the next request of their size,
+// which are all small ones. Seen from the executable, these two come before the C library's for every library.
+
+extern "C" {
+
+void __libc_free(void *memory);                       // NOLINT(bugprone-reserved-identifier)
+void *__libc_realloc(void *memory, std::size_t size); // NOLINT(bugprone-reserved-identifier)
+
+__attribute__((visibility("default"))) void free(void *memory) {
+    if (memory != nullptr && wipers.load(std::memory_order_relaxed) > 0)
+        explicit_bzero(memory, malloc_usable_size(memory));
+    __libc_free(memory);
+}
+
+__attribute__((visibility("default"))) void *realloc(void *memory, std::size_t size) {
+    if (memory == nullptr || wipers.load(std::memory_order_relaxed) == 0)
+        return __libc_realloc(memory, size);
+    if (size == 0) {
+        free(memory);
+        return nullptr;
+    }
+    const std::size_t before = malloc_usable_size(memory);
+    if (size <= before) {
+        explicit_bzero(static_cast<char *>(memory) + size, before - size);
+        return __libc_realloc(memory, size);
+    }
+    void *larger = std::malloc(size);
+    if (larger != nullptr) {
+        std::memcpy(larger, memory, before);
+        free(memory);
+    }
+    return larger;
+}
+}
+
+#endif
