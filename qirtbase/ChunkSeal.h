@@ -27,6 +27,9 @@ public:
 
     /// Both directions start alike: from the body key and the stream header.
     ChunkStream(const SecretBytes &bodyKey, const Header &header);
+    ~ChunkStream() { wipeStack(); }
+    ChunkStream(ChunkStream &&) = default;
+    ChunkStream &operator=(ChunkStream &&) = default;
 
     /// Appends the sealed chunk to `out`.
     void seal(QByteArrayView plain, bool isLast, QByteArray &out);

@@ -22,6 +22,7 @@ LoadResult<SecretBytes> deriveMasterKey(const SecretBytes &password, const KdfPa
     const int done = crypto_pwhash_argon2id(key.data(), key.size(), text, password.size(), parameters.salt.data(),
                                             parameters.costs.passes, std::size_t{parameters.costs.memoryKiB} * 1024,
                                             crypto_pwhash_argon2id_ALG_ARGON2ID13);
+    wipeStack();
     if (done != 0)
         return tl::unexpected(LoadError{LoadErrorKind::Limits,
                                         QStringLiteral("there is not enough memory to turn the password into a key "
@@ -33,12 +34,14 @@ LoadResult<SecretBytes> deriveMasterKey(const SecretBytes &password, const KdfPa
 SecretBytes deriveHeadKey(const SecretBytes &master) {
     SecretBytes key(keySize);
     crypto_kdf_derive_from_key(key.data(), key.size(), headKeyNumber, headKeyContext, master.data());
+    wipeStack();
     return key;
 }
 
 SecretBytes deriveBodyKey(const SecretBytes &master, const HeaderDigest &digest) {
     SecretBytes key(keySize);
     crypto_generichash(key.data(), key.size(), digest.data(), digest.size(), master.data(), master.size());
+    wipeStack();
     return key;
 }
 

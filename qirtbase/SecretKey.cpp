@@ -24,6 +24,7 @@ SecretBytes::SecretBytes(std::size_t size) {
     if (size == 0)
         return;
     startSodium();
+    m_noCoreDump.emplace();
     m_bytes = static_cast<unsigned char *>(sodium_malloc(size));
     if (!m_bytes)
         throw std::bad_alloc();
@@ -31,14 +32,18 @@ SecretBytes::SecretBytes(std::size_t size) {
 }
 
 SecretBytes::SecretBytes(SecretBytes &&other) noexcept
-    : m_bytes(std::exchange(other.m_bytes, nullptr))
-    , m_size(std::exchange(other.m_size, 0)) {}
+    : SecretBytes() {
+    *this = std::move(other);
+}
 
 SecretBytes &SecretBytes::operator=(SecretBytes &&other) noexcept {
     if (this != &other) {
         clear();
+        if (other.m_bytes)
+            m_noCoreDump.emplace();
         m_bytes = std::exchange(other.m_bytes, nullptr);
         m_size = std::exchange(other.m_size, 0);
+        other.m_noCoreDump.reset();
     }
     return *this;
 }
@@ -58,6 +63,7 @@ void SecretBytes::clear() {
     sodium_free(m_bytes); // wipes; does nothing with null
     m_bytes = nullptr;
     m_size = 0;
+    m_noCoreDump.reset();
 }
 
 void SecretBytes::shorten(std::size_t size) {
@@ -69,6 +75,11 @@ void SecretBytes::shorten(std::size_t size) {
 
 bool SecretBytes::equals(const SecretBytes &other) const {
     return m_size == other.m_size && (m_size == 0 || sodium_memcmp(m_bytes, other.m_bytes, m_size) == 0);
+}
+
+void wipeStack() {
+    constexpr std::size_t deepest = std::size_t{16} << 10; // more than a hash or a cipher takes
+    sodium_stackzero(deepest);
 }
 
 SecretBytes passwordBytes(const QString &password) {

@@ -1,14 +1,18 @@
 #pragma once
 
+#include "qirtbase/CoreDumps.h"
+
 #include <QString>
 
 #include <cstddef>
+#include <optional>
 #include <span>
 
 namespace qir {
 
 /// Bytes that must not leak: in memory of their own between guard pages, locked against swapping where the system
-/// allows it, left out of core dumps, and wiped when freed. Moved, never copied by accident.
+/// allows it, and wiped when freed; as long as there are any, the process leaves no core dump. Moved, never copied by
+/// accident.
 class SecretBytes {
 public:
     SecretBytes() = default;
@@ -33,7 +37,11 @@ public:
 private:
     unsigned char *m_bytes = nullptr;
     std::size_t m_size = 0;
+    std::optional<NoCoreDump> m_noCoreDump; // while there are bytes
 };
+
+/// Overwrites what calls that have just returned may have left of a secret on the stack.
+void wipeStack();
 
 /// A password as it goes into the key derivation: normalised to NFC, UTF-8, in guarded memory. No copy is left behind.
 SecretBytes passwordBytes(const QString &password);
