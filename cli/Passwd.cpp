@@ -1,3 +1,4 @@
+#include "base/FreedMemory.h"
 #include "cli/Commands.h"
 #include "cli/Session.h"
 
@@ -17,10 +18,10 @@ struct Arguments {
     bool remove = false;
 };
 
-Secret newPassword(const QString &file, const Arguments &arguments) {
+SecretText newPassword(const QString &file, const Arguments &arguments) {
     if (arguments.remove)
         return {};
-    Secret password;
+    SecretText password;
     if (arguments.newPasswordFile.empty()) {
         password = askPassword(u"New password of %1: "_s.arg(file));
         if (password.text() != askPassword(u"The same again: "_s).text())
@@ -28,17 +29,19 @@ Secret newPassword(const QString &file, const Arguments &arguments) {
     } else {
         password = readPasswordFile(argumentText(arguments.newPasswordFile));
     }
-    if (password.text().isEmpty())
-        throw FileError(file, u"the new password is empty; use --remove to leave the file open to everybody"_s);
+    if (const std::optional<QString> problem = newPasswordProblem(password.text()))
+        throw FileError(file, *problem);
     return password;
 }
 
 void passwd(const Arguments &arguments) {
     const QString file = argumentText(arguments.file);
-    Session session = Session::open(file, arguments.passwordFile, SessionUse::Change);
+    const FreedMemoryWipe wipe;
+    SecretText current;
+    Session session = Session::open(file, arguments.passwordFile, SessionUse::Change, &current);
     session.run([&] {
-        const Secret replacement = newPassword(file, arguments);
-        session.database().NewPassword(session.password().text(), replacement.text());
+        const SecretText replacement = newPassword(file, arguments);
+        session.database().NewPassword(current.text(), replacement.text());
         session.save();
     });
 }

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -20,11 +21,12 @@ namespace qir {
 
 namespace {
 
-constexpr std::size_t longestPassword = 4096; // bytes; one that is longer is a mistake
+constexpr std::size_t longestLine = 4096; // bytes; one that is longer is a mistake
+constexpr qsizetype longestTyped = 255;   // UTF-16 code units that the editor's box for a password keeps
 
 /// Bytes of a password on their way, overwritten at the end.
 struct Line {
-    std::array<char, longestPassword> bytes{};
+    std::array<char, longestLine> bytes{};
     std::size_t size = 0;
 
     Line() = default;
@@ -102,19 +104,7 @@ private:
 
 } // namespace
 
-Secret &Secret::operator=(Secret &&other) noexcept {
-    wipe();
-    m_text = std::exchange(other.m_text, QString());
-    return *this;
-}
-
-void Secret::wipe() {
-    if (!m_text.isEmpty())
-        explicit_bzero(m_text.data(), static_cast<std::size_t>(m_text.size()) * sizeof(QChar));
-    m_text.clear();
-}
-
-Secret readPasswordFile(const QString &file) {
+SecretText readPasswordFile(const QString &file) {
     FileOps &system = FileOps::system();
     const auto opened = OpenFile::openAt(system, AT_FDCWD, systemPath(file), O_RDONLY);
     if (!opened)
@@ -129,10 +119,10 @@ Secret readPasswordFile(const QString &file) {
     case LineEnd::EndOfInput:
         break;
     }
-    return Secret(line.text());
+    return SecretText(line.text());
 }
 
-Secret askPassword(const QString &prompt) {
+SecretText askPassword(const QString &prompt) {
     FileOps &system = FileOps::system();
     const auto opened = OpenFile::openAt(system, AT_FDCWD, "/dev/tty", O_RDWR);
     if (!opened)
@@ -150,7 +140,23 @@ Secret askPassword(const QString &prompt) {
     }
     if (end != LineEnd::Complete)
         throw std::runtime_error("no password was given");
-    return Secret(line.text());
+    return SecretText(line.text());
+}
+
+std::optional<QString> newPasswordProblem(QStringView password) {
+    if (password.isEmpty())
+        return u"the new password is empty; use --remove to leave the file open to everybody"_s;
+    if (password.size() > longestTyped)
+        return u"the new password is longer than %1 characters; the editor could not open the file with it"_s.arg(
+            longestTyped);
+    if (password.endsWith(u' '))
+        return u"the new password ends with a blank; the editor could not change it again"_s;
+    const bool typable = std::ranges::none_of(password, [](QChar unit) {
+        return unit.category() == QChar::Other_Control || unit == QChar::ReplacementCharacter;
+    });
+    if (!typable)
+        return u"the new password holds something that is no text, or that nobody can type"_s;
+    return std::nullopt;
 }
 
 } // namespace qir

@@ -1,34 +1,22 @@
 #pragma once
 
+#include "base/SecretText.h"
+
 #include <QString>
 
-#include <utility>
+#include <optional>
 
 namespace qir {
 
-/// A password: overwritten in memory when it is no longer needed.
-class Secret {
-public:
-    Secret() = default;
-    explicit Secret(QString &&text)
-        : m_text(std::move(text)) {}
-    Secret(Secret &&other) noexcept
-        : m_text(std::exchange(other.m_text, QString())) {}
-    Secret &operator=(Secret &&other) noexcept;
-    ~Secret() { wipe(); }
-
-    const QString &text() const { return m_text; }
-
-private:
-    void wipe();
-
-    QString m_text;
-};
-
 /// The first line of a file, without its line end. Throws FileError.
-Secret readPasswordFile(const QString &file);
+SecretText readPasswordFile(const QString &file);
 
 /// Asks on the terminal, without showing what is typed. Throws std::runtime_error where there is no terminal.
-Secret askPassword(const QString &prompt);
+SecretText askPassword(const QString &prompt);
+
+/// What is wrong with a new password that the editor's boxes could not give back, so that it would open the file here
+/// but not there: they keep 255 characters, take no control characters, and drop blanks at the end. Nothing for a good
+/// one.
+std::optional<QString> newPasswordProblem(QStringView password);
 
 } // namespace qir

@@ -1,5 +1,6 @@
 #include "cli/Session.h"
 
+#include "base/FreedMemory.h"
 #include "cli/NoticePrinter.h"
 #include "cli/Protection.h"
 #include "cli/TextTable.h"
@@ -8,6 +9,8 @@
 #include <QMetaObject>
 
 #include <cstdio>
+#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -45,24 +48,30 @@ Session::Session(const QString &file)
     m_printer->listenTo(m_database.object());
 }
 
-Session Session::open(const QString &file, const std::string &passwordFile, SessionUse use) {
+Session Session::open(const QString &file, const std::string &passwordFile, SessionUse use, SecretText *password) {
     Session session(file);
+    SecretText given;
+    std::optional<FreedMemoryWipe> wipe;
     session.run([&] { session.m_database.setLeaveJournal(use == SessionUse::Read); });
     session.m_protected = needsPassword(file);
-    if (session.m_protected)
+    if (session.m_protected) {
+        wipe.emplace();
         session.run([&] {
-            session.m_password = passwordFile.empty() ? askPassword(u"Password of %1: "_s.arg(file))
-                                                      : readPasswordFile(QString::fromLocal8Bit(passwordFile));
+            given = passwordFile.empty() ? askPassword(u"Password of %1: "_s.arg(file))
+                                         : readPasswordFile(QString::fromLocal8Bit(passwordFile));
         });
+    }
     bool loaded = false;
     QString reason;
     session.run([&] {
-        loaded = session.m_database.LoadDtb(file, session.m_password.text());
+        loaded = session.m_database.LoadDtb(file, given.text());
         if (!loaded)
             reason = session.m_database.LastError();
     });
     if (!loaded)
         throw LoadRefused(file, reason.isEmpty() ? u"it cannot be loaded"_s : reason);
+    if (password != nullptr)
+        *password = std::move(given);
     return session;
 }
 

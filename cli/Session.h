@@ -23,8 +23,10 @@ class Session {
 public:
     /// Opens a file; a protected one with the password of `passwordFile`, or of the terminal where that is "". Throws
     /// LoadRefused when the component refuses it, FileError for every other trouble.
-    /// One that only reads leaves the unsaved changes of an editor that crashed to the next editor.
-    static Session open(const QString &file, const std::string &passwordFile, SessionUse use);
+    /// One that only reads leaves the unsaved changes of an editor that crashed to the next editor. The password that it
+    /// was opened with goes to `password` where a command needs it, else it is overwritten.
+    static Session open(const QString &file, const std::string &passwordFile, SessionUse use,
+                        SecretText *password = nullptr);
     /// A new, empty database that is to become this file. Throws FileError.
     static Session create(const QString &file);
 
@@ -35,8 +37,6 @@ public:
     const QString &file() const { return m_file; }
     const QirDatabase &database() const { return m_database; }
     bool isProtected() const { return m_protected; }
-    /// The password that it was opened with.
-    const Secret &password() const { return m_password; }
 
     /// Writes the file, changed or not. Throws what the component throws.
     void save();
@@ -50,7 +50,6 @@ private:
 
     QString m_file;
     bool m_protected = false;
-    Secret m_password;
     std::unique_ptr<NoticePrinter> m_printer; // outlives the component
     QirDatabase m_database;
 };

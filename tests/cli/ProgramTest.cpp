@@ -1,4 +1,5 @@
 #include "tests/cli/Program.h"
+#include "db/QirDatabase.h"
 
 #include <QDir>
 #include <QFile>
@@ -250,6 +251,57 @@ TEST_P(ProgramTest, AnEmptyNewPasswordNeedsToBeMeant) {
     write(u"empty"_s, "\n");
     trouble({u"passwd"_s, u"PUMP.DDB"_s, u"--new-password-file"_s, u"empty"_s},
             "qirdb: PUMP.DDB: the new password is empty; use --remove to leave the file open to everybody");
+}
+
+TEST_P(ProgramTest, ANewPasswordThatTheEditorsBoxesCouldNotGiveBackIsRefused) {
+    makePumps();
+    const QByteArray before = bytesOf(u"PUMP.DDB"_s);
+    const auto refused = [&](const QByteArray &password, const QByteArray &why) {
+        write(u"new"_s, password + "\n");
+        trouble({u"passwd"_s, u"PUMP.DDB"_s, u"--new-password-file"_s, u"new"_s},
+                "qirdb: PUMP.DDB: the new password " + why);
+        EXPECT_EQ(bytesOf(u"PUMP.DDB"_s), before);
+    };
+    refused("blank at the end ", "ends with a blank; the editor could not change it again");
+    refused(" ", "ends with a blank; the editor could not change it again");
+    const QByteArray tooLong = "is longer than 255 characters; the editor could not open the file with it";
+    refused(QByteArray(256, 'x'), tooLong);
+    refused(QByteArray("\xF0\x9F\x98\x80").repeated(128), tooLong); // two units each
+    const QByteArray noText = "holds something that is no text, or that nobody can type";
+    refused("tab\there", noText);
+    refused(QByteArray("nul\0here", 8), noText);
+    refused("return\rhere", noText);
+    refused("escape\x1bhere", noText);
+    refused("latin 1: \xE9", noText);
+}
+
+TEST_P(ProgramTest, ANewPasswordMayBeginWithABlankAndFillTheEditorsBox) {
+    makePumps();
+    const auto set = [&](const QString &file, const QByteArray &password) {
+        write(file, password + "\n");
+        done({u"passwd"_s, u"PUMP.DDB"_s, u"--new-password-file"_s, file});
+        done({u"info"_s, u"PUMP.DDB"_s, u"--password-file"_s, file});
+        done({u"passwd"_s, u"PUMP.DDB"_s, u"--password-file"_s, file, u"--remove"_s});
+    };
+    set(u"blank"_s, "  two blanks in front");
+    set(u"long"_s, QByteArray(255, 'x'));
+}
+
+// Other programs may set them through the component.
+TEST_P(ProgramTest, AFileStillOpensWithAPasswordThatWouldBeRefusedToday) {
+    makePumps();
+    write(u"old"_s, "x \n");
+    {
+        const QirDatabase database = QirDatabase::create();
+        ASSERT_TRUE(database.LoadDtb(path(u"PUMP.DDB"_s), QString()));
+        database.NewPassword(QString(), u"x "_s);
+        database.setDtbHasChanged(true);
+        database.SaveDtb();
+        database.setDtbHasChanged(false);
+    }
+    done({u"info"_s, u"PUMP.DDB"_s, u"--password-file"_s, u"old"_s});
+    write(u"new"_s, "y\n");
+    done({u"passwd"_s, u"PUMP.DDB"_s, u"--password-file"_s, u"old"_s, u"--new-password-file"_s, u"new"_s});
 }
 
 TEST_P(ProgramTest, WithoutATerminalAPasswordMustComeFromAFile) {
