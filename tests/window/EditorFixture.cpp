@@ -101,6 +101,10 @@ QString invariantProblems(EditorContext &editor)
 
 EditorFixture::EditorFixture(const QString &commandLine)
 {
+    // A window that was closed in the test before has ended the program's loop: until that runs again every dialog's
+    // own loop would end at once.
+    QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+    QApplication::exec();
     m_window = std::make_unique<DtbEditor>();
     m_window->show();
     if (!QTest::qWaitForWindowExposed(m_window.get()))
