@@ -67,11 +67,15 @@ void TableCommands::RenameTableSecco() {
     m_tables.CaricaTabellaDaLista(pane);
 }
 
-/// Placeholders inserted by the alignment have moved the selected lines: goes back to the positions, loading nothing.
+/// Placeholders inserted by the alignment have moved the selected lines: goes back to the positions, to the first line
+/// where a list has lost its position, loading nothing.
 void TableCommands::selectAgain(const std::array<int, 2> &positions) {
     const RefillScope refill(m_editor);
-    for (const int pane : {0, 1})
-        m_editor.ListaTabelle(pane).setListIndex(positions[static_cast<std::size_t>(pane)]);
+    for (const int pane : {0, 1}) {
+        ListBox &list = m_editor.ListaTabelle(pane);
+        const int position = positions[static_cast<std::size_t>(pane)];
+        list.setListIndex(position < list.ListCount() ? position : 0);
+    }
 }
 
 void TableCommands::RemoveTableSecco() {

@@ -217,6 +217,21 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aRenameThatTakesThePositionAwaySelectsTheFirstLineOfBothLists() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AZ"_s)), files.make(u"R.DDB"_s, lettered(u"M"_s)));
+        fixture.clickLine(0, 2);
+        fixture.dialogs().expectInput(renamePrompt(u"Z"_s), u"?"_s, u"Z"_s, u"M"_s);
+        fixture.choose(Command::RenameTableMenu);
+        QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"M !"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"A ?"_s, u"M !"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), 0);
+        QCOMPARE(fixture.list(1).ListIndex(), 0);
+        QCOMPARE(fixture.state().TabellaMostrata[0], u"A"_s);
+        QVERIFY(!fixture.grid(1).Visible());
+        QIR_VERIFY_OK(fixture);
+    }
+
     void aNameWithTrailingBlanksIsTheSameTableWithAndWithoutItsMark() {
         EditorFixture fixture;
         fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"A"_s)), files.make(u"R.DDB"_s, lettered(u"A"_s)));
