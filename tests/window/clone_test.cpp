@@ -214,6 +214,41 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void valuesOfAnotherTypeAreConvertedByTheTarget_data() {
+        QTest::addColumn<bool>("textToNumber");
+        QTest::newRow("text to number") << true;
+        QTest::newRow("number to text") << false;
+    }
+    void valuesOfAnotherTypeAreConvertedByTheTarget() {
+        QFETCH(bool, textToNumber);
+        const TableOfTexts texts{u"A"_s, {{u"Value"_s, FieldType::Text, {u"7"_s, u"12abc"_s}, 20}}};
+        const TableOfTexts longs = numbers(u"A"_s, {u"7"_s, u"-3"_s});
+        TableOfTexts target = textToNumber ? longs : texts;
+        target.fields[0].texts = {u"1"_s};
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {textToNumber ? texts : longs}), files.make(u"R.DDB"_s, {target}));
+        fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"Yes"_s);
+        cloneSize(fixture, 0);
+        QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"1"_s}, {textToNumber ? u"12"_s : u"-3"_s}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aTableWithoutRecordsIsMadeAsLongAndShown() {
+        TableOfTexts empty = pumps();
+        empty.fields[0].texts.clear();
+        empty.fields[1].texts.clear();
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {empty}));
+        QVERIFY(!fixture.grid(1).Visible());
+        fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"Yes"_s);
+        cloneSize(fixture, 0);
+        QVERIFY(fixture.grid(1).Visible());
+        QCOMPARE(fixture.texts(1), fixture.texts(0));
+        QCOMPARE(redCells(fixture, 0), QStringList());
+        QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void cancelAddsNothing() {
         EditorFixture fixture;
         fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
