@@ -105,6 +105,7 @@ void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow 
     const std::array<int, 2> lines{m_editor.ListaTabelle(0).ListIndex(), m_editor.ListaTabelle(1).ListIndex()};
     if (lines[0] != lines[1] && rule == SelectionRule::SameLine)
         return;
+    m_editor.state.ComparisonDue = false;
     std::array<std::optional<PaintedGrid>, 2> grids;
     for (const int pane : {0, 1}) {
         const auto i = static_cast<std::size_t>(pane);

@@ -95,6 +95,7 @@ void TableCommands::RemoveTableSecco() {
     m_editor.TabellaMostrata(pane).clear();
     m_editor.TabellaCorrente(pane).clear();
     m_editor.UltimaTabella(pane).clear();
+    m_editor.state.ComparisonDue = true;
     list.clear();
     m_alignment.MostraTabelleDiverseInLista();
     // Positions count from 0 and table numbers from 1, so this is the line behind the removed one.

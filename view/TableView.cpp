@@ -73,6 +73,8 @@ void TableView::RichiamaTabella(int Index, const QString &Caller) {
 
 void TableView::hideTable(int Index) {
     showGrid(m_editor, Index, false);
+    if (!m_editor.TabellaMostrata(Index).isEmpty())
+        m_editor.state.ComparisonDue = true; // the other grid is left alone
     m_editor.TabellaMostrata(Index).clear();
 }
 
@@ -148,6 +150,8 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
 
     // From here on the grid shows this table; until here an error leaves it with the one before.
     m_editor.TextsUnstored(Index) = false;
+    if (!reload)
+        m_editor.state.ComparisonDue = true;
     m_editor.TabellaMostrata(Index) = m_editor.TabellaCorrente(Index);
     m_editor.UltimaTabella(Index) = m_editor.TabellaCorrente(Index);
     {
@@ -179,21 +183,20 @@ void TableView::reloadAfterFailure(int Index) {
 }
 
 void TableView::settlePanes() {
-    bool loaded = false;
     for (const int pane : {0, 1}) {
         if (!m_editor.DtbAperto(pane))
             continue;
         const bool real = realTableSelected(m_editor, pane);
         if (real && m_editor.TabellaMostrata(pane) != selectedTableName(m_editor, pane)) {
             RichiamaTabella(pane, u"ListaTabelle"_s);
-            loaded = true;
         } else if (!real) {
             hideTable(pane);
         } else if (!m_editor.LoadFailed(pane)) {
             m_editor.UltimoListIndex(pane) = m_editor.ListaTabelle(pane).ListIndex();
         }
     }
-    if (loaded)
+    // A line that the other list had selected already was loaded without a comparison.
+    if (m_editor.state.ComparisonDue)
         m_differences.EvidenziaDifferenzeTabella();
     const int active = m_editor.state.IndexAttivo;
     m_editor.controls.action(Command::RemoveTableMenu)

@@ -35,8 +35,8 @@ public:
     /// component, and compares. Silent. A table that cannot be loaded now is hidden.
     void reloadAfterFailure(int Index);
 
-    /// Loads the selected real line of each open pane whose grid shows another table, and compares the cells once if
-    /// anything was loaded. Called when a command ends.
+    /// Loads the selected real line of each open pane whose grid shows another table, and compares the cells once if a
+    /// grid shows another table, or none any more, since they were compared last. Called when a command ends.
     void settlePanes();
 
 private:

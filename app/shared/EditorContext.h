@@ -40,6 +40,9 @@ struct EditorState {
     bool CaricamentoInCorso = false; ///< An open is running; list clicks are ignored.
     BitMatrix CelleDiverse;          ///< (grid row, grid column): True where the two grids differ.
 
+    /// A grid shows another table, or none any more, since cells were compared last.
+    bool ComparisonDue = false;
+
     /// Lists are being refilled and aligned: their clicks are not handled and the active pane stays. A depth.
     int RefillInCorso = 0;
     /// The pane, table and field that field and record commands are enabled for; no pane: not known, a grid was filled.

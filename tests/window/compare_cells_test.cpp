@@ -208,6 +208,28 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aLineThatTheOtherListHasSelectedAlreadyIsCompared() {
+        const auto left = {numbered(1), listOf(u"Tanks"_s, {u"x"_s}), listOf(u"Valves"_s, {u"x"_s})};
+        const CompareFiles files(left, {numbered(2)});
+        EditorFixture fixture;
+        files.open(fixture);
+        fixture.activate(1);
+        fixture.dialogs().expectInput(u"New table name"_s, u"?"_s, u"Tablex"_s, u"Zones"_s);
+        fixture.choose(Command::AddTableMenu); // leaves this list with fewer lines than the other one
+        fixture.clickLine(0, 2);               // and this is one of those that it lacks
+        QCOMPARE(fixture.list(1).ListIndex(), 0);
+        fixture.clickLine(0, 0);
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QCOMPARE(redCells(fixture, 1), (Cells{{2, 1}, {2, 2}}));
+        fixture.clickCell(1, 1, 1);
+        edit(fixture, 1, 1, 1, u"99"_s);
+        fixture.clickLine(0, 2);
+        fixture.clickLine(0, 0);
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
+        forgetChanges(fixture);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void linesOfDifferentNamesAreNotCompared() {
         const CompareFiles files({listOf(u"b"_s, {u"x"_s})}, {listOf(u"b"_s, {u"y"_s})});
         EditorFixture fixture;

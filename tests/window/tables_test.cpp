@@ -424,6 +424,22 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void removingWhitensTheOtherGridWhenItIsLeftAlone() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"A.DDB"_s, {numbers(u"B"_s, {u"1"_s})}),
+                         files.make(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
+        fixture.clickLine(0, 1);
+        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s}));
+        fixture.dialogs().expectMessage(removeQuestion(u"B !"_s), u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        // The other list has the line of the removed table's number selected already.
+        QCOMPARE(fixture.lines(0), QStringList({u"A ?"_s, u"B ?"_s}));
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        QCOMPARE(fixture.texts(1), QList<QStringList>({{u"2"_s}}));
+        QCOMPARE(redCells(fixture, 1), QStringList());
+        QIR_VERIFY_OK(fixture);
+    }
+
     void anErrorWhileRemovingChangesNothing() {
         const UseFake fake;
         EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
