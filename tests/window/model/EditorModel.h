@@ -1,0 +1,150 @@
+#pragma once
+
+#include "tests/window/model/PlainDatabase.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <array>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace qir::test {
+
+struct ModelLine {
+    QString text;
+    int number = 0; ///< Of the table in its database; 0 for a placeholder.
+};
+
+/// What a pane holds and shows. Lines and records count from 0 here.
+struct ModelPane {
+    bool open = false;
+    PlainDatabase content;
+    bool changed = false;
+    int file = -1; ///< Where the component saves to.
+
+    std::vector<ModelLine> lines;
+    int selected = -1;
+    int handled = -1;  ///< The line whose click does nothing, because it was handled already; -1 for none.
+    QString label;     ///< The file's name above the list.
+    int shown = 0;     ///< The id of the table in the grid, 0 for none.
+    int lastShown = 0; ///< The same, though the grid may show none now; 0 when that table is gone.
+    std::vector<QStringList> texts;
+
+    const ModelLine &line(int index) const { return lines[static_cast<std::size_t>(index)]; }
+    int lineCount() const { return static_cast<int>(lines.size()); }
+    /// The table of the selected line; null for a placeholder or none.
+    PlainTable *selectedTable();
+    const PlainTable *selectedTable() const { return const_cast<ModelPane *>(this)->selectedTable(); }
+};
+
+/// Cells of a grid, row and column from 1.
+using Cells = std::set<std::pair<int, int>>;
+
+/// What a step did to lists and grids besides changing content; settle() works it off.
+struct StepEffects {
+    std::array<bool, 2> reloaded{}; ///< The grid was filled again.
+    bool compared = false;          ///< The cells were compared, if both lists have the same line selected,
+    bool inAnyCase = false;         ///< or even if not,
+    int firstPaintedRow = 1;        ///< and painted from this row on
+    bool onlyOneCell = false;       ///< or only where the block is.
+    std::pair<int, int> cell{};     ///< The only one painted; (0, 0) for none.
+};
+
+/// The whole editor in its plainest form: the state of both panes, and the rules by which commands change it. No
+/// widget, no component; what a person does and answers comes in as arguments. What the rules leave open, the grids'
+/// current cells above all, the model takes from the window.
+class EditorModel {
+public:
+    std::array<ModelPane, 2> panes;
+    int active = -1;
+    bool two = false;
+    std::map<int, PlainDatabase> files; ///< What each file holds.
+    StepEffects effects;
+    Cells marks;               ///< The cells that differ, as far as the last comparison and typing tell.
+    std::array<Cells, 2> reds; ///< The cells painted red.
+    int lastType = 0;          ///< What the type picker's record holds.
+
+    ModelPane &pane(int index) { return panes[static_cast<std::size_t>(index)]; }
+    const ModelPane &pane(int index) const { return panes[static_cast<std::size_t>(index)]; }
+    ModelPane &activePane() { return pane(active); }
+    bool bothOpen() const { return panes[0].open && panes[1].open; }
+    /// Both lists have the same line selected, of the same table.
+    bool linesPaired() const;
+    /// And both databases hold it.
+    bool sameTableSelected() const;
+    /// And both tables have records to show.
+    bool sameTableShown() const;
+
+    void beginStep() { effects = StepEffects{}; }
+    /// Ends a step: what is shown, marked and painted follows from the selection and the effects.
+    void settle();
+
+    // Files and modes
+
+    void start(std::optional<int> file, const QString &label);
+    void open(int file, const QString &label);
+    void save();
+    void saveAs(int file, const QString &label);
+    /// `keep` is the answer to the question about changes, if it is asked.
+    void close(bool keep);
+    void exit(const std::array<bool, 2> &keep);
+    void toggleOneMenu(bool keep);
+    void toggleTwoMenu(bool keep);
+    void compareAgain();
+
+    // Tables
+
+    void select(int pane, int line);
+    /// False when the name is taken or no name.
+    bool addTable(const QString &name);
+    bool renameTable(const QString &name);
+    void removeTable();
+    void cloneTable(int source);
+
+    // Fields and records; columns and rows count from 1, as in the grid
+
+    bool addField(const PlainField &field);
+    bool renameField(int column, const QString &name);
+    void removeField(int column);
+    void resizeField(int column, double size);
+    void addRecord();
+    void removeRecord(int row);
+    void cloneSize(int source, bool withContent);
+    void cloneArea(int source, int firstRow, int firstColumn, int lastRow, int lastColumn);
+
+    // Cells
+
+    /// Types a text in place of a cell's own, key by key.
+    void type(int pane, int row, int column, const QString &text);
+    void paste(int pane, int firstRow, int firstColumn, int lastRow, int lastColumn,
+               const std::vector<QStringList> &cells);
+    void sort(int pane, int column);
+
+private:
+    /// Gives a line of both lists the marker of a differing table, or takes it away.
+    void mark(int line, bool different);
+    int freshId() { return ++m_lastId; }
+    void refill(int pane);
+    void align();
+    void release(int pane, bool keep);
+    bool cellDiffers(int row, int column) const;
+    void changed(int pane) { this->pane(pane).changed = true; }
+    void reload(int pane) { effects.reloaded[static_cast<std::size_t>(pane)] = true; }
+    void storeText(int pane, int row, int column);
+    void storeAll(int pane);
+    void load(int pane, int line);
+    void compare() { effects.compared = true; }
+    void settlePane(int pane);
+    void markCells();
+    void paintCells();
+    void typedCell(int row, int column);
+
+    int m_lastId = 0;
+    bool m_comparisonDue = false; ///< Since a grid has shown another table or none.
+};
+
+} // namespace qir::test
