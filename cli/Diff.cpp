@@ -45,8 +45,8 @@ Exit diff(const Arguments &arguments) {
         const auto &files = arguments.passwordFiles;
         return files.empty() ? std::string() : files[std::min(side, files.size() - 1)];
     };
-    const Session left = Session::open(argumentText(arguments.left), passwordFile(0), SessionUse::Read);
-    const Session right = Session::open(argumentText(arguments.right), passwordFile(1), SessionUse::Read);
+    const Session left = Session::open(argumentText(arguments.left), passwordFile(0));
+    const Session right = Session::open(argumentText(arguments.right), passwordFile(1));
     DatabaseDifference difference;
     Session::runOn(u"%1, %2"_s.arg(left.file(), right.file()), [&] {
         difference = compareDatabases(left.database(), right.database());

@@ -53,7 +53,7 @@ struct Arguments {
 };
 
 void dump(const Arguments &arguments) {
-    const Session session = Session::open(argumentText(arguments.file), arguments.passwordFile, SessionUse::Read);
+    const Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
     const QirDatabase &database = session.database();
     session.run([&] {
         const bool isOne = !arguments.table.empty();

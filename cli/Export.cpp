@@ -20,7 +20,7 @@ struct Arguments {
 };
 
 void exportTable(const Arguments &arguments) {
-    const Session session = Session::open(argumentText(arguments.file), arguments.passwordFile, SessionUse::Read);
+    const Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
     QByteArray out;
     session.run([&] {
         const TableInfo table = chooseTable(session.database(), argumentText(arguments.table));

@@ -71,7 +71,7 @@ void importTable(const Arguments &arguments) {
     const QString csv = argumentText(arguments.csv);
     const QString name = argumentText(arguments.table);
     const Import import = Import::read(csv);
-    Session session = Session::open(argumentText(arguments.file), arguments.passwordFile, SessionUse::Change);
+    Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
     session.run([&] {
         const QirDatabase &database = session.database();
         ChangeGroup group(database);

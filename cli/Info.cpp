@@ -12,7 +12,7 @@ namespace qir {
 namespace {
 
 void info(const QString &file, const std::string &passwordFile) {
-    const Session session = Session::open(file, passwordFile, SessionUse::Read);
+    const Session session = Session::open(file, passwordFile);
     QString text;
     session.run([&] {
         const QStringList names = tableNames(session.database());

@@ -38,7 +38,7 @@ void passwd(const Arguments &arguments) {
     const QString file = argumentText(arguments.file);
     const FreedMemoryWipe wipe;
     SecretText current;
-    Session session = Session::open(file, arguments.passwordFile, SessionUse::Change, &current);
+    Session session = Session::open(file, arguments.passwordFile, &current);
     session.run([&] {
         const SecretText replacement = newPassword(file, arguments);
         session.database().NewPassword(current.text(), replacement.text());

@@ -48,11 +48,11 @@ Session::Session(const QString &file)
     m_printer->listenTo(m_database.object());
 }
 
-Session Session::open(const QString &file, const std::string &passwordFile, SessionUse use, SecretText *password) {
+Session Session::open(const QString &file, const std::string &passwordFile, SecretText *password) {
     Session session(file);
     SecretText given;
     std::optional<FreedMemoryWipe> wipe;
-    session.run([&] { session.m_database.setLeaveJournal(use == SessionUse::Read); });
+    session.run([&] { session.m_database.setLeaveJournal(true); });
     session.m_protected = needsPassword(file);
     if (session.m_protected) {
         wipe.emplace();

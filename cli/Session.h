@@ -14,19 +14,15 @@ namespace qir {
 
 class NoticePrinter;
 
-/// What a command opens a file for.
-enum class SessionUse { Read, Change };
-
 /// A database that a command works on. What the component has to tell beside is printed. Unless save() was called,
 /// nothing is written when the session ends, whatever was changed.
 class Session {
 public:
     /// Opens a file; a protected one with the password of `passwordFile`, or of the terminal where that is "". Throws
     /// LoadRefused when the component refuses it, FileError for every other trouble.
-    /// One that only reads leaves the unsaved changes of an editor that crashed to the next editor. The password that it
-    /// was opened with goes to `password` where a command needs it, else it is overwritten.
-    static Session open(const QString &file, const std::string &passwordFile, SessionUse use,
-                        SecretText *password = nullptr);
+    /// The unsaved changes of an editor that crashed are neither shown nor saved: they stay for the next editor. The
+    /// password that it was opened with goes to `password` where a command needs it, else it is overwritten.
+    static Session open(const QString &file, const std::string &passwordFile, SecretText *password = nullptr);
     /// A new, empty database that is to become this file. Throws FileError.
     static Session create(const QString &file);
 

@@ -14,7 +14,7 @@ namespace qir {
 namespace {
 
 void tables(const QString &file, const std::string &passwordFile) {
-    const Session session = Session::open(file, passwordFile, SessionUse::Read);
+    const Session session = Session::open(file, passwordFile);
     TextTable lines;
     lines.addColumn(u"Table"_s, TextTable::Align::Left);
     lines.addColumn(u"Records"_s, TextTable::Align::Right);

@@ -22,7 +22,7 @@ Exit verify(const QString &file, const std::string &passwordFile) {
     if (!QFileInfo::exists(*reached))
         throw FileError(file, u"there is no such file"_s);
     try {
-        const Session session = Session::open(file, passwordFile, SessionUse::Read);
+        const Session session = Session::open(file, passwordFile);
         session.run([&] {
             for (const QString &name : tableNames(session.database())) {
                 const TableInfo table = chooseTable(session.database(), name);

@@ -83,7 +83,7 @@ public:
     void EndChanges() const;
     void CancelChanges() const;
     QString LastError() const;
-    /// For callers that only read, before LoadDtb(): the unsaved changes of a session that died stay for the next
+    /// For callers without a user to tell, before LoadDtb(): the unsaved changes of a session that died stay for the next
     /// editor.
     void setLeaveJournal(bool leave) const;
 

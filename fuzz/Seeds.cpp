@@ -109,6 +109,40 @@ void writeCalls(const QString &path) {
     }
 }
 
+void writeJournals(const QString &path) {
+    const Folder folder(path, u"journal"_s);
+    // Each operation that a record may hold, then whole and nested groups of them.
+    const QByteArray place = QByteArray::fromHex("000000000000000000000000");
+    const QByteArray text = QByteArray::fromHex("02000000c3a9");
+    const QByteArray zero(8, '\0');
+    const QByteArray changes = "\x01" + text + "\x02" + zero.first(4) + text + "\x04" + zero.first(4) + "\x0a" + zero +
+                               text + "\x08" + zero.first(4) + "\x0a" + place + zero + "\x0b" + place + text + "\x07" +
+                               zero + zero + "\x05" + zero + text + "\x09" + zero + "\x06" + zero + "\x03" +
+                               zero.first(4);
+    const QByteArray body = encodeBody(oneOfEachType());
+    QByteArray length(4, '\0');
+    length[0] = static_cast<char>(body.size() % 256);
+    length[1] = static_cast<char>(body.size() / 256);
+    const QByteArray image = '\x18' + length + body;
+    folder.write(u"changes"_s, '\0' + changes);
+    folder.write(u"group"_s, '\0' + ('\x14' + changes) + '\x15');
+    folder.write(u"undone"_s, '\0' + ("\x14\x14" + changes) + "\x16\x15");
+    folder.write(u"restarted"_s, '\0' + ('\x14' + changes) + "\x17\x15" + '\x1e' + QByteArray(16, 's') + '\x1f');
+    folder.write(u"body_image"_s, '\0' + ('\x14' + image) + "\x1a\x15");
+    folder.write(u"table_image"_s, '\0' + ('\x14' + image) + '\x19' + zero.first(4) + '\x15');
+    for (const char mode : {'\x02', '\x03'})
+        for (int i = 0; i < 6; ++i)
+            folder.write(u"written_%1_%2"_s.arg(int(mode)).arg(i),
+                         mode + QByteArray::fromHex("03050a080b000c03020d110e01") + static_cast<char>(i % 2) +
+                             static_cast<char>(40 * i) + static_cast<char>(i / 2) + static_cast<char>(i));
+    QByteArray head("QIRJRNL1");
+    head += QByteArray::fromHex("8c000000"
+                                "00000000") +
+            QByteArray(48, 'i') + QByteArray(32, '\0') + QByteArray::fromHex("0200") + "/A" + QByteArray(32, 'd');
+    head[8] = static_cast<char>(head.size());
+    folder.write(u"raw"_s, '\x01' + head + QByteArray(4, '\xff') + QByteArray(24, 's') + QByteArray(40, '\x10'));
+}
+
 void writeCsv(const QString &path) {
     const Folder folder(path, u"csv"_s);
     folder.write(u"typed"_s, "Speed[long],Name[text:20],On[bool],Day[date],B[byte],I[int],D[double]\n"
@@ -138,6 +172,7 @@ int main(int argumentCount, char **arguments) {
         writeContainers(path, u"container"_s, {});
         writeContainers(path, u"protected_container"_s, keys);
         writeCalls(path);
+        writeJournals(path);
         writeCsv(path);
         return 0;
     } catch (const std::exception &error) {

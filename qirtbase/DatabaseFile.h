@@ -89,6 +89,7 @@ public:
     const ContainerKeys &keys() const { return m_keys; }
     const QString &stateFolder() const { return m_options.stateFolder; }
     const KeyDeriver &keyDeriver() const { return m_options.deriveKey; }
+    const ContainerLimits &limits() const { return m_options.limits; }
     RandomSource &random() const;
 
     /// True when the next save will be protected by a password.

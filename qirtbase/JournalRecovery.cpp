@@ -1,5 +1,6 @@
 #include "qirtbase/JournalRecovery.h"
 
+#include "base/StagedFile.h"
 #include "qirtbase/BodyCodec.h"
 #include "qirtbase/JournalCodec.h"
 
@@ -95,16 +96,16 @@ public:
         const auto names = m_ops.entries(AT_FDCWD, path);
         if (!names || m_request.base.path.empty())
             return std::move(m_outcome);
-        std::vector<std::string> found;
+        // The latest first: where several would fit, that is the one. Asked once, for living editors go on writing.
+        std::vector<std::pair<std::pair<std::time_t, long>, std::string>> found;
         for (const std::string &name : *names) {
             if (isOf(name, m_request.base.fileId))
-                found.push_back(name);
+                found.emplace_back(changedAt(path + '/' + name), name);
             else if (!isJournalName(name))
                 purge(path + '/' + name);
         }
-        // The latest first: where several would fit, that is the one.
-        std::ranges::sort(found, std::greater(), [&](const std::string &name) { return changedAt(path + '/' + name); });
-        for (const std::string &name : found)
+        std::ranges::sort(found, std::greater());
+        for (const auto &[changed, name] : found)
             visit(path, name);
         return std::move(m_outcome);
     }
@@ -209,11 +210,42 @@ private:
                            "are still unsaved"));
     }
 
-    /// The changes of another version, or of another session on the same one: tried on a copy.
+    /// The version that a journal starts from, where a conflict has left it beside the file.
+    std::optional<Database> versionBeside(const FileIdentifier &saveId) {
+        const std::size_t slash = m_request.base.path.rfind('/');
+        const std::string folder = m_request.base.path.substr(0, slash + 1);
+        const std::string file = m_request.base.path.substr(slash + 1);
+        const auto names = m_ops.entries(AT_FDCWD, folder);
+        if (!names)
+            return std::nullopt;
+        for (const std::string &name : *names) {
+            if (!name.starts_with(file) && !StagedFile::tagOf(name))
+                continue;
+            const auto version = OpenFile::openAt(m_ops, AT_FDCWD, folder + name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+            const auto block = version ? readHeaderBlock(m_ops, version->descriptor()) : LoadResult<HeaderBlock>();
+            if (!version || !block || block->header.fileId != m_request.base.fileId || block->header.saveId != saveId)
+                continue;
+            const auto container =
+                readContainer(m_ops, version->descriptor(), m_request.password, m_request.limits, m_request.deriveKey);
+            if (container)
+                if (auto database = decodeBody(container->body))
+                    return std::move(*database);
+        }
+        return std::nullopt;
+    }
+
+    /// The changes of another version, or of another session on the same one: made on that version where it is still to
+    /// be had, else tried on a copy of this one.
     void setAside(JournalFile &journal, Contents contents) {
-        auto copy = decodeBody(m_request.body);
+        std::optional<Database> copy;
+        if (!contents.belongs)
+            copy = versionBeside(journal.head().base);
+        if (!copy)
+            if (auto loaded = decodeBody(m_request.body))
+                copy = std::move(*loaded);
         if (!copy)
             return;
+        const std::uint64_t whole = contents.end;
         const int groups = replay(journal, contents, *copy);
         if (journal.readError()) {
             cannotRead(journal);
@@ -232,6 +264,9 @@ private:
         (void)journal.rename(journal.name() + retiredSuffix);
         m_outcome.notices.append(
             QStringLiteral("unsaved changes of another session are kept as a file of their own in '%1'").arg(*kept));
+        if (contents.end < whole)
+            m_outcome.notices.append(
+                QStringLiteral("some of these changes could not be made in this version, and are missing there"));
     }
 
     FileOps &m_ops;

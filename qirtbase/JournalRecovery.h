@@ -26,6 +26,7 @@ struct RecoveryRequest {
     QByteArrayView body; ///< What was loaded: changes that do not belong to it are tried on a copy.
     /// Writes a database as a file aside; gives its path.
     std::function<SystemResult<QString>(QByteArrayView body)> keepAside;
+    ContainerLimits limits = {}; ///< For versions that are read beside the file.
 };
 
 struct RecoveryOutcome {

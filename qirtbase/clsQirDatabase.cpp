@@ -156,7 +156,8 @@ void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &passw
                          .deriveKey = m_file.keyDeriver(),
                          .random = m_file.random(),
                          .body = body,
-                         .keepAside = [this](QByteArrayView aside) { return m_file.writeAside(aside); }},
+                         .keepAside = [this](QByteArrayView aside) { return m_file.writeAside(aside); },
+                         .limits = m_file.limits()},
                         m_database);
     m_journal.follow(m_database, base, m_file.keysOnDisk());
     if (outcome.journal)

@@ -2,6 +2,8 @@
 
 #include "db/QirDatabase.h"
 
+#include <QDir>
+
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,6 +19,8 @@ namespace {
 /// The component that keeps a journal.
 class CrashTest : public ProgramTest {
 protected:
+    CrashTest() { qputenv("XDG_STATE_HOME", path(u"state"_s).toLocal8Bit()); }
+
     /// An editor that types a value into the file and is killed before it saves.
     void typeAndDie(int speed) const {
         const pid_t child = ::fork();
@@ -63,6 +67,31 @@ TEST_P(CrashTest, CommandsThatReadLeaveAKilledEditorsChangesToTheNextEditor) {
     EXPECT_FALSE(done({u"dump"_s, u"--format=json"_s, u"PUMP.DDB"_s}).contains("4711"));
     EXPECT_EQ(bytesOf(u"PUMP.DDB"_s), file);
     EXPECT_EQ(speedShown(), 4711);
+}
+
+TEST_P(CrashTest, CommandsThatChangeTheFileNeitherSaveNorLoseThem) {
+    if (std::strcmp(GetParam().name, "Real") != 0)
+        GTEST_SKIP() << "the fake keeps no journal";
+    makePumps();
+    typeAndDie(4711);
+    write(u"more.csv"_s, "Name\nfirst\n");
+    EXPECT_EQ(run({u"import"_s, u"PUMP.DDB"_s, u"Pumps"_s, u"more.csv"_s}).status, 2); // there is such a table
+    // Saved by another program: the editor's changes are kept as a file of their own then.
+    done({u"import"_s, u"PUMP.DDB"_s, u"More"_s, u"more.csv"_s});
+    EXPECT_FALSE(done({u"dump"_s, u"--format=json"_s, u"PUMP.DDB"_s}).contains("4711"));
+    EXPECT_NE(speedShown(), 4711);
+    const QString folder = path(u"state/qir/rescue/"_s);
+    int found = 0;
+    for (const QString &name : QDir(folder).entryList(QDir::Files)) {
+        const QirDatabase kept = QirDatabase::create();
+        kept.setLeaveJournal(true);
+        if (name.startsWith(u"PUMP "_s) && kept.LoadDtb(folder + name, QString())) {
+            kept.QIRTableRecordSource(u"Pumps"_s);
+            kept.setQIRTableRecordsPointerOut(1);
+            found += kept.QIRTableRecordSetByIndex(2).toInt() == 4711;
+        }
+    }
+    EXPECT_EQ(found, 1);
 }
 
 } // namespace

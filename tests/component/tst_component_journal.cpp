@@ -214,6 +214,38 @@ TEST_F(ComponentJournal, ChangesToAVersionThatAnotherProgramReplacedAreNeverMerg
     EXPECT_EQ(textIn(*aside), u"mine"_s);
 }
 
+TEST_F(ComponentJournal, ChangesToAVersionThatAConflictMovedAsideAreMadeOnThatVersion) {
+    auto session = open();
+    session->QIRTableRecordSource(u"Pumps"_s);
+    for (int i = 0; i < 5; ++i)
+        session->AddRecord();
+    session->SaveDtb();
+    session->setQIRTableRecordsPointerOut(6);
+    session->QIRTableRecordSetByIndex(1, u"mine"_s); // there is no such record in the other program's version
+    // Another program that knew of the version before exchanged its own for this one.
+    const QByteArray moved = contentOf(path());
+    kill(session);
+    FileHeader theirs = readBytes(moved)->header;
+    theirs.saveId.fill(0xee);
+    Database smaller;
+    smaller.addTable(u"Pumps"_s);
+    writeContent(path(), containerBytes(encodeBody(smaller), {}, theirs));
+    writeContent(path(u"PUMPS.DDB (conflict 2024-01-31 23.59.59)"_s), moved);
+
+    session = open();
+    EXPECT_EQ(session->QIRTablesCount(), 1);
+    EXPECT_FALSE(session->DtbHasChanged());
+    EXPECT_EQ(m_notices.size(), 1);
+    const QStringList rescued = namesIn(state() + u"/rescue"_s);
+    ASSERT_EQ(rescued.size(), 1);
+    auto aside = component();
+    ASSERT_TRUE(aside->LoadDtb(state() + u"/rescue/"_s + rescued[0], {}));
+    QStringList values;
+    aside->QIRTableRecordSource(u"Pumps"_s);
+    aside->GetQirRecord(6, values);
+    EXPECT_EQ(values.value(1), u"mine"_s);
+}
+
 TEST_F(ComponentJournal, ACallerThatOnlyReadsLeavesItAlone) {
     auto session = open();
     write(*session, u"typed"_s);

@@ -217,6 +217,11 @@ std::set<QByteArray> ManyEditors::wordsIn(const QString &name) const {
 
 std::set<QByteArray> ManyEditors::allWords() const {
     std::set<QByteArray> words = wordsIn(path()); // sets aside what it does not take up
+    {
+        const Session last = open(path()); // a save brings out what interrupted ones have left
+        last->setDtbHasChanged(true);
+        last->SaveDtb();
+    }
     for (const QString &folder : {m_folder.path(), state() + u"/rescue"_s})
         for (const QString &name : namesIn(folder))
             if (name.contains(u".DDB"_s) || name.contains(u"(conflict"_s))
