@@ -41,6 +41,18 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void afterSortingRemoveRecordTakesWhatThePressedRowShows() {
+        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"30"_s, u"10"_s, u"20"_s})}));
+        rightPressHeader(fixture, 0, 1);
+        chooseOfField(fixture, Command::SortFPOP);
+        rightPressCell(fixture, 0, 2, 1);
+        QCOMPARE(fixture.grid(0).TextMatrix(2, 1), u"20"_s);
+        chooseOfRecord(fixture, Command::RemoveRecordPOP);
+        QCOMPARE(recordsOf(fixture, 0), QList<QStringList>({{u"10"_s}, {u"30"_s}}));
+        QCOMPARE(fixture.texts(0), recordsOf(fixture, 0));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void renameFieldTakesThePressedHeader() {
         EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
         rightPressHeader(fixture, 0, 2);
