@@ -12,6 +12,8 @@
 #include <utime.h>
 
 #include <cerrno>
+#include <functional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -276,6 +278,78 @@ TEST_F(InPlace, WithoutASafePlaceForTheCopyNothingIsWritten) {
     ASSERT_FALSE(saved);
     EXPECT_TRUE(saved.error().text.contains(u"no safe copy of it could be made"_s)) << saved.error().text.toStdString();
     EXPECT_EQ(rawBody(file), "one");
+}
+
+TEST_F(InPlace, WhileAnotherProgramHoldsTheFileItIsNotWritten) {
+    const QString file = makeLinked("one");
+    DatabaseFile database(FileOps::system(), options());
+    ASSERT_TRUE(database.load(file, {}));
+    {
+        FileOps &ops = FileOps::system();
+        const auto other = OpenFile::openAt(ops, AT_FDCWD, systemPath(file), O_RDWR);
+        ASSERT_TRUE(other && ops.lock(other->descriptor(), LockKind::Exclusive));
+        const auto saved = database.save("two");
+        ASSERT_FALSE(saved);
+        EXPECT_TRUE(saved.error().text.endsWith(u"try again"_s)) << saved.error().text.toStdString();
+        EXPECT_EQ(rawBody(file), "one");
+    }
+    EXPECT_TRUE(database.save("two"));
+}
+
+/// A file system that does not exchange names; `meanwhile` happens right before the version would be published.
+class NoExchange : public InPlace {
+protected:
+    NoExchange() {
+        m_ops.onRename = [this](unsigned flags) -> std::optional<SystemError> {
+            if (flags && meanwhile)
+                std::exchange(meanwhile, {})();
+            return flags ? std::optional(SystemError{EINVAL}) : std::nullopt;
+        };
+    }
+    /// A version that another program made of the file.
+    void writeTheirs(const QString &file) {
+        FileHeader theirs = readBytes(contentOf(file))->header;
+        theirs.saveId.fill(0xee);
+        ASSERT_TRUE(QFile::remove(file));
+        writeContent(file, containerBytes("theirs", {}, theirs));
+    }
+
+    HookedFileOps m_ops{{}};
+    std::function<void()> meanwhile;
+};
+
+TEST_F(NoExchange, AVersionThatSlippedInBetweenIsAConflict) {
+    const QString file = make(u"a.ddb"_s, "one");
+    DatabaseFile database(m_ops, options());
+    ASSERT_TRUE(database.load(file, {}));
+    meanwhile = [&] { writeTheirs(file); };
+    const auto saved = database.save("two");
+    ASSERT_FALSE(saved);
+    EXPECT_TRUE(saved.error().text.contains(u"was changed by another program"_s)) << saved.error().text.toStdString();
+    EXPECT_EQ(rawBody(file), "theirs");
+}
+
+TEST_F(NoExchange, AFileThatWasRemovedInBetweenIsMadeAnew) {
+    const QString file = make(u"a.ddb"_s, "one");
+    DatabaseFile database(m_ops, options());
+    ASSERT_TRUE(database.load(file, {}));
+    meanwhile = [&] { QFile::remove(file); };
+    ASSERT_TRUE(database.save("two"));
+    EXPECT_EQ(rawBody(file), "two");
+}
+
+TEST_F(NoExchange, SomebodysVersionThatIsToGiveWayIsKept) {
+    const QString file = make(u"a.ddb"_s, "one");
+    DatabaseFile database(m_ops, options());
+    ASSERT_TRUE(database.load(file, {}));
+    writeTheirs(file);
+    ASSERT_TRUE(database.setFileName(file));
+    ASSERT_TRUE(database.save("two"));
+    EXPECT_EQ(rawBody(file), "two");
+    ASSERT_EQ(m_notices.size(), 1);
+    const QStringList kept = namesIn(m_folder.path()).filter(u"(conflict"_s);
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(rawBody(path(kept[0])), "theirs");
 }
 
 TEST_F(InPlace, AFullDiskIsFoundBeforeTheFirstByteChanges) {
