@@ -246,6 +246,39 @@ TEST_F(ComponentJournal, ChangesToAVersionThatAConflictMovedAsideAreMadeOnThatVe
     EXPECT_EQ(values.value(1), u"mine"_s);
 }
 
+TEST_F(ComponentJournal, OfChangesThatFitNoVersionAnyMoreTheUserIsTold) {
+    for (const bool isFirstPossible : {true, false}) {
+        auto session = open();
+        session->QIRTableRecordSource(u"Pumps"_s);
+        for (int i = 0; i < 5; ++i)
+            session->AddRecord();
+        session->SaveDtb();
+        if (isFirstPossible)
+            write(*session, u"possible"_s);
+        session->setQIRTableRecordsPointerOut(6);
+        session->QIRTableRecordSetByIndex(1, u"impossible"_s);
+        kill(session);
+        // Another program's version, without these records, and nothing is left of the one before.
+        FileHeader theirs = readBytes(contentOf(path()))->header;
+        theirs.saveId.fill(isFirstPossible ? 0xee : 0xdd);
+        Database smaller;
+        smaller.addTable(u"Pumps"_s);
+        writeContent(path(), containerBytes(encodeBody(smaller), {}, theirs));
+
+        session = open();
+        EXPECT_FALSE(session->DtbHasChanged());
+        const QString notices = m_notices.join(u'\n');
+        const QStringList rescued = namesIn(state() + u"/rescue"_s);
+        EXPECT_EQ(rescued.size(), 1); // that of the first round
+        if (isFirstPossible) {
+            EXPECT_TRUE(notices.contains(u"some of these changes could not be made"_s)) << notices.toStdString();
+        } else {
+            EXPECT_TRUE(notices.contains(u"which cannot be made in this one"_s)) << notices.toStdString();
+        }
+        EXPECT_EQ(journals().filter(u".ended"_s).size(), isFirstPossible ? 1 : 2); // kept for some days
+    }
+}
+
 TEST_F(ComponentJournal, ACallerThatOnlyReadsLeavesItAlone) {
     auto session = open();
     write(*session, u"typed"_s);
