@@ -57,46 +57,49 @@ const QStringList &texts() {
 
 void Answers::perform(QWidget &dialog, Numbers &numbers) const {
     if (auto *files = qobject_cast<QFileDialog *>(&dialog)) {
-        chooseFile(*files, numbers);
+        chooseSomeFile(*files, numbers);
         return;
     }
     const int choice = numbers.below(100);
-    if (choice < 35)
+    if (choice < 40)
         fillIn(dialog, numbers);
-    else if (choice < 75)
+    else if (choice < 85)
         pressSomeButton(dialog, numbers);
-    else if (choice < 80) {
+    else if (choice < 90) {
         m_tell(u"closes the dialog '%1'"_s.arg(dialog.windowTitle()));
         dialog.close();
     } else
         m_gestures.perform(dialog, numbers);
 }
 
-void Answers::chooseFile(QFileDialog &dialog, Numbers &numbers) const {
-    auto *edit = dialog.findChild<QLineEdit *>(u"fileNameEdit"_s);
-    if (numbers.oneIn(4) || !edit) {
+void Answers::chooseSomeFile(QFileDialog &dialog, Numbers &numbers) const {
+    if (numbers.oneIn(4)) {
         m_tell(u"cancels the file dialog"_s);
         dialog.reject();
         return;
     }
-    const QString name = numbers.oneOf(namesOfFiles());
-    m_tell(u"chooses the file "_s + name);
+    choose(dialog, m_folder + u'/' + numbers.oneOf(namesOfFiles()));
+}
+
+void Answers::choose(QFileDialog &dialog, const QString &path) const {
+    m_tell(u"chooses the file "_s + path.mid(m_folder.size() + 1));
+    auto *edit = dialog.findChild<QLineEdit *>(u"fileNameEdit"_s);
     edit->selectAll();
-    edit->insert(m_folder + u'/' + name);
+    edit->insert(path);
     pressButton(dialog, dialog.acceptMode() == QFileDialog::AcceptOpen ? u"Open"_s : u"Save"_s);
 }
 
 void Answers::fillIn(QWidget &dialog, Numbers &numbers) const {
     auto *edit = dialog.findChild<QLineEdit *>();
     if (!edit) {
-        m_gestures.perform(dialog, numbers);
+        pressSomeButton(dialog, numbers);
         return;
     }
     const QString text = numbers.oneOf(texts());
     m_tell(u"fills in '%1'"_s.arg(text.left(40)));
     edit->selectAll();
     edit->insert(text);
-    if (numbers.oneIn(2))
+    if (!numbers.oneIn(4))
         QTest::keyClick(edit, Qt::Key_Return);
 }
 

@@ -19,11 +19,12 @@ public:
         , m_tell(std::move(tell)) {}
 
     void perform(QWidget &dialog, Numbers &numbers) const;
+    void choose(QFileDialog &dialog, const QString &path) const;
     /// Ends the dialog by a way out that every dialog has; the save prompt by one of its buttons.
     void dismiss(QWidget &dialog) const;
 
 private:
-    void chooseFile(QFileDialog &dialog, Numbers &numbers) const;
+    void chooseSomeFile(QFileDialog &dialog, Numbers &numbers) const;
     void fillIn(QWidget &dialog, Numbers &numbers) const;
     void pressSomeButton(QWidget &dialog, Numbers &numbers) const;
 

@@ -1,11 +1,14 @@
 #include "tests/monkey/Monkey.h"
 
 #include "app/DtbEditor.h"
+#include "app/shared/PaneTable.h"
 #include "platform/loop/MessageLoop.h"
 #include "tests/monkey/Invariants.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFileDialog>
+#include <QGroupBox>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
@@ -14,6 +17,7 @@
 
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 namespace qir::test {
 
@@ -23,6 +27,7 @@ namespace {
 
 constexpr std::chrono::seconds longestDeafness(1);
 constexpr std::chrono::seconds longestWait(60);
+constexpr int mostWaits = 10'000; // turns of the event loop
 
 const QStringList &clipboardTexts() {
     static const QStringList texts{u"1\t2\t3\n4\t5\t6\n"_s,
@@ -74,11 +79,13 @@ void Monkey::run() {
         m_timer.stop();
         m_destroying = false;
     } while (!finished());
+    m_log.write(u"looked %1 times, %2 of them at the same table in both panes"_s.arg(m_looks).arg(m_looksAtTwo));
 }
 
 void Monkey::goOn() {
     m_timer.stop();
-    m_timer.start(0, this);
+    // While a command yields all input is held: a little of that is enough.
+    m_timer.start(m_loop && m_loop->commandRunning() && !QApplication::activeModalWidget() ? 5 : 0, this);
 }
 
 void Monkey::openWindow() {
@@ -87,12 +94,26 @@ void Monkey::openWindow() {
     m_window->show();
     m_watchdog.beat();
     Numbers numbers(finished() ? 0 : m_steps[m_next]);
-    const QString file = numbers.oneIn(3) ? QString() : m_files.path(MonkeyFiles::left);
-    m_log.write(u"      starts with '%1'"_s.arg(file.section(u'/', -1)));
+    const QString file = numbers.oneIn(4) ? QString() : m_files.path(MonkeyFiles::left);
+    const bool two = numbers.oneIn(2);
+    m_log.write(u"      starts with '%1'%2"_s.arg(file.section(u'/', -1), two ? u" and two panes"_s : QString()));
     // From the event loop, as the program does: what the start asks runs a loop of its own.
     QMetaObject::invokeMethod(
-        m_window.get(), [window = m_window.get(), file] { runCommand([&] { window->Form_Load(file); }); },
+        m_window.get(),
+        [this, window = m_window.get(), file, two] {
+            runCommand([&] { window->Form_Load(file); });
+            if (two)
+                openRight(*window);
+        },
         Qt::QueuedConnection);
+}
+
+void Monkey::openRight(DtbEditor &window) {
+    EditorControls &controls = window.context().controls;
+    controls.action(Command::TwoMenu).trigger();
+    QTest::mouseClick(controls.pane[1].IDtb, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    m_expectedFile = m_files.path(MonkeyFiles::right);
+    controls.action(Command::OpenDatabase).trigger();
 }
 
 void Monkey::timerEvent(QTimerEvent *event) {
@@ -115,6 +136,14 @@ void Monkey::timerEvent(QTimerEvent *event) {
         return;
     }
     look();
+    if (m_loop->inputHeld() && !m_loop->commandRunning()) {
+        // What was held is delivered first, or it would only become more.
+        if (++m_waits > mostWaits)
+            fail(u"held input is never delivered"_s);
+        goOn();
+        return;
+    }
+    m_waits = 0;
     if (finished()) {
         calmDown();
         return;
@@ -134,6 +163,9 @@ bool Monkey::idle() const {
 void Monkey::look() {
     if (!idle())
         return;
+    ++m_looks;
+    if (gridsShowSameTable(m_window->context()))
+        ++m_looksAtTwo;
     if (m_errors)
         m_errors->pause();
     QString problem;
@@ -146,10 +178,13 @@ void Monkey::look() {
     }
     if (m_errors)
         m_errors->resume();
-    if (!problem.isEmpty()) {
-        m_log.write(u"broken: "_s + problem);
-        std::_Exit(brokenExitCode);
-    }
+    if (!problem.isEmpty())
+        fail(problem);
+}
+
+void Monkey::fail(const QString &problem) {
+    m_log.write(u"broken: "_s + problem);
+    std::_Exit(brokenExitCode);
 }
 
 void Monkey::perform(Step step) {
@@ -158,12 +193,17 @@ void Monkey::perform(Step step) {
     if (choice < 4) {
         disturb(numbers);
     } else if (QWidget *menu = QApplication::activePopupWidget()) {
-        if (qobject_cast<QMenu *>(menu))
+        // A menu catches all that a hand does until it is left.
+        if (qobject_cast<QMenu *>(menu) && !numbers.oneIn(4))
             m_gestures.perform(*menu, numbers);
         else
             menu->close();
     } else if (QWidget *dialog = QApplication::activeModalWidget()) {
-        m_answers.perform(*dialog, numbers);
+        auto *files = qobject_cast<QFileDialog *>(dialog);
+        if (files && !m_expectedFile.isEmpty())
+            m_answers.choose(*files, std::exchange(m_expectedFile, {}));
+        else
+            m_answers.perform(*dialog, numbers);
     } else if (choice < 7) {
         changeWindow(numbers);
     } else if (choice < 20 && idle()) {

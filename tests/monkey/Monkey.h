@@ -50,6 +50,8 @@ private:
     /// The next step comes from the event loop, a nested one too.
     void goOn();
     void openWindow();
+    /// Two panes, the right database in the second, as far as the file dialog.
+    void openRight(DtbEditor &window);
     void perform(Step step);
     void performInWindow(Numbers &numbers);
     void disturb(Numbers &numbers);
@@ -57,13 +59,18 @@ private:
     void chooseFromMenus(Numbers &numbers);
     bool idle() const;
     void look();
+    [[noreturn]] void fail(const QString &problem);
     bool finished() const { return m_next == m_steps.size(); }
     /// Ends what stands open, so that the window can be closed.
     void calmDown();
 
     const std::vector<Step> m_steps;
     std::size_t m_next = 0;
+    QString m_expectedFile; // that the file dialog to come is for
     bool m_destroying = false;
+    int m_waits = 0;
+    int m_looks = 0;
+    int m_looksAtTwo = 0; // panes that show the same table
     QBasicTimer m_timer;
     StepLog m_log;
     std::unique_ptr<UseFake> m_fake;

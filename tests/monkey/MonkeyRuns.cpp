@@ -71,7 +71,7 @@ bool MonkeyRuns::run(std::uint64_t seed, int events, int perRun) {
         print(u"seed %1, %2 component, %3 events: %4"_s.arg(seed)
                   .arg(m_fake ? u"failing"_s : u"real"_s)
                   .arg(steps.size())
-                  .arg(outcome.passed ? u"passed"_s : outcome.how));
+                  .arg(outcome.passed ? u"passed, "_s + outcome.lastLines.last() : outcome.how));
         if (!outcome.passed) {
             report(seed, steps, outcome);
             passed = false;
