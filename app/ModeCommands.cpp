@@ -15,6 +15,7 @@
 #include <QLabel>
 
 #include <algorithm>
+#include <exception>
 
 namespace qir {
 
@@ -65,17 +66,28 @@ void ModeCommands::showMode() {
     AbilitaMenu(m_editor, m_editor.state.IndexAttivo);
 }
 
+void ModeCommands::showModeAfterError() {
+    // A right database that is still open needs its pane.
+    setMode(m_editor.DtbAperto(1));
+    showMode();
+}
+
 void ModeCommands::OneMenu_Click() {
     endEdit(m_editor);
     // The chosen item has toggled its own check mark already; the other one's still tells the mode.
     const bool wasOnePane = !m_editor.controls.action(Command::TwoMenu).isChecked();
     setMode(wasOnePane);
     if (!wasOnePane) {
-        // The question is about the left database and its answer is for the right one.
-        if (rightPaneLoaded(m_editor))
-            closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(0)));
-        m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore); // the grid left alone becomes white
-        m_alignment.MostraTabelleDiverseInLista();
+        try {
+            // The question is about the left database and its answer is for the right one.
+            if (rightPaneLoaded(m_editor))
+                closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(0)));
+            m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore); // the grid left alone becomes white
+            m_alignment.MostraTabelleDiverseInLista();
+        } catch (const std::exception &) {
+            showModeAfterError();
+            throw;
+        }
     }
     showMode();
 }
@@ -85,8 +97,13 @@ void ModeCommands::TwoMenu_Click() {
     const bool wasTwoPanes = !m_editor.controls.action(Command::OneMenu).isChecked();
     setMode(!wasTwoPanes);
     // Unlike the other command this one compares nothing: the left list keeps its marks.
-    if (wasTwoPanes && rightPaneLoaded(m_editor))
-        closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(1)));
+    try {
+        if (wasTwoPanes && rightPaneLoaded(m_editor))
+            closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(1)));
+    } catch (const std::exception &) {
+        showModeAfterError();
+        throw;
+    }
     showMode();
 }
 

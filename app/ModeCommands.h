@@ -36,6 +36,7 @@ private:
     void selectInBothLists(int line, int top);
     /// The end of both mode commands: menus, layout, colours.
     void showMode();
+    void showModeAfterError();
 
     EditorContext &m_editor;
     TableListAlignment &m_alignment;

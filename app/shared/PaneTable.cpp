@@ -52,7 +52,8 @@ bool gridsShowSameTable(EditorContext &editor) {
 
 void endEdit(EditorContext &editor) {
     for (const PaneControls &pane : editor.controls.pane) {
-        if (pane.txtEdit->hasFocus())
+        // Also while another window is active: a hidden control would get the keys when this one is again.
+        if (pane.txtEdit->window()->focusWidget() == pane.txtEdit)
             pane.Tabella->setFocus(Qt::OtherFocusReason);
         pane.txtEdit->hide();
         pane.Tabella->setUserResizing(true);

@@ -64,6 +64,10 @@ MonkeyFiles::MonkeyFiles() {
     makeDatabase(original(locked), {pumps(4, 1), small(u"Secret"_s, 2)}, password);
     makeDatabase(original(large), {pumps(300, 4), small(u"Valves"_s, 200)});
     QDir(folder()).mkdir(u"sub"_s);
+    restoreAll();
+}
+
+void MonkeyFiles::restoreAll() const {
     for (const QString *name : names)
         restore(*name);
 }

@@ -32,6 +32,7 @@ public:
 
     /// Another program replaces, damages, removes or restores one of the files. Gives what it did.
     QString disturb(Numbers &numbers);
+    void restoreAll() const;
 
 private:
     void restore(const QString &name) const;

@@ -27,7 +27,8 @@ namespace {
 
 constexpr std::chrono::seconds longestDeafness(1);
 constexpr std::chrono::seconds longestWait(60);
-constexpr int mostWaits = 10'000; // turns of the event loop
+constexpr std::size_t stepsPerWindow = 250; // after so many there is little left to work on
+constexpr int mostWaits = 10'000;           // turns of the event loop
 
 const QStringList &clipboardTexts() {
     static const QStringList texts{u"1\t2\t3\n4\t5\t6\n"_s,
@@ -95,25 +96,26 @@ void Monkey::openWindow() {
     m_watchdog.beat();
     Numbers numbers(finished() ? 0 : m_steps[m_next]);
     const QString file = numbers.oneIn(4) ? QString() : m_files.path(MonkeyFiles::left);
-    const bool two = numbers.oneIn(2);
+    const bool two = !numbers.oneIn(4);
     m_log.write(u"      starts with '%1'%2"_s.arg(file.section(u'/', -1), two ? u" and two panes"_s : QString()));
     // From the event loop, as the program does: what the start asks runs a loop of its own.
     QMetaObject::invokeMethod(
-        m_window.get(),
-        [this, window = m_window.get(), file, two] {
-            runCommand([&] { window->Form_Load(file); });
-            if (two)
-                openRight(*window);
-        },
+        m_window.get(), [window = m_window.get(), file] { runCommand([&] { window->Form_Load(file); }); },
         Qt::QueuedConnection);
+    m_prologue.clear();
+    if (two)
+        prepareTwoPanes();
 }
 
-void Monkey::openRight(DtbEditor &window) {
-    EditorControls &controls = window.context().controls;
-    controls.action(Command::TwoMenu).trigger();
-    QTest::mouseClick(controls.pane[1].IDtb, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
-    m_expectedFile = m_files.path(MonkeyFiles::right);
-    controls.action(Command::OpenDatabase).trigger();
+void Monkey::prepareTwoPanes() {
+    const EditorControls &controls = m_window->context().controls;
+    m_prologue.push_back([&controls] { controls.action(Command::TwoMenu).trigger(); });
+    m_prologue.push_back(
+        [&controls] { QTest::mouseClick(controls.pane[1].IDtb, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5)); });
+    m_prologue.push_back([this, &controls] {
+        m_expectedFile = m_files.path(MonkeyFiles::right);
+        controls.action(Command::OpenDatabase).trigger();
+    });
 }
 
 void Monkey::timerEvent(QTimerEvent *event) {
@@ -150,6 +152,19 @@ void Monkey::timerEvent(QTimerEvent *event) {
     }
     // First, so that the loops of what the step opens go on with the next one.
     goOn();
+    if (!m_prologue.empty() && idle()) {
+        const std::function<void()> act = std::move(m_prologue.front());
+        m_prologue.pop_front();
+        act();
+        return;
+    }
+    if (m_next >= m_nextStart && idle()) {
+        m_nextStart = m_next + stepsPerWindow;
+        m_files.restoreAll();
+        m_log.write(u"      starts over"_s);
+        m_window->close();
+        return;
+    }
     const Step step = m_steps[m_next++];
     m_log.write(u"%1 %2"_s.arg(m_next).arg(step, 16, 16, QLatin1Char('0')));
     perform(step);
@@ -275,6 +290,11 @@ void Monkey::chooseFromMenus(Numbers &numbers) {
     if (enabled.isEmpty())
         return;
     QAction *action = numbers.oneOf(enabled);
+    // What leaves less to work on is chosen less often.
+    static const QStringList rare{u"OneMenu"_s,         u"CloseDatabaseMenu"_s, u"RemoveTableMenu"_s,
+                                  u"RemoveFieldMenu"_s, u"AboutMenu"_s,         u"HelpKeysMenu"_s};
+    if (rare.contains(action->objectName()) && !numbers.oneIn(5))
+        action = numbers.oneOf(enabled);
     m_log.write(u"      chooses %1"_s.arg(action->objectName()));
     action->trigger();
 }

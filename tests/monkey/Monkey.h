@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QObject>
 
+#include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -50,8 +52,7 @@ private:
     /// The next step comes from the event loop, a nested one too.
     void goOn();
     void openWindow();
-    /// Two panes, the right database in the second, as far as the file dialog.
-    void openRight(DtbEditor &window);
+    void prepareTwoPanes();
     void perform(Step step);
     void performInWindow(Numbers &numbers);
     void disturb(Numbers &numbers);
@@ -66,7 +67,9 @@ private:
 
     const std::vector<Step> m_steps;
     std::size_t m_next = 0;
-    QString m_expectedFile; // that the file dialog to come is for
+    std::deque<std::function<void()>> m_prologue; // before a new window is the monkey's
+    QString m_expectedFile;                       // that the file dialog to come is for
+    std::size_t m_nextStart = 250;
     bool m_destroying = false;
     int m_waits = 0;
     int m_looks = 0;

@@ -298,6 +298,26 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void anEditThatEndsWhileAnotherWindowIsActiveLeavesNoKeysToItsEditor() {
+        EditorFixture fixture;
+        openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
+        beginEdit(fixture, 1, 2, 2);
+        const QString text = editorOf(fixture, 1).text();
+        {
+            QWidget other;
+            other.show();
+            other.activateWindow();
+            QTRY_VERIFY(!editorOf(fixture, 1).hasFocus());
+            fixture.choose(Command::OneMenu);
+        }
+        QVERIFY(fixture.window().focusWidget() != &editorOf(fixture, 1));
+        fixture.window().activateWindow();
+        QTest::keyClick(fixture.window().windowHandle(), '7');
+        QCOMPARE(editorOf(fixture, 1).text(), text);
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void switchingToOnePaneEndsAnEdit() {
         EditorFixture fixture;
         openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});

@@ -290,6 +290,53 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aSwitchToOnePaneThatCannotDiscardChangesLeavesBothPanes_data() {
+        QTest::addColumn<int>("command");
+        QTest::addColumn<int>("asked");
+        QTest::newRow("by the item for one pane") << static_cast<int>(Command::OneMenu) << 0;
+        QTest::newRow("by the item for two panes") << static_cast<int>(Command::TwoMenu) << 1;
+    }
+
+    void aSwitchToOnePaneThatCannotDiscardChangesLeavesBothPanes() {
+        QFETCH(const int, command);
+        QFETCH(const int, asked);
+        const UseFake fake;
+        const QStringList files{makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}),
+                                makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})})};
+        EditorFixture fixture;
+        fixture.openBoth(files[0], files[1]);
+        change(fixture, asked, u"2"_s);
+        fixture.activate(1);
+        fixture.dialogs().expectMessage(saveQuestion(files[asked].toUpper()), title, u"No"_s);
+        fixture.dialogs().expectMessage(u"broken"_s, title, u"OK"_s);
+        fake->failOn(u"DtbHasChanged"_s, u"broken"_s, 2); // it is read, then set
+        fixture.choose(static_cast<Command>(command));
+        fake->stopFailing();
+        QVERIFY(!onePane(fixture));
+        QVERIFY(fixture.editor().DtbAperto(1));
+        QVERIFY(fixture.editor().IDtb(1).isVisible());
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QIR_VERIFY_OK(fixture);
+        fixture.editor().OggettoDtb(asked).setDtbHasChanged(false);
+    }
+
+    void aSwitchToOnePaneThatFailsAfterTheRightDatabaseWasClosedShowsOnePane() {
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.openBoth(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}),
+                         makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        fixture.activate(1);
+        fake->failOn(u"QIRTablesCount"_s, u"broken"_s);
+        fixture.dialogs().expectMessage(u"broken"_s, title, u"OK"_s);
+        fixture.choose(Command::OneMenu);
+        fake->stopFailing();
+        QVERIFY(onePane(fixture));
+        QVERIFY(!fixture.editor().DtbAperto(1));
+        QVERIFY(!fixture.editor().IDtb(1).isVisible());
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
 private:
     /// Two databases that hold the same one table, value 1.
     void openBothOfOneTable(EditorFixture &fixture) {
