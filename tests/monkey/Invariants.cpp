@@ -71,7 +71,12 @@ QString closedPaneProblem(EditorContext &editor, int pane) {
 /// The invariant of lists, grids and components, as far as the window tells.
 QString openPaneProblem(EditorContext &editor, int pane) {
     const Grid &grid = editor.Tabella(pane);
-    const bool loaded = realTableSelected(editor, pane) && !editor.LoadFailed(pane);
+    if (editor.LoadFailed(pane)) {
+        // What was filled before the error stays, under its own line only.
+        const bool own = editor.TabellaMostrata(pane) == selectedTableName(editor, pane);
+        return grid.Visible() && !own ? u"a table shows under the line of one that was not loaded"_s : QString();
+    }
+    const bool loaded = realTableSelected(editor, pane);
     if (grid.Visible() != (loaded && grid.Rows() > 1))
         return u"the grid has Visible %1 with %2 rows, %3"_s.arg(grid.Visible())
             .arg(grid.Rows())
@@ -119,6 +124,8 @@ bool holds(FieldType type, const QString &value, const QString &cell) {
 QString cellsProblem(EditorContext &editor, int pane) {
     if (!editor.DtbAperto(pane) || !realTableSelected(editor, pane) || editor.LoadFailed(pane))
         return {};
+    if (editor.TextsUnstored(pane))
+        return {}; // a write was refused; the cell keeps what was typed
     makeShownTableCurrent(editor, pane);
     const Grid &grid = editor.Tabella(pane);
     const QirDatabase &database = editor.OggettoDtb(pane);
