@@ -105,6 +105,8 @@ QString EditorSession::run(const Step &step) {
     m_taken = true;
     note(step.text());
     take(step);
+    if (!m_taken)
+        openWhatIsMissing(step);
     m_takenCount += m_taken ? 1 : 0;
     if (!m_taken)
         return {}; // nothing was done
@@ -113,6 +115,19 @@ QString EditorSession::run(const Step &step) {
     if (wrong.isEmpty() && m_filesTouched)
         wrong = filesDisagreement();
     return wrong;
+}
+
+/// Where a step finds nothing to do, a person goes to two panes and opens a file in the one that has none.
+void EditorSession::openWhatIsMissing(const Step &step) {
+    if (m_model.bothOpen())
+        return;
+    m_taken = true;
+    if (!m_model.two)
+        return toggleMode(Command::TwoMenu, true);
+    const int pane = m_model.pane(0).open ? 1 : 0;
+    m_fixture->activate(pane);
+    m_model.active = pane;
+    open(within(step.picks[0], fileCount), false);
 }
 
 /// The lists as the window shows them, the selected line in brackets.

@@ -34,6 +34,7 @@ private:
     QString filesDisagreement() const;
 
     void take(const Step &step);
+    void openWhatIsMissing(const Step &step);
     void takeFileStep(const Step &step);
     void takeTableStep(const Step &step);
     void takeFieldStep(const Step &step);
@@ -45,7 +46,8 @@ private:
     void addTable(const QString &answer);
     void renameTable(const QString &answer, Command command);
     void removeTable(bool yes, Command command);
-    bool pressTableLine(int line);
+    bool canClone(int line) const;
+    void pressTableLine(int line);
     void cloneTable(int line, bool clone);
 
     void pressHeader(int pane, int column);
@@ -55,12 +57,13 @@ private:
     void removeField(bool yes, Command command);
     void resizeField(const QString &answer, Command command);
 
+    GridSelection blockOf(int pane, const Step &step) const;
     void addRecord();
     void removeRecord(unsigned rowPick, unsigned columnPick, bool byPopup);
     void pressCell(int pane, int row, int column);
     QStringList cloneEntries(int pane, const QString &f);
-    void cloneSize(int pane, Command command, unsigned answer);
-    void cloneArea(int pane, Command command);
+    void cloneSize(int pane, bool byHeader, int column, unsigned answer);
+    void cloneArea(int pane, const GridSelection &block, bool byHeader);
 
     void editCell(int pane, int row, int column, const QString &text, bool stay);
     void leaveEditor(int pane, int row, int column);

@@ -48,17 +48,25 @@ void EditorSession::takeRecordStep(const Step &step) {
     const int pane = visibleGrid(picks[0]);
     if (pane < 0)
         return skip();
-    const PlainTable &table = *m_model.pane(pane).selectedTable();
-    const int column = 1 + within(picks[2], table.fieldCount());
-    const bool byHeader = picks[3] % 2 == 0;
-    if (byHeader)
-        pressHeader(pane, column);
-    else
-        pressCell(pane, 1 + within(picks[1], table.recordCount()), column);
+    const bool byHeader = picks[5] % 3 == 0;
     if (step.kind == Step::CloneSize)
-        cloneSize(pane, byHeader ? Command::CloneTableSizeFPOP : Command::CloneTableSizePOP, picks[4]);
+        cloneSize(pane, byHeader, 1 + static_cast<int>(picks[2]), picks[4]);
     else
-        cloneArea(pane, byHeader ? Command::CloneSelectedAreaFPOP : Command::CloneSelectedAreaPOP);
+        cloneArea(pane, blockOf(pane, step), byHeader);
+}
+
+/// A block of the table that a pane shows; where both panes show it, mostly of what it has in both.
+GridSelection EditorSession::blockOf(int pane, const Step &step) const {
+    const auto &picks = step.picks;
+    const PlainTable &table = *m_model.pane(pane).selectedTable();
+    int rows = table.recordCount();
+    int columns = table.fieldCount();
+    if (m_model.sameTableShown() && picks[0] % 4 != 0) {
+        rows = std::min(rows, m_model.pane(1 - pane).selectedTable()->recordCount());
+        columns = std::min(columns, m_model.pane(1 - pane).selectedTable()->fieldCount());
+    }
+    return {1 + within(picks[1], rows), 1 + within(picks[2], columns), 1 + within(picks[3], rows),
+            1 + within(picks[4], columns)};
 }
 
 void EditorSession::addRecord() {
@@ -108,7 +116,17 @@ QStringList EditorSession::cloneEntries(int pane, const QString &f) {
     return entries;
 }
 
-void EditorSession::cloneSize(int pane, Command command, unsigned answer) {
+void EditorSession::cloneSize(int pane, bool byHeader, int column, unsigned answer) {
+    // Mostly from the pane that has more records.
+    if (m_model.sameTableShown() && answer % 8 != 0 &&
+        m_model.pane(pane).selectedTable()->recordCount() < m_model.pane(1 - pane).selectedTable()->recordCount())
+        pane = 1 - pane;
+    column = 1 + column % m_model.pane(pane).selectedTable()->fieldCount();
+    if (byHeader)
+        pressHeader(pane, column);
+    else
+        pressCell(pane, 1, column);
+    const Command command = byHeader ? Command::CloneTableSizeFPOP : Command::CloneTableSizePOP;
     if (!m_fixture->action(command).isVisible())
         return closePopup();
     const QString button = oneOf({u"Yes"_s, u"No"_s, u"Yes"_s, u"Cancel"_s}, answer);
@@ -119,17 +137,23 @@ void EditorSession::cloneSize(int pane, Command command, unsigned answer) {
         m_model.cloneSize(pane, button == u"Yes"_s);
 }
 
-void EditorSession::cloneArea(int pane, Command command) {
+void EditorSession::cloneArea(int pane, const GridSelection &block, bool byHeader) {
+    selectCells(pane, block);
+    if (byHeader)
+        pressHeader(pane, block.column); // the current column's, so that the block stays
+    else
+        pressCell(pane, block.row, block.column);
+    const Command command = byHeader ? Command::CloneSelectedAreaFPOP : Command::CloneSelectedAreaPOP;
     if (!m_fixture->action(command).isVisible())
         return closePopup();
-    const GridRange block = m_fixture->grid(pane).selection().range();
-    note(u"  (%1, %2) to (%3, %4) from pane %5"_s.arg(block.firstRow)
-             .arg(block.firstColumn)
-             .arg(block.lastRow)
-             .arg(block.lastColumn)
+    const GridRange range = m_fixture->grid(pane).selection().range();
+    note(u"  (%1, %2) to (%3, %4) from pane %5"_s.arg(range.firstRow)
+             .arg(range.firstColumn)
+             .arg(range.lastRow)
+             .arg(range.lastColumn)
              .arg(pane));
     trigger(command);
-    m_model.cloneArea(pane, block.firstRow, block.firstColumn, block.lastRow, block.lastColumn);
+    m_model.cloneArea(pane, range.firstRow, range.firstColumn, range.lastRow, range.lastColumn);
 }
 
 // Cells
@@ -139,9 +163,7 @@ void EditorSession::takeCellStep(const Step &step) {
     const int pane = visibleGrid(picks[0]);
     if (pane < 0)
         return skip();
-    const PlainTable &table = *m_model.pane(pane).selectedTable();
-    const GridSelection block{1 + within(picks[1], table.recordCount()), 1 + within(picks[2], table.fieldCount()),
-                              1 + within(picks[3], table.recordCount()), 1 + within(picks[4], table.fieldCount())};
+    const GridSelection block = blockOf(pane, step);
     const QString place = u"(%1, %2) to (%3, %4) of pane %5"_s.arg(block.row)
                               .arg(block.column)
                               .arg(block.rowEnd)

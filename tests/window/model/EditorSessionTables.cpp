@@ -139,30 +139,34 @@ void EditorSession::removeTable(bool yes, Command command) {
         m_model.removeTable();
 }
 
-/// The right button on a line of the active pane's list. Gives whether the line's table can be copied; the pop-up stays
-/// open.
-bool EditorSession::pressTableLine(int line) {
+/// Exactly one of the two lines at a place stands for a table of that name.
+bool EditorSession::canClone(int line) const {
+    const ModelPane &it = m_model.pane(m_model.active);
+    const ModelPane &other = m_model.pane(1 - m_model.active);
+    return other.open && line < other.lineCount() && nameKey(it.line(line).text) == nameKey(other.line(line).text) &&
+           (it.line(line).number >= 1) != (other.line(line).number >= 1);
+}
+
+/// The right button on a line of the active pane's list; the pop-up stays open.
+void EditorSession::pressTableLine(int line) {
     const int pane = m_model.active;
     pressRight(*m_fixture, pane, line);
     m_model.select(pane, line);
-    const ModelPane &it = m_model.pane(pane);
-    const ModelPane &other = m_model.pane(1 - pane);
-    const bool table = it.line(line).number >= 1;
-    const bool paired =
-        other.open && line < other.lineCount() && nameKey(it.line(line).text) == nameKey(other.line(line).text);
-    const bool offered = paired && table != (other.line(line).number >= 1);
     QStringList expected;
-    if (offered)
+    if (canClone(line))
         expected.append(u"ClonePOP"_s);
-    if (table)
+    if (m_model.pane(pane).line(line).number >= 1)
         expected += {u"RenameTablePOP"_s, u"RemoveTablePOP"_s};
     expectEntries(*m_fixture->editor().controls.popmenuCopyToOther, expected);
-    return offered;
 }
 
 void EditorSession::cloneTable(int line, bool clone) {
     const int pane = m_model.active;
-    if (!pressTableLine(line) || !clone)
+    const int count = m_model.pane(pane).lineCount();
+    for (int further = 0; clone && further < count && !canClone(line); ++further)
+        line = (line + 1) % count;
+    pressTableLine(line);
+    if (!clone || !canClone(line))
         return closePopup();
     const int source = m_model.pane(pane).line(line).number >= 1 ? pane : 1 - pane;
     note(u"  line %1 from pane %2"_s.arg(line).arg(source));
