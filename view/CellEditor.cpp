@@ -37,8 +37,9 @@ void CellEditor::IniziaEdit(int Index) {
         Interrompiedit(Index);
         return;
     }
-    if (grid.Row() < 1 || grid.ColData(grid.Col()) < 1)
-        return;        // no record, or the empty column of a table without fields
+    // No table shown, no record, or the empty column of a table without fields.
+    if (!grid.Visible() || grid.Row() < 1 || grid.ColData(grid.Col()) < 1)
+        return;
     endEdit(m_editor); // of this pane or of the other one
     m_editor.state.RigaEdit = grid.Row();
     m_editor.state.ColonnaEdit = grid.Col();

@@ -155,6 +155,18 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aHiddenGridIsNotEditedByAKeyThatReachesIt() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 1, 2);
+        fixture.dialogs().expectMessage(u"Remove Table 'Pumps' ?"_s, u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        QVERIFY(!fixture.grid(0).Visible());
+        QTest::keyClick(&fixture.grid(0), Qt::Key_Return); // a hidden control may keep an inactive window's focus
+        QVERIFY(!editing(fixture, 0));
+        QCOMPARE(fixture.state().RigaEdit, -1);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void enterOnTheNumberBlockDoesTheSame() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
