@@ -158,7 +158,7 @@ private Q_SLOTS:
     void aHiddenGridIsNotEditedByAKeyThatReachesIt() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
-        fixture.dialogs().expectMessage(u"Remove Table 'Pumps' ?"_s, u"?"_s, u"Yes"_s);
+        fixture.dialogs().expectMessage(u"Do you want to remove table: 'Pumps' ?"_s, u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
         QVERIFY(!fixture.grid(0).Visible());
         QTest::keyClick(&fixture.grid(0), Qt::Key_Return); // a hidden control may keep an inactive window's focus
