@@ -2,6 +2,7 @@
 
 #include "app/shared/PaneTable.h"
 #include "app/shared/utility.h"
+#include "base/Collation.h"
 #include "platform/controls/Grid.h"
 #include "platform/controls/ListBox.h"
 #include "platform/loop/MessageLoop.h"
@@ -31,6 +32,8 @@ void DifferingTables::IndividuaTabelleDiverse(const QStringList &elencoUnico) {
     const QirDatabase &right = m_editor.OggettoDtb(1);
     const ListBox &list = m_editor.ListaTabelle(0);
     const ListBox &otherList = m_editor.ListaTabelle(1);
+    m_equalTables.clear();
+    m_equalAt = revisions();
     YieldTimer timer;
     for (int i = 0; i < list.ListCount(); ++i) {
         const QString name = TogliMarcatori(list.List(i).trimmed());
@@ -41,19 +44,36 @@ void DifferingTables::IndividuaTabelleDiverse(const QStringList &elencoUnico) {
             continue;
         makeTableCurrent(m_editor, 0, name);
         makeTableCurrent(m_editor, 1, name);
-        SettaTabelleUgualiDiverse(currentTablesDiffer(left, right, [&](int) { timer.yieldIfDue(); }), i);
+        const bool different = currentTablesDiffer(left, right, [&](int) { timer.yieldIfDue(); });
+        if (!different)
+            m_equalTables.insert(collationKey(name));
+        SettaTabelleUgualiDiverse(different, i);
     }
+}
+
+std::array<std::uint64_t, 2> DifferingTables::revisions() const {
+    return {m_editor.OggettoDtb(0).revision(), m_editor.OggettoDtb(1).revision()};
+}
+
+bool DifferingTables::currentTablesKnownEqual() const {
+    const QString &left = m_editor.TabellaCorrente(0);
+    return m_equalAt == revisions() && collationKey(left) == collationKey(m_editor.TabellaCorrente(1)) &&
+           m_equalTables.contains(collationKey(left));
 }
 
 void DifferingTables::TabelleDiverseBool(int R, int F, BitMatrix &matrix, const ComparisonStep &step) {
     if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1))
         return;
     YieldTimer timer;
-    compareCurrentTables(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1), R, F, matrix, [&](int record) {
+    const ComparisonStep stepAndYield = [&](int record) {
         if (step)
             step(record);
         timer.yieldIfDue();
-    });
+    };
+    if (currentTablesKnownEqual())
+        markEqualTables(R, F, matrix, stepAndYield);
+    else
+        compareCurrentTables(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1), R, F, matrix, stepAndYield);
 }
 
 void DifferingTables::SettaTabelleUgualiDiverse(bool different, int index) {

@@ -3,7 +3,11 @@
 #include "app/shared/EditorContext.h"
 #include "compare/engine/TableComparison.h"
 
+#include <QSet>
 #include <QStringList>
+
+#include <array>
+#include <cstdint>
 
 namespace qir {
 
@@ -19,7 +23,7 @@ public:
     void IndividuaTabelleDiverse(const QStringList &elencoUnico);
     /// Compares the current tables of both databases value by value over records 1..R and fields 1..F that both have,
     /// and sets `matrix` (record, field) where they differ. Elements beyond both R and F are set. Calls `step`
-    /// after each record. Yields.
+    /// after each record. Yields. Two tables that were found equal, and not written to since, are not read again.
     void TabelleDiverseBool(int R, int F, BitMatrix &matrix, const ComparisonStep &step = {});
     /// Gives line `index` of both lists the marker " !", or takes it away. Does nothing for an index below 0 or when
     /// the lists differ in length.
@@ -31,7 +35,13 @@ public:
     void SetEqualColor(int pane, int row, int column);
 
 private:
+    std::array<std::uint64_t, 2> revisions() const;
+    bool currentTablesKnownEqual() const;
+
     EditorContext &m_editor;
+    /// Keys of the tables that are equal in both databases, as long as neither has another revision than then.
+    QSet<QString> m_equalTables;
+    std::array<std::uint64_t, 2> m_equalAt{};
 };
 
 } // namespace qir

@@ -66,6 +66,7 @@ bool QirDatabase::relayNotices(const QObject &receiver, const QMetaMethod &membe
 }
 
 bool QirDatabase::LoadDtb(const QString &fileName, const QString &password) const {
+    changed();
     return loadDtb(m_object, fileName, password);
 }
 
@@ -106,14 +107,17 @@ bool QirDatabase::ExistTable(const QString &name) const {
 }
 
 void QirDatabase::AddTable(const QString &name) const {
+    changed();
     addTable(m_object, name);
 }
 
 void QirDatabase::RenameTable(int table, const QString &name) const {
+    changed();
     renameTable(m_object, table, name);
 }
 
 void QirDatabase::RemoveTable(int table) const {
+    changed();
     removeTable(m_object, table);
 }
 
@@ -138,22 +142,27 @@ QVariant QirDatabase::QIRTableFieldSize(int field) const {
 }
 
 void QirDatabase::AddField(const QString &name, int type) const {
+    changed();
     addField(m_object, name, type);
 }
 
 void QirDatabase::AddField(const QString &name, int type, double size) const {
+    changed();
     addSizedField(m_object, name, type, size);
 }
 
 void QirDatabase::RenameField(int field, const QString &name) const {
+    changed();
     renameField(m_object, field, name);
 }
 
 void QirDatabase::RemoveField(int field) const {
+    changed();
     removeField(m_object, field);
 }
 
 void QirDatabase::ResizeField(int field, double size) const {
+    changed();
     resizeField(m_object, field, size);
 }
 
@@ -162,10 +171,12 @@ int QirDatabase::QirTableRecordsCount() const {
 }
 
 void QirDatabase::AddRecord() const {
+    changed();
     addRecord(m_object);
 }
 
 void QirDatabase::RemoveRecord(int record) const {
+    changed();
     removeRecord(m_object, record);
 }
 
@@ -186,6 +197,7 @@ void QirDatabase::readQIRTableRecordSetByIndex(int field, QVariant &value) const
 }
 
 void QirDatabase::setQIRTableRecordSetByIndex(int field, const QVariant &value) const {
+    changed();
     writeField(m_object, field, value);
 }
 
@@ -209,6 +221,7 @@ void QirDatabase::EndChanges() const {
 }
 
 void QirDatabase::CancelChanges() const {
+    changed();
     if (cancelChanges.isIn(m_object))
         cancelChanges(m_object);
     else

@@ -8,6 +8,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <cstdint>
 #include <utility>
 
 namespace qir {
@@ -31,9 +32,15 @@ public:
 
     bool isEmpty() const { return m_object.isEmpty(); }
     /// Destroys the instance, if there is one; throws nothing.
-    void release() { m_object.release(); }
+    void release() {
+        changed();
+        m_object.release();
+    }
     /// The instance itself; null when empty.
     QObject *object() const { return m_object.object(); }
+    /// Another number after every call here that may have changed a table, its fields or its records, and never one
+    /// that another instance has had: what was found out about the tables holds while it stays.
+    std::uint64_t revision() const { return m_revision; }
     /// Connects the instance's Notice(QString) signal to a slot or signal of `receiver` that takes a QString. False,
     /// with nothing done, when the component has no such signal: it may lack it.
     bool relayNotices(const QObject &receiver, const QMetaMethod &member) const;
@@ -83,15 +90,20 @@ public:
     void EndChanges() const;
     void CancelChanges() const;
     QString LastError() const;
-    /// For callers without a user to tell, before LoadDtb(): the unsaved changes of a session that died stay for the next
-    /// editor.
+    /// For callers without a user to tell, before LoadDtb(): the unsaved changes of a session that died stay for the
+    /// next editor.
     void setLeaveJournal(bool leave) const;
 
 private:
     explicit QirDatabase(AutomationObject object)
         : m_object(std::move(object)) {}
 
+    void changed() const { m_revision = ++lastRevision; }
+
+    static inline std::uint64_t lastRevision = 0;
+
     AutomationObject m_object;
+    mutable std::uint64_t m_revision = ++lastRevision;
 };
 
 /// A group of changes of one component, around a command that writes more than one cell: BeginChanges() when made,

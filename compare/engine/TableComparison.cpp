@@ -111,6 +111,19 @@ void compareCurrentTables(const QirDatabase &left, const QirDatabase &right, int
     setBlock(matrix, atLeastZero(records) + 1, atLeastZero(fields) + 1);
 }
 
+void markEqualTables(int records, int fields, BitMatrix &matrix, const ComparisonStep &step) {
+    const int lastRecord = std::min(records, static_cast<int>(matrix.rows()) - 1);
+    const int lastField = std::min(fields, static_cast<int>(matrix.columns()) - 1);
+    const bool marked = matrix.count() > 0;
+    for (int record = 1; record <= lastRecord; ++record) {
+        for (int field = 1; marked && field <= lastField; ++field)
+            matrix.set(static_cast<std::size_t>(record), static_cast<std::size_t>(field), false);
+        if (step)
+            step(record);
+    }
+    setBlock(matrix, atLeastZero(records) + 1, atLeastZero(fields) + 1);
+}
+
 void markOneSided(BitMatrix &matrix, int commonRecords, int commonFields) {
     setBlock(matrix, atLeastZero(commonRecords) + 1, 1);
     setBlock(matrix, 1, atLeastZero(commonFields) + 1);

@@ -40,6 +40,9 @@ bool currentTablesDiffer(const QirDatabase &left, const QirDatabase &right, cons
 void compareCurrentTables(const QirDatabase &left, const QirDatabase &right, int records, int fields, BitMatrix &matrix,
                           const ComparisonStep &step = {});
 
+/// The same for two tables that are known to be equal; reads neither.
+void markEqualTables(int records, int fields, BitMatrix &matrix, const ComparisonStep &step = {});
+
 /// Sets every element of `matrix` that only one table has: from row 1 on those beyond the common records, from column
 /// 1 on those beyond the common fields.
 void markOneSided(BitMatrix &matrix, int commonRecords, int commonFields);

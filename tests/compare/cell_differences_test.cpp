@@ -242,7 +242,7 @@ TEST_F(CellDifferencesTest, TouchesNoCellWhenNothingChanged) {
 }
 
 TEST_F(CellDifferencesTest, HidesBothGridsWhileItComparesAndShowsTheBarBelowTheLists) {
-    show(numbered(3), numbered(3));
+    show(numbered(3), with(numbered(3), 3, 1, 9.0));
     QList<int> values;
     QObject::connect(&bar(), &QProgressBar::valueChanged, [&](int value) { values.append(value); });
     bool looked = false;
@@ -299,7 +299,7 @@ TEST_F(CellDifferencesTest, ShowsAnEmptyBarForNoRecords) {
 }
 
 TEST_F(CellDifferencesTest, ShowsGridsAndHidesTheBarAgainAfterAnError) {
-    show(numbered(3), numbered(3));
+    show(numbered(3), with(numbered(3), 3, 1, 9.0));
     panes.grid(1).setSelection({2, 1, 3, 2});
     fake->failOn(u"QIRTableRecordSetByIndex"_s, u"broken"_s, 4);
     EXPECT_THROW(run(), std::exception);

@@ -149,6 +149,28 @@ TEST_F(DifferingTablesTest, SetTheBlockBeyondBothBounds) {
     EXPECT_EQ(test::setElements(matrix), (std::set<std::pair<int, int>>{{2, 2}, {3, 2}}));
 }
 
+TEST_F(DifferingTablesTest, AreNotReadAgainWhereTheyWereJustFoundEqual) {
+    panes.openBoth({{"a", {true}, {{"x"}}}}, {{"A", {true}, {{"x"}}}});
+    const int reads = fake->calls(u"QIRTableRecordSetByIndex"_s);
+    BitMatrix matrix(2, 2);
+    matrix.set(1, 1, true);
+    int steps = 0;
+    panes.tables().TabelleDiverseBool(1, 1, matrix, [&](int record) { steps += record; });
+    EXPECT_EQ(matrix.count(), 0U);
+    EXPECT_EQ(steps, 1);
+    EXPECT_EQ(fake->calls(u"QIRTableRecordSetByIndex"_s), reads);
+}
+
+TEST_F(DifferingTablesTest, AreReadAgainAfterAnyWrite) {
+    panes.openBoth({{"a", {true}, {{"x"}}}}, {{"a", {true}, {{"x"}}}});
+    const QirDatabase &right = panes.editor().OggettoDtb(1);
+    right.setQIRTableRecordsPointerOut(1);
+    right.setQIRTableRecordSetByIndex(1, u"y"_s);
+    BitMatrix matrix(2, 2);
+    panes.tables().TabelleDiverseBool(1, 1, matrix);
+    EXPECT_EQ(matrix.count(), 1U);
+}
+
 TEST_F(DifferingTablesTest, ColourOneCellByTheMatrix) {
     const PlainDatabase tables{{"a", {true, true}, {{"x", "y"}, {"x", "y"}}}};
     panes.openBoth(tables, tables);

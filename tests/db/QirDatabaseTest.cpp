@@ -8,6 +8,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <set>
+#include <vector>
+
 using namespace Qt::StringLiterals;
 using testing::AllOf;
 using testing::HasSubstr;
@@ -172,6 +176,38 @@ TEST_F(GatewayTest, WhatTheComponentThrowsPassesThrough) {
     EXPECT_THAT([&] { database.SaveDtb(); }, testing::ThrowsMessage<std::runtime_error>("the disk is full \u2620"));
     fake->stopFailing();
     EXPECT_NO_THROW(database.SaveDtb());
+}
+
+TEST_F(GatewayTest, TheRevisionIsAnotherOneAfterWhateverMayHaveChangedTheTables) {
+    const std::vector<std::function<void()>> changes{
+        [&] { database.AddTable(u"T"_s); },
+        [&] { database.QIRTableRecordSource(u"T"_s), database.AddField(u"F"_s, 4); },
+        [&] { database.AddField(u"G"_s, 10, 5); },
+        [&] { database.ResizeField(3, 3); },
+        [&] { database.RenameField(3, u"H"_s); },
+        [&] { database.RemoveField(3); },
+        [&] { database.AddRecord(); },
+        [&] { database.RemoveRecord(1); },
+        [&] { database.setQIRTableRecordsPointerOut(1), database.setQIRTableRecordSetByIndex(2, 7.0); },
+        [&] { database.BeginChanges(), database.CancelChanges(); },
+        [&] { database.RenameTable(database.QIRTablesCount(), u"U"_s); },
+        [&] { database.RemoveTable(database.QIRTablesCount()); },
+        [&] { database = QirDatabase::create(); },
+        [&] { database.release(); }};
+    std::set<std::uint64_t> seen{database.revision()};
+    for (const std::function<void()> &change : changes) {
+        change();
+        EXPECT_TRUE(seen.insert(database.revision()).second) << "after change " << seen.size();
+    }
+}
+
+TEST_F(GatewayTest, TheRevisionStaysWhileTablesAreOnlyRead) {
+    const std::uint64_t before = database.revision();
+    (void)database.QIRTablesCount();
+    (void)database.ExistTable(u"T"_s);
+    database.BeginChanges();
+    database.EndChanges();
+    EXPECT_EQ(database.revision(), before);
 }
 
 TEST_F(GatewayTest, ReleaseDestroysTheInstanceThereAndThen) {
