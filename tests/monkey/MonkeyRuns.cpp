@@ -121,7 +121,7 @@ void MonkeyRuns::report(std::uint64_t seed, const std::vector<Step> &steps, cons
         played.resize(std::min<std::size_t>(played.size(), line->section(u' ', 0, 0).toULongLong()));
         break;
     }
-    const std::vector<Step> fewest = shortened<Step>(
+    const std::vector<Step> fewest = shortenedSteps<Step>(
         played,
         [&](const std::vector<Step> &fewer) {
             Outcome now = runOnce(fewer);

@@ -1,9 +1,11 @@
 #include "tests/window/model/Steps.h"
 
+#include "tests/support/Shortening.h"
+
 #include <QStringList>
 
-#include <algorithm>
 #include <random>
+#include <utility>
 
 namespace qir::test {
 
@@ -119,26 +121,12 @@ Sequence randomSequence(std::uint64_t seed, int count) {
 }
 
 Sequence shortened(Sequence sequence, const std::function<bool(const Sequence &)> &fails, int mostRuns) {
-    int runs = 0;
-    for (std::size_t chunk = (sequence.steps.size() + 1) / 2; chunk >= 1;) {
-        bool shorter = false;
-        // From the end: most often nothing behind the failing step matters.
-        for (std::size_t end = sequence.steps.size(); end > 0 && runs < mostRuns;) {
-            const std::size_t start = end - std::min(chunk, end);
-            Sequence fewer = sequence;
-            fewer.steps.erase(fewer.steps.begin() + static_cast<std::ptrdiff_t>(start),
-                              fewer.steps.begin() + static_cast<std::ptrdiff_t>(end));
-            ++runs;
-            if (fails(fewer)) {
-                sequence = std::move(fewer);
-                shorter = true;
-            }
-            end = start;
-        }
-        if (runs >= mostRuns || (chunk == 1 && !shorter))
-            break;
-        chunk = std::max<std::size_t>(1, chunk / 2);
-    }
+    sequence.steps = shortenedSteps<Step>(
+        std::move(sequence.steps),
+        [&fails, seed = sequence.seed](const std::vector<Step> &steps) {
+            return fails({seed, steps});
+        },
+        mostRuns);
     return sequence;
 }
 
