@@ -12,6 +12,7 @@
 #include "view/TableView.h"
 
 #include <QAction>
+#include <QGroupBox>
 #include <QLabel>
 
 #include <algorithm>
@@ -61,6 +62,12 @@ void ModeCommands::showMode() {
     // The pane that is not shown any more cannot be the active one.
     if (!m_editor.twoPanes() && m_editor.state.IndexAttivo == 1)
         m_editor.state.IndexAttivo = 0;
+    // Nor can it keep the keyboard: also while another window is active, a hidden control would get the keys later.
+    const QWidget *focus = m_editor.controls.window->focusWidget();
+    if (!m_editor.twoPanes() && focus != nullptr && m_editor.IDtb(1).isAncestorOf(focus)) {
+        const PaneControls &left = m_editor.controls.pane[0];
+        (m_editor.DtbAperto(0) ? static_cast<QWidget *>(left.ListaTabelle) : left.hint)->setFocus(Qt::OtherFocusReason);
+    }
     RicalcolaSistemazioneForm(m_editor);
     SettaColoriIndexAttivo(m_editor);
     AbilitaMenu(m_editor, m_editor.state.IndexAttivo);

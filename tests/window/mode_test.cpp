@@ -290,6 +290,22 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void theKeyboardLeavesTheRightPaneWithItAlsoWhileAnotherWindowIsActive() {
+        EditorFixture fixture;
+        fixture.openBoth(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}),
+                         makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        fixture.clickLine(1, 0);
+        QCOMPARE(fixture.window().focusWidget(), &fixture.list(1));
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QTRY_VERIFY(!fixture.list(1).hasFocus());
+        fixture.choose(Command::OneMenu);
+        QVERIFY(!fixture.editor().IDtb(1).isAncestorOf(fixture.window().focusWidget()));
+        QVERIFY(fixture.editor().IDtb(0).isAncestorOf(fixture.window().focusWidget()));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void aSwitchToOnePaneThatCannotDiscardChangesLeavesBothPanes_data() {
         QTest::addColumn<int>("command");
         QTest::addColumn<int>("asked");
