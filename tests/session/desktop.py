@@ -38,7 +38,8 @@ class Desktop:
         self.children = []
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", size + "x24", "-nolisten", "tcp"],
+            # Without -noreset the server would start anew, and turn others away meanwhile, whenever its only client ends.
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[write_end], stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as answer:
@@ -50,7 +51,11 @@ class Desktop:
         self.environment.pop("WAYLAND_DISPLAY", None)
         self.children.append(self.server)
         self.children.append(subprocess.Popen(["openbox"], env=self.environment, stderr=subprocess.DEVNULL))
-        wait_until(lambda: self.output("xdotool", "get_num_desktops"), "the window manager")
+        try:
+            wait_until(lambda: self.output("xdotool", "get_num_desktops"), "the window manager")
+        except Failed:
+            self.end()
+            raise
 
     def output(self, *command):
         result = subprocess.run(command, env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
