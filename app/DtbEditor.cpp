@@ -94,7 +94,14 @@ bool DtbEditor::eventFilter(QObject *watched, QEvent *event) {
         } else if (event->type() == QEvent::FocusIn &&
                    (watched == controls.ListaTabelle || watched == controls.Tabella || watched == controls.txtEdit ||
                     watched == controls.hint)) {
-            takeFocus(pane, static_cast<QFocusEvent *>(event)->reason());
+            const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+            // A press on a list brings the focus first. What goes wrong in making the pane active is told after the
+            // press: a box that opened in it would keep the release, and the click, from the list.
+            if (watched == controls.ListaTabelle && reason == Qt::MouseFocusReason)
+                QMetaObject::invokeMethod(
+                    this, [this, pane, reason] { takeFocus(pane, reason); }, Qt::QueuedConnection);
+            else
+                takeFocus(pane, reason);
         }
     }
     return QMainWindow::eventFilter(watched, event);

@@ -162,6 +162,26 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void anErrorAtAPressOnTheOtherPanesListLosesNoClick() {
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.openBoth(makeFile(u"A.DDB"_s, {pumps(), valves()}), makeFile(u"B.DDB"_s, {pumps(), valves()}));
+        fixture.clickCell(1, 1, 1);
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        fixture.activate(0);
+        fixture.clickCell(1, 1, 1);
+        const ListBox &list = fixture.list(0);
+        const QPoint line =
+            list.viewport()->mapTo(&fixture.window(), list.visualRect(list.model()->index(1, 0)).center());
+        fake->failAtCall(1, u"broken"_s);
+        // As the window system sends it: first the focus, then the press.
+        QTest::mouseClick(fixture.window().windowHandle(), Qt::LeftButton, Qt::NoModifier, line);
+        fake->stopFailing();
+        QTRY_COMPARE(fixture.editor().TabellaMostrata(0), u"Valves"_s);
+        QCOMPARE(fixture.list(0).ListIndex(), 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void removingATableIsOfferedAgainOnceThereIsOne() {
         const UseFake fake;
         EditorFixture fixture(makeFile(u"A.DDB"_s, {}));
