@@ -1,6 +1,7 @@
 #include "tests/monkey/Answers.h"
 
 #include "tests/monkey/Disturbances.h"
+#include "tests/support/Hands.h"
 #include "tests/window/DialogScript.h"
 
 #include <QApplication>
@@ -9,7 +10,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTest>
 
 namespace qir::test {
 
@@ -84,6 +84,7 @@ void Answers::chooseSomeFile(QFileDialog &dialog, Numbers &numbers) const {
 void Answers::choose(QFileDialog &dialog, const QString &path) const {
     m_tell(u"chooses the file "_s + path.mid(m_folder.size() + 1));
     auto *edit = dialog.findChild<QLineEdit *>(u"fileNameEdit"_s);
+    edit->setCompleter(nullptr); // whose list would open over the button
     edit->selectAll();
     edit->insert(path);
     pressButton(dialog, dialog.acceptMode() == QFileDialog::AcceptOpen ? u"Open"_s : u"Save"_s);
@@ -100,7 +101,7 @@ void Answers::fillIn(QWidget &dialog, Numbers &numbers) const {
     edit->selectAll();
     edit->insert(text);
     if (!numbers.oneIn(4))
-        QTest::keyClick(edit, Qt::Key_Return);
+        hands::key(edit, Qt::Key_Return);
 }
 
 void Answers::pressSomeButton(QWidget &dialog, Numbers &numbers) const {
@@ -114,14 +115,14 @@ void Answers::pressSomeButton(QWidget &dialog, Numbers &numbers) const {
     }
     QPushButton *button = numbers.oneOf(buttons);
     m_tell(u"presses '%1' of '%2'"_s.arg(button->text(), dialog.windowTitle()));
-    QTest::mouseClick(button, Qt::LeftButton);
+    hands::click(button, Qt::LeftButton);
 }
 
 void Answers::dismiss(QWidget &dialog) const {
     for (auto *button : dialog.findChildren<QPushButton *>()) {
         const QString caption = button->text().remove(u'&');
         if (caption == u"No" || caption == u"Cancel" || caption == u"OK") {
-            QTest::mouseClick(button, Qt::LeftButton);
+            hands::click(button, Qt::LeftButton);
             return;
         }
     }

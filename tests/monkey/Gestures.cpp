@@ -1,14 +1,13 @@
 #include "tests/monkey/Gestures.h"
 
+#include "tests/support/Hands.h"
+
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QPointer>
-#include <QTest>
 #include <QWheelEvent>
-#include <QWindow>
 
 #include <array>
 #include <vector>
@@ -69,40 +68,6 @@ QString placed(const QString &what, const Place &place) {
 
 QString buttonName(Qt::MouseButton button) {
     return button == Qt::LeftButton ? u"left"_s : button == Qt::RightButton ? u"right"_s : u"middle"_s;
-}
-
-/// A mouse over a window, as the window system tells of it: without an event loop of its own.
-class Mouse {
-public:
-    Mouse(QWidget &window, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
-        : m_window(window.windowHandle())
-        , m_button(button)
-        , m_modifiers(modifiers) {}
-
-    Qt::MouseButton button() const { return m_button; }
-    void press(QPoint point) { send(point, m_button, m_button, QEvent::MouseButtonPress); }
-    void move(QPoint point) { send(point, m_button, Qt::NoButton, QEvent::MouseMove); }
-    void release(QPoint point) { send(point, Qt::NoButton, m_button, QEvent::MouseButtonRelease); }
-
-private:
-    void send(QPoint point, Qt::MouseButtons held, Qt::MouseButton button, QEvent::Type type) {
-        // The first event may have closed the window.
-        if (m_window)
-            qt_handleMouseEvent(m_window, point, m_window->mapToGlobal(point), held, button, type, m_modifiers,
-                                ++timestamp);
-    }
-
-    static inline int timestamp = 0;
-    QPointer<QWindow> m_window;
-    Qt::MouseButton m_button;
-    Qt::KeyboardModifiers m_modifiers;
-};
-
-void strike(QWidget &window, int key, Qt::KeyboardModifiers modifiers, const QString &text) {
-    const QPointer<QWindow> handle(window.windowHandle());
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
-        if (handle)
-            qt_handleKeyEvent(handle, type, key, modifiers, text, false, 1);
 }
 
 struct Stroke {
@@ -173,18 +138,18 @@ void Gestures::perform(QWidget &window, Numbers &numbers) const {
 
 void Gestures::click(QWidget &window, Numbers &numbers) const {
     const Place place = somewhere(window, numbers);
-    Mouse mouse(window, someButton(numbers), numbers.oneOf(modifiersOfClicks));
+    hands::Mouse mouse(window, someButton(numbers), numbers.oneOf(modifiersOfClicks));
     const bool twice = numbers.oneIn(6);
     m_tell(placed(buttonName(mouse.button()) + (twice ? u" double click"_s : u" click"_s), place));
-    for (int clicks = twice ? 2 : 1; clicks > 0; --clicks) {
-        mouse.press(place.point);
-        mouse.release(place.point);
-    }
+    if (twice)
+        mouse.doubleClick(place.point);
+    else
+        mouse.click(place.point);
 }
 
 void Gestures::drag(QWidget &window, Numbers &numbers) const {
     const Place from = somewhere(window, numbers);
-    Mouse mouse(window, numbers.oneIn(8) ? Qt::RightButton : Qt::LeftButton, Qt::NoModifier);
+    hands::Mouse mouse(window, numbers.oneIn(8) ? Qt::RightButton : Qt::LeftButton, Qt::NoModifier);
     m_tell(placed(u"drag"_s, from));
     QPoint point = from.point;
     mouse.press(point);
@@ -212,21 +177,22 @@ void Gestures::press(QWidget &window, Numbers &numbers) const {
     const Qt::KeyboardModifiers modifiers = (numbers.oneIn(4) ? Qt::ShiftModifier : Qt::NoModifier) |
                                             (numbers.oneIn(6) ? Qt::ControlModifier : Qt::NoModifier);
     m_tell(u"key "_s + QKeySequence(key | modifiers).toString());
-    strike(window, key, modifiers, textOf(key));
+    hands::strike(window, key, modifiers, textOf(key));
 }
 
 void Gestures::type(QWidget &window, Numbers &numbers) const {
     constexpr QLatin1StringView keys("0123456789.-+eE, abzAZx?!");
     const QChar key = keys[numbers.below(static_cast<int>(keys.size()))];
     m_tell(u"types '%1'"_s.arg(key));
-    strike(window, key.toUpper().unicode(), key.isUpper() ? Qt::ShiftModifier : Qt::NoModifier, key);
+    hands::strike(window, static_cast<Qt::Key>(key.toUpper().unicode()),
+                  key.isUpper() ? Qt::ShiftModifier : Qt::NoModifier, key);
 }
 
 void Gestures::pressShortcut(QWidget &window, Numbers &numbers) const {
-    const int key = Qt::Key_A + numbers.below(26);
+    const auto key = static_cast<Qt::Key>(Qt::Key_A + numbers.below(26));
     const Qt::KeyboardModifiers modifiers = numbers.oneIn(3) ? Qt::AltModifier : Qt::ControlModifier;
     m_tell(u"key "_s + QKeySequence(key | modifiers.toInt()).toString());
-    strike(window, key, modifiers, QString());
+    hands::strike(window, key, modifiers, QString());
 }
 
 } // namespace qir::test

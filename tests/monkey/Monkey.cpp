@@ -4,6 +4,7 @@
 #include "app/shared/PaneTable.h"
 #include "platform/loop/MessageLoop.h"
 #include "tests/monkey/Invariants.h"
+#include "tests/support/Hands.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -12,7 +13,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QTest>
+#include <QThread>
 #include <QTimerEvent>
 
 #include <cstdio>
@@ -112,7 +113,7 @@ void Monkey::prepareTwoPanes() {
     m_prologue.push_back([&controls] { controls.action(Command::TwoMenu).trigger(); });
     m_prologue.push_back([&controls] {
         if (controls.pane[1].IDtb->isVisible()) // steps between may have left one pane
-            QTest::mouseClick(controls.pane[1].IDtb, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+            hands::click(controls.pane[1].IDtb, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
     });
     m_prologue.push_back([this, &controls] {
         m_expectedFile = m_files.path(MonkeyFiles::right);
@@ -124,6 +125,10 @@ void Monkey::timerEvent(QTimerEvent *event) {
     Q_UNUSED(event)
     m_timer.stop();
     m_watchdog.beat();
+    if (m_hand == level()) {
+        goOn(); // the loop turns between a press and its release: the hand has not finished
+        return;
+    }
     if (m_destroying) {
         if (QWidget *dialog = QApplication::activeModalWidget()) {
             goOn();
@@ -157,7 +162,7 @@ void Monkey::timerEvent(QTimerEvent *event) {
     if (!m_prologue.empty() && idle()) {
         const std::function<void()> act = std::move(m_prologue.front());
         m_prologue.pop_front();
-        act();
+        withHand(act);
         return;
     }
     if (m_next >= m_nextStart && idle()) {
@@ -169,7 +174,17 @@ void Monkey::timerEvent(QTimerEvent *event) {
     }
     const Step step = m_steps[m_next++];
     m_log.write(u"%1 %2"_s.arg(m_next).arg(step, 16, 16, QLatin1Char('0')));
-    perform(step);
+    withHand([&] { perform(step); });
+}
+
+Monkey::Level Monkey::level() const {
+    return {QThread::currentThread()->loopLevel(), m_loop->commandRunning()};
+}
+
+void Monkey::withHand(const std::function<void()> &act) {
+    const std::optional<Level> before = std::exchange(m_hand, level());
+    act();
+    m_hand = before;
 }
 
 bool Monkey::idle() const {

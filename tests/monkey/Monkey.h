@@ -49,8 +49,18 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    /// Where a step is performed: deeper in event loops, or in a command that yields.
+    struct Level {
+        int loops = 0;
+        bool command = false;
+        friend bool operator==(const Level &, const Level &) = default;
+    };
+
+    Level level() const;
     /// The next step comes from the event loop, a nested one too.
     void goOn();
+    /// Acts as a hand does: until it has finished no other step begins, but for what it opened or what it waits for.
+    void withHand(const std::function<void()> &act);
     void openWindow();
     void prepareTwoPanes();
     void perform(Step step);
@@ -71,6 +81,7 @@ private:
     QString m_expectedFile;                       // that the file dialog to come is for
     std::size_t m_nextStart = 250;
     bool m_destroying = false;
+    std::optional<Level> m_hand; // at work, there
     int m_waits = 0;
     int m_looks = 0;
     int m_looksAtTwo = 0; // panes that show the same table

@@ -1,6 +1,7 @@
 #include "platform/controls/Grid.h"
 #include "platform/controls/GridFill.h"
 #include "tests/platform/GridTesting.h"
+#include "tests/support/Hands.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -238,11 +239,11 @@ void GridContentsTest::aTableWithoutRecordsOrFieldsIsNoError() {
     grid->bringCellIntoView();
     QVERIFY(grid->cellRectangle().isEmpty());
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_End, Qt::Key_PageDown, Qt::Key_Return})
-        QTest::keyClick(grid.get(), key);
-    QTest::keyClick(grid.get(), Qt::Key_A, Qt::ControlModifier);
+        hands::key(grid.get(), key);
+    hands::key(grid.get(), Qt::Key_A, Qt::ControlModifier);
     QCOMPARE(grid->Row(), 0);
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, {50, 50});
-    QTest::mouseClick(grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*grid, 2));
+    hands::click(grid->viewport(), Qt::LeftButton, {}, {50, 50});
+    hands::click(grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*grid, 2));
     QCOMPARE(grid->selection(), (GridSelection{0, 2, 0, 2}));
     QCOMPARE(grid->Clip(), QStringLiteral("f2"));
     grid->setClip(QStringLiteral("x"));
@@ -251,10 +252,10 @@ void GridContentsTest::aTableWithoutRecordsOrFieldsIsNoError() {
     fill(*grid, 4, 0);
     QCOMPARE(grid->Cols(), 1);
     QCOMPARE(grid->Col(), 0);
-    QTest::keyClick(grid.get(), Qt::Key_Right);
+    hands::key(grid.get(), Qt::Key_Right);
     grid->bringCellIntoView();
     fill(*grid, 0, 0);
-    QTest::keyClick(grid.get(), Qt::Key_Down);
+    hands::key(grid.get(), Qt::Key_Down);
     QCOMPARE(grid->selection(), singleCell(0, 0));
     QVERIFY(!grid->grab().isNull());
 }

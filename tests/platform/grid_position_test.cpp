@@ -1,6 +1,7 @@
 #include "platform/controls/Grid.h"
 #include "platform/controls/Twips.h"
 #include "tests/platform/GridTesting.h"
+#include "tests/support/Hands.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCursor>
@@ -115,14 +116,14 @@ void GridPositionTest::bringingIntoViewOfAVisibleCellScrollsNothing() {
 void GridPositionTest::aKeyTellsThatItScrolled() {
     m_grid->setSelection(singleCell(2, 2));
     GridLog log(*m_grid);
-    QTest::keyClick(m_grid.get(), Qt::Key_Down, Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_Down, Qt::ShiftModifier);
     QVERIFY(!log.take().contains(u"Revealed"_s));
-    QTest::keyClick(m_grid.get(), Qt::Key_PageDown, Qt::ControlModifier | Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_PageDown, Qt::ControlModifier | Qt::ShiftModifier);
     QStringList events = log.take();
     QCOMPARE(events.mid(events.size() - 2), QStringList({u"Revealed"_s, u"SelChange 2,2"_s}));
     // So does one that moves no further.
     m_grid->setTopRow(1);
-    QTest::keyClick(m_grid.get(), Qt::Key_Down, Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_Down, Qt::ShiftModifier);
     events = log.take();
     QCOMPARE(events.last(), u"Revealed"_s);
     QVERIFY(m_grid->TopRow() > 1);
@@ -132,25 +133,21 @@ void GridPositionTest::aKeyTellsThatItScrolled() {
 }
 
 void GridPositionTest::aDragThatLosesTheFocusScrollsNoFurther() {
-    const auto timers = [this] {
-        return QAbstractEventDispatcher::instance()->registeredTimers(m_grid.get()).size();
-    };
+    const auto timers = [this] { return QAbstractEventDispatcher::instance()->registeredTimers(m_grid.get()).size(); };
     m_grid->activateWindow();
     m_grid->setFocus();
     QTRY_VERIFY(m_grid->hasFocus());
     const auto timersAtRest = timers();
     const QPoint inside = cellCentre(*m_grid, 2, 1);
     const QPoint below(inside.x(), m_grid->viewport()->height() + 30);
-    QTest::mousePress(m_grid->viewport(), Qt::LeftButton, {}, inside);
-    QMouseEvent move(QEvent::MouseMove, below, m_grid->viewport()->mapToGlobal(below), Qt::NoButton, Qt::LeftButton,
-                     {});
-    QCoreApplication::sendEvent(m_grid->viewport(), &move);
+    hands::press(m_grid->viewport(), Qt::LeftButton, {}, inside);
+    hands::move(m_grid->viewport(), below, Qt::LeftButton);
     QTRY_VERIFY(m_grid->TopRow() > 3);
     QVERIFY(timers() > timersAtRest);
     m_grid->clearFocus(); // as when a dialog opens, which takes the button's release too
     QCOMPARE(timers(), timersAtRest);
     const GridSelection selection = m_grid->selection();
-    QCoreApplication::sendEvent(m_grid->viewport(), &move);
+    hands::move(m_grid->viewport(), below, Qt::LeftButton);
     QCOMPARE(m_grid->selection(), selection);
 }
 
@@ -217,13 +214,14 @@ void GridPositionTest::placeIsTakenAndRestored() {
 
 void GridPositionTest::mouseRowIsTheEventsPlaceWhileItIsHandled() {
     QCursor::setPos(m_grid->viewport()->mapToGlobal(cellCentre(*m_grid, 7, 1)));
+    hands::turnLoop(); // the pointer has arrived
     QPoint told;
     connect(m_grid.get(), &Grid::DblClick, this, [&] { told = {m_grid->MouseRow(), m_grid->MouseCol()}; });
-    QTest::mouseDClick(m_grid->viewport(), Qt::LeftButton, {}, cellCentre(*m_grid, 3, 2));
+    hands::doubleClick(m_grid->viewport(), Qt::LeftButton, {}, cellCentre(*m_grid, 3, 2));
     QCOMPARE(told, QPoint(3, 2));
-    QTest::mouseDClick(m_grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*m_grid, 2));
+    hands::doubleClick(m_grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*m_grid, 2));
     QCOMPARE(told, QPoint(0, 2));
-    QTest::mouseDClick(m_grid->verticalHeader()->viewport(), Qt::LeftButton, {}, rowHeaderCentre(*m_grid, 4));
+    hands::doubleClick(m_grid->verticalHeader()->viewport(), Qt::LeftButton, {}, rowHeaderCentre(*m_grid, 4));
     QCOMPARE(told, QPoint(4, 0));
     QCOMPARE(m_grid->MouseRow(), 7);
 }
@@ -324,11 +322,10 @@ void GridPositionTest::aColumnOfWidthZeroShowsAgain() {
     // The user may drag it there too.
     QHeaderView *header = m_grid->horizontalHeader();
     const QPoint handle(header->sectionSize(0), header->height() / 2);
-    QTest::mousePress(header->viewport(), Qt::LeftButton, {}, handle);
+    hands::press(header->viewport(), Qt::LeftButton, {}, handle);
     const QPoint to(0, handle.y());
-    QMouseEvent move(QEvent::MouseMove, to, header->viewport()->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(header->viewport(), &move);
-    QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, to);
+    hands::move(header->viewport(), to, Qt::LeftButton);
+    hands::release(header->viewport(), Qt::LeftButton, {}, to);
     QCOMPARE(m_grid->ColWidth(1), 0);
 }
 
@@ -372,11 +369,10 @@ void GridPositionTest::userResizingCanBeSwitchedOff() {
     QHeaderView *header = m_grid->horizontalHeader();
     const auto drag = [&] {
         const QPoint handle(header->sectionSize(0) - 1, header->height() / 2);
-        QTest::mousePress(header->viewport(), Qt::LeftButton, {}, handle);
+        hands::press(header->viewport(), Qt::LeftButton, {}, handle);
         const QPoint to = handle + QPoint(20, 0);
-        QMouseEvent move(QEvent::MouseMove, to, header->viewport()->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(header->viewport(), &move);
-        QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, to);
+        hands::move(header->viewport(), to, Qt::LeftButton);
+        hands::release(header->viewport(), Qt::LeftButton, {}, to);
     };
     const int width = m_grid->ColWidth(1);
     m_grid->setUserResizing(false);
@@ -395,7 +391,7 @@ void GridPositionTest::aDoubleClickOnAResizeHandleFitsTheColumn() {
     GridLog log(*m_grid);
     QHeaderView *header = m_grid->horizontalHeader();
     const QPoint handle(header->sectionSize(0) - 1, header->height() / 2);
-    QTest::mouseDClick(header->viewport(), Qt::LeftButton, {}, handle);
+    hands::doubleClick(header->viewport(), Qt::LeftButton, {}, handle);
     const qreal text = QFontMetricsF(m_grid->font()).horizontalAdvance(u" by far the longest text of this column"_s);
     QCOMPARE(m_grid->ColWidth(1), qRound(text * 15) + 60);
     QVERIFY(!log.take().contains(u"DblClick"_s));

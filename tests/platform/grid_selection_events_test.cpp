@@ -1,5 +1,6 @@
 #include "platform/controls/Grid.h"
 #include "tests/platform/GridTesting.h"
+#include "tests/support/Hands.h"
 
 #include <QAbstractButton>
 #include <QContextMenuEvent>
@@ -80,12 +81,9 @@ private Q_SLOTS:
 
 private:
     void press(const QPoint &at, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::mousePress(m_grid->viewport(), button, modifiers, at);
+        hands::press(m_grid->viewport(), button, modifiers, at);
     }
-    void dragTo(const QPoint &at) {
-        QMouseEvent move(QEvent::MouseMove, at, m_grid->viewport()->mapToGlobal(at), Qt::NoButton, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(m_grid->viewport(), &move);
-    }
+    void dragTo(const QPoint &at) { hands::move(m_grid->viewport(), at, Qt::LeftButton); }
     void wheel(int steps) {
         const QPointF at(50, 50);
         QWheelEvent event(at, m_grid->viewport()->mapToGlobal(at), {}, {0, 120 * steps}, {}, {}, Qt::NoScrollPhase,
@@ -201,34 +199,33 @@ void GridSelectionEventsTest::aSilentGridRaisesNothing() {
 // Mouse
 
 void GridSelectionEventsTest::aClickMakesTheCellCurrent() {
-    QTest::mouseClick(m_grid->viewport(), Qt::LeftButton, {}, cellCentre(*m_grid, 3, 2));
+    hands::click(m_grid->viewport(), Qt::LeftButton, {}, cellCentre(*m_grid, 3, 2));
     QCOMPARE(m_grid->selection(), singleCell(3, 2));
     QCOMPARE(m_log->take(), (QStringList{u"LeaveCell 1,1"_s, u"SelChange 3,2"_s, u"MouseDown 1 3,2"_s, u"Click"_s}));
-    QTest::mouseClick(m_grid->viewport(), Qt::LeftButton, {}, cellCentre(*m_grid, 3, 2));
+    hands::click(m_grid->viewport(), Qt::LeftButton, {}, cellCentre(*m_grid, 3, 2));
     QCOMPARE(m_log->take(), (QStringList{u"MouseDown 1 3,2"_s, u"Click"_s}));
 }
 
 void GridSelectionEventsTest::aClickBesideTheCellsMovesNothing() {
     fill(*m_grid, 2, 1);
-    QTest::mouseClick(m_grid->viewport(), Qt::LeftButton, {}, m_grid->viewport()->rect().bottomRight() - QPoint(3, 3));
+    hands::click(m_grid->viewport(), Qt::LeftButton, {}, m_grid->viewport()->rect().bottomRight() - QPoint(3, 3));
     QCOMPARE(m_log->take(), (QStringList{u"MouseDown 1 -1,-1"_s, u"Click"_s}));
     QCOMPARE(m_grid->selection(), singleCell(1, 1));
 }
 
 void GridSelectionEventsTest::aDoubleClickIsToldOnceWithItsCellCurrent() {
     const QPoint at = cellCentre(*m_grid, 3, 2);
-    QTest::mouseClick(m_grid->viewport(), Qt::LeftButton, {}, at);
+    m_grid->setSelection(singleCell(3, 2));
     m_log->take();
-    QTest::mouseDClick(m_grid->viewport(), Qt::LeftButton, {}, at); // the second press alone
-    QTest::mouseRelease(m_grid->viewport(), Qt::LeftButton, {}, at);
-    QCOMPARE(m_log->take(), QStringList{u"DblClick"_s});
+    hands::doubleClick(m_grid->viewport(), Qt::LeftButton, {}, at);
+    QCOMPARE(m_log->take(), (QStringList{u"MouseDown 1 3,2"_s, u"Click"_s, u"DblClick"_s}));
     QCOMPARE(m_grid->selection(), singleCell(3, 2));
 }
 
 void GridSelectionEventsTest::shiftAndClickExtends() {
     m_grid->setSelection(singleCell(3, 2));
     m_log->take();
-    QTest::mouseClick(m_grid->viewport(), Qt::LeftButton, Qt::ShiftModifier, cellCentre(*m_grid, 5, 3));
+    hands::click(m_grid->viewport(), Qt::LeftButton, Qt::ShiftModifier, cellCentre(*m_grid, 5, 3));
     QCOMPARE(m_grid->selection(), (GridSelection{3, 2, 5, 3}));
     QCOMPARE(m_log->take(), (QStringList{u"SelChange 3,2"_s, u"MouseDown 1 5,3"_s, u"Click"_s}));
 }
@@ -237,7 +234,7 @@ void GridSelectionEventsTest::draggingExtendsAndEndsWithOneClick() {
     press(cellCentre(*m_grid, 2, 1));
     dragTo(cellCentre(*m_grid, 4, 3));
     dragTo(cellCentre(*m_grid, 4, 2));
-    QTest::mouseRelease(m_grid->viewport(), Qt::LeftButton, {}, cellCentre(*m_grid, 4, 2));
+    hands::release(m_grid->viewport(), Qt::LeftButton, {}, cellCentre(*m_grid, 4, 2));
     QCOMPARE(m_grid->selection(), (GridSelection{2, 1, 4, 2}));
     QCOMPARE(m_log->take(), (QStringList{u"LeaveCell 1,1"_s, u"SelChange 2,1"_s, u"MouseDown 1 2,1"_s,
                                          u"SelChange 2,1"_s, u"SelChange 2,1"_s, u"Click"_s}));
@@ -250,7 +247,7 @@ void GridSelectionEventsTest::draggingOutsideScrollsOnWithoutAScrollEvent() {
     const QPoint below(cellCentre(*m_grid, 2, 1).x(), m_grid->viewport()->height() + 30);
     dragTo(below);
     QTRY_VERIFY(m_grid->TopRow() > 3);
-    QTest::mouseRelease(m_grid->viewport(), Qt::LeftButton, {}, below);
+    hands::release(m_grid->viewport(), Qt::LeftButton, {}, below);
     QCOMPARE(m_grid->Row(), 2);
     QVERIFY(m_grid->RowSel() > 10);
     QVERIFY(!m_log->take().contains(u"Scroll"_s));
@@ -258,7 +255,7 @@ void GridSelectionEventsTest::draggingOutsideScrollsOnWithoutAScrollEvent() {
 
 void GridSelectionEventsTest::aColumnHeaderSelectsItsRecordsFromTheFirst() {
     m_grid->setTopRow(30);
-    QTest::mouseClick(m_grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*m_grid, 3));
+    hands::click(m_grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*m_grid, 3));
     QCOMPARE(m_grid->selection(), (GridSelection{1, 3, 100, 3}));
     QCOMPARE(m_grid->TopRow(), 30);
     QCOMPARE(m_log->take(), (QStringList{u"LeaveCell 1,1"_s, u"SelChange 1,3"_s, u"MouseDown 1 0,3"_s, u"Click"_s}));
@@ -266,31 +263,29 @@ void GridSelectionEventsTest::aColumnHeaderSelectsItsRecordsFromTheFirst() {
 
 void GridSelectionEventsTest::shiftOnAColumnHeaderExtendsToWholeColumns() {
     m_grid->setSelection(singleCell(5, 2));
-    QTest::mouseClick(m_grid->horizontalHeader()->viewport(), Qt::LeftButton, Qt::ShiftModifier,
-                      columnHeaderCentre(*m_grid, 3));
+    hands::click(m_grid->horizontalHeader()->viewport(), Qt::LeftButton, Qt::ShiftModifier,
+                 columnHeaderCentre(*m_grid, 3));
     QCOMPARE(m_grid->selection(), (GridSelection{1, 2, 100, 3}));
 }
 
 void GridSelectionEventsTest::draggingOverColumnHeadersSelectsColumns() {
     QWidget *header = m_grid->horizontalHeader()->viewport();
-    QTest::mousePress(header, Qt::LeftButton, {}, columnHeaderCentre(*m_grid, 2));
+    hands::press(header, Qt::LeftButton, {}, columnHeaderCentre(*m_grid, 2));
     const QPoint to = columnHeaderCentre(*m_grid, 3);
-    QMouseEvent move(QEvent::MouseMove, to, header->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(header, &move);
-    QTest::mouseRelease(header, Qt::LeftButton, {}, to);
+    hands::move(header, to, Qt::LeftButton);
+    hands::release(header, Qt::LeftButton, {}, to);
     QCOMPARE(m_grid->selection(), (GridSelection{1, 2, 100, 3}));
 }
 
 void GridSelectionEventsTest::aRowHeaderSelectsItsRow() {
-    QTest::mouseClick(m_grid->verticalHeader()->viewport(), Qt::LeftButton, {}, rowHeaderCentre(*m_grid, 4));
+    hands::click(m_grid->verticalHeader()->viewport(), Qt::LeftButton, {}, rowHeaderCentre(*m_grid, 4));
     QCOMPARE(m_grid->selection(), (GridSelection{4, 1, 4, 6}));
     QCOMPARE(m_log->take(), (QStringList{u"LeaveCell 1,1"_s, u"SelChange 4,1"_s, u"MouseDown 1 4,0"_s, u"Click"_s}));
 }
 
 void GridSelectionEventsTest::shiftOnARowHeaderExtendsToWholeRows() {
     m_grid->setSelection(singleCell(5, 3));
-    QTest::mouseClick(m_grid->verticalHeader()->viewport(), Qt::LeftButton, Qt::ShiftModifier,
-                      rowHeaderCentre(*m_grid, 3));
+    hands::click(m_grid->verticalHeader()->viewport(), Qt::LeftButton, Qt::ShiftModifier, rowHeaderCentre(*m_grid, 3));
     QCOMPARE(m_grid->selection(), (GridSelection{5, 1, 3, 6}));
 }
 
@@ -299,7 +294,7 @@ void GridSelectionEventsTest::theCornerSelectsEverything() {
     m_log->take();
     auto *corner = m_grid->findChild<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly);
     QVERIFY(corner != nullptr);
-    QTest::mouseClick(corner, Qt::LeftButton);
+    hands::click(corner, Qt::LeftButton);
     QCOMPARE(m_grid->selection(), (GridSelection{1, 1, 100, 6}));
     QCOMPARE(m_log->take(), (QStringList{u"LeaveCell 5,3"_s, u"SelChange 1,1"_s, u"Click"_s}));
 }
@@ -308,11 +303,10 @@ void GridSelectionEventsTest::draggingAResizeHandleSelectsNothing() {
     QHeaderView *header = m_grid->horizontalHeader();
     const int width = m_grid->ColWidth(1);
     const QPoint handle(header->sectionSize(0) - 1, header->height() / 2);
-    QTest::mousePress(header->viewport(), Qt::LeftButton, {}, handle);
+    hands::press(header->viewport(), Qt::LeftButton, {}, handle);
     const QPoint to = handle + QPoint(20, 0);
-    QMouseEvent move(QEvent::MouseMove, to, header->viewport()->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(header->viewport(), &move);
-    QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, to);
+    hands::move(header->viewport(), to, Qt::LeftButton);
+    hands::release(header->viewport(), Qt::LeftButton, {}, to);
     QCOMPARE(m_grid->ColWidth(1), width + 300);
     QCOMPARE(m_grid->selection(), singleCell(1, 1));
     QVERIFY(!m_log->take().contains(u"Click"_s));
@@ -327,15 +321,15 @@ void GridSelectionEventsTest::aHeaderClickGivesTheGridTheFocus() {
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     line->setFocus();
-    QTest::mouseClick(grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*grid, 1));
+    hands::click(grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*grid, 1));
     QVERIFY(grid->hasFocus());
     line->setFocus();
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cellCentre(*grid, 2, 1));
+    hands::click(grid->viewport(), Qt::LeftButton, {}, cellCentre(*grid, 2, 1));
     QVERIFY(grid->hasFocus());
 }
 
 void GridSelectionEventsTest::aDoubleClickOnAHeaderIsTold() {
-    QTest::mouseDClick(m_grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*m_grid, 2));
+    hands::doubleClick(m_grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*m_grid, 2));
     QCOMPARE(m_log->take().count(u"DblClick"_s), 1);
 }
 
@@ -343,7 +337,7 @@ void GridSelectionEventsTest::aDoubleClickOnAHeaderIsTold() {
 
 void GridSelectionEventsTest::arrowsMoveAndBringIntoViewWithoutAScrollEvent() {
     for (int i = 0; i < 40; ++i)
-        QTest::keyClick(m_grid.get(), Qt::Key_Down);
+        hands::key(m_grid.get(), Qt::Key_Down);
     QCOMPARE(m_grid->selection(), singleCell(41, 1));
     QVERIFY(m_grid->TopRow() > 1);
     QVERIFY(m_grid->viewport()->rect().contains(cellCentre(*m_grid, 41, 1)));
@@ -356,60 +350,60 @@ void GridSelectionEventsTest::arrowsMoveAndBringIntoViewWithoutAScrollEvent() {
 void GridSelectionEventsTest::shiftArrowsExtendRoundTheSameCurrentCell() {
     m_grid->setSelection(singleCell(3, 3));
     m_log->take();
-    QTest::keyClick(m_grid.get(), Qt::Key_Down, Qt::ShiftModifier);
-    QTest::keyClick(m_grid.get(), Qt::Key_Left, Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_Down, Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_Left, Qt::ShiftModifier);
     QCOMPARE(m_grid->selection(), (GridSelection{3, 3, 4, 2}));
     QVERIFY(!m_log->take().join(u';').contains(u"LeaveCell"_s));
 }
 
 void GridSelectionEventsTest::homeEndAndPageKeysMove() {
-    QTest::keyClick(m_grid.get(), Qt::Key_End);
+    hands::key(m_grid.get(), Qt::Key_End);
     QCOMPARE(m_grid->selection(), singleCell(1, 6));
-    QTest::keyClick(m_grid.get(), Qt::Key_End, Qt::ControlModifier);
+    hands::key(m_grid.get(), Qt::Key_End, Qt::ControlModifier);
     QCOMPARE(m_grid->selection(), singleCell(100, 6));
     QVERIFY(m_grid->viewport()->rect().contains(cellCentre(*m_grid, 100, 6)));
-    QTest::keyClick(m_grid.get(), Qt::Key_Home);
+    hands::key(m_grid.get(), Qt::Key_Home);
     QCOMPARE(m_grid->selection(), singleCell(100, 1));
-    QTest::keyClick(m_grid.get(), Qt::Key_PageUp);
+    hands::key(m_grid.get(), Qt::Key_PageUp);
     QVERIFY(m_grid->Row() < 100 && m_grid->Row() > 60);
-    QTest::keyClick(m_grid.get(), Qt::Key_Home, Qt::ControlModifier);
+    hands::key(m_grid.get(), Qt::Key_Home, Qt::ControlModifier);
     QCOMPARE(m_grid->selection(), singleCell(1, 1));
-    QTest::keyClick(m_grid.get(), Qt::Key_PageDown, Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_PageDown, Qt::ShiftModifier);
     QCOMPARE(m_grid->Row(), 1);
     QVERIFY(m_grid->RowSel() > 3);
 }
 
 void GridSelectionEventsTest::controlASelectsEverything() {
     m_grid->setSelection(singleCell(5, 5));
-    QTest::keyClick(m_grid.get(), Qt::Key_A, Qt::ControlModifier);
+    hands::key(m_grid.get(), Qt::Key_A, Qt::ControlModifier);
     QCOMPARE(m_grid->selection(), (GridSelection{1, 1, 100, 6}));
 }
 
 void GridSelectionEventsTest::keysAreToldBeforeTheyMove() {
     int rowWhenTold = 0;
     connect(m_grid.get(), &Grid::KeyDown, this, [&] { rowWhenTold = m_grid->Row(); });
-    QTest::keyClick(m_grid.get(), Qt::Key_Down);
+    hands::key(m_grid.get(), Qt::Key_Down);
     QCOMPARE(rowWhenTold, 1);
     QCOMPARE(m_log->take().first(), u"KeyDown 40,0"_s);
     // The modifier keys are keys too, and come first.
-    QTest::keyClick(m_grid.get(), Qt::Key_C, Qt::ControlModifier);
+    hands::key(m_grid.get(), Qt::Key_C, Qt::ControlModifier);
     QVERIFY(m_log->take().contains(u"KeyDown 67,2"_s));
-    QTest::keyClick(m_grid.get(), Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
     QVERIFY(m_log->take().contains(u"KeyDown 86,3"_s));
-    QTest::keyClick(m_grid.get(), Qt::Key_Insert, Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_Insert, Qt::ShiftModifier);
     QVERIFY(m_log->take().contains(u"KeyDown 45,1"_s));
 }
 
 void GridSelectionEventsTest::enterIsToldAsCharacter13() {
-    QTest::keyClick(m_grid.get(), Qt::Key_Return);
+    hands::key(m_grid.get(), Qt::Key_Return);
     QCOMPARE(m_log->take(), (QStringList{u"KeyDown 13,0"_s, u"KeyPress 13"_s}));
-    QTest::keyClick(m_grid.get(), Qt::Key_Enter, Qt::KeypadModifier);
+    hands::key(m_grid.get(), Qt::Key_Enter, Qt::KeypadModifier);
     QCOMPARE(m_log->take(), (QStringList{u"KeyDown 13,0"_s, u"KeyPress 13"_s}));
     QCOMPARE(m_grid->selection(), singleCell(1, 1));
 }
 
 void GridSelectionEventsTest::typingIsToldAndMovesNothing() {
-    QTest::keyClick(m_grid.get(), Qt::Key_X);
+    hands::key(m_grid.get(), Qt::Key_X);
     QCOMPARE(m_log->take(), (QStringList{u"KeyDown 88,0"_s, u"KeyPress 120"_s}));
     QCOMPARE(m_grid->selection(), singleCell(1, 1));
     QCOMPARE(m_grid->TextMatrix(1, 1), u"1.1"_s);
@@ -423,7 +417,7 @@ void GridSelectionEventsTest::tabGoesToTheNextControl() {
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     grid->setFocus();
-    QTest::keyClick(grid, Qt::Key_Tab);
+    hands::key(grid, Qt::Key_Tab);
     QVERIFY(line->hasFocus());
     QCOMPARE(grid->selection(), singleCell(1, 1));
 }
@@ -448,7 +442,7 @@ void GridSelectionEventsTest::aRightPressInsideTheSelectionKeepsIt() {
     m_grid->setSelection({2, 2, 4, 3});
     m_log->take();
     press(cellCentre(*m_grid, 3, 3), Qt::RightButton);
-    QTest::mouseRelease(m_grid->viewport(), Qt::RightButton, {}, cellCentre(*m_grid, 3, 3));
+    hands::release(m_grid->viewport(), Qt::RightButton, {}, cellCentre(*m_grid, 3, 3));
     QCOMPARE(m_grid->selection(), (GridSelection{2, 2, 4, 3}));
     QCOMPARE(m_log->take(), QStringList{u"MouseDown 2 3,3"_s});
 }
@@ -456,7 +450,7 @@ void GridSelectionEventsTest::aRightPressInsideTheSelectionKeepsIt() {
 void GridSelectionEventsTest::aRightPressOnAColumnHeaderSelectsNothingItself() {
     m_grid->setSelection({2, 2, 4, 3});
     m_log->take();
-    QTest::mousePress(m_grid->horizontalHeader()->viewport(), Qt::RightButton, {}, columnHeaderCentre(*m_grid, 3));
+    hands::press(m_grid->horizontalHeader()->viewport(), Qt::RightButton, {}, columnHeaderCentre(*m_grid, 3));
     QCOMPARE(m_grid->selection(), (GridSelection{2, 2, 4, 3}));
     QCOMPARE(m_log->take(), QStringList{u"MouseDown 2 0,3"_s});
 }
@@ -464,9 +458,9 @@ void GridSelectionEventsTest::aRightPressOnAColumnHeaderSelectsNothingItself() {
 void GridSelectionEventsTest::aRightPressOnARowHeaderOutsideTheSelectionSelectsTheRow() {
     m_grid->setSelection({2, 2, 4, 3});
     m_log->take();
-    QTest::mousePress(m_grid->verticalHeader()->viewport(), Qt::RightButton, {}, rowHeaderCentre(*m_grid, 3));
+    hands::press(m_grid->verticalHeader()->viewport(), Qt::RightButton, {}, rowHeaderCentre(*m_grid, 3));
     QCOMPARE(m_log->take(), QStringList{u"MouseDown 2 3,0"_s});
-    QTest::mousePress(m_grid->verticalHeader()->viewport(), Qt::RightButton, {}, rowHeaderCentre(*m_grid, 6));
+    hands::press(m_grid->verticalHeader()->viewport(), Qt::RightButton, {}, rowHeaderCentre(*m_grid, 6));
     QCOMPARE(m_grid->selection(), (GridSelection{6, 1, 6, 6}));
     QCOMPARE(m_log->take().last(), u"MouseDown 2 6,0"_s);
 }
@@ -503,9 +497,9 @@ void GridSelectionEventsTest::theMenuKeyWithControlIsARightPressOnTheColumnsHead
 void GridSelectionEventsTest::shiftAndF10IsTheMenuKey() {
     m_grid->setSelection(singleCell(3, 2));
     m_log->take();
-    QTest::keyClick(m_grid.get(), Qt::Key_F10, Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_F10, Qt::ShiftModifier);
     QCOMPARE(m_log->take().last(), u"MouseDown 2 3,2"_s);
-    QTest::keyClick(m_grid.get(), Qt::Key_F10, Qt::ControlModifier | Qt::ShiftModifier);
+    hands::key(m_grid.get(), Qt::Key_F10, Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(m_log->take().last(), u"MouseDown 2 0,2"_s);
 }
 
@@ -539,7 +533,7 @@ void GridSelectionEventsTest::theScrollBarRaisesScroll() {
     QCOMPARE(m_log->take(), QStringList{u"Scroll"_s});
     QCOMPARE(m_grid->LeftCol(), 2);
     QScrollBar *bar = m_grid->verticalScrollBar();
-    QTest::mouseClick(bar, Qt::LeftButton, {}, {bar->width() / 2, bar->height() - 30});
+    hands::click(bar, Qt::LeftButton, {}, {bar->width() / 2, bar->height() - 30});
     QVERIFY(m_log->take().contains(u"Scroll"_s));
 }
 

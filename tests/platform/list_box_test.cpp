@@ -1,4 +1,5 @@
 #include "platform/controls/ListBox.h"
+#include "tests/support/Hands.h"
 
 #include <QAbstractItemModelTester>
 #include <QContextMenuEvent>
@@ -252,7 +253,7 @@ void ListBoxTest::topIndexHoldsInAListThatIsNotShown() {
 }
 
 void ListBoxTest::aMouseClickSelectsAndRaisesClickOnce() {
-    QTest::mouseClick(m_list->viewport(), Qt::LeftButton, {}, centre(3));
+    hands::click(m_list->viewport(), Qt::LeftButton, {}, centre(3));
     QCOMPARE(m_list->ListIndex(), 3);
     QCOMPARE(m_events, (QStringList{u"MouseDown 1 3"_s, u"Click 3"_s}));
 }
@@ -260,7 +261,7 @@ void ListBoxTest::aMouseClickSelectsAndRaisesClickOnce() {
 void ListBoxTest::aMouseClickOnTheSelectedLineRaisesClick() {
     m_list->setListIndex(3);
     takeClicks();
-    QTest::mouseClick(m_list->viewport(), Qt::LeftButton, {}, centre(3));
+    hands::click(m_list->viewport(), Qt::LeftButton, {}, centre(3));
     QCOMPARE(takeClicks(), 1);
 }
 
@@ -269,7 +270,7 @@ void ListBoxTest::aMouseClickBelowTheLinesDoesNothing() {
     m_list->addItem(u"only"_s);
     m_list->setListIndex(0);
     takeClicks();
-    QTest::mouseClick(m_list->viewport(), Qt::LeftButton, {}, m_list->viewport()->rect().bottomLeft() - QPoint(-5, 5));
+    hands::click(m_list->viewport(), Qt::LeftButton, {}, m_list->viewport()->rect().bottomLeft() - QPoint(-5, 5));
     QCOMPARE(takeClicks(), 0);
     QCOMPARE(m_list->ListIndex(), 0);
 }
@@ -277,21 +278,19 @@ void ListBoxTest::aMouseClickBelowTheLinesDoesNothing() {
 void ListBoxTest::controlAndClickDoesNotDeselect() {
     m_list->setListIndex(3);
     takeClicks();
-    QTest::mouseClick(m_list->viewport(), Qt::LeftButton, Qt::ControlModifier, centre(3));
+    hands::click(m_list->viewport(), Qt::LeftButton, Qt::ControlModifier, centre(3));
     QCOMPARE(m_list->ListIndex(), 3);
     QCOMPARE(takeClicks(), 1);
 }
 
 void ListBoxTest::draggingRaisesClickOnceAtItsEnd() {
-    QTest::mousePress(m_list->viewport(), Qt::LeftButton, {}, centre(1));
+    hands::press(m_list->viewport(), Qt::LeftButton, {}, centre(1));
     for (const int line : {2, 3, 4}) {
-        QMouseEvent move(QEvent::MouseMove, centre(line), m_list->viewport()->mapToGlobal(centre(line)), Qt::NoButton,
-                         Qt::LeftButton, {});
-        QCoreApplication::sendEvent(m_list->viewport(), &move);
+        hands::move(m_list->viewport(), centre(line), Qt::LeftButton);
     }
     QCOMPARE(m_clicks, 0);
     const QPoint outside = centre(4) + QPoint(500, 0);
-    QTest::mouseRelease(m_list->viewport(), Qt::LeftButton, {}, outside);
+    hands::release(m_list->viewport(), Qt::LeftButton, {}, outside);
     QCOMPARE(m_list->ListIndex(), 4);
     QCOMPARE(takeClicks(), 1);
 }
@@ -299,13 +298,13 @@ void ListBoxTest::draggingRaisesClickOnceAtItsEnd() {
 void ListBoxTest::keysSelectAndRaiseClick() {
     m_list->setListIndex(3);
     takeClicks();
-    QTest::keyClick(m_list.get(), Qt::Key_Down);
+    hands::key(m_list.get(), Qt::Key_Down);
     QCOMPARE(m_list->ListIndex(), 4);
     QCOMPARE(takeClicks(), 1);
-    QTest::keyClick(m_list.get(), Qt::Key_End);
+    hands::key(m_list.get(), Qt::Key_End);
     QCOMPARE(m_list->ListIndex(), 29);
     QCOMPARE(takeClicks(), 1);
-    QTest::keyClick(m_list.get(), Qt::Key_Down);
+    hands::key(m_list.get(), Qt::Key_Down);
     QCOMPARE(takeClicks(), 0);
 }
 
@@ -316,7 +315,7 @@ void ListBoxTest::aKeyStartsAtTheFirstLine() {
             m_list->clearFocus();
             m_list->setFocus(Qt::TabFocusReason);
         }
-        QTest::keyClick(m_list.get(), Qt::Key_Down);
+        hands::key(m_list.get(), Qt::Key_Down);
         QCOMPARE(m_list->ListIndex(), 0);
         QCOMPARE(takeClicks(), 1);
     }
@@ -324,7 +323,7 @@ void ListBoxTest::aKeyStartsAtTheFirstLine() {
 
 void ListBoxTest::typingALineSelectsIt() {
     m_list->setList(17, u"Pumps"_s);
-    QTest::keyClick(m_list.get(), Qt::Key_P);
+    hands::key(m_list.get(), Qt::Key_P);
     QCOMPARE(m_list->ListIndex(), 17);
     QCOMPARE(takeClicks(), 1);
 }
@@ -338,7 +337,7 @@ void ListBoxTest::theViewsSelectionCounts() {
 void ListBoxTest::aRightPressIsTold() {
     m_list->setListIndex(2);
     m_events.clear();
-    QTest::mouseClick(m_list->viewport(), Qt::RightButton, {}, centre(2));
+    hands::click(m_list->viewport(), Qt::RightButton, {}, centre(2));
     QCOMPARE(m_events, QStringList{u"MouseDown 2 2"_s});
     QCOMPARE(m_pressedAt, m_list->viewport()->mapToGlobal(centre(2)));
 }
@@ -346,7 +345,7 @@ void ListBoxTest::aRightPressIsTold() {
 void ListBoxTest::aRightPressOnAnotherLineSelectsItFirst() {
     m_list->setListIndex(2);
     m_events.clear();
-    QTest::mouseClick(m_list->viewport(), Qt::RightButton, {}, centre(4));
+    hands::click(m_list->viewport(), Qt::RightButton, {}, centre(4));
     QCOMPARE(m_events, (QStringList{u"Click 4"_s, u"MouseDown 2 4"_s}));
 }
 
@@ -360,7 +359,7 @@ void ListBoxTest::theMenuKeyIsARightPress() {
     QContextMenuEvent mouse(QContextMenuEvent::Mouse, centre(2), m_list->viewport()->mapToGlobal(centre(2)));
     QCoreApplication::sendEvent(m_list->viewport(), &mouse);
     QCOMPARE(m_events.size(), 1);
-    QTest::keyClick(m_list.get(), Qt::Key_F10, Qt::ShiftModifier);
+    hands::key(m_list.get(), Qt::Key_F10, Qt::ShiftModifier);
     QCOMPARE(m_events, QStringList({u"MouseDown 2 2"_s, u"MouseDown 2 2"_s}));
 }
 

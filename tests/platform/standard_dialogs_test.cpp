@@ -1,6 +1,7 @@
 #include "platform/dialogs/Clipboard.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/dialogs/FileDialog.h"
+#include "tests/support/Hands.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -51,11 +52,11 @@ private:
 using Box = WithNext<QMessageBox>;
 
 std::function<void(QMessageBox &)> press(QMessageBox::StandardButton button) {
-    return [button](QMessageBox &box) { QTest::mouseClick(box.button(button), Qt::LeftButton); };
+    return [button](QMessageBox &box) { hands::click(box.button(button), Qt::LeftButton); };
 }
 
 void pressEscape(QMessageBox &box) {
-    QTest::keyClick(&box, Qt::Key_Escape);
+    hands::key(&box, Qt::Key_Escape);
 }
 
 void pressCloseBox(QMessageBox &box) {
@@ -110,7 +111,7 @@ void DialogsTest::aMessageHasExactlyItsTextTitleAndOneButton() {
         QCOMPARE(shown.icon(), QMessageBox::NoIcon);
         QCOMPARE(shown.buttons().size(), 1);
         QCOMPARE(shown.defaultButton(), shown.button(QMessageBox::Ok));
-        QTest::keyClick(&shown, Qt::Key_Return);
+        hands::key(&shown, Qt::Key_Return);
     });
     messageBox(nullptr, text, u"!"_s);
     QCOMPARE(box.met, 1);
@@ -130,7 +131,7 @@ void DialogsTest::aYesNoQuestionHasNoAsItsDefault() {
         QCOMPARE(shown.defaultButton(), shown.button(QMessageBox::No));
         QCOMPARE(shown.buttons().size(), 2);
         QCOMPARE(shown.icon(), QMessageBox::NoIcon);
-        QTest::keyClick(&shown, Qt::Key_Return);
+        hands::key(&shown, Qt::Key_Return);
     });
     QCOMPARE(askYesNo(nullptr, u"Remove?"_s, u"?"_s), Answer::No);
     QCOMPARE(box.met, 1);
@@ -172,7 +173,7 @@ void DialogsTest::aStayingQuestionIsNotAnsweredByEscapeOrCloseBox() {
         QCOMPARE(shown.defaultButton(), shown.button(QMessageBox::No));
         pressEscape(shown);
         QVERIFY(shown.isVisible());
-        QTest::keyClick(shown.button(QMessageBox::No), Qt::Key_Escape);
+        hands::key(shown.button(QMessageBox::No), Qt::Key_Escape);
         QVERIFY(shown.isVisible());
         pressCloseBox(shown);
         QVERIFY(shown.isVisible());
@@ -187,7 +188,7 @@ void DialogsTest::aStayingQuestionIsNotAnsweredByEscapeOrCloseBox() {
 void DialogsTest::aStayingQuestionTakesItsButtons() {
     const Box no(press(QMessageBox::No));
     QCOMPARE(askUntilAnswered(nullptr, u"Save?"_s, u"t"_s), Answer::No);
-    const Box byKey([](QMessageBox &shown) { QTest::keyClick(&shown, Qt::Key_Return); });
+    const Box byKey([](QMessageBox &shown) { hands::key(&shown, Qt::Key_Return); });
     QCOMPARE(askUntilAnswered(nullptr, u"Save?"_s, u"t"_s), Answer::No);
 }
 
@@ -231,15 +232,15 @@ void DialogsTest::anInputBoxShowsEveryCharacterOfItsPrompt() {
 void DialogsTest::anInputBoxGivesWhatIsTyped() {
     const WithNext<QInputDialog> dialog([](QInputDialog &shown) {
         auto *line = shown.findChild<QLineEdit *>();
-        QTest::keyClicks(line, u" secret "_s);
-        QTest::keyClick(line, Qt::Key_Return);
+        hands::type(line, u" secret "_s);
+        hands::key(line, Qt::Key_Return);
     });
     QCOMPARE(inputBox(nullptr, u"Password:"_s, u"Input password"_s), u" secret "_s);
     QCOMPARE(dialog.met, 1);
 }
 
 void DialogsTest::aCancelledInputBoxGivesNothing() {
-    const WithNext<QInputDialog> dialog([](QInputDialog &shown) { QTest::keyClick(&shown, Qt::Key_Escape); });
+    const WithNext<QInputDialog> dialog([](QInputDialog &shown) { hands::key(&shown, Qt::Key_Escape); });
     QCOMPARE(inputBox(nullptr, u"New field name"_s, u"?"_s, u"Fieldx"_s), QString());
     QCOMPARE(dialog.met, 1);
 }
@@ -289,7 +290,7 @@ void chooseName(QFileDialog &dialog, const QString &name) {
     auto *line = dialog.findChild<QLineEdit *>(u"fileNameEdit"_s);
     QVERIFY(line != nullptr);
     line->setText(name);
-    QTest::keyClick(line, Qt::Key_Return);
+    hands::key(line, Qt::Key_Return);
 }
 
 } // namespace
@@ -307,7 +308,7 @@ void DialogsTest::theFileThatIsOpenedComesBackAsChosen() {
 }
 
 void DialogsTest::aCancelledFileDialogGivesNothing() {
-    const WithNext<QFileDialog> dialog([](QFileDialog &shown) { QTest::keyClick(&shown, Qt::Key_Escape); });
+    const WithNext<QFileDialog> dialog([](QFileDialog &shown) { hands::key(&shown, Qt::Key_Escape); });
     const FileDialogAnswer answer = askForFile(nullptr, {});
     QCOMPARE(answer.path, QString());
     QVERIFY(!answer.existed);

@@ -1,5 +1,7 @@
 #include "tests/window/DialogScript.h"
 
+#include "tests/support/Hands.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QEvent>
@@ -35,14 +37,15 @@ QString withDialog(QDialog &dialog, const std::function<QString(Dialog &)> &answ
 QString answerFileDialog(QFileDialog &dialog, const QString &title, const QString &path) {
     const QString problem = difference(u"title"_s, dialog.windowTitle(), title);
     if (path.isNull()) {
-        QTest::keyClick(&dialog, Qt::Key_Escape);
+        hands::key(&dialog, Qt::Key_Escape);
         return problem;
     }
     auto *edit = dialog.findChild<QLineEdit *>(u"fileNameEdit"_s);
     if (edit == nullptr)
         return u"the file dialog has no name field"_s;
+    edit->setCompleter(nullptr); // whose list would open over the button
     edit->selectAll();
-    edit->insert(path); // as pasted: typing would open the dialog's completer over the button
+    edit->insert(path); // as pasted
     return problem + pressButton(dialog, dialog.acceptMode() == QFileDialog::AcceptOpen ? u"Open"_s : u"Save"_s);
 }
 
@@ -51,7 +54,7 @@ QString answerFileDialog(QFileDialog &dialog, const QString &title, const QStrin
 QString pressButton(QDialog &dialog, const QString &text) {
     for (auto *button : dialog.findChildren<QAbstractButton *>()) {
         if (plain(button->text()) == text && button->isVisibleTo(&dialog)) {
-            QTest::mouseClick(button, Qt::LeftButton);
+            hands::click(button, Qt::LeftButton);
             return {};
         }
     }
@@ -89,8 +92,8 @@ void DialogScript::expectInput(const QString &prompt, const QString &title, cons
                                     difference(u"title"_s, box.windowTitle(), title) +
                                     difference(u"default"_s, edit->text(), defaultText);
             edit->selectAll();
-            QTest::keyClick(edit, Qt::Key_Delete);
-            QTest::keyClicks(edit, answer);
+            hands::key(edit, Qt::Key_Delete);
+            hands::type(edit, answer);
             return problem + pressButton(box, u"OK"_s);
         });
     });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/FieldTypes.h"
+#include "tests/support/Hands.h"
 #include "tests/window/EditorFixture.h"
 
 #include <QHeaderView>
@@ -40,38 +41,38 @@ inline QPoint cellCentre(EditorFixture &fixture, int pane, int row, int column) 
 }
 
 inline void doubleClickCell(EditorFixture &fixture, int pane, int row, int column) {
-    QTest::mouseDClick(fixture.grid(pane).viewport(), Qt::LeftButton, Qt::NoModifier,
+    hands::doubleClick(fixture.grid(pane).viewport(), Qt::LeftButton, Qt::NoModifier,
                        cellCentre(fixture, pane, row, column));
 }
 
 /// Opens the editor over a record cell as a person with a keyboard does.
 inline void beginEdit(EditorFixture &fixture, int pane, int row, int column) {
     fixture.clickCell(pane, row, column);
-    QTest::keyClick(&fixture.grid(pane), Qt::Key_Return);
+    hands::key(&fixture.grid(pane), Qt::Key_Return);
 }
 
 /// Replaces the text in an open editor key by key.
 inline void retype(EditorFixture &fixture, int pane, const QString &text) {
     QLineEdit &editor = editorOf(fixture, pane);
-    QTest::keySequence(&editor, QKeySequence::SelectAll);
+    hands::key(&editor, QKeySequence::SelectAll);
     if (text.isEmpty())
-        QTest::keyClick(&editor, Qt::Key_Delete);
+        hands::key(&editor, Qt::Key_Delete);
     else
-        QTest::keyClicks(&editor, text);
+        hands::type(&editor, text);
 }
 
 /// Opens the editor over a record cell, types a text in place of its own and closes the editor.
 inline void edit(EditorFixture &fixture, int pane, int row, int column, const QString &text) {
     beginEdit(fixture, pane, row, column);
     retype(fixture, pane, text);
-    QTest::keyClick(&editorOf(fixture, pane), Qt::Key_Return);
+    hands::key(&editorOf(fixture, pane), Qt::Key_Return);
 }
 
 /// Selects a block of record cells with the mouse: a click and a Shift+click.
 inline void selectBlock(EditorFixture &fixture, int pane, const GridSelection &block) {
     fixture.clickCell(pane, block.row, block.column);
-    QTest::mouseClick(fixture.grid(pane).viewport(), Qt::LeftButton, Qt::ShiftModifier,
-                      cellCentre(fixture, pane, block.rowEnd, block.columnEnd));
+    hands::click(fixture.grid(pane).viewport(), Qt::LeftButton, Qt::ShiftModifier,
+                 cellCentre(fixture, pane, block.rowEnd, block.columnEnd));
 }
 
 /// The value that the component holds in the table that a pane shows.
@@ -98,8 +99,8 @@ inline QList<QVariantList> storedRecords(EditorFixture &fixture, int pane) {
 
 /// Presses the right button on a record cell; a pop-up that opens stays open.
 inline void rightPressCell(EditorFixture &fixture, int pane, int row, int column) {
-    QTest::mousePress(fixture.grid(pane).viewport(), Qt::RightButton, Qt::NoModifier,
-                      cellCentre(fixture, pane, row, column));
+    hands::click(fixture.grid(pane).viewport(), Qt::RightButton, Qt::NoModifier,
+                 cellCentre(fixture, pane, row, column));
 }
 
 /// The middle of a column's header in the header's viewport.
@@ -109,8 +110,8 @@ inline QPoint headerCentre(EditorFixture &fixture, int pane, int column) {
 }
 
 inline void rightPressHeader(EditorFixture &fixture, int pane, int column) {
-    QTest::mousePress(fixture.grid(pane).horizontalHeader()->viewport(), Qt::RightButton, Qt::NoModifier,
-                      headerCentre(fixture, pane, column));
+    hands::click(fixture.grid(pane).horizontalHeader()->viewport(), Qt::RightButton, Qt::NoModifier,
+                 headerCentre(fixture, pane, column));
 }
 
 } // namespace qir::test

@@ -2,6 +2,7 @@
 
 #include "base/Collation.h"
 #include "db/AssegnaARecordset.h"
+#include "tests/support/Hands.h"
 
 #include <QGroupBox>
 
@@ -11,8 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void makeTable(const QirDatabase &database, const TableOfTexts &table)
-{
+void makeTable(const QirDatabase &database, const TableOfTexts &table) {
     database.AddTable(table.name);
     database.QIRTableRecordSource(table.name);
     database.RemoveRecord(1);
@@ -33,8 +33,7 @@ void makeTable(const QirDatabase &database, const TableOfTexts &table)
     }
 }
 
-QString gridProblems(EditorContext &editor, int pane)
-{
+QString gridProblems(EditorContext &editor, int pane) {
     const Grid &grid = editor.Tabella(pane);
     const QString paneName = u"pane %1: "_s.arg(pane);
     if (!realTableSelected(editor, pane))
@@ -45,7 +44,8 @@ QString gridProblems(EditorContext &editor, int pane)
     makeShownTableCurrent(editor, pane);
     const QirDatabase &database = editor.OggettoDtb(pane);
     QString problems;
-    if (grid.Rows() != database.QirTableRecordsCount() + 1 || grid.Cols() != std::max(2, database.QirTableFieldsCount() + 1))
+    if (grid.Rows() != database.QirTableRecordsCount() + 1 ||
+        grid.Cols() != std::max(2, database.QirTableFieldsCount() + 1))
         problems += paneName + u"the grid has %1 x %2 cells for %3 records of %4 fields; "_s.arg(grid.Rows())
                                    .arg(grid.Cols())
                                    .arg(database.QirTableRecordsCount())
@@ -56,8 +56,7 @@ QString gridProblems(EditorContext &editor, int pane)
 }
 
 /// A command works on the table of its line's number: it must be the one that the line names.
-QString lineProblems(EditorContext &editor, int pane)
-{
+QString lineProblems(EditorContext &editor, int pane) {
     const ListBox &list = editor.ListaTabelle(pane);
     const QirDatabase &database = editor.OggettoDtb(pane);
     const int tables = database.QIRTablesCount();
@@ -66,15 +65,17 @@ QString lineProblems(EditorContext &editor, int pane)
         const int number = list.ItemData(line);
         const QString name = number >= 1 && number <= tables ? database.QIRTableName(number) : QString();
         if (number != 0 && collationKey(list.List(line)) != collationKey(name))
-            problems += u"pane %1: line '%2' stands for table %3, '%4'; "_s.arg(pane).arg(list.List(line)).arg(number).arg(name);
+            problems += u"pane %1: line '%2' stands for table %3, '%4'; "_s.arg(pane)
+                            .arg(list.List(line))
+                            .arg(number)
+                            .arg(name);
     }
     return problems;
 }
 
 } // namespace
 
-void makeDatabase(const QString &path, const std::vector<TableOfTexts> &tables, const QString &password)
-{
+void makeDatabase(const QString &path, const std::vector<TableOfTexts> &tables, const QString &password) {
     const QirDatabase database = QirDatabase::create();
     if (!database.SetDatabaseFileName(path))
         throw std::runtime_error("the test database cannot take its name");
@@ -87,8 +88,7 @@ void makeDatabase(const QString &path, const std::vector<TableOfTexts> &tables, 
     database.setDtbHasChanged(false);
 }
 
-QString invariantProblems(EditorContext &editor)
-{
+QString invariantProblems(EditorContext &editor) {
     QString problems;
     for (const int pane : {0, 1}) {
         if (editor.DtbAperto(pane))
@@ -99,23 +99,23 @@ QString invariantProblems(EditorContext &editor)
     return problems;
 }
 
-EditorFixture::EditorFixture(const QString &commandLine)
-{
+EditorFixture::EditorFixture(const QString &commandLine) {
     // A window that was closed in the test before has ended the program's loop: until that runs again every dialog's
     // own loop would end at once.
-    QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        qApp, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
     QApplication::exec();
     m_window = std::make_unique<DtbEditor>();
     m_window->show();
-    if (!QTest::qWaitForWindowExposed(m_window.get()))
-        m_problems.append(u"the window did not show"_s);
+    m_window->activateWindow(); // only an active window's controls learn of the focus
+    if (!QTest::qWaitForWindowActive(m_window.get()))
+        m_problems.append(u"the window is not active"_s);
     runCommand([&] { m_startResult = m_window->Form_Load(commandLine); });
 }
 
 EditorFixture::~EditorFixture() = default;
 
-void EditorFixture::choose(Command command)
-{
+void EditorFixture::choose(Command command) {
     QAction &wanted = action(command);
     if (wanted.isEnabled())
         wanted.trigger();
@@ -123,19 +123,16 @@ void EditorFixture::choose(Command command)
         m_problems.append(u"%1 is disabled"_s.arg(wanted.objectName()));
 }
 
-void EditorFixture::open(const QString &path)
-{
+void EditorFixture::open(const QString &path) {
     m_dialogs.expectFile(u"File DDB,WDB,UDB,SDB,IDB"_s, path);
     choose(Command::OpenDatabase);
 }
 
-void EditorFixture::activate(int pane)
-{
-    QTest::mouseClick(&editor().IDtb(pane), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+void EditorFixture::activate(int pane) {
+    hands::click(&editor().IDtb(pane), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
 }
 
-void EditorFixture::openBoth(const QString &left, const QString &right)
-{
+void EditorFixture::openBoth(const QString &left, const QString &right) {
     if (!editor().twoPanes())
         choose(Command::TwoMenu);
     activate(0);
@@ -145,32 +142,29 @@ void EditorFixture::openBoth(const QString &left, const QString &right)
     activate(0);
 }
 
-void EditorFixture::clickLine(int pane, int line)
-{
+void EditorFixture::clickLine(int pane, int line) {
     ListBox &box = list(pane);
     const QModelIndex index = box.model()->index(line, 0);
     box.scrollTo(index);
-    QTest::mouseClick(box.viewport(), Qt::LeftButton, Qt::NoModifier, box.visualRect(index).center());
+    hands::click(box.viewport(), Qt::LeftButton, Qt::NoModifier, box.visualRect(index).center());
 }
 
-void EditorFixture::clickCell(int pane, int row, int column)
-{
+void EditorFixture::clickCell(int pane, int row, int column) {
     Grid &box = grid(pane);
     const QModelIndex index = box.model()->index(row - 1, column - 1);
     box.scrollTo(index);
-    QTest::mouseClick(box.viewport(), Qt::LeftButton, Qt::NoModifier, box.visualRect(index).center());
+    const QRect seen = box.visualRect(index) & box.viewport()->rect();
+    hands::click(box.viewport(), Qt::LeftButton, Qt::NoModifier, seen.center());
 }
 
-QStringList EditorFixture::lines(int pane)
-{
+QStringList EditorFixture::lines(int pane) {
     QStringList all;
     for (int line = 0; line < list(pane).ListCount(); ++line)
         all.append(list(pane).List(line));
     return all;
 }
 
-QList<QStringList> EditorFixture::texts(int pane)
-{
+QList<QStringList> EditorFixture::texts(int pane) {
     QList<QStringList> rows;
     for (int r = 1; r < grid(pane).Rows(); ++r) {
         QStringList row;
@@ -181,10 +175,11 @@ QList<QStringList> EditorFixture::texts(int pane)
     return rows;
 }
 
-void EditorFixture::end() { m_window.reset(); }
+void EditorFixture::end() {
+    m_window.reset();
+}
 
-QString EditorFixture::problems()
-{
+QString EditorFixture::problems() {
     QStringList all = m_problems;
     all.append(m_dialogs.problems());
     if (m_window)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/Hands.h"
 #include "tests/window/EditorFixture.h"
 
 #include <QMenu>
@@ -11,7 +12,7 @@ inline void pressRight(EditorFixture &fixture, int pane, int line) {
     ListBox &list = fixture.list(pane);
     const QModelIndex index = list.model()->index(line, 0);
     list.scrollTo(index);
-    QTest::mouseClick(list.viewport(), Qt::RightButton, Qt::NoModifier, list.visualRect(index).center());
+    hands::click(list.viewport(), Qt::RightButton, Qt::NoModifier, list.visualRect(index).center());
 }
 
 /// The object names of the entries that an open pop-up shows; empty when it is not open.
@@ -27,7 +28,7 @@ inline QStringList shownEntries(const QMenu &menu) {
 
 /// Clicks an entry of an open pop-up.
 inline void chooseFromPopup(QMenu &menu, QAction &action) {
-    QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier, menu.actionGeometry(&action).center());
+    hands::click(&menu, Qt::LeftButton, Qt::NoModifier, menu.actionGeometry(&action).center());
 }
 
 } // namespace qir::test

@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditSupport.h"
 
@@ -189,8 +190,8 @@ private Q_SLOTS:
     void aColumnSelectedByItsHeaderIsCopiedAndFilledWithoutTheHeader() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
         fixture.clickCell(0, 1, 1);
-        QTest::mouseClick(fixture.grid(0).horizontalHeader()->viewport(), Qt::LeftButton, Qt::NoModifier,
-                          headerCentre(fixture, 0, 2));
+        hands::click(fixture.grid(0).horizontalHeader()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                     headerCentre(fixture, 0, 2));
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(clipboardText(), u"a\rb\rc\rd"_s);
         setClipboard(u"w\nx\ny\nz\n"_s);
@@ -322,7 +323,7 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
         beginEdit(fixture, 0, 2, 2);
         setClipboard(u"x\ty"_s);
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_V, Qt::ControlModifier);
+        hands::key(&editorOf(fixture, 0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"bx\ty"_s);
         QIR_VERIFY_OK(fixture);
     }
@@ -420,7 +421,7 @@ private Q_SLOTS:
 private:
     static void press(EditorFixture &fixture, Qt::Key key, Qt::KeyboardModifiers modifiers) {
         const int pane = std::max(fixture.state().IndexAttivo, 0);
-        QTest::keyClick(&fixture.grid(pane), key, modifiers);
+        hands::key(&fixture.grid(pane), key, modifiers);
     }
 
     std::unique_ptr<EditFiles> m_files;

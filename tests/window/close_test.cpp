@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/ShellTest.h"
 
 #include <QMenu>
@@ -98,13 +99,13 @@ private Q_SLOTS:
                 problems.append(u"other buttons"_s);
             if (box.defaultButton() != box.button(QMessageBox::No))
                 problems.append(u"another default button"_s);
-            QTest::keyClick(&box, Qt::Key_Escape);
+            hands::key(&box, Qt::Key_Escape);
             if (!box.isVisible())
                 problems.append(u"Escape answered"_s);
             box.close();
             if (!box.isVisible())
                 problems.append(u"the close box answered"_s);
-            QTest::keyClick(&box, Qt::Key_Return);
+            hands::key(&box, Qt::Key_Return);
             return problems.join(u", "_s);
         });
         fixture.choose(Command::CloseDatabaseMenu);

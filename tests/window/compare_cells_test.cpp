@@ -1,4 +1,5 @@
 #include "platform/controls/Twips.h"
+#include "tests/support/Hands.h"
 #include "tests/window/CompareSupport.h"
 
 #include <QFile>
@@ -128,8 +129,8 @@ private Q_SLOTS:
         rightPressHeader(fixture, 0, 1);
         QMenu &menu = *fixture.editor().controls.popmenuGridFields;
         QVERIFY(menu.isVisible());
-        QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier,
-                          menu.actionGeometry(&fixture.action(Command::SortFPOP)).center());
+        hands::click(&menu, Qt::LeftButton, Qt::NoModifier,
+                     menu.actionGeometry(&fixture.action(Command::SortFPOP)).center());
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(redCells(fixture, 1), Cells{});
         QCOMPARE(fixture.lines(0), QStringList(u"a"_s));
@@ -147,9 +148,9 @@ private Q_SLOTS:
         files.open(fixture);
         QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}, {2, 1}}));
         selectBlock(fixture, 0, {1, 1, 2, 1});
-        QTest::keyClick(&fixture.grid(0), Qt::Key_C, Qt::ControlModifier);
+        hands::key(&fixture.grid(0), Qt::Key_C, Qt::ControlModifier);
         selectBlock(fixture, 1, {1, 1, 2, 1});
-        QTest::keyClick(&fixture.grid(1), Qt::Key_V, Qt::ControlModifier);
+        hands::key(&fixture.grid(1), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(stored(fixture, 1, 1, 1).toString(), u"a"_s);
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(redCells(fixture, 1), Cells{});

@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/ShellTest.h"
 
@@ -39,13 +40,13 @@ int typeUntilKilled(const QString &file, bool recovers) {
     fixture.clickLine(0, 0);
     beginEdit(fixture, 0, 1, 1);
     QLineEdit &editor = editorOf(fixture, 0);
-    QTest::keyClick(&editor, Qt::Key_End);
+    hands::key(&editor, Qt::Key_End);
     if (!fixture.problems().isEmpty()) {
         std::fprintf(stderr, "%s\n", qPrintable(fixture.problems()));
         return 1;
     }
     for (int key = 0;; ++key) {
-        QTest::keyClick(&editor, typedText(key + 1).back().toLatin1());
+        hands::key(&editor, typedText(key + 1).back().toLatin1());
         std::putchar('.');
         std::fflush(stdout);
     }

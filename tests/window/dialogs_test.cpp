@@ -1,9 +1,10 @@
+#include "base/SecretText.h"
 #include "dialogs/CaricaTipi.h"
 #include "dialogs/CustomInputBox.h"
 #include "dialogs/Progresso.h"
-#include "base/SecretText.h"
 #include "dialogs/frmListaStringhePlain.h"
 #include "platform/controls/ListBox.h"
+#include "tests/support/Hands.h"
 #include "tests/window/DialogScript.h"
 #include "tests/window/LayoutCheck.h"
 
@@ -32,7 +33,7 @@ Control &control(QWidget &dialog, const QString &name) {
 }
 
 void pressKey(QWidget &receiver, Qt::Key key) {
-    QTest::keyClick(&receiver, key);
+    hands::key(&receiver, key);
 }
 
 /// How a box is asked for; the fields that a test does not name have the usual values.
@@ -74,7 +75,7 @@ QPlainTextEdit &testoMultiline(QDialog &dialog) {
 }
 
 void typeAndPressOk(QDialog &dialog, const QString &text) {
-    QTest::keyClicks(&testo(dialog), text);
+    hands::type(&testo(dialog), text);
     pressButton(dialog, u"OK"_s);
 }
 
@@ -132,7 +133,7 @@ private Q_SLOTS:
     void enterInTheTextBoxConfirms() {
         QFETCH(Qt::Key, key);
         const Outcome outcome = ask({}, [key](QDialog &dialog) {
-            QTest::keyClicks(&testo(dialog), u"typed"_s);
+            hands::type(&testo(dialog), u"typed"_s);
             pressKey(testo(dialog), key);
         });
         QCOMPARE(outcome.answer, u"typed"_s);
@@ -163,7 +164,7 @@ private Q_SLOTS:
         question.multiline = multiline;
         const Outcome outcome = ask(question, [&](QDialog &dialog) {
             QWidget &box = multiline ? static_cast<QWidget &>(testoMultiline(dialog)) : testo(dialog);
-            QTest::keyClicks(&box, u"typed"_s);
+            hands::type(&box, u"typed"_s);
             if (byKey)
                 pressKey(box, Qt::Key_Escape);
             else
@@ -189,7 +190,7 @@ private Q_SLOTS:
         Question question;
         question.defaultText = u"default"_s;
         const Outcome outcome = ask(question, [](QDialog &dialog) {
-            QTest::keyClicks(&testo(dialog), u"typed"_s);
+            hands::type(&testo(dialog), u"typed"_s);
             dialog.close();
         });
         QCOMPARE(outcome.answer, u"before"_s);
@@ -261,7 +262,7 @@ private Q_SLOTS:
         question.password = true;
         QString shown;
         const Outcome outcome = ask(question, [&](QDialog &dialog) {
-            QTest::keyClicks(&testo(dialog), u"secret"_s);
+            hands::type(&testo(dialog), u"secret"_s);
             shown = testo(dialog).displayText();
             pressButton(dialog, u"OK"_s);
         });
@@ -277,7 +278,7 @@ private Q_SLOTS:
         QString shown;
         const Outcome outcome = ask(question, [&](QDialog &dialog) {
             lineHidden = testo(dialog).isHidden();
-            QTest::keyClicks(&testoMultiline(dialog), u"plain"_s);
+            hands::type(&testoMultiline(dialog), u"plain"_s);
             shown = testoMultiline(dialog).toPlainText();
             pressButton(dialog, u"OK"_s);
         });
@@ -294,9 +295,9 @@ private Q_SLOTS:
         const Outcome outcome = ask(question, [&](QDialog &dialog) {
             QPlainTextEdit &box = testoMultiline(dialog);
             selected = box.textCursor().selectedText();
-            QTest::keyClicks(&box, u"a"_s);
+            hands::type(&box, u"a"_s);
             pressKey(box, Qt::Key_Return);
-            QTest::keyClicks(&box, u"b"_s);
+            hands::type(&box, u"b"_s);
             pressButton(dialog, u"OK"_s);
         });
         QCOMPARE(selected, u"old"_s);
@@ -367,7 +368,7 @@ private Q_SLOTS:
         question.password = true;
         QString shared;
         const Outcome outcome = ask(question, [&](QDialog &dialog) {
-            QTest::keyClicks(&testo(dialog), u"secret"_s);
+            hands::type(&testo(dialog), u"secret"_s);
             shared = testo(dialog).text();
             pressButton(dialog, u"OK"_s);
         });
@@ -473,8 +474,8 @@ private Q_SLOTS:
     void aDoubleClickTakesTheItemUnderIt() {
         QCOMPARE(pick(-1,
                       [](QDialog &, ListBox &list) {
-                          QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, middleOfLine(list, 4));
-                          QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, middleOfLine(list, 4));
+                          hands::click(list.viewport(), Qt::LeftButton, {}, middleOfLine(list, 4));
+                          hands::doubleClick(list.viewport(), Qt::LeftButton, {}, middleOfLine(list, 4));
                       }),
                  QString());
         CHECK_CHOICE(u"double"_s, 4, 7);
@@ -484,7 +485,7 @@ private Q_SLOTS:
         QCOMPARE(pick(-1,
                       [](QDialog &, ListBox &list) {
                           const QPoint beside = list.viewport()->rect().bottomRight() - QPoint(2, 2);
-                          QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, beside);
+                          hands::doubleClick(list.viewport(), Qt::LeftButton, {}, beside);
                       }),
                  QString());
         CHECK_CHOICE(QString(), -1, 0);

@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditSupport.h"
 
@@ -65,7 +66,7 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 3, 1);
         for (const auto &[key, value] : {std::pair{'1', u"601"_s}, std::pair{'2', u"6012"_s}}) {
             fake->clearLog();
-            QTest::keyClick(&editorOf(fixture, 0), key);
+            hands::key(&editorOf(fixture, 0), key);
             QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 3"_s, u"QIRTableFieldType 1"_s,
                                                u"QIRTableRecordSetByIndex 1 "_s + value}));
             QCOMPARE(fake->log().last().arguments[1].typeId(), static_cast<int>(QMetaType::Double));
@@ -78,7 +79,7 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         beginEdit(fixture, 0, 2, 2);
         fake->clearLog();
-        QTest::keyClick(&editorOf(fixture, 0), '1');
+        hands::key(&editorOf(fixture, 0), '1');
         QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 2"_s, u"QIRTableFieldType 2"_s,
                                            u"QIRTableRecordSetByIndex 2 Spare1"_s}));
         QCOMPARE(fake->log().last().arguments[1].typeId(), static_cast<int>(QMetaType::QString));
@@ -92,7 +93,7 @@ private Q_SLOTS:
         fixture.grid(0).setColData(2, 1);
         beginEdit(fixture, 0, 2, 2);
         fake->clearLog();
-        QTest::keyClick(&editorOf(fixture, 0), '7');
+        hands::key(&editorOf(fixture, 0), '7');
         QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 3"_s, u"QIRTableFieldType 1"_s,
                                            u"QIRTableRecordSetByIndex 1 0"_s}));
     }
@@ -102,9 +103,9 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 2, 2);
         fake->clearLog();
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Left);
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Return);
+        hands::key(&fixture.grid(0), Qt::Key_Return);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Left);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Return);
         QCOMPARE(calls(fake), QStringList());
         QIR_VERIFY_OK(fixture);
     }
@@ -116,7 +117,7 @@ private Q_SLOTS:
         // As marking tables does.
         makeTableCurrent(fixture.editor(), 0, u"Valves"_s);
         fake->clearLog();
-        QTest::keyClick(&editorOf(fixture, 0), '5');
+        hands::key(&editorOf(fixture, 0), '5');
         QCOMPARE(calls(fake).value(0), u"QIRTableRecordSource Pumps"_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 12005.0);
         QIR_VERIFY_OK(fixture);
@@ -139,7 +140,7 @@ private Q_SLOTS:
         makeTableCurrent(fixture.editor(), 0, u"Valves"_s);
         fake->clearLog();
         if (action == 0)
-            QTest::keyClick(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+            hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
         else if (action == 1)
             fixture.choose(Command::SortFPOP);
         else if (action == 2)
@@ -159,7 +160,7 @@ private Q_SLOTS:
         fixture.openBoth(m_files->make(u"A.DDB"_s, {pumps()}), m_files->make(u"B.DDB"_s, {pumps()}));
         beginEdit(fixture, 0, 1, 1);
         fake->clearLog();
-        QTest::keyClick(&editorOf(fixture, 0), '5');
+        hands::key(&editorOf(fixture, 0), '5');
         QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 1"_s, u"QIRTableFieldType 1"_s,
                                            u"QIRTableRecordSetByIndex 1 12005"_s}));
         QCOMPARE(fixture.grid(1).CellBackColor(1, 1), CellColour::Red);
@@ -175,7 +176,7 @@ private Q_SLOTS:
         fixture.openBoth(m_files->make(u"A.DDB"_s, {large}), m_files->make(u"B.DDB"_s, {large}));
         beginEdit(fixture, 0, 1000, 1);
         fake->clearLog();
-        QTest::keyClick(&editorOf(fixture, 0), '5');
+        hands::key(&editorOf(fixture, 0), '5');
         QCOMPARE(fake->log().size(), 3);
         QIR_VERIFY_OK(fixture);
     }
@@ -186,12 +187,12 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 1, 1);
         fake->failOn(u"QIRTableRecordSetByIndex"_s, u"The disk is on fire."_s);
         fixture.dialogs().expectMessage(u"The disk is on fire."_s, u"QIR Database Editor"_s, u"OK"_s);
-        QTest::keyClick(&editorOf(fixture, 0), '5');
+        hands::key(&editorOf(fixture, 0), '5');
         fake->stopFailing();
         QCOMPARE(fixture.dialogs().answered(), 1);
         QVERIFY(editing(fixture, 0));
         QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"12005"_s);
-        QTest::keyClick(&editorOf(fixture, 0), '6');
+        hands::key(&editorOf(fixture, 0), '6');
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 120056.0);
         QIR_VERIFY_OK(fixture);
     }
@@ -202,7 +203,7 @@ private Q_SLOTS:
         fixture.clickCell(0, 2, 2);
         QGuiApplication::clipboard()->setText(u"x"_s);
         fake->clearLog();
-        QTest::keyClick(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(writes(fake), QStringList({u"BeginChanges"_s, u"QIRTableRecordsPointerOut 2"_s,
                                             u"QIRTableRecordSetByIndex 2 x"_s, u"EndChanges"_s}));
         QIR_VERIFY_OK(fixture);
@@ -214,12 +215,12 @@ private Q_SLOTS:
         fake->failOn(u"QIRTableRecordSetByIndex"_s, u"The disk is on fire."_s);
         beginEdit(fixture, 0, 1, 1);
         fixture.dialogs().expectMessage(u"The disk is on fire."_s, u"QIR Database Editor"_s, u"OK"_s);
-        QTest::keyClick(&editorOf(fixture, 0), '5');
+        hands::key(&editorOf(fixture, 0), '5');
         fake->stopFailing();
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 1200.0);
         fixture.clickCell(0, 2, 2);
         QGuiApplication::clipboard()->setText(u"x"_s);
-        QTest::keyClick(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 12005.0);
         QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"x"_s);
         QIR_VERIFY_OK(fixture);
@@ -229,9 +230,9 @@ private Q_SLOTS:
         const UseFake fake;
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         selectBlock(fixture, 0, {1, 1, 3, 2});
-        QTest::keyClick(&fixture.grid(0), Qt::Key_C, Qt::ControlModifier);
+        hands::key(&fixture.grid(0), Qt::Key_C, Qt::ControlModifier);
         fake->clearLog();
-        QTest::keyClick(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(writes(fake),
                  QStringList({u"BeginChanges"_s, u"QIRTableRecordsPointerOut 1"_s, u"QIRTableRecordSetByIndex 1 1200"_s,
                               u"QIRTableRecordSetByIndex 2 Main"_s, u"QIRTableRecordsPointerOut 2"_s,

@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 
 #include <QHeaderView>
@@ -97,7 +98,7 @@ private Q_SLOTS:
 
         // The caret stands at the other end of the text.
         beginEdit(fixture, 0, 2, 1);
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Home);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Home);
         const int end = darkColumns(editorOf(fixture, 0).grab().toImage()).second;
         QVERIFY2(std::abs(end - numberEnd) <= 1, qPrintable(u"%1 %2"_s.arg(end).arg(numberEnd)));
         beginEdit(fixture, 0, 2, 2);
@@ -110,7 +111,7 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         for (const int column : {1, 2}) {
             beginEdit(fixture, 0, 2, column);
-            QTest::keyClicks(&editorOf(fixture, 0), QString(80, u'7'));
+            hands::type(&editorOf(fixture, 0), QString(80, u'7'));
             editorOf(fixture, 0).grab(); // it scrolls its text when it is drawn
             const QPoint caret = editorOf(fixture, 0).inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
             QVERIFY(editorOf(fixture, 0).rect().contains(caret));
@@ -134,10 +135,10 @@ private Q_SLOTS:
     void enterOnTheGridOpensTheEditorAndOtherKeysDoNot() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
-        QTest::keyClicks(&fixture.grid(0), u"x1 "_s);
-        QTest::keyClick(&fixture.grid(0), Qt::Key_F2);
+        hands::type(&fixture.grid(0), u"x1 "_s);
+        hands::key(&fixture.grid(0), Qt::Key_F2);
         QVERIFY(!editing(fixture, 0));
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        hands::key(&fixture.grid(0), Qt::Key_Return);
         QVERIFY(editing(fixture, 0));
         QCOMPARE(fixture.grid(0).TextMatrix(1, 2), u"Main"_s);
         QIR_VERIFY_OK(fixture);
@@ -149,7 +150,7 @@ private Q_SLOTS:
         QVERIFY(fixture.grid(0).Visible());
         doubleClickCell(fixture, 0, 1, 1);
         QVERIFY(!editing(fixture, 0));
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        hands::key(&fixture.grid(0), Qt::Key_Return);
         QVERIFY(!editing(fixture, 0));
         QCOMPARE(fixture.state().RigaEdit, -1);
         QIR_VERIFY_OK(fixture);
@@ -161,7 +162,8 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"Do you want to remove table: 'Pumps' ?"_s, u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
         QVERIFY(!fixture.grid(0).Visible());
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Return); // a hidden control may keep an inactive window's focus
+        fixture.grid(0).setFocus(); // a hidden control may keep an inactive window's focus
+        hands::strike(fixture.window(), Qt::Key_Return, Qt::NoModifier, u"\r"_s);
         QVERIFY(!editing(fixture, 0));
         QCOMPARE(fixture.state().RigaEdit, -1);
         QIR_VERIFY_OK(fixture);
@@ -170,9 +172,9 @@ private Q_SLOTS:
     void enterOnTheNumberBlockDoesTheSame() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Enter, Qt::KeypadModifier);
+        hands::key(&fixture.grid(0), Qt::Key_Enter, Qt::KeypadModifier);
         QVERIFY(editing(fixture, 0));
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Enter, Qt::KeypadModifier);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Enter, Qt::KeypadModifier);
         QVERIFY(!editing(fixture, 0));
         QIR_VERIFY_OK(fixture);
     }
@@ -180,11 +182,11 @@ private Q_SLOTS:
     void aDoubleClickOnAColumnHeaderOpensNoEditorAndEndsAnOpenOne() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         QWidget *header = fixture.grid(0).horizontalHeader()->viewport();
-        QTest::mouseDClick(header, Qt::LeftButton, Qt::NoModifier, headerCentre(fixture, 0, 2));
+        hands::doubleClick(header, Qt::LeftButton, Qt::NoModifier, headerCentre(fixture, 0, 2));
         QVERIFY(!editing(fixture, 0));
         doubleClickCell(fixture, 0, 1, 1);
         QVERIFY(editing(fixture, 0));
-        QTest::mouseDClick(header, Qt::LeftButton, Qt::NoModifier, headerCentre(fixture, 0, 1));
+        hands::doubleClick(header, Qt::LeftButton, Qt::NoModifier, headerCentre(fixture, 0, 1));
         QVERIFY(!editing(fixture, 0));
         QIR_VERIFY_OK(fixture);
     }
@@ -194,10 +196,10 @@ private Q_SLOTS:
         fixture.clickCell(0, 1, 1);
         const QWidget *header = fixture.grid(0).horizontalHeader()->viewport();
         QCursor::setPos(header->mapToGlobal(headerCentre(fixture, 0, 2)));
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        hands::key(&fixture.grid(0), Qt::Key_Return);
         QVERIFY(!editing(fixture, 0));
         QCursor::setPos(fixture.list(0).viewport()->mapToGlobal(QPoint(5, 5)));
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        hands::key(&fixture.grid(0), Qt::Key_Return);
         QVERIFY(editing(fixture, 0));
         QIR_VERIFY_OK(fixture);
     }
@@ -205,12 +207,12 @@ private Q_SLOTS:
     void everyKeystrokeIsWritten() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         beginEdit(fixture, 0, 3, 1);
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Backspace);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Backspace);
         QCOMPARE(stored(fixture, 0, 3, 1), QVariant(6.0));
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Backspace);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Backspace);
         QCOMPARE(stored(fixture, 0, 3, 1), QVariant(0.0));
         for (const auto &[key, value] : {std::pair{'1', 1.0}, std::pair{'2', 12.0}, std::pair{'3', 123.0}}) {
-            QTest::keyClick(&editorOf(fixture, 0), key);
+            hands::key(&editorOf(fixture, 0), key);
             QCOMPARE(stored(fixture, 0, 3, 1).toDouble(), value);
         }
         QCOMPARE(fixture.grid(0).TextMatrix(3, 1), u"123"_s);
@@ -257,8 +259,8 @@ private Q_SLOTS:
     void escapeInTheEditorDoesNothingSpecial() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         beginEdit(fixture, 0, 2, 2);
-        QTest::keyClicks(&editorOf(fixture, 0), u"!"_s);
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Escape);
+        hands::type(&editorOf(fixture, 0), u"!"_s);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Escape);
         QVERIFY(editing(fixture, 0));
         QCOMPARE(editorOf(fixture, 0).text(), u"Spare!"_s);
         QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"Spare!"_s);
@@ -268,8 +270,8 @@ private Q_SLOTS:
     void anEditThatChangesNothingWritesNothing() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         beginEdit(fixture, 0, 3, 3);
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Home);
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Return);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Home);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Return);
         QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
@@ -281,7 +283,7 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 1, 1);
         QCOMPARE(editorOf(fixture, 0).text().size(), 40000);
         QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
-        QTest::keyClicks(&editorOf(fixture, 0), u"y"_s);
+        hands::type(&editorOf(fixture, 0), u"y"_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toString(), text + u'y');
         QIR_VERIFY_OK(fixture);
     }
@@ -291,7 +293,7 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
         beginEdit(fixture, 0, 1, 1);
         QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
-        QTest::keyClicks(&editorOf(fixture, 0), u"."_s);
+        hands::type(&editorOf(fixture, 0), u"."_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toString(), u"one\ntwo\tthree\r\n."_s);
         QIR_VERIFY_OK(fixture);
     }
@@ -319,7 +321,7 @@ private Q_SLOTS:
         QVERIFY(!editing(fixture, 0));
         QCOMPARE(fixture.state().RigaEdit, -1);
         // The cell that became current is not written to by keys meant for the editor.
-        QTest::keyClicks(&fixture.grid(0), u"5"_s);
+        hands::type(&fixture.grid(0), u"5"_s);
         QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
@@ -368,16 +370,16 @@ private Q_SLOTS:
         if (byDragging) {
             const QPoint inside = cellCentre(fixture, 0, 5, 3);
             const QPoint below(inside.x(), grid.viewport()->height() + 30);
-            QTest::mousePress(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, inside);
-            QTest::mouseMove(grid.viewport(), QPoint(inside.x(), grid.viewport()->height() - 1));
-            QTest::mouseMove(grid.viewport(), below);
+            hands::press(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, inside);
+            hands::move(grid.viewport(), QPoint(inside.x(), grid.viewport()->height() - 1));
+            hands::move(grid.viewport(), below);
             QTRY_VERIFY(grid.TopRow() > 1);
-            QTest::mouseRelease(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, below);
+            hands::release(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, below);
         } else {
             grid.setFocus();
-            QTest::keyClick(&grid, Qt::Key_Down, Qt::ShiftModifier);
+            hands::key(&grid, Qt::Key_Down, Qt::ShiftModifier);
             QVERIFY(editing(fixture, 0)); // its cell is still there
-            QTest::keyClick(&grid, Qt::Key_End, Qt::ShiftModifier | Qt::ControlModifier);
+            hands::key(&grid, Qt::Key_End, Qt::ShiftModifier | Qt::ControlModifier);
         }
         QVERIFY(grid.TopRow() > 1);
         QCOMPARE(grid.Row(), 2);
@@ -393,7 +395,7 @@ private Q_SLOTS:
         fixture.clickCell(0, 1, 1);
         grid.setTopRow(150);
         grid.setLeftCol(20);
-        QTest::keyClick(&grid, Qt::Key_Return);
+        hands::key(&grid, Qt::Key_Return);
         QVERIFY(editing(fixture, 0));
         QCOMPARE(grid.selection(), singleCell(1, 1));
         QCOMPARE(grid.TopRow(), 1);
@@ -434,7 +436,7 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 1, 1);
         QVERIFY(!fixture.grid(0).userResizing());
         QCOMPARE(fixture.grid(0).horizontalHeader()->sectionResizeMode(0), QHeaderView::Fixed);
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Return);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Return);
         QVERIFY(fixture.grid(0).userResizing());
         QIR_VERIFY_OK(fixture);
     }
@@ -445,8 +447,8 @@ private Q_SLOTS:
         QVERIFY(fixture.action(Command::ResizeTextField).isEnabled());
         fixture.clickCell(0, 1, 3);
         QVERIFY(!fixture.action(Command::ResizeTextField).isEnabled());
-        QTest::mouseClick(fixture.grid(0).horizontalHeader()->viewport(), Qt::LeftButton, Qt::NoModifier,
-                          headerCentre(fixture, 0, 2));
+        hands::click(fixture.grid(0).horizontalHeader()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                     headerCentre(fixture, 0, 2));
         QVERIFY(fixture.action(Command::ResizeTextField).isEnabled());
         QIR_VERIFY_OK(fixture);
     }
@@ -455,15 +457,15 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
         Grid &grid = fixture.grid(0);
         fixture.clickCell(0, 2, 2);
-        QTest::keyClick(&grid, Qt::Key_Down);
-        QTest::keyClick(&grid, Qt::Key_Right);
+        hands::key(&grid, Qt::Key_Down);
+        hands::key(&grid, Qt::Key_Right);
         QCOMPARE(grid.selection(), singleCell(3, 3));
-        QTest::keyClick(&grid, Qt::Key_End, Qt::ControlModifier);
+        hands::key(&grid, Qt::Key_End, Qt::ControlModifier);
         QCOMPARE(grid.selection(), singleCell(200, 30));
         QVERIFY(!grid.cellRectangle().isEmpty());
-        QTest::keyClick(&grid, Qt::Key_Up, Qt::ShiftModifier);
+        hands::key(&grid, Qt::Key_Up, Qt::ShiftModifier);
         QCOMPARE(grid.selection(), (GridSelection{200, 30, 199, 30}));
-        QTest::keyClick(&grid, Qt::Key_A, Qt::ControlModifier);
+        hands::key(&grid, Qt::Key_A, Qt::ControlModifier);
         QCOMPARE(grid.selection(), (GridSelection{1, 1, 200, 30}));
         QIR_VERIFY_OK(fixture);
     }

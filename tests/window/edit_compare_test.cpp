@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 
 #include <QMenu>
@@ -77,7 +78,7 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 1, 1);
         retype(fixture, 0, u"1x"_s);
         QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s})); // though both hold 1
-        QTest::keyClick(&editorOf(fixture, 0), Qt::Key_Backspace);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Backspace);
         QCOMPARE(redCells(fixture, 1), QStringList());
         QIR_VERIFY_OK(fixture);
     }
@@ -114,7 +115,7 @@ private Q_SLOTS:
         QVERIFY(editing(fixture, 1));
         QCOMPARE(fixture.window().focusWidget(), &editorOf(fixture, 1));
         QVERIFY(fixture.grid(0).userResizing());
-        QTest::keyClicks(&editorOf(fixture, 1), u"5"_s);
+        hands::type(&editorOf(fixture, 1), u"5"_s);
         QCOMPARE(stored(fixture, 1, 1, 1).toDouble(), 15.0);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 1.0);
         QCOMPARE(fixture.state().IndexAttivo, 1);
@@ -128,7 +129,7 @@ private Q_SLOTS:
         fixture.activate(1); // the edit goes on
         QVERIFY(editing(fixture, 0));
         editorOf(fixture, 0).setFocus();
-        QTest::keyClicks(&editorOf(fixture, 0), u"5"_s);
+        hands::type(&editorOf(fixture, 0), u"5"_s);
         QCOMPARE(fixture.state().IndexAttivo, 0);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 15.0);
         QIR_VERIFY_OK(fixture);
@@ -157,7 +158,7 @@ private Q_SLOTS:
         openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
         selectBlock(fixture, 0, {3, 2, 5, 4});
         QCOMPARE(fixture.grid(1).selection(), (GridSelection{3, 2, 5, 4}));
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Down, Qt::ShiftModifier);
+        hands::key(&fixture.grid(0), Qt::Key_Down, Qt::ShiftModifier);
         QCOMPARE(fixture.grid(1).selection(), (GridSelection{3, 2, 6, 4}));
         QIR_VERIFY_OK(fixture);
     }
@@ -180,7 +181,7 @@ private Q_SLOTS:
         QSignalSpy change(&follower, &Grid::SelChange);
         QSignalSpy scroll(&follower, &Grid::Scroll);
         fixture.clickCell(0, 5, 5);
-        QTest::keyClick(&fixture.grid(0), Qt::Key_End, Qt::ControlModifier);
+        hands::key(&fixture.grid(0), Qt::Key_End, Qt::ControlModifier);
         wheel(fixture, 0, 120);
         QCOMPARE(leave.count() + change.count() + scroll.count(), 0);
         QIR_VERIFY_OK(fixture);
@@ -215,10 +216,10 @@ private Q_SLOTS:
         openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
         fixture.clickCell(0, 1, 1);
         for (int key = 0; key < 5; ++key) {
-            QTest::keyClick(&fixture.grid(0), Qt::Key_PageDown);
+            hands::key(&fixture.grid(0), Qt::Key_PageDown);
             QCOMPARE(fixture.grid(1).TopRow(), fixture.grid(0).TopRow());
         }
-        QTest::keyClick(&fixture.grid(0), Qt::Key_End);
+        hands::key(&fixture.grid(0), Qt::Key_End);
         QCOMPARE(fixture.grid(1).LeftCol(), fixture.grid(0).LeftCol());
         QVERIFY(fixture.grid(0).TopRow() > 1);
         QVERIFY(fixture.grid(0).LeftCol() > 1);
@@ -230,7 +231,7 @@ private Q_SLOTS:
         openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
         fixture.clickCell(0, 1, 1);
         fixture.grid(0).setTopRow(200);
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
+        hands::key(&fixture.grid(0), Qt::Key_Return);
         QCOMPARE(fixture.grid(0).TopRow(), 1);
         QCOMPARE(fixture.grid(1).TopRow(), 1);
         QIR_VERIFY_OK(fixture);
@@ -312,7 +313,7 @@ private Q_SLOTS:
         }
         QVERIFY(fixture.window().focusWidget() != &editorOf(fixture, 1));
         fixture.window().activateWindow();
-        QTest::keyClick(fixture.window().windowHandle(), '7');
+        hands::strike(fixture.window(), Qt::Key_7, Qt::NoModifier, u"7"_s);
         QCOMPARE(editorOf(fixture, 1).text(), text);
         QCOMPARE(fixture.state().IndexAttivo, 0);
         QIR_VERIFY_OK(fixture);

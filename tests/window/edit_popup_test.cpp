@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 
 #include <QContextMenuEvent>
@@ -59,8 +60,8 @@ private Q_SLOTS:
     void theOtherButtonsOpenNothing() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
         fixture.clickCell(0, 2, 2);
-        QTest::mousePress(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, cellCentre(fixture, 0, 1, 1));
-        QTest::mouseRelease(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, cellCentre(fixture, 0, 1, 1));
+        hands::press(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, cellCentre(fixture, 0, 1, 1));
+        hands::release(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, cellCentre(fixture, 0, 1, 1));
         QVERIFY(!recordPopup(fixture).isVisible());
         QIR_VERIFY_OK(fixture);
     }
@@ -68,8 +69,8 @@ private Q_SLOTS:
     void theRightButtonBesideTheCellsOpensNothing() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(1)}));
         const QWidget *viewport = fixture.grid(0).viewport();
-        QTest::mousePress(fixture.grid(0).viewport(), Qt::RightButton, Qt::NoModifier,
-                          QPoint(viewport->width() - 2, viewport->height() - 2));
+        hands::press(fixture.grid(0).viewport(), Qt::RightButton, Qt::NoModifier,
+                     QPoint(viewport->width() - 2, viewport->height() - 2));
         QVERIFY(!recordPopup(fixture).isVisible());
         QIR_VERIFY_OK(fixture);
     }

@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 
 #include "base/LeadingNumber.h"
@@ -285,7 +286,7 @@ private:
     void paste(int pane, const GridSelection &block, const QString &text) {
         QGuiApplication::clipboard()->setText(text);
         selectBlock(m_fixture, pane, block);
-        QTest::keyClick(&m_fixture.grid(pane), Qt::Key_V, Qt::ControlModifier);
+        hands::key(&m_fixture.grid(pane), Qt::Key_V, Qt::ControlModifier);
         if (text.isEmpty())
             return;
         std::vector<QStringList> cells;
@@ -300,9 +301,9 @@ private:
         if (std::max(block.row, block.rowEnd) > source.records())
             return;
         selectBlock(m_fixture, from, block);
-        QTest::keyClick(&m_fixture.grid(from), Qt::Key_C, Qt::ControlModifier);
+        hands::key(&m_fixture.grid(from), Qt::Key_C, Qt::ControlModifier);
         selectBlock(m_fixture, to, block);
-        QTest::keyClick(&m_fixture.grid(to), Qt::Key_V, Qt::ControlModifier);
+        hands::key(&m_fixture.grid(to), Qt::Key_V, Qt::ControlModifier);
         const GridRange range = block.range();
         std::vector<QStringList> cells;
         for (int r = range.firstRow; r <= range.lastRow; ++r)

@@ -1,4 +1,5 @@
 #include "dialogs/frmListaStringhePlain.h"
+#include "tests/support/Hands.h"
 #include "tests/window/EditorFixture.h"
 #include "tests/window/TestTables.h"
 
@@ -37,17 +38,16 @@ std::function<QString(QDialog &)> picker(const QString &type, Pick how) {
             return QString();
         }
         if (how != Pick::OkWithoutSelection)
-            QTest::mouseClick(
-                list->viewport(), Qt::LeftButton, Qt::NoModifier,
-                list->visualRect(list->model()->index(static_cast<int>(types.indexOf(type)), 0)).center());
+            hands::click(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                         list->visualRect(list->model()->index(static_cast<int>(types.indexOf(type)), 0)).center());
         switch (how) {
         case Pick::DoubleClick:
-            QTest::mouseDClick(
+            hands::doubleClick(
                 list->viewport(), Qt::LeftButton, Qt::NoModifier,
                 list->visualRect(list->model()->index(static_cast<int>(types.indexOf(type)), 0)).center());
             return QString();
         case Pick::Enter:
-            QTest::keyClick(list, Qt::Key_Return);
+            hands::key(list, Qt::Key_Return);
             return QString();
         case Pick::Cancel:
             return pressButton(dialog, u"Cancel"_s);
@@ -359,7 +359,7 @@ private Q_SLOTS:
             const bool right = box.text() == u"Do you want to remove field: 'Name' ?"_s &&
                                box.windowTitle() == u"?"_s && box.icon() == QMessageBox::NoIcon &&
                                box.defaultButton() == box.button(QMessageBox::No);
-            QTest::keyClick(&box, Qt::Key_Return);
+            hands::key(&box, Qt::Key_Return);
             return right ? QString() : u"not the question: "_s + box.text();
         });
         fixture.choose(Command::RemoveFieldMenu);

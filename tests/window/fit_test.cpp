@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 
 #include "platform/controls/ColumnMeasure.h"
@@ -32,10 +33,10 @@ void dragEdge(EditorFixture &fixture, int pane, int column, int pixels) {
     const QHeaderView *header = fixture.grid(pane).horizontalHeader();
     const QPoint edge(header->sectionViewportPosition(column - 1) + header->sectionSize(column - 1) - 1,
                       header->height() / 2);
-    QTest::mousePress(header->viewport(), Qt::LeftButton, Qt::NoModifier, edge);
-    QTest::mouseMove(header->viewport(), edge + QPoint(pixels / 2, 0));
-    QTest::mouseMove(header->viewport(), edge + QPoint(pixels, 0));
-    QTest::mouseRelease(header->viewport(), Qt::LeftButton, Qt::NoModifier, edge + QPoint(pixels, 0));
+    hands::press(header->viewport(), Qt::LeftButton, Qt::NoModifier, edge);
+    hands::move(header->viewport(), edge + QPoint(pixels / 2, 0), Qt::LeftButton);
+    hands::move(header->viewport(), edge + QPoint(pixels, 0), Qt::LeftButton);
+    hands::release(header->viewport(), Qt::LeftButton, Qt::NoModifier, edge + QPoint(pixels, 0));
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/ShellTest.h"
 
 #include <QTextBlock>
@@ -17,7 +18,7 @@ private Q_SLOTS:
         for (const int time : {1, 2}) {
             Q_UNUSED(time)
             fixture.dialogs().allow(u"Guide"_s);
-            QTest::keyClick(&fixture.window(), Qt::Key_F1);
+            hands::key(&fixture.window(), Qt::Key_F1);
             auto *text = fixture.window().findChild<QTextBrowser *>(u"GuideText"_s);
             QVERIFY(text != nullptr);
             QVERIFY(text->isVisible());

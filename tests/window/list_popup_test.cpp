@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/EditorFixture.h"
 #include "tests/window/PopupTools.h"
 #include "tests/window/TestTables.h"
@@ -149,8 +150,8 @@ private Q_SLOTS:
         fixture.list(0).setFocus();
         pressMenuKey(fixture);
         QCOMPARE(entries(fixture), QStringList());
-        QTest::mouseClick(fixture.list(0).viewport(), Qt::RightButton, Qt::NoModifier,
-                          fixture.list(0).viewport()->rect().bottomRight() - QPoint(3, 3));
+        hands::click(fixture.list(0).viewport(), Qt::RightButton, Qt::NoModifier,
+                     fixture.list(0).viewport()->rect().bottomRight() - QPoint(3, 3));
         QCOMPARE(entries(fixture), QStringList());
         QIR_VERIFY_OK(fixture);
     }

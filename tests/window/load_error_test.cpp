@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditorFixture.h"
 
@@ -176,15 +177,12 @@ private Q_SLOTS:
         fixture.window().activateWindow();
         QTRY_VERIFY(fixture.grid(1).hasFocus());
         const ListBox &list = fixture.list(0);
-        const QPoint line =
-            list.viewport()->mapTo(&fixture.window(), list.visualRect(list.model()->index(1, 0)).center());
         bool failed = false;
         fake->setHook([&failed](const FakeCall &call) {
             if (call.member == u"QIRTableFieldType" && !std::exchange(failed, true))
                 throw std::runtime_error("broken");
         });
-        // As the window system sends it: first the focus, then the press.
-        QTest::mouseClick(fixture.window().windowHandle(), Qt::LeftButton, Qt::NoModifier, line);
+        hands::click(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(1, 0)).center());
         QTRY_COMPARE(fixture.editor().TabellaMostrata(0), u"Valves"_s);
         QVERIFY(failed);
         QCOMPARE(fixture.list(0).ListIndex(), 1);

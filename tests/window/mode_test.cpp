@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/ShellTest.h"
 
 #include <QGroupBox>
@@ -248,11 +249,11 @@ private Q_SLOTS:
         fixture.window().activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&fixture.window()));
         fixture.list(0).setFocus();
-        QTest::keyClick(&fixture.window(), Qt::Key_F6);
+        hands::key(&fixture.window(), Qt::Key_F6);
         QVERIFY(fixture.list(1).hasFocus());
         QCOMPARE(fixture.state().IndexAttivo, 1);
         fixture.grid(1).setFocus();
-        QTest::keyClick(&fixture.window(), Qt::Key_F6);
+        hands::key(&fixture.window(), Qt::Key_F6);
         QVERIFY(fixture.grid(0).hasFocus());
         QCOMPARE(fixture.state().IndexAttivo, 0);
         QCOMPARE(frameColour(fixture, 0), yellow);
@@ -266,7 +267,7 @@ private Q_SLOTS:
         fixture.window().activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&fixture.window()));
         fixture.list(0).setFocus();
-        QTest::keyClick(&fixture.window(), Qt::Key_F6);
+        hands::key(&fixture.window(), Qt::Key_F6);
         QCOMPARE(fixture.state().IndexAttivo, 1);
         QVERIFY(fixture.editor().controls.pane[1].hint->hasFocus());
         QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());

@@ -19,14 +19,15 @@ namespace {
 
 const QString openTitle = u"File DDB,WDB,UDB,SDB,IDB"_s;
 
-TableOfTexts pumps()
-{
+TableOfTexts pumps() {
     return {u"Pumps"_s,
             {{u"Speed"_s, FieldType::Long, {u"1200"_s, u"900"_s}},
              {u"Name"_s, FieldType::Text, {u"Main"_s, u"Spare"_s}, 20}}};
 }
 
-TableOfTexts valves() { return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s}}}}; }
+TableOfTexts valves() {
+    return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s}}}};
+}
 
 } // namespace
 
@@ -35,14 +36,12 @@ class OpenTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
+    void init() {
         m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(m_folder->isValid());
     }
 
-    void startsWithoutADatabaseWhenTheCommandLineIsEmpty()
-    {
+    void startsWithoutADatabaseWhenTheCommandLineIsEmpty() {
         EditorFixture fixture;
         QCOMPARE(fixture.startResult(), StartResult::NothingToOpen);
         QCOMPARE(fixture.state().IndexAttivo, -1);
@@ -52,8 +51,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void opensTheFileThatTheCommandLineNames()
-    {
+    void opensTheFileThatTheCommandLineNames() {
         const QString path = makeFile(u"A.DDB"_s, {pumps(), valves()});
         EditorFixture fixture(path);
         QCOMPARE(fixture.startResult(), StartResult::Opened);
@@ -66,16 +64,14 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void removesQuotesEverywhereInTheCommandLine_data()
-    {
+    void removesQuotesEverywhereInTheCommandLine_data() {
         QTest::addColumn<QString>("pattern");
         QTest::newRow("apostrophes around") << u"'%1'"_s;
         QTest::newRow("double quotes around") << u"\"%1\""_s;
         QTest::newRow("both around") << u"\"'%1'\""_s;
     }
 
-    void removesQuotesEverywhereInTheCommandLine()
-    {
+    void removesQuotesEverywhereInTheCommandLine() {
         QFETCH(QString, pattern);
         const QString path = makeFile(u"A.DDB"_s, {pumps()});
         EditorFixture fixture(pattern.arg(path));
@@ -84,24 +80,21 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void removesQuotesInsideTheName()
-    {
+    void removesQuotesInsideTheName() {
         const QString path = makeFile(u"A.DDB"_s, {pumps()});
         EditorFixture fixture(QString(path).replace(u"A.DDB"_s, u"'A\".D'DB"_s));
         QCOMPARE(fixture.startResult(), StartResult::Opened);
         QIR_VERIFY_OK(fixture);
     }
 
-    void ignoresACommandLineThatNamesNoFile()
-    {
+    void ignoresACommandLineThatNamesNoFile() {
         EditorFixture fixture(m_folder->filePath(u"MISSING.DDB"_s));
         QCOMPARE(fixture.startResult(), StartResult::NothingToOpen);
         QCOMPARE(fixture.state().NomeFileDtb[0], QString());
         QIR_VERIFY_OK(fixture);
     }
 
-    void endsTheProgramWithStatus1WhenTheNamedFileCannotBeLoaded()
-    {
+    void endsTheProgramWithStatus1WhenTheNamedFileCannotBeLoaded() {
         const QString path = writeBytes(u"BAD.DDB"_s, "this is no database");
         DialogScript dialogs;
         dialogs.expectMessage(u"Can't load '"_s + path + u"'"_s, u"!!"_s, u"OK"_s);
@@ -109,24 +102,21 @@ private Q_SLOTS:
         QCOMPARE(dialogs.problems(), QString());
     }
 
-    void endsTheProgramWithStatus1WhenTheArgumentIsAFolder()
-    {
+    void endsTheProgramWithStatus1WhenTheArgumentIsAFolder() {
         DialogScript dialogs;
         dialogs.expectMessage(u"Can't load '"_s + m_folder->path() + u"'"_s, u"!!"_s, u"OK"_s);
         QCOMPARE(runProgram({m_folder->path(), QString()}), 1);
         QCOMPARE(dialogs.problems(), QString());
     }
 
-    void writesAPictureOfTheWindow()
-    {
+    void writesAPictureOfTheWindow() {
         const QString path = makeFile(u"A.DDB"_s, {pumps()});
         const QString picture = m_folder->filePath(u"picture.png"_s);
         QCOMPARE(runProgram({path, picture}), 0);
         QVERIFY(QImage(picture).width() > 500);
     }
 
-    void closingTheWindowInTheMiddleOfALongLoadEndsTheProgramAndWritesNothing()
-    {
+    void closingTheWindowInTheMiddleOfALongLoadEndsTheProgramAndWritesNothing() {
         QStringList numbers;
         for (int r = 0; r < 400'000; ++r)
             numbers.append(QString::number(r));
@@ -152,8 +142,7 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(path), before);
     }
 
-    void asksForThePasswordOfAProtectedFile()
-    {
+    void asksForThePasswordOfAProtectedFile() {
         const QString path = makeFile(u"A.UDB"_s, {pumps()}, u"secret"_s);
         EditorFixture fixture;
         fixture.dialogs().expectFile(openTitle, path);
@@ -163,8 +152,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void reportsACancelledPasswordAsAFailedLoad()
-    {
+    void reportsACancelledPasswordAsAFailedLoad() {
         const QString path = makeFile(u"A.UDB"_s, {pumps()}, u"secret"_s);
         EditorFixture fixture;
         fixture.dialogs().expectFile(openTitle, path);
@@ -178,8 +166,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void reportsAWrongPasswordAsAFailedLoadAndGoesOn()
-    {
+    void reportsAWrongPasswordAsAFailedLoadAndGoesOn() {
         const QString path = makeFile(u"A.UDB"_s, {pumps()}, u"secret"_s);
         EditorFixture fixture;
         fixture.dialogs().expectFile(openTitle, path);
@@ -193,8 +180,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void doesNotAskForAPasswordUnlessTheFlagIsTheCharacter1_data()
-    {
+    void doesNotAskForAPasswordUnlessTheFlagIsTheCharacter1_data() {
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("ten bytes") << QByteArray("0000000192");
         QTest::newRow("nine bytes") << QByteArray("000000019");
@@ -206,8 +192,7 @@ private Q_SLOTS:
         QTest::newRow("length is no number") << QByteArray("00000000x4QIR1");
     }
 
-    void doesNotAskForAPasswordUnlessTheFlagIsTheCharacter1()
-    {
+    void doesNotAskForAPasswordUnlessTheFlagIsTheCharacter1() {
         QFETCH(QByteArray, bytes);
         const QString path = writeBytes(u"SHORT.DDB"_s, bytes);
         EditorFixture fixture;
@@ -217,8 +202,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void showsAndKeepsTheChosenNameInUpperCaseAndReachesTheFileIgnoringCase()
-    {
+    void showsAndKeepsTheChosenNameInUpperCaseAndReachesTheFileIgnoringCase() {
         const QString path = makeFile(u"mixed Case.ddb"_s, {pumps()});
         EditorFixture fixture;
         fixture.open(path);
@@ -228,8 +212,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void refusesANameThatReachesTwoFilesDifferingOnlyInCase()
-    {
+    void refusesANameThatReachesTwoFilesDifferingOnlyInCase() {
         const QString path = makeFile(u"a.ddb"_s, {pumps()});
         // Copied, not made: the component would reach the first file by this name.
         QVERIFY(QFile::copy(path, m_folder->filePath(u"A.ddb"_s)));
@@ -238,7 +221,8 @@ private Q_SLOTS:
         fixture.dialogs().expect([](QDialog &dialog) {
             auto &box = dynamic_cast<QMessageBox &>(dialog);
             const bool named = box.text().contains(u"a.ddb"_s) && box.text().contains(u"A.ddb"_s);
-            return (named ? QString() : u"the message names not both files: "_s + box.text()) + pressButton(dialog, u"OK"_s);
+            return (named ? QString() : u"the message names not both files: "_s + box.text()) +
+                   pressButton(dialog, u"OK"_s);
         });
         fixture.choose(Command::OpenDatabase);
         QVERIFY(!fixture.editor().DtbAperto(0));
@@ -246,8 +230,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void refusesANameThatWouldReachAnotherFileThanTheChosenOne()
-    {
+    void refusesANameThatWouldReachAnotherFileThanTheChosenOne() {
         const QString path = makeFile(u"a.ddb"_s, {pumps()});
         QVERIFY(QFile::copy(path, m_folder->filePath(u"A.DDB"_s)));
         EditorFixture fixture;
@@ -258,8 +241,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void aCancelledDialogChangesNothing()
-    {
+    void aCancelledDialogChangesNothing() {
         const QString path = makeFile(u"A.DDB"_s, {pumps()});
         EditorFixture fixture(path);
         fixture.dialogs().expectFileCancelled(openTitle);
@@ -271,8 +253,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void theFileDialogLeavesTheCurrentFolderAsItWas()
-    {
+    void theFileDialogLeavesTheCurrentFolderAsItWas() {
         const QString before = QDir::currentPath();
         EditorFixture fixture;
         fixture.open(makeFile(u"A.DDB"_s, {pumps()}));
@@ -280,8 +261,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void openingOverANamedPaneReplacesTheComponentWithoutTheSavePrompt()
-    {
+    void openingOverANamedPaneReplacesTheComponentWithoutTheSavePrompt() {
         const QString first = makeFile(u"A.DDB"_s, {pumps()});
         const QString second = makeFile(u"B.DDB"_s, {valves()});
         EditorFixture fixture(first);
@@ -298,8 +278,7 @@ private Q_SLOTS:
         QCOMPARE(written.QirTableRecordsCount(), 3);
     }
 
-    void aDatabaseWithoutTablesOpensWithAnEmptyListAndNoGrid()
-    {
+    void aDatabaseWithoutTablesOpensWithAnEmptyListAndNoGrid() {
         EditorFixture fixture;
         fixture.open(makeFile(u"EMPTY.SDB"_s, {}));
         QVERIFY(fixture.editor().DtbAperto(0));
@@ -309,8 +288,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void aDatabaseWithoutTablesOpensAtTheStart()
-    {
+    void aDatabaseWithoutTablesOpensAtTheStart() {
         EditorFixture fixture(makeFile(u"EMPTY.SDB"_s, {}));
         QCOMPARE(fixture.startResult(), StartResult::Opened);
         QVERIFY(!fixture.grid(0).Visible());
@@ -319,21 +297,18 @@ private Q_SLOTS:
     }
 
 private:
-    QString makeFile(const QString &name, const std::vector<TableOfTexts> &tables, const QString &password = {})
-    {
+    QString makeFile(const QString &name, const std::vector<TableOfTexts> &tables, const QString &password = {}) {
         const QString path = m_folder->filePath(name);
         makeDatabase(path, tables, password);
         return path;
     }
 
-    static QByteArray bytesOf(const QString &path)
-    {
+    static QByteArray bytesOf(const QString &path) {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    QString writeBytes(const QString &name, const QByteArray &bytes)
-    {
+    QString writeBytes(const QString &name, const QByteArray &bytes) {
         const QString path = m_folder->filePath(name);
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())

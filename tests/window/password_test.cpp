@@ -1,4 +1,5 @@
 #include "dialogs/CustomInputBox.h"
+#include "tests/support/Hands.h"
 #include "tests/window/ShellTest.h"
 
 using namespace qir;
@@ -19,7 +20,7 @@ void expectPassword(EditorFixture &fixture, const QString &prompt, const QString
         QStringList problems;
         if (label->text() != prompt || dialog.windowTitle() != u"?" || !text->text().isEmpty())
             problems.append(u"'%1' is asked"_s.arg(label->text()));
-        QTest::keyClicks(text, answer);
+        hands::type(text, answer);
         if (text->displayText() != QString(answer.size(), u'*'))
             problems.append(u"shown as "_s + text->displayText());
         if (end == End::CloseBox)

@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/ShellTest.h"
 
 using namespace qir;
@@ -149,7 +150,7 @@ private Q_SLOTS:
             fixture.dialogs().expect([&](QDialog &question) { return pressButton(question, button); });
             pressButton(dialog, u"Save"_s);
             if (dialog.isVisible())
-                QTest::keyClick(&dialog, Qt::Key_Escape);
+                hands::key(&dialog, Qt::Key_Escape);
             return QString();
         });
         fixture.choose(Command::SaveAsMenu);

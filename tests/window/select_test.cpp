@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/EditorFixture.h"
 
 #include "db/AssegnaARecordset.h"
@@ -10,16 +11,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TableOfTexts pumps()
-{
+TableOfTexts pumps() {
     return {u"Pumps"_s,
             {{u"Speed"_s, FieldType::Long, {u"1200"_s, u"900"_s, u"60"_s}},
              {u"Name"_s, FieldType::Text, {u"Main"_s, u"Spare"_s, u"Test"_s}, 20}}};
 }
 
-TableOfTexts valves() { return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s}}}}; }
+TableOfTexts valves() {
+    return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s}}}};
+}
 
-TableOfTexts noRecords() { return {u"Alarms"_s, {{u"Code"_s, FieldType::Int, {}}, {u"Text"_s, FieldType::Text, {}}}}; }
+TableOfTexts noRecords() {
+    return {u"Alarms"_s, {{u"Code"_s, FieldType::Int, {}}, {u"Text"_s, FieldType::Text, {}}}};
+}
 
 } // namespace
 
@@ -28,14 +32,12 @@ class SelectTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
+    void init() {
         m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(m_folder->isValid());
     }
 
-    void aClickOnALineShowsItsTable()
-    {
+    void aClickOnALineShowsItsTable() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         fixture.clickLine(0, 1);
         QCOMPARE(fixture.texts(0), QList<QStringList>({{u"1"_s}}));
@@ -43,17 +45,15 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void theArrowKeysShowTheNextTable()
-    {
+    void theArrowKeysShowTheNextTable() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         fixture.list(0).setFocus();
-        QTest::keyClick(&fixture.list(0), Qt::Key_Down);
+        hands::key(&fixture.list(0), Qt::Key_Down);
         QCOMPARE(fixture.state().TabellaMostrata[0], u"Valves"_s);
         QIR_VERIFY_OK(fixture);
     }
 
-    void aClickOnTheLoadedLineDoesNotReloadTheGrid()
-    {
+    void aClickOnTheLoadedLineDoesNotReloadTheGrid() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         QSignalSpy reset(fixture.grid(0).model(), &QAbstractItemModel::modelReset);
         fixture.clickLine(0, 0);
@@ -63,8 +63,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void aTableShowsARowForEachRecordAndAColumnForEachField()
-    {
+    void aTableShowsARowForEachRecordAndAColumnForEachField() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         const Grid &grid = fixture.grid(0);
         QCOMPARE(grid.Rows(), 4);
@@ -82,8 +81,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void aTableWithoutRecordsHidesTheGridAndDisablesRemovingARecord()
-    {
+    void aTableWithoutRecordsHidesTheGridAndDisablesRemovingARecord() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), noRecords()}));
         QCOMPARE(fixture.lines(0), QStringList({u"Alarms"_s, u"Pumps"_s}));
         QVERIFY(!fixture.grid(0).Visible());
@@ -95,16 +93,14 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void activatingThePaneDoesNotShowAnEmptyTable()
-    {
+    void activatingThePaneDoesNotShowAnEmptyTable() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {noRecords()}));
         fixture.activate(0);
         QVERIFY(!fixture.grid(0).Visible());
         QIR_VERIFY_OK(fixture);
     }
 
-    void aPlaceholderLineHidesTheGridAndARealLineShowsItAgain()
-    {
+    void aPlaceholderLineHidesTheGridAndARealLineShowsItAgain() {
         EditorFixture fixture;
         fixture.openBoth(makeFile(u"A.DDB"_s, {pumps(), valves()}), makeFile(u"B.DDB"_s, {pumps()}));
         QCOMPARE(fixture.lines(1), QStringList({u"Pumps"_s, u"Valves ?"_s}));
@@ -116,8 +112,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void aLineSelectedInOneListIsSelectedInTheOtherAndTheClickedPaneStaysActive()
-    {
+    void aLineSelectedInOneListIsSelectedInTheOtherAndTheClickedPaneStaysActive() {
         EditorFixture fixture;
         fixture.openBoth(makeFile(u"A.DDB"_s, {pumps(), valves()}), makeFile(u"B.DDB"_s, {pumps(), valves()}));
         fixture.clickLine(1, 1);
@@ -128,8 +123,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void aTableWithOneFieldDisablesRemovingAField()
-    {
+    void aTableWithOneFieldDisablesRemovingAField() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         QCOMPARE(fixture.grid(0).Cols(), 3);
         fixture.clickLine(0, 1);
@@ -137,8 +131,7 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void aComponentErrorWhileLoadingIsSilentAndHidesTheGrid()
-    {
+    void aComponentErrorWhileLoadingIsSilentAndHidesTheGrid() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         // The table goes behind the editor's back, so that choosing it fails in the component.
         fixture.editor().OggettoDtb(0).RemoveTable(2);
@@ -148,21 +141,21 @@ private Q_SLOTS:
         QCOMPARE(fixture.dialogs().problems(), QString());
     }
 
-    void everyColumnHoldsItsWidestText()
-    {
+    void everyColumnHoldsItsWidestText() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         const Grid &grid = fixture.grid(0);
         const QFontMetricsF metrics(grid.font(), &grid);
         for (int c = 1; c < grid.Cols(); ++c)
             for (int r = 0; r < grid.Rows(); ++r)
-                QVERIFY(grid.ColWidth(c) >=
-                        static_cast<int>(metrics.horizontalAdvance(u' ' + grid.TextMatrix(r, c)) * twipsPerPixel + 0.5) + 60);
+                QVERIFY(
+                    grid.ColWidth(c) >=
+                    static_cast<int>(metrics.horizontalAdvance(u' ' + grid.TextMatrix(r, c)) * twipsPerPixel + 0.5) +
+                        60);
         QIR_VERIFY_OK(fixture);
     }
 
 private:
-    QString makeFile(const QString &name, const std::vector<TableOfTexts> &tables)
-    {
+    QString makeFile(const QString &name, const std::vector<TableOfTexts> &tables) {
         const QString path = m_folder->filePath(name);
         makeDatabase(path, tables);
         return path;

@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditSupport.h"
 
@@ -28,7 +29,7 @@ void sortBy(EditorFixture &fixture, int pane, int column) {
     QMenu &menu = *fixture.editor().controls.popmenuGridFields;
     QVERIFY(menu.isVisible());
     const QRect item = menu.actionGeometry(&fixture.action(Command::SortFPOP));
-    QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier, item.center());
+    hands::click(&menu, Qt::LeftButton, Qt::NoModifier, item.center());
     QVERIFY(!menu.isVisible());
 }
 

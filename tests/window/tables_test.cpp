@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/EditorFixture.h"
 #include "tests/window/PopupTools.h"
 #include "tests/window/TestTables.h"
@@ -240,11 +241,11 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(0), QStringList(u"A  "_s));
         // The first key makes the two copies differ; the mark must not take the table for another one.
         fixture.clickCell(0, 1, 1);
-        QTest::keyClick(&fixture.grid(0), Qt::Key_Return);
-        QTest::keyClicks(&fixture.editor().txtEdit(0), u"1"_s);
+        hands::key(&fixture.grid(0), Qt::Key_Return);
+        hands::type(&fixture.editor().txtEdit(0), u"1"_s);
         QCOMPARE(fixture.lines(0), QStringList(u"A   !"_s));
         QVERIFY(!fixture.editor().txtEdit(0).isHidden());
-        QTest::keyClicks(&fixture.editor().txtEdit(0), u"2"_s);
+        hands::type(&fixture.editor().txtEdit(0), u"2"_s);
         QCOMPARE(recordsOf(fixture, 0), QList<QStringList>({{u"6512"_s}}));
         QIR_VERIFY_OK(fixture);
     }
@@ -297,7 +298,7 @@ private Q_SLOTS:
             auto &box = dynamic_cast<QMessageBox &>(dialog);
             const bool right = box.text() == removeQuestion(u"A"_s) && box.windowTitle() == u"?"_s &&
                                box.icon() == QMessageBox::NoIcon && box.defaultButton() == box.button(QMessageBox::No);
-            QTest::keyClick(&box, Qt::Key_Return);
+            hands::key(&box, Qt::Key_Return);
             return right ? QString() : u"not the question: "_s + box.text();
         });
         fixture.choose(Command::RemoveTableMenu);
@@ -309,7 +310,7 @@ private Q_SLOTS:
     void escapeAtTheQuestionRemovesNothing() {
         EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
         fixture.dialogs().expect([](QDialog &dialog) {
-            QTest::keyClick(&dialog, Qt::Key_Escape);
+            hands::key(&dialog, Qt::Key_Escape);
             return QString();
         });
         fixture.choose(Command::RemoveTableMenu);

@@ -1,4 +1,5 @@
 #include "db/FieldTypes.h"
+#include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/PopupTools.h"
 #include "tests/window/model/EditorSession.h"
@@ -175,7 +176,7 @@ void EditorSession::takeCellStep(const Step &step) {
     case Step::CopyBlock: {
         note(place);
         selectCells(pane, block);
-        QTest::keyClick(&m_fixture->grid(pane), picks[5] % 2 == 0 ? Qt::Key_C : Qt::Key_Insert, Qt::ControlModifier);
+        hands::key(&m_fixture->grid(pane), picks[5] % 2 == 0 ? Qt::Key_C : Qt::Key_Insert, Qt::ControlModifier);
         const GridRange range = block.range();
         std::vector<QStringList> cells;
         for (int r = range.firstRow; r <= range.lastRow; ++r)
@@ -211,7 +212,7 @@ void EditorSession::editCell(int pane, int row, int column, const QString &text,
     beginEdit(*m_fixture, pane, row, column);
     retype(*m_fixture, pane, text);
     if (!stay)
-        QTest::keyClick(&editorOf(*m_fixture, pane), Qt::Key_Return);
+        hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
     m_model.type(pane, row, column, text);
 }
 
@@ -219,7 +220,7 @@ void EditorSession::editCell(int pane, int row, int column, const QString &text,
 void EditorSession::leaveEditor(int pane, int row, int column) {
     const EditorState &state = m_fixture->state();
     if (editing(*m_fixture, pane) && state.RigaEdit == row && state.ColonnaEdit == column)
-        QTest::keyClick(&editorOf(*m_fixture, pane), Qt::Key_Return);
+        hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
 }
 
 void EditorSession::selectCells(int pane, const GridSelection &block) {
@@ -230,7 +231,7 @@ void EditorSession::selectCells(int pane, const GridSelection &block) {
 
 void EditorSession::paste(int pane, const GridSelection &block) {
     selectCells(pane, block);
-    QTest::keyClick(&m_fixture->grid(pane), Qt::Key_V, Qt::ControlModifier);
+    hands::key(&m_fixture->grid(pane), Qt::Key_V, Qt::ControlModifier);
     const GridRange range = block.range();
     if (m_clipboard)
         m_model.paste(pane, range.firstRow, range.firstColumn, range.lastRow, range.lastColumn, *m_clipboard);

@@ -1,4 +1,5 @@
 #include "db/FieldTypes.h"
+#include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/PopupTools.h"
 #include "tests/window/model/EditorSession.h"
@@ -64,8 +65,8 @@ QString EditorSession::pickType(unsigned pick, std::optional<int> &type) {
             dialog.close();
             return QString();
         }
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
-                          list->visualRect(list->model()->index(line, 0)).center());
+        hands::click(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                     list->visualRect(list->model()->index(line, 0)).center());
         return pressButton(dialog, end == End::Ok ? u"OK"_s : u"Cancel"_s);
     });
     if (end == End::Ok)

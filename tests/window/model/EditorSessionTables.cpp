@@ -1,3 +1,4 @@
+#include "tests/support/Hands.h"
 #include "tests/window/PopupTools.h"
 #include "tests/window/model/EditorSession.h"
 #include "tests/window/model/PlainValues.h"
@@ -74,7 +75,7 @@ void EditorSession::selectByKey(bool down) {
     const int pane = m_model.active;
     const int line = m_model.pane(pane).selected + (down ? 1 : -1);
     m_fixture->list(pane).setFocus();
-    QTest::keyClick(&m_fixture->list(pane), down ? Qt::Key_Down : Qt::Key_Up);
+    hands::key(&m_fixture->list(pane), down ? Qt::Key_Down : Qt::Key_Up);
     if (line >= 0 && line < m_model.pane(pane).lineCount())
         m_model.select(pane, line);
 }

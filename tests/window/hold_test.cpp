@@ -1,0 +1,283 @@
+#include "tests/support/Hands.h"
+#include "tests/window/EditSupport.h"
+#include "tests/window/PopupTools.h"
+#include "tests/window/TestTables.h"
+
+#include <QGroupBox>
+#include <QScrollBar>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QList<const char *> places{"list", "grid", "editor"};
+
+/// Takes the keyboard to a control of a pane, as a person does.
+void goTo(EditorFixture &fixture, int pane, const QString &place) {
+    if (place == u"list")
+        fixture.clickLine(pane, fixture.list(pane).ListIndex());
+    else
+        fixture.clickCell(pane, 1, 1);
+    if (place == u"editor")
+        hands::key(&fixture.grid(pane), Qt::Key_Return);
+}
+
+QPoint lineCentre(const ListBox &list, int line) {
+    return list.visualRect(list.model()->index(line, 0)).center();
+}
+
+/// The place below the last line.
+QPoint belowLines(const ListBox &list) {
+    return list.viewport()->rect().bottomLeft() + QPoint(20, -3);
+}
+
+TableOfTexts different(const TableOfTexts &table) {
+    TableOfTexts other = table;
+    other.fields.front().texts.front() = u"7"_s;
+    return other;
+}
+
+} // namespace
+
+/// Presses that are held as fingers hold them, and what the other pane, its list and its grid say afterwards.
+class HoldTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aClickOnALineSelectsAndComparesItInBothPanes_data() {
+        QTest::addColumn<int>("keyboardIn");
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<int>("clicked");
+        for (const int keyboardIn : {0, 1})
+            for (const char *place : places)
+                for (const int clicked : {0, 1})
+                    QTest::addRow("keyboard in %s %d, click in %d", place, keyboardIn, clicked)
+                        << keyboardIn << QString::fromLatin1(place) << clicked;
+    }
+
+    void aClickOnALineSelectsAndComparesItInBothPanes() {
+        QFETCH(int, keyboardIn);
+        QFETCH(QString, place);
+        QFETCH(int, clicked);
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, keyboardIn, place);
+        fixture.clickLine(clicked, 1);
+        for (const int pane : {0, 1}) {
+            QCOMPARE(fixture.list(pane).ListIndex(), 1);
+            QCOMPARE(fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)], u"Pumps"_s);
+            QCOMPARE(redCells(fixture, pane), QStringList{u"1,1"_s});
+        }
+        QCOMPARE(fixture.state().IndexAttivo, clicked);
+        fixture.clickLine(clicked, 2);
+        for (const int pane : {0, 1}) {
+            QCOMPARE(fixture.list(pane).ListIndex(), 2);
+            QVERIFY(redCells(fixture, pane).isEmpty());
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void nothingIsLoadedBetweenThePressAndItsRelease() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"list"_s);
+        const ListBox &list = fixture.list(1);
+        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        QCOMPARE(list.ListIndex(), 1);
+        QCOMPARE(fixture.state().TabellaMostrata[1], u"Alarms"_s);
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        QCOMPARE(fixture.state().TabellaMostrata[1], u"Pumps"_s);
+        QCOMPARE(fixture.state().TabellaMostrata[0], u"Pumps"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aCommandThatEndsDuringAPressDoesNotStandInForTheClick() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"grid"_s);
+        const ListBox &list = fixture.list(1);
+        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        fixture.choose(Command::ColumnSizeAdjust);
+        QCOMPARE(fixture.state().TabellaMostrata[1], u"Alarms"_s);
+        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        QCOMPARE(fixture.list(0).ListIndex(), 1);
+        QCOMPARE(fixture.state().TabellaMostrata[0], u"Pumps"_s);
+        QCOMPARE(fixture.state().TabellaMostrata[1], u"Pumps"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aPressOverWhichTheListGoesAwayLeavesNothingBehind() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.activate(1);
+        const ListBox &list = fixture.list(1);
+        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        fixture.choose(Command::CloseDatabaseMenu);
+        hands::strike(fixture.window(), Qt::Key_Down, Qt::NoModifier, {});
+        fixture.open(m_files->make(u"C.DDB"_s, {pumps()}));
+        QCOMPARE(fixture.state().TabellaMostrata[1], u"Pumps"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aPressThatIsDraggedAlongTheLinesClicksTheLastOne() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"grid"_s);
+        const ListBox &list = fixture.list(1);
+        hands::drag(list.viewport(), lineCentre(list, 2), lineCentre(list, 1));
+        for (const int pane : {0, 1})
+            QCOMPARE(fixture.list(pane).ListIndex(), 1);
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aClickBelowTheLinesMakesThePaneActiveAndSelectsNothing() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 1, u"list"_s);
+        fixture.activate(0); // the frame takes no focus: the list keeps it
+        QVERIFY(fixture.list(1).hasFocus());
+        hands::click(fixture.list(1).viewport(), Qt::LeftButton, {}, belowLines(fixture.list(1)));
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        for (const int pane : {0, 1})
+            QCOMPARE(fixture.list(pane).ListIndex(), 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void everythingInAPaneThatCanBeClickedMakesItActive_data() {
+        QTest::addColumn<QString>("control");
+        for (const char *control : {"IDtb", "nomelab", "list", "list bar", "below the lines", "cell", "column header",
+                                    "row header", "beside the cells", "grid bar"})
+            QTest::addRow("%s", control) << QString::fromLatin1(control);
+    }
+
+    void everythingInAPaneThatCanBeClickedMakesItActive() {
+        QFETCH(QString, control);
+        for (const int pane : {0, 1}) {
+            EditorFixture fixture;
+            openLong(fixture);
+            goTo(fixture, 1 - pane, u"grid"_s);
+            QCOMPARE(fixture.state().IndexAttivo, 1 - pane);
+            click(fixture, pane, control);
+            QCOMPARE(fixture.state().IndexAttivo, pane);
+            QCOMPARE(fixture.list(0).ListIndex(), fixture.list(1).ListIndex());
+            QIR_VERIFY_OK(fixture);
+        }
+    }
+
+    void afterAPressOnItsScrollBarARightPressOnTheOtherListSelectsAndOpens() {
+        EditorFixture fixture;
+        openLong(fixture);
+        goTo(fixture, 0, u"grid"_s);
+        click(fixture, 1, u"list bar"_s);
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        const int line = 12;
+        pressRight(fixture, 1, line);
+        for (const int pane : {0, 1})
+            QCOMPARE(fixture.list(pane).ListIndex(), line);
+        QMenu &popup = *fixture.editor().controls.popmenuCopyToOther;
+        QVERIFY(popup.isVisible());
+        popup.close();
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aRightPressOnTheOtherPanesListMakesThatPaneActiveAndDoesNothingElse() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"grid"_s);
+        pressRight(fixture, 1, 1);
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QVERIFY(!fixture.editor().controls.popmenuCopyToOther->isVisible());
+        for (const int pane : {0, 1})
+            QCOMPARE(fixture.list(pane).ListIndex(), 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theWheelOverTheOtherPaneMakesActiveWhatItGivesTheKeyboard() {
+        EditorFixture fixture;
+        openLong(fixture);
+        goTo(fixture, 0, u"grid"_s);
+        QWidget *viewport = fixture.list(1).viewport();
+        const QPoint at = viewport->rect().center();
+        hands::turnWheel(viewport, at, QPoint(0, -120));
+        QCOMPARE(fixture.list(1).hasFocus(), fixture.state().IndexAttivo == 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theOtherListShowsTheSameFirstLineWhenALongOneIsMovedInByKeys_data() {
+        QTest::addColumn<int>("key");
+        QTest::newRow("End") << static_cast<int>(Qt::Key_End);
+        QTest::newRow("Page Down") << static_cast<int>(Qt::Key_PageDown);
+        QTest::newRow("letter") << static_cast<int>(Qt::Key_Z);
+    }
+
+    void theOtherListShowsTheSameFirstLineWhenALongOneIsMovedInByKeys() {
+        QFETCH(int, key);
+        EditorFixture fixture;
+        openLong(fixture);
+        goTo(fixture, 0, u"list"_s);
+        for (int times = 0; times < 3; ++times) {
+            hands::key(&fixture.list(0), static_cast<Qt::Key>(key));
+            QCOMPARE(fixture.list(1).ListIndex(), fixture.list(0).ListIndex());
+            QCOMPARE(fixture.list(1).TopIndex(), fixture.list(0).TopIndex());
+        }
+        QVERIFY(fixture.list(0).TopIndex() > 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+private:
+    void open(EditorFixture &fixture) {
+        const std::vector<TableOfTexts> tables{numbers(u"Alarms"_s, {u"1"_s}), pumps(), numbers(u"Valves"_s, {u"1"_s})};
+        std::vector<TableOfTexts> others = tables;
+        others[1] = different(others[1]);
+        fixture.openBoth(m_files->make(u"A.DDB"_s, tables), m_files->make(u"B.DDB"_s, others));
+    }
+
+    /// Lists and grids that have more than they show.
+    void openLong(EditorFixture &fixture) {
+        std::vector<TableOfTexts> tables;
+        QStringList values;
+        for (int k = 0; k < 60; ++k)
+            values.append(QString::number(k));
+        for (int k = 0; k < 40; ++k)
+            tables.push_back(numbers(u"Table %1"_s.arg(k, 2, 10, QChar(u'0')), values));
+        tables.push_back(numbers(u"Zones"_s, values));
+        fixture.openBoth(m_files->make(u"A.DDB"_s, tables), m_files->make(u"B.DDB"_s, tables));
+    }
+
+    static void click(EditorFixture &fixture, int pane, const QString &control) {
+        ListBox &list = fixture.list(pane);
+        Grid &grid = fixture.grid(pane);
+        const QHeaderView *columns = grid.horizontalHeader();
+        const QHeaderView *rows = grid.verticalHeader();
+        if (control == u"IDtb")
+            fixture.activate(pane);
+        else if (control == u"nomelab")
+            hands::click(&fixture.editor().nomelab(pane), Qt::LeftButton);
+        else if (control == u"list")
+            fixture.clickLine(pane, 1);
+        else if (control == u"list bar")
+            hands::click(list.verticalScrollBar(), Qt::LeftButton);
+        else if (control == u"below the lines")
+            hands::click(list.viewport(), Qt::LeftButton, {}, list.viewport()->rect().bottomRight() - QPoint(1, 0));
+        else if (control == u"cell")
+            fixture.clickCell(pane, 2, 1);
+        else if (control == u"column header")
+            hands::click(columns->viewport(), Qt::LeftButton, {}, headerCentre(fixture, pane, 1));
+        else if (control == u"row header")
+            hands::click(rows->viewport(), Qt::LeftButton, {},
+                         QPoint(rows->width() / 2, rows->sectionViewportPosition(1) + 2));
+        else if (control == u"beside the cells")
+            hands::click(grid.viewport(), Qt::LeftButton, {}, grid.viewport()->rect().topRight() + QPoint(-4, 20));
+        else
+            hands::click(grid.verticalScrollBar(), Qt::LeftButton);
+    }
+
+    std::unique_ptr<EditFiles> m_files = std::make_unique<EditFiles>();
+};
+
+QTEST_MAIN(HoldTest)
+#include "hold_test.moc"
