@@ -7,7 +7,6 @@
 #include "app/PasswordCommand.h"
 #include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
-#include "platform/controls/Grid.h"
 #include "platform/controls/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/ColumnFit.h"
@@ -15,10 +14,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLayout>
-#include <QLineEdit>
 #include <QSessionManager>
 
 namespace qir {
@@ -27,6 +23,7 @@ using namespace Qt::StringLiterals;
 
 DtbEditor::DtbEditor()
     : m_notices(*this)
+    , m_focus(m_editor)
     , m_differingTables(m_editor)
     , m_alignment(m_editor, m_differingTables)
     , m_differences(m_editor, m_differingTables)
@@ -77,45 +74,8 @@ void DtbEditor::connectPane(int pane) {
     connect(controls.ListaTabelle, &ListBox::Click, this,
             [this, pane] { runCommand([&] { m_tables.ListaTabelle_Click(pane); }); });
     m_gridConnections.connectPane(pane);
-    for (QWidget *control : std::initializer_list<QWidget *>{controls.IDtb, controls.nomelab, controls.ListaTabelle,
-                                                             controls.Tabella, controls.txtEdit, controls.hint})
-        control->installEventFilter(this);
     m_structure.connectPane(pane);
-}
-
-bool DtbEditor::eventFilter(QObject *watched, QEvent *event) {
-    for (const int pane : {0, 1}) {
-        const PaneControls &controls = m_editor.controls.pane[static_cast<std::size_t>(pane)];
-        if (event->type() == QEvent::MouseButtonPress) {
-            if (watched == controls.IDtb)
-                runCommand([&] { m_tables.IDtb_Click(pane); });
-            else if (watched == controls.nomelab)
-                runCommand([&] { m_tables.nomelab_Click(pane); });
-        } else if (event->type() == QEvent::FocusIn &&
-                   (watched == controls.ListaTabelle || watched == controls.Tabella || watched == controls.txtEdit ||
-                    watched == controls.hint)) {
-            const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-            // A press on a list brings the focus first. What goes wrong in making the pane active is told after the
-            // press: a box that opened in it would keep the release, and the click, from the list.
-            if (watched == controls.ListaTabelle && reason == Qt::MouseFocusReason)
-                QMetaObject::invokeMethod(
-                    this, [this, pane, reason] { takeFocus(pane, reason); }, Qt::QueuedConnection);
-            else
-                takeFocus(pane, reason);
-        }
-    }
-    return QMainWindow::eventFilter(watched, event);
-}
-
-void DtbEditor::takeFocus(int pane, Qt::FocusReason reason) {
-    // Focus that a person moves makes the pane active; focus that comes back to the window, or that goes elsewhere
-    // because a control was hidden, does not.
-    const bool byPerson = reason == Qt::MouseFocusReason || reason == Qt::TabFocusReason ||
-                          reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
-    const MessageLoop *loop = MessageLoop::instance();
-    if (byPerson && pane != m_editor.state.IndexAttivo && m_editor.state.IndexAttivo >= 0 &&
-        !(loop && loop->commandRunning()))
-        runCommand([&] { activatePane(m_editor, pane); });
+    m_focus.watch(pane);
 }
 
 void DtbEditor::onCommand(Command command, std::function<void()> procedure) {

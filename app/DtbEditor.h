@@ -8,6 +8,7 @@
 #include "app/SaveCommands.h"
 #include "app/StructureConnections.h"
 #include "app/shared/EditorContext.h"
+#include "app/shared/PaneFocus.h"
 #include "compare/CellDifferences.h"
 #include "compare/DifferingTables.h"
 #include "compare/TableListAlignment.h"
@@ -43,8 +44,6 @@ public:
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }
 
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -56,12 +55,12 @@ private:
     void connectPane(int pane);
     void connectCommands();
     void onCommand(Command command, std::function<void()> procedure);
-    void takeFocus(int pane, Qt::FocusReason reason);
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);
 
     Notices m_notices;
     EditorContext m_editor;
+    PaneFocus m_focus;
     DifferingTables m_differingTables;
     TableListAlignment m_alignment;
     CellDifferences m_differences;

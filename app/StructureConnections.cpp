@@ -20,7 +20,6 @@ void StructureConnections::connectPane(int pane) {
             [this, pane](Qt::MouseButton button, const QPoint &globalPosition) {
                 m_listPopup.ListaTabelle_MouseDown(pane, button, globalPosition);
             });
-    m_listPopup.watch(pane);
 }
 
 void StructureConnections::connectCommands(const std::function<void(Command, std::function<void()>)> &onCommand) {

@@ -20,7 +20,6 @@ public:
     StructureConnections(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
                          TableView &tables);
 
-    /// To be called behind all other filters of the pane's list.
     void connectPane(int pane);
     /// Hands each command with its procedure to `onCommand`.
     void connectCommands(const std::function<void(Command, std::function<void()>)> &onCommand);

@@ -7,9 +7,7 @@
 #include "platform/loop/MessageLoop.h"
 
 #include <QAction>
-#include <QFocusEvent>
 #include <QMenu>
-#include <QMouseEvent>
 
 namespace qir {
 
@@ -22,36 +20,6 @@ bool windowStands() {
 }
 
 } // namespace
-
-void TableListPopup::watch(int pane) {
-    ListBox &list = m_editor.ListaTabelle(pane);
-    list.installEventFilter(this);
-    list.viewport()->installEventFilter(this);
-}
-
-bool TableListPopup::eventFilter(QObject *watched, QEvent *event) {
-    for (const int pane : {0, 1}) {
-        const ListBox &list = m_editor.ListaTabelle(pane);
-        if (watched == &list && event->type() == QEvent::FocusIn &&
-            static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason) {
-            m_activeBeforeFocus = m_editor.state.IndexAttivo;
-        } else if (watched == list.viewport() && event->type() == QEvent::MouseButtonPress) {
-            const bool otherPane = pressedInOtherPane(pane);
-            if (otherPane && static_cast<QMouseEvent *>(event)->button() == Qt::RightButton) {
-                runCommand([&] { activatePane(m_editor, pane); });
-                return true;
-            }
-        }
-    }
-    return QObject::eventFilter(watched, event);
-}
-
-/// The focus comes before the press that moves it, and makes the pane active: what counts is what was active before.
-bool TableListPopup::pressedInOtherPane(int pane) {
-    const int active = m_activeBeforeFocus.value_or(m_editor.state.IndexAttivo);
-    m_activeBeforeFocus.reset();
-    return active != pane;
-}
 
 void TableListPopup::ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, const QPoint &globalPosition) {
     if (Index != m_editor.state.IndexAttivo || m_editor.ListaTabelle(Index).ListIndex() < 0 ||

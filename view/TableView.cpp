@@ -16,14 +16,6 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
-void TableView::IDtb_Click(int Index) {
-    activatePane(m_editor, Index);
-}
-
-void TableView::nomelab_Click(int Index) {
-    activatePane(m_editor, Index);
-}
-
 void TableView::ListaTabelle_Click(int Index) {
     if (m_editor.state.CaricamentoInCorso || m_editor.state.RefillInCorso > 0)
         return;
@@ -184,7 +176,8 @@ void TableView::reloadAfterFailure(int Index) {
 
 void TableView::settlePanes() {
     for (const int pane : {0, 1}) {
-        if (!m_editor.DtbAperto(pane))
+        // A line that a press has selected is loaded by the click, in both panes.
+        if (!m_editor.DtbAperto(pane) || m_editor.ListaTabelle(pane).clickPending())
             continue;
         const bool real = realTableSelected(m_editor, pane);
         if (real && m_editor.TabellaMostrata(pane) != selectedTableName(m_editor, pane)) {

@@ -17,9 +17,6 @@ public:
 
     /// A line of the pane's list was selected, by the user or by code.
     void ListaTabelle_Click(int Index);
-    /// A press on the pane's frame or on its file label.
-    void IDtb_Click(int Index);
-    void nomelab_Click(int Index);
 
     /// Loads the table selected in the pane's list; a placeholder line hides the grid. `Caller` names the control that
     /// asks and changes nothing. A component's error ends the loading silently; the pane then has no loaded line.

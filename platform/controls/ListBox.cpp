@@ -5,6 +5,7 @@
 #include "platform/loop/MessageLoop.h"
 
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -89,6 +90,7 @@ void ListBox::clear() {
     m_lines->clear();
     m_silent = false;
     m_newIndex = -1;
+    m_clickDue = false;
 }
 
 int ListBox::TopIndex() const {
@@ -118,12 +120,25 @@ void ListBox::mousePressEvent(QMouseEvent *event) {
 void ListBox::mouseReleaseEvent(QMouseEvent *event) {
     QListView::mouseReleaseEvent(event);
     event->accept();
-    if (event->button() != Qt::LeftButton || !std::exchange(m_pressed, false))
-        return;
-    const bool onLine = indexAt(event->position().toPoint()).isValid();
-    if (ListIndex() >= 0 && (onLine || std::exchange(m_clickDue, false)))
-        Q_EMIT Click();
-    m_clickDue = false;
+    if (event->button() == Qt::LeftButton && std::exchange(m_pressed, false)) {
+        const bool onLine = indexAt(event->position().toPoint()).isValid();
+        const bool moved = std::exchange(m_clickDue, false);
+        if (ListIndex() >= 0 && (onLine || moved))
+            Q_EMIT Click();
+    }
+    Q_EMIT MouseUp(event->button());
+}
+
+bool ListBox::clickPending() const {
+    // A release may have gone elsewhere, to a box that opened meanwhile; or it waits for a command to end.
+    const MessageLoop *loop = MessageLoop::instance();
+    const bool toCome = QGuiApplication::mouseButtons().testFlag(Qt::LeftButton) || (loop && loop->inputHeld());
+    return m_pressed && m_clickDue && toCome;
+}
+
+void ListBox::hideEvent(QHideEvent *event) {
+    QListView::hideEvent(event);
+    m_pressed = m_clickDue = false; // the release goes elsewhere
 }
 
 void ListBox::keyPressEvent(QKeyEvent *event) {
@@ -156,10 +171,13 @@ void ListBox::selectionChanged(const QItemSelection &selected, const QItemSelect
     QListView::selectionChanged(selected, deselected);
     if (m_silent || selected.isEmpty())
         return;
-    if (m_pressed)
+    if (m_pressed) {
         m_clickDue = true;
-    else
-        Q_EMIT Click();
+        return;
+    }
+    // The view shows the current line after this: who hears the Click asks what it shows.
+    scrollTo(selected.indexes().first());
+    Q_EMIT Click();
 }
 
 QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex &index, const QEvent *event) const {

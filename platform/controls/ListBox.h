@@ -46,6 +46,10 @@ public:
     /// Removes all lines; deselects silently.
     void clear();
 
+    /// True between the left button's press on a line and its release, which raises Click: the line is selected, but
+    /// what a click on it does is still to come.
+    bool clickPending() const;
+
     int TopIndex() const;       ///< The first visible line, 0 in an empty list.
     void setTopIndex(int line); ///< As far as the scroll range goes.
 
@@ -54,6 +58,8 @@ public:
 
 Q_SIGNALS:
     void Click();
+    /// A button went up again, whose press was in the list; after the Click.
+    void MouseUp(Qt::MouseButton button);
     /// A button went down; the keyboard's menu key, or Shift+F10, counts as the right button. A right press on a line
     /// that is not selected has selected it (and raised Click) before this.
     void MouseDown(Qt::MouseButton button, const QPoint &globalPosition);
@@ -61,6 +67,7 @@ Q_SIGNALS:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
@@ -74,7 +81,7 @@ private:
     Order m_order;
     int m_newIndex = -1;
     bool m_silent = false;   // code is changing lines or selection
-    bool m_pressed = false;  // the left button is down: its release raises Click
+    bool m_pressed = false;  // the left button went down: its release raises Click
     bool m_clickDue = false; // another line was selected since it went down
     bool m_visible = true;
 };
