@@ -146,7 +146,11 @@ FileSave::Step FileSave::publishNew() {
         return {};
     if (published.error().number == EEXIST)
         return m_target.failed(QStringLiteral("another program has just made a file of this name; use Save As"));
-    return m_target.failed(published.error());
+    return notPublished(published.error());
+}
+
+FileSave::Step FileSave::notPublished(SystemError error) {
+    return m_staged->isUncertain() ? uncertain(error) : m_target.failed(error);
 }
 
 FileSave::Step FileSave::publishOver() {
@@ -154,7 +158,7 @@ FileSave::Step FileSave::publishOver() {
     if (!exchanged && exchanged.error().number == ENOENT) // removed a moment ago
         return publishNew();
     if (!exchanged)
-        return cannotReplace(exchanged.error());
+        return m_staged->isUncertain() ? uncertain(exchanged.error()) : cannotReplace(exchanged.error());
     if (*exchanged == StagedFile::Exchanged::Yes)
         return {};
     // Without an exchange nobody can look at what gave way: so once more before, and what is not ours to throw away
@@ -175,7 +179,7 @@ FileSave::Step FileSave::publishOver() {
             return kept;
     }
     if (const auto published = m_staged->publishOver(m_target.name()); !published)
-        return m_target.failed(published.error());
+        return notPublished(published.error());
     return {};
 }
 

@@ -57,6 +57,7 @@ private:
     Step readBack();
     Step publishNew();
     Step publishOver();
+    Step notPublished(SystemError error);
     Step settle();
     void settleReplaced();
     void keepAsConflictCopy(const QString &why);

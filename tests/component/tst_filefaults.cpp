@@ -54,7 +54,7 @@ void FileFaults::check(const Outcome &outcome, const QString &folder, const Faul
         wrong << "success was reported, but the file is not the new version; ";
     // Where every answer of the system is a lie, that nothing is known is the truth.
     const bool isUnknown = outcome.error && outcome.error->contains(u"could not be found out"_s);
-    if (isUnknown && fault.kind != Fault::Kind::Done && !fault.forever)
+    if (isUnknown && !fault.forever)
         wrong << "one fault should leave no doubt; ";
     if (outcome.error && isNew && !isUnknown && !outcome.error->contains(u"was saved, but"_s))
         wrong << "a save that failed stands in the file: " << outcome.error->toStdString() << "; ";
