@@ -15,7 +15,8 @@ constexpr char subfolder[] = "inplace";
 
 /// Errors that say that there is no such thing, or none for us.
 bool isAbsence(SystemError error) {
-    return error.number == ENOENT || error.number == ENOTDIR || error.number == EACCES || error.number == ELOOP;
+    return error.number == ENOENT || error.number == ENOTDIR || error.number == EACCES || error.number == ELOOP ||
+           error.number == EISDIR || error.number == ENXIO;
 }
 
 bool isReadOnly(SystemError error) {
@@ -68,7 +69,7 @@ private:
     }
 
     /// Where a pointer leads to a copy that is gone, it goes too.
-    Step follow(const SafeCopyPointer &pointer, int folder, const std::string &name) {
+    Step follow(const SafeCopyPointer &pointer, int pointerFolder, const std::string &name) {
         const std::size_t slash = pointer.path.rfind('/');
         if (pointer.inode != m_file.status.st_ino || slash == std::string::npos)
             return {};
@@ -76,8 +77,28 @@ private:
         const std::string copyName = pointer.path.substr(slash + 1);
         const auto there = m_ops.statusAt(AT_FDCWD, pointer.path, FollowLinks::No);
         if (!there && there.error().number == ENOENT && m_ops.statusAt(AT_FDCWD, folderPath, FollowLinks::Yes))
-            (void)m_ops.unlinkAt(folder, name);
-        return there && isSafeCopyName(copyName) ? lookAt(AT_FDCWD, folderPath, copyName, true) : Step();
+            (void)m_ops.unlinkAt(pointerFolder, name);
+        if (!there || !isSafeCopyName(copyName))
+            return {};
+        const Step looked = lookAt(AT_FDCWD, folderPath, copyName, true);
+        return looked ? attach(*there, pointerFolder, name) : looked;
+    }
+
+    /// The pointer goes with its copy.
+    Step attach(const struct stat &there, int pointerFolder, const std::string &name) {
+        for (InPlaceCopy &copy : m_found.copies) {
+            const auto status = m_ops.status(copy.m_file.descriptor());
+            if (!status)
+                return tl::unexpected(status.error());
+            if (status->st_dev != there.st_dev || status->st_ino != there.st_ino)
+                continue;
+            auto folder = OpenFile::openAt(m_ops, pointerFolder, ".", O_RDONLY | O_DIRECTORY);
+            if (!folder)
+                return tl::unexpected(folder.error());
+            copy.m_pointerFolder = std::move(*folder);
+            copy.m_pointerName = name;
+        }
+        return {};
     }
 
     Step lookAt(int base, const std::string &folderPath, const std::string &name, bool isShared) {
@@ -92,7 +113,7 @@ private:
         if (!file && file.error().number == EACCES)
             m_found.unreadable = QString::fromLocal8Bit(name.c_str());
         if (!file)
-            return isAbsence(file.error()) || file.error().number == EISDIR ? Step() : tl::unexpected(file.error());
+            return isAbsence(file.error()) ? Step() : tl::unexpected(file.error());
         const auto known = m_ops.status(file->descriptor());
         if (!known)
             return tl::unexpected(known.error());
