@@ -325,16 +325,17 @@ FileSave::Step FileSave::uncertain(SystemError error) {
                                .arg(systemErrorWords(error)));
 }
 
-/// The file is whole again: what an earlier attempt in place has left is of no use any more.
+/// The file is whole again: what an attempt in place has left of the version that this save followed is of no use.
 void FileSave::forgetCopies(int file) {
-    const auto status = m_request.target.torn ? m_ops.status(file) : SystemResult<struct stat>();
-    if (!m_request.target.torn || !status)
-        return;
+    const FileIdentifier followed = m_request.target.knownSaveId();
+    const auto status = m_ops.status(file);
+    if (!status || followed == FileIdentifier{})
+        return; // the next open sees to it
     auto found = InPlaceCopy::find(m_ops, m_request.stateFolder, {m_target.place(), file, *status});
     if (!found)
-        return; // the next open finds it
+        return;
     for (InPlaceCopy &copy : found->copies)
-        if (copy.head().base == m_request.target.knownSaveId())
+        if (copy.head().base == followed)
             (void)copy.remove();
 }
 

@@ -219,6 +219,22 @@ TEST_F(Anybody, ACopyOfTheFileIsReadButNotWrittenOver) {
     EXPECT_EQ(m_notices.size(), 1);
 }
 
+TEST_F(Anybody, ASaveThatReplacesWhatWasLeftHalfWrittenTakesTheCopyAway) {
+    const QString file = makeLinked(longBody);
+    DatabaseFile database(FileOps::system(), options());
+    ASSERT_TRUE(database.load(file, {}));
+    tear(file, "new");
+    // The other name goes, and the first bytes are still those of the version before: a file like any other.
+    ASSERT_TRUE(QFile::remove(path(u"b.ddb"_s)));
+    QFile torn(file);
+    ASSERT_TRUE(torn.open(QIODevice::ReadWrite) && torn.write(containerBytes(longBody).first(5000)) == 5000);
+    torn.close();
+    ASSERT_TRUE(database.save("newer"));
+    EXPECT_EQ(bodyOf(file), "newer");
+    EXPECT_EQ(m_notices, QStringList());
+    EXPECT_EQ(namesIn(state() + u"/rescue"_s), QStringList());
+}
+
 TEST_F(Anybody, EveryCallOfMakingItWholeMayFail) {
     std::vector<Fault> kinds{{.kind = Fault::Kind::ShortCount}};
     for (const int number : {EIO, ENOSPC, EACCES, EROFS, EINTR})
