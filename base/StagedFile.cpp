@@ -117,7 +117,8 @@ StagedFile::StagedFile(StagedFile &&other) noexcept
     , m_folder(other.m_folder)
     , m_file(std::move(other.m_file))
     , m_tag(std::move(other.m_tag))
-    , m_temporaryName(std::exchange(other.m_temporaryName, {})) {}
+    , m_temporaryName(std::exchange(other.m_temporaryName, {}))
+    , m_uncertain(other.m_uncertain) {}
 
 StagedFile::~StagedFile() {
     (void)removeTemporary();
@@ -209,6 +210,7 @@ SystemResult<void> StagedFile::publishNew(const std::string &name) {
     const Naming linked = named(name, [&] { return m_ops.linkFile(m_file.descriptor(), m_folder, name); });
     if (linked.standing == Standing::Yes)
         return {};
+    m_uncertain = linked.standing == Standing::Unknown;
     return tl::unexpected(linked.error);
 }
 
@@ -238,6 +240,7 @@ SystemResult<void> StagedFile::moveTemporary(const std::string &name, unsigned f
         const auto there = m_ops.statusAt(m_folder, m_temporaryName, FollowLinks::No);
         if (!there && there.error().number == ENOENT)
             return {};
+        m_uncertain = !there && !isCertain(renamed.error());
         if (!there || renamed.error().number != EINTR || tries == FileOps::interruptedTries)
             return renamed;
     }
@@ -250,7 +253,8 @@ SystemResult<StagedFile::Exchanged> StagedFile::exchangeWith(const std::string &
         named(name, [&] { return m_ops.renameAt(m_folder, m_temporaryName, name, RENAME_EXCHANGE); });
     if (exchanged.standing == Standing::Yes)
         return Exchanged::Yes;
-    if (exchanged.standing == Standing::Unknown) // what the hidden name holds may be the only copy of something
+    m_uncertain = exchanged.standing == Standing::Unknown;
+    if (m_uncertain) // what the hidden name holds may be the only copy of something
         leaveTemporary();
     else if (isUnsupported(exchanged.error))
         return Exchanged::NotSupported;
@@ -261,6 +265,7 @@ SystemResult<void> StagedFile::publishOver(const std::string &name) {
     if (const auto hidden = nameTemporarily(); !hidden)
         return hidden;
     const Naming renamed = named(name, [&] { return m_ops.renameAt(m_folder, m_temporaryName, name, 0); });
+    m_uncertain = renamed.standing == Standing::Unknown;
     if (renamed.standing != Standing::Yes)
         return tl::unexpected(renamed.error);
     m_temporaryName.clear();

@@ -52,6 +52,9 @@ public:
     /// Takes the place of what stands under `name`, where exchanging is not supported.
     SystemResult<void> publishOver(const std::string &name);
 
+    /// True after a publishing call that has failed where nobody can tell what it did: the system does not let us look.
+    bool isUncertain() const { return m_uncertain; }
+
     /// The descriptor, for whoever needs the published file further; only once it is published.
     OpenFile takeFile() { return std::move(m_file); }
 
@@ -84,6 +87,7 @@ private:
     OpenFile m_file;
     std::string m_tag;
     std::string m_temporaryName;
+    bool m_uncertain = false;
 };
 
 } // namespace qir

@@ -73,22 +73,27 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
     const auto reached = reachIgnoringCase(m_ops, path);
     if (!reached)
         return refused(LoadErrorKind::AmbiguousName, QStringLiteral("%1: %2").arg(path, reached.error().text));
-    auto read = readDatabaseFile(m_ops, {.path = *reached,
-                                         .password = password,
-                                         .limits = m_options.limits,
-                                         .deriveKey = m_options.deriveKey,
-                                         .stateFolder = m_options.stateFolder});
+    QStringList notices;
+    auto read = readDatabaseFile(m_ops,
+                                 {.path = *reached,
+                                  .password = password,
+                                  .limits = m_options.limits,
+                                  .deriveKey = m_options.deriveKey,
+                                  .stateFolder = m_options.stateFolder},
+                                 notices);
+    for (const QString &notice : notices)
+        tell(QStringLiteral("%1: %2").arg(path, notice));
     if (!read)
         return refused(read.error().kind, QStringLiteral("%1: %2").arg(path, read.error().text));
     m_state = State::Ready;
     m_place = {path, absolutePath(*reached)};
     m_header = std::move(read->container.header);
     m_ownSaveIds = {m_header.saveId};
-    m_torn = read->torn;
+    m_torn = read->tornInto.has_value();
+    if (read->tornInto)
+        m_ownSaveIds.push_back(*read->tornInto); // what its header may say
     m_keys = std::move(read->container.keys);
     m_keysOnDisk = m_keys.clone();
-    for (const QString &notice : read->notices)
-        tell(QStringLiteral("%1: %2").arg(path, notice));
     return std::move(read->container.body);
 }
 

@@ -52,9 +52,6 @@ public:
     void fail();
     /// A fresh instance becomes a new, open database without a name.
     void createNew();
-    /// True when what was loaded is not what stands in the file: what an interrupted save was to write. It should count
-    /// as changed.
-    bool needsSaving() const { return m_torn; }
     bool isFresh() const { return m_state == State::Fresh; }
     bool isReady() const { return m_state == State::Ready; }
 

@@ -1,9 +1,7 @@
 #include "qirtbase/FileRead.h"
 
-#include "qirtbase/InPlaceCopy.h"
-#include "qirtbase/KeptVersion.h"
+#include "qirtbase/InPlaceRecovery.h"
 #include "qirtbase/SaveTarget.h"
-#include "qirtbase/StateFolder.h"
 
 #include <cerrno>
 #include <ctime>
@@ -38,35 +36,6 @@ LoadResult<OpenFile> openRegular(FileOps &ops, const std::string &path) {
     return std::move(*file);
 }
 
-/// Whether a safe copy still says what the file should be: not when somebody has written the file since.
-bool isStillMeant(FileOps &ops, const InPlaceCopy &copy, int file) {
-    const auto meant = readHeaderBlock(ops, copy.descriptor());
-    if (!meant)
-        return false;
-    const auto there = readHeaderBlock(ops, file);
-    return !there || there->header.saveId == meant->header.saveId || there->header.saveId == copy.base();
-}
-
-/// Somebody has written the file since: what was to be saved then is kept elsewhere.
-void setAside(FileOps &ops, InPlaceCopy &copy, const ReadRequest &request, QStringList &notices) {
-    const auto kept = linkRescueFile(ops, request.stateFolder, request.path, copy.descriptor());
-    if (!kept)
-        return; // it stays where it is, for the next time
-    (void)copy.remove();
-    notices.append(QStringLiteral("a save of it had been cut short, and it was written by another program since; "
-                                  "what was to be saved is kept in '%1'")
-                       .arg(*kept));
-}
-
-/// Brings the file to the state of its safe copy.
-bool complete(FileOps &ops, InPlaceCopy &copy, const std::string &path) {
-    const auto file = OpenFile::openAt(ops, AT_FDCWD, path, O_RDWR | O_NONBLOCK | O_NOCTTY);
-    if (!file || !copy.writeInto(file->descriptor()))
-        return false;
-    (void)copy.remove(); // one that stays is of the version that stands in the file now
-    return true;
-}
-
 /// What is wrong with a file may come from its being written in place just now: then it is different, or at least
 /// young, for the system's clock has its steps.
 bool mayBeInFlux(FileOps &ops, int file, const struct stat &before, const LoadError &error) {
@@ -76,38 +45,55 @@ bool mayBeInFlux(FileOps &ops, int file, const struct stat &before, const LoadEr
     return now && (!sameVersion(*now, before) || now->st_mtim.tv_sec + 1 >= std::time(nullptr));
 }
 
+LoadError systemFailure(SystemError error) {
+    return {LoadErrorKind::Unreadable, QStringLiteral("it cannot be read: %1").arg(systemErrorWords(error))};
+}
+
+/// Whether a save in place was cut short, and what is left of it. A path that leads nowhere any more has none.
+LoadResult<InPlaceRecovery> recover(FileOps &ops, const ReadRequest &request, const OpenFile &file) {
+    const auto status = ops.status(file.descriptor());
+    const auto place = ResolvedPath::of(ops, systemPath(request.path));
+    if (!status || !place)
+        return InPlaceRecovery{};
+    return recoverInPlace(
+               ops,
+               {.file = {*place, file.descriptor(), *status}, .path = request.path, .stateFolder = request.stateFolder})
+        .map_error(systemFailure);
+}
+
+/// The error of a read, with what recovering has to say of it.
+LoadError explained(LoadError error, const InPlaceRecovery &recovery) {
+    if (recovery.beingWritten)
+        return {LoadErrorKind::Unreadable, QStringLiteral("another program is saving it just now; try again")};
+    if (!recovery.hindrance.isEmpty())
+        error.text += QStringLiteral("; ") + recovery.hindrance;
+    return error;
+}
+
 LoadResult<ReadOutcome> readOnce(FileOps &ops, const ReadRequest &request, QStringList &notices, bool &inFlux) {
-    const std::string path = systemPath(request.path);
-    auto file = openRegular(ops, path);
+    auto file = openRegular(ops, systemPath(request.path));
     if (!file)
         return tl::unexpected(file.error());
+    const auto recovery = recover(ops, request, *file);
+    if (!recovery)
+        return tl::unexpected(recovery.error());
+    notices.append(recovery->notices);
 
     ReadOutcome outcome;
-    InPlaceCopy::Found found;
-    const auto place = ResolvedPath::of(ops, path);
-    const auto status = ops.status(file->descriptor());
-    if (place && status)
-        found = InPlaceCopy::find(ops, request.stateFolder, {canonicalPath(ops, *place), status->st_ino},
-                                  file->descriptor());
-    int source = file->descriptor();
-    for (InPlaceCopy &copy : found.copies) {
-        if (!isStillMeant(ops, copy, file->descriptor())) {
-            setAside(ops, copy, request, notices);
-        } else if (complete(ops, copy, path)) {
-            notices.append(QStringLiteral("a save of it had been cut short; it has been completed"));
-        } else {
-            outcome.torn = true;
-            notices.append(
-                QStringLiteral("a save of it had been cut short; what was to be saved is shown, save it again"));
-            source = copy.descriptor();
-        }
+    OpenFile base;
+    if (recovery->shown) {
+        auto memory = recovery->shown->baseInMemory();
+        if (!memory)
+            return tl::unexpected(systemFailure(memory.error()));
+        base = std::move(*memory);
+        outcome.tornInto = recovery->shown->head().next;
     }
-    auto container = readContainer(ops, source, request.password, request.limits, request.deriveKey);
-    if (!container && found.beingWritten)
-        return refused(LoadErrorKind::Unreadable, QStringLiteral("another program is saving it just now; try again"));
+    const auto before = ops.status(file->descriptor());
+    auto container = readContainer(ops, base ? base.descriptor() : file->descriptor(), request.password, request.limits,
+                                   request.deriveKey);
     if (!container) {
-        inFlux = status && mayBeInFlux(ops, file->descriptor(), *status, container.error());
-        return tl::unexpected(container.error());
+        inFlux = !recovery->beingWritten && before && mayBeInFlux(ops, file->descriptor(), *before, container.error());
+        return tl::unexpected(explained(container.error(), *recovery));
     }
     outcome.container = std::move(*container);
     return outcome;
@@ -115,13 +101,10 @@ LoadResult<ReadOutcome> readOnce(FileOps &ops, const ReadRequest &request, QStri
 
 } // namespace
 
-LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &request) {
-    QStringList notices;
+LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &request, QStringList &notices) {
     for (int reads = 1;; ++reads) {
         bool inFlux = false;
         auto outcome = readOnce(ops, request, notices, inFlux);
-        if (outcome)
-            outcome->notices = notices;
         if (outcome || !inFlux || reads == readsMax)
             return outcome;
     }

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace qir {
 
 /// What one load works with.
@@ -20,11 +22,13 @@ struct ReadRequest {
 
 struct ReadOutcome {
     LoadedContainer container;
-    bool torn = false;   ///< The file itself is half written: this came from the safe copy, and saving makes it whole.
-    QStringList notices; ///< What the user should know.
+    /// The file itself is half written: what was read came from its safe copy. This is the save id of what was to be
+    /// saved.
+    std::optional<FileIdentifier> tornInto;
 };
 
-/// Reads a database file. One whose writing in place was cut short is completed first.
-LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &request);
+/// Reads a database file. One whose writing in place was cut short is first brought back to what it was.
+/// What the user should know is added to `notices`, for a file that is refused too.
+LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &request, QStringList &notices);
 
 } // namespace qir

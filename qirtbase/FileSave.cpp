@@ -1,6 +1,6 @@
 #include "qirtbase/FileSave.h"
 
-#include "qirtbase/InPlaceCopy.h"
+#include "qirtbase/InPlaceRecovery.h"
 #include "qirtbase/KeptVersion.h"
 #include "qirtbase/Leftovers.h"
 #include "qirtbase/StateFolder.h"
@@ -146,7 +146,11 @@ FileSave::Step FileSave::publishNew() {
         return {};
     if (published.error().number == EEXIST)
         return m_target.failed(QStringLiteral("another program has just made a file of this name; use Save As"));
-    return m_target.failed(published.error());
+    return notPublished(published.error());
+}
+
+FileSave::Step FileSave::notPublished(SystemError error) {
+    return m_staged->isUncertain() ? uncertain(error) : m_target.failed(error);
 }
 
 FileSave::Step FileSave::publishOver() {
@@ -154,7 +158,7 @@ FileSave::Step FileSave::publishOver() {
     if (!exchanged && exchanged.error().number == ENOENT) // removed a moment ago
         return publishNew();
     if (!exchanged)
-        return cannotReplace(exchanged.error());
+        return m_staged->isUncertain() ? uncertain(exchanged.error()) : cannotReplace(exchanged.error());
     if (*exchanged == StagedFile::Exchanged::Yes)
         return {};
     // Without an exchange nobody can look at what gave way: so once more before, and what is not ours to throw away
@@ -175,7 +179,7 @@ FileSave::Step FileSave::publishOver() {
             return kept;
     }
     if (const auto published = m_staged->publishOver(m_target.name()); !published)
-        return m_target.failed(published.error());
+        return notPublished(published.error());
     return {};
 }
 
@@ -239,45 +243,100 @@ FileSave::Step FileSave::writeInPlace() {
         return m_target.failed(status.error());
     if (!sameVersion(*status, m_target.standing().status))
         return m_target.conflict({});
-    if (m_target.mayBeSomebodysVersion())
-        if (const Step kept = keepCopyElsewhere(file->descriptor()); !kept)
-            return kept;
+    return makeWhole({m_target.place(), file->descriptor(), *status})
+        .and_then([&] { return m_target.mayBeSomebodysVersion() ? keepCopyElsewhere(file->descriptor()) : Step(); })
+        .and_then([&] { return writeThrough(file->descriptor()); });
+}
 
+/// What an earlier save in place has left half written becomes again what it was before: that is what this save starts
+/// from, and comes back to.
+FileSave::Step FileSave::makeWhole(const InPlaceCopy::File &file) {
+    const auto recovery = recoverInPlace(m_ops, {.file = file,
+                                                 .path = m_request.target.path,
+                                                 .stateFolder = m_request.stateFolder,
+                                                 .writable = file.descriptor});
+    if (!recovery)
+        return m_target.failed(recovery.error());
+    if (recovery->beingWritten)
+        return m_target.failed(QStringLiteral("another program is saving it just now; try again"));
+    if (recovery->shown)
+        return m_target.failed(QStringLiteral("an earlier save of it had been cut short, and it could not be made "
+                                              "whole first: %1")
+                                   .arg(recovery->hindrance));
+    for (const QString &notice : recovery->notices)
+        m_outcome.notices.append(QStringLiteral("%1: %2").arg(m_request.target.name, notice));
+    return {};
+}
+
+SystemResult<InPlaceCopy> FileSave::storeSafeCopy(int file) {
+    const auto status = m_ops.status(file); // as it is now that it is whole
+    if (!status)
+        return tl::unexpected(status.error());
+    const InPlaceCopy::File from{m_target.place(), file, *status};
     makeWriter();
-    const HeaderBlock block = m_writer->headerBlock();
-    auto copy =
-        InPlaceCopy::store(m_ops, m_request.stateFolder, {canonicalPath(m_ops, m_target.place()), status->st_ino},
-                           m_request.target.knownSaveId(), m_request.keys, *m_writer);
+    auto copy = InPlaceCopy::storeBeside(m_ops, m_request.stateFolder, from, m_request.target.knownSaveId(), *m_writer);
+    if (copy)
+        return copy;
+    makeWriter(); // the other one has given of its bytes
+    return InPlaceCopy::storeInStateFolder(m_ops, m_request.stateFolder, from, m_request.target.knownSaveId(),
+                                           *m_writer);
+}
+
+FileSave::Step FileSave::writeThrough(int file) {
+    auto copy = storeSafeCopy(file);
     if (!copy)
         return m_target.failed(QStringLiteral("no safe copy of it could be made in '%1' first: %2")
                                    .arg(m_request.stateFolder, systemErrorWords(copy.error())));
     announce();
-    const auto written = copy->writeInto(file->descriptor());
+    const auto written = copy->writeNext(file);
     const auto verified =
-        written ? verifyContainer(m_ops, file->descriptor(), block, m_request.keys) : LoadResult<void>();
-    if (written && verified) {
-        m_outcome.published = true;
-        rememberOwnSave(m_outcome.header.saveId);
-        (void)copy->remove(); // one that stays is of the version that stands in the file
-        forgetCopies(file->descriptor());
-        return {};
-    }
-    const QString reason = written ? verified.error().text : systemErrorWords(written.error());
-    if (!copy->touched()) {
-        (void)copy->remove();
+        written ? verifyContainer(m_ops, file, m_writer->headerBlock(), m_request.keys) : LoadResult<void>();
+    if (!written || !verified)
+        return undo(*copy, file, written ? verified.error().text : systemErrorWords(written.error()));
+    const InPlaceCopy::Removal removal = copy->remove();
+    if (!removal.done && removal.certain)
+        return undo(*copy, file, systemErrorWords(removal.error));
+    if (!removal.done)
+        return uncertain(removal.error);
+    m_outcome.published = true;
+    rememberOwnSave(m_outcome.header.saveId);
+    if (!removal.lasting)
+        return failure(QStringLiteral("%1: was saved, but a power failure now might bring the old version back: %2")
+                           .arg(m_request.target.name, systemErrorWords(removal.error)));
+    return {};
+}
+
+/// The save has failed: the file becomes what it was, now or when it is next used.
+FileSave::Step FileSave::undo(InPlaceCopy &copy, int file, const QString &reason) {
+    const auto restored = copy.touched() ? copy.restoreBase(file) : SystemResult<void>();
+    if (restored) {
+        (void)copy.remove(); // one that stays says of the file what it is
         return m_target.failed(reason);
     }
     m_outcome.torn = true;
-    return m_target.failed(
-        QStringLiteral("%1; it is incomplete now, and is completed when it is next saved or opened").arg(reason));
+    return m_target.failed(QStringLiteral("%1; it is incomplete now, and becomes what it was before when it is next "
+                                          "saved or opened")
+                               .arg(reason));
 }
 
-/// The file is whole again: what an earlier attempt in place has left is of no use any more.
+FileSave::Step FileSave::uncertain(SystemError error) {
+    return m_target.failed(QStringLiteral("%1; whether the old or the new version stands there now could not be found "
+                                          "out")
+                               .arg(systemErrorWords(error)));
+}
+
+/// The file is whole again: what an attempt in place has left of the version that this save followed is of no use.
 void FileSave::forgetCopies(int file) {
-    if (!m_request.target.torn)
+    const FileIdentifier followed = m_request.target.knownSaveId();
+    const auto status = m_ops.status(file);
+    if (!status || followed == FileIdentifier{})
+        return; // the next open sees to it
+    auto found = InPlaceCopy::find(m_ops, m_request.stateFolder, {m_target.place(), file, *status});
+    if (!found)
         return;
-    InPlaceCopy::removeAll(m_ops, m_request.stateFolder,
-                           {canonicalPath(m_ops, m_target.place()), m_target.standing().status.st_ino}, file);
+    for (InPlaceCopy &copy : found->copies)
+        if (copy.head().base == followed)
+            (void)copy.remove();
 }
 
 /// Before a version that somebody else made of our file is overwritten: a copy of it, beside it or else in the state

@@ -4,6 +4,7 @@
 #include "base/Result.h"
 #include "base/StagedFile.h"
 #include "qirtbase/Container.h"
+#include "qirtbase/InPlaceCopy.h"
 #include "qirtbase/RandomSource.h"
 #include "qirtbase/SaveTarget.h"
 
@@ -30,7 +31,7 @@ struct SaveRequest {
 /// What became of it. Even where there is an error the new version may stand in place: then `published` tells so.
 struct SaveOutcome {
     bool published = false;
-    bool torn = false; ///< The file may be a mixture now; its whole new version lies in the state folder.
+    bool torn = false; ///< The file may be a mixture now; its safe copy holds what it was.
     std::optional<Error> error;
     QStringList notices;
     FileHeader header; ///< Of the version written, or attempted.
@@ -56,11 +57,18 @@ private:
     Step readBack();
     Step publishNew();
     Step publishOver();
+    Step notPublished(SystemError error);
     Step settle();
     void settleReplaced();
     void keepAsConflictCopy(const QString &why);
 
     Step writeInPlace();
+    Step makeWhole(const InPlaceCopy::File &file);
+    SystemResult<InPlaceCopy> storeSafeCopy(int file);
+    Step writeThrough(int file);
+    Step undo(InPlaceCopy &copy, int file, const QString &reason);
+    /// What was done in the end nobody knows.
+    Step uncertain(SystemError error);
     void forgetCopies(int file);
     void announce() const;
     Step keepCopyElsewhere(int file);

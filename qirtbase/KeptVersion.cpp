@@ -103,22 +103,11 @@ SystemResult<QString> keepVersionOf(FileOps &ops, int file, const SaveTarget &ta
 
 SystemResult<QString> writeRescueFile(FileOps &ops, const QString &stateFolder, const QString &path,
                                       ContainerWriter &writer) {
-    return makeInRescueFolder(ops, stateFolder, rescueName(path),
-                              [&](int file) { return writeContainer(ops, file, writer); });
+    return makeRescueFile(ops, stateFolder, path, [&](int file) { return writeContainer(ops, file, writer); });
 }
 
-SystemResult<QString> linkRescueFile(FileOps &ops, const QString &stateFolder, const QString &path, int file) {
-    const auto folder = openStateFolder(ops, stateFolder, rescueFolder);
-    if (!folder)
-        return tl::unexpected(folder.error());
-    const auto linked = underFreeName(rescueName(path), [&](const std::string &candidate) {
-        return ops.linkFile(file, folder->descriptor(), candidate);
-    });
-    if (!linked)
-        return linked;
-    if (const auto synced = ops.sync(folder->descriptor()); !synced)
-        return tl::unexpected(synced.error());
-    return rescuePath(stateFolder, *linked);
+SystemResult<QString> makeRescueFile(FileOps &ops, const QString &stateFolder, const QString &path, const Fill &fill) {
+    return makeInRescueFolder(ops, stateFolder, rescueName(path), fill);
 }
 
 } // namespace qir

@@ -28,7 +28,8 @@ SystemResult<QString> keepVersionOf(FileOps &ops, int file, const SaveTarget &ta
 /// the file that could not be saved, or "". Gives the path of the new file.
 SystemResult<QString> writeRescueFile(FileOps &ops, const QString &stateFolder, const QString &path,
                                       ContainerWriter &writer);
-/// The same for a file of the state folder that exists already: gives it such a name beside its own.
-SystemResult<QString> linkRescueFile(FileOps &ops, const QString &stateFolder, const QString &path, int file);
+/// The same with what `fill` writes into the new file.
+SystemResult<QString> makeRescueFile(FileOps &ops, const QString &stateFolder, const QString &path,
+                                     const std::function<SystemResult<void>(int file)> &fill);
 
 } // namespace qir

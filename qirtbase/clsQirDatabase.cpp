@@ -196,7 +196,7 @@ bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) 
     }
     m_database = std::move(*database);
     m_state = State::Open;
-    m_changed = m_file.needsSaving();
+    m_changed = false;
     recoverChanges(*body, password);
     return true;
 }

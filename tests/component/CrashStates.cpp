@@ -237,7 +237,7 @@ std::size_t CrashStates::visit(std::size_t perMoment,
     return different.size();
 }
 
-void putOnDisk(const DiskState &state, const std::string &root) {
+FormerInodes putOnDisk(const DiskState &state, const std::string &root) {
     namespace fs = std::filesystem;
     for (const fs::directory_entry &entry : fs::directory_iterator(root))
         fs::remove_all(entry.path());
@@ -260,6 +260,32 @@ void putOnDisk(const DiskState &state, const std::string &root) {
         if (!out || !writeFully(FileOps::system(), out->descriptor(), state.contents.at(file)))
             throw std::runtime_error("cannot write a file");
     }
+    FormerInodes inodes;
+    for (const auto &[file, path] : made)
+        if (const auto former = state.inodes.find(file); former != state.inodes.end()) {
+            struct stat status {};
+            if (::lstat(at(path).c_str(), &status) != 0)
+                throw std::runtime_error("cannot look at a file");
+            inodes[status.st_ino] = former->second;
+        }
+    return inodes;
+}
+
+SystemResult<struct stat> SameInodes::asBefore(SystemResult<struct stat> status) const {
+    // A number that a file had belongs to nobody else.
+    if (!status)
+        return status;
+    const auto former = m_inodes.find(status->st_ino);
+    status->st_ino = former == m_inodes.end() ? ~status->st_ino : former->second;
+    return status;
+}
+
+SystemResult<struct stat> SameInodes::doStatus(int file) {
+    return asBefore(ForwardingFileOps::doStatus(file));
+}
+
+SystemResult<struct stat> SameInodes::doStatusAt(int folder, const std::string &name, FollowLinks follow) {
+    return asBefore(ForwardingFileOps::doStatusAt(folder, name, follow));
 }
 
 } // namespace qir

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -47,7 +48,26 @@ private:
     std::vector<Pending> m_pending;
 };
 
+/// Inode numbers that files have, and those that they had when recording began.
+using FormerInodes = std::map<ino_t, ino_t>;
+
 /// Puts a state below a folder, in place of what is there.
-void putOnDisk(const DiskState &state, const std::string &root);
+FormerInodes putOnDisk(const DiskState &state, const std::string &root);
+
+/// The system, but files that are put there anew have the inode numbers that they had.
+class SameInodes : public ForwardingFileOps {
+public:
+    explicit SameInodes(FormerInodes inodes)
+        : m_inodes(std::move(inodes)) {}
+
+protected:
+    SystemResult<struct stat> doStatus(int file) override;
+    SystemResult<struct stat> doStatusAt(int folder, const std::string &name, FollowLinks follow) override;
+
+private:
+    SystemResult<struct stat> asBefore(SystemResult<struct stat> status) const;
+
+    FormerInodes m_inodes;
+};
 
 } // namespace qir

@@ -132,6 +132,7 @@ std::vector<Scenario> scenarios() {
                    .before = old,
                    .begin = loadIt,
                    .inPlace = true,
+                   .copyElsewhere = true,
                    .lacks = [](HookedFileOps &ops) {
                        ops.onOpenIn = [](const std::string &in, unsigned flags) {
                            const bool makes = flags & O_CREAT || (flags & O_TMPFILE) == unsigned(O_TMPFILE);

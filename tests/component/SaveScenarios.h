@@ -29,6 +29,7 @@ struct Scenario {
     bool saves = true;
     bool keepsOther = false; ///< Another program's version stood there and must still be somewhere.
     bool inPlace = false;    ///< Written in place: what a later open shows counts.
+    bool copyElsewhere = false; ///< Its safe copy lies in the state folder.
     std::function<void(HookedFileOps &ops)> lacks = [](HookedFileOps &) {};
 };
 

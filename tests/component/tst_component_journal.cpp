@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <memory>
 
@@ -105,6 +107,74 @@ TEST_F(ComponentJournal, ClosingWithNoGivesTheRecoveredChangesUp) {
     EXPECT_EQ(m_notices, QStringList());
     ASSERT_EQ(journals().size(), 1); // "No" was a key press away
     EXPECT_TRUE(journals()[0].endsWith(u".ended"_s));
+}
+
+// A file with two names is written in place.
+
+TEST_F(ComponentJournal, WhatWasTypedSurvivesASaveInPlaceThatIsCutShort) {
+    QFile::remove(path(u"other.DDB"_s));
+    ASSERT_EQ(::link(systemPath(path()).c_str(), systemPath(path(u"other.DDB"_s)).c_str()), 0);
+    for (int call = 0;; ++call) {
+        auto session = open();
+        const QString text = u"word %1"_s.arg(call);
+        write(*session, text);
+        int made = 0;
+        bool isDead = false;
+        m_ops.onCall = [&](FileCall kind, const std::string &) {
+            isDead = isDead || made++ == call;
+            return isDead && kind != FileCall::Close ? std::optional(SystemError{EIO}) : std::nullopt;
+        };
+        bool isSaved = false;
+        try {
+            session->SaveDtb();
+            isSaved = true;
+        } catch (const std::exception &raised) {
+            isSaved = QString::fromUtf8(raised.what()).contains(u"was saved, but"_s);
+        }
+        const bool wasMet = isDead;
+        kill(session);
+        session = open();
+        EXPECT_EQ(textIn(*session), text) << "dead from call " << call;
+        EXPECT_TRUE(isSaved || session->DtbHasChanged()) << "dead from call " << call;
+        session->SaveDtb();
+        if (!wasMet)
+            break;
+    }
+}
+
+TEST_F(ComponentJournal, NoAfterASaveInPlaceThatFailedLeavesTheFileAsItWas) {
+    QFile::remove(path(u"other.DDB"_s));
+    ASSERT_EQ(::link(systemPath(path()).c_str(), systemPath(path(u"other.DDB"_s)).c_str()), 0);
+    for (const bool forEver : {false, true}) {
+        for (int call = 0;; ++call) {
+            auto session = open();
+            const QString text = u"%1 %2"_s.arg(call).arg(forEver);
+            const QString before = textIn(*session);
+            write(*session, text);
+            int made = 0;
+            m_ops.onCall = [&](FileCall kind, const std::string &) {
+                const int now = made++;
+                const bool fails = kind != FileCall::Close && (forEver ? now >= call : now == call);
+                return fails ? std::optional(SystemError{EIO}) : std::nullopt;
+            };
+            QString error;
+            try {
+                session->SaveDtb();
+            } catch (const std::exception &raised) {
+                error = QString::fromUtf8(raised.what());
+            }
+            m_ops.onCall = {};
+            session->setDtbHasChanged(false); // the answer is No
+            session.reset();
+            session = open();
+            const bool isSaved = error.isEmpty() || error.contains(u"was saved, but"_s);
+            EXPECT_TRUE(textIn(*session) == (isSaved ? text : before) || error.contains(u"found out"_s))
+                << call << ": " << error.toStdString();
+            EXPECT_FALSE(session->DtbHasChanged()) << call << ": " << m_notices.join(u'\n').toStdString();
+            if (made <= call)
+                break;
+        }
+    }
 }
 
 TEST_F(ComponentJournal, ClosingWithYesWritesThem) {

@@ -37,7 +37,7 @@ QByteArray bodyOf(qsizetype size) {
 class SaveCrash : public testing::TestWithParam<Scenario> {
 protected:
     /// What the next open finds, "" for no file; what is no version at all throws.
-    QByteArray bodyFound() const;
+    QByteArray bodyFound(FileOps &ops = FileOps::system()) const;
     bool holdsOther() const;
     void check(const DiskState &state, const CrashStates::Moment &moment);
 
@@ -48,9 +48,9 @@ protected:
     int m_wrong = 0;
 };
 
-QByteArray SaveCrash::bodyFound() const {
+QByteArray SaveCrash::bodyFound(FileOps &ops) const {
     const Scenario &scenario = GetParam();
-    DatabaseFile reader(FileOps::system(), optionsIn(m_root));
+    DatabaseFile reader(ops, optionsIn(m_root));
     const auto body = reader.load(m_root + u'/' + scenario.fileName, scenario.password);
     if (!body && body.error().kind == LoadErrorKind::Missing)
         return {};
@@ -66,9 +66,9 @@ bool SaveCrash::holdsOther() const {
 
 void SaveCrash::check(const DiskState &state, const CrashStates::Moment &moment) {
     const Scenario &scenario = GetParam();
-    putOnDisk(state, systemPath(m_root));
+    SameInodes ops(putOnDisk(state, systemPath(m_root)));
     const bool isDone = moment.low > 0;
-    const QByteArray body = bodyFound();
+    const QByteArray body = bodyFound(ops);
     const bool isOld = scenario.before.isNull()
                            ? body.isNull()
                            : body == (scenario.keepsOther ? otherBody : bodyIn(scenario.before, scenario.password));

@@ -1,5 +1,5 @@
-#include "tests/component/StorageSupport.h"
-#include "tests/support/FailingFileOps.h"
+#include "qirtbase/SafeCopy.h"
+#include "tests/component/InPlaceFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -20,67 +20,6 @@ using namespace Qt::StringLiterals;
 namespace qir {
 namespace {
 
-const QByteArray longBody(100000, 'l');
-
-class InPlace : public testing::Test {
-protected:
-    QString path(const QString &name) const { return m_folder.filePath(name); }
-    QString state() const { return m_folder.filePath(u"state"_s); }
-    DatabaseFileOptions options() {
-        DatabaseFileOptions options = testOptions();
-        options.stateFolder = state();
-        options.notice = [this](const QString &text) { m_notices.append(text); };
-        return options;
-    }
-    QString make(const QString &name, const QByteArray &body, const QString &password = {}) {
-        writeContent(path(name), containerBytes(body, password));
-        return path(name);
-    }
-    QString makeLinked(const QByteArray &body) {
-        const QString name = make(u"a.ddb"_s, body);
-        EXPECT_EQ(::link(systemPath(name).c_str(), systemPath(path(u"b.ddb"_s)).c_str()), 0);
-        return name;
-    }
-    QByteArray bodyOf(const QString &file, const QString &password = {}) {
-        DatabaseFile reader(FileOps::system(), options());
-        const auto body = reader.load(file, password);
-        return body ? *body : QByteArray("ERROR: ") + body.error().text.toUtf8();
-    }
-    QByteArray rawBody(const QString &file) {
-        const auto read = readBytes(contentOf(file));
-        return read ? read->body : QByteArray("ERROR: ") + read.error().text.toUtf8();
-    }
-    QStringList copies() const { return namesIn(state() + u"/inplace"_s); }
-    static struct stat statusOf(const QString &file) {
-        struct stat status {};
-        EXPECT_EQ(::stat(systemPath(file).c_str(), &status), 0);
-        return status;
-    }
-    /// Loads the file and saves another body while the n-th write to the file itself (not to its copy) stops
-    /// everything, as a kill would: whatever comes after it fails too.
-    void tear(const QString &file, const QByteArray &body, const QString &password = {}) {
-        bool inFile = false;
-        bool dead = false;
-        HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
-            if (dead && call != FileCall::Close)
-                return SystemError{EIO};
-            if (call ==
-                FileCall::Truncate) // the last step of writing in place, the file being longer or shorter by now
-                dead = inFile;
-            return dead ? std::optional(SystemError{EIO}) : std::nullopt;
-        });
-        DatabaseFile database(ops, options());
-        ASSERT_TRUE(database.load(file, password));
-        inFile = true;
-        const auto saved = database.save(body);
-        ASSERT_FALSE(saved);
-        ASSERT_TRUE(saved.error().text.contains(u"it is incomplete now"_s)) << saved.error().text.toStdString();
-    }
-
-    QuickFolder m_folder;
-    QStringList m_notices;
-};
-
 TEST_F(InPlace, HardLinksStayLinksToTheSameNewVersion) {
     const QString file = makeLinked("one");
     const ino_t inode = statusOf(file).st_ino;
@@ -92,7 +31,7 @@ TEST_F(InPlace, HardLinksStayLinksToTheSameNewVersion) {
         EXPECT_TRUE(rawBody(path(u"a.ddb"_s)) == body);
         EXPECT_TRUE(rawBody(path(u"b.ddb"_s)) == body);
     }
-    EXPECT_EQ(copies(), QStringList());
+    EXPECT_EQ(safeCopies(), QStringList());
     EXPECT_EQ(m_notices, QStringList());
 }
 
@@ -110,9 +49,13 @@ TEST_F(InPlace, AWholeSyncedCopyIsThereBeforeTheFirstByteChanges) {
     int writes = 0;
     bool loaded = false;
     HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
-        if (call == FileCall::WriteAt && loaded && !copies().isEmpty() && ++writes == 1) {
+        if (call == FileCall::WriteAt && loaded && !safeCopies().isEmpty() && ++writes == 1) {
             EXPECT_EQ(rawBody(file), "one");
-            EXPECT_TRUE(rawBody(state() + u"/inplace/"_s + copies()[0]) == longBody);
+            const QByteArray before = contentOf(file);
+            const QByteArray versions = contentOf(safeCopies()[0]).sliced(SafeCopyHead::size);
+            EXPECT_TRUE(versions.startsWith(before));
+            const auto after = readBytes(versions.sliced(before.size()));
+            EXPECT_TRUE(after && after->body == longBody);
         }
         return std::nullopt;
     });
@@ -123,25 +66,40 @@ TEST_F(InPlace, AWholeSyncedCopyIsThereBeforeTheFirstByteChanges) {
     EXPECT_GT(writes, 0);
 }
 
-TEST_F(InPlace, AWriteThatWasCutShortIsCompletedByTheNextOpen) {
+TEST_F(InPlace, AWriteThatWasCutShortIsUndoneByTheNextOpen) {
     const QString file = makeLinked(longBody);
     tear(file, "new");
     EXPECT_TRUE(rawBody(file).startsWith("ERROR"));
-    EXPECT_EQ(copies().size(), 1);
-    EXPECT_EQ(bodyOf(file), "new");
+    EXPECT_EQ(safeCopies().size(), 2); // one of them leads there from the state folder
+    EXPECT_TRUE(bodyOf(file) == longBody);
     ASSERT_EQ(m_notices.size(), 1);
     EXPECT_TRUE(m_notices[0].contains(u"cut short"_s));
-    EXPECT_EQ(rawBody(file), "new");
-    EXPECT_EQ(copies(), QStringList());
+    EXPECT_TRUE(rawBody(file) == longBody);
+    EXPECT_TRUE(bodyOf(file) == longBody);
+    EXPECT_EQ(m_notices.size(), 1);
+    EXPECT_EQ(safeCopies().filter(m_folder.path() + u"/.qir"_s), QStringList());
 }
 
-TEST_F(InPlace, ItIsCompletedByAnOpenThroughAnotherLinkToo) {
+TEST_F(InPlace, ItIsUndoneByAnOpenThroughAnotherLinkToo) {
     tear(makeLinked(longBody), "new");
-    EXPECT_EQ(bodyOf(path(u"b.ddb"_s)), "new");
-    EXPECT_EQ(rawBody(path(u"a.ddb"_s)), "new");
+    EXPECT_TRUE(bodyOf(path(u"b.ddb"_s)) == longBody);
+    EXPECT_TRUE(rawBody(path(u"a.ddb"_s)) == longBody);
 }
 
-TEST_F(InPlace, AnotherDamagedFileIsNotCompletedWithIt) {
+TEST_F(InPlace, AndThroughALinkInAnotherFolder) {
+    QDir(m_folder.path()).mkdir(u"sub"_s);
+    const QString file = makeLinked(longBody);
+    const QString far = path(u"sub/far.ddb"_s);
+    ASSERT_EQ(::link(systemPath(file).c_str(), systemPath(far).c_str()), 0);
+    tear(file, "new");
+    EXPECT_TRUE(bodyOf(far) == longBody);
+    EXPECT_TRUE(rawBody(file) == longBody);
+    EXPECT_TRUE(bodyOf(far) == longBody);
+    EXPECT_EQ(m_notices.size(), 1);
+    EXPECT_EQ(safeCopies(), QStringList());
+}
+
+TEST_F(InPlace, AnotherDamagedFileIsNotTouchedWithIt) {
     tear(makeLinked(longBody), "new");
     FileHeader header;
     header.fileId.fill(77);
@@ -149,10 +107,11 @@ TEST_F(InPlace, AnotherDamagedFileIsNotCompletedWithIt) {
     other.back() = char(other.back() ^ 1);
     writeContent(path(u"c.ddb"_s), other);
     EXPECT_TRUE(bodyOf(path(u"c.ddb"_s)).startsWith("ERROR"));
-    EXPECT_EQ(copies().size(), 1);
+    EXPECT_EQ(contentOf(path(u"c.ddb"_s)), other);
+    EXPECT_EQ(safeCopies().size(), 2);
 }
 
-TEST_F(InPlace, TheSameInstanceCompletesItWithItsNextSave) {
+TEST_F(InPlace, TheSameInstanceMakesItWholeWithItsNextSave) {
     const QString file = makeLinked(longBody);
     bool fails = true;
     HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
@@ -165,47 +124,34 @@ TEST_F(InPlace, TheSameInstanceCompletesItWithItsNextSave) {
     const auto saved = database.save("three");
     ASSERT_TRUE(saved) << saved.error().text.toStdString();
     EXPECT_EQ(rawBody(file), "three");
-    EXPECT_EQ(copies(), QStringList());
+    EXPECT_EQ(bodyOf(file), "three");
+    EXPECT_EQ(safeCopies(), QStringList());
 }
 
-TEST_F(InPlace, WhatCannotBeCompletedIsReadFromTheCopyAndNeedsSaving) {
+TEST_F(InPlace, WhatCannotBeMadeWholeIsReadFromTheCopy) {
     const QString file = makeLinked(longBody);
     tear(file, "new");
+    const QByteArray torn = contentOf(file);
     HookedFileOps ops({});
     ops.onOpen = [](unsigned flags) { return flags & O_RDWR ? std::optional(SystemError{EROFS}) : std::nullopt; };
     DatabaseFile database(ops, options());
     const auto body = database.load(file, {});
     ASSERT_TRUE(body) << body.error().text.toStdString();
-    EXPECT_EQ(*body, "new");
-    EXPECT_TRUE(database.needsSaving());
-    EXPECT_EQ(copies().size(), 1);
-    ops.onOpen = {};
-    ASSERT_TRUE(database.save("newer"));
-    EXPECT_FALSE(database.needsSaving());
-    EXPECT_EQ(rawBody(file), "newer");
-    EXPECT_EQ(copies(), QStringList());
-}
-
-TEST_F(InPlace, AVersionThatSomebodyWroteSinceIsLeftAlone) {
-    const QString file = makeLinked(longBody);
-    tear(file, "new");
-    FileHeader header;
-    header.saveId.fill(99);
-    writeContent(file, containerBytes("theirs", {}, header));
-    EXPECT_EQ(bodyOf(file), "theirs");
-    EXPECT_EQ(rawBody(file), "theirs");
-    // What was to be saved is kept all the same, and told once.
-    EXPECT_EQ(copies(), QStringList());
-    const QStringList rescued = namesIn(state() + u"/rescue"_s);
-    ASSERT_EQ(rescued.size(), 1);
-    EXPECT_EQ(rawBody(state() + u"/rescue/"_s + rescued[0]), "new");
+    EXPECT_TRUE(*body == longBody);
     ASSERT_EQ(m_notices.size(), 1);
-    EXPECT_TRUE(m_notices[0].contains(rescued[0]));
-    EXPECT_EQ(bodyOf(file), "theirs");
-    EXPECT_EQ(m_notices.size(), 1);
+    EXPECT_TRUE(m_notices[0].contains(u"the disk is read-only"_s)) << m_notices[0].toStdString();
+    EXPECT_TRUE(contentOf(file) == torn);
+    EXPECT_EQ(safeCopies().size(), 2);
+    ops.onOpen = {};
+    const auto saved = database.save("newer");
+    ASSERT_TRUE(saved) << saved.error().text.toStdString();
+    EXPECT_EQ(rawBody(file), "newer");
+    EXPECT_EQ(rawBody(path(u"b.ddb"_s)), "newer");
+    EXPECT_EQ(bodyOf(file), "newer");
+    EXPECT_EQ(safeCopies().filter(m_folder.path() + u"/.qir"_s), QStringList());
 }
 
-TEST_F(InPlace, WhileTheWriterLivesNobodyCompletesIt) {
+TEST_F(InPlace, WhileTheWriterLivesNobodyUndoesIt) {
     const QString file = makeLinked(longBody);
     bool loaded = false;
     int met = 0;
@@ -362,7 +308,7 @@ TEST_F(InPlace, AFullDiskIsFoundBeforeTheFirstByteChanges) {
     ASSERT_TRUE(database.load(file, {}));
     EXPECT_EQ(database.save("two").error().text, file + u": could not be saved: the disk is full"_s);
     EXPECT_EQ(rawBody(file), "one");
-    EXPECT_EQ(copies(), QStringList());
+    EXPECT_EQ(safeCopies(), QStringList());
 }
 
 TEST_F(InPlace, AnothersVersionThatGivesWayIsKept) {

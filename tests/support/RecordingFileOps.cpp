@@ -52,6 +52,7 @@ void RecordingFileOps::start(const std::string &root) {
             m_nextNumber += isNew;
             m_initial.names[path] = known->second;
             m_initial.contents[known->second] = contentOf(entry.path());
+            m_initial.inodes[known->second] = status.st_ino;
         }
     }
 }

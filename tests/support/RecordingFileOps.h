@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <map>
 #include <set>
@@ -20,6 +22,7 @@ struct DiskState {
     std::map<std::string, int> names;         ///< Path and file.
     std::map<std::string, std::string> links; ///< Symbolic ones: path and where they lead.
     std::map<int, QByteArray> contents;
+    std::map<int, ino_t> inodes; ///< Of the files that were there when recording began.
 };
 
 /// What one call changed on the disk, or forced to it.
