@@ -117,8 +117,9 @@ private Q_SLOTS:
         hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
         fixture.choose(Command::CloseDatabaseMenu);
         hands::strike(fixture.window(), Qt::Key_Down, Qt::NoModifier, {});
-        fixture.open(m_files->make(u"C.DDB"_s, {pumps()}));
-        QCOMPARE(fixture.state().TabellaMostrata[1], u"Pumps"_s);
+        fixture.open(m_files->make(u"C.DDB"_s, {numbers(u"Alarms"_s, {u"1"_s})}));
+        QVERIFY(!fixture.list(1).clickPending());
+        QCOMPARE(fixture.state().TabellaMostrata[1], u"Alarms"_s);
         QIR_VERIFY_OK(fixture);
     }
 
