@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <QDir>
 #include <QFile>
 
 #include <sys/stat.h>
@@ -611,6 +612,88 @@ TEST_P(JournalTest, ARetiredOneIsKeptForSevenDays) {
     age(7);
     bench.open();
     EXPECT_EQ(bench.journals(), QStringList());
+}
+
+// ---- a journal that is taken away
+
+/// A second later with each step, so that each change is synced.
+class TakenAway : public JournalTest {
+protected:
+    TakenAway() {
+        bench.options().clock = [this] { return m_now += std::chrono::seconds(2); };
+        bench.open();
+        setName(0, u"before"_s);
+        bench.database().addRecord(table());
+        bench.clearNotices();
+    }
+    void expectAllIsThereAgain() {
+        setName(1, u"after"_s);
+        setName(1, u"and on"_s);
+        EXPECT_EQ(bench.notices().size(), 1) << bench.notices().join(u'\n').toStdString();
+        EXPECT_TRUE(bench.notices().value(0).contains(u"written anew"_s)) << bench.notices().value(0).toStdString();
+        const QByteArray before = crashAndOpen();
+        EXPECT_EQ(bench.body(), before);
+        EXPECT_EQ(nameAt(1), u"and on"_s);
+        EXPECT_TRUE(bench.recovered());
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_now;
+};
+INSTANTIATE_TEST_SUITE_P(Of, TakenAway, testing::Bool(),
+                         [](const auto &form) { return form.param ? "AProtectedFile" : "AnOpenFile"; });
+
+TEST_P(TakenAway, OneThatIsRemovedIsWrittenAnew) {
+    ASSERT_TRUE(QFile::remove(bench.journalPath()));
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, OneWhoseFolderIsRemovedIsWrittenAnew) {
+    ASSERT_TRUE(QDir(bench.journalFolderPath()).removeRecursively());
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, OneWhoseFolderIsMovedAwayIsWrittenAnew) {
+    ASSERT_TRUE(QDir().rename(bench.journalFolderPath(), bench.folder() + u"/elsewhere"_s));
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, OneThatIsReplacedIsWrittenAnew) {
+    const QString path = bench.journalPath();
+    const QByteArray content = contentOf(path);
+    ASSERT_TRUE(QFile::remove(path));
+    writeContent(path, content.first(content.size() / 2));
+    ASSERT_EQ(::chmod(systemPath(path).c_str(), 0600), 0);
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, OneThatIsCutIsWrittenAnew) {
+    ASSERT_TRUE(QFile::resize(bench.journalPath(), 20));
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, WithinAGroupItIsWrittenAnewAtTheGroupsEnd) {
+    bench.base().bodySize = 1 << 22;
+    bench.open();
+    bench.database().beginGroup();
+    for (int i = 0; i < 1000; ++i)
+        setName(0, QString(180, u'x') + QString::number(i)); // some of it is written
+    ASSERT_TRUE(QDir(bench.journalFolderPath()).removeRecursively());
+    bench.journal().syncPending();
+    EXPECT_EQ(bench.journals(), QStringList());
+    bench.database().endGroup();
+    bench.journal().syncPending();
+    const QByteArray before = crashAndOpen();
+    EXPECT_EQ(bench.body(), before);
+}
+
+TEST_P(TakenAway, WhereItCannotBeWrittenAnewTheUserIsToldThatNothingIsKeptSafe) {
+    ASSERT_TRUE(QDir(bench.journalFolderPath()).removeRecursively());
+    writeContent(bench.journalFolderPath(), "a file where the folder should be");
+    setName(1, u"after"_s);
+    setName(1, u"and on"_s);
+    EXPECT_EQ(bench.notices().size(), 1);
+    EXPECT_TRUE(bench.notices().value(0).contains(u"not kept safe"_s));
 }
 
 // ---- keys
