@@ -20,8 +20,8 @@ JournalBench::JournalBench(FileOps &ops)
     m_options.notice = [this](const QString &text) { m_notices.append(text); };
     m_base.name = QStringLiteral("PUMP.DDB");
     // Any file will do as the one that the journal belongs to.
-    m_base.path = systemPath(m_folder.path()) + "/file";
     writeContent(m_folder.filePath(QStringLiteral("file")), "x");
+    standAt(QStringLiteral("file"));
     m_base.fileId.fill(1);
     m_base.saveId.fill(2);
     setSaved(encodeBody({}));

@@ -27,6 +27,8 @@ public:
     JournalOptions &options() { return m_options; }
     JournalBase &base() { return m_base; }
     ContainerKeys &keys() { return m_keys; }
+    /// Where the file is from now on, below the folder.
+    void standAt(const QString &name) { m_base.place = filePlace(FileOps::system(), m_folder.filePath(name)); }
     const QStringList &notices() const { return m_notices; }
     void clearNotices() { m_notices.clear(); }
     bool recovered() const { return m_recovered; }

@@ -294,9 +294,11 @@ TEST_F(JournalPlaces, OneThatCannotBeReadNowIsToldOf) {
 
 TEST_F(JournalPlaces, AProtectedFilesJournalTellsNeitherItsFileNorHowMuchWasTyped) {
     protect(u"p"_s);
-    const FileHeader header = readBytes(contentOf(path()), u"p"_s)->header;
     const auto bytes = [](const auto &id) { return QByteArray(reinterpret_cast<const char *>(id.data()), id.size()); };
     auto session = open(u"p"_s);
+    session->QIRTableRecordSource(u"Pumps"_s);
+    session->ResizeField(1, 255);
+    session->SaveDtb();
     std::set<qint64> steps;
     qint64 before = 0;
     for (int length = 1; length <= 200; length += 13) {
@@ -307,6 +309,7 @@ TEST_F(JournalPlaces, AProtectedFilesJournalTellsNeitherItsFileNorHowMuchWasType
         before = size;
     }
     EXPECT_EQ(steps.size(), 1U) << "a longer text makes a longer record";
+    const FileHeader header = readBytes(contentOf(path()), u"p"_s)->header;
     const QByteArray all = allJournals();
     EXPECT_FALSE(all.contains("PUMPS"));
     EXPECT_FALSE(all.contains(bytes(header.fileId)));
