@@ -44,6 +44,8 @@ public:
             visit(name);
         for (const std::string &name : strangers)
             lookAtStranger(name);
+        if (!m_strangerNotRead.isEmpty())
+            tell(QStringLiteral("there may be unsaved changes to it, but %1").arg(m_strangerNotRead));
         if (m_strangersUnderOtherPasswords)
             tell(QStringLiteral("there are unsaved changes in '%1' that this password does not open: those of another "
                                 "protected file, or of this one under another password; they are kept, and shown when "
@@ -145,8 +147,12 @@ private:
     void lookAtStranger(const std::string &name) {
         const int folder = m_folder.folder.descriptor();
         const auto head = JournalFile::peek(m_ops, folder, name);
-        if (!head)
+        if (!head) {
+            if (m_strangerNotRead.isEmpty() && (head.error().kind == JournalRefusal::Kind::NotTrusted ||
+                                                head.error().kind == JournalRefusal::Kind::Unreadable))
+                m_strangerNotRead = QStringLiteral("'%1' cannot be read: %2").arg(shownName(name), head.error().reason);
             return;
+        }
         const FilePlace &place = m_request.base.place;
         const bool isFromHere = head->isIdentified && head->fileId != m_request.base.fileId &&
                                 (place.isSamePathAs(head->place) || place.isSameFileAs(head->place));
@@ -318,6 +324,7 @@ private:
     JournalFolder m_folder;
     RecoveryOutcome m_outcome;
     bool m_strangersUnderOtherPasswords = false;
+    QString m_strangerNotRead; // nobody can tell whose it is
 };
 
 } // namespace

@@ -64,6 +64,10 @@ private:
     bool m_recovered = false;
 };
 
+/// A journal as version 1 of its format wrote it, with these records.
+QByteArray journalOfVersion1(const JournalBase &base, const ContainerKeys &keys,
+                             const std::vector<QByteArray> &payloads);
+
 /// Keys of a password, derived cheaply.
 ContainerKeys keysOf(const QString &password, unsigned char salt = 7);
 

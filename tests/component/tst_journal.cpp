@@ -1,3 +1,4 @@
+#include "qirtbase/JournalCodec.h"
 #include "tests/component/DatabaseTestSupport.h"
 #include "tests/component/JournalSupport.h"
 #include "tests/support/FailingFileOps.h"
@@ -589,6 +590,68 @@ TEST_P(JournalTest, ARetiredOneIsKeptForSevenDays) {
     age(7);
     bench.open();
     EXPECT_EQ(bench.journals(), QStringList());
+}
+
+// ---- the version of the format before
+
+class OlderJournal : public JournalTest {
+protected:
+    OlderJournal() {
+        bench.crash();
+        QByteArray payload;
+        encodeChange(payload, {.kind = ChangeKind::SetText, .table = &table(), .index = 2, .text = u"typed before"}, 0);
+        QDir().mkpath(bench.journalFolderPath());
+        ::chmod(systemPath(bench.journalFolderPath()).c_str(), 0700);
+        const QString path = bench.journalFolderPath() + u"/01010101010101010101010101010101-00000000"_s;
+        writeContent(path, journalOfVersion1(bench.base(), bench.keys(), {payload}));
+        ::chmod(systemPath(path).c_str(), 0600);
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Of, OlderJournal, testing::Bool(),
+                         [](const auto &form) { return form.param ? "AProtectedFile" : "AnOpenFile"; });
+
+TEST_P(OlderJournal, IsMadeAgainAndGoneOnWithInTodaysForm) {
+    bench.open();
+    EXPECT_EQ(nameAt(0), u"typed before"_s);
+    setName(1, u"typed on"_s);
+    const QByteArray content = contentOf(bench.journalPath());
+    EXPECT_TRUE(content.startsWith("QIRJRNL2"));
+    EXPECT_EQ(content.contains(bench.base().place.path.c_str()), !GetParam());
+    EXPECT_EQ(bench.journals()[0].startsWith(u"0101"_s), !GetParam());
+    EXPECT_EQ(bench.body(), crashAndOpen());
+    EXPECT_EQ(nameAt(1), u"typed on"_s);
+}
+
+TEST_P(OlderJournal, ThatCannotBeWrittenAnewIsGoneOnWithAsItIs) {
+    bool full = true;
+    HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+        return full && call == FileCall::WriteAt ? std::optional(SystemError{ENOSPC}) : std::nullopt;
+    });
+    Database database = std::move(*decodeBody(pumps()));
+    const JournalBase base = bench.base();
+    const QByteArray body = pumps();
+    RecoveryOutcome outcome = recoverJournals(ops,
+                                              {.stateFolder = bench.folder(),
+                                               .base = base,
+                                               .keys = bench.keys(),
+                                               .password = {},
+                                               .deriveKey = deriveMasterKey,
+                                               .random = RandomSource::system(),
+                                               .body = body,
+                                               .keepAside = {}},
+                                              database);
+    full = false;
+    ASSERT_TRUE(outcome.journal);
+    {
+        Journal journal(ops, bench.options());
+        journal.follow(database, base, bench.keys());
+        journal.adopt(std::move(*outcome.journal));
+        database.setText(database.table(0), 2, 1, u"typed on"_s);
+    }
+    EXPECT_TRUE(contentOf(bench.journalPath()).startsWith("QIRJRNL1"));
+    bench.open();
+    EXPECT_EQ(nameAt(0), u"typed before"_s);
+    EXPECT_EQ(nameAt(1), u"typed on"_s);
 }
 
 // ---- a journal that is taken away
