@@ -95,6 +95,7 @@ void clsQirDatabase::release() noexcept {
             m_journal.retire();
             return;
         }
+        expectKeys();
         const DatabaseFile::Released released = m_file.saveAtRelease(encodeBody(m_database));
         if (released == DatabaseFile::Released::Saved) {
             m_journal.discard();
@@ -158,6 +159,22 @@ void clsQirDatabase::followKeys() {
                                                        .before = before,
                                                        .after = m_journalsKeys,
                                                        .random = m_file.random()});
+    tellOfFile(notices);
+}
+
+/// Before a save: where that changes the key, nothing may be left that only the key of now finds.
+void clsQirDatabase::expectKeys() {
+    const ContainerKeys &before = m_file.keysOnDisk();
+    const ContainerKeys &after = m_file.keys();
+    if (before.isProtected() && !before.master.equals(after.master))
+        tellOfFile(keepJournalsFindable(m_ops, {.stateFolder = m_file.stateFolder(),
+                                                .fileId = m_file.fileId(),
+                                                .before = before,
+                                                .after = after,
+                                                .random = m_file.random()}));
+}
+
+void clsQirDatabase::tellOfFile(const QStringList &notices) {
     for (const QString &notice : notices)
         Q_EMIT Notice(u"%1: %2"_s.arg(m_file.fileName(), notice));
 }
@@ -184,8 +201,7 @@ void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &passw
     if (outcome.journal)
         m_journal.adopt(std::move(*outcome.journal));
     m_changed = m_changed || outcome.changed;
-    for (const QString &notice : outcome.notices)
-        Q_EMIT Notice(u"%1: %2"_s.arg(base.name, notice));
+    tellOfFile(outcome.notices);
 }
 
 // ------------------------------------------------------------------------------------------------------------ the file
@@ -238,6 +254,7 @@ void clsQirDatabase::SaveDtb() {
         if (GetDatabaseFileName().isEmpty())
             raise(u"The database has no file name yet."_s);
         const QByteArray body = encodeBody(m_database);
+        expectKeys();
         if (const Result<void> saved = m_file.save(body); !saved)
             raise(saved.error().text);
         m_changed = false;

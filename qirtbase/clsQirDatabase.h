@@ -158,7 +158,9 @@ private:
     void recoverChanges(const QByteArray &body, const QString &password);
     JournalBase journalBase(std::uint64_t bodySize) const;
     void followFile(std::uint64_t bodySize);
+    void expectKeys();
     void followKeys();
+    void tellOfFile(const QStringList &notices);
     bool syncLater();
     void release() noexcept;
 

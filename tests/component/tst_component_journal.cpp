@@ -298,7 +298,10 @@ TEST_F(ComponentJournal, AProtectedFilesJournalIsSealedWithTheKeyOnDiskUntilTheS
     session = open(u"first"_s);
     EXPECT_EQ(textIn(*session), u"typed"_s);
     session->NewPassword(u"first"_s, u"second"_s);
+    write(*session, u"typed"_s);
+    m_notices.clear();
     session->SaveDtb();
+    EXPECT_EQ(m_notices, QStringList());
     write(*session, u"typed on"_s);
     kill(session);
     EXPECT_EQ(textInFile(u"second"_s), u"typed"_s);
