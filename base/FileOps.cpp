@@ -121,6 +121,10 @@ SystemResult<void> FileOps::syncData(int file) {
     return persevering([&] { return doSyncData(file); });
 }
 
+SystemResult<void> FileOps::setTimeToNow(int file) {
+    return persevering([&] { return doSetTimeToNow(file); });
+}
+
 SystemResult<void> FileOps::setMode(int file, mode_t mode) {
     return persevering([&] { return doSetMode(file, mode); });
 }

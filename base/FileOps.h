@@ -73,6 +73,8 @@ public:
     SystemResult<void> sync(int file);
     SystemResult<void> syncData(int file);
 
+    /// Sets the times of the last access and change to now.
+    SystemResult<void> setTimeToNow(int file);
     SystemResult<void> setMode(int file, mode_t mode);
     /// An id of -1 stays as it is.
     SystemResult<void> setOwner(int file, uid_t user, gid_t group);
@@ -105,6 +107,7 @@ protected:
     virtual SystemResult<void> doTruncate(int file, std::uint64_t size) = 0;
     virtual SystemResult<void> doSync(int file) = 0;
     virtual SystemResult<void> doSyncData(int file) = 0;
+    virtual SystemResult<void> doSetTimeToNow(int file) = 0;
     virtual SystemResult<void> doSetMode(int file, mode_t mode) = 0;
     virtual SystemResult<void> doSetOwner(int file, uid_t user, gid_t group) = 0;
     virtual SystemResult<std::vector<std::string>> doAttributeNames(int file) = 0;

@@ -151,6 +151,7 @@ protected:
 
     SystemResult<void> doSync(int file) override { return checked(::fsync(file)); }
     SystemResult<void> doSyncData(int file) override { return checked(::fdatasync(file)); }
+    SystemResult<void> doSetTimeToNow(int file) override { return checked(::futimens(file, nullptr)); }
     SystemResult<void> doSetMode(int file, mode_t mode) override { return checked(::fchmod(file, mode)); }
 
     SystemResult<void> doSetOwner(int file, uid_t user, gid_t group) override {

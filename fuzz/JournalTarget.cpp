@@ -71,14 +71,15 @@ public:
     JournalPlace(const JournalPlace &) = delete;
     JournalPlace &operator=(const JournalPlace &) = delete;
 
-    LoadResult<JournalFile> open() { return JournalFile::open(FileOps::system(), folder(), m_name, m_random); }
+    JournalResult<JournalFile> open() { return JournalFile::open(FileOps::system(), folder(), m_name, m_random); }
     JournalFile create(const ContainerKeys &keys) {
         JournalHead head;
-        head.path = "/data/A.DDB";
+        head.place.path = "/data/A.DDB";
         head.fileId.fill(1);
         head.base.fill(2);
         head.sealed = keys.isProtected();
         head.kdf = keys.kdf;
+        head.keyInFile = keys.isProtected();
         auto journal = JournalFile::create(FileOps::system(), folder(), head, keys, m_random);
         fuzz::require(journal.has_value(), "a journal can be made");
         m_name = journal->name();

@@ -2,6 +2,7 @@
 
 #include "qirtbase/BodyCodec.h"
 #include "qirtbase/Container.h"
+#include "qirtbase/JournalHead.h"
 
 #include <QDir>
 #include <QFile>
@@ -109,7 +110,7 @@ void writeCalls(const QString &path) {
     }
 }
 
-void writeJournals(const QString &path) {
+void writeJournals(const QString &path, const ContainerKeys &keys) {
     const Folder folder(path, u"journal"_s);
     // Each operation that a record may hold, then whole and nested groups of them.
     const QByteArray place = QByteArray::fromHex("000000000000000000000000");
@@ -140,7 +141,14 @@ void writeJournals(const QString &path) {
                                 "00000000") +
             QByteArray(48, 'i') + QByteArray(32, '\0') + QByteArray::fromHex("0200") + "/A" + QByteArray(32, 'd');
     head[8] = static_cast<char>(head.size());
-    folder.write(u"raw"_s, '\x01' + head + QByteArray(4, '\xff') + QByteArray(24, 's') + QByteArray(40, '\x10'));
+    const QByteArray segment = QByteArray(4, '\xff') + QByteArray(24, 's') + QByteArray(40, '\x10');
+    folder.write(u"raw"_s, '\x01' + head + segment);
+    for (const bool sealed : {false, true}) {
+        JournalHead newer;
+        newer.place.path = "/A";
+        newer.sealed = newer.keyInFile = sealed;
+        folder.write(sealed ? u"raw_2_sealed"_s : u"raw_2"_s, '\x01' + encodeJournalHead(newer, keys.master) + segment);
+    }
 }
 
 void writeCsv(const QString &path) {
@@ -172,7 +180,7 @@ int main(int argumentCount, char **arguments) {
         writeContainers(path, u"container"_s, {});
         writeContainers(path, u"protected_container"_s, keys);
         writeCalls(path);
-        writeJournals(path);
+        writeJournals(path, keys);
         writeCsv(path);
         return 0;
     } catch (const std::exception &error) {

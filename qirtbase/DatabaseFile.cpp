@@ -5,7 +5,6 @@
 #include "qirtbase/FileRead.h"
 #include "qirtbase/FileSave.h"
 #include "qirtbase/KeptVersion.h"
-#include "qirtbase/StateFolder.h"
 
 #include <QDir>
 
@@ -203,11 +202,6 @@ SystemResult<QString> DatabaseFile::writeRescue(const QString &name, QByteArrayV
     header.saveId = freshIdentifier(random());
     ContainerWriter writer(header, m_keys, body, random());
     return writeRescueFile(m_ops, m_options.stateFolder, name, writer);
-}
-
-std::string DatabaseFile::canonicalFilePath() const {
-    const auto place = ResolvedPath::of(m_ops, systemPath(m_place.path));
-    return place ? canonicalPath(m_ops, *place) : std::string();
 }
 
 Result<bool> DatabaseFile::opensWith(const QString &password) const {

@@ -6,6 +6,7 @@
 #include "qirtbase/LoadError.h"
 #include "qirtbase/RandomSource.h"
 #include "qirtbase/SecretKey.h"
+#include "qirtbase/StateFolder.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -79,8 +80,8 @@ public:
     /// Which version of which file is on disk; zeros before there is one.
     const FileIdentifier &fileId() const { return m_header.fileId; }
     FileIdentifier saveId() const { return m_ownSaveIds.empty() ? FileIdentifier{} : m_ownSaveIds.front(); }
-    /// The file's path with all links followed, "" without a file.
-    std::string canonicalFilePath() const;
+    /// Where the file stands now.
+    FilePlace filePlace() const { return qir::filePlace(m_ops, m_place.path); }
     /// The keys of the version on disk, and those of the next save.
     const ContainerKeys &keysOnDisk() const { return m_keysOnDisk; }
     const ContainerKeys &keys() const { return m_keys; }

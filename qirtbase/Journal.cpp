@@ -2,7 +2,7 @@
 
 #include "qirtbase/BodyCodec.h"
 #include "qirtbase/JournalCodec.h"
-#include "qirtbase/StateFolder.h"
+#include "qirtbase/JournalFolder.h"
 
 #include <algorithm>
 #include <exception>
@@ -38,11 +38,13 @@ void Journal::follow(Database &database, JournalBase base, const ContainerKeys &
     m_database = &database;
     m_base = std::move(base);
     m_keys = keys.clone();
-    m_broken = false;
+    m_keyInFile = keys.isProtected();
+    m_broken = m_lossTold = false;
     database.setListener(this);
 }
 
 void Journal::adopt(JournalFile file) {
+    m_keys = file.keys().clone(); // may be those of a password that was not saved yet
     m_file.emplace(std::move(file));
 }
 
@@ -214,15 +216,16 @@ void Journal::writeImage(const QByteArray &image) {
 // ------------------------------------------------------------------------------------------------------------ writing
 
 void Journal::makeFile() {
-    if (m_base.path.empty())
+    if (m_base.place.path.empty())
         throw std::runtime_error("the system does not tell where it stands");
-    auto folder = openStateFolder(m_ops, m_options.stateFolder, journalFolder);
+    auto folder = makeJournalFolder(m_ops, m_options.stateFolder);
     if (!folder)
-        throw WriteFailed{folder.error()};
+        throw std::runtime_error(folder.error().toStdString());
     JournalHead head;
-    head.path = m_base.path;
+    head.place = m_base.place;
     head.fileId = m_base.fileId;
     head.base = m_base.saveId;
+    head.keyInFile = m_keyInFile;
     auto file = JournalFile::create(m_ops, std::move(*folder), std::move(head), m_keys, *m_options.random);
     if (!file)
         throw WriteFailed{file.error()};
@@ -248,21 +251,49 @@ void Journal::syncPending() noexcept {
     if (!m_unsynced || !m_file)
         return;
     guarded([&] {
+        const bool lost = isRecording() && isLost();
+        if (lost && m_depth > 0)
+            return; // once the group is whole
         m_unsynced = false;
         m_lastSync = m_options.clock();
+        if (lost)
+            writeAnew();
         require(m_file->sync());
     });
 }
 
-// ------------------------------------------------------------------------------------------------------ what comes
-// after
+/// Whether somebody has removed, moved, replaced or cut what was written.
+bool Journal::isLost() const {
+    return m_file->isLostFrom(journalFolderPath(m_options.stateFolder) + '/' + m_file->name());
+}
+
+/// All that has changed since the file was saved, whatever the journal held.
+void Journal::writeAnew() {
+    m_file.reset();
+    const QByteArray body = encodeBody(*m_database);
+    encodeMark(m_pending, JournalOperation::GroupBegin);
+    writeImage(body);
+    encodeMark(m_pending, JournalOperation::BodyImage);
+    encodeMark(m_pending, JournalOperation::GroupEnd);
+    writePending();
+    m_unsynced = false;
+    if (m_options.notice && !m_lossTold)
+        m_options.notice(QStringLiteral("%1: another program took away the journal that keeps its unsaved changes; it "
+                                        "was written anew")
+                             .arg(m_base.name));
+    m_lossTold = true;
+}
+
+// -------------------------------------------------------------------------------------------------- what comes after
 
 void Journal::reseal(const ContainerKeys &keys) {
     m_keys = keys.clone();
+    m_keyInFile = false;
     if (!isRecording() || !hasRecords())
         return;
     guarded([&] {
         JournalHead head = m_file->head();
+        head.keyInFile = false;
         auto resealed = JournalFile::replace(*m_file, std::move(head), m_keys, *m_options.random);
         if (!resealed)
             throw WriteFailed{resealed.error()};
@@ -294,7 +325,7 @@ void Journal::retire() noexcept {
         if (hasRecords()) {
             encodeMark(m_pending, JournalOperation::Ended); // above all for the time of the last change
             (void)m_file->append(m_pending);
-            (void)m_file->rename(m_file->name() + retiredSuffix);
+            (void)m_file->retire();
         }
         stop();
     });

@@ -30,8 +30,8 @@ struct JournalOptions {
 
 /// The version of a file that changes start from.
 struct JournalBase {
-    QString name;     ///< As the user knows the file.
-    std::string path; ///< canonicalPath(); without one no change can be kept.
+    QString name;    ///< As the user knows the file.
+    FilePlace place; ///< Without a path no change can be kept.
     FileIdentifier fileId{};
     FileIdentifier saveId{};
     std::uint64_t bodySize = 0;
@@ -49,8 +49,9 @@ public:
     Journal(const Journal &) = delete;
     Journal &operator=(const Journal &) = delete;
 
-    /// From now on listens to `database`, which is what the file holds. `keys` seal what is written. No journal is made
-    /// before the first change. One that was followed before is left as it is on disk.
+    /// From now on listens to `database`, which is what the file holds. `keys` are the file's, and seal what is
+    /// written, until reseal() gives others. No journal is made before the first change. One that was followed before
+    /// is left as it is on disk.
     void follow(Database &database, JournalBase base, const ContainerKeys &keys);
     /// Goes on with a journal whose changes the database already has.
     void adopt(JournalFile file);
@@ -66,7 +67,8 @@ public:
     /// The changes were given up, but may be wanted back: kept aside for some days.
     void retire() noexcept;
 
-    /// Forces to disk what was handed to the system.
+    /// Forces to disk what was handed to the system. Where somebody has taken the journal away it is written anew, with
+    /// all that has changed, and the user is told once.
     void syncPending() noexcept;
     bool hasRecords() const { return m_file.has_value() && m_file->offset() > 0; }
     bool isBroken() const { return m_broken; }
@@ -87,6 +89,8 @@ private:
     void writePending();
     void syncInTime();
     void makeFile();
+    bool isLost() const;
+    void writeAnew();
     std::size_t indexOf(const Table *table);
     void giveUp(const QString &reason);
 
@@ -95,7 +99,9 @@ private:
     Database *m_database = nullptr;
     JournalBase m_base;
     ContainerKeys m_keys;
+    bool m_keyInFile = false; // the keys are those of the file on disk
     std::optional<JournalFile> m_file;
+    bool m_lossTold = false;
     bool m_broken = false;
 
     QByteArray m_pending;        // operations not yet written
@@ -113,9 +119,5 @@ private:
     bool m_unsynced = false;
     std::chrono::steady_clock::time_point m_lastSync{};
 };
-
-/// The name that a retired journal has.
-inline constexpr char retiredSuffix[] = ".ended";
-inline constexpr char journalFolder[] = "journal";
 
 } // namespace qir

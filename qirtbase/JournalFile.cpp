@@ -1,29 +1,27 @@
 #include "qirtbase/JournalFile.h"
 
-#include "qirtbase/KeyDerivation.h"
-
 #include <QtEndian>
 
 #include <sodium.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 namespace qir {
 
 namespace {
 
-constexpr char magic[] = {'Q', 'I', 'R', 'J', 'R', 'N', 'L', '1'};
 constexpr mode_t privateFile = 0600;
 constexpr std::uint32_t segmentMark = 0xffffffff;
 constexpr std::size_t segmentHeadSize = sizeof segmentMark + layout::streamHeaderSize;
 constexpr std::size_t lengthSize = sizeof(std::uint32_t);
-constexpr std::size_t fixedHeadSize = 98; // up to the path
-constexpr std::size_t pathMax = 16384;
-constexpr std::size_t headSizeMax = fixedHeadSize + pathMax + layout::digestSize;
 constexpr std::size_t openTagSize = 16;
 constexpr int namesMax = 16;
+constexpr int holdTries = 4;
+constexpr std::chrono::milliseconds holdPause{5};
 
 const unsigned char *bytesOf(QByteArrayView view) {
     return reinterpret_cast<const unsigned char *>(view.data());
@@ -51,53 +49,71 @@ void put(QByteArray &out, Number value) {
     out.append(bytes, sizeof bytes);
 }
 
-QByteArray encodeHead(const JournalHead &head) {
-    QByteArray out(magic, sizeof magic);
-    put(out, std::uint32_t(fixedHeadSize + head.path.size() + layout::digestSize));
-    put(out, std::uint32_t(head.sealed ? 1 : 0));
-    out.append(viewOf(head.fileId)).append(viewOf(head.base)).append(viewOf(head.nonce));
-    put(out, head.sealed ? head.kdf.costs.passes : 0);
-    put(out, head.sealed ? head.kdf.costs.memoryKiB : 0);
-    put(out, std::uint32_t(head.sealed ? 1 : 0));
-    put(out, std::uint32_t{0});
-    out.append(viewOf(head.sealed ? head.kdf.salt : std::array<unsigned char, layout::saltSize>{}));
-    put(out, std::uint16_t(head.path.size()));
-    out.append(head.path.data(), qsizetype(head.path.size()));
-    return out.append(viewOf(digestOf(out)));
-}
-
-/// The head of a journal; `bytes` holds as much of the file's start as there is. Nothing when it is none.
-std::optional<JournalHead> decodeHead(QByteArrayView bytes, QByteArrayView &whole) {
-    if (bytes.size() < qsizetype(fixedHeadSize + layout::digestSize) ||
-        std::memcmp(bytes.data(), magic, sizeof magic) != 0)
-        return std::nullopt;
-    const char *at = bytes.data();
-    const auto size = qFromLittleEndian<std::uint32_t>(at + 8);
-    const auto pathSize = qFromLittleEndian<std::uint16_t>(at + 96);
-    if (size != fixedHeadSize + pathSize + layout::digestSize || qsizetype(size) > bytes.size())
-        return std::nullopt;
-    whole = bytes.first(size);
-    const QByteArrayView covered = whole.chopped(qsizetype(layout::digestSize));
-    if (std::memcmp(digestOf(covered).data(), covered.end(), layout::digestSize) != 0)
-        return std::nullopt;
-    const auto sealed = qFromLittleEndian<std::uint32_t>(at + 12);
-    if (sealed > 1)
-        return std::nullopt;
-    JournalHead head;
-    head.sealed = sealed == 1;
-    std::memcpy(head.fileId.data(), at + 16, head.fileId.size());
-    std::memcpy(head.base.data(), at + 32, head.base.size());
-    std::memcpy(head.nonce.data(), at + 48, head.nonce.size());
-    head.kdf.costs = {qFromLittleEndian<std::uint32_t>(at + 64), qFromLittleEndian<std::uint32_t>(at + 68)};
-    std::memcpy(head.kdf.salt.data(), at + 80, head.kdf.salt.size());
-    head.path.assign(at + fixedHeadSize, pathSize);
-    return head;
-}
-
-std::string freshName(const FileIdentifier &fileId, RandomSource &random) {
+std::string freshName(const std::string &tag, RandomSource &random) {
     std::array<unsigned char, 4> tail{};
     random.fill(tail);
-    return QByteArray(viewOf(fileId).toByteArray().toHex() + '-' + viewOf(tail).toByteArray().toHex()).toStdString();
+    return tag + '-' + viewOf(tail).toByteArray().toHex().toStdString();
+}
+
+std::string tagOf(const JournalHead &head, const ContainerKeys &keys) {
+    return head.keyInFile ? journalTag(head.fileId, keys) : journalTag(head.fileId, {});
+}
+
+/// A payload as it is sealed: its length does not show.
+QByteArray padded(QByteArrayView payload) {
+    QByteArray out;
+    put(out, std::uint32_t(payload.size()));
+    out.append(payload);
+    const auto step = qsizetype(journal::step);
+    out.resize((out.size() + step - 1) / step * step, '\0');
+    return out;
+}
+
+JournalRefusal unreadable(SystemError error) {
+    const auto kind = error.number == ENOENT        ? JournalRefusal::Kind::Gone
+                      : error.number == EWOULDBLOCK ? JournalRefusal::Kind::Held
+                                                    : JournalRefusal::Kind::Unreadable;
+    return {kind, systemErrorWords(error)};
+}
+
+/// A journal opened for reading or more, where it can be trusted.
+JournalResult<OpenFile> openTrusted(FileOps &ops, int folder, const std::string &name, int flags) {
+    auto file = OpenFile::openAt(ops, folder, name, flags | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    if (!file)
+        return tl::unexpected(unreadable(file.error()));
+    const auto status = ops.status(file->descriptor());
+    if (!status)
+        return tl::unexpected(unreadable(status.error()));
+    if (!S_ISREG(status->st_mode))
+        return tl::unexpected(JournalRefusal{JournalRefusal::Kind::NotTrusted, QStringLiteral("it is not a file")});
+    if (const QString why = whyNotTrusted(*status); !why.isEmpty())
+        return tl::unexpected(JournalRefusal{JournalRefusal::Kind::NotTrusted, why});
+    return std::move(*file);
+}
+
+/// Takes hold of a journal. Somebody who only looked whether it is held may have kept us from it for a moment.
+SystemResult<void> hold(FileOps &ops, int file) {
+    SystemResult<void> held;
+    for (int tries = 0; tries < holdTries; ++tries) {
+        held = ops.lock(file, LockKind::Exclusive);
+        if (held || held.error().number != EWOULDBLOCK)
+            break;
+        std::this_thread::sleep_for(holdPause);
+    }
+    return held;
+}
+
+JournalResult<JournalHead> readHead(FileOps &ops, int file, QByteArray &bytes) {
+    bytes.resize(qsizetype(journal::headSizeMax));
+    const auto count = readFully(ops, file, {bytes.data(), std::size_t(bytes.size())}, 0);
+    if (!count)
+        return tl::unexpected(unreadable(count.error()));
+    if (*count == 0) // its first record was never written
+        return tl::unexpected(JournalRefusal{JournalRefusal::Kind::Gone, {}});
+    QByteArrayView whole;
+    auto head = decodeJournalHead(QByteArrayView(bytes).first(qsizetype(*count)), whole);
+    bytes.resize(whole.size());
+    return head;
 }
 
 SecretBytes segmentKey(const SecretBytes &master, const HeaderDigest &headDigest, std::uint64_t offset) {
@@ -114,12 +130,13 @@ SecretBytes segmentKey(const SecretBytes &master, const HeaderDigest &headDigest
 
 SystemResult<JournalFile> JournalFile::create(FileOps &ops, OpenFile folder, JournalHead head,
                                               const ContainerKeys &keys, RandomSource &random) {
-    if (head.path.size() > pathMax)
+    if (!fitsJournalHead(head))
         return tl::unexpected(SystemError{ENAMETOOLONG});
     JournalFile journal(ops, random);
+    const std::string tag = tagOf(head, keys);
     SystemError error{EEXIST};
     for (int tries = 0; tries < namesMax && error.number == EEXIST; ++tries) {
-        journal.m_name = freshName(head.fileId, random);
+        journal.m_name = freshName(tag, random);
         auto file = OpenFile::openAt(ops, folder.descriptor(), journal.m_name, O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW,
                                      privateFile);
         if (!file) {
@@ -140,52 +157,59 @@ SystemResult<JournalFile> JournalFile::create(FileOps &ops, OpenFile folder, Jou
     random.fill(head.nonce);
     head.sealed = keys.isProtected();
     head.kdf = keys.kdf;
+    head.version = JournalHead().version;
     journal.m_folder = std::move(folder);
     journal.m_keys = keys.clone();
-    journal.m_headBytes = encodeHead(head);
+    journal.m_headBytes = encodeJournalHead(head, keys.master);
     journal.m_headDigest = digestOf(journal.m_headBytes);
     journal.m_head = std::move(head);
     journal.m_folderSynced = false;
     return journal;
 }
 
-LoadResult<JournalFile> JournalFile::open(FileOps &ops, OpenFile folder, const std::string &name,
-                                          RandomSource &random) {
-    const auto unreadable = [](SystemError error) {
-        return tl::unexpected(LoadError{LoadErrorKind::Unreadable, systemErrorWords(error)});
-    };
+JournalResult<JournalFile> JournalFile::open(FileOps &ops, OpenFile folder, const std::string &name,
+                                             RandomSource &random) {
     JournalFile journal(ops, random);
-    auto file = OpenFile::openAt(ops, folder.descriptor(), name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    auto file = openTrusted(ops, folder.descriptor(), name, O_RDWR);
     if (!file)
-        return unreadable(file.error());
-    const auto status = ops.status(file->descriptor());
-    if (!status)
-        return unreadable(status.error());
-    if (!S_ISREG(status->st_mode))
-        return tl::unexpected(LoadError{LoadErrorKind::NotAFile, {}});
-    if (const auto locked = ops.lock(file->descriptor(), LockKind::Exclusive); !locked)
-        return unreadable(locked.error());
-    // Whoever held it until now may have ended it meanwhile: then it is no journal any more.
-    const auto there = ops.statusAt(folder.descriptor(), name, FollowLinks::No);
-    if (!there || there->st_ino != status->st_ino || there->st_dev != status->st_dev)
-        return unreadable(there ? SystemError{ENOENT} : there.error());
-    QByteArray start(qsizetype(headSizeMax), Qt::Uninitialized);
-    const auto count = readFully(ops, file->descriptor(), {start.data(), std::size_t(start.size())}, 0);
-    if (!count)
-        return unreadable(count.error());
-    QByteArrayView whole;
-    auto head = decodeHead(QByteArrayView(start).first(qsizetype(*count)), whole);
-    if (!head)
-        return tl::unexpected(LoadError{LoadErrorKind::Damaged, {}});
+        return tl::unexpected(file.error());
+    if (const auto held = hold(ops, file->descriptor()); !held)
+        return tl::unexpected(unreadable(held.error()));
     journal.m_folder = std::move(folder);
-    journal.m_name = name;
     journal.m_file = std::move(*file);
+    // Whoever held it until now may have ended it meanwhile: then it is no journal any more.
+    const auto status = ops.status(journal.m_file.descriptor());
+    if (!status)
+        return tl::unexpected(unreadable(status.error()));
+    if (!journal.standsUnder(name))
+        return tl::unexpected(unreadable({ENOENT}));
+    auto head = readHead(ops, journal.m_file.descriptor(), journal.m_headBytes);
+    if (!head)
+        return tl::unexpected(head.error());
+    journal.m_name = name;
     journal.m_head = std::move(*head);
-    journal.m_headBytes = whole.toByteArray();
     journal.m_headDigest = digestOf(journal.m_headBytes);
-    journal.m_size = std::uint64_t(there->st_size);
+    journal.m_size = std::uint64_t(status->st_size);
     journal.rewind();
     return journal;
+}
+
+JournalResult<JournalHead> JournalFile::peek(FileOps &ops, int folder, const std::string &name) {
+    const auto file = openTrusted(ops, folder, name, O_RDONLY);
+    if (!file)
+        return tl::unexpected(file.error());
+    QByteArray bytes;
+    return readHead(ops, file->descriptor(), bytes);
+}
+
+bool JournalFile::isLeft(FileOps &ops, int folder, const std::string &name) {
+    const auto file = openTrusted(ops, folder, name, O_RDONLY);
+    return file && ops.lock(file->descriptor(), LockKind::Shared);
+}
+
+bool JournalFile::unlock(const ContainerKeys &keys) {
+    m_keys = keys.clone();
+    return identifyJournal(m_head, m_headBytes, m_keys.master);
 }
 
 // ------------------------------------------------------------------------------------------------------------ reading
@@ -193,6 +217,7 @@ LoadResult<JournalFile> JournalFile::open(FileOps &ops, OpenFile folder, const s
 void JournalFile::rewind() {
     m_offset = std::uint64_t(m_headBytes.size());
     m_readError.reset();
+    m_damaged = false;
     m_stream.reset();
     m_appending = false;
 }
@@ -227,12 +252,11 @@ bool JournalFile::readSegmentHead() {
 
 bool JournalFile::readRecord(QByteArray &payload) {
     const std::size_t tagSize = m_head.sealed ? layout::protectedTagSize : openTagSize;
+    const std::size_t sizeMax = tagSize + journal::payloadMax + (isPadded() ? journal::step : 0);
     const std::uint64_t begin = m_offset;
     bool inSegment = begin > std::uint64_t(m_headBytes.size());
     char lengthBytes[lengthSize];
-    for (;;) {
-        if (!readBytes(lengthBytes, m_offset))
-            break;
+    while (readBytes(lengthBytes, m_offset)) {
         const auto length = qFromLittleEndian<std::uint32_t>(lengthBytes);
         if (length == segmentMark) {
             if (!readSegmentHead())
@@ -240,29 +264,46 @@ bool JournalFile::readRecord(QByteArray &payload) {
             inSegment = true;
             continue;
         }
-        if (!inSegment || length < tagSize || length > journal::payloadMax + tagSize ||
-            length > m_size - m_offset - lengthSize)
+        m_damaged = !inSegment || length < tagSize || length > sizeMax;
+        if (m_damaged || length > m_size - m_offset - lengthSize)
             break;
         QByteArray record(qsizetype(length), Qt::Uninitialized);
         if (!readBytes({record.data(), std::size_t(record.size())}, m_offset + lengthSize))
             break;
-        payload.resize(qsizetype(length - tagSize));
-        if (m_head.sealed) {
-            if (!m_stream->open(record, false, {payload.data(), std::size_t(payload.size())}))
-                break;
-        } else {
-            const QByteArrayView plain = QByteArrayView(record).chopped(qsizetype(tagSize));
-            const HeaderDigest link = digestOf(viewOf(m_link), plain);
-            if (std::memcmp(link.data(), plain.end(), tagSize) != 0)
-                break;
-            m_link = link;
-            std::memcpy(payload.data(), plain.data(), std::size_t(plain.size()));
-        }
+        m_damaged = !openRecord(record, payload);
+        if (m_damaged)
+            break;
         m_offset += lengthSize + length;
         return true;
     }
     m_offset = begin;
     return false;
+}
+
+/// False where the record is not what was written.
+bool JournalFile::openRecord(QByteArrayView record, QByteArray &payload) {
+    const std::size_t tagSize = m_head.sealed ? layout::protectedTagSize : openTagSize;
+    const QByteArrayView plain = record.chopped(qsizetype(tagSize));
+    if (!m_head.sealed) {
+        const HeaderDigest link = digestOf(viewOf(m_link), plain);
+        if (std::memcmp(link.data(), plain.end(), tagSize) != 0)
+            return false;
+        m_link = link;
+        payload = plain.toByteArray();
+        return true;
+    }
+    payload.resize(plain.size());
+    if (!m_stream->open(record, false, {payload.data(), std::size_t(payload.size())}))
+        return false;
+    if (!isPadded())
+        return true;
+    if (payload.size() < qsizetype(lengthSize))
+        return false;
+    const auto length = qFromLittleEndian<std::uint32_t>(payload.constData());
+    if (length > std::size_t(payload.size()) - lengthSize)
+        return false;
+    payload = payload.sliced(qsizetype(lengthSize), qsizetype(length));
+    return true;
 }
 
 SystemResult<void> JournalFile::cutAt(std::uint64_t offset) {
@@ -279,6 +320,8 @@ SystemResult<void> JournalFile::append(QByteArrayView payload) {
     const std::uint64_t begin = m_offset;
     if (isFirst)
         out = m_headBytes;
+    else if (const auto status = m_ops->status(m_file.descriptor()))
+        m_cut = m_cut || std::uint64_t(status->st_size) < begin;
     if (!m_appending) {
         ChunkStream::Header header;
         m_random->fill(header);
@@ -287,8 +330,9 @@ SystemResult<void> JournalFile::append(QByteArrayView payload) {
         out.append(viewOf(header));
     }
     if (m_head.sealed) {
-        put(out, std::uint32_t(std::size_t(payload.size()) + layout::protectedTagSize));
-        m_stream->seal(payload, false, out);
+        const QByteArray plain = isPadded() ? padded(payload) : payload.toByteArray();
+        put(out, std::uint32_t(std::size_t(plain.size()) + layout::protectedTagSize));
+        m_stream->seal(plain, false, out);
     } else {
         put(out, std::uint32_t(std::size_t(payload.size()) + openTagSize));
         m_link = digestOf(viewOf(m_link), payload);
@@ -312,6 +356,24 @@ SystemResult<void> JournalFile::sync() {
     const auto synced = m_ops->sync(m_folder.descriptor());
     m_folderSynced = synced.has_value();
     return synced;
+}
+
+bool JournalFile::isLostFrom(const std::string &path) const {
+    const auto there = m_ops->statusAt(AT_FDCWD, path, FollowLinks::No);
+    if (!there)
+        return there.error().number == ENOENT || there.error().number == ENOTDIR;
+    const auto ours = m_ops->status(m_file.descriptor());
+    return m_cut || (ours && (there->st_ino != ours->st_ino || there->st_dev != ours->st_dev));
+}
+
+SystemResult<void> JournalFile::retire(FileOps &ops, int folder, const std::string &name) {
+    // Its time first: one that looked old would be gone before anybody could want it back.
+    const auto file = OpenFile::openAt(ops, folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    if (!file)
+        return tl::unexpected(file.error());
+    if (const auto aged = ops.setTimeToNow(file->descriptor()); !aged)
+        return aged;
+    return ops.renameAt(folder, name, name + journal::retiredSuffix, 0);
 }
 
 SystemResult<void> JournalFile::remove() {
@@ -351,7 +413,8 @@ SystemResult<JournalFile> JournalFile::replace(JournalFile &other, JournalHead h
         return tl::unexpected(error);
     };
     // Until it is whole it has a name that nobody takes for a journal's.
-    if (const auto renamed = journal->rename(journal->m_name + ".part"); !renamed)
+    const std::string name = journal->m_name;
+    if (const auto renamed = journal->rename(name + journal::partSuffix); !renamed)
         return abandoned(renamed.error());
     const auto status = ops.status(other.m_file.descriptor());
     if (!status)
@@ -365,9 +428,17 @@ SystemResult<JournalFile> JournalFile::replace(JournalFile &other, JournalHead h
         return abandoned(*other.readError());
     if (const auto synced = journal->sync(); !synced)
         return abandoned(synced.error());
-    if (const auto renamed = journal->rename(other.m_name); !renamed)
+    // Under the other's name where that may stay, so that there is never one too many.
+    const bool keepsName = journalTagOf(other.m_name) == journalTagOf(name);
+    if (const auto renamed = journal->rename(keepsName ? other.m_name : name); !renamed)
         return abandoned(renamed.error());
-    (void)ops.sync(journal->m_folder.descriptor()); // if the name is lost, the other one is still there
+    const auto synced = ops.sync(journal->m_folder.descriptor());
+    if (keepsName)
+        return journal; // if the name is lost, the other one is still there
+    if (!synced)
+        return abandoned(synced.error());
+    if (const auto removed = other.remove(); !removed && other.standsUnder(other.m_name))
+        return abandoned(removed.error());
     return journal;
 }
 

@@ -36,9 +36,10 @@ struct RecoveryOutcome {
 };
 
 /// After a load: makes again what the journal of a session that died tells of the file. A journal belongs to it when
-/// path, file id and the version that it starts from are the same and nobody living holds it. What starts from another
-/// version is never merged but written as a file aside. Also removes journals that were retired a week ago. `database`
-/// is what was loaded, without a listener.
+/// file id and the version that it starts from are the same, the file is the one that it was begun for (by path or
+/// inode, or because that one stands nowhere else), and nobody living holds it. What starts from another version is
+/// never merged but written as a file aside; what is not taken up is named in a notice. Also removes journals that were
+/// ended long ago. `database` is what was loaded, without a listener.
 RecoveryOutcome recoverJournals(FileOps &ops, const RecoveryRequest &request, Database &database);
 
 } // namespace qir

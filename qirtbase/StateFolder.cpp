@@ -2,6 +2,8 @@
 
 #include <QDir>
 
+#include <unistd.h>
+
 #include <cerrno>
 
 namespace qir {
@@ -44,9 +46,30 @@ SystemResult<OpenFile> openStateFolder(FileOps &ops, const QString &stateFolder,
     return OpenFile::openAt(ops, AT_FDCWD, path, O_RDONLY | O_DIRECTORY);
 }
 
+QString whyNotTrusted(const struct stat &status) {
+    if (status.st_uid != ::geteuid())
+        return QStringLiteral("it belongs to another user");
+    if (status.st_mode & (S_IWGRP | S_IWOTH))
+        return QStringLiteral("other users may change it (its permissions must be private to you)");
+    return {};
+}
+
 std::string canonicalPath(FileOps &ops, const ResolvedPath &target) {
     const auto folder = ops.readLinkAt(AT_FDCWD, "/proc/self/fd/" + std::to_string(target.folder.descriptor()));
     return folder ? (*folder == "/" ? *folder : *folder + '/') + target.name : std::string();
+}
+
+FilePlace filePlace(FileOps &ops, const QString &path) {
+    FilePlace place;
+    const auto resolved = ResolvedPath::of(ops, systemPath(path));
+    if (!resolved)
+        return place;
+    place.path = canonicalPath(ops, *resolved);
+    if (const auto status = ops.statusAt(resolved->folder.descriptor(), resolved->name, FollowLinks::No)) {
+        place.device = status->st_dev;
+        place.inode = status->st_ino;
+    }
+    return place;
 }
 
 } // namespace qir

@@ -2,6 +2,7 @@
 
 #include "qirtbase/DatabaseError.h"
 #include "qirtbase/JournalRecovery.h"
+#include "qirtbase/JournalReseal.h"
 
 #include <QAbstractEventDispatcher>
 
@@ -94,11 +95,14 @@ void clsQirDatabase::release() noexcept {
             m_journal.retire();
             return;
         }
+        expectKeys();
         const DatabaseFile::Released released = m_file.saveAtRelease(encodeBody(m_database));
-        if (released == DatabaseFile::Released::Saved)
+        if (released == DatabaseFile::Released::Saved) {
             m_journal.discard();
-        else if (released == DatabaseFile::Released::Rescued)
+            followKeys();
+        } else if (released == DatabaseFile::Released::Rescued) {
             m_journal.retire();
+        }
     } catch (const std::exception &error) {
         try {
             Q_EMIT Notice(QString::fromUtf8(error.what()));
@@ -127,26 +131,60 @@ bool clsQirDatabase::syncLater() {
 
 /// The version on disk is what the changes from here on start from.
 void clsQirDatabase::followFile(std::uint64_t bodySize) {
-    if (m_leaveJournal)
+    followKeys();
+    if (!m_leaveJournal)
+        m_journal.follow(m_database, journalBase(bodySize), m_file.keysOnDisk());
+}
+
+JournalBase clsQirDatabase::journalBase(std::uint64_t bodySize) const {
+    return {.name = m_file.fileName(),
+            .place = m_file.filePlace(),
+            .fileId = m_file.fileId(),
+            .saveId = m_file.saveId(),
+            .bodySize = bodySize};
+}
+
+/// Where the version on disk has another key than the one before, what is kept of it beside gets that too.
+void clsQirDatabase::followKeys() {
+    const ContainerKeys &keys = m_file.keysOnDisk();
+    const bool isSameFile = m_journalsFileId == m_file.fileId();
+    if (isSameFile && m_journalsKeys.isProtected() == keys.isProtected() && m_journalsKeys.master.equals(keys.master))
         return;
-    m_journal.follow(m_database,
-                     {.name = m_file.fileName(),
-                      .path = m_file.canonicalFilePath(),
-                      .fileId = m_file.fileId(),
-                      .saveId = m_file.saveId(),
-                      .bodySize = bodySize},
-                     m_file.keysOnDisk());
+    const ContainerKeys before = std::exchange(m_journalsKeys, keys.clone());
+    m_journalsFileId = m_file.fileId();
+    if (!isSameFile)
+        return;
+    const QStringList notices = resealJournals(m_ops, {.stateFolder = m_file.stateFolder(),
+                                                       .fileId = m_journalsFileId,
+                                                       .before = before,
+                                                       .after = m_journalsKeys,
+                                                       .random = m_file.random()});
+    tellOfFile(notices);
+}
+
+/// Before a save: where that changes the key, nothing may be left that only the key of now finds.
+void clsQirDatabase::expectKeys() {
+    const ContainerKeys &before = m_file.keysOnDisk();
+    const ContainerKeys &after = m_file.keys();
+    if (before.isProtected() && !before.master.equals(after.master))
+        tellOfFile(keepJournalsFindable(m_ops, {.stateFolder = m_file.stateFolder(),
+                                                .fileId = m_file.fileId(),
+                                                .before = before,
+                                                .after = after,
+                                                .random = m_file.random()}));
+}
+
+void clsQirDatabase::tellOfFile(const QStringList &notices) {
+    for (const QString &notice : notices)
+        Q_EMIT Notice(u"%1: %2"_s.arg(m_file.fileName(), notice));
 }
 
 /// Brings back what a session that died had changed since it saved.
 void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &password) {
+    followKeys();
     if (m_leaveJournal)
         return;
-    const JournalBase base{.name = m_file.fileName(),
-                           .path = m_file.canonicalFilePath(),
-                           .fileId = m_file.fileId(),
-                           .saveId = m_file.saveId(),
-                           .bodySize = static_cast<std::uint64_t>(body.size())};
+    const JournalBase base = journalBase(static_cast<std::uint64_t>(body.size()));
     RecoveryOutcome outcome =
         recoverJournals(m_ops,
                         {.stateFolder = m_file.stateFolder(),
@@ -163,8 +201,7 @@ void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &passw
     if (outcome.journal)
         m_journal.adopt(std::move(*outcome.journal));
     m_changed = m_changed || outcome.changed;
-    for (const QString &notice : outcome.notices)
-        Q_EMIT Notice(u"%1: %2"_s.arg(base.name, notice));
+    tellOfFile(outcome.notices);
 }
 
 // ------------------------------------------------------------------------------------------------------------ the file
@@ -217,6 +254,7 @@ void clsQirDatabase::SaveDtb() {
         if (GetDatabaseFileName().isEmpty())
             raise(u"The database has no file name yet."_s);
         const QByteArray body = encodeBody(m_database);
+        expectKeys();
         if (const Result<void> saved = m_file.save(body); !saved)
             raise(saved.error().text);
         m_changed = false;

@@ -156,7 +156,11 @@ private:
     void failLoad(const QString &reason);
     JournalOptions journalOptions();
     void recoverChanges(const QByteArray &body, const QString &password);
+    JournalBase journalBase(std::uint64_t bodySize) const;
     void followFile(std::uint64_t bodySize);
+    void expectKeys();
+    void followKeys();
+    void tellOfFile(const QStringList &notices);
     bool syncLater();
     void release() noexcept;
 
@@ -170,6 +174,8 @@ private:
     QString m_lastError;
     DatabaseFile m_file;
     Journal m_journal;
+    FileIdentifier m_journalsFileId{}; // the file whose journals are sealed with m_journalsKeys
+    ContainerKeys m_journalsKeys;
     QTimer m_syncTimer;
     bool m_leaveJournal = false;
 };

@@ -1,5 +1,10 @@
 #include "tests/component/JournalSupport.h"
 
+#include <QtEndian>
+
+#include <sodium.h>
+
+#include <cstring>
 #include <stdexcept>
 
 namespace qir {
@@ -13,6 +18,68 @@ ContainerKeys keysOf(const QString &password, unsigned char salt) {
     return keys;
 }
 
+namespace {
+
+template<class Number>
+QByteArray bytesOf(Number value) {
+    QByteArray bytes(sizeof value, '\0');
+    qToLittleEndian(value, bytes.data());
+    return bytes;
+}
+
+template<std::size_t size>
+QByteArray bytesOf(const std::array<unsigned char, size> &array) {
+    return {reinterpret_cast<const char *>(array.data()), qsizetype(size)};
+}
+
+QByteArray blake(const QByteArray &over, const SecretBytes &key = {}) {
+    QByteArray digest(qsizetype(layout::digestSize), '\0');
+    crypto_generichash(reinterpret_cast<unsigned char *>(digest.data()), layout::digestSize,
+                       reinterpret_cast<const unsigned char *>(over.constData()), std::size_t(over.size()), key.data(),
+                       key.size());
+    return digest;
+}
+
+QByteArray headOfVersion1(const JournalBase &base, const ContainerKeys &keys) {
+    const bool sealed = keys.isProtected();
+    const std::string &path = base.place.path;
+    const auto number = [](std::uint32_t value) { return bytesOf(value); };
+    const QByteArray head = "QIRJRNL1" + number(std::uint32_t(98 + path.size() + layout::digestSize)) +
+                            number(sealed ? 1 : 0) + bytesOf(base.fileId) + bytesOf(base.saveId) + QByteArray(16, 'n') +
+                            number(sealed ? keys.kdf.costs.passes : 0) + number(sealed ? keys.kdf.costs.memoryKiB : 0) +
+                            number(sealed ? 1 : 0) + number(0) +
+                            (sealed ? bytesOf(keys.kdf.salt) : QByteArray(qsizetype(layout::saltSize), '\0')) +
+                            bytesOf(std::uint16_t(path.size())) + QByteArray::fromStdString(path);
+    return head + blake(head);
+}
+
+} // namespace
+
+QByteArray journalOfVersion1(const JournalBase &base, const ContainerKeys &keys,
+                             const std::vector<QByteArray> &payloads) {
+    QByteArray out = headOfVersion1(base, keys);
+    const QByteArray place = blake(out) + bytesOf(std::uint64_t(out.size()));
+    ChunkStream::Header header;
+    header.fill('h');
+    out += QByteArray(4, '\xff') + bytesOf(header);
+    const QByteArray digest = blake(place, keys.master);
+    SecretBytes key(layout::digestSize);
+    std::memcpy(key.data(), digest.constData(), key.size());
+    ChunkStream stream(key, header);
+    QByteArray link = blake(place + bytesOf(header));
+    for (const QByteArray &payload : payloads) {
+        QByteArray record;
+        if (keys.isProtected()) {
+            stream.seal(payload, false, record);
+        } else {
+            link = blake(link + payload);
+            record = payload + link.first(16);
+        }
+        out += bytesOf(std::uint32_t(record.size())) + record;
+    }
+    return out;
+}
+
 JournalBench::JournalBench(FileOps &ops)
     : m_ops(ops) {
     m_options.stateFolder = m_folder.path();
@@ -20,8 +87,8 @@ JournalBench::JournalBench(FileOps &ops)
     m_options.notice = [this](const QString &text) { m_notices.append(text); };
     m_base.name = QStringLiteral("PUMP.DDB");
     // Any file will do as the one that the journal belongs to.
-    m_base.path = systemPath(m_folder.path()) + "/file";
     writeContent(m_folder.filePath(QStringLiteral("file")), "x");
+    standAt(QStringLiteral("file"));
     m_base.fileId.fill(1);
     m_base.saveId.fill(2);
     setSaved(encodeBody({}));

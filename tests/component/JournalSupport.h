@@ -27,6 +27,8 @@ public:
     JournalOptions &options() { return m_options; }
     JournalBase &base() { return m_base; }
     ContainerKeys &keys() { return m_keys; }
+    /// Where the file is from now on, below the folder.
+    void standAt(const QString &name) { m_base.place = filePlace(FileOps::system(), m_folder.filePath(name)); }
     const QStringList &notices() const { return m_notices; }
     void clearNotices() { m_notices.clear(); }
     bool recovered() const { return m_recovered; }
@@ -61,6 +63,10 @@ private:
     std::vector<QByteArray> m_aside;
     bool m_recovered = false;
 };
+
+/// A journal as version 1 of its format wrote it, with these records.
+QByteArray journalOfVersion1(const JournalBase &base, const ContainerKeys &keys,
+                             const std::vector<QByteArray> &payloads);
 
 /// Keys of a password, derived cheaply.
 ContainerKeys keysOf(const QString &password, unsigned char salt = 7);

@@ -1,6 +1,4 @@
-#include "qirtbase/clsQirDatabase.h"
-#include "tests/component/StorageSupport.h"
-#include "tests/support/FailingFileOps.h"
+#include "tests/component/JournalSessions.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -17,67 +15,7 @@ using namespace qir;
 
 namespace {
 
-/// The component with its journals, through sessions that crash.
-class ComponentJournal : public testing::Test {
-protected:
-    ComponentJournal() {
-        auto made = component();
-        EXPECT_TRUE(made->SetDatabaseFileName(path()));
-        made->AddTable(u"Pumps"_s);
-        made->SaveDtb();
-        made.reset();
-    }
-
-    QString path(const QString &name = u"PUMPS.DDB"_s) const { return m_folder.filePath(name); }
-    QString state() const { return m_folder.filePath(u"state"_s); }
-    QStringList journals() const { return namesIn(state() + u"/journal"_s); }
-
-    std::unique_ptr<clsQirDatabase> component() {
-        DatabaseFileOptions options = testOptions();
-        options.stateFolder = state();
-        auto made = std::make_unique<clsQirDatabase>(m_ops, std::move(options));
-        QObject::connect(made.get(), &clsQirDatabase::Notice, [this](const QString &text) { m_notices.append(text); });
-        return made;
-    }
-    /// A session on the file; the notices are those of its load.
-    std::unique_ptr<clsQirDatabase> open(const QString &password = {}, const QString &name = u"PUMPS.DDB"_s) {
-        m_notices.clear();
-        auto opened = component();
-        EXPECT_TRUE(opened->LoadDtb(path(name), password)) << opened->LastError().toStdString();
-        return opened;
-    }
-    /// The program dies: nothing that the instance still tries has an effect.
-    void kill(std::unique_ptr<clsQirDatabase> &session) {
-        m_ops.onCall = [](FileCall call, const std::string &) {
-            return call == FileCall::Close ? std::nullopt : std::optional(SystemError{EIO});
-        };
-        session.reset();
-        m_ops.onCall = {};
-        m_notices.clear();
-    }
-    static void write(clsQirDatabase &target, const QString &text) {
-        target.QIRTableRecordSource(u"Pumps"_s);
-        target.setQIRTableRecordsPointerOut(1);
-        target.QIRTableRecordSetByIndex(1, text);
-    }
-    static QString textIn(clsQirDatabase &target) {
-        QStringList values;
-        target.QIRTableRecordSource(u"Pumps"_s);
-        target.GetQirRecord(1, values);
-        return values.value(1);
-    }
-    /// What the file itself holds, without any journal.
-    QString textInFile(const QString &password = {}, const QString &name = u"PUMPS.DDB"_s) {
-        auto reader = component();
-        reader->setLeaveJournal(true);
-        EXPECT_TRUE(reader->LoadDtb(path(name), password)) << reader->LastError().toStdString();
-        return textIn(*reader);
-    }
-
-    QuickFolder m_folder;
-    HookedFileOps m_ops{{}};
-    QStringList m_notices;
-};
+using ComponentJournal = JournalSessions;
 
 TEST_F(ComponentJournal, WhatWasTypedBeforeACrashIsThereAgainAsUnsavedChanges) {
     auto session = open();
@@ -430,7 +368,10 @@ TEST_F(ComponentJournal, AProtectedFilesJournalIsSealedWithTheKeyOnDiskUntilTheS
     session = open(u"first"_s);
     EXPECT_EQ(textIn(*session), u"typed"_s);
     session->NewPassword(u"first"_s, u"second"_s);
+    write(*session, u"typed"_s);
+    m_notices.clear();
     session->SaveDtb();
+    EXPECT_EQ(m_notices, QStringList());
     write(*session, u"typed on"_s);
     kill(session);
     EXPECT_EQ(textInFile(u"second"_s), u"typed"_s);

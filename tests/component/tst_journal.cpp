@@ -1,3 +1,4 @@
+#include "qirtbase/JournalCodec.h"
 #include "tests/component/DatabaseTestSupport.h"
 #include "tests/component/JournalSupport.h"
 #include "tests/support/FailingFileOps.h"
@@ -5,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <QDir>
 #include <QFile>
 
 #include <sys/stat.h>
@@ -473,32 +475,6 @@ TEST_P(JournalTest, OneThatALivingEditorHoldsIsNotTouched) {
     EXPECT_EQ(contentOf(bench.journalPath()), content);
 }
 
-TEST_P(JournalTest, OfACopyOfTheFileItIsNot) {
-    setName(0, u"x"_s);
-    bench.crash();
-    bench.base().path = systemPath(bench.folder()) + "/copy";
-    bench.open();
-    EXPECT_FALSE(bench.recovered());
-    EXPECT_EQ(bench.aside().size(), 0U);
-    bench.crash();
-    bench.base().path = systemPath(bench.folder()) + "/file";
-    bench.open();
-    EXPECT_EQ(nameAt(0), u"x"_s);
-}
-
-TEST_P(JournalTest, AMovedFilesChangesAreKeptAside) {
-    setName(0, u"x"_s);
-    const QByteArray before = bench.body();
-    bench.crash();
-    ASSERT_TRUE(QFile::rename(bench.folder() + u"/file"_s, bench.folder() + u"/moved"_s));
-    bench.base().path = systemPath(bench.folder()) + "/moved";
-    bench.open();
-    EXPECT_FALSE(bench.recovered());
-    ASSERT_EQ(bench.aside().size(), 1U);
-    EXPECT_EQ(bench.aside()[0], before);
-    EXPECT_TRUE(bench.journals()[0].endsWith(u".ended"_s));
-}
-
 TEST_P(JournalTest, AnotherFilesIsLeftAlone) {
     setName(0, u"x"_s);
     bench.crash();
@@ -610,7 +586,154 @@ TEST_P(JournalTest, ARetiredOneIsKeptForSevenDays) {
     EXPECT_EQ(bench.journals().size(), 1);
     age(7);
     bench.open();
+    ASSERT_EQ(bench.journals().size(), 1) << "the clock may have been wrong";
+    age(7);
+    bench.open();
     EXPECT_EQ(bench.journals(), QStringList());
+}
+
+// ---- the version of the format before
+
+class OlderJournal : public JournalTest {
+protected:
+    OlderJournal() {
+        bench.crash();
+        QByteArray payload;
+        encodeChange(payload, {.kind = ChangeKind::SetText, .table = &table(), .index = 2, .text = u"typed before"}, 0);
+        QDir().mkpath(bench.journalFolderPath());
+        ::chmod(systemPath(bench.journalFolderPath()).c_str(), 0700);
+        const QString path = bench.journalFolderPath() + u"/01010101010101010101010101010101-00000000"_s;
+        writeContent(path, journalOfVersion1(bench.base(), bench.keys(), {payload}));
+        ::chmod(systemPath(path).c_str(), 0600);
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Of, OlderJournal, testing::Bool(),
+                         [](const auto &form) { return form.param ? "AProtectedFile" : "AnOpenFile"; });
+
+TEST_P(OlderJournal, IsMadeAgainAndGoneOnWithInTodaysForm) {
+    bench.open();
+    EXPECT_EQ(nameAt(0), u"typed before"_s);
+    setName(1, u"typed on"_s);
+    const QByteArray content = contentOf(bench.journalPath());
+    EXPECT_TRUE(content.startsWith("QIRJRNL2"));
+    EXPECT_EQ(content.contains(bench.base().place.path.c_str()), !GetParam());
+    EXPECT_EQ(bench.journals()[0].startsWith(u"0101"_s), !GetParam());
+    EXPECT_EQ(bench.body(), crashAndOpen());
+    EXPECT_EQ(nameAt(1), u"typed on"_s);
+}
+
+TEST_P(OlderJournal, ThatCannotBeWrittenAnewIsGoneOnWithAsItIs) {
+    bool full = true;
+    HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+        return full && call == FileCall::WriteAt ? std::optional(SystemError{ENOSPC}) : std::nullopt;
+    });
+    Database database = std::move(*decodeBody(pumps()));
+    const JournalBase base = bench.base();
+    const QByteArray body = pumps();
+    RecoveryOutcome outcome = recoverJournals(ops,
+                                              {.stateFolder = bench.folder(),
+                                               .base = base,
+                                               .keys = bench.keys(),
+                                               .password = {},
+                                               .deriveKey = deriveMasterKey,
+                                               .random = RandomSource::system(),
+                                               .body = body,
+                                               .keepAside = {}},
+                                              database);
+    full = false;
+    ASSERT_TRUE(outcome.journal);
+    {
+        Journal journal(ops, bench.options());
+        journal.follow(database, base, bench.keys());
+        journal.adopt(std::move(*outcome.journal));
+        database.setText(database.table(0), 2, 1, u"typed on"_s);
+    }
+    EXPECT_TRUE(contentOf(bench.journalPath()).startsWith("QIRJRNL1"));
+    bench.open();
+    EXPECT_EQ(nameAt(0), u"typed before"_s);
+    EXPECT_EQ(nameAt(1), u"typed on"_s);
+}
+
+// ---- a journal that is taken away
+
+/// A second later with each step, so that each change is synced.
+class TakenAway : public JournalTest {
+protected:
+    TakenAway() {
+        bench.options().clock = [this] { return m_now += std::chrono::seconds(2); };
+        bench.open();
+        setName(0, u"before"_s);
+        bench.database().addRecord(table());
+        bench.clearNotices();
+    }
+    void expectAllIsThereAgain() {
+        setName(1, u"after"_s);
+        setName(1, u"and on"_s);
+        EXPECT_EQ(bench.notices().size(), 1) << bench.notices().join(u'\n').toStdString();
+        EXPECT_TRUE(bench.notices().value(0).contains(u"written anew"_s)) << bench.notices().value(0).toStdString();
+        const QByteArray before = crashAndOpen();
+        EXPECT_EQ(bench.body(), before);
+        EXPECT_EQ(nameAt(1), u"and on"_s);
+        EXPECT_TRUE(bench.recovered());
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_now;
+};
+INSTANTIATE_TEST_SUITE_P(Of, TakenAway, testing::Bool(),
+                         [](const auto &form) { return form.param ? "AProtectedFile" : "AnOpenFile"; });
+
+TEST_P(TakenAway, OneThatIsRemovedIsWrittenAnew) {
+    ASSERT_TRUE(QFile::remove(bench.journalPath()));
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, OneWhoseFolderIsRemovedIsWrittenAnew) {
+    ASSERT_TRUE(QDir(bench.journalFolderPath()).removeRecursively());
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, OneWhoseFolderIsMovedAwayIsWrittenAnew) {
+    ASSERT_TRUE(QDir().rename(bench.journalFolderPath(), bench.folder() + u"/elsewhere"_s));
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, OneThatIsReplacedIsWrittenAnew) {
+    const QString path = bench.journalPath();
+    const QByteArray content = contentOf(path);
+    ASSERT_TRUE(QFile::remove(path));
+    writeContent(path, content.first(content.size() / 2));
+    ASSERT_EQ(::chmod(systemPath(path).c_str(), 0600), 0);
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, OneThatIsCutIsWrittenAnew) {
+    ASSERT_TRUE(QFile::resize(bench.journalPath(), 20));
+    expectAllIsThereAgain();
+}
+
+TEST_P(TakenAway, WithinAGroupItIsWrittenAnewAtTheGroupsEnd) {
+    bench.base().bodySize = 1 << 22;
+    bench.open();
+    bench.database().beginGroup();
+    for (int i = 0; i < 1000; ++i)
+        setName(0, QString(180, u'x') + QString::number(i)); // some of it is written
+    ASSERT_TRUE(QDir(bench.journalFolderPath()).removeRecursively());
+    bench.journal().syncPending();
+    EXPECT_EQ(bench.journals(), QStringList());
+    bench.database().endGroup();
+    bench.journal().syncPending();
+    const QByteArray before = crashAndOpen();
+    EXPECT_EQ(bench.body(), before);
+}
+
+TEST_P(TakenAway, WhereItCannotBeWrittenAnewTheUserIsToldThatNothingIsKeptSafe) {
+    ASSERT_TRUE(QDir(bench.journalFolderPath()).removeRecursively());
+    writeContent(bench.journalFolderPath(), "a file where the folder should be");
+    setName(1, u"after"_s);
+    setName(1, u"and on"_s);
+    EXPECT_EQ(bench.notices().size(), 1);
+    EXPECT_TRUE(bench.notices().value(0).contains(u"not kept safe"_s));
 }
 
 // ---- keys

@@ -32,6 +32,8 @@ const char *fileCallName(FileCall call) {
         return "sync";
     case FileCall::SyncData:
         return "syncData";
+    case FileCall::SetTimeToNow:
+        return "setTimeToNow";
     case FileCall::SetMode:
         return "setMode";
     case FileCall::SetOwner:
@@ -132,6 +134,10 @@ SystemResult<void> ForwardingFileOps::doSync(int file) {
 
 SystemResult<void> ForwardingFileOps::doSyncData(int file) {
     return guarded(FileCall::SyncData, {}, [&] { return m_under.syncData(file); });
+}
+
+SystemResult<void> ForwardingFileOps::doSetTimeToNow(int file) {
+    return guarded(FileCall::SetTimeToNow, {}, [&] { return m_under.setTimeToNow(file); });
 }
 
 SystemResult<void> ForwardingFileOps::doSetMode(int file, mode_t mode) {

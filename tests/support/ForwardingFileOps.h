@@ -20,6 +20,7 @@ enum class FileCall {
     Truncate,
     Sync,
     SyncData,
+    SetTimeToNow,
     SetMode,
     SetOwner,
     AttributeNames,
@@ -73,6 +74,7 @@ protected:
     SystemResult<void> doTruncate(int file, std::uint64_t size) override;
     SystemResult<void> doSync(int file) override;
     SystemResult<void> doSyncData(int file) override;
+    SystemResult<void> doSetTimeToNow(int file) override;
     SystemResult<void> doSetMode(int file, mode_t mode) override;
     SystemResult<void> doSetOwner(int file, uid_t user, gid_t group) override;
     SystemResult<std::vector<std::string>> doAttributeNames(int file) override;
