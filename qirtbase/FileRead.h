@@ -24,6 +24,9 @@ struct ReadOutcome {
     QStringList notices; ///< What the user should know.
 };
 
+/// The header of a database file, looked at alone.
+LoadResult<FileHeader> readFileHeader(FileOps &ops, const QString &path);
+
 /// Reads a database file. One whose writing in place was cut short is completed first.
 LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &request);
 

@@ -46,6 +46,7 @@ public:
 private:
     using Step = Result<void>;
 
+    Step checkWritable();
     void chooseIdentity();
     void makeWriter();
     Step save();

@@ -26,6 +26,15 @@ bool sameVersion(const struct stat &left, const struct stat &right) {
            left.st_mtim.tv_sec == right.st_mtim.tv_sec && left.st_mtim.tv_nsec == right.st_mtim.tv_nsec;
 }
 
+bool isReadOnly(FileOps &ops, int folder, const std::string &name, const struct stat &status) {
+    constexpr mode_t anybodyWrites = S_IWUSR | S_IWGRP | S_IWOTH;
+    if ((status.st_mode & anybodyWrites) == 0)
+        return true;
+    // Asking the file itself counts access lists and the identity that counts for files.
+    const auto opened = OpenFile::openAt(ops, folder, name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    return !opened && (opened.error().number == EACCES || opened.error().number == EPERM);
+}
+
 tl::unexpected<Error> SaveTarget::failed(const QString &reason) const {
     return failure(QStringLiteral("%1: could not be saved: %2").arg(m_expectation.name, reason));
 }

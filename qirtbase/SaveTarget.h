@@ -39,6 +39,10 @@ struct Standing {
 /// True when both looks met the same bytes, as far as the system tells.
 bool sameVersion(const struct stat &left, const struct stat &right);
 
+/// Whether a file is marked as not to be changed: nobody may write it, as its mode says, or we may not. The first
+/// holds for the superuser too, whom the system asks nothing.
+bool isReadOnly(FileOps &ops, int folder, const std::string &name, const struct stat &status);
+
 /// The file that a save goes to: found once, then looked at before and after. Failures are texts for the user.
 class SaveTarget {
 public:
