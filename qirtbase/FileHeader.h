@@ -16,6 +16,9 @@ class SecretBytes;
 using FileIdentifier = std::array<unsigned char, layout::idSize>;
 using HeaderDigest = std::array<unsigned char, layout::digestSize>;
 
+/// The most memory that a file may ask for.
+inline constexpr std::uint32_t memoryMaxKiB = 1024 * 1024;
+
 /// What one guess at a password costs.
 struct KdfCosts {
     std::uint32_t passes = 3;

@@ -9,11 +9,42 @@ namespace qir {
 
 namespace {
 
-/// Held by the one derivation that runs.
-std::mutex &turn() {
-    static std::mutex mutex;
-    return mutex;
+/// The memory of the derivations that run.
+struct Running {
+    std::mutex mutex;
+    std::condition_variable freed;
+    std::uint64_t memoryKiB = 0;
+};
+
+Running &running() {
+    static auto *const all = new Running; // threads that nobody waits for outlive the program's statics
+    return *all;
 }
+
+constexpr std::uint64_t memoryLimitKiB = std::uint64_t{memoryMaxKiB} + KdfCosts{}.memoryKiB;
+
+/// A derivation's turn; waits for it.
+class Turn {
+public:
+    explicit Turn(std::uint64_t memoryKiB)
+        : m_memoryKiB(memoryKiB) {
+        Running &all = running();
+        std::unique_lock lock(all.mutex);
+        all.freed.wait(lock, [&] { return all.memoryKiB == 0 || all.memoryKiB + m_memoryKiB <= memoryLimitKiB; });
+        all.memoryKiB += m_memoryKiB;
+    }
+    ~Turn() {
+        Running &all = running();
+        const std::lock_guard lock(all.mutex);
+        all.memoryKiB -= m_memoryKiB;
+        all.freed.notify_all();
+    }
+    Turn(const Turn &) = delete;
+    Turn &operator=(const Turn &) = delete;
+
+private:
+    const std::uint64_t m_memoryKiB;
+};
 
 LoadError notDerived() {
     return {LoadErrorKind::Limits, QStringLiteral("there is not enough memory to turn the password into a key")};
@@ -42,7 +73,7 @@ struct KeyPreparation::Shared {
 void KeyPreparation::Shared::run() {
     LoadResult<SecretBytes> derived = tl::unexpected(notDerived());
     {
-        const std::lock_guard mine(turn());
+        const Turn mine(parameters.costs.memoryKiB);
         if (!isCancelled()) {
             try {
                 derived = derive(password, parameters);

@@ -120,21 +120,38 @@ TEST(KeyPreparation, GivenUpIsNotWaitedFor) {
     gate.waitUntilEnded(1);
 }
 
-TEST(KeyPreparation, OnlyOneRunsAtATimeAndOneGivenUpBeforeItsTurnNeverDoes) {
+TEST(KeyPreparation, OfThoseThatTakeMostMemoryOneRunsAtATimeAndOneGivenUpBeforeItsTurnNeverDoes) {
     Gate gate;
+    KdfParameters most;
+    most.costs.memoryKiB = memoryMaxKiB;
     KeyPreparation first;
     KeyPreparation second;
     KeyPreparation third;
-    first.start(gate.deriver(), secret("1"), {});
+    first.start(gate.deriver(), secret("1"), most);
     gate.waitUntilBegun(1);
-    second.start(gate.deriver(), secret("2"), {});
-    third.start(gate.deriver(), secret("3"), {});
+    second.start(gate.deriver(), secret("2"), most);
+    third.start(gate.deriver(), secret("3"), most);
     second.cancel();
     EXPECT_EQ(gate.begun(), 1);
     gate.open();
-    EXPECT_TRUE(third.take(secret("3"), {}));
-    EXPECT_TRUE(first.take(secret("1"), {}));
+    EXPECT_TRUE(third.take(secret("3"), most));
+    EXPECT_TRUE(first.take(secret("1"), most));
     EXPECT_EQ(gate.begun(), 2);
+}
+
+TEST(KeyPreparation, AUsualOneDoesNotWaitForOneThatTakesMostMemory) {
+    Gate gate;
+    Gate usual;
+    KdfParameters most;
+    most.costs.memoryKiB = memoryMaxKiB;
+    KeyPreparation first;
+    first.start(gate.deriver(), secret("1"), most);
+    gate.waitUntilBegun(1);
+    first.cancel();
+    usual.open();
+    KeyPreparation second;
+    second.start(usual.deriver(), secret("2"), {});
+    EXPECT_TRUE(second.take(secret("2"), {}));
 }
 
 TEST(KeyPreparation, LackOfMemoryIsAnErrorNotACrash) {
