@@ -36,8 +36,7 @@ bool takesFile(FileOps &ops, const QString &path) {
     const auto standing = ops.statusAt(target->folder.descriptor(), target->name, FollowLinks::No);
     if (!standing && standing.error().number != ENOENT)
         return false;
-    if (standing &&
-        (!S_ISREG(standing->st_mode) || isReadOnly(ops, target->folder.descriptor(), target->name, *standing)))
+    if (standing && (!S_ISREG(standing->st_mode) || isReadOnly(ops, target->folder.descriptor(), target->name)))
         return false;
     if (StagedFile::create(ops, target->folder.descriptor(), S_IRUSR | S_IWUSR))
         return true;

@@ -51,8 +51,6 @@ SaveOutcome FileSave::run() {
 }
 
 FileSave::Step FileSave::save() {
-    if (const Step writable = checkWritable(); !writable)
-        return writable;
     chooseIdentity();
     const Standing &standing = m_target.standing();
     if (standing.exists && standing.status.st_nlink > 1)
@@ -61,14 +59,6 @@ FileSave::Step FileSave::save() {
     if (!replaced && standing.exists && !m_replaceable)
         return writeInPlace();
     return replaced;
-}
-
-/// Replacing a file asks for no permission on the file itself, so what is marked as not to be changed needs a look.
-FileSave::Step FileSave::checkWritable() {
-    const Standing &standing = m_target.standing();
-    if (!standing.exists || !isReadOnly(m_ops, m_target.folder(), m_target.name(), standing.status))
-        return {};
-    return m_target.failed(QStringLiteral("it is marked read-only; use Save As"));
 }
 
 void FileSave::chooseIdentity() {

@@ -46,7 +46,6 @@ public:
 private:
     using Step = Result<void>;
 
-    Step checkWritable();
     void chooseIdentity();
     void makeWriter();
     Step save();
