@@ -49,12 +49,12 @@ std::optional<double> numberIn(const QVariant &value) {
 
 /// What trying a password costs, where that is more than usual.
 QString noteOn(const KdfCosts &costs, const KdfCosts &usual) {
-    const double work = double(costs.passes) * costs.memoryKiB;
-    const double usualWork = double(usual.passes) * usual.memoryKiB;
-    if (work <= usualWork && costs.memoryKiB <= usual.memoryKiB)
+    const double times = double(costs.passes) * costs.memoryKiB / (double(usual.passes) * usual.memoryKiB);
+    if (times <= 1 && costs.memoryKiB <= usual.memoryKiB)
         return {};
-    return u"This file asks for more than usual: trying a password takes about %1 times as long, and %2 MiB of memory."_s
-        .arg(QString::number(std::ceil(work / usualWork * 10) / 10), QString::number(costs.memoryKiB / 1024));
+    const QString longer = times > 1 ? u"about %1 times as long, and "_s.arg(std::ceil(times * 10) / 10) : QString();
+    return u"This file asks for more than usual: trying a password takes %1%2 MiB of memory."_s.arg(
+        longer, QString::number(costs.memoryKiB / 1024));
 }
 
 } // namespace

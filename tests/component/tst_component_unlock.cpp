@@ -103,6 +103,11 @@ TEST_F(ComponentUnlock, TheNoteTellsOfMoreThanTheUsualCosts) {
               u"This file asks for more than usual: trying a password takes about 10 times "
               u"as long, and 16 MiB of memory."_s);
     EXPECT_EQ(derivations, 0);
+    DatabaseFileOptions with = options();
+    with.costs = {100, 8 * 1024};
+    clsQirDatabase other(FileOps::system(), with);
+    EXPECT_EQ(other.PasswordNote(path),
+              u"This file asks for more than usual: trying a password takes 16 MiB of memory."_s);
 }
 
 TEST_F(ComponentUnlock, ThereIsNoNoteOnAUsualFileNorOnOneThatIsNotProtected) {

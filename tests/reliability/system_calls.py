@@ -150,8 +150,15 @@ class Case:
     def kills(self):
         return self.action == "signal=KILL"
 
+    @property
+    def silences(self):
+        """Whether nothing can be said any more."""
+        return self.call == "write" and self.forever
+
     def inject(self):
-        return f"inject={self.call}:{self.action}:when={self.number}{'+' if self.forever else ''}"
+        # Nobody is interrupted for ever, and the libraries try again until they are not.
+        last = (f"..{self.number + 99}" if self.action == "error=EINTR" else "+") if self.forever else ""
+        return f"inject={self.call}:{self.action}:when={self.number}{last}"
 
     def __str__(self):
         return f"{self.kind.name}: {self.inject()}"
@@ -210,24 +217,25 @@ class Trial:
                                        under=strace(log, "-e", "trace=" + case.call, "-e", case.inject()))
         except subprocess.TimeoutExpired as error:
             raise Wrong("it does not end") from error
-        with open(log, encoding="utf-8", errors="replace") as file:
-            if not re.search(r"\(INJECTED\)|killed by SIGKILL", file.read()):
-                return False
-        said = result.stderr.decode(errors="replace")
         if case.kills:
-            self.check_killed(kind, folder, state, result)
-        else:
-            self.check_ended(kind, folder, state, result, said)
+            if result.returncode != -signal.SIGKILL:
+                return False
+            self.check_killed(kind, folder, state)
+            return True
+        with open(log, encoding="utf-8", errors="replace") as file:
+            if "(INJECTED)" not in file.read():
+                return False
+        self.check_ended(case, folder, state, result)
         return True
 
-    def check_killed(self, kind, folder, state, result):
-        if result.returncode != -signal.SIGKILL:
-            raise Wrong(f"killed, and yet it ends with status {result.returncode}")
+    def check_killed(self, kind, folder, state):
         found = kind.content(self.programs, folder, state)
         if found not in (self.before[kind], self.after[kind]):
             raise Wrong("neither the old nor the new version")
 
-    def check_ended(self, kind, folder, state, result, said):
+    def check_ended(self, case, folder, state, result):
+        kind = case.kind
+        said = result.stderr.decode(errors="replace")
         if result.returncode not in (0, FAILED):
             raise Wrong(f"status {result.returncode}: {said}")
         found = kind.content(self.programs, folder, state)
@@ -237,7 +245,8 @@ class Trial:
             if kind.reads and result.stdout != self.printed[kind]:
                 raise Wrong("what it printed is not what stands in the file")
             return
-        if not said.startswith("qirdb: ") or not re.search(r"\.DDB|\.csv|secret|standard output|component", said):
+        tells = re.search(r"^qirdb: .*(\.DDB|\.csv|secret|standard output|component)", said, re.MULTILINE)
+        if not tells and not case.silences:
             raise Wrong(f"it does not tell what failed: '{said}'")
         if found == self.before[kind]:
             return
@@ -266,9 +275,13 @@ def make_base(programs, folder, count):
     programs.done(state, "import", os.path.join(base, "PUMP.DDB"), "Pumps", pumps)
     for number, kind in enumerate(KINDS):
         kind.prepare(os.path.join(folder, f"undisturbed-{number}"), base)
-    wanted = kinds_of(count)
-    for number, kind in enumerate(wanted):
+    for number, kind in enumerate(kinds_of(folders_for(count))):
         kind.prepare(os.path.join(folder, f"case-{number}"), base)
+
+
+def folders_for(count):
+    """Some more: a call that was made once need not be met again."""
+    return count + count // 10 + 5
 
 
 def kinds_of(count):
@@ -289,7 +302,9 @@ def run_cases(programs, folder, count, seed):
     met = collections.Counter()
     wrong = []
     missed = 0
-    for number, kind in enumerate(kinds_of(count)):
+    for number, kind in enumerate(kinds_of(folders_for(count))):
+        if sum(met.values()) == count:
+            break
         if not waiting[kind]:
             continue
         case = waiting[kind].pop()
