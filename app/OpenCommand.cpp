@@ -2,6 +2,7 @@
 
 #include "app/Layout.h"
 #include "app/Notices.h"
+#include "app/UnlockWait.h"
 #include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/PaneTable.h"
@@ -151,11 +152,14 @@ bool OpenCommand::loadFreshComponent(int pane) {
     SecretText password;
     if (DatabaseProtetto(name)) {
         wipe.emplace();
-        password = SecretText(inputBox(m_editor.controls.window, u"Password:"_s, u"Input password"_s, QString()));
+        password = SecretText(inputBox(m_editor.controls.window, u"Password:"_s, u"Input password"_s, QString(),
+                                       m_editor.OggettoDtb(pane).PasswordNote(name)));
     }
     // The component that was made before the question is replaced by a fresh one.
     m_editor.OggettoDtb(pane).release();
     createComponent(pane);
+    if (!unlockWithoutStandingStill(m_editor.controls.window, m_editor.OggettoDtb(pane), name, password.text()))
+        password.wipe(); // as after a cancel of the question
     return m_editor.OggettoDtb(pane).LoadDtb(name, password.text());
 }
 

@@ -5,13 +5,26 @@
 #include "app/shared/utility.h"
 #include "platform/dialogs/Dialogs.h"
 
+#include <exception>
+#include <new>
+
 namespace qir {
 
 using namespace Qt::StringLiterals;
 
 void SaveCommands::SaveMenu_Click() {
     const QirDatabase &database = m_editor.OggettoDtb(m_editor.state.IndexAttivo);
-    database.SaveDtb();
+    try {
+        database.SaveDtb();
+    } catch (const std::bad_alloc &) {
+        throw;
+    } catch (const std::exception &error) {
+        // Whatever keeps it from its file, another name may do.
+        if (messageBoxOffering(m_editor.controls.window, QString::fromUtf8(error.what()), applicationTitle(),
+                               tr("Save &As...")))
+            SaveAsMenu_Click();
+        return;
+    }
     database.setDtbHasChanged(false);
 }
 

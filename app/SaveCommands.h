@@ -2,14 +2,19 @@
 
 #include "app/shared/EditorContext.h"
 
+#include <QCoreApplication>
+
 namespace qir {
 
 /// Writing the active pane's database, under its own name or under another. Only these two commands save.
 class SaveCommands {
+    Q_DECLARE_TR_FUNCTIONS(SaveCommands)
+
 public:
     explicit SaveCommands(EditorContext &editor)
         : m_editor(editor) {}
 
+    /// Where it fails, the reason is shown and Save As is offered.
     void SaveMenu_Click();
     /// Asks for a name and writes under it. A name that the component refuses stays the pane's name, while label and
     /// component keep the old one.

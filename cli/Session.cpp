@@ -57,7 +57,7 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
     if (session.m_protected) {
         wipe.emplace();
         session.run([&] {
-            given = passwordFile.empty() ? askPassword(u"Password of %1: "_s.arg(file))
+            given = passwordFile.empty() ? askPassword(session.passwordPrompt())
                                          : readPasswordFile(QString::fromLocal8Bit(passwordFile));
         });
     }
@@ -73,6 +73,12 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
     if (password != nullptr)
         *password = std::move(given);
     return session;
+}
+
+QString Session::passwordPrompt() const {
+    const QString note = m_database.PasswordNote(m_file);
+    const QString prompt = u"Password of %1: "_s.arg(m_file);
+    return note.isEmpty() ? prompt : printableText(note) + u'\n' + prompt;
 }
 
 Session Session::create(const QString &file) {

@@ -43,6 +43,7 @@ public:
 
 private:
     explicit Session(const QString &file);
+    QString passwordPrompt() const;
 
     QString m_file;
     bool m_protected = false;

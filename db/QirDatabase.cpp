@@ -50,6 +50,10 @@ const Method<void()> endChanges{"EndChanges"};
 const Method<void()> cancelChanges{"CancelChanges"};
 const Method<QString()> lastError{"LastError"};
 const Property<bool> leaveJournal{"LeaveJournal"};
+const Method<QString(QString)> passwordNote{"PasswordNote"};
+const Method<bool(QString, QString)> beginUnlock{"BeginUnlock"};
+const Method<bool()> unlockPending{"UnlockPending"};
+const Method<void()> cancelUnlock{"CancelUnlock"};
 
 } // namespace
 
@@ -235,6 +239,24 @@ QString QirDatabase::LastError() const {
 void QirDatabase::setLeaveJournal(bool leave) const {
     if (leaveJournal.isIn(m_object))
         leaveJournal.write(m_object, leave);
+}
+
+QString QirDatabase::PasswordNote(const QString &fileName) const {
+    return passwordNote.isIn(m_object) ? passwordNote(m_object, fileName) : QString();
+}
+
+bool QirDatabase::BeginUnlock(const QString &fileName, const QString &password) const {
+    // Of no use without a way to learn when it is done.
+    return beginUnlock.isIn(m_object) && unlockPending.isIn(m_object) && beginUnlock(m_object, fileName, password);
+}
+
+bool QirDatabase::UnlockPending() const {
+    return unlockPending.isIn(m_object) && unlockPending(m_object);
+}
+
+void QirDatabase::CancelUnlock() const {
+    if (cancelUnlock.isIn(m_object))
+        cancelUnlock(m_object);
 }
 
 ChangeGroup::ChangeGroup(const QirDatabase &database)

@@ -93,6 +93,14 @@ public:
     /// For callers without a user to tell, before LoadDtb(): the unsaved changes of a session that died stay for the
     /// next editor.
     void setLeaveJournal(bool leave) const;
+    /// What to tell whoever is asked for a file's password; "" for nothing.
+    QString PasswordNote(const QString &fileName) const;
+    /// Lets the component make ready, beside the caller, what takes long in LoadDtb() of the same file and password.
+    /// False, with nothing begun, where it has nothing to make ready or lacks the member.
+    bool BeginUnlock(const QString &fileName, const QString &password) const;
+    /// True while that goes on.
+    bool UnlockPending() const;
+    void CancelUnlock() const;
 
 private:
     explicit QirDatabase(AutomationObject object)

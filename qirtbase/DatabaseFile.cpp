@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <system_error>
 
 namespace qir {
 
@@ -33,7 +34,7 @@ bool takesFile(FileOps &ops, const QString &path) {
     const auto standing = ops.statusAt(target->folder.descriptor(), target->name, FollowLinks::No);
     if (!standing && standing.error().number != ENOENT)
         return false;
-    if (standing && !S_ISREG(standing->st_mode))
+    if (standing && (!S_ISREG(standing->st_mode) || isReadOnly(ops, target->folder.descriptor(), target->name)))
         return false;
     if (StagedFile::create(ops, target->folder.descriptor(), S_IRUSR | S_IWUSR))
         return true;
@@ -46,7 +47,10 @@ bool takesFile(FileOps &ops, const QString &path) {
 
 DatabaseFile::DatabaseFile(FileOps &ops, DatabaseFileOptions options)
     : m_ops(ops)
-    , m_options(std::move(options)) {
+    , m_options(std::move(options))
+    , m_deriveOnce([this](const SecretBytes &password, const KdfParameters &parameters) {
+        return m_derived.derive(m_options.deriveKey, password, parameters);
+    }) {
     if (m_options.stateFolder.isEmpty())
         m_options.stateFolder = defaultStateFolder();
     m_header.generation = 0; // the first save makes it 1
@@ -77,13 +81,15 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
                                  {.path = *reached,
                                   .password = password,
                                   .limits = m_options.limits,
-                                  .deriveKey = m_options.deriveKey,
+                                  .deriveKey = m_deriveOnce,
                                   .stateFolder = m_options.stateFolder},
                                  notices);
     for (const QString &notice : notices)
         tell(QStringLiteral("%1: %2").arg(path, notice));
-    if (!read)
+    if (!read) {
+        endLoad();
         return refused(read.error().kind, QStringLiteral("%1: %2").arg(path, read.error().text));
+    }
     m_state = State::Ready;
     m_place = {path, absolutePath(*reached)};
     m_header = std::move(read->container.header);
@@ -96,7 +102,40 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
     return std::move(read->container.body);
 }
 
+std::optional<KdfParameters> DatabaseFile::keyParameters(const QString &path) const {
+    if (path.isEmpty())
+        return std::nullopt;
+    const auto reached = reachIgnoringCase(m_ops, path);
+    if (!reached)
+        return std::nullopt;
+    const auto header = readFileHeader(m_ops, *reached);
+    if (!header || !header->isProtected || !checkKdfCosts(*header))
+        return std::nullopt;
+    return header->kdf;
+}
+
+std::optional<KdfCosts> DatabaseFile::passwordCosts(const QString &path) const {
+    const auto parameters = keyParameters(path);
+    return parameters ? std::optional(parameters->costs) : std::nullopt;
+}
+
+bool DatabaseFile::prepareKey(const QString &path, const QString &password) {
+    m_derived.prepared().cancel();
+    if (m_state != State::Fresh || password.isEmpty())
+        return false;
+    const auto parameters = keyParameters(path);
+    if (!parameters)
+        return false;
+    try {
+        m_derived.prepared().start(m_options.deriveKey, passwordBytes(password), *parameters);
+    } catch (const std::system_error &) { // no thread: the load derives it itself
+        return false;
+    }
+    return true;
+}
+
 void DatabaseFile::fail() {
+    endLoad();
     m_state = State::Failed;
     m_place = {};
     m_keys = {};

@@ -3,6 +3,7 @@
 #include "base/FileOps.h"
 #include "base/Result.h"
 #include "qirtbase/Container.h"
+#include "qirtbase/KeyPreparation.h"
 #include "qirtbase/LoadError.h"
 #include "qirtbase/RandomSource.h"
 #include "qirtbase/SecretKey.h"
@@ -49,6 +50,18 @@ public:
     /// For an open file the password does not matter. Only on a fresh instance; on failure the instance is failed and
     /// its name is "". If the body then turns out to be nonsense, call fail().
     LoadResult<QByteArray> load(const QString &path, const QString &password);
+    /// What trying a password on the file costs; nothing where it is open, or cannot be loaded whatever the password.
+    std::optional<KdfCosts> passwordCosts(const QString &path) const;
+    /// What it costs on the files that are written here.
+    const KdfCosts &usualCosts() const { return m_options.costs; }
+    /// Starts to derive the key of the file from the password, in a thread of its own; load() of the same two then uses
+    /// it. False, with nothing started, where a password is not needed or would not help.
+    bool prepareKey(const QString &path, const QString &password);
+    /// The one that prepareKey() has started.
+    KeyPreparation &preparedKey() { return m_derived.prepared(); }
+    /// To be called when all that belongs to a load has been read: keyDeriver() keeps the keys that it has derived, so
+    /// that none is derived twice, until then.
+    void endLoad() { m_derived.clear(); }
     /// The instance is failed from now on: no name, never writes.
     void fail();
     /// A fresh instance becomes a new, open database without a name.
@@ -86,7 +99,7 @@ public:
     const ContainerKeys &keysOnDisk() const { return m_keysOnDisk; }
     const ContainerKeys &keys() const { return m_keys; }
     const QString &stateFolder() const { return m_options.stateFolder; }
-    const KeyDeriver &keyDeriver() const { return m_options.deriveKey; }
+    const KeyDeriver &keyDeriver() const { return m_deriveOnce; }
     const ContainerLimits &limits() const { return m_options.limits; }
     RandomSource &random() const;
 
@@ -106,6 +119,7 @@ private:
         QString path;
     };
 
+    std::optional<KdfParameters> keyParameters(const QString &path) const;
     SaveOutcome trySave(QByteArrayView body);
     Released rescue(const QString &name, const QString &reason, QByteArrayView body);
     SystemResult<QString> writeRescue(const QString &name, QByteArrayView body);
@@ -114,6 +128,8 @@ private:
 
     FileOps &m_ops;
     DatabaseFileOptions m_options;
+    DerivedKeys m_derived; // of the load that runs
+    KeyDeriver m_deriveOnce;
     State m_state = State::Fresh;
     Place m_place;
     std::optional<Place> m_previousPlace;     // while a name set by setFileName() has not been saved under

@@ -21,7 +21,6 @@ constexpr char openMark = '0';
 
 constexpr std::uint32_t passesMax = 64;
 constexpr std::uint32_t memoryMinKiB = 8 * 1024;
-constexpr std::uint32_t memoryMaxKiB = 1024 * 1024;
 constexpr std::uint64_t workMaxMiB = 16384; // passes x MiB
 
 using Check = LoadResult<void>;

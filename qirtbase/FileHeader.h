@@ -16,16 +16,23 @@ class SecretBytes;
 using FileIdentifier = std::array<unsigned char, layout::idSize>;
 using HeaderDigest = std::array<unsigned char, layout::digestSize>;
 
+/// The most memory that a file may ask for.
+inline constexpr std::uint32_t memoryMaxKiB = 1024 * 1024;
+
 /// What one guess at a password costs.
 struct KdfCosts {
     std::uint32_t passes = 3;
     std::uint32_t memoryKiB = 256 * 1024;
+
+    friend bool operator==(const KdfCosts &, const KdfCosts &) = default;
 };
 
 /// All that the key derivation takes beside the password.
 struct KdfParameters {
     KdfCosts costs;
     std::array<unsigned char, layout::saltSize> salt{};
+
+    friend bool operator==(const KdfParameters &, const KdfParameters &) = default;
 };
 
 /// The header's fields as they mean something to the program.

@@ -36,13 +36,19 @@ LoadResult<OpenFile> openRegular(FileOps &ops, const std::string &path) {
     return std::move(*file);
 }
 
+/// Written within the last second, as far as the clock tells. A time to come says nothing: anybody can set one.
+bool isYoung(const struct stat &status) {
+    const std::time_t age = std::time(nullptr) - status.st_mtim.tv_sec;
+    return age >= 0 && age <= 1;
+}
+
 /// What is wrong with a file may come from its being written in place just now: then it is different, or at least
 /// young, for the system's clock has its steps.
 bool mayBeInFlux(FileOps &ops, int file, const struct stat &before, const LoadError &error) {
     if (error.kind != LoadErrorKind::Damaged && error.kind != LoadErrorKind::Truncated)
         return false;
     const auto now = ops.status(file);
-    return now && (!sameVersion(*now, before) || now->st_mtim.tv_sec + 1 >= std::time(nullptr));
+    return now && (!sameVersion(*now, before) || isYoung(*now));
 }
 
 LoadError systemFailure(SystemError error) {
@@ -100,6 +106,12 @@ LoadResult<ReadOutcome> readOnce(FileOps &ops, const ReadRequest &request, QStri
 }
 
 } // namespace
+
+LoadResult<FileHeader> readFileHeader(FileOps &ops, const QString &path) {
+    return openRegular(ops, systemPath(path))
+        .and_then([&](const OpenFile &file) { return readHeaderBlock(ops, file.descriptor()); })
+        .map([](HeaderBlock block) { return std::move(block.header); });
+}
 
 LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &request, QStringList &notices) {
     for (int reads = 1;; ++reads) {

@@ -27,6 +27,9 @@ struct ReadOutcome {
     std::optional<FileIdentifier> tornInto;
 };
 
+/// The header of a database file, looked at alone.
+LoadResult<FileHeader> readFileHeader(FileOps &ops, const QString &path);
+
 /// Reads a database file. One whose writing in place was cut short is first brought back to what it was.
 /// What the user should know is added to `notices`, for a file that is refused too.
 LoadResult<ReadOutcome> readDatabaseFile(FileOps &ops, const ReadRequest &request, QStringList &notices);

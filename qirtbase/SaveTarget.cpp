@@ -26,6 +26,18 @@ bool sameVersion(const struct stat &left, const struct stat &right) {
            left.st_mtim.tv_sec == right.st_mtim.tv_sec && left.st_mtim.tv_nsec == right.st_mtim.tv_nsec;
 }
 
+bool isReadOnly(FileOps &ops, int folder, const std::string &name) {
+    constexpr mode_t anybodyWrites = S_IWUSR | S_IWGRP | S_IWOTH;
+    const auto status = ops.statusAt(folder, name, FollowLinks::No);
+    if (!status || !S_ISREG(status->st_mode))
+        return false;
+    if ((status->st_mode & anybodyWrites) == 0)
+        return true;
+    // Asking the file itself counts access lists and the identity that counts for files.
+    const auto opened = OpenFile::openAt(ops, folder, name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    return !opened && (opened.error().number == EACCES || opened.error().number == EPERM);
+}
+
 tl::unexpected<Error> SaveTarget::failed(const QString &reason) const {
     return failure(QStringLiteral("%1: could not be saved: %2").arg(m_expectation.name, reason));
 }
@@ -46,6 +58,9 @@ Result<void> SaveTarget::open() {
         return failed(place.error());
     }
     m_place.emplace(std::move(*place));
+    // Replacing a file asks for no permission on the file itself.
+    if (isReadOnly(m_ops, folder(), name()))
+        return failed(QStringLiteral("it is marked read-only; use Save As"));
     auto standing = look(m_place->name);
     if (!standing)
         return tl::unexpected(standing.error());

@@ -39,6 +39,11 @@ struct Standing {
 /// True when both looks met the same bytes, as far as the system tells.
 bool sameVersion(const struct stat &left, const struct stat &right);
 
+/// Whether a file is marked as not to be changed: nobody may write it, as its mode says, or we may not. The first
+/// holds for the superuser too, whom the system asks nothing. On a file system of layers the look itself may bring the
+/// file into the upper one, where it is another one: so it comes before all looks that are compared.
+bool isReadOnly(FileOps &ops, int folder, const std::string &name);
+
 /// The file that a save goes to: found once, then looked at before and after. Failures are texts for the user.
 class SaveTarget {
 public:
@@ -46,7 +51,8 @@ public:
         : m_ops(ops)
         , m_expectation(expectation) {}
 
-    /// Finds the folder, looks at what stands there and refuses to go on where somebody else wrote it.
+    /// Finds the folder, looks at what stands there and refuses to go on where that is marked read-only, or where
+    /// somebody else wrote it.
     Result<void> open();
 
     const ResolvedPath &place() const { return *m_place; }

@@ -7,6 +7,7 @@
 #include <QAbstractEventDispatcher>
 
 #include <chrono>
+#include <cmath>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -45,6 +46,16 @@ std::optional<double> numberIn(const QVariant &value) {
     default:
         return std::nullopt;
     }
+}
+
+/// What trying a password costs, where that is more than usual.
+QString noteOn(const KdfCosts &costs, const KdfCosts &usual) {
+    const double times = double(costs.passes) * costs.memoryKiB / (double(usual.passes) * usual.memoryKiB);
+    if (times <= 1 && costs.memoryKiB <= usual.memoryKiB)
+        return {};
+    const QString longer = times > 1 ? u"about %1 times as long, and "_s.arg(std::ceil(times * 10) / 10) : QString();
+    return u"This file asks for more than usual: trying a password takes %1%2 MiB of memory."_s.arg(
+        longer, QString::number(costs.memoryKiB / 1024));
 }
 
 } // namespace
@@ -208,7 +219,7 @@ void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &passw
 
 bool clsQirDatabase::LoadDtb(const QString &fileName, const QString &password) {
     return guarded([&] {
-        if (m_state != State::Fresh || m_changed || m_database.tableCount() != 0 || !m_groups.empty())
+        if (!isUnused())
             raise(u"This database is in use: another file cannot be loaded into it."_s);
         try {
             return loadFile(fileName, password);
@@ -217,6 +228,29 @@ bool clsQirDatabase::LoadDtb(const QString &fileName, const QString &password) {
             return false;
         }
     });
+}
+
+bool clsQirDatabase::isUnused() const {
+    return m_state == State::Fresh && !m_changed && m_database.tableCount() == 0 && m_groups.empty();
+}
+
+QString clsQirDatabase::PasswordNote(const QString &fileName) {
+    return guarded([&] {
+        const std::optional<KdfCosts> costs = m_file.passwordCosts(fileName);
+        return costs ? noteOn(*costs, m_file.usualCosts()) : QString();
+    });
+}
+
+bool clsQirDatabase::BeginUnlock(const QString &fileName, const QString &password) {
+    return guarded([&] { return isUnused() && m_file.prepareKey(fileName, password); });
+}
+
+bool clsQirDatabase::UnlockPending() {
+    return m_file.preparedKey().isPending();
+}
+
+void clsQirDatabase::CancelUnlock() {
+    m_file.preparedKey().cancel();
 }
 
 bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) {
@@ -235,6 +269,7 @@ bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) 
     m_state = State::Open;
     m_changed = false;
     recoverChanges(*body, password);
+    m_file.endLoad();
     return true;
 }
 

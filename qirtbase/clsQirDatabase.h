@@ -46,6 +46,16 @@ public:
     /// Fills a fresh instance from a file, reached ignoring case. False when it cannot be read: LastError() tells why,
     /// and the instance has failed. Throws when the instance is not fresh.
     Q_INVOKABLE bool LoadDtb(const QString &fileName, const QString &password);
+    /// What to tell whoever is asked for the file's password when trying one costs more than on the files that are
+    /// written here; "" where it does not, and for any other file.
+    Q_INVOKABLE QString PasswordNote(const QString &fileName);
+    /// Makes ready what takes long in LoadDtb() of the same file and password, in a thread of its own. False where
+    /// there is nothing to make ready: LoadDtb() is quick then, or fails. Only on a fresh instance.
+    Q_INVOKABLE bool BeginUnlock(const QString &fileName, const QString &password);
+    /// True while that is going on.
+    Q_INVOKABLE bool UnlockPending();
+    /// Gives it up at once; LoadDtb() starts anew then.
+    Q_INVOKABLE void CancelUnlock();
     /// Why the last LoadDtb() returned False; "" otherwise.
     Q_INVOKABLE QString LastError() const { return m_lastError; }
     /// Writes a changed database to its file and clears the changed flag. Does nothing when nothing has changed. Throws
@@ -152,6 +162,7 @@ private:
     std::size_t recordIndex(int record) const;
     std::size_t currentRecordIndex() const;
     void undoGroup();
+    bool isUnused() const;
     bool loadFile(const QString &fileName, const QString &password);
     void failLoad(const QString &reason);
     JournalOptions journalOptions();

@@ -1,15 +1,20 @@
 #include "platform/dialogs/Dialogs.h"
 
+#include <QAbstractButton>
+#include <QBoxLayout>
 #include <QCloseEvent>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace qir {
 
 namespace {
+
+constexpr int noteColumns = 42; // width of a note in average characters
 
 /// A box that only its buttons close.
 class StayingBox : public QMessageBox {
@@ -53,12 +58,35 @@ Answer pressed(const QMessageBox &box, Answer otherwise) {
     }
 }
 
+/// Below the prompt of an input box whose controls are there.
+void addNote(QInputDialog &dialog, const QString &note) {
+    auto *layout = qobject_cast<QBoxLayout *>(dialog.layout());
+    if (note.isEmpty() || layout == nullptr)
+        return;
+    auto *label = new QLabel;
+    label->setObjectName(QStringLiteral("note"));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setText(note);
+    label->setMinimumWidth(label->fontMetrics().averageCharWidth() * noteColumns);
+    layout->insertWidget(1, label);
+}
+
 } // namespace
 
 void messageBox(QWidget *parent, const QString &text, const QString &title) {
     QMessageBox box(parent);
     prepare(box, text, title, QMessageBox::Ok, QMessageBox::Ok);
     box.exec();
+}
+
+bool messageBoxOffering(QWidget *parent, const QString &text, const QString &title, const QString &offer) {
+    QMessageBox box(parent);
+    prepare(box, text, title, QMessageBox::Ok, QMessageBox::Ok);
+    box.setEscapeButton(QMessageBox::Ok);
+    const QAbstractButton *offered = box.addButton(offer, QMessageBox::ActionRole);
+    box.exec();
+    return box.clickedButton() == offered;
 }
 
 Answer askYesNo(QWidget *parent, const QString &text, const QString &title) {
@@ -82,7 +110,8 @@ Answer askUntilAnswered(QWidget *parent, const QString &text, const QString &tit
     return pressed(box, Answer::None);
 }
 
-QString inputBox(QWidget *parent, const QString &prompt, const QString &title, const QString &defaultText) {
+QString inputBox(QWidget *parent, const QString &prompt, const QString &title, const QString &defaultText,
+                 const QString &note) {
     QInputDialog dialog(parent);
     dialog.setInputMode(QInputDialog::TextInput);
     dialog.setWindowTitle(title);
@@ -95,8 +124,11 @@ QString inputBox(QWidget *parent, const QString &prompt, const QString &title, c
         label->setBuddy(nullptr);
     }
     dialog.setLabelText(prompt);
-    for (QLineEdit *box : dialog.findChildren<QLineEdit *>())
+    for (QLineEdit *box : dialog.findChildren<QLineEdit *>()) {
         box->setAccessibleName(prompt);
+        box->setAccessibleDescription(note);
+    }
+    addNote(dialog, note);
     return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
 }
 

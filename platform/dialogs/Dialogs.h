@@ -32,7 +32,11 @@ Answer askYesNoCancel(QWidget *parent, const QString &text, const QString &title
 /// nor the close box answers it.
 Answer askUntilAnswered(QWidget *parent, const QString &text, const QString &title);
 
-/// The standard input box (QInputDialog), typed text in clear. A cancel gives "".
-QString inputBox(QWidget *parent, const QString &prompt, const QString &title, const QString &defaultText = {});
+/// A message with an OK button and one more that offers to do something about it; true when that was pressed.
+bool messageBoxOffering(QWidget *parent, const QString &text, const QString &title, const QString &offer);
+
+/// The standard input box (QInputDialog), typed text in clear. A cancel gives "". A note stands below the prompt.
+QString inputBox(QWidget *parent, const QString &prompt, const QString &title, const QString &defaultText = {},
+                 const QString &note = {});
 
 } // namespace qir

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QThread>
+#include <QTimer>
 #include <QWidget>
 
 #include <algorithm>
@@ -22,6 +23,7 @@ namespace {
 
 constexpr int yieldMilliseconds = 10;
 constexpr auto yieldInterval = 30ms;
+constexpr auto waitInterval = 50ms;
 constexpr int mostCallsBetweenChecks = 32; // a call that suddenly is slow must not stop the window
 
 MessageLoop *theLoop = nullptr;
@@ -135,6 +137,18 @@ void MessageLoop::showError(const QString &text) {
 }
 
 void MessageLoop::yield() {
+    process([] { QCoreApplication::processEvents(QEventLoop::AllEvents, yieldMilliseconds); });
+}
+
+void MessageLoop::waitForMessages() {
+    process([] {
+        QTimer wake;
+        wake.start(waitInterval);
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    });
+}
+
+void MessageLoop::process(const std::function<void()> &processPending) {
     rethrowCarried();
     if (m_ended)
         throw ProgramEnded{};
@@ -142,7 +156,7 @@ void MessageLoop::yield() {
         const CommandScope scope;
         const Counted yielding(m_yields);
         const QPointer<QWidget> before = std::exchange(m_modalAtYield, QApplication::activeModalWidget());
-        QCoreApplication::processEvents(QEventLoop::AllEvents, yieldMilliseconds);
+        processPending();
         m_modalAtYield = before;
     }
     if (m_ended)
@@ -205,11 +219,17 @@ bool MessageLoop::eventFilter(QObject *receiver, QEvent *event) {
     return true;
 }
 
+bool MessageLoop::isAttended(const QWidget &widget) const {
+    return m_attended && (widget.window() == m_attended || m_attended->isAncestorOf(&widget));
+}
+
 bool MessageLoop::passesDuringYield(QObject *receiver) const {
     QWidget *modal = QApplication::activeModalWidget();
+    const QWidget *widget = widgetOf(receiver);
+    if (widget != nullptr && isAttended(*widget))
+        return true;
     if (modal == nullptr || modal == m_modalAtYield)
         return false;
-    const QWidget *widget = widgetOf(receiver);
     // Shortcuts of actions reach only the active window's, which the modal one is.
     return widget == nullptr || widget->window() == modal || modal->isAncestorOf(widget) ||
            widget->window()->windowType() == Qt::Popup;
@@ -226,6 +246,17 @@ CommandScope::~CommandScope() {
         m_loop->closeScope();
 }
 
+AttendedWindow::AttendedWindow(QWidget &window)
+    : m_loop(MessageLoop::instance()) {
+    if (m_loop)
+        m_before = std::exchange(m_loop->m_attended, &window);
+}
+
+AttendedWindow::~AttendedWindow() {
+    if (m_loop)
+        m_loop->m_attended = m_before;
+}
+
 void runCommand(const std::function<void()> &command) {
     if (theLoop != nullptr)
         theLoop->run(command);
@@ -236,6 +267,13 @@ void runCommand(const std::function<void()> &command) {
 void yieldToMessages() {
     if (theLoop != nullptr)
         theLoop->yield();
+    else
+        QCoreApplication::processEvents();
+}
+
+void waitForMessages() {
+    if (theLoop != nullptr)
+        theLoop->waitForMessages();
     else
         QCoreApplication::processEvents();
 }

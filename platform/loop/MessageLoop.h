@@ -63,6 +63,9 @@ public:
     /// meanwhile carried.
     void yield();
 
+    /// The same for a command that can only wait: sleeps, for 50 ms at most, until there is something to process.
+    void waitForMessages();
+
     /// Throws what a nested command could not throw through the signal that started it, once.
     void rethrowCarried();
 
@@ -76,6 +79,7 @@ protected:
 
 private:
     friend class CommandScope;
+    friend class AttendedWindow;
 
     /// Where a command was started: deeper in event loops or yields than the one around it means by an event.
     struct Level {
@@ -91,6 +95,8 @@ private:
     void showError(const QString &text);
     void closeScope();
     void postDelivery();
+    void process(const std::function<void()> &processPending);
+    bool isAttended(const QWidget &widget) const;
     bool passesDuringYield(QObject *receiver) const;
 
     QPointer<QWidget> m_window;
@@ -102,6 +108,7 @@ private:
     int m_yields = 0;
     int m_delivering = 0;
     QPointer<QWidget> m_modalAtYield;
+    QPointer<QWidget> m_attended;
     bool m_deliveryPosted = false;
     bool m_ended = false;
 };
@@ -118,11 +125,28 @@ private:
     QPointer<MessageLoop> m_loop;
 };
 
+/// While it lives, input to a window that the command itself has opened passes during the command's yields: the way to
+/// stop what it does. Input to every other window is held as ever.
+class AttendedWindow {
+public:
+    explicit AttendedWindow(QWidget &window);
+    ~AttendedWindow();
+    AttendedWindow(const AttendedWindow &) = delete;
+    AttendedWindow &operator=(const AttendedWindow &) = delete;
+
+private:
+    QPointer<MessageLoop> m_loop;
+    QPointer<QWidget> m_before;
+};
+
 /// MessageLoop::run() of the program's loop; just the call where there is none.
 void runCommand(const std::function<void()> &command);
 
 /// MessageLoop::yield() of the program's loop; processes events once where there is none.
 void yieldToMessages();
+
+/// MessageLoop::waitForMessages() of the program's loop; processes events once where there is none.
+void waitForMessages();
 
 /// MessageLoop::rethrowCarried() of the program's loop.
 void rethrowCarried();

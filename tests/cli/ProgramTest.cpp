@@ -1,5 +1,6 @@
 #include "tests/cli/Program.h"
 #include "db/QirDatabase.h"
+#include "qirtbase/FileHeader.h"
 
 #include <QDir>
 #include <QFile>
@@ -7,6 +8,8 @@
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
+
+#include <cstring>
 
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
@@ -36,6 +39,19 @@ TEST_P(ProgramTest, CreateSaysWhereNoFileCanBe) {
     const Outcome result = run({u"create"_s, u"MISSING/NEW.DDB"_s});
     EXPECT_EQ(result.status, 2);
     EXPECT_THAT(result.errors.toStdString(), StartsWith("qirdb: MISSING/NEW.DDB: "));
+}
+
+TEST_P(ProgramTest, AReadOnlyFileIsReadAndNotReplaced) {
+    if (std::strcmp(GetParam().name, "Real") != 0)
+        GTEST_SKIP() << "the fake looks at no permissions";
+    makePumps();
+    write(u"more.csv"_s, "Name\nfirst\n");
+    const QByteArray before = bytesOf(u"PUMP.DDB"_s);
+    ASSERT_TRUE(QFile::setPermissions(path(u"PUMP.DDB"_s), QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+    done({u"verify"_s, u"PUMP.DDB"_s});
+    trouble({u"import"_s, u"PUMP.DDB"_s, u"More"_s, u"more.csv"_s},
+            "qirdb: PUMP.DDB: could not be saved: it is marked read-only; use Save As");
+    EXPECT_EQ(bytesOf(u"PUMP.DDB"_s), before);
 }
 
 TEST_P(ProgramTest, InfoTellsTheFigures) {
@@ -222,6 +238,25 @@ TEST_P(ProgramTest, APasswordIsSetChangedAndRemoved) {
     done({u"passwd"_s, u"PUMP.DDB"_s, u"--password-file"_s, u"two"_s, u"--remove"_s});
     EXPECT_NE(bytesOf(u"PUMP.DDB"_s).at(13), '1');
     EXPECT_THAT(done({u"info"_s, u"PUMP.DDB"_s}).toStdString(), HasSubstr("Tables:    2\n"));
+}
+
+TEST_P(ProgramTest, AFileThatAsksForMoreThanUsualSaysSoWhenItAsksForThePassword) {
+    if (std::strcmp(GetParam().name, "Real") != 0)
+        GTEST_SKIP() << "the fake's files ask for nothing";
+    makePumps();
+    write(u"one"_s, "a word");
+    done({u"passwd"_s, u"PUMP.DDB"_s, u"--new-password-file"_s, u"one"_s});
+    EXPECT_THAT(runOnTerminal({u"info"_s, u"PUMP.DDB"_s}, {"a word"}).output.toStdString(),
+                Not(HasSubstr("more than usual")));
+    QByteArray bytes = bytesOf(u"PUMP.DDB"_s);
+    bytes[10 + 80] = 6; // passes: twice as many
+    QByteArray header = bytes.first(10 + 192);
+    sealHeader(header, nullptr);
+    write(u"PUMP.DDB"_s, bytes.replace(0, header.size(), header));
+    EXPECT_THAT(
+        runOnTerminal({u"info"_s, u"PUMP.DDB"_s}, {"a word"}).output.toStdString(),
+        HasSubstr("This file asks for more than usual: trying a password takes about 2 times as long, and 256 MiB "
+                  "of memory.\r\nPassword of PUMP.DDB: "));
 }
 
 TEST_P(ProgramTest, AProtectedFileAsksOnTheTerminalWithoutShowingWhatIsTyped) {

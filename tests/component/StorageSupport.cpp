@@ -9,6 +9,7 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 
 namespace qir {
@@ -42,7 +43,10 @@ void CountingRandom::fill(std::span<unsigned char> bytes) {
 }
 
 KeyDeriver rememberingDeriver() {
-    using Keys = std::map<std::pair<std::string, std::string>, SecretBytes>;
+    struct Keys {
+        std::mutex mutex; // keys are derived in threads too
+        std::map<std::pair<std::string, std::string>, SecretBytes> of;
+    };
     const auto known = std::make_shared<Keys>();
     return [known](const SecretBytes &password, const KdfParameters &parameters) -> LoadResult<SecretBytes> {
         const auto &[costs, salt] = parameters;
@@ -50,10 +54,11 @@ KeyDeriver rememberingDeriver() {
             std::string(reinterpret_cast<const char *>(password.data()), password.size()),
             std::string(salt.begin(), salt.end()) + std::to_string(costs.passes) + ' ' +
                 std::to_string(costs.memoryKiB));
-        if (const auto found = known->find(name); found != known->end())
+        const std::lock_guard lock(known->mutex);
+        if (const auto found = known->of.find(name); found != known->of.end())
             return found->second.clone();
         return deriveMasterKey(password, parameters).map([&](SecretBytes key) {
-            known->emplace(name, key.clone());
+            known->of.emplace(name, key.clone());
             return key;
         });
     };

@@ -102,7 +102,10 @@ private Q_SLOTS:
     void inputToABoxOpenedDuringTheYieldPasses();
     void inputToTheBoxThatTheCommandStandsInIsHeld();
     void inputToABoxOpenedByTheCommandPasses();
+    void inputToAnAttendedWindowPassesAndEveryOtherIsHeld();
+    void theMainWindowIsClosedBesideAnAttendedWindow();
     void aYieldIsBounded();
+    void waitingGoesOnWhenThereIsNothingToProcess();
     void yieldingIfDueYieldsNowAndThen();
 
     void closingTheWindowEndsTheCommandAtItsYield();
@@ -449,6 +452,57 @@ void MessageLoopTest::inputToABoxOpenedByTheCommandPasses() {
     });
     QCOMPARE(typed, u"abc"_s);
     QTRY_COMPARE(m_window->first->text(), u"held"_s);
+}
+
+void MessageLoopTest::inputToAnAttendedWindowPassesAndEveryOtherIsHeld() {
+    QString typed;
+    QString duringWaiting;
+    m_loop->run([&] {
+        QDialog box(m_window.get());
+        auto *line = new QLineEdit(&box);
+        box.show();
+        {
+            const AttendedWindow attended(box);
+            QTimer::singleShot(0, &box, [&] {
+                QTest::keyClicks(m_window->first, u"held"_s);
+                QTest::keyClicks(line, u"abc"_s);
+            });
+            m_loop->yield();
+            typed = line->text();
+            duringWaiting = m_window->first->text();
+        }
+        QTimer::singleShot(0, &box, [&] { QTest::keyClicks(line, u"d"_s); });
+        m_loop->yield();
+        QCOMPARE(line->text(), u"abc"_s);
+    });
+    QCOMPARE(typed, u"abc"_s);
+    QCOMPARE(duringWaiting, QString());
+    QTRY_COMPARE(m_window->first->text(), u"held"_s);
+}
+
+void MessageLoopTest::theMainWindowIsClosedBesideAnAttendedWindow() {
+    bool wentOn = false;
+    m_loop->run([&] {
+        QDialog box(m_window.get());
+        box.show();
+        const AttendedWindow attended(box);
+        QTimer::singleShot(0, m_window.get(), [this] { m_window->close(); });
+        for (int turn = 0; turn < 100; ++turn)
+            m_loop->waitForMessages();
+        wentOn = true;
+    });
+    QVERIFY(!wentOn);
+    QVERIFY(m_loop->programEnded());
+}
+
+void MessageLoopTest::waitingGoesOnWhenThereIsNothingToProcess() {
+    QElapsedTimer timer;
+    timer.start();
+    m_loop->run([&] {
+        for (int turn = 0; turn < 10; ++turn)
+            m_loop->waitForMessages();
+    });
+    QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
 }
 
 void MessageLoopTest::aYieldIsBounded() {

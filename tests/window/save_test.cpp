@@ -71,6 +71,70 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aSaveThatFailedOffersSaveAs() {
+        UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        change(fixture, 0, u"2"_s);
+        fake->failOn(u"SaveDtb"_s, u"The disk is full."_s);
+        fake->clearLog();
+        fixture.dialogs().expect([&](QDialog &dialog) {
+            const QString problem = pressButton(dialog, u"Save As..."_s);
+            fake->stopFailing();
+            return problem;
+        });
+        fixture.dialogs().expectFile(fileDialogTitle, path(u"B.DDB"_s));
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(savingCalls(),
+                 QStringList({u"SaveDtb()"_s, u"SetDatabaseFileName(%1)"_s.arg(path(u"B.DDB"_s).toUpper()),
+                              u"DtbHasChanged(true)"_s, u"SaveDtb()"_s, u"DtbHasChanged(false)"_s}));
+        QCOMPARE(savedValue(path(u"B.DDB"_s), u"T"_s), u"2"_s);
+        QCOMPARE(savedValue(path(u"A.DDB"_s), u"T"_s), u"1"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aReadOnlyFileIsNotSavedOverAndIsSavedUnderAnotherName() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+        const QByteArray before = fileBytes(file);
+        EditorFixture fixture(file);
+        change(fixture, 0, u"2"_s);
+        const QString reason = file + u": could not be saved: it is marked read-only; use Save As"_s;
+        fixture.dialogs().expectMessage(reason, u"QIR Database Editor"_s, u"OK"_s);
+        fixture.choose(Command::SaveMenu);
+        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QCOMPARE(fileBytes(file), before);
+
+        fixture.dialogs().expectMessage(reason, u"QIR Database Editor"_s, u"Save As..."_s);
+        fixture.dialogs().expectFile(fileDialogTitle, path(u"B.DDB"_s));
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(savedValue(path(u"B.DDB"_s), u"T"_s), u"2"_s);
+        QCOMPARE(fileBytes(file), before);
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aReadOnlyFileWhoseChangesAreWantedAtTheEndIsKeptAsARescueFile() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+        const QByteArray before = fileBytes(file);
+        EditorFixture fixture(file);
+        change(fixture, 0, u"2"_s);
+        const QDir rescue(qEnvironmentVariable("XDG_STATE_HOME") + u"/qir/rescue"_s);
+        fixture.dialogs().expectMessage(saveQuestion(file), u"QIR Database Editor"_s, u"Yes"_s);
+        fixture.dialogs().expect([&](QDialog &dialog) {
+            auto *box = qobject_cast<QMessageBox *>(&dialog);
+            const bool tells = box && box->text().contains(u"read-only") && box->text().contains(rescue.path());
+            return (tells ? QString() : u"it does not tell: "_s + (box ? box->text() : QString())) +
+                   pressButton(dialog, u"OK"_s);
+        });
+        fixture.choose(Command::CloseDatabaseMenu);
+        QCOMPARE(fileBytes(file), before);
+        const QStringList files = rescue.entryList(QDir::Files);
+        QCOMPARE(files.size(), 1);
+        QCOMPARE(savedValue(rescue.filePath(files.first()), u"T"_s), u"2"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void aSaveIntoAFolderThatIsGoneFailsAndClosingAsksAgain() {
         QVERIFY(QDir(path(QString())).mkdir(u"GONE"_s));
         const QString file = makeFile(u"GONE/A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
