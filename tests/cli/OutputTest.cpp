@@ -51,6 +51,12 @@ TEST(JsonTextTest, EveryCharacterOfATextComesBack) {
     EXPECT_EQ(QJsonDocument::fromJson(out).array().at(0).toString(), text);
 }
 
+TEST(JsonTextTest, NoTerminalActsOnAText) {
+    QByteArray out;
+    appendJsonString(out, u"\x1b[31m\x7f\u009b\u0080\u00a0é"_s);
+    EXPECT_EQ(out, "\"\\u001b[31m\\u007f\\u009b\\u0080\u00a0é\"");
+}
+
 TEST(TextTableTest, ColumnsAreAsWideAsTheirWidestAndNumbersStandAtTheRight) {
     TextTable lines;
     lines.addColumn(u"Name"_s, TextTable::Align::Left);
@@ -127,7 +133,7 @@ TEST_F(WholeFileTest, AFaultAtAnyCallLeavesTheOldFileOrTheNewOneAndNothingBeside
         FailingFileOps ops(Fault{at, Fault::Kind::Undone, ENOSPC, false});
         bool failed = false;
         try {
-            writeWholeFile(file, "brand new", ops);
+            writeWholeFile(file, "brand new", {}, ops);
         } catch (const FileError &error) {
             failed = true;
         }

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+#include <exception>
+
+namespace qir {
+
+/// What an exception says to the user. The library's own ones for a lack of memory have no words of their own.
+QString errorWords(const std::exception &error);
+
+} // namespace qir
