@@ -8,6 +8,7 @@
 #include "cli/WholeFile.h"
 
 #include <memory>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
@@ -40,9 +41,17 @@ void dumpText(const QirDatabase &database, const TableInfo &table) {
     for (const FieldInfo &field : table.fields)
         lines.addColumn(u"%1 [%2]"_s.arg(field.name, typeName(field.type)),
                         field.type == FieldType::Text ? TextTable::Align::Left : TextTable::Align::Right);
-    forEachRecord(database, table,
-                  [&](const QStringList &values) { lines.addLine(values.mid(1, qsizetype(table.fields.size()))); });
-    print(lines.text());
+    const auto valuesOf = [&](const QStringList &values) {
+        return std::span(values.constData() + 1, table.fields.size());
+    };
+    forEachRecord(database, table, [&](const QStringList &values) { lines.measure(valuesOf(values)); });
+    QByteArray out;
+    lines.appendHeading(out);
+    forEachRecord(database, table, [&](const QStringList &values) {
+        lines.appendLine(out, valuesOf(values));
+        printWhenMany(out);
+    });
+    print(out);
 }
 
 struct Arguments {
