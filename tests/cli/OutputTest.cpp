@@ -57,13 +57,13 @@ TEST(JsonTextTest, NoTerminalActsOnAText) {
     EXPECT_EQ(out, "\"\\u001b[31m\\u007f\\u009b\\u0080\u00a0é\"");
 }
 
-QByteArray textOf(TextTable &table, const QList<QStringList> &lines) {
+QByteArray textOf(TextTable &columns, const QList<QStringList> &lines) {
     for (const QStringList &line : lines)
-        table.measure(line);
+        columns.measure(line);
     QByteArray out;
-    table.appendHeading(out);
+    columns.appendHeading(out);
     for (const QStringList &line : lines)
-        table.appendLine(out, line);
+        columns.appendLine(out, line);
     return out;
 }
 

@@ -148,6 +148,7 @@ TEST_P(ContractTest, ATableWithoutFieldsIsSavedWithoutRecords) {
     EXPECT_FALSE(database.DtbHasChanged());
     const QirDatabase again = loaded(u"TEST.DDB"_s);
     EXPECT_EQ(Content::of(again), Content::of(database));
+    database.QIRTableRecordSource(u"Pumps"_s);
     database.AddField(u"Name"_s, 10, 5);
     EXPECT_EQ(database.QirTableRecordsCount(), 0);
     again.QIRTableRecordSource(u"Other"_s);
