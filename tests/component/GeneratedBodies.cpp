@@ -2,6 +2,7 @@
 
 #include <QtEndian>
 
+#include <algorithm>
 #include <cstdint>
 #include <random>
 
@@ -100,23 +101,26 @@ GeneratedBody manyTables(std::string name, int tables, const QByteArray &stem,
 
 } // namespace
 
-std::vector<GeneratedBody> extremeBodies() {
+std::vector<GeneratedBody> extremeBodies(int part) {
     const QByteArray wide = "\xF0\x9F\x98\x80";
+    const auto some = [part](int count) { return std::max(2, count / part); };
+    const auto records = [part](int count) { return static_cast<std::uint32_t>(count / part); };
     return {
-        manyTables("tables", 4096, "T", {}),
-        manyTables("long names of tables", 4000, QByteArray(240, 'x'), {}),
-        manyTables("fields", 100, "T", manyFields(1024, "f")),
-        manyTables("fields of texts", 100, "T", manyFields(1024, "f", textType)),
-        manyTables("long names of fields", 4, "T", manyFields(1024, QByteArray(240, 'x'))),
-        manyTables("names of wide characters", 2, "T", manyFields(1024, wide.repeated(120))),
-        oneTable("records", 1'000'000, manyFields(1, "f")),
-        oneTable("records of empty texts", 200'000, manyFields(1, "f", textType)),
-        oneTable("fields and records", 1000, manyFields(1024, "f")),
-        oneTable("numbers", 100, manyFields(1024, "f", doubleType)),
-        oneTable("one long text", 50'000,
+        manyTables("tables", some(4096), "T", {}),
+        manyTables("long names of tables", some(4000), QByteArray(240, 'x'), {}),
+        manyTables("fields", some(100), "T", manyFields(1024, "f")),
+        manyTables("fields of texts", some(100), "T", manyFields(1024, "f", textType)),
+        manyTables("long names of fields", some(4), "T", manyFields(some(1024), QByteArray(240, 'x'))),
+        manyTables("names of wide characters", 2, "T", manyFields(some(1024), wide.repeated(120))),
+        oneTable("records", records(1'000'000), manyFields(1, "f")),
+        oneTable("records of empty texts", records(200'000), manyFields(1, "f", textType)),
+        oneTable("fields and records", records(1000), manyFields(1024, "f")),
+        oneTable("numbers", records(100), manyFields(1024, "f", doubleType)),
+        oneTable("one long text", records(50'000),
                  {{"a", textType, {QByteArray(65535, 'x')}}, {"b", boolType, {}}, {"c", textType, {}}}),
         oneTable("a wide character in a long text", 2, {{"a", textType, {wide + QByteArray(65534, 'x'), "x"}}}),
-        oneTable("a long name over many records", 50'000, {{QByteArray(255, 'x'), boolType, {}}, {"b", boolType, {}}}),
+        oneTable("a long name over many records", records(50'000),
+                 {{QByteArray(255, 'x'), boolType, {}}, {"b", boolType, {}}}),
     };
 }
 

@@ -21,8 +21,9 @@ inline void PrintTo(const GeneratedBody &body, std::ostream *out) {
     *out << body.name << ", " << body.bytes.size() << " bytes";
 }
 
-/// Bodies of about a megabyte that are large in one way: as many tables, fields, records, names or texts as that holds.
-std::vector<GeneratedBody> extremeBodies();
+/// Bodies of about a megabyte, or a part of that, that are large in one way: as many tables, fields, records, names or
+/// texts as that holds.
+std::vector<GeneratedBody> extremeBodies(int part = 1);
 /// A body of anything, smaller than these.
 GeneratedBody randomBody(unsigned seed);
 
