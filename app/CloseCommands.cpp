@@ -4,6 +4,7 @@
 #include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/PaneTable.h"
+#include "base/ErrorWords.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "platform/dialogs/Dialogs.h"
@@ -37,7 +38,7 @@ void CloseCommands::Form_QueryUnload() {
         try {
             askAndRelease(pane);
         } catch (const std::exception &error) {
-            messageBox(m_editor.controls.window, QString::fromUtf8(error.what()), applicationTitle());
+            messageBox(m_editor.controls.window, errorWords(error), applicationTitle());
         }
     }
 }

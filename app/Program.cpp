@@ -1,6 +1,8 @@
 #include "app/Program.h"
 
 #include "app/DtbEditor.h"
+#include "app/shared/Funzioni.h"
+#include "platform/dialogs/Dialogs.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <QApplication>
@@ -32,6 +34,13 @@ void start(DtbEditor &window, const ProgramArguments &arguments)
 }
 
 } // namespace
+
+int refuseArguments(const QString &reason)
+{
+    std::fprintf(stderr, "qir-editor: %s\n", qUtf8Printable(reason));
+    messageBox(nullptr, reason, applicationTitle());
+    return 2;
+}
 
 int runProgram(const ProgramArguments &arguments)
 {

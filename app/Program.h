@@ -10,6 +10,10 @@ struct ProgramArguments {
     QString picture;  ///< Where to write a picture of the window; "" for an editor that people use.
 };
 
+/// Says why the arguments cannot be taken, on the standard error output and in a box, since a file manager shows no
+/// output. Gives the exit status, 2.
+int refuseArguments(const QString &reason);
+
 /// Runs the editor on the application object that exists, until its window is closed. Gives the exit status: 0, or 1
 /// when the database named could not be loaded; 2 when the picture could not be written.
 int runProgram(const ProgramArguments &arguments);

@@ -1,5 +1,6 @@
 #include "app/Program.h"
 #include "app/shared/Funzioni.h"
+#include "base/ArgumentTexts.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -8,7 +9,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-qir::ProgramArguments parseArguments(const QApplication &application) {
+qir::ProgramArguments parseArguments(const QStringList &arguments) {
     QCommandLineParser parser;
     // Options stand before the first other argument only: a file name may look like one.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
@@ -19,7 +20,7 @@ qir::ProgramArguments parseArguments(const QApplication &application) {
                                      u"OUT.png"_s);
     parser.addOption(picture);
     parser.addPositionalArgument(u"FILE"_s, u"The database to open in the left pane."_s, u"[FILE]"_s);
-    parser.process(application);
+    parser.process(arguments);
     return {parser.positionalArguments().join(u' '), parser.value(picture)};
 }
 
@@ -30,5 +31,9 @@ int main(int argc, char *argv[]) {
     // No display name: it would be added to the title of every dialog.
     QCoreApplication::setApplicationName(qir::applicationTitle());
     QCoreApplication::setApplicationVersion(QStringLiteral(QIR_VERSION));
-    return qir::runProgram(parseArguments(application));
+    // As bytes, not as QApplication has them: a name that is no text would become that of another file.
+    const qir::Result<QStringList> arguments = qir::argumentTexts(argc, argv);
+    if (!arguments)
+        return qir::refuseArguments(arguments.error().text);
+    return qir::runProgram(parseArguments(*arguments));
 }

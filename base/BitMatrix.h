@@ -10,6 +10,8 @@ namespace qir {
 /// A two-dimensional array of flags, rows 0..rows()-1 and columns 0..columns()-1, that always knows how many of them
 /// are set. A row is a run of 64-bit words (column c is bit c % 64 of word c / 64; bits beyond the last column are
 /// 0), so that whole rows are compared and copied by word. Sizes multiply in 64 bits.
+///
+/// The last rows, as many as are alike, are kept once: a block of rows that only one of two tables has takes no memory.
 class BitMatrix {
 public:
     BitMatrix() = default;
@@ -26,6 +28,10 @@ public:
     /// Sets or clears a flag within the bounds; does nothing outside.
     void set(std::size_t row, std::size_t column, bool value);
     void clear();
+    /// Sets all flags of these rows and columns and those behind them.
+    void setBlock(std::size_t firstRow, std::size_t firstColumn);
+    /// Bytes of memory held.
+    std::size_t memory() const { return (m_words.capacity() + m_rest.capacity()) * sizeof(std::uint64_t); }
 
     std::size_t wordsPerRow() const { return m_wordsPerRow; }
     /// The words of a row, for reading.
@@ -33,14 +39,20 @@ public:
     /// Replaces a row; `words` has wordsPerRow() words, bits beyond the last column are dropped.
     void setRow(std::size_t row, std::span<const std::uint64_t> words);
 
-    friend bool operator==(const BitMatrix &, const BitMatrix &) = default;
+    friend bool operator==(const BitMatrix &left, const BitMatrix &right);
 
 private:
+    std::size_t storedRows() const { return m_wordsPerRow == 0 ? 0 : m_words.size() / m_wordsPerRow; }
+    /// The words of a row that is going to change.
+    std::uint64_t *ownRow(std::size_t row);
+    void storeRows(std::size_t count);
+
     std::size_t m_rows = 0;
     std::size_t m_columns = 0;
     std::size_t m_wordsPerRow = 0;
     std::size_t m_count = 0;
-    std::vector<std::uint64_t> m_words;
+    std::vector<std::uint64_t> m_words; // of the first rows
+    std::vector<std::uint64_t> m_rest;  // of each row behind them
 };
 
 } // namespace qir

@@ -157,23 +157,28 @@ double powerOfTen(std::int64_t power) {
     return powers[power];
 }
 
-double magnitudeOf(const Scanned &number) {
+struct Magnitude {
+    double value;
+    bool passesRange = false; ///< The value is the largest instead.
+};
+
+Magnitude magnitudeOf(const Scanned &number) {
     if (number.digits <= exactDigits && std::abs(number.power) <= exactPower) {
         const auto digits = static_cast<double>(number.mantissa);
-        return number.power < 0 ? digits / powerOfTen(-number.power) : digits * powerOfTen(number.power);
+        return {number.power < 0 ? digits / powerOfTen(-number.power) : digits * powerOfTen(number.power)};
     }
     double value = 0.0;
     const char *first = number.decimal.data();
     const auto [end, error] = std::from_chars(first, first + number.decimal.size(), value);
     constexpr double largest = std::numeric_limits<double>::max();
     if (error == std::errc::result_out_of_range)
-        return isTooLarge(number) ? largest : 0.0;
-    return std::min(std::abs(value), largest);
+        return isTooLarge(number) ? Magnitude{largest, true} : Magnitude{0.0};
+    return {std::min(std::abs(value), largest), std::abs(value) > largest};
 }
 
 double valueOf(const Scanned &number) {
     // Through the double's own sign, because -0 is a value of its own.
-    return number.hasDigits ? std::copysign(magnitudeOf(number), number.negative ? -1.0 : 1.0) : 0.0;
+    return number.hasDigits ? std::copysign(magnitudeOf(number).value, number.negative ? -1.0 : 1.0) : 0.0;
 }
 
 } // namespace
@@ -187,6 +192,11 @@ std::optional<double> wholeNumber(QStringView text) {
     if (!number.hasDigits || number.end != text.size())
         return std::nullopt;
     return valueOf(number);
+}
+
+bool passesRange(QStringView text) {
+    const Scanned number = scan(text);
+    return number.hasDigits && magnitudeOf(number).passesRange;
 }
 
 } // namespace qir

@@ -18,4 +18,7 @@ double leadingNumber(QStringView text);
 /// digit), nothing when it is no such text. Same notation as leadingNumber().
 std::optional<double> wholeNumber(QStringView text);
 
+/// True when the number that a text begins with lies past the range of double, so that a finite one stands for it.
+bool passesRange(QStringView text);
+
 } // namespace qir

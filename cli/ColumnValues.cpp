@@ -147,8 +147,11 @@ Result<double> importedNumber(FieldType type, const QString &text) {
     }
     if (!number)
         return failure(u"is no number"_s);
-    if (type == FieldType::Double || type == FieldType::Date)
+    if (type == FieldType::Double || type == FieldType::Date) {
+        if (passesRange(text))
+            return failure(u"is larger than a number can be"_s);
         return *number;
+    }
     const Range range = rangeOf(type);
     if (std::nearbyint(*number) != *number)
         return failure(u"is no whole number"_s);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/ArgumentTexts.h"
+
 #include <QString>
 
 #include <CLI/CLI.hpp>
@@ -30,7 +32,13 @@ void addVerify(CLI::App &program, Exit &exit);
 
 /// An argument as the program was given it.
 inline QString argumentText(const std::string &argument) {
-    return QString::fromLocal8Bit(argument);
+    return argumentText(QByteArrayView(argument.data(), static_cast<qsizetype>(argument.size())));
+}
+
+/// The option by which a command writes CSV files for spreadsheets that compute what begins like a formula.
+inline void addEscapeFormulas(CLI::App &command, bool &escape) {
+    command.add_flag("--escape-formulas", escape,
+                     "CSV only: put an apostrophe before texts that a spreadsheet would compute (=, +, -, @ in front)");
 }
 
 /// The option by which a command takes the password of its file.

@@ -25,7 +25,7 @@ void decode(QByteArrayView bytes, QString &text) {
 class CsvReading {
 public:
     CsvReading() {
-        if (csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI) != 0)
+        if (csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI | CSV_REPALL_NL) != 0)
             throw std::bad_alloc();
         csv_set_space_func(&m_parser, [](unsigned char) { return 0; }); // blanks belong to the values
     }
@@ -52,7 +52,7 @@ private:
     static void takeValue(void *value, std::size_t size, void *self) {
         static_cast<CsvReading *>(self)->addValue(QByteArrayView(static_cast<const char *>(value), qsizetype(size)));
     }
-    static void takeRecord(int, void *self) { static_cast<CsvReading *>(self)->endRecord(); }
+    static void takeRecord(int end, void *self) { static_cast<CsvReading *>(self)->endLine(end); }
 
     void addValue(QByteArrayView value) {
         if (!m_problem.isEmpty())
@@ -72,9 +72,22 @@ private:
         m_table.m_ends.push_back(static_cast<std::size_t>(m_table.m_block.size()));
     }
 
-    void endRecord() {
-        if (!m_problem.isEmpty())
+    // `end` is the character that ended the line, -1 for the end of the file.
+    void endLine(int end) {
+        const bool isEmpty = m_values == 0;
+        const bool isRestOfLineEnd = isEmpty && m_lineEnd == '\r' && end == '\n';
+        m_lineEnd = isRestOfLineEnd ? '\n' : end;
+        if (!m_problem.isEmpty() || isRestOfLineEnd)
             return;
+        if (!isEmpty)
+            endRecord();
+        else if (!m_inHeader && m_table.m_header.size() == 1) {
+            addValue({}); // an empty line is how a column of its own writes an empty value
+            endRecord();
+        }
+    }
+
+    void endRecord() {
         if (!m_inHeader) {
             if (m_values != m_table.m_header.size())
                 m_problem = u"%1: it has %2 values, the header has %3"_s.arg(place()).arg(m_values).arg(
@@ -93,6 +106,7 @@ private:
     QString m_problem;
     bool m_inHeader = true;
     qsizetype m_values = 0;
+    int m_lineEnd = 0;
 };
 
 Result<CsvTable> CsvTable::read(QByteArrayView bytes) {

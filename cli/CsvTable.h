@@ -14,9 +14,10 @@ namespace qir {
 /// A CSV file in memory: a header line and records of as many values, kept in one block of UTF-8.
 class CsvTable {
 public:
-    /// Reads UTF-8 with or without byte order mark, values separated by commas, quoted by double quotes. Lines without
-    /// a character are no records. Fails with the number of the record (1 is the first after the header) where the text
-    /// is no UTF-8, a quote is out of place, or a record has more or fewer values than the header.
+    /// Reads UTF-8 with or without byte order mark, values separated by commas, quoted by double quotes. A line without
+    /// a character is an empty value where there is one column, and no record where there are more. Fails with the
+    /// number of the record (1 is the first after the header) where the text is no UTF-8, a quote is out of place, or a
+    /// record has more or fewer values than the header.
     static Result<CsvTable> read(QByteArrayView bytes);
 
     const QStringList &header() const { return m_header; }

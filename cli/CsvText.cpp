@@ -16,6 +16,13 @@ bool needsQuotes(QStringView value) {
     return std::ranges::any_of(value, [](QChar c) { return c == u',' || c == u'"' || c == u'\n' || c == u'\r'; });
 }
 
+/// Whether a spreadsheet would compute the text, some of them without the blanks in front of it.
+bool isFormula(QStringView text) {
+    constexpr QStringView signs = u"=+-@\uFF1D\uFF0B\uFF0D\uFF20";
+    const auto first = std::ranges::find_if_not(text, [](QChar unit) { return unit.isSpace(); });
+    return first != text.end() && signs.contains(*first);
+}
+
 } // namespace
 
 void appendCsvValue(QByteArray &out, QStringView value) {
@@ -28,23 +35,31 @@ void appendCsvValue(QByteArray &out, QStringView value) {
     out += '"';
 }
 
-void appendCsvHeader(QByteArray &out, const TableInfo &table) {
+void appendCsvText(QByteArray &out, const QString &text, Formulas formulas) {
+    appendCsvValue(out, formulas == Formulas::Escaped && isFormula(text) ? u'\'' + text : text);
+}
+
+void appendCsvHeader(QByteArray &out, const TableInfo &table, Formulas formulas) {
     bool isFirst = true;
     for (const FieldInfo &field : table.fields) {
         if (!isFirst)
             out += ',';
         isFirst = false;
-        appendCsvValue(out, fieldHeaderText(field));
+        appendCsvText(out, fieldHeaderText(field), formulas);
     }
     out += '\n';
 }
 
-void appendCsvRecord(QByteArray &out, const TableInfo &table, const QStringList &values) {
-    const auto fields = static_cast<qsizetype>(table.fields.size());
-    for (qsizetype k = 1; k <= fields; ++k) {
-        if (k > 1)
+void appendCsvRecord(QByteArray &out, const TableInfo &table, const QStringList &values, Formulas formulas) {
+    qsizetype k = 0;
+    for (const FieldInfo &field : table.fields) {
+        if (k > 0)
             out += ',';
-        appendCsvValue(out, values.at(k));
+        ++k;
+        if (field.type == FieldType::Text)
+            appendCsvText(out, values.at(k), formulas);
+        else
+            appendCsvValue(out, values.at(k));
     }
     out += '\n';
 }

@@ -28,7 +28,7 @@ QString tableText(const TableDifference &table) {
         return u"only right: "_s + name;
     if (!table.different)
         return u"same: "_s + name;
-    const auto count = static_cast<qulonglong>(table.cells.count());
+    const auto count = static_cast<qulonglong>(table.cellCount());
     return u"differs: %1 (%2%3%4)"_s.arg(name, count == 1 ? u"1 cell"_s : u"%1 cells"_s.arg(count),
                                          sides(table.sizes.leftRecords, table.sizes.rightRecords, u"records"_s),
                                          sides(table.sizes.leftFields, table.sizes.rightFields, u"fields"_s));
@@ -90,7 +90,7 @@ void appendTableJson(QByteArray &out, const TableDifference &table) {
     appendJsonString(out, table.name);
     out += QByteArray(", \"state\": \"") + stateName(table) + '"';
     if (table.different) {
-        out += ", \"cells\": " + QByteArray::number(static_cast<qulonglong>(table.cells.count()));
+        out += ", \"cells\": " + QByteArray::number(static_cast<qulonglong>(table.cellCount()));
         appendPair(out, "records", table.sizes.leftRecords, table.sizes.rightRecords);
         appendPair(out, "fields", table.sizes.leftFields, table.sizes.rightFields);
     }

@@ -1,5 +1,8 @@
 #include "cli/Differences.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace qir {
 
 namespace {
@@ -35,6 +38,16 @@ QVariant valueOf(const QirDatabase &database, int record, int field) {
 
 } // namespace
 
+std::size_t TableDifference::cellCount() const {
+    // Where one side has more records and the other more fields, the corner beyond both is set as well.
+    const int records = sizes.leftRecords - sizes.rightRecords;
+    const int fields = sizes.leftFields - sizes.rightFields;
+    const bool hasCorner = (records > 0 && fields < 0) || (records < 0 && fields > 0);
+    const auto corner =
+        hasCorner ? static_cast<std::size_t>(std::abs(records)) * static_cast<std::size_t>(std::abs(fields)) : 0;
+    return cells.count() - corner;
+}
+
 DatabaseDifference compareDatabases(const QirDatabase &left, const QirDatabase &right) {
     QStringList leftNames = tableNames(left, left.QIRTablesCount());
     QStringList rightNames = tableNames(right, right.QIRTablesCount());
@@ -59,7 +72,9 @@ void forEachDifferingCell(const TableDifference &table, const QirDatabase &left,
     const TableSizes &sizes = table.sizes;
     const QStringList names = fieldNames(sizes, left, right);
     for (int record = 1; record <= sizes.mostRecords(); ++record) {
-        for (int field = 1; field <= sizes.mostFields(); ++field) {
+        const int fields = std::max(record <= sizes.leftRecords ? sizes.leftFields : 0,
+                                    record <= sizes.rightRecords ? sizes.rightFields : 0);
+        for (int field = 1; field <= fields; ++field) {
             if (!table.cells.at(static_cast<std::size_t>(record), static_cast<std::size_t>(field)))
                 continue;
             DifferingCell cell;

@@ -18,6 +18,9 @@ struct TableDifference {
     bool different = false; ///< Of a table that both have: in size or in any value.
     TableSizes sizes;       ///< Of a table that both have.
     BitMatrix cells;        ///< (record, field) from 1: where they differ. Empty for equal tables.
+
+    /// How many cells of either side differ from the other; what neither side has is none.
+    std::size_t cellCount() const;
 };
 
 /// Everything that differs between two databases.

@@ -8,6 +8,7 @@
 #include "cli/WholeFile.h"
 
 #include <memory>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
@@ -25,11 +26,11 @@ void dumpJson(const QirDatabase &database, const TableInfo &table) {
     print(out);
 }
 
-void dumpCsv(const QirDatabase &database, const TableInfo &table) {
+void dumpCsv(const QirDatabase &database, const TableInfo &table, Formulas formulas) {
     QByteArray out;
-    appendCsvHeader(out, table);
+    appendCsvHeader(out, table, formulas);
     forEachRecord(database, table, [&](const QStringList &values) {
-        appendCsvRecord(out, table, values);
+        appendCsvRecord(out, table, values, formulas);
         printWhenMany(out);
     });
     print(out);
@@ -40,9 +41,17 @@ void dumpText(const QirDatabase &database, const TableInfo &table) {
     for (const FieldInfo &field : table.fields)
         lines.addColumn(u"%1 [%2]"_s.arg(field.name, typeName(field.type)),
                         field.type == FieldType::Text ? TextTable::Align::Left : TextTable::Align::Right);
-    forEachRecord(database, table,
-                  [&](const QStringList &values) { lines.addLine(values.mid(1, qsizetype(table.fields.size()))); });
-    print(lines.text());
+    const auto valuesOf = [&](const QStringList &values) {
+        return std::span(values.constData() + 1, table.fields.size());
+    };
+    forEachRecord(database, table, [&](const QStringList &values) { lines.measure(valuesOf(values)); });
+    QByteArray out;
+    lines.appendHeading(out);
+    forEachRecord(database, table, [&](const QStringList &values) {
+        lines.appendLine(out, valuesOf(values));
+        printWhenMany(out);
+    });
+    print(out);
 }
 
 struct Arguments {
@@ -50,11 +59,13 @@ struct Arguments {
     std::string table;
     std::string format = "text";
     std::string passwordFile;
+    bool escapeFormulas = false;
 };
 
 void dump(const Arguments &arguments) {
     const Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
     const QirDatabase &database = session.database();
+    const Formulas formulas = arguments.escapeFormulas ? Formulas::Escaped : Formulas::Plain;
     session.run([&] {
         const bool isOne = !arguments.table.empty();
         const QStringList names = isOne ? QStringList(argumentText(arguments.table)) : tableNames(database);
@@ -68,13 +79,16 @@ void dump(const Arguments &arguments) {
             if (!isOne) {
                 QByteArray title(isFirst ? "" : "\n");
                 if (arguments.format == "csv")
-                    appendCsvValue(title, name);
+                    appendCsvText(title, name, formulas);
                 else
                     title += printableText(name).toUtf8();
                 print(title + '\n');
             }
             isFirst = false;
-            arguments.format == "csv" ? dumpCsv(database, table) : dumpText(database, table);
+            if (arguments.format == "csv")
+                dumpCsv(database, table, formulas);
+            else
+                dumpText(database, table);
         }
     });
 }
@@ -92,6 +106,7 @@ void addDump(CLI::App &program, Exit &) {
                      "it is the only one asked for; text: columns for people")
         ->check(CLI::IsMember({"json", "csv", "text"}))
         ->capture_default_str();
+    addEscapeFormulas(*command, arguments->escapeFormulas);
     addPasswordFile(*command, arguments->passwordFile);
     command->callback([arguments] { dump(*arguments); });
 }

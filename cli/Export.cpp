@@ -1,3 +1,4 @@
+#include "base/FileNames.h"
 #include "cli/Commands.h"
 #include "cli/CsvText.h"
 #include "cli/Session.h"
@@ -17,21 +18,27 @@ struct Arguments {
     std::string table;
     std::string csv;
     std::string passwordFile;
+    bool force = false;
+    bool escapeFormulas = false;
 };
 
 void exportTable(const Arguments &arguments) {
     const Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
+    const Formulas formulas = arguments.escapeFormulas ? Formulas::Escaped : Formulas::Plain;
     QByteArray out;
     session.run([&] {
         const TableInfo table = chooseTable(session.database(), argumentText(arguments.table));
-        appendCsvHeader(out, table);
+        appendCsvHeader(out, table, formulas);
         forEachRecord(session.database(), table,
-                      [&](const QStringList &values) { appendCsvRecord(out, table, values); });
+                      [&](const QStringList &values) { appendCsvRecord(out, table, values, formulas); });
     });
     if (arguments.csv == "-")
         print(out);
     else
-        writeWholeFile(argumentText(arguments.csv), out);
+        writeWholeFile(argumentText(arguments.csv), out,
+                       {.replacesDatabases = arguments.force,
+                        .isPrivate = session.isProtected(),
+                        .source = reachIgnoringCase(session.file()).value_or(session.file())});
 }
 
 } // namespace
@@ -43,6 +50,8 @@ void addExport(CLI::App &program, Exit &) {
     command->add_option("TABLE", arguments->table, "The table")->required();
     command->add_option("CSV", arguments->csv, "The file to write, replaced if it exists; - is the standard output")
         ->required();
+    command->add_flag("--force", arguments->force, "Replace the file even if it is a database");
+    addEscapeFormulas(*command, arguments->escapeFormulas);
     addPasswordFile(*command, arguments->passwordFile);
     command->callback([arguments] { exportTable(*arguments); });
 }

@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/Session.h"
 #include "cli/TableReader.h"
+#include "cli/TextTable.h"
 #include "cli/WholeFile.h"
 
 #include <memory>
@@ -24,7 +25,7 @@ void info(const QString &file, const std::string &passwordFile) {
             cells += qint64{table.records} * static_cast<qint64>(table.fields.size());
         }
         text = u"File:      %1\nProtected: %2\nTables:    %3\nRecords:   %4\nCells:     %5\n"_s.arg(
-            session.database().GetDatabaseFileName(), session.isProtected() ? u"yes"_s : u"no"_s,
+            printableText(session.database().GetDatabaseFileName()), session.isProtected() ? u"yes"_s : u"no"_s,
             QString::number(names.size()), QString::number(records), QString::number(cells));
     });
     print(text.toUtf8());

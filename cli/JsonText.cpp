@@ -16,35 +16,42 @@ void appendNumber(QByteArray &out, QStringView text) {
     out.append(digits, formatNumber(digits, leadingNumber(text)) - digits);
 }
 
+// Those above 127 too: terminals act on them.
+void appendControl(QByteArray &out, unsigned char code) {
+    switch (code) {
+    case '\n':
+        out += "\\n";
+        break;
+    case '\r':
+        out += "\\r";
+        break;
+    case '\t':
+        out += "\\t";
+        break;
+    default:
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(code));
+        out += escape;
+    }
+}
+
 } // namespace
 
 void appendJsonString(QByteArray &out, QStringView text) {
+    const QByteArray utf8 = text.toUtf8();
     out += '"';
-    for (const char byte : text.toUtf8()) {
-        switch (byte) {
-        case '"':
-        case '\\':
-            out += '\\';
+    for (qsizetype i = 0; i < utf8.size(); ++i) {
+        const char byte = utf8[i];
+        const auto code = static_cast<unsigned char>(byte);
+        constexpr unsigned char firstOfLatin1 = 0xC2; // before a byte that is the code itself
+        if (byte == '"' || byte == '\\')
+            (out += '\\') += byte;
+        else if (code < 0x20 || code == 0x7F)
+            appendControl(out, code);
+        else if (code == firstOfLatin1 && static_cast<unsigned char>(utf8[i + 1]) < 0xA0)
+            appendControl(out, static_cast<unsigned char>(utf8[++i]));
+        else
             out += byte;
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (static_cast<unsigned char>(byte) < 0x20) {
-                char escape[8];
-                std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(byte));
-                out += escape;
-            } else {
-                out += byte;
-            }
-        }
     }
     out += '"';
 }

@@ -2,6 +2,7 @@
 
 #include "base/FileOps.h"
 #include "cli/FileError.h"
+#include "cli/TextTable.h"
 
 #include <QByteArray>
 
@@ -134,7 +135,7 @@ SecretText askPassword(const QString &prompt) {
         const SilentTerminal silent(terminal);
         if (!silent.isSilent())
             throw std::runtime_error("the terminal would show the password; use --password-file");
-        (void)writeFully(system, terminal, prompt.toLocal8Bit());
+        (void)writeFully(system, terminal, printableText(prompt).toUtf8());
         end = readLine(terminal, line);
         (void)writeFully(system, terminal, "\n");
     }

@@ -11,7 +11,8 @@ namespace qir {
 /// The first line of a file, without its line end. Throws FileError.
 SecretText readPasswordFile(const QString &file);
 
-/// Asks on the terminal, without showing what is typed. Throws std::runtime_error where there is no terminal.
+/// Asks on the terminal, which acts on nothing in the prompt, without showing what is typed. Throws std::runtime_error
+/// where there is no terminal.
 SecretText askPassword(const QString &prompt);
 
 /// What is wrong with a new password that the editor's boxes could not give back, so that it would open the file here

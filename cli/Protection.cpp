@@ -5,10 +5,17 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace qir {
 
+namespace {
+
+constexpr int lengthDigits = 10;
+
+} // namespace
+
 bool needsPassword(const QString &file) {
-    constexpr int lengthDigits = 10;
     constexpr int flagOffset = lengthDigits + 3;
     const Result<QString> reached = reachIgnoringCase(file);
     if (!reached || !QFileInfo(*reached).isFile())
@@ -24,6 +31,18 @@ bool needsPassword(const QString &file) {
     // A header that the file is too short for tells nothing: the load will say what is wrong.
     return isNumber && length > flagOffset - lengthDigits && opened.size() >= lengthDigits + length &&
            head.at(flagOffset) == '1';
+}
+
+bool beginsAsDatabase(QByteArrayView head) {
+    constexpr qint64 shortest = 192;
+    constexpr qint64 longest = 4096;
+    if (head.size() < databaseHeadSize)
+        return false;
+    const QByteArrayView digits = head.first(lengthDigits);
+    if (!std::ranges::all_of(digits, [](char digit) { return digit >= '0' && digit <= '9'; }))
+        return false;
+    const qint64 length = digits.toByteArray().toLongLong();
+    return length >= shortest && length <= longest && head.sliced(lengthDigits, 3) == QByteArrayView("QIR");
 }
 
 } // namespace qir

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 
 namespace qir {
@@ -7,5 +8,11 @@ namespace qir {
 /// True when the header of a database file says that a password is needed. Reads 14 bytes at most; whatever cannot be
 /// read is not protected, and opening it tells why.
 bool needsPassword(const QString &file);
+
+/// How much of a file beginsAsDatabase() looks at.
+inline constexpr int databaseHeadSize = 13;
+
+/// True for the first bytes of a database of ours, of whatever version and in whatever state.
+bool beginsAsDatabase(QByteArrayView head);
 
 } // namespace qir

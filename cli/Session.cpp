@@ -1,5 +1,7 @@
 #include "cli/Session.h"
 
+#include "base/ArgumentTexts.h"
+#include "base/ErrorWords.h"
 #include "base/FreedMemory.h"
 #include "cli/NoticePrinter.h"
 #include "cli/Protection.h"
@@ -58,7 +60,7 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
         wipe.emplace();
         session.run([&] {
             given = passwordFile.empty() ? askPassword(session.passwordPrompt())
-                                         : readPasswordFile(QString::fromLocal8Bit(passwordFile));
+                                         : readPasswordFile(argumentText(QByteArrayView(passwordFile)));
         });
     }
     bool loaded = false;
@@ -96,7 +98,7 @@ Session::~Session() {
     try {
         m_database.setDtbHasChanged(false);
     } catch (const std::exception &error) {
-        printError(withFile(m_file, QString::fromUtf8(error.what())));
+        printError(withFile(m_file, errorWords(error)));
     }
 }
 
@@ -113,7 +115,7 @@ void Session::runOn(const QString &file, const std::function<void()> &work) {
     } catch (const AutomationError &) { // about the component, not about the file
         throw;
     } catch (const std::exception &error) {
-        throw FileError(file, QString::fromUtf8(error.what()));
+        throw FileError(file, errorWords(error));
     }
 }
 

@@ -5,6 +5,7 @@
 #include "cli/TextTable.h"
 #include "cli/WholeFile.h"
 
+#include <array>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -20,15 +21,23 @@ void tables(const QString &file, const std::string &passwordFile) {
     lines.addColumn(u"Records"_s, TextTable::Align::Right);
     lines.addColumn(u"Fields"_s, TextTable::Align::Left);
     session.run([&] {
-        for (const QString &name : tableNames(session.database())) {
+        const QStringList names = tableNames(session.database());
+        for (const QString &name : names) {
+            session.database().QIRTableRecordSource(name);
+            lines.measure(std::array{name, QString::number(session.database().QirTableRecordsCount()), QString()});
+        }
+        QByteArray out;
+        lines.appendHeading(out);
+        for (const QString &name : names) {
             const TableInfo table = chooseTable(session.database(), name);
             QStringList fields;
             for (const FieldInfo &field : table.fields)
                 fields += fieldHeaderText(field);
-            lines.addLine({name, QString::number(table.records), fields.join(u", "_s)});
+            lines.appendLine(out, std::array{name, QString::number(table.records), fields.join(u", "_s)});
+            printWhenMany(out);
         }
+        print(out);
     });
-    print(lines.text());
 }
 
 } // namespace

@@ -34,35 +34,30 @@ QString printableText(QStringView text) {
 
 void TextTable::addColumn(const QString &heading, Align align) {
     m_aligns.push_back(align);
-    m_lines.front() += printableText(heading);
-    m_widths.push_back(widthOf(m_lines.front().constLast()));
+    m_headings.push_back(heading);
+    m_widths.push_back(0);
+    measure(m_headings);
 }
 
-void TextTable::addLine(QStringList values) {
-    for (qsizetype column = 0; column < values.size(); ++column) {
-        values[column] = printableText(values.at(column));
-        auto &width = m_widths[static_cast<std::size_t>(column)];
-        width = std::max(width, widthOf(values.at(column)));
+void TextTable::measure(std::span<const QString> values) {
+    for (std::size_t column = 0; column < values.size(); ++column) {
+        if (const qsizetype width = widthOf(printableText(values[column])); width <= widest)
+            m_widths[column] = std::max(m_widths[column], width);
     }
-    m_lines.push_back(std::move(values));
 }
 
-QByteArray TextTable::text() const {
-    QByteArray out;
-    for (const QStringList &line : m_lines) {
-        QString padded;
-        for (qsizetype column = 0; column < line.size(); ++column) {
-            const auto index = static_cast<std::size_t>(column);
-            const QString blanks(m_widths[index] - widthOf(line.at(column)), u' ');
-            if (column > 0)
-                padded += "  "_L1;
-            padded += m_aligns[index] == Align::Right ? blanks + line.at(column) : line.at(column) + blanks;
-        }
-        while (padded.endsWith(u' '))
-            padded.chop(1);
-        out += padded.toUtf8() + '\n';
+void TextTable::appendLine(QByteArray &out, std::span<const QString> values) const {
+    QString line;
+    for (std::size_t column = 0; column < values.size(); ++column) {
+        const QString value = printableText(values[column]);
+        const QString blanks(std::max(qsizetype{0}, m_widths[column] - widthOf(value)), u' ');
+        if (column > 0)
+            line += "  "_L1;
+        line += m_aligns[column] == Align::Right ? blanks + value : value + blanks;
     }
-    return out;
+    while (line.endsWith(u' '))
+        line.chop(1);
+    out += line.toUtf8() + '\n';
 }
 
 } // namespace qir

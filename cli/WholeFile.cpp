@@ -2,7 +2,9 @@
 
 #include "base/StagedFile.h"
 #include "cli/FileError.h"
+#include "cli/Protection.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -15,6 +17,7 @@ namespace qir {
 namespace {
 
 constexpr mode_t newFileMode = 0666; // less the umask
+constexpr mode_t privateMode = 0600;
 constexpr mode_t permissionBits = 07777;
 
 SystemResult<void> writeStanding(FileOps &ops, const ResolvedPath &path, QByteArrayView bytes) {
@@ -25,13 +28,13 @@ SystemResult<void> writeStanding(FileOps &ops, const ResolvedPath &path, QByteAr
 }
 
 SystemResult<void> writeStaged(FileOps &ops, const ResolvedPath &path, const SystemResult<struct stat> &before,
-                               QByteArrayView bytes) {
-    auto staged = StagedFile::create(ops, path.folder.descriptor(), newFileMode);
+                               QByteArrayView bytes, bool isPrivate) {
+    auto staged = StagedFile::create(ops, path.folder.descriptor(), before || isPrivate ? privateMode : newFileMode);
     if (!staged)
         return tl::unexpected(staged.error());
     SystemResult<void> done = writeFully(ops, staged->descriptor(), bytes);
     if (done && before)
-        done = ops.setMode(staged->descriptor(), before->st_mode & permissionBits);
+        done = ops.setMode(staged->descriptor(), before->st_mode & (isPrivate ? privateMode : permissionBits));
     if (done)
         done = ops.sync(staged->descriptor());
     if (done)
@@ -41,9 +44,27 @@ SystemResult<void> writeStaged(FileOps &ops, const ResolvedPath &path, const Sys
     return done;
 }
 
+/// Throws where what stands there is a database, by what it holds and not by its name.
+void requireNoDatabase(FileOps &ops, const ResolvedPath &path, const struct stat &status, const QString &file,
+                       const QString &source) {
+    const auto refuse = [&](const QString &what) { throw FileError(file, what + u"; use --force to replace it"_s); };
+    const auto from = ops.statusAt(AT_FDCWD, systemPath(source), FollowLinks::Yes);
+    if (from && from->st_dev == status.st_dev && from->st_ino == status.st_ino)
+        refuse(u"it is the database that is exported"_s);
+    const auto opened =
+        OpenFile::openAt(ops, path.folder.descriptor(), path.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    std::array<char, databaseHeadSize> head{};
+    const auto read = opened ? readFully(ops, opened->descriptor(), head, 0)
+                             : SystemResult<std::size_t>(tl::unexpected(opened.error()));
+    if (!read)
+        refuse(u"whether it is a database cannot be seen: %1"_s.arg(systemErrorWords(read.error())));
+    else if (beginsAsDatabase(QByteArrayView(head.data(), static_cast<qsizetype>(*read))))
+        refuse(u"it is a database"_s);
+}
+
 } // namespace
 
-void writeWholeFile(const QString &file, QByteArrayView bytes, FileOps &ops) {
+void writeWholeFile(const QString &file, QByteArrayView bytes, const ExportRules &rules, FileOps &ops) {
     const auto fail = [&](SystemError error) { throw FileError(file, systemErrorWords(error)); };
     const auto path = ResolvedPath::of(ops, systemPath(file));
     if (!path) {
@@ -54,7 +75,10 @@ void writeWholeFile(const QString &file, QByteArrayView bytes, FileOps &ops) {
     if (!before && before.error().number != ENOENT)
         fail(before.error());
     const bool isSpecial = before && !S_ISREG(before->st_mode);
-    const auto written = isSpecial ? writeStanding(ops, *path, bytes) : writeStaged(ops, *path, before, bytes);
+    if (before && !isSpecial && !rules.replacesDatabases)
+        requireNoDatabase(ops, *path, *before, file, rules.source);
+    const auto written =
+        isSpecial ? writeStanding(ops, *path, bytes) : writeStaged(ops, *path, before, bytes, rules.isPrivate);
     if (!written)
         fail(written.error());
 }

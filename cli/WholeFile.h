@@ -7,10 +7,18 @@
 
 namespace qir {
 
+/// What an export may replace, and who may read what it writes.
+struct ExportRules {
+    bool replacesDatabases = false; ///< Else whatever begins as a database of ours is left alone.
+    bool isPrivate = false;         ///< Nobody but the owner may read it, whoever might read what stands there.
+    QString source;                 ///< The database it comes from, which is one whatever it begins with.
+};
+
 /// Makes a file hold these bytes: all of them, or what it held before. Another name or link of it keeps reaching the
 /// old content; its mode stays. What is no regular file, a device or a pipe, is written to as it stands. Throws
 /// FileError with the reason.
-void writeWholeFile(const QString &file, QByteArrayView bytes, FileOps &ops = FileOps::system());
+void writeWholeFile(const QString &file, QByteArrayView bytes, const ExportRules &rules = {},
+                    FileOps &ops = FileOps::system());
 
 /// The whole of a file, of the standard input for "-". Throws FileError.
 QByteArray readWholeFile(const QString &file);

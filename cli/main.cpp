@@ -1,3 +1,5 @@
+#include "base/ArgumentTexts.h"
+#include "base/ErrorWords.h"
 #include "cli/Commands.h"
 #include "cli/FileError.h"
 
@@ -20,6 +22,10 @@ int commandLineError(const CLI::App &program, const CLI::ParseError &error) {
 }
 
 int run(int argc, char **argv) {
+    if (const auto texts = argumentTexts(argc, argv); !texts) {
+        printError(texts.error().text);
+        return static_cast<int>(Exit::Trouble);
+    }
     Exit exit = Exit::Done;
     CLI::App program("Works on database files without a window.", "qirdb");
     program.set_version_flag("--version", QIR_VERSION);
@@ -40,7 +46,7 @@ int run(int argc, char **argv) {
     } catch (const CLI::ParseError &error) {
         return commandLineError(program, error);
     } catch (const std::exception &error) {
-        printError(QString::fromUtf8(error.what()));
+        printError(errorWords(error));
         return static_cast<int>(Exit::Trouble);
     }
     return static_cast<int>(exit);

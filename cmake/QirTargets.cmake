@@ -16,6 +16,9 @@ if(QIR_SANITIZE)
   target_link_options(qir_flags INTERFACE -fsanitize=${QIR_SANITIZE})
 endif()
 
+include(QirHardening)
+qir_harden(qir_flags)
+
 # qir_library(NAME SOURCES file... [LINK target...]): a static library of one folder.
 function(qir_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")

@@ -30,20 +30,18 @@ std::size_t encodedSize(const QString &name) {
 }
 
 std::size_t encodedSize(const Column &column) {
-    return std::visit(
-        [&]<class Values>(const Values &values) -> std::size_t {
-            if constexpr (std::is_same_v<Values, PackedTexts>)
-                return values.size() * lengthSize + column.textBytes();
-            else
-                return values.size() * sizeof(typename Values::value_type);
-        },
-        column.storage());
+    return column.visit([&]<class Values>(const Values &values) -> std::size_t {
+        if constexpr (std::is_same_v<Values, PackedTexts>)
+            return values.size() * lengthSize + column.textBytes();
+        else
+            return values.size() * sizeof(typename Values::value_type);
+    });
 }
 
 std::size_t encodedSize(const Table &table) {
     std::size_t size = tableHeadSize + encodedSize(table.name().text);
     for (const Field &field : table.fields())
-        size += fieldHeadSize + encodedSize(field.name.text) + encodedSize(field.column);
+        size += fieldHeadSize + nameHeadSize + field.name.utf8().size() + encodedSize(field.column);
     return size;
 }
 
@@ -69,17 +67,19 @@ public:
         number(std::uint16_t{0});
         number(std::uint64_t{length});
     }
-    void table(const Table &table) {
-        number(static_cast<std::uint32_t>(table.recordCount()));
+    void table(const Table &table, BodyFor use) {
+        const bool isCounted = table.fieldCount() != 0 || use == BodyFor::Journal;
+        number(static_cast<std::uint32_t>(isCounted ? table.recordCount() : 0));
         number(static_cast<std::uint16_t>(table.fieldCount()));
         name(table.name().text);
         for (const Field &field : table.fields()) {
             number(static_cast<std::uint8_t>(field.type()));
             number(static_cast<std::uint16_t>(field.size));
-            name(field.name.text);
+            number(static_cast<std::uint16_t>(field.name.utf8().size()));
+            bytes(QByteArrayView(field.name.utf8()));
         }
         for (const Field &field : table.fields())
-            std::visit([&](const auto &values) { column(values, field.column.textBytes()); }, field.column.storage());
+            field.column.visit([&](const auto &values) { column(values, field.column.textBytes()); });
     }
 
 private:
@@ -192,6 +192,8 @@ public:
             refuseLimit(u"a table has more than %1 records"_s.arg(m_limits.records));
         if (fieldCount > m_limits.fields)
             refuseLimit(u"a table has more than %1 fields"_s.arg(m_limits.fields));
+        if (fieldCount == 0 && m_records > m_limits.recordsWithoutFields)
+            refuse(u"a table without fields has records"_s);
         m_budget.take(sizeof(Table));
         Name tableName = readName();
 
@@ -212,13 +214,14 @@ public:
                 refuse(u"a field that is no text has a size"_s);
             heads.push_back({*type, size, readName()});
             if (keys.contains(heads.back().name.key))
-                refuse(u"two fields of a table have the same name"_s);
+                refuse(u"two fields of the table \"%1\" have the same name \"%2\""_s.arg(tableName.text,
+                                                                                         heads.back().name.text));
             keys.insert(heads.back().name.key);
         }
         std::vector<Field> fields;
         fields.reserve(fieldCount);
         for (FieldHead &head : heads)
-            fields.push_back({std::move(head.name), head.size, readColumn(head.type, head.size)});
+            fields.push_back({FieldName(head.name), head.size, readColumn(head.type, head.size)});
         if (m_payload.left() != 0)
             refuse(u"a table has bytes left over"_s);
         return std::make_unique<Table>(std::move(tableName), std::move(fields), m_records);
@@ -356,7 +359,7 @@ Database readDatabase(Bytes body, const BodyLimits &limits) {
                 refuseLimit(u"it has more than %1 tables"_s.arg(limits.tables));
             auto table = TableReader(section.payload, limits, budget).read();
             if (keys.contains(table->name().key))
-                refuse(u"two tables have the same name"_s);
+                refuse(u"two tables have the same name \"%1\""_s.arg(table->name().text));
             keys.insert(table->name().key);
             database.append(std::move(table));
         } else if (mustBeKnown) {
@@ -371,7 +374,7 @@ Database readDatabase(Bytes body, const BodyLimits &limits) {
 
 } // namespace
 
-QByteArray encodeBody(const Database &database) {
+QByteArray encodeBody(const Database &database, BodyFor use) {
     std::vector<std::size_t> tableSizes;
     std::size_t size = section::headSize; // of the end
     for (std::size_t i = 0; i < database.tableCount(); ++i) {
@@ -385,7 +388,7 @@ QByteArray encodeBody(const Database &database) {
     BodyWriter writer(body.data());
     for (std::size_t i = 0; i < database.tableCount(); ++i) {
         writer.sectionHead(static_cast<std::uint8_t>(SectionType::Table), section::mustBeKnown, tableSizes[i]);
-        writer.table(database.table(i));
+        writer.table(database.table(i), use);
     }
     for (const ForeignSection &foreign : database.foreignSections()) {
         writer.sectionHead(foreign.type, foreign.flags, static_cast<std::size_t>(foreign.payload.size()));
@@ -403,9 +406,9 @@ LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits) {
     }
 }
 
-QByteArray encodeTable(const Table &table) {
+QByteArray encodeTable(const Table &table, BodyFor use) {
     QByteArray payload(static_cast<qsizetype>(encodedSize(table)), Qt::Uninitialized);
-    BodyWriter(payload.data()).table(table);
+    BodyWriter(payload.data()).table(table, use);
     return payload;
 }
 

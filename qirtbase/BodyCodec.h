@@ -21,7 +21,8 @@
 /// tables and the end have it and no other flag. A section of an unknown type that has it is refused; one that has not
 /// is kept as it stands, flags included, and written back in its place after the tables.
 ///
-///     table   = u32 records | u16 fields | name | field* | column*           columns in the order of the fields
+///     table   = u32 records | u16 fields | name | field* | column*           columns in the order of the fields;
+///                                                                         no records without a field
 ///     field   = u8 type code | u16 size | name                                size 0 for all types but text
 ///     name    = u16 length | UTF-8                                            unique by key, 1 to 255 code points
 ///     column  = one value for each record
@@ -44,21 +45,28 @@ struct BodyLimits {
     std::size_t tables = limits::tables;
     std::size_t fields = limits::fields;
     std::size_t records = limits::records;
+    std::size_t recordsWithoutFields = 0; ///< They take no bytes, so that a file has none; a journal counts them.
     std::size_t nameLength = limits::nameLength;
     /// Bytes of memory of all tables together. Every count is checked against the bytes that remain before anything is
     /// allocated for it, so memory stays within a small multiple of the body anyway.
     std::uint64_t memory = std::uint64_t{1} << 37;
 };
 
+/// Where a body goes, and so what becomes of records of a table without fields, which have no values to write.
+enum class BodyFor {
+    File,    ///< They are left out.
+    Journal, ///< They are counted: later changes may give them fields again.
+};
+
 /// The body of a database. Throws std::bad_alloc.
-QByteArray encodeBody(const Database &database);
+QByteArray encodeBody(const Database &database, BodyFor use = BodyFor::File);
 
 /// The database of a body, or why it is none: Damaged, NewerVersion or Limits, the reason without a file name. Bytes
 /// are not trusted. Throws std::bad_alloc.
 LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits = {});
 
 /// A single table as the payload of its section.
-QByteArray encodeTable(const Table &table);
+QByteArray encodeTable(const Table &table, BodyFor use = BodyFor::File);
 /// The table of such a payload. Same errors as decodeBody().
 LoadResult<std::unique_ptr<Table>> decodeTable(QByteArrayView payload, const BodyLimits &limits = {});
 

@@ -12,24 +12,6 @@ namespace qir {
 
 namespace {
 
-Column::Storage emptyStorage(ColumnType type) {
-    switch (type) {
-    case ColumnType::Bool:
-    case ColumnType::Byte:
-        return std::vector<std::uint8_t>();
-    case ColumnType::Int:
-        return std::vector<std::int16_t>();
-    case ColumnType::Long:
-        return std::vector<std::int32_t>();
-    case ColumnType::Double:
-    case ColumnType::Date:
-        return std::vector<double>();
-    case ColumnType::Text:
-        break;
-    }
-    return PackedTexts();
-}
-
 template<class Integer>
 double nearest(double number) {
     using Limits = std::numeric_limits<Integer>;
@@ -73,48 +55,83 @@ double fittingNumber(ColumnType type, double number) {
     return std::clamp(number, -largest, largest);
 }
 
+const PackedTexts &Column::Texts::values() const {
+    static const PackedTexts none;
+    return m_texts ? *m_texts : none;
+}
+
+PackedTexts &Column::Texts::values() {
+    if (!m_texts)
+        m_texts = std::make_unique<PackedTexts>();
+    return *m_texts;
+}
+
 Column::Column(ColumnType type, std::size_t records)
-    : m_type(type)
-    , m_storage(emptyStorage(type)) {
-    std::visit([records](auto &values) { values.resize(records); }, m_storage);
+    : m_type(type) {
+    switch (type) {
+    case ColumnType::Bool:
+    case ColumnType::Byte:
+        m_held.emplace<std::vector<std::uint8_t>>(records);
+        break;
+    case ColumnType::Int:
+        m_held.emplace<std::vector<std::int16_t>>(records);
+        break;
+    case ColumnType::Long:
+        m_held.emplace<std::vector<std::int32_t>>(records);
+        break;
+    case ColumnType::Double:
+    case ColumnType::Date:
+        m_held.emplace<std::vector<double>>(records);
+        break;
+    case ColumnType::Text:
+        m_held.emplace<Texts>();
+        if (records != 0)
+            texts().resize(records);
+        break;
+    }
 }
 
 Column::Column(ColumnType type, Storage storage, std::size_t textBytes)
     : m_type(type)
-    , m_storage(std::move(storage))
-    , m_textBytes(textBytes) {}
+    , m_textBytes(textBytes) {
+    std::visit(Overloaded{[this](PackedTexts &&given) {
+                              m_held.emplace<Texts>();
+                              if (!given.isEmpty())
+                                  texts() = std::move(given);
+                          },
+                          [this]<class Numbers>(Numbers &&given) {
+                              m_held.emplace<std::remove_cvref_t<Numbers>>(std::forward<Numbers>(given));
+                          }},
+               std::move(storage));
+}
 
 std::size_t Column::size() const {
-    return std::visit([](const auto &values) { return values.size(); }, m_storage);
+    return visit([](const auto &values) { return values.size(); });
 }
 
 std::size_t Column::memory() const {
-    return std::visit(Overloaded{[](const PackedTexts &texts) { return texts.memory(); },
-                                 [](const auto &numbers) { return numbers.capacity() * sizeof(numbers[0]); }},
-                      m_storage);
+    return visit(Overloaded{[](const PackedTexts &texts) { return texts.memory(); },
+                            [](const auto &numbers) { return numbers.capacity() * sizeof(numbers[0]); }});
 }
 
 CellValue Column::value(std::size_t record) const {
-    return std::visit(
+    return visit(
         Overloaded{[record](const PackedTexts &texts) -> CellValue { return texts.at(record); },
-                   [record](const auto &numbers) -> CellValue { return static_cast<double>(numbers[record]); }},
-        m_storage);
+                   [record](const auto &numbers) -> CellValue { return static_cast<double>(numbers[record]); }});
 }
 
 QVariant Column::variant(std::size_t record) const {
-    return std::visit(Overloaded{[record](const PackedTexts &texts) { return QVariant(texts.at(record)); },
-                                 [record](const std::vector<double> &numbers) { return QVariant(numbers[record]); },
-                                 [record](const auto &integers) { return QVariant(int{integers[record]}); }},
-                      m_storage);
+    return visit(Overloaded{[record](const PackedTexts &texts) { return QVariant(texts.at(record)); },
+                            [record](const std::vector<double> &numbers) { return QVariant(numbers[record]); },
+                            [record](const auto &integers) { return QVariant(int{integers[record]}); }});
 }
 
 void Column::readText(std::size_t record, QString &text) const {
-    std::visit(Overloaded{[&](const PackedTexts &texts) { texts.read(record, text); },
-                          [&](const auto &numbers) {
-                              char digits[numberTextCapacity];
-                              assignAscii(text, digits, formatNumber(digits, numbers[record]));
-                          }},
-               m_storage);
+    visit(Overloaded{[&](const PackedTexts &texts) { texts.read(record, text); },
+                     [&](const auto &numbers) {
+                         char digits[numberTextCapacity];
+                         assignAscii(text, digits, formatNumber(digits, numbers[record]));
+                     }});
 }
 
 bool Column::holds(std::size_t record, double number) const {
@@ -123,20 +140,18 @@ bool Column::holds(std::size_t record, double number) const {
 }
 
 bool Column::holds(std::size_t record, const QString &text) const {
-    return std::get<PackedTexts>(m_storage).holds(record, text);
+    return std::get<Texts>(m_held).values().holds(record, text);
 }
 
 void Column::set(std::size_t record, double number) {
-    std::visit(
-        Overloaded{[](PackedTexts &) { Q_UNREACHABLE(); },
-                   [&]<class Value>(std::vector<Value> &numbers) { numbers[record] = static_cast<Value>(number); }},
-        m_storage);
+    change(Overloaded{[](PackedTexts &) { Q_UNREACHABLE(); },
+                      [&]<class Value>(std::vector<Value> &numbers) { numbers[record] = static_cast<Value>(number); }});
 }
 
 void Column::set(std::size_t record, const QString &text) {
-    auto &texts = std::get<PackedTexts>(m_storage);
-    const std::size_t replaced = utf8Size(texts.view(record));
-    texts.set(record, text);
+    PackedTexts &packed = texts();
+    const std::size_t replaced = utf8Size(packed.view(record));
+    packed.set(record, text);
     m_textBytes = m_textBytes - replaced + utf8Size(QStringView(text));
 }
 
@@ -145,39 +160,36 @@ void Column::set(std::size_t record, const CellValue &value) {
 }
 
 void Column::makeRoom() {
-    std::visit(Overloaded{[](PackedTexts &texts) { texts.makeRoom(); },
-                          [](auto &numbers) {
-                              constexpr std::size_t fewest = 8;
-                              if (numbers.size() == numbers.capacity())
-                                  numbers.reserve(std::max(fewest, numbers.size() + numbers.size() / 2));
-                          }},
-               m_storage);
+    change(Overloaded{[](PackedTexts &texts) { texts.makeRoom(); },
+                      [](auto &numbers) {
+                          constexpr std::size_t fewest = 8;
+                          if (numbers.size() == numbers.capacity())
+                              numbers.reserve(std::max(fewest, numbers.size() + numbers.size() / 2));
+                      }});
 }
 
 void Column::append() {
-    std::visit([](auto &values) { values.resize(values.size() + 1); }, m_storage);
+    change([](auto &values) { values.resize(values.size() + 1); });
 }
 
 void Column::insert(std::size_t record, const CellValue &value) {
-    std::visit(Overloaded{[&](PackedTexts &texts) {
-                              const auto &text = std::get<QString>(value);
-                              texts.insertAt(record, text);
-                              m_textBytes += utf8Size(QStringView(text));
-                          },
-                          [&]<class Value>(std::vector<Value> &numbers) {
-                              numbers.insert(numbers.begin() + static_cast<std::ptrdiff_t>(record),
-                                             static_cast<Value>(std::get<double>(value)));
-                          }},
-               m_storage);
+    change(Overloaded{[&](PackedTexts &texts) {
+                          const auto &text = std::get<QString>(value);
+                          texts.insertAt(record, text);
+                          m_textBytes += utf8Size(QStringView(text));
+                      },
+                      [&]<class Value>(std::vector<Value> &numbers) {
+                          numbers.insert(numbers.begin() + static_cast<std::ptrdiff_t>(record),
+                                         static_cast<Value>(std::get<double>(value)));
+                      }});
 }
 
 void Column::remove(std::size_t record) {
-    std::visit(Overloaded{[&](PackedTexts &texts) {
-                              m_textBytes -= utf8Size(texts.view(record));
-                              texts.removeAt(record);
-                          },
-                          [&](auto &numbers) { numbers.erase(numbers.begin() + static_cast<std::ptrdiff_t>(record)); }},
-               m_storage);
+    change(Overloaded{[&](PackedTexts &texts) {
+                          m_textBytes -= utf8Size(texts.view(record));
+                          texts.removeAt(record);
+                      },
+                      [&](auto &numbers) { numbers.erase(numbers.begin() + static_cast<std::ptrdiff_t>(record)); }});
 }
 
 } // namespace qir

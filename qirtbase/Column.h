@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <variant>
 #include <vector>
 
@@ -39,7 +40,11 @@ public:
     ColumnType type() const { return m_type; }
     bool isText() const { return m_type == ColumnType::Text; }
     std::size_t size() const;
-    const Storage &storage() const { return m_storage; }
+    /// Calls a function with the values: one of the alternatives of Storage.
+    template<class Function>
+    decltype(auto) visit(Function &&function) const {
+        return std::visit([&](const auto &held) -> decltype(auto) { return function(valuesOf(held)); }, m_held);
+    }
     /// Bytes of all texts in UTF-8; 0 for numbers.
     std::size_t textBytes() const { return m_textBytes; }
     /// Bytes of memory held.
@@ -68,8 +73,40 @@ public:
     void remove(std::size_t record);
 
 private:
+    /// Texts in memory of their own, none as long as there are no texts: most of what a column is, it is for them.
+    class Texts {
+    public:
+        Texts() = default;
+        Texts(const Texts &other)
+            : m_texts(other.m_texts ? std::make_unique<PackedTexts>(*other.m_texts) : nullptr) {}
+        Texts(Texts &&) noexcept = default;
+        Texts &operator=(const Texts &other) { return *this = Texts(other); }
+        Texts &operator=(Texts &&) noexcept = default;
+        ~Texts() = default;
+
+        const PackedTexts &values() const;
+        PackedTexts &values();
+
+    private:
+        std::unique_ptr<PackedTexts> m_texts;
+    };
+
+    template<class Numbers>
+    static Numbers &valuesOf(Numbers &numbers) {
+        return numbers;
+    }
+    static const PackedTexts &valuesOf(const Texts &texts) { return texts.values(); }
+    static PackedTexts &valuesOf(Texts &texts) { return texts.values(); }
+    template<class Function>
+    decltype(auto) change(Function &&function) {
+        return std::visit([&](auto &held) -> decltype(auto) { return function(valuesOf(held)); }, m_held);
+    }
+    PackedTexts &texts() { return std::get<Texts>(m_held).values(); }
+
     ColumnType m_type;
-    Storage m_storage;
+    std::variant<std::vector<std::uint8_t>, std::vector<std::int16_t>, std::vector<std::int32_t>, std::vector<double>,
+                 Texts>
+        m_held;
     std::size_t m_textBytes = 0;
 };
 

@@ -24,8 +24,8 @@ int fittingSize(double size) {
     return static_cast<int>(std::nearbyint(std::clamp(size, 0.0, static_cast<double>(limits::textSize))));
 }
 
-Field newField(Name name, ColumnType type, double size, std::size_t records) {
-    return {std::move(name), type == ColumnType::Text ? fittingSize(size) : 0, Column(type, records)};
+Field newField(const Name &name, ColumnType type, double size, std::size_t records) {
+    return {FieldName(name), type == ColumnType::Text ? fittingSize(size) : 0, Column(type, records)};
 }
 
 /// The column with every text cut to `size`, nothing when none is longer.
@@ -100,14 +100,14 @@ void Database::addField(Table &table, const QString &name, int typeCode, double 
     const std::optional<ColumnType> type = columnType(typeCode);
     if (!type)
         throw DatabaseError(u"There is no field type with the code %1."_s.arg(typeCode));
-    Name checked = Name::checked(name);
+    const Name checked = Name::checked(name);
     if (table.findField(checked.key))
         throw DatabaseError(u"A field \"%1\" already exists."_s.arg(checked.text));
     if (table.fieldCount() >= limits::fields)
         throw DatabaseError(u"A table holds at most %1 fields."_s.arg(limits::fields));
     const bool kept = m_undo.keeps(table);
     m_undo.makeRoom();
-    table.insertField(table.fieldCount(), newField(std::move(checked), *type, size, table.recordCount()));
+    table.insertField(table.fieldCount(), newField(checked, *type, size, table.recordCount()));
     if (kept)
         m_undo.add(undo::FieldAppended{&table});
     const Field &added = table.field(table.fieldCount() - 1);
@@ -115,20 +115,21 @@ void Database::addField(Table &table, const QString &name, int typeCode, double 
           .table = &table,
           .type = typeCode,
           .number = double(added.size),
-          .text = added.name.text});
+          .text = checked.text});
 }
 
 bool Database::renameField(Table &table, std::size_t index, const QString &name) {
-    Name checked = Name::checked(name);
+    const Name checked = Name::checked(name);
+    FieldName renamed(checked);
     Field &field = table.field(index);
-    if (checked.text == field.name.text)
+    if (renamed.utf8() == field.name.utf8())
         return false;
     if (table.findField(checked.key).value_or(index) != index)
         throw DatabaseError(u"A field \"%1\" already exists."_s.arg(checked.text));
     if (m_undo.keeps(table))
         m_undo.add(undo::FieldRenamed{&table, index, field.name});
-    field.name = std::move(checked);
-    tell({.kind = ChangeKind::RenameField, .table = &table, .index = index, .text = field.name.text});
+    field.name = std::move(renamed);
+    tell({.kind = ChangeKind::RenameField, .table = &table, .index = index, .text = checked.text});
     return true;
 }
 
@@ -182,6 +183,19 @@ void Database::removeRecord(Table &table, std::size_t record) {
     }
     table.removeRecord(record);
     tell({.kind = ChangeKind::RemoveRecord, .table = &table, .record = record});
+}
+
+void Database::dropRecordsWithoutFields() {
+    if (m_listener)
+        m_listener->groupBegan(); // many records are one change
+    for (const auto &table : m_tables) {
+        if (table->fieldCount() != 0)
+            continue;
+        for (std::size_t left = table->recordCount(); left > 0; --left)
+            removeRecord(*table, left - 1);
+    }
+    if (m_listener)
+        m_listener->groupEnded();
 }
 
 bool Database::setNumber(Table &table, std::size_t field, std::size_t record, double number) {

@@ -53,6 +53,8 @@ public:
 
     void addRecord(Table &table);
     void removeRecord(Table &table, std::size_t record);
+    /// Takes the records of tables without fields away, which no file keeps. Outside groups only.
+    void dropRecordsWithoutFields();
 
     /// Stores the nearest value that the field holds; a text field gets the number's text.
     bool setNumber(Table &table, std::size_t field, std::size_t record, double number);

@@ -168,7 +168,7 @@ FileSave::Step FileSave::publishOver() {
         return tl::unexpected(standing.error());
     if (!standing->exists)
         return publishNew();
-    if (!sameVersion(standing->status, m_target.standing().status))
+    if (!m_target.isStill(*standing))
         return m_target.conflict(*standing);
     if (m_target.mayBeSomebodysVersion()) {
         const auto file =
@@ -209,7 +209,9 @@ void FileSave::settleReplaced() {
     const auto replaced = m_target.look(name);
     if (replaced && !replaced->exists) { // somebody has cleaned up already
         m_staged->leaveTemporary();
-    } else if (!replaced || !sameVersion(replaced->status, m_target.standing().status)) {
+    } else if (!replaced || (replaced->unreadable && !m_target.standing().unreadable)) {
+        keepAsConflictCopy(QStringLiteral("what stood there could not be looked at again; it"));
+    } else if (!m_target.isStill(*replaced)) {
         keepAsConflictCopy(QStringLiteral("another program had saved it meanwhile, and its version"));
     } else if (m_request.target.replaceMeant && m_target.mayBeSomebodysVersion()) {
         keepAsConflictCopy(QStringLiteral("the version that stood there"));
@@ -241,7 +243,7 @@ FileSave::Step FileSave::writeInPlace() {
     const auto status = m_ops.status(file->descriptor());
     if (!status)
         return m_target.failed(status.error());
-    if (!sameVersion(*status, m_target.standing().status))
+    if (!m_target.isStill(file->descriptor(), *status))
         return m_target.conflict({});
     return makeWhole({m_target.place(), file->descriptor(), *status})
         .and_then([&] { return m_target.mayBeSomebodysVersion() ? keepCopyElsewhere(file->descriptor()) : Step(); })

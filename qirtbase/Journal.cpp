@@ -1,5 +1,6 @@
 #include "qirtbase/Journal.h"
 
+#include "base/ErrorWords.h"
 #include "qirtbase/BodyCodec.h"
 #include "qirtbase/JournalCodec.h"
 #include "qirtbase/JournalFolder.h"
@@ -68,7 +69,7 @@ void Journal::guarded(Body body) noexcept {
         } catch (const WriteFailed &failed) {
             giveUp(systemErrorWords(failed.error));
         } catch (const std::exception &error) {
-            giveUp(QString::fromUtf8(error.what()));
+            giveUp(errorWords(error));
         }
     } catch (...) {
         m_broken = true; // not even the words could be made
@@ -194,14 +195,14 @@ void Journal::writeImages() {
     m_pending.clear();
     encodeMark(m_pending, m_groupFlushed ? JournalOperation::GroupRestart : JournalOperation::GroupBegin);
     if (m_tablesChanged) {
-        const QByteArray body = encodeBody(*m_database);
+        const QByteArray body = encodeBody(*m_database, BodyFor::Journal);
         m_base.bodySize = std::uint64_t(body.size());
         writeImage(body);
         encodeMark(m_pending, JournalOperation::BodyImage);
         return;
     }
     for (const Table *table : m_touched) {
-        writeImage(encodeTable(*table));
+        writeImage(encodeTable(*table, BodyFor::Journal));
         encodeTableImage(m_pending, indexOf(table));
     }
 }

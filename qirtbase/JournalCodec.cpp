@@ -16,6 +16,8 @@ namespace qir {
 
 namespace {
 
+constexpr BodyLimits imageLimits{.recordsWithoutFields = limits::records};
+
 constexpr std::size_t saveIdSize = layout::idSize;
 
 template<class Number>
@@ -391,12 +393,12 @@ bool JournalReplay::applyImages() {
             continue;
         }
         if (operation->is(JournalOperation::TableImage)) {
-            auto table = decodeTable(image);
+            auto table = decodeTable(image, imageLimits);
             if (!table || operation->table >= m_database.tableCount())
                 return false;
             tables.emplace_back(operation->table, std::move(*table));
         } else {
-            auto database = decodeBody(image);
+            auto database = decodeBody(image, imageLimits);
             if (!database)
                 return false;
             whole = std::move(*database);

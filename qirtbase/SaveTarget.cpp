@@ -95,6 +95,20 @@ Result<Standing> SaveTarget::look(const std::string &name) const {
     return standing;
 }
 
+bool SaveTarget::isStill(const Standing &now) const {
+    const auto saveId = [](const Standing &standing) {
+        return standing.header ? standing.header->saveId : FileIdentifier{}; // which no file has
+    };
+    return now.exists && sameVersion(now.status, m_standing.status) && saveId(now) == saveId(m_standing);
+}
+
+bool SaveTarget::isStill(int file, const struct stat &status) const {
+    Standing now{.exists = true, .status = status, .header = {}};
+    if (auto block = readHeaderBlock(m_ops, file))
+        now.header = std::move(block->header);
+    return isStill(now);
+}
+
 bool SaveTarget::isOurs(const Standing &standing) const {
     if (!standing.header)
         return m_expectation.torn;

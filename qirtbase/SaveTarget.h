@@ -64,6 +64,11 @@ public:
     /// What stands under a name in the target's folder now. A failure where it is no file, or where it cannot be read
     /// and that matters.
     Result<Standing> look(const std::string &name) const;
+    /// Whether what stands there now is still what stood there when open() looked: by the system's word, and by the
+    /// save id, since times can be set back.
+    bool isStill(const Standing &now) const;
+    /// The same for an open file and its status.
+    bool isStill(int file, const struct stat &status) const;
     /// Whether what stands there is a version that this instance read or wrote.
     bool isOurs(const Standing &standing) const;
     /// Whether what stood there may be a version that somebody else made of our file: never to be thrown away.

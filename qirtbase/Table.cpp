@@ -23,8 +23,24 @@ Name Name::checked(const QString &text) {
     return name;
 }
 
+FieldName::FieldName(const Name &name) {
+    m_utf8.resize(utf8Size(QStringView(name.text)));
+    writeUtf8(m_utf8.data(), QStringView(name.text));
+    m_utf8.shrink_to_fit();
+}
+
+QString FieldName::text() const {
+    QString text;
+    readUtf8(QByteArrayView(m_utf8), text);
+    return text;
+}
+
+QString FieldName::key() const {
+    return collationKey(text());
+}
+
 std::optional<std::size_t> Table::findField(const QString &key) const {
-    const auto found = std::ranges::find_if(m_fields, [&](const Field &field) { return field.name.key == key; });
+    const auto found = std::ranges::find_if(m_fields, [&](const Field &field) { return field.name.key() == key; });
     if (found == m_fields.end())
         return std::nullopt;
     return static_cast<std::size_t>(found - m_fields.begin());

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace qir {
@@ -20,8 +21,22 @@ struct Name {
     static Name checked(const QString &text);
 };
 
+/// The name of a field in little memory, since a file may have millions: its key is made when it is asked for.
+class FieldName {
+public:
+    FieldName() = default;
+    explicit FieldName(const Name &name);
+
+    QString text() const;
+    QString key() const;
+    const std::string &utf8() const { return m_utf8; }
+
+private:
+    std::string m_utf8; // of a well-formed text
+};
+
 struct Field {
-    Name name;
+    FieldName name;
     int size = 0; ///< Of a text field, in code points; 0 for any other type.
     Column column;
 

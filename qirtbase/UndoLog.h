@@ -40,7 +40,7 @@ struct FieldRemoved {
 struct FieldRenamed {
     Table *table;
     std::size_t index;
-    Name before;
+    FieldName before;
 };
 struct FieldResized {
     Table *table;

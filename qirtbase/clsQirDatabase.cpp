@@ -1,5 +1,6 @@
 #include "qirtbase/clsQirDatabase.h"
 
+#include "base/ErrorWords.h"
 #include "qirtbase/DatabaseError.h"
 #include "qirtbase/JournalRecovery.h"
 #include "qirtbase/JournalReseal.h"
@@ -68,10 +69,8 @@ auto clsQirDatabase::guarded(Body body) -> decltype(body()) {
     } catch (const std::exception &error) {
         for (Group &group : m_groups)
             group.failed = true;
-        const bool isMemory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr ||
-                              dynamic_cast<const std::length_error *>(&error) != nullptr;
-        if (isMemory)
-            raise(u"There is not enough memory."_s);
+        if (isLackOfMemory(error))
+            raise(errorWords(error));
         throw;
     }
 }
@@ -116,7 +115,7 @@ void clsQirDatabase::release() noexcept {
         }
     } catch (const std::exception &error) {
         try {
-            Q_EMIT Notice(QString::fromUtf8(error.what()));
+            Q_EMIT Notice(errorWords(error));
         } catch (...) { // NOLINT(bugprone-empty-catch): a listener that throws here has nobody to throw to
         }
     }
@@ -288,6 +287,9 @@ void clsQirDatabase::SaveDtb() {
             return;
         if (GetDatabaseFileName().isEmpty())
             raise(u"The database has no file name yet."_s);
+        m_database.dropRecordsWithoutFields(); // what stays open is what is saved
+        if (m_currentTable && m_currentRecord > m_currentTable->recordCount())
+            m_currentRecord = 0;
         const QByteArray body = encodeBody(m_database);
         expectKeys();
         if (const Result<void> saved = m_file.save(body); !saved)
@@ -380,7 +382,7 @@ int clsQirDatabase::QirTableFieldsCount() const {
 }
 
 QString clsQirDatabase::QIRTableFieldName(int field) {
-    return guarded([&] { return currentTable().field(fieldIndex(field)).name.text; });
+    return guarded([&] { return currentTable().field(fieldIndex(field)).name.text(); });
 }
 
 int clsQirDatabase::QIRTableFieldType(int field) {

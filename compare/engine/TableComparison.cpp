@@ -36,24 +36,6 @@ private:
     QVariant m_rightValue;
 };
 
-void setColumns(std::vector<std::uint64_t> &words, std::size_t first, std::size_t last) {
-    for (std::size_t column = first; column <= last; ++column)
-        words[column / bitsPerWord] |= std::uint64_t{1} << (column % bitsPerWord);
-}
-
-/// Sets columns `firstColumn` and up of rows `firstRow` and up.
-void setBlock(BitMatrix &matrix, std::size_t firstRow, std::size_t firstColumn) {
-    if (firstColumn >= matrix.columns())
-        return;
-    std::vector<std::uint64_t> block(matrix.wordsPerRow());
-    setColumns(block, firstColumn, matrix.columns() - 1);
-    std::vector<std::uint64_t> words(matrix.wordsPerRow());
-    for (std::size_t row = firstRow; row < matrix.rows(); ++row) {
-        std::ranges::transform(matrix.row(row), block, words.begin(), std::bit_or{});
-        matrix.setRow(row, words);
-    }
-}
-
 std::size_t atLeastZero(int number) {
     return static_cast<std::size_t>(std::max(number, 0));
 }
@@ -108,7 +90,7 @@ void compareCurrentTables(const QirDatabase &left, const QirDatabase &right, int
         if (step)
             step(record);
     }
-    setBlock(matrix, atLeastZero(records) + 1, atLeastZero(fields) + 1);
+    matrix.setBlock(atLeastZero(records) + 1, atLeastZero(fields) + 1);
 }
 
 void markEqualTables(int records, int fields, BitMatrix &matrix, const ComparisonStep &step) {
@@ -121,12 +103,12 @@ void markEqualTables(int records, int fields, BitMatrix &matrix, const Compariso
         if (step)
             step(record);
     }
-    setBlock(matrix, atLeastZero(records) + 1, atLeastZero(fields) + 1);
+    matrix.setBlock(atLeastZero(records) + 1, atLeastZero(fields) + 1);
 }
 
 void markOneSided(BitMatrix &matrix, int commonRecords, int commonFields) {
-    setBlock(matrix, atLeastZero(commonRecords) + 1, 1);
-    setBlock(matrix, 1, atLeastZero(commonFields) + 1);
+    matrix.setBlock(atLeastZero(commonRecords) + 1, 1);
+    matrix.setBlock(1, atLeastZero(commonFields) + 1);
 }
 
 BitMatrix differingCells(const QirDatabase &left, const QirDatabase &right, const ComparisonStep &step) {

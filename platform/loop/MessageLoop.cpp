@@ -1,5 +1,6 @@
 #include "platform/loop/MessageLoop.h"
 
+#include "base/ErrorWords.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/loop/Guards.h"
 #include "platform/loop/HeldInput.h"
@@ -113,10 +114,8 @@ void MessageLoop::runGuarded(const std::function<void()> &command) {
         m_ended = true;
         QCoreApplication::quit();
         return;
-    } catch (const std::bad_alloc &) {
-        error = tr("There is not enough memory.");
     } catch (const std::exception &exception) {
-        error = QString::fromUtf8(exception.what());
+        error = errorWords(exception);
     }
     m_carried = nullptr;
     showError(error);

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <limits>
 #include <stdexcept>
 #include <vector>
@@ -48,6 +50,17 @@ TEST(BitMatrix, CountsAFlagOnceHoweverOftenItIsSet) {
     EXPECT_EQ(matrix.count(), 0U);
 }
 
+TEST(BitMatrix, RowsThatAreAlikeAtTheEndTakeNoMemory) {
+    BitMatrix matrix(std::size_t{1} << 24, 1025);
+    matrix.set(3, 7, true);
+    matrix.setBlock(5, 1);
+    EXPECT_EQ(matrix.count(), 1 + ((std::size_t{1} << 24) - 5) * 1024);
+    EXPECT_TRUE(matrix.at((std::size_t{1} << 24) - 1, 1024));
+    EXPECT_FALSE(matrix.at((std::size_t{1} << 24) - 1, 0));
+    EXPECT_FALSE(matrix.at(4, 1));
+    EXPECT_LE(matrix.memory(), 4096U);
+}
+
 TEST(BitMatrix, DropsTheBitsBeyondTheLastColumnOfARow) {
     BitMatrix matrix(2, 65);
     const std::vector<std::uint64_t> all(2, ~std::uint64_t{0});
@@ -90,6 +103,11 @@ RC_GTEST_PROP(BitMatrixProperty, CountsWhatANaiveModelCounts, ()) {
             matrix.setRow(row, words);
             for (std::size_t c = 0; c < columns; ++c)
                 model[row][c] = (words[c / 64] >> (c % 64)) & 1U;
+        } else if (step % 10 == 4) {
+            matrix.setBlock(row, column);
+            for (std::size_t r = row; r < rows; ++r)
+                std::fill(model[r].begin() + static_cast<std::ptrdiff_t>(std::min(column, columns)), model[r].end(),
+                          true);
         } else {
             matrix.set(row, column, value);
             if (row < rows && column < columns)
@@ -100,6 +118,14 @@ RC_GTEST_PROP(BitMatrixProperty, CountsWhatANaiveModelCounts, ()) {
     for (std::size_t row = 0; row < rows; ++row)
         for (std::size_t column = 0; column < columns; ++column)
             RC_ASSERT(matrix.at(row, column) == model[row][column]);
+    BitMatrix again(rows, columns);
+    for (std::size_t row = rows; row-- > 0;)
+        again.setRow(row, std::vector(matrix.row(row).begin(), matrix.row(row).end()));
+    RC_ASSERT(again == matrix);
+    if (rows > 0 && columns > 0) {
+        again.set(rows - 1, columns - 1, !again.at(rows - 1, columns - 1));
+        RC_ASSERT(!(again == matrix));
+    }
 }
 
 } // namespace

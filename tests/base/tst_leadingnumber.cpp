@@ -14,6 +14,7 @@
 
 using namespace Qt::StringLiterals;
 using qir::leadingNumber;
+using qir::passesRange;
 using qir::wholeNumber;
 
 namespace {
@@ -24,6 +25,16 @@ struct Reading {
     const char16_t *text;
     double value;
 };
+
+TEST(LeadingNumber, TellsWhatNoDoubleReaches) {
+    for (const char16_t *text :
+         {u"1e309", u"-1e999", u"1.7976931348623159e308", u"1 0e 999x", u"1d99999999999999999999"})
+        EXPECT_TRUE(passesRange(QString::fromUtf16(text))) << QString::fromUtf16(text).toStdString();
+    for (const char16_t *text :
+         {u"1.7976931348623158e308", u"-1.7976931348623157e308", u"1e-999", u"0e999", u"0", u"", u"e999", u"inf"})
+        EXPECT_FALSE(passesRange(QString::fromUtf16(text))) << QString::fromUtf16(text).toStdString();
+    EXPECT_TRUE(passesRange(QString(400, u'9')));
+}
 
 TEST(LeadingNumber, ReadsWhatTheTextBeginsWith) {
     const std::vector<Reading> readings = {

@@ -112,6 +112,17 @@ TEST(ImportedValueTest, TakesDatesAsNumbersAndAsIsoTexts) {
     EXPECT_EQ(imported(FieldType::Date, u"soon"_s), "is no date");
 }
 
+TEST(ImportedValueTest, RefusesNumbersThatNoDoubleReaches) {
+    for (const FieldType type : {FieldType::Double, FieldType::Date}) {
+        for (const char16_t *text : {u"1e999", u"-1e999", u"1.7976931348623159e308", u"1 e 4 0 0"})
+            EXPECT_EQ(imported(type, QString::fromUtf16(text)), "is larger than a number can be");
+        EXPECT_EQ(imported(type, u"1.7976931348623157e308"_s), "1.7976931348623157e+308");
+        EXPECT_EQ(imported(type, u"-1.7976931348623158e308"_s), "-1.7976931348623157e+308");
+        EXPECT_EQ(imported(type, u"1e-999"_s), "0");
+    }
+    EXPECT_EQ(imported(FieldType::Long, u"1e999"_s), "is out of the range of long");
+}
+
 TEST(ImportedValueTest, RefusesWhatItWouldHaveToChange) {
     EXPECT_EQ(imported(FieldType::Long, u"five"_s), "is no number");
     EXPECT_EQ(imported(FieldType::Long, u"5 bar"_s), "is no number");

@@ -54,12 +54,25 @@ TEST(CsvTableTest, BlanksBelongToTheValues) {
     EXPECT_EQ(table->value(0, 1), u"\t"_s);
 }
 
-TEST(CsvTableTest, EmptyLinesAreNoRecordsButAQuotedNothingIs) {
-    const Result<CsvTable> table = CsvTable::read("A\n\n\"\"\n\nx\n");
-    ASSERT_TRUE(table);
-    ASSERT_EQ(table->records(), 2U);
-    EXPECT_EQ(table->value(0, 0), u""_s);
-    EXPECT_EQ(table->value(1, 0), u"x"_s);
+TEST(CsvTableTest, AnEmptyLineOfOneColumnIsARecord) {
+    for (const QByteArray &csv : {QByteArray("A\n\n\"\"\n\nx\n\n"), QByteArray("A\r\n\r\n\"\"\r\n\r\nx\r\n\r\n"),
+                                  QByteArray("A\r\r\"\"\r\rx\r\r"), QByteArray("\n\r\nA\n\r\n\"\"\r\n\nx\r\n\n")}) {
+        const Result<CsvTable> table = CsvTable::read(csv);
+        ASSERT_TRUE(table) << csv.toStdString();
+        ASSERT_EQ(table->records(), 5U) << csv.toStdString();
+        for (std::size_t record = 0; record < 5; ++record)
+            EXPECT_EQ(table->value(record, 0), record == 3 ? u"x"_s : u""_s) << csv.toStdString();
+    }
+}
+
+TEST(CsvTableTest, AnEmptyLineOfMoreColumnsIsNoRecord) {
+    for (const QByteArray &csv : {QByteArray("\nA,B\n\nx,y\n\n\n,\n"), QByteArray("A,B\r\n\r\nx,y\r\n,\r\n\r\n")}) {
+        const Result<CsvTable> table = CsvTable::read(csv);
+        ASSERT_TRUE(table);
+        ASSERT_EQ(table->records(), 2U);
+        EXPECT_EQ(table->value(0, 1), u"y"_s);
+        EXPECT_EQ(table->value(1, 0), u""_s);
+    }
 }
 
 TEST(CsvTableTest, AByteOrderMarkIsNoPartOfTheFirstName) {

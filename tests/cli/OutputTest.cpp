@@ -51,16 +51,44 @@ TEST(JsonTextTest, EveryCharacterOfATextComesBack) {
     EXPECT_EQ(QJsonDocument::fromJson(out).array().at(0).toString(), text);
 }
 
+TEST(JsonTextTest, NoTerminalActsOnAText) {
+    QByteArray out;
+    appendJsonString(out, u"\x1b[31m\x7f\u009b\u0080\u00a0é"_s);
+    EXPECT_EQ(out, "\"\\u001b[31m\\u007f\\u009b\\u0080\u00a0é\"");
+}
+
+QByteArray textOf(TextTable &columns, const QList<QStringList> &lines) {
+    for (const QStringList &line : lines)
+        columns.measure(line);
+    QByteArray out;
+    columns.appendHeading(out);
+    for (const QStringList &line : lines)
+        columns.appendLine(out, line);
+    return out;
+}
+
 TEST(TextTableTest, ColumnsAreAsWideAsTheirWidestAndNumbersStandAtTheRight) {
     TextTable lines;
     lines.addColumn(u"Name"_s, TextTable::Align::Left);
     lines.addColumn(u"Speed"_s, TextTable::Align::Right);
     lines.addColumn(u"Note"_s, TextTable::Align::Left);
-    lines.addLine({u"Booster \U0001F600"_s, u"5"_s, u""_s});
-    lines.addLine({u"P"_s, u"150000"_s, u"x"_s});
-    EXPECT_EQ(lines.text(), QByteArray("Name        Speed  Note\n"
-                                       "Booster \xF0\x9F\x98\x80       5\n"
-                                       "P          150000  x\n"));
+    EXPECT_EQ(textOf(lines, {{u"Booster \U0001F600"_s, u"5"_s, u""_s}, {u"P"_s, u"150000"_s, u"x"_s}}),
+              QByteArray("Name        Speed  Note\n"
+                         "Booster \xF0\x9F\x98\x80       5\n"
+                         "P          150000  x\n"));
+}
+
+TEST(TextTableTest, AValueThatIsVeryWideMovesItsOwnLineAlone) {
+    TextTable lines;
+    lines.addColumn(u"Name"_s, TextTable::Align::Left);
+    lines.addColumn(u"N"_s, TextTable::Align::Right);
+    const QString widest(TextTable::widest, u'w');
+    const QString wider(65535, u'w');
+    EXPECT_EQ(textOf(lines, {{wider, u"1"_s}, {u"short"_s, u"2"_s}}),
+              "Name   N\n" + wider.toLatin1() + "  1\nshort  2\n");
+    EXPECT_EQ(textOf(lines, {{widest, u"1"_s}, {u"short"_s, u"2"_s}}), "Name" + QByteArray(56, ' ') + "  N\n" +
+                                                                           widest.toLatin1() + "  1\nshort" +
+                                                                           QByteArray(55, ' ') + "  2\n");
 }
 
 TEST(TextTableTest, NothingThatATerminalActsOnIsPrinted) {
@@ -127,7 +155,7 @@ TEST_F(WholeFileTest, AFaultAtAnyCallLeavesTheOldFileOrTheNewOneAndNothingBeside
         FailingFileOps ops(Fault{at, Fault::Kind::Undone, ENOSPC, false});
         bool failed = false;
         try {
-            writeWholeFile(file, "brand new", ops);
+            writeWholeFile(file, "brand new", {}, ops);
         } catch (const FileError &error) {
             failed = true;
         }

@@ -34,7 +34,7 @@ inline std::vector<PlainTable> plain(const Database &database) {
         const Table &table = database.table(t);
         PlainTable copy{table.name().text, table.recordCount(), {}};
         for (const Field &field : table.fields()) {
-            PlainField values{field.name.text, field.type(), field.size, {}};
+            PlainField values{field.name.text(), field.type(), field.size, {}};
             for (std::size_t record = 0; record < field.column.size(); ++record)
                 values.values.push_back(field.column.value(record));
             copy.fields.push_back(std::move(values));

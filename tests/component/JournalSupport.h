@@ -38,7 +38,7 @@ public:
         m_saved = body;
         m_base.bodySize = std::uint64_t(body.size());
     }
-    QByteArray body() const { return encodeBody(m_database); }
+    QByteArray body() const { return encodeBody(m_database, BodyFor::Journal); }
 
     QString folder() const { return m_folder.path(); }
     QString journalFolderPath() const { return m_folder.filePath(QStringLiteral("journal")); }

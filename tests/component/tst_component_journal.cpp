@@ -32,6 +32,71 @@ TEST_F(ComponentJournal, WhatWasTypedBeforeACrashIsThereAgainAsUnsavedChanges) {
     EXPECT_TRUE(m_notices[0].startsWith(path()));
 }
 
+/// Takes all fields of the table and leaves it `records` records.
+void leaveRecordsAlone(clsQirDatabase &session, int records) {
+    session.QIRTableRecordSource(u"Pumps"_s);
+    while (session.QirTableRecordsCount() < records)
+        session.AddRecord();
+    while (session.QirTableFieldsCount() > 0)
+        session.RemoveField(1);
+}
+
+TEST_F(ComponentJournal, RecordsOfATableThatLostItsFieldsTakeNewOnesAlsoAfterACrash) {
+    for (const bool inAGroup : {false, true}) {
+        auto session = open();
+        if (inAGroup)
+            session->BeginChanges();
+        leaveRecordsAlone(*session, 400);
+        if (inAGroup)
+            session->EndChanges(); // large enough to be kept as an image
+        kill(session);
+        session = open();
+        session->QIRTableRecordSource(u"Pumps"_s);
+        EXPECT_EQ(session->QirTableRecordsCount(), 400) << inAGroup;
+        session->AddField(u"Name"_s, 10);
+        session->setQIRTableRecordsPointerOut(400);
+        session->QIRTableRecordSetByIndex(1, u"last"_s);
+        kill(session);
+        session = open();
+        session->QIRTableRecordSource(u"Pumps"_s);
+        session->setQIRTableRecordsPointerOut(400);
+        EXPECT_EQ(session->QIRTableRecordSetByIndex(1), QVariant(u"last"_s)) << inAGroup;
+        session->setDtbHasChanged(false);
+    }
+}
+
+TEST_F(ComponentJournal, WhatIsTypedAfterRecordsWithoutFieldsWereSavedSurvivesACrash) {
+    auto session = open();
+    leaveRecordsAlone(*session, 5);
+    session->SaveDtb();
+    EXPECT_EQ(session->QirTableRecordsCount(), 0);
+    session->AddField(u"Name"_s, 10);
+    session->AddRecord();
+    write(*session, u"Main"_s);
+    kill(session);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"Main"_s);
+    EXPECT_EQ(session->QirTableRecordsCount(), 1);
+}
+
+TEST_F(ComponentJournal, WhatIsTypedAfterASaveOfSuchRecordsFailedSurvivesACrash) {
+    auto session = open();
+    leaveRecordsAlone(*session, 5);
+    m_ops.onCall = [](FileCall call, const std::string &) {
+        return call == FileCall::Allocate ? std::optional(SystemError{ENOSPC}) : std::nullopt;
+    };
+    EXPECT_THROW(session->SaveDtb(), std::exception);
+    m_ops.onCall = {};
+    session->AddField(u"Name"_s, 10);
+    session->AddRecord();
+    const int records = session->QirTableRecordsCount();
+    write(*session, u"Main"_s);
+    kill(session);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"Main"_s);
+    EXPECT_EQ(session->QirTableRecordsCount(), records);
+}
+
 TEST_F(ComponentJournal, ClosingWithNoGivesTheRecoveredChangesUp) {
     auto session = open();
     write(*session, u"Main"_s);

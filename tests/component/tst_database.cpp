@@ -223,7 +223,7 @@ TEST_F(OneRecord, FieldNamesAreUniqueByKey) {
     EXPECT_EQ(plain(database), before);
     EXPECT_TRUE(database.renameField(table(), textField, u"F10 "_s)); // its own key
     EXPECT_FALSE(database.renameField(table(), textField, u"F10 "_s));
-    EXPECT_EQ(table().field(textField).name.text, u"F10 "_s);
+    EXPECT_EQ(table().field(textField).name.text(), u"F10 "_s);
 }
 
 TEST(DatabaseTables, ANewTableHasOneFieldAndOneRecord) {

@@ -624,6 +624,97 @@ TEST_F(DatabaseFileTest, ASaveThatSlipsInBetweenIsKeptAsAConflictCopy) {
     EXPECT_TRUE(file.save("mine again"));
 }
 
+QByteArray otherVersion(const QByteArray &body) {
+    FileHeader header;
+    header.fileId.fill(3);
+    header.saveId.fill(7);
+    return containerBytes(body, {}, header);
+}
+
+/// Another program writes another version over the bytes of a file: the same size, in place, with the time set back.
+void rewriteUnseen(const QString &name, const QByteArray &bytes) {
+    const std::string path = systemPath(name);
+    struct stat before {};
+    ASSERT_EQ(::stat(path.c_str(), &before), 0);
+    ASSERT_EQ(before.st_size, bytes.size());
+    QFile file(name);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_EQ(file.write(bytes), bytes.size());
+    file.close();
+    const struct timespec times[] = {before.st_atim, before.st_mtim};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+}
+
+TEST_F(DatabaseFileTest, AVersionThatSlipsInWithTheSameSizeAndTimeIsKeptAsAConflictCopy) {
+    const QString name = make(u"a.ddb"_s, "one");
+    bool slipped = false;
+    HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+        if (call == FileCall::LinkFile && !std::exchange(slipped, true))
+            rewriteUnseen(name, otherVersion("two"));
+        return std::nullopt;
+    });
+    QStringList notices;
+    DatabaseFileOptions options = testOptions();
+    options.notice = [&](const QString &text) { notices.append(text); };
+    DatabaseFile file(ops, options);
+    ASSERT_TRUE(file.load(name, {}));
+    EXPECT_TRUE(file.save("mine"));
+    EXPECT_EQ(bodyOf(name), "mine");
+    const QStringList names = namesIn(m_folder.path());
+    ASSERT_EQ(names.size(), 2) << "the other version is lost";
+    EXPECT_EQ(bodyOf(path(names[1])), "two");
+    ASSERT_EQ(notices.size(), 1);
+    EXPECT_TRUE(notices[0].contains(u"another program"_s));
+}
+
+TEST_F(DatabaseFileTest, AVersionThatSlipsInWithTheSameSizeAndTimeIsNotOverwrittenInPlace) {
+    const QString name = make(u"a.ddb"_s, "one");
+    ASSERT_EQ(::link(systemPath(name).c_str(), systemPath(path(u"b.ddb"_s)).c_str()), 0);
+    bool slipped = false;
+    HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+        if (call == FileCall::Lock && !std::exchange(slipped, true))
+            rewriteUnseen(name, otherVersion("two"));
+        return std::nullopt;
+    });
+    DatabaseFile file(ops, testOptions());
+    ASSERT_TRUE(file.load(name, {}));
+    slipped = false; // a lock of the load does not count
+    const auto saved = file.save("mine");
+    ASSERT_FALSE(saved);
+    EXPECT_TRUE(saved.error().text.contains(u"was changed by another program"_s)) << saved.error().text.toStdString();
+    EXPECT_EQ(bodyOf(name), "two");
+}
+
+TEST_F(DatabaseFileTest, WhatCannotBeLookedAtAgainIsKeptWithoutBlamingAnybody) {
+    const QString name = make(u"a.ddb"_s, "one");
+    for (const FileCall failing : {FileCall::StatusAt, FileCall::OpenAt}) {
+        bool exchanged = false;
+        HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+            return exchanged && call == failing ? std::optional(SystemError{EIO}) : std::nullopt;
+        });
+        ops.onRename = [&](unsigned flags) -> std::optional<SystemError> {
+            exchanged = exchanged || flags == RENAME_EXCHANGE;
+            return std::nullopt;
+        };
+        QStringList notices;
+        DatabaseFileOptions options = testOptions();
+        options.notice = [&](const QString &text) { notices.append(text); };
+        DatabaseFile file(ops, options);
+        ASSERT_TRUE(file.load(name, {}));
+        const QByteArray before = bodyOf(name);
+        (void)file.save("two");
+        EXPECT_TRUE(exchanged);
+        EXPECT_EQ(bodyOf(name), "two");
+        const QStringList kept = namesIn(m_folder.path()).filter(u"(conflict "_s);
+        ASSERT_EQ(kept.size(), 1);
+        EXPECT_EQ(bodyOf(path(kept[0])), before);
+        const QString told = notices.join(u'\n');
+        EXPECT_TRUE(told.contains(u"could not be looked at"_s)) << told.toStdString();
+        EXPECT_FALSE(told.contains(u"another program"_s)) << told.toStdString();
+        QFile::remove(path(kept[0]));
+    }
+}
+
 TEST_F(DatabaseFileTest, AConflictCopyOfAVeryLongNameStillGetsAName) {
     const QString stem = u"\u00e9"_s.repeated(125); // 250 bytes
     const QString name = make(stem + u".ddb"_s, "one");

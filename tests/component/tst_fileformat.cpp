@@ -1,8 +1,11 @@
+#include "base/Collation.h"
 #include "qirtbase/BodyCodec.h"
 #include "tests/component/StorageSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
@@ -61,6 +64,25 @@ TEST(FileFormat, BothExamplesAreRead) {
     const auto database = decodeBody(open->body);
     ASSERT_TRUE(database);
     EXPECT_EQ(encodeBody(*database), encodeBody(exampleDatabase()));
+}
+
+TEST(FileFormat, TheKeysOfNamesOnItsPageAreTheOnesMade) {
+    const QString page = QString::fromUtf8(contentOf(QStringLiteral(QIR_SOURCE_FOLDER "/docs/file-format.md")));
+    const QString block = page.section(u"```keys\n"_s, 1).section(u"```"_s, 0, 0);
+    int keys = 0;
+    for (const QString &line : block.split(u'\n', Qt::SkipEmptyParts)) {
+        const QJsonArray pair = QJsonDocument::fromJson(line.toUtf8()).array();
+        ASSERT_EQ(pair.size(), 2) << line.toStdString();
+        EXPECT_EQ(collationKey(pair.at(0).toString()), pair.at(1).toString()) << line.toStdString();
+        ++keys;
+    }
+    EXPECT_GE(keys, 25);
+}
+
+TEST(FileFormat, TheVersionOfUnicodeOnItsPageIsTheOneUsed) {
+    const QString page = QString::fromUtf8(contentOf(QStringLiteral(QIR_SOURCE_FOLDER "/docs/file-format.md")));
+    EXPECT_TRUE(page.contains(u"by Unicode 14.0:"_s));
+    EXPECT_EQ(QChar::currentUnicodeVersion(), QChar::Unicode_14_0);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "tests/component/StorageSupport.h"
+#include "tests/support/CountedMemory.h"
 #include "tests/support/ForwardingFileOps.h"
 
 #include <gtest/gtest.h>
@@ -14,15 +15,6 @@
 #include <cstdio>
 #include <cstring>
 
-#ifdef __SANITIZE_ADDRESS__
-// The sanitizer's run time has these; this compiler comes without the header that says so.
-extern "C" {
-int __sanitizer_install_malloc_and_free_hooks(void (*onAllocation)(const volatile void *, std::size_t),
-                                              void (*onFree)(const volatile void *));
-std::size_t __sanitizer_get_allocated_size(const volatile void *memory);
-}
-#endif
-
 using namespace Qt::StringLiterals;
 
 // Files that somebody made to do harm: all sums are right, so that each reaches the check that must refuse it.
@@ -33,25 +25,6 @@ namespace {
 const QString password = u"p"_s;
 constexpr qsizetype start = layout::lengthDigits;
 constexpr std::size_t memoryMax = std::size_t{16} << 20;
-
-// ---- how much memory a refusal takes
-
-std::size_t allocatedNow = 0;
-std::size_t allocatedPeak = 0;
-
-#ifdef __SANITIZE_ADDRESS__
-void onAllocation(const volatile void *, std::size_t size) {
-    allocatedNow += size;
-    allocatedPeak = std::max(allocatedPeak, allocatedNow);
-}
-void onFree(const volatile void *memory) {
-    if (memory)
-        allocatedNow -= std::min(allocatedNow, __sanitizer_get_allocated_size(memory));
-}
-const int hooked = __sanitizer_install_malloc_and_free_hooks(onAllocation, onFree);
-#else
-const int hooked = 0;
-#endif
 
 // ---- making the files
 
@@ -171,7 +144,7 @@ class HostileFiles : public testing::Test {
 protected:
     void TearDown() override {
         std::printf("%d files refused, at most %zu bytes of memory%s, %.2f ms\n", m_files, m_peak,
-                    hooked ? "" : " (not counted in this build)", m_slowest);
+                    CountedMemory::counts() ? "" : " (not counted in this build)", m_slowest);
     }
 
     /// Refused for this reason, with little read, little memory, and no key derived unless the header is in order.
@@ -195,19 +168,18 @@ protected:
             ++derivations;
             return masterKey().clone();
         };
-        const std::size_t before = allocatedNow;
-        allocatedPeak = before;
+        const CountedMemory counted;
         const auto begin = std::chrono::steady_clock::now();
         const auto read = readContainer(ops, file.descriptor(), password, {}, derive);
         const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - begin;
         ASSERT_FALSE(read) << what;
         EXPECT_EQ(read.error().kind, kind) << what << ": " << read.error().text.toStdString();
         EXPECT_FALSE(read.error().text.isEmpty()) << what;
-        EXPECT_LE(allocatedPeak - before, memoryMax) << what;
+        EXPECT_LE(counted.peak(), memoryMax) << what;
         EXPECT_LE(ops.total, std::size_t{2} << 20) << what << ": bytes asked for";
         EXPECT_LE(derivations, 1) << what;
         ++m_files;
-        m_peak = std::max(m_peak, allocatedPeak - before);
+        m_peak = std::max(m_peak, counted.peak());
         m_slowest = std::max(m_slowest, time.count());
     }
 

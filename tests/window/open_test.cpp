@@ -1,6 +1,7 @@
 #include "tests/window/EditorFixture.h"
 
 #include "app/Program.h"
+#include "app/shared/Funzioni.h"
 #include "base/FileNames.h"
 
 #include <QApplication>
@@ -106,6 +107,13 @@ private Q_SLOTS:
         DialogScript dialogs;
         dialogs.expectMessage(u"Can't load '"_s + m_folder->path() + u"'"_s, u"!!"_s, u"OK"_s);
         QCOMPARE(runProgram({m_folder->path(), QString()}), 1);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void endsTheProgramWithStatus2WhenAnArgumentIsNoText() {
+        DialogScript dialogs;
+        dialogs.expectMessage(u"the argument is no text"_s, applicationTitle(), u"OK"_s);
+        QCOMPARE(refuseArguments(u"the argument is no text"_s), 2);
         QCOMPARE(dialogs.problems(), QString());
     }
 

@@ -1,6 +1,7 @@
 #include "app/Program.h"
 #include "dialogs/Progresso.h"
 #include "qirtbase/clsQirDatabase.h"
+#include "tests/support/Hands.h"
 #include "tests/window/ShellTest.h"
 
 #include <QApplication>
@@ -125,7 +126,7 @@ private Q_SLOTS:
             if (way == u"button")
                 pressButton(box, u"Cancel"_s);
             else if (way == u"Escape")
-                QTest::keyClick(&box, Qt::Key_Escape);
+                hands::strike(box, Qt::Key_Escape, Qt::NoModifier, u"\x1b"_s);
             else
                 box.close();
         });
@@ -178,7 +179,7 @@ private Q_SLOTS:
         bool held = false;
         WhileProgress progress([&](Progresso &) {
             if (!held)
-                QTest::mouseClick(&fixture.list(0), Qt::LeftButton);
+                fixture.activate(0);
             held = MessageLoop::instance()->inputHeld();
         });
         fixture.dialogs().expectFile(fileDialogTitle, file);

@@ -135,6 +135,40 @@ TEST_P(ContractTest, RemovingEveryFieldKeepsTheRecords) {
     EXPECT_EQ(text(database, 2, 1), u""_s);
 }
 
+TEST_P(ContractTest, ATableWithoutFieldsIsSavedWithoutRecords) {
+    const QirDatabase database = pumps();
+    database.AddTable(u"Other"_s);
+    database.setQIRTableRecordsPointerOut(2);
+    for (int field = 3; field >= 1; --field)
+        database.RemoveField(field);
+    EXPECT_EQ(database.QirTableRecordsCount(), 2);
+    save(database);
+    EXPECT_EQ(database.QirTableRecordsCount(), 0) << "what is open is what was saved";
+    EXPECT_EQ(database.QIRTableRecordsPointerOut(), 0);
+    EXPECT_FALSE(database.DtbHasChanged());
+    const QirDatabase again = loaded(u"TEST.DDB"_s);
+    EXPECT_EQ(Content::of(again), Content::of(database));
+    database.QIRTableRecordSource(u"Pumps"_s);
+    database.AddField(u"Name"_s, 10, 5);
+    EXPECT_EQ(database.QirTableRecordsCount(), 0);
+    again.QIRTableRecordSource(u"Other"_s);
+    EXPECT_EQ(again.QirTableRecordsCount(), 1);
+}
+
+TEST_P(ContractTest, ATableWithoutFieldsIsWrittenWithoutRecordsAtTheRelease) {
+    {
+        const QirDatabase database = pumps();
+        save(database);
+        for (int field = 3; field >= 1; --field)
+            database.RemoveField(field);
+        EXPECT_TRUE(database.DtbHasChanged());
+    }
+    const QirDatabase again = loaded(u"TEST.DDB"_s);
+    again.QIRTableRecordSource(u"Pumps"_s);
+    EXPECT_EQ(again.QirTableFieldsCount(), 0);
+    EXPECT_EQ(again.QirTableRecordsCount(), 0);
+}
+
 TEST_P(ContractTest, FieldNumber1025IsRefused) {
     const QirDatabase database = made();
     addBareTable(database, u"Wide"_s);

@@ -116,6 +116,12 @@ bool FakeComponent::LoadDtb(const QString &fileName, const QString &password) {
 void FakeComponent::write() {
     if (m_state != State::Loaded || m_fileName.isEmpty())
         return;
+    for (fake::Table &table : m_content.database.tables) {
+        if (table.fields.isEmpty())
+            table.records.clear(); // no file keeps them
+    }
+    if (m_content.table >= 0 && current().records.isEmpty())
+        m_content.record = 0;
     QSaveFile file(reached(m_fileName));
     const QByteArray bytes = fake::encode(m_content.database);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {

@@ -13,6 +13,9 @@ import struct
 import subprocess
 import sys
 import tempfile
+import unicodedata
+
+import reader
 
 READER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "reader.py")
 LETTERS = "abcXYZ 0123,;\"'|\\/?!.-_\u00e4\u00df\u00e9\u0416\u4e2d\u20ac\U0001F600"
@@ -131,6 +134,20 @@ def check_page(page, folder):
             sys.exit(f"the page's example holds {read}")
 
 
+def check_keys(page):
+    """The reader's keys of names are those of the page, by the page's version of Unicode."""
+    with open(page, encoding="utf-8") as file:
+        text = file.read()
+    version = re.search(r"by Unicode (\d+\.\d+)", text)[1]
+    if not unicodedata.unidata_version.startswith(version + "."):
+        print(f"keys are compared by Unicode {unicodedata.unidata_version}, the page says {version}")
+    lines = re.search(r"```keys\n(.*?)```", text, re.S)[1].splitlines()
+    for name, key in map(json.loads, lines):
+        if reader.key_of(name) != key:
+            sys.exit(f"the page's key of {name!a} is {key!a}, the reader's {reader.key_of(name)!a}")
+    print(f"{len(lines)} keys of names are those of the page")
+
+
 if __name__ == "__main__":
     options = argparse.ArgumentParser()
     options.add_argument("--qirdb", required=True)
@@ -144,6 +161,7 @@ if __name__ == "__main__":
     source, total = random.Random(given.seed), 0
     with tempfile.TemporaryDirectory() as place:
         check_page(given.page, place)
+        check_keys(given.page)
         for number in range(given.databases):
             made, size = check_random(source, place, given.qirdb, number < given.protected)
             total += size

@@ -17,6 +17,8 @@ from nacl import bindings as sodium
 TYPES = {1: "bool", 2: "byte", 3: "int", 4: "long", 7: "double", 8: "date", 10: "text"}
 COLUMNS = {1: "B", 2: "B", 3: "h", 4: "i", 7: "d", 8: "d"}
 KIB = 1024
+BLANKS = "".join(map(chr, [*range(0x09, 0x0E), 0x20, 0x85, 0xA0, 0x1680, *range(0x2000, 0x200B), 0x2028, 0x2029, 0x202F,
+                           0x205F, 0x3000]))
 
 
 class Refused(Exception):
@@ -137,8 +139,13 @@ def body_of(name, password):
 
 def key_of(name):
     """What names are told apart by."""
-    shorter = name.strip().replace(" ?", "").replace(" !", "")
-    return name.upper() if shorter == name else key_of(shorter)
+    kept = ""
+    for character in name.strip(BLANKS):
+        if character in "?!" and kept.endswith(" "):
+            kept = kept[:-1]
+        else:
+            kept += character
+    return kept.strip(BLANKS).upper()
 
 
 def take_name(data, taken):
@@ -162,6 +169,7 @@ def take_column(data, kind, size, records):
 def take_table(data, taken):
     records, count = data.numbers("IH")
     require(records <= 2**24 and count <= 1024, "too many records or fields")
+    require(count > 0 or records == 0, "records without fields")
     name, fields, names = take_name(data, taken), [], set()
     for _ in range(count):
         kind, size = data.numbers("BH")
@@ -170,7 +178,7 @@ def take_table(data, taken):
     columns = [take_column(data, kind, size, records) for _, kind, size in fields]
     require(data.at_end(), "bytes after a table")
     heading = [{"name": field, "type": TYPES[kind], "size": size} for field, kind, size in fields]
-    rows = list(zip(*columns)) if columns else [()] * records
+    rows = list(zip(*columns))
     return {"table": name, "fields": heading, "records": records}, rows
 
 
