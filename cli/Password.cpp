@@ -123,7 +123,7 @@ SecretText readPasswordFile(const QString &file) {
     return SecretText(line.text());
 }
 
-SecretText askPassword(const QString &prompt) {
+SecretText askPassword(const QString &prompt, const QString &note) {
     FileOps &system = FileOps::system();
     const auto opened = OpenFile::openAt(system, AT_FDCWD, "/dev/tty", O_RDWR);
     if (!opened)
@@ -135,7 +135,8 @@ SecretText askPassword(const QString &prompt) {
         const SilentTerminal silent(terminal);
         if (!silent.isSilent())
             throw std::runtime_error("the terminal would show the password; use --password-file");
-        (void)writeFully(system, terminal, printableText(prompt).toUtf8());
+        const QString noteLine = note.isEmpty() ? QString() : printableText(note) + u'\n';
+        (void)writeFully(system, terminal, (noteLine + printableText(prompt)).toUtf8());
         end = readLine(terminal, line);
         (void)writeFully(system, terminal, "\n");
     }

@@ -11,9 +11,9 @@ namespace qir {
 /// The first line of a file, without its line end. Throws FileError.
 SecretText readPasswordFile(const QString &file);
 
-/// Asks on the terminal, which acts on nothing in the prompt, without showing what is typed. Throws std::runtime_error
-/// where there is no terminal.
-SecretText askPassword(const QString &prompt);
+/// Asks on the terminal, which acts on nothing in prompt and note, without showing what is typed. A note stands in a
+/// line of its own before the prompt. Throws std::runtime_error where there is no terminal.
+SecretText askPassword(const QString &prompt, const QString &note = {});
 
 /// What is wrong with a new password that the editor's boxes could not give back, so that it would open the file here
 /// but not there: they keep 255 characters, take no control characters, and drop blanks at the end. Nothing for a good

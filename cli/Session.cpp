@@ -59,8 +59,9 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
     if (session.m_protected) {
         wipe.emplace();
         session.run([&] {
-            given = passwordFile.empty() ? askPassword(session.passwordPrompt())
-                                         : readPasswordFile(argumentText(QByteArrayView(passwordFile)));
+            given = passwordFile.empty()
+                        ? askPassword(u"Password of %1: "_s.arg(file), session.m_database.PasswordNote(file))
+                        : readPasswordFile(argumentText(QByteArrayView(passwordFile)));
         });
     }
     bool loaded = false;
@@ -75,12 +76,6 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
     if (password != nullptr)
         *password = std::move(given);
     return session;
-}
-
-QString Session::passwordPrompt() const {
-    const QString note = m_database.PasswordNote(m_file);
-    const QString prompt = u"Password of %1: "_s.arg(m_file);
-    return note.isEmpty() ? prompt : printableText(note) + u'\n' + prompt;
 }
 
 Session Session::create(const QString &file) {

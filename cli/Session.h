@@ -43,7 +43,6 @@ public:
 
 private:
     explicit Session(const QString &file);
-    QString passwordPrompt() const;
 
     QString m_file;
     bool m_protected = false;
