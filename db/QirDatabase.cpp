@@ -50,6 +50,7 @@ const Method<void()> endChanges{"EndChanges"};
 const Method<void()> cancelChanges{"CancelChanges"};
 const Method<QString()> lastError{"LastError"};
 const Property<bool> leaveJournal{"LeaveJournal"};
+const Method<void(QString, QString)> setFilePlace{"SetFilePlace"};
 
 } // namespace
 
@@ -235,6 +236,15 @@ QString QirDatabase::LastError() const {
 void QirDatabase::setLeaveJournal(bool leave) const {
     if (leaveJournal.isIn(m_object))
         leaveJournal.write(m_object, leave);
+}
+
+bool QirDatabase::hasFilePlaces() const {
+    return setFilePlace.isIn(m_object);
+}
+
+void QirDatabase::SetFilePlace(const QString &fileName, const QString &place) const {
+    if (hasFilePlaces())
+        setFilePlace(m_object, fileName, place);
 }
 
 ChangeGroup::ChangeGroup(const QirDatabase &database)

@@ -93,6 +93,10 @@ public:
     /// For callers without a user to tell, before LoadDtb(): the unsaved changes of a session that died stay for the
     /// next editor.
     void setLeaveJournal(bool leave) const;
+    /// Before a name is given to LoadDtb() or SetDatabaseFileName(): the path of the file that it stands for, where a
+    /// search ignoring case would not find it.
+    void SetFilePlace(const QString &fileName, const QString &place) const;
+    bool hasFilePlaces() const;
 
 private:
     explicit QirDatabase(AutomationObject object)

@@ -29,6 +29,7 @@ const std::vector<Member> methods = {
     {"SetDatabaseFileName(QString)", "bool"},
     {"NewPassword(QString,QString)", "void"},
     {"LastError()", "QString"},
+    {"SetFilePlace(QString,QString)", "void"},
     {"QIRTableName(int)", "QString"},
     {"ExistTable(QString)", "bool"},
     {"AddTable(QString)", "void"},
