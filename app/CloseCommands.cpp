@@ -21,26 +21,34 @@ void CloseCommands::askAndRelease(int pane) {
     releaseComponent(m_editor, pane);
 }
 
-void CloseCommands::CloseDatabaseMenu_Click() {
-    const int pane = m_editor.state.IndexAttivo;
-    askAndRelease(pane);
+void CloseCommands::showReleased(int pane) {
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
-    m_editor.controls.pane[static_cast<std::size_t>(pane)].hint->setFocus(); // the keyboard stays in this pane
+    if (pane == m_editor.state.IndexAttivo) // the keyboard stays in this pane
+        m_editor.controls.pane[static_cast<std::size_t>(pane)].hint->setFocus();
     m_alignment.MostraTabelleDiverseInLista();
     m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore);
 }
 
-void CloseCommands::Form_QueryUnload() {
+void CloseCommands::CloseDatabaseMenu_Click() {
+    const int pane = m_editor.state.IndexAttivo;
+    askAndRelease(pane);
+    showReleased(pane);
+}
+
+bool CloseCommands::Form_QueryUnload() {
     for (const int pane : {0, 1}) {
-        // The window closes whatever happens: an error of one component must not keep the other one from being asked
-        // about, and there is no command's end left to show it.
         try {
             askAndRelease(pane);
         } catch (const std::exception &error) {
             messageBox(m_editor.controls.window, errorWords(error), applicationTitle());
+            if (pane == 1)
+                showReleased(0);
+            AbilitaMenu(m_editor, m_editor.state.IndexAttivo);
+            return false;
         }
     }
+    return true;
 }
 
 } // namespace qir

@@ -18,12 +18,15 @@ public:
 
     /// Closes the active pane's database; its name stays the pane's name.
     void CloseDatabaseMenu_Click();
-    /// The window is being closed: asks about each changed database, left first, and releases both. Never refuses.
-    void Form_QueryUnload();
+    /// The window is being closed: asks about each changed database, left first, and releases both. False when a
+    /// component could not take a No: its release would write what was refused, so it stays open, and the window.
+    bool Form_QueryUnload();
 
 private:
     /// Asks about the pane's component and clears its changed flag after a No.
     void askAndRelease(int pane);
+    /// After a release: menus, lists and colours without that database.
+    void showReleased(int pane);
 
     EditorContext &m_editor;
     TableListAlignment &m_alignment;

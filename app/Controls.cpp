@@ -39,6 +39,7 @@ PaneControls buildPane(QWidget &parent, int pane) {
     controls.ground->setObjectName(u"ground_%1"_s.arg(pane));
     controls.ground->setAutoFillBackground(true);
     controls.ground->setAttribute(Qt::WA_TransparentForMouseEvents); // a click on it is one on the frame
+    controls.ground->hide();
 
     controls.ListaTabelle = new ListBox(controls.IDtb, ListBox::Sorted);
     name(*controls.ListaTabelle, "ListaTabelle", pane, u"tables"_s);
@@ -48,9 +49,9 @@ PaneControls buildPane(QWidget &parent, int pane) {
     name(*controls.Tabella, "Tabella", pane, u"table"_s);
     controls.Tabella->setVisibleFlag(false);
 
-    const QString hint = QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one.");
-    controls.hint = new QLabel(hint, controls.IDtb);
-    name(*controls.hint, "hint", pane, u"pane: "_s + hint);
+    controls.hint = new QLabel(controls.IDtb);
+    controls.hint->setObjectName(u"hint_%1"_s.arg(pane));
+    controls.hint->setTextFormat(Qt::PlainText);
     controls.hint->setFocusPolicy(Qt::TabFocus); // the keyboard reaches a pane without a database by it
     controls.hint->setAlignment(Qt::AlignCenter);
     controls.hint->setWordWrap(true);
@@ -65,12 +66,23 @@ PaneControls buildPane(QWidget &parent, int pane) {
 
 } // namespace
 
+void showHint(const EditorControls &controls, int pane, const QString &failure) {
+    QString text = QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one.");
+    if (!failure.isEmpty())
+        text.prepend(failure + u"\n\n"_s);
+    QLabel &hint = *controls.pane[static_cast<std::size_t>(pane)].hint;
+    hint.setText(text);
+    hint.setAccessibleName((pane == 0 ? u"Left "_s : u"Right "_s) + u"pane: "_s + text);
+}
+
 void buildControls(QMainWindow &window, EditorControls &controls) {
     auto *area = new QWidget(&window);
     window.setCentralWidget(area);
     controls.window = &window;
-    for (const int pane : {0, 1})
+    for (const int pane : {0, 1}) {
         controls.pane[static_cast<std::size_t>(pane)] = buildPane(*area, pane);
+        showHint(controls, pane, QString());
+    }
 
     controls.ProgressBarCompare = new QProgressBar(area);
     controls.ProgressBarCompare->setObjectName(u"ProgressBarCompare"_s);

@@ -12,4 +12,7 @@ namespace qir {
 /// their object names and accessible names, and enters them into `controls`. The window owns what is made.
 void buildControls(QMainWindow &window, EditorControls &controls);
 
+/// What an empty pane says: how to open a database, and before that why one could not be opened, "" for nothing.
+void showHint(const EditorControls &controls, int pane, const QString &failure);
+
 } // namespace qir

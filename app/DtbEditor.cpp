@@ -136,9 +136,12 @@ void DtbEditor::changeEvent(QEvent *event) {
 }
 
 void DtbEditor::closeEvent(QCloseEvent *event) {
-    runCommand([this] { m_close.Form_QueryUnload(); });
+    bool released = false;
+    runCommand([&] { released = m_close.Form_QueryUnload(); });
     m_notices.show(); // what the last release had to tell
-    event->accept();
+    event->setAccepted(released);
+    if (!released)
+        return;
     if (MessageLoop *loop = MessageLoop::instance())
         loop->endProgram();
     // Whatever else stands open: Qt by itself would wait for a menu that lost its window's attention.
@@ -155,8 +158,10 @@ void DtbEditor::endWithSession(QSessionManager &manager) {
         manager.cancel();
         return;
     }
-    close();
-    manager.release();
+    if (close())
+        manager.release();
+    else
+        manager.cancel();
 }
 
 } // namespace qir

@@ -1,12 +1,15 @@
 #include "app/OpenCommand.h"
 
+#include "app/Controls.h"
 #include "app/Layout.h"
 #include "app/Notices.h"
 #include "app/UnlockWait.h"
 #include "app/shared/ActivePane.h"
+#include "app/shared/ChosenPlaces.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/PaneTable.h"
 #include "app/shared/utility.h"
+#include "base/FileNames.h"
 #include "base/FreedMemory.h"
 #include "base/SecretText.h"
 #include "compare/CellDifferences.h"
@@ -61,6 +64,9 @@ StartResult OpenCommand::Form_Load(const QString &commandLine) {
         state.IndexAttivo = -1;
         SettaColoriIndexAttivo(m_editor);
         AbilitaMenu(m_editor, -1);
+        // A name that may mean two files is no name of a missing one: that would be ignored.
+        if (const Result<QString> reached = reachIgnoringCase(name); !reached)
+            messageBox(m_editor.controls.window, u"'%1': %2"_s.arg(name, reached.error().text), u"!"_s);
         return StartResult::NothingToOpen;
     }
     SettaColoriIndexAttivo(m_editor);
@@ -119,6 +125,14 @@ void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
     fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Open, u"File DDB,WDB,UDB,SDB,IDB"_s,
                                  u"DDB"_s, QString(), QString(), databaseFileFilter());
     chosen = !fileName.isEmpty();
+    if (!chosen)
+        return;
+    if (leadsThere(fileName))
+        return;
+    if (const QString reason = misleading(QirDatabase::create(), fileName); !reason.isEmpty()) {
+        messageBox(m_editor.controls.window, reason, u"!"_s);
+        chosen = false;
+    }
 }
 
 void OpenCommand::createComponent(int pane) {
@@ -145,6 +159,8 @@ void OpenCommand::giveUp(int pane) {
 bool OpenCommand::loadFreshComponent(int pane) {
     const QString name = m_editor.NomeFileDtb(pane);
     showFileName(m_editor, pane, name);
+    m_editor.nomelab(pane).show(); // a password is asked for below
+    showHint(m_editor.controls, pane, QString());
     // The old component goes before the next load: both could hold the same file.
     releaseComponent(m_editor, pane);
     createComponent(pane);
@@ -158,16 +174,27 @@ bool OpenCommand::loadFreshComponent(int pane) {
     // The component that was made before the question is replaced by a fresh one.
     m_editor.OggettoDtb(pane).release();
     createComponent(pane);
+    tellPlace(m_editor.OggettoDtb(pane), name);
     if (!unlockWithoutStandingStill(m_editor.controls.window, m_editor.OggettoDtb(pane), name, password.text()))
         password.wipe(); // as after a cancel of the question
     return m_editor.OggettoDtb(pane).LoadDtb(name, password.text());
+}
+
+QString OpenCommand::loadFailure(int pane) const {
+    try {
+        return m_editor.OggettoDtb(pane).LastError();
+    } catch (const std::exception &error) {
+        return QString::fromUtf8(error.what()); // must not take the place of the failed load itself
+    }
 }
 
 void OpenCommand::showLoadFailure(int pane) {
     m_editor.DtbAperto(pane) = false;
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
-    messageBox(m_editor.controls.window, u"Can't load '"_s + m_editor.NomeFileDtb(pane) + u"'"_s, u"!!"_s);
+    const QString reason = loadFailure(pane);
+    showHint(m_editor.controls, pane, reason);
+    messageBox(m_editor.controls.window, u"Can't load '"_s + m_editor.NomeFileDtb(pane) + u"'"_s, u"!!"_s, reason);
 }
 
 void OpenCommand::showOpenedTables() {

@@ -41,6 +41,8 @@ private:
     bool loadFreshComponent(int pane);
     /// After an error on the way: the pane holds nothing any more.
     void giveUp(int pane);
+    /// Why the last load of a pane failed, in the component's words.
+    QString loadFailure(int pane) const;
     void showLoadFailure(int pane);
     void showOpenedTables();
 

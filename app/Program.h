@@ -1,13 +1,16 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace qir {
 
 /// What the program was started with.
 struct ProgramArguments {
-    QString fileName; ///< Everything that is no option, joined by blanks.
-    QString picture;  ///< Where to write a picture of the window; "" for an editor that people use.
+    QStringList words; ///< Everything that is no option: together one file name.
+    QString picture;   ///< Where to write a picture of the window; "" for an editor that people use.
+
+    QString fileName() const { return words.join(u' '); }
 };
 
 /// Says why the arguments cannot be taken, on the standard error output and in a box, since a file manager shows no
@@ -15,7 +18,7 @@ struct ProgramArguments {
 int refuseArguments(const QString &reason);
 
 /// Runs the editor on the application object that exists, until its window is closed. Gives the exit status: 0, or 1
-/// when the database named could not be loaded; 2 when the picture could not be written.
+/// when the database named could not be loaded; 2 when the picture could not be written, or was to show two files.
 int runProgram(const ProgramArguments &arguments);
 
 } // namespace qir

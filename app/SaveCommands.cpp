@@ -1,6 +1,7 @@
 #include "app/SaveCommands.h"
 
 #include "app/shared/ActivePane.h"
+#include "app/shared/ChosenPlaces.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/utility.h"
 #include "platform/dialogs/Dialogs.h"
@@ -35,8 +36,13 @@ void SaveCommands::SaveAsMenu_Click() {
     SalvaSecco(name, chosen);
     if (!chosen)
         return;
+    if (const QString reason = misleading(m_editor.OggettoDtb(pane), name); !reason.isEmpty()) {
+        messageBox(m_editor.controls.window, reason, u"!"_s);
+        return;
+    }
     m_editor.NomeFileDtb(pane) = name; // before the component has accepted it
     const QirDatabase &database = m_editor.OggettoDtb(pane);
+    tellPlace(database, name);
     if (!database.SetDatabaseFileName(name)) {
         messageBox(m_editor.controls.window, u"Can't assign new file name"_s, u"!"_s);
         return;

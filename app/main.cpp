@@ -5,35 +5,100 @@
 #include <QApplication>
 #include <QCommandLineParser>
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace {
 
 using namespace Qt::StringLiterals;
 
-qir::ProgramArguments parseArguments(const QStringList &arguments) {
-    QCommandLineParser parser;
-    // Options stand before the first other argument only: a file name may look like one.
-    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
-    parser.setApplicationDescription(u"Edits and compares QIR databases."_s);
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption picture(u"picture"_s, u"Load the file, write a picture of the window and end."_s,
-                                     u"OUT.png"_s);
-    parser.addOption(picture);
-    parser.addPositionalArgument(u"FILE"_s, u"The database to open in the left pane."_s, u"[FILE]"_s);
-    parser.process(arguments);
-    return {parser.positionalArguments().join(u' '), parser.value(picture)};
+constexpr int troubleStatus = 2;
+
+/// The options, and what stands behind them.
+class CommandLine {
+public:
+    CommandLine()
+        : m_picture(u"picture"_s, u"Load the file, write a picture of the window and end."_s, u"OUT.png"_s)
+        , m_help(m_parser.addHelpOption())
+        , m_version(m_parser.addVersionOption()) {
+        // Options stand before the first other argument only: a file name may look like one.
+        m_parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+        m_parser.setApplicationDescription(u"Edits and compares QIR databases."_s);
+        m_parser.addOption(m_picture);
+        m_parser.addPositionalArgument(u"FILE"_s, u"The database to open in the left pane."_s, u"[FILE]"_s);
+    }
+
+    /// Reads the arguments; ends the program when they are not understood, or ask for a text only.
+    qir::ProgramArguments read(const QStringList &arguments) {
+        if (!m_parser.parse(arguments)) {
+            std::fprintf(stderr, "qir-editor: %s\nqir-editor --help lists the options.\n",
+                         qUtf8Printable(m_parser.errorText()));
+            std::exit(troubleStatus);
+        }
+        if (m_parser.isSet(m_version))
+            m_parser.showVersion();
+        if (m_parser.isSet(m_help) || m_parser.isSet(u"help-all"_s))
+            m_parser.showHelp();
+        return {m_parser.positionalArguments(), m_parser.value(m_picture)};
+    }
+
+private:
+    QCommandLineParser m_parser;
+    QCommandLineOption m_picture;
+    QCommandLineOption m_help;
+    QCommandLineOption m_version;
+};
+
+/// Whether the options ask for help or version: neither needs a display.
+bool asksForText(int argc, char *argv[]) {
+    for (int i = 1; i < argc && argv[i][0] == '-'; ++i) {
+        const QByteArrayView option(argv[i]);
+        if (option == "--")
+            return false;
+        if (option == "--help" || option == "-h" || option == "--help-all" || option == "--version" || option == "-v")
+            return true;
+    }
+    return false;
+}
+
+/// The first thing that the window system's plug-in complained of.
+QByteArray &complaint() {
+    static QByteArray text;
+    return text;
+}
+
+QtMessageHandler usualHandler = nullptr;
+
+/// Stands in for Qt's own while the application object is made. Without a display that would end in an abort.
+void tellNoDisplay(QtMsgType type, const QMessageLogContext &context, const QString &text) {
+    if (type != QtFatalMsg) {
+        if (!QByteArrayView(context.category).startsWith("qt.qpa."))
+            usualHandler(type, context, text);
+        else if (complaint().isEmpty())
+            complaint() = text.simplified().toLocal8Bit();
+        return;
+    }
+    std::fprintf(stderr, "qir-editor: no display to open the window on: %s\n", complaint().constData());
+    std::_Exit(troubleStatus);
 }
 
 } // namespace
 
 int main(int argc, char *argv[]) {
-    QApplication application(argc, argv);
     // No display name: it would be added to the title of every dialog.
     QCoreApplication::setApplicationName(qir::applicationTitle());
     QCoreApplication::setApplicationVersion(QStringLiteral(QIR_VERSION));
+    CommandLine commandLine;
+    if (asksForText(argc, argv)) {
+        const QCoreApplication application(argc, argv);
+        static_cast<void>(commandLine.read(QCoreApplication::arguments()));
+    }
+    usualHandler = qInstallMessageHandler(tellNoDisplay);
+    const QApplication application(argc, argv);
+    qInstallMessageHandler(nullptr);
     // As bytes, not as QApplication has them: a name that is no text would become that of another file.
     const qir::Result<QStringList> arguments = qir::argumentTexts(argc, argv);
     if (!arguments)
         return qir::refuseArguments(arguments.error().text);
-    return qir::runProgram(parseArguments(*arguments));
+    return qir::runProgram(commandLine.read(*arguments));
 }

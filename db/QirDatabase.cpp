@@ -54,6 +54,7 @@ const Method<QString(QString)> passwordNote{"PasswordNote"};
 const Method<bool(QString, QString)> beginUnlock{"BeginUnlock"};
 const Method<bool()> unlockPending{"UnlockPending"};
 const Method<void()> cancelUnlock{"CancelUnlock"};
+const Method<void(QString, QString)> setFilePlace{"SetFilePlace"};
 
 } // namespace
 
@@ -257,6 +258,15 @@ bool QirDatabase::UnlockPending() const {
 void QirDatabase::CancelUnlock() const {
     if (cancelUnlock.isIn(m_object))
         cancelUnlock(m_object);
+}
+
+bool QirDatabase::hasFilePlaces() const {
+    return setFilePlace.isIn(m_object);
+}
+
+void QirDatabase::SetFilePlace(const QString &fileName, const QString &place) const {
+    if (hasFilePlaces())
+        setFilePlace(m_object, fileName, place);
 }
 
 ChangeGroup::ChangeGroup(const QirDatabase &database)

@@ -101,6 +101,10 @@ public:
     /// True while that goes on.
     bool UnlockPending() const;
     void CancelUnlock() const;
+    /// Before a name is given to LoadDtb() or SetDatabaseFileName(): the path of the file that it stands for, where a
+    /// search ignoring case would not find it.
+    void SetFilePlace(const QString &fileName, const QString &place) const;
+    bool hasFilePlaces() const;
 
 private:
     explicit QirDatabase(AutomationObject object)

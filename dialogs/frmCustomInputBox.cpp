@@ -1,8 +1,9 @@
 #include "dialogs/frmCustomInputBox.h"
 
-#include "dialogs/CustomInputBox.h"
 #include "base/SecretText.h"
+#include "dialogs/CustomInputBox.h"
 #include "platform/controls/Twips.h"
+#include "platform/dialogs/PromptWrapping.h"
 
 #include <QGridLayout>
 #include <QKeyEvent>
@@ -82,7 +83,10 @@ void frmCustomInputBox::Form_Load() {
     record.prompt.store(prompt);
     Prompt->setText(prompt);
     const int promptWidth = Prompt->fontMetrics().averageCharWidth() * promptColumns;
-    Prompt->setMinimumSize(promptWidth, Prompt->heightForWidth(promptWidth));
+    if (Prompt->minimumSizeHint().width() > promptWidth)
+        wrapWithin(*Prompt, promptWidth);
+    else
+        Prompt->setMinimumSize(promptWidth, Prompt->heightForWidth(promptWidth));
     const QString title = withoutOuterBlanks(record.title.text());
     record.title.store(title);
     setWindowTitle(title);

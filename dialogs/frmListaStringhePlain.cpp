@@ -62,12 +62,12 @@ bool frmListaStringhePlain::eventFilter(QObject *watched, QEvent *event) {
     return KeyPreviewDialog::eventFilter(watched, event);
 }
 
-bool frmListaStringhePlain::Form_KeyDown(const QKeyEvent &event, const QObject *focused) {
+bool frmListaStringhePlain::Form_KeyDown(const QKeyEvent &event, const QObject *) {
     if (event.key() == Qt::Key_Escape) {
         uscita_frmListaStringhePlain();
         return true;
     }
-    return focused != cmd[1] && Form_KeyPress(event); // Enter on the focused Cancel button is that button's own
+    return Form_KeyPress(event);
 }
 
 bool frmListaStringhePlain::Form_KeyPress(const QKeyEvent &event) {

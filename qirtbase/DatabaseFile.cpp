@@ -68,17 +68,23 @@ void DatabaseFile::tell(const QString &text) const {
     }
 }
 
+Result<QString> DatabaseFile::reached(const QString &name) const {
+    if (!m_told.path.isEmpty() && m_told.name == name)
+        return m_told.path;
+    return reachIgnoringCase(m_ops, name);
+}
+
 LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &password) {
     Q_ASSERT(m_state == State::Fresh);
     m_state = State::Failed;
     if (path.isEmpty())
         return refused(LoadErrorKind::Missing, QStringLiteral("no file name was given"));
-    const auto reached = reachIgnoringCase(m_ops, path);
-    if (!reached)
-        return refused(LoadErrorKind::AmbiguousName, QStringLiteral("%1: %2").arg(path, reached.error().text));
+    const auto where = reached(path);
+    if (!where)
+        return refused(LoadErrorKind::AmbiguousName, QStringLiteral("%1: %2").arg(path, where.error().text));
     QStringList notices;
     auto read = readDatabaseFile(m_ops,
-                                 {.path = *reached,
+                                 {.path = *where,
                                   .password = password,
                                   .limits = m_options.limits,
                                   .deriveKey = m_deriveOnce,
@@ -91,7 +97,7 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
         return refused(read.error().kind, QStringLiteral("%1: %2").arg(path, read.error().text));
     }
     m_state = State::Ready;
-    m_place = {path, absolutePath(*reached)};
+    m_place = {path, absolutePath(*where)};
     m_header = std::move(read->container.header);
     m_ownSaveIds = {m_header.saveId};
     m_torn = read->tornInto.has_value();
@@ -105,10 +111,10 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
 std::optional<KdfParameters> DatabaseFile::keyParameters(const QString &path) const {
     if (path.isEmpty())
         return std::nullopt;
-    const auto reached = reachIgnoringCase(m_ops, path);
-    if (!reached)
+    const auto where = reached(path);
+    if (!where)
         return std::nullopt;
-    const auto header = readFileHeader(m_ops, *reached);
+    const auto header = readFileHeader(m_ops, *where);
     if (!header || !header->isProtected || !checkKdfCosts(*header))
         return std::nullopt;
     return header->kdf;
@@ -150,14 +156,14 @@ void DatabaseFile::createNew() {
 bool DatabaseFile::setFileName(const QString &path) {
     if (m_state == State::Failed || path.isEmpty())
         return false;
-    const auto reached = reachIgnoringCase(m_ops, path);
-    if (!reached || !takesFile(m_ops, *reached))
+    const auto where = reached(path);
+    if (!where || !takesFile(m_ops, *where))
         return false;
     if (m_state == State::Fresh)
         createNew();
     if (!m_previousPlace)
         m_previousPlace = m_place;
-    m_place = {path, absolutePath(*reached)};
+    m_place = {path, absolutePath(*where)};
     return true;
 }
 

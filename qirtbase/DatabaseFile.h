@@ -69,6 +69,8 @@ public:
     bool isFresh() const { return m_state == State::Fresh; }
     bool isReady() const { return m_state == State::Ready; }
 
+    /// From now on this very name stands for the file at a path, without a search.
+    void setPlace(const QString &name, const QString &path) { m_told = {name, path}; }
     /// The name as it was given to load() or setFileName(), "" when there is none.
     QString fileName() const { return m_place.name; }
     /// Where the next save goes. Replacing what stands there is then meant. False, with nothing changed, where the
@@ -120,6 +122,8 @@ private:
     };
 
     std::optional<KdfParameters> keyParameters(const QString &path) const;
+    /// The path that a name reaches: the one told, else ignoring case.
+    Result<QString> reached(const QString &name) const;
     SaveOutcome trySave(QByteArrayView body);
     Released rescue(const QString &name, const QString &reason, QByteArrayView body);
     SystemResult<QString> writeRescue(const QString &name, QByteArrayView body);
@@ -132,6 +136,7 @@ private:
     KeyDeriver m_deriveOnce;
     State m_state = State::Fresh;
     Place m_place;
+    Place m_told;                             // by setPlace()
     std::optional<Place> m_previousPlace;     // while a name set by setFileName() has not been saved under
     FileHeader m_header;                      // of the version on disk
     std::vector<FileIdentifier> m_ownSaveIds; // what may stand there unless somebody else wrote; the first is known to

@@ -313,6 +313,10 @@ bool clsQirDatabase::SetDatabaseFileName(const QString &fileName) {
     });
 }
 
+void clsQirDatabase::SetFilePlace(const QString &fileName, const QString &place) {
+    m_file.setPlace(fileName, place);
+}
+
 void clsQirDatabase::NewPassword(const QString &current, const QString &replacement) {
     guarded([&] {
         requireUsable();

@@ -66,6 +66,9 @@ public:
     /// Where the next save goes; a fresh instance becomes an open one. False, with nothing changed, where the name
     /// cannot be taken.
     Q_INVOKABLE bool SetDatabaseFileName(const QString &fileName);
+    /// Names are often kept in upper case, and a search ignoring case may find another file than the one meant, or
+    /// none. From now on LoadDtb() and SetDatabaseFileName() take this very name for the file at `place`.
+    Q_INVOKABLE void SetFilePlace(const QString &fileName, const QString &place);
     /// From the next save on `replacement` opens the file; "" leaves it open to everybody. Throws when `current` is not
     /// the password.
     Q_INVOKABLE void NewPassword(const QString &current, const QString &replacement);

@@ -47,7 +47,7 @@ void SettaColoriIndexAttivo(EditorContext &editor) {
         colour(editor.nomelab(pane), active);
         const PaneControls &controls = editor.controls.pane[static_cast<std::size_t>(pane)];
         for (QWidget *inside :
-             std::initializer_list<QWidget *>{controls.ListaTabelle, controls.Tabella, controls.ground, controls.hint})
+             std::initializer_list<QWidget *>{controls.ListaTabelle, controls.Tabella, controls.ground})
             keepOwnColours(*inside);
     }
 }
@@ -66,7 +66,9 @@ void AbilitaMenu(EditorContext &editor, int pane) {
         return;
     editor.ListaTabelle(pane).setVisibleFlag(on);
     editor.nomelab(pane).setVisible(on);
-    controls.pane[static_cast<std::size_t>(pane)].hint->setVisible(!on);
+    const PaneControls &inside = controls.pane[static_cast<std::size_t>(pane)];
+    inside.ground->setVisible(on);
+    inside.hint->setVisible(!on);
     // An empty table stays hidden: only its load shows or hides it.
     showGrid(editor, pane, on && realTableSelected(editor, pane) && editor.Tabella(pane).Rows() > 1);
 }

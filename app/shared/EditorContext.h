@@ -69,7 +69,7 @@ struct PaneControls {
     ListBox *ListaTabelle = nullptr;
     Grid *Tabella = nullptr;
     QLineEdit *txtEdit = nullptr;
-    QWidget *ground = nullptr; ///< Under list and grid, in the window's own colour: the frame's shows round it alone.
+    QWidget *ground = nullptr; ///< Under list and grid, in the window's own colour; hidden while the pane is empty.
     QLabel *hint = nullptr;    ///< How to open a database, shown while the pane has none.
 };
 

@@ -1,5 +1,6 @@
 #include "app/shared/Funzioni.h"
 
+#include "app/shared/ChosenPlaces.h"
 #include "base/FileNames.h"
 #include "platform/controls/ColumnMeasure.h"
 #include "platform/controls/Grid.h"
@@ -32,19 +33,21 @@ std::optional<qint64> headerLength(const QByteArray &digits) {
     return length;
 }
 
-/// Why a chosen name must not be used: it reaches another file than the dialog showed. "" when it may.
-QString objectionTo(const FileDialogAnswer &answer, const QString &name, FileDialogAction action) {
-    const Result<QString> reached = reachIgnoringCase(name);
+/// Where the file of a dialog's answer stands: a new one gets the upper-cased name in the folder chosen.
+QString chosenPlace(const FileDialogAnswer &answer) {
+    const QFileInfo chosen(answer.path);
+    return chosen.exists() ? answer.path : chosen.absolutePath() + u'/' + chosen.fileName().trimmed().toUpper();
+}
+
+/// Why nothing may be saved in a place: a file stands there that the dialog did not show as existing. "" when it may.
+QString objectionToSaving(const FileDialogAnswer &answer, const QString &place) {
+    if (QFileInfo::exists(answer.path))
+        return {};
+    const Result<QString> reached = reachIgnoringCase(place);
     if (!reached)
         return reached.error().text;
-    const QFileInfo chosen(answer.path);
-    const QFileInfo found(*reached);
-    if (chosen.exists()) {
-        if (chosen.canonicalFilePath() != found.canonicalFilePath())
-            return QObject::tr("'%1' would reach '%2' instead of the chosen file").arg(name, *reached);
-    } else if (action == FileDialogAction::Save && found.exists()) {
-        return QObject::tr("'%1' would replace '%2', which is not the name chosen").arg(name, *reached);
-    }
+    if (QFileInfo::exists(*reached))
+        return QObject::tr("'%1' would replace '%2', which is not the name chosen").arg(place, *reached);
     return {};
 }
 
@@ -74,7 +77,7 @@ void CaricaListaTabelle(const QirDatabase &database, ListBox &lista) {
 }
 
 std::optional<QByteArray> LeggiIntestazione(const QString &fileName) {
-    const Result<QString> reached = reachIgnoringCase(fileName);
+    const Result<QString> reached = placeOf(fileName);
     // Opening a pipe or a device could wait for ever: only a regular file is looked into.
     if (!reached || !QFileInfo(*reached).isFile())
         return std::nullopt;
@@ -108,7 +111,7 @@ bool DatabaseProtetto(const QString &fileName) {
 bool EsisteFile(const QString &fileName) {
     if (fileName.isEmpty())
         return false;
-    const Result<QString> reached = reachIgnoringCase(fileName);
+    const Result<QString> reached = placeOf(fileName);
     return reached && QFileInfo::exists(*reached);
 }
 
@@ -126,11 +129,15 @@ QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QStrin
     const QString name = answer.path.trimmed().toUpper();
     if (name.isEmpty())
         return {};
-    const QString objection = objectionTo(answer, name, action);
-    if (objection.isEmpty())
-        return name;
-    messageBox(parent, objection, u"!"_s);
-    return {};
+    const QString place = chosenPlace(answer);
+    if (action == FileDialogAction::Save) {
+        if (const QString objection = objectionToSaving(answer, place); !objection.isEmpty()) {
+            messageBox(parent, objection, u"!"_s);
+            return {};
+        }
+    }
+    rememberPlace(name, place);
+    return name;
 }
 
 void MisuraColonne(QLabel &label, Grid &grid, int firstColumn) {

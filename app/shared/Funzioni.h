@@ -42,8 +42,8 @@ QString databaseFileFilter();
 enum class FileDialogAction { Open = 1, Save = 2 };
 
 /// Shows the file dialog and gives the chosen name, trimmed and in upper case, "" after a cancel. The current folder
-/// stays. A name that would reach another file than the one chosen, or one that the dialog did not show as existing,
-/// is refused with a message and counts as no choice.
+/// stays. The place chosen is remembered for the name. A name to save under that would replace a file which the dialog
+/// did not show as existing is refused with a message and counts as no choice.
 QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QString &title,
                           const QString &defaultExtension, const QString &initialFolder, const QString &initialName,
                           const QString &filter);

@@ -1,5 +1,7 @@
 #include "platform/dialogs/Dialogs.h"
 
+#include "platform/dialogs/PromptWrapping.h"
+
 #include <QAbstractButton>
 #include <QBoxLayout>
 #include <QCloseEvent>
@@ -9,8 +11,13 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+
+#include <algorithm>
 
 namespace qir {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,6 +40,19 @@ protected:
     }
 };
 
+/// Beside a window's title stand its icon and its buttons.
+constexpr int columnsBesideTitle = 24; // average characters
+
+/// The width at which a window shows its whole title, where the screen has that room.
+int widthOfTitle(const QWidget &window) {
+    const QFontMetrics metrics = window.fontMetrics();
+    QFont bold = window.font();
+    bold.setBold(true); // as most window managers show it
+    const int wanted =
+        QFontMetrics(bold).horizontalAdvance(window.windowTitle()) + columnsBesideTitle * metrics.averageCharWidth();
+    return std::min(wanted, window.screen()->availableGeometry().width() * 2 / 3);
+}
+
 void prepare(QMessageBox &box, const QString &text, const QString &title, QMessageBox::StandardButtons buttons,
              QMessageBox::StandardButton defaultButton) {
     box.setIcon(QMessageBox::NoIcon);
@@ -42,6 +62,8 @@ void prepare(QMessageBox &box, const QString &text, const QString &title, QMessa
     box.setText(text);
     box.setStandardButtons(buttons);
     box.setDefaultButton(defaultButton);
+    if (auto *label = box.findChild<QLabel *>(u"qt_msgbox_label"_s))
+        wrapLongWords(*label);
 }
 
 /// What was pressed, or `otherwise` when the box ended without one of its buttons.
@@ -74,9 +96,15 @@ void addNote(QInputDialog &dialog, const QString &note) {
 
 } // namespace
 
-void messageBox(QWidget *parent, const QString &text, const QString &title) {
+void messageBox(QWidget *parent, const QString &text, const QString &title, const QString &reason) {
     QMessageBox box(parent);
     prepare(box, text, title, QMessageBox::Ok, QMessageBox::Ok);
+    if (!reason.isEmpty())
+        box.setInformativeText(reason);
+    if (auto *label = box.findChild<QLabel *>(u"qt_msgbox_informativelabel"_s)) {
+        label->setTextFormat(Qt::PlainText);
+        wrapLongWords(*label);
+    }
     box.exec();
 }
 
@@ -124,9 +152,12 @@ QString inputBox(QWidget *parent, const QString &prompt, const QString &title, c
         label->setBuddy(nullptr);
     }
     dialog.setLabelText(prompt);
+    for (QLabel *label : dialog.findChildren<QLabel *>())
+        wrapWhenTooWide(*label);
     for (QLineEdit *box : dialog.findChildren<QLineEdit *>()) {
         box->setAccessibleName(prompt);
         box->setAccessibleDescription(note);
+        box->setMinimumWidth(widthOfTitle(dialog));
     }
     addNote(dialog, note);
     return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();

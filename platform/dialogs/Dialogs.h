@@ -19,8 +19,8 @@ enum class Answer {
 /// The message boxes are QMessageBox without an icon, with exactly the given text (plain, whatever it looks like) and
 /// title. `parent` may be null.
 
-/// A message with an OK button.
-void messageBox(QWidget *parent, const QString &text, const QString &title);
+/// A message with an OK button; `reason` is its second line (the informative text), "" for none.
+void messageBox(QWidget *parent, const QString &text, const QString &title, const QString &reason = {});
 
 /// A question with Yes and No, No being the default button. Every end but the Yes button is No.
 Answer askYesNo(QWidget *parent, const QString &text, const QString &title);

@@ -1,5 +1,8 @@
 #include "platform/dialogs/FileDialog.h"
 
+#include "base/FileNames.h"
+#include "platform/dialogs/Dialogs.h"
+
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -23,6 +26,77 @@ private:
     QString m_path;
 };
 
+/// The file or folder that a typed path reaches.
+Result<QString> reachedByTyping(const QString &typed, const QString &extension) {
+    QStringList tries{typed};
+    if (!extension.isEmpty() && !QFileInfo(typed).fileName().contains(u'.'))
+        tries.append(typed + u'.' + extension);
+    for (const QString &path : tries) {
+        const Result<QString> reached = reachIgnoringCase(path);
+        if (!reached || QFileInfo::exists(*reached))
+            return reached;
+    }
+    return failure(QObject::tr("'%1' was not found").arg(typed));
+}
+
+/// Finds the file itself: Qt's own would append the extension before it looks.
+class OpenDialog : public QFileDialog {
+public:
+    OpenDialog(QWidget *parent, const FileDialogRequest &request, const QString &folder)
+        : QFileDialog(parent, request.title, folder)
+        , m_extension(request.defaultExtension) {
+        setAcceptMode(QFileDialog::AcceptOpen);
+        setFileMode(QFileDialog::AnyFile); // the other modes refuse a name before it was looked for
+    }
+
+    const QString &found() const { return m_found; }
+
+    void accept() override {
+        const QString typed = selectedFiles().value(0);
+        if (typed.isEmpty() || QFileInfo(typed).isDir()) {
+            QFileDialog::accept(); // goes into the folder
+            return;
+        }
+        const Result<QString> reached = reachedByTyping(typed, m_extension);
+        if (!reached) {
+            messageBox(this, reached.error().text, QStringLiteral("!"));
+        } else if (QFileInfo(*reached).isDir()) {
+            setDirectory(*reached);
+        } else {
+            m_found = *reached;
+            QDialog::accept();
+        }
+    }
+
+private:
+    QString m_extension;
+    QString m_found;
+};
+
+/// Sets up and shows a dialog. True when a file was chosen.
+bool show(QFileDialog &dialog, const FileDialogRequest &request) {
+    dialog.setOption(QFileDialog::DontUseNativeDialog, request.look == FileDialogRequest::Own);
+    const QStringList filters = nameFilters(request.filter);
+    if (!filters.isEmpty())
+        dialog.setNameFilters(filters);
+    if (!request.initialName.isEmpty())
+        dialog.selectFile(request.initialName);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+QString askForFileToOpen(QWidget *parent, const FileDialogRequest &request, const QString &folder) {
+    OpenDialog dialog(parent, request, folder);
+    return show(dialog, request) ? dialog.found() : QString();
+}
+
+QString askForFileToSave(QWidget *parent, const FileDialogRequest &request, const QString &folder) {
+    QFileDialog dialog(parent, request.title, folder);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(request.defaultExtension);
+    return show(dialog, request) ? dialog.selectedFiles().value(0) : QString();
+}
+
 } // namespace
 
 QStringList nameFilters(const QString &filter) {
@@ -40,20 +114,12 @@ QStringList nameFilters(const QString &filter) {
 
 FileDialogAnswer askForFile(QWidget *parent, const FileDialogRequest &request) {
     const CurrentFolder current;
-    const bool saving = request.action == FileDialogRequest::Save;
-    QFileDialog dialog(parent, request.title, request.initialFolder.isEmpty() ? current.path() : request.initialFolder);
-    dialog.setOption(QFileDialog::DontUseNativeDialog, request.look == FileDialogRequest::Own);
-    dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    dialog.setDefaultSuffix(request.defaultExtension);
-    const QStringList filters = nameFilters(request.filter);
-    if (!filters.isEmpty())
-        dialog.setNameFilters(filters);
-    if (!request.initialName.isEmpty())
-        dialog.selectFile(request.initialName);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    const QString folder = request.initialFolder.isEmpty() ? current.path() : request.initialFolder;
+    const QString chosen = request.action == FileDialogRequest::Open ? askForFileToOpen(parent, request, folder)
+                                                                     : askForFileToSave(parent, request, folder);
+    if (chosen.isEmpty())
         return {};
-    const QString path = QDir::cleanPath(QFileInfo(dialog.selectedFiles().constFirst()).absoluteFilePath());
+    const QString path = QDir::cleanPath(QFileInfo(chosen).absoluteFilePath());
     return {path, QFileInfo::exists(path)};
 }
 

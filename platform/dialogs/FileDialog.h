@@ -19,7 +19,7 @@ struct FileDialogRequest {
 
     Action action = Open;
     QString title;
-    QString defaultExtension; ///< Added to a typed name without one; "" for none.
+    QString defaultExtension; ///< Of a typed name without one: see askForFile(). "" for none.
     QString initialFolder;    ///< "" for the current one.
     QString initialName;
     QString filter; ///< Descriptions and patterns in turn, all separated by "|"; patterns of one filter by ";".
@@ -31,8 +31,10 @@ struct FileDialogAnswer {
     bool existed = false; ///< Something stood under this very name when the dialog ended.
 };
 
-/// Shows the file dialog (QFileDialog). The program's current folder is afterwards what it was before, however the
-/// dialog ends.
+/// Shows the file dialog (QFileDialog). A name typed to be opened is the exact one where there is a file of that name,
+/// else the one that differs only in case, else the same with the default extension; where none of them reaches a file
+/// the dialog says so and stays. One typed to be saved under gets the extension where it has none. The program's
+/// current folder is afterwards what it was before, however the dialog ends.
 FileDialogAnswer askForFile(QWidget *parent, const FileDialogRequest &request);
 
 /// A "description|pattern|..." filter as Qt's name filters, each with its patterns in parentheses at the end.

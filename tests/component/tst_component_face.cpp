@@ -33,6 +33,7 @@ const std::vector<Member> methods = {
     {"BeginUnlock(QString,QString)", "bool"},
     {"UnlockPending()", "bool"},
     {"CancelUnlock()", "void"},
+    {"SetFilePlace(QString,QString)", "void"},
     {"QIRTableName(int)", "QString"},
     {"ExistTable(QString)", "bool"},
     {"AddTable(QString)", "void"},

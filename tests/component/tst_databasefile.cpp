@@ -86,6 +86,42 @@ TEST_F(DatabaseFileTest, AFileBelowAFileIsMissing) {
     EXPECT_EQ(loadError(path(u"a.ddb/b.ddb"_s)).kind, LoadErrorKind::Missing);
 }
 
+TEST_F(DatabaseFileTest, ANameWhosePlaceWasToldIsNotSearchedFor) {
+    for (const QString &folder : {u"Data"_s, u"data"_s})
+        ASSERT_TRUE(QDir(m_folder.path()).mkdir(folder));
+    make(u"Data/a.ddb"_s, "one");
+    make(u"data/a.ddb"_s, "two");
+    const QString name = path(u"DATA/A.DDB"_s);
+    DatabaseFile file(FileOps::system(), testOptions());
+    file.setPlace(name, path(u"data/a.ddb"_s));
+    EXPECT_EQ(file.load(name, {}), QByteArray("two"));
+    EXPECT_EQ(file.fileName(), name);
+    ASSERT_TRUE(file.save("three"));
+    EXPECT_EQ(bodyOf(path(u"data/a.ddb"_s)), "three");
+    EXPECT_EQ(bodyOf(path(u"Data/a.ddb"_s)), "one");
+
+    const QString next = path(u"DATA/NEW.DDB"_s);
+    EXPECT_FALSE(file.setFileName(next));
+    file.setPlace(next, path(u"Data/NEW.DDB"_s));
+    ASSERT_TRUE(file.setFileName(next));
+    ASSERT_TRUE(file.save("four"));
+    EXPECT_EQ(bodyOf(path(u"Data/NEW.DDB"_s)), "four");
+}
+
+TEST_F(DatabaseFileTest, AFileBelowAFolderThatMayOnlyBePassedIsReachedWhereItsPlaceWasTold) {
+    ASSERT_TRUE(QDir(m_folder.path()).mkdir(u"Data"_s));
+    const QString place = make(u"Data/a.ddb"_s, "one");
+    const QString name = path(u"DATA/A.DDB"_s);
+    HookedFileOps ops([](FileCall call, const std::string &) -> std::optional<SystemError> {
+        return call == FileCall::Entries ? std::optional(SystemError{EACCES}) : std::nullopt;
+    });
+    DatabaseFile untold(ops, testOptions());
+    EXPECT_FALSE(untold.load(name, {}));
+    DatabaseFile told(ops, testOptions());
+    told.setPlace(name, place);
+    EXPECT_EQ(told.load(name, {}), QByteArray("one"));
+}
+
 TEST_F(DatabaseFileTest, AnEmptyNameIsMissing) {
     EXPECT_EQ(loadError({}).kind, LoadErrorKind::Missing);
 }

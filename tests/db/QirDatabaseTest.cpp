@@ -288,6 +288,8 @@ TEST(OptionalMembersTest, AComponentWithoutThemIsDoneWithout) {
     const ComponentPath path({QStringLiteral(FIXTURE_PLUGINS "/missingmember")});
     const QirDatabase database = QirDatabase::create();
     EXPECT_EQ(database.LastError(), u""_s);
+    EXPECT_FALSE(database.hasFilePlaces());
+    EXPECT_NO_THROW(database.SetFilePlace(u"A.DDB"_s, u"a.ddb"_s));
     ChangeGroup group(database);
     EXPECT_NO_THROW(group.commit());
     const ChangeGroup cancelled(database);

@@ -13,6 +13,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
@@ -88,6 +89,11 @@ private Q_SLOTS:
     void anInputBoxShowsEveryCharacterOfItsPrompt();
     void anInputBoxGivesWhatIsTyped();
     void aCancelledInputBoxGivesNothing();
+    void aLongPromptWrapsAndStaysOnTheScreen_data();
+    void aLongPromptWrapsAndStaysOnTheScreen();
+    void anInputBoxShowsItsWholeTitle();
+    void aMessageWithALongNameWrapsAndIsShownWhole();
+    void aMessagesSecondLineIsItsInformativeText();
 
     void filtersBecomeNameFilters();
     void aFileDialogIsSetUpAsAsked();
@@ -243,6 +249,76 @@ void DialogsTest::aCancelledInputBoxGivesNothing() {
     const WithNext<QInputDialog> dialog([](QInputDialog &shown) { hands::key(&shown, Qt::Key_Escape); });
     QCOMPARE(inputBox(nullptr, u"New field name"_s, u"?"_s, u"Fieldx"_s), QString());
     QCOMPARE(dialog.met, 1);
+}
+
+namespace {
+
+/// Whether a label is large enough for its text, letters broken anywhere.
+bool holdsItsText(const QLabel &label) {
+    const int lines = label.height() / label.fontMetrics().lineSpacing();
+    return label.width() * lines >= label.fontMetrics().horizontalAdvance(label.text());
+}
+
+} // namespace
+
+void DialogsTest::aLongPromptWrapsAndStaysOnTheScreen_data() {
+    QTest::addColumn<QString>("prompt");
+    QTest::newRow("wide letters") << QString(255, u'W');
+    QTest::newRow("in parentheses") << u"Table's new name ("_s + QString(255, u'W') + u')';
+    QTest::newRow("words") << u"WWW WWWW "_s.repeated(30);
+}
+
+void DialogsTest::aLongPromptWrapsAndStaysOnTheScreen() {
+    QFETCH(QString, prompt);
+    const WithNext<QInputDialog> dialog([&](QInputDialog &shown) {
+        QCOMPARE(shown.labelText(), prompt);
+        const auto *label = shown.findChild<QLabel *>();
+        QVERIFY2(shown.width() < shown.screen()->availableGeometry().width(),
+                 qPrintable(QString::number(shown.width())));
+        QVERIFY(shown.rect().contains(label->geometry()));
+        QVERIFY(label->height() >= 3 * label->fontMetrics().lineSpacing());
+        QVERIFY(holdsItsText(*label));
+        shown.reject();
+    });
+    inputBox(nullptr, prompt, u"?"_s);
+    QCOMPARE(dialog.met, 1);
+}
+
+void DialogsTest::anInputBoxShowsItsWholeTitle() {
+    const QString title = u"Input a password that opens this file"_s;
+    const WithNext<QInputDialog> dialog([&](QInputDialog &shown) {
+        // Beside it stand the window manager's buttons.
+        QVERIFY(shown.width() >= shown.fontMetrics().horizontalAdvance(title) + 80);
+        shown.reject();
+    });
+    inputBox(nullptr, u"P:"_s, title);
+    QCOMPARE(dialog.met, 1);
+}
+
+void DialogsTest::aMessageWithALongNameWrapsAndIsShownWhole() {
+    const QString text = u"Remove table '"_s + QString(255, u'W') + u"'?"_s;
+    const Box box([&](QMessageBox &shown) {
+        QCOMPARE(shown.text(), text);
+        const auto *label = shown.findChild<QLabel *>(u"qt_msgbox_label"_s);
+        QVERIFY(shown.width() < shown.screen()->availableGeometry().width());
+        QVERIFY(shown.rect().contains(label->geometry()));
+        QVERIFY(holdsItsText(*label));
+        press(QMessageBox::Yes)(shown);
+    });
+    QCOMPARE(askYesNo(nullptr, text, u"?"_s), Answer::Yes);
+    QCOMPARE(box.met, 1);
+}
+
+void DialogsTest::aMessagesSecondLineIsItsInformativeText() {
+    const Box box([](QMessageBox &shown) {
+        QCOMPARE(shown.text(), u"Can't load 'A.DDB'"_s);
+        QCOMPARE(shown.informativeText(), u"<b>it is empty</b>"_s);
+        const auto *label = shown.findChild<QLabel *>(u"qt_msgbox_informativelabel"_s);
+        QVERIFY(label != nullptr && label->textFormat() == Qt::PlainText);
+        press(QMessageBox::Ok)(shown);
+    });
+    messageBox(nullptr, u"Can't load 'A.DDB'"_s, u"!!"_s, u"<b>it is empty</b>"_s);
+    QCOMPARE(box.met, 1);
 }
 
 // File dialog

@@ -221,38 +221,56 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void anErrorOfTheLeftComponentDoesNotKeepTheRightOneFromBeingAskedAbout_data() {
+    void aNoThatTheComponentCannotTakeKeepsTheWindow_data() {
         QTest::addColumn<bool>("byCommand");
-        QTest::newRow("Exit") << true;
-        QTest::newRow("close box") << false;
+        QTest::addColumn<int>("failing");
+        QTest::newRow("Exit, left") << true << 0;
+        QTest::newRow("Exit, right") << true << 1;
+        QTest::newRow("close box, left") << false << 0;
+        QTest::newRow("close box, right") << false << 1;
     }
 
-    void anErrorOfTheLeftComponentDoesNotKeepTheRightOneFromBeingAskedAbout() {
+    void aNoThatTheComponentCannotTakeKeepsTheWindow() {
         QFETCH(bool, byCommand);
+        QFETCH(int, failing);
         UseFake fake;
-        const QString left = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
-        const QString right = makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        const QString files[] = {makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}),
+                                 makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})})};
         EditorFixture fixture;
-        fixture.openBoth(left, right);
+        fixture.openBoth(files[0], files[1]);
         change(fixture, 0, u"2"_s);
         change(fixture, 1, u"2"_s);
-        bool failed = false;
+        int clearings = 0;
         fake->setHook([&](const FakeCall &call) {
-            if (call.member == u"DtbHasChanged" && !call.arguments.isEmpty() && !std::exchange(failed, true))
+            if (call.member == u"DtbHasChanged" && !call.arguments.isEmpty() && clearings++ == failing)
                 throw std::runtime_error("the flag is stuck");
         });
-        fixture.dialogs().expectMessage(saveQuestion(left.toUpper()), title, u"No"_s);
+        for (int pane = 0; pane <= failing; ++pane)
+            fixture.dialogs().expectMessage(saveQuestion(files[pane].toUpper()), title, u"No"_s);
         fixture.dialogs().expectMessage(u"the flag is stuck"_s, title, u"OK"_s);
-        fixture.dialogs().expectMessage(saveQuestion(right.toUpper()), title, u"No"_s);
         if (byCommand)
             fixture.choose(Command::EndMenu);
         else
-            fixture.window().close();
-        fake->setHook({});
-        QVERIFY(!fixture.window().isVisible());
-        QVERIFY(fixture.editor().OggettoDtb(1).isEmpty());
+            QVERIFY(!fixture.window().close());
+        QVERIFY(fixture.window().isVisible());
+        QVERIFY(!MessageLoop::instance()->programEnded());
+        QVERIFY(fixture.editor().DtbAperto(failing));
+        QCOMPARE(fixture.editor().DtbAperto(0), failing == 0);
+        QVERIFY(fixture.editor().DtbAperto(1));
+        QVERIFY(fixture.editor().OggettoDtb(failing).DtbHasChanged());
+        QCOMPARE(fixture.list(0).Visible(), failing == 0);
         QIR_VERIFY_OK(fixture);
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        QCOMPARE(savedValue(files[failing], u"T"_s), u"1"_s);
+
+        // The next try asks again, and nothing of what was refused is written.
+        fake->setHook({});
+        for (int pane = failing == 0 ? 0 : 1; pane <= 1; ++pane)
+            fixture.dialogs().expectMessage(saveQuestion(files[pane].toUpper()), title, u"No"_s);
+        fixture.window().close();
+        QVERIFY(!fixture.window().isVisible());
+        QIR_VERIFY_OK(fixture);
+        for (const QString &file : files)
+            QCOMPARE(savedValue(file, u"T"_s), u"1"_s);
     }
 
     void closingTheWindowWhileACommandRunsAsksReleasesAndEndsTheCommand() {

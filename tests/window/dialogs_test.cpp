@@ -425,6 +425,34 @@ private Q_SLOTS:
         QCOMPARE(problems.join(QString()), QString());
     }
 
+    void aPromptWithoutBlanksWrapsInsteadOfWideningTheBox_data() {
+        QTest::addColumn<QString>("prompt");
+        QTest::newRow("wide letters") << QString(255, u'W');
+        QTest::newRow("a short word before them") << u"Name "_s + QString(250, u'W');
+        QTest::newRow("words") << u"WWW "_s.repeated(63);
+    }
+
+    void aPromptWithoutBlanksWrapsInsteadOfWideningTheBox() {
+        QFETCH(QString, prompt);
+        Question question;
+        question.prompt = prompt;
+        QSize box;
+        QSize label;
+        QString text;
+        ask(question, [&](QDialog &dialog) {
+            const auto &shown = control<QLabel>(dialog, u"Prompt"_s);
+            box = dialog.size();
+            label = shown.size();
+            text = shown.text();
+            pressButton(dialog, u"OK"_s);
+        });
+        QCOMPARE(text, prompt.trimmed());
+        const QFontMetrics metrics(QApplication::font());
+        QVERIFY2(box.width() < 600, qPrintable(QString::number(box.width())));
+        QVERIFY(label.width() * (label.height() / metrics.lineSpacing()) >=
+                metrics.horizontalAdvance(prompt.trimmed()));
+    }
+
     void theTypeListHoldsAllTypesOnceWithTheirCodes() {
         ListBox list;
         CaricaTipi(list);
@@ -449,13 +477,30 @@ private Q_SLOTS:
         CHECK_CHOICE(u"long"_s, 3, 4);
     }
 
+    void enterTakesTheSelectedItemWhateverHasTheFocus() {
+        for (const QString &button : {u"cmd_0"_s, u"cmd_1"_s}) {
+            sceltaLista() = SceltaLista();
+            QCOMPARE(pick(3,
+                          [&](QDialog &dialog, ListBox &) {
+                              auto &focused = control<QPushButton>(dialog, button);
+                              focused.setFocus();
+                              pressKey(focused, Qt::Key_Return);
+                          }),
+                     QString());
+            CHECK_CHOICE(u"long"_s, 3, 4);
+        }
+    }
+
     void enterWithNothingSelectedKeepsTheDialogOpen() {
         bool open = false;
         QCOMPARE(pick(-1,
                       [&](QDialog &dialog, ListBox &list) {
                           pressKey(list, Qt::Key_Return);
                           pressKey(list, Qt::Key_Enter);
-                          pressKey(control<QPushButton>(dialog, u"cmd_0"_s), Qt::Key_Return);
+                          for (const QString &button : {u"cmd_0"_s, u"cmd_1"_s}) {
+                              control<QPushButton>(dialog, button).setFocus();
+                              pressKey(control<QPushButton>(dialog, button), Qt::Key_Return);
+                          }
                           open = dialog.isVisible();
                           dialog.close();
                       }),
@@ -496,7 +541,6 @@ private Q_SLOTS:
         QTest::newRow("button") << u"button"_s;
         QTest::newRow("Escape in the list") << u"list"_s;
         QTest::newRow("Escape on a button") << u"ok"_s;
-        QTest::newRow("Enter on the cancel button") << u"enter"_s;
     }
 
     void aCancelKeepsTheItemDataOfTheChoiceBefore() {
@@ -504,15 +548,15 @@ private Q_SLOTS:
         pick(6, [](QDialog &dialog, ListBox &) { pressButton(dialog, u"OK"_s); });
         QCOMPARE(pick(2,
                       [&](QDialog &dialog, ListBox &list) {
-                          auto &cancel = control<QPushButton>(dialog, u"cmd_1"_s);
                           if (way == u"button")
                               pressButton(dialog, u"Cancel"_s);
                           else if (way == u"list")
                               pressKey(list, Qt::Key_Escape);
-                          else if (way == u"ok")
-                              pressKey(control<QPushButton>(dialog, u"cmd_0"_s), Qt::Key_Escape);
-                          else
-                              pressKey(cancel, Qt::Key_Return);
+                          else {
+                              auto &ok = control<QPushButton>(dialog, u"cmd_0"_s);
+                              ok.setFocus();
+                              pressKey(ok, Qt::Key_Escape);
+                          }
                       }),
                  QString());
         CHECK_CHOICE(QString(), -1, 10);

@@ -134,6 +134,32 @@ private Q_SLOTS:
         QVERIFY(label.grab().toImage() != cut);
     }
 
+    void anEmptyPaneShowsTheFramesOwnColourAndAFullOneTheWindowsUnderItsTable() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"A.DDB"_s);
+        makeDatabase(path, {{u"T"_s, {{u"a"_s, FieldType::Long, {}}}}}); // a table without records: no grid
+        EditorFixture fixture;
+        fixture.choose(Command::TwoMenu);
+        fixture.activate(0);
+        const auto colourOf = [&](int pane) {
+            const QGroupBox &frame = fixture.editor().IDtb(pane);
+            return const_cast<QGroupBox &>(frame).grab().toImage().pixelColor(frame.width() / 2,
+                                                                              frame.height() * 7 / 8);
+        };
+        const QColor buttonFace = fixture.window().palette().color(QPalette::Button);
+        QCOMPARE(colourOf(0), QColor(255, 255, 0));
+        QCOMPARE(colourOf(1), buttonFace);
+        fixture.activate(1);
+        QCOMPARE(colourOf(0), buttonFace);
+        QCOMPARE(colourOf(1), QColor(255, 255, 0));
+        fixture.activate(0);
+        fixture.open(path);
+        QCOMPARE(colourOf(0), fixture.window().palette().color(QPalette::Window));
+        fixture.choose(Command::CloseDatabaseMenu);
+        QCOMPARE(colourOf(0), QColor(255, 255, 0));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void everyControlThatAPersonCanReachHasAnAccessibleName() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
         fixture.choose(Command::TwoMenu);

@@ -3,14 +3,18 @@
 #include "app/Program.h"
 #include "app/shared/Funzioni.h"
 #include "base/FileNames.h"
+#include "tests/tools/fake/FakeControl.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
 #include <QTimer>
+
+#include <unistd.h>
 
 using namespace qir;
 using namespace qir::test;
@@ -28,6 +32,32 @@ TableOfTexts pumps() {
 
 TableOfTexts valves() {
     return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s}}}};
+}
+
+/// A message box that names all of these; OK is pressed.
+std::function<QString(QDialog &)> messageNaming(const QStringList &parts) {
+    return [parts](QDialog &dialog) {
+        const auto *box = qobject_cast<QMessageBox *>(&dialog);
+        const QString text = box ? box->text() : u"no message box: "_s + dialog.windowTitle();
+        QString problem;
+        for (const QString &part : parts)
+            if (!text.contains(part))
+                problem += u"'%1' is not in '%2'; "_s.arg(part, text);
+        return problem + pressButton(dialog, u"OK"_s);
+    };
+}
+
+/// "Can't load", with the component's reason as the box's second line.
+std::function<QString(QDialog &)> failedLoad(const QString &name, const QString &reason) {
+    return [name, reason](QDialog &dialog) {
+        const auto *box = qobject_cast<QMessageBox *>(&dialog);
+        QString problem;
+        if (box == nullptr || box->text() != u"Can't load '"_s + name + u"'"_s)
+            problem = u"not the message of a failed load; "_s;
+        else if (!box->informativeText().contains(reason))
+            problem = u"'%1' is not in '%2'; "_s.arg(reason, box->informativeText());
+        return problem + pressButton(dialog, u"OK"_s);
+    };
 }
 
 } // namespace
@@ -95,18 +125,53 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void tellsBothFilesThatTheCommandLineMayMean() {
+        makeTwins(u"Pump.ddb"_s, {}, u"pump.ddb"_s);
+        EditorFixture fixture;
+        fixture.dialogs().expect(messageNaming({u"'Pump.ddb'"_s, u"'pump.ddb'"_s}));
+        runCommand([&] {
+            QCOMPARE(fixture.window().Form_Load(m_folder->filePath(u"PUMP.DDB"_s)), StartResult::NothingToOpen);
+        });
+        QCOMPARE(fixture.state().NomeFileDtb[0], QString());
+        QCOMPARE(fixture.state().IndexAttivo, -1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tellsASecondFileName() {
+        const QString first = makeFile(u"A.DDB"_s, {pumps()});
+        const QString second = makeFile(u"B.DDB"_s, {valves()});
+        DialogScript dialogs;
+        dialogs.expect([&](QDialog &dialog) {
+            const QString problem = messageNaming({first, second})(dialog);
+            QTimer::singleShot(0, qApp, [] { QApplication::closeAllWindows(); });
+            return problem;
+        });
+        QCOMPARE(runProgram({{first, second}, QString()}), 0);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void wordsThatTogetherNameAFileAreThatFile() {
+        const QString path = makeFile(u"two words.ddb"_s, {pumps()});
+        makeFile(u"two"_s, {valves()});
+        const QString picture = m_folder->filePath(u"picture.png"_s);
+        DialogScript dialogs;
+        QCOMPARE(runProgram({path.split(u' '), picture}), 0);
+        QVERIFY(QFile::exists(picture));
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
     void endsTheProgramWithStatus1WhenTheNamedFileCannotBeLoaded() {
         const QString path = writeBytes(u"BAD.DDB"_s, "this is no database");
         DialogScript dialogs;
         dialogs.expectMessage(u"Can't load '"_s + path + u"'"_s, u"!!"_s, u"OK"_s);
-        QCOMPARE(runProgram({path, QString()}), 1);
+        QCOMPARE(runProgram({{path}, QString()}), 1);
         QCOMPARE(dialogs.problems(), QString());
     }
 
     void endsTheProgramWithStatus1WhenTheArgumentIsAFolder() {
         DialogScript dialogs;
         dialogs.expectMessage(u"Can't load '"_s + m_folder->path() + u"'"_s, u"!!"_s, u"OK"_s);
-        QCOMPARE(runProgram({m_folder->path(), QString()}), 1);
+        QCOMPARE(runProgram({{m_folder->path()}, QString()}), 1);
         QCOMPARE(dialogs.problems(), QString());
     }
 
@@ -120,7 +185,7 @@ private Q_SLOTS:
     void writesAPictureOfTheWindow() {
         const QString path = makeFile(u"A.DDB"_s, {pumps()});
         const QString picture = m_folder->filePath(u"picture.png"_s);
-        QCOMPARE(runProgram({path, picture}), 0);
+        QCOMPARE(runProgram({{path}, picture}), 0);
         QVERIFY(QImage(picture).width() > 500);
     }
 
@@ -145,7 +210,7 @@ private Q_SLOTS:
             window->close();
         });
         closing.start(0);
-        QCOMPARE(runProgram({path, QString()}), 0);
+        QCOMPARE(runProgram({{path}, QString()}), 0);
         QVERIFY(closedDuringTheLoad);
         QCOMPARE(bytesOf(path), before);
     }
@@ -157,6 +222,79 @@ private Q_SLOTS:
         fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), u"secret"_s);
         fixture.choose(Command::OpenDatabase);
         QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theFilesNameStandsInThePaneWhileThePasswordIsAskedFor_data() {
+        QTest::addColumn<bool>("atStart");
+        QTest::newRow("at the start") << true;
+        QTest::newRow("by the command") << false;
+    }
+
+    void theFilesNameStandsInThePaneWhileThePasswordIsAskedFor() {
+        QFETCH(bool, atStart);
+        const QString path = makeFile(u"A.UDB"_s, {pumps()}, u"secret"_s);
+        EditorFixture fixture;
+        QString shown;
+        bool whole = false;
+        if (!atStart)
+            fixture.dialogs().expectFile(openTitle, path);
+        fixture.dialogs().expect([&](QDialog &dialog) {
+            const QLabel &label = fixture.editor().nomelab(0);
+            shown = label.isVisible() ? label.text() : u"nothing"_s;
+            whole = dialog.width() > dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) + 100;
+            dynamic_cast<QInputDialog &>(dialog).setTextValue(u"secret"_s);
+            return pressButton(dialog, u"OK"_s);
+        });
+        if (atStart)
+            runCommand([&] { fixture.window().Form_Load(path); });
+        else
+            fixture.choose(Command::OpenDatabase);
+        QCOMPARE(shown, atStart ? path : path.toUpper());
+        QVERIFY(whole);
+        QVERIFY(fixture.editor().DtbAperto(0));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aFailedLoadTellsTheReasonInTheBoxAndInTheEmptyPane_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("wrong password") << QByteArray() << u"password"_s;
+        QTest::newRow("foreign") << QByteArray("no database at all") << u"not a database"_s;
+        QTest::newRow("empty") << QByteArray("") << u"empty"_s;
+    }
+
+    void aFailedLoadTellsTheReasonInTheBoxAndInTheEmptyPane() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, reason);
+        const bool isProtected = bytes.isNull();
+        const QString path = isProtected ? makeFile(u"A.UDB"_s, {pumps()}, u"secret"_s) : writeBytes(u"A.UDB"_s, bytes);
+        EditorFixture fixture;
+        const QLabel &hint = *fixture.editor().controls.pane[0].hint;
+        const QString usual = hint.text();
+        fixture.dialogs().expectFile(openTitle, path);
+        if (isProtected)
+            fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), u"wrong"_s);
+        fixture.dialogs().expect(failedLoad(path.toUpper(), reason));
+        fixture.choose(Command::OpenDatabase);
+        QVERIFY(hint.isVisible());
+        QVERIFY2(hint.text().contains(reason), qPrintable(hint.text()));
+        QVERIFY2(hint.accessibleName().contains(reason), qPrintable(hint.accessibleName()));
+        fixture.open(makeFile(u"B.DDB"_s, {valves()}));
+        fixture.choose(Command::CloseDatabaseMenu);
+        QCOMPARE(hint.text(), usual);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aReasonThatCannotBeHadIsToldInstead() {
+        UseFake fake;
+        const QString path = writeBytes(u"A.DDB"_s, "no database");
+        EditorFixture fixture;
+        fake->failOn(u"LastError"_s, u"the reason is not at hand"_s);
+        fixture.dialogs().expectFile(openTitle, path);
+        fixture.dialogs().expect(failedLoad(path.toUpper(), u"the reason is not at hand"_s));
+        fixture.choose(Command::OpenDatabase);
+        QVERIFY(!fixture.editor().DtbAperto(0));
         QIR_VERIFY_OK(fixture);
     }
 
@@ -220,31 +358,123 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
-    void refusesANameThatReachesTwoFilesDifferingOnlyInCase() {
-        const QString path = makeFile(u"a.ddb"_s, {pumps()});
-        // Copied, not made: the component would reach the first file by this name.
-        QVERIFY(QFile::copy(path, m_folder->filePath(u"A.ddb"_s)));
+    void theFileChosenInTheDialogIsOpenedBesideATwin_data() {
+        QTest::addColumn<QString>("chosen");
+        QTest::addColumn<QString>("twin");
+        QTest::newRow("neither in upper case") << u"a.ddb"_s << u"A.ddb"_s;
+        QTest::newRow("the twin in upper case") << u"a.ddb"_s << u"A.DDB"_s;
+        QTest::newRow("in upper case itself") << u"A.DDB"_s << u"a.ddb"_s;
+        QTest::newRow("below folders that are twins") << u"Data/a.ddb"_s << u"data/a.ddb"_s;
+        QTest::newRow("protected") << u"a.udb"_s << u"A.UDB"_s;
+    }
+
+    void theFileChosenInTheDialogIsOpenedBesideATwin() {
+        QFETCH(QString, chosen);
+        QFETCH(QString, twin);
+        const QString password = chosen.endsWith(u"udb"_s) ? u"secret"_s : QString();
+        makeTwins(chosen, password, twin);
         EditorFixture fixture;
-        fixture.dialogs().expectFile(openTitle, path);
-        fixture.dialogs().expect([](QDialog &dialog) {
-            auto &box = dynamic_cast<QMessageBox &>(dialog);
-            const bool named = box.text().contains(u"a.ddb"_s) && box.text().contains(u"A.ddb"_s);
-            return (named ? QString() : u"the message names not both files: "_s + box.text()) +
-                   pressButton(dialog, u"OK"_s);
-        });
+        fixture.dialogs().expectFile(openTitle, m_folder->filePath(chosen));
+        if (!password.isEmpty())
+            fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), password);
         fixture.choose(Command::OpenDatabase);
-        QVERIFY(!fixture.editor().DtbAperto(0));
-        QCOMPARE(fixture.state().NomeFileDtb[0], QString());
+        QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s}));
+        QCOMPARE(fixture.state().NomeFileDtb[0], m_folder->filePath(chosen).toUpper());
+        QCOMPARE(fixture.editor().nomelab(0).text(), m_folder->filePath(chosen).toUpper());
+        // What is saved goes there too.
+        const QByteArray twinBefore = bytesOf(m_folder->filePath(twin));
+        fixture.editor().OggettoDtb(0).AddTable(u"New"_s);
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(bytesOf(m_folder->filePath(twin)), twinBefore);
+        QIR_VERIFY_OK(fixture);
+        const QirDatabase written = QirDatabase::create();
+        QVERIFY(written.LoadDtb(m_folder->filePath(chosen), password));
+        QVERIFY(written.ExistTable(u"New"_s));
+    }
+
+    void bothTwinsCanBeOpenedSideBySide() {
+        makeTwins(u"a.ddb"_s, {}, u"A.ddb"_s);
+        EditorFixture fixture;
+        fixture.openBoth(m_folder->filePath(u"a.ddb"_s), m_folder->filePath(u"A.ddb"_s));
+        QCOMPARE(fixture.editor().OggettoDtb(0).QIRTableName(1), u"Pumps"_s);
+        QCOMPARE(fixture.editor().OggettoDtb(1).QIRTableName(1), u"Valves"_s);
         QIR_VERIFY_OK(fixture);
     }
 
-    void refusesANameThatWouldReachAnotherFileThanTheChosenOne() {
-        const QString path = makeFile(u"a.ddb"_s, {pumps()});
-        QVERIFY(QFile::copy(path, m_folder->filePath(u"A.DDB"_s)));
+    void aFileBelowAFolderThatMayOnlyBePassedIsOpened() {
+        if (::geteuid() == 0)
+            QSKIP("the superuser may list every folder");
+        const QString path = makeFile(u"hidden/a.ddb"_s, {pumps()});
+        const QString folder = m_folder->filePath(u"hidden"_s);
+        QVERIFY(QFile::setPermissions(folder, QFile::WriteOwner | QFile::ExeOwner));
         EditorFixture fixture;
-        fixture.dialogs().expectFile(openTitle, path);
-        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"OK"_s); });
+        fixture.open(path);
+        QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s}));
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aComponentThatCannotBeToldThePlaceIsNotLedToAnotherFile() {
+        makeTwins(u"a.ddb"_s, {}, u"A.DDB"_s);
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.dialogs().expectFile(openTitle, m_folder->filePath(u"a.ddb"_s));
+        fixture.dialogs().expect(messageNaming({u"A.DDB"_s, u"instead of the chosen file"_s}));
         fixture.choose(Command::OpenDatabase);
+        QVERIFY(!fixture.editor().DtbAperto(0));
+        QCOMPARE(fixture.state().NomeFileDtb[0], QString());
+        QCOMPARE(fake->calls(u"LoadDtb"_s), 0);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aTypedNameIsTheExactOneFirstThenIgnoringCaseThenWithTheExtension_data() {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("opened");
+        QTest::newRow("without extension") << QStringList{u"PLAIN"_s} << u"PLAIN"_s << u"PLAIN"_s;
+        QTest::newRow("exact before the one with extension")
+            << QStringList{u"plain"_s, u"plain.DDB"_s} << u"plain"_s << u"PLAIN"_s;
+        QTest::newRow("another case") << QStringList{u"Pump.Ddb"_s} << u"PUMP.ddb"_s << u"PUMP.DDB"_s;
+        QTest::newRow("another case before the one with extension")
+            << QStringList{u"Pump"_s, u"pump.DDB"_s} << u"pump"_s << u"PUMP"_s;
+        QTest::newRow("with the extension") << QStringList{u"pump.DDB"_s} << u"pump"_s << u"PUMP.DDB"_s;
+        QTest::newRow("with the extension in another case") << QStringList{u"pump.ddb"_s} << u"Pump"_s << u"PUMP.DDB"_s;
+    }
+
+    void aTypedNameIsTheExactOneFirstThenIgnoringCaseThenWithTheExtension() {
+        QFETCH(QStringList, files);
+        QFETCH(QString, typed);
+        QFETCH(QString, opened);
+        makeFile(files.first(), {pumps()});
+        for (const QString &other : files.sliced(1))
+            makeFile(other, {valves()});
+        EditorFixture fixture;
+        fixture.open(m_folder->filePath(typed));
+        QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s}));
+        QCOMPARE(fixture.state().NomeFileDtb[0], m_folder->filePath(opened).toUpper());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aTypedNameThatReachesNothingOrTwoIsToldAndTheDialogStays() {
+        makeTwins(u"Pump.ddb"_s, {}, u"pump.ddb"_s);
+        EditorFixture fixture;
+        fixture.dialogs().expect([&](QDialog &dialog) {
+            auto *edit = dialog.findChild<QLineEdit *>(u"fileNameEdit"_s);
+            QString problem;
+            const auto choose = [&](const QString &name, const QStringList &told) {
+                fixture.dialogs().expect(messageNaming(told));
+                edit->setText(m_folder->filePath(name));
+                problem += pressButton(dialog, u"Open"_s);
+                if (!dialog.isVisible())
+                    problem += u"the dialog is gone after "_s + name;
+            };
+            choose(u"MISSING"_s, {u"MISSING"_s});
+            choose(u"PUMP.DDB"_s, {u"Pump.ddb"_s, u"pump.ddb"_s});
+            dialog.reject();
+            return problem;
+        });
+        fixture.choose(Command::OpenDatabase);
+        QCOMPARE(fixture.dialogs().answered(), 3);
         QVERIFY(!fixture.editor().DtbAperto(0));
         QIR_VERIFY_OK(fixture);
     }
@@ -305,8 +535,20 @@ private Q_SLOTS:
     }
 
 private:
+    /// A database of pumps, and one of valves whose name differs only in case. Copied there, not made: the component
+    /// would reach the first file by the second name.
+    void makeTwins(const QString &pumpsName, const QString &password, const QString &valvesName) {
+        makeFile(pumpsName, {pumps()}, password);
+        const QString valvesPath = makeFile(u"valves.tmp"_s, {valves()});
+        const QString twin = m_folder->filePath(valvesName);
+        QVERIFY(QDir().mkpath(QFileInfo(twin).path()));
+        QVERIFY(QFile::rename(valvesPath, twin));
+    }
+
     QString makeFile(const QString &name, const std::vector<TableOfTexts> &tables, const QString &password = {}) {
         const QString path = m_folder->filePath(name);
+        if (!QDir().mkpath(QFileInfo(path).path()))
+            qFatal("the test folder cannot be made");
         makeDatabase(path, tables, password);
         return path;
     }

@@ -236,6 +236,35 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void saveAsBesideTwinsWritesWhereTheDialogPointed_data() {
+        QTest::addColumn<QString>("chosen");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("a new file") << u"Data/new.ddb"_s << u"Data/NEW.DDB"_s;
+        QTest::newRow("a file that is there") << u"Data/old.ddb"_s << u"Data/old.ddb"_s;
+    }
+
+    void saveAsBesideTwinsWritesWhereTheDialogPointed() {
+        QFETCH(QString, chosen);
+        QFETCH(QString, written);
+        for (const QString &folder : {u"Data"_s, u"data"_s}) {
+            QVERIFY(QDir(path(QString())).mkdir(folder));
+            QVERIFY(QFile::copy(makeFile(u"OLD.TMP"_s, {numbers(u"T"_s, {u"7"_s})}), path(folder + u"/old.ddb"_s)));
+        }
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        fixture.dialogs().expect([&](QDialog &dialog) {
+            dialog.findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path(chosen));
+            if (QFile::exists(path(chosen))) // may it be replaced?
+                fixture.dialogs().expect([](QDialog &question) { return pressButton(question, u"Yes"_s); });
+            return pressButton(dialog, u"Save"_s);
+        });
+        fixture.choose(Command::SaveAsMenu);
+        QIR_VERIFY_OK(fixture);
+        QCOMPARE(fixture.editor().nomelab(0).text(), path(chosen).toUpper());
+        QCOMPARE(savedValue(path(written), u"T"_s), u"1"_s);
+        QCOMPARE(savedValue(path(u"data/old.ddb"_s), u"T"_s), u"7"_s);
+        QCOMPARE(QDir(path(u"data"_s)).entryList(QDir::Files), QStringList{u"old.ddb"_s});
+    }
+
     void saveAsAddsNoExtension() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
         fixture.dialogs().expectFile(fileDialogTitle, path(u"PLAIN"_s));

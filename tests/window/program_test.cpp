@@ -1,0 +1,110 @@
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// The built program as a process of its own: what it does before there is a window.
+class ProgramTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        m_environment = QProcessEnvironment::systemEnvironment();
+        for (const QString &display : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"WAYLAND_SOCKET"_s})
+            m_environment.remove(display);
+        m_environment.remove(u"QT_QPA_PLATFORM"_s);
+        m_environment.insert(u"XDG_RUNTIME_DIR"_s, m_runtimeFolder.path()); // Qt complains where there is none
+    }
+
+    void helpAndVersionNeedNoDisplay_data() {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QByteArray>("told");
+        QTest::newRow("--help") << u"--help"_s << QByteArray("[FILE]");
+        QTest::newRow("-h") << u"-h"_s << QByteArray("--picture");
+        QTest::newRow("--version") << u"--version"_s << QByteArray("QIR Database Editor ");
+        QTest::newRow("-v") << u"-v"_s << QByteArray("QIR Database Editor ");
+    }
+
+    void helpAndVersionNeedNoDisplay() {
+        QFETCH(QString, option);
+        QFETCH(QByteArray, told);
+        run({option});
+        QCOMPARE(m_errors, QByteArray());
+        QVERIFY2(m_output.contains(told), m_output.constData());
+        QCOMPARE(m_status, 0);
+    }
+
+    void withoutADisplayTheProgramSaysSoAndEndsWithStatus2_data() {
+        QTest::addColumn<QString>("display");
+        QTest::newRow("none") << QString();
+        QTest::newRow("one that does not answer") << u"localhost:9876"_s;
+    }
+
+    void withoutADisplayTheProgramSaysSoAndEndsWithStatus2() {
+        QFETCH(QString, display);
+        m_environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+        if (!display.isEmpty())
+            m_environment.insert(u"DISPLAY"_s, display);
+        run({});
+        QVERIFY2(m_errors.startsWith("qir-editor: no display"), m_errors.constData());
+        QCOMPARE(m_errors.count('\n'), 1);
+        QCOMPARE(m_output, QByteArray());
+        QCOMPARE(m_status, 2);
+    }
+
+    void anOptionThatDoesNotExistIsTold_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("told");
+        QTest::newRow("an unknown one") << QStringList{u"--nonsense"_s} << QByteArray("nonsense");
+        QTest::newRow("before a file") << QStringList{u"--nonsense"_s, u"A.DDB"_s} << QByteArray("nonsense");
+        QTest::newRow("beside help") << QStringList{u"--nonsense"_s, u"--help"_s} << QByteArray("nonsense");
+        QTest::newRow("without its value") << QStringList{u"--picture"_s} << QByteArray("picture");
+    }
+
+    void anOptionThatDoesNotExistIsTold() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, told);
+        m_environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        run(arguments);
+        QVERIFY2(m_errors.startsWith("qir-editor: ") && m_errors.contains(told), m_errors.constData());
+        QVERIFY2(m_errors.contains("--help"), m_errors.constData());
+        QCOMPARE(m_status, 2);
+    }
+
+    void aPictureOfTwoFilesIsRefused() {
+        const QTemporaryDir folder;
+        for (const QString &name : {u"A.DDB"_s, u"B.DDB"_s}) {
+            QFile file(folder.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        m_environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        const QString picture = folder.filePath(u"out.png"_s);
+        run({u"--picture"_s, picture, folder.filePath(u"A.DDB"_s), folder.filePath(u"B.DDB"_s)});
+        QVERIFY2(m_errors.contains("A.DDB") && m_errors.contains("B.DDB"), m_errors.constData());
+        QCOMPARE(m_status, 2);
+        QVERIFY(!QFile::exists(picture));
+    }
+
+private:
+    void run(const QStringList &arguments) {
+        QProcess process;
+        process.setProcessEnvironment(m_environment);
+        process.start(QStringLiteral(QIR_EDITOR), arguments);
+        QVERIFY(process.waitForFinished(60'000));
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        m_status = process.exitCode();
+        m_output = process.readAllStandardOutput();
+        m_errors = process.readAllStandardError();
+    }
+
+    QTemporaryDir m_runtimeFolder;
+    QProcessEnvironment m_environment;
+    int m_status = -1;
+    QByteArray m_output;
+    QByteArray m_errors;
+};
+
+QTEST_GUILESS_MAIN(ProgramTest)
+#include "program_test.moc"
