@@ -93,7 +93,11 @@ void KeyPreparation::start(const KeyDeriver &derive, SecretBytes password, const
     shared->derive = derive;
     shared->parameters = parameters;
     shared->password = std::move(password);
-    std::thread([shared] { shared->run(); }).detach();
+    std::thread([mine = shared]() mutable {
+        mine->run();
+        mine.reset();
+        wipeStack(); // the system keeps it for the next thread
+    }).detach();
     m_shared = std::move(shared);
 }
 
