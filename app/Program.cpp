@@ -69,10 +69,10 @@ QString severalFiles(const ProgramArguments &arguments) {
             files.append(u'\'' + word + u'\'');
     if (files.size() < 2 || EsisteFile(arguments.fileName()))
         return {};
-    return QObject::tr("The editor opens one file from its command line, and these are %1: %2.\n"
+    return QObject::tr("The editor opens one file from its command line, and these are %1:\n%2\n"
                        "File > Open opens them one by one.")
         .arg(files.size())
-        .arg(files.join(u", "_s));
+        .arg(files.join(u'\n'));
 }
 
 void tellSeveralFiles(DtbEditor &window, const ProgramArguments &arguments, const QString &text) {

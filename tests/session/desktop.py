@@ -91,6 +91,12 @@ class Desktop:
         self.output("xdotool", "mousemove", "--window", window, str(x), str(y), "click", "--repeat", str(count),
                     "--delay", "80", str(button))
 
+    def place(self, window):
+        """Where a window stands on the screen: left, top, width, height."""
+        lines = self.output("xdotool", "getwindowgeometry", "--shell", window).splitlines()
+        values = dict(line.split("=") for line in lines)
+        return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+
     def close(self, window):
         """Closes a window by the window manager, as its close button does."""
         self.focus(window)

@@ -35,7 +35,25 @@ def check_picture_changes(screen, window, act, what):
     desktop.wait_until(lambda: look() != before, what)
 
 
+def check_start_up_password(screen):
+    """The password box stands over the middle of the window where the window manager has put it."""
+    editor = screen.start(EDITOR, os.path.join(samples, "USERS.UDB"))
+    box = screen.place(screen.window("Input password"))
+    window = screen.place(screen.window("QIR Database Editor"))
+    for side in (0, 1):
+        middle = box[side] + box[side + 2] / 2
+        wanted = window[side] + window[side + 2] / 2
+        assert abs(middle - wanted) < 40, f"the box {box} stands beside the middle of the window {window}"
+    screen.focus(screen.window("Input password"))
+    screen.type("pump-house-7")
+    screen.key("Return")
+    screen.no_window("Input password")
+    screen.key("ctrl+q")
+    assert editor.wait(60) == 0
+
+
 def session(screen):
+    check_start_up_password(screen)
     editor = screen.start(EDITOR, os.path.join(samples, "PUMP.DDB"))
     window = screen.window("QIR Database Editor")
     screen.focus(window)
