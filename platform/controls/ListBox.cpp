@@ -1,5 +1,6 @@
 #include "platform/controls/ListBox.h"
 
+#include "platform/controls/DoubleLine.h"
 #include "platform/controls/KeyCodes.h"
 #include "platform/controls/ListLines.h"
 #include "platform/loop/MessageLoop.h"
@@ -8,6 +9,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -139,6 +141,26 @@ bool ListBox::clickPending() const {
 void ListBox::hideEvent(QHideEvent *event) {
     QListView::hideEvent(event);
     m_pressed = m_clickDue = false; // the release goes elsewhere
+}
+
+void ListBox::paintEvent(QPaintEvent *event) {
+    QListView::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QPainter painter(viewport());
+    drawDoubleLine(painter, focusArea(), 1);
+}
+
+QRect ListBox::focusArea() const {
+    const QRect all = viewport()->rect();
+    const QRect line = ListIndex() < 0 ? QRect() : visualRect(m_lines->index(ListIndex())) & all;
+    return line.isEmpty() ? all : line;
+}
+
+void ListBox::scrollContentsBy(int dx, int dy) {
+    QListView::scrollContentsBy(dx, dy);
+    if (hasFocus())
+        viewport()->update(); // the line that marks the focus may stay where it is
 }
 
 void ListBox::keyPressEvent(QKeyEvent *event) {

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void aRightPressOnAnotherLineSelectsItFirst();
     void theMenuKeyIsARightPress();
     void focusSelectsNothing();
+    void aListThatHasTheFocusShowsIt();
     void theModelIsSound();
     void visibleIsTheListsOwnFlag();
 
@@ -369,6 +370,41 @@ void ListBoxTest::focusSelectsNothing() {
     QCoreApplication::processEvents();
     QCOMPARE(m_list->ListIndex(), -1);
     QCOMPARE(takeClicks(), 0);
+}
+
+void ListBoxTest::aListThatHasTheFocusShowsIt() {
+    make(ListBox::AsAdded);
+    for (int line = 0; line < 40; ++line)
+        m_list->addItem(u"line %1"_s.arg(line));
+    m_list->resize(200, 120);
+    m_list->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_list.get()));
+    m_list->clearFocus();
+    const auto linesRound = [&](const QRect &area) {
+        const QImage image = m_list->viewport()->grab().toImage();
+        const QColor edge = image.pixelColor(area.center().x(), area.top());
+        const QColor inside = image.pixelColor(area.center().x(), area.top() + 1);
+        return edge == QColor(Qt::black) && inside == QColor(Qt::white) &&
+               image.pixelColor(area.left(), area.center().y()) == edge &&
+               image.pixelColor(area.center().x(), area.bottom()) == edge;
+    };
+    const auto lineArea = [&](int line) {
+        return m_list->visualRect(m_list->model()->index(line, 0)) & m_list->viewport()->rect();
+    };
+    const QRect all = m_list->viewport()->rect();
+    m_list->setListIndex(2);
+    QVERIFY(!linesRound(lineArea(2)) && !linesRound(all));
+    m_list->setFocus();
+    QVERIFY(linesRound(lineArea(2)));
+    hands::key(m_list.get(), Qt::Key_Down);
+    QVERIFY(linesRound(lineArea(3)) && !linesRound(lineArea(2)));
+    // Without a selected line in view round the list.
+    m_list->setTopIndex(30);
+    QVERIFY(linesRound(all));
+    m_list->setListIndex(-1);
+    QVERIFY(linesRound(all));
+    m_list->clearFocus();
+    QVERIFY(!linesRound(all));
 }
 
 void ListBoxTest::theModelIsSound() {
