@@ -191,6 +191,8 @@ void ListBox::tellMenuKey() {
 
 void ListBox::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) {
     QListView::selectionChanged(selected, deselected);
+    if (hasFocus())
+        viewport()->update(); // what marks the focus may have stood elsewhere than round a line
     if (m_silent || selected.isEmpty())
         return;
     if (m_pressed) {

@@ -3,9 +3,11 @@
 
 #include <QAbstractItemModelTester>
 #include <QContextMenuEvent>
+#include <QPaintEvent>
 #include <QScrollBar>
 #include <QtTest>
 
+#include <functional>
 #include <memory>
 
 using namespace qir;
@@ -49,6 +51,7 @@ private Q_SLOTS:
     void theMenuKeyIsARightPress();
     void focusSelectsNothing();
     void aListThatHasTheFocusShowsIt();
+    void whatMarkedTheFocusIsDrawnOver();
     void theModelIsSound();
     void visibleIsTheListsOwnFlag();
 
@@ -405,6 +408,35 @@ void ListBoxTest::aListThatHasTheFocusShowsIt() {
     QVERIFY(linesRound(all));
     m_list->clearFocus();
     QVERIFY(!linesRound(all));
+}
+
+void ListBoxTest::whatMarkedTheFocusIsDrawnOver() {
+    struct Painted : QObject {
+        bool eventFilter(QObject *, QEvent *event) override {
+            if (event->type() == QEvent::Paint)
+                region += static_cast<QPaintEvent *>(event)->region();
+            return false;
+        }
+        QRegion region;
+    } painted;
+    make(ListBox::AsAdded);
+    for (int line = 0; line < 40; ++line)
+        m_list->addItem(u"line %1"_s.arg(line));
+    m_list->resize(200, 120);
+    m_list->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_list.get()));
+    m_list->setFocus();
+    hands::turnLoop();
+    m_list->viewport()->installEventFilter(&painted);
+    // Round the list, round a line, and round the list again.
+    for (const std::function<void()> &change : {std::function<void()>([&] { m_list->setListIndex(2); }),
+                                                std::function<void()>([&] { m_list->setTopIndex(30); }),
+                                                std::function<void()>([&] { m_list->setListIndex(-1); })}) {
+        painted.region = QRegion();
+        change();
+        QTRY_VERIFY(painted.region.contains(m_list->viewport()->rect()) &&
+                    QRegion(m_list->viewport()->rect()).subtracted(painted.region).isEmpty());
+    }
 }
 
 void ListBoxTest::theModelIsSound() {

@@ -533,8 +533,8 @@ private Q_SLOTS:
             const QPoint inside = cellCentre(fixture, 0, 5, 3);
             const QPoint below(inside.x(), grid.viewport()->height() + 30);
             hands::press(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, inside);
-            hands::move(grid.viewport(), QPoint(inside.x(), grid.viewport()->height() - 1));
-            hands::move(grid.viewport(), below);
+            hands::move(grid.viewport(), QPoint(inside.x(), grid.viewport()->height() - 1), Qt::LeftButton);
+            hands::move(grid.viewport(), below, Qt::LeftButton);
             QTRY_VERIFY(grid.TopRow() > 1);
             hands::release(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, below);
         } else {
