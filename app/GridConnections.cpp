@@ -7,6 +7,7 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
 
 #include <limits>
@@ -54,9 +55,12 @@ void GridConnections::connectEditor(int pane) {
             [this, pane] { runCommand([&] { m_cellEditor.txtEdit_Change(pane); }); });
     connect(&txtEdit, &QLineEdit::returnPressed, this,
             [this, pane] { runCommand([&] { m_cellEditor.txtEdit_KeyPress(pane, enterCode); }); });
+    txtEdit.installEventFilter(this);
 }
 
 bool GridConnections::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::KeyPress && tabPressed(watched, static_cast<const QKeyEvent &>(*event)))
+        return true;
     if (event->type() == QEvent::Resize || event->type() == QEvent::Move) {
         for (const int pane : {0, 1}) {
             if (watched == &m_editor.Tabella(pane))
@@ -64,6 +68,20 @@ bool GridConnections::eventFilter(QObject *watched, QEvent *event) {
         }
     }
     return QObject::eventFilter(watched, event);
+}
+
+bool GridConnections::tabPressed(const QObject *watched, const QKeyEvent &key) {
+    const bool back = key.key() == Qt::Key_Backtab || key.modifiers().testFlag(Qt::ShiftModifier);
+    if ((key.key() != Qt::Key_Tab && key.key() != Qt::Key_Backtab) ||
+        key.modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier))
+        return false;
+    for (const int pane : {0, 1}) {
+        if (watched == &m_editor.txtEdit(pane)) {
+            runCommand([&] { m_cellEditor.editBeside(pane, back ? -1 : 1); });
+            return true;
+        }
+    }
+    return false;
 }
 
 void GridConnections::placeEditorLater(int pane) {

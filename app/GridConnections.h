@@ -4,6 +4,10 @@
 
 #include <QObject>
 
+QT_BEGIN_NAMESPACE
+class QKeyEvent;
+QT_END_NAMESPACE
+
 namespace qir {
 
 class CellEditor;
@@ -24,6 +28,8 @@ public:
 private:
     void connectGrid(int pane);
     void connectEditor(int pane);
+    /// True when the key went from an open editor to the cell beside its own.
+    bool tabPressed(const QObject *watched, const QKeyEvent &key);
     /// The grid is about to show its cells elsewhere: an open editor goes along, once that has happened.
     void placeEditorLater(int pane);
 

@@ -13,6 +13,7 @@
 #include <QPalette>
 
 #include <algorithm>
+#include <optional>
 
 namespace qir {
 
@@ -29,14 +30,36 @@ QPalette editorPalette() {
     return palette;
 }
 
+/// The first column from `column` on, in steps of 1 or -1, that has a width; 0 when there is none.
+int columnThatShows(const Grid &grid, int column, int step) {
+    while (column >= 1 && column < grid.Cols() && grid.ColWidth(column) < 1)
+        column += step;
+    return column < grid.Cols() ? std::max(column, 0) : 0;
+}
+
+std::optional<GridSelection> cellBeside(const Grid &grid, int row, int column, int step) {
+    int next = columnThatShows(grid, column + step, step);
+    if (next == 0) {
+        row += step;
+        next = columnThatShows(grid, step > 0 ? 1 : grid.Cols() - 1, step);
+    }
+    if (next == 0 || row < 1 || row >= grid.Rows())
+        return std::nullopt;
+    return singleCell(row, next);
+}
+
 } // namespace
 
 void CellEditor::IniziaEdit(int Index) {
-    Grid &grid = m_editor.Tabella(Index);
-    if (grid.MouseRow() == 0) {
+    if (m_editor.Tabella(Index).MouseRow() == 0) {
         Interrompiedit(Index);
         return;
     }
+    openEditor(Index);
+}
+
+void CellEditor::openEditor(int Index) {
+    Grid &grid = m_editor.Tabella(Index);
     // No table shown, no record, or the empty column of a table without fields.
     if (!grid.Visible() || grid.Row() < 1 || grid.ColData(grid.Col()) < 1)
         return;
@@ -90,6 +113,17 @@ void CellEditor::Interrompiedit(int Index) {
     if (txtEdit.hasFocus())
         QGuiApplication::inputMethod()->commit();
     endEdit(m_editor);
+}
+
+void CellEditor::editBeside(int Index, int step) {
+    Grid &grid = m_editor.Tabella(Index);
+    const std::optional<GridSelection> cell =
+        cellBeside(grid, m_editor.state.RigaEdit, m_editor.state.ColonnaEdit, step);
+    Interrompiedit(Index);
+    if (!cell)
+        return;
+    grid.setSelection(*cell);
+    openEditor(Index); // wherever the pointer rests: a key asks for it
 }
 
 void CellEditor::ScriviDaEditADtb(int Index) {

@@ -21,6 +21,10 @@ public:
     void IniziaEdit(int Index);
     /// Closes the pane's editor; everything typed is written already. The grid gets the focus if the editor had it.
     void Interrompiedit(int Index);
+    /// Closes the pane's editor and opens it over the next cell (`step` 1) or the one before (-1), which becomes the
+    /// current one: at a row's end in the next row. Columns of no width are passed over. Where no cell is left the
+    /// editor is closed and the current cell stays.
+    void editBeside(int Index, int step);
     /// Writes the editor's text to the cell and the component's record, then marks the cell as differing from the other
     /// pane's or not. Does nothing when no record is under edit or the cell shows that text already.
     void ScriviDaEditADtb(int Index);
@@ -32,6 +36,7 @@ public:
     void placeEditor(int Index);
 
 private:
+    void openEditor(int Index);
     void dressEditor(int Index);
     void coverCell(int Index);
     void updateDifference(int Index);

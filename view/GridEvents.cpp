@@ -66,6 +66,11 @@ void GridEvents::Tabella_SelChange(int Index) {
 
 void GridEvents::Tabella_MouseDown(int Index, Qt::MouseButton button, int row, int column,
                                    const QPoint &globalPosition) {
+    // A press on a header may leave the current cell where it is, in this pane and in the other one.
+    if (row < 1 || column < 1) {
+        for (const int pane : {0, 1})
+            m_cellEditor.Interrompiedit(pane);
+    }
     if (button != Qt::RightButton)
         return;
     activatePane(m_editor, Index);

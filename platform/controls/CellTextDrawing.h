@@ -15,6 +15,7 @@ namespace qir {
 inline constexpr int cellMargin = 2;
 
 /// A text as it is drawn in a cell of so many pixels: one line, its end replaced by an ellipsis when it does not fit.
+/// Its tabs reach to the same tab stops as when a column is fitted to it.
 QString fittedText(const QFontMetrics &metrics, const QString &text, int cellWidth);
 
 /// True when fittedText() would not show the whole text.

@@ -93,8 +93,11 @@ void Grid::connectHeaders() {
         ColumnMeasure measure(font(), this);
         setColWidth(section + 1, measure.columnWidth(TextMatrix(0, section + 1), texts().column(section + 1)));
     });
-    for (QAbstractButton *corner : findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly))
+    for (QAbstractButton *corner : findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly)) {
         connect(corner, &QAbstractButton::clicked, this, &Grid::Click);
+        connect(corner, &QAbstractButton::pressed, this,
+                [this] { Q_EMIT MouseDown(Qt::LeftButton, 0, 0, QCursor::pos()); });
+    }
 }
 
 void Grid::connectScrollBars() {

@@ -165,9 +165,9 @@ Q_SIGNALS:
     void SelChange();
     void Scroll();   ///< The user scrolled by bar or wheel.
     void Revealed(); ///< A key or a drag scrolled to show where it went; before SelChange.
-    /// A button went down over (row, column), -1 when over no cell. The keyboard's menu key, or Shift+F10, counts as
-    /// the right button on the current cell, with Ctrl on the header above it. A right press outside the selection has
-    /// made its cell current before this.
+    /// A button went down over (row, column), -1 when over no cell; (0, 0) is the corner, told of the left button only.
+    /// The keyboard's menu key, or Shift+F10, counts as the right button on the current cell, with Ctrl on the header
+    /// above it. A right press outside the selection has made its cell current before this.
     void MouseDown(Qt::MouseButton button, int row, int column, const QPoint &globalPosition);
 
 protected:

@@ -1,6 +1,7 @@
 #include "platform/controls/GridDelegate.h"
 
 #include "platform/controls/CellTextDrawing.h"
+#include "platform/controls/DoubleLine.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -24,15 +25,6 @@ bool isCurrent(const QStyleOptionViewItem &option, const QModelIndex &index) {
     return view != nullptr && view->currentIndex() == index;
 }
 
-void drawCurrentFrame(QPainter &painter, const QStyleOptionViewItem &option) {
-    const int width = option.state.testFlag(QStyle::State_HasFocus) ? 2 : 1;
-    QPen pen(option.palette.color(QPalette::Highlight), width);
-    pen.setJoinStyle(Qt::MiterJoin);
-    painter.setPen(pen);
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRect(QRectF(option.rect).adjusted(width / 2.0, width / 2.0, -width / 2.0, -width / 2.0));
-}
-
 } // namespace
 
 void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
@@ -43,12 +35,12 @@ void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, 
     if (option.state.testFlag(QStyle::State_Selected) && !current) {
         painter->fillRect(option.rect, selectionTint(option.palette));
     }
+    if (current) // below the text, which keeps all its pixels
+        drawDoubleLine(*painter, option.rect, option.state.testFlag(QStyle::State_HasFocus) ? 2 : 1);
     painter->setFont(option.font);
     painter->setPen(index.data(Qt::ForegroundRole).value<QColor>());
     const auto alignment = index.data(Qt::TextAlignmentRole).value<Qt::Alignment>();
     drawCellText(*painter, option.rect, index.data(Qt::DisplayRole).toString(), alignment & Qt::AlignHorizontal_Mask);
-    if (current)
-        drawCurrentFrame(*painter, option);
     painter->restore();
 }
 

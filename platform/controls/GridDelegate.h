@@ -5,8 +5,8 @@
 namespace qir {
 
 /// Draws the cells of a grid: the model's background, one line of black text, a tint over the selected cells that
-/// leaves the background readable, a frame round the current cell, whose background stays as it is. Shows a cell's
-/// whole text as tool tip when it is cut off.
+/// leaves the background readable, a double line round the current cell, whose background stays as it is; it is thicker
+/// in a grid that has the focus. Shows a cell's whole text as tool tip when it is cut off.
 class GridDelegate : public QAbstractItemDelegate {
     Q_OBJECT
 

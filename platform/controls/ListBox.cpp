@@ -1,5 +1,6 @@
 #include "platform/controls/ListBox.h"
 
+#include "platform/controls/DoubleLine.h"
 #include "platform/controls/KeyCodes.h"
 #include "platform/controls/ListLines.h"
 #include "platform/loop/MessageLoop.h"
@@ -8,6 +9,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -141,6 +143,26 @@ void ListBox::hideEvent(QHideEvent *event) {
     m_pressed = m_clickDue = false; // the release goes elsewhere
 }
 
+void ListBox::paintEvent(QPaintEvent *event) {
+    QListView::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QPainter painter(viewport());
+    drawDoubleLine(painter, focusArea(), 1);
+}
+
+QRect ListBox::focusArea() const {
+    const QRect all = viewport()->rect();
+    const QRect line = ListIndex() < 0 ? QRect() : visualRect(m_lines->index(ListIndex())) & all;
+    return line.isEmpty() ? all : line;
+}
+
+void ListBox::scrollContentsBy(int dx, int dy) {
+    QListView::scrollContentsBy(dx, dy);
+    if (hasFocus())
+        viewport()->update(); // the line that marks the focus may stay where it is
+}
+
 void ListBox::keyPressEvent(QKeyEvent *event) {
     if (isMenuShortcut(*event)) {
         tellMenuKey();
@@ -169,6 +191,8 @@ void ListBox::tellMenuKey() {
 
 void ListBox::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) {
     QListView::selectionChanged(selected, deselected);
+    if (hasFocus())
+        viewport()->update(); // what marks the focus may have stood elsewhere than round a line
     if (m_silent || selected.isEmpty())
         return;
     if (m_pressed) {

@@ -11,6 +11,9 @@ class ListLines;
 ///
 /// Click is raised when the user clicks a line or selects one by key, and when ListIndex is set from code to another
 /// line; nothing else raises it.
+///
+/// While the list has the focus a double line stands round the selected line, or round all that shows where that line
+/// does not.
 class ListBox : public QListView {
     Q_OBJECT
 
@@ -68,6 +71,8 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
@@ -76,6 +81,7 @@ protected:
 private:
     void selectSilently(int line);
     void tellMenuKey();
+    QRect focusArea() const;
 
     ListLines *m_lines;
     Order m_order;

@@ -1,4 +1,5 @@
 #include "platform/controls/CellTextDrawing.h"
+#include "platform/controls/ColumnMeasure.h"
 #include "platform/controls/Grid.h"
 #include "tests/platform/GridTesting.h"
 
@@ -25,10 +26,16 @@ private Q_SLOTS:
     void cellsAreWhiteAndRedToThePixel();
     void cellsAreWhiteInADarkScheme();
     void theCurrentCellKeepsItsColour();
+    void theCurrentCellIsSeenOnEveryColour_data();
+    void theCurrentCellIsSeenOnEveryColour();
     void selectedCellsShowWhetherTheyAreRed();
     void aHiddenGridDrawsNothingNew();
     void theRowHeaderMarksTheCurrentRow();
     void aFittedColumnCutsNoText();
+    void aTextWithTabsIsDrawnAsWideAsItIsMeasured_data();
+    void aTextWithTabsIsDrawnAsWideAsItIsMeasured();
+    void aTextWithTabsThatIsCutStaysInItsCell();
+    void aTextStandsWhereItsAlignmentSays();
     void aLongTextIsCutWithoutLayingItAllOut();
     void aTextWithSeveralLinesIsOneLine();
     void aCutOffTextIsTheToolTip();
@@ -40,6 +47,22 @@ private:
     QColor background(int row, int column) const {
         const QRect cell = m_grid->visualRect(m_grid->model()->index(row - 1, column - 1));
         return m_grid->viewport()->grab().toImage().pixelColor(cell.right() - 6, cell.top() + 3);
+    }
+    QImage cell(int row, int column) const {
+        const QRect area = m_grid->visualRect(m_grid->model()->index(row - 1, column - 1));
+        return m_grid->viewport()->grab(area).toImage();
+    }
+    /// The first and the last column of dark pixels in a cell.
+    std::pair<int, int> textColumns(int row, int column) const {
+        const QImage image = cell(row, column);
+        std::pair<int, int> columns{image.width(), -1};
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y) {
+                if (image.pixelColor(x, y).lightness() < 100)
+                    columns = {std::min(columns.first, x), x};
+            }
+        }
+        return columns;
     }
     QString toolTip(int row, int column) {
         QToolTip::hideText();
@@ -90,6 +113,42 @@ void GridDrawingTest::theCurrentCellKeepsItsColour() {
     QCOMPARE(background(3, 2), QColor(255, 0, 0));
     m_grid->setSelection({2, 2, 4, 2});
     QCOMPARE(background(2, 2), QColor(255, 255, 255));
+}
+
+void GridDrawingTest::theCurrentCellIsSeenOnEveryColour_data() {
+    QTest::addColumn<CellColour>("colour");
+    QTest::addColumn<bool>("focused");
+    QTest::newRow("white") << CellColour::White << true;
+    QTest::newRow("red") << CellColour::Red << true;
+    QTest::newRow("white, without the focus") << CellColour::White << false;
+    QTest::newRow("red, without the focus") << CellColour::Red << false;
+}
+
+void GridDrawingTest::theCurrentCellIsSeenOnEveryColour() {
+    QFETCH(const CellColour, colour);
+    QFETCH(const bool, focused);
+    for (const QColor &highlight : {QColor(48, 140, 198), QColor(Qt::white), QColor(Qt::red)}) {
+        QPalette palette;
+        palette.setColor(QPalette::Highlight, highlight);
+        m_grid->setPalette(palette);
+        m_grid->setCellBackColor(3, 2, colour);
+        m_grid->setSelection(singleCell(3, 2));
+        focused ? m_grid->setFocus() : m_grid->clearFocus();
+        const QImage image = cell(3, 2);
+        // A black line along every edge, a white one inside it, then the cell's own colour.
+        const int blackLine = focused ? 2 : 1;
+        const QColor ground = colour == CellColour::Red ? QColor(Qt::red) : QColor(Qt::white);
+        for (const bool mirrored : {false, true}) {
+            const QImage seen = mirrored ? image.mirrored(true, true) : image;
+            for (int depth = 0; depth <= blackLine + 1; ++depth) {
+                const QColor expected = depth < blackLine    ? QColor(Qt::black)
+                                        : depth == blackLine ? QColor(Qt::white)
+                                                             : ground;
+                QCOMPARE(seen.pixelColor(seen.width() / 2, depth), expected);
+                QCOMPARE(seen.pixelColor(depth, depth), expected);
+            }
+        }
+    }
 }
 
 void GridDrawingTest::selectedCellsShowWhetherTheyAreRed() {
@@ -148,6 +207,58 @@ void GridDrawingTest::aFittedColumnCutsNoText() {
         QCOMPARE(fittedText(metrics, text, m_grid->columnWidth(0) - 1), text);
         QVERIFY(!isCutOff(metrics, text, m_grid->columnWidth(0) - 1));
     }
+}
+
+void GridDrawingTest::aTextWithTabsIsDrawnAsWideAsItIsMeasured_data() {
+    QTest::addColumn<QString>("text");
+    QTest::newRow("one") << u"a\tb"_s;
+    QTest::newRow("behind a long part") << u"a rather long part\tb"_s;
+    QTest::newRow("several") << u"\ta\t\tbb\tc"_s;
+    QTest::newRow("beside a line end") << u"a\nb\tc"_s;
+}
+
+void GridDrawingTest::aTextWithTabsIsDrawnAsWideAsItIsMeasured() {
+    QFETCH(const QString, text);
+    m_grid->setTextMatrix(3, 2, text);
+    measureColumns(*m_grid, m_grid->font(), 1);
+    m_grid->setSelection(singleCell(1, 1));
+    // Measured with a blank in front, which is not shown.
+    const QFontMetricsF metrics(m_grid->font());
+    QString line = u' ' + text;
+    const qreal width = metrics.horizontalAdvance(line.replace(u'\n', u' ')) - metrics.horizontalAdvance(u' ');
+    const int end = textColumns(3, 2).second;
+    QVERIFY2(end > width - 3 && end <= width + cellMargin, qPrintable(u"%1 of %2"_s.arg(end).arg(width)));
+    const QFontMetrics whole(m_grid->font());
+    QVERIFY(fittedText(whole, text, m_grid->columnWidth(1) - 1).endsWith(text.back()));
+    QCOMPARE(isCutOff(whole, text, m_grid->columnWidth(1) - 1), text.contains(u'\n'));
+}
+
+void GridDrawingTest::aTextWithTabsThatIsCutStaysInItsCell() {
+    m_grid->setTextMatrix(3, 2, u"aaa\tbbb\tccc\tddd"_s);
+    m_grid->setTextMatrix(3, 3, QString());
+    const QFontMetrics metrics(m_grid->font());
+    for (const int width : {30, 90, 100, 150, 200, 255}) {
+        m_grid->setColWidth(2, width * 15);
+        m_grid->setSelection(singleCell(1, 1));
+        const int room = m_grid->columnWidth(1) - 1 - 2 * cellMargin;
+        QVERIFY(metrics.horizontalAdvance(fittedText(metrics, m_grid->TextMatrix(3, 2), width - 1)) <= room);
+        QVERIFY(textColumns(3, 2).second <= room + cellMargin);
+        QVERIFY(isCutOff(metrics, m_grid->TextMatrix(3, 2), width - 1));
+    }
+}
+
+void GridDrawingTest::aTextStandsWhereItsAlignmentSays() {
+    m_grid->setTextMatrix(3, 2, u"12"_s);
+    m_grid->setTextMatrix(3, 3, u"HH"_s);
+    m_grid->setSelection(singleCell(1, 1));
+    const int width = cell(3, 2).width();
+    QVERIFY(textColumns(3, 2).first > width / 2);
+    QVERIFY(textColumns(3, 2).second >= width - 6);
+    QVERIFY(textColumns(3, 3).first <= 5);
+    const auto back = qScopeGuard([] { QGuiApplication::setLayoutDirection(Qt::LeftToRight); });
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    QVERIFY(textColumns(3, 2).first <= 5);
+    QVERIFY(textColumns(3, 3).second >= width - 6);
 }
 
 void GridDrawingTest::aLongTextIsCutWithoutLayingItAllOut() {

@@ -3,9 +3,11 @@
 
 #include <QAbstractItemModelTester>
 #include <QContextMenuEvent>
+#include <QPaintEvent>
 #include <QScrollBar>
 #include <QtTest>
 
+#include <functional>
 #include <memory>
 
 using namespace qir;
@@ -48,6 +50,8 @@ private Q_SLOTS:
     void aRightPressOnAnotherLineSelectsItFirst();
     void theMenuKeyIsARightPress();
     void focusSelectsNothing();
+    void aListThatHasTheFocusShowsIt();
+    void whatMarkedTheFocusIsDrawnOver();
     void theModelIsSound();
     void visibleIsTheListsOwnFlag();
 
@@ -369,6 +373,70 @@ void ListBoxTest::focusSelectsNothing() {
     QCoreApplication::processEvents();
     QCOMPARE(m_list->ListIndex(), -1);
     QCOMPARE(takeClicks(), 0);
+}
+
+void ListBoxTest::aListThatHasTheFocusShowsIt() {
+    make(ListBox::AsAdded);
+    for (int line = 0; line < 40; ++line)
+        m_list->addItem(u"line %1"_s.arg(line));
+    m_list->resize(200, 120);
+    m_list->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_list.get()));
+    m_list->clearFocus();
+    const auto linesRound = [&](const QRect &area) {
+        const QImage image = m_list->viewport()->grab().toImage();
+        const QColor edge = image.pixelColor(area.center().x(), area.top());
+        const QColor inside = image.pixelColor(area.center().x(), area.top() + 1);
+        return edge == QColor(Qt::black) && inside == QColor(Qt::white) &&
+               image.pixelColor(area.left(), area.center().y()) == edge &&
+               image.pixelColor(area.center().x(), area.bottom()) == edge;
+    };
+    const auto lineArea = [&](int line) {
+        return m_list->visualRect(m_list->model()->index(line, 0)) & m_list->viewport()->rect();
+    };
+    const QRect all = m_list->viewport()->rect();
+    m_list->setListIndex(2);
+    QVERIFY(!linesRound(lineArea(2)) && !linesRound(all));
+    m_list->setFocus();
+    QVERIFY(linesRound(lineArea(2)));
+    hands::key(m_list.get(), Qt::Key_Down);
+    QVERIFY(linesRound(lineArea(3)) && !linesRound(lineArea(2)));
+    // Without a selected line in view round the list.
+    m_list->setTopIndex(30);
+    QVERIFY(linesRound(all));
+    m_list->setListIndex(-1);
+    QVERIFY(linesRound(all));
+    m_list->clearFocus();
+    QVERIFY(!linesRound(all));
+}
+
+void ListBoxTest::whatMarkedTheFocusIsDrawnOver() {
+    struct Painted : QObject {
+        bool eventFilter(QObject *, QEvent *event) override {
+            if (event->type() == QEvent::Paint)
+                region += static_cast<QPaintEvent *>(event)->region();
+            return false;
+        }
+        QRegion region;
+    } painted;
+    make(ListBox::AsAdded);
+    for (int line = 0; line < 40; ++line)
+        m_list->addItem(u"line %1"_s.arg(line));
+    m_list->resize(200, 120);
+    m_list->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_list.get()));
+    m_list->setFocus();
+    hands::turnLoop();
+    m_list->viewport()->installEventFilter(&painted);
+    // Round the list, round a line, and round the list again.
+    for (const std::function<void()> &change : {std::function<void()>([&] { m_list->setListIndex(2); }),
+                                                std::function<void()>([&] { m_list->setTopIndex(30); }),
+                                                std::function<void()>([&] { m_list->setListIndex(-1); })}) {
+        painted.region = QRegion();
+        change();
+        QTRY_VERIFY(painted.region.contains(m_list->viewport()->rect()) &&
+                    QRegion(m_list->viewport()->rect()).subtracted(painted.region).isEmpty());
+    }
 }
 
 void ListBoxTest::theModelIsSound() {

@@ -13,6 +13,7 @@ import time
 import traceback
 
 NEEDED = ["Xvfb", "openbox", "xdotool", "import"]
+FILE_DIALOG = "File DDB,WDB,UDB,SDB,IDB"
 NOT_RUN = 77
 
 
@@ -96,6 +97,18 @@ class Desktop:
         lines = self.output("xdotool", "getwindowgeometry", "--shell", window).splitlines()
         values = dict(line.split("=") for line in lines)
         return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+    def hold(self, window, x, y, milliseconds, button=1):
+        """Goes down on a button and up again after the time that a finger takes: the wait is part of the gesture."""
+        self.output("xdotool", "mousemove", "--window", window, str(x), str(y), "mousedown", str(button),
+                    "sleep", str(milliseconds / 1000), "mouseup", str(button))
+
+    def choose_file(self, keys, path):
+        """Presses the keys that open the file dialog, types a name and waits until the dialog has gone."""
+        self.key(keys)
+        self.focus(self.window(FILE_DIALOG))
+        self.type(path)
+        self.key("Return")
+        self.no_window(FILE_DIALOG)
 
     def close(self, window):
         """Closes a window by the window manager, as its close button does."""
@@ -107,6 +120,14 @@ class Desktop:
         path = os.path.join(self.folder, name)
         self.output("import", "-window", window, path)
         return path
+
+    def pixels(self, window):
+        """The rows of a window's pixels, three bytes each."""
+        content = subprocess.run(["import", "-window", window, "-depth", "8", "ppm:-"], env=self.environment,
+                                 stdout=subprocess.PIPE, timeout=60, check=True).stdout
+        _, size, _, pixels = content.split(b"\n", 3)
+        length = 3 * int(size.split()[0])
+        return [pixels[i:i + length] for i in range(0, len(pixels), length)]
 
     def end(self):
         for child in reversed(self.children):

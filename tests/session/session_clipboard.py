@@ -75,19 +75,11 @@ class Editor:
             found = [(i + 1, record) for i, record in enumerate(stored(self.path) or []) if record != self.records[i]]
             raise desktop.Failed(f"{failure}; it holds {found}") from None
 
-    def picture(self):
-        """The rows of the window's pixels, three bytes each."""
-        content = subprocess.run(["import", "-window", self.window, "-depth", "8", "ppm:-"],
-                                 env=self.screen.environment, stdout=subprocess.PIPE, check=True).stdout
-        _, size, _, pixels = content.split(b"\n", 3)
-        length = 3 * int(size.split()[0])
-        return [pixels[i:i + length] for i in range(0, len(pixels), length)]
-
     def edited_cell(self):
         """The rectangle (left, top, right, bottom) that is yellow now, in the window, and was not without an open
         editor; None when there is none."""
         yellow = []
-        for y, (row, plain) in enumerate(zip(self.picture(), self.plain)):
+        for y, (row, plain) in enumerate(zip(self.screen.pixels(self.window), self.plain)):
             if row != plain:
                 yellow += [(x // 3, y) for x in range(0, len(row), 3)
                            if row[x:x + 3] == YELLOW and plain[x:x + 3] != YELLOW]
@@ -98,7 +90,7 @@ class Editor:
 
     def open_by(self, act):
         """Does what opens the editor and gives where it stands."""
-        self.plain = self.picture()
+        self.plain = self.screen.pixels(self.window)
         act()
         return desktop.wait_until(self.edited_cell, "the editor over a cell")
 

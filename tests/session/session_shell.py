@@ -11,7 +11,6 @@ import desktop
 programs, samples = sys.argv[1:3]
 EDITOR = os.path.join(programs, "qir-editor")
 COMPANION = os.path.join(programs, "qirdb")
-FILE_DIALOG = "File DDB,WDB,UDB,SDB,IDB"
 MAIN = "^QIR Database Editor$"
 
 
@@ -25,15 +24,6 @@ def content(path, *options):
     status, text = companion("dump", "--format", "json", *options, path)
     assert status == 0, f"{path} cannot be read"
     return text
-
-
-def choose_file(screen, keys, path):
-    """Presses the keys that open the file dialog, types a name and waits until the dialog has gone."""
-    screen.key(keys)
-    screen.focus(screen.window(FILE_DIALOG))
-    screen.type(path)
-    screen.key("Return")
-    screen.no_window(FILE_DIALOG)
 
 
 def answer_box(screen, title, text):
@@ -59,12 +49,12 @@ def session(screen):
     editor = screen.start(EDITOR)
     window = screen.window(MAIN)
     screen.focus(window)
-    choose_file(screen, "ctrl+o", left)
+    screen.choose_file("ctrl+o", left)
 
     # Two panes, the right one by F6, and back.
     screen.key("alt+m", "t")
     screen.key("F6")
-    choose_file(screen, "ctrl+o", right)
+    screen.choose_file("ctrl+o", right)
     screen.key("F6")
 
     # A password for the left database; the file follows with the next save.
@@ -72,7 +62,7 @@ def session(screen):
     answer_box(screen, r"^\?$", "")
     answer_box(screen, r"^\?$", "two words")
     assert content(left) == original
-    choose_file(screen, "ctrl+shift+s", copy)
+    screen.choose_file("ctrl+shift+s", copy)
     desktop.wait_until(lambda: companion("dump", "--password-file", secret, "--format", "json", copy)[0] == 0,
                        "the copy to be written")
     assert content(copy, "--password-file", secret) == original

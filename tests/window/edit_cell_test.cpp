@@ -1,11 +1,15 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QScrollBar>
 #include <QToolTip>
 #include <QWheelEvent>
+
+#include <tuple>
 
 using namespace qir;
 using namespace qir::test;
@@ -43,6 +47,35 @@ QRect currentCell(EditorFixture &fixture, int pane) {
     return cell.translated(grid.viewport()->mapTo(grid.parentWidget(), QPoint()));
 }
 
+/// The pane's editor is open over that cell, which is the current one, and has the focus.
+bool isEdited(EditorFixture &fixture, int row, int column) {
+    return editing(fixture, 0) && editorOf(fixture, 0).hasFocus() && fixture.state().RigaEdit == row &&
+           fixture.state().ColonnaEdit == column && fixture.grid(0).selection() == singleCell(row, column) &&
+           editorOf(fixture, 0).geometry() == currentCell(fixture, 0) && !currentCell(fixture, 0).isEmpty();
+}
+
+enum class Header { Column, BeyondColumns, Row, BelowRows, Corner };
+
+/// A place on a header of a pane's grid, and the control there.
+std::pair<QWidget *, QPoint> headerPlace(EditorFixture &fixture, int pane, Header header) {
+    const QHeaderView &columns = *fixture.grid(pane).horizontalHeader();
+    const QHeaderView &rows = *fixture.grid(pane).verticalHeader();
+    const int beyond = 20;
+    switch (header) {
+    case Header::Column:
+        return {columns.viewport(), headerCentre(fixture, pane, 1)};
+    case Header::BeyondColumns:
+        return {columns.viewport(), {columns.length() + beyond, columns.height() / 2}};
+    case Header::Row:
+        return {rows.viewport(), {rows.width() / 2, rows.sectionSize(0) / 2}};
+    case Header::BelowRows:
+        return {rows.viewport(), {rows.width() / 2, rows.length() + beyond}};
+    case Header::Corner:
+        break;
+    }
+    return {fixture.grid(pane).findChild<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly), {}};
+}
+
 /// The first and the last column of pixels with something dark in them.
 std::pair<int, int> darkColumns(const QImage &image) {
     constexpr int dark = 100; // far below yellow
@@ -63,7 +96,10 @@ class EditCellTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_files = std::make_unique<EditFiles>(); }
+    void init() {
+        m_files = std::make_unique<EditFiles>();
+        QCursor::setPos(0, 0); // over no header, where Enter opens nothing
+    }
 
     void aDoubleClickOpensAYellowEditorExactlyOverTheCell() {
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
@@ -332,6 +368,132 @@ private Q_SLOTS:
         fixture.clickLine(0, 1);
         QVERIFY(!editing(fixture, 0));
         QCOMPARE(fixture.state().RigaEdit, -1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tabEditsTheNextCellAndShiftTabThePreviousOne() {
+        const QString left = m_files->make(u"A.DDB"_s, {pumps()});
+        EditorFixture fixture;
+        fixture.openBoth(left, m_files->make(u"B.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 1, 1);
+        retype(fixture, 0, u"77"_s);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        QVERIFY(isEdited(fixture, 1, 2));
+        QCOMPARE(editorOf(fixture, 0).text(), u"Main"_s);
+        QCOMPARE(editorOf(fixture, 0).cursorPosition(), 4);
+        QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 77.0);
+        // The other pane goes along, and the pane with the editor stays the active one.
+        QCOMPARE(fixture.grid(1).selection(), singleCell(1, 2));
+        QCOMPARE(fixture.state().IndexAttivo, 0);
+        hands::type(&editorOf(fixture, 0), u"!"_s);
+        QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"Main!"_s);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(isEdited(fixture, 1, 1));
+        QCOMPARE(editorOf(fixture, 0).text(), u"77"_s);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tabAtARowsEndEditsTheNextRowAndShiftTabAtItsBeginningThePreviousOne() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 1, 3);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        QVERIFY(isEdited(fixture, 2, 1));
+        hands::key(&editorOf(fixture, 0), Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(isEdited(fixture, 1, 3));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tabInTheLastCellAndShiftTabInTheFirstOneCloseTheEditorAndStay() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        for (const auto &[cell, key, modifiers] :
+             {std::tuple{QPoint(3, 3), Qt::Key_Tab, Qt::KeyboardModifiers()},
+              std::tuple{QPoint(1, 1), Qt::Key_Backtab, Qt::KeyboardModifiers(Qt::ShiftModifier)}}) {
+            beginEdit(fixture, 0, cell.y(), cell.x());
+            hands::key(&editorOf(fixture, 0), key, modifiers);
+            QVERIFY(!editing(fixture, 0));
+            QCOMPARE(fixture.grid(0).selection(), singleCell(cell.y(), cell.x()));
+            QVERIFY(fixture.grid(0).hasFocus());
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tabPassesOverAColumnThatIsDraggedToNothing() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.grid(0).setColWidth(2, 0);
+        beginEdit(fixture, 0, 1, 1);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        QVERIFY(isEdited(fixture, 1, 3));
+        fixture.grid(0).setColWidth(3, 0);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Backtab, Qt::ShiftModifier);
+        QVERIFY(isEdited(fixture, 1, 1));
+        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        QVERIFY(isEdited(fixture, 2, 1));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tabEditsTheNextCellWhereverThePointerRests() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 1, 1);
+        const QWidget *header = fixture.grid(0).horizontalHeader()->viewport();
+        QCursor::setPos(header->mapToGlobal(headerCentre(fixture, 0, 2)));
+        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        QVERIFY(isEdited(fixture, 1, 2));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void tabBringsTheNextCellIntoView() {
+        const QString left = m_files->make(u"A.DDB"_s, {large()});
+        EditorFixture fixture;
+        fixture.openBoth(left, m_files->make(u"B.DDB"_s, {large()}));
+        fixture.clickCell(0, 1, 1);
+        hands::key(&fixture.grid(0), Qt::Key_End);
+        hands::key(&fixture.grid(0), Qt::Key_Return);
+        QVERIFY(isEdited(fixture, 1, 30));
+        QVERIFY(fixture.grid(0).LeftCol() > 1);
+        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        QVERIFY(isEdited(fixture, 2, 1));
+        QCOMPARE(fixture.grid(0).LeftCol(), 1);
+        QCOMPARE(fixture.grid(1).LeftCol(), 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aPressOnAnyHeaderEndsTheEdit_data() {
+        QTest::addColumn<int>("pane");
+        QTest::addColumn<Header>("header");
+        QTest::addColumn<Qt::MouseButton>("button");
+        for (const int pane : {0, 1}) {
+            const auto add = [pane](const char *name, Header header, Qt::MouseButton button) {
+                QTest::addRow("%s of pane %d", name, pane) << pane << header << button;
+            };
+            add("the column", Header::Column, Qt::LeftButton);
+            add("the column by the right button", Header::Column, Qt::RightButton);
+            add("beyond the last column", Header::BeyondColumns, Qt::LeftButton);
+            add("the row", Header::Row, Qt::LeftButton);
+            add("below the last row", Header::BelowRows, Qt::LeftButton);
+            add("the corner", Header::Corner, Qt::LeftButton);
+        }
+    }
+
+    void aPressOnAnyHeaderEndsTheEdit() {
+        QFETCH(const int, pane);
+        QFETCH(const Header, header);
+        QFETCH(const Qt::MouseButton, button);
+        const QString left = m_files->make(u"A.DDB"_s, {pumps()});
+        EditorFixture fixture;
+        fixture.openBoth(left, m_files->make(u"B.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 1, 1); // the cell that stays current, whichever header is pressed
+        QVERIFY(isEdited(fixture, 1, 1));
+        const auto [control, place] = headerPlace(fixture, pane, header);
+        hands::press(control, button, Qt::NoModifier, place);
+        QVERIFY(!editing(fixture, 0));
+        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.grid(0).Row(), 1);
+        QCOMPARE(fixture.grid(0).Col(), 1);
+        QVERIFY(!editorOf(fixture, 0).hasFocus());
+        if (QWidget *popup = QApplication::activePopupWidget())
+            popup->close();
+        hands::release(control, button, Qt::NoModifier, place);
+        QVERIFY(!editing(fixture, 0));
         QIR_VERIFY_OK(fixture);
     }
 

@@ -65,7 +65,9 @@ private:
     void cloneSize(int pane, bool byHeader, int column, unsigned answer);
     void cloneArea(int pane, const GridSelection &block, bool byHeader);
 
-    void editCell(int pane, int row, int column, const QString &text, bool stay);
+    enum class Leave { ByReturn, ByTab, Not };
+    void editCell(int pane, int row, int column, const QString &text, Leave leave);
+    void tabOn(int pane, int row, int column, const QString &text);
     void leaveEditor(int pane, int row, int column);
     void selectCells(int pane, const GridSelection &block);
     void paste(int pane, const GridSelection &block);

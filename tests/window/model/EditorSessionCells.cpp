@@ -172,7 +172,10 @@ void EditorSession::takeCellStep(const Step &step) {
                               .arg(pane);
     switch (step.kind) {
     case Step::EditCell:
-        return editCell(pane, block.row, block.column, oneOf(cellTexts, picks[5]), picks[3] % 4 == 0);
+        return editCell(pane, block.row, block.column, oneOf(cellTexts, picks[5]),
+                        picks[3] % 4 == 0   ? Leave::Not
+                        : picks[3] % 4 == 1 ? Leave::ByTab
+                                            : Leave::ByReturn);
     case Step::CopyBlock: {
         note(place);
         selectCells(pane, block);
@@ -205,15 +208,34 @@ void EditorSession::takeCellStep(const Step &step) {
     }
 }
 
-void EditorSession::editCell(int pane, int row, int column, const QString &text, bool stay) {
-    note(u"  (%1, %2) of pane %3: '%4'%5"_s.arg(row).arg(column).arg(pane).arg(text, stay ? u", the editor stays open"_s
-                                                                                          : QString()));
+void EditorSession::editCell(int pane, int row, int column, const QString &text, Leave leave) {
+    const QString left = leave == Leave::Not     ? u", the editor stays open"_s
+                         : leave == Leave::ByTab ? u", and the same in the next cell"_s
+                                                 : QString();
+    note(u"  (%1, %2) of pane %3: '%4'%5"_s.arg(row).arg(column).arg(pane).arg(text, left));
     leaveEditor(pane, row, column);
     beginEdit(*m_fixture, pane, row, column);
     retype(*m_fixture, pane, text);
-    if (!stay)
-        hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
     m_model.type(pane, row, column, text);
+    if (leave == Leave::ByTab)
+        tabOn(pane, row, column, text);
+    else if (leave == Leave::ByReturn)
+        hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
+}
+
+/// From an open cell to the next one in reading order, if there is one, and types there.
+void EditorSession::tabOn(int pane, int row, int column, const QString &text) {
+    hands::key(&editorOf(*m_fixture, pane), Qt::Key_Tab);
+    const PlainTable &table = *m_model.pane(pane).selectedTable();
+    if (++column > table.fieldCount()) {
+        column = 1;
+        ++row;
+    }
+    if (row > table.recordCount())
+        return; // the editor is closed
+    retype(*m_fixture, pane, text);
+    m_model.type(pane, row, column, text);
+    hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
 }
 
 /// Nobody can click a cell that lies under the editor.
