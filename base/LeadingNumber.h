@@ -18,4 +18,9 @@ double leadingNumber(QStringView text);
 /// digit), nothing when it is no such text. Same notation as leadingNumber().
 std::optional<double> wholeNumber(QStringView text);
 
+/// The value of a text that reads as one number: an optional sign, decimal digits with at most one point, and an
+/// exponent (e or E, an optional sign, digits). Blanks may stand around it, nothing inside. Nothing for every other
+/// text.
+std::optional<double> plainNumber(QStringView text);
+
 } // namespace qir
