@@ -47,6 +47,7 @@ DtbEditor::DtbEditor()
     buildMenus(*this, m_editor.controls);
     for (const int pane : {0, 1})
         connectPane(pane);
+    m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
     connectCommands();
     SettaColoriIndexAttivo(m_editor);
     AbilitaMenu(m_editor, -1);

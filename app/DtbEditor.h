@@ -12,6 +12,7 @@
 #include "compare/CellDifferences.h"
 #include "compare/DifferingTables.h"
 #include "compare/TableListAlignment.h"
+#include "platform/controls/GridPair.h"
 #include "view/AreaClipboard.h"
 #include "view/CellEditor.h"
 #include "view/GridEvents.h"
@@ -22,6 +23,7 @@
 #include <QMainWindow>
 
 #include <functional>
+#include <optional>
 
 QT_BEGIN_NAMESPACE
 class QSessionManager;
@@ -71,6 +73,7 @@ private:
     GridPopups m_gridPopups;
     GridEvents m_gridEvents;
     GridConnections m_gridConnections;
+    std::optional<GridPair> m_gridPair; // once the grids stand
     OpenCommand m_open;
     SaveCommands m_save;
     CloseCommands m_close;

@@ -3,6 +3,7 @@
 #include "platform/controls/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/CellEditor.h"
+#include "view/GridAlignment.h"
 #include "view/GridEvents.h"
 
 #include <QEvent>
@@ -43,6 +44,8 @@ void GridConnections::connectGrid(int pane) {
                 runCommand([&] { m_grid.Tabella_MouseDown(pane, button, row, column, globalPosition); });
             });
 
+    connect(grid, &Grid::RowResized, this, [this, pane](int row) { mirrorRowHeight(m_editor, pane, row); });
+    connect(grid, &Grid::ColumnResized, this, [this, pane](int column) { mirrorColumnWidth(m_editor, pane, column); });
     connect(grid->horizontalHeader(), &QHeaderView::sectionResized, this, [this, pane] { placeEditorLater(pane); });
     grid->installEventFilter(this);
 }

@@ -163,6 +163,7 @@ bool OpenCommand::loadFreshComponent(int pane) {
     showHint(m_editor.controls, pane, QString());
     // The old component goes before the next load: both could hold the same file.
     releaseComponent(m_editor, pane);
+    m_editor.state.ComparisonDue = true; // the other grid is left alone, for good if the load fails
     createComponent(pane);
     std::optional<FreedMemoryWipe> wipe;
     SecretText password;

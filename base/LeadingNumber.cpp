@@ -187,6 +187,35 @@ double leadingNumber(QStringView text) {
     return valueOf(scan(text));
 }
 
+std::optional<double> plainNumber(QStringView text) {
+    while (text.startsWith(u' '))
+        text = text.sliced(1);
+    while (text.endsWith(u' '))
+        text.chop(1);
+    qsizetype at = text.startsWith(u'+') || text.startsWith(u'-') ? 1 : 0;
+    const auto digits = [&] {
+        const qsizetype first = at;
+        while (at < text.size() && isDigit(text[at].unicode()))
+            ++at;
+        return at - first;
+    };
+    qsizetype count = digits();
+    if (at < text.size() && text[at] == u'.') {
+        ++at;
+        count += digits();
+    }
+    if (count == 0)
+        return std::nullopt;
+    if (at < text.size() && (text[at] == u'e' || text[at] == u'E')) {
+        ++at;
+        if (at < text.size() && (text[at] == u'+' || text[at] == u'-'))
+            ++at;
+        if (digits() == 0)
+            return std::nullopt;
+    }
+    return at == text.size() ? std::optional(leadingNumber(text)) : std::nullopt;
+}
+
 std::optional<double> wholeNumber(QStringView text) {
     const Scanned number = scan(text);
     if (!number.hasDigits || number.end != text.size())

@@ -21,4 +21,9 @@ std::optional<double> wholeNumber(QStringView text);
 /// True when the number that a text begins with lies past the range of double, so that a finite one stands for it.
 bool passesRange(QStringView text);
 
+/// The value of a text that reads as one number: an optional sign, decimal digits with at most one point, and an
+/// exponent (e or E, an optional sign, digits). Blanks may stand around it, nothing inside. Nothing for every other
+/// text.
+std::optional<double> plainNumber(QStringView text);
+
 } // namespace qir

@@ -139,6 +139,10 @@ void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow 
     yieldToMessages();
 }
 
+void CellDifferences::markTable(const QString &name) {
+    m_tables.markTable(name);
+}
+
 void CellDifferences::clearGrid(int pane, CellWindow window) {
     makeShownTableCurrent(m_editor, pane);
     const QirDatabase &database = m_editor.OggettoDtb(pane);

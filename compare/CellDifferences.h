@@ -31,6 +31,8 @@ public:
     /// line of both lists. With one table shown, or different lines selected, it clears the colours instead.
     /// CelleDiverse holds the whole truth afterwards, whatever the window. Yields.
     void EvidenziaDifferenzeTabella(SelectionRule rule = SelectionRule::SameLine, CellWindow window = {});
+    /// Marks the lines of a table that changed without being shown by whether it differs.
+    void markTable(const QString &name);
     /// Writes every cell text of the pane's grid into the current table of its database, then compares. Yields.
     void SalvaGridInDatabase(int pane);
     /// Writes the texts of some cells only, those of them that the grid has. All others must be stored as they show

@@ -7,6 +7,8 @@
 #include "platform/controls/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
+#include <algorithm>
+
 namespace qir {
 
 using namespace Qt::StringLiterals;
@@ -28,26 +30,42 @@ void clearDifference(ListBox &list, int line) {
 
 void DifferingTables::IndividuaTabelleDiverse(const QStringList &elencoUnico) {
     Q_UNUSED(elencoUnico)
-    const QirDatabase &left = m_editor.OggettoDtb(0);
-    const QirDatabase &right = m_editor.OggettoDtb(1);
     const ListBox &list = m_editor.ListaTabelle(0);
-    const ListBox &otherList = m_editor.ListaTabelle(1);
     m_equalTables.clear();
     m_equalAt = revisions();
     YieldTimer timer;
     for (int i = 0; i < list.ListCount(); ++i) {
-        const QString name = TogliMarcatori(list.List(i).trimmed());
-        const bool inLeft = left.ExistTable(name);
-        const bool inRight = right.ExistTable(name);
-        // A component with twins knows the name of a placeholder too.
-        if (!inLeft || !inRight || list.ItemData(i) == 0 || otherList.ItemData(i) == 0)
-            continue;
-        makeTableCurrent(m_editor, 0, name);
-        makeTableCurrent(m_editor, 1, name);
-        const bool different = currentTablesDiffer(left, right, [&](int) { timer.yieldIfDue(); });
-        if (!different)
-            m_equalTables.insert(collationKey(name));
-        SettaTabelleUgualiDiverse(different, i);
+        if (compareLine(i, timer) == false)
+            m_equalTables.insert(collationKey(list.List(i)));
+    }
+}
+
+std::optional<bool> DifferingTables::compareLine(int line, YieldTimer &timer) {
+    const QirDatabase &left = m_editor.OggettoDtb(0);
+    const QirDatabase &right = m_editor.OggettoDtb(1);
+    const ListBox &list = m_editor.ListaTabelle(0);
+    const QString name = TogliMarcatori(list.List(line).trimmed());
+    const bool inLeft = left.ExistTable(name);
+    const bool inRight = right.ExistTable(name);
+    // A component with twins knows the name of a placeholder too.
+    if (!inLeft || !inRight || list.ItemData(line) == 0 || m_editor.ListaTabelle(1).ItemData(line) == 0)
+        return std::nullopt;
+    makeTableCurrent(m_editor, 0, name);
+    makeTableCurrent(m_editor, 1, name);
+    const bool different = currentTablesDiffer(left, right, [&](int) { timer.yieldIfDue(); });
+    SettaTabelleUgualiDiverse(different, line);
+    return different;
+}
+
+void DifferingTables::markTable(const QString &name) {
+    if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1))
+        return;
+    const ListBox &left = m_editor.ListaTabelle(0);
+    const ListBox &right = m_editor.ListaTabelle(1);
+    YieldTimer timer;
+    for (int line = 0; line < std::min(left.ListCount(), right.ListCount()); ++line) {
+        if (collationKey(left.List(line)) == collationKey(name) && collationKey(right.List(line)) == collationKey(name))
+            compareLine(line, timer);
     }
 }
 

@@ -8,8 +8,11 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 namespace qir {
+
+class YieldTimer;
 
 /// Which tables differ, and the marks that tell it: " !" behind a line of both lists, red cells in both grids.
 class DifferingTables {
@@ -21,6 +24,8 @@ public:
     /// component's current table at the last one compared. The names are accepted and not used. Reads a table no
     /// further than its first difference. Yields.
     void IndividuaTabelleDiverse(const QStringList &elencoUnico);
+    /// Compares one table and marks or clears its line, when both lists have it on the same line.
+    void markTable(const QString &name);
     /// Compares the current tables of both databases value by value over records 1..R and fields 1..F that both have,
     /// and sets `matrix` (record, field) where they differ. Elements beyond both R and F are set. Calls `step`
     /// after each record. Yields. Two tables that were found equal, and not written to since, are not read again.
@@ -35,6 +40,8 @@ public:
     void SetEqualColor(int pane, int row, int column);
 
 private:
+    /// Whether the tables on a line differ, once it is marked; nothing when one of the databases lacks it.
+    std::optional<bool> compareLine(int line, YieldTimer &timer);
     std::array<std::uint64_t, 2> revisions() const;
     bool currentTablesKnownEqual() const;
 

@@ -3,6 +3,7 @@
 #include "app/shared/ActivePane.h"
 #include "app/shared/PaneTable.h"
 #include "app/shared/utility.h"
+#include "base/Collation.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "db/AssegnaARecordset.h"
@@ -21,16 +22,31 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What went wrong in `copy`, null when nothing did. Lists and grids show again what the target holds, however the copy
-/// ended; then its error goes on.
-template<typename Copy>
-std::exception_ptr failureOf(Copy copy) {
+/// What went wrong in `procedure`, null when nothing did.
+template<typename Procedure>
+std::exception_ptr failureOf(Procedure procedure) {
     try {
-        copy();
+        procedure();
     } catch (const std::exception &) {
         return std::current_exception();
     }
     return nullptr;
+}
+
+/// Lets lists and grids show again what the target holds, however the copy ended; then the first error goes on.
+template<typename Copy, typename Show>
+void copyAndShow(Copy copy, Show show) {
+    const std::exception_ptr failure = failureOf(copy);
+    const std::exception_ptr failureToShow = failureOf(show);
+    if (failure || failureToShow)
+        std::rethrow_exception(failure ? failure : failureToShow);
+}
+
+/// The name of the table that a line stands for whose table the other database lacks: it has no marker of ours, and
+/// what looks like one may be all that there is of a name.
+QString tableOfUnmarkedLine(const QString &line) {
+    const QString name = TogliMarcatori(line);
+    return collationKey(name) == collationKey(line) ? name : line;
 }
 
 } // namespace
@@ -40,12 +56,12 @@ void CloneCommands::CloneSecco() {
     ListBox &targetList = m_editor.ListaTabelle(m_editor.state.IndexDestinazione);
     const ActivePaneScope active(m_editor);
     const int position = sourceList.ListIndex();
-    const std::exception_ptr failure = failureOf([&] { copyTable(TogliMarcatori(sourceList.List(position))); });
-    m_alignment.MostraTabelleDiverseInLista();
-    sourceList.setListIndex(position);
-    targetList.setListIndex(position);
-    if (failure)
-        std::rethrow_exception(failure);
+    copyAndShow([&] { copyTable(tableOfUnmarkedLine(sourceList.List(position))); },
+                [&] {
+                    m_alignment.MostraTabelleDiverseInLista();
+                    sourceList.setListIndex(position);
+                    targetList.setListIndex(position);
+                });
 }
 
 void CloneCommands::copyTable(const QString &name) {
@@ -71,17 +87,21 @@ void CloneCommands::copyTable(const QString &name) {
     changes.commit();
 }
 
+void CloneCommands::requireWholeTables() {
+    m_tables.requireWhole(m_editor.state.IndexOrigine);
+    m_tables.requireWhole(m_editor.state.IndexDestinazione);
+}
+
 void CloneCommands::CloneTableSizeSecco() {
+    requireWholeTables();
     const Answer answer = askYesNoCancel(m_editor.controls.window, u"Copy Cell content?"_s, u"?"_s);
     if (answer == Answer::Cancel)
         return;
     const ActivePaneScope active(m_editor);
     makeShownTableCurrent(m_editor, m_editor.state.IndexOrigine);
     makeShownTableCurrent(m_editor, m_editor.state.IndexDestinazione);
-    const std::exception_ptr failure = failureOf([&] { appendRecords(answer == Answer::Yes); });
-    m_tables.CaricaTabellaDaLista(m_editor.state.IndexDestinazione);
-    if (failure)
-        std::rethrow_exception(failure);
+    copyAndShow([&] { appendRecords(answer == Answer::Yes); },
+                [&] { m_tables.CaricaTabellaDaLista(m_editor.state.IndexDestinazione); });
 }
 
 void CloneCommands::appendRecords(bool withContent) {
@@ -103,6 +123,7 @@ void CloneCommands::appendRecords(bool withContent) {
 }
 
 void CloneCommands::CloneSelectedAreaSecco() {
+    requireWholeTables();
     const Grid &grid = m_editor.Tabella(m_editor.state.IndexOrigine);
     const int target = m_editor.state.IndexDestinazione;
     const ActivePaneScope active(m_editor);

@@ -10,6 +10,7 @@ class TableView;
 
 /// Copying from one pane's database into the other's: from IndexOrigine to IndexDestinazione, which the pop-ups set,
 /// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it.
+/// What copies rows of the grids refuses a table that is not loaded whole with an error.
 class CloneCommands {
 public:
     CloneCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableView &tables)
@@ -35,6 +36,7 @@ public:
 private:
     QirDatabase &source() { return m_editor.OggettoDtb(m_editor.state.IndexOrigine); }
     QirDatabase &target() { return m_editor.OggettoDtb(m_editor.state.IndexDestinazione); }
+    void requireWholeTables();
     void copyTable(const QString &name);
     void appendRecords(bool withContent);
     void copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn);

@@ -52,7 +52,19 @@ void FieldCommands::AddFieldMenu_Click() {
     } else {
         database().AddField(name, *type);
     }
+    showAddedField(name);
+}
+
+void FieldCommands::showAddedField(const QString &name) {
+    const int pane = m_editor.state.IndexAttivo;
+    const QString table = m_editor.UltimaTabella(pane);
+    const bool shown = realTableSelected(m_editor, pane);
+    if (!shown)
+        m_differences.markTable(table); // by its line alone can it be seen to differ now
     showTableAgain();
+    if (!shown)
+        messageBox(m_editor.controls.window, QObject::tr("Field '%1' was added to table '%2'.").arg(name, table),
+                   u"!"_s);
 }
 
 /// Beside a placeholder line this is the table that was shown before; false when there is none.
@@ -109,10 +121,8 @@ std::optional<double> FieldCommands::askSize(const QString &prompt, const QStrin
 
 void FieldCommands::showTableAgain() {
     const int pane = m_editor.state.IndexAttivo;
-    // A table that no line stands for is not shown.
-    if (!realTableSelected(m_editor, pane))
-        return;
-    m_tables.CaricaTabellaAVideo(pane);
+    if (realTableSelected(m_editor, pane))
+        m_tables.CaricaTabellaAVideo(pane); // a table that no selected line stands for is not shown
     m_differences.EvidenziaDifferenzeTabella();
 }
 

@@ -18,8 +18,9 @@ public:
         , m_differences(differences)
         , m_tables(tables) {}
 
-    /// Asks for name, type and, for a text, size, and appends a field to the table last shown in the active pane. A
-    /// name that the table has already, but for case and surrounding blanks, is refused with a message.
+    /// Asks for name, type and, for a text, size, and appends a field to the table last shown in the active pane,
+    /// which is named afterwards when it is not shown now. A name that the table has already, but for case and
+    /// surrounding blanks, is refused with a message.
     void AddFieldMenu_Click();
     void RenameFieldMenu_Click() { RenameFieldSecco(); }
     void RenameFieldPOP_Click() { RenameFieldSecco(); }
@@ -42,6 +43,7 @@ private:
     bool nameTaken(const QString &name);
     std::optional<int> askType();
     std::optional<double> askSize(const QString &prompt, const QString &defaultSize);
+    void showAddedField(const QString &name);
     void showTableAgain();
 
     EditorContext &m_editor;

@@ -4,6 +4,7 @@
 #include "compare/CellDifferences.h"
 #include "platform/controls/Grid.h"
 #include "platform/dialogs/Dialogs.h"
+#include "view/GridAlignment.h"
 #include "view/TableView.h"
 
 namespace qir {
@@ -21,6 +22,14 @@ void RecordCommands::AddRecordMenu_Click() {
     CellWindow window;
     window.firstRow = m_editor.OggettoDtb(pane).QirTableRecordsCount();
     m_differences.EvidenziaDifferenzeTabella(SelectionRule::SameLine, window);
+    goToLastRecord(pane);
+}
+
+void RecordCommands::goToLastRecord(int pane) {
+    Grid &grid = m_editor.Tabella(pane);
+    grid.setSelection(singleCell(grid.Rows() - 1, grid.Col()));
+    grid.bringCellIntoView();
+    AllineaTopLeftTabelle(m_editor, pane);
 }
 
 void RecordCommands::RemoveRecordSecco() {

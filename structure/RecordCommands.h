@@ -16,7 +16,7 @@ public:
         , m_differences(differences)
         , m_tables(tables) {}
 
-    /// Appends an empty record.
+    /// Appends an empty record, brings it into view and makes it current.
     void AddRecordMenu_Click();
     void RemoveRecordMenu_Click() { RemoveRecordSecco(); }
     void RemoveRecordPOP_Click() { RemoveRecordSecco(); }
@@ -25,6 +25,8 @@ public:
     void RemoveRecordSecco();
 
 private:
+    void goToLastRecord(int pane);
+
     EditorContext &m_editor;
     CellDifferences &m_differences;
     TableView &m_tables;

@@ -78,6 +78,7 @@ void AreaClipboard::COPIA_AreaTabella(int Index) {
 void AreaClipboard::INCOLLA_AreaTabella(int Index) {
     if (!showsTable(m_editor, Index))
         return;
+    m_tables.requireWhole(Index);
     try {
         const QString text = clipboard::text();
         if (!text.isEmpty()) {

@@ -19,7 +19,8 @@ public:
     /// Copies the selected block of the pane's grid. Errors are silent.
     void COPIA_AreaTabella(int Index);
     /// Pastes into the selected block of the pane's grid and writes the grid to the database. Errors are silent; a
-    /// paste that one of them cuts short is undone as a group. Yields.
+    /// paste that one of them cuts short is undone as a group. A table that is not loaded whole is refused with an
+    /// error. Yields.
     void INCOLLA_AreaTabella(int Index);
 
 private:

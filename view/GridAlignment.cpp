@@ -33,4 +33,18 @@ void mirrorSelection(EditorContext &editor, int Index) {
     editor.Tabella(Other).followSelection(editor.Tabella(Index));
 }
 
+void mirrorRowHeight(EditorContext &editor, int Index, int row) {
+    if (!gridsShowSameTable(editor))
+        return;
+    endEditOfFollower(editor, 1 - Index);
+    editor.Tabella(1 - Index).followRowHeight(editor.Tabella(Index), row);
+}
+
+void mirrorColumnWidth(EditorContext &editor, int Index, int column) {
+    if (!gridsShowSameTable(editor))
+        return;
+    endEditOfFollower(editor, 1 - Index);
+    editor.Tabella(1 - Index).followColumnWidth(editor.Tabella(Index), column);
+}
+
 } // namespace qir

@@ -12,4 +12,9 @@ void AllineaTopLeftTabelle(EditorContext &editor, int Index);
 /// aligns the scroll positions, when a database is open there. The other grid raises nothing; an edit in it ends.
 void mirrorSelection(EditorContext &editor, int Index);
 
+/// Gives a row, or a column, of the grid beside `Index` the size that the user gives it in this pane's grid, when both
+/// show the same table. An edit in the other grid ends.
+void mirrorRowHeight(EditorContext &editor, int Index, int row);
+void mirrorColumnWidth(EditorContext &editor, int Index, int column);
+
 } // namespace qir

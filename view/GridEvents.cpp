@@ -7,6 +7,8 @@
 #include "view/GridAlignment.h"
 #include "view/GridPopups.h"
 
+#include <algorithm>
+
 namespace qir {
 
 namespace {
@@ -50,7 +52,8 @@ void GridEvents::Tabella_LeaveCell(int Index) {
 
 void GridEvents::Tabella_Scroll(int Index) {
     Grid &grid = m_editor.Tabella(Index);
-    grid.setSelection(singleCell(grid.TopRow(), grid.LeftCol()));
+    // Beyond the last row or column there is room only to stay level with the other grid.
+    grid.setSelection(singleCell(std::min(grid.TopRow(), grid.Rows() - 1), std::min(grid.LeftCol(), grid.Cols() - 1)));
     m_cellEditor.Interrompiedit(Index); // also when that cell was current already
     AllineaTopLeftTabelle(m_editor, Index);
 }

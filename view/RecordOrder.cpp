@@ -89,7 +89,7 @@ std::vector<std::uint32_t> ascendingOrder(const PackedTexts &texts) {
         texts.read(i, text);
         if (text.isEmpty())
             order.push_back(index);
-        else if (const std::optional<double> value = wholeNumber(text))
+        else if (const std::optional<double> value = plainNumber(text))
             numbers.push_back({*value, index});
         else
             others.add(index, text);

@@ -13,6 +13,7 @@ void Sorting::SortFPOP_Click() {
     const int pane = m_editor.state.IndexOrigine;
     if (!m_editor.DtbAperto(pane) || !realTableSelected(m_editor, pane))
         return;
+    m_tables.requireWhole(pane);
     endEdit(m_editor);
     Grid &grid = m_editor.Tabella(pane);
     m_editor.state.ColonnaOrdinamento = grid.Col();

@@ -17,8 +17,8 @@ public:
         , m_tables(tables) {}
 
     /// Sorts the table of the pane whose pop-up was opened by its grid's current column. When sorting or writing fails,
-    /// the group of changes is undone, the table is loaded again as it stands and the error goes on to the caller.
-    /// Yields.
+    /// the group of changes is undone, the table is loaded again as it stands and the error goes on to the caller. A
+    /// table that is not loaded whole is refused with an error. Yields.
     void SortFPOP_Click();
     /// Sorts the record rows of a grid by a column, ascending, and selects that column's records; does nothing while
     /// ColonnaOrdinamento is negative. Nothing is written to the database. After an error the grid's texts may be out

@@ -9,8 +9,12 @@
 #include "platform/controls/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/ColumnFit.h"
+#include "view/GridAlignment.h"
 
 #include <QAction>
+
+#include <stdexcept>
+#include <utility>
 
 namespace qir {
 
@@ -52,7 +56,8 @@ void TableView::RichiamaTabella(int Index, const QString &Caller) {
         showGrid(m_editor, Index, true);
         makeTableCurrent(m_editor, Index, name);
         loadCurrentTable(Index);
-    } catch (const std::exception &) {
+    } catch (const std::exception &error) {
+        m_loadErrors[static_cast<std::size_t>(Index)] = QString::fromUtf8(error.what());
         // Silent: what was filled so far stays, but a grid that still holds another table must not show under this
         // line.
         m_editor.UltimoListIndex(Index) = -1;
@@ -111,6 +116,7 @@ void TableView::loadCurrentTable(int Index) {
     endEdit(m_editor);
     m_editor.state.GridCommands = {};
     RiempiGrigliaDaTabella(Index);
+    m_editor.LoadFailed(Index) = false;
     const Grid &grid = m_editor.Tabella(Index);
     m_editor.controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
     m_editor.controls.action(Command::RemoveRecordMenu).setEnabled(grid.Rows() >= 2);
@@ -118,6 +124,9 @@ void TableView::loadCurrentTable(int Index) {
 }
 
 namespace {
+
+/// What no grid has: another table was shown before.
+constexpr GridSelection noSelection{-1, -1, -1, -1};
 
 /// The header text of a field: its name, then its type in square brackets.
 QString headerText(const QirDatabase &database, int field) {
@@ -139,6 +148,10 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
     if (!hasFields)
         headers.append(QString());
     const int records = database.QirTableRecordsCount();
+    if (std::optional<GridSelection> &before = m_selectionBefore[static_cast<std::size_t>(Index)]; !reload)
+        before = noSelection;
+    else if (!before)
+        before = grid.selection();
 
     // From here on the grid shows this table; until here an error leaves it with the one before.
     m_editor.TextsUnstored(Index) = false;
@@ -158,6 +171,8 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
     }
     if (!hasFields)
         grid.setColData(1, 0);
+    if (gridsShowSameTable(m_editor))
+        grid.followRowHeights(m_editor.Tabella(1 - Index));
     if (reload && panesShowSameTable(m_editor))
         grid.paintDifferences(m_editor.state.CelleDiverse);
     SizeAdjust(m_editor, grid);
@@ -174,6 +189,14 @@ void TableView::reloadAfterFailure(int Index) {
     }
 }
 
+void TableView::requireWhole(int Index) {
+    if (m_editor.LoadFailed(Index))
+        throw std::runtime_error(
+            QObject::tr("Table '%1' is not loaded whole: %2")
+                .arg(selectedTableName(m_editor, Index), m_loadErrors[static_cast<std::size_t>(Index)])
+                .toStdString());
+}
+
 void TableView::settlePanes() {
     for (const int pane : {0, 1}) {
         // A line that a press has selected is loaded by the click, in both panes.
@@ -188,13 +211,40 @@ void TableView::settlePanes() {
             m_editor.UltimoListIndex(pane) = m_editor.ListaTabelle(pane).ListIndex();
         }
     }
-    // A line that the other list had selected already was loaded without a comparison.
-    if (m_editor.state.ComparisonDue)
-        m_differences.EvidenziaDifferenzeTabella();
+    mirrorFilled();
+    compareIfDue();
     const int active = m_editor.state.IndexAttivo;
     m_editor.controls.action(Command::RemoveTableMenu)
         .setEnabled(active >= 0 && m_editor.DtbAperto(active) && m_editor.ListaTabelle(active).ListCount() > 0);
     followGridCommands(m_editor);
+}
+
+/// A load raises nothing, though it may have moved or cut its grid's selection, which is the other grid's too then; or
+/// it has made its grid large enough for the other's.
+void TableView::mirrorFilled() {
+    const std::array<std::optional<GridSelection>, 2> before = std::exchange(m_selectionBefore, {});
+    const Grid &left = m_editor.Tabella(0);
+    const Grid &right = m_editor.Tabella(1);
+    if ((!before[0] && !before[1]) || !left.Visible() || !right.Visible())
+        return;
+    const bool leftMoved = before[0] && *before[0] != left.selection();
+    const bool rightMoved = before[1] && *before[1] != right.selection();
+    int leader = m_editor.state.IndexAttivo == 1 ? 1 : 0;
+    if (leftMoved != rightMoved)
+        leader = rightMoved ? 1 : 0;
+    else if (!leftMoved && before[0].has_value() != before[1].has_value())
+        leader = before[0] ? 1 : 0;
+    mirrorSelection(m_editor, leader);
+}
+
+void TableView::compareIfDue() {
+    if (!m_editor.state.ComparisonDue)
+        return;
+    // A line that the other list had selected already was loaded without a comparison. With different lines there is
+    // none to make, but what a grid was compared with may be gone.
+    const auto hasRed = [](const Grid &grid) { return grid.Visible() && grid.colours().redCount() > 0; };
+    const bool red = hasRed(m_editor.Tabella(0)) || hasRed(m_editor.Tabella(1));
+    m_differences.EvidenziaDifferenzeTabella(red ? SelectionRule::Ignore : SelectionRule::SameLine);
 }
 
 } // namespace qir

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "app/shared/EditorContext.h"
+#include "platform/controls/GridSelection.h"
 
+#include <array>
 #include <functional>
+#include <optional>
 
 namespace qir {
 
@@ -32,8 +35,13 @@ public:
     /// component, and compares. Silent. A table that cannot be loaded now is hidden.
     void reloadAfterFailure(int Index);
 
+    /// Throws with the reason when the last load of the pane's selected table broke off: what writes the grid's texts,
+    /// or counts its rows, must not take a part for the whole.
+    void requireWhole(int Index);
+
     /// Loads the selected real line of each open pane whose grid shows another table, and compares the cells once if a
-    /// grid shows another table, or none any more, since they were compared last. Called when a command ends.
+    /// grid shows another table, or none any more, since they were compared last; a grid left alone becomes white.
+    /// Gives both grids the same selection when one was filled. Called when a command ends.
     void settlePanes();
 
 private:
@@ -44,8 +52,14 @@ private:
     /// end of the command loads the selected one again.
     void reloaded(int Index, const std::function<void()> &load);
 
+    void mirrorFilled();
+    void compareIfDue();
+
     EditorContext &m_editor;
     CellDifferences &m_differences;
+    std::array<QString, 2> m_loadErrors; // of the last load that broke off
+    /// The selection before a grid was filled, since the panes were settled last; none of its cells for another table.
+    std::array<std::optional<GridSelection>, 2> m_selectionBefore;
 };
 
 } // namespace qir

@@ -89,6 +89,12 @@ void Grid::connectHeaders() {
     connect(m_columnHeader, &QHeaderView::sectionResized, this, [this](int section, int, int pixels) {
         m_columnTwips[static_cast<std::size_t>(section)] = toTwips(pixels);
     });
+    connect(m_columnHeader, &GridHeader::resizedByUser, this,
+            [this](int section) { Q_EMIT ColumnResized(section + 1); });
+    connect(m_rowHeader, &GridHeader::resizedByUser, this, [this](int section, int pixels) {
+        m_rowHeights[section + 1] = pixels;
+        Q_EMIT RowResized(section + 1);
+    });
     connect(m_columnHeader, &QHeaderView::sectionHandleDoubleClicked, this, [this](int section) {
         ColumnMeasure measure(font(), this);
         setColWidth(section + 1, measure.columnWidth(TextMatrix(0, section + 1), texts().column(section + 1)));
@@ -131,6 +137,7 @@ void Grid::setCols(int columns) {
 
 void Grid::clear() {
     m_selection = singleCell(0, 1);
+    m_rowHeights.clear();
     m_model->setTable({QString()}, CellTexts(1, 0));
 }
 

@@ -8,6 +8,7 @@
 #include <QTableView>
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -22,6 +23,13 @@ struct GridPlace {
     GridSelection selection;
     int topRow = 1;
     int leftColumn = 1;
+};
+
+/// How far a grid scrolls: the last row and column that can be the first ones shown.
+struct GridReach {
+    int row = 1;
+    int column = 1;
+    friend bool operator==(const GridReach &, const GridReach &) = default;
 };
 
 /// A read-only table with a fixed header row (row 0, the horizontal header) and a fixed column (column 0, the vertical
@@ -125,6 +133,18 @@ public:
     /// Shows the same first row and column as the other grid; raises nothing.
     void followScroll(const Grid &leader);
 
+    /// How far the grid scrolls by what it holds, and how far it scrolls at least: beyond its last row or column it
+    /// shows empty room.
+    const GridReach &reach() const { return m_reach; }
+    void setLeastReach(const GridReach &least);
+
+    /// Gives a row the height, or a column the width, that it has in the other grid. Heights stay through reloads of
+    /// the same table, also for rows that are not there yet.
+    void followRowHeight(const Grid &leader, int row);
+    void followColumnWidth(const Grid &leader, int column);
+    /// The same for every row that the other grid's user has resized.
+    void followRowHeights(const Grid &leader);
+
     /// The header (0) or record row under the pointer, the column likewise; -1 when the pointer is over no cell of this
     /// grid. While a mouse event of the grid is handled it is that event's place.
     int MouseRow() const;
@@ -163,7 +183,11 @@ Q_SIGNALS:
     void KeyPress(int keyAscii); ///< A character typed: 13 is Enter.
     void LeaveCell();            ///< Before the current cell changes; Row and Col are still the old ones.
     void SelChange();
-    void Scroll();   ///< The user scrolled by bar or wheel.
+    void Scroll();            ///< The user scrolled by bar or wheel.
+    void RowResized(int row); ///< By the user, with the mouse.
+    void ColumnResized(int column);
+    void
+    LaidOut(); ///< What the grid holds, or its size, may be another, and with it reach(); or it was shown or hidden.
     void Revealed(); ///< A key or a drag scrolled to show where it went; before SelChange.
     /// A button went down over (row, column), -1 when over no cell; (0, 0) is the corner, told of the left button only.
     /// The keyboard's menu key, or Shift+F10, counts as the right button on the current cell, with Ctrl on the header
@@ -182,6 +206,9 @@ protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void updateGeometries() override;
 
 private:
     friend class GridFill;
@@ -199,6 +226,9 @@ private:
     void fitRowHeight();
     int drawnWidth(int twips) const;
     void layOut();
+    void alignHeaders();
+    void setRowHeight(int row, int pixels);
+    void restoreRowHeights();
     void endHidden();
 
     GridExtent extent() const;
@@ -227,7 +257,10 @@ private:
     GridHeader *m_columnHeader;
     GridHeader *m_rowHeader;
     int m_fixedColumnTwips;
-    std::vector<int> m_columnTwips; // width of column k at k - 1
+    std::vector<int> m_columnTwips;  // width of column k at k - 1
+    std::map<int, int> m_rowHeights; // in pixels, of the rows that were resized
+    GridReach m_reach;
+    GridReach m_leastReach;
     GridSelection m_selection{0, 1, 0, 1};
     int m_silences = 0;
     QPoint m_dragPosition;
@@ -238,6 +271,8 @@ private:
     bool m_visible = true;
     bool m_hidden = false; // by a GridHidden
     bool m_userResizing = true;
+    bool m_filling = false; // by a GridFill
+    bool m_updatingGeometries = false;
 };
 
 /// While it lives, the grid raises nothing: for a grid that follows another one.

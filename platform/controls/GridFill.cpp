@@ -20,6 +20,9 @@ GridFill::GridFill(Grid &grid, const QStringList &headers, int records, Kind kin
     , m_headers(headers)
     , m_texts(static_cast<int>(headers.size()), 0)
     , m_expected(std::max(records, 0)) {
+    if (kind == NewTable)
+        m_grid.m_rowHeights.clear();
+    m_grid.m_filling = true; // the grid beside it keeps its place until this one has its rows again
     m_grid.m_model->setTable(m_headers, CellTexts(static_cast<int>(headers.size()), 0));
 }
 
@@ -29,6 +32,8 @@ GridFill::~GridFill() {
     } catch (const std::bad_alloc &) {
         // There is no memory for the colours: the grid stays as the constructor left it, without records.
     }
+    m_grid.m_filling = false;
+    m_grid.restoreRowHeights();
     m_grid.setPlace(m_place);
 }
 

@@ -57,8 +57,11 @@ void GridHeader::mousePressEvent(QMouseEvent *event) {
 void GridHeader::mouseMoveEvent(QMouseEvent *event) {
     const PointerPlace::Handling handling(m_pointer, event->globalPosition().toPoint());
     const auto onSection = connect(this, &QHeaderView::sectionEntered, this, &GridHeader::draggedTo);
+    const auto onEdge = connect(this, &QHeaderView::sectionResized, this,
+                                [this](int section, int, int pixels) { Q_EMIT resizedByUser(section, pixels); });
     QHeaderView::mouseMoveEvent(event);
     disconnect(onSection);
+    disconnect(onEdge);
 }
 
 void GridHeader::mouseReleaseEvent(QMouseEvent *event) {
@@ -74,6 +77,19 @@ void GridHeader::mouseDoubleClickEvent(QMouseEvent *event) {
 void GridHeader::contextMenuEvent(QContextMenuEvent *event) {
     // The press has been told already; the view must not take this for a menu key.
     event->accept();
+}
+
+void GridHeader::paintEvent(QPaintEvent *event) {
+    if (count() == 0 || offset() < length()) {
+        QHeaderView::paintEvent(event);
+        return;
+    }
+    // Every section is scrolled away; the base class would paint them all.
+    QPainter painter(viewport());
+    QStyleOption option;
+    option.initFrom(this);
+    option.rect = viewport()->rect();
+    style()->drawControl(QStyle::CE_HeaderEmptyArea, &option, &painter, this);
 }
 
 void GridHeader::paintSection(QPainter *painter, const QRect &rect, int logicalIndex) const {

@@ -31,6 +31,8 @@ Q_SIGNALS:
     /// A section (never its resize handle) was pressed with the left button, or entered with it held.
     void pressed(int section, Qt::KeyboardModifiers modifiers);
     void draggedTo(int section);
+    /// The user drags the edge of a section, which has this size now.
+    void resizedByUser(int section, int pixels);
     /// Any button went down, after what it does to the header itself; `section` is -1 beyond the last one.
     void buttonDown(Qt::MouseButton button, int section, const QPoint &globalPosition);
 
@@ -40,6 +42,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void paintSection(QPainter *painter, const QRect &rect, int logicalIndex) const override;
 
 private:

@@ -25,7 +25,7 @@ const QVariant &foreground() {
 /// Numbers stand on the right, everything else on the left.
 Qt::Alignment alignmentOf(const QString &text) {
     constexpr qsizetype longestNumber = 64;
-    const bool number = text.size() <= longestNumber && wholeNumber(text).has_value();
+    const bool number = text.size() <= longestNumber && plainNumber(text).has_value();
     return Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft);
 }
 

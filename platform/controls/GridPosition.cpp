@@ -205,7 +205,10 @@ void Grid::changeEvent(QEvent *event) {
 void Grid::setVisibleFlag(bool visible) {
     m_visible = visible;
     endHidden();
+    const bool changes = isHidden() == visible;
     setVisible(visible);
+    if (changes)
+        Q_EMIT LaidOut();
 }
 
 void Grid::endHidden() {

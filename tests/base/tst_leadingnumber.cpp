@@ -15,6 +15,7 @@
 using namespace Qt::StringLiterals;
 using qir::leadingNumber;
 using qir::passesRange;
+using qir::plainNumber;
 using qir::wholeNumber;
 
 namespace {
@@ -161,6 +162,21 @@ TEST(WholeNumber, IsTheValueOfATextThatIsANumberAllThrough) {
 TEST(WholeNumber, IsNothingForAnyOtherText) {
     for (const char16_t *text : {u"", u" ", u"-", u".", u"x", u"1x", u"1e", u"1,5", u"1\r", u"1 2 x", u"1.2.3", u"--1"})
         EXPECT_FALSE(wholeNumber(text).has_value()) << QStringView(text).toString().toStdString();
+}
+
+TEST(PlainNumber, IsTheValueOfATextThatReadsAsOneNumber) {
+    EXPECT_EQ(plainNumber(u" -12.5 "), -12.5);
+    EXPECT_EQ(plainNumber(u"+5."), 5.0);
+    EXPECT_EQ(plainNumber(u".5"), 0.5);
+    EXPECT_EQ(plainNumber(u"1e-7"), 1e-7);
+    EXPECT_EQ(plainNumber(u"2E+3"), 2000.0);
+    EXPECT_EQ(plainNumber(u"1e999"), largest);
+}
+
+TEST(PlainNumber, IsNothingForAnyOtherText) {
+    for (const char16_t *text : {u"", u" ", u"-", u".", u"2D1", u"1 2", u"- 1", u"1e", u"1e+", u"1 e5", u"7\n", u"\t7",
+                                 u"1.2.3", u"1,5", u"12x", u"--1", u"\uFF11"})
+        EXPECT_FALSE(plainNumber(text).has_value()) << QStringView(text).toString().toStdString();
 }
 
 } // namespace

@@ -92,6 +92,24 @@ QString openPaneProblem(EditorContext &editor, int pane) {
     return {};
 }
 
+/// Each grid has the other's selection as far as it is large enough for it.
+QString selectionProblem(EditorContext &editor) {
+    const Grid &left = editor.Tabella(0);
+    const Grid &right = editor.Tabella(1);
+    if (!left.Visible() || !right.Visible())
+        return {};
+    const auto agree = [](int first, int firstSize, int second, int secondSize) {
+        return first == second || first >= secondSize || second >= firstSize;
+    };
+    if (agree(left.Row(), left.Rows(), right.Row(), right.Rows()) &&
+        agree(left.Col(), left.Cols(), right.Col(), right.Cols()))
+        return {};
+    return u"cell (%1, %2) is current on the left, (%3, %4) on the right"_s.arg(left.Row())
+        .arg(left.Col())
+        .arg(right.Row())
+        .arg(right.Col());
+}
+
 template<class Integer>
 double nearest(double number) {
     return std::nearbyint(
@@ -156,6 +174,8 @@ QString brokenInvariant(EditorContext &editor, Look look) {
     QString problem = windowProblem(editor);
     if (problem.isEmpty())
         problem = editProblem(editor);
+    if (problem.isEmpty())
+        problem = selectionProblem(editor);
     for (const int pane : {0, 1}) {
         QString ofPane = editor.DtbAperto(pane) ? openPaneProblem(editor, pane) : closedPaneProblem(editor, pane);
         if (ofPane.isEmpty() && look == Look::Thorough)

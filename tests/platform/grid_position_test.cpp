@@ -5,8 +5,11 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCursor>
+#include <QProxyStyle>
 #include <QScrollBar>
 #include <QtTest>
+
+#include <utility>
 
 using namespace qir;
 using namespace qir::testing;
@@ -49,6 +52,11 @@ private Q_SLOTS:
     void userResizingCanBeSwitchedOff();
     void aDoubleClickOnAResizeHandleFitsTheColumn();
     void rowsFitALargerFont();
+
+    void theLastRowInFirstPlaceBeginsAtTheTop();
+    void aGridScrollsAsFarAsItIsToldTo();
+    void pastItsLastRowAGridDrawsNoneOfThem();
+    void aLastColumnWiderThanTheGridShowsItsEnd();
 
 private:
     std::unique_ptr<Grid> m_grid;
@@ -402,6 +410,62 @@ void GridPositionTest::rowsFitALargerFont() {
     large.setPointSize(30);
     m_grid->setFont(large);
     QVERIFY(m_grid->rowHeight(0) >= QFontMetrics(large).height());
+}
+
+void GridPositionTest::theLastRowInFirstPlaceBeginsAtTheTop() {
+    m_grid->setTopRow(100);
+    QVERIFY(m_grid->TopRow() < 100);
+    QCOMPARE(m_grid->rowViewportPosition(m_grid->TopRow() - 1), 0);
+    QVERIFY(m_grid->rowViewportPosition(99) + m_grid->rowHeight(99) <= m_grid->viewport()->height());
+}
+
+void GridPositionTest::aGridScrollsAsFarAsItIsToldTo() {
+    const GridReach own = m_grid->reach();
+    m_grid->setLeastReach({150, own.column + 3});
+    QCOMPARE(m_grid->reach(), own);
+    m_grid->setTopRow(200);
+    QCOMPARE(m_grid->TopRow(), 150);
+    QCOMPARE(m_grid->rowViewportPosition(99), -50 * m_grid->rowHeight(99));
+    m_grid->resize(420, 310); // a new layout moves nothing
+    m_grid->setTextMatrix(1, 1, u"x"_s);
+    QCoreApplication::processEvents();
+    QCOMPARE(m_grid->TopRow(), 150);
+    m_grid->setLeastReach({});
+    QCOMPARE(m_grid->TopRow(), m_grid->reach().row);
+}
+
+void GridPositionTest::pastItsLastRowAGridDrawsNoneOfThem() {
+    class CountingStyle : public QProxyStyle {
+    public:
+        void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                         const QWidget *widget) const override {
+            m_sections += element == CE_HeaderSection ? 1 : 0;
+            QProxyStyle::drawControl(element, option, painter, widget);
+        }
+        int take() const { return std::exchange(m_sections, 0); }
+
+    private:
+        mutable int m_sections = 0;
+    };
+    const CountingStyle style;
+    m_grid->setRows(20'001);
+    m_grid->setLeastReach({30'000, 1});
+    QHeaderView *header = m_grid->verticalHeader();
+    header->setStyle(const_cast<CountingStyle *>(&style));
+    m_grid->setTopRow(20'000);
+    header->viewport()->grab();
+    QCOMPARE(style.take(), 1);
+    m_grid->setTopRow(25'000);
+    header->viewport()->grab();
+    QCOMPARE(style.take(), 0);
+    QCOMPARE(m_grid->indexAt(QPoint(5, 5)), QModelIndex());
+    header->setStyle(nullptr);
+}
+
+void GridPositionTest::aLastColumnWiderThanTheGridShowsItsEnd() {
+    m_grid->setColWidth(6, 15 * 2000);
+    m_grid->setLeftCol(6);
+    QCOMPARE(m_grid->columnViewportPosition(5) + m_grid->columnWidth(5), m_grid->viewport()->width());
 }
 
 QTEST_MAIN(GridPositionTest)

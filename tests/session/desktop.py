@@ -97,6 +97,7 @@ class Desktop:
         lines = self.output("xdotool", "getwindowgeometry", "--shell", window).splitlines()
         values = dict(line.split("=") for line in lines)
         return tuple(int(values[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+
     def hold(self, window, x, y, milliseconds, button=1):
         """Goes down on a button and up again after the time that a finger takes: the wait is part of the gesture."""
         self.output("xdotool", "mousemove", "--window", window, str(x), str(y), "mousedown", str(button),

@@ -31,11 +31,11 @@ QStringList sorted(const QStringList &texts) {
 
 /// The rule, said once more in the plainest way.
 bool comesBefore(const QString &left, const QString &right) {
-    const auto kind = [](const QString &text) { return text.isEmpty() ? 0 : wholeNumber(text) ? 1 : 2; };
+    const auto kind = [](const QString &text) { return text.isEmpty() ? 0 : plainNumber(text) ? 1 : 2; };
     if (kind(left) != kind(right))
         return kind(left) < kind(right);
     if (kind(left) == 1)
-        return *wholeNumber(left) < *wholeNumber(right);
+        return *plainNumber(left) < *plainNumber(right);
     if (left.toUpper() != right.toUpper())
         return left.toUpper() < right.toUpper();
     return left < right;
@@ -51,6 +51,10 @@ TEST(RecordOrder, NumbersAscendByValue) {
 TEST(RecordOrder, EmptyTextsComeFirstThenNumbersThenOtherTexts) {
     EXPECT_EQ(sorted({u"b"_s, u"12"_s, u""_s, u"12x"_s, u"3"_s, u""_s}),
               QStringList({u""_s, u""_s, u"3"_s, u"12"_s, u"12x"_s, u"b"_s}));
+}
+
+TEST(RecordOrder, TextsThatOnlyLookLikeNumbersAreTexts) {
+    EXPECT_EQ(sorted({u"2D1"_s, u"15"_s, u"1 2"_s, u" 3 "_s}), QStringList({u" 3 "_s, u"15"_s, u"1 2"_s, u"2D1"_s}));
 }
 
 TEST(RecordOrder, TextsAscendIgnoringCaseAndByCodeUnitWhereThatTies) {

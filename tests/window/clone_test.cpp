@@ -159,6 +159,35 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aTableThatIsNamedLikeAMarkerIsCloned() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u" ?"_s, {u"5"_s})}), files.make(u"R.DDB"_s, {}));
+        clone(fixture, 0, 0);
+        QCOMPARE(tableNames(fixture, 1), QStringList(u" ?"_s));
+        QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"5"_s}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void whenTheRefillAfterAFailedCloneFailsTooTheFirstErrorIsTold() {
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})}));
+        fixture.clickLine(0, 0);
+        pressRight(fixture, 0, 0);
+        int refills = 0;
+        fake->setHook([&refills](const FakeCall &call) {
+            if (call.member == u"AddTable"_s)
+                throw std::runtime_error("the first");
+            if (call.member == u"QIRTablesCount"_s && ++refills == 1)
+                throw std::runtime_error("the second");
+        });
+        fixture.dialogs().expectMessage(u"the first"_s, u"QIR Database Editor"_s, u"OK"_s);
+        chooseFromPopup(*fixture.editor().controls.popmenuCopyToOther, fixture.action(Command::ClonePOP));
+        fake->setHook({});
+        QVERIFY(refills > 0);
+        QCOMPARE(fixture.dialogs().problems(), QString());
+    }
+
     void aClosedWindowEndsACloneAndLeavesNothingOfIt() {
         const UseFake fake;
         const QString right = files.make(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})});
@@ -324,6 +353,26 @@ private Q_SLOTS:
         QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"5"_s, u"Other"_s}}));
         QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
         QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void whenTheReloadAfterFailedAppendingFailsTooTheFirstErrorIsTold() {
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
+        fake->failOn(u"AddRecord"_s, u"no room"_s, 2);
+        int reloads = 0;
+        fake->setHook([&reloads](const FakeCall &call) {
+            if (call.member == u"GetQirRecord"_s && ++reloads == 1)
+                throw std::runtime_error("no record");
+        });
+        fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"Yes"_s);
+        fixture.dialogs().expectMessage(u"no room"_s, u"QIR Database Editor"_s, u"OK"_s);
+        cloneSize(fixture, 0);
+        fake->setHook({});
+        fake->stopFailing();
+        QVERIFY(reloads > 0);
+        QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"5"_s, u"Other"_s}}));
         QIR_VERIFY_OK(fixture);
     }
 

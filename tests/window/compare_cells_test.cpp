@@ -110,6 +110,36 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aFailedOpenOverTheOtherSideWhitensTheGridThatStays() {
+        const CompareFiles files({numbered(5)}, {numbered(3)});
+        const QTemporaryDir folder;
+        QFile damaged(folder.filePath(u"NONE.DDB"_s));
+        QVERIFY(damaged.open(QIODevice::WriteOnly) && damaged.write("no database") > 0);
+        damaged.close();
+        EditorFixture fixture;
+        files.open(fixture);
+        QVERIFY(!redCells(fixture, 0).empty());
+        fixture.activate(1);
+        fixture.dialogs().expectFile(u"File DDB,WDB,UDB,SDB,IDB"_s, damaged.fileName());
+        fixture.dialogs().expectMessage(u"Can't load '%1'"_s.arg(damaged.fileName().toUpper()), u"!!"_s, u"OK"_s);
+        fixture.choose(Command::OpenDatabase);
+        QVERIFY(!fixture.editor().DtbAperto(1));
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void openingADatabaseWithoutTablesWhitensTheGridThatStays() {
+        const CompareFiles files({numbered(5)}, {numbered(3)});
+        const EditFiles more;
+        EditorFixture fixture;
+        files.open(fixture);
+        fixture.activate(1);
+        fixture.open(more.make(u"EMPTY.DDB"_s, {}));
+        QCOMPARE(redCells(fixture, 0), Cells{});
+        QIR_VERIFY_OK(fixture);
+    }
+
     void onePaneModeWhitensTheGridThatStays() {
         const CompareFiles files({numbered(5)}, {numbered(3)});
         EditorFixture fixture;

@@ -92,14 +92,14 @@ QStringList rowsOf(QString text) {
 }
 
 int kindOf(const QString &text) {
-    return text.isEmpty() ? 0 : wholeNumber(text) ? 1 : 2;
+    return text.isEmpty() ? 0 : plainNumber(text) ? 1 : 2;
 }
 
 bool ascends(const QString &left, const QString &right) {
     if (kindOf(left) != kindOf(right))
         return kindOf(left) < kindOf(right);
     if (kindOf(left) == 1)
-        return *wholeNumber(left) < *wholeNumber(right);
+        return *plainNumber(left) < *plainNumber(right);
     return left.toUpper() == right.toUpper() ? left < right : left.toUpper() < right.toUpper();
 }
 

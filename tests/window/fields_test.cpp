@@ -266,8 +266,12 @@ private Q_SLOTS:
         QVERIFY(!fixture.grid(0).Visible());
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
         fixture.dialogs().expect(picker(u"long"_s, Pick::Ok));
+        fixture.dialogs().expectMessage(u"Field 'Height' was added to table 'Pumps'."_s, u"!"_s, u"OK"_s);
         fixture.choose(Command::AddFieldMenu);
         QVERIFY(!fixture.grid(0).Visible());
+        // The table differs now, though nobody sees it.
+        QCOMPARE(fixture.lines(0), QStringList({u"Pumps !"_s, u"Z ?"_s}));
+        QCOMPARE(fixture.lines(1), QStringList({u"Pumps !"_s, u"Z"_s}));
         QIR_VERIFY_OK(fixture);
         fixture.clickLine(0, 0);
         QCOMPARE(fixture.grid(0).TextMatrix(0, 3), u"Height [long]"_s);

@@ -1,11 +1,13 @@
 #include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
-#include "tests/window/EditorFixture.h"
+#include "tests/window/EditSupport.h"
+#include "tests/window/PopupTools.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
 
 #include <stdexcept>
 #include <utility>
-
-#include <stdexcept>
 
 using namespace qir;
 using namespace qir::test;
@@ -137,6 +139,61 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aTableThatIsNotLoadedWholeIsNotSortedOrPastedInto() {
+        const UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
+        loadPart(fake, fixture, 0);
+        const QString reason = u"Table 'Valves' is not loaded whole: broken"_s;
+        fake->clearLog();
+        fixture.dialogs().expectMessage(reason, u"QIR Database Editor"_s, u"OK"_s);
+        rightPressHeader(fixture, 0, 1);
+        chooseFromPopup(*fixture.editor().controls.popmenuGridFields, fixture.action(Command::SortFPOP));
+        QGuiApplication::clipboard()->setText(u"0"_s);
+        fixture.clickCell(0, 1, 1);
+        fixture.dialogs().expectMessage(reason, u"QIR Database Editor"_s, u"OK"_s);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(fixture.dialogs().problems(), QString());
+        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+
+        fixture.clickLine(0, 1); // loads it whole
+        QCOMPARE(fixture.grid(0).Rows(), 3);
+        rightPressHeader(fixture, 0, 1);
+        chooseFromPopup(*fixture.editor().controls.popmenuGridFields, fixture.action(Command::SortFPOP));
+        QCOMPARE(fixture.texts(0), QList<QStringList>({{u"0"_s}, {u"1"_s}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aTableThatIsNotLoadedWholeIsNotClonedFromOrInto() {
+        const UseFake fake;
+        for (const int part : {0, 1}) {
+            EditorFixture fixture;
+            fixture.openBoth(makeFile(u"L.DDB"_s, {pumps(), valves()}), makeFile(u"R.DDB"_s, {pumps(), valves()}));
+            loadPart(fake, fixture, part);
+            for (const Command command : {Command::CloneSelectedAreaPOP, Command::CloneTableSizePOP}) {
+                fixture.state().IndexOrigine = 0;
+                fixture.state().IndexDestinazione = 1;
+                fixture.action(command).setEnabled(true);
+                fixture.dialogs().expectMessage(u"Table 'Valves' is not loaded whole: broken"_s,
+                                                u"QIR Database Editor"_s, u"OK"_s);
+                fixture.choose(command);
+            }
+            QCOMPARE(fixture.dialogs().problems(), QString());
+            QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        }
+    }
+
+    void aTableThatACommandHasLoadedWholeIsSortedAgain() {
+        const UseFake fake;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
+        loadPart(fake, fixture, 0);
+        fixture.choose(Command::AddRecordMenu); // loads the table again
+        QCOMPARE(fixture.grid(0).Rows(), 4);
+        rightPressHeader(fixture, 0, 1);
+        chooseFromPopup(*fixture.editor().controls.popmenuGridFields, fixture.action(Command::SortFPOP));
+        QCOMPARE(fixture.texts(0), QList<QStringList>({{u"0"_s}, {u"0"_s}, {u"1"_s}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void anOpenThatRaisesLeavesThePaneWithoutADatabase() {
         const UseFake fake;
         const QString second = makeFile(u"B.DDB"_s, {valves()});
@@ -199,6 +256,25 @@ private Q_SLOTS:
     }
 
 private:
+    /// Selects the second table in both lists; in this pane its load breaks off behind the first record.
+    static void loadPart(const UseFake &fake, EditorFixture &fixture, int pane) {
+        int records = 0;
+        const int instance = pane == 0 ? 0 : 1; // of those that read records, in the order in which they do
+        QList<int> readers;
+        fake->setHook([&](const FakeCall &call) {
+            if (call.member != u"GetQirRecord"_s)
+                return;
+            if (!readers.contains(call.instance))
+                readers.append(call.instance);
+            if (readers.indexOf(call.instance) == instance && ++records == 2)
+                throw std::runtime_error("broken");
+        });
+        fixture.clickLine(0, 1);
+        fake->setHook({});
+        QCOMPARE(fixture.grid(pane).Rows(), 2);
+        QVERIFY(fixture.grid(pane).Visible());
+    }
+
     QString makeFile(const QString &name, const std::vector<TableOfTexts> &tables) {
         const QString path = m_folder->filePath(name);
         makeDatabase(path, tables);

@@ -11,6 +11,17 @@ using namespace qir;
 using namespace qir::test;
 using namespace Qt::StringLiterals;
 
+namespace {
+
+TableOfTexts counted(int records) {
+    QStringList values;
+    for (int r = 1; r <= records; ++r)
+        values.append(QString::number(r));
+    return numbers(u"A"_s, values);
+}
+
+} // namespace
+
 /// Adding and removing records through the real window.
 class RecordsTest : public QObject {
     Q_OBJECT
@@ -23,8 +34,36 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(0).size(), 4);
         QCOMPARE(fixture.texts(0).last(), QStringList({u"0"_s, QString()}));
         QCOMPARE(recordsOf(fixture, 0), fixture.texts(0));
-        QCOMPARE(fixture.grid(0).Row(), 2);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(4, 2));
         QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void theAddedRecordComesIntoViewAndIsTheOneThatRemoveTakes() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {counted(300)}), files.make(u"R.DDB"_s, {counted(400)}));
+        const QList<QStringList> before = recordsOf(fixture, 0);
+        fixture.clickCell(0, 2, 1);
+        fixture.choose(Command::AddRecordMenu);
+        Grid &grid = fixture.grid(0);
+        QCOMPARE(grid.selection(), singleCell(301, 1));
+        QVERIFY(grid.viewport()->rect().contains(grid.visualRect(grid.model()->index(300, 0))));
+        QCOMPARE(fixture.grid(1).selection(), grid.selection());
+        QCOMPARE(fixture.grid(1).TopRow(), grid.TopRow());
+        fixture.choose(Command::RemoveRecordMenu);
+        QCOMPARE(recordsOf(fixture, 0), before);
+        QCOMPARE(fixture.grid(1).selection(), grid.selection());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aSelectionThatAReloadCutsIsTheOtherGridsToo() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"L.DDB"_s, {counted(5)}), files.make(u"R.DDB"_s, {counted(7)}));
+        fixture.clickCell(0, 5, 1);
+        QCOMPARE(fixture.grid(1).selection(), singleCell(5, 1));
+        fixture.choose(Command::RemoveRecordMenu);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(4, 1));
+        QCOMPARE(fixture.grid(1).selection(), singleCell(4, 1));
         QIR_VERIFY_OK(fixture);
     }
 

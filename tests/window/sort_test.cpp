@@ -109,6 +109,14 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aTextIsANumberOnlyWithoutBlanksInsideAndWithoutAnotherLetterThanE() {
+        const QStringList texts{u"2D1"_s, u" 15 "_s, u"1 2"_s, u"3"_s, u"1e1"_s};
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {oneColumn(FieldType::Text, texts)}));
+        sortBy(fixture, 0, 1);
+        QCOMPARE(column(fixture, 0, 1), QStringList({u"3"_s, u"1e1"_s, u" 15 "_s, u"1 2"_s, u"2D1"_s}));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void recordsOfEqualKeysKeepTheirOrder() {
         EditorFixture fixture(
             m_files->make(u"A.DDB"_s, {oneColumn(FieldType::Text, {u"x"_s, u"a"_s, u"x"_s, u"a"_s, u"x"_s})}));

@@ -441,6 +441,37 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void removingWhitensTheOtherGridWhenTheListHasLostItsLine() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s})}),
+                         files.make(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
+        fixture.clickLine(0, 1);
+        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s}));
+        fixture.dialogs().expectMessage(removeQuestion(u"B !"_s), u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveTableMenu);
+        QCOMPARE(fixture.list(0).ListIndex(), -1);
+        QCOMPARE(fixture.list(1).ListIndex(), 1);
+        QVERIFY(fixture.grid(1).Visible());
+        QCOMPARE(redCells(fixture, 1), QStringList());
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void addingWhitensTheOtherGridWhenTheListHasLostItsLine() {
+        EditorFixture fixture;
+        fixture.openBoth(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"E"_s, {u"1"_s})}),
+                         files.make(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s}),
+                                                 numbers(u"C"_s, {u"1"_s}), numbers(u"E"_s, {u"2"_s})}));
+        fixture.clickLine(0, 3);
+        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s}));
+        fixture.dialogs().expectInput(u"New table name"_s, u"?"_s, u"Tablex"_s, u"F"_s);
+        fixture.choose(Command::AddTableMenu);
+        QCOMPARE(fixture.list(0).ListIndex(), 0);
+        QCOMPARE(fixture.list(1).ListIndex(), 3);
+        QCOMPARE(redCells(fixture, 1), QStringList());
+        QCOMPARE(redCells(fixture, 0), QStringList());
+        QIR_VERIFY_OK(fixture);
+    }
+
     void anErrorWhileRemovingChangesNothing() {
         const UseFake fake;
         EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));

@@ -133,6 +133,22 @@ QString differencesDisagreement(EditorFixture &fixture, const EditorModel &model
     return text;
 }
 
+/// Each grid has the other's selection as far as it is large enough for it.
+QString selectionsDisagreement(EditorFixture &fixture) {
+    const Grid &left = fixture.grid(0);
+    const Grid &right = fixture.grid(1);
+    if (!left.Visible() || !right.Visible())
+        return {};
+    const auto agree = [](int first, int firstSize, int second, int secondSize) {
+        return first == second || first >= secondSize || second >= firstSize;
+    };
+    const bool same = agree(left.Row(), left.Rows(), right.Row(), right.Rows()) &&
+                      agree(left.RowSel(), left.Rows(), right.RowSel(), right.Rows()) &&
+                      agree(left.Col(), left.Cols(), right.Col(), right.Cols()) &&
+                      agree(left.ColSel(), left.Cols(), right.ColSel(), right.Cols());
+    return same ? QString() : u"the grids have different selections; "_s;
+}
+
 QString windowDisagreement(EditorFixture &fixture, const EditorModel &model, int index) {
     const ModelPane &it = model.pane(index);
     const PaneControls &controls = fixture.editor().controls.pane[static_cast<std::size_t>(index)];
@@ -236,8 +252,8 @@ QString disagreement(EditorFixture &fixture, EditorModel &model) {
         if (!wrong.isEmpty())
             text += paneName(index) + wrong;
     }
-    return text + differencesDisagreement(fixture, model) + editorDisagreement(fixture) +
-           commandsDisagreement(fixture, model) + fixture.problems();
+    return text + differencesDisagreement(fixture, model) + selectionsDisagreement(fixture) +
+           editorDisagreement(fixture) + commandsDisagreement(fixture, model) + fixture.problems();
 }
 
 QString fileDisagreement(const QString &path, const PlainDatabase &expected) {

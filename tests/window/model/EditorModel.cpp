@@ -64,7 +64,12 @@ bool EditorModel::cellDiffers(int row, int column) const {
 void EditorModel::settle() {
     for (const int index : {0, 1})
         settlePane(index);
-    if ((effects.compared || m_comparisonDue) && (effects.inAnyCase || panes[0].selected == panes[1].selected)) {
+    const bool sameLine = panes[0].selected == panes[1].selected;
+    const bool asked = effects.compared && (effects.inAnyCase || sameLine);
+    const bool leftAlone = m_comparisonDue && !sameLine && (redShown(0) || redShown(1));
+    if (leftAlone)
+        effects = {.reloaded = effects.reloaded}; // all of what is red goes
+    if (asked || leftAlone || (m_comparisonDue && sameLine)) {
         m_comparisonDue = false;
         markCells();
         paintCells();
@@ -77,6 +82,11 @@ void EditorModel::settle() {
             return table == nullptr || cell.first > table->recordCount() || cell.second > table->fieldCount();
         });
     }
+}
+
+bool EditorModel::redShown(int index) const {
+    const PlainTable *table = pane(index).selectedTable();
+    return table != nullptr && table->recordCount() > 0 && !reds[static_cast<std::size_t>(index)].empty();
 }
 
 void EditorModel::settlePane(int index) {
@@ -217,6 +227,7 @@ void EditorModel::start(std::optional<int> file, const QString &label) {
     panes = {};
     marks.clear();
     reds = {};
+    m_comparisonDue = false;
     two = false;
     active = file ? 0 : -1;
     if (!file)
@@ -236,6 +247,7 @@ void EditorModel::open(int file, const QString &label) {
     active = std::max(active, 0);
     // A database that was there is replaced without a question, so its changes are kept.
     release(active, true);
+    m_comparisonDue = true;
     ModelPane &it = activePane();
     it.open = true;
     it.file = file;
@@ -423,10 +435,25 @@ bool EditorModel::addField(const PlainField &field) {
         return false;
     table.addField(field);
     changed(active);
-    if (it.shown != 0)
+    if (it.selectedTable() != nullptr)
         reload(active);
+    else
+        markTable(table.name); // nobody sees the change
     compare();
     return true;
+}
+
+/// Marks the line of a table that both lists have there.
+void EditorModel::markTable(const QString &name) {
+    if (!bothOpen())
+        return;
+    for (int line = 0; line < std::min(panes[0].lineCount(), panes[1].lineCount()); ++line) {
+        const ModelLine &left = panes[0].line(line);
+        const ModelLine &right = panes[1].line(line);
+        if (nameKey(left.text) == nameKey(name) && nameKey(right.text) == nameKey(name) && left.number >= 1 &&
+            right.number >= 1)
+            mark(line, differ(panes[0].content.table(left.number - 1), panes[1].content.table(right.number - 1)));
+    }
 }
 
 bool EditorModel::renameField(int column, const QString &name) {

@@ -127,6 +127,7 @@ public:
 private:
     /// Gives a line of both lists the marker of a differing table, or takes it away.
     void mark(int line, bool different);
+    void markTable(const QString &name);
     int freshId() { return ++m_lastId; }
     void refill(int pane);
     void align();
@@ -138,6 +139,8 @@ private:
     void storeAll(int pane);
     void load(int pane, int line);
     void compare() { effects.compared = true; }
+    /// Whether the pane's grid can be seen and has red cells.
+    bool redShown(int pane) const;
     void settlePane(int pane);
     void markCells();
     void paintCells();

@@ -16,9 +16,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QStringList cellTexts{u"1"_s,  u"2"_s,  u"0"_s,   u"-3"_s,    u"12x"_s, u"1.0"_s, QString(),
-                            u"a"_s,  u"B"_s,  u"abc"_s, u"0.1"_s,   u"300"_s, u"1e3"_s, u"70000"_s,
-                            u" 4"_s, u"ab"_s, u"3,5"_s, u"2e400"_s, u"+"_s,   u"100"_s};
+const QStringList cellTexts{u"1"_s,   u"2"_s,     u"0"_s,   u"-3"_s,  u"12x"_s, u"1.0"_s,   QString(), u"a"_s,
+                            u"B"_s,   u"abc"_s,   u"0.1"_s, u"300"_s, u"1e3"_s, u"70000"_s, u" 4"_s,   u"ab"_s,
+                            u"3,5"_s, u"2e400"_s, u"+"_s,   u"100"_s, u"1 2"_s, u"2D1"_s};
 const QStringList pastedTexts{u"1\t2\r3\t4"_s, u"x"_s,   u"\t\t\r"_s, u"7\n8\n"_s, u"0"_s, u"a\tb\tc\r\n1\t2\t3\r\n"_s,
                               u"\r\r"_s,       QString()};
 
@@ -72,8 +72,12 @@ GridSelection EditorSession::blockOf(int pane, const Step &step) const {
 
 void EditorSession::addRecord() {
     m_fixture->choose(Command::AddRecordMenu);
-    if (activeTable() != nullptr)
-        m_model.addRecord();
+    const PlainTable *table = activeTable();
+    if (table == nullptr)
+        return;
+    m_model.addRecord();
+    if (m_fixture->grid(m_model.active).Row() != table->recordCount())
+        throw std::runtime_error("the added record is not the current one");
 }
 
 void EditorSession::removeRecord(unsigned rowPick, unsigned columnPick, bool byPopup) {

@@ -94,10 +94,8 @@ void EditorSession::addField(const QString &answer, unsigned typePick, const QSt
     const std::vector<PlainField> &fields = it.content.byId(it.lastShown)->fields;
     if (std::any_of(fields.begin(), fields.end(), [&](const PlainField &f) { return sameName(f.name, name); })) {
         dialogs.expectMessage(u"Field: '"_s + name + u"' already exists"_s, u"!"_s, u"OK"_s);
-        if (it.shown != 0) {
-            m_model.effects.reloaded[static_cast<std::size_t>(m_model.active)] = true;
-            m_model.effects.compared = true;
-        }
+        m_model.effects.reloaded[static_cast<std::size_t>(m_model.active)] = it.shown != 0;
+        m_model.effects.compared = true;
         return m_fixture->choose(Command::AddFieldMenu);
     }
     std::optional<int> type;
@@ -114,8 +112,11 @@ void EditorSession::addField(const QString &answer, unsigned typePick, const QSt
         dialogs.expectInput(u"New field size"_s, u"?"_s, u"50"_s, size);
     }
     // Type code 0 is what the picker's record holds before the first choice.
+    const QString table = it.content.byId(it.lastShown)->name;
     if (complete && (field.type == 0 || !m_model.addField(field)))
         expectError();
+    else if (complete && activeTable() == nullptr)
+        dialogs.expectMessage(u"Field '%1' was added to table '%2'."_s.arg(name, table), u"!"_s, u"OK"_s);
     m_fixture->choose(Command::AddFieldMenu);
 }
 

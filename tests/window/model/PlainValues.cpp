@@ -49,9 +49,9 @@ double numberAtStart(QString text) {
 }
 
 std::optional<double> numberThroughout(QString text) {
-    static const QRegularExpression throughout(u"^"_s + decimalPattern + u"$"_s);
-    const QRegularExpressionMatch match = throughout.match(withoutBlanks(text));
-    return match.hasMatch() ? std::optional(valueOf(match.captured())) : std::nullopt;
+    static const QRegularExpression throughout(u"\\A *([+-]?([0-9]+[.]?[0-9]*|[.][0-9]+)([eE][+-]?[0-9]+)?) *\\z"_s);
+    const QRegularExpressionMatch match = throughout.match(text);
+    return match.hasMatch() ? std::optional(valueOf(match.captured(1))) : std::nullopt;
 }
 
 bool isText(const QVariant &value) {
