@@ -11,17 +11,34 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 #include <utility>
 
 namespace qir {
 
+namespace {
+
+/// Lines as high as a grid's rows: what marks the focus stands above and below the text, not in it.
+class LineDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override {
+        constexpr int padding = 4; // pixels beside a text's height
+        return QStyledItemDelegate::sizeHint(option, index).grownBy({0, 0, 0, padding});
+    }
+};
+
+} // namespace
+
 ListBox::ListBox(QWidget *parent, Order order)
     : QListView(parent)
     , m_lines(new ListLines(this))
     , m_order(order) {
     setModel(m_lines);
+    setItemDelegate(new LineDelegate(this));
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
     setUniformItemSizes(true);

@@ -245,8 +245,11 @@ void EditorSession::tabOn(int pane, int row, int column, const QString &text) {
 /// Nobody can click a cell that lies under the editor.
 void EditorSession::leaveEditor(int pane, int row, int column) {
     const EditorState &state = m_fixture->state();
-    if (editing(*m_fixture, pane) && state.RigaEdit == row && state.ColonnaEdit == column)
-        hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
+    if (!editing(*m_fixture, pane) || state.RigaEdit != row || state.ColonnaEdit != column)
+        return;
+    if (!editorOf(*m_fixture, pane).hasFocus()) // a click elsewhere may have left it open
+        hands::click(&editorOf(*m_fixture, pane), Qt::LeftButton);
+    hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
 }
 
 void EditorSession::selectCells(int pane, const GridSelection &block) {
