@@ -112,7 +112,8 @@ void EditorSession::addField(const QString &answer, unsigned typePick, const QSt
         dialogs.expectInput(u"New field size"_s, u"?"_s, u"50"_s, size);
     }
     // Type code 0 is what the picker's record holds before the first choice.
-    const QString table = it.content.byId(it.lastShown)->name;
+    // Named as the editor knows a table, by its line.
+    const QString table = withoutMarkers(it.content.byId(it.lastShown)->name.trimmed()).trimmed();
     if (complete && (field.type == 0 || !m_model.addField(field)))
         expectError();
     else if (complete && activeTable() == nullptr)
