@@ -15,16 +15,14 @@ namespace qir {
 namespace {
 
 /// Writes what a person would see to a picture file and ends the program.
-void writePicture(DtbEditor &window, const QString &fileName)
-{
+void writePicture(DtbEditor &window, const QString &fileName) {
     const bool written = window.grab().save(fileName);
     if (!written)
         std::fprintf(stderr, "qir-editor: %s: the picture cannot be written\n", qUtf8Printable(fileName));
     QCoreApplication::exit(written ? 0 : 2);
 }
 
-void start(DtbEditor &window, const ProgramArguments &arguments)
-{
+void start(DtbEditor &window, const ProgramArguments &arguments) {
     if (window.Form_Load(arguments.fileName) == StartResult::CannotLoad) {
         QCoreApplication::exit(1);
     } else if (!arguments.picture.isEmpty()) {
@@ -35,15 +33,13 @@ void start(DtbEditor &window, const ProgramArguments &arguments)
 
 } // namespace
 
-int refuseArguments(const QString &reason)
-{
+int refuseArguments(const QString &reason) {
     std::fprintf(stderr, "qir-editor: %s\n", qUtf8Printable(reason));
     messageBox(nullptr, reason, applicationTitle());
     return 2;
 }
 
-int runProgram(const ProgramArguments &arguments)
-{
+int runProgram(const ProgramArguments &arguments) {
     MessageLoop loop;
     DtbEditor window;
     window.show();

@@ -11,7 +11,6 @@
 #include <QWidget>
 
 #include <algorithm>
-#include <new>
 #include <utility>
 
 namespace qir {
