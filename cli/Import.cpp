@@ -70,7 +70,8 @@ void addRecords(const QirDatabase &database, const Import &import, const QString
 void importTable(const Arguments &arguments) {
     const QString csv = argumentText(arguments.csv);
     const QString name = argumentText(arguments.table);
-    const Import import = Import::read(csv);
+    Import import;
+    Session::runOn(csv, [&] { import = Import::read(csv); });
     Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
     session.run([&] {
         const QirDatabase &database = session.database();

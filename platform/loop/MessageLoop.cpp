@@ -12,7 +12,6 @@
 #include <QWidget>
 
 #include <algorithm>
-#include <new>
 #include <utility>
 
 namespace qir {

@@ -1,4 +1,5 @@
 #include "tests/cli/Program.h"
+#include "cli/Session.h"
 #include "db/QirDatabase.h"
 #include "qirtbase/FileHeader.h"
 
@@ -349,6 +350,13 @@ TEST_P(ProgramTest, WithoutATerminalAPasswordMustComeFromAFile) {
     write(u"long"_s, QByteArray(5000, 'x'));
     trouble({u"info"_s, u"PUMP.DDB"_s, u"--password-file"_s, u"long"_s},
             "qirdb: long: its first line is too long for a password");
+}
+
+// --- memory ---
+
+TEST_P(ProgramTest, ALackOfMemoryIsToldInWordsWithTheFile) {
+    EXPECT_THAT([] { Session::runOn(u"big.csv"_s, [] { throw std::bad_alloc(); }); },
+                testing::ThrowsMessage<FileError>("big.csv: There is not enough memory."));
 }
 
 // --- the command line ---

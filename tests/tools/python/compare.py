@@ -15,7 +15,8 @@ import sys
 import tempfile
 import unicodedata
 
-import reader
+sys.dont_write_bytecode = True  # nothing is left in the folder of the sources
+import reader  # noqa: E402
 
 READER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "reader.py")
 LETTERS = "abcXYZ 0123,;\"'|\\/?!.-_\u00e4\u00df\u00e9\u0416\u4e2d\u20ac\U0001F600"
