@@ -223,8 +223,12 @@ void EditorSession::editCell(int pane, int row, int column, const QString &text,
 /// Nobody can click a cell that lies under the editor.
 void EditorSession::leaveEditor(int pane, int row, int column) {
     const EditorState &state = m_fixture->state();
-    if (editing(*m_fixture, pane) && state.RigaEdit == row && state.ColonnaEdit == column)
-        hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
+    if (!editing(*m_fixture, pane) || state.RigaEdit != row || state.ColonnaEdit != column)
+        return;
+    QLineEdit &editor = editorOf(*m_fixture, pane);
+    if (!editor.hasFocus()) // the keyboard may be in a list meanwhile
+        hands::click(&editor, Qt::LeftButton);
+    hands::key(&editor, Qt::Key_Return);
 }
 
 void EditorSession::selectCells(int pane, const GridSelection &block) {
