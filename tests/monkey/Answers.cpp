@@ -101,7 +101,7 @@ void Answers::fillIn(QWidget &dialog, Numbers &numbers) const {
     edit->selectAll();
     edit->insert(text);
     if (!numbers.oneIn(4))
-        hands::key(edit, Qt::Key_Return);
+        hands::strike(dialog, Qt::Key_Return, Qt::NoModifier, u"\r"_s); // wherever the keyboard is by now
 }
 
 void Answers::pressSomeButton(QWidget &dialog, Numbers &numbers) const {
@@ -121,7 +121,7 @@ void Answers::pressSomeButton(QWidget &dialog, Numbers &numbers) const {
 void Answers::dismiss(QWidget &dialog) const {
     for (auto *button : dialog.findChildren<QPushButton *>()) {
         const QString caption = button->text().remove(u'&');
-        if (caption == u"No" || caption == u"Cancel" || caption == u"OK") {
+        if (button->isVisible() && (caption == u"No" || caption == u"Cancel" || caption == u"OK")) {
             hands::click(button, Qt::LeftButton);
             return;
         }
