@@ -166,7 +166,7 @@ private Q_SLOTS:
             sinceClose.start();
             box.parentWidget()->close();
         });
-        QCOMPARE(runProgram({file, QString()}), 0);
+        QCOMPARE(runProgram({{file}, QString()}), 0);
         QCOMPARE(progress.turns(), 1);
         QVERIFY2(sinceClose.elapsed() < 2000, qPrintable(QString::number(sinceClose.elapsed())));
         QCOMPARE(dialogs.problems(), QString());
