@@ -11,9 +11,9 @@ namespace qir {
 /// One key derivation that runs in a thread of its own, so that whoever waits for it need not stand still.
 ///
 /// The thread knows nothing but the password, the numbers and the function that it was given. A derivation cannot be
-/// broken off: one that nobody waits for any more goes on by itself, and what it holds is wiped at its end. So that those
-/// that were given up do not add up their memory, what would pass all that one file may ask for and a usual one beside it
-/// waits for its turn.
+/// broken off: one that nobody waits for any more goes on by itself, and what it holds is wiped at its end. So that
+/// those that were given up do not add up their memory, what would pass all that one file may ask for and a usual one
+/// beside it waits for its turn.
 class KeyPreparation {
 public:
     KeyPreparation() = default;

@@ -1,5 +1,6 @@
 #include "platform/controls/ListBox.h"
 
+#include "base/Collation.h"
 #include "platform/controls/DoubleLine.h"
 #include "platform/controls/KeyCodes.h"
 #include "platform/controls/ListLines.h"
@@ -105,6 +106,8 @@ void ListBox::insertItem(int line, const QString &text) {
 }
 
 void ListBox::clear() {
+    if (m_clickDue)
+        m_lostLine = List(ListIndex());
     m_silent = true;
     m_lines->clear();
     m_silent = false;
@@ -130,6 +133,7 @@ void ListBox::mousePressEvent(QMouseEvent *event) {
     const bool right = event->button() == Qt::RightButton;
     // The left button's Click comes with its release.
     m_pressed = event->button() == Qt::LeftButton;
+    m_lostLine.clear();
     QListView::mousePressEvent(event);
     event->accept();
     if (!right || indexAt(event->position().toPoint()).isValid())
@@ -140,9 +144,12 @@ void ListBox::mouseReleaseEvent(QMouseEvent *event) {
     QListView::mouseReleaseEvent(event);
     event->accept();
     if (event->button() == Qt::LeftButton && std::exchange(m_pressed, false)) {
-        const bool onLine = indexAt(event->position().toPoint()).isValid();
+        const QModelIndex under = indexAt(event->position().toPoint());
+        const QString lost = std::exchange(m_lostLine, {});
+        if (!lost.isEmpty() && under.isValid() && collationKey(List(under.row())) == collationKey(lost))
+            selectSilently(under.row());
         const bool moved = std::exchange(m_clickDue, false);
-        if (ListIndex() >= 0 && (onLine || moved))
+        if (ListIndex() >= 0 && (under.isValid() || moved))
             Q_EMIT Click();
     }
     Q_EMIT MouseUp(event->button());

@@ -89,6 +89,7 @@ private:
     bool m_silent = false;   // code is changing lines or selection
     bool m_pressed = false;  // the left button went down: its release raises Click
     bool m_clickDue = false; // another line was selected since it went down
+    QString m_lostLine;      // the one that was, when all lines were removed since; its click is still to come
     bool m_visible = true;
 };
 

@@ -27,8 +27,8 @@ struct Scenario {
     /// What is done through the faulty system; ends with a database that tries to save `newBody`, or null.
     std::function<bool(DatabaseFile &file, const QString &folder)> begin;
     bool saves = true;
-    bool keepsOther = false; ///< Another program's version stood there and must still be somewhere.
-    bool inPlace = false;    ///< Written in place: what a later open shows counts.
+    bool keepsOther = false;    ///< Another program's version stood there and must still be somewhere.
+    bool inPlace = false;       ///< Written in place: what a later open shows counts.
     bool copyElsewhere = false; ///< Its safe copy lies in the state folder.
     std::function<void(HookedFileOps &ops)> lacks = [](HookedFileOps &) {};
 };

@@ -109,6 +109,22 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aClickIsNotLostWhenTheListsAreRefilledDuringThePress() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"grid"_s);
+        const ListBox &list = fixture.list(1);
+        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 2));
+        fixture.choose(Command::CompareAgainMenu);
+        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 2));
+        for (const int pane : {0, 1}) {
+            QCOMPARE(fixture.list(pane).ListIndex(), 2);
+            QCOMPARE(fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)], u"Valves"_s);
+        }
+        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void aPressOverWhichTheListGoesAwayLeavesNothingBehind() {
         EditorFixture fixture;
         open(fixture);
