@@ -1,12 +1,12 @@
 #include "app/CloseCommands.h"
 
 #include "app/Layout.h"
-#include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
-#include "app/shared/PaneTable.h"
 #include "base/ErrorWords.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
+#include "pane/ActivePane.h"
+#include "pane/PaneTable.h"
 #include "platform/dialogs/Dialogs.h"
 
 #include <QLabel>

@@ -2,8 +2,8 @@
 
 #include "app/FileNameLabel.h"
 #include "app/PaneFrame.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 
 #include <QGroupBox>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/shared/EditorContext.h"
+#include "pane/EditorContext.h"
 
 QT_BEGIN_NAMESPACE
 class QMainWindow;

@@ -5,9 +5,9 @@
 #include "app/Layout.h"
 #include "app/Menus.h"
 #include "app/PasswordCommand.h"
-#include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
-#include "platform/controls/ListBox.h"
+#include "pane/ActivePane.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/ColumnFit.h"
 

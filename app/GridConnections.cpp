@@ -1,6 +1,6 @@
 #include "app/GridConnections.h"
 
-#include "platform/controls/Grid.h"
+#include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/CellEditor.h"
 #include "view/GridAlignment.h"

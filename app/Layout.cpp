@@ -1,8 +1,8 @@
 #include "app/Layout.h"
 
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
 #include "platform/controls/Twips.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 
 #include <QGroupBox>
 #include <QLabel>

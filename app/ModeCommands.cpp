@@ -1,14 +1,14 @@
 #include "app/ModeCommands.h"
 
 #include "app/Layout.h"
-#include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
-#include "app/shared/PaneTable.h"
 #include "base/Collation.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "pane/ActivePane.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "view/TableView.h"
 
 #include <QAction>

@@ -1,9 +1,9 @@
 #include "app/SaveCommands.h"
 
-#include "app/shared/ActivePane.h"
-#include "app/shared/ChosenPlaces.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/utility.h"
+#include "db/ChosenPlaces.h"
+#include "pane/ActivePane.h"
 #include "platform/dialogs/Dialogs.h"
 
 #include <exception>

@@ -1,6 +1,6 @@
 #include "app/StructureConnections.h"
 
-#include "platform/controls/ListBox.h"
+#include "platform/list/ListBox.h"
 
 namespace qir {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/shared/EditorContext.h"
+#include "pane/EditorContext.h"
 #include "structure/CloneCommands.h"
 #include "structure/FieldCommands.h"
 #include "structure/RecordCommands.h"

@@ -4,8 +4,8 @@
 #include "app/DtbEditor.h"
 #include "bench/MixedTable.h"
 #include "compare/engine/TableComparison.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <benchmark/benchmark.h>

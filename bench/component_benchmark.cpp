@@ -2,8 +2,8 @@
 // cells, called through its meta-object as other programs call it.
 
 #include "bench/MixedTable.h"
-#include "qirtbase/BodyCodec.h"
 #include "qirtbase/clsQirDatabase.h"
+#include "qirtbase/model/BodyCodec.h"
 
 #include <benchmark/benchmark.h>
 

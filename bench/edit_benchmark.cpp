@@ -3,8 +3,8 @@
 
 #include "app/DtbEditor.h"
 #include "bench/MixedTable.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <benchmark/benchmark.h>

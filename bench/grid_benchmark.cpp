@@ -1,8 +1,8 @@
 // A grid of 1,000,000 records of 20 fields: filling, fitting, painting, moving about.
 
-#include "platform/controls/ColumnMeasure.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/GridFill.h"
+#include "platform/grid/ColumnMeasure.h"
+#include "platform/grid/Grid.h"
+#include "platform/grid/GridFill.h"
 
 #include <benchmark/benchmark.h>
 

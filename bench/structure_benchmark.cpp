@@ -2,10 +2,10 @@
 // 100,000 such records: the copying alone, and the whole command in the real window (offscreen).
 
 #include "app/DtbEditor.h"
-#include "app/shared/ActivePane.h"
 #include "bench/MixedTable.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "pane/ActivePane.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "structure/TableCopy.h"
 

@@ -3,7 +3,7 @@
 
 #include "app/DtbEditor.h"
 #include "bench/MixedTable.h"
-#include "platform/controls/Grid.h"
+#include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/ColumnFit.h"
 #include "view/TableView.h"

@@ -1,8 +1,8 @@
 #include "cli/DifferenceOutput.h"
 
 #include "base/NumberText.h"
-#include "cli/JsonText.h"
-#include "cli/TextTable.h"
+#include "cli/tables/JsonText.h"
+#include "cli/tables/TextTable.h"
 
 #include <cmath>
 

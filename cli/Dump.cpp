@@ -1,11 +1,11 @@
 #include "cli/Commands.h"
-#include "cli/CsvText.h"
-#include "cli/FieldHeader.h"
-#include "cli/JsonText.h"
 #include "cli/Session.h"
-#include "cli/TableReader.h"
-#include "cli/TextTable.h"
 #include "cli/WholeFile.h"
+#include "cli/tables/CsvText.h"
+#include "cli/tables/FieldHeader.h"
+#include "cli/tables/JsonText.h"
+#include "cli/tables/TableReader.h"
+#include "cli/tables/TextTable.h"
 
 #include <memory>
 #include <span>

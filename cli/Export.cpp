@@ -1,9 +1,9 @@
 #include "base/FileNames.h"
 #include "cli/Commands.h"
-#include "cli/CsvText.h"
 #include "cli/Session.h"
-#include "cli/TableReader.h"
 #include "cli/WholeFile.h"
+#include "cli/tables/CsvText.h"
+#include "cli/tables/TableReader.h"
 
 #include <memory>
 

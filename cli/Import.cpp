@@ -1,8 +1,8 @@
-#include "cli/ColumnValues.h"
 #include "cli/Commands.h"
-#include "cli/CsvTable.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
+#include "cli/tables/ColumnValues.h"
+#include "cli/tables/CsvTable.h"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 #include "cli/Commands.h"
 #include "cli/Session.h"
-#include "cli/TableReader.h"
-#include "cli/TextTable.h"
 #include "cli/WholeFile.h"
+#include "cli/tables/TableReader.h"
+#include "cli/tables/TextTable.h"
 
 #include <memory>
 

@@ -2,7 +2,7 @@
 
 #include "base/FileOps.h"
 #include "cli/FileError.h"
-#include "cli/TextTable.h"
+#include "cli/tables/TextTable.h"
 
 #include <QByteArray>
 

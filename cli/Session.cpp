@@ -5,7 +5,7 @@
 #include "base/FreedMemory.h"
 #include "cli/NoticePrinter.h"
 #include "cli/Protection.h"
-#include "cli/TextTable.h"
+#include "cli/tables/TextTable.h"
 #include "platform/automation/AutomationError.h"
 
 #include <QMetaObject>

@@ -1,9 +1,9 @@
 #include "cli/Commands.h"
-#include "cli/FieldHeader.h"
 #include "cli/Session.h"
-#include "cli/TableReader.h"
-#include "cli/TextTable.h"
 #include "cli/WholeFile.h"
+#include "cli/tables/FieldHeader.h"
+#include "cli/tables/TableReader.h"
+#include "cli/tables/TextTable.h"
 
 #include <array>
 #include <memory>

@@ -1,11 +1,11 @@
 #include "compare/CellDifferences.h"
 
-#include "app/shared/PaneTable.h"
 #include "compare/DifferingTables.h"
 #include "db/AssegnaARecordset.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "pane/PaneTable.h"
 #include "platform/controls/Twips.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <QGroupBox>

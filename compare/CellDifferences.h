@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/shared/EditorContext.h"
-#include "platform/controls/GridRange.h"
+#include "pane/EditorContext.h"
+#include "platform/grid/GridRange.h"
 
 namespace qir {
 

@@ -1,10 +1,10 @@
 #include "compare/DifferingTables.h"
 
-#include "app/shared/PaneTable.h"
 #include "app/shared/utility.h"
 #include "base/Collation.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <algorithm>

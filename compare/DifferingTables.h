@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/shared/EditorContext.h"
 #include "compare/engine/TableComparison.h"
+#include "pane/EditorContext.h"
 
 #include <QSet>
 #include <QStringList>

@@ -1,11 +1,11 @@
 #include "compare/TableListAlignment.h"
 
 #include "app/shared/Funzioni.h"
-#include "app/shared/PaneTable.h"
 #include "app/shared/utility.h"
 #include "compare/DifferingTables.h"
 #include "compare/engine/NameAlignment.h"
-#include "platform/controls/ListBox.h"
+#include "pane/PaneTable.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
 namespace qir {

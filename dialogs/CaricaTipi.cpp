@@ -1,7 +1,7 @@
 #include "dialogs/CaricaTipi.h"
 
 #include "db/FieldTypes.h"
-#include "platform/controls/ListBox.h"
+#include "platform/list/ListBox.h"
 
 namespace qir {
 

@@ -1,6 +1,6 @@
 #include "dialogs/frmListaStringhePlain.h"
 
-#include "platform/controls/ListBox.h"
+#include "platform/list/ListBox.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

@@ -1,5 +1,5 @@
 #include "fuzz/Require.h"
-#include "qirtbase/BodyCodec.h"
+#include "qirtbase/model/BodyCodec.h"
 
 using namespace qir;
 

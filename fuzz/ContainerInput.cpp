@@ -1,7 +1,7 @@
 #include "fuzz/ContainerInput.h"
 
 #include "fuzz/Require.h"
-#include "qirtbase/Container.h"
+#include "qirtbase/container/Container.h"
 
 #include <QtEndian>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "qirtbase/KeyDerivation.h"
-#include "qirtbase/SecretKey.h"
+#include "qirtbase/container/KeyDerivation.h"
+#include "qirtbase/container/SecretKey.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

@@ -1,5 +1,5 @@
-#include "cli/ColumnValues.h"
-#include "cli/CsvText.h"
+#include "cli/tables/ColumnValues.h"
+#include "cli/tables/CsvText.h"
 #include "fuzz/Require.h"
 
 using namespace qir;

@@ -1,8 +1,8 @@
 #include "fuzz/InputBytes.h"
 #include "fuzz/Require.h"
-#include "qirtbase/BodyCodec.h"
-#include "qirtbase/JournalCodec.h"
-#include "qirtbase/JournalFile.h"
+#include "qirtbase/journal/JournalCodec.h"
+#include "qirtbase/journal/JournalFile.h"
+#include "qirtbase/model/BodyCodec.h"
 
 #include <QTemporaryDir>
 

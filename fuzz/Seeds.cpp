@@ -1,8 +1,8 @@
 // Makes the inputs that fuzzing starts from: fuzz_seeds FOLDER writes FOLDER/TARGET/NAME.
 
-#include "qirtbase/BodyCodec.h"
-#include "qirtbase/Container.h"
-#include "qirtbase/JournalHead.h"
+#include "qirtbase/container/Container.h"
+#include "qirtbase/journal/JournalHead.h"
+#include "qirtbase/model/BodyCodec.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
 #include "qirtbase/clsQirDatabase.h"
 
 #include "base/ErrorWords.h"
-#include "qirtbase/DatabaseError.h"
-#include "qirtbase/JournalRecovery.h"
-#include "qirtbase/JournalReseal.h"
+#include "qirtbase/journal/JournalRecovery.h"
+#include "qirtbase/journal/JournalReseal.h"
+#include "qirtbase/model/DatabaseError.h"
 
 #include <QAbstractEventDispatcher>
 

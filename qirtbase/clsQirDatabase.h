@@ -1,10 +1,10 @@
 #pragma once
 
 #include "base/FileOps.h"
-#include "qirtbase/BodyCodec.h"
-#include "qirtbase/Database.h"
-#include "qirtbase/DatabaseFile.h"
-#include "qirtbase/Journal.h"
+#include "qirtbase/file/DatabaseFile.h"
+#include "qirtbase/journal/Journal.h"
+#include "qirtbase/model/BodyCodec.h"
+#include "qirtbase/model/Database.h"
 
 #include <QObject>
 #include <QString>

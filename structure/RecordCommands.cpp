@@ -1,9 +1,9 @@
 #include "structure/RecordCommands.h"
 
-#include "app/shared/PaneTable.h"
 #include "compare/CellDifferences.h"
-#include "platform/controls/Grid.h"
+#include "pane/PaneTable.h"
 #include "platform/dialogs/Dialogs.h"
+#include "platform/grid/Grid.h"
 #include "view/GridAlignment.h"
 #include "view/TableView.h"
 

@@ -1,12 +1,12 @@
 #include "structure/TableCommands.h"
 
-#include "app/shared/ActivePane.h"
 #include "app/shared/Funzioni.h"
-#include "app/shared/PaneTable.h"
 #include "app/shared/utility.h"
 #include "compare/TableListAlignment.h"
-#include "platform/controls/ListBox.h"
+#include "pane/ActivePane.h"
+#include "pane/PaneTable.h"
 #include "platform/dialogs/Dialogs.h"
+#include "platform/list/ListBox.h"
 #include "structure/Names.h"
 #include "view/TableView.h"
 

@@ -1,10 +1,10 @@
 #include "view/AreaClipboard.h"
 
-#include "app/shared/PaneTable.h"
 #include "app/shared/utility.h"
 #include "compare/CellDifferences.h"
-#include "platform/controls/Grid.h"
+#include "pane/PaneTable.h"
 #include "platform/dialogs/Clipboard.h"
+#include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/CellBlock.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/controls/CellTexts.h"
-#include "platform/controls/GridRange.h"
+#include "platform/grid/CellTexts.h"
+#include "platform/grid/GridRange.h"
 
 #include <QByteArray>
 #include <QString>

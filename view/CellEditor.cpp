@@ -1,10 +1,10 @@
 #include "view/CellEditor.h"
 
-#include "app/shared/ActivePane.h"
-#include "app/shared/PaneTable.h"
 #include "compare/DifferingTables.h"
 #include "db/AssegnaARecordset.h"
-#include "platform/controls/Grid.h"
+#include "pane/ActivePane.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
 #include "view/GridAlignment.h"
 
 #include <QGuiApplication>

@@ -1,8 +1,8 @@
 #include "view/ColumnFit.h"
 
 #include "app/shared/Funzioni.h"
-#include "app/shared/PaneTable.h"
-#include "platform/controls/Grid.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 
 namespace qir {

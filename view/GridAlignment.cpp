@@ -1,7 +1,7 @@
 #include "view/GridAlignment.h"
 
-#include "app/shared/PaneTable.h"
-#include "platform/controls/Grid.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
 
 #include <QLineEdit>
 

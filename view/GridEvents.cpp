@@ -1,7 +1,7 @@
 #include "view/GridEvents.h"
 
-#include "app/shared/ActivePane.h"
-#include "platform/controls/Grid.h"
+#include "pane/ActivePane.h"
+#include "platform/grid/Grid.h"
 #include "view/AreaClipboard.h"
 #include "view/CellEditor.h"
 #include "view/GridAlignment.h"

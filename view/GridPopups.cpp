@@ -1,8 +1,8 @@
 #include "view/GridPopups.h"
 
-#include "app/shared/PaneTable.h"
 #include "db/FieldTypes.h"
-#include "platform/controls/Grid.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
 
 #include <QAction>
 #include <QMenu>

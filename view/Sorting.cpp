@@ -1,8 +1,8 @@
 #include "view/Sorting.h"
 
-#include "app/shared/PaneTable.h"
 #include "compare/CellDifferences.h"
-#include "platform/controls/Grid.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "view/RecordOrder.h"
 #include "view/TableView.h"

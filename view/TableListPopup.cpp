@@ -1,9 +1,9 @@
 #include "view/TableListPopup.h"
 
-#include "app/shared/ActivePane.h"
-#include "app/shared/PaneTable.h"
 #include "base/Collation.h"
-#include "platform/controls/ListBox.h"
+#include "pane/ActivePane.h"
+#include "pane/PaneTable.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <QAction>

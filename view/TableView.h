@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/shared/EditorContext.h"
-#include "platform/controls/GridSelection.h"
+#include "pane/EditorContext.h"
+#include "platform/grid/GridSelection.h"
 
 #include <array>
 #include <functional>

@@ -1,12 +1,12 @@
 #include "app/shared/Funzioni.h"
 
-#include "app/shared/ChosenPlaces.h"
 #include "base/FileNames.h"
-#include "platform/controls/ColumnMeasure.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "db/ChosenPlaces.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/dialogs/FileDialog.h"
+#include "platform/grid/ColumnMeasure.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <QFile>

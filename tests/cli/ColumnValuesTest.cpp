@@ -1,6 +1,6 @@
-#include "cli/ColumnValues.h"
+#include "cli/tables/ColumnValues.h"
 #include "base/NumberText.h"
-#include "cli/FieldHeader.h"
+#include "cli/tables/FieldHeader.h"
 
 #include <gtest/gtest.h>
 

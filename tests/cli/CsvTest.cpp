@@ -1,5 +1,5 @@
-#include "cli/CsvTable.h"
-#include "cli/CsvText.h"
+#include "cli/tables/CsvTable.h"
+#include "cli/tables/CsvText.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

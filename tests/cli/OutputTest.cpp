@@ -1,7 +1,7 @@
 #include "cli/FileError.h"
-#include "cli/JsonText.h"
-#include "cli/TextTable.h"
 #include "cli/WholeFile.h"
+#include "cli/tables/JsonText.h"
+#include "cli/tables/TextTable.h"
 #include "tests/support/FailingFileOps.h"
 
 #include <QDir>

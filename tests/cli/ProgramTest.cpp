@@ -1,7 +1,7 @@
 #include "tests/cli/Program.h"
 #include "cli/Session.h"
 #include "db/QirDatabase.h"
-#include "qirtbase/FileHeader.h"
+#include "qirtbase/container/FileHeader.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
 #include "tests/compare/ComparePanes.h"
 
-#include "app/shared/PaneTable.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/GridFill.h"
-#include "platform/controls/ListBox.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
+#include "platform/grid/GridFill.h"
+#include "platform/list/ListBox.h"
 
 #include <QGroupBox>
 #include <QLabel>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/shared/EditorContext.h"
 #include "compare/CellDifferences.h"
 #include "compare/DifferingTables.h"
 #include "compare/TableListAlignment.h"
+#include "pane/EditorContext.h"
 #include "tests/compare/PlainTables.h"
 
 #include <QStringList>

@@ -1,6 +1,6 @@
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
 #include "platform/controls/Twips.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "tests/compare/CallLog.h"
 #include "tests/compare/ComparePanes.h"

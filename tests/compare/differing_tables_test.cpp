@@ -1,5 +1,5 @@
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "tests/compare/ComparePanes.h"
 #include "tests/tools/fake/FakeControl.h"
 

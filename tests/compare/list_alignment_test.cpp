@@ -1,5 +1,5 @@
 #include "base/Collation.h"
-#include "platform/controls/ListBox.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "tests/compare/CallLog.h"
 #include "tests/compare/ComparePanes.h"

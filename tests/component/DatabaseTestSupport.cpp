@@ -1,6 +1,6 @@
 #include "tests/component/DatabaseTestSupport.h"
 
-#include "qirtbase/DatabaseError.h"
+#include "qirtbase/model/DatabaseError.h"
 
 namespace qir::test {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qirtbase/Database.h"
+#include "qirtbase/model/Database.h"
 #include "tests/component/calls/RandomValues.h"
 
 #include <QString>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "qirtbase/BodyCodec.h"
-#include "qirtbase/Journal.h"
-#include "qirtbase/JournalRecovery.h"
+#include "qirtbase/journal/Journal.h"
+#include "qirtbase/journal/JournalRecovery.h"
+#include "qirtbase/model/BodyCodec.h"
 #include "tests/component/StorageSupport.h"
 
 #include <QString>

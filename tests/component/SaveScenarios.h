@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qirtbase/DatabaseFile.h"
+#include "qirtbase/file/DatabaseFile.h"
 #include "tests/component/StorageSupport.h"
 #include "tests/support/FailingFileOps.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "qirtbase/Container.h"
-#include "qirtbase/DatabaseFile.h"
+#include "qirtbase/container/Container.h"
+#include "qirtbase/file/DatabaseFile.h"
 
 #include <QByteArray>
 #include <QString>

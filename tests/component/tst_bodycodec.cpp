@@ -1,6 +1,6 @@
-#include "qirtbase/BodyCodec.h"
+#include "qirtbase/model/BodyCodec.h"
 
-#include "qirtbase/DatabaseError.h"
+#include "qirtbase/model/DatabaseError.h"
 #include "tests/component/DatabaseTestSupport.h"
 
 #include <gtest/gtest.h>

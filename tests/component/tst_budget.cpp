@@ -1,4 +1,4 @@
-#include "qirtbase/BodyCodec.h"
+#include "qirtbase/model/BodyCodec.h"
 #include "tests/component/GeneratedBodies.h"
 #include "tests/support/CountedMemory.h"
 #include "tests/support/Counts.h"

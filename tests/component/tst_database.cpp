@@ -1,8 +1,8 @@
-#include "qirtbase/Database.h"
+#include "qirtbase/model/Database.h"
 
 #include "base/LeadingNumber.h"
-#include "qirtbase/DatabaseError.h"
-#include "qirtbase/ModelLimits.h"
+#include "qirtbase/model/DatabaseError.h"
+#include "qirtbase/model/ModelLimits.h"
 #include "tests/component/DatabaseTestSupport.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "base/Collation.h"
-#include "qirtbase/BodyCodec.h"
+#include "qirtbase/model/BodyCodec.h"
 #include "tests/component/StorageSupport.h"
 
 #include <gtest/gtest.h>

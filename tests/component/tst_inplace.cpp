@@ -1,4 +1,4 @@
-#include "qirtbase/SafeCopy.h"
+#include "qirtbase/file/SafeCopy.h"
 #include "tests/component/InPlaceFixture.h"
 
 #include <gtest/gtest.h>

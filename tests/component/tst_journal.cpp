@@ -1,4 +1,4 @@
-#include "qirtbase/JournalCodec.h"
+#include "qirtbase/journal/JournalCodec.h"
 #include "tests/component/DatabaseTestSupport.h"
 #include "tests/component/JournalSupport.h"
 #include "tests/support/FailingFileOps.h"

@@ -1,4 +1,4 @@
-#include "qirtbase/KeyPreparation.h"
+#include "qirtbase/file/KeyPreparation.h"
 #include "tests/component/StorageSupport.h"
 #include "tests/support/FailingFileOps.h"
 

@@ -1,5 +1,5 @@
-#include "qirtbase/BodyCodec.h"
-#include "qirtbase/Database.h"
+#include "qirtbase/model/BodyCodec.h"
+#include "qirtbase/model/Database.h"
 #include "tests/component/DatabaseTestSupport.h"
 
 #include <gtest/gtest.h>

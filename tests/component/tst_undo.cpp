@@ -1,4 +1,4 @@
-#include "qirtbase/Database.h"
+#include "qirtbase/model/Database.h"
 #include "tests/component/DatabaseTestSupport.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "qirtbase/UnicodeText.h"
+#include "qirtbase/model/UnicodeText.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,10 +1,10 @@
 #include "tests/monkey/Invariants.h"
 
-#include "app/shared/PaneTable.h"
 #include "base/LeadingNumber.h"
 #include "db/FieldTypes.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "tests/window/EditorFixture.h"
 
 #include <QAction>

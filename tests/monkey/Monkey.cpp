@@ -1,7 +1,7 @@
 #include "tests/monkey/Monkey.h"
 
 #include "app/DtbEditor.h"
-#include "app/shared/PaneTable.h"
+#include "pane/PaneTable.h"
 #include "platform/loop/MessageLoop.h"
 #include "tests/monkey/Invariants.h"
 #include "tests/support/Hands.h"

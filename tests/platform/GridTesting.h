@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/controls/Grid.h"
-#include "platform/controls/GridFill.h"
+#include "platform/grid/Grid.h"
+#include "platform/grid/GridFill.h"
 
 #include <QHeaderView>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "platform/controls/CellColours.h"
+#include "platform/grid/CellColours.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/controls/CellTexts.h"
+#include "platform/grid/CellTexts.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/controls/ClipText.h"
+#include "platform/grid/ClipText.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,5 +1,5 @@
-#include "platform/controls/ColumnMeasure.h"
-#include "platform/controls/GridFill.h"
+#include "platform/grid/ColumnMeasure.h"
+#include "platform/grid/GridFill.h"
 #include "tests/platform/GridTesting.h"
 
 #include <QtTest>

@@ -1,5 +1,5 @@
-#include "platform/controls/Grid.h"
-#include "platform/controls/GridFill.h"
+#include "platform/grid/Grid.h"
+#include "platform/grid/GridFill.h"
 #include "tests/platform/GridTesting.h"
 #include "tests/support/Hands.h"
 

@@ -1,6 +1,6 @@
-#include "platform/controls/CellTextDrawing.h"
-#include "platform/controls/ColumnMeasure.h"
-#include "platform/controls/Grid.h"
+#include "platform/grid/CellTextDrawing.h"
+#include "platform/grid/ColumnMeasure.h"
+#include "platform/grid/Grid.h"
 #include "tests/platform/GridTesting.h"
 
 #include <QFontMetrics>

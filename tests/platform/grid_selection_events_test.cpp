@@ -1,4 +1,4 @@
-#include "platform/controls/Grid.h"
+#include "platform/grid/Grid.h"
 #include "tests/platform/GridTesting.h"
 #include "tests/support/Hands.h"
 

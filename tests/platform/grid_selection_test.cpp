@@ -1,4 +1,4 @@
-#include "platform/controls/GridSelection.h"
+#include "platform/grid/GridSelection.h"
 
 #include <gtest/gtest.h>
 

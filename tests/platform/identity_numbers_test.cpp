@@ -1,4 +1,4 @@
-#include "platform/controls/IdentityNumbers.h"
+#include "platform/grid/IdentityNumbers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/controls/ListBox.h"
+#include "platform/list/ListBox.h"
 #include "tests/support/Hands.h"
 
 #include <QAbstractItemModelTester>

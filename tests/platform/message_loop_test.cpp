@@ -1,5 +1,5 @@
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/Guards.h"
 #include "platform/loop/MessageLoop.h"
 #include "tests/platform/GridTesting.h"

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "app/DtbEditor.h"
-#include "app/shared/PaneTable.h"
 #include "db/FieldTypes.h"
-#include "platform/controls/Grid.h"
-#include "platform/controls/ListBox.h"
+#include "pane/PaneTable.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "tests/window/DialogScript.h"
 

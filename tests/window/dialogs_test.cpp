@@ -3,7 +3,7 @@
 #include "dialogs/CustomInputBox.h"
 #include "dialogs/Progresso.h"
 #include "dialogs/frmListaStringhePlain.h"
-#include "platform/controls/ListBox.h"
+#include "platform/list/ListBox.h"
 #include "tests/support/Hands.h"
 #include "tests/window/DialogScript.h"
 #include "tests/window/LayoutCheck.h"

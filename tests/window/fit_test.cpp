@@ -1,8 +1,8 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 
-#include "platform/controls/ColumnMeasure.h"
 #include "platform/controls/Twips.h"
+#include "platform/grid/ColumnMeasure.h"
 
 #include <QTimer>
 

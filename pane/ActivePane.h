@@ -1,0 +1,45 @@
+#pragma once
+
+#include "pane/EditorContext.h"
+
+namespace qir {
+
+/// Paints frame and file label of the active pane yellow, those of the other one in the button-face colour (pane 1's
+/// only in two-pane mode); all of them in the button-face colour when no pane is active.
+void SettaColoriIndexAttivo(EditorContext &editor);
+
+/// Enables the commands that need a database by whether `pane` holds one, and shows or hides that pane's list, label
+/// and grid. The grid shows only with a selected real table that has records. Pane -1 (none) disables the commands.
+void AbilitaMenu(EditorContext &editor, int pane);
+
+/// Field and record commands as the active pane's grid allows: removal of a field, of a record, resizing of a text
+/// field.
+void enableGridCommands(EditorContext &editor);
+
+/// The same when the active pane, its table or its current column is another one than they are enabled for, or a grid
+/// was filled meanwhile; else nothing, so that a command that moves nothing asks nothing of the component.
+void followGridCommands(EditorContext &editor);
+
+/// Shows a file name in a pane's label, to screen readers too.
+void showFileName(EditorContext &editor, int pane, const QString &name);
+
+/// Makes a pane the active one: IndexAttivo, colours, menus.
+void activatePane(EditorContext &editor, int pane);
+
+/// Makes the pane that is active when it is made the active one again when it dies: selecting lines from code, which a
+/// command does in both lists, would leave the other pane active.
+class ActivePaneScope {
+public:
+    explicit ActivePaneScope(EditorContext &editor)
+        : m_editor(editor)
+        , m_pane(editor.state.IndexAttivo) {}
+    ~ActivePaneScope();
+    ActivePaneScope(const ActivePaneScope &) = delete;
+    ActivePaneScope &operator=(const ActivePaneScope &) = delete;
+
+private:
+    EditorContext &m_editor;
+    int m_pane;
+};
+
+} // namespace qir

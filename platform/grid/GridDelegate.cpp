@@ -1,0 +1,69 @@
+#include "platform/grid/GridDelegate.h"
+
+#include "platform/controls/DoubleLine.h"
+#include "platform/grid/CellTextDrawing.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QTextDocument>
+#include <QToolTip>
+
+namespace qir {
+
+namespace {
+
+/// Laid over a selected cell: strong enough to see, light and thin enough to read black text on red and on white.
+QColor selectionTint(const QPalette &palette) {
+    const QColor highlight = palette.color(QPalette::Highlight);
+    const auto lightened = [](int part) { return (part + 255) / 2; };
+    return QColor(lightened(highlight.red()), lightened(highlight.green()), lightened(highlight.blue()), 128);
+}
+
+bool isCurrent(const QStyleOptionViewItem &option, const QModelIndex &index) {
+    const auto *view = qobject_cast<const QAbstractItemView *>(option.widget);
+    return view != nullptr && view->currentIndex() == index;
+}
+
+} // namespace
+
+void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    painter->save();
+    painter->setClipRect(option.rect);
+    painter->fillRect(option.rect, index.data(Qt::BackgroundRole).value<QColor>());
+    const bool current = isCurrent(option, index);
+    if (option.state.testFlag(QStyle::State_Selected) && !current) {
+        painter->fillRect(option.rect, selectionTint(option.palette));
+    }
+    if (current) // below the text, which keeps all its pixels
+        drawDoubleLine(*painter, option.rect, option.state.testFlag(QStyle::State_HasFocus) ? 2 : 1);
+    painter->setFont(option.font);
+    painter->setPen(index.data(Qt::ForegroundRole).value<QColor>());
+    const auto alignment = index.data(Qt::TextAlignmentRole).value<Qt::Alignment>();
+    drawCellText(*painter, option.rect, index.data(Qt::DisplayRole).toString(), alignment & Qt::AlignHorizontal_Mask);
+    painter->restore();
+}
+
+QSize GridDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const {
+    const QString text = index.data(Qt::DisplayRole).toString();
+    return {option.fontMetrics.horizontalAdvance(text) + 2 * cellMargin, option.fontMetrics.height()};
+}
+
+bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                             const QModelIndex &index) {
+    if (event->type() != QEvent::ToolTip)
+        return false;
+    const QString text = index.data(Qt::DisplayRole).toString();
+    const bool cut =
+        isCutOff(option.fontMetrics, text, option.rect.width()) || !view->viewport()->rect().contains(option.rect);
+    if (!index.isValid() || text.isEmpty() || !cut) {
+        QToolTip::hideText();
+        return true;
+    }
+    // A text that looks like markup is shown as the text that it is.
+    QToolTip::showText(event->globalPos(), Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text,
+                       view->viewport(), option.rect);
+    return true;
+}
+
+} // namespace qir

@@ -1,0 +1,164 @@
+#include "platform/grid/GridModel.h"
+
+#include "base/LeadingNumber.h"
+
+#include <QColor>
+
+#include <algorithm>
+
+namespace qir {
+
+namespace {
+
+const QVariant &backgroundOf(CellColour colour) {
+    static const QVariant white = QColor(255, 255, 255);
+    static const QVariant red = QColor(255, 0, 0);
+    return colour == CellColour::Red ? red : white;
+}
+
+const QVariant &foreground() {
+    // The backgrounds are given, so the text cannot follow the desktop's colours.
+    static const QVariant black = QColor(0, 0, 0);
+    return black;
+}
+
+/// Numbers stand on the right, everything else on the left.
+Qt::Alignment alignmentOf(const QString &text) {
+    constexpr qsizetype longestNumber = 64;
+    const bool number = text.size() <= longestNumber && plainNumber(text).has_value();
+    return Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft);
+}
+
+/// The least block that holds both.
+GridRange joined(const GridRange &range, int row, int column) {
+    if (range.isEmpty())
+        return {row, column, row, column};
+    return {std::min(range.firstRow, row), std::min(range.firstColumn, column), std::max(range.lastRow, row),
+            std::max(range.lastColumn, column)};
+}
+
+} // namespace
+
+GridModel::GridModel(QObject *parent)
+    : QAbstractTableModel(parent) {}
+
+int GridModel::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : m_texts.records();
+}
+
+int GridModel::columnCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : m_texts.fields();
+}
+
+QVariant GridModel::data(const QModelIndex &index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    const int row = index.row() + 1;
+    const int column = index.column() + 1;
+    switch (role) {
+    case Qt::DisplayRole:
+        return m_texts.at(column, row);
+    case Qt::BackgroundRole:
+        return backgroundOf(m_colours.at(row, column));
+    case Qt::ForegroundRole:
+        return foreground();
+    case Qt::TextAlignmentRole:
+        return QVariant::fromValue(alignmentOf(m_texts.at(column, row)));
+    default:
+        return {};
+    }
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    // The fixed column has no texts.
+    if (role != Qt::DisplayRole || orientation != Qt::Horizontal)
+        return {};
+    return text(0, section + 1);
+}
+
+Qt::ItemFlags GridModel::flags(const QModelIndex &index) const {
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    return Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
+}
+
+void GridModel::setShape(int rows, int columns) {
+    const int records = std::max(rows - 1, 0);
+    const int fields = std::max(columns - 1, 0);
+    if (records == m_texts.records() && fields == m_texts.fields())
+        return;
+    beginResetModel();
+    m_texts.setShape(fields, records);
+    m_colours.setShape(records + 1, fields + 1);
+    m_headers.resize(fields);
+    m_rowData.resize(records + 1);
+    m_columnData.resize(fields + 1);
+    endResetModel();
+}
+
+void GridModel::setTable(const QStringList &headers, CellTexts texts) {
+    CellColours colours(texts.records() + 1, texts.fields() + 1);
+    beginResetModel();
+    m_headers = headers;
+    m_headers.resize(texts.fields());
+    m_texts = std::move(texts);
+    m_colours = std::move(colours);
+    m_rowData.reset();
+    m_columnData.reset();
+    endResetModel();
+}
+
+QString GridModel::text(int row, int column) const {
+    if (row != 0)
+        return m_texts.at(column, row);
+    return column >= 1 && column < columns() ? m_headers[column - 1] : QString();
+}
+
+void GridModel::setText(int row, int column, const QString &text) {
+    if (column < 1 || column >= columns() || row < 0 || row >= rows())
+        return;
+    if (row == 0) {
+        m_headers[column - 1] = text;
+        Q_EMIT headerDataChanged(Qt::Horizontal, column - 1, column - 1);
+        return;
+    }
+    TextBlock(*this).set(row, column, text);
+}
+
+void GridModel::setColour(int row, int column, CellColour colour) {
+    if (m_colours.set(row, column, colour))
+        notify({row, column, row, column}, {Qt::BackgroundRole});
+}
+
+void GridModel::paint(const GridRange &window, const BitMatrix &different) {
+    const GridRange changed = m_colours.paint(window, different);
+    if (!changed.isEmpty())
+        notify(changed, {Qt::BackgroundRole});
+}
+
+void GridModel::reorderRecords(const std::vector<std::uint32_t> &order) {
+    Q_ASSERT(order.size() == static_cast<std::size_t>(m_texts.records()));
+    if (order.empty())
+        return;
+    m_texts.permuteRecords(order);
+    m_colours.permuteRecords(order);
+    m_rowData.permute(order);
+    notify({1, 1, rows() - 1, columns() - 1}, {Qt::DisplayRole, Qt::BackgroundRole});
+}
+
+void GridModel::notify(const GridRange &cells, const QList<int> &roles) {
+    if (!cells.isEmpty())
+        Q_EMIT dataChanged(index(cells.firstRow - 1, cells.firstColumn - 1),
+                           index(cells.lastRow - 1, cells.lastColumn - 1), roles);
+}
+
+GridModel::TextBlock::~TextBlock() {
+    m_model.notify(m_changed, {Qt::DisplayRole});
+}
+
+void GridModel::TextBlock::set(int row, int column, QStringView text) {
+    m_model.m_texts.set(column, row, text);
+    m_changed = joined(m_changed, row, column);
+}
+
+} // namespace qir

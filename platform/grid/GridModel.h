@@ -1,0 +1,77 @@
+#pragma once
+
+#include "platform/grid/CellColours.h"
+#include "platform/grid/CellTexts.h"
+#include "platform/grid/IdentityNumbers.h"
+
+#include <QAbstractTableModel>
+#include <QStringList>
+
+namespace qir {
+
+/// The contents of a grid as Qt's item model: model cell (r - 1, k - 1) is grid cell (r, k), the header row is the
+/// horizontal header. All members but the model's own count rows and columns as the grid does.
+class GridModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    explicit GridModel(QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    int rows() const { return m_texts.records() + 1; }
+    int columns() const { return m_texts.fields() + 1; }
+    /// Cuts or extends; at least the fixed row and column stay. Resets the model when anything changes.
+    void setShape(int rows, int columns);
+    /// Takes a whole table; `headers` holds the text of column k at k - 1. Resets the model.
+    void setTable(const QStringList &headers, CellTexts texts);
+
+    QString text(int row, int column) const;
+    void setText(int row, int column, const QString &text);
+    /// Sets texts one after the other with one notice for all of them at the end.
+    class TextBlock;
+
+    const CellTexts &texts() const { return m_texts; }
+    const CellColours &colours() const { return m_colours; }
+    void setColour(int row, int column, CellColour colour);
+    void paint(const GridRange &window, const BitMatrix &different);
+
+    IdentityNumbers &rowData() { return m_rowData; }
+    const IdentityNumbers &rowData() const { return m_rowData; }
+    IdentityNumbers &columnData() { return m_columnData; }
+    const IdentityNumbers &columnData() const { return m_columnData; }
+
+    void reorderRecords(const std::vector<std::uint32_t> &order);
+
+private:
+    void notify(const GridRange &cells, const QList<int> &roles);
+
+    CellTexts m_texts;
+    CellColours m_colours;
+    QStringList m_headers; // text of column k at k - 1
+    IdentityNumbers m_rowData;
+    IdentityNumbers m_columnData;
+};
+
+/// Writes many texts of a model and gives one notice when it goes.
+class GridModel::TextBlock {
+public:
+    explicit TextBlock(GridModel &model)
+        : m_model(model) {}
+    ~TextBlock();
+    TextBlock(const TextBlock &) = delete;
+    TextBlock &operator=(const TextBlock &) = delete;
+
+    /// A record cell inside the model.
+    void set(int row, int column, QStringView text);
+
+private:
+    GridModel &m_model;
+    GridRange m_changed;
+};
+
+} // namespace qir

@@ -1,0 +1,246 @@
+// Where things are in a grid: scrolling, the pointer, the current cell's rectangle, widths, visibility.
+
+#include "platform/grid/Grid.h"
+
+#include "platform/controls/PointerPlace.h"
+#include "platform/controls/Twips.h"
+#include "platform/grid/GridHeader.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace qir {
+
+namespace {
+
+constexpr int rowPadding = 4; // pixels beside a line's height
+
+} // namespace
+
+int Grid::TopRow() const {
+    return verticalScrollBar()->value() + 1;
+}
+
+int Grid::LeftCol() const {
+    return horizontalScrollBar()->value() + 1;
+}
+
+void Grid::layOut() {
+    executeDelayedItemsLayout();
+    updateGeometries();
+}
+
+void Grid::setTopRow(int row) {
+    layOut();
+    verticalScrollBar()->setValue(row - 1);
+}
+
+void Grid::setLeftCol(int column) {
+    layOut();
+    horizontalScrollBar()->setValue(column - 1);
+}
+
+GridPlace Grid::place() const {
+    return {m_selection, TopRow(), LeftCol()};
+}
+
+void Grid::setPlace(const GridPlace &place) {
+    m_selection = cutTo(place.selection, extent());
+    showSelection();
+    layOut();
+    verticalScrollBar()->setValue(place.topRow - 1);
+    horizontalScrollBar()->setValue(place.leftColumn - 1);
+}
+
+void Grid::followSelection(const Grid &leader) {
+    const GridSilence silence(*this);
+    const GridSelection &wanted = leader.selection();
+    GridSelection next = m_selection;
+    if (wanted.row < Rows())
+        next = singleCell(wanted.row, next.column);
+    if (wanted.column < Cols())
+        next = singleCell(next.row, wanted.column);
+    if (wanted.rowEnd < Rows())
+        next.rowEnd = wanted.rowEnd;
+    if (wanted.columnEnd < Cols())
+        next.columnEnd = wanted.columnEnd;
+    select(next);
+}
+
+void Grid::followScroll(const Grid &leader) {
+    verticalScrollBar()->setValue(leader.TopRow() - 1);
+    horizontalScrollBar()->setValue(leader.LeftCol() - 1);
+}
+
+Grid::PointedCell Grid::pointedCell() const {
+    const QPoint at = m_pointer->position();
+    if (!m_pointer->isHandling()) {
+        // Nothing of this grid is pointed at through another window or widget.
+        const QWidget *under = QApplication::widgetAt(at);
+        if (under == nullptr || (under != this && !isAncestorOf(under)))
+            return {};
+    }
+    if (const auto section = m_columnHeader->sectionAt(at))
+        return {0, *section < 0 ? -1 : *section + 1};
+    if (const auto section = m_rowHeader->sectionAt(at))
+        return *section < 0 ? PointedCell{} : PointedCell{*section + 1, 0};
+    const QPoint inCells = viewport()->mapFromGlobal(at);
+    if (viewport()->rect().contains(inCells)) {
+        const QModelIndex index = indexAt(inCells);
+        return index.isValid() ? PointedCell{index.row() + 1, index.column() + 1} : PointedCell{};
+    }
+    // Above and left of the cells, where the headers leave a corner.
+    const QPoint inGrid = mapFromGlobal(at);
+    const bool corner = rect().contains(inGrid) && m_columnHeader->isVisible() &&
+                        inGrid.y() < viewport()->geometry().top() && m_rowHeader->geometry().left() <= inGrid.x() &&
+                        inGrid.x() <= m_rowHeader->geometry().right();
+    return corner ? PointedCell{0, 0} : PointedCell{};
+}
+
+int Grid::MouseRow() const {
+    return pointedCell().row;
+}
+
+int Grid::MouseCol() const {
+    return pointedCell().column;
+}
+
+void Grid::bringIntoView(int row, int column) {
+    if (row < 1 || column < 1)
+        return;
+    layOut();
+    scrollTo(model()->index(row - 1, column - 1), EnsureVisible);
+}
+
+void Grid::revealFarCorner() {
+    const int top = TopRow();
+    const int left = LeftCol();
+    bringIntoView(RowSel(), ColSel());
+    if ((TopRow() != top || LeftCol() != left) && m_silences == 0)
+        Q_EMIT Revealed();
+}
+
+void Grid::bringCellIntoView() {
+    bringIntoView(Row(), Col());
+}
+
+QRect Grid::cellRectangle() const {
+    if (Row() < 1 || Col() < 1)
+        return {};
+    const QRect cell = visualRect(model()->index(Row() - 1, Col() - 1)) & viewport()->rect();
+    return cell.isEmpty() ? QRect() : cell.translated(viewport()->pos());
+}
+
+int Grid::CellLeft() const {
+    return toTwips(cellRectangle().left());
+}
+
+int Grid::CellTop() const {
+    return toTwips(cellRectangle().top());
+}
+
+int Grid::CellWidth() const {
+    return toTwips(cellRectangle().width());
+}
+
+int Grid::CellHeight() const {
+    return toTwips(cellRectangle().height());
+}
+
+QPoint Grid::menuPosition(int row) {
+    if (row > 0) {
+        bringCellIntoView();
+        return mapToGlobal(cellRectangle().bottomLeft());
+    }
+    bringIntoView(std::min(TopRow(), Rows() - 1), Col());
+    const int x = std::max(m_columnHeader->sectionViewportPosition(Col() - 1), 0);
+    return m_columnHeader->viewport()->mapToGlobal(QPoint(x, m_columnHeader->height()));
+}
+
+int Grid::drawnWidth(int twips) const {
+    return std::min(toPixelsRoundedUp(twips), m_columnHeader->maximumSectionSize());
+}
+
+int Grid::ColWidth(int column) const {
+    if (column == 0)
+        return m_fixedColumnTwips;
+    const auto place = static_cast<std::size_t>(column) - 1;
+    return column > 0 && place < m_columnTwips.size() ? m_columnTwips[place] : 0;
+}
+
+void Grid::setColWidth(int column, int twips) {
+    if (column < 0 || column >= Cols() || twips < 0)
+        return;
+    if (column == 0) {
+        m_fixedColumnTwips = twips;
+        m_rowHeader->setFixedWidth(toPixelsRoundedUp(twips));
+        updateGeometries();
+        return;
+    }
+    m_columnHeader->resizeSection(column - 1, drawnWidth(twips));
+    m_columnTwips[static_cast<std::size_t>(column) - 1] = twips;
+}
+
+void Grid::setUserResizing(bool allowed) {
+    if (allowed == m_userResizing)
+        return;
+    m_userResizing = allowed;
+    m_columnHeader->setUserResizing(allowed);
+    m_rowHeader->setUserResizing(allowed);
+}
+
+void Grid::fitRowHeight() {
+    m_rowHeader->setDefaultSectionSize(fontMetrics().height() + rowPadding);
+}
+
+void Grid::changeEvent(QEvent *event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        fitRowHeight();
+}
+
+void Grid::setVisibleFlag(bool visible) {
+    m_visible = visible;
+    endHidden();
+    const bool changes = isHidden() == visible;
+    setVisible(visible);
+    if (changes)
+        Q_EMIT LaidOut();
+}
+
+void Grid::endHidden() {
+    if (std::exchange(m_hidden, false))
+        setUpdatesEnabled(true);
+}
+
+GridSilence::GridSilence(Grid &grid)
+    : m_grid(grid) {
+    ++m_grid.m_silences;
+}
+
+GridSilence::~GridSilence() {
+    --m_grid.m_silences;
+}
+
+GridHidden::GridHidden(Grid &grid)
+    : m_grid(grid) {
+    // A grid that does not show, or that another one of these hides, needs nothing.
+    if (!grid.m_visible)
+        return;
+    grid.m_visible = false;
+    grid.m_hidden = true;
+    grid.setUpdatesEnabled(false);
+    m_ours = true;
+}
+
+GridHidden::~GridHidden() {
+    if (!m_ours || !m_grid.m_hidden)
+        return; // its flag was set meanwhile
+    m_grid.m_visible = true;
+    m_grid.endHidden();
+}
+
+} // namespace qir

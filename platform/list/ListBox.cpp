@@ -1,0 +1,237 @@
+#include "platform/list/ListBox.h"
+
+#include "base/Collation.h"
+#include "platform/controls/DoubleLine.h"
+#include "platform/controls/KeyCodes.h"
+#include "platform/list/ListLines.h"
+#include "platform/loop/MessageLoop.h"
+
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+
+#include <algorithm>
+#include <utility>
+
+namespace qir {
+
+namespace {
+
+/// Lines as high as a grid's rows: what marks the focus stands above and below the text, not in it.
+class LineDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override {
+        constexpr int padding = 4; // pixels beside a text's height
+        return QStyledItemDelegate::sizeHint(option, index).grownBy({0, 0, 0, padding});
+    }
+};
+
+} // namespace
+
+ListBox::ListBox(QWidget *parent, Order order)
+    : QListView(parent)
+    , m_lines(new ListLines(this))
+    , m_order(order) {
+    setModel(m_lines);
+    setItemDelegate(new LineDelegate(this));
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerItem);
+}
+
+int ListBox::ListCount() const {
+    return m_lines->rowCount();
+}
+
+int ListBox::ListIndex() const {
+    const QItemSelection selected = selectionModel()->selection();
+    return selected.isEmpty() ? -1 : selected.first().top();
+}
+
+void ListBox::setListIndex(int line) {
+    if (line == ListIndex() || (line != -1 && !m_lines->has(line)))
+        return;
+    selectSilently(line);
+    if (line == -1)
+        return;
+    Q_EMIT Click();
+    rethrowCarried();
+}
+
+void ListBox::selectSilently(int line) {
+    m_silent = true;
+    if (line < 0) {
+        selectionModel()->clear();
+    } else {
+        selectionModel()->setCurrentIndex(m_lines->index(line), QItemSelectionModel::ClearAndSelect);
+        scrollTo(m_lines->index(line));
+    }
+    m_silent = false;
+}
+
+QString ListBox::List(int line) const {
+    return m_lines->has(line) ? m_lines->text(line) : QString();
+}
+
+void ListBox::setList(int line, const QString &text) {
+    if (m_lines->has(line) && m_lines->text(line) != text)
+        m_lines->setText(line, text);
+}
+
+int ListBox::ItemData(int line) const {
+    return m_lines->has(line) ? m_lines->number(line) : 0;
+}
+
+void ListBox::setItemData(int line, int number) {
+    if (m_lines->has(line))
+        m_lines->setNumber(line, number);
+}
+
+void ListBox::addItem(const QString &text) {
+    insertItem(m_order == Sorted ? m_lines->sortedPlace(text) : ListCount(), text);
+}
+
+void ListBox::insertItem(int line, const QString &text) {
+    m_newIndex = std::clamp(line, 0, ListCount());
+    m_silent = true; // the selected line moves on, which is no selecting
+    m_lines->insert(m_newIndex, text);
+    m_silent = false;
+}
+
+void ListBox::clear() {
+    if (m_clickDue)
+        m_lostLine = List(ListIndex());
+    m_silent = true;
+    m_lines->clear();
+    m_silent = false;
+    m_newIndex = -1;
+    m_clickDue = false;
+}
+
+int ListBox::TopIndex() const {
+    return ListCount() == 0 ? 0 : verticalScrollBar()->value();
+}
+
+void ListBox::setTopIndex(int line) {
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(line);
+}
+
+void ListBox::setVisibleFlag(bool visible) {
+    m_visible = visible;
+    setVisible(visible);
+}
+
+void ListBox::mousePressEvent(QMouseEvent *event) {
+    const bool right = event->button() == Qt::RightButton;
+    // The left button's Click comes with its release.
+    m_pressed = event->button() == Qt::LeftButton;
+    m_lostLine.clear();
+    QListView::mousePressEvent(event);
+    event->accept();
+    if (!right || indexAt(event->position().toPoint()).isValid())
+        Q_EMIT MouseDown(event->button(), event->globalPosition().toPoint());
+}
+
+void ListBox::mouseReleaseEvent(QMouseEvent *event) {
+    QListView::mouseReleaseEvent(event);
+    event->accept();
+    if (event->button() == Qt::LeftButton && std::exchange(m_pressed, false)) {
+        const QModelIndex under = indexAt(event->position().toPoint());
+        const QString lost = std::exchange(m_lostLine, {});
+        if (!lost.isEmpty() && under.isValid() && collationKey(List(under.row())) == collationKey(lost))
+            selectSilently(under.row());
+        const bool moved = std::exchange(m_clickDue, false);
+        if (ListIndex() >= 0 && (under.isValid() || moved))
+            Q_EMIT Click();
+    }
+    Q_EMIT MouseUp(event->button());
+}
+
+bool ListBox::clickPending() const {
+    // A release may have gone elsewhere, to a box that opened meanwhile; or it waits for a command to end.
+    const MessageLoop *loop = MessageLoop::instance();
+    const bool toCome = QGuiApplication::mouseButtons().testFlag(Qt::LeftButton) || (loop && loop->inputHeld());
+    return m_pressed && m_clickDue && toCome;
+}
+
+void ListBox::hideEvent(QHideEvent *event) {
+    QListView::hideEvent(event);
+    m_pressed = m_clickDue = false; // the release goes elsewhere
+}
+
+void ListBox::paintEvent(QPaintEvent *event) {
+    QListView::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QPainter painter(viewport());
+    drawDoubleLine(painter, focusArea(), 1);
+}
+
+QRect ListBox::focusArea() const {
+    const QRect all = viewport()->rect();
+    const QRect line = ListIndex() < 0 ? QRect() : visualRect(m_lines->index(ListIndex())) & all;
+    return line.isEmpty() ? all : line;
+}
+
+void ListBox::scrollContentsBy(int dx, int dy) {
+    QListView::scrollContentsBy(dx, dy);
+    if (hasFocus())
+        viewport()->update(); // the line that marks the focus may stay where it is
+}
+
+void ListBox::keyPressEvent(QKeyEvent *event) {
+    if (isMenuShortcut(*event)) {
+        tellMenuKey();
+        return;
+    }
+    // With no line selected a key that moves starts at the first one, not behind it.
+    const bool moves = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up || event->key() == Qt::Key_PageDown ||
+                       event->key() == Qt::Key_PageUp || event->key() == Qt::Key_Home;
+    if (moves && ListIndex() < 0 && ListCount() > 0)
+        setCurrentIndex(m_lines->index(0));
+    else
+        QListView::keyPressEvent(event);
+}
+
+void ListBox::contextMenuEvent(QContextMenuEvent *event) {
+    event->accept();
+    // A press with the mouse has been told already.
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        tellMenuKey();
+}
+
+void ListBox::tellMenuKey() {
+    const QRect line = visualRect(m_lines->index(std::max(ListIndex(), 0))) & viewport()->rect();
+    Q_EMIT MouseDown(Qt::RightButton, viewport()->mapToGlobal(line.bottomLeft()));
+}
+
+void ListBox::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) {
+    QListView::selectionChanged(selected, deselected);
+    if (hasFocus())
+        viewport()->update(); // what marks the focus may have stood elsewhere than round a line
+    if (m_silent || selected.isEmpty())
+        return;
+    if (m_pressed) {
+        m_clickDue = true;
+        return;
+    }
+    // The view shows the current line after this: who hears the Click asks what it shows.
+    scrollTo(selected.indexes().first());
+    Q_EMIT Click();
+}
+
+QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex &index, const QEvent *event) const {
+    Q_UNUSED(event)
+    // One line is selected or none, and nothing that the user does deselects.
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+}
+
+} // namespace qir

@@ -1,0 +1,65 @@
+#include "qirtbase/container/ChunkSeal.h"
+
+#include <QtEndian>
+
+#include <xxhash.h>
+
+#include <cstring>
+
+namespace qir {
+
+namespace {
+
+static_assert(crypto_secretstream_xchacha20poly1305_ABYTES == layout::protectedTagSize);
+static_assert(crypto_secretstream_xchacha20poly1305_HEADERBYTES == layout::streamHeaderSize);
+static_assert(alignof(crypto_secretstream_xchacha20poly1305_state) == 1);
+
+const unsigned char *bytesOf(QByteArrayView view) {
+    return reinterpret_cast<const unsigned char *>(view.data());
+}
+
+unsigned char messageTag(bool isLast) {
+    return isLast ? crypto_secretstream_xchacha20poly1305_TAG_FINAL : crypto_secretstream_xchacha20poly1305_TAG_MESSAGE;
+}
+
+} // namespace
+
+OpenTag openChunkTag(QByteArrayView plain, const HeaderDigest &digest, std::uint64_t index) {
+    const std::uint64_t seed = qFromLittleEndian<std::uint64_t>(digest.data()) + index;
+    const XXH128_hash_t hash = XXH3_128bits_withSeed(plain.data(), std::size_t(plain.size()), seed);
+    OpenTag tag;
+    qToLittleEndian<std::uint64_t>(hash.low64, tag.data());
+    qToLittleEndian<std::uint64_t>(hash.high64, tag.data() + 8);
+    return tag;
+}
+
+ChunkStream::ChunkStream(const SecretBytes &bodyKey, const Header &header)
+    : m_state(sizeof(crypto_secretstream_xchacha20poly1305_state)) {
+    // Starting to write would draw the stream header itself. Starting to read sets up the same state from a given one,
+    // so that the header comes from our source.
+    crypto_secretstream_xchacha20poly1305_init_pull(state(), header.data(), bodyKey.data());
+}
+
+crypto_secretstream_xchacha20poly1305_state *ChunkStream::state() {
+    return reinterpret_cast<crypto_secretstream_xchacha20poly1305_state *>(m_state.data());
+}
+
+void ChunkStream::seal(QByteArrayView plain, bool isLast, QByteArray &out) {
+    const qsizetype at = out.size();
+    out.resize(at + plain.size() + qsizetype(layout::protectedTagSize));
+    crypto_secretstream_xchacha20poly1305_push(state(), reinterpret_cast<unsigned char *>(out.data() + at), nullptr,
+                                               bytesOf(plain), std::size_t(plain.size()), nullptr, 0,
+                                               messageTag(isLast));
+}
+
+bool ChunkStream::open(QByteArrayView sealed, bool isLast, std::span<char> plain) {
+    if (std::size_t(sealed.size()) != plain.size() + layout::protectedTagSize)
+        return false;
+    unsigned char tag = 0;
+    const int done =
+        crypto_secretstream_xchacha20poly1305_pull(state(), reinterpret_cast<unsigned char *>(plain.data()), nullptr,
+                                                   &tag, bytesOf(sealed), std::size_t(sealed.size()), nullptr, 0);
+    return done == 0 && tag == messageTag(isLast);
+}
+
+} // namespace qir

@@ -1,0 +1,284 @@
+#include "qirtbase/file/DatabaseFile.h"
+
+#include "base/FileNames.h"
+#include "base/StagedFile.h"
+#include "qirtbase/file/FileRead.h"
+#include "qirtbase/file/FileSave.h"
+#include "qirtbase/file/KeptVersion.h"
+
+#include <QDir>
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace qir {
+
+namespace {
+
+tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
+    return tl::unexpected(LoadError{kind, text});
+}
+
+/// So that the file is found again when the program's folder changes. Not cleaned: ".." after a link counts.
+QString absolutePath(const QString &path) {
+    return path.startsWith(u'/') ? path : QDir::currentPath() + u'/' + path;
+}
+
+/// Whether a file could be put, or changed, where a path leads. Leaves no trace.
+bool takesFile(FileOps &ops, const QString &path) {
+    const auto target = ResolvedPath::of(ops, systemPath(path));
+    if (!target)
+        return false;
+    const auto standing = ops.statusAt(target->folder.descriptor(), target->name, FollowLinks::No);
+    if (!standing && standing.error().number != ENOENT)
+        return false;
+    if (standing && (!S_ISREG(standing->st_mode) || isReadOnly(ops, target->folder.descriptor(), target->name)))
+        return false;
+    if (StagedFile::create(ops, target->folder.descriptor(), S_IRUSR | S_IWUSR))
+        return true;
+    // A file that is there can be written in place.
+    return standing &&
+           OpenFile::openAt(ops, target->folder.descriptor(), target->name, O_RDWR | O_NOFOLLOW | O_NONBLOCK);
+}
+
+} // namespace
+
+DatabaseFile::DatabaseFile(FileOps &ops, DatabaseFileOptions options)
+    : m_ops(ops)
+    , m_options(std::move(options))
+    , m_deriveOnce([this](const SecretBytes &password, const KdfParameters &parameters) {
+        return m_derived.derive(m_options.deriveKey, password, parameters);
+    }) {
+    if (m_options.stateFolder.isEmpty())
+        m_options.stateFolder = defaultStateFolder();
+    m_header.generation = 0; // the first save makes it 1
+}
+
+RandomSource &DatabaseFile::random() const {
+    return m_options.random ? *m_options.random : RandomSource::system();
+}
+
+void DatabaseFile::tell(const QString &text) const {
+    try {
+        if (m_options.notice)
+            m_options.notice(text);
+    } catch (...) { // NOLINT(bugprone-empty-catch): what a listener throws is its own affair
+    }
+}
+
+Result<QString> DatabaseFile::reached(const QString &name) const {
+    if (!m_told.path.isEmpty() && m_told.name == name)
+        return m_told.path;
+    return reachIgnoringCase(m_ops, name);
+}
+
+LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &password) {
+    Q_ASSERT(m_state == State::Fresh);
+    m_state = State::Failed;
+    if (path.isEmpty())
+        return refused(LoadErrorKind::Missing, QStringLiteral("no file name was given"));
+    const auto where = reached(path);
+    if (!where)
+        return refused(LoadErrorKind::AmbiguousName, QStringLiteral("%1: %2").arg(path, where.error().text));
+    QStringList notices;
+    auto read = readDatabaseFile(m_ops,
+                                 {.path = *where,
+                                  .password = password,
+                                  .limits = m_options.limits,
+                                  .deriveKey = m_deriveOnce,
+                                  .stateFolder = m_options.stateFolder},
+                                 notices);
+    for (const QString &notice : notices)
+        tell(QStringLiteral("%1: %2").arg(path, notice));
+    if (!read) {
+        endLoad();
+        return refused(read.error().kind, QStringLiteral("%1: %2").arg(path, read.error().text));
+    }
+    m_state = State::Ready;
+    m_place = {path, absolutePath(*where)};
+    m_header = std::move(read->container.header);
+    m_ownSaveIds = {m_header.saveId};
+    m_torn = read->tornInto.has_value();
+    if (read->tornInto)
+        m_ownSaveIds.push_back(*read->tornInto); // what its header may say
+    m_keys = std::move(read->container.keys);
+    m_keysOnDisk = m_keys.clone();
+    return std::move(read->container.body);
+}
+
+std::optional<KdfParameters> DatabaseFile::keyParameters(const QString &path) const {
+    if (path.isEmpty())
+        return std::nullopt;
+    const auto where = reached(path);
+    if (!where)
+        return std::nullopt;
+    const auto header = readFileHeader(m_ops, *where);
+    if (!header || !header->isProtected || !checkKdfCosts(*header))
+        return std::nullopt;
+    return header->kdf;
+}
+
+std::optional<KdfCosts> DatabaseFile::passwordCosts(const QString &path) const {
+    const auto parameters = keyParameters(path);
+    return parameters ? std::optional(parameters->costs) : std::nullopt;
+}
+
+bool DatabaseFile::prepareKey(const QString &path, const QString &password) {
+    m_derived.prepared().cancel();
+    if (m_state != State::Fresh || password.isEmpty())
+        return false;
+    const auto parameters = keyParameters(path);
+    if (!parameters)
+        return false;
+    try {
+        m_derived.prepared().start(m_options.deriveKey, passwordBytes(password), *parameters);
+    } catch (const std::system_error &) { // no thread: the load derives it itself
+        return false;
+    }
+    return true;
+}
+
+void DatabaseFile::fail() {
+    endLoad();
+    m_state = State::Failed;
+    m_place = {};
+    m_keys = {};
+    m_keysOnDisk = {};
+}
+
+void DatabaseFile::createNew() {
+    Q_ASSERT(m_state == State::Fresh);
+    m_state = State::Ready;
+}
+
+bool DatabaseFile::setFileName(const QString &path) {
+    if (m_state == State::Failed || path.isEmpty())
+        return false;
+    const auto where = reached(path);
+    if (!where || !takesFile(m_ops, *where))
+        return false;
+    if (m_state == State::Fresh)
+        createNew();
+    if (!m_previousPlace)
+        m_previousPlace = m_place;
+    m_place = {path, absolutePath(*where)};
+    return true;
+}
+
+SaveOutcome DatabaseFile::trySave(QByteArrayView body) {
+    SaveOutcome outcome = FileSave(m_ops, random(),
+                                   {.target = {.name = m_place.name,
+                                               .path = m_place.path,
+                                               .fileId = m_header.fileId,
+                                               .ownSaveIds = m_ownSaveIds,
+                                               .torn = m_torn,
+                                               .replaceMeant = m_previousPlace.has_value()},
+                                    .header = m_header,
+                                    .keys = m_keys,
+                                    .body = body,
+                                    .stateFolder = m_options.stateFolder,
+                                    .publishing = m_options.publishing})
+                              .run();
+    if (outcome.published) {
+        m_header = outcome.header;
+        m_ownSaveIds = {m_header.saveId};
+        m_torn = false;
+        m_previousPlace.reset();
+        m_keysOnDisk = m_keys.clone();
+    } else if (m_previousPlace) {
+        m_place = *m_previousPlace;
+        m_previousPlace.reset();
+    } else {
+        m_ownSaveIds.push_back(outcome.header.saveId); // it may stand there all the same
+        m_torn = m_torn || outcome.torn;
+    }
+    for (const QString &notice : outcome.notices)
+        tell(notice);
+    return outcome;
+}
+
+Result<void> DatabaseFile::save(QByteArrayView body) {
+    if (m_state != State::Ready || m_place.name.isEmpty())
+        return {};
+    const SaveOutcome outcome = trySave(body);
+    if (outcome.error)
+        return tl::unexpected(*outcome.error);
+    return {};
+}
+
+DatabaseFile::Released DatabaseFile::saveAtRelease(QByteArrayView body) noexcept {
+    try {
+        if (m_state != State::Ready || m_place.name.isEmpty())
+            return Released::Lost;
+        const Place wanted = m_place;
+        const SaveOutcome outcome = trySave(body);
+        if (!outcome.error)
+            return Released::Saved;
+        if (!outcome.published)
+            return rescue(wanted.name, outcome.error->text, body);
+        tell(outcome.error->text);
+        return Released::Saved;
+    } catch (...) {
+        // Without memory nothing more can be done.
+        return Released::Lost;
+    }
+}
+
+DatabaseFile::Released DatabaseFile::rescue(const QString &name, const QString &reason, QByteArrayView body) {
+    const auto rescued = writeRescue(name, body);
+    if (!rescued) {
+        tell(QStringLiteral("%1\n\nThe changes could not be kept in '%2' either: %3")
+                 .arg(reason, m_options.stateFolder, systemErrorWords(rescued.error())));
+        return Released::Lost;
+    }
+    tell(QStringLiteral("%1\n\nThe changes are kept in '%2'.").arg(reason, *rescued));
+    return Released::Rescued;
+}
+
+SystemResult<QString> DatabaseFile::writeAside(QByteArrayView body) {
+    return writeRescue(m_place.name, body);
+}
+
+SystemResult<QString> DatabaseFile::writeRescue(const QString &name, QByteArrayView body) {
+    FileHeader header = m_header;
+    header.fileId = freshIdentifier(random());
+    header.saveId = freshIdentifier(random());
+    ContainerWriter writer(header, m_keys, body, random());
+    return writeRescueFile(m_ops, m_options.stateFolder, name, writer);
+}
+
+Result<bool> DatabaseFile::opensWith(const QString &password) const {
+    if (!m_keys.isProtected())
+        return password.isEmpty();
+    if (password.isEmpty())
+        return false;
+    const auto key = m_options.deriveKey(passwordBytes(password), m_keys.kdf);
+    if (!key)
+        return failure(key.error().text);
+    return key->equals(m_keys.master);
+}
+
+Result<void> DatabaseFile::changePassword(const QString &current, const QString &replacement) {
+    if (m_state == State::Failed)
+        return failure(QStringLiteral("no database is loaded"));
+    const auto opens = opensWith(current);
+    if (!opens)
+        return tl::unexpected(opens.error());
+    if (!*opens)
+        return failure(QStringLiteral("the current password is wrong"));
+    ContainerKeys keys;
+    if (!replacement.isEmpty()) {
+        keys.kdf.costs = m_options.costs;
+        random().fill(keys.kdf.salt);
+        auto master = m_options.deriveKey(passwordBytes(replacement), keys.kdf);
+        if (!master)
+            return failure(master.error().text);
+        keys.master = std::move(*master);
+    }
+    m_keys = std::move(keys);
+    return {};
+}
+
+} // namespace qir

@@ -1,0 +1,124 @@
+#include "qirtbase/file/SaveTarget.h"
+
+#include "qirtbase/container/Container.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <set>
+
+namespace qir {
+
+namespace {
+
+std::set<FileIdentifier> &ownSaves() {
+    static std::set<FileIdentifier> saves;
+    return saves;
+}
+
+} // namespace
+
+void rememberOwnSave(const FileIdentifier &saveId) {
+    ownSaves().insert(saveId);
+}
+
+bool sameVersion(const struct stat &left, const struct stat &right) {
+    return left.st_dev == right.st_dev && left.st_ino == right.st_ino && left.st_size == right.st_size &&
+           left.st_mtim.tv_sec == right.st_mtim.tv_sec && left.st_mtim.tv_nsec == right.st_mtim.tv_nsec;
+}
+
+bool isReadOnly(FileOps &ops, int folder, const std::string &name) {
+    constexpr mode_t anybodyWrites = S_IWUSR | S_IWGRP | S_IWOTH;
+    const auto status = ops.statusAt(folder, name, FollowLinks::No);
+    if (!status || !S_ISREG(status->st_mode))
+        return false;
+    if ((status->st_mode & anybodyWrites) == 0)
+        return true;
+    // Asking the file itself counts access lists and the identity that counts for files.
+    const auto opened = OpenFile::openAt(ops, folder, name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    return !opened && (opened.error().number == EACCES || opened.error().number == EPERM);
+}
+
+tl::unexpected<Error> SaveTarget::failed(const QString &reason) const {
+    return failure(QStringLiteral("%1: could not be saved: %2").arg(m_expectation.name, reason));
+}
+
+tl::unexpected<Error> SaveTarget::conflict(const Standing &standing) const {
+    const bool own = standing.header && ownSaves().contains(standing.header->saveId);
+    return failure(
+        QStringLiteral("%1: was changed %2 since it was opened; use Save As")
+            .arg(m_expectation.name, own ? QStringLiteral("in the other pane") : QStringLiteral("by another program")));
+}
+
+Result<void> SaveTarget::open() {
+    auto place = ResolvedPath::of(m_ops, systemPath(m_expectation.path));
+    if (!place) {
+        const int number = place.error().number;
+        if (number == ENOENT || number == ENOTDIR)
+            return failed(QStringLiteral("its folder is gone"));
+        return failed(place.error());
+    }
+    m_place.emplace(std::move(*place));
+    // Replacing a file asks for no permission on the file itself.
+    if (isReadOnly(m_ops, folder(), name()))
+        return failed(QStringLiteral("it is marked read-only; use Save As"));
+    auto standing = look(m_place->name);
+    if (!standing)
+        return tl::unexpected(standing.error());
+    m_standing = std::move(*standing);
+    if (m_standing.exists && !m_expectation.replaceMeant && !isOurs(m_standing))
+        return conflict(m_standing);
+    return {};
+}
+
+Result<Standing> SaveTarget::look(const std::string &name) const {
+    Standing standing;
+    const auto status = m_ops.statusAt(folder(), name, FollowLinks::No);
+    if (!status && status.error().number == ENOENT)
+        return standing;
+    if (!status)
+        return failed(status.error());
+    standing.exists = true;
+    standing.status = *status;
+    if (!S_ISREG(status->st_mode))
+        return failed(QStringLiteral("its name now belongs to something that is not a file"));
+    auto block = OpenFile::openAt(m_ops, folder(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK)
+                     .map_error([](SystemError error) {
+                         return LoadError{LoadErrorKind::Unreadable, systemErrorWords(error)};
+                     })
+                     .and_then([&](const OpenFile &file) { return readHeaderBlock(m_ops, file.descriptor()); });
+    if (block)
+        standing.header = std::move(block->header);
+    else
+        standing.unreadable = block.error().kind == LoadErrorKind::Unreadable;
+    if (standing.unreadable && !m_expectation.replaceMeant)
+        return failed(QStringLiteral("it cannot be read any more: %1").arg(block.error().text));
+    return standing;
+}
+
+bool SaveTarget::isStill(const Standing &now) const {
+    const auto saveId = [](const Standing &standing) {
+        return standing.header ? standing.header->saveId : FileIdentifier{}; // which no file has
+    };
+    return now.exists && sameVersion(now.status, m_standing.status) && saveId(now) == saveId(m_standing);
+}
+
+bool SaveTarget::isStill(int file, const struct stat &status) const {
+    Standing now{.exists = true, .status = status, .header = {}};
+    if (auto block = readHeaderBlock(m_ops, file))
+        now.header = std::move(block->header);
+    return isStill(now);
+}
+
+bool SaveTarget::isOurs(const Standing &standing) const {
+    if (!standing.header)
+        return m_expectation.torn;
+    return std::ranges::find(m_expectation.ownSaveIds, standing.header->saveId) != m_expectation.ownSaveIds.end();
+}
+
+bool SaveTarget::mayBeSomebodysVersion() const {
+    if (!m_standing.exists || isOurs(m_standing))
+        return false;
+    return m_standing.unreadable || (m_standing.header && m_standing.header->fileId == m_expectation.fileId);
+}
+
+} // namespace qir

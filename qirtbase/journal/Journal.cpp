@@ -1,0 +1,335 @@
+#include "qirtbase/journal/Journal.h"
+
+#include "base/ErrorWords.h"
+#include "qirtbase/journal/JournalCodec.h"
+#include "qirtbase/journal/JournalFolder.h"
+#include "qirtbase/model/BodyCodec.h"
+
+#include <algorithm>
+#include <exception>
+#include <stdexcept>
+
+namespace qir {
+
+namespace {
+
+constexpr qsizetype pieceSize = qsizetype{64} << 10;
+constexpr qsizetype imagePartSize = qsizetype{1} << 20;
+constexpr std::uint64_t smallestLimit = 4096; // below it images would only cost
+constexpr auto syncInterval = std::chrono::seconds(1);
+
+/// The system would not write; ends what was going on.
+struct WriteFailed {
+    SystemError error;
+};
+
+void require(const SystemResult<void> &result) {
+    if (!result)
+        throw WriteFailed{result.error()};
+}
+
+} // namespace
+
+Journal::Journal(FileOps &ops, JournalOptions options)
+    : m_ops(ops)
+    , m_options(std::move(options)) {}
+
+void Journal::follow(Database &database, JournalBase base, const ContainerKeys &keys) {
+    stop();
+    m_database = &database;
+    m_base = std::move(base);
+    m_keys = keys.clone();
+    m_keyInFile = keys.isProtected();
+    m_broken = m_lossTold = false;
+    database.setListener(this);
+}
+
+void Journal::adopt(JournalFile file) {
+    m_keys = file.keys().clone(); // may be those of a password that was not saved yet
+    m_file.emplace(std::move(file));
+}
+
+void Journal::stop() {
+    if (m_database)
+        m_database->setListener(nullptr);
+    m_database = nullptr;
+    m_file.reset();
+    m_pending.clear();
+    m_depth = 0;
+    m_lastTable = nullptr;
+    m_unsynced = false;
+}
+
+/// Nothing may leave the journal as an exception: editing goes on whatever happens here.
+template<class Body>
+void Journal::guarded(Body body) noexcept {
+    try {
+        try {
+            body();
+        } catch (const WriteFailed &failed) {
+            giveUp(systemErrorWords(failed.error));
+        } catch (const std::exception &error) {
+            giveUp(errorWords(error));
+        }
+    } catch (...) {
+        m_broken = true; // not even the words could be made
+    }
+}
+
+void Journal::giveUp(const QString &reason) {
+    m_broken = true;
+    m_pending.clear();
+    if (m_options.notice)
+        m_options.notice(QStringLiteral("%1: changes are not kept safe against a crash until it is saved: %2")
+                             .arg(m_base.name, reason));
+}
+
+// ----------------------------------------------------------------------------------------------------- taking changes
+
+std::size_t Journal::indexOf(const Table *table) {
+    if (table != m_lastTable) {
+        std::size_t index = 0;
+        while (&m_database->table(index) != table)
+            ++index;
+        m_lastTable = table;
+        m_lastIndex = index;
+    }
+    return m_lastIndex;
+}
+
+void Journal::changed(const Change &change) noexcept {
+    if (!isRecording())
+        return;
+    guarded([&] {
+        if (!change.table)
+            m_lastTable = nullptr;
+        if (m_depth > 0) {
+            note(change);
+            return;
+        }
+        encodeChange(m_pending, change, change.table ? indexOf(change.table) : 0);
+        writePending();
+        syncInTime();
+    });
+}
+
+/// A change within a group.
+void Journal::note(const Change &change) {
+    m_groupChanged = true;
+    if (!change.table)
+        m_tablesChanged = true;
+    else if (change.table != m_lastTouched)
+        m_touched.insert(m_lastTouched = change.table);
+    if (m_asImages)
+        return;
+    const qsizetype before = m_pending.size();
+    encodeChange(m_pending, change, change.table ? indexOf(change.table) : 0);
+    m_groupSize += std::uint64_t(m_pending.size() - before);
+    if (m_groupSize > std::max(smallestLimit, m_base.bodySize / 4)) {
+        m_asImages = true;
+        m_pending.clear();
+    } else if (m_pending.size() >= pieceSize) {
+        writePending();
+        m_groupFlushed = true;
+    }
+}
+
+void Journal::groupBegan() noexcept {
+    if (!isRecording())
+        return;
+    guarded([&] {
+        if (m_depth++ == 0) {
+            m_groupFlushed = m_groupChanged = m_asImages = m_tablesChanged = false;
+            m_groupSize = 0;
+            m_touched.clear();
+            m_lastTouched = nullptr;
+        }
+        if (!m_asImages)
+            encodeMark(m_pending, JournalOperation::GroupBegin);
+    });
+}
+
+void Journal::groupEnded() noexcept {
+    if (!isRecording() || m_depth == 0)
+        return;
+    guarded([&] {
+        if (--m_depth == 0)
+            finishGroup();
+        else if (!m_asImages)
+            encodeMark(m_pending, JournalOperation::GroupEnd);
+    });
+}
+
+void Journal::groupUndone() noexcept {
+    if (!isRecording() || m_depth == 0)
+        return;
+    guarded([&] {
+        m_lastTable = nullptr;
+        if (--m_depth > 0) {
+            if (!m_asImages)
+                encodeMark(m_pending, JournalOperation::GroupUndo);
+            return;
+        }
+        m_pending.clear();
+        if (m_groupFlushed) {
+            encodeMark(m_pending, JournalOperation::GroupUndo);
+            writePending();
+        }
+    });
+}
+
+void Journal::finishGroup() {
+    if (!m_groupChanged) {
+        m_pending.clear();
+        return;
+    }
+    if (m_asImages)
+        writeImages();
+    encodeMark(m_pending, JournalOperation::GroupEnd);
+    writePending();
+    syncInTime();
+}
+
+/// In place of the group's changes: what the tables are now.
+void Journal::writeImages() {
+    m_pending.clear();
+    encodeMark(m_pending, m_groupFlushed ? JournalOperation::GroupRestart : JournalOperation::GroupBegin);
+    if (m_tablesChanged) {
+        const QByteArray body = encodeBody(*m_database, BodyFor::Journal);
+        m_base.bodySize = std::uint64_t(body.size());
+        writeImage(body);
+        encodeMark(m_pending, JournalOperation::BodyImage);
+        return;
+    }
+    for (const Table *table : m_touched) {
+        writeImage(encodeTable(*table, BodyFor::Journal));
+        encodeTableImage(m_pending, indexOf(table));
+    }
+}
+
+void Journal::writeImage(const QByteArray &image) {
+    for (qsizetype at = 0; at < image.size(); at += imagePartSize) {
+        encodeImagePart(m_pending, QByteArrayView(image).sliced(at, std::min(imagePartSize, image.size() - at)));
+        writePending();
+    }
+}
+
+// ------------------------------------------------------------------------------------------------------------ writing
+
+void Journal::makeFile() {
+    if (m_base.place.path.empty())
+        throw std::runtime_error("the system does not tell where it stands");
+    auto folder = makeJournalFolder(m_ops, m_options.stateFolder);
+    if (!folder)
+        throw std::runtime_error(folder.error().toStdString());
+    JournalHead head;
+    head.place = m_base.place;
+    head.fileId = m_base.fileId;
+    head.base = m_base.saveId;
+    head.keyInFile = m_keyInFile;
+    auto file = JournalFile::create(m_ops, std::move(*folder), std::move(head), m_keys, *m_options.random);
+    if (!file)
+        throw WriteFailed{file.error()};
+    m_file.emplace(std::move(*file));
+}
+
+void Journal::writePending() {
+    if (!m_file)
+        makeFile();
+    require(m_file->append(m_pending));
+    m_pending.clear();
+    m_unsynced = true;
+}
+
+/// After a whole change: half a group is of no use on the disk.
+void Journal::syncInTime() {
+    const bool isSyncedLater = m_options.syncLater && m_options.syncLater();
+    if (!isSyncedLater && m_options.clock() - m_lastSync >= syncInterval)
+        syncPending();
+}
+
+void Journal::syncPending() noexcept {
+    if (!m_unsynced || !m_file)
+        return;
+    guarded([&] {
+        const bool lost = isRecording() && isLost();
+        if (lost && m_depth > 0)
+            return; // once the group is whole
+        m_unsynced = false;
+        m_lastSync = m_options.clock();
+        if (lost)
+            writeAnew();
+        require(m_file->sync());
+    });
+}
+
+/// Whether somebody has removed, moved, replaced or cut what was written.
+bool Journal::isLost() const {
+    return m_file->isLostFrom(journalFolderPath(m_options.stateFolder) + '/' + m_file->name());
+}
+
+/// All that has changed since the file was saved, whatever the journal held.
+void Journal::writeAnew() {
+    m_file.reset();
+    const QByteArray body = encodeBody(*m_database);
+    encodeMark(m_pending, JournalOperation::GroupBegin);
+    writeImage(body);
+    encodeMark(m_pending, JournalOperation::BodyImage);
+    encodeMark(m_pending, JournalOperation::GroupEnd);
+    writePending();
+    m_unsynced = false;
+    if (m_options.notice && !m_lossTold)
+        m_options.notice(QStringLiteral("%1: another program took away the journal that keeps its unsaved changes; it "
+                                        "was written anew")
+                             .arg(m_base.name));
+    m_lossTold = true;
+}
+
+// -------------------------------------------------------------------------------------------------- what comes after
+
+void Journal::reseal(const ContainerKeys &keys) {
+    m_keys = keys.clone();
+    m_keyInFile = false;
+    if (!isRecording() || !hasRecords())
+        return;
+    guarded([&] {
+        JournalHead head = m_file->head();
+        head.keyInFile = false;
+        auto resealed = JournalFile::replace(*m_file, std::move(head), m_keys, *m_options.random);
+        if (!resealed)
+            throw WriteFailed{resealed.error()};
+        m_file.emplace(std::move(*resealed));
+    });
+}
+
+void Journal::saving(const FileIdentifier &saveId) noexcept {
+    if (!isRecording() || !hasRecords())
+        return;
+    guarded([&] {
+        encodeSavingAs(m_pending, saveId);
+        writePending();
+        m_unsynced = false;
+        require(m_file->sync());
+    });
+}
+
+void Journal::discard() noexcept {
+    guarded([&] {
+        if (m_file)
+            (void)m_file->remove(); // one that stays starts from a version that is no more
+        stop();
+    });
+}
+
+void Journal::retire() noexcept {
+    guarded([&] {
+        if (hasRecords()) {
+            encodeMark(m_pending, JournalOperation::Ended); // above all for the time of the last change
+            (void)m_file->append(m_pending);
+            (void)m_file->retire();
+        }
+        stop();
+    });
+}
+
+} // namespace qir

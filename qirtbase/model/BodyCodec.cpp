@@ -1,0 +1,424 @@
+#include "qirtbase/model/BodyCodec.h"
+
+#include "base/Collation.h"
+#include "qirtbase/model/UnicodeText.h"
+
+#include <QSet>
+#include <QtEndian>
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <numeric>
+#include <span>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+constexpr std::size_t tableHeadSize = sizeof(std::uint32_t) + sizeof(std::uint16_t);
+constexpr std::size_t fieldHeadSize = sizeof(std::uint8_t) + sizeof(std::uint16_t);
+constexpr std::size_t lengthSize = sizeof(std::uint32_t); // of a text
+constexpr std::size_t nameHeadSize = sizeof(std::uint16_t);
+
+// ---------------------------------------------------------------------------------------------------------- encoding
+
+std::size_t encodedSize(const QString &name) {
+    return nameHeadSize + utf8Size(QStringView(name));
+}
+
+std::size_t encodedSize(const Column &column) {
+    return column.visit([&]<class Values>(const Values &values) -> std::size_t {
+        if constexpr (std::is_same_v<Values, PackedTexts>)
+            return values.size() * lengthSize + column.textBytes();
+        else
+            return values.size() * sizeof(typename Values::value_type);
+    });
+}
+
+std::size_t encodedSize(const Table &table) {
+    std::size_t size = tableHeadSize + encodedSize(table.name().text);
+    for (const Field &field : table.fields())
+        size += fieldHeadSize + nameHeadSize + field.name.utf8().size() + encodedSize(field.column);
+    return size;
+}
+
+/// Writes into memory that is known to be large enough.
+class BodyWriter {
+public:
+    explicit BodyWriter(char *out)
+        : m_out(out) {}
+
+    template<class Number>
+    void number(Number value) {
+        qToLittleEndian(value, m_out);
+        m_out += sizeof value;
+    }
+    void bytes(QByteArrayView bytes) { m_out = std::copy(bytes.begin(), bytes.end(), m_out); }
+    void name(const QString &text) {
+        number(static_cast<std::uint16_t>(utf8Size(QStringView(text))));
+        m_out = writeUtf8(m_out, QStringView(text));
+    }
+    void sectionHead(std::uint8_t type, std::uint8_t flags, std::size_t length) {
+        number(type);
+        number(flags);
+        number(std::uint16_t{0});
+        number(std::uint64_t{length});
+    }
+    void table(const Table &table, BodyFor use) {
+        const bool isCounted = table.fieldCount() != 0 || use == BodyFor::Journal;
+        number(static_cast<std::uint32_t>(isCounted ? table.recordCount() : 0));
+        number(static_cast<std::uint16_t>(table.fieldCount()));
+        name(table.name().text);
+        for (const Field &field : table.fields()) {
+            number(static_cast<std::uint8_t>(field.type()));
+            number(static_cast<std::uint16_t>(field.size));
+            number(static_cast<std::uint16_t>(field.name.utf8().size()));
+            bytes(QByteArrayView(field.name.utf8()));
+        }
+        for (const Field &field : table.fields())
+            field.column.visit([&](const auto &values) { column(values, field.column.textBytes()); });
+    }
+
+private:
+    template<class Number>
+    void column(const std::vector<Number> &numbers, std::size_t /*textBytes*/) {
+        if (numbers.empty())
+            return; // has no memory to read from
+        qToLittleEndian<Number>(numbers.data(), static_cast<qsizetype>(numbers.size()), m_out);
+        m_out += numbers.size() * sizeof(Number);
+    }
+
+    void column(const PackedTexts &texts, std::size_t textBytes) {
+        const auto together = texts.contiguousLatin1();
+        if (together && together->size() == textBytes) { // no character takes more than a byte: all ASCII
+            for (std::size_t i = 0; i < texts.size(); ++i)
+                number(texts.view(i).size);
+            bytes(QByteArrayView(together->data(), static_cast<qsizetype>(together->size())));
+            return;
+        }
+        for (std::size_t i = 0; i < texts.size(); ++i)
+            number(static_cast<std::uint32_t>(utf8Size(texts.view(i))));
+        for (std::size_t i = 0; i < texts.size(); ++i)
+            m_out = writeUtf8(m_out, texts.view(i));
+    }
+
+    char *m_out;
+};
+
+// ---------------------------------------------------------------------------------------------------------- decoding
+
+/// Why a body is refused; ends the decoding, leaves this file by decodeBody() alone.
+struct Refusal {
+    LoadErrorKind kind;
+    QString text;
+};
+
+[[noreturn]] void refuse(const QString &text) {
+    throw Refusal{LoadErrorKind::Damaged, text};
+}
+[[noreturn]] void refuseLimit(const QString &text) {
+    throw Refusal{LoadErrorKind::Limits, text};
+}
+
+/// What may still be allocated.
+class Budget {
+public:
+    explicit Budget(std::uint64_t bytes)
+        : m_left(bytes) {}
+
+    void take(std::uint64_t bytes) {
+        if (bytes > m_left)
+            refuseLimit(u"its tables take more memory than is allowed"_s);
+        m_left -= bytes;
+    }
+
+private:
+    std::uint64_t m_left;
+};
+
+/// Hands out bytes from the front, never more than there are.
+class Bytes {
+public:
+    explicit Bytes(QByteArrayView bytes)
+        : m_bytes(bytes) {}
+
+    std::uint64_t left() const { return static_cast<std::uint64_t>(m_bytes.size()); }
+    QByteArrayView take(std::uint64_t count) {
+        if (count > left())
+            refuse(u"a length in it reaches beyond its end"_s);
+        const auto size = static_cast<qsizetype>(count);
+        const QByteArrayView taken = m_bytes.first(size);
+        m_bytes = m_bytes.sliced(size);
+        return taken;
+    }
+    template<class Number>
+    Number number() {
+        return qFromLittleEndian<Number>(take(sizeof(Number)).data());
+    }
+
+private:
+    QByteArrayView m_bytes;
+};
+
+struct SectionHead {
+    std::uint8_t type = 0;
+    std::uint8_t flags = 0;
+    Bytes payload;
+};
+
+SectionHead readSection(Bytes &body) {
+    const auto type = body.number<std::uint8_t>();
+    const auto flags = body.number<std::uint8_t>();
+    if (body.number<std::uint16_t>() != 0)
+        refuse(u"bytes that must be zero are not"_s);
+    const auto length = body.number<std::uint64_t>();
+    return {type, flags, Bytes(body.take(length))};
+}
+
+class TableReader {
+public:
+    TableReader(Bytes payload, const BodyLimits &limits, Budget &budget)
+        : m_payload(payload)
+        , m_limits(limits)
+        , m_budget(budget) {}
+
+    std::unique_ptr<Table> read() {
+        m_records = m_payload.number<std::uint32_t>();
+        const std::size_t fieldCount = m_payload.number<std::uint16_t>();
+        if (m_records > m_limits.records)
+            refuseLimit(u"a table has more than %1 records"_s.arg(m_limits.records));
+        if (fieldCount > m_limits.fields)
+            refuseLimit(u"a table has more than %1 fields"_s.arg(m_limits.fields));
+        if (fieldCount == 0 && m_records > m_limits.recordsWithoutFields)
+            refuse(u"a table without fields has records"_s);
+        m_budget.take(sizeof(Table));
+        Name tableName = readName();
+
+        struct FieldHead {
+            ColumnType type;
+            std::uint16_t size;
+            Name name;
+        };
+        std::vector<FieldHead> heads;
+        QSet<QString> keys;
+        for (std::size_t i = 0; i < fieldCount; ++i) {
+            m_budget.take(sizeof(FieldHead) + sizeof(Field));
+            const auto type = columnType(m_payload.number<std::uint8_t>());
+            if (!type)
+                refuse(u"a field has an unknown type"_s);
+            const auto size = m_payload.number<std::uint16_t>();
+            if (*type != ColumnType::Text && size != 0)
+                refuse(u"a field that is no text has a size"_s);
+            heads.push_back({*type, size, readName()});
+            if (keys.contains(heads.back().name.key))
+                refuse(u"two fields of the table \"%1\" have the same name \"%2\""_s.arg(tableName.text,
+                                                                                         heads.back().name.text));
+            keys.insert(heads.back().name.key);
+        }
+        std::vector<Field> fields;
+        fields.reserve(fieldCount);
+        for (FieldHead &head : heads)
+            fields.push_back({FieldName(head.name), head.size, readColumn(head.type, head.size)});
+        if (m_payload.left() != 0)
+            refuse(u"a table has bytes left over"_s);
+        return std::make_unique<Table>(std::move(tableName), std::move(fields), m_records);
+    }
+
+private:
+    Name readName() {
+        const QByteArrayView bytes = m_payload.take(m_payload.number<std::uint16_t>());
+        m_budget.take(static_cast<std::uint64_t>(bytes.size()) * 2 * sizeof(QChar)); // text and key
+        Name name;
+        const auto length = readUtf8(bytes, name.text);
+        if (!length)
+            refuse(u"a name is not in UTF-8"_s);
+        if (*length > m_limits.nameLength)
+            refuseLimit(u"a name is longer than %1 characters"_s.arg(m_limits.nameLength));
+        name.key = collationKey(name.text);
+        if (name.key.isEmpty())
+            refuse(u"a name is empty"_s);
+        return name;
+    }
+
+    Column readColumn(ColumnType type, std::size_t size) {
+        switch (type) {
+        case ColumnType::Bool: {
+            auto flags = readNumbers<std::uint8_t>();
+            if (std::ranges::any_of(flags, [](std::uint8_t flag) { return flag > 1; }))
+                refuse(u"a bool is neither 0 nor 1"_s);
+            return {type, std::move(flags), 0};
+        }
+        case ColumnType::Byte:
+            return {type, readNumbers<std::uint8_t>(), 0};
+        case ColumnType::Int:
+            return {type, readNumbers<std::int16_t>(), 0};
+        case ColumnType::Long:
+            return {type, readNumbers<std::int32_t>(), 0};
+        case ColumnType::Double:
+        case ColumnType::Date: {
+            auto numbers = readNumbers<double>();
+            if (!allFinite(numbers))
+                refuse(u"a number is not finite"_s);
+            return {type, std::move(numbers), 0};
+        }
+        case ColumnType::Text:
+            break;
+        }
+        return readTexts(size);
+    }
+
+    template<class Number>
+    std::vector<Number> readNumbers() {
+        const QByteArrayView bytes = m_payload.take(std::uint64_t{m_records} * sizeof(Number));
+        m_budget.take(static_cast<std::uint64_t>(bytes.size()));
+        return fromLittleEndian<Number>(bytes);
+    }
+
+    template<class Number>
+    std::vector<Number> fromLittleEndian(QByteArrayView bytes) const {
+        std::vector<Number> numbers(m_records);
+        if (m_records != 0)
+            qFromLittleEndian<Number>(bytes.data(), static_cast<qsizetype>(m_records), numbers.data());
+        return numbers;
+    }
+
+    static bool allFinite(std::span<const double> numbers) {
+        constexpr std::uint64_t exponent = 0x7FF0000000000000U;
+        bool finite = true;
+        for (const double number : numbers)
+            finite &= (std::bit_cast<std::uint64_t>(number) & exponent) != exponent;
+        return finite;
+    }
+
+    Column readTexts(std::size_t size) {
+        const QByteArrayView lengthBytes = m_payload.take(std::uint64_t{m_records} * lengthSize);
+        m_budget.take(std::uint64_t{m_records} * (lengthSize + sizeof(std::uint64_t)));
+        const auto lengths = fromLittleEndian<std::uint32_t>(lengthBytes);
+        const std::uint64_t total = std::accumulate(lengths.begin(), lengths.end(), std::uint64_t{0});
+        const QByteArrayView bytes = m_payload.take(total);
+        PackedTexts texts;
+        if (isAscii(bytes)) {
+            m_budget.take(total);
+            if (std::ranges::any_of(lengths, [size](std::uint32_t length) { return length > size; }))
+                refuse(u"a text is longer than its field"_s);
+            texts.appendLatin1(bytes.data(), lengths);
+        } else {
+            m_budget.take(total * 2); // a text with a single wide character takes two bytes for each of its others
+            readUnicodeTexts(Bytes(bytes), lengths, size, texts);
+        }
+        return {ColumnType::Text, std::move(texts), static_cast<std::size_t>(total)};
+    }
+
+    static void readUnicodeTexts(Bytes bytes, std::span<const std::uint32_t> lengths, std::size_t size,
+                                 PackedTexts &texts) {
+        constexpr std::size_t utf8Longest = 4;
+        texts.reserve(lengths.size(), static_cast<std::size_t>(bytes.left()));
+        QString text;
+        for (const std::uint32_t length : lengths) {
+            const QByteArrayView utf8 = bytes.take(length);
+            if (length > size * utf8Longest)
+                refuse(u"a text is longer than its field"_s);
+            const auto codePoints = readUtf8(utf8, text);
+            if (!codePoints)
+                refuse(u"a text is not in UTF-8"_s);
+            if (*codePoints > size)
+                refuse(u"a text is longer than its field"_s);
+            texts.append(text);
+        }
+    }
+
+    Bytes m_payload;
+    const BodyLimits &m_limits;
+    Budget &m_budget;
+    std::size_t m_records = 0;
+};
+
+Database readDatabase(Bytes body, const BodyLimits &limits) {
+    Budget budget(limits.memory);
+    Database database;
+    QSet<QString> keys;
+    while (true) {
+        SectionHead section = readSection(body);
+        const bool mustBeKnown = (section.flags & section::mustBeKnown) != 0;
+        const bool isTable = section.type == static_cast<std::uint8_t>(SectionType::Table);
+        const bool isEnd = section.type == static_cast<std::uint8_t>(SectionType::End);
+        if ((isTable || isEnd) && section.flags != section::mustBeKnown)
+            refuse(u"a section has flags that its type does not have"_s);
+        if (isEnd) {
+            if (section.payload.left() != 0 || body.left() != 0)
+                refuse(u"there are bytes after its end"_s);
+            return database;
+        }
+        if (isTable) {
+            if (!database.foreignSections().empty())
+                refuse(u"a table stands after other sections"_s);
+            if (database.tableCount() >= limits.tables)
+                refuseLimit(u"it has more than %1 tables"_s.arg(limits.tables));
+            auto table = TableReader(section.payload, limits, budget).read();
+            if (keys.contains(table->name().key))
+                refuse(u"two tables have the same name \"%1\""_s.arg(table->name().text));
+            keys.insert(table->name().key);
+            database.append(std::move(table));
+        } else if (mustBeKnown) {
+            throw Refusal{LoadErrorKind::NewerVersion, u"it was made by a newer version of this program"_s};
+        } else {
+            const QByteArrayView payload = section.payload.take(section.payload.left());
+            budget.take(sizeof(ForeignSection) + static_cast<std::uint64_t>(payload.size()));
+            database.foreignSections().push_back({section.type, section.flags, payload.toByteArray()});
+        }
+    }
+}
+
+} // namespace
+
+QByteArray encodeBody(const Database &database, BodyFor use) {
+    std::vector<std::size_t> tableSizes;
+    std::size_t size = section::headSize; // of the end
+    for (std::size_t i = 0; i < database.tableCount(); ++i) {
+        tableSizes.push_back(encodedSize(database.table(i)));
+        size += section::headSize + tableSizes.back();
+    }
+    for (const ForeignSection &foreign : database.foreignSections())
+        size += section::headSize + static_cast<std::size_t>(foreign.payload.size());
+
+    QByteArray body(static_cast<qsizetype>(size), Qt::Uninitialized);
+    BodyWriter writer(body.data());
+    for (std::size_t i = 0; i < database.tableCount(); ++i) {
+        writer.sectionHead(static_cast<std::uint8_t>(SectionType::Table), section::mustBeKnown, tableSizes[i]);
+        writer.table(database.table(i), use);
+    }
+    for (const ForeignSection &foreign : database.foreignSections()) {
+        writer.sectionHead(foreign.type, foreign.flags, static_cast<std::size_t>(foreign.payload.size()));
+        writer.bytes(foreign.payload);
+    }
+    writer.sectionHead(static_cast<std::uint8_t>(SectionType::End), section::mustBeKnown, 0);
+    return body;
+}
+
+LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits) {
+    try {
+        return readDatabase(Bytes(body), limits);
+    } catch (const Refusal &refusal) {
+        return tl::unexpected(LoadError{refusal.kind, refusal.text});
+    }
+}
+
+QByteArray encodeTable(const Table &table, BodyFor use) {
+    QByteArray payload(static_cast<qsizetype>(encodedSize(table)), Qt::Uninitialized);
+    BodyWriter(payload.data()).table(table, use);
+    return payload;
+}
+
+LoadResult<std::unique_ptr<Table>> decodeTable(QByteArrayView payload, const BodyLimits &limits) {
+    try {
+        Budget budget(limits.memory);
+        return TableReader(Bytes(payload), limits, budget).read();
+    } catch (const Refusal &refusal) {
+        return tl::unexpected(LoadError{refusal.kind, refusal.text});
+    }
+}
+
+} // namespace qir

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "qirtbase/model/Change.h"
+#include "qirtbase/model/Table.h"
+#include "qirtbase/model/UndoLog.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace qir {
+
+/// Part of a file that a newer version wrote and that a reader need not know: kept and written back.
+struct ForeignSection {
+    std::uint8_t type;
+    std::uint8_t flags;
+    QByteArray payload;
+};
+
+/// An ordered list of tables, and the rules by which it changes.
+///
+/// Everything counts from 0 here and is the caller's to keep in range. What breaks a rule (a taken or empty name, an
+/// unknown type, a limit passed) throws DatabaseError, a lack of memory std::bad_alloc or std::length_error; nothing is
+/// changed then. Members that give bool tell whether anything changed: writing what is already there does not. Tables
+/// keep their address while they are in the list, also through undo.
+class Database {
+public:
+    std::size_t tableCount() const { return m_tables.size(); }
+    const Table &table(std::size_t index) const { return *m_tables[index]; }
+    Table &table(std::size_t index) { return *m_tables[index]; }
+    /// By collation key.
+    std::optional<std::size_t> findTable(const QString &name) const;
+
+    /// Appends a table of one text field and one record.
+    void addTable(const QString &name);
+    bool renameTable(std::size_t index, const QString &name);
+    void removeTable(std::size_t index);
+
+    // The tables given to the following are this database's own.
+
+    /// Appends a field of zeros or empty texts. `size` counts for text only: rounded, halves to even, and kept within
+    /// 0 to limits::textSize.
+    void addField(Table &table, const QString &name, int typeCode, double size);
+    bool renameField(Table &table, std::size_t index, const QString &name);
+    void removeField(Table &table, std::size_t index);
+    /// Does nothing to a field that is no text. Texts longer than the new size are cut.
+    bool resizeField(Table &table, std::size_t index, double size);
+
+    void addRecord(Table &table);
+    void removeRecord(Table &table, std::size_t record);
+    /// Takes the records of tables without fields away, which no file keeps. Outside groups only.
+    void dropRecordsWithoutFields();
+
+    /// Stores the nearest value that the field holds; a text field gets the number's text.
+    bool setNumber(Table &table, std::size_t field, std::size_t record, double number);
+    /// Stores the text cut at the field's size; a field of another type gets the number that it begins with.
+    bool setText(Table &table, std::size_t field, std::size_t record, const QString &text);
+
+    /// Groups of changes; they nest. `endGroup` keeps what the innermost did, `undoGroup` brings back what stood
+    /// before.
+    bool hasOpenGroup() const { return m_undo.isOpen(); }
+    void beginGroup();
+    void endGroup();
+    void undoGroup();
+
+    /// Who is told of changes from now on; null for nobody. Must outlive the database or be taken away first.
+    void setListener(ChangeListener *listener) { m_listener = listener; }
+
+    /// For whoever reads a file: appends a table that obeys all rules, its key not taken.
+    void append(std::unique_ptr<Table> table) { m_tables.push_back(std::move(table)); }
+    /// For whoever restores a database: puts a table that obeys all rules, its key not taken by another, in the place
+    /// of one. Told to nobody, and not undone.
+    void replaceTable(std::size_t index, std::unique_ptr<Table> table) { m_tables[index] = std::move(table); }
+    /// The same for all of them.
+    void replaceTables(Database &&other) {
+        m_tables = std::move(other.m_tables);
+        m_foreignSections = std::move(other.m_foreignSections);
+    }
+    std::vector<ForeignSection> &foreignSections() { return m_foreignSections; }
+    const std::vector<ForeignSection> &foreignSections() const { return m_foreignSections; }
+
+private:
+    std::optional<std::size_t> findKey(const QString &key) const;
+    void tell(const Change &change) const {
+        if (m_listener)
+            m_listener->changed(change);
+    }
+
+    UndoLog::Tables m_tables;
+    std::vector<ForeignSection> m_foreignSections;
+    UndoLog m_undo;
+    ChangeListener *m_listener = nullptr;
+};
+
+} // namespace qir
