@@ -6,7 +6,7 @@
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "pane/ActivePane.h"
-#include "pane/PaneTable.h"
+
 #include "platform/dialogs/Dialogs.h"
 
 #include <QLabel>
@@ -18,20 +18,20 @@ namespace qir {
 void CloseCommands::askAndRelease(int pane) {
     if (!ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(pane)))
         m_editor.OggettoDtb(pane).setDtbHasChanged(false);
-    releaseComponent(m_editor, pane);
+    m_editor.pane(pane).release();
 }
 
 void CloseCommands::showReleased(int pane) {
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
-    if (pane == m_editor.state.IndexAttivo) // the keyboard stays in this pane
-        m_editor.controls.pane[static_cast<std::size_t>(pane)].hint->setFocus();
+    if (pane == m_editor.IndexAttivo()) // the keyboard stays in this pane
+        m_editor.pane(pane).controls().hint->setFocus();
     m_alignment.MostraTabelleDiverseInLista();
     m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore);
 }
 
 void CloseCommands::CloseDatabaseMenu_Click() {
-    const int pane = m_editor.state.IndexAttivo;
+    const int pane = m_editor.IndexAttivo();
     askAndRelease(pane);
     showReleased(pane);
 }
@@ -44,7 +44,7 @@ bool CloseCommands::Form_QueryUnload() {
             messageBox(m_editor.controls.window, errorWords(error), applicationTitle());
             if (pane == 1)
                 showReleased(0);
-            AbilitaMenu(m_editor, m_editor.state.IndexAttivo);
+            AbilitaMenu(m_editor, m_editor.IndexAttivo());
             return false;
         }
     }

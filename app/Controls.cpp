@@ -66,22 +66,23 @@ PaneControls buildPane(QWidget &parent, int pane) {
 
 } // namespace
 
-void showHint(const EditorControls &controls, int pane, const QString &failure) {
+void showHint(const EditorContext &editor, int pane, const QString &failure) {
     QString text = QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one.");
     if (!failure.isEmpty())
         text.prepend(failure + u"\n\n"_s);
-    QLabel &hint = *controls.pane[static_cast<std::size_t>(pane)].hint;
+    QLabel &hint = *editor.pane(pane).controls().hint;
     hint.setText(text);
     hint.setAccessibleName((pane == 0 ? u"Left "_s : u"Right "_s) + u"pane: "_s + text);
 }
 
-void buildControls(QMainWindow &window, EditorControls &controls) {
+void buildControls(QMainWindow &window, EditorContext &editor) {
+    EditorControls &controls = editor.controls;
     auto *area = new QWidget(&window);
     window.setCentralWidget(area);
     controls.window = &window;
     for (const int pane : {0, 1}) {
-        controls.pane[static_cast<std::size_t>(pane)] = buildPane(*area, pane);
-        showHint(controls, pane, QString());
+        editor.pane(pane).setControls(buildPane(*area, pane));
+        showHint(editor, pane, QString());
     }
 
     controls.ProgressBarCompare = new QProgressBar(area);

@@ -10,9 +10,9 @@ namespace qir {
 
 /// Builds the controls of both panes and those that they share, as children of the window's central widget, with
 /// their object names and accessible names, and enters them into `controls`. The window owns what is made.
-void buildControls(QMainWindow &window, EditorControls &controls);
+void buildControls(QMainWindow &window, EditorContext &editor);
 
 /// What an empty pane says: how to open a database, and before that why one could not be opened, "" for nothing.
-void showHint(const EditorControls &controls, int pane, const QString &failure);
+void showHint(const EditorContext &editor, int pane, const QString &failure);
 
 } // namespace qir

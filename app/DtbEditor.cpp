@@ -24,13 +24,15 @@ using namespace Qt::StringLiterals;
 DtbEditor::DtbEditor()
     : m_notices(*this)
     , m_focus(m_editor)
-    , m_differingTables(m_editor)
-    , m_alignment(m_editor, m_differingTables)
-    , m_differences(m_editor, m_differingTables)
+    , m_equalTables(m_editor)
+    , m_marks(m_editor, m_equalTables)
+    , m_alignment(m_editor, m_marks)
+    , m_differences(m_editor, m_marks, m_equalTables)
     , m_tables(m_editor, m_differences)
-    , m_cellEditor(m_editor, m_differingTables)
-    , m_clipboard(m_editor, m_differences, m_tables)
-    , m_sorting(m_editor, m_differences, m_tables)
+    , m_gridSave(m_editor, m_differences)
+    , m_cellEditor(m_editor, m_marks)
+    , m_clipboard(m_editor, m_gridSave, m_tables)
+    , m_sorting(m_editor, m_gridSave, m_tables)
     , m_gridPopups(m_editor)
     , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
     , m_gridConnections(m_editor, m_gridEvents, m_cellEditor)
@@ -43,7 +45,7 @@ DtbEditor::DtbEditor()
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
     resize(1000, 700);
-    buildControls(*this, m_editor.controls);
+    buildControls(*this, m_editor);
     buildMenus(*this, m_editor.controls);
     for (const int pane : {0, 1})
         connectPane(pane);
@@ -61,8 +63,8 @@ DtbEditor::DtbEditor()
 
 // Components die before the controls that show them.
 DtbEditor::~DtbEditor() {
-    for (QirDatabase &database : m_editor.state.OggettoDtb)
-        database.release();
+    for (const int pane : {0, 1})
+        m_editor.pane(pane).releaseDatabase();
     m_notices.show();
 }
 
@@ -71,7 +73,7 @@ StartResult DtbEditor::Form_Load(const QString &commandLine) {
 }
 
 void DtbEditor::connectPane(int pane) {
-    const PaneControls &controls = m_editor.controls.pane[static_cast<std::size_t>(pane)];
+    const PaneControls &controls = m_editor.pane(pane).controls();
     connect(controls.ListaTabelle, &ListBox::Click, this,
             [this, pane] { runCommand([&] { m_tables.ListaTabelle_Click(pane); }); });
     m_gridConnections.connectPane(pane);
@@ -103,8 +105,8 @@ void DtbEditor::connectCommands() {
     onCommand(Command::AboutMenu, [this] { AboutMenu_Click(m_editor); });
     onCommand(Command::ColumnSizeAdjust, [this] { ColumnSizeAdjust_Click(m_editor); });
     onCommand(Command::SortFPOP, [this] { m_sorting.SortFPOP_Click(); });
-    onCommand(Command::CopyMenu, [this] { m_clipboard.COPIA_AreaTabella(m_editor.state.IndexAttivo); });
-    onCommand(Command::PasteMenu, [this] { m_clipboard.INCOLLA_AreaTabella(m_editor.state.IndexAttivo); });
+    onCommand(Command::CopyMenu, [this] { m_clipboard.COPIA_AreaTabella(m_editor.IndexAttivo()); });
+    onCommand(Command::PasteMenu, [this] { m_clipboard.INCOLLA_AreaTabella(m_editor.IndexAttivo()); });
     m_structure.connectCommands(
         [this](Command command, std::function<void()> procedure) { onCommand(command, std::move(procedure)); });
 }

@@ -8,8 +8,9 @@
 #include "app/SaveCommands.h"
 #include "app/StructureConnections.h"
 #include "compare/CellDifferences.h"
-#include "compare/DifferingTables.h"
+#include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
+#include "compare/TableMarks.h"
 #include "pane/EditorContext.h"
 #include "pane/PaneFocus.h"
 #include "platform/grid/GridPair.h"
@@ -17,8 +18,9 @@
 #include "view/CellEditor.h"
 #include "view/GridEvents.h"
 #include "view/GridPopups.h"
+#include "view/GridSave.h"
 #include "view/Sorting.h"
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 #include <QMainWindow>
 
@@ -63,10 +65,12 @@ private:
     Notices m_notices;
     EditorContext m_editor;
     PaneFocus m_focus;
-    DifferingTables m_differingTables;
+    EqualTables m_equalTables;
+    TableMarks m_marks;
     TableListAlignment m_alignment;
     CellDifferences m_differences;
-    TableView m_tables;
+    TableLoader m_tables;
+    GridSave m_gridSave;
     CellEditor m_cellEditor;
     AreaClipboard m_clipboard;
     Sorting m_sorting;

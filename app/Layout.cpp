@@ -75,8 +75,8 @@ void RicalcolaSistemazioneForm(EditorContext &editor) {
     editor.IDtb(0).setGeometry(left, 0, width, height);
     editor.IDtb(1).setGeometry(left + width, 0, width, height);
     editor.IDtb(1).setVisible(two);
-    for (const PaneControls &pane : editor.controls.pane)
-        placeInFrame(pane);
+    for (const int pane : {0, 1})
+        placeInFrame(editor.pane(pane).controls());
     editor.controls.ProgressBarCompare->setGeometry(left, height + (area->height() - height - barHeight) / 2,
                                                     two ? 2 * width : width, barHeight);
 }

@@ -6,10 +6,10 @@
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "pane/ActivePane.h"
-#include "pane/PaneTable.h"
+
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 #include <QAction>
 #include <QGroupBox>
@@ -39,7 +39,7 @@ int lineOfKey(const ListBox &list, const QString &key) {
 } // namespace
 
 void ModeCommands::selectInBothLists(int line, int top) {
-    const RefillScope refill(m_editor); // what is selected is loaded afterwards
+    const RefillScope refill(m_editor.listClicks()); // what is selected is loaded afterwards
     for (const int pane : {0, 1}) {
         m_editor.ListaTabelle(pane).setListIndex(line);
         m_editor.ListaTabelle(pane).setTopIndex(top);
@@ -54,23 +54,23 @@ void ModeCommands::setMode(bool two) {
 void ModeCommands::closeRightPane(bool keep) {
     if (!keep)
         m_editor.OggettoDtb(1).setDtbHasChanged(false);
-    releaseComponent(m_editor, 1);
+    m_editor.pane(1).release();
     AbilitaMenu(m_editor, 1);
 }
 
 void ModeCommands::showMode() {
     // The pane that is not shown any more cannot be the active one.
-    if (!m_editor.twoPanes() && m_editor.state.IndexAttivo == 1)
-        m_editor.state.IndexAttivo = 0;
+    if (!m_editor.twoPanes() && m_editor.IndexAttivo() == 1)
+        activatePane(m_editor, 0);
     // Nor can it keep the keyboard: also while another window is active, a hidden control would get the keys later.
     const QWidget *focus = m_editor.controls.window->focusWidget();
     if (!m_editor.twoPanes() && focus != nullptr && m_editor.IDtb(1).isAncestorOf(focus)) {
-        const PaneControls &left = m_editor.controls.pane[0];
+        const PaneControls &left = m_editor.pane(0).controls();
         (m_editor.DtbAperto(0) ? static_cast<QWidget *>(left.ListaTabelle) : left.hint)->setFocus(Qt::OtherFocusReason);
     }
     RicalcolaSistemazioneForm(m_editor);
     SettaColoriIndexAttivo(m_editor);
-    AbilitaMenu(m_editor, m_editor.state.IndexAttivo);
+    AbilitaMenu(m_editor, m_editor.IndexAttivo());
 }
 
 void ModeCommands::showModeAfterError() {
@@ -80,7 +80,7 @@ void ModeCommands::showModeAfterError() {
 }
 
 void ModeCommands::OneMenu_Click() {
-    endEdit(m_editor);
+    m_editor.endEdit();
     // The chosen item has toggled its own check mark already; the other one's still tells the mode.
     const bool wasOnePane = !m_editor.controls.action(Command::TwoMenu).isChecked();
     setMode(wasOnePane);
@@ -100,7 +100,7 @@ void ModeCommands::OneMenu_Click() {
 }
 
 void ModeCommands::TwoMenu_Click() {
-    endEdit(m_editor);
+    m_editor.endEdit();
     const bool wasTwoPanes = !m_editor.controls.action(Command::OneMenu).isChecked();
     setMode(!wasTwoPanes);
     // Unlike the other command this one compares nothing: the left list keeps its marks.
@@ -115,7 +115,7 @@ void ModeCommands::TwoMenu_Click() {
 }
 
 void ModeCommands::CompareAgainMenu_Click() {
-    const int pane = std::max(m_editor.state.IndexAttivo, 0);
+    const int pane = std::max(m_editor.IndexAttivo(), 0);
     const ListBox &list = m_editor.ListaTabelle(pane);
     const QString selected = list.ListIndex() < 0 ? QString() : collationKey(list.List(list.ListIndex()));
     const int top = list.TopIndex();
@@ -128,10 +128,10 @@ void ModeCommands::CompareAgainMenu_Click() {
 }
 
 void ModeCommands::OtherPaneMenu_Click() {
-    const int from = m_editor.state.IndexAttivo;
+    const int from = m_editor.IndexAttivo();
     const int to = from < 0 ? 0 : 1 - from;
     const bool gridLeft = from >= 0 && m_editor.Tabella(from).hasFocus();
-    const PaneControls &target = m_editor.controls.pane[static_cast<std::size_t>(to)];
+    const PaneControls &target = m_editor.pane(to).controls();
     activatePane(m_editor, to);
     if (!m_editor.DtbAperto(to))
         target.hint->setFocus(Qt::ShortcutFocusReason);

@@ -6,13 +6,14 @@ namespace qir {
 
 class CellDifferences;
 class TableListAlignment;
-class TableView;
+class TableLoader;
 
 /// One pane or two, and what concerns both panes at once. The mode is held in the check marks of the two mode commands
 /// alone.
 class ModeCommands {
 public:
-    ModeCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableView &tables)
+    ModeCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
+                 TableLoader &tables)
         : m_editor(editor)
         , m_alignment(alignment)
         , m_differences(differences)
@@ -41,7 +42,7 @@ private:
     EditorContext &m_editor;
     TableListAlignment &m_alignment;
     CellDifferences &m_differences;
-    TableView &m_tables;
+    TableLoader &m_tables;
 };
 
 } // namespace qir

@@ -13,11 +13,11 @@
 #include "compare/TableListAlignment.h"
 #include "db/ChosenPlaces.h"
 #include "pane/ActivePane.h"
-#include "pane/PaneTable.h"
+
 #include "platform/dialogs/Dialogs.h"
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 #include <QAction>
 #include <QLabel>
@@ -29,59 +29,35 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// True while an open runs; goes back by itself however the open ends.
-class OpeningScope {
-public:
-    explicit OpeningScope(EditorState &state)
-        : m_state(state) {
-        m_state.CaricamentoInCorso = true;
-    }
-    ~OpeningScope() { m_state.CaricamentoInCorso = false; }
-    OpeningScope(const OpeningScope &) = delete;
-    OpeningScope &operator=(const OpeningScope &) = delete;
-
-private:
-    EditorState &m_state;
-};
-
-} // namespace
-
 StartResult OpenCommand::Form_Load(const QString &commandLine) {
-    EditorState &state = m_editor.state;
     m_editor.txtEdit(0).hide();
-    state.UltimoListIndex = {-1, -1};
-    state.IndexAttivo = 0;
+    activatePane(m_editor, 0);
     QString name = commandLine;
     if (!name.isEmpty()) {
         SostituisciTesto(name, u"'"_s, QString());
         SostituisciTesto(name, u"\""_s, QString());
     }
     if (EsisteFile(name))
-        m_editor.NomeFileDtb(0) = name;
+        m_editor.pane(0).setNomeFileDtb(name);
     if (m_editor.NomeFileDtb(0).isEmpty()) {
-        state.IndexAttivo = -1;
-        SettaColoriIndexAttivo(m_editor);
-        AbilitaMenu(m_editor, -1);
+        activatePane(m_editor, -1);
         // A name that may mean two files is no name of a missing one: that would be ignored.
         if (const Result<QString> reached = reachIgnoringCase(name); !reached)
             messageBox(m_editor.controls.window, u"'%1': %2"_s.arg(name, reached.error().text), u"!"_s);
         return StartResult::NothingToOpen;
     }
-    SettaColoriIndexAttivo(m_editor);
     if (!loadComponent(0)) {
         showLoadFailure(0);
         return StartResult::CannotLoad;
     }
     try {
-        const RefillScope refill(m_editor);
+        const RefillScope refill(m_editor.listClicks());
         CaricaListaTabelle(m_editor.OggettoDtb(0), m_editor.ListaTabelle(0));
     } catch (const std::exception &) {
         giveUp(0);
         throw;
     }
-    m_editor.DtbAperto(0) = true;
+    m_editor.pane(0).setOpen(true);
     m_tables.CaricaTabellaDaLista(0);
     ListBox &list = m_editor.ListaTabelle(0);
     if (list.ListIndex() < 0 && list.ListCount() > 0)
@@ -93,16 +69,14 @@ StartResult OpenCommand::Form_Load(const QString &commandLine) {
 }
 
 void OpenCommand::OpenDatabase_Click() {
-    const OpeningScope opening(m_editor.state);
-    if (m_editor.state.IndexAttivo == -1) {
-        m_editor.state.IndexAttivo = 0;
-        SettaColoriIndexAttivo(m_editor);
-    }
-    const int pane = m_editor.state.IndexAttivo;
+    const OpeningScope opening(m_editor.listClicks());
+    if (m_editor.IndexAttivo() == -1)
+        activatePane(m_editor, 0);
+    const int pane = m_editor.IndexAttivo();
     if (m_editor.NomeFileDtb(pane).isEmpty()) {
         if (!ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(pane)))
             m_editor.OggettoDtb(pane).setDtbHasChanged(false);
-        releaseComponent(m_editor, pane);
+        m_editor.pane(pane).release();
         AbilitaMenu(m_editor, pane);
     }
     QString name;
@@ -110,9 +84,9 @@ void OpenCommand::OpenDatabase_Click() {
     CaricaSecco(name, chosen);
     if (!chosen)
         return;
-    m_editor.NomeFileDtb(pane) = name;
+    m_editor.pane(pane).setNomeFileDtb(name);
     m_editor.controls.action(Command::ChangePassword).setEnabled(true);
-    showFileName(m_editor, pane, name);
+    m_editor.pane(pane).showFileName(name);
     if (loadComponent(pane)) {
         showOpenedTables();
     } else {
@@ -136,7 +110,7 @@ void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
 }
 
 void OpenCommand::createComponent(int pane) {
-    m_editor.OggettoDtb(pane) = QirDatabase::create();
+    m_editor.pane(pane).setDatabase(QirDatabase::create());
     m_notices.listenTo(m_editor.OggettoDtb(pane));
 }
 
@@ -151,19 +125,19 @@ bool OpenCommand::loadComponent(int pane) {
 
 void OpenCommand::giveUp(int pane) {
     // The old database is gone already: menus and lists must not offer it any more.
-    releaseComponent(m_editor, pane);
+    m_editor.pane(pane).release();
     AbilitaMenu(m_editor, pane);
     m_alignment.MostraTabelleDiverseInLista();
 }
 
 bool OpenCommand::loadFreshComponent(int pane) {
     const QString name = m_editor.NomeFileDtb(pane);
-    showFileName(m_editor, pane, name);
+    m_editor.pane(pane).showFileName(name);
     m_editor.nomelab(pane).show(); // a password is asked for below
-    showHint(m_editor.controls, pane, QString());
+    showHint(m_editor, pane, QString());
     // The old component goes before the next load: both could hold the same file.
-    releaseComponent(m_editor, pane);
-    m_editor.state.ComparisonDue = true; // the other grid is left alone, for good if the load fails
+    m_editor.pane(pane).release();
+    m_differences.becomeDue(); // the other grid is left alone, for good if the load fails
     createComponent(pane);
     std::optional<FreedMemoryWipe> wipe;
     SecretText password;
@@ -173,7 +147,7 @@ bool OpenCommand::loadFreshComponent(int pane) {
                                        m_editor.OggettoDtb(pane).PasswordNote(name)));
     }
     // The component that was made before the question is replaced by a fresh one.
-    m_editor.OggettoDtb(pane).release();
+    m_editor.pane(pane).releaseDatabase();
     createComponent(pane);
     tellPlace(m_editor.OggettoDtb(pane), name);
     if (!unlockWithoutStandingStill(m_editor.controls.window, m_editor.OggettoDtb(pane), name, password.text()))
@@ -190,18 +164,18 @@ QString OpenCommand::loadFailure(int pane) const {
 }
 
 void OpenCommand::showLoadFailure(int pane) {
-    m_editor.DtbAperto(pane) = false;
+    m_editor.pane(pane).setOpen(false);
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
     const QString reason = loadFailure(pane);
-    showHint(m_editor.controls, pane, reason);
+    showHint(m_editor, pane, reason);
     messageBox(m_editor.controls.window, u"Can't load '"_s + m_editor.NomeFileDtb(pane) + u"'"_s, u"!!"_s, reason);
 }
 
 void OpenCommand::showOpenedTables() {
-    const int pane = m_editor.state.IndexAttivo;
+    const int pane = m_editor.IndexAttivo();
     const int other = 1 - pane;
-    m_editor.DtbAperto(pane) = true;
+    m_editor.pane(pane).setOpen(true);
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
     m_editor.ListaTabelle(pane).setFocus();
@@ -220,8 +194,8 @@ void OpenCommand::showOpenedTables() {
         otherList.setTopIndex(list.TopIndex());
         m_tables.RichiamaTabella(other, u"ListaTabelle"_s);
         activatePane(m_editor, pane);
-    } else if (realTableSelected(m_editor, other)) {
-        makeTableCurrent(m_editor, other, selectedTableName(m_editor, other));
+    } else if (m_editor.pane(other).realTableSelected()) {
+        m_editor.pane(other).makeTableCurrent(m_editor.pane(other).selectedTableName());
     }
     m_differences.EvidenziaDifferenzeTabella();
 }

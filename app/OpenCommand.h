@@ -7,7 +7,7 @@ namespace qir {
 class CellDifferences;
 class Notices;
 class TableListAlignment;
-class TableView;
+class TableLoader;
 
 enum class StartResult {
     NothingToOpen, ///< The window opens without a database.
@@ -18,7 +18,7 @@ enum class StartResult {
 /// Puts a database into a pane: at the start from the command line, later by the open command.
 class OpenCommand {
 public:
-    OpenCommand(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableView &tables,
+    OpenCommand(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableLoader &tables,
                 Notices &notices)
         : m_editor(editor)
         , m_alignment(alignment)
@@ -49,7 +49,7 @@ private:
     EditorContext &m_editor;
     TableListAlignment &m_alignment;
     CellDifferences &m_differences;
-    TableView &m_tables;
+    TableLoader &m_tables;
     Notices &m_notices;
 };
 

@@ -1,7 +1,7 @@
 #include "app/PasswordCommand.h"
 
-#include "dialogs/CustomInputBox.h"
 #include "base/SecretText.h"
+#include "dialogs/CustomInputBox.h"
 
 namespace qir {
 
@@ -19,7 +19,7 @@ void ChangePassword_Click(EditorContext &editor) {
     const SecretText replacement(ask(u"New password:"_s, cancelled));
     if (cancelled)
         return;
-    editor.OggettoDtb(editor.state.IndexAttivo).NewPassword(current.text(), replacement.text());
+    editor.OggettoDtb(editor.IndexAttivo()).NewPassword(current.text(), replacement.text());
 }
 
 } // namespace qir

@@ -14,7 +14,7 @@ namespace qir {
 using namespace Qt::StringLiterals;
 
 void SaveCommands::SaveMenu_Click() {
-    const QirDatabase &database = m_editor.OggettoDtb(m_editor.state.IndexAttivo);
+    const QirDatabase &database = m_editor.OggettoDtb(m_editor.IndexAttivo());
     try {
         database.SaveDtb();
     } catch (const std::bad_alloc &) {
@@ -30,7 +30,7 @@ void SaveCommands::SaveMenu_Click() {
 }
 
 void SaveCommands::SaveAsMenu_Click() {
-    const int pane = m_editor.state.IndexAttivo;
+    const int pane = m_editor.IndexAttivo();
     QString name;
     bool chosen = false;
     SalvaSecco(name, chosen);
@@ -40,7 +40,7 @@ void SaveCommands::SaveAsMenu_Click() {
         messageBox(m_editor.controls.window, reason, u"!"_s);
         return;
     }
-    m_editor.NomeFileDtb(pane) = name; // before the component has accepted it
+    m_editor.pane(pane).setNomeFileDtb(name); // before the component has accepted it
     const QirDatabase &database = m_editor.OggettoDtb(pane);
     tellPlace(database, name);
     if (!database.SetDatabaseFileName(name)) {
@@ -50,7 +50,7 @@ void SaveCommands::SaveAsMenu_Click() {
     database.setDtbHasChanged(true); // an unchanged database may not be written
     database.SaveDtb();
     database.setDtbHasChanged(false);
-    showFileName(m_editor, pane, name);
+    m_editor.pane(pane).showFileName(name);
 }
 
 void SaveCommands::SalvaSecco(QString &fileName, bool &chosen) {

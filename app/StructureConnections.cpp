@@ -5,10 +5,10 @@
 namespace qir {
 
 StructureConnections::StructureConnections(EditorContext &editor, TableListAlignment &alignment,
-                                           CellDifferences &differences, TableView &tables)
+                                           CellDifferences &differences, TableLoader &tables)
     : m_editor(editor)
     , m_listPopup(editor)
-    , m_tables(editor, alignment, tables)
+    , m_tables(editor, alignment, differences, tables)
     , m_fields(editor, differences, tables)
     , m_records(editor, differences, tables)
     , m_clones(editor, alignment, differences, tables) {}

@@ -18,7 +18,7 @@ namespace qir {
 class StructureConnections : public QObject {
 public:
     StructureConnections(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
-                         TableView &tables);
+                         TableLoader &tables);
 
     void connectPane(int pane);
     /// Hands each command with its procedure to `onCommand`.

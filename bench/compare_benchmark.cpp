@@ -64,15 +64,17 @@ QirDatabase databaseOfTables(bool changed) {
 class BothPanes {
 public:
     BothPanes(QirDatabase left, QirDatabase right)
-        : tables(editor())
-        , alignment(editor(), tables)
-        , differences(editor(), tables) {
+        : equal(editor())
+        , marks(editor(), equal)
+        , alignment(editor(), marks)
+        , differences(editor(), marks, equal) {
         m_window.show();
         editor().controls.action(Command::OneMenu).setChecked(false);
         editor().controls.action(Command::TwoMenu).setChecked(true);
-        editor().OggettoDtb(0) = std::move(left);
-        editor().OggettoDtb(1) = std::move(right);
-        editor().state.DtbAperto = {true, true};
+        editor().pane(0).setDatabase(std::move(left));
+        editor().pane(1).setDatabase(std::move(right));
+        for (const int pane : {0, 1})
+            editor().pane(pane).setOpen(true);
         QApplication::processEvents();
     }
 
@@ -91,7 +93,8 @@ private:
     DtbEditor m_window;
 
 public:
-    DifferingTables tables;
+    EqualTables equal;
+    TableMarks marks;
     TableListAlignment alignment;
     CellDifferences differences;
 };
@@ -166,20 +169,20 @@ void paintBothGrids(benchmark::State &state) {
             panes.editor().Tabella(pane).paintDifferences(nothing);
         state.ResumeTiming();
         for (const int pane : {0, 1})
-            panes.editor().Tabella(pane).paintDifferences(panes.editor().state.CelleDiverse);
+            panes.editor().Tabella(pane).paintDifferences(panes.editor().CelleDiverse());
     }
 }
 
 void updateOneEditedCell(benchmark::State &state) {
     BothPanes &panes = shownMixedTables();
-    BitMatrix &different = panes.editor().state.CelleDiverse;
+    BitMatrix &different = panes.editor().CelleDiverse();
     bool differs = false;
     for (auto _ : state) {
         differs = !differs;
         different.set(manyRecords / 2, 3, differs);
-        panes.tables.SetEqualColor(0, manyRecords / 2, 3);
-        panes.tables.SetEqualColor(1, manyRecords / 2, 3);
-        panes.tables.MostraTabellaDiversaInLista();
+        SetEqualColor(panes.editor(), 0, manyRecords / 2, 3);
+        SetEqualColor(panes.editor(), 1, manyRecords / 2, 3);
+        panes.marks.MostraTabellaDiversaInLista();
     }
 }
 

@@ -35,20 +35,21 @@ public:
         editor().controls.action(Command::OneMenu).setChecked(false);
         editor().controls.action(Command::TwoMenu).setChecked(true);
         for (const int pane : {0, 1}) {
-            editor().OggettoDtb(pane) = QirDatabase::create();
+            editor().pane(pane).setDatabase(QirDatabase::create());
             bench::addMixedTable(editor().OggettoDtb(pane), u"Mixed"_s, manyRecords);
             if (pane == 1)
                 bench::changeSomeCells(editor().OggettoDtb(pane));
-            editor().DtbAperto(pane) = true;
+            editor().pane(pane).setOpen(true);
         }
-        DifferingTables tables(editor());
-        TableListAlignment alignment(editor(), tables);
+        EqualTables equal(editor());
+        TableMarks marks(editor(), equal);
+        TableListAlignment alignment(editor(), marks);
         runCommand([&] {
             alignment.MostraTabelleDiverseInLista();
             editor().ListaTabelle(0).setListIndex(-1);
             editor().ListaTabelle(0).setListIndex(0);
         });
-        editor().state.IndexAttivo = 0;
+        activatePane(editor(), 0);
         QApplication::processEvents();
     }
 
@@ -107,7 +108,7 @@ void keystroke(benchmark::State &state) {
 /// Sorts by two columns of a kind in turn, so that every run finds the records in another order.
 void sortBy(benchmark::State &state, int firstColumn) {
     BothPanes &both = panes();
-    both.editor().state.IndexOrigine = 0;
+    both.editor().setOrigin(0);
     int column = firstColumn;
     for (auto _ : state) {
         both.grid().setSelection(singleCell(1, column));

@@ -61,9 +61,10 @@ public:
         m_window.show();
         editor().controls.action(Command::OneMenu).setChecked(false);
         editor().controls.action(Command::TwoMenu).setChecked(true);
-        editor().OggettoDtb(0) = std::move(left);
-        editor().OggettoDtb(1) = std::move(right);
-        editor().state.DtbAperto = {true, true};
+        editor().pane(0).setDatabase(std::move(left));
+        editor().pane(1).setDatabase(std::move(right));
+        for (const int pane : {0, 1})
+            editor().pane(pane).setOpen(true);
         activatePane(editor(), 0);
         QApplication::processEvents();
         editor().controls.action(Command::CompareAgainMenu).trigger();
@@ -77,8 +78,7 @@ public:
 
     /// Runs a command of a pop-up of the left pane.
     void choose(Command command) {
-        editor().state.IndexOrigine = 0;
-        editor().state.IndexDestinazione = 1;
+        editor().setOrigin(0);
         editor().controls.action(command).trigger();
     }
 
@@ -114,7 +114,7 @@ void copyTable(benchmark::State &state) {
 void cloneTable(benchmark::State &state) {
     const Answering answer(QMessageBox::Yes);
     BothPanes panes(mixedDatabase(manyRecords), QirDatabase::create());
-    QirDatabase &target = panes.editor().OggettoDtb(1);
+    const QirDatabase &target = panes.editor().OggettoDtb(1);
     for (auto _ : state) {
         panes.choose(Command::ClonePOP);
         state.PauseTiming();
@@ -137,7 +137,7 @@ void makeTableAsLong(benchmark::State &state) {
             state.SkipWithError("records are missing");
         panes.editor().OggettoDtb(1).RemoveTable(1);
         bench::addMixedTable(panes.editor().OggettoDtb(1), u"Mixed"_s, 1);
-        panes.editor().state.TabellaMostrata[1].clear();
+        panes.editor().pane(1).tableHidden();
         panes.editor().controls.action(Command::CompareAgainMenu).trigger();
         state.ResumeTiming();
     }

@@ -6,7 +6,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/ColumnFit.h"
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 #include <benchmark/benchmark.h>
 
@@ -49,9 +49,10 @@ void fillAndFit(benchmark::State &state) {
     DtbEditor window;
     window.show();
     runCommand([&] { window.Form_Load(databasePath); });
-    DifferingTables differingTables(window.context());
-    CellDifferences differences(window.context(), differingTables);
-    TableView tables(window.context(), differences);
+    EqualTables equal(window.context());
+    TableMarks marks(window.context(), equal);
+    CellDifferences differences(window.context(), marks, equal);
+    TableLoader tables(window.context(), differences);
     for (auto _ : state) {
         std::optional<DeafTime> deaf;
         if (watched)

@@ -1,8 +1,9 @@
 #include "compare/CellDifferences.h"
 
-#include "compare/DifferingTables.h"
-#include "db/AssegnaARecordset.h"
-#include "pane/PaneTable.h"
+#include "compare/EqualTables.h"
+#include "compare/TableMarks.h"
+#include "compare/engine/TableComparison.h"
+
 #include "platform/controls/Twips.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
@@ -13,7 +14,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <vector>
 
 namespace qir {
 
@@ -91,21 +91,13 @@ BitMatrix noDifferences(int records, int fields) {
     return {atLeastZero(records) + 1, atLeastZero(fields) + 1};
 }
 
-/// Paints the cells of a grid inside the window as CelleDiverse says.
-void paintWindow(EditorContext &editor, int pane, const CellWindow &window) {
-    Grid &grid = editor.Tabella(pane);
-    grid.paintDifferences(editor.state.CelleDiverse,
-                          {window.firstRow, window.firstColumn, std::min(window.lastRow, grid.Rows() - 1),
-                           std::min(window.lastColumn, grid.Cols() - 1)});
-}
-
 } // namespace
 
 void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow window) {
     const std::array<int, 2> lines{m_editor.ListaTabelle(0).ListIndex(), m_editor.ListaTabelle(1).ListIndex()};
     if (lines[0] != lines[1] && rule == SelectionRule::SameLine)
         return;
-    m_editor.state.ComparisonDue = false;
+    m_due = false;
     std::array<std::optional<PaintedGrid>, 2> grids;
     for (const int pane : {0, 1}) {
         const auto i = static_cast<std::size_t>(pane);
@@ -115,7 +107,7 @@ void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow 
     yieldToMessages();
     window.firstRow = window.firstRow == 0 ? 1 : window.firstRow;
     window.firstColumn = window.firstColumn == 0 ? 1 : window.firstColumn;
-    if (grids[0] && grids[1] && gridsShowSameTable(m_editor)) {
+    if (grids[0] && grids[1] && m_editor.gridsShowSameTable()) {
         compareGrids(window);
     } else {
         for (const int pane : {0, 1}) {
@@ -130,7 +122,7 @@ void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow 
         yieldToMessages();
         grid->restoreSelection();
     }
-    m_tables.MostraTabellaDiversaInLista();
+    m_marks.MostraTabellaDiversaInLista();
     for (const int pane : {0, 1}) {
         const auto i = static_cast<std::size_t>(pane);
         if (grids[i])
@@ -140,23 +132,23 @@ void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow 
 }
 
 void CellDifferences::markTable(const QString &name) {
-    m_tables.markTable(name);
+    m_marks.markTable(name);
 }
 
 void CellDifferences::clearGrid(int pane, CellWindow window) {
-    makeShownTableCurrent(m_editor, pane);
+    m_editor.pane(pane).makeShownTableCurrent();
     const QirDatabase &database = m_editor.OggettoDtb(pane);
     const int records = database.QirTableRecordsCount();
     const int fields = database.QirTableFieldsCount();
     window.lastRow = window.lastRow == 0 ? records : window.lastRow;
     window.lastColumn = window.lastColumn == 0 ? fields : window.lastColumn;
-    m_editor.state.CelleDiverse = noDifferences(records, fields);
+    m_editor.foundDifferences() = noDifferences(records, fields);
     paintWindow(m_editor, pane, window);
 }
 
 void CellDifferences::compareGrids(CellWindow window) {
-    makeShownTableCurrent(m_editor, 0);
-    makeShownTableCurrent(m_editor, 1);
+    m_editor.pane(0).makeShownTableCurrent();
+    m_editor.pane(1).makeShownTableCurrent();
     const TableSizes sizes = currentTableSizes(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1));
     window.lastRow = window.lastRow == 0 ? sizes.mostRecords() : window.lastRow;
     window.lastColumn = window.lastColumn == 0 ? sizes.mostFields() : window.lastColumn;
@@ -166,13 +158,12 @@ void CellDifferences::compareGrids(CellWindow window) {
     const int commonFields =
         std::min({m_editor.Tabella(0).Cols() - 1, m_editor.Tabella(1).Cols() - 1, sizes.commonFields()});
 
-    BitMatrix &different = m_editor.state.CelleDiverse;
+    BitMatrix &different = m_editor.foundDifferences();
     different = noDifferences(sizes.mostRecords(), sizes.mostFields());
     {
         // Painting whole rows takes no time worth showing: the bar goes along with the comparing.
         ComparisonProgress progress(m_editor, commonRecords);
-        m_tables.TabelleDiverseBool(commonRecords, commonFields, different,
-                                    [&](int record) { progress.advanceTo(record); });
+        TabelleDiverseBool(commonRecords, commonFields, different, [&](int record) { progress.advanceTo(record); });
         markOneSided(different, commonRecords, commonFields);
         // The window bounds the painting only: what differs is known for all cells.
         paintWindow(m_editor, 0, window);
@@ -180,42 +171,19 @@ void CellDifferences::compareGrids(CellWindow window) {
     }
 }
 
-void CellDifferences::SalvaGridInDatabase(int pane) {
-    const Grid &grid = m_editor.Tabella(pane);
-    SalvaGridInDatabase(pane, {1, 1, grid.Rows() - 1, grid.Cols() - 1});
-    m_editor.TextsUnstored(pane) = false;
-}
-
-void CellDifferences::SalvaGridInDatabase(int pane, const GridRange &cells) {
-    makeShownTableCurrent(m_editor, pane);
-    const QirDatabase &database = m_editor.OggettoDtb(pane);
-    const Grid &grid = m_editor.Tabella(pane);
-    const CellTexts &texts = m_editor.TestiCelle(pane);
-    struct Column {
-        int column;
-        int field;
-        int type;
-    };
-    std::vector<Column> columns;
-    for (int f = std::max(cells.firstColumn, 1); f <= std::min(cells.lastColumn, grid.Cols() - 1); ++f) {
-        // A table without fields shows one empty column, which stands for none.
-        if (const int field = grid.ColData(f); field >= 1)
-            columns.push_back({f, field, database.QIRTableFieldType(field).toInt()});
-    }
-
-    ChangeGroup changes(database);
+void CellDifferences::TabelleDiverseBool(int R, int F, BitMatrix &matrix, const ComparisonStep &step) {
+    if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1))
+        return;
     YieldTimer timer;
-    TextWriter writer(database);
-    for (int r = std::max(cells.firstRow, 1); r <= std::min(cells.lastRow, grid.Rows() - 1); ++r) {
-        database.setQIRTableRecordsPointerOut(grid.RowData(r));
-        for (const Column &column : columns) {
-            texts.read(column.column, r, writer.text());
-            writer.assign(column.field, column.type);
-        }
+    const ComparisonStep stepAndYield = [&](int record) {
+        if (step)
+            step(record);
         timer.yieldIfDue();
-    }
-    changes.commit();
-    EvidenziaDifferenzeTabella();
+    };
+    if (m_equal.currentTablesKnownEqual())
+        markEqualTables(R, F, matrix, stepAndYield);
+    else
+        compareCurrentTables(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1), R, F, matrix, stepAndYield);
 }
 
 } // namespace qir

@@ -1,19 +1,12 @@
 #pragma once
 
-#include "pane/EditorContext.h"
-#include "platform/grid/GridRange.h"
+#include "compare/DifferencePainting.h"
+#include "compare/engine/TableComparison.h"
 
 namespace qir {
 
-class DifferingTables;
-
-/// A window of grid cells, from 1; 0 stands for the first or the last there is.
-struct CellWindow {
-    int firstRow = 0;
-    int lastRow = 0;
-    int firstColumn = 0;
-    int lastColumn = 0;
-};
+class EqualTables;
+class TableMarks;
 
 enum class SelectionRule {
     SameLine, ///< Do nothing while the two lists' selections differ.
@@ -23,9 +16,10 @@ enum class SelectionRule {
 /// The cells that differ between the tables shown in the two panes.
 class CellDifferences {
 public:
-    CellDifferences(EditorContext &editor, DifferingTables &tables)
+    CellDifferences(EditorContext &editor, TableMarks &marks, const EqualTables &equal)
         : m_editor(editor)
-        , m_tables(tables) {}
+        , m_marks(marks)
+        , m_equal(equal) {}
 
     /// Compares the shown tables, paints the cells inside the window red or white in both grids and marks the selected
     /// line of both lists. With one table shown, or different lines selected, it clears the colours instead.
@@ -33,18 +27,24 @@ public:
     void EvidenziaDifferenzeTabella(SelectionRule rule = SelectionRule::SameLine, CellWindow window = {});
     /// Marks the lines of a table that changed without being shown by whether it differs.
     void markTable(const QString &name);
-    /// Writes every cell text of the pane's grid into the current table of its database, then compares. Yields.
-    void SalvaGridInDatabase(int pane);
-    /// Writes the texts of some cells only, those of them that the grid has. All others must be stored as they show
-    /// already: the outcome is that of writing every cell.
-    void SalvaGridInDatabase(int pane, const GridRange &cells);
+    /// Compares the current tables of both databases value by value over records 1..R and fields 1..F that both have,
+    /// and sets `matrix` (record, field) where they differ. Elements beyond both R and F are set. Calls `step`
+    /// after each record. Yields. Two tables that were found equal, and not written to since, are not read again.
+    void TabelleDiverseBool(int R, int F, BitMatrix &matrix, const ComparisonStep &step = {});
+
+    /// A grid shows another table, or none any more: the cells are to be compared before the command ends.
+    void becomeDue() { m_due = true; }
+    /// True when that happened since they were compared last.
+    bool due() const { return m_due; }
 
 private:
     void compareGrids(CellWindow window);
     void clearGrid(int pane, CellWindow window);
 
     EditorContext &m_editor;
-    DifferingTables &m_tables;
+    TableMarks &m_marks;
+    const EqualTables &m_equal;
+    bool m_due = false;
 };
 
 } // namespace qir

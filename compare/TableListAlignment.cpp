@@ -2,9 +2,9 @@
 
 #include "app/shared/Funzioni.h"
 #include "app/shared/utility.h"
-#include "compare/DifferingTables.h"
+#include "compare/TableMarks.h"
 #include "compare/engine/NameAlignment.h"
-#include "pane/PaneTable.h"
+
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
@@ -33,11 +33,11 @@ bool NomeTabella1_MaggioreDi_NomeTabella2(const QString &name1, const QString &n
 }
 
 void TableListAlignment::MostraTabelleDiverseInLista() {
-    const RefillScope refill(m_editor);
+    const RefillScope refill(m_editor.listClicks());
     for (const int pane : {0, 1}) {
         if (!m_editor.DtbAperto(pane))
             continue;
-        m_editor.UltimoListIndex(pane) = -1;
+        m_editor.pane(pane).refilled();
         CaricaListaTabelle(m_editor.OggettoDtb(pane), m_editor.ListaTabelle(pane));
     }
     if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1))
@@ -45,7 +45,7 @@ void TableListAlignment::MostraTabelleDiverseInLista() {
     QStringList elencoUnico;
     CreaListaUnicaTabella(elencoUnico);
     CreaSpaziInListeTabelle(elencoUnico);
-    m_tables.IndividuaTabelleDiverse(elencoUnico);
+    m_marks.IndividuaTabelleDiverse(elencoUnico);
 }
 
 void TableListAlignment::CreaListaUnicaTabella(QStringList &elencoUnico) {

@@ -6,7 +6,7 @@
 
 namespace qir {
 
-class DifferingTables;
+class TableMarks;
 
 /// True when two table names are equal once their markers are removed, code unit by code unit.
 bool NomiTabelleUguali(const QString &name1, const QString &name2);
@@ -17,9 +17,9 @@ bool NomeTabella1_MaggioreDi_NomeTabella2(const QString &name1, const QString &n
 /// Lines the two table lists up, so that a table stands on the same line in both panes.
 class TableListAlignment {
 public:
-    TableListAlignment(EditorContext &editor, DifferingTables &tables)
+    TableListAlignment(EditorContext &editor, TableMarks &marks)
         : m_editor(editor)
-        , m_tables(tables) {}
+        , m_marks(marks) {}
 
     /// Refills both lists from their databases; with two databases open also inserts a placeholder line for each table
     /// that one of them lacks and marks the tables that differ. List clicks are not handled meanwhile. Yields.
@@ -31,7 +31,7 @@ public:
 
 private:
     EditorContext &m_editor;
-    DifferingTables &m_tables;
+    TableMarks &m_marks;
 };
 
 } // namespace qir

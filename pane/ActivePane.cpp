@@ -1,7 +1,7 @@
 #include "pane/ActivePane.h"
 
 #include "db/FieldTypes.h"
-#include "pane/PaneTable.h"
+
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 
@@ -40,12 +40,12 @@ void keepOwnColours(QWidget &widget) {
 
 void SettaColoriIndexAttivo(EditorContext &editor) {
     for (const int pane : {0, 1}) {
-        if (pane == 1 && editor.state.IndexAttivo >= 0 && !editor.twoPanes())
+        if (pane == 1 && editor.IndexAttivo() >= 0 && !editor.twoPanes())
             continue;
-        const bool active = pane == editor.state.IndexAttivo;
+        const bool active = pane == editor.IndexAttivo();
         colour(editor.IDtb(pane), active);
         colour(editor.nomelab(pane), active);
-        const PaneControls &controls = editor.controls.pane[static_cast<std::size_t>(pane)];
+        const PaneControls &controls = editor.pane(pane).controls();
         for (QWidget *inside :
              std::initializer_list<QWidget *>{controls.ListaTabelle, controls.Tabella, controls.ground})
             keepOwnColours(*inside);
@@ -64,70 +64,19 @@ void AbilitaMenu(EditorContext &editor, int pane) {
         menu->setEnabled(on);
     if (pane < 0)
         return;
-    editor.ListaTabelle(pane).setVisibleFlag(on);
-    editor.nomelab(pane).setVisible(on);
-    const PaneControls &inside = controls.pane[static_cast<std::size_t>(pane)];
-    inside.ground->setVisible(on);
-    inside.hint->setVisible(!on);
-    // An empty table stays hidden: only its load shows or hides it.
-    showGrid(editor, pane, on && realTableSelected(editor, pane) && editor.Tabella(pane).Rows() > 1);
-}
-
-namespace {
-
-/// Where the field and record commands would work now; no table where there is none to work on.
-EditorState::GridCommandsPlace gridCommandsPlace(EditorContext &editor) {
-    EditorState::GridCommandsPlace place;
-    place.pane = editor.state.IndexAttivo;
-    if (place.pane < 0 || !editor.DtbAperto(place.pane) || !realTableSelected(editor, place.pane))
-        return place;
-    place.table = selectedTableName(editor, place.pane);
-    const Grid &grid = editor.Tabella(place.pane);
-    if (grid.Col() < grid.Cols() && editor.TabellaMostrata(place.pane) == place.table)
-        place.field = grid.ColData(grid.Col());
-    return place;
-}
-
-} // namespace
-
-void enableGridCommands(EditorContext &editor) {
-    const EditorState::GridCommandsPlace place = gridCommandsPlace(editor);
-    const EditorControls &controls = editor.controls;
-    bool textField = false;
-    editor.state.GridCommands = {};
-    if (!place.table.isEmpty()) {
-        const Grid &grid = editor.Tabella(place.pane);
-        controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
-        controls.action(Command::RemoveRecordMenu).setEnabled(grid.Rows() >= 2);
-        if (place.field >= 1) {
-            makeShownTableCurrent(editor, place.pane);
-            textField = editor.OggettoDtb(place.pane).QIRTableFieldType(place.field).toInt() ==
-                        static_cast<int>(FieldType::Text);
-        }
-    }
-    controls.action(Command::ResizeTextField).setEnabled(textField);
-    editor.state.GridCommands = place;
-}
-
-void followGridCommands(EditorContext &editor) {
-    if (editor.state.IndexAttivo >= 0 && editor.state.GridCommands != gridCommandsPlace(editor))
-        enableGridCommands(editor);
-}
-
-void showFileName(EditorContext &editor, int pane, const QString &name) {
-    editor.nomelab(pane).setText(name);
-    editor.nomelab(pane).setAccessibleDescription(name);
+    editor.pane(pane).showWhetherOpen();
 }
 
 void activatePane(EditorContext &editor, int pane) {
-    editor.state.IndexAttivo = pane;
+    if (pane == editor.IndexAttivo())
+        return;
+    editor.setIndexAttivo(pane);
     SettaColoriIndexAttivo(editor);
     AbilitaMenu(editor, pane);
 }
 
 ActivePaneScope::~ActivePaneScope() {
-    if (m_editor.state.IndexAttivo != m_pane)
-        activatePane(m_editor, m_pane);
+    activatePane(m_editor, m_pane);
 }
 
 } // namespace qir

@@ -12,18 +12,7 @@ void SettaColoriIndexAttivo(EditorContext &editor);
 /// and grid. The grid shows only with a selected real table that has records. Pane -1 (none) disables the commands.
 void AbilitaMenu(EditorContext &editor, int pane);
 
-/// Field and record commands as the active pane's grid allows: removal of a field, of a record, resizing of a text
-/// field.
-void enableGridCommands(EditorContext &editor);
-
-/// The same when the active pane, its table or its current column is another one than they are enabled for, or a grid
-/// was filled meanwhile; else nothing, so that a command that moves nothing asks nothing of the component.
-void followGridCommands(EditorContext &editor);
-
-/// Shows a file name in a pane's label, to screen readers too.
-void showFileName(EditorContext &editor, int pane, const QString &name);
-
-/// Makes a pane the active one: IndexAttivo, colours, menus.
+/// Makes a pane the active one, or with -1 none: IndexAttivo, colours, menus. Nothing where it is that already.
 void activatePane(EditorContext &editor, int pane);
 
 /// Makes the pane that is active when it is made the active one again when it dies: selecting lines from code, which a
@@ -32,7 +21,7 @@ class ActivePaneScope {
 public:
     explicit ActivePaneScope(EditorContext &editor)
         : m_editor(editor)
-        , m_pane(editor.state.IndexAttivo) {}
+        , m_pane(editor.IndexAttivo()) {}
     ~ActivePaneScope();
     ActivePaneScope(const ActivePaneScope &) = delete;
     ActivePaneScope &operator=(const ActivePaneScope &) = delete;

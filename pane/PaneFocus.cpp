@@ -63,7 +63,7 @@ bool PaneFocus::press(int pane, const QObject &control, const QMouseEvent &event
     } else if (&control == &m_editor.nomelab(pane)) {
         runCommand([&] { nomelab_Click(pane); });
     } else if (onLines && event.button() == Qt::RightButton) {
-        const bool otherPane = pane != m_editor.state.IndexAttivo;
+        const bool otherPane = pane != m_editor.IndexAttivo();
         makeActive(pane);
         return otherPane;
     } else if (!onLines || event.button() != Qt::LeftButton) {
@@ -81,7 +81,7 @@ void PaneFocus::nomelab_Click(int Index) {
 }
 
 void PaneFocus::makeActive(int pane) {
-    if (m_editor.state.IndexAttivo >= 0 && pane != m_editor.state.IndexAttivo)
+    if (m_editor.IndexAttivo() >= 0 && pane != m_editor.IndexAttivo())
         runCommand([&] { activatePane(m_editor, pane); });
 }
 

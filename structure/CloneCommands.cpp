@@ -6,13 +6,13 @@
 #include "compare/TableListAlignment.h"
 #include "db/AssegnaARecordset.h"
 #include "pane/ActivePane.h"
-#include "pane/PaneTable.h"
+
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "structure/TableCopy.h"
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 #include <exception>
 
@@ -52,8 +52,8 @@ QString tableOfUnmarkedLine(const QString &line) {
 } // namespace
 
 void CloneCommands::CloneSecco() {
-    ListBox &sourceList = m_editor.ListaTabelle(m_editor.state.IndexOrigine);
-    ListBox &targetList = m_editor.ListaTabelle(m_editor.state.IndexDestinazione);
+    ListBox &sourceList = m_editor.ListaTabelle(m_editor.IndexOrigine());
+    ListBox &targetList = m_editor.ListaTabelle(m_editor.IndexDestinazione());
     const ActivePaneScope active(m_editor);
     const int position = sourceList.ListIndex();
     copyAndShow([&] { copyTable(tableOfUnmarkedLine(sourceList.List(position))); },
@@ -65,9 +65,9 @@ void CloneCommands::CloneSecco() {
 }
 
 void CloneCommands::copyTable(const QString &name) {
-    makeTableCurrent(m_editor, m_editor.state.IndexOrigine, name);
+    m_editor.pane(m_editor.IndexOrigine()).makeTableCurrent(name);
     // Not remembered as current: an error on the way takes the table away again.
-    m_editor.TabellaCorrente(m_editor.state.IndexDestinazione).clear();
+    m_editor.pane(m_editor.IndexDestinazione()).currentTableLost();
     ChangeGroup changes(target());
     target().AddTable(name);
     target().QIRTableRecordSource(name);
@@ -88,8 +88,8 @@ void CloneCommands::copyTable(const QString &name) {
 }
 
 void CloneCommands::requireWholeTables() {
-    m_tables.requireWhole(m_editor.state.IndexOrigine);
-    m_tables.requireWhole(m_editor.state.IndexDestinazione);
+    m_editor.pane(m_editor.IndexOrigine()).requireWhole();
+    m_editor.pane(m_editor.IndexDestinazione()).requireWhole();
 }
 
 void CloneCommands::CloneTableSizeSecco() {
@@ -98,10 +98,10 @@ void CloneCommands::CloneTableSizeSecco() {
     if (answer == Answer::Cancel)
         return;
     const ActivePaneScope active(m_editor);
-    makeShownTableCurrent(m_editor, m_editor.state.IndexOrigine);
-    makeShownTableCurrent(m_editor, m_editor.state.IndexDestinazione);
+    m_editor.pane(m_editor.IndexOrigine()).makeShownTableCurrent();
+    m_editor.pane(m_editor.IndexDestinazione()).makeShownTableCurrent();
     copyAndShow([&] { appendRecords(answer == Answer::Yes); },
-                [&] { m_tables.CaricaTabellaDaLista(m_editor.state.IndexDestinazione); });
+                [&] { m_tables.CaricaTabellaDaLista(m_editor.IndexDestinazione()); });
 }
 
 void CloneCommands::appendRecords(bool withContent) {
@@ -109,7 +109,7 @@ void CloneCommands::appendRecords(bool withContent) {
     RecordCopy copy(source(), target());
     YieldTimer timer;
     const int records = source().QirTableRecordsCount();
-    for (int k = m_editor.Tabella(m_editor.state.IndexDestinazione).Rows(); k <= records; ++k) {
+    for (int k = m_editor.Tabella(m_editor.IndexDestinazione()).Rows(); k <= records; ++k) {
         target().AddRecord();
         if (withContent) {
             const int record = target().QirTableRecordsCount();
@@ -124,15 +124,15 @@ void CloneCommands::appendRecords(bool withContent) {
 
 void CloneCommands::CloneSelectedAreaSecco() {
     requireWholeTables();
-    const Grid &grid = m_editor.Tabella(m_editor.state.IndexOrigine);
-    const int target = m_editor.state.IndexDestinazione;
+    const Grid &grid = m_editor.Tabella(m_editor.IndexOrigine());
+    const int target = m_editor.IndexDestinazione();
     const ActivePaneScope active(m_editor);
     const int firstRow = Minimo(grid.Row(), grid.RowSel()).toInt();
     const int lastRow = Massimo(grid.Row(), grid.RowSel()).toInt();
     const int firstColumn = Minimo(grid.Col(), grid.ColSel()).toInt();
     const int lastColumn = Massimo(grid.Col(), grid.ColSel()).toInt();
-    endEdit(m_editor);
-    makeShownTableCurrent(m_editor, target);
+    m_editor.endEdit();
+    m_editor.pane(target).makeShownTableCurrent();
     if (const std::exception_ptr failure = failureOf([&] { copyBlock(firstRow, lastRow, firstColumn, lastColumn); })) {
         // The grid has texts that the database refused or has lost again.
         m_tables.reloadAfterFailure(target);
@@ -145,8 +145,8 @@ void CloneCommands::CloneSelectedAreaSecco() {
 }
 
 void CloneCommands::copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn) {
-    const Grid &from = m_editor.Tabella(m_editor.state.IndexOrigine);
-    Grid &to = m_editor.Tabella(m_editor.state.IndexDestinazione);
+    const Grid &from = m_editor.Tabella(m_editor.IndexOrigine());
+    Grid &to = m_editor.Tabella(m_editor.IndexDestinazione());
     ChangeGroup changes(target());
     YieldTimer timer;
     for (int r = firstRow; r <= lastRow; ++r) {

@@ -6,14 +6,15 @@ namespace qir {
 
 class CellDifferences;
 class TableListAlignment;
-class TableView;
+class TableLoader;
 
 /// Copying from one pane's database into the other's: from IndexOrigine to IndexDestinazione, which the pop-ups set,
 /// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it.
 /// What copies rows of the grids refuses a table that is not loaded whole with an error.
 class CloneCommands {
 public:
-    CloneCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableView &tables)
+    CloneCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
+                  TableLoader &tables)
         : m_editor(editor)
         , m_alignment(alignment)
         , m_differences(differences)
@@ -34,8 +35,8 @@ public:
     void CloneSelectedAreaSecco();
 
 private:
-    QirDatabase &source() { return m_editor.OggettoDtb(m_editor.state.IndexOrigine); }
-    QirDatabase &target() { return m_editor.OggettoDtb(m_editor.state.IndexDestinazione); }
+    const QirDatabase &source() { return m_editor.OggettoDtb(m_editor.IndexOrigine()); }
+    const QirDatabase &target() { return m_editor.OggettoDtb(m_editor.IndexDestinazione()); }
     void requireWholeTables();
     void copyTable(const QString &name);
     void appendRecords(bool withContent);
@@ -44,7 +45,7 @@ private:
     EditorContext &m_editor;
     TableListAlignment &m_alignment;
     CellDifferences &m_differences;
-    TableView &m_tables;
+    TableLoader &m_tables;
 };
 
 } // namespace qir

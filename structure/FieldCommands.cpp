@@ -5,12 +5,12 @@
 #include "db/FieldTypes.h"
 #include "dialogs/CaricaTipi.h"
 #include "dialogs/frmListaStringhePlain.h"
-#include "pane/PaneTable.h"
+
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "structure/Names.h"
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 #include <memory>
 
@@ -56,9 +56,9 @@ void FieldCommands::AddFieldMenu_Click() {
 }
 
 void FieldCommands::showAddedField(const QString &name) {
-    const int pane = m_editor.state.IndexAttivo;
-    const QString table = m_editor.UltimaTabella(pane);
-    const bool shown = realTableSelected(m_editor, pane);
+    const int pane = m_editor.IndexAttivo();
+    const QString table = m_editor.pane(pane).UltimaTabella();
+    const bool shown = m_editor.pane(pane).realTableSelected();
     if (!shown)
         m_differences.markTable(table); // by its line alone can it be seen to differ now
     showTableAgain();
@@ -69,16 +69,16 @@ void FieldCommands::showAddedField(const QString &name) {
 
 /// Beside a placeholder line this is the table that was shown before; false when there is none.
 bool FieldCommands::makeLastShownTableCurrent() {
-    const int pane = m_editor.state.IndexAttivo;
-    if (realTableSelected(m_editor, pane)) {
-        makeShownTableCurrent(m_editor, pane); // an error when it could not be loaded
+    const int pane = m_editor.IndexAttivo();
+    if (m_editor.pane(pane).realTableSelected()) {
+        m_editor.pane(pane).makeShownTableCurrent(); // an error when it could not be loaded
         return true;
     }
-    const QString &last = m_editor.UltimaTabella(pane);
+    const QString &last = m_editor.pane(pane).UltimaTabella();
     if (last.isEmpty())
         return false;
-    if (m_editor.TabellaCorrente(pane) != last)
-        makeTableCurrent(m_editor, pane, last);
+    if (m_editor.pane(pane).TabellaCorrente() != last)
+        m_editor.pane(pane).makeTableCurrent(last);
     return true;
 }
 
@@ -120,21 +120,21 @@ std::optional<double> FieldCommands::askSize(const QString &prompt, const QStrin
 }
 
 void FieldCommands::showTableAgain() {
-    const int pane = m_editor.state.IndexAttivo;
-    if (realTableSelected(m_editor, pane))
+    const int pane = m_editor.IndexAttivo();
+    if (m_editor.pane(pane).realTableSelected())
         m_tables.CaricaTabellaAVideo(pane); // a table that no selected line stands for is not shown
     m_differences.EvidenziaDifferenzeTabella();
 }
 
 /// The field number of the grid's current column, its table made current; 0 for none.
 int FieldCommands::currentField() {
-    const int pane = m_editor.state.IndexAttivo;
-    if (!realTableSelected(m_editor, pane))
+    const int pane = m_editor.IndexAttivo();
+    if (!m_editor.pane(pane).realTableSelected())
         return 0;
     const Grid &grid = m_editor.Tabella(pane);
     if (grid.Col() >= grid.Cols() || grid.ColData(grid.Col()) < 1)
         return 0;
-    makeShownTableCurrent(m_editor, pane);
+    m_editor.pane(pane).makeShownTableCurrent();
     return grid.ColData(grid.Col());
 }
 
@@ -148,7 +148,7 @@ void FieldCommands::RenameFieldSecco() {
     if (name.isEmpty())
         return;
     database().RenameField(field, name);
-    m_tables.CaricaTabellaAVideo(m_editor.state.IndexAttivo);
+    m_tables.CaricaTabellaAVideo(m_editor.IndexAttivo());
 }
 
 void FieldCommands::RemoveFieldSecco() {
@@ -170,7 +170,7 @@ void FieldCommands::ResizeTextFieldSecco() {
     if (const std::optional<double> newSize = askSize(u"Field size"_s, size)) {
         database().ResizeField(field, *newSize);
         // The grid goes on showing its texts whole.
-        m_editor.TextsUnstored(m_editor.state.IndexAttivo) = true;
+        m_editor.pane(m_editor.IndexAttivo()).setTextsUnstored(true);
     }
 }
 

@@ -7,13 +7,13 @@
 namespace qir {
 
 class CellDifferences;
-class TableView;
+class TableLoader;
 
 /// Adding, renaming, removing and resizing fields of the table that the active pane shows. The field is the one of the
 /// grid's current column; without a selected real table, or without a field there, a command ends silently.
 class FieldCommands {
 public:
-    FieldCommands(EditorContext &editor, CellDifferences &differences, TableView &tables)
+    FieldCommands(EditorContext &editor, CellDifferences &differences, TableLoader &tables)
         : m_editor(editor)
         , m_differences(differences)
         , m_tables(tables) {}
@@ -37,7 +37,7 @@ public:
     void ResizeTextFieldSecco();
 
 private:
-    QirDatabase &database() { return m_editor.OggettoDtb(m_editor.state.IndexAttivo); }
+    const QirDatabase &database() { return m_editor.OggettoDtb(m_editor.IndexAttivo()); }
     bool makeLastShownTableCurrent();
     int currentField();
     bool nameTaken(const QString &name);
@@ -48,7 +48,7 @@ private:
 
     EditorContext &m_editor;
     CellDifferences &m_differences;
-    TableView &m_tables;
+    TableLoader &m_tables;
 };
 
 } // namespace qir

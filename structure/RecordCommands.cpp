@@ -1,21 +1,21 @@
 #include "structure/RecordCommands.h"
 
 #include "compare/CellDifferences.h"
-#include "pane/PaneTable.h"
+
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "view/GridAlignment.h"
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 namespace qir {
 
 using namespace Qt::StringLiterals;
 
 void RecordCommands::AddRecordMenu_Click() {
-    const int pane = m_editor.state.IndexAttivo;
-    if (!realTableSelected(m_editor, pane))
+    const int pane = m_editor.IndexAttivo();
+    if (!m_editor.pane(pane).realTableSelected())
         return;
-    makeShownTableCurrent(m_editor, pane);
+    m_editor.pane(pane).makeShownTableCurrent();
     m_editor.OggettoDtb(pane).AddRecord();
     m_tables.CaricaTabellaAVideo(pane);
     // The rows above the new one are painted already.
@@ -33,15 +33,15 @@ void RecordCommands::goToLastRecord(int pane) {
 }
 
 void RecordCommands::RemoveRecordSecco() {
-    const int pane = m_editor.state.IndexAttivo;
-    if (!realTableSelected(m_editor, pane))
+    const int pane = m_editor.IndexAttivo();
+    if (!m_editor.pane(pane).realTableSelected())
         return;
     const Grid &grid = m_editor.Tabella(pane);
     if (grid.Row() == 0) {
         messageBox(m_editor.controls.window, u"No selected Record"_s, u"!"_s);
         return;
     }
-    makeShownTableCurrent(m_editor, pane);
+    m_editor.pane(pane).makeShownTableCurrent();
     m_editor.OggettoDtb(pane).RemoveRecord(grid.RowData(grid.Row()));
     m_tables.CaricaTabellaAVideo(pane);
     // The pane's number stands for a first row here; 0 and 1 both mean the whole table.

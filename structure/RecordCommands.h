@@ -5,13 +5,13 @@
 namespace qir {
 
 class CellDifferences;
-class TableView;
+class TableLoader;
 
 /// Adding and removing records of the table that the active pane shows. Without a selected real table a command ends
 /// silently.
 class RecordCommands {
 public:
-    RecordCommands(EditorContext &editor, CellDifferences &differences, TableView &tables)
+    RecordCommands(EditorContext &editor, CellDifferences &differences, TableLoader &tables)
         : m_editor(editor)
         , m_differences(differences)
         , m_tables(tables) {}
@@ -29,7 +29,7 @@ private:
 
     EditorContext &m_editor;
     CellDifferences &m_differences;
-    TableView &m_tables;
+    TableLoader &m_tables;
 };
 
 } // namespace qir

@@ -2,20 +2,21 @@
 
 #include "app/shared/Funzioni.h"
 #include "app/shared/utility.h"
+#include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "pane/ActivePane.h"
-#include "pane/PaneTable.h"
+
 #include "platform/dialogs/Dialogs.h"
 #include "platform/list/ListBox.h"
 #include "structure/Names.h"
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 namespace qir {
 
 using namespace Qt::StringLiterals;
 
 bool TableCommands::nameTaken(const QString &name) const {
-    const QirDatabase &database = m_editor.OggettoDtb(m_editor.state.IndexAttivo);
+    const QirDatabase &database = m_editor.OggettoDtb(m_editor.IndexAttivo());
     const int tables = database.QIRTablesCount();
     for (int i = 1; i <= tables; ++i)
         if (sameName(name, database.QIRTableName(i)))
@@ -24,7 +25,7 @@ bool TableCommands::nameTaken(const QString &name) const {
 }
 
 void TableCommands::AddTableMenu_Click() {
-    const int pane = m_editor.state.IndexAttivo;
+    const int pane = m_editor.IndexAttivo();
     QWidget *window = m_editor.controls.window;
     const QString name = inputBox(window, u"New table name"_s, u"?"_s, u"Tablex"_s).trimmed();
     if (name.isEmpty())
@@ -35,16 +36,16 @@ void TableCommands::AddTableMenu_Click() {
     }
     m_editor.OggettoDtb(pane).AddTable(name);
     {
-        const RefillScope refill(m_editor);
-        m_editor.UltimoListIndex(pane) = -1;
+        const RefillScope refill(m_editor.listClicks());
+        m_editor.pane(pane).refilled();
         CaricaListaTabelle(m_editor.OggettoDtb(pane), m_editor.ListaTabelle(pane));
     }
     m_tables.CaricaTabellaDaLista(pane);
 }
 
 void TableCommands::RenameTableSecco() {
-    const int pane = m_editor.state.IndexAttivo;
-    if (!realTableSelected(m_editor, pane))
+    const int pane = m_editor.IndexAttivo();
+    if (!m_editor.pane(pane).realTableSelected())
         return;
     ListBox &list = m_editor.ListaTabelle(pane);
     const std::array<int, 2> positions{m_editor.ListaTabelle(0).ListIndex(), m_editor.ListaTabelle(1).ListIndex()};
@@ -57,11 +58,7 @@ void TableCommands::RenameTableSecco() {
     m_editor.OggettoDtb(pane).RenameTable(list.ItemData(position), name);
     list.setList(position, name);
     // The grid goes on showing this table, now under its new name; when its load failed it shows none.
-    if (!m_editor.TabellaMostrata(pane).isEmpty()) {
-        m_editor.TabellaMostrata(pane) = selectedTableName(m_editor, pane);
-        m_editor.UltimaTabella(pane) = m_editor.TabellaMostrata(pane);
-    }
-    m_editor.TabellaCorrente(pane).clear();
+    m_editor.pane(pane).renamed();
     m_alignment.MostraTabelleDiverseInLista();
     selectAgain(positions);
     m_tables.CaricaTabellaDaLista(pane);
@@ -70,7 +67,7 @@ void TableCommands::RenameTableSecco() {
 /// Placeholders inserted by the alignment have moved the selected lines: goes back to the positions, to the first line
 /// where a list has lost its position, loading nothing.
 void TableCommands::selectAgain(const std::array<int, 2> &positions) {
-    const RefillScope refill(m_editor);
+    const RefillScope refill(m_editor.listClicks());
     for (const int pane : {0, 1}) {
         ListBox &list = m_editor.ListaTabelle(pane);
         const int position = positions[static_cast<std::size_t>(pane)];
@@ -79,8 +76,8 @@ void TableCommands::selectAgain(const std::array<int, 2> &positions) {
 }
 
 void TableCommands::RemoveTableSecco() {
-    const int pane = m_editor.state.IndexAttivo;
-    if (!realTableSelected(m_editor, pane))
+    const int pane = m_editor.IndexAttivo();
+    if (!m_editor.pane(pane).realTableSelected())
         return;
     ListBox &list = m_editor.ListaTabelle(pane);
     const int other = 1 - pane;
@@ -92,10 +89,8 @@ void TableCommands::RemoveTableSecco() {
     m_editor.OggettoDtb(pane).RemoveTable(removed);
     // Nothing of the table is left to show or to work on. Its line goes before the refill, which would select another,
     // and with it all lines, whose numbers are those of other tables now: the refill may break off at the other list.
-    m_editor.TabellaMostrata(pane).clear();
-    m_editor.TabellaCorrente(pane).clear();
-    m_editor.UltimaTabella(pane).clear();
-    m_editor.state.ComparisonDue = true;
+    m_editor.pane(pane).tableRemoved();
+    m_differences.becomeDue();
     list.clear();
     m_alignment.MostraTabelleDiverseInLista();
     // Positions count from 0 and table numbers from 1, so this is the line behind the removed one.

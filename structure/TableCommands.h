@@ -4,15 +4,18 @@
 
 namespace qir {
 
+class CellDifferences;
 class TableListAlignment;
-class TableView;
+class TableLoader;
 
 /// Adding, renaming and removing tables of the active pane's database.
 class TableCommands {
 public:
-    TableCommands(EditorContext &editor, TableListAlignment &alignment, TableView &tables)
+    TableCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
+                  TableLoader &tables)
         : m_editor(editor)
         , m_alignment(alignment)
+        , m_differences(differences)
         , m_tables(tables) {}
 
     /// Asks for a name and appends a table. A name that the database has already, but for case and surrounding blanks,
@@ -37,7 +40,8 @@ private:
 
     EditorContext &m_editor;
     TableListAlignment &m_alignment;
-    TableView &m_tables;
+    CellDifferences &m_differences;
+    TableLoader &m_tables;
 };
 
 } // namespace qir

@@ -1,14 +1,14 @@
 #include "view/AreaClipboard.h"
 
 #include "app/shared/utility.h"
-#include "compare/CellDifferences.h"
-#include "pane/PaneTable.h"
+
 #include "platform/dialogs/Clipboard.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/CellBlock.h"
-#include "view/TableView.h"
+#include "view/GridSave.h"
+#include "view/TableLoader.h"
 
 #include <QMimeData>
 
@@ -46,7 +46,8 @@ private:
 };
 
 bool showsTable(EditorContext &editor, int pane) {
-    return pane >= 0 && editor.DtbAperto(pane) && realTableSelected(editor, pane) && editor.Tabella(pane).Visible();
+    return pane >= 0 && editor.DtbAperto(pane) && editor.pane(pane).realTableSelected() &&
+           editor.Tabella(pane).Visible();
 }
 
 } // namespace
@@ -78,18 +79,18 @@ void AreaClipboard::COPIA_AreaTabella(int Index) {
 void AreaClipboard::INCOLLA_AreaTabella(int Index) {
     if (!showsTable(m_editor, Index))
         return;
-    m_tables.requireWhole(Index);
+    m_editor.pane(Index).requireWhole();
     try {
         const QString text = clipboard::text();
         if (!text.isEmpty()) {
             const BusyPointer busy;
-            endEdit(m_editor); // of a cell that the paste may change
+            m_editor.endEdit(); // of a cell that the paste may change
             layClipboard(Index, text);
             // Every text of the grid is to be stored afterwards; beyond the selected block most often all of them are.
-            if (m_editor.TextsUnstored(Index))
-                m_differences.SalvaGridInDatabase(Index);
+            if (m_editor.pane(Index).TextsUnstored())
+                m_save.SalvaGridInDatabase(Index);
             else
-                m_differences.SalvaGridInDatabase(Index, m_editor.Tabella(Index).selection().range());
+                m_save.SalvaGridInDatabase(Index, m_editor.Tabella(Index).selection().range());
         }
     } catch (const std::exception &) {
         m_tables.reloadAfterFailure(Index);

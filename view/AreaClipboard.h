@@ -4,16 +4,16 @@
 
 namespace qir {
 
-class CellDifferences;
-class TableView;
+class GridSave;
+class TableLoader;
 
 /// Copying a block of cells to the system clipboard and pasting one. The plain text has tabs between cells and carriage
 /// returns between rows; further formats beside it keep tabs and line ends inside cells and serve other programs.
 class AreaClipboard {
 public:
-    AreaClipboard(EditorContext &editor, CellDifferences &differences, TableView &tables)
+    AreaClipboard(EditorContext &editor, GridSave &save, TableLoader &tables)
         : m_editor(editor)
-        , m_differences(differences)
+        , m_save(save)
         , m_tables(tables) {}
 
     /// Copies the selected block of the pane's grid. Errors are silent.
@@ -27,8 +27,8 @@ private:
     void layClipboard(int Index, QString text);
 
     EditorContext &m_editor;
-    CellDifferences &m_differences;
-    TableView &m_tables;
+    GridSave &m_save;
+    TableLoader &m_tables;
 };
 
 /// A clipboard text as the grid takes it: rows end in carriage returns. Line feeds beside carriage returns go; without

@@ -1,9 +1,10 @@
 #include "view/CellEditor.h"
 
-#include "compare/DifferingTables.h"
+#include "compare/DifferencePainting.h"
+#include "compare/TableMarks.h"
 #include "db/AssegnaARecordset.h"
 #include "pane/ActivePane.h"
-#include "pane/PaneTable.h"
+
 #include "platform/grid/Grid.h"
 #include "view/GridAlignment.h"
 
@@ -63,9 +64,8 @@ void CellEditor::openEditor(int Index) {
     // No table shown, no record, or the empty column of a table without fields.
     if (!grid.Visible() || grid.Row() < 1 || grid.ColData(grid.Col()) < 1)
         return;
-    endEdit(m_editor); // of this pane or of the other one
-    m_editor.state.RigaEdit = grid.Row();
-    m_editor.state.ColonnaEdit = grid.Col();
+    m_editor.endEdit(); // of this pane or of the other one
+    m_editor.cellEdit().begin(grid.Row(), grid.Col());
     grid.setUserResizing(false);
 
     QLineEdit &txtEdit = m_editor.txtEdit(Index);
@@ -112,13 +112,12 @@ void CellEditor::Interrompiedit(int Index) {
     // What an input method is still composing was typed, so it is written like the rest.
     if (txtEdit.hasFocus())
         QGuiApplication::inputMethod()->commit();
-    endEdit(m_editor);
+    m_editor.endEdit();
 }
 
 void CellEditor::editBeside(int Index, int step) {
     Grid &grid = m_editor.Tabella(Index);
-    const std::optional<GridSelection> cell =
-        cellBeside(grid, m_editor.state.RigaEdit, m_editor.state.ColonnaEdit, step);
+    const std::optional<GridSelection> cell = cellBeside(grid, m_editor.RigaEdit(), m_editor.ColonnaEdit(), step);
     Interrompiedit(Index);
     if (!cell)
         return;
@@ -127,8 +126,8 @@ void CellEditor::editBeside(int Index, int step) {
 }
 
 void CellEditor::ScriviDaEditADtb(int Index) {
-    const int row = m_editor.state.RigaEdit;
-    const int column = m_editor.state.ColonnaEdit;
+    const int row = m_editor.RigaEdit();
+    const int column = m_editor.ColonnaEdit();
     if (row < 1)
         return;
     Grid &grid = m_editor.Tabella(Index);
@@ -137,30 +136,30 @@ void CellEditor::ScriviDaEditADtb(int Index) {
         return;
     grid.setTextMatrix(row, column, text); // the snapshot of the texts is the grid's own
     try {
-        makeShownTableCurrent(m_editor, Index);
+        m_editor.pane(Index).makeShownTableCurrent();
         const QirDatabase &database = m_editor.OggettoDtb(Index);
         database.setQIRTableRecordsPointerOut(grid.RowData(row));
         AssegnaARecordset(database, grid.ColData(column), text);
     } catch (const std::exception &) {
-        m_editor.TextsUnstored(Index) = true;
+        m_editor.pane(Index).setTextsUnstored(true);
         throw;
     }
     updateDifference(Index);
 }
 
 void CellEditor::updateDifference(int Index) {
-    if (!m_editor.Tabella(Index).Visible() || !gridsShowSameTable(m_editor))
+    if (!m_editor.Tabella(Index).Visible() || !m_editor.gridsShowSameTable())
         return;
-    const int row = m_editor.state.RigaEdit;
-    const int column = m_editor.state.ColonnaEdit;
+    const int row = m_editor.RigaEdit();
+    const int column = m_editor.ColonnaEdit();
     const Grid &left = m_editor.Tabella(0);
     const Grid &right = m_editor.Tabella(1);
     const bool inBoth = row < std::min(left.Rows(), right.Rows()) && column < std::min(left.Cols(), right.Cols());
     const bool different = !inBoth || m_editor.TestiCelle(0).at(column, row) != m_editor.TestiCelle(1).at(column, row);
-    m_editor.state.CelleDiverse.set(static_cast<std::size_t>(row), static_cast<std::size_t>(column), different);
+    m_editor.foundDifferences().set(static_cast<std::size_t>(row), static_cast<std::size_t>(column), different);
     for (const int pane : {0, 1})
-        m_tables.SetEqualColor(pane, row, column);
-    m_tables.MostraTabellaDiversaInLista();
+        SetEqualColor(m_editor, pane, row, column);
+    m_marks.MostraTabellaDiversaInLista();
 }
 
 void CellEditor::txtEdit_Change(int Index) {

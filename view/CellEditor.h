@@ -4,7 +4,7 @@
 
 namespace qir {
 
-class DifferingTables;
+class TableMarks;
 
 /// Editing in place: a text box over the grid's current cell, whose every change goes to the cell and the component at
 /// once. At most one pane is under edit; RigaEdit and ColonnaEdit tell the cell.
@@ -12,9 +12,9 @@ class DifferingTables;
 /// What a keystroke costs does not depend on the size of the table.
 class CellEditor {
 public:
-    CellEditor(EditorContext &editor, DifferingTables &tables)
+    CellEditor(EditorContext &editor, TableMarks &marks)
         : m_editor(editor)
-        , m_tables(tables) {}
+        , m_marks(marks) {}
 
     /// Opens the editor over the current cell, which is brought into view. Pointing at the header row ends an edit
     /// instead.
@@ -42,7 +42,7 @@ private:
     void updateDifference(int Index);
 
     EditorContext &m_editor;
-    DifferingTables &m_tables;
+    TableMarks &m_marks;
 };
 
 } // namespace qir

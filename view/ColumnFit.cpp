@@ -1,7 +1,7 @@
 #include "view/ColumnFit.h"
 
 #include "app/shared/Funzioni.h"
-#include "pane/PaneTable.h"
+
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 
@@ -15,8 +15,8 @@ constexpr int leastFieldWidth = 100;
 } // namespace
 
 void ColumnSizeAdjust_Click(EditorContext &editor) {
-    const int pane = editor.state.IndexAttivo;
-    if (pane >= 0 && realTableSelected(editor, pane))
+    const int pane = editor.IndexAttivo();
+    if (pane >= 0 && editor.pane(pane).realTableSelected())
         SizeAdjust(editor, editor.Tabella(pane));
 }
 

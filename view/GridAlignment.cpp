@@ -1,6 +1,5 @@
 #include "view/GridAlignment.h"
 
-#include "pane/PaneTable.h"
 #include "platform/grid/Grid.h"
 
 #include <QLineEdit>
@@ -12,7 +11,7 @@ namespace {
 /// The follower raises no LeaveCell that would end an edit in it.
 void endEditOfFollower(EditorContext &editor, int pane) {
     if (!editor.txtEdit(pane).isHidden())
-        endEdit(editor);
+        editor.endEdit();
 }
 
 } // namespace
@@ -34,14 +33,14 @@ void mirrorSelection(EditorContext &editor, int Index) {
 }
 
 void mirrorRowHeight(EditorContext &editor, int Index, int row) {
-    if (!gridsShowSameTable(editor))
+    if (!editor.gridsShowSameTable())
         return;
     endEditOfFollower(editor, 1 - Index);
     editor.Tabella(1 - Index).followRowHeight(editor.Tabella(Index), row);
 }
 
 void mirrorColumnWidth(EditorContext &editor, int Index, int column) {
-    if (!gridsShowSameTable(editor))
+    if (!editor.gridsShowSameTable())
         return;
     endEditOfFollower(editor, 1 - Index);
     editor.Tabella(1 - Index).followColumnWidth(editor.Tabella(Index), column);

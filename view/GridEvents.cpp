@@ -24,7 +24,7 @@ constexpr int ctrlOnly = 2;
 
 void GridEvents::Tabella_Click(int Index) {
     activatePane(m_editor, Index);
-    enableGridCommands(m_editor);
+    m_editor.gridCommands().enable(m_editor);
 }
 
 void GridEvents::Tabella_DblClick(int Index) {

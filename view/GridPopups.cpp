@@ -1,7 +1,7 @@
 #include "view/GridPopups.h"
 
 #include "db/FieldTypes.h"
-#include "pane/PaneTable.h"
+
 #include "platform/grid/Grid.h"
 
 #include <QAction>
@@ -16,14 +16,14 @@ namespace {
 /// The block can be copied where both grids have the same cells selected, record cells of both.
 bool areaCanBeCloned(EditorContext &editor) {
     const GridSelection &selection = editor.Tabella(0).selection();
-    return gridsShowSameTable(editor) && selection == editor.Tabella(1).selection() && selection.range().firstRow >= 1;
+    return editor.gridsShowSameTable() && selection == editor.Tabella(1).selection() && selection.range().firstRow >= 1;
 }
 
 /// The other table can be made as long as this one where it has the same fields and fewer records.
 bool sizeCanBeCloned(EditorContext &editor, int pane) {
     const Grid &grid = editor.Tabella(pane);
     const Grid &other = editor.Tabella(1 - pane);
-    return gridsShowSameTable(editor) && grid.Cols() == other.Cols() && grid.Rows() > other.Rows();
+    return editor.gridsShowSameTable() && grid.Cols() == other.Cols() && grid.Rows() > other.Rows();
 }
 
 } // namespace
@@ -37,8 +37,7 @@ void GridPopups::popUp(int Index, int row, int column, const QPoint &globalPosit
         prepareFieldItems(Index, column);
     else
         prepareRecordItems(Index);
-    m_editor.state.IndexOrigine = Index;
-    m_editor.state.IndexDestinazione = 1 - Index;
+    m_editor.setOrigin(Index);
     (ofField ? m_editor.controls.popmenuGridFields : m_editor.controls.popmenuGrid)->popup(globalPosition);
 }
 
@@ -68,7 +67,7 @@ bool GridPopups::isTextField(int Index, int column) {
     const int field = m_editor.Tabella(Index).ColData(column);
     if (field < 1)
         return false;
-    makeShownTableCurrent(m_editor, Index);
+    m_editor.pane(Index).makeShownTableCurrent();
     return m_editor.OggettoDtb(Index).QIRTableFieldType(field).toInt() == static_cast<int>(FieldType::Text);
 }
 

@@ -4,16 +4,16 @@
 
 namespace qir {
 
-class CellDifferences;
+class GridSave;
 class Grid;
-class TableView;
+class TableLoader;
 
 /// Sorting a table by one field: the records are rewritten in the database in the new order.
 class Sorting {
 public:
-    Sorting(EditorContext &editor, CellDifferences &differences, TableView &tables)
+    Sorting(EditorContext &editor, GridSave &save, TableLoader &tables)
         : m_editor(editor)
-        , m_differences(differences)
+        , m_save(save)
         , m_tables(tables) {}
 
     /// Sorts the table of the pane whose pop-up was opened by its grid's current column. When sorting or writing fails,
@@ -27,8 +27,8 @@ public:
 
 private:
     EditorContext &m_editor;
-    CellDifferences &m_differences;
-    TableView &m_tables;
+    GridSave &m_save;
+    TableLoader &m_tables;
 };
 
 } // namespace qir

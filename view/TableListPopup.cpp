@@ -2,7 +2,7 @@
 
 #include "base/Collation.h"
 #include "pane/ActivePane.h"
-#include "pane/PaneTable.h"
+
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
@@ -22,8 +22,8 @@ bool windowStands() {
 } // namespace
 
 void TableListPopup::ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, const QPoint &globalPosition) {
-    if (Index != m_editor.state.IndexAttivo || m_editor.ListaTabelle(Index).ListIndex() < 0 ||
-        Button != Qt::RightButton || !windowStands())
+    if (Index != m_editor.IndexAttivo() || m_editor.ListaTabelle(Index).ListIndex() < 0 || Button != Qt::RightButton ||
+        !windowStands())
         return;
     try {
         offerCommands(Index);
@@ -43,15 +43,14 @@ void TableListPopup::offerCommands(int Index) {
     const ListBox &list = m_editor.ListaTabelle(Index);
     ListBox &otherList = m_editor.ListaTabelle(Other);
     const int line = list.ListIndex();
-    const bool table = realTableSelected(m_editor, Index);
+    const bool table = m_editor.pane(Index).realTableSelected();
     controls.action(Command::RemoveTablePOP).setVisible(table);
     controls.action(Command::RenameTablePOP).setVisible(table);
 
     bool clone = false;
     if (m_editor.DtbAperto(Other)) {
         // Copied from the side that has the table, whichever side was pressed.
-        m_editor.state.IndexOrigine = table ? Index : Other;
-        m_editor.state.IndexDestinazione = 1 - m_editor.state.IndexOrigine;
+        m_editor.setOrigin(table ? Index : Other);
         const bool otherTable = otherList.ItemData(line) >= 1;
         const bool paired = line < otherList.ListCount() && // added tables put the lists out of line
                             collationKey(list.List(line)) == collationKey(otherList.List(line));

@@ -1,6 +1,6 @@
 #include "tests/compare/ComparePanes.h"
 
-#include "pane/PaneTable.h"
+#include "pane/EditorContext.h"
 #include "platform/grid/Grid.h"
 #include "platform/grid/GridFill.h"
 #include "platform/list/ListBox.h"
@@ -15,14 +15,15 @@ namespace qir::test {
 using namespace Qt::StringLiterals;
 
 ComparePanes::ComparePanes()
-    : m_tables(m_editor)
-    , m_alignment(m_editor, m_tables)
-    , m_differences(m_editor, m_tables) {
+    : m_equal(m_editor)
+    , m_marks(m_editor, m_equal)
+    , m_alignment(m_editor, m_marks)
+    , m_differences(m_editor, m_marks, m_equal) {
     EditorControls &controls = m_editor.controls;
     controls.window = &m_window;
     m_window.resize(820, 500);
     for (const int pane : {0, 1}) {
-        PaneControls &own = controls.pane[static_cast<std::size_t>(pane)];
+        PaneControls own;
         own.IDtb = new QGroupBox(&m_window);
         own.IDtb->setGeometry(5 + pane * 400, 3, 400, 480);
         own.nomelab = new QLabel(own.IDtb);
@@ -33,6 +34,7 @@ ComparePanes::ComparePanes()
         own.txtEdit = new QLineEdit(own.IDtb);
         own.txtEdit->hide();
         own.Tabella->setVisibleFlag(false);
+        m_editor.pane(pane).setControls(own);
     }
     controls.ProgressBarCompare = new QProgressBar(&m_window);
     controls.ProgressBarCompare->hide();
@@ -42,8 +44,8 @@ ComparePanes::ComparePanes()
 }
 
 ComparePanes::~ComparePanes() {
-    for (QirDatabase &database : m_editor.state.OggettoDtb)
-        database.release();
+    for (const int pane : {0, 1})
+        m_editor.pane(pane).releaseDatabase();
 }
 
 void ComparePanes::open(int pane, const PlainDatabase &tables) {
@@ -51,9 +53,9 @@ void ComparePanes::open(int pane, const PlainDatabase &tables) {
 }
 
 void ComparePanes::open(int pane, QirDatabase database) {
-    m_editor.OggettoDtb(pane) = std::move(database);
-    m_editor.DtbAperto(pane) = true;
-    m_editor.TabellaCorrente(pane).clear();
+    m_editor.pane(pane).setDatabase(std::move(database));
+    m_editor.pane(pane).setOpen(true);
+    m_editor.pane(pane).currentTableLost();
 }
 
 void ComparePanes::openBoth(const PlainDatabase &left, const PlainDatabase &right) {
@@ -64,14 +66,14 @@ void ComparePanes::openBoth(const PlainDatabase &left, const PlainDatabase &righ
 
 void ComparePanes::select(int pane, int line) {
     list(pane).setListIndex(line);
-    const bool real = realTableSelected(m_editor, pane);
+    const bool real = m_editor.pane(pane).realTableSelected();
     grid(pane).setVisibleFlag(real);
-    m_editor.TabellaMostrata(pane).clear();
+    m_editor.pane(pane).tableHidden();
     if (!real)
         return;
-    const QString name = selectedTableName(m_editor, pane);
-    makeTableCurrent(m_editor, pane, name);
-    m_editor.TabellaMostrata(pane) = name;
+    const QString name = m_editor.pane(pane).selectedTableName();
+    m_editor.pane(pane).makeTableCurrent(name);
+    m_editor.pane(pane).tableLoaded();
     const QirDatabase &database = m_editor.OggettoDtb(pane);
     QStringList headers;
     for (int field = 1; field <= database.QirTableFieldsCount(); ++field)

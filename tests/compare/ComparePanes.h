@@ -1,8 +1,9 @@
 #pragma once
 
 #include "compare/CellDifferences.h"
-#include "compare/DifferingTables.h"
+#include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
+#include "compare/TableMarks.h"
 #include "pane/EditorContext.h"
 #include "tests/compare/PlainTables.h"
 
@@ -21,7 +22,7 @@ public:
     ~ComparePanes();
 
     EditorContext &editor() { return m_editor; }
-    DifferingTables &tables() { return m_tables; }
+    TableMarks &marks() { return m_marks; }
     TableListAlignment &alignment() { return m_alignment; }
     CellDifferences &differences() { return m_differences; }
     QWidget &window() { return m_window; }
@@ -43,7 +44,8 @@ public:
 private:
     QWidget m_window;
     EditorContext m_editor;
-    DifferingTables m_tables;
+    EqualTables m_equal;
+    TableMarks m_marks;
     TableListAlignment m_alignment;
     CellDifferences m_differences;
 };

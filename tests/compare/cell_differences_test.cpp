@@ -5,6 +5,7 @@
 #include "tests/compare/CallLog.h"
 #include "tests/compare/ComparePanes.h"
 #include "tests/tools/fake/FakeControl.h"
+#include "view/GridSave.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -49,7 +50,7 @@ protected:
     void run(SelectionRule rule = SelectionRule::SameLine, CellWindow window = {}) {
         panes.differences().EvidenziaDifferenzeTabella(rule, window);
     }
-    Cells different() { return test::setElements(panes.editor().state.CelleDiverse); }
+    Cells different() { return test::setElements(panes.editor().CelleDiverse()); }
     QProgressBar &bar() { return *panes.editor().controls.ProgressBarCompare; }
 
     UseFake fake;
@@ -101,7 +102,7 @@ TEST_F(CellDifferencesTest, PaintsTheGridBesideAPlaceholderWhite) {
     EXPECT_EQ(panes.lines(0) + panes.lines(1), QStringList({u"T"_s, u"T ?"_s}));
     EXPECT_EQ(fake->calls(u"QIRTableRecordSetByIndex"_s), 0);
     EXPECT_FALSE(panes.grid(1).Visible());
-    EXPECT_EQ(panes.editor().state.CelleDiverse.count(), 0U);
+    EXPECT_EQ(panes.editor().CelleDiverse().count(), 0U);
 }
 
 TEST_F(CellDifferencesTest, DoesNothingWhileTheSelectedLinesDiffer) {
@@ -142,7 +143,7 @@ TEST_F(CellDifferencesTest, DoesNotCompareLinesOfDifferentNames) {
     run();
     EXPECT_EQ(fake->calls(u"QIRTableRecordSetByIndex"_s), 0);
     EXPECT_TRUE(panes.redCells(0).empty());
-    EXPECT_EQ(panes.editor().state.CelleDiverse.count(), 0U);
+    EXPECT_EQ(panes.editor().CelleDiverse().count(), 0U);
 }
 
 TEST_F(CellDifferencesTest, PaintsOnlyInsideTheWindowAndKnowsAllDifferences) {
@@ -153,7 +154,7 @@ TEST_F(CellDifferencesTest, PaintsOnlyInsideTheWindowAndKnowsAllDifferences) {
     run(SelectionRule::SameLine, {2, 3, 2, 2});
     EXPECT_EQ(panes.redCells(0), (Cells{{2, 2}, {3, 2}}));
     EXPECT_EQ(panes.redCells(1), (Cells{{2, 2}, {3, 2}}));
-    EXPECT_EQ(panes.editor().state.CelleDiverse.count(), 8U);
+    EXPECT_EQ(panes.editor().CelleDiverse().count(), 8U);
 }
 
 TEST_F(CellDifferencesTest, TakesZeroBoundsForTheFirstAndTheLastOfEither) {
@@ -197,13 +198,14 @@ TEST_F(CellDifferencesTest, MakesTheShownTablesCurrentFirst) {
     panes.alignment().MostraTabelleDiverseInLista(); // leaves U current
     run();
     EXPECT_EQ(panes.redCells(0), (Cells{{2, 2}}));
-    EXPECT_EQ(panes.editor().TabellaCorrente(1), u"T"_s);
+    EXPECT_EQ(panes.editor().pane(1).TabellaCorrente(), u"T"_s);
 }
 
 TEST_F(CellDifferencesTest, DoesNotCompareAGridThatStillShowsAnotherTable) {
     show(numbered(2), with(numbered(2), 1, 1, 7.0));
-    panes.editor().TabellaMostrata(1) = u"U"_s;
     panes.editor().OggettoDtb(1).AddTable(u"U"_s);
+    panes.editor().pane(1).makeTableCurrent(u"U"_s);
+    panes.editor().pane(1).tableLoaded();
     run();
     EXPECT_TRUE(panes.redCells(0).empty());
 }
@@ -346,7 +348,7 @@ TEST_F(CellDifferencesTest, StoresTheGridByRowAndColumnDataInOneGroup) {
         grid.setRowData(row, row);
     grid.setTextMatrix(2, 2, u"new"_s);
     fake->clearLog();
-    panes.differences().SalvaGridInDatabase(0);
+    GridSave(panes.editor(), panes.differences()).SalvaGridInDatabase(0);
     const QirDatabase &database = panes.editor().OggettoDtb(0);
     QStringList texts;
     for (int record = 1; record <= 3; ++record) {
@@ -373,7 +375,7 @@ TEST_F(CellDifferencesTest, StoresTheGridByRowAndColumnDataInOneGroup) {
 TEST_F(CellDifferencesTest, StoresEachRowInTheRecordThatItShows) {
     show(numbered(3), numbered(3));
     panes.grid(0).reorderRecords({2, 0, 1});
-    panes.differences().SalvaGridInDatabase(0); // every text goes back where it came from
+    GridSave(panes.editor(), panes.differences()).SalvaGridInDatabase(0); // every text goes back where it came from
     EXPECT_TRUE(panes.redCells(0).empty());
 }
 
@@ -381,7 +383,7 @@ TEST_F(CellDifferencesTest, StoresNothingOfAColumnThatStandsForNoField) {
     show(numbered(2), numbered(2));
     panes.grid(0).setColData(2, 0);
     panes.grid(0).setTextMatrix(1, 2, u"nowhere"_s);
-    panes.differences().SalvaGridInDatabase(0);
+    GridSave(panes.editor(), panes.differences()).SalvaGridInDatabase(0);
     panes.editor().OggettoDtb(0).setQIRTableRecordsPointerOut(1);
     EXPECT_EQ(panes.editor().OggettoDtb(0).QIRTableRecordSetByIndex(2).toString(), u"r1"_s);
 }
@@ -389,7 +391,7 @@ TEST_F(CellDifferencesTest, StoresNothingOfAColumnThatStandsForNoField) {
 TEST_F(CellDifferencesTest, StoresTheLeadingNumberOfATextInANumberField) {
     show(numbered(1), numbered(1));
     panes.grid(0).setTextMatrix(1, 1, u"12abc"_s);
-    panes.differences().SalvaGridInDatabase(0);
+    GridSave(panes.editor(), panes.differences()).SalvaGridInDatabase(0);
     panes.editor().OggettoDtb(0).setQIRTableRecordsPointerOut(1);
     EXPECT_EQ(panes.editor().OggettoDtb(0).QIRTableRecordSetByIndex(1).toDouble(), 12.0);
 }
@@ -399,7 +401,7 @@ TEST_F(CellDifferencesTest, UndoesWhatWasStoredOfAGridBeforeAnError) {
     for (int row = 1; row <= 3; ++row)
         panes.grid(0).setTextMatrix(row, 2, u"new"_s);
     fake->failOn(u"QIRTableRecordSetByIndex"_s, u"broken"_s, 5);
-    EXPECT_THROW(panes.differences().SalvaGridInDatabase(0), std::exception);
+    EXPECT_THROW(GridSave(panes.editor(), panes.differences()).SalvaGridInDatabase(0), std::exception);
     fake->stopFailing();
     panes.editor().OggettoDtb(0).setQIRTableRecordsPointerOut(1);
     EXPECT_EQ(panes.editor().OggettoDtb(0).QIRTableRecordSetByIndex(2).toString(), u"r1"_s);

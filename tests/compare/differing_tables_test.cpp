@@ -52,8 +52,8 @@ TEST_F(DifferingTablesTest, StayUnmarkedWhenOnlyTheirFieldNamesDiffer) {
 
 TEST_F(DifferingTablesTest, LeaveTheLastComparedTableCurrentAndRemembered) {
     panes.openBoth({{"a", {true}, {{"x"}}}, {"b", {true}, {}}, {"c", {}, {}}}, {{"a", {true}, {{"x"}}}, {"b", {}, {}}});
-    EXPECT_EQ(panes.editor().TabellaCorrente(0), u"b"_s);
-    EXPECT_EQ(panes.editor().TabellaCorrente(1), u"b"_s);
+    EXPECT_EQ(panes.editor().pane(0).TabellaCorrente(), u"b"_s);
+    EXPECT_EQ(panes.editor().pane(1).TabellaCorrente(), u"b"_s);
     EXPECT_EQ(panes.editor().OggettoDtb(0).QirTableFieldsCount(), 1);
 }
 
@@ -66,55 +66,55 @@ TEST_F(DifferingTablesTest, FindDifferencesOfOtherSpellingsOfAName) {
 TEST_F(DifferingTablesTest, AreMarkedOnceHoweverOften) {
     showLines({u"a"_s}, {u"a"_s});
     for (int i = 0; i < 3; ++i) {
-        panes.tables().SettaTabelleUgualiDiverse(true, 0);
+        panes.marks().SettaTabelleUgualiDiverse(true, 0);
         EXPECT_EQ(lineZero(), QStringList({u"a !"_s, u"a !"_s}));
     }
-    panes.tables().SettaTabelleUgualiDiverse(false, 0);
+    panes.marks().SettaTabelleUgualiDiverse(false, 0);
     EXPECT_EQ(lineZero(), QStringList({u"a"_s, u"a"_s}));
 }
 
 TEST_F(DifferingTablesTest, AreNeitherMarkedNorClearedWhileTheListsDifferInLength) {
     showLines({u"a !"_s, u"b"_s}, {u"a !"_s});
-    panes.tables().SettaTabelleUgualiDiverse(false, 0);
-    panes.tables().SettaTabelleUgualiDiverse(true, 1);
+    panes.marks().SettaTabelleUgualiDiverse(false, 0);
+    panes.marks().SettaTabelleUgualiDiverse(true, 1);
     EXPECT_EQ(panes.lines(0), QStringList({u"a !"_s, u"b"_s}));
     EXPECT_EQ(panes.lines(1), QStringList(u"a !"_s));
 }
 
 TEST_F(DifferingTablesTest, AreNotMarkedWithoutALine) {
     showLines({u"a"_s}, {u"a"_s});
-    panes.tables().SettaTabelleUgualiDiverse(true, -1);
-    panes.tables().SettaTabelleUgualiDiverse(true, 1);
+    panes.marks().SettaTabelleUgualiDiverse(true, -1);
+    panes.marks().SettaTabelleUgualiDiverse(true, 1);
     EXPECT_EQ(lineZero(), QStringList({u"a"_s, u"a"_s}));
 }
 
 TEST_F(DifferingTablesTest, KeepPlaceholdersUnmarked) {
     showLines({u"a ?"_s}, {u"a"_s});
-    panes.tables().SettaTabelleUgualiDiverse(true, 0);
+    panes.marks().SettaTabelleUgualiDiverse(true, 0);
     EXPECT_EQ(lineZero(), QStringList({u"a ?"_s, u"a"_s}));
-    panes.tables().SettaTabelleUgualiDiverse(false, 0);
+    panes.marks().SettaTabelleUgualiDiverse(false, 0);
     EXPECT_EQ(lineZero(), QStringList({u"a ?"_s, u"a"_s}));
 }
 
 TEST_F(DifferingTablesTest, GoByTheLeftLineForTheRightMarker) {
     showLines({u"a"_s}, {u"a ?"_s});
-    panes.tables().SettaTabelleUgualiDiverse(true, 0);
+    panes.marks().SettaTabelleUgualiDiverse(true, 0);
     EXPECT_EQ(lineZero(), QStringList({u"a !"_s, u"a ? !"_s}));
-    panes.tables().SettaTabelleUgualiDiverse(false, 0);
+    panes.marks().SettaTabelleUgualiDiverse(false, 0);
     EXPECT_EQ(lineZero(), QStringList({u"a"_s, u"a ?"_s}));
 }
 
 TEST_F(DifferingTablesTest, AreMarkedByTheMatrixWithoutReadingADatabase) {
     panes.openBoth({{"a", {true}, {{"x"}}}}, {{"a", {true}, {{"x"}}}});
     panes.selectBoth(0);
-    BitMatrix &matrix = panes.editor().state.CelleDiverse;
+    BitMatrix &matrix = panes.editor().foundDifferences();
     matrix = BitMatrix(2, 2);
     matrix.set(1, 1, true);
     fake->reset();
-    panes.tables().MostraTabellaDiversaInLista();
+    panes.marks().MostraTabellaDiversaInLista();
     EXPECT_EQ(lineZero(), QStringList({u"a !"_s, u"a !"_s}));
     matrix.set(1, 1, false);
-    panes.tables().MostraTabellaDiversaInLista();
+    panes.marks().MostraTabellaDiversaInLista();
     EXPECT_EQ(lineZero(), QStringList({u"a"_s, u"a"_s}));
     EXPECT_EQ(fake->calls(), 0);
 }
@@ -122,30 +122,30 @@ TEST_F(DifferingTablesTest, AreMarkedByTheMatrixWithoutReadingADatabase) {
 TEST_F(DifferingTablesTest, CountAsEqualWhileAGridIsHiddenOrADatabaseClosed) {
     panes.openBoth({{"a", {true}, {{"x"}}}}, {{"a", {true}, {{"y"}}}});
     panes.selectBoth(0);
-    panes.editor().state.CelleDiverse = BitMatrix(2, 2);
-    panes.editor().state.CelleDiverse.set(1, 1, true);
+    panes.editor().foundDifferences() = BitMatrix(2, 2);
+    panes.editor().foundDifferences().set(1, 1, true);
     panes.grid(1).setVisibleFlag(false);
-    panes.tables().MostraTabellaDiversaInLista();
+    panes.marks().MostraTabellaDiversaInLista();
     EXPECT_EQ(lineZero(), QStringList({u"a"_s, u"a"_s}));
     panes.grid(1).setVisibleFlag(true);
-    panes.tables().MostraTabellaDiversaInLista();
+    panes.marks().MostraTabellaDiversaInLista();
     EXPECT_EQ(lineZero(), QStringList({u"a !"_s, u"a !"_s}));
-    panes.editor().DtbAperto(0) = false;
-    panes.tables().MostraTabellaDiversaInLista();
+    panes.editor().pane(0).setOpen(false);
+    panes.marks().MostraTabellaDiversaInLista();
     EXPECT_EQ(lineZero(), QStringList({u"a"_s, u"a"_s}));
 }
 
 TEST_F(DifferingTablesTest, LeaveTheMatrixAloneWithoutBothDatabases) {
     panes.open(0, PlainDatabase{{"a", {true}, {{"x"}}}});
     BitMatrix matrix(3, 3);
-    panes.tables().TabelleDiverseBool(1, 1, matrix);
+    panes.differences().TabelleDiverseBool(1, 1, matrix);
     EXPECT_EQ(matrix.count(), 0U); // not even the block beyond the bounds
 }
 
 TEST_F(DifferingTablesTest, SetTheBlockBeyondBothBounds) {
     panes.openBoth({{"a", {true}, {{"x"}}}}, {{"a", {true}, {{"x"}}}});
     BitMatrix matrix(4, 3);
-    panes.tables().TabelleDiverseBool(1, 1, matrix);
+    panes.differences().TabelleDiverseBool(1, 1, matrix);
     EXPECT_EQ(test::setElements(matrix), (std::set<std::pair<int, int>>{{2, 2}, {3, 2}}));
 }
 
@@ -155,7 +155,7 @@ TEST_F(DifferingTablesTest, AreNotReadAgainWhereTheyWereJustFoundEqual) {
     BitMatrix matrix(2, 2);
     matrix.set(1, 1, true);
     int steps = 0;
-    panes.tables().TabelleDiverseBool(1, 1, matrix, [&](int record) { steps += record; });
+    panes.differences().TabelleDiverseBool(1, 1, matrix, [&](int record) { steps += record; });
     EXPECT_EQ(matrix.count(), 0U);
     EXPECT_EQ(steps, 1);
     EXPECT_EQ(fake->calls(u"QIRTableRecordSetByIndex"_s), reads);
@@ -167,7 +167,7 @@ TEST_F(DifferingTablesTest, AreReadAgainAfterAnyWrite) {
     right.setQIRTableRecordsPointerOut(1);
     right.setQIRTableRecordSetByIndex(1, u"y"_s);
     BitMatrix matrix(2, 2);
-    panes.tables().TabelleDiverseBool(1, 1, matrix);
+    panes.differences().TabelleDiverseBool(1, 1, matrix);
     EXPECT_EQ(matrix.count(), 1U);
 }
 
@@ -175,16 +175,16 @@ TEST_F(DifferingTablesTest, ColourOneCellByTheMatrix) {
     const PlainDatabase tables{{"a", {true, true}, {{"x", "y"}, {"x", "y"}}}};
     panes.openBoth(tables, tables);
     panes.selectBoth(0);
-    BitMatrix &matrix = panes.editor().state.CelleDiverse;
+    BitMatrix &matrix = panes.editor().foundDifferences();
     matrix = BitMatrix(10, 10);
     for (const auto &[row, column] : {std::pair{1, 2}, {0, 1}, {1, 0}, {3, 1}, {1, 3}})
         matrix.set(static_cast<std::size_t>(row), static_cast<std::size_t>(column), true);
     for (const auto &[row, column] : {std::pair{1, 2}, {2, 2}, {0, 1}, {1, 0}, {3, 1}, {1, 3}, {-1, 1}, {1, -1}})
-        panes.tables().SetEqualColor(0, row, column);
+        SetEqualColor(panes.editor(), 0, row, column);
     EXPECT_EQ(panes.redCells(0), (std::set<std::pair<int, int>>{{1, 2}}));
     EXPECT_EQ(panes.redCells(1), (std::set<std::pair<int, int>>{}));
     matrix.clear();
-    panes.tables().SetEqualColor(0, 1, 2);
+    SetEqualColor(panes.editor(), 0, 1, 2);
     EXPECT_TRUE(panes.redCells(0).empty());
 }
 

@@ -86,19 +86,21 @@ TEST_F(ListAlignment, IsBuiltAfreshEachTime) {
 TEST_F(ListAlignment, HandlesNoClickAndHasNoLoadedLineMeanwhile) {
     panes.openBoth({table("a"), table("b")}, {table("a"), table("b")});
     panes.list(0).setListIndex(1);
-    panes.editor().state.UltimoListIndex = {1, 0};
+    for (const int pane : {0, 1})
+        panes.editor().pane(pane).lineSettled();
     int open = 0;
     int refilling = 0;
     for (const int pane : {0, 1}) {
         QObject::connect(&panes.list(pane), &ListBox::Click,
-                         [&] { ++(panes.editor().state.RefillInCorso > 0 ? refilling : open); });
+                         [&] { ++(panes.editor().listClicks().refilling() ? refilling : open); });
     }
     panes.alignment().MostraTabelleDiverseInLista();
     EXPECT_EQ(open, 0);
     EXPECT_GT(refilling, 0);
     EXPECT_EQ(panes.list(0).ListIndex(), 1);
-    EXPECT_EQ(panes.editor().state.UltimoListIndex, (std::array{-1, -1}));
-    EXPECT_EQ(panes.editor().state.RefillInCorso, 0);
+    for (const int pane : {0, 1})
+        EXPECT_EQ(panes.editor().UltimoListIndex(pane), -1);
+    EXPECT_FALSE(panes.editor().listClicks().refilling());
 }
 
 TEST_F(ListAlignment, PairsTwinsOfAForeignComponentSomehow) {
@@ -123,7 +125,7 @@ TEST_F(ListAlignment, EndsTheProgramWhenTheWindowWasClosedWhileTheNamesWereSorte
     });
     EXPECT_THROW(panes.alignment().MostraTabelleDiverseInLista(), ProgramEnded);
     EXPECT_EQ(panes.lines(0), QStringList(u"a"_s)); // not aligned any more
-    EXPECT_EQ(panes.editor().state.RefillInCorso, 0);
+    EXPECT_FALSE(panes.editor().listClicks().refilling());
     EXPECT_EQ(fake->calls(u"ExistTable"_s), 0);
 }
 
@@ -132,7 +134,7 @@ TEST_F(ListAlignment, PassesOnAnErrorOfTheComponent) {
     panes.open(1, PlainDatabase{table("a")});
     fake->failOn(u"QIRTableRecordSource"_s, u"broken"_s);
     EXPECT_THROW(panes.alignment().MostraTabelleDiverseInLista(), std::exception);
-    EXPECT_EQ(panes.editor().state.RefillInCorso, 0);
+    EXPECT_FALSE(panes.editor().listClicks().refilling());
 }
 
 TEST_F(ListAlignment, CallsTheComponentsInTheGivenOrder) {
@@ -147,7 +149,7 @@ TEST_F(ListAlignment, CallsTheComponentsInTheGivenOrder) {
     fake->clearLog();
     panes.alignment().CreaSpaziInListeTabelle(names);
     EXPECT_TRUE(fake->log().isEmpty());
-    panes.tables().IndividuaTabelleDiverse(names);
+    panes.marks().IndividuaTabelleDiverse(names);
     EXPECT_EQ(test::loggedCallsWithArguments(FakeControl::get()),
               (std::vector<std::string>{
                   "left ExistTable(a)", "right ExistTable(a)", "left QIRTableRecordSource(a)",

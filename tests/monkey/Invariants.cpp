@@ -2,7 +2,7 @@
 
 #include "base/LeadingNumber.h"
 #include "db/FieldTypes.h"
-#include "pane/PaneTable.h"
+#include "pane/EditorContext.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 #include "tests/window/EditorFixture.h"
@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 QString windowProblem(EditorContext &editor) {
-    if (editor.state.RefillInCorso != 0 || editor.state.CaricamentoInCorso)
+    if (!editor.listClicks().handled())
         return u"a flag of a running command stayed set"_s;
     if (QApplication::overrideCursor() != nullptr)
         return u"the pointer of a running command stayed"_s;
@@ -31,7 +31,7 @@ QString windowProblem(EditorContext &editor) {
         return u"the window stayed disabled"_s;
     if (!editor.controls.ProgressBarCompare->isHidden())
         return u"the progress bar stayed"_s;
-    const int active = editor.state.IndexAttivo;
+    const int active = editor.IndexAttivo();
     if (active < -1 || active > (editor.twoPanes() ? 1 : 0))
         return u"pane %1 is active"_s.arg(active);
     const bool open = active >= 0 && editor.DtbAperto(active);
@@ -42,8 +42,8 @@ QString windowProblem(EditorContext &editor) {
 }
 
 QString editProblem(EditorContext &editor) {
-    const bool editing = editor.state.RigaEdit > 0 && editor.state.ColonnaEdit > 0;
-    if (!editing && (editor.state.RigaEdit != -1 || editor.state.ColonnaEdit != -1))
+    const bool editing = editor.RigaEdit() > 0 && editor.ColonnaEdit() > 0;
+    if (!editing && (editor.RigaEdit() != -1 || editor.ColonnaEdit() != -1))
         return u"half a cell is under edit"_s;
     int shown = 0;
     for (const int pane : {0, 1}) {
@@ -51,7 +51,7 @@ QString editProblem(EditorContext &editor) {
             continue;
         ++shown;
         const Grid &grid = editor.Tabella(pane);
-        if (!grid.Visible() || editor.state.RigaEdit >= grid.Rows() || editor.state.ColonnaEdit >= grid.Cols())
+        if (!grid.Visible() || editor.RigaEdit() >= grid.Rows() || editor.ColonnaEdit() >= grid.Cols())
             return u"the editor of pane %1 stands over no cell"_s.arg(pane);
     }
     if (shown > 1 || (shown == 1) != editing)
@@ -71,21 +71,21 @@ QString closedPaneProblem(EditorContext &editor, int pane) {
 /// The invariant of lists, grids and components, as far as the window tells.
 QString openPaneProblem(EditorContext &editor, int pane) {
     const Grid &grid = editor.Tabella(pane);
-    if (editor.LoadFailed(pane)) {
+    if (editor.pane(pane).LoadFailed()) {
         // What was filled before the error stays, under its own line only.
-        const bool own = editor.TabellaMostrata(pane) == selectedTableName(editor, pane);
+        const bool own = editor.pane(pane).TabellaMostrata() == editor.pane(pane).selectedTableName();
         return grid.Visible() && !own ? u"a table shows under the line of one that was not loaded"_s : QString();
     }
-    const bool loaded = realTableSelected(editor, pane);
+    const bool loaded = editor.pane(pane).realTableSelected();
     if (grid.Visible() != (loaded && grid.Rows() > 1))
         return u"the grid has Visible %1 with %2 rows, %3"_s.arg(grid.Visible())
             .arg(grid.Rows())
             .arg(loaded ? u"a table selected"_s : u"no table to show"_s);
     if (!loaded)
         return {};
-    if (editor.TabellaMostrata(pane) != selectedTableName(editor, pane))
-        return u"'%1' is selected but '%2' is shown"_s.arg(selectedTableName(editor, pane),
-                                                           editor.TabellaMostrata(pane));
+    if (editor.pane(pane).TabellaMostrata() != editor.pane(pane).selectedTableName())
+        return u"'%1' is selected but '%2' is shown"_s.arg(editor.pane(pane).selectedTableName(),
+                                                           editor.pane(pane).TabellaMostrata());
     if (editor.UltimoListIndex(pane) != editor.ListaTabelle(pane).ListIndex())
         return u"line %1 is selected, line %2 counts as loaded"_s.arg(editor.ListaTabelle(pane).ListIndex())
             .arg(editor.UltimoListIndex(pane));
@@ -140,11 +140,11 @@ bool holds(FieldType type, const QString &value, const QString &cell) {
 
 /// The cells of a grid against those of the component's table.
 QString cellsProblem(EditorContext &editor, int pane) {
-    if (!editor.DtbAperto(pane) || !realTableSelected(editor, pane) || editor.LoadFailed(pane))
+    if (!editor.DtbAperto(pane) || !editor.pane(pane).realTableSelected() || editor.pane(pane).LoadFailed())
         return {};
-    if (editor.TextsUnstored(pane))
+    if (editor.pane(pane).TextsUnstored())
         return {}; // a write was refused; the cell keeps what was typed
-    makeShownTableCurrent(editor, pane);
+    editor.pane(pane).makeShownTableCurrent();
     const Grid &grid = editor.Tabella(pane);
     const QirDatabase &database = editor.OggettoDtb(pane);
     const int fields = database.QirTableFieldsCount();

@@ -1,7 +1,7 @@
 #include "tests/monkey/Monkey.h"
 
 #include "app/DtbEditor.h"
-#include "pane/PaneTable.h"
+#include "pane/EditorContext.h"
 #include "platform/loop/MessageLoop.h"
 #include "tests/monkey/Invariants.h"
 #include "tests/support/Hands.h"
@@ -111,9 +111,10 @@ void Monkey::openWindow() {
 void Monkey::prepareTwoPanes() {
     const EditorControls &controls = m_window->context().controls;
     m_prologue.push_back([&controls] { controls.action(Command::TwoMenu).trigger(); });
-    m_prologue.push_back([&controls] {
-        if (controls.pane[1].IDtb->isVisible()) // steps between may have left one pane
-            hands::click(controls.pane[1].IDtb, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    m_prologue.push_back([this] {
+        QGroupBox &frame = m_window->context().IDtb(1);
+        if (frame.isVisible()) // steps between may have left one pane
+            hands::click(&frame, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
     });
     m_prologue.push_back([this, &controls] {
         m_expectedFile = m_files.path(MonkeyFiles::right);
@@ -196,7 +197,7 @@ void Monkey::look() {
     if (!idle())
         return;
     ++m_looks;
-    if (gridsShowSameTable(m_window->context()))
+    if (m_window->context().gridsShowSameTable())
         ++m_looksAtTwo;
     if (m_errors)
         m_errors->pause();

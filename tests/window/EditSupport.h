@@ -77,16 +77,16 @@ inline void selectBlock(EditorFixture &fixture, int pane, const GridSelection &b
 
 /// The value that the component holds in the table that a pane shows.
 inline QVariant stored(EditorFixture &fixture, int pane, int record, int field) {
-    makeShownTableCurrent(fixture.editor(), pane);
-    const QirDatabase &database = fixture.editor().OggettoDtb(pane);
+    fixture.editor().pane(pane).makeShownTableCurrent();
+    const QirDatabase &database = fixture.database(pane);
     database.setQIRTableRecordsPointerOut(record);
     return database.QIRTableRecordSetByIndex(field);
 }
 
 /// All values of the table that a pane shows, record by record.
 inline QList<QVariantList> storedRecords(EditorFixture &fixture, int pane) {
-    makeShownTableCurrent(fixture.editor(), pane);
-    const QirDatabase &database = fixture.editor().OggettoDtb(pane);
+    fixture.editor().pane(pane).makeShownTableCurrent();
+    const QirDatabase &database = fixture.database(pane);
     QList<QVariantList> records;
     for (int r = 1; r <= database.QirTableRecordsCount(); ++r) {
         QVariantList record;

@@ -36,12 +36,12 @@ void makeTable(const QirDatabase &database, const TableOfTexts &table) {
 QString gridProblems(EditorContext &editor, int pane) {
     const Grid &grid = editor.Tabella(pane);
     const QString paneName = u"pane %1: "_s.arg(pane);
-    if (!realTableSelected(editor, pane))
+    if (!editor.pane(pane).realTableSelected())
         return grid.Visible() ? paneName + u"a grid without a selected table is visible; "_s : QString();
-    const QString selected = selectedTableName(editor, pane);
-    if (editor.TabellaMostrata(pane) != selected)
-        return paneName + u"'%1' is selected but '%2' is shown; "_s.arg(selected, editor.TabellaMostrata(pane));
-    makeShownTableCurrent(editor, pane);
+    const QString selected = editor.pane(pane).selectedTableName();
+    if (editor.pane(pane).TabellaMostrata() != selected)
+        return paneName + u"'%1' is selected but '%2' is shown; "_s.arg(selected, editor.pane(pane).TabellaMostrata());
+    editor.pane(pane).makeShownTableCurrent();
     const QirDatabase &database = editor.OggettoDtb(pane);
     QString problems;
     if (grid.Rows() != database.QirTableRecordsCount() + 1 ||

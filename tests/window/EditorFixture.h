@@ -2,7 +2,6 @@
 
 #include "app/DtbEditor.h"
 #include "db/FieldTypes.h"
-#include "pane/PaneTable.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
@@ -34,6 +33,12 @@ struct TableOfTexts {
 /// Writes a database file through the component, as any program would. Throws what the component throws.
 void makeDatabase(const QString &path, const std::vector<TableOfTexts> &tables, const QString &password = {});
 
+/// Grid row and column of the cell under edit; -1 none.
+struct EditedCell {
+    int row;
+    int column;
+};
+
 /// The real main window with its message loop, shown, and the dialogs that a test expects. One at a time.
 class EditorFixture {
 public:
@@ -43,9 +48,18 @@ public:
 
     DtbEditor &window() { return *m_window; }
     EditorContext &editor() { return m_window->context(); }
-    EditorState &state() { return editor().state; }
     DialogScript &dialogs() { return m_dialogs; }
     StartResult startResult() const { return m_startResult; }
+
+    // What the panes hold and show.
+
+    int activePane() { return editor().IndexAttivo(); } ///< -1 none.
+    const QirDatabase &database(int pane) { return editor().OggettoDtb(pane); }
+    bool isOpen(int pane) { return editor().DtbAperto(pane); }
+    QString fileName(int pane) { return editor().NomeFileDtb(pane); }
+    int loadedLine(int pane) { return editor().UltimoListIndex(pane); } ///< Of the table list, -1 none.
+    QString shownTable(int pane) { return editor().pane(pane).TabellaMostrata(); }
+    EditedCell editedCell() { return {editor().RigaEdit(), editor().ColonnaEdit()}; }
 
     ListBox &list(int pane) { return editor().ListaTabelle(pane); }
     Grid &grid(int pane) { return editor().Tabella(pane); }

@@ -67,8 +67,8 @@ protected:
     }
     /// Writes a value into the first cell of the table that a pane shows, past the window.
     static void change(EditorFixture &fixture, int pane, const QString &text) {
-        makeShownTableCurrent(fixture.editor(), pane);
-        const QirDatabase &database = fixture.editor().OggettoDtb(pane);
+        fixture.editor().pane(pane).makeShownTableCurrent();
+        const QirDatabase &database = fixture.database(pane);
         database.setQIRTableRecordsPointerOut(1);
         database.setQIRTableRecordSetByIndex(1, text.toDouble());
     }

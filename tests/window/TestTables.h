@@ -23,7 +23,7 @@ inline TableOfTexts pumps(const QString &name = QStringLiteral("Pumps")) {
 /// The names of the tables of a pane's database, in its own order.
 inline QStringList tableNames(EditorFixture &fixture, int pane) {
     QStringList names;
-    const QirDatabase &database = fixture.editor().OggettoDtb(pane);
+    const QirDatabase &database = fixture.database(pane);
     for (int i = 1; i <= database.QIRTablesCount(); ++i)
         names.append(database.QIRTableName(i));
     return names;
@@ -31,8 +31,8 @@ inline QStringList tableNames(EditorFixture &fixture, int pane) {
 
 /// Fields of the table that a pane shows, as "name type size", as its database has them.
 inline QStringList fieldsOf(EditorFixture &fixture, int pane) {
-    makeShownTableCurrent(fixture.editor(), pane);
-    const QirDatabase &database = fixture.editor().OggettoDtb(pane);
+    fixture.editor().pane(pane).makeShownTableCurrent();
+    const QirDatabase &database = fixture.database(pane);
     QStringList fields;
     for (int k = 1; k <= database.QirTableFieldsCount(); ++k)
         fields.append(database.QIRTableFieldName(k) + u' ' + DBTypeName(database.QIRTableFieldType(k)) + u' ' +
@@ -42,8 +42,8 @@ inline QStringList fieldsOf(EditorFixture &fixture, int pane) {
 
 /// The records of the table that a pane shows, as its database has them.
 inline QList<QStringList> recordsOf(EditorFixture &fixture, int pane) {
-    makeShownTableCurrent(fixture.editor(), pane);
-    const QirDatabase &database = fixture.editor().OggettoDtb(pane);
+    fixture.editor().pane(pane).makeShownTableCurrent();
+    const QirDatabase &database = fixture.database(pane);
     QList<QStringList> records;
     QStringList values;
     for (int r = 1; r <= database.QirTableRecordsCount(); ++r) {

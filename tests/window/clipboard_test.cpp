@@ -54,7 +54,7 @@ private Q_SLOTS:
         selectBlock(fixture, 0, {2, 1, 3, 3});
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(clipboardText(), u"2\tb\t1.5\r3\tc\t2.5"_s);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -130,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(clipboardText(), u"before"_s);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"1"_s);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
     }
 
     void everyKindOfRowEndPastesTheSame_data() {
@@ -241,7 +241,7 @@ private Q_SLOTS:
         fixture.clickCell(0, 2, 2);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.grid(0).TextMatrix(2, 2), u"b"_s);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -304,7 +304,7 @@ private Q_SLOTS:
         selectBlock(fixture, 0, {1, 1, 4, 3});
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -335,7 +335,7 @@ private Q_SLOTS:
         fixture.choose(Command::CopyMenu);
         QCOMPARE(clipboardText(), u"before"_s);
         fixture.choose(Command::PasteMenu);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QCOMPARE(fixture.grid(0).TextMatrix(0, 1), u"A [text]"_s);
         QIR_VERIFY_OK(fixture);
     }
@@ -389,7 +389,7 @@ private Q_SLOTS:
                                                        {u"3"_s, u"c"_s, u"2.5"_s},
                                                        {u"4"_s, u"d"_s, u"3.5"_s}}));
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"a"_s);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -420,7 +420,7 @@ private Q_SLOTS:
 
 private:
     static void press(EditorFixture &fixture, Qt::Key key, Qt::KeyboardModifiers modifiers) {
-        const int pane = std::max(fixture.state().IndexAttivo, 0);
+        const int pane = std::max(fixture.activePane(), 0);
         hands::key(&fixture.grid(pane), key, modifiers);
     }
 

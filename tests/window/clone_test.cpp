@@ -57,9 +57,9 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(1), fixture.texts(0));
         QCOMPARE(fixture.texts(1).size(), 2);
         QCOMPARE(redCells(fixture, 0), QStringList());
-        QVERIFY(fixture.editor().OggettoDtb(1).DtbHasChanged());
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QVERIFY(fixture.database(1).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -86,7 +86,7 @@ private Q_SLOTS:
         QVERIFY(fixture.grid(0).Visible());
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.list(1).ListIndex(), 1);
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -107,7 +107,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(1), QList<QStringList>({{u"2"_s}}));
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.list(1).ListIndex(), 1);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -154,7 +154,7 @@ private Q_SLOTS:
         fake->stopFailing();
         QCOMPARE(tableNames(fixture, 1), QStringList(u"Z"_s));
         QCOMPARE(fixture.lines(1), QStringList({u"Pumps ?"_s, u"Z"_s}));
-        QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QVERIFY(!fixture.database(1).DtbHasChanged());
         QCOMPARE(fixture.list(0).ListIndex(), 0);
         QIR_VERIFY_OK(fixture);
     }
@@ -209,7 +209,7 @@ private Q_SLOTS:
             for (timer.start(); timer.elapsed() < 4;) {
             }
         });
-        fixture.dialogs().expectMessage(u"Database '"_s + fixture.state().NomeFileDtb[1] +
+        fixture.dialogs().expectMessage(u"Database '"_s + fixture.fileName(1) +
                                             u"' has changed.\r\nDo you want to save the changes?"_s,
                                         u"QIR Database Editor"_s, u"No"_s);
         chooseFromPopup(*fixture.editor().controls.popmenuCopyToOther, fixture.action(Command::ClonePOP));
@@ -229,7 +229,7 @@ private Q_SLOTS:
                  QList<QStringList>({{u"5"_s, u"Other"_s}, {u"900"_s, u"Spare"_s}, {u"60"_s, u"Test"_s}}));
         QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
         QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s, u"1,2"_s}));
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -292,7 +292,7 @@ private Q_SLOTS:
         cloneSize(fixture, 0);
         QCOMPARE(recordsOf(fixture, 1).size(), 1);
         QCOMPARE(reload.count(), 0);
-        QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QVERIFY(!fixture.database(1).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -311,7 +311,7 @@ private Q_SLOTS:
         cloneSize(fixture, 0);
         QCOMPARE(recordsOf(fixture, 1).size(), values.size());
         QVERIFY(reload.count() > 0);
-        QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QVERIFY(!fixture.database(1).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -352,7 +352,7 @@ private Q_SLOTS:
         fake->stopFailing();
         QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"5"_s, u"Other"_s}}));
         QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
-        QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QVERIFY(!fixture.database(1).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -419,8 +419,8 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
         QCOMPARE(redCells(fixture, 1), marks);
         // What differs is known all the same.
-        QVERIFY(!fixture.state().CelleDiverse.at(1, 1));
-        QVERIFY(fixture.state().CelleDiverse.at(3, 2));
+        QVERIFY(!fixture.editor().CelleDiverse().at(1, 1));
+        QVERIFY(fixture.editor().CelleDiverse().at(3, 2));
         QIR_VERIFY_OK(fixture);
     }
 
@@ -466,19 +466,19 @@ private Q_SLOTS:
         QVERIFY2(!error.isEmpty(), "the reason is missing");
         QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"5"_s, u"Other"_s}}));
         QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
-        QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QVERIFY(!fixture.database(1).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
     void aBlockEndsAnOpenEdit() {
         EditorFixture fixture;
         fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
-        fixture.state().RigaEdit = 1;
-        fixture.state().ColonnaEdit = 1;
+        fixture.editedCell().row = 1;
+        fixture.editedCell().column = 1;
         fixture.editor().txtEdit(1).show();
         cloneArea(fixture, 0);
         QVERIFY(!fixture.editor().txtEdit(1).isVisible());
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -489,7 +489,7 @@ private Q_SLOTS:
             fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), right);
             fixture.clickLine(0, 0);
             clone(fixture, 0, 0);
-            fixture.editor().OggettoDtb(1).SaveDtb();
+            fixture.database(1).SaveDtb();
             QIR_VERIFY_OK(fixture);
         }
         EditorFixture again(right);
@@ -514,8 +514,7 @@ private:
 
     /// The grid's pop-ups set the direction before they open.
     static void chooseFrom(EditorFixture &fixture, int source, Command command) {
-        fixture.state().IndexOrigine = source;
-        fixture.state().IndexDestinazione = 1 - source;
+        fixture.editor().setOrigin(source);
         fixture.action(command).setEnabled(true);
         fixture.choose(command);
     }

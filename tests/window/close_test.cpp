@@ -117,7 +117,7 @@ private Q_SLOTS:
         const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
         EditorFixture fixture(file);
         fixture.choose(Command::CloseDatabaseMenu);
-        QVERIFY(fixture.editor().OggettoDtb(0).isEmpty());
+        QVERIFY(fixture.database(0).isEmpty());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -140,7 +140,7 @@ private Q_SLOTS:
         change(fixture, 0, u"2"_s);
         fake->failOn(u"GetDatabaseFileName"_s, u"no answer"_s);
         fixture.choose(Command::CloseDatabaseMenu);
-        QVERIFY(fixture.editor().OggettoDtb(0).isEmpty());
+        QVERIFY(fixture.database(0).isEmpty());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -149,13 +149,13 @@ private Q_SLOTS:
         EditorFixture fixture(file);
         fixture.choose(Command::CloseDatabaseMenu);
         QVERIFY(!fixture.editor().DtbAperto(0));
-        QCOMPARE(fixture.state().NomeFileDtb[0], file);
-        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        QCOMPARE(fixture.fileName(0), file);
+        QCOMPARE(fixture.loadedLine(0), -1);
         QCOMPARE(fixture.list(0).ListCount(), 0);
         QVERIFY(!fixture.list(0).Visible());
         QVERIFY(!fixture.grid(0).Visible());
         QVERIFY(fixture.editor().nomelab(0).isHidden());
-        QVERIFY(fixture.editor().controls.pane[0].hint->isVisible());
+        QVERIFY(fixture.editor().pane(0).controls().hint->isVisible());
         for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu,
                                       Command::ChangePassword, Command::ColumnSizeAdjust})
             QVERIFY2(!fixture.action(command).isEnabled(), commandName(command));
@@ -180,7 +180,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(0), QStringList({u"Both"_s, u"Left"_s}));
         QCOMPARE(fixture.grid(0).CellBackColor(1, 1), CellColour::White);
         QVERIFY(fixture.editor().DtbAperto(0));
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -257,7 +257,7 @@ private Q_SLOTS:
         QVERIFY(fixture.editor().DtbAperto(failing));
         QCOMPARE(fixture.editor().DtbAperto(0), failing == 0);
         QVERIFY(fixture.editor().DtbAperto(1));
-        QVERIFY(fixture.editor().OggettoDtb(failing).DtbHasChanged());
+        QVERIFY(fixture.database(failing).DtbHasChanged());
         QCOMPARE(fixture.list(0).Visible(), failing == 0);
         QIR_VERIFY_OK(fixture);
         QCOMPARE(savedValue(files[failing], u"T"_s), u"1"_s);
@@ -305,7 +305,7 @@ private Q_SLOTS:
         EditorFixture fixture(file);
         change(fixture, 0, u"4"_s);
         // As a sort or a paste that is under way.
-        fixture.editor().OggettoDtb(0).BeginChanges();
+        fixture.database(0).BeginChanges();
         change(fixture, 0, u"5"_s);
         fixture.dialogs().expectMessage(saveQuestion(file), title, u"No"_s);
         fixture.window().close();
@@ -317,7 +317,7 @@ private Q_SLOTS:
         const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
         EditorFixture fixture(file);
         change(fixture, 0, u"4"_s);
-        fixture.editor().OggettoDtb(0).BeginChanges();
+        fixture.database(0).BeginChanges();
         change(fixture, 0, u"5"_s);
         fixture.dialogs().expectMessage(saveQuestion(file), title, u"Yes"_s);
         fixture.window().close();
@@ -334,8 +334,8 @@ private Q_SLOTS:
         QVERIFY(!manager->allowsInteraction());
         Q_EMIT qApp->commitDataRequest(*manager);
         QVERIFY(fixture.window().isVisible());
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        QVERIFY(fixture.database(0).DtbHasChanged());
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 

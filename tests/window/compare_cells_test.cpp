@@ -32,9 +32,9 @@ QByteArray contents(const QString &path) {
 }
 
 void forgetChanges(EditorFixture &fixture) {
-    for (const QirDatabase &database : fixture.state().OggettoDtb) {
-        if (!database.isEmpty())
-            database.setDtbHasChanged(false);
+    for (const int pane : {0, 1}) {
+        if (!fixture.database(pane).isEmpty())
+            fixture.database(pane).setDtbHasChanged(false);
     }
 }
 
@@ -164,7 +164,7 @@ private Q_SLOTS:
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(redCells(fixture, 1), Cells{});
         QCOMPARE(fixture.lines(0), QStringList(u"a"_s));
-        const QirDatabase &left = fixture.editor().OggettoDtb(0);
+        const QirDatabase &left = fixture.database(0);
         left.setQIRTableRecordsPointerOut(1);
         QCOMPARE(left.QIRTableRecordSetByIndex(1).toString(), u"a"_s);
         forgetChanges(fixture);
@@ -218,7 +218,7 @@ private Q_SLOTS:
             QCOMPARE(fixture.grid(pane).TopRow(), 70 + pane);
         }
         QCOMPARE(fixture.window().focusWidget(), &fixture.grid(0));
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -234,7 +234,7 @@ private Q_SLOTS:
         QCOMPARE(shown, 1);
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.list(1).ListIndex(), 1);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
         QIR_VERIFY_OK(fixture);
     }
@@ -266,9 +266,9 @@ private Q_SLOTS:
         EditorFixture fixture;
         files.open(fixture);
         // As after adding a table on one side, until the lists are aligned again.
-        fixture.editor().OggettoDtb(0).AddTable(u"a"_s);
+        fixture.database(0).AddTable(u"a"_s);
         {
-            const RefillScope refill(fixture.editor());
+            const RefillScope refill(fixture.editor().listClicks());
             ListBox &list = fixture.list(0);
             list.addItem(u"a"_s);
             list.setItemData(list.NewIndex(), 2);
@@ -365,7 +365,7 @@ private Q_SLOTS:
         files.open(fixture);
         edit(fixture, 0, 2, 1, u"kept"_s);
         fixture.dialogs().expectMessage(u"Database '%1' has changed.\r\nDo you want to save the changes?"_s.arg(
-                                            fixture.editor().OggettoDtb(0).GetDatabaseFileName()),
+                                            fixture.database(0).GetDatabaseFileName()),
                                         u"QIR Database Editor"_s, u"Yes"_s);
         QMetaObject::invokeMethod(
             &fixture.window(), [&] { fixture.window().close(); }, Qt::QueuedConnection);

@@ -137,8 +137,8 @@ private Q_SLOTS:
         edit(fixture, 1, 1, 1, u"z"_s);
         QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"a !"_s, u"a !"_s}));
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
-        fixture.state().OggettoDtb[0].setDtbHasChanged(false);
-        fixture.state().OggettoDtb[1].setDtbHasChanged(false);
+        fixture.database(0).setDtbHasChanged(false);
+        fixture.database(1).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -147,9 +147,9 @@ private Q_SLOTS:
                                  {listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})});
         EditorFixture fixture;
         files.open(fixture);
-        const QirDatabase &right = fixture.editor().OggettoDtb(1);
+        const QirDatabase &right = fixture.database(1);
         right.AddTable(u"c"_s);
-        makeTableCurrent(fixture.editor(), 1, u"b"_s);
+        fixture.editor().pane(1).makeTableCurrent(u"b"_s);
         right.setQIRTableRecordsPointerOut(1);
         right.setQIRTableRecordSetByIndex(1, u"y"_s);
         right.setDtbHasChanged(false);
@@ -190,7 +190,7 @@ private Q_SLOTS:
         fixture.choose(Command::CompareAgainMenu);
         QVERIFY(MessageLoop::instance()->programEnded());
         // Going on would have called components that are gone, and shown that as an error.
-        QVERIFY(fixture.editor().OggettoDtb(0).isEmpty());
+        QVERIFY(fixture.database(0).isEmpty());
         QCOMPARE(fixture.dialogs().problems(), QString());
     }
 };

@@ -126,9 +126,9 @@ private Q_SLOTS:
         EditorFixture fixture;
         openRecovered(fixture, file);
         QCOMPARE(lostKeys(fixture.grid(0).TextMatrix(1, 1), u"Old "_s, told), QString());
-        QCOMPARE(fixture.editor().OggettoDtb(0).DtbHasChanged(), true);
+        QCOMPARE(fixture.database(0).DtbHasChanged(), true);
         QCOMPARE(fileBytes(file), saved);
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -143,7 +143,7 @@ private Q_SLOTS:
         fixture.open(file); // without a notice
         fixture.clickLine(0, 0);
         QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"Old "_s);
-        QCOMPARE(fixture.editor().OggettoDtb(0).DtbHasChanged(), false);
+        QCOMPARE(fixture.database(0).DtbHasChanged(), false);
         QCOMPARE(fileBytes(file), saved);
         QIR_VERIFY_OK(fixture);
     }
@@ -172,7 +172,7 @@ private Q_SLOTS:
         for (const int more : {0, 1})
             found = found || lostKeys(shown, u"Old "_s + typedText(first + more), second).isEmpty();
         QVERIFY2(found, qPrintable(shown));
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -207,7 +207,7 @@ private Q_SLOTS:
         const bool leftShown = lostKeys(shown, u"Old "_s, leftTold).isEmpty();
         QCOMPARE(lostKeys(shown, u"Old "_s, leftShown ? leftTold : rightTold), QString());
         QCOMPARE(lostKeys(other, u"Old "_s, leftShown ? rightTold : leftTold), QString());
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 };

@@ -115,7 +115,7 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
         beginEdit(fixture, 0, 1, 1);
         // As marking tables does.
-        makeTableCurrent(fixture.editor(), 0, u"Valves"_s);
+        fixture.editor().pane(0).makeTableCurrent(u"Valves"_s);
         fake->clearLog();
         hands::key(&editorOf(fixture, 0), '5');
         QCOMPARE(calls(fake).value(0), u"QIRTableRecordSource Pumps"_s);
@@ -137,7 +137,7 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
         fixture.clickCell(0, 1, 1);
         QGuiApplication::clipboard()->setText(u"7"_s);
-        makeTableCurrent(fixture.editor(), 0, u"Valves"_s);
+        fixture.editor().pane(0).makeTableCurrent(u"Valves"_s);
         fake->clearLog();
         if (action == 0)
             hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
@@ -239,7 +239,7 @@ private Q_SLOTS:
                               u"QIRTableRecordSetByIndex 1 900"_s, u"QIRTableRecordSetByIndex 2 Spare"_s,
                               u"QIRTableRecordsPointerOut 3"_s, u"QIRTableRecordSetByIndex 1 60"_s,
                               u"QIRTableRecordSetByIndex 2 Test"_s, u"EndChanges"_s}));
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 

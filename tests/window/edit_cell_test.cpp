@@ -49,8 +49,8 @@ QRect currentCell(EditorFixture &fixture, int pane) {
 
 /// The pane's editor is open over that cell, which is the current one, and has the focus.
 bool isEdited(EditorFixture &fixture, int row, int column) {
-    return editing(fixture, 0) && editorOf(fixture, 0).hasFocus() && fixture.state().RigaEdit == row &&
-           fixture.state().ColonnaEdit == column && fixture.grid(0).selection() == singleCell(row, column) &&
+    return editing(fixture, 0) && editorOf(fixture, 0).hasFocus() && fixture.editedCell().row == row &&
+           fixture.editedCell().column == column && fixture.grid(0).selection() == singleCell(row, column) &&
            editorOf(fixture, 0).geometry() == currentCell(fixture, 0) && !currentCell(fixture, 0).isEmpty();
 }
 
@@ -115,8 +115,8 @@ private Q_SLOTS:
         QCOMPARE(editor.font().family(), fixture.grid(0).font().family());
         QCOMPARE(editor.font().pointSizeF(), fixture.grid(0).font().pointSizeF());
         QVERIFY(editor.hasFocus());
-        QCOMPARE(fixture.state().RigaEdit, 2);
-        QCOMPARE(fixture.state().ColonnaEdit, 2);
+        QCOMPARE(fixture.editedCell().row, 2);
+        QCOMPARE(fixture.editedCell().column, 2);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -188,7 +188,7 @@ private Q_SLOTS:
         QVERIFY(!editing(fixture, 0));
         hands::key(&fixture.grid(0), Qt::Key_Return);
         QVERIFY(!editing(fixture, 0));
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -201,7 +201,7 @@ private Q_SLOTS:
         fixture.grid(0).setFocus(); // a hidden control may keep an inactive window's focus
         hands::strike(fixture.window(), Qt::Key_Return, Qt::NoModifier, u"\r"_s);
         QVERIFY(!editing(fixture, 0));
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -253,7 +253,7 @@ private Q_SLOTS:
         }
         QCOMPARE(fixture.grid(0).TextMatrix(3, 1), u"123"_s);
         QCOMPARE(fixture.editor().TestiCelle(0).at(1, 3), u"123"_s);
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -284,8 +284,8 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
         edit(fixture, 0, 2, 2, u"Backup"_s);
         QVERIFY(!editing(fixture, 0));
-        QCOMPARE(fixture.state().RigaEdit, -1);
-        QCOMPARE(fixture.state().ColonnaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
+        QCOMPARE(fixture.editedCell().column, -1);
         QVERIFY(fixture.grid(0).hasFocus());
         QCOMPARE(fixture.grid(0).TextMatrix(2, 2), u"Backup"_s);
         QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"Backup"_s);
@@ -308,7 +308,7 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 3, 3);
         hands::key(&editorOf(fixture, 0), Qt::Key_Home);
         hands::key(&editorOf(fixture, 0), Qt::Key_Return);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -318,7 +318,7 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
         beginEdit(fixture, 0, 1, 1);
         QCOMPARE(editorOf(fixture, 0).text().size(), 40000);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         hands::type(&editorOf(fixture, 0), u"y"_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toString(), text + u'y');
         QIR_VERIFY_OK(fixture);
@@ -328,7 +328,7 @@ private Q_SLOTS:
         const TableOfTexts table{u"Notes"_s, {{u"Note"_s, FieldType::Text, {u"one\ntwo\tthree\r\n"_s}}}};
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
         beginEdit(fixture, 0, 1, 1);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         hands::type(&editorOf(fixture, 0), u"."_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toString(), u"one\ntwo\tthree\r\n."_s);
         QIR_VERIFY_OK(fixture);
@@ -355,10 +355,10 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 1, 1);
         fixture.clickCell(0, 2, 2);
         QVERIFY(!editing(fixture, 0));
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         // The cell that became current is not written to by keys meant for the editor.
         hands::type(&fixture.grid(0), u"5"_s);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -367,7 +367,7 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 3, 2);
         fixture.clickLine(0, 1);
         QVERIFY(!editing(fixture, 0));
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -384,7 +384,7 @@ private Q_SLOTS:
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 77.0);
         // The other pane goes along, and the pane with the editor stays the active one.
         QCOMPARE(fixture.grid(1).selection(), singleCell(1, 2));
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         hands::type(&editorOf(fixture, 0), u"!"_s);
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"Main!"_s);
         hands::key(&editorOf(fixture, 0), Qt::Key_Backtab, Qt::ShiftModifier);
@@ -486,7 +486,7 @@ private Q_SLOTS:
         const auto [control, place] = headerPlace(fixture, pane, header);
         hands::press(control, button, Qt::NoModifier, place);
         QVERIFY(!editing(fixture, 0));
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QCOMPARE(fixture.grid(0).Row(), 1);
         QCOMPARE(fixture.grid(0).Col(), 1);
         QVERIFY(!editorOf(fixture, 0).hasFocus());
@@ -547,7 +547,7 @@ private Q_SLOTS:
         QCOMPARE(grid.Row(), 2);
         QCOMPARE(grid.Col(), 2);
         QVERIFY(!editing(fixture, 0));
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 

@@ -46,7 +46,7 @@ private Q_SLOTS:
         QCOMPARE(redCells(fixture, 1), QStringList());
         QCOMPARE(fixture.lines(0), QStringList({u"T"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"T"_s}));
-        QCOMPARE(fixture.state().CelleDiverse.count(), 0U);
+        QCOMPARE(fixture.editor().CelleDiverse().count(), 0U);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -59,7 +59,7 @@ private Q_SLOTS:
         QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s}));
         QCOMPARE(fixture.lines(0), QStringList({u"T !"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"T !"_s}));
-        QVERIFY(fixture.state().CelleDiverse.at(1, 1));
+        QVERIFY(fixture.editor().CelleDiverse().at(1, 1));
         QIR_VERIFY_OK(fixture);
     }
 
@@ -118,7 +118,7 @@ private Q_SLOTS:
         hands::type(&editorOf(fixture, 1), u"5"_s);
         QCOMPARE(stored(fixture, 1, 1, 1).toDouble(), 15.0);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 1.0);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -130,7 +130,7 @@ private Q_SLOTS:
         QVERIFY(editing(fixture, 0));
         editorOf(fixture, 0).setFocus();
         hands::type(&editorOf(fixture, 0), u"5"_s);
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 15.0);
         QIR_VERIFY_OK(fixture);
     }
@@ -141,13 +141,13 @@ private Q_SLOTS:
         for (const bool right : {false, true}) {
             fixture.clickCell(1, 1, 1);
             fixture.activate(0);
-            QCOMPARE(fixture.state().IndexAttivo, 0);
+            QCOMPARE(fixture.activePane(), 0);
             QCOMPARE(fixture.window().focusWidget(), &fixture.grid(1));
             if (right)
                 rightPressCell(fixture, 1, 2, 1);
             else
                 fixture.clickCell(1, 2, 1);
-            QCOMPARE(fixture.state().IndexAttivo, 1);
+            QCOMPARE(fixture.activePane(), 1);
         }
         fixture.editor().controls.popmenuGrid->close();
         QIR_VERIFY_OK(fixture);
@@ -267,7 +267,7 @@ private Q_SLOTS:
         else
             fixture.clickCell(0, 4, 4);
         QVERIFY(!editing(fixture, 1));
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -293,7 +293,7 @@ private Q_SLOTS:
             fixture.choose(static_cast<Command>(command));
             QCOMPARE(fixture.editor().twoPanes(), two);
             QVERIFY(!editing(fixture, 0));
-            QCOMPARE(fixture.state().RigaEdit, -1);
+            QCOMPARE(fixture.editedCell().row, -1);
             QVERIFY(fixture.grid(0).userResizing());
         }
         QIR_VERIFY_OK(fixture);
@@ -315,7 +315,7 @@ private Q_SLOTS:
         fixture.window().activateWindow();
         hands::strike(fixture.window(), Qt::Key_7, Qt::NoModifier, u"7"_s);
         QCOMPARE(editorOf(fixture, 1).text(), text);
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -325,7 +325,7 @@ private Q_SLOTS:
         beginEdit(fixture, 1, 2, 2);
         fixture.choose(Command::OneMenu);
         QVERIFY(!editing(fixture, 1));
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 

@@ -42,8 +42,8 @@ private Q_SLOTS:
         rightPressCell(fixture, 0, 2, 2);
         QVERIFY(recordPopup(fixture).isVisible());
         QVERIFY(!fieldPopup(fixture).isVisible());
-        QCOMPARE(fixture.state().IndexOrigine, 0);
-        QCOMPARE(fixture.state().IndexDestinazione, 1);
+        QCOMPARE(fixture.editor().IndexOrigine(), 0);
+        QCOMPARE(fixture.editor().IndexDestinazione(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -177,8 +177,8 @@ private Q_SLOTS:
         QVERIFY(shows(fixture, Command::CloneTableSizeFPOP));
         fieldPopup(fixture).close();
         rightPressCell(fixture, 1, 2, 1);
-        QCOMPARE(fixture.state().IndexOrigine, 1);
-        QCOMPARE(fixture.state().IndexDestinazione, 0);
+        QCOMPARE(fixture.editor().IndexOrigine(), 1);
+        QCOMPARE(fixture.editor().IndexDestinazione(), 0);
         QVERIFY(!shows(fixture, Command::CloneTableSizePOP));
         recordPopup(fixture).close();
         rightPressHeader(fixture, 1, 1);
@@ -242,12 +242,12 @@ private Q_SLOTS:
     void aRightPressMakesThePaneActive() {
         EditorFixture fixture;
         openBoth(fixture, {pumps(5)}, {pumps(3)});
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         rightPressCell(fixture, 1, 1, 1);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         recordPopup(fixture).close();
         rightPressHeader(fixture, 0, 1);
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 

@@ -318,7 +318,7 @@ private:
         ModelTable &table = m_model.panes[static_cast<std::size_t>(pane)];
         QString text;
         // Read first: the look at the values below changes no flag.
-        if (m_fixture.editor().OggettoDtb(pane).DtbHasChanged() != table.changed)
+        if (m_fixture.database(pane).DtbHasChanged() != table.changed)
             text += u"pane %1: the changed flag should be %2; "_s.arg(pane).arg(table.changed);
         const QList<QVariantList> values = storedRecords(m_fixture, pane);
         for (int r = 1; r <= table.records(); ++r) {

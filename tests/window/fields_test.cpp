@@ -186,7 +186,7 @@ private Q_SLOTS:
         fixture.choose(Command::AddFieldMenu);
         QCOMPARE(fieldsOf(fixture, 0).size(), 2);
         QVERIFY(reload.count() > 0);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -213,7 +213,7 @@ private Q_SLOTS:
 
         QCOMPARE(fieldsOf(fixture, 0).size(), 2);
         QCOMPARE(reload.count(), 0);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QVERIFY(fixture.window().isEnabled());
         QIR_VERIFY_OK(fixture);
     }
@@ -227,7 +227,7 @@ private Q_SLOTS:
         fixture.choose(Command::AddFieldMenu);
         QVERIFY2(!error.isEmpty(), "type code 0 must be refused with a reason");
         QCOMPARE(fieldsOf(fixture, 0).size(), 2);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QVERIFY(fixture.window().isEnabled());
 
         // After a choice the same gap creates a field of the type chosen then.
@@ -295,9 +295,8 @@ private Q_SLOTS:
         fixture.openBoth(files.make(u"L.DDB"_s, {pumps(u"A"_s), numbers(u"Z"_s, {u"1"_s})}),
                          files.make(u"R.DDB"_s, {pumps(u"A"_s), numbers(u"Z"_s, {u"1"_s})}));
         // Marking ends with Z.
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"A"_s);
-        fixture.editor().OggettoDtb(0).QIRTableRecordSource(u"Z"_s);
-        fixture.state().TabellaCorrente[0] = u"Z"_s;
+        QCOMPARE(fixture.shownTable(0), u"A"_s);
+        fixture.editor().pane(0).makeTableCurrent(u"Z"_s);
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
         fixture.dialogs().expect(picker(u"long"_s, Pick::Ok));
         fixture.choose(Command::AddFieldMenu);
@@ -339,7 +338,7 @@ private Q_SLOTS:
         fixture.dialogs().expectInputCancelled(u"Field's new name (Speed)"_s, u"?"_s);
         fixture.choose(Command::RenameFieldMenu);
         QCOMPARE(fieldsOf(fixture, 0).first(), u"Speed long 0"_s);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -351,7 +350,7 @@ private Q_SLOTS:
         fixture.choose(Command::RenameFieldMenu);
         QVERIFY(!error.isEmpty());
         QCOMPARE(fixture.grid(0).TextMatrix(0, 1), u"Speed [long]"_s);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -426,7 +425,7 @@ private Q_SLOTS:
         fixture.dialogs().expectInput(u"Field size"_s, u"?"_s, u"20"_s, u" "_s);
         fixture.choose(Command::ResizeTextField);
         QCOMPARE(fieldsOf(fixture, 0).last(), u"Name text 20"_s);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -437,7 +436,7 @@ private Q_SLOTS:
         // The pop-up's way to the same worker asks nothing either.
         fixture.action(Command::ResizeTextFieldPOP).setEnabled(true);
         fixture.choose(Command::ResizeTextFieldPOP);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -448,7 +447,7 @@ private Q_SLOTS:
             fixture.action(command).setEnabled(true);
             fixture.choose(command);
         }
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -461,21 +460,21 @@ private Q_SLOTS:
             fixture.action(command).setEnabled(true);
             fixture.choose(command);
         }
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
-        QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+        QVERIFY(!fixture.database(1).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
     void theCommandsEndAnOpenEdit() {
         EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
-        fixture.state().RigaEdit = 1;
-        fixture.state().ColonnaEdit = 2;
+        fixture.editedCell().row = 1;
+        fixture.editedCell().column = 2;
         fixture.editor().txtEdit(0).show();
         fixture.dialogs().expectInput(u"Field's new name (Name)"_s, u"?"_s, u"Name"_s, u"Label"_s);
         fixture.choose(Command::RenameFieldMenu);
         QVERIFY(!fixture.editor().txtEdit(0).isVisible());
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -489,7 +488,7 @@ private Q_SLOTS:
             fixture.clickCell(0, 1, 1);
             fixture.dialogs().expectMessage(u"Do you want to remove field: 'Speed' ?"_s, u"?"_s, u"Yes"_s);
             fixture.choose(Command::RemoveFieldMenu);
-            fixture.editor().OggettoDtb(0).SaveDtb();
+            fixture.database(0).SaveDtb();
             QIR_VERIFY_OK(fixture);
         }
         EditorFixture again(path);

@@ -67,10 +67,10 @@ private Q_SLOTS:
         fixture.clickLine(clicked, 1);
         for (const int pane : {0, 1}) {
             QCOMPARE(fixture.list(pane).ListIndex(), 1);
-            QCOMPARE(fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)], u"Pumps"_s);
+            QCOMPARE(fixture.shownTable(pane), u"Pumps"_s);
             QCOMPARE(redCells(fixture, pane), QStringList{u"1,1"_s});
         }
-        QCOMPARE(fixture.state().IndexAttivo, clicked);
+        QCOMPARE(fixture.activePane(), clicked);
         fixture.clickLine(clicked, 2);
         for (const int pane : {0, 1}) {
             QCOMPARE(fixture.list(pane).ListIndex(), 2);
@@ -86,11 +86,11 @@ private Q_SLOTS:
         const ListBox &list = fixture.list(1);
         hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
         QCOMPARE(list.ListIndex(), 1);
-        QCOMPARE(fixture.state().TabellaMostrata[1], u"Alarms"_s);
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.shownTable(1), u"Alarms"_s);
+        QCOMPARE(fixture.activePane(), 0);
         hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
-        QCOMPARE(fixture.state().TabellaMostrata[1], u"Pumps"_s);
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"Pumps"_s);
+        QCOMPARE(fixture.shownTable(1), u"Pumps"_s);
+        QCOMPARE(fixture.shownTable(0), u"Pumps"_s);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -101,11 +101,11 @@ private Q_SLOTS:
         const ListBox &list = fixture.list(1);
         hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
         fixture.choose(Command::ColumnSizeAdjust);
-        QCOMPARE(fixture.state().TabellaMostrata[1], u"Alarms"_s);
+        QCOMPARE(fixture.shownTable(1), u"Alarms"_s);
         hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
         QCOMPARE(fixture.list(0).ListIndex(), 1);
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"Pumps"_s);
-        QCOMPARE(fixture.state().TabellaMostrata[1], u"Pumps"_s);
+        QCOMPARE(fixture.shownTable(0), u"Pumps"_s);
+        QCOMPARE(fixture.shownTable(1), u"Pumps"_s);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -119,9 +119,9 @@ private Q_SLOTS:
         hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 2));
         for (const int pane : {0, 1}) {
             QCOMPARE(fixture.list(pane).ListIndex(), 2);
-            QCOMPARE(fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)], u"Valves"_s);
+            QCOMPARE(fixture.shownTable(pane), u"Valves"_s);
         }
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -135,7 +135,7 @@ private Q_SLOTS:
         hands::strike(fixture.window(), Qt::Key_Down, Qt::NoModifier, {});
         fixture.open(m_files->make(u"C.DDB"_s, {numbers(u"Alarms"_s, {u"1"_s})}));
         QVERIFY(!fixture.list(1).clickPending());
-        QCOMPARE(fixture.state().TabellaMostrata[1], u"Alarms"_s);
+        QCOMPARE(fixture.shownTable(1), u"Alarms"_s);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -147,7 +147,7 @@ private Q_SLOTS:
         hands::drag(list.viewport(), lineCentre(list, 2), lineCentre(list, 1));
         for (const int pane : {0, 1})
             QCOMPARE(fixture.list(pane).ListIndex(), 1);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -158,7 +158,7 @@ private Q_SLOTS:
         fixture.activate(0); // the frame takes no focus: the list keeps it
         QVERIFY(fixture.list(1).hasFocus());
         hands::click(fixture.list(1).viewport(), Qt::LeftButton, {}, belowLines(fixture.list(1)));
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         for (const int pane : {0, 1})
             QCOMPARE(fixture.list(pane).ListIndex(), 0);
         QIR_VERIFY_OK(fixture);
@@ -177,9 +177,9 @@ private Q_SLOTS:
             EditorFixture fixture;
             openLong(fixture);
             goTo(fixture, 1 - pane, u"grid"_s);
-            QCOMPARE(fixture.state().IndexAttivo, 1 - pane);
+            QCOMPARE(fixture.activePane(), 1 - pane);
             click(fixture, pane, control);
-            QCOMPARE(fixture.state().IndexAttivo, pane);
+            QCOMPARE(fixture.activePane(), pane);
             QCOMPARE(fixture.list(0).ListIndex(), fixture.list(1).ListIndex());
             QIR_VERIFY_OK(fixture);
         }
@@ -190,7 +190,7 @@ private Q_SLOTS:
         openLong(fixture);
         goTo(fixture, 0, u"grid"_s);
         click(fixture, 1, u"list bar"_s);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         const int line = 12;
         pressRight(fixture, 1, line);
         for (const int pane : {0, 1})
@@ -206,7 +206,7 @@ private Q_SLOTS:
         open(fixture);
         goTo(fixture, 0, u"grid"_s);
         pressRight(fixture, 1, 1);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QVERIFY(!fixture.editor().controls.popmenuCopyToOther->isVisible());
         for (const int pane : {0, 1})
             QCOMPARE(fixture.list(pane).ListIndex(), 0);
@@ -220,7 +220,7 @@ private Q_SLOTS:
         QWidget *viewport = fixture.list(1).viewport();
         const QPoint at = viewport->rect().center();
         hands::turnWheel(viewport, at, QPoint(0, -120));
-        QCOMPARE(fixture.list(1).hasFocus(), fixture.state().IndexAttivo == 1);
+        QCOMPARE(fixture.list(1).hasFocus(), fixture.activePane() == 1);
         QIR_VERIFY_OK(fixture);
     }
 

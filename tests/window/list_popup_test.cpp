@@ -52,8 +52,8 @@ private Q_SLOTS:
         openTwo(fixture);
         pressRight(fixture, 0, 0);
         QCOMPARE(entries(fixture), cloneEntry + tableEntries);
-        QCOMPARE(fixture.state().IndexOrigine, 0);
-        QCOMPARE(fixture.state().IndexDestinazione, 1);
+        QCOMPARE(fixture.editor().IndexOrigine(), 0);
+        QCOMPARE(fixture.editor().IndexDestinazione(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -62,8 +62,8 @@ private Q_SLOTS:
         openTwo(fixture);
         pressRight(fixture, 0, 2);
         QCOMPARE(entries(fixture), cloneEntry);
-        QCOMPARE(fixture.state().IndexOrigine, 1);
-        QCOMPARE(fixture.state().IndexDestinazione, 0);
+        QCOMPARE(fixture.editor().IndexOrigine(), 1);
+        QCOMPARE(fixture.editor().IndexDestinazione(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -121,7 +121,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(1).ListIndex(), selected);
         QCOMPARE(fixture.list(0).ListIndex(), selected);
         // It makes the pane active, as any press does; the next one is this pane's own.
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         pressRight(fixture, 1, 1);
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QCOMPARE(entries(fixture), tableEntries);

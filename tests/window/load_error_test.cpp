@@ -41,8 +41,8 @@ private Q_SLOTS:
         fake->failOn(u"QirTableFieldsCount"_s, u"broken"_s);
         fixture.clickLine(0, 1);
         QVERIFY(!fixture.grid(0).Visible());
-        QCOMPARE(fixture.editor().TabellaMostrata(0), QString());
-        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        QCOMPARE(fixture.shownTable(0), QString());
+        QCOMPARE(fixture.loadedLine(0), -1);
         QCOMPARE(fixture.dialogs().problems(), QString());
     }
 
@@ -69,8 +69,8 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"The selected table could not be loaded."_s, u"QIR Database Editor"_s,
                                         u"OK"_s);
         fixture.choose(Command::AddFieldMenu);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"Valves"_s); // the end of the command has tried again
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+        QCOMPARE(fixture.shownTable(0), u"Valves"_s); // the end of the command has tried again
         QIR_VERIFY_OK(fixture);
     }
 
@@ -86,7 +86,7 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"broken"_s, u"QIR Database Editor"_s, u"OK"_s);
         fixture.choose(Command::RenameTableMenu);
         fake->stopFailing();
-        QCOMPARE(selectedTableName(fixture.editor(), 0), u"Windows"_s);
+        QCOMPARE(fixture.editor().pane(0).selectedTableName(), u"Windows"_s);
         QCOMPARE(fixture.texts(0), QList<QStringList>({{u"1"_s}, {u"0"_s}}));
         QIR_VERIFY_OK(fixture);
     }
@@ -98,7 +98,7 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"broken"_s, u"QIR Database Editor"_s, u"OK"_s);
         fixture.choose(Command::AddRecordMenu);
         fake->stopFailing();
-        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        QCOMPARE(fixture.loadedLine(0), -1);
         fixture.clickLine(0, 0);
         QCOMPARE(fixture.grid(0).Rows(), 5);
         QIR_VERIFY_OK(fixture);
@@ -131,7 +131,7 @@ private Q_SLOTS:
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         fake->failOn(u"GetQirRecord"_s, u"broken"_s, 2);
         fixture.clickLine(0, 1);
-        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        QCOMPARE(fixture.loadedLine(0), -1);
         QCOMPARE(fixture.grid(0).Rows(), 2); // what was filled so far stays
         fake->failOn(u"GetQirRecord"_s, u"broken"_s, 1000);
         fixture.clickLine(0, 1);
@@ -153,7 +153,7 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(reason, u"QIR Database Editor"_s, u"OK"_s);
         hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.dialogs().problems(), QString());
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
 
         fixture.clickLine(0, 1); // loads it whole
         QCOMPARE(fixture.grid(0).Rows(), 3);
@@ -170,15 +170,14 @@ private Q_SLOTS:
             fixture.openBoth(makeFile(u"L.DDB"_s, {pumps(), valves()}), makeFile(u"R.DDB"_s, {pumps(), valves()}));
             loadPart(fake, fixture, part);
             for (const Command command : {Command::CloneSelectedAreaPOP, Command::CloneTableSizePOP}) {
-                fixture.state().IndexOrigine = 0;
-                fixture.state().IndexDestinazione = 1;
+                fixture.editor().setOrigin(0);
                 fixture.action(command).setEnabled(true);
                 fixture.dialogs().expectMessage(u"Table 'Valves' is not loaded whole: broken"_s,
                                                 u"QIR Database Editor"_s, u"OK"_s);
                 fixture.choose(command);
             }
             QCOMPARE(fixture.dialogs().problems(), QString());
-            QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+            QVERIFY(!fixture.database(1).DtbHasChanged());
         }
     }
 
@@ -205,7 +204,7 @@ private Q_SLOTS:
         QVERIFY(!fixture.editor().DtbAperto(0));
         QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
         QVERIFY(!fixture.action(Command::CloseDatabaseMenu).isEnabled());
-        QVERIFY(!fixture.editor().controls.pane[0].hint->isHidden());
+        QVERIFY(!fixture.editor().pane(0).controls().hint->isHidden());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -218,7 +217,7 @@ private Q_SLOTS:
         runCommand([&] { fixture.window().Form_Load(file); });
         QVERIFY(!fixture.editor().DtbAperto(0));
         QCOMPARE(fixture.lines(0), QStringList());
-        QVERIFY(fixture.editor().OggettoDtb(0).isEmpty());
+        QVERIFY(fixture.database(0).isEmpty());
         QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
         QIR_VERIFY_OK(fixture);
     }
@@ -228,7 +227,7 @@ private Q_SLOTS:
         EditorFixture fixture;
         fixture.openBoth(makeFile(u"A.DDB"_s, {pumps(), valves()}), makeFile(u"B.DDB"_s, {pumps(), valves()}));
         fixture.clickCell(1, 1, 1);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         fixture.activate(0);
         fixture.clickCell(1, 1, 1);
         fixture.window().activateWindow();
@@ -240,7 +239,7 @@ private Q_SLOTS:
                 throw std::runtime_error("broken");
         });
         hands::click(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(1, 0)).center());
-        QTRY_COMPARE(fixture.editor().TabellaMostrata(0), u"Valves"_s);
+        QTRY_COMPARE(fixture.shownTable(0), u"Valves"_s);
         QVERIFY(failed);
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QIR_VERIFY_OK(fixture);

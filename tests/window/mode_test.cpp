@@ -72,7 +72,7 @@ private Q_SLOTS:
         change(fixture, 1, u"3"_s);
         fixture.choose(Command::OneMenu); // a question would be a problem
         QVERIFY(onePane(fixture));
-        QVERIFY(fixture.editor().OggettoDtb(1).isEmpty());
+        QVERIFY(fixture.database(1).isEmpty());
         QCOMPARE(savedValue(m_right, u"T"_s), u"3"_s);
         QIR_VERIFY_OK(fixture);
     }
@@ -95,8 +95,8 @@ private Q_SLOTS:
         fixture.choose(Command::OneMenu);
         QCOMPARE(savedValue(m_right, u"T"_s), right);
         QCOMPARE(savedValue(m_left, u"T"_s), u"1"_s);
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        QVERIFY(fixture.database(0).DtbHasChanged());
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -107,7 +107,7 @@ private Q_SLOTS:
         fixture.choose(Command::OneMenu);
         QVERIFY(onePane(fixture));
         QVERIFY(fixture.editor().DtbAperto(0));
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -129,7 +129,7 @@ private Q_SLOTS:
         fixture.choose(Command::TwoMenu);
         QVERIFY(onePane(fixture));
         QCOMPARE(savedValue(m_right, u"T"_s), right);
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -157,10 +157,10 @@ private Q_SLOTS:
         openBothOfOneTable(fixture);
         fixture.choose(Command::TwoMenu);
         QVERIFY(!fixture.editor().DtbAperto(1));
-        QCOMPARE(fixture.state().UltimoListIndex[1], -1);
+        QCOMPARE(fixture.loadedLine(1), -1);
         QCOMPARE(fixture.list(1).ListCount(), 0);
         fixture.choose(Command::TwoMenu);
-        QVERIFY(fixture.editor().controls.pane[1].hint->isVisible());
+        QVERIFY(fixture.editor().pane(1).controls().hint->isVisible());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -170,7 +170,7 @@ private Q_SLOTS:
             openBothOfOneTable(fixture);
             fixture.activate(1);
             fixture.choose(command);
-            QCOMPARE(fixture.state().IndexAttivo, 0);
+            QCOMPARE(fixture.activePane(), 0);
             QCOMPARE(frameColour(fixture, 0), yellow);
             QVERIFY(fixture.action(Command::SaveMenu).isEnabled());
             QVERIFY(fixture.editor().controls.TablesMenu->isEnabled());
@@ -193,7 +193,7 @@ private Q_SLOTS:
     void withNoActivePaneBothFramesShowTheButtonFaceColourAndCommandsThatNeedADatabaseAreDisabled() {
         EditorFixture fixture;
         fixture.choose(Command::TwoMenu);
-        QCOMPARE(fixture.state().IndexAttivo, -1);
+        QCOMPARE(fixture.activePane(), -1);
         for (const int pane : {0, 1}) {
             QCOMPARE(frameColour(fixture, pane), buttonFace());
             QCOMPARE(labelColour(fixture, pane), buttonFace());
@@ -251,11 +251,11 @@ private Q_SLOTS:
         fixture.list(0).setFocus();
         hands::key(&fixture.window(), Qt::Key_F6);
         QVERIFY(fixture.list(1).hasFocus());
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         fixture.grid(1).setFocus();
         hands::key(&fixture.window(), Qt::Key_F6);
         QVERIFY(fixture.grid(0).hasFocus());
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QCOMPARE(frameColour(fixture, 0), yellow);
         QIR_VERIFY_OK(fixture);
     }
@@ -268,8 +268,8 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(&fixture.window()));
         fixture.list(0).setFocus();
         hands::key(&fixture.window(), Qt::Key_F6);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
-        QVERIFY(fixture.editor().controls.pane[1].hint->hasFocus());
+        QCOMPARE(fixture.activePane(), 1);
+        QVERIFY(fixture.editor().pane(1).controls().hint->hasFocus());
         QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
         fixture.open(makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
         QCOMPARE(fixture.lines(1), QStringList{u"T"_s});
@@ -282,12 +282,12 @@ private Q_SLOTS:
         openBothOfOneTable(fixture);
         QCOMPARE(fixture.lines(0), QStringList{u"T"_s});
         change(fixture, 1, u"3"_s);
-        fixture.editor().OggettoDtb(0).AddTable(u"New"_s);
+        fixture.database(0).AddTable(u"New"_s);
         fixture.choose(Command::CompareAgainMenu);
         QCOMPARE(fixture.lines(0), QStringList({u"New"_s, u"T !"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"New ?"_s, u"T !"_s}));
         for (const int pane : {0, 1})
-            fixture.editor().OggettoDtb(pane).setDtbHasChanged(false);
+            fixture.database(pane).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -332,9 +332,9 @@ private Q_SLOTS:
         QVERIFY(!onePane(fixture));
         QVERIFY(fixture.editor().DtbAperto(1));
         QVERIFY(fixture.editor().IDtb(1).isVisible());
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
-        fixture.editor().OggettoDtb(asked).setDtbHasChanged(false);
+        fixture.database(asked).setDtbHasChanged(false);
     }
 
     void aSwitchToOnePaneThatFailsAfterTheRightDatabaseWasClosedShowsOnePane() {
@@ -350,7 +350,7 @@ private Q_SLOTS:
         QVERIFY(onePane(fixture));
         QVERIFY(!fixture.editor().DtbAperto(1));
         QVERIFY(!fixture.editor().IDtb(1).isVisible());
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 

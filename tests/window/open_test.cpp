@@ -75,10 +75,10 @@ private Q_SLOTS:
     void startsWithoutADatabaseWhenTheCommandLineIsEmpty() {
         EditorFixture fixture;
         QCOMPARE(fixture.startResult(), StartResult::NothingToOpen);
-        QCOMPARE(fixture.state().IndexAttivo, -1);
+        QCOMPARE(fixture.activePane(), -1);
         QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
         QVERIFY(!fixture.editor().controls.TablesMenu->isEnabled());
-        QVERIFY(fixture.editor().controls.pane[0].hint->isVisible());
+        QVERIFY(fixture.editor().pane(0).controls().hint->isVisible());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -107,7 +107,7 @@ private Q_SLOTS:
         const QString path = makeFile(u"A.DDB"_s, {pumps()});
         EditorFixture fixture(pattern.arg(path));
         QCOMPARE(fixture.startResult(), StartResult::Opened);
-        QCOMPARE(fixture.state().NomeFileDtb[0], path);
+        QCOMPARE(fixture.fileName(0), path);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -121,7 +121,7 @@ private Q_SLOTS:
     void ignoresACommandLineThatNamesNoFile() {
         EditorFixture fixture(m_folder->filePath(u"MISSING.DDB"_s));
         QCOMPARE(fixture.startResult(), StartResult::NothingToOpen);
-        QCOMPARE(fixture.state().NomeFileDtb[0], QString());
+        QCOMPARE(fixture.fileName(0), QString());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -132,8 +132,8 @@ private Q_SLOTS:
         runCommand([&] {
             QCOMPARE(fixture.window().Form_Load(m_folder->filePath(u"PUMP.DDB"_s)), StartResult::NothingToOpen);
         });
-        QCOMPARE(fixture.state().NomeFileDtb[0], QString());
-        QCOMPARE(fixture.state().IndexAttivo, -1);
+        QCOMPARE(fixture.fileName(0), QString());
+        QCOMPARE(fixture.activePane(), -1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -203,7 +203,7 @@ private Q_SLOTS:
                 if (auto *editor = qobject_cast<DtbEditor *>(widget))
                     window = editor;
             if (window == nullptr || !MessageLoop::instance()->commandRunning() ||
-                window->context().TabellaMostrata(0) != u"Long"_s)
+                window->context().pane(0).TabellaMostrata() != u"Long"_s)
                 return;
             closedDuringTheLoad = window->context().Tabella(0).Rows() == 1;
             closing.stop();
@@ -270,7 +270,7 @@ private Q_SLOTS:
         const bool isProtected = bytes.isNull();
         const QString path = isProtected ? makeFile(u"A.UDB"_s, {pumps()}, u"secret"_s) : writeBytes(u"A.UDB"_s, bytes);
         EditorFixture fixture;
-        const QLabel &hint = *fixture.editor().controls.pane[0].hint;
+        const QLabel &hint = *fixture.editor().pane(0).controls().hint;
         const QString usual = hint.text();
         fixture.dialogs().expectFile(openTitle, path);
         if (isProtected)
@@ -306,9 +306,9 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"Can't load '"_s + path.toUpper() + u"'"_s, u"!!"_s, u"OK"_s);
         fixture.choose(Command::OpenDatabase);
         QVERIFY(!fixture.editor().DtbAperto(0));
-        QCOMPARE(fixture.state().NomeFileDtb[0], path.toUpper());
+        QCOMPARE(fixture.fileName(0), path.toUpper());
         QCOMPARE(fixture.editor().nomelab(0).text(), path.toUpper());
-        QVERIFY(!fixture.state().CaricamentoInCorso);
+        QVERIFY(!fixture.editor().CaricamentoInCorso());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -353,7 +353,7 @@ private Q_SLOTS:
         EditorFixture fixture;
         fixture.open(path);
         QCOMPARE(fixture.editor().nomelab(0).text(), path.toUpper());
-        QCOMPARE(fixture.state().NomeFileDtb[0], path.toUpper());
+        QCOMPARE(fixture.fileName(0), path.toUpper());
         QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s}));
         QIR_VERIFY_OK(fixture);
     }
@@ -379,11 +379,11 @@ private Q_SLOTS:
             fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), password);
         fixture.choose(Command::OpenDatabase);
         QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s}));
-        QCOMPARE(fixture.state().NomeFileDtb[0], m_folder->filePath(chosen).toUpper());
+        QCOMPARE(fixture.fileName(0), m_folder->filePath(chosen).toUpper());
         QCOMPARE(fixture.editor().nomelab(0).text(), m_folder->filePath(chosen).toUpper());
         // What is saved goes there too.
         const QByteArray twinBefore = bytesOf(m_folder->filePath(twin));
-        fixture.editor().OggettoDtb(0).AddTable(u"New"_s);
+        fixture.database(0).AddTable(u"New"_s);
         fixture.choose(Command::SaveMenu);
         QCOMPARE(bytesOf(m_folder->filePath(twin)), twinBefore);
         QIR_VERIFY_OK(fixture);
@@ -396,8 +396,8 @@ private Q_SLOTS:
         makeTwins(u"a.ddb"_s, {}, u"A.ddb"_s);
         EditorFixture fixture;
         fixture.openBoth(m_folder->filePath(u"a.ddb"_s), m_folder->filePath(u"A.ddb"_s));
-        QCOMPARE(fixture.editor().OggettoDtb(0).QIRTableName(1), u"Pumps"_s);
-        QCOMPARE(fixture.editor().OggettoDtb(1).QIRTableName(1), u"Valves"_s);
+        QCOMPARE(fixture.database(0).QIRTableName(1), u"Pumps"_s);
+        QCOMPARE(fixture.database(1).QIRTableName(1), u"Valves"_s);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -422,7 +422,7 @@ private Q_SLOTS:
         fixture.dialogs().expect(messageNaming({u"A.DDB"_s, u"instead of the chosen file"_s}));
         fixture.choose(Command::OpenDatabase);
         QVERIFY(!fixture.editor().DtbAperto(0));
-        QCOMPARE(fixture.state().NomeFileDtb[0], QString());
+        QCOMPARE(fixture.fileName(0), QString());
         QCOMPARE(fake->calls(u"LoadDtb"_s), 0);
         QIR_VERIFY_OK(fixture);
     }
@@ -451,7 +451,7 @@ private Q_SLOTS:
         EditorFixture fixture;
         fixture.open(m_folder->filePath(typed));
         QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s}));
-        QCOMPARE(fixture.state().NomeFileDtb[0], m_folder->filePath(opened).toUpper());
+        QCOMPARE(fixture.fileName(0), m_folder->filePath(opened).toUpper());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -485,8 +485,8 @@ private Q_SLOTS:
         fixture.dialogs().expectFileCancelled(openTitle);
         fixture.choose(Command::OpenDatabase);
         QVERIFY(fixture.editor().DtbAperto(0));
-        QVERIFY(!fixture.state().CaricamentoInCorso);
-        QCOMPARE(fixture.state().NomeFileDtb[0], path);
+        QVERIFY(!fixture.editor().CaricamentoInCorso());
+        QCOMPARE(fixture.fileName(0), path);
         QCOMPARE(fixture.texts(0).size(), 2);
         QIR_VERIFY_OK(fixture);
     }
@@ -503,8 +503,8 @@ private Q_SLOTS:
         const QString first = makeFile(u"A.DDB"_s, {pumps()});
         const QString second = makeFile(u"B.DDB"_s, {valves()});
         EditorFixture fixture(first);
-        fixture.editor().OggettoDtb(0).AddRecord();
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        fixture.database(0).AddRecord();
+        QVERIFY(fixture.database(0).DtbHasChanged());
         fixture.open(second); // an unexpected prompt would be a problem
         QCOMPARE(fixture.lines(0), QStringList({u"Valves"_s}));
         QIR_VERIFY_OK(fixture);

@@ -55,7 +55,7 @@ private Q_SLOTS:
         fixture.choose(Command::ChangePassword);
         QCOMPARE(passwordCalls(), QStringList({u"NewPassword(, new one)"_s})); // no blanks at the end
         QCOMPARE(callsOf({u"DtbHasChanged"_s, u"SaveDtb"_s}), QStringList());
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -80,7 +80,7 @@ private Q_SLOTS:
         expectPassword(fixture, newPrompt, u"b"_s, End::Cancel);
         fixture.choose(Command::ChangePassword);
         QCOMPARE(passwordCalls(), QStringList());
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -95,7 +95,7 @@ private Q_SLOTS:
         expectPassword(fixture, newPrompt, u"typed"_s, End::CloseBox);
         fixture.choose(Command::ChangePassword);
         QCOMPARE(passwordCalls(), QStringList({u"NewPassword(old,old)"_s}));
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -119,7 +119,7 @@ private Q_SLOTS:
         fixture.choose(Command::ChangePassword);
         QCOMPARE(datiInputBox().result.text(), QString(255, u' '));
         QCOMPARE(datiInputBox().prompt.text(), QString(255, u' '));
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -134,7 +134,7 @@ private Q_SLOTS:
             return problem + pressButton(dialog, u"OK"_s);
         });
         fixture.choose(Command::ChangePassword);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         fixture.choose(Command::SaveMenu);
         QCOMPARE(savedValue(file, u"T"_s), u"1"_s);
         QIR_VERIFY_OK(fixture);

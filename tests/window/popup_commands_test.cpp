@@ -99,7 +99,7 @@ private Q_SLOTS:
         QCOMPARE(recordsOf(fixture, 1 - source),
                  QList<QStringList>({{u"5"_s, u"Other"_s}, {u"900"_s, u"Spare"_s}, {u"60"_s, u"Test"_s}}));
         QCOMPARE(recordsOf(fixture, source).size(), 3);
-        QCOMPARE(fixture.state().IndexAttivo, source);
+        QCOMPARE(fixture.activePane(), source);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -120,8 +120,8 @@ private Q_SLOTS:
             chooseOfRecord(fixture, Command::CloneSelectedAreaPOP);
         QCOMPARE(recordsOf(fixture, 1 - source),
                  QList<QStringList>({{u"1200"_s, u"Main"_s}, {u"900"_s, u"Spare"_s}, {u"3"_s, u"c"_s}}));
-        QVERIFY(!fixture.editor().OggettoDtb(source).DtbHasChanged());
-        QCOMPARE(fixture.state().IndexAttivo, source);
+        QVERIFY(!fixture.database(source).DtbHasChanged());
+        QCOMPARE(fixture.activePane(), source);
         QIR_VERIFY_OK(fixture);
     }
 

@@ -1,9 +1,9 @@
 #include "compare/CellDifferences.h"
-#include "compare/DifferingTables.h"
+#include "compare/TableMarks.h"
 #include "structure/RecordCommands.h"
 #include "tests/window/EditorFixture.h"
 #include "tests/window/TestTables.h"
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 #include "tests/tools/fake/FakeControl.h"
 
@@ -35,7 +35,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(0).last(), QStringList({u"0"_s, QString()}));
         QCOMPARE(recordsOf(fixture, 0), fixture.texts(0));
         QCOMPARE(fixture.grid(0).selection(), singleCell(4, 2));
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -92,7 +92,7 @@ private Q_SLOTS:
         fixture.choose(Command::AddRecordMenu);
         QCOMPARE(redCells(fixture, 0), QStringList(u"2,1"_s));
         QCOMPARE(redCells(fixture, 1), QStringList(u"2,1"_s));
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -110,8 +110,8 @@ private Q_SLOTS:
             fixture.action(command).setEnabled(true);
             fixture.choose(command);
         }
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
-        QVERIFY(!fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+        QVERIFY(!fixture.database(1).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -139,7 +139,7 @@ private Q_SLOTS:
         // Menu and pop-up do not offer it here: the worker answers for itself.
         fixture.action(Command::RemoveRecordMenu).setEnabled(true);
         fixture.choose(Command::RemoveRecordMenu);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -164,7 +164,7 @@ private Q_SLOTS:
             QCOMPARE(redCells(fixture, pane), QStringList({u"1,1"_s, u"2,1"_s}));
             QCOMPARE(redCells(fixture, 1 - pane), QStringList({u"1,1"_s, u"2,1"_s, u"3,1"_s}));
             QCOMPARE(fixture.lines(0), QStringList(u"A !"_s));
-            QCOMPARE(fixture.state().IndexAttivo, pane);
+            QCOMPARE(fixture.activePane(), pane);
             QIR_VERIFY_OK(fixture);
         }
     }
@@ -174,8 +174,7 @@ private Q_SLOTS:
         EditorFixture fixture;
         fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"Z"_s, {u"1"_s})}),
                          files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"Z"_s, {u"1"_s})}));
-        fixture.editor().OggettoDtb(0).QIRTableRecordSource(u"Z"_s);
-        fixture.state().TabellaCorrente[0] = u"Z"_s;
+        fixture.editor().pane(0).makeTableCurrent(u"Z"_s);
         fake->clearLog();
         fixture.choose(Command::AddRecordMenu);
         QVERIFY(fake->log().size() > 2);
@@ -210,7 +209,7 @@ private Q_SLOTS:
             fixture.choose(Command::AddRecordMenu);
             fixture.clickCell(0, 1, 1);
             fixture.choose(Command::RemoveRecordMenu);
-            fixture.editor().OggettoDtb(0).SaveDtb();
+            fixture.database(0).SaveDtb();
             QIR_VERIFY_OK(fixture);
         }
         EditorFixture again(path);

@@ -50,7 +50,7 @@ private Q_SLOTS:
         EditorFixture fixture(file);
         change(fixture, 0, u"2"_s);
         fixture.choose(Command::SaveMenu);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QCOMPARE(savedValue(file, u"T"_s), u"2"_s);
         QIR_VERIFY_OK(fixture);
     }
@@ -62,8 +62,8 @@ private Q_SLOTS:
         fake->failOn(u"SaveDtb"_s, u"The disk is full."_s);
         fixture.dialogs().expectMessage(u"The disk is full."_s, u"QIR Database Editor"_s, u"OK"_s);
         fixture.choose(Command::SaveMenu);
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
-        QCOMPARE(fixture.editor().OggettoDtb(0).QIRTableRecordSetByIndex(1).toInt(), 2);
+        QVERIFY(fixture.database(0).DtbHasChanged());
+        QCOMPARE(fixture.database(0).QIRTableRecordSetByIndex(1).toInt(), 2);
 
         // Closing asks again.
         fixture.dialogs().expectMessage(saveQuestion(path(u"A.DDB"_s)), u"QIR Database Editor"_s, u"No"_s);
@@ -101,7 +101,7 @@ private Q_SLOTS:
         const QString reason = file + u": could not be saved: it is marked read-only; use Save As"_s;
         fixture.dialogs().expectMessage(reason, u"QIR Database Editor"_s, u"OK"_s);
         fixture.choose(Command::SaveMenu);
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(fixture.database(0).DtbHasChanged());
         QCOMPARE(fileBytes(file), before);
 
         fixture.dialogs().expectMessage(reason, u"QIR Database Editor"_s, u"Save As..."_s);
@@ -109,7 +109,7 @@ private Q_SLOTS:
         fixture.choose(Command::SaveMenu);
         QCOMPARE(savedValue(path(u"B.DDB"_s), u"T"_s), u"2"_s);
         QCOMPARE(fileBytes(file), before);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -143,7 +143,7 @@ private Q_SLOTS:
         QVERIFY(QDir(path(u"GONE"_s)).removeRecursively());
         fixture.dialogs().expect(messageContaining(u"folder"_s));
         fixture.choose(Command::SaveMenu);
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(fixture.database(0).DtbHasChanged());
         fixture.dialogs().expectMessage(saveQuestion(file), u"QIR Database Editor"_s, u"No"_s);
         fixture.choose(Command::CloseDatabaseMenu);
         QIR_VERIFY_OK(fixture);
@@ -175,7 +175,7 @@ private Q_SLOTS:
         fixture.choose(Command::SaveAsMenu);
         QCOMPARE(savingCalls(), QStringList({u"SetDatabaseFileName(%1)"_s.arg(name.toUpper()), u"DtbHasChanged(true)"_s,
                                              u"SaveDtb()"_s, u"DtbHasChanged(false)"_s}));
-        QCOMPARE(fixture.state().NomeFileDtb[0], name.toUpper());
+        QCOMPARE(fixture.fileName(0), name.toUpper());
         QCOMPARE(fixture.editor().nomelab(0).text(), name.toUpper());
         QCOMPARE(fixture.editor().nomelab(0).accessibleDescription(), name.toUpper());
         QIR_VERIFY_OK(fixture);
@@ -187,7 +187,7 @@ private Q_SLOTS:
         EditorFixture fixture(file);
         fixture.dialogs().expectFile(fileDialogTitle, path(u"copy.ddb"_s));
         fixture.choose(Command::SaveAsMenu);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QCOMPARE(savedValue(path(u"COPY.DDB"_s), u"T"_s), u"1"_s);
         QVERIFY(!QFile::exists(path(u"copy.ddb"_s))); // a new file gets the upper-cased name
         QCOMPARE(fileBytes(file), before);
@@ -232,7 +232,7 @@ private Q_SLOTS:
         fixture.dialogs().expect(messageContaining(u"B.DDB"_s));
         fixture.choose(Command::SaveAsMenu);
         QCOMPARE(savedValue(other, u"T"_s), u"7"_s);
-        QCOMPARE(fixture.state().NomeFileDtb[0], file);
+        QCOMPARE(fixture.fileName(0), file);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -302,7 +302,7 @@ private Q_SLOTS:
         fixture.dialogs().expectFileCancelled(fileDialogTitle);
         fixture.choose(Command::SaveAsMenu);
         QCOMPARE(savingCalls(), QStringList());
-        QCOMPARE(fixture.state().NomeFileDtb[0], file);
+        QCOMPARE(fixture.fileName(0), file);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -317,9 +317,9 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"Can't assign new file name"_s, u"!"_s, u"OK"_s);
         fixture.choose(Command::SaveAsMenu);
         QCOMPARE(savingCalls(), QStringList({u"SetDatabaseFileName(%1)"_s.arg(name.toUpper())}));
-        QCOMPARE(fixture.state().NomeFileDtb[0], name.toUpper());
+        QCOMPARE(fixture.fileName(0), name.toUpper());
         QCOMPARE(fixture.editor().nomelab(0).text(), file);
-        QCOMPARE(fixture.editor().OggettoDtb(0).GetDatabaseFileName(), file);
+        QCOMPARE(fixture.database(0).GetDatabaseFileName(), file);
         QVERIFY(!QFile::exists(name));
         QIR_VERIFY_OK(fixture);
     }
@@ -333,8 +333,8 @@ private Q_SLOTS:
         fixture.dialogs().expectFile(fileDialogTitle, name);
         fixture.dialogs().expectMessage(u"The disk is full."_s, u"QIR Database Editor"_s, u"OK"_s);
         fixture.choose(Command::SaveAsMenu);
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
-        QCOMPARE(fixture.state().NomeFileDtb[0], name.toUpper());
+        QVERIFY(fixture.database(0).DtbHasChanged());
+        QCOMPARE(fixture.fileName(0), name.toUpper());
         QCOMPARE(fixture.editor().nomelab(0).text(), file);
         QIR_VERIFY_OK(fixture);
     }
@@ -352,7 +352,7 @@ private Q_SLOTS:
         fixture.dialogs().expect(messageContaining(u"other pane"_s));
         fixture.choose(Command::SaveMenu);
         QCOMPARE(savedValue(file, u"T"_s), u"2"_s);
-        QVERIFY(fixture.editor().OggettoDtb(1).DtbHasChanged());
+        QVERIFY(fixture.database(1).DtbHasChanged());
 
         // Under another name the changes of the right pane can be kept.
         fixture.dialogs().expectFile(fileDialogTitle, path(u"B.DDB"_s));
@@ -372,8 +372,8 @@ private Q_SLOTS:
         fixture.choose(Command::SaveMenu);
         QCOMPARE(savedValue(left, u"T"_s), u"1"_s);
         QCOMPARE(savedValue(right, u"T"_s), u"3"_s);
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
-        fixture.editor().OggettoDtb(0).setDtbHasChanged(false);
+        QVERIFY(fixture.database(0).DtbHasChanged());
+        fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
 };

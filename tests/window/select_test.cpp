@@ -41,7 +41,7 @@ private Q_SLOTS:
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         fixture.clickLine(0, 1);
         QCOMPARE(fixture.texts(0), QList<QStringList>({{u"1"_s}}));
-        QCOMPARE(fixture.state().UltimoListIndex[0], 1);
+        QCOMPARE(fixture.loadedLine(0), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -49,7 +49,7 @@ private Q_SLOTS:
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         fixture.list(0).setFocus();
         hands::key(&fixture.list(0), Qt::Key_Down);
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"Valves"_s);
+        QCOMPARE(fixture.shownTable(0), u"Valves"_s);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -117,9 +117,9 @@ private Q_SLOTS:
         fixture.openBoth(makeFile(u"A.DDB"_s, {pumps(), valves()}), makeFile(u"B.DDB"_s, {pumps(), valves()}));
         fixture.clickLine(1, 1);
         QCOMPARE(fixture.list(0).ListIndex(), 1);
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"Valves"_s);
-        QCOMPARE(fixture.state().TabellaMostrata[1], u"Valves"_s);
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.shownTable(0), u"Valves"_s);
+        QCOMPARE(fixture.shownTable(1), u"Valves"_s);
+        QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -134,10 +134,10 @@ private Q_SLOTS:
     void aComponentErrorWhileLoadingIsSilentAndHidesTheGrid() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         // The table goes behind the editor's back, so that choosing it fails in the component.
-        fixture.editor().OggettoDtb(0).RemoveTable(2);
+        fixture.database(0).RemoveTable(2);
         fixture.clickLine(0, 1);
         QVERIFY(!fixture.grid(0).Visible());
-        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        QCOMPARE(fixture.loadedLine(0), -1);
         QCOMPARE(fixture.dialogs().problems(), QString());
     }
 

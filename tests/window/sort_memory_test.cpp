@@ -59,7 +59,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(0), before);
         for (int r = 1; r <= records; ++r)
             QCOMPARE(fixture.grid(0).RowData(r), r);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QCOMPARE(QApplication::overrideCursor(), nullptr);
         QIR_VERIFY_OK(fixture);
     }

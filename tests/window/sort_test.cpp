@@ -56,7 +56,7 @@ private Q_SLOTS:
         QCOMPARE(column(fixture, 0, 2), QStringList({u"North"_s, u"south"_s, u"east"_s}));
         QCOMPARE(storedRecords(fixture, 0),
                  QList<QVariantList>({{9.0, u"North"_s}, {10.0, u"south"_s}, {100.0, u"east"_s}}));
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -65,7 +65,7 @@ private Q_SLOTS:
         sortBy(fixture, 0, 2);
         for (int r = 1; r <= 3; ++r)
             QCOMPARE(fixture.grid(0).RowData(r), r);
-        QCOMPARE(fixture.state().ColonnaOrdinamento, 2);
+        QCOMPARE(fixture.editor().ColonnaOrdinamento(), 2);
         edit(fixture, 0, 1, 1, u"7"_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 7.0);
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"east"_s);
@@ -133,7 +133,7 @@ private Q_SLOTS:
         QCOMPARE(fake->calls(u"BeginChanges"_s), 1);
         QCOMPARE(fake->calls(u"EndChanges"_s), 1);
         QCOMPARE(fake->calls(u"CancelChanges"_s), 0);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -158,7 +158,7 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 1, 1);
         sortBy(fixture, 0, 1);
         QVERIFY(!editing(fixture, 0));
-        QCOMPARE(fixture.state().RigaEdit, -1);
+        QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -193,7 +193,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(0), before);
         QCOMPARE(storedRecords(fixture, 0),
                  QList<QVariantList>({{10.0, u"south"_s}, {9.0, u"North"_s}, {100.0, u"east"_s}}));
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QCOMPARE(QApplication::overrideCursor(), nullptr);
         QIR_VERIFY_OK(fixture);
     }
@@ -245,7 +245,7 @@ private Q_SLOTS:
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations(), oneColumn(FieldType::Long, {u"1"_s})}));
         sortBy(fixture, 0, 2);
         fixture.clickLine(0, 1);
-        QCOMPARE(fixture.state().ColonnaOrdinamento, 1);
+        QCOMPARE(fixture.editor().ColonnaOrdinamento(), 1);
         QIR_VERIFY_OK(fixture);
     }
 

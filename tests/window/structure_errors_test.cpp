@@ -88,7 +88,7 @@ private:
 
 /// Everything that a pane's database holds, as text. Leaves no table remembered as current.
 QString contentOf(EditorFixture &fixture, int pane) {
-    const QirDatabase &database = fixture.editor().OggettoDtb(pane);
+    const QirDatabase &database = fixture.database(pane);
     QString content;
     for (const QString &name : tableNames(fixture, pane)) {
         database.QIRTableRecordSource(name);
@@ -103,13 +103,13 @@ QString contentOf(EditorFixture &fixture, int pane) {
         }
         content += u'\n';
     }
-    fixture.editor().TabellaCorrente(pane).clear();
+    fixture.editor().pane(pane).currentTableLost();
     return content;
 }
 
 /// What the grid of a pane shows and its table does not hold: headers and records, by their numbers.
 QString shownProblems(EditorFixture &fixture, int pane) {
-    if (fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)].isEmpty())
+    if (fixture.shownTable(pane).isEmpty())
         return fixture.grid(pane).Visible() ? u"pane %1: a grid of no table shows; "_s.arg(pane) : QString();
     const QList<QStringList> records = recordsOf(fixture, pane);
     const QList<QStringList> shown = fixture.texts(pane);
@@ -119,18 +119,17 @@ QString shownProblems(EditorFixture &fixture, int pane) {
 }
 
 QString restingProblems(EditorFixture &fixture) {
-    const EditorState &state = fixture.state();
     QString problems;
     if (!fixture.window().isEnabled())
         problems += u"the window stayed disabled; "_s;
     if (QApplication::overrideCursor() != nullptr)
         problems += u"the busy pointer stayed; "_s;
-    if (state.RefillInCorso != 0 || state.CaricamentoInCorso)
+    if (!fixture.editor().listClicks().handled())
         problems += u"a refill or an open did not end; "_s;
     if (!fixture.editor().controls.ProgressBarCompare->isHidden())
         problems += u"the progress bar stayed; "_s;
     for (const int pane : {0, 1})
-        if (state.DtbAperto[static_cast<std::size_t>(pane)])
+        if (fixture.isOpen(pane))
             problems += shownProblems(fixture, pane);
     return problems;
 }
@@ -217,8 +216,8 @@ private:
         Outcome outcome;
         outcome.before = {contentOf(fixture, 0), contentOf(fixture, 1)};
         for (const int pane : {0, 1})
-            makeShownTableCurrent(fixture.editor(), pane); // as it was before the looking
-        const int active = fixture.state().IndexAttivo;
+            fixture.editor().pane(pane).makeShownTableCurrent(); // as it was before the looking
+        const int active = fixture.activePane();
 
         Answers answers(fixture, given);
         fake->clearLog();
@@ -231,7 +230,7 @@ private:
             outcome.calls.append(call.member);
         outcome.errors = answers.errors;
         outcome.problems = restingProblems(fixture);
-        if (fixture.state().IndexAttivo != active)
+        if (fixture.activePane() != active)
             outcome.problems += u"the active pane changed; "_s;
         loadAgain(fixture, outcome.problems);
         outcome.problems += invariantProblems(fixture.editor());
@@ -242,9 +241,9 @@ private:
     /// The load of a selected line that broke off, in silence, counts as none: a click on the line makes up for it.
     static void loadAgain(EditorFixture &fixture, QString &problems) {
         for (const int pane : {0, 1}) {
-            if (!fixture.editor().LoadFailed(pane) || !realTableSelected(fixture.editor(), pane))
+            if (!fixture.editor().pane(pane).LoadFailed() || !fixture.editor().pane(pane).realTableSelected())
                 continue;
-            if (fixture.editor().UltimoListIndex(pane) != -1)
+            if (fixture.loadedLine(pane) != -1)
                 problems += u"pane %1: a failed load counts as one; "_s.arg(pane);
             fixture.clickLine(pane, fixture.list(pane).ListIndex());
         }
@@ -295,8 +294,7 @@ private:
     }
 
     static void chooseOfGrid(EditorFixture &fixture, Command command) {
-        fixture.state().IndexOrigine = 0;
-        fixture.state().IndexDestinazione = 1;
+        fixture.editor().setOrigin(0);
         fixture.choose(command);
     }
 

@@ -45,7 +45,7 @@ private Q_SLOTS:
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList({u"Pumps"_s, u"Motors"_s}));
         QCOMPARE(fixture.lines(0), QStringList({u"Motors"_s, u"Pumps"_s}));
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -56,8 +56,8 @@ private Q_SLOTS:
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(fixture.lines(0), QStringList({u"B"_s, u"C"_s, u"D"_s}));
         QCOMPARE(fixture.list(0).ListIndex(), 1);
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"C"_s);
-        QCOMPARE(fixture.state().UltimoListIndex[0], 1);
+        QCOMPARE(fixture.shownTable(0), u"C"_s);
+        QCOMPARE(fixture.loadedLine(0), 1);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -85,7 +85,7 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"Table: '"_s + quoted + u"' already exists"_s, u"!"_s, u"OK"_s);
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0).size(), 2);
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -110,7 +110,7 @@ private Q_SLOTS:
         fixture.dialogs().expectInputCancelled(addPrompt, u"?"_s);
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -136,7 +136,7 @@ private Q_SLOTS:
         });
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -148,7 +148,7 @@ private Q_SLOTS:
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s, u"C"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"A ?"_s, u"C"_s, u"D"_s}));
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -160,7 +160,7 @@ private Q_SLOTS:
         QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"Z"_s, u"C"_s}));
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"C"_s, u"Z"_s}));
         QCOMPARE(fixture.list(0).ListIndex(), 1);
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"C"_s);
+        QCOMPARE(fixture.shownTable(0), u"C"_s);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -171,7 +171,7 @@ private Q_SLOTS:
         fixture.choose(Command::RenameTableMenu);
         QCOMPARE(fixture.grid(0).Row(), 3);
         QCOMPARE(fixture.grid(0).Col(), 2);
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"Motors"_s);
+        QCOMPARE(fixture.shownTable(0), u"Motors"_s);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -199,7 +199,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QVERIFY(!fixture.grid(0).Visible());
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -228,7 +228,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(1), QStringList({u"A ?"_s, u"M !"_s}));
         QCOMPARE(fixture.list(0).ListIndex(), 0);
         QCOMPARE(fixture.list(1).ListIndex(), 0);
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"A"_s);
+        QCOMPARE(fixture.shownTable(0), u"A"_s);
         QVERIFY(!fixture.grid(1).Visible());
         QIR_VERIFY_OK(fixture);
     }
@@ -257,7 +257,7 @@ private Q_SLOTS:
         fixture.dialogs().expectInputCancelled(renamePrompt(u"Pumps"_s), u"?"_s);
         fixture.choose(Command::RenameTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -273,7 +273,7 @@ private Q_SLOTS:
         QVERIFY2(!shown.isEmpty(), "the reason is missing");
         QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s}));
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -283,7 +283,7 @@ private Q_SLOTS:
             EditorFixture fixture(path);
             fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, u"Motors"_s);
             fixture.choose(Command::RenameTableMenu);
-            fixture.editor().OggettoDtb(0).SaveDtb();
+            fixture.database(0).SaveDtb();
             QIR_VERIFY_OK(fixture);
         }
         EditorFixture again(path);
@@ -303,7 +303,7 @@ private Q_SLOTS:
         });
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
-        QVERIFY(!fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -325,9 +325,9 @@ private Q_SLOTS:
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"C"_s, u"D"_s}));
         QCOMPARE(fixture.list(0).ListIndex(), 2);
-        QCOMPARE(fixture.state().TabellaMostrata[0], u"D"_s);
+        QCOMPARE(fixture.shownTable(0), u"D"_s);
         QCOMPARE(fixture.texts(0), QList<QStringList>({{QString::number(u'D')}}));
-        QVERIFY(fixture.editor().OggettoDtb(0).DtbHasChanged());
+        QVERIFY(fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -339,7 +339,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s}));
         QCOMPARE(fixture.list(0).ListIndex(), -1);
         QVERIFY(!fixture.grid(0).Visible());
-        QCOMPARE(fixture.state().UltimoListIndex[0], -1);
+        QCOMPARE(fixture.loadedLine(0), -1);
         QIR_VERIFY_OK(fixture);
         // Nothing is selected: rename and remove end silently.
         fixture.choose(Command::RenameTableMenu);
@@ -381,9 +381,9 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(1), QStringList({u"A"_s, u"B"_s}));
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.list(1).ListIndex(), 1);
-        QCOMPARE(fixture.state().TabellaMostrata[1], u"B"_s);
+        QCOMPARE(fixture.shownTable(1), u"B"_s);
         QCOMPARE(redCells(fixture, 0), QStringList());
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -398,7 +398,7 @@ private Q_SLOTS:
         QVERIFY(!fixture.grid(0).Visible());
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QVERIFY(fixture.grid(1).Visible());
-        QCOMPARE(fixture.state().IndexAttivo, 0);
+        QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -406,7 +406,7 @@ private Q_SLOTS:
         EditorFixture fixture;
         fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"A"_s)), files.make(u"R.DDB"_s, lettered(u"AB"_s)));
         fixture.clickLine(0, 1);
-        QVERIFY(!realTableSelected(fixture.editor(), 0));
+        QVERIFY(!fixture.editor().pane(0).realTableSelected());
         fixture.choose(Command::RenameTableMenu);
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"A"_s));
@@ -421,7 +421,7 @@ private Q_SLOTS:
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
         QCOMPARE(tableNames(fixture, 1), QStringList(u"B"_s));
-        QCOMPARE(fixture.state().IndexAttivo, 1);
+        QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
 

@@ -20,13 +20,13 @@ QString paneName(int index) {
 
 /// The table that commands work on must be the one that the editor takes for current.
 QString currentTableDisagreement(EditorFixture &fixture, const EditorModel &model, int index) {
-    const QString &current = fixture.editor().TabellaCorrente(index);
+    const QString &current = fixture.editor().pane(index).TabellaCorrente();
     if (current.isEmpty())
         return {};
     const PlainTable *table = model.pane(index).content.find(current);
     if (table == nullptr)
         return u"'%1', which does not exist, passes for current; "_s.arg(current);
-    const QirDatabase &database = fixture.editor().OggettoDtb(index);
+    const QirDatabase &database = fixture.database(index);
     const bool same = database.QirTableFieldsCount() == table->fieldCount() &&
                       database.QirTableRecordsCount() == table->recordCount() &&
                       (table->fieldCount() == 0 || database.QIRTableFieldName(1) == table->field(0).name);
@@ -35,13 +35,13 @@ QString currentTableDisagreement(EditorFixture &fixture, const EditorModel &mode
 
 QString componentDisagreement(EditorFixture &fixture, EditorModel &model, int index) {
     ModelPane &it = model.pane(index);
-    const QirDatabase &database = fixture.editor().OggettoDtb(index);
+    const QirDatabase &database = fixture.database(index);
     QString text;
     if (database.DtbHasChanged() != it.changed)
         text += u"the changed flag should be %1; "_s.arg(it.changed);
     text += currentTableDisagreement(fixture, model, index);
     text += difference(readAll(database), it.content);
-    const QString current = fixture.editor().TabellaCorrente(index);
+    const QString current = fixture.editor().pane(index).TabellaCorrente();
     if (!current.isEmpty() && database.ExistTable(current))
         database.QIRTableRecordSource(current); // the editor finds what it left
     return text;
@@ -112,7 +112,7 @@ QString differencesDisagreement(EditorFixture &fixture, const EditorModel &model
             text += u"%1: '%2' instead of '%3'; "_s.arg(what, cellsText(found), cellsText(expected));
     };
     if (model.sameTableShown()) {
-        const BitMatrix &different = fixture.state().CelleDiverse;
+        const BitMatrix &different = fixture.editor().CelleDiverse();
         Cells marked;
         for (int r = 1; r < std::max(fixture.grid(0).Rows(), fixture.grid(1).Rows()); ++r)
             for (int c = 1; c < std::max(fixture.grid(0).Cols(), fixture.grid(1).Cols()); ++c)
@@ -151,7 +151,7 @@ QString selectionsDisagreement(EditorFixture &fixture) {
 
 QString windowDisagreement(EditorFixture &fixture, const EditorModel &model, int index) {
     const ModelPane &it = model.pane(index);
-    const PaneControls &controls = fixture.editor().controls.pane[static_cast<std::size_t>(index)];
+    const PaneControls &controls = fixture.editor().pane(index).controls();
     QString text;
     if (controls.IDtb->isHidden() != (index == 1 && !model.two))
         text += u"the frame should %1show; "_s.arg(controls.IDtb->isHidden() ? u""_s : u"not "_s);
@@ -168,7 +168,7 @@ QString windowDisagreement(EditorFixture &fixture, const EditorModel &model, int
 
 /// The one editor, where it stays open, stands over a cell and shows its text.
 QString editorDisagreement(EditorFixture &fixture) {
-    const EditorState &state = fixture.state();
+    const auto [row, column] = fixture.editedCell();
     int editors = 0;
     QString text;
     for (const int index : {0, 1}) {
@@ -176,14 +176,13 @@ QString editorDisagreement(EditorFixture &fixture) {
             continue;
         ++editors;
         const Grid &grid = fixture.grid(index);
-        if (!grid.Visible() || state.RigaEdit < 1 || state.RigaEdit >= grid.Rows() || state.ColonnaEdit < 1 ||
-            state.ColonnaEdit >= grid.Cols())
+        if (!grid.Visible() || row < 1 || row >= grid.Rows() || column < 1 || column >= grid.Cols())
             text += paneName(index) + u"an editor over no cell; "_s;
-        else if (editorOf(fixture, index).text() != grid.TextMatrix(state.RigaEdit, state.ColonnaEdit))
+        else if (editorOf(fixture, index).text() != grid.TextMatrix(row, column))
             text += paneName(index) + u"the editor shows another text than its cell; "_s;
     }
-    if (editors > 1 || (editors == 0 && (state.RigaEdit != -1 || state.ColonnaEdit != -1)))
-        text += u"%1 editors and cell (%2, %3) under edit; "_s.arg(editors).arg(state.RigaEdit).arg(state.ColonnaEdit);
+    if (editors > 1 || (editors == 0 && (row != -1 || column != -1)))
+        text += u"%1 editors and cell (%2, %3) under edit; "_s.arg(editors).arg(row).arg(column);
     return text;
 }
 
@@ -227,8 +226,8 @@ QString commandsDisagreement(EditorFixture &fixture, const EditorModel &model) {
 QString disagreement(EditorFixture &fixture, EditorModel &model) {
     EditorContext &editor = fixture.editor();
     QString text;
-    if (editor.state.IndexAttivo != model.active)
-        text += u"pane %1 is active instead of %2; "_s.arg(editor.state.IndexAttivo).arg(model.active);
+    if (editor.IndexAttivo() != model.active)
+        text += u"pane %1 is active instead of %2; "_s.arg(editor.IndexAttivo()).arg(model.active);
     if (editor.twoPanes() != model.two)
         text += u"the mode is wrong; "_s;
     for (const int index : {0, 1}) {

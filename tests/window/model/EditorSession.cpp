@@ -135,7 +135,7 @@ QString EditorSession::listsText() const {
     QString text = u"  "_s;
     for (const int index : {0, 1}) {
         const ListBox &list = m_fixture->list(index);
-        text += index == m_fixture->state().IndexAttivo ? u"* "_s : u"- "_s;
+        text += index == m_fixture->activePane() ? u"* "_s : u"- "_s;
         for (int line = 0; line < list.ListCount(); ++line)
             text += (line == list.ListIndex() ? u"[%1] "_s : u"%1  "_s).arg(list.List(line));
     }

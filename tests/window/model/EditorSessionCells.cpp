@@ -244,8 +244,8 @@ void EditorSession::tabOn(int pane, int row, int column, const QString &text) {
 
 /// Nobody can click a cell that lies under the editor.
 void EditorSession::leaveEditor(int pane, int row, int column) {
-    const EditorState &state = m_fixture->state();
-    if (!editing(*m_fixture, pane) || state.RigaEdit != row || state.ColonnaEdit != column)
+    const EditedCell edited = m_fixture->editedCell();
+    if (!editing(*m_fixture, pane) || edited.row != row || edited.column != column)
         return;
     if (!editorOf(*m_fixture, pane).hasFocus()) // a click elsewhere may have left it open
         hands::click(&editorOf(*m_fixture, pane), Qt::LeftButton);

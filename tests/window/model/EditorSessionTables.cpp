@@ -105,7 +105,7 @@ void EditorSession::addTable(const QString &answer) {
     m_fixture->choose(Command::AddTableMenu);
     // What a new table holds is the component's: one field and one record.
     PlainTable made = readAll(m_fixture->editor().OggettoDtb(m_model.active)).tables.back();
-    m_fixture->editor().TabellaCorrente(m_model.active).clear(); // the reading has left another one current
+    m_fixture->editor().pane(m_model.active).currentTableLost(); // the reading has left another one current
     PlainTable &table = m_model.activePane().content.tables.back();
     if (made.name != name || made.fieldCount() != 1 || made.recordCount() != 1)
         throw std::runtime_error("a new table has another shape");

@@ -1,8 +1,10 @@
-#include "compare/DifferingTables.h"
+#include "compare/TableMarks.h"
 
 #include "app/shared/utility.h"
 #include "base/Collation.h"
-#include "pane/PaneTable.h"
+#include "compare/EqualTables.h"
+#include "compare/engine/TableComparison.h"
+
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
@@ -28,19 +30,18 @@ void clearDifference(ListBox &list, int line) {
 
 } // namespace
 
-void DifferingTables::IndividuaTabelleDiverse(const QStringList &elencoUnico) {
+void TableMarks::IndividuaTabelleDiverse(const QStringList &elencoUnico) {
     Q_UNUSED(elencoUnico)
     const ListBox &list = m_editor.ListaTabelle(0);
-    m_equalTables.clear();
-    m_equalAt = revisions();
+    m_equal.beginRun();
     YieldTimer timer;
     for (int i = 0; i < list.ListCount(); ++i) {
         if (compareLine(i, timer) == false)
-            m_equalTables.insert(collationKey(list.List(i)));
+            m_equal.add(list.List(i));
     }
 }
 
-std::optional<bool> DifferingTables::compareLine(int line, YieldTimer &timer) {
+std::optional<bool> TableMarks::compareLine(int line, YieldTimer &timer) {
     const QirDatabase &left = m_editor.OggettoDtb(0);
     const QirDatabase &right = m_editor.OggettoDtb(1);
     const ListBox &list = m_editor.ListaTabelle(0);
@@ -50,14 +51,14 @@ std::optional<bool> DifferingTables::compareLine(int line, YieldTimer &timer) {
     // A component with twins knows the name of a placeholder too.
     if (!inLeft || !inRight || list.ItemData(line) == 0 || m_editor.ListaTabelle(1).ItemData(line) == 0)
         return std::nullopt;
-    makeTableCurrent(m_editor, 0, name);
-    makeTableCurrent(m_editor, 1, name);
+    m_editor.pane(0).makeTableCurrent(name);
+    m_editor.pane(1).makeTableCurrent(name);
     const bool different = currentTablesDiffer(left, right, [&](int) { timer.yieldIfDue(); });
     SettaTabelleUgualiDiverse(different, line);
     return different;
 }
 
-void DifferingTables::markTable(const QString &name) {
+void TableMarks::markTable(const QString &name) {
     if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1))
         return;
     const ListBox &left = m_editor.ListaTabelle(0);
@@ -69,32 +70,7 @@ void DifferingTables::markTable(const QString &name) {
     }
 }
 
-std::array<std::uint64_t, 2> DifferingTables::revisions() const {
-    return {m_editor.OggettoDtb(0).revision(), m_editor.OggettoDtb(1).revision()};
-}
-
-bool DifferingTables::currentTablesKnownEqual() const {
-    const QString &left = m_editor.TabellaCorrente(0);
-    return m_equalAt == revisions() && collationKey(left) == collationKey(m_editor.TabellaCorrente(1)) &&
-           m_equalTables.contains(collationKey(left));
-}
-
-void DifferingTables::TabelleDiverseBool(int R, int F, BitMatrix &matrix, const ComparisonStep &step) {
-    if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1))
-        return;
-    YieldTimer timer;
-    const ComparisonStep stepAndYield = [&](int record) {
-        if (step)
-            step(record);
-        timer.yieldIfDue();
-    };
-    if (currentTablesKnownEqual())
-        markEqualTables(R, F, matrix, stepAndYield);
-    else
-        compareCurrentTables(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1), R, F, matrix, stepAndYield);
-}
-
-void DifferingTables::SettaTabelleUgualiDiverse(bool different, int index) {
+void TableMarks::SettaTabelleUgualiDiverse(bool different, int index) {
     ListBox &left = m_editor.ListaTabelle(0);
     ListBox &right = m_editor.ListaTabelle(1);
     if (index < 0 || left.ListCount() != right.ListCount())
@@ -114,25 +90,14 @@ void DifferingTables::SettaTabelleUgualiDiverse(bool different, int index) {
         right.setList(index, rightText + differenceMarker);
 }
 
-void DifferingTables::MostraTabellaDiversaInLista() {
+void TableMarks::MostraTabellaDiversaInLista() {
     const bool bothOpen = m_editor.DtbAperto(0) && m_editor.DtbAperto(1);
-    if (bothOpen && !panesShowSameTable(m_editor))
+    if (bothOpen && !m_editor.panesShowSameTable())
         return; // what the grids show says nothing about either line
     bool different = false;
     if (bothOpen && m_editor.Tabella(0).Visible() && m_editor.Tabella(1).Visible())
-        different = m_editor.state.CelleDiverse.count() > 0;
+        different = m_editor.CelleDiverse().count() > 0;
     SettaTabelleUgualiDiverse(different, m_editor.ListaTabelle(0).ListIndex());
-}
-
-void DifferingTables::SetEqualColor(int pane, int row, int column) {
-    Grid &grid = m_editor.Tabella(pane);
-    if (row < 0 || column < 0 || row >= grid.Rows() || column >= grid.Cols())
-        return;
-    const bool different =
-        m_editor.state.CelleDiverse.at(static_cast<std::size_t>(row), static_cast<std::size_t>(column));
-    const CellColour wanted = different ? CellColour::Red : CellColour::White;
-    if (m_editor.ColoriCelle(pane).at(row, column) != wanted)
-        grid.setCellBackColor(row, column, wanted);
 }
 
 } // namespace qir

@@ -12,9 +12,9 @@ namespace qir {
 class CellDifferences;
 
 /// From a line of a table list to a filled grid: selecting a table in either pane and loading it.
-class TableView {
+class TableLoader {
 public:
-    TableView(EditorContext &editor, CellDifferences &differences)
+    TableLoader(EditorContext &editor, CellDifferences &differences)
         : m_editor(editor)
         , m_differences(differences) {}
 
@@ -35,10 +35,6 @@ public:
     /// component, and compares. Silent. A table that cannot be loaded now is hidden.
     void reloadAfterFailure(int Index);
 
-    /// Throws with the reason when the last load of the pane's selected table broke off: what writes the grid's texts,
-    /// or counts its rows, must not take a part for the whole.
-    void requireWhole(int Index);
-
     /// Loads the selected real line of each open pane whose grid shows another table, and compares the cells once if a
     /// grid shows another table, or none any more, since they were compared last; a grid left alone becomes white.
     /// Gives both grids the same selection when one was filled. Called when a command ends.
@@ -57,7 +53,6 @@ private:
 
     EditorContext &m_editor;
     CellDifferences &m_differences;
-    std::array<QString, 2> m_loadErrors; // of the last load that broke off
     /// The selection before a grid was filled, since the panes were settled last; none of its cells for another table.
     std::array<std::optional<GridSelection>, 2> m_selectionBefore;
 };

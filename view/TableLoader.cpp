@@ -1,9 +1,9 @@
-#include "view/TableView.h"
+#include "view/TableLoader.h"
 
 #include "compare/CellDifferences.h"
 #include "db/FieldTypes.h"
 #include "pane/ActivePane.h"
-#include "pane/PaneTable.h"
+
 #include "platform/grid/Grid.h"
 #include "platform/grid/GridFill.h"
 #include "platform/list/ListBox.h"
@@ -20,15 +20,14 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
-void TableView::ListaTabelle_Click(int Index) {
-    if (m_editor.state.CaricamentoInCorso || m_editor.state.RefillInCorso > 0)
+void TableLoader::ListaTabelle_Click(int Index) {
+    if (!m_editor.listClicks().handled())
         return;
     activatePane(m_editor, Index);
     const ActivePaneScope active(m_editor); // the other list's click makes the other pane active; an error may follow
     ListBox &list = m_editor.ListaTabelle(Index);
     if (list.ListIndex() == m_editor.UltimoListIndex(Index))
         return;
-    m_editor.UltimoListIndex(Index) = list.ListIndex();
     RichiamaTabella(Index, u"ListaTabelle"_s);
 
     const int Other = 1 - Index;
@@ -40,42 +39,39 @@ void TableView::ListaTabelle_Click(int Index) {
     m_differences.EvidenziaDifferenzeTabella();
 }
 
-void TableView::RichiamaTabella(int Index, const QString &Caller) {
+void TableLoader::RichiamaTabella(int Index, const QString &Caller) {
     Q_UNUSED(Caller)
     const ListBox &list = m_editor.ListaTabelle(Index);
     if (list.ListIndex() < 0)
         return;
-    m_editor.UltimoListIndex(Index) = list.ListIndex();
-    m_editor.LoadFailed(Index) = false;
-    if (!realTableSelected(m_editor, Index)) {
+    Pane &shown = m_editor.pane(Index);
+    shown.lineTaken();
+    if (!m_editor.pane(Index).realTableSelected()) {
         hideTable(Index);
         return;
     }
-    const QString name = selectedTableName(m_editor, Index);
+    const QString name = m_editor.pane(Index).selectedTableName();
     try {
-        showGrid(m_editor, Index, true);
-        makeTableCurrent(m_editor, Index, name);
+        m_editor.pane(Index).showGrid(true);
+        m_editor.pane(Index).makeTableCurrent(name);
         loadCurrentTable(Index);
     } catch (const std::exception &error) {
-        m_loadErrors[static_cast<std::size_t>(Index)] = QString::fromUtf8(error.what());
         // Silent: what was filled so far stays, but a grid that still holds another table must not show under this
         // line.
-        m_editor.UltimoListIndex(Index) = -1;
-        m_editor.LoadFailed(Index) = true;
-        if (m_editor.TabellaMostrata(Index) != name)
+        shown.loadBrokeOff(QString::fromUtf8(error.what()));
+        if (m_editor.pane(Index).TabellaMostrata() != name)
             hideTable(Index);
     }
     yieldToMessages();
 }
 
-void TableView::hideTable(int Index) {
-    showGrid(m_editor, Index, false);
-    if (!m_editor.TabellaMostrata(Index).isEmpty())
-        m_editor.state.ComparisonDue = true; // the other grid is left alone
-    m_editor.TabellaMostrata(Index).clear();
+void TableLoader::hideTable(int Index) {
+    m_editor.pane(Index).showGrid(false);
+    if (m_editor.pane(Index).tableHidden())
+        m_differences.becomeDue(); // the other grid is left alone
 }
 
-void TableView::CaricaTabellaDaLista(int Index) {
+void TableLoader::CaricaTabellaDaLista(int Index) {
     ListBox &list = m_editor.ListaTabelle(Index);
     QAction &removeTable = m_editor.controls.action(Command::RemoveTableMenu);
     if (list.ListCount() == 0) {
@@ -85,42 +81,42 @@ void TableView::CaricaTabellaDaLista(int Index) {
     if (list.ListIndex() < 0) {
         list.setListIndex(0); // its click loads the table
     } else {
-        if (realTableSelected(m_editor, Index)) {
+        if (m_editor.pane(Index).realTableSelected()) {
             reloaded(Index, [&] {
-                makeTableCurrent(m_editor, Index, selectedTableName(m_editor, Index));
+                m_editor.pane(Index).makeTableCurrent(m_editor.pane(Index).selectedTableName());
                 loadCurrentTable(Index);
             });
         } else {
             hideTable(Index);
         }
-        m_editor.UltimoListIndex(Index) = list.ListIndex();
+        m_editor.pane(Index).lineSettled();
         m_differences.EvidenziaDifferenzeTabella();
     }
     removeTable.setEnabled(true);
 }
 
-void TableView::CaricaTabellaAVideo(int Index) {
+void TableLoader::CaricaTabellaAVideo(int Index) {
     reloaded(Index, [&] { loadCurrentTable(Index); });
 }
 
-void TableView::reloaded(int Index, const std::function<void()> &load) {
+void TableLoader::reloaded(int Index, const std::function<void()> &load) {
     try {
         load();
     } catch (const std::exception &) {
-        m_editor.TabellaMostrata(Index).clear();
+        m_editor.pane(Index).tableHidden();
         throw;
     }
 }
 
-void TableView::loadCurrentTable(int Index) {
-    endEdit(m_editor);
-    m_editor.state.GridCommands = {};
+void TableLoader::loadCurrentTable(int Index) {
+    m_editor.endEdit();
+    m_editor.gridCommands().gridFilled();
     RiempiGrigliaDaTabella(Index);
-    m_editor.LoadFailed(Index) = false;
+    m_editor.pane(Index).loadSucceeded();
     const Grid &grid = m_editor.Tabella(Index);
     m_editor.controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
     m_editor.controls.action(Command::RemoveRecordMenu).setEnabled(grid.Rows() >= 2);
-    m_editor.state.ColonnaOrdinamento = 1;
+    m_editor.setColonnaOrdinamento(1);
 }
 
 namespace {
@@ -135,10 +131,10 @@ QString headerText(const QirDatabase &database, int field) {
 
 } // namespace
 
-void TableView::RiempiGrigliaDaTabella(int Index) {
-    QirDatabase &database = m_editor.OggettoDtb(Index);
+void TableLoader::RiempiGrigliaDaTabella(int Index) {
+    const QirDatabase &database = m_editor.OggettoDtb(Index);
     Grid &grid = m_editor.Tabella(Index);
-    const bool reload = m_editor.TabellaMostrata(Index) == m_editor.TabellaCorrente(Index);
+    const bool reload = m_editor.pane(Index).TabellaMostrata() == m_editor.pane(Index).TabellaCorrente();
 
     QStringList headers;
     for (int k = 1; k <= database.QirTableFieldsCount(); ++k)
@@ -154,11 +150,8 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
         before = grid.selection();
 
     // From here on the grid shows this table; until here an error leaves it with the one before.
-    m_editor.TextsUnstored(Index) = false;
-    if (!reload)
-        m_editor.state.ComparisonDue = true;
-    m_editor.TabellaMostrata(Index) = m_editor.TabellaCorrente(Index);
-    m_editor.UltimaTabella(Index) = m_editor.TabellaCorrente(Index);
+    if (m_editor.pane(Index).tableLoaded())
+        m_differences.becomeDue();
     {
         GridFill fill(grid, headers, records, reload ? GridFill::SameTable : GridFill::NewTable);
         QStringList values;
@@ -171,17 +164,17 @@ void TableView::RiempiGrigliaDaTabella(int Index) {
     }
     if (!hasFields)
         grid.setColData(1, 0);
-    if (gridsShowSameTable(m_editor))
+    if (m_editor.gridsShowSameTable())
         grid.followRowHeights(m_editor.Tabella(1 - Index));
-    if (reload && panesShowSameTable(m_editor))
-        grid.paintDifferences(m_editor.state.CelleDiverse);
+    if (reload && m_editor.panesShowSameTable())
+        grid.paintDifferences(m_editor.CelleDiverse());
     SizeAdjust(m_editor, grid);
-    showGrid(m_editor, Index, grid.Rows() > 1);
+    m_editor.pane(Index).showGrid(grid.Rows() > 1);
 }
 
-void TableView::reloadAfterFailure(int Index) {
+void TableLoader::reloadAfterFailure(int Index) {
     RichiamaTabella(Index, u"ListaTabelle"_s);
-    if (m_editor.LoadFailed(Index))
+    if (m_editor.pane(Index).LoadFailed())
         hideTable(Index); // its texts are not what the records hold
     try {
         m_differences.EvidenziaDifferenzeTabella();
@@ -189,39 +182,31 @@ void TableView::reloadAfterFailure(int Index) {
     }
 }
 
-void TableView::requireWhole(int Index) {
-    if (m_editor.LoadFailed(Index))
-        throw std::runtime_error(
-            QObject::tr("Table '%1' is not loaded whole: %2")
-                .arg(selectedTableName(m_editor, Index), m_loadErrors[static_cast<std::size_t>(Index)])
-                .toStdString());
-}
-
-void TableView::settlePanes() {
+void TableLoader::settlePanes() {
     for (const int pane : {0, 1}) {
         // A line that a press has selected is loaded by the click, in both panes.
         if (!m_editor.DtbAperto(pane) || m_editor.ListaTabelle(pane).clickPending())
             continue;
-        const bool real = realTableSelected(m_editor, pane);
-        if (real && m_editor.TabellaMostrata(pane) != selectedTableName(m_editor, pane)) {
+        const bool real = m_editor.pane(pane).realTableSelected();
+        if (real && m_editor.pane(pane).TabellaMostrata() != m_editor.pane(pane).selectedTableName()) {
             RichiamaTabella(pane, u"ListaTabelle"_s);
         } else if (!real) {
             hideTable(pane);
-        } else if (!m_editor.LoadFailed(pane)) {
-            m_editor.UltimoListIndex(pane) = m_editor.ListaTabelle(pane).ListIndex();
+        } else if (!m_editor.pane(pane).LoadFailed()) {
+            m_editor.pane(pane).lineSettled();
         }
     }
     mirrorFilled();
     compareIfDue();
-    const int active = m_editor.state.IndexAttivo;
+    const int active = m_editor.IndexAttivo();
     m_editor.controls.action(Command::RemoveTableMenu)
         .setEnabled(active >= 0 && m_editor.DtbAperto(active) && m_editor.ListaTabelle(active).ListCount() > 0);
-    followGridCommands(m_editor);
+    m_editor.gridCommands().follow(m_editor);
 }
 
 /// A load raises nothing, though it may have moved or cut its grid's selection, which is the other grid's too then; or
 /// it has made its grid large enough for the other's.
-void TableView::mirrorFilled() {
+void TableLoader::mirrorFilled() {
     const std::array<std::optional<GridSelection>, 2> before = std::exchange(m_selectionBefore, {});
     const Grid &left = m_editor.Tabella(0);
     const Grid &right = m_editor.Tabella(1);
@@ -229,7 +214,7 @@ void TableView::mirrorFilled() {
         return;
     const bool leftMoved = before[0] && *before[0] != left.selection();
     const bool rightMoved = before[1] && *before[1] != right.selection();
-    int leader = m_editor.state.IndexAttivo == 1 ? 1 : 0;
+    int leader = m_editor.IndexAttivo() == 1 ? 1 : 0;
     if (leftMoved != rightMoved)
         leader = rightMoved ? 1 : 0;
     else if (!leftMoved && before[0].has_value() != before[1].has_value())
@@ -237,8 +222,8 @@ void TableView::mirrorFilled() {
     mirrorSelection(m_editor, leader);
 }
 
-void TableView::compareIfDue() {
-    if (!m_editor.state.ComparisonDue)
+void TableLoader::compareIfDue() {
+    if (!m_differences.due())
         return;
     // A line that the other list had selected already was loaded without a comparison. With different lines there is
     // none to make, but what a grid was compared with may be gone.

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "pane/EditorContext.h"
+#include "platform/grid/GridRange.h"
+
+namespace qir {
+
+class CellDifferences;
+
+/// Writing what a grid shows back into its database.
+class GridSave {
+public:
+    GridSave(EditorContext &editor, CellDifferences &differences)
+        : m_editor(editor)
+        , m_differences(differences) {}
+
+    /// Writes every cell text of the pane's grid into the current table of its database, then compares. One group of
+    /// changes: an error on the way undoes it. Yields.
+    void SalvaGridInDatabase(int pane);
+    /// Writes the texts of some cells only, those of them that the grid has. All others must be stored as they show
+    /// already: the outcome is that of writing every cell.
+    void SalvaGridInDatabase(int pane, const GridRange &cells);
+
+private:
+    EditorContext &m_editor;
+    CellDifferences &m_differences;
+};
+
+} // namespace qir
