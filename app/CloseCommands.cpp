@@ -15,6 +15,12 @@
 
 namespace qir {
 
+void CloseCommands::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::CloseDatabaseMenu, tr("&Close"), [this] { CloseDatabaseMenu_Click(); },
+                 {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_W), .needs = Needs::Database});
+}
+
 void CloseCommands::askAndRelease(int pane) {
     if (!ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(pane)))
         m_editor.OggettoDtb(pane).setDtbHasChanged(false);

@@ -2,6 +2,8 @@
 
 #include "pane/EditorContext.h"
 
+#include <QCoreApplication>
+
 namespace qir {
 
 class CellDifferences;
@@ -10,11 +12,16 @@ class TableListAlignment;
 /// Letting go of databases. Changes are kept because a component writes a changed database when it is released, and
 /// discarded by clearing its changed flag first; nothing here saves.
 class CloseCommands {
+    Q_DECLARE_TR_FUNCTIONS(CloseCommands)
+
 public:
     CloseCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences)
         : m_editor(editor)
         , m_alignment(alignment)
         , m_differences(differences) {}
+
+    /// Its rows for the menus.
+    void addCommands();
 
     /// Closes the active pane's database; its name stays the pane's name.
     void CloseDatabaseMenu_Click();

@@ -80,6 +80,7 @@ void buildControls(QMainWindow &window, EditorContext &editor) {
     auto *area = new QWidget(&window);
     window.setCentralWidget(area);
     controls.window = &window;
+    controls.commands.setOwner(window);
     for (const int pane : {0, 1}) {
         editor.pane(pane).setControls(buildPane(*area, pane));
         showHint(editor, pane, QString());

@@ -39,18 +39,22 @@ DtbEditor::DtbEditor()
     , m_open(m_editor, m_alignment, m_differences, m_tables, m_notices)
     , m_save(m_editor)
     , m_close(m_editor, m_alignment, m_differences)
-    , m_structure(m_editor, m_alignment, m_differences, m_tables)
+    , m_listPopup(m_editor)
+    , m_tableCommands(m_editor, m_alignment, m_differences, m_tables)
+    , m_fieldCommands(m_editor, m_differences, m_tables)
+    , m_recordCommands(m_editor, m_differences, m_tables)
+    , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables)
     , m_modes(m_editor, m_alignment, m_differences, m_tables) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
     resize(1000, 700);
     buildControls(*this, m_editor);
+    addCommands();
     buildMenus(*this, m_editor.controls);
     for (const int pane : {0, 1})
         connectPane(pane);
     m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
-    connectCommands();
     SettaColoriIndexAttivo(m_editor);
     AbilitaMenu(m_editor, -1);
     if (MessageLoop *loop = MessageLoop::instance()) {
@@ -77,38 +81,27 @@ void DtbEditor::connectPane(int pane) {
     connect(controls.ListaTabelle, &ListBox::Click, this,
             [this, pane] { runCommand([&] { m_tables.ListaTabelle_Click(pane); }); });
     m_gridConnections.connectPane(pane);
-    m_structure.connectPane(pane);
+    m_listPopup.connectPane(pane);
     m_focus.watch(pane);
 }
 
-void DtbEditor::onCommand(Command command, std::function<void()> procedure) {
-    QAction &action = m_editor.controls.action(command);
-    action.setEnabled(true);
-    connect(&action, &QAction::triggered, this, [procedure = std::move(procedure)] { runCommand(procedure); });
-}
-
-void DtbEditor::connectCommands() {
-    // What has no procedure yet stays disabled.
-    for (QAction *action : m_editor.controls.actions)
-        action->setEnabled(false);
-    onCommand(Command::OpenDatabase, [this] { m_open.OpenDatabase_Click(); });
-    onCommand(Command::SaveMenu, [this] { m_save.SaveMenu_Click(); });
-    onCommand(Command::SaveAsMenu, [this] { m_save.SaveAsMenu_Click(); });
-    onCommand(Command::CloseDatabaseMenu, [this] { m_close.CloseDatabaseMenu_Click(); });
-    onCommand(Command::ChangePassword, [this] { ChangePassword_Click(m_editor); });
-    onCommand(Command::EndMenu, [this] { EndMenu_Click(); });
-    onCommand(Command::OneMenu, [this] { m_modes.OneMenu_Click(); });
-    onCommand(Command::TwoMenu, [this] { m_modes.TwoMenu_Click(); });
-    onCommand(Command::CompareAgainMenu, [this] { m_modes.CompareAgainMenu_Click(); });
-    onCommand(Command::OtherPaneMenu, [this] { m_modes.OtherPaneMenu_Click(); });
-    onCommand(Command::HelpKeysMenu, [this] { HelpKeysMenu_Click(m_editor); });
-    onCommand(Command::AboutMenu, [this] { AboutMenu_Click(m_editor); });
-    onCommand(Command::ColumnSizeAdjust, [this] { ColumnSizeAdjust_Click(m_editor); });
-    onCommand(Command::SortFPOP, [this] { m_sorting.SortFPOP_Click(); });
-    onCommand(Command::CopyMenu, [this] { m_clipboard.COPIA_AreaTabella(m_editor.IndexAttivo()); });
-    onCommand(Command::PasteMenu, [this] { m_clipboard.INCOLLA_AreaTabella(m_editor.IndexAttivo()); });
-    m_structure.connectCommands(
-        [this](Command command, std::function<void()> procedure) { onCommand(command, std::move(procedure)); });
+void DtbEditor::addCommands() {
+    m_open.addCommands();
+    m_save.addCommands();
+    m_close.addCommands();
+    addPasswordCommand(m_editor);
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::EndMenu, tr("E&xit"), [this] { EndMenu_Click(); },
+                 {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q)});
+    m_modes.addCommands();
+    addColumnFit(m_editor);
+    m_tableCommands.addCommands();
+    m_fieldCommands.addCommands();
+    m_recordCommands.addCommands();
+    m_cloneCommands.addCommands();
+    m_sorting.addCommands();
+    m_clipboard.addCommands();
+    addHelpCommands(m_editor);
 }
 
 void DtbEditor::resizeEvent(QResizeEvent *event) {

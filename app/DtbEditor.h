@@ -6,7 +6,6 @@
 #include "app/Notices.h"
 #include "app/OpenCommand.h"
 #include "app/SaveCommands.h"
-#include "app/StructureConnections.h"
 #include "compare/CellDifferences.h"
 #include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
@@ -14,17 +13,21 @@
 #include "pane/EditorContext.h"
 #include "pane/PaneFocus.h"
 #include "platform/grid/GridPair.h"
+#include "structure/CloneCommands.h"
+#include "structure/FieldCommands.h"
+#include "structure/RecordCommands.h"
+#include "structure/TableCommands.h"
 #include "view/AreaClipboard.h"
 #include "view/CellEditor.h"
 #include "view/GridEvents.h"
 #include "view/GridPopups.h"
 #include "view/GridSave.h"
 #include "view/Sorting.h"
+#include "view/TableListPopup.h"
 #include "view/TableLoader.h"
 
 #include <QMainWindow>
 
-#include <functional>
 #include <optional>
 
 QT_BEGIN_NAMESPACE
@@ -57,8 +60,7 @@ private:
     void Form_Resize();
     void EndMenu_Click();
     void connectPane(int pane);
-    void connectCommands();
-    void onCommand(Command command, std::function<void()> procedure);
+    void addCommands();
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);
 
@@ -81,7 +83,11 @@ private:
     OpenCommand m_open;
     SaveCommands m_save;
     CloseCommands m_close;
-    StructureConnections m_structure;
+    TableListPopup m_listPopup;
+    TableCommands m_tableCommands;
+    FieldCommands m_fieldCommands;
+    RecordCommands m_recordCommands;
+    CloneCommands m_cloneCommands;
     ModeCommands m_modes;
 };
 

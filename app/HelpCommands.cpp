@@ -8,6 +8,13 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
+void addHelpCommands(EditorContext &editor) {
+    CommandTable &commands = editor.controls.commands;
+    commands.add(Command::HelpKeysMenu, QObject::tr("&Keys"), [&editor] { HelpKeysMenu_Click(editor); },
+                 {.shortcut = QKeySequence(Qt::Key_F1)});
+    commands.add(Command::AboutMenu, QObject::tr("A&bout"), [&editor] { AboutMenu_Click(editor); });
+}
+
 void HelpKeysMenu_Click(EditorContext &editor) {
     auto *guide = editor.controls.window->findChild<GuideWindow *>(QString(), Qt::FindDirectChildrenOnly);
     if (guide == nullptr)

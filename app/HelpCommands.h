@@ -4,6 +4,9 @@
 
 namespace qir {
 
+/// Their rows for the menus.
+void addHelpCommands(EditorContext &editor);
+
 /// Opens the user guide, which is built into the program, at its page on keys.
 void HelpKeysMenu_Click(EditorContext &editor);
 

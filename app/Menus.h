@@ -8,8 +8,8 @@ QT_END_NAMESPACE
 
 namespace qir {
 
-/// Builds the menu bar and the pop-up menus with every command, and enters them into `controls`. Commands that need
-/// a database start disabled. The window owns what is made.
+/// Builds the menu bar and the pop-up menus from the commands that `controls` has, all of which must have been added,
+/// and enters the menus there. The window owns what is made.
 void buildMenus(QMainWindow &window, EditorControls &controls);
 
 } // namespace qir

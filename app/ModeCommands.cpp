@@ -38,6 +38,19 @@ int lineOfKey(const ListBox &list, const QString &key) {
 
 } // namespace
 
+void ModeCommands::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::OneMenu, tr("&One Database"), [this] { OneMenu_Click(); });
+    commands.add(Command::TwoMenu, tr("&Two Databases"), [this] { TwoMenu_Click(); });
+    commands.add(Command::CompareAgainMenu, tr("Compare &Again"), [this] { CompareAgainMenu_Click(); },
+                 {.shortcut = QKeySequence(Qt::Key_F5), .needs = Needs::BothDatabases});
+    commands.add(Command::OtherPaneMenu, tr("Other &Pane"), [this] { OtherPaneMenu_Click(); },
+                 {.shortcut = QKeySequence(Qt::Key_F6), .needs = Needs::TwoPanes});
+    for (const Command mode : {Command::OneMenu, Command::TwoMenu})
+        m_editor.controls.action(mode).setCheckable(true);
+    setMode(false);
+}
+
 void ModeCommands::selectInBothLists(int line, int top) {
     const RefillScope refill(m_editor.listClicks()); // what is selected is loaded afterwards
     for (const int pane : {0, 1}) {

@@ -2,6 +2,8 @@
 
 #include "pane/EditorContext.h"
 
+#include <QCoreApplication>
+
 namespace qir {
 
 class CellDifferences;
@@ -11,6 +13,8 @@ class TableLoader;
 /// One pane or two, and what concerns both panes at once. The mode is held in the check marks of the two mode commands
 /// alone.
 class ModeCommands {
+    Q_DECLARE_TR_FUNCTIONS(ModeCommands)
+
 public:
     ModeCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
                  TableLoader &tables)
@@ -18,6 +22,9 @@ public:
         , m_alignment(alignment)
         , m_differences(differences)
         , m_tables(tables) {}
+
+    /// Its rows for the menus.
+    void addCommands();
 
     /// Both commands toggle between the modes. Going to one pane closes the right database: this one asks about the
     /// left database and applies the answer to the right one, the other one asks about the right one.

@@ -29,6 +29,12 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
+void OpenCommand::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::OpenDatabase, tr("&Open..."), [this] { OpenDatabase_Click(); },
+                 {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_O)});
+}
+
 StartResult OpenCommand::Form_Load(const QString &commandLine) {
     m_editor.txtEdit(0).hide();
     activatePane(m_editor, 0);

@@ -2,6 +2,8 @@
 
 #include "pane/EditorContext.h"
 
+#include <QCoreApplication>
+
 namespace qir {
 
 class CellDifferences;
@@ -17,6 +19,8 @@ enum class StartResult {
 
 /// Puts a database into a pane: at the start from the command line, later by the open command.
 class OpenCommand {
+    Q_DECLARE_TR_FUNCTIONS(OpenCommand)
+
 public:
     OpenCommand(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableLoader &tables,
                 Notices &notices)
@@ -25,6 +29,9 @@ public:
         , m_differences(differences)
         , m_tables(tables)
         , m_notices(notices) {}
+
+    /// Its rows for the menus.
+    void addCommands();
 
     /// The initial state, and the database that the command line names, if there is such a file, in pane 0.
     StartResult Form_Load(const QString &commandLine);

@@ -7,6 +7,12 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
+void addPasswordCommand(EditorContext &editor) {
+    CommandTable &commands = editor.controls.commands;
+    commands.add(Command::ChangePassword, QObject::tr("Change &Password..."),
+                 [&editor] { ChangePassword_Click(editor); }, {.needs = Needs::Database});
+}
+
 void ChangePassword_Click(EditorContext &editor) {
     const InputBoxWipe wipe;
     const auto ask = [&editor](const QString &prompt, bool &cancelled) {

@@ -13,6 +13,14 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
+void SaveCommands::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::SaveMenu, tr("&Save"), [this] { SaveMenu_Click(); },
+                 {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_S), .needs = Needs::Database});
+    commands.add(Command::SaveAsMenu, tr("Save &As..."), [this] { SaveAsMenu_Click(); },
+                 {.shortcut = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), .needs = Needs::Database});
+}
+
 void SaveCommands::SaveMenu_Click() {
     const QirDatabase &database = m_editor.OggettoDtb(m_editor.IndexAttivo());
     try {

@@ -14,6 +14,9 @@ public:
     explicit SaveCommands(EditorContext &editor)
         : m_editor(editor) {}
 
+    /// Its rows for the menus.
+    void addCommands();
+
     /// Where it fails, the reason is shown and Save As is offered.
     void SaveMenu_Click();
     /// Asks for a name and writes under it. A name that the component refuses stays the pane's name, while label and

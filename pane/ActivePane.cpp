@@ -55,13 +55,9 @@ void SettaColoriIndexAttivo(EditorContext &editor) {
 void AbilitaMenu(EditorContext &editor, int pane) {
     const bool on = pane >= 0 && editor.DtbAperto(pane);
     const EditorControls &controls = editor.controls;
-    for (const Command command : {Command::ChangePassword, Command::ColumnSizeAdjust, Command::CloseDatabaseMenu,
-                                  Command::SaveMenu, Command::SaveAsMenu, Command::CopyMenu, Command::PasteMenu})
-        controls.action(command).setEnabled(on);
-    controls.action(Command::CompareAgainMenu).setEnabled(editor.DtbAperto(0) && editor.DtbAperto(1));
-    controls.action(Command::OtherPaneMenu).setEnabled(editor.twoPanes());
-    for (QMenu *menu : {controls.TablesMenu, controls.FieldsMenu, controls.RecordMenu})
-        menu->setEnabled(on);
+    controls.commands.enable(editor, on);
+    for (const Menu menu : {Menu::TablesMenu, Menu::FieldsMenu, Menu::RecordMenu})
+        controls.menu(menu).setEnabled(on);
     if (pane < 0)
         return;
     editor.pane(pane).showWhetherOpen();

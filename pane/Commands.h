@@ -2,56 +2,45 @@
 
 namespace qir {
 
-/// Every menu and pop-up command. The names are the object names of the actions, which test drivers and
-/// accessibility tools rely on.
-#define QIR_COMMANDS(X)                                                                                                \
-    X(OpenDatabase)                                                                                                    \
-    X(SaveMenu)                                                                                                        \
-    X(SaveAsMenu)                                                                                                      \
-    X(CloseDatabaseMenu)                                                                                               \
-    X(ChangePassword)                                                                                                  \
-    X(EndMenu)                                                                                                         \
-    X(OneMenu)                                                                                                         \
-    X(TwoMenu)                                                                                                         \
-    X(CompareAgainMenu)                                                                                                \
-    X(OtherPaneMenu)                                                                                                   \
-    X(AddTableMenu)                                                                                                    \
-    X(RenameTableMenu)                                                                                                 \
-    X(RemoveTableMenu)                                                                                                 \
-    X(AddFieldMenu)                                                                                                    \
-    X(RenameFieldMenu)                                                                                                 \
-    X(RemoveFieldMenu)                                                                                                 \
-    X(ResizeTextField)                                                                                                 \
-    X(ColumnSizeAdjust)                                                                                                \
-    X(AddRecordMenu)                                                                                                   \
-    X(RemoveRecordMenu)                                                                                                \
-    X(HelpKeysMenu)                                                                                                    \
-    X(AboutMenu)                                                                                                       \
-    X(ClonePOP)                                                                                                        \
-    X(RenameTablePOP)                                                                                                  \
-    X(RemoveTablePOP)                                                                                                  \
-    X(CloneTableSizePOP)                                                                                               \
-    X(CloneSelectedAreaPOP)                                                                                            \
-    X(RemoveRecordPOP)                                                                                                 \
-    X(SortFPOP)                                                                                                        \
-    X(RenameFieldPOP)                                                                                                  \
-    X(RemoveFieldPOP)                                                                                                  \
-    X(ResizeTextFieldPOP)                                                                                              \
-    X(CloneTableSizeFPOP)                                                                                              \
-    X(CloneSelectedAreaFPOP)                                                                                           \
-    X(CopyMenu)                                                                                                        \
-    X(PasteMenu)
+/// Every menu and pop-up with its commands, in the order in which it shows them; LINE stands between groups. A
+/// command's name is the object name of its action, which test drivers and accessibility tools rely on.
+///
+/// To add a command: a line here, and a row in the class that has its procedure (CommandTable).
+#define QIR_COMMANDS(MENU, COMMAND, LINE)                                                                              \
+    MENU(FileMenu)                                                                                                     \
+    COMMAND(OpenDatabase)                                                                                              \
+    COMMAND(SaveMenu)                                                                                                  \
+    COMMAND(SaveAsMenu)                                                                                                \
+    COMMAND(CloseDatabaseMenu)                                                                                         \
+    LINE COMMAND(ChangePassword)                                                                                       \
+    LINE COMMAND(EndMenu) MENU(ModeMenu) COMMAND(OneMenu) COMMAND(TwoMenu) LINE COMMAND(CompareAgainMenu)              \
+        MENU(ViewMenu) COMMAND(ColumnSizeAdjust) COMMAND(OtherPaneMenu) MENU(TablesMenu) COMMAND(AddTableMenu)         \
+            COMMAND(RenameTableMenu) COMMAND(RemoveTableMenu) MENU(FieldsMenu) COMMAND(AddFieldMenu)                   \
+                COMMAND(RenameFieldMenu) COMMAND(RemoveFieldMenu) COMMAND(ResizeTextField) MENU(RecordMenu)            \
+                    COMMAND(AddRecordMenu) COMMAND(RemoveRecordMenu) MENU(HelpMenu) COMMAND(HelpKeysMenu)              \
+                        COMMAND(AboutMenu) MENU(popmenuCopyToOther) COMMAND(ClonePOP) COMMAND(RenameTablePOP)          \
+                            COMMAND(RemoveTablePOP) MENU(popmenuGrid) COMMAND(CloneTableSizePOP)                       \
+                                COMMAND(CloneSelectedAreaPOP) COMMAND(RemoveRecordPOP) MENU(popmenuGridFields)         \
+                                    COMMAND(SortFPOP) LINE                                                             \
+                                    COMMAND(RenameFieldPOP) COMMAND(RemoveFieldPOP) COMMAND(ResizeTextFieldPOP) LINE   \
+                                    COMMAND(CloneTableSizeFPOP) COMMAND(CloneSelectedAreaFPOP) MENU(popmenuCP)         \
+                                        COMMAND(CopyMenu) COMMAND(PasteMenu)
 
-enum class Command {
-#define QIR_COMMAND_ENUMERATOR(name) name,
-    QIR_COMMANDS(QIR_COMMAND_ENUMERATOR)
-#undef QIR_COMMAND_ENUMERATOR
-        Count
-};
+#define QIR_NOTHING_OF(name)
+#define QIR_ENUMERATOR(name) name,
+
+enum class Command { QIR_COMMANDS(QIR_NOTHING_OF, QIR_ENUMERATOR, ) Count };
+/// The menus of the bar, then the pop-ups.
+enum class Menu { QIR_COMMANDS(QIR_ENUMERATOR, QIR_NOTHING_OF, ) Count };
+
+#undef QIR_ENUMERATOR
+#undef QIR_NOTHING_OF
 
 inline constexpr int commandCount = static_cast<int>(Command::Count);
+inline constexpr int menuCount = static_cast<int>(Menu::Count);
 
-/// The object name of a command's action.
+/// The object name of a command's action, and of a menu.
 const char *commandName(Command command);
+const char *menuName(Menu menu);
 
 } // namespace qir

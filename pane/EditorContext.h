@@ -2,7 +2,7 @@
 
 #include "base/BitMatrix.h"
 #include "pane/CellEdit.h"
-#include "pane/Commands.h"
+#include "pane/CommandTable.h"
 #include "pane/GridCommands.h"
 #include "pane/ListClicks.h"
 #include "pane/Pane.h"
@@ -10,7 +10,6 @@
 #include <array>
 
 QT_BEGIN_NAMESPACE
-class QAction;
 class QMenu;
 class QProgressBar;
 QT_END_NAMESPACE
@@ -26,17 +25,11 @@ struct EditorControls {
     QProgressBar *ProgressBarCompare = nullptr;
     QLabel *AutoSizeLabelTwips = nullptr; ///< Hidden; its font is what columns are measured in.
     ListBox *ProSort = nullptr;           ///< Hidden; a sorted list box that serves as a sorter.
-    QMenu *ModeMenu = nullptr;
-    QMenu *TablesMenu = nullptr;
-    QMenu *FieldsMenu = nullptr;
-    QMenu *RecordMenu = nullptr;
-    QMenu *popmenuCopyToOther = nullptr;
-    QMenu *popmenuGrid = nullptr;
-    QMenu *popmenuGridFields = nullptr;
-    QMenu *popmenuCP = nullptr;
-    std::array<QAction *, commandCount> actions{};
+    std::array<QMenu *, menuCount> menus{};
+    CommandTable commands;
 
-    QAction &action(Command command) const { return *actions[static_cast<std::size_t>(command)]; }
+    QAction &action(Command command) const { return commands.action(command); }
+    QMenu &menu(Menu menu) const { return *menus[static_cast<std::size_t>(menu)]; }
 };
 
 /// What every procedure works on, handed to it by reference: both panes and what concerns the two of them. Pane 0 is

@@ -51,6 +51,17 @@ QString tableOfUnmarkedLine(const QString &line) {
 
 } // namespace
 
+void CloneCommands::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::ClonePOP, tr("&Copy to Other Database"), [this] { CloneSecco(); });
+    commands.add(Command::CloneTableSizePOP, tr("Make Other Table as &Long"), [this] { CloneTableSizeSecco(); });
+    commands.add(Command::CloneSelectedAreaPOP, tr("&Copy Selection to Other Table"),
+                 [this] { CloneSelectedAreaSecco(); });
+    commands.add(Command::CloneTableSizeFPOP, tr("Make Other Table as &Long"), [this] { CloneTableSizeSecco(); });
+    commands.add(Command::CloneSelectedAreaFPOP, tr("&Copy Selection to Other Table"),
+                 [this] { CloneSelectedAreaSecco(); });
+}
+
 void CloneCommands::CloneSecco() {
     ListBox &sourceList = m_editor.ListaTabelle(m_editor.IndexOrigine());
     ListBox &targetList = m_editor.ListaTabelle(m_editor.IndexDestinazione());

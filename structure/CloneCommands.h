@@ -2,6 +2,8 @@
 
 #include "pane/EditorContext.h"
 
+#include <QCoreApplication>
+
 namespace qir {
 
 class CellDifferences;
@@ -12,6 +14,8 @@ class TableLoader;
 /// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it.
 /// What copies rows of the grids refuses a table that is not loaded whole with an error.
 class CloneCommands {
+    Q_DECLARE_TR_FUNCTIONS(CloneCommands)
+
 public:
     CloneCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
                   TableLoader &tables)
@@ -20,11 +24,8 @@ public:
         , m_differences(differences)
         , m_tables(tables) {}
 
-    void ClonePOP_Click() { CloneSecco(); }
-    void CloneTableSizePOP_Click() { CloneTableSizeSecco(); }
-    void CloneTableSizeFPOP_Click() { CloneTableSizeSecco(); }
-    void CloneSelectedAreaPOP_Click() { CloneSelectedAreaSecco(); }
-    void CloneSelectedAreaFPOP_Click() { CloneSelectedAreaSecco(); }
+    /// Its rows for the menus.
+    void addCommands();
 
     /// Copies the table selected in the source list, which the target database lacks. Yields.
     void CloneSecco();

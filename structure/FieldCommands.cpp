@@ -27,6 +27,17 @@ bool acceptableSize(double size) {
 
 } // namespace
 
+void FieldCommands::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::AddFieldMenu, tr("&Add..."), [this] { AddFieldMenu_Click(); });
+    commands.add(Command::RenameFieldMenu, tr("&Rename..."), [this] { RenameFieldSecco(); });
+    commands.add(Command::RemoveFieldMenu, tr("Re&move..."), [this] { RemoveFieldSecco(); });
+    commands.add(Command::ResizeTextField, tr("Resi&ze Text..."), [this] { ResizeTextFieldSecco(); });
+    commands.add(Command::RenameFieldPOP, tr("&Rename..."), [this] { RenameFieldSecco(); });
+    commands.add(Command::RemoveFieldPOP, tr("Re&move..."), [this] { RemoveFieldSecco(); });
+    commands.add(Command::ResizeTextFieldPOP, tr("Resi&ze Text..."), [this] { ResizeTextFieldSecco(); });
+}
+
 void FieldCommands::AddFieldMenu_Click() {
     QWidget *window = m_editor.controls.window;
     if (!makeLastShownTableCurrent()) {

@@ -2,6 +2,8 @@
 
 #include "pane/EditorContext.h"
 
+#include <QCoreApplication>
+
 #include <optional>
 
 namespace qir {
@@ -12,22 +14,21 @@ class TableLoader;
 /// Adding, renaming, removing and resizing fields of the table that the active pane shows. The field is the one of the
 /// grid's current column; without a selected real table, or without a field there, a command ends silently.
 class FieldCommands {
+    Q_DECLARE_TR_FUNCTIONS(FieldCommands)
+
 public:
     FieldCommands(EditorContext &editor, CellDifferences &differences, TableLoader &tables)
         : m_editor(editor)
         , m_differences(differences)
         , m_tables(tables) {}
 
+    /// Its rows for the menus.
+    void addCommands();
+
     /// Asks for name, type and, for a text, size, and appends a field to the table last shown in the active pane,
     /// which is named afterwards when it is not shown now. A name that the table has already, but for case and
     /// surrounding blanks, is refused with a message.
     void AddFieldMenu_Click();
-    void RenameFieldMenu_Click() { RenameFieldSecco(); }
-    void RenameFieldPOP_Click() { RenameFieldSecco(); }
-    void RemoveFieldMenu_Click() { RemoveFieldSecco(); }
-    void RemoveFieldPOP_Click() { RemoveFieldSecco(); }
-    void ResizeTextField_Click() { ResizeTextFieldSecco(); }
-    void ResizeTextFieldPOP_Click() { ResizeTextFieldSecco(); }
 
     /// Asks for a new name of the field; it is taken as typed.
     void RenameFieldSecco();

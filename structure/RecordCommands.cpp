@@ -11,6 +11,13 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
+void RecordCommands::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::AddRecordMenu, tr("&Add"), [this] { AddRecordMenu_Click(); });
+    commands.add(Command::RemoveRecordMenu, tr("Re&move"), [this] { RemoveRecordSecco(); });
+    commands.add(Command::RemoveRecordPOP, tr("Re&move Record"), [this] { RemoveRecordSecco(); });
+}
+
 void RecordCommands::AddRecordMenu_Click() {
     const int pane = m_editor.IndexAttivo();
     if (!m_editor.pane(pane).realTableSelected())

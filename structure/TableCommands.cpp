@@ -15,6 +15,15 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
+void TableCommands::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::AddTableMenu, tr("&Add..."), [this] { AddTableMenu_Click(); });
+    commands.add(Command::RenameTableMenu, tr("&Rename..."), [this] { RenameTableSecco(); });
+    commands.add(Command::RemoveTableMenu, tr("Re&move..."), [this] { RemoveTableSecco(); });
+    commands.add(Command::RenameTablePOP, tr("&Rename..."), [this] { RenameTableSecco(); });
+    commands.add(Command::RemoveTablePOP, tr("Re&move..."), [this] { RemoveTableSecco(); });
+}
+
 bool TableCommands::nameTaken(const QString &name) const {
     const QirDatabase &database = m_editor.OggettoDtb(m_editor.IndexAttivo());
     const int tables = database.QIRTablesCount();

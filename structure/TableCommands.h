@@ -2,6 +2,8 @@
 
 #include "pane/EditorContext.h"
 
+#include <QCoreApplication>
+
 namespace qir {
 
 class CellDifferences;
@@ -10,6 +12,8 @@ class TableLoader;
 
 /// Adding, renaming and removing tables of the active pane's database.
 class TableCommands {
+    Q_DECLARE_TR_FUNCTIONS(TableCommands)
+
 public:
     TableCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
                   TableLoader &tables)
@@ -18,14 +22,13 @@ public:
         , m_differences(differences)
         , m_tables(tables) {}
 
+    /// Its rows for the menus.
+    void addCommands();
+
     /// Asks for a name and appends a table. A name that the database has already, but for case and surrounding blanks,
     /// is refused with a message. The list is refilled from the database alone: in two-pane mode it is out of line with
     /// the other one until the next comparison.
     void AddTableMenu_Click();
-    void RenameTableMenu_Click() { RenameTableSecco(); }
-    void RenameTablePOP_Click() { RenameTableSecco(); }
-    void RemoveTableMenu_Click() { RemoveTableSecco(); }
-    void RemoveTablePOP_Click() { RemoveTableSecco(); }
 
     /// Asks for a new name of the selected table. It is taken as typed; a name that is taken already is the
     /// component's error. Afterwards the same position is selected, whatever line stands there now.

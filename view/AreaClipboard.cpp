@@ -63,6 +63,14 @@ QString gridClip(const QString &clipboardText) {
     return text;
 }
 
+void AreaClipboard::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::CopyMenu, tr("&Copy"), [this] { COPIA_AreaTabella(m_editor.IndexAttivo()); },
+                 {.needs = Needs::Database});
+    commands.add(Command::PasteMenu, tr("&Paste"), [this] { INCOLLA_AreaTabella(m_editor.IndexAttivo()); },
+                 {.needs = Needs::Database});
+}
+
 void AreaClipboard::COPIA_AreaTabella(int Index) {
     if (!showsTable(m_editor, Index))
         return;

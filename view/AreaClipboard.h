@@ -2,6 +2,8 @@
 
 #include "pane/EditorContext.h"
 
+#include <QCoreApplication>
+
 namespace qir {
 
 class GridSave;
@@ -10,11 +12,16 @@ class TableLoader;
 /// Copying a block of cells to the system clipboard and pasting one. The plain text has tabs between cells and carriage
 /// returns between rows; further formats beside it keep tabs and line ends inside cells and serve other programs.
 class AreaClipboard {
+    Q_DECLARE_TR_FUNCTIONS(AreaClipboard)
+
 public:
     AreaClipboard(EditorContext &editor, GridSave &save, TableLoader &tables)
         : m_editor(editor)
         , m_save(save)
         , m_tables(tables) {}
+
+    /// Its rows for the menus.
+    void addCommands();
 
     /// Copies the selected block of the pane's grid. Errors are silent.
     void COPIA_AreaTabella(int Index);

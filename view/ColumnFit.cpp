@@ -14,6 +14,12 @@ constexpr int leastFieldWidth = 100;
 
 } // namespace
 
+void addColumnFit(EditorContext &editor) {
+    CommandTable &commands = editor.controls.commands;
+    commands.add(Command::ColumnSizeAdjust, QObject::tr("&Fit Columns"), [&editor] { ColumnSizeAdjust_Click(editor); },
+                 {.needs = Needs::Database});
+}
+
 void ColumnSizeAdjust_Click(EditorContext &editor) {
     const int pane = editor.IndexAttivo();
     if (pane >= 0 && editor.pane(pane).realTableSelected())

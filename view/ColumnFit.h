@@ -4,6 +4,9 @@
 
 namespace qir {
 
+/// Its row for the menus.
+void addColumnFit(EditorContext &editor);
+
 /// Fits the columns of the active pane's grid to their texts, when a real table is shown there.
 void ColumnSizeAdjust_Click(EditorContext &editor);
 

@@ -38,7 +38,7 @@ void GridPopups::popUp(int Index, int row, int column, const QPoint &globalPosit
     else
         prepareRecordItems(Index);
     m_editor.setOrigin(Index);
-    (ofField ? m_editor.controls.popmenuGridFields : m_editor.controls.popmenuGrid)->popup(globalPosition);
+    m_editor.controls.menu(ofField ? Menu::popmenuGridFields : Menu::popmenuGrid).popup(globalPosition);
 }
 
 void GridPopups::prepareRecordItems(int Index) {

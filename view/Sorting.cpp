@@ -8,6 +8,11 @@
 
 namespace qir {
 
+void Sorting::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::SortFPOP, tr("&Sort by This Field"), [this] { SortFPOP_Click(); });
+}
+
 void Sorting::SortFPOP_Click() {
     const int pane = m_editor.IndexOrigine();
     if (!m_editor.DtbAperto(pane) || !m_editor.pane(pane).realTableSelected())

@@ -2,6 +2,8 @@
 
 #include "pane/EditorContext.h"
 
+#include <QCoreApplication>
+
 namespace qir {
 
 class GridSave;
@@ -10,11 +12,16 @@ class TableLoader;
 
 /// Sorting a table by one field: the records are rewritten in the database in the new order.
 class Sorting {
+    Q_DECLARE_TR_FUNCTIONS(Sorting)
+
 public:
     Sorting(EditorContext &editor, GridSave &save, TableLoader &tables)
         : m_editor(editor)
         , m_save(save)
         , m_tables(tables) {}
+
+    /// Its rows for the menus.
+    void addCommands();
 
     /// Sorts the table of the pane whose pop-up was opened by its grid's current column. When sorting or writing fails,
     /// the group of changes is undone, the table is loaded again as it stands and the error goes on to the caller. A

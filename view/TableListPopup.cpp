@@ -21,6 +21,16 @@ bool windowStands() {
 
 } // namespace
 
+void TableListPopup::connectPane(int pane) {
+    // No command of its own, whose end would load the line that a left press has selected before its release comes to
+    // load it: the procedure lets no error out and changes nothing but the pop-up.
+    ListBox &list = m_editor.ListaTabelle(pane);
+    QObject::connect(&list, &ListBox::MouseDown, &list,
+                     [this, pane](Qt::MouseButton button, const QPoint &globalPosition) {
+                         ListaTabelle_MouseDown(pane, button, globalPosition);
+                     });
+}
+
 void TableListPopup::ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, const QPoint &globalPosition) {
     if (Index != m_editor.IndexAttivo() || m_editor.ListaTabelle(Index).ListIndex() < 0 || Button != Qt::RightButton ||
         !windowStands())
@@ -34,7 +44,7 @@ void TableListPopup::ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, c
     if (!windowStands())
         return;
     if (controls.action(Command::ClonePOP).isVisible() || controls.action(Command::RemoveTablePOP).isVisible())
-        controls.popmenuCopyToOther->popup(globalPosition);
+        controls.menu(Menu::popmenuCopyToOther).popup(globalPosition);
 }
 
 void TableListPopup::offerCommands(int Index) {

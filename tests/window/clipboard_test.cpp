@@ -357,7 +357,7 @@ private Q_SLOTS:
 
     void theCopyAndPastePopupHoldsBothItems() {
         EditorFixture fixture;
-        QCOMPARE(fixture.editor().controls.popmenuCP->actions(),
+        QCOMPARE(fixture.editor().controls.menu(Menu::popmenuCP).actions(),
                  QList<QAction *>({&fixture.action(Command::CopyMenu), &fixture.action(Command::PasteMenu)}));
         QIR_VERIFY_OK(fixture);
     }

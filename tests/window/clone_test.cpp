@@ -118,7 +118,7 @@ private Q_SLOTS:
         fixture.clickLine(0, 0);
         pressRight(fixture, 0, 0);
         fake->clearLog();
-        chooseFromPopup(*fixture.editor().controls.popmenuCopyToOther, fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
 
         QStringList calls;
         for (const FakeCall &call : fake->log()) {
@@ -150,7 +150,7 @@ private Q_SLOTS:
         pressRight(fixture, 0, 0);
         fake->failOn(u"AddRecord"_s, u"no room"_s, 3);
         fixture.dialogs().expectMessage(u"no room"_s, u"QIR Database Editor"_s, u"OK"_s);
-        chooseFromPopup(*fixture.editor().controls.popmenuCopyToOther, fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
         fake->stopFailing();
         QCOMPARE(tableNames(fixture, 1), QStringList(u"Z"_s));
         QCOMPARE(fixture.lines(1), QStringList({u"Pumps ?"_s, u"Z"_s}));
@@ -182,7 +182,7 @@ private Q_SLOTS:
                 throw std::runtime_error("the second");
         });
         fixture.dialogs().expectMessage(u"the first"_s, u"QIR Database Editor"_s, u"OK"_s);
-        chooseFromPopup(*fixture.editor().controls.popmenuCopyToOther, fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
         fake->setHook({});
         QVERIFY(refills > 0);
         QCOMPARE(fixture.dialogs().problems(), QString());
@@ -212,7 +212,7 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"Database '"_s + fixture.fileName(1) +
                                             u"' has changed.\r\nDo you want to save the changes?"_s,
                                         u"QIR Database Editor"_s, u"No"_s);
-        chooseFromPopup(*fixture.editor().controls.popmenuCopyToOther, fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
         fake->setHook({});
         QVERIFY(records >= 10);
         QVERIFY2(records < 50, "the clone went on to its end");
@@ -509,7 +509,7 @@ private:
     /// Clones by the pop-up of a line of the active pane.
     static void clone(EditorFixture &fixture, int pane, int line) {
         pressRight(fixture, pane, line);
-        chooseFromPopup(*fixture.editor().controls.popmenuCopyToOther, fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
     }
 
     /// The grid's pop-ups set the direction before they open.

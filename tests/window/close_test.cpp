@@ -159,7 +159,7 @@ private Q_SLOTS:
         for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu,
                                       Command::ChangePassword, Command::ColumnSizeAdjust})
             QVERIFY2(!fixture.action(command).isEnabled(), commandName(command));
-        QVERIFY(!fixture.editor().controls.TablesMenu->isEnabled());
+        QVERIFY(!fixture.editor().controls.menu(Menu::TablesMenu).isEnabled());
         QVERIFY(fixture.action(Command::OpenDatabase).isEnabled());
         QIR_VERIFY_OK(fixture);
 

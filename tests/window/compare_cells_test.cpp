@@ -157,7 +157,7 @@ private Q_SLOTS:
         files.open(fixture);
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}, {2, 1}, {3, 1}}));
         rightPressHeader(fixture, 0, 1);
-        QMenu &menu = *fixture.editor().controls.popmenuGridFields;
+        QMenu &menu = fixture.editor().controls.menu(Menu::popmenuGridFields);
         QVERIFY(menu.isVisible());
         hands::click(&menu, Qt::LeftButton, Qt::NoModifier,
                      menu.actionGeometry(&fixture.action(Command::SortFPOP)).center());

@@ -148,7 +148,7 @@ private Q_SLOTS:
         else
             rightPressHeader(fixture, 0, 2);
         QCOMPARE(calls(fake).value(0), u"QIRTableRecordSource Pumps"_s);
-        fixture.editor().controls.popmenuGridFields->close();
+        fixture.editor().controls.menu(Menu::popmenuGridFields).close();
         if (action >= 2)
             QVERIFY(fixture.action(action == 2 ? Command::ResizeTextField : Command::ResizeTextFieldPOP).isEnabled());
         QIR_VERIFY_OK(fixture);

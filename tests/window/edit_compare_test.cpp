@@ -149,7 +149,7 @@ private Q_SLOTS:
                 fixture.clickCell(1, 2, 1);
             QCOMPARE(fixture.activePane(), 1);
         }
-        fixture.editor().controls.popmenuGrid->close();
+        fixture.editor().controls.menu(Menu::popmenuGrid).close();
         QIR_VERIFY_OK(fixture);
     }
 

@@ -256,8 +256,8 @@ private:
                   const std::vector<TableOfTexts> &right) {
         fixture.openBoth(m_files->make(u"LEFT.DDB"_s, left), m_files->make(u"RIGHT.DDB"_s, right));
     }
-    static QMenu &recordPopup(EditorFixture &fixture) { return *fixture.editor().controls.popmenuGrid; }
-    static QMenu &fieldPopup(EditorFixture &fixture) { return *fixture.editor().controls.popmenuGridFields; }
+    static QMenu &recordPopup(EditorFixture &fixture) { return fixture.editor().controls.menu(Menu::popmenuGrid); }
+    static QMenu &fieldPopup(EditorFixture &fixture) { return fixture.editor().controls.menu(Menu::popmenuGridFields); }
     static bool shows(EditorFixture &fixture, Command command) { return fixture.action(command).isVisible(); }
     static QString removeText(EditorFixture &fixture) {
         return fixture.action(Command::RemoveRecordPOP).text().remove(u'&');

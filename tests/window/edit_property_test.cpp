@@ -241,7 +241,7 @@ public:
         case Action::Sort:
             m_fixture.clickCell(pane, block.row, block.column);
             rightPressHeader(m_fixture, pane, block.columnEnd);
-            m_fixture.editor().controls.popmenuGridFields->close();
+            m_fixture.editor().controls.menu(Menu::popmenuGridFields).close();
             m_fixture.choose(Command::SortFPOP);
             m_model.sort(pane, block.columnEnd);
             break;

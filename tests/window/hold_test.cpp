@@ -195,7 +195,7 @@ private Q_SLOTS:
         pressRight(fixture, 1, line);
         for (const int pane : {0, 1})
             QCOMPARE(fixture.list(pane).ListIndex(), line);
-        QMenu &popup = *fixture.editor().controls.popmenuCopyToOther;
+        QMenu &popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
         QVERIFY(popup.isVisible());
         popup.close();
         QIR_VERIFY_OK(fixture);
@@ -207,7 +207,7 @@ private Q_SLOTS:
         goTo(fixture, 0, u"grid"_s);
         pressRight(fixture, 1, 1);
         QCOMPARE(fixture.activePane(), 1);
-        QVERIFY(!fixture.editor().controls.popmenuCopyToOther->isVisible());
+        QVERIFY(!fixture.editor().controls.menu(Menu::popmenuCopyToOther).isVisible());
         for (const int pane : {0, 1})
             QCOMPARE(fixture.list(pane).ListIndex(), 0);
         QIR_VERIFY_OK(fixture);

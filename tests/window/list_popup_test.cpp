@@ -76,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(1), QStringList({u"A ?"_s, u"B"_s, u"C"_s}));
         pressRight(fixture, 0, 1);
         QCOMPARE(entries(fixture), tableEntries);
-        fixture.editor().controls.popmenuCopyToOther->close();
+        fixture.editor().controls.menu(Menu::popmenuCopyToOther).close();
         pressRight(fixture, 0, 0);
         QCOMPARE(entries(fixture), cloneEntry + tableEntries);
         QIR_VERIFY_OK(fixture);
@@ -167,7 +167,7 @@ private Q_SLOTS:
 
     void theEntriesRunTheirCommands() {
         EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
-        QMenu &menu = *fixture.editor().controls.popmenuCopyToOther;
+        QMenu &menu = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
         pressRight(fixture, 0, 1);
         fixture.dialogs().expectInput(u"Table's new name (B)"_s, u"?"_s, u"B"_s, u"C"_s);
         chooseFromPopup(menu, fixture.action(Command::RenameTablePOP));
@@ -197,7 +197,7 @@ private Q_SLOTS:
 
 private:
     static QStringList entries(EditorFixture &fixture) {
-        return shownEntries(*fixture.editor().controls.popmenuCopyToOther);
+        return shownEntries(fixture.editor().controls.menu(Menu::popmenuCopyToOther));
     }
 
     /// What the keyboard's menu key sends to the control that has the focus.

@@ -147,7 +147,7 @@ private Q_SLOTS:
         fake->clearLog();
         fixture.dialogs().expectMessage(reason, u"QIR Database Editor"_s, u"OK"_s);
         rightPressHeader(fixture, 0, 1);
-        chooseFromPopup(*fixture.editor().controls.popmenuGridFields, fixture.action(Command::SortFPOP));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuGridFields), fixture.action(Command::SortFPOP));
         QGuiApplication::clipboard()->setText(u"0"_s);
         fixture.clickCell(0, 1, 1);
         fixture.dialogs().expectMessage(reason, u"QIR Database Editor"_s, u"OK"_s);
@@ -158,7 +158,7 @@ private Q_SLOTS:
         fixture.clickLine(0, 1); // loads it whole
         QCOMPARE(fixture.grid(0).Rows(), 3);
         rightPressHeader(fixture, 0, 1);
-        chooseFromPopup(*fixture.editor().controls.popmenuGridFields, fixture.action(Command::SortFPOP));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuGridFields), fixture.action(Command::SortFPOP));
         QCOMPARE(fixture.texts(0), QList<QStringList>({{u"0"_s}, {u"1"_s}}));
         QIR_VERIFY_OK(fixture);
     }
@@ -188,7 +188,7 @@ private Q_SLOTS:
         fixture.choose(Command::AddRecordMenu); // loads the table again
         QCOMPARE(fixture.grid(0).Rows(), 4);
         rightPressHeader(fixture, 0, 1);
-        chooseFromPopup(*fixture.editor().controls.popmenuGridFields, fixture.action(Command::SortFPOP));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuGridFields), fixture.action(Command::SortFPOP));
         QCOMPARE(fixture.texts(0), QList<QStringList>({{u"0"_s}, {u"0"_s}, {u"1"_s}}));
         QIR_VERIFY_OK(fixture);
     }

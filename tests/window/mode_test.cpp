@@ -173,7 +173,7 @@ private Q_SLOTS:
             QCOMPARE(fixture.activePane(), 0);
             QCOMPARE(frameColour(fixture, 0), yellow);
             QVERIFY(fixture.action(Command::SaveMenu).isEnabled());
-            QVERIFY(fixture.editor().controls.TablesMenu->isEnabled());
+            QVERIFY(fixture.editor().controls.menu(Menu::TablesMenu).isEnabled());
             QIR_VERIFY_OK(fixture);
         }
     }
@@ -202,7 +202,8 @@ private Q_SLOTS:
                                       Command::ChangePassword, Command::ColumnSizeAdjust, Command::CompareAgainMenu})
             QVERIFY2(!fixture.action(command).isEnabled(), commandName(command));
         const EditorControls &controls = fixture.editor().controls;
-        for (QMenu *menu : {controls.TablesMenu, controls.FieldsMenu, controls.RecordMenu})
+        for (QMenu *menu :
+             {&controls.menu(Menu::TablesMenu), &controls.menu(Menu::FieldsMenu), &controls.menu(Menu::RecordMenu)})
             QVERIFY2(!menu->isEnabled(), qPrintable(menu->title()));
         for (const Command command : {Command::OpenDatabase, Command::EndMenu, Command::OneMenu, Command::TwoMenu})
             QVERIFY2(fixture.action(command).isEnabled(), commandName(command));
@@ -217,7 +218,8 @@ private Q_SLOTS:
             for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu,
                                           Command::ChangePassword, Command::ColumnSizeAdjust})
                 QCOMPARE(fixture.action(command).isEnabled(), pane == 0);
-            for (QMenu *menu : {controls.TablesMenu, controls.FieldsMenu, controls.RecordMenu})
+            for (QMenu *menu :
+                 {&controls.menu(Menu::TablesMenu), &controls.menu(Menu::FieldsMenu), &controls.menu(Menu::RecordMenu)})
                 QCOMPARE(menu->isEnabled(), pane == 0);
         }
     }

@@ -77,7 +77,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.startResult(), StartResult::NothingToOpen);
         QCOMPARE(fixture.activePane(), -1);
         QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
-        QVERIFY(!fixture.editor().controls.TablesMenu->isEnabled());
+        QVERIFY(!fixture.editor().controls.menu(Menu::TablesMenu).isEnabled());
         QVERIFY(fixture.editor().pane(0).controls().hint->isVisible());
         QIR_VERIFY_OK(fixture);
     }

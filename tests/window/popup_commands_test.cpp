@@ -142,13 +142,14 @@ private:
     }
 
     static void chooseOfRecord(EditorFixture &fixture, Command command) {
-        QVERIFY(shownEntries(*fixture.editor().controls.popmenuGrid).contains(fixture.action(command).objectName()));
-        chooseFromPopup(*fixture.editor().controls.popmenuGrid, fixture.action(command));
+        QVERIFY(shownEntries(fixture.editor().controls.menu(Menu::popmenuGrid))
+                    .contains(fixture.action(command).objectName()));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuGrid), fixture.action(command));
     }
     static void chooseOfField(EditorFixture &fixture, Command command) {
-        QVERIFY(
-            shownEntries(*fixture.editor().controls.popmenuGridFields).contains(fixture.action(command).objectName()));
-        chooseFromPopup(*fixture.editor().controls.popmenuGridFields, fixture.action(command));
+        QVERIFY(shownEntries(fixture.editor().controls.menu(Menu::popmenuGridFields))
+                    .contains(fixture.action(command).objectName()));
+        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuGridFields), fixture.action(command));
     }
 
     TestFiles files;

@@ -26,7 +26,7 @@ TableOfTexts oneColumn(FieldType type, const QStringList &texts) {
 /// Sorts by a column as a person does: the right button on its header, the item in the pop-up.
 void sortBy(EditorFixture &fixture, int pane, int column) {
     rightPressHeader(fixture, pane, column);
-    QMenu &menu = *fixture.editor().controls.popmenuGridFields;
+    QMenu &menu = fixture.editor().controls.menu(Menu::popmenuGridFields);
     QVERIFY(menu.isVisible());
     const QRect item = menu.actionGeometry(&fixture.action(Command::SortFPOP));
     hands::click(&menu, Qt::LeftButton, Qt::NoModifier, item.center());

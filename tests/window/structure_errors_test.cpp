@@ -184,7 +184,7 @@ private Q_SLOTS:
         fixture.openBoth(paths[0], paths[1]);
         given.prepare(fixture);
         Answers answers(fixture, given);
-        const bool popup = fixture.editor().controls.popmenuCopyToOther->isVisible();
+        const bool popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther).isVisible();
         if (popup)
             fixture.window().close();
         else
@@ -306,7 +306,7 @@ private:
                     pressRight(fixture, 0, line);
                 },
                 [](EditorFixture &fixture) {
-                    QMenu &popup = *fixture.editor().controls.popmenuCopyToOther;
+                    QMenu &popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
                     QAction &clone = fixture.action(Command::ClonePOP);
                     if (popup.isVisible())
                         chooseFromPopup(popup, clone);

@@ -195,7 +195,8 @@ QString commandsDisagreement(EditorFixture &fixture, const EditorModel &model) {
             text += u"%1 should be %2; "_s.arg(entry.objectName(), enabled ? u"enabled"_s : u"disabled"_s);
     };
     const auto expectCommand = [&](Command command, bool enabled) { expect(controls.action(command), enabled); };
-    for (const QMenu *menu : {controls.TablesMenu, controls.FieldsMenu, controls.RecordMenu})
+    for (const QMenu *menu :
+         {&controls.menu(Menu::TablesMenu), &controls.menu(Menu::FieldsMenu), &controls.menu(Menu::RecordMenu)})
         expect(*menu, open);
     for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu,
                                   Command::ChangePassword, Command::ColumnSizeAdjust})

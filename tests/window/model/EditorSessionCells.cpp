@@ -103,7 +103,8 @@ void EditorSession::pressCell(int pane, int row, int column) {
     leaveEditor(pane, row, column);
     rightPressCell(*m_fixture, pane, row, column);
     m_model.active = pane;
-    expectEntries(*m_fixture->editor().controls.popmenuGrid, cloneEntries(pane, QString()) << u"RemoveRecordPOP"_s);
+    expectEntries(m_fixture->editor().controls.menu(Menu::popmenuGrid), cloneEntries(pane, QString())
+                                                                            << u"RemoveRecordPOP"_s);
 }
 
 /// The entries that a grid's pop-up shows for copying to the other pane; `f` is what their names have more in the

@@ -45,7 +45,7 @@ void EditorSession::pressHeader(int pane, int column) {
     const PlainTable &table = *m_model.pane(pane).selectedTable();
     QStringList expected{u"SortFPOP"_s, u"RenameFieldPOP"_s, u"RemoveFieldPOP"_s, u"ResizeTextFieldPOP"_s};
     expected += cloneEntries(pane, u"F"_s);
-    expectEntries(*m_fixture->editor().controls.popmenuGridFields, expected);
+    expectEntries(m_fixture->editor().controls.menu(Menu::popmenuGridFields), expected);
     const bool isText = table.field(column - 1).type == static_cast<int>(FieldType::Text);
     if (m_fixture->grid(pane).Col() != column || m_fixture->action(Command::ResizeTextFieldPOP).isEnabled() != isText ||
         m_fixture->action(Command::RemoveFieldPOP).isEnabled() != (table.fieldCount() >= 2))

@@ -158,7 +158,7 @@ void EditorSession::pressTableLine(int line) {
         expected.append(u"ClonePOP"_s);
     if (m_model.pane(pane).line(line).number >= 1)
         expected += {u"RenameTablePOP"_s, u"RemoveTablePOP"_s};
-    expectEntries(*m_fixture->editor().controls.popmenuCopyToOther, expected);
+    expectEntries(m_fixture->editor().controls.menu(Menu::popmenuCopyToOther), expected);
 }
 
 void EditorSession::cloneTable(int line, bool clone) {
