@@ -131,9 +131,12 @@ void ListBox::setVisibleFlag(bool visible) {
 
 void ListBox::mousePressEvent(QMouseEvent *event) {
     const bool right = event->button() == Qt::RightButton;
-    // The left button's Click comes with its release.
+    // The left button's Click comes with its release; another button ends it here, for the release may go to a pop-up.
+    const bool endsClick = event->button() != Qt::LeftButton && m_pressed && std::exchange(m_clickDue, false);
     m_pressed = event->button() == Qt::LeftButton;
     m_lostLine.clear();
+    if (endsClick)
+        Q_EMIT Click();
     QListView::mousePressEvent(event);
     event->accept();
     if (!right || indexAt(event->position().toPoint()).isValid())
