@@ -64,11 +64,15 @@ void AbilitaMenu(EditorContext &editor, int pane) {
         menu->setEnabled(on);
     if (pane < 0)
         return;
+    // A control that goes out of sight would give the keyboard to the next one, which may be the other pane's.
+    const bool keyboardInside = editor.IDtb(pane).isAncestorOf(controls.window->focusWidget());
     editor.ListaTabelle(pane).setVisibleFlag(on);
     editor.nomelab(pane).setVisible(on);
     const PaneControls &inside = controls.pane[static_cast<std::size_t>(pane)];
     inside.ground->setVisible(on);
     inside.hint->setVisible(!on);
+    if (keyboardInside && !on)
+        inside.hint->setFocus(Qt::OtherFocusReason);
     // An empty table stays hidden: only its load shows or hides it.
     showGrid(editor, pane, on && realTableSelected(editor, pane) && editor.Tabella(pane).Rows() > 1);
 }

@@ -63,9 +63,14 @@ void endEdit(EditorContext &editor) {
 }
 
 void showGrid(EditorContext &editor, int pane, bool visible) {
-    if (!visible && editor.Tabella(pane).Visible())
+    Grid &grid = editor.Tabella(pane);
+    if (!visible && grid.Visible()) {
         endEdit(editor);
-    editor.Tabella(pane).setVisibleFlag(visible);
+        // The keyboard stays in the pane; Qt would give it to the next control, which may be the other pane's.
+        if (grid.window()->focusWidget() == &grid)
+            editor.ListaTabelle(pane).setFocus(Qt::OtherFocusReason);
+    }
+    grid.setVisibleFlag(visible);
 }
 
 void releaseComponent(EditorContext &editor, int pane) {

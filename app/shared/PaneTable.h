@@ -29,7 +29,7 @@ bool gridsShowSameTable(EditorContext &editor);
 /// keystroke was. A focus that the editor had goes to its grid.
 void endEdit(EditorContext &editor);
 
-/// Shows or hides a pane's grid by its own flag; hiding ends an edit first.
+/// Shows or hides a pane's grid by its own flag; hiding ends an edit first and gives the grid's focus to the list.
 void showGrid(EditorContext &editor, int pane, bool visible);
 
 /// Releases a pane's component there and then (which may write the file), and with it all that was shown of it:
