@@ -238,6 +238,25 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aMenuThatOpensOverALineThatIsHeldDownEndsItsClick() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"list"_s);
+        ListBox &list = fixture.list(0);
+        QMenu &popup = *fixture.editor().controls.popmenuCopyToOther;
+        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        hands::key(&list, Qt::Key_F10, Qt::ShiftModifier);
+        QVERIFY(popup.isVisible());
+        popup.close();
+        for (const int pane : {0, 1}) {
+            QCOMPARE(fixture.list(pane).ListIndex(), 1);
+            QCOMPARE(fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)], u"Pumps"_s);
+        }
+        QVERIFY(!list.clickPending());
+        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1)); // the menu would have had it
+        QIR_VERIFY_OK(fixture);
+    }
+
     void theWheelOverTheOtherPaneMakesActiveWhatItGivesTheKeyboard() {
         EditorFixture fixture;
         openLong(fixture);
