@@ -118,6 +118,7 @@ void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
 void OpenCommand::createComponent(int pane) {
     m_editor.pane(pane).setDatabase(QirDatabase::create());
     m_notices.listenTo(m_editor.OggettoDtb(pane));
+    tellPlace(m_editor.OggettoDtb(pane), m_editor.NomeFileDtb(pane));
 }
 
 bool OpenCommand::loadComponent(int pane) {
@@ -155,7 +156,6 @@ bool OpenCommand::loadFreshComponent(int pane) {
     // The component that was made before the question is replaced by a fresh one.
     m_editor.pane(pane).releaseDatabase();
     createComponent(pane);
-    tellPlace(m_editor.OggettoDtb(pane), name);
     if (!unlockWithoutStandingStill(m_editor.controls.window, m_editor.OggettoDtb(pane), name, password.text()))
         password.wipe(); // as after a cancel of the question
     return m_editor.OggettoDtb(pane).LoadDtb(name, password.text());

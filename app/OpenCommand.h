@@ -41,7 +41,7 @@ public:
     void CaricaSecco(QString &fileName, bool &chosen);
 
 private:
-    /// A new component into a pane, whose notices will be shown.
+    /// A new component into a pane, whose notices will be shown and which knows the place of the pane's file.
     void createComponent(int pane);
     /// Loads NomeFileDtb of a pane into a new component of that pane, asking for the password of a protected file.
     bool loadComponent(int pane);

@@ -6,6 +6,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 
+#include <QGroupBox>
 #include <QLabel>
 #include <QObject>
 
@@ -36,10 +37,14 @@ void Pane::showFileName(const QString &name) {
 }
 
 void Pane::showWhetherOpen() {
+    // A control that goes out of sight would give the keyboard to the next one, which may be the other pane's.
+    const bool keyboardInside = m_controls.IDtb->isAncestorOf(m_controls.IDtb->window()->focusWidget());
     m_controls.ListaTabelle->setVisibleFlag(m_open);
     m_controls.nomelab->setVisible(m_open);
     m_controls.ground->setVisible(m_open);
     m_controls.hint->setVisible(!m_open);
+    if (keyboardInside && !m_open)
+        m_controls.hint->setFocus(Qt::OtherFocusReason);
     // An empty table stays hidden: only its load shows or hides it.
     showGrid(m_open && realTableSelected() && m_controls.Tabella->Rows() > 1);
 }
@@ -119,9 +124,14 @@ void Pane::requireWhole() const {
 }
 
 void Pane::showGrid(bool visible) {
-    if (!visible && m_controls.Tabella->Visible())
+    Grid &grid = *m_controls.Tabella;
+    if (!visible && grid.Visible()) {
         m_edit.end();
-    m_controls.Tabella->setVisibleFlag(visible);
+        // The keyboard stays in the pane; Qt would give it to the next control, which may be the other pane's.
+        if (grid.window()->focusWidget() == &grid)
+            m_controls.ListaTabelle->setFocus(Qt::OtherFocusReason);
+    }
+    grid.setVisibleFlag(visible);
 }
 
 } // namespace qir

@@ -118,7 +118,7 @@ public:
     bool TextsUnstored() const { return m_textsUnstored; }
     void setTextsUnstored(bool unstored) { m_textsUnstored = unstored; }
 
-    /// Shows or hides the grid by its own flag; hiding ends an edit first.
+    /// Shows or hides the grid by its own flag; hiding ends an edit first and gives the grid's focus to the list.
     void showGrid(bool visible);
 
 private:

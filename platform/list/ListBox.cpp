@@ -7,6 +7,7 @@
 #include "platform/loop/MessageLoop.h"
 
 #include <QContextMenuEvent>
+#include <QFocusEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -131,7 +132,9 @@ void ListBox::setVisibleFlag(bool visible) {
 
 void ListBox::mousePressEvent(QMouseEvent *event) {
     const bool right = event->button() == Qt::RightButton;
-    // The left button's Click comes with its release.
+    // The left button's Click comes with its release; another button ends it here, for the release may go to a pop-up.
+    if (event->button() != Qt::LeftButton)
+        endClick();
     m_pressed = event->button() == Qt::LeftButton;
     m_lostLine.clear();
     QListView::mousePressEvent(event);
@@ -153,6 +156,18 @@ void ListBox::mouseReleaseEvent(QMouseEvent *event) {
             Q_EMIT Click();
     }
     Q_EMIT MouseUp(event->button());
+}
+
+void ListBox::endClick() {
+    if (std::exchange(m_pressed, false) && std::exchange(m_clickDue, false))
+        Q_EMIT Click();
+}
+
+void ListBox::focusOutEvent(QFocusEvent *event) {
+    QListView::focusOutEvent(event);
+    // The menu that has opened gets the button's release.
+    if (m_pressed && (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::MenuBarFocusReason))
+        QMetaObject::invokeMethod(this, &ListBox::endClick, Qt::QueuedConnection); // once it stands
 }
 
 bool ListBox::clickPending() const {

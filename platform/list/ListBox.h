@@ -70,6 +70,7 @@ Q_SIGNALS:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
@@ -80,6 +81,8 @@ protected:
 
 private:
     void selectSilently(int line);
+    /// Raises the Click of a left press whose release may go elsewhere, where the press has selected another line.
+    void endClick();
     void tellMenuKey();
     QRect focusArea() const;
 

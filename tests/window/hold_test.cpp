@@ -213,6 +213,50 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void anotherButtonOnALineThatIsHeldDownEndsItsClick_data() {
+        QTest::addColumn<Qt::MouseButton>("button");
+        QTest::newRow("right") << Qt::RightButton;
+        QTest::newRow("middle") << Qt::MiddleButton;
+    }
+
+    void anotherButtonOnALineThatIsHeldDownEndsItsClick() {
+        QFETCH(Qt::MouseButton, button);
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"list"_s);
+        const ListBox &list = fixture.list(0);
+        QMenu &popup = *fixture.editor().controls.popmenuCopyToOther;
+        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        hands::click(list.viewport(), button, {}, lineCentre(list, 1));
+        QCOMPARE(popup.isVisible(), button == Qt::RightButton);
+        popup.close();
+        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        for (const int pane : {0, 1}) {
+            QCOMPARE(fixture.list(pane).ListIndex(), 1);
+            QCOMPARE(fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)], u"Pumps"_s);
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
+    void aMenuThatOpensOverALineThatIsHeldDownEndsItsClick() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"list"_s);
+        ListBox &list = fixture.list(0);
+        QMenu &popup = *fixture.editor().controls.popmenuCopyToOther;
+        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        hands::key(&list, Qt::Key_F10, Qt::ShiftModifier);
+        QVERIFY(popup.isVisible());
+        popup.close();
+        for (const int pane : {0, 1}) {
+            QCOMPARE(fixture.list(pane).ListIndex(), 1);
+            QCOMPARE(fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)], u"Pumps"_s);
+        }
+        QVERIFY(!list.clickPending());
+        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1)); // the menu would have had it
+        QIR_VERIFY_OK(fixture);
+    }
+
     void theWheelOverTheOtherPaneMakesActiveWhatItGivesTheKeyboard() {
         EditorFixture fixture;
         openLong(fixture);

@@ -286,6 +286,32 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aFailedLoadLeavesTheKeyboardInThePane_data() {
+        QTest::addColumn<int>("pane");
+        QTest::addColumn<bool>("inGrid");
+        for (const int pane : {0, 1})
+            for (const bool inGrid : {false, true})
+                QTest::addRow("pane %d, %s", pane, inGrid ? "grid" : "list") << pane << inGrid;
+    }
+
+    void aFailedLoadLeavesTheKeyboardInThePane() {
+        QFETCH(int, pane);
+        QFETCH(bool, inGrid);
+        const QString broken = writeBytes(u"C.DDB"_s, "no database");
+        EditorFixture fixture;
+        fixture.openBoth(makeFile(u"A.DDB"_s, {pumps()}), makeFile(u"B.DDB"_s, {pumps()}));
+        if (inGrid)
+            fixture.clickCell(pane, 1, 1);
+        else
+            fixture.clickLine(pane, 0);
+        fixture.dialogs().expectFile(openTitle, broken);
+        fixture.dialogs().expect(failedLoad(broken.toUpper(), u"not a database"_s));
+        fixture.choose(Command::OpenDatabase);
+        QCOMPARE(fixture.window().focusWidget(), fixture.editor().controls.pane[static_cast<std::size_t>(pane)].hint);
+        QCOMPARE(fixture.state().IndexAttivo, pane);
+        QIR_VERIFY_OK(fixture);
+    }
+
     void aReasonThatCannotBeHadIsToldInstead() {
         UseFake fake;
         const QString path = writeBytes(u"A.DDB"_s, "no database");

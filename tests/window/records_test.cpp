@@ -133,6 +133,20 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void removeOfTheLastRecordLeavesTheKeyboardInThePane() {
+        for (const int pane : {0, 1}) {
+            EditorFixture fixture;
+            fixture.openBoth(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
+                             files.make(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
+            fixture.clickCell(pane, 1, 1);
+            QVERIFY(fixture.grid(pane).hasFocus());
+            fixture.choose(Command::RemoveRecordMenu);
+            QVERIFY(fixture.list(pane).hasFocus());
+            QCOMPARE(fixture.state().IndexAttivo, pane);
+            QIR_VERIFY_OK(fixture);
+        }
+    }
+
     void removeOnATableWithoutRecordsSaysSo() {
         EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {})}));
         fixture.dialogs().expectMessage(u"No selected Record"_s, u"!"_s, u"OK"_s);
