@@ -94,7 +94,8 @@ void enableGridCommands(EditorContext &editor) {
     const EditorState::GridCommandsPlace place = gridCommandsPlace(editor);
     const EditorControls &controls = editor.controls;
     bool textField = false;
-    editor.state.GridCommands = {};
+    editor.state.GridCommands = place; // also when the component fails: it is not asked at every command from then on
+    controls.action(Command::ResizeTextField).setEnabled(false);
     if (!place.table.isEmpty()) {
         const Grid &grid = editor.Tabella(place.pane);
         controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
@@ -106,7 +107,6 @@ void enableGridCommands(EditorContext &editor) {
         }
     }
     controls.action(Command::ResizeTextField).setEnabled(textField);
-    editor.state.GridCommands = place;
 }
 
 void followGridCommands(EditorContext &editor) {
