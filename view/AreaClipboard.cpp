@@ -45,8 +45,10 @@ private:
     const QString htmlFormat = u"text/html"_s;
 };
 
-bool showsTable(EditorContext &editor, int pane) {
-    return pane >= 0 && editor.DtbAperto(pane) && realTableSelected(editor, pane) && editor.Tabella(pane).Visible();
+/// Not the empty column of a table without fields.
+bool showsFields(EditorContext &editor, int pane) {
+    return pane >= 0 && editor.DtbAperto(pane) && realTableSelected(editor, pane) && editor.Tabella(pane).Visible() &&
+           editor.Tabella(pane).ColData(1) >= 1;
 }
 
 } // namespace
@@ -63,7 +65,7 @@ QString gridClip(const QString &clipboardText) {
 }
 
 void AreaClipboard::COPIA_AreaTabella(int Index) {
-    if (!showsTable(m_editor, Index))
+    if (!showsFields(m_editor, Index))
         return;
     try {
         const BusyPointer busy;
@@ -76,7 +78,7 @@ void AreaClipboard::COPIA_AreaTabella(int Index) {
 }
 
 void AreaClipboard::INCOLLA_AreaTabella(int Index) {
-    if (!showsTable(m_editor, Index))
+    if (!showsFields(m_editor, Index))
         return;
     m_tables.requireWhole(Index);
     try {
