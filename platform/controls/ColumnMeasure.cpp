@@ -1,5 +1,6 @@
 #include "platform/controls/ColumnMeasure.h"
 
+#include "platform/controls/CellTextDrawing.h"
 #include "platform/controls/Grid.h"
 #include "platform/controls/Twips.h"
 
@@ -95,7 +96,7 @@ ColumnMeasure::Advance ColumnMeasure::laidOut(QStringView text) const {
 
 ColumnMeasure::Advance ColumnMeasure::measured(QStringView text) {
     ++m_layouts;
-    return laidOut(u' ' + text.toString());
+    return laidOut(oneLine(u' ' + text.toString()));
 }
 
 int ColumnMeasure::textWidth(QStringView text) {
