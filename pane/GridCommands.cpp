@@ -27,7 +27,8 @@ void GridCommands::enable(EditorContext &editor) {
     const Place place = placeNow(editor);
     const EditorControls &controls = editor.controls;
     bool textField = false;
-    m_place = {};
+    m_place = place; // also when the component fails: it is not asked at every command from then on
+    controls.action(Command::ResizeTextField).setEnabled(false);
     if (!place.table.isEmpty()) {
         const Grid &grid = editor.Tabella(place.pane);
         controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
@@ -39,7 +40,6 @@ void GridCommands::enable(EditorContext &editor) {
         }
     }
     controls.action(Command::ResizeTextField).setEnabled(textField);
-    m_place = place;
 }
 
 void GridCommands::follow(EditorContext &editor) {

@@ -45,9 +45,10 @@ private:
     const QString htmlFormat = u"text/html"_s;
 };
 
-bool showsTable(EditorContext &editor, int pane) {
-    return pane >= 0 && editor.DtbAperto(pane) && editor.pane(pane).realTableSelected() &&
-           editor.Tabella(pane).Visible();
+/// Not the empty column of a table without fields.
+bool showsFields(EditorContext &editor, int pane) {
+    return pane >= 0 && editor.DtbAperto(pane) && editor.pane(pane).realTableSelected() && editor.Tabella(pane).Visible() &&
+           editor.Tabella(pane).ColData(1) >= 1;
 }
 
 } // namespace
@@ -72,7 +73,7 @@ void AreaClipboard::addCommands() {
 }
 
 void AreaClipboard::COPIA_AreaTabella(int Index) {
-    if (!showsTable(m_editor, Index))
+    if (!showsFields(m_editor, Index))
         return;
     try {
         const BusyPointer busy;
@@ -85,7 +86,7 @@ void AreaClipboard::COPIA_AreaTabella(int Index) {
 }
 
 void AreaClipboard::INCOLLA_AreaTabella(int Index) {
-    if (!showsTable(m_editor, Index))
+    if (!showsFields(m_editor, Index))
         return;
     m_editor.pane(Index).requireWhole();
     try {

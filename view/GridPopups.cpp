@@ -13,10 +13,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The block can be copied where both grids have the same cells selected, record cells of both.
+/// The block can be copied where both grids have the same cells selected, record cells of fields of both.
 bool areaCanBeCloned(EditorContext &editor) {
-    const GridSelection &selection = editor.Tabella(0).selection();
-    return editor.gridsShowSameTable() && selection == editor.Tabella(1).selection() && selection.range().firstRow >= 1;
+    const Grid &left = editor.Tabella(0);
+    const Grid &right = editor.Tabella(1);
+    // The empty column of a table without fields stands for none.
+    return editor.gridsShowSameTable() && left.selection() == right.selection() &&
+           left.selection().range().firstRow >= 1 && left.ColData(left.Col()) >= 1 && right.ColData(right.Col()) >= 1;
 }
 
 /// The other table can be made as long as this one where it has the same fields and fewer records.

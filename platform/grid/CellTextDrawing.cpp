@@ -17,14 +17,9 @@ QString showablePart(const QString &text, int cellWidth) {
     return text.size() > most ? text.left(most) : text;
 }
 
-/// Every line end becomes a blank. Tabs stay: they reach to their tab stops, when drawn as when measured.
-QString oneLine(QString text) {
-    for (QChar &character : text) {
-        if (character == u'\n' || character == u'\r' || character == QChar::LineSeparator ||
-            character == QChar::ParagraphSeparator)
-            character = u' ';
-    }
-    return text;
+bool isLineEnd(QChar character) {
+    return character == u'\n' || character == u'\r' || character == QChar::LineSeparator ||
+           character == QChar::ParagraphSeparator;
 }
 
 int roomForText(int cellWidth) {
@@ -43,6 +38,11 @@ qreal shownWidth(const QFontMetricsF &metrics, const QString &line) {
 
 } // namespace
 
+QString oneLine(QString text) {
+    std::replace_if(text.begin(), text.end(), isLineEnd, QChar(u' '));
+    return text;
+}
+
 QString fittedText(const QFontMetrics &metrics, const QString &text, int cellWidth) {
     const QFontMetricsF exact(metrics);
     const int room = roomForText(cellWidth);
@@ -54,7 +54,7 @@ QString fittedText(const QFontMetrics &metrics, const QString &text, int cellWid
 }
 
 bool isCutOff(const QFontMetrics &metrics, const QString &text, int cellWidth) {
-    if (text.contains(u'\n') || text.contains(u'\r') || text.contains(QChar::LineSeparator))
+    if (std::any_of(text.begin(), text.end(), isLineEnd))
         return true;
     const QString part = showablePart(text, cellWidth);
     return part.size() < text.size() || shownWidth(QFontMetricsF(metrics), part) > roomForText(cellWidth);

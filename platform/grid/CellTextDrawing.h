@@ -14,6 +14,9 @@ namespace qir {
 /// beside the text.
 inline constexpr int cellMargin = 2;
 
+/// A text as it is measured and drawn: every line end is a blank. Tabs stay: they reach to their tab stops.
+QString oneLine(QString text);
+
 /// A text as it is drawn in a cell of so many pixels: one line, its end replaced by an ellipsis when it does not fit.
 /// Its tabs reach to the same tab stops as when a column is fitted to it.
 QString fittedText(const QFontMetrics &metrics, const QString &text, int cellWidth);

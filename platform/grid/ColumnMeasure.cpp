@@ -1,7 +1,8 @@
 #include "platform/grid/ColumnMeasure.h"
 
-#include "platform/controls/Twips.h"
+#include "platform/grid/CellTextDrawing.h"
 #include "platform/grid/Grid.h"
+#include "platform/controls/Twips.h"
 
 #include <QString>
 
@@ -95,7 +96,7 @@ ColumnMeasure::Advance ColumnMeasure::laidOut(QStringView text) const {
 
 ColumnMeasure::Advance ColumnMeasure::measured(QStringView text) {
     ++m_layouts;
-    return laidOut(u' ' + text.toString());
+    return laidOut(oneLine(u' ' + text.toString()));
 }
 
 int ColumnMeasure::textWidth(QStringView text) {

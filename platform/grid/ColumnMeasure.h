@@ -16,7 +16,7 @@ namespace qir {
 class Grid;
 
 /// How wide texts are in one font: a column is as wide as its widest text with one blank in front, in twips, rounded to
-/// a whole number, plus 60.
+/// a whole number, plus 60. A text is one line, as it is drawn: a line end is as wide as a blank.
 ///
 /// In a font without kerning and optional ligatures (as a Grid's is) a text in a simple script is no wider than its
 /// characters together, so a text that they say cannot win needs no layout. Every other text is laid out, and in any

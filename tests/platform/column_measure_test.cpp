@@ -2,6 +2,7 @@
 #include "platform/grid/GridFill.h"
 #include "tests/platform/GridTesting.h"
 
+#include <QRegularExpression>
 #include <QtTest>
 #include <rapidcheck.h>
 
@@ -11,12 +12,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What a label of the font would say: each text with a blank in front, laid out.
+/// What a label of the font would say: each text as one line, with a blank in front, laid out.
 int measuredOneByOne(const QFont &font, const QString &header, const QStringList &texts) {
     const QFontMetricsF metrics(font);
-    qreal widest = metrics.horizontalAdvance(u' ' + header);
-    for (const QString &text : texts)
-        widest = std::max(widest, metrics.horizontalAdvance(u' ' + text));
+    const QRegularExpression lineEnd(u"[\\n\\r\\x{2028}\\x{2029}]"_s);
+    qreal widest = 0;
+    for (QString text : texts + QStringList(header))
+        widest = std::max(widest, metrics.horizontalAdvance(u' ' + text.replace(lineEnd, u" "_s)));
     return qRound(widest * 15) + 60;
 }
 

@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QHelpEvent>
 #include <QImage>
+#include <QRegularExpression>
 #include <QToolTip>
 #include <QtTest>
 
@@ -32,8 +33,8 @@ private Q_SLOTS:
     void aHiddenGridDrawsNothingNew();
     void theRowHeaderMarksTheCurrentRow();
     void aFittedColumnCutsNoText();
-    void aTextWithTabsIsDrawnAsWideAsItIsMeasured_data();
-    void aTextWithTabsIsDrawnAsWideAsItIsMeasured();
+    void aTextWithTabsOrLineEndsIsDrawnAsWideAsItIsMeasured_data();
+    void aTextWithTabsOrLineEndsIsDrawnAsWideAsItIsMeasured();
     void aTextWithTabsThatIsCutStaysInItsCell();
     void aTextStandsWhereItsAlignmentSays();
     void aLongTextIsCutWithoutLayingItAllOut();
@@ -209,28 +210,34 @@ void GridDrawingTest::aFittedColumnCutsNoText() {
     }
 }
 
-void GridDrawingTest::aTextWithTabsIsDrawnAsWideAsItIsMeasured_data() {
+void GridDrawingTest::aTextWithTabsOrLineEndsIsDrawnAsWideAsItIsMeasured_data() {
     QTest::addColumn<QString>("text");
     QTest::newRow("one") << u"a\tb"_s;
     QTest::newRow("behind a long part") << u"a rather long part\tb"_s;
     QTest::newRow("several") << u"\ta\t\tbb\tc"_s;
     QTest::newRow("beside a line end") << u"a\nb\tc"_s;
+    QTest::newRow("line ends") << u"a\nb\nc\nd\ne\nf\ng\nh\ni\nj"_s;
+    QTest::newRow("carriage returns") << u"a\rb\rc\rd\re\rf\rg\rh\ri\rj"_s;
+    QTest::newRow("line ends of both kinds") << u"a\r\nb\r\nc\r\nd\r\ne\r\nf\r\ng\r\nh"_s;
+    QTest::newRow("line separators") << u"a\u2028b\u2028c\u2028d\u2028e\u2028f"_s;
+    QTest::newRow("paragraph separators") << u"a\u2029b\u2029c\u2029d\u2029e\u2029f"_s;
 }
 
-void GridDrawingTest::aTextWithTabsIsDrawnAsWideAsItIsMeasured() {
+void GridDrawingTest::aTextWithTabsOrLineEndsIsDrawnAsWideAsItIsMeasured() {
     QFETCH(const QString, text);
     m_grid->setTextMatrix(3, 2, text);
     measureColumns(*m_grid, m_grid->font(), 1);
     m_grid->setSelection(singleCell(1, 1));
     // Measured with a blank in front, which is not shown.
     const QFontMetricsF metrics(m_grid->font());
-    QString line = u' ' + text;
-    const qreal width = metrics.horizontalAdvance(line.replace(u'\n', u' ')) - metrics.horizontalAdvance(u' ');
+    const QRegularExpression lineEnd(u"[\\n\\r\\x{2028}\\x{2029}]"_s);
+    const QString line = QString(u' ' + text).replace(lineEnd, u" "_s);
+    const qreal width = metrics.horizontalAdvance(line) - metrics.horizontalAdvance(u' ');
     const int end = textColumns(3, 2).second;
     QVERIFY2(end > width - 3 && end <= width + cellMargin, qPrintable(u"%1 of %2"_s.arg(end).arg(width)));
     const QFontMetrics whole(m_grid->font());
     QVERIFY(fittedText(whole, text, m_grid->columnWidth(1) - 1).endsWith(text.back()));
-    QCOMPARE(isCutOff(whole, text, m_grid->columnWidth(1) - 1), text.contains(u'\n'));
+    QCOMPARE(isCutOff(whole, text, m_grid->columnWidth(1) - 1), text.contains(lineEnd));
 }
 
 void GridDrawingTest::aTextWithTabsThatIsCutStaysInItsCell() {

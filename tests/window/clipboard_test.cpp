@@ -340,6 +340,16 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void theEmptyColumnOfATableWithoutFieldsTakesNoText() {
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {{u"Bare"_s, {}}}));
+        fixture.choose(Command::AddRecordMenu);
+        fixture.clickCell(0, 1, 1);
+        setClipboard(u"nowhere"_s);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(fixture.texts(0), QList<QStringList>({{QString()}}));
+        QIR_VERIFY_OK(fixture);
+    }
+
     void theMenuItemsWorkOnTheActivePane() {
         EditorFixture fixture;
         QVERIFY(!fixture.action(Command::CopyMenu).isEnabled());

@@ -197,6 +197,23 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void aFieldTypeThatCannotBeReadIsToldOnceAndNotAtEveryKey() {
+        const UseFake fake;
+        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 1, 1);
+        fake->failOn(u"QIRTableFieldType"_s, u"The disk is on fire."_s);
+        fixture.dialogs().expectMessage(u"The disk is on fire."_s, u"QIR Database Editor"_s, u"OK"_s);
+        hands::key(&fixture.grid(0), Qt::Key_Right);
+        QCOMPARE(fixture.dialogs().answered(), 1);
+        QVERIFY(!fixture.action(Command::ResizeTextField).isEnabled());
+        hands::key(&fixture.grid(0), Qt::Key_Down); // the same field
+        QIR_VERIFY_OK(fixture);
+        fake->stopFailing();
+        fixture.clickCell(0, 2, 2);
+        QVERIFY(fixture.action(Command::ResizeTextField).isEnabled());
+        QIR_VERIFY_OK(fixture);
+    }
+
     void aPasteWritesTheSelectedBlockAsOneGroup() {
         const UseFake fake;
         EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));

@@ -224,6 +224,19 @@ private Q_SLOTS:
         QIR_VERIFY_OK(fixture);
     }
 
+    void noAreaCanBeClonedFromOrIntoTheEmptyColumnOfATableWithoutFields() {
+        EditorFixture fixture;
+        openBoth(fixture, {{u"Pumps"_s, {}}}, {pumps(1)});
+        fixture.choose(Command::AddRecordMenu);
+        for (const int pane : {0, 1}) {
+            rightPressCell(fixture, pane, 1, 1);
+            QCOMPARE(fixture.grid(0).selection(), fixture.grid(1).selection());
+            QVERIFY(!shows(fixture, Command::CloneSelectedAreaPOP));
+            recordPopup(fixture).close();
+        }
+        QIR_VERIFY_OK(fixture);
+    }
+
     void nothingCanBeClonedWhileTheOtherDatabaseLacksTheTable() {
         EditorFixture fixture;
         openBoth(fixture, {named(pumps(3), u"A"_s), pumps(5)}, {pumps(3)});
