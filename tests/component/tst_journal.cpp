@@ -297,6 +297,54 @@ TEST_P(LargeGroups, ThatAreUndoneLeaveNothing) {
     }
 }
 
+TEST_P(LargeGroups, WithOthersWithinAreWrittenInPiecesAndCountAsAWhole) {
+    for (const std::uint64_t bodySize : {1 << 22, 1 << 20, 1000}) {
+        openWith(bodySize);
+        bench.database().beginGroup();
+        setName(0, u"outer"_s);
+        bench.database().beginGroup();
+        bench.database().beginGroup();
+        change(400000);
+        bench.database().endGroup();
+        bench.database().endGroup();
+        setName(1, u"outer again"_s);
+        bench.database().endGroup();
+        setName(2, u"after"_s);
+        EXPECT_EQ(bench.body(), crashAndOpen()) << bodySize;
+        EXPECT_EQ(nameAt(2), u"after"_s) << bodySize;
+        bench.journal().discard();
+    }
+}
+
+TEST_P(LargeGroups, ThatAreUndoneWithOthersWithinLeaveNothing) {
+    for (const std::uint64_t bodySize : {1 << 22, 1 << 20, 1000}) {
+        openWith(bodySize);
+        setName(0, u"before"_s);
+        bench.database().beginGroup();
+        bench.database().beginGroup();
+        change(400000);
+        bench.database().endGroup();
+        bench.database().undoGroup();
+        setName(1, u"after"_s);
+        EXPECT_EQ(bench.body(), crashAndOpen()) << bodySize;
+        EXPECT_EQ(nameAt(1), u"after"_s) << bodySize;
+        bench.journal().discard();
+    }
+}
+
+TEST_P(LargeGroups, OfManyEmptyOnesComeBack) {
+    openWith(1 << 22);
+    bench.database().beginGroup();
+    for (int i = 0; i < 1200000; ++i) {
+        bench.database().beginGroup();
+        bench.database().endGroup();
+    }
+    setName(0, u"in the end"_s);
+    bench.database().endGroup();
+    EXPECT_EQ(bench.body(), crashAndOpen());
+    EXPECT_EQ(nameAt(0), u"in the end"_s);
+}
+
 TEST_P(LargeGroups, AnImageOfManyPiecesComesBack) {
     bench.database().resizeField(table(), 2, 60000);
     for (int i = 0; i < 50; ++i)
