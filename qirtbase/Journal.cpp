@@ -290,7 +290,7 @@ bool Journal::isLost() const {
 /// All that has changed since the file was saved, whatever the journal held.
 void Journal::writeAnew() {
     m_file.reset();
-    const QByteArray body = encodeBody(*m_database);
+    const QByteArray body = encodeBody(*m_database, BodyFor::Journal);
     encodeMark(m_pending, JournalOperation::GroupBegin);
     writeImage(body);
     encodeMark(m_pending, JournalOperation::BodyImage);

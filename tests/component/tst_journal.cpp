@@ -450,6 +450,22 @@ TEST_P(DamagedJournal, OtherFilesInTheFolderAreLeftAlone) {
         EXPECT_EQ(contentOf(bench.journalFolderPath() + u'/' + name), "no journal");
 }
 
+TEST_P(DamagedJournal, WhatCannotBeReadIsKeptWhereTheUserIsToldThatItIs) {
+    // In the head, in the first record, in the last one.
+    for (const qsizetype at :
+         {qsizetype(100), qsizetype(m_content.indexOf("\xff\xff\xff\xff") + 60), qsizetype(m_content.size() - 1)}) {
+        QByteArray content = m_content;
+        content[at] = char(content[at] ^ 1);
+        bench.clearNotices();
+        stateWith(content);
+        const QStringList kept = bench.journals().filter(u".ended"_s);
+        ASSERT_EQ(kept.size(), 1) << at;
+        const QString path = bench.journalFolderPath() + u'/' + kept[0];
+        EXPECT_TRUE(contentOf(path).startsWith(content)) << at; // retiring adds a mark
+        EXPECT_TRUE(bench.notices().join(u'\n').contains(path)) << bench.notices().join(u'\n').toStdString();
+    }
+}
+
 /// Puts records at the end of the journal, sealed as they should be.
 void JournalTest::appendRecords(const std::vector<QByteArray> &payloads) {
     auto folder = OpenFile::openAt(FileOps::system(), AT_FDCWD, systemPath(bench.journalFolderPath()), O_RDONLY);
@@ -601,6 +617,37 @@ TEST_P(JournalTest, ACrashRightAfterTheSaveLeavesNothingToDo) {
     EXPECT_EQ(bench.body(), saved);
     EXPECT_EQ(bench.notices(), QStringList());
     EXPECT_EQ(bench.journals(), QStringList());
+}
+
+TEST_P(JournalTest, WhatNobodyUnderstandsIsKeptWhereTheUserIsToldThatItIs) {
+    for (const bool isFirst : {true, false}) {
+        bench.open();
+        FileIdentifier next;
+        next.fill(isFirst ? 3 : 4);
+        setName(0, u"saved"_s);
+        bench.journal().saving(next);
+        bench.crash();
+        bench.base().saveId = next;
+        QByteArray understood;
+        encodeChange(understood, {.kind = ChangeKind::SetText, .index = 2, .record = 1, .text = u"understood"}, 0);
+        const QByteArray operation = "\x63 what a later program may write";
+        if (isFirst)
+            appendRecords({operation});
+        else
+            appendRecords({understood, operation});
+        const QByteArray content = contentOf(bench.journalFolderPath() + u'/' + bench.journals()[0]);
+        bench.clearNotices();
+        bench.open();
+        EXPECT_EQ(nameAt(1), isFirst ? QString() : u"understood"_s);
+        const QStringList kept = bench.journals().filter(u".ended"_s);
+        ASSERT_EQ(kept.size(), 1);
+        const QString path = bench.journalFolderPath() + u'/' + kept[0];
+        EXPECT_EQ(contentOf(path), content);
+        EXPECT_TRUE(bench.notices().join(u'\n').contains(path)) << bench.notices().join(u'\n').toStdString();
+        bench.crash();
+        for (const QString &name : bench.journals())
+            QFile::remove(bench.journalFolderPath() + u'/' + name);
+    }
 }
 
 TEST_P(JournalTest, ASaveThatDidNotTakePlaceDropsNothing) {
@@ -760,6 +807,18 @@ TEST_P(TakenAway, OneThatIsCutIsWrittenAnew) {
     expectAllIsThereAgain();
 }
 
+TEST_P(TakenAway, RecordsOfATableWithoutFieldsAreInTheOneThatIsWrittenAnew) {
+    while (table().fieldCount() > 0)
+        bench.database().removeField(table(), 0);
+    ASSERT_TRUE(QFile::remove(bench.journalPath()));
+    bench.database().addRecord(table()); // seen to be gone here
+    bench.database().addField(table(), u"Name"_s, int(ColumnType::Text), 200);
+    bench.database().setText(table(), 0, 4, u"typed"_s);
+    EXPECT_EQ(bench.body(), crashAndOpen());
+    ASSERT_GT(table().recordCount(), 4U);
+    EXPECT_EQ(textIn(table(), 0, 4), u"typed"_s);
+}
+
 TEST_P(TakenAway, WithinAGroupItIsWrittenAnewAtTheGroupsEnd) {
     bench.base().bodySize = 1 << 22;
     bench.open();
@@ -835,6 +894,27 @@ TEST(SealedJournal, ResealingThatFailsStopsWritingInTheOpen) {
     bench.crash();
     bench.open();
     EXPECT_EQ(textIn(database.table(0), 2, 0), u"typed in the open"_s);
+}
+
+TEST(SealedJournal, ResealingThatFailsLeavesWhatIsKeptAfterANo) {
+    bool fails = false;
+    int writes = 0;
+    HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+        return fails && call == FileCall::WriteAt && ++writes > 1 ? std::optional(SystemError{ENOSPC}) : std::nullopt;
+    });
+    JournalBench bench(ops);
+    bench.setSaved(pumps());
+    bench.open();
+    Database &database = bench.database();
+    for (std::size_t i = 0; i < 3; ++i)
+        database.setText(database.table(0), 2, i, u"typed %1"_s.arg(i));
+    const QByteArray before = contentOf(bench.journalPath());
+    fails = true;
+    bench.journal().reseal(keysOf(secret));
+    fails = false;
+    EXPECT_TRUE(bench.journal().isBroken());
+    bench.journal().retire();
+    EXPECT_TRUE(contentOf(bench.journalPath()).startsWith(before));
 }
 
 TEST(SealedJournal, WithAnotherKeyNothingIsRead) {
