@@ -264,6 +264,13 @@ private:
         return journal;
     }
 
+    /// Whether it is sealed as the file is: what is not may be forged, for everybody can read the ids, and another key
+    /// would cost what its maker liked.
+    bool isSealedAlike(const FileHeader &header) const {
+        const ContainerKeys &keys = m_request.keys;
+        return header.isProtected == keys.isProtected() && (!keys.isProtected() || header.kdf == keys.kdf);
+    }
+
     /// The version that a journal starts from, where a conflict has left it beside the file.
     std::optional<Database> versionBeside(const FileIdentifier &saveId) {
         const std::size_t slash = m_request.base.place.path.rfind('/');
@@ -277,10 +284,15 @@ private:
                 continue;
             const auto version = OpenFile::openAt(m_ops, AT_FDCWD, folder + name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
             const auto block = version ? readHeaderBlock(m_ops, version->descriptor()) : LoadResult<HeaderBlock>();
-            if (!version || !block || block->header.fileId != m_request.base.fileId || block->header.saveId != saveId)
+            if (!version || !block || block->header.fileId != m_request.base.fileId || block->header.saveId != saveId ||
+                !isSealedAlike(block->header))
                 continue;
+            // The key is there already.
+            const KeyDeriver derive = [this](const SecretBytes &, const KdfParameters &) {
+                return LoadResult<SecretBytes>(m_request.keys.master.clone());
+            };
             const auto container =
-                readContainer(m_ops, version->descriptor(), m_request.password, m_request.limits, m_request.deriveKey);
+                readContainer(m_ops, version->descriptor(), m_request.password, m_request.limits, derive);
             if (container)
                 if (auto database = decodeBody(container->body))
                     return std::move(*database);

@@ -931,6 +931,31 @@ TEST(SealedJournal, WithAnotherKeyNothingIsRead) {
     EXPECT_EQ(bench.journals().size(), 1);
 }
 
+TEST(SealedJournal, WhatOthersPutBesideTheFileIsNotTakenForItsVersion) {
+    // With the ids that the file's header tells everybody: open, or sealed at a cost of their choice.
+    for (const QString &password : {QString(), secret}) {
+        JournalBench bench;
+        bench.keys() = keysOf(secret);
+        bench.password = secret;
+        bench.setSaved(pumps());
+        bench.open();
+        bench.database().setText(bench.database().table(0), 2, 0, u"typed"_s);
+        bench.crash();
+        FileHeader header;
+        header.fileId = bench.base().fileId;
+        header.saveId = bench.base().saveId;
+        Database forged = std::move(*decodeBody(pumps()));
+        forged.addTable(u"Forged"_s);
+        writeContent(bench.folder() + u"/file (conflict 1)"_s, containerBytes(encodeBody(forged), password, header));
+        bench.base().saveId.fill(9);
+        bench.open();
+        EXPECT_EQ(bench.derivations, 0);
+        ASSERT_EQ(bench.aside().size(), 1U);
+        EXPECT_TRUE(bench.aside()[0].contains("typed"));
+        EXPECT_FALSE(bench.aside()[0].contains("Forged"));
+    }
+}
+
 // ---- failures
 
 TEST_P(JournalTest, AFullDiskIsToldOnceAndEditingGoesOn) {
