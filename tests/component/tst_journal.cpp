@@ -439,6 +439,43 @@ TEST_P(DamagedJournal, AfterATornRecordWritingGoesOn) {
     }
 }
 
+TEST_P(DamagedJournal, ACrashAtAnyCallOfItsRecoveryLosesNothingOfIt) {
+    QByteArray content = m_content;
+    content[content.size() - 1] = char(content[content.size() - 1] ^ 1);
+    ASSERT_EQ(stateWith(content), int(m_states.size()) - 2);
+    const JournalBase base = bench.base();
+    const QByteArray body = pumps();
+    int cases = 0;
+    for (Fault fault{.at = 0, .number = EIO, .forever = true};; ++fault.at) {
+        bench.crash();
+        for (const QString &name : bench.journals())
+            QFile::remove(bench.journalFolderPath() + u'/' + name);
+        writeContent(m_path, content);
+        FailingFileOps ops(fault);
+        Database database = std::move(*decodeBody(body));
+        (void)recoverJournals(ops,
+                              {.stateFolder = bench.folder(),
+                               .base = base,
+                               .keys = bench.keys(),
+                               .password = {},
+                               .deriveKey = deriveMasterKey,
+                               .random = RandomSource::system(),
+                               .body = body,
+                               .keepAside = {}},
+                              database);
+        bench.open();
+        EXPECT_EQ(bench.body(), m_states[m_states.size() - 2]) << fault.at;
+        const auto isWhole = [&](const QString &name) {
+            return contentOf(bench.journalFolderPath() + u'/' + name).startsWith(content);
+        };
+        EXPECT_TRUE(std::ranges::any_of(bench.journals(), isWhole)) << fault.at;
+        ++cases;
+        if (!ops.faultMet())
+            break;
+    }
+    EXPECT_GT(cases, 10);
+}
+
 TEST_P(DamagedJournal, OtherFilesInTheFolderAreLeftAlone) {
     const QStringList names = {u"x"_s, u"01010101010101010101010101010101-zzzzzzzz"_s,
                                u"01010101010101010101010101010101-00000000"_s};
