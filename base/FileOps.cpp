@@ -42,7 +42,7 @@ QString systemErrorWords(SystemError error) {
     case EIO:
         return QStringLiteral("the disk reported an error");
     case EFBIG:
-        return QStringLiteral("the file would be too large for the disk");
+        return QStringLiteral("the file would be larger than the disk or a limit of the system allows");
     case ENAMETOOLONG:
         return QStringLiteral("the name is too long");
     case ELOOP:

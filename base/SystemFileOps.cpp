@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <limits>
 #include <memory>
@@ -200,10 +201,18 @@ protected:
     }
 };
 
+/// Where a file may not grow any more, as `ulimit -f` says, a call shall fail: by itself that ends the program.
+bool askForErrorsOfSize() {
+    struct sigaction now {};
+    return ::sigaction(SIGXFSZ, nullptr, &now) == 0 && now.sa_handler == SIG_DFL &&
+           std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR;
+}
+
 } // namespace
 
 FileOps &FileOps::system() {
     static SystemFileOps ops;
+    [[maybe_unused]] static const bool asked = askForErrorsOfSize();
     return ops;
 }
 

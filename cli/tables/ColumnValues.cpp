@@ -85,6 +85,13 @@ Notation notationOf(QStringView text) {
                                                                                     : Notation::None;
 }
 
+// Whether the number is large enough, or zero, for a double to keep all digits of it; else it keeps some or none.
+bool keepsDigits(QStringView text, double number) {
+    const auto exponent = std::ranges::find_if(text, [](QChar unit) { return unit.toLower() == u'e'; });
+    const auto isZero = [](QChar unit) { return !isDigit(unit) || unit == u'0'; };
+    return std::isnormal(number) || std::all_of(text.begin(), exponent, isZero);
+}
+
 // What all values of a column allow.
 struct Guess {
     bool isBool = true;
@@ -106,8 +113,9 @@ private:
         const Notation notation = notationOf(text);
         const double number = notation == Notation::None ? 0 : leadingNumber(text);
         constexpr double largestExactWhole = 9007199254740992.0; // 2^53
-        isDouble = notation == Notation::Fraction ? std::abs(number) < std::numeric_limits<double>::max()
-                                                  : notation == Notation::Whole && std::abs(number) < largestExactWhole;
+        isDouble = notation == Notation::Fraction
+                       ? std::abs(number) < std::numeric_limits<double>::max() && keepsDigits(text, number)
+                       : notation == Notation::Whole && std::abs(number) < largestExactWhole;
         isLong = isLong && notation == Notation::Whole && number >= std::numeric_limits<int>::min() &&
                  number <= std::numeric_limits<int>::max();
     }

@@ -15,6 +15,13 @@ constexpr std::time_t oldEnough = 3600; // seconds; a living save without locks 
 
 enum class Fate { Stays, Goes, IsKept };
 
+/// Whether it may be what a save had begun to write: the header is the first of it, and room without any the least.
+/// Anything else was exchanged for what a save had written, and is somebody's.
+bool isHalfWritten(FileOps &ops, int file, const LoadResult<HeaderBlock> &block) {
+    char first = 0;
+    return block || (readFully(ops, file, {&first, 1}, 0) && first == 0);
+}
+
 Fate fateOf(FileOps &ops, int file, const std::string &tag, const FileIdentifier &fileId) {
     const auto status = ops.status(file);
     if (!status || !S_ISREG(status->st_mode) || !ops.lock(file, LockKind::Exclusive))
@@ -25,7 +32,8 @@ Fate fateOf(FileOps &ops, int file, const std::string &tag, const FileIdentifier
         return Fate::Stays; // another file's: its own next save sees to it
     if (isWhole)
         return leftoverTag(block->header.saveId) == tag ? Fate::Goes : Fate::IsKept;
-    return status->st_mtim.tv_sec + oldEnough < std::time(nullptr) ? Fate::Goes : Fate::Stays;
+    const bool isOld = status->st_mtim.tv_sec + oldEnough < std::time(nullptr);
+    return isOld && (tag.empty() || isHalfWritten(ops, file, block)) ? Fate::Goes : Fate::Stays;
 }
 
 } // namespace

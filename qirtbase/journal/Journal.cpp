@@ -1,9 +1,8 @@
 #include "qirtbase/journal/Journal.h"
 
 #include "base/ErrorWords.h"
-#include "qirtbase/journal/JournalCodec.h"
-#include "qirtbase/journal/JournalFolder.h"
 #include "qirtbase/model/BodyCodec.h"
+#include "qirtbase/journal/JournalFolder.h"
 
 #include <algorithm>
 #include <exception>
@@ -124,13 +123,27 @@ void Journal::note(const Change &change) {
         return;
     const qsizetype before = m_pending.size();
     encodeChange(m_pending, change, change.table ? indexOf(change.table) : 0);
+    gathered(before);
+}
+
+/// A mark within a group, or of its beginning.
+void Journal::noteMark(JournalOperation mark) {
+    if (m_asImages)
+        return;
+    const qsizetype before = m_pending.size();
+    encodeMark(m_pending, mark);
+    gathered(before);
+}
+
+/// After something of a group was put behind `before` bytes.
+void Journal::gathered(qsizetype before) {
     m_groupSize += std::uint64_t(m_pending.size() - before);
     if (m_groupSize > std::max(smallestLimit, m_base.bodySize / 4)) {
         m_asImages = true;
         m_pending.clear();
     } else if (m_pending.size() >= pieceSize) {
         writePending();
-        m_groupFlushed = true;
+        m_writtenDepth = m_depth;
     }
 }
 
@@ -139,13 +152,13 @@ void Journal::groupBegan() noexcept {
         return;
     guarded([&] {
         if (m_depth++ == 0) {
-            m_groupFlushed = m_groupChanged = m_asImages = m_tablesChanged = false;
+            m_groupChanged = m_asImages = m_tablesChanged = false;
+            m_writtenDepth = 0;
             m_groupSize = 0;
             m_touched.clear();
             m_lastTouched = nullptr;
         }
-        if (!m_asImages)
-            encodeMark(m_pending, JournalOperation::GroupBegin);
+        noteMark(JournalOperation::GroupBegin);
     });
 }
 
@@ -155,8 +168,8 @@ void Journal::groupEnded() noexcept {
     guarded([&] {
         if (--m_depth == 0)
             finishGroup();
-        else if (!m_asImages)
-            encodeMark(m_pending, JournalOperation::GroupEnd);
+        else
+            noteMark(JournalOperation::GroupEnd);
     });
 }
 
@@ -165,22 +178,26 @@ void Journal::groupUndone() noexcept {
         return;
     guarded([&] {
         m_lastTable = nullptr;
-        if (--m_depth > 0) {
-            if (!m_asImages)
-                encodeMark(m_pending, JournalOperation::GroupUndo);
-            return;
-        }
-        m_pending.clear();
-        if (m_groupFlushed) {
-            encodeMark(m_pending, JournalOperation::GroupUndo);
-            writePending();
-        }
+        if (--m_depth > 0)
+            noteMark(JournalOperation::GroupUndo);
+        else
+            forgetGroup();
     });
+}
+
+/// What is written of the outermost group does not count, nor do those within it that are open there.
+void Journal::forgetGroup() {
+    m_pending.clear();
+    if (m_writtenDepth == 0)
+        return;
+    for (int depth = m_writtenDepth; depth > 0; --depth)
+        encodeMark(m_pending, JournalOperation::GroupUndo);
+    writePending();
 }
 
 void Journal::finishGroup() {
     if (!m_groupChanged) {
-        m_pending.clear();
+        forgetGroup();
         return;
     }
     if (m_asImages)
@@ -193,7 +210,9 @@ void Journal::finishGroup() {
 /// In place of the group's changes: what the tables are now.
 void Journal::writeImages() {
     m_pending.clear();
-    encodeMark(m_pending, m_groupFlushed ? JournalOperation::GroupRestart : JournalOperation::GroupBegin);
+    for (int depth = m_writtenDepth; depth > 1; --depth)
+        encodeMark(m_pending, JournalOperation::GroupEnd); // of those within that are open in what is written
+    encodeMark(m_pending, m_writtenDepth > 0 ? JournalOperation::GroupRestart : JournalOperation::GroupBegin);
     if (m_tablesChanged) {
         const QByteArray body = encodeBody(*m_database, BodyFor::Journal);
         m_base.bodySize = std::uint64_t(body.size());
@@ -271,7 +290,7 @@ bool Journal::isLost() const {
 /// All that has changed since the file was saved, whatever the journal held.
 void Journal::writeAnew() {
     m_file.reset();
-    const QByteArray body = encodeBody(*m_database);
+    const QByteArray body = encodeBody(*m_database, BodyFor::Journal);
     encodeMark(m_pending, JournalOperation::GroupBegin);
     writeImage(body);
     encodeMark(m_pending, JournalOperation::BodyImage);

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "base/FileOps.h"
-#include "qirtbase/container/RandomSource.h"
-#include "qirtbase/journal/JournalFile.h"
 #include "qirtbase/model/Change.h"
 #include "qirtbase/model/Database.h"
+#include "qirtbase/journal/JournalCodec.h"
+#include "qirtbase/journal/JournalFile.h"
+#include "qirtbase/container/RandomSource.h"
 
 #include <QByteArray>
 #include <QString>
@@ -83,6 +84,9 @@ private:
     template<class Body>
     void guarded(Body body) noexcept;
     void note(const Change &change);
+    void noteMark(JournalOperation mark);
+    void gathered(qsizetype before);
+    void forgetGroup();
     void finishGroup();
     void writeImages();
     void writeImage(const QByteArray &image);
@@ -104,9 +108,9 @@ private:
     bool m_lossTold = false;
     bool m_broken = false;
 
-    QByteArray m_pending;        // operations not yet written
-    int m_depth = 0;             // of open groups
-    bool m_groupFlushed = false; // a part of the outermost group is written
+    QByteArray m_pending;   // operations not yet written
+    int m_depth = 0;        // of open groups
+    int m_writtenDepth = 0; // of open groups in what is written; 0: nothing of the outermost one is
     bool m_groupChanged = false;
     bool m_asImages = false;      // the group has grown too large for single changes
     bool m_tablesChanged = false; // the list of tables, in this group

@@ -1,5 +1,6 @@
 #include "qirtbase/journal/JournalCodec.h"
 
+#include "base/ErrorWords.h"
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/DatabaseError.h"
 #include "qirtbase/model/UnicodeText.h"
@@ -9,6 +10,7 @@
 #include <cmath>
 #include <exception>
 #include <memory>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -298,8 +300,10 @@ bool applyChange(const ReadOperation &operation, Database &database) {
         return false;
     try {
         makeChange(operation, database);
-    } catch (const std::exception &) {
-        return false; // it breaks a rule, or there is no memory for it
+    } catch (const std::exception &error) {
+        if (isLackOfMemory(error))
+            throw std::bad_alloc(); // there may be enough another time
+        return false;               // it breaks a rule
     }
     return true;
 }

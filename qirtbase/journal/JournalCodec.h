@@ -67,7 +67,7 @@ struct ReadOperation {
 /// Takes the next operation off the front; nothing when the bytes are none.
 std::optional<ReadOperation> takeOperation(QByteArrayView &payload);
 
-/// Makes a change again. False, with nothing changed, where the database does not take it.
+/// Makes a change again. False, with nothing changed, where the database does not take it. Throws std::bad_alloc.
 bool applyChange(const ReadOperation &operation, Database &database);
 
 /// Makes again what a journal tells, whole group by whole group. Tells nobody of it: the database must have no
@@ -78,7 +78,7 @@ public:
         : m_database(database) {}
 
     /// The next record. False where it makes no sense or cannot be made again: nothing of its group has been done then,
-    /// and the replay ends here.
+    /// and the replay ends here. Throws std::bad_alloc: nothing more can be done with the database then.
     bool feed(QByteArrayView payload);
     /// True outside groups: all that was fed counts.
     bool isAtBoundary() const { return m_depth == 0; }

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstring>
 #include <thread>
+#include <vector>
 
 namespace qir {
 
@@ -20,6 +21,7 @@ constexpr std::size_t segmentHeadSize = sizeof segmentMark + layout::streamHeade
 constexpr std::size_t lengthSize = sizeof(std::uint32_t);
 constexpr std::size_t openTagSize = 16;
 constexpr int namesMax = 16;
+constexpr std::size_t pieceSize = std::size_t{1} << 16; // of a copy
 constexpr int holdTries = 4;
 constexpr std::chrono::milliseconds holdPause{5};
 
@@ -114,6 +116,18 @@ JournalResult<JournalHead> readHead(FileOps &ops, int file, QByteArray &bytes) {
     auto head = decodeJournalHead(QByteArrayView(bytes).first(qsizetype(*count)), whole);
     bytes.resize(whole.size());
     return head;
+}
+
+SystemResult<void> copyBytes(FileOps &ops, int from, int to) {
+    std::vector<char> piece(pieceSize);
+    for (std::uint64_t at = 0;; at += piece.size()) {
+        const auto count = readFully(ops, from, piece, at);
+        if (!count)
+            return tl::unexpected(count.error());
+        if (const auto written = writeFullyAt(ops, to, QByteArrayView(piece.data(), qsizetype(*count)), at);
+            !written || *count < piece.size())
+            return written;
+    }
 }
 
 SecretBytes segmentKey(const SecretBytes &master, const HeaderDigest &headDigest, std::uint64_t offset) {
@@ -380,6 +394,23 @@ SystemResult<void> JournalFile::remove() {
     return m_ops->unlinkAt(m_folder.descriptor(), m_name);
 }
 
+SystemResult<std::string> JournalFile::keepCopy() {
+    const std::string name = freshName(journalTagOf(m_name), *m_random) + journal::retiredSuffix;
+    const auto copy =
+        OpenFile::openAt(*m_ops, m_folder.descriptor(), name, O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW, privateFile);
+    if (!copy)
+        return tl::unexpected(copy.error());
+    auto copied = copyBytes(*m_ops, m_file.descriptor(), copy->descriptor());
+    if (copied)
+        copied = m_ops->sync(copy->descriptor());
+    if (copied)
+        copied = m_ops->sync(m_folder.descriptor());
+    if (copied)
+        return name;
+    (void)m_ops->unlinkAt(m_folder.descriptor(), name);
+    return tl::unexpected(copied.error());
+}
+
 SystemResult<void> JournalFile::rename(const std::string &name) {
     for (int tries = 1;; ++tries) {
         const auto renamed = m_ops->renameAt(m_folder.descriptor(), m_name, name, 0);
@@ -408,8 +439,11 @@ SystemResult<JournalFile> JournalFile::replace(JournalFile &other, JournalHead h
     auto journal = create(ops, std::move(*folder), std::move(head), keys, random);
     if (!journal)
         return journal;
+    const std::uint64_t end = other.m_offset;
     const auto abandoned = [&](SystemError error) {
         (void)journal->remove();
+        other.rewind();
+        other.m_offset = end;
         return tl::unexpected(error);
     };
     // Until it is whole it has a name that nobody takes for a journal's.

@@ -85,9 +85,11 @@ public:
     bool isLostFrom(const std::string &path) const;
 
     SystemResult<void> remove();
+    /// Puts a synced copy of all its bytes beside it, as one that was ended; gives its name.
+    SystemResult<std::string> keepCopy();
     SystemResult<void> retire() { return retire(*m_ops, m_folder.descriptor(), m_name); }
     /// Writes all records of `other` into a new journal with this head, which takes its place. All of it is on disk
-    /// before `other` goes.
+    /// before `other` goes. On failure `other` is as it was.
     static SystemResult<JournalFile> replace(JournalFile &other, JournalHead head, const ContainerKeys &keys,
                                              RandomSource &random);
 

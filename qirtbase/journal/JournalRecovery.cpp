@@ -60,6 +60,11 @@ private:
         const QString folder = QFile::decodeName(journalFolderPath(m_request.stateFolder).c_str());
         return journal.empty() ? folder : folder + u'/' + QFile::decodeName(journal.c_str());
     }
+    QString endedName(const std::string &journal) const { return shownName(journal + journal::retiredSuffix); }
+    /// Ends a journal; gives where it is kept for some days.
+    QString retired(JournalFile &journal) const {
+        return journal.retire() ? endedName(journal.name()) : shownName(journal.name());
+    }
     std::pair<std::time_t, long> changedAt(const std::string &name) {
         const auto status = m_ops.statusAt(m_folder.folder.descriptor(), name, FollowLinks::No);
         return status ? std::pair(status->st_mtim.tv_sec, status->st_mtim.tv_nsec) : std::pair<std::time_t, long>();
@@ -79,10 +84,11 @@ private:
     void refused(const std::string &name, const JournalRefusal &refusal) {
         if (refusal.kind == JournalRefusal::Kind::Gone || refusal.kind == JournalRefusal::Kind::Held)
             return;
+        // There is nothing more to tell of a damaged one.
+        const bool isEnded = refusal.kind == JournalRefusal::Kind::Damaged &&
+                             JournalFile::retire(m_ops, m_folder.folder.descriptor(), name);
         tell(QStringLiteral("there may be unsaved changes in '%1', but they are not taken up: %2")
-                 .arg(shownName(name), refusal.reason));
-        if (refusal.kind == JournalRefusal::Kind::Damaged) // for some days; there is nothing more to tell of it
-            (void)JournalFile::retire(m_ops, m_folder.folder.descriptor(), name);
+                 .arg(isEnded ? endedName(name) : shownName(name), refusal.reason));
     }
 
     void visit(const std::string &name) {
@@ -94,9 +100,8 @@ private:
             cannotRead(*journal);
             return;
         }
-        if (contents.isEmpty() && journal->isDamaged()) {
-            tell(QStringLiteral("unsaved changes in '%1' cannot be read: it is damaged").arg(shownName(name)));
-            (void)journal->retire();
+        if (contents.isEmpty() && contents.isDamaged) {
+            tell(QStringLiteral("unsaved changes in '%1' cannot be read: it is damaged").arg(retired(*journal)));
         } else if (contents.isEmpty()) {
             (void)journal->remove();
         } else if (!m_request.keys.isProtected() || journal->head().sealed) {
@@ -204,13 +209,16 @@ private:
                  .arg(systemErrorWords(*journal.readError())));
     }
 
-    void tellDamage() {
-        tell(QStringLiteral("the journal of these changes is damaged: those that were made last are missing"));
+    /// `kept` is where all of the journal is kept for some days; "" where it could not be.
+    void tellDamage(const QString &kept) {
+        QString text = QStringLiteral("the journal of these changes is damaged: those that were made last are missing");
+        if (!kept.isEmpty())
+            text += QStringLiteral("; all that is left of it is kept in '%1' for seven days").arg(kept);
+        tell(text);
     }
 
     void takeUp(JournalFile journal, JournalContents contents) {
         const std::uint64_t whole = contents.end;
-        const bool damaged = journal.isDamaged();
         const int groups = replayJournal(journal, contents, m_database);
         if (journal.readError()) {
             if (auto loaded = decodeBody(m_request.body))
@@ -219,18 +227,22 @@ private:
             return;
         }
         if (groups == 0) {
-            (void)journal.retire();
-            m_outcome.notices.append(
-                QStringLiteral("changes that were not saved when the program ended could not be made again"));
+            tell(QStringLiteral("changes that were not saved when the program ended could not be made again; they are "
+                                "kept in '%1' for seven days")
+                     .arg(retired(journal)));
             return;
         }
+        QString kept;
+        if (contents.isDamaged || contents.end < whole)
+            if (const auto copy = journal.keepCopy())
+                kept = shownName(*copy);
         (void)journal.cutAt(contents.end); // what stays behind it does not match what will stand before it
         m_outcome.changed = true;
         m_outcome.journal.emplace(upToDate(std::move(journal)));
         tell(QStringLiteral("changes that were not saved when the program ended are there again; they are still "
                             "unsaved"));
-        if (damaged || contents.end < whole)
-            tellDamage();
+        if (contents.isDamaged || contents.end < whole)
+            tellDamage(kept);
     }
 
     /// The same journal in today's form, with the place where the file stands now. Where that cannot be written the
@@ -252,6 +264,13 @@ private:
         return journal;
     }
 
+    /// Whether it is sealed as the file is: what is not may be forged, for everybody can read the ids, and another key
+    /// would cost what its maker liked.
+    bool isSealedAlike(const FileHeader &header) const {
+        const ContainerKeys &keys = m_request.keys;
+        return header.isProtected == keys.isProtected() && (!keys.isProtected() || header.kdf == keys.kdf);
+    }
+
     /// The version that a journal starts from, where a conflict has left it beside the file.
     std::optional<Database> versionBeside(const FileIdentifier &saveId) {
         const std::size_t slash = m_request.base.place.path.rfind('/');
@@ -265,10 +284,15 @@ private:
                 continue;
             const auto version = OpenFile::openAt(m_ops, AT_FDCWD, folder + name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
             const auto block = version ? readHeaderBlock(m_ops, version->descriptor()) : LoadResult<HeaderBlock>();
-            if (!version || !block || block->header.fileId != m_request.base.fileId || block->header.saveId != saveId)
+            if (!version || !block || block->header.fileId != m_request.base.fileId || block->header.saveId != saveId ||
+                !isSealedAlike(block->header))
                 continue;
+            // The key is there already.
+            const KeyDeriver derive = [this](const SecretBytes &, const KdfParameters &) {
+                return LoadResult<SecretBytes>(m_request.keys.master.clone());
+            };
             const auto container =
-                readContainer(m_ops, version->descriptor(), m_request.password, m_request.limits, m_request.deriveKey);
+                readContainer(m_ops, version->descriptor(), m_request.password, m_request.limits, derive);
             if (container)
                 if (auto database = decodeBody(container->body))
                     return std::move(*database);
@@ -288,17 +312,15 @@ private:
         if (!copy)
             return;
         const std::uint64_t whole = contents.end;
-        const bool damaged = journal.isDamaged();
         const int groups = replayJournal(journal, contents, *copy);
         if (journal.readError()) {
             cannotRead(journal);
             return;
         }
         if (groups == 0) {
-            (void)journal.retire();
-            m_outcome.notices.append(
-                QStringLiteral("there are unsaved changes to an earlier version of it, which cannot be "
-                               "made in this one"));
+            tell(QStringLiteral("there are unsaved changes to an earlier version of it, which cannot be made in this "
+                                "one; they are kept in '%1' for seven days")
+                     .arg(retired(journal)));
             return;
         }
         const auto kept = m_request.keepAside(encodeBody(*copy));
@@ -308,14 +330,14 @@ private:
                      .arg(shownName(journal.name()), systemErrorWords(kept.error())));
             return;
         }
-        (void)journal.retire();
-        m_outcome.notices.append(
-            QStringLiteral("unsaved changes of another session are kept as a file of their own in '%1'").arg(*kept));
+        const QString ended = retired(journal);
+        tell(QStringLiteral("unsaved changes of another session are kept as a file of their own in '%1'").arg(*kept));
         if (contents.end < whole)
-            m_outcome.notices.append(
-                QStringLiteral("some of these changes could not be made in this version, and are missing there"));
-        if (damaged)
-            tellDamage();
+            tell(QStringLiteral("some of these changes could not be made in this version, and are missing there; all "
+                                "of them are kept in '%1' for seven days")
+                     .arg(ended));
+        if (contents.isDamaged)
+            tellDamage(ended);
     }
 
     FileOps &m_ops;

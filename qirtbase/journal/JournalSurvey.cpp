@@ -11,6 +11,7 @@ JournalContents surveyJournal(JournalFile &journal, const FileIdentifier &saveId
     contents.belongs = journal.head().base == saveId;
     journal.rewind();
     contents.start = contents.end = journal.offset();
+    contents.isDamaged = true;
     int depth = 0;
     for (QByteArray payload; journal.readRecord(payload);) {
         QByteArrayView rest = payload;
@@ -33,6 +34,7 @@ JournalContents surveyJournal(JournalFile &journal, const FileIdentifier &saveId
         if (depth == 0)
             contents.end = journal.offset();
     }
+    contents.isDamaged = journal.isDamaged();
     return contents;
 }
 

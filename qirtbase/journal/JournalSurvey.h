@@ -12,6 +12,7 @@ struct JournalContents {
     std::uint64_t start = 0; ///< The changes before are in the file already.
     std::uint64_t end = 0;   ///< Behind the last whole group.
     bool belongs = false;    ///< It starts from the version on disk.
+    bool isDamaged = false;  ///< What stands behind is not what was written, or nobody understands it.
     bool isEmpty() const { return start == end; }
 };
 

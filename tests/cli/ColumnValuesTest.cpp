@@ -76,6 +76,9 @@ TEST(ColumnGuessTest, WhatANumberWouldLoseStaysText) {
     EXPECT_EQ(guessed({u"9007199254740993"_s}), "A[text:50]");
     EXPECT_EQ(guessed({u"0.1234567890123456789"_s}), "A[text:50]");
     EXPECT_EQ(guessed({u"1e999"_s}), "A[text:50]");
+    EXPECT_EQ(guessed({u"1e-999"_s}), "A[text:50]"); // 0 would come back
+    EXPECT_EQ(guessed({u"1.2345678e-320"_s}), "A[text:50]");
+    EXPECT_EQ(guessed({u"0e5"_s, u"-0.0"_s, u"2.3e-308"_s}), "A[double]");
     EXPECT_EQ(guessed({u"5"_s, u""_s}), "A[text:50]");
     EXPECT_EQ(guessed({u"2023-02-29"_s}), "A[text:50]");
 }

@@ -10,6 +10,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/resource.h>
+
 #include <cstring>
 
 using namespace Qt::StringLiterals;
@@ -118,6 +120,25 @@ TEST_P(ProgramTest, AnOutputThatCannotBeTakenIsTrouble) {
 }
 
 // --- import and export ---
+
+TEST_P(ProgramTest, AFileThatMayNotGrowSoLargeIsTrouble) {
+    makePumps();
+    const QByteArray before = bytesOf(u"PUMP.DDB"_s);
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const rlimit small{16, usual.rlim_max}; // the program is given it too
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const Outcome exported = run({u"export"_s, u"PUMP.DDB"_s, u"Pumps"_s, u"OUT.CSV"_s});
+    const Outcome imported = run({u"import"_s, u"PUMP.DDB"_s, u"New"_s, u"-"_s}, "Name\nx\n");
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
+    EXPECT_EQ(exported.status, 2);
+    EXPECT_TRUE(exported.errors.startsWith("qirdb: OUT.CSV: ")) << exported.errors.toStdString();
+    if (std::strcmp(GetParam().name, "Real") != 0)
+        return; // the fake has no care for its file
+    EXPECT_EQ(imported.status, 2);
+    EXPECT_TRUE(imported.errors.startsWith("qirdb: PUMP.DDB: ")) << imported.errors.toStdString();
+    EXPECT_EQ(bytesOf(u"PUMP.DDB"_s), before);
+}
 
 TEST_P(ProgramTest, ImportTakesEveryType) {
     done({u"create"_s, u"ALL.DDB"_s});

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -349,6 +351,8 @@ TEST_F(ComponentJournal, OfChangesThatFitNoVersionAnyMoreTheUserIsTold) {
             EXPECT_TRUE(notices.contains(u"which cannot be made in this one"_s)) << notices.toStdString();
         }
         EXPECT_EQ(journals().filter(u".ended"_s).size(), isFirstPossible ? 1 : 2); // kept for some days
+        const auto isNamed = [&](const QString &name) { return notices.contains(state() + u"/journal/"_s + name); };
+        EXPECT_EQ(std::ranges::count_if(journals(), isNamed), 1) << notices.toStdString();
     }
 }
 

@@ -297,6 +297,54 @@ TEST_P(LargeGroups, ThatAreUndoneLeaveNothing) {
     }
 }
 
+TEST_P(LargeGroups, WithOthersWithinAreWrittenInPiecesAndCountAsAWhole) {
+    for (const std::uint64_t bodySize : {1 << 22, 1 << 20, 1000}) {
+        openWith(bodySize);
+        bench.database().beginGroup();
+        setName(0, u"outer"_s);
+        bench.database().beginGroup();
+        bench.database().beginGroup();
+        change(400000);
+        bench.database().endGroup();
+        bench.database().endGroup();
+        setName(1, u"outer again"_s);
+        bench.database().endGroup();
+        setName(2, u"after"_s);
+        EXPECT_EQ(bench.body(), crashAndOpen()) << bodySize;
+        EXPECT_EQ(nameAt(2), u"after"_s) << bodySize;
+        bench.journal().discard();
+    }
+}
+
+TEST_P(LargeGroups, ThatAreUndoneWithOthersWithinLeaveNothing) {
+    for (const std::uint64_t bodySize : {1 << 22, 1 << 20, 1000}) {
+        openWith(bodySize);
+        setName(0, u"before"_s);
+        bench.database().beginGroup();
+        bench.database().beginGroup();
+        change(400000);
+        bench.database().endGroup();
+        bench.database().undoGroup();
+        setName(1, u"after"_s);
+        EXPECT_EQ(bench.body(), crashAndOpen()) << bodySize;
+        EXPECT_EQ(nameAt(1), u"after"_s) << bodySize;
+        bench.journal().discard();
+    }
+}
+
+TEST_P(LargeGroups, OfManyEmptyOnesComeBack) {
+    openWith(1 << 22);
+    bench.database().beginGroup();
+    for (int i = 0; i < 1200000; ++i) {
+        bench.database().beginGroup();
+        bench.database().endGroup();
+    }
+    setName(0, u"in the end"_s);
+    bench.database().endGroup();
+    EXPECT_EQ(bench.body(), crashAndOpen());
+    EXPECT_EQ(nameAt(0), u"in the end"_s);
+}
+
 TEST_P(LargeGroups, AnImageOfManyPiecesComesBack) {
     bench.database().resizeField(table(), 2, 60000);
     for (int i = 0; i < 50; ++i)
@@ -391,6 +439,43 @@ TEST_P(DamagedJournal, AfterATornRecordWritingGoesOn) {
     }
 }
 
+TEST_P(DamagedJournal, ACrashAtAnyCallOfItsRecoveryLosesNothingOfIt) {
+    QByteArray content = m_content;
+    content[content.size() - 1] = char(content[content.size() - 1] ^ 1);
+    ASSERT_EQ(stateWith(content), int(m_states.size()) - 2);
+    const JournalBase base = bench.base();
+    const QByteArray body = pumps();
+    int cases = 0;
+    for (Fault fault{.at = 0, .number = EIO, .forever = true};; ++fault.at) {
+        bench.crash();
+        for (const QString &name : bench.journals())
+            QFile::remove(bench.journalFolderPath() + u'/' + name);
+        writeContent(m_path, content);
+        FailingFileOps ops(fault);
+        Database database = std::move(*decodeBody(body));
+        (void)recoverJournals(ops,
+                              {.stateFolder = bench.folder(),
+                               .base = base,
+                               .keys = bench.keys(),
+                               .password = {},
+                               .deriveKey = deriveMasterKey,
+                               .random = RandomSource::system(),
+                               .body = body,
+                               .keepAside = {}},
+                              database);
+        bench.open();
+        EXPECT_EQ(bench.body(), m_states[m_states.size() - 2]) << fault.at;
+        const auto isWhole = [&](const QString &name) {
+            return contentOf(bench.journalFolderPath() + u'/' + name).startsWith(content);
+        };
+        EXPECT_TRUE(std::ranges::any_of(bench.journals(), isWhole)) << fault.at;
+        ++cases;
+        if (!ops.faultMet())
+            break;
+    }
+    EXPECT_GT(cases, 10);
+}
+
 TEST_P(DamagedJournal, OtherFilesInTheFolderAreLeftAlone) {
     const QStringList names = {u"x"_s, u"01010101010101010101010101010101-zzzzzzzz"_s,
                                u"01010101010101010101010101010101-00000000"_s};
@@ -400,6 +485,22 @@ TEST_P(DamagedJournal, OtherFilesInTheFolderAreLeftAlone) {
     bench.open();
     for (const QString &name : names)
         EXPECT_EQ(contentOf(bench.journalFolderPath() + u'/' + name), "no journal");
+}
+
+TEST_P(DamagedJournal, WhatCannotBeReadIsKeptWhereTheUserIsToldThatItIs) {
+    // In the head, in the first record, in the last one.
+    for (const qsizetype at :
+         {qsizetype(100), qsizetype(m_content.indexOf("\xff\xff\xff\xff") + 60), qsizetype(m_content.size() - 1)}) {
+        QByteArray content = m_content;
+        content[at] = char(content[at] ^ 1);
+        bench.clearNotices();
+        stateWith(content);
+        const QStringList kept = bench.journals().filter(u".ended"_s);
+        ASSERT_EQ(kept.size(), 1) << at;
+        const QString path = bench.journalFolderPath() + u'/' + kept[0];
+        EXPECT_TRUE(contentOf(path).startsWith(content)) << at; // retiring adds a mark
+        EXPECT_TRUE(bench.notices().join(u'\n').contains(path)) << bench.notices().join(u'\n').toStdString();
+    }
 }
 
 /// Puts records at the end of the journal, sealed as they should be.
@@ -553,6 +654,37 @@ TEST_P(JournalTest, ACrashRightAfterTheSaveLeavesNothingToDo) {
     EXPECT_EQ(bench.body(), saved);
     EXPECT_EQ(bench.notices(), QStringList());
     EXPECT_EQ(bench.journals(), QStringList());
+}
+
+TEST_P(JournalTest, WhatNobodyUnderstandsIsKeptWhereTheUserIsToldThatItIs) {
+    for (const bool isFirst : {true, false}) {
+        bench.open();
+        FileIdentifier next;
+        next.fill(isFirst ? 3 : 4);
+        setName(0, u"saved"_s);
+        bench.journal().saving(next);
+        bench.crash();
+        bench.base().saveId = next;
+        QByteArray understood;
+        encodeChange(understood, {.kind = ChangeKind::SetText, .index = 2, .record = 1, .text = u"understood"}, 0);
+        const QByteArray operation = "\x63 what a later program may write";
+        if (isFirst)
+            appendRecords({operation});
+        else
+            appendRecords({understood, operation});
+        const QByteArray content = contentOf(bench.journalFolderPath() + u'/' + bench.journals()[0]);
+        bench.clearNotices();
+        bench.open();
+        EXPECT_EQ(nameAt(1), isFirst ? QString() : u"understood"_s);
+        const QStringList kept = bench.journals().filter(u".ended"_s);
+        ASSERT_EQ(kept.size(), 1);
+        const QString path = bench.journalFolderPath() + u'/' + kept[0];
+        EXPECT_EQ(contentOf(path), content);
+        EXPECT_TRUE(bench.notices().join(u'\n').contains(path)) << bench.notices().join(u'\n').toStdString();
+        bench.crash();
+        for (const QString &name : bench.journals())
+            QFile::remove(bench.journalFolderPath() + u'/' + name);
+    }
 }
 
 TEST_P(JournalTest, ASaveThatDidNotTakePlaceDropsNothing) {
@@ -712,6 +844,18 @@ TEST_P(TakenAway, OneThatIsCutIsWrittenAnew) {
     expectAllIsThereAgain();
 }
 
+TEST_P(TakenAway, RecordsOfATableWithoutFieldsAreInTheOneThatIsWrittenAnew) {
+    while (table().fieldCount() > 0)
+        bench.database().removeField(table(), 0);
+    ASSERT_TRUE(QFile::remove(bench.journalPath()));
+    bench.database().addRecord(table()); // seen to be gone here
+    bench.database().addField(table(), u"Name"_s, int(ColumnType::Text), 200);
+    bench.database().setText(table(), 0, 4, u"typed"_s);
+    EXPECT_EQ(bench.body(), crashAndOpen());
+    ASSERT_GT(table().recordCount(), 4U);
+    EXPECT_EQ(textIn(table(), 0, 4), u"typed"_s);
+}
+
 TEST_P(TakenAway, WithinAGroupItIsWrittenAnewAtTheGroupsEnd) {
     bench.base().bodySize = 1 << 22;
     bench.open();
@@ -789,6 +933,27 @@ TEST(SealedJournal, ResealingThatFailsStopsWritingInTheOpen) {
     EXPECT_EQ(textIn(database.table(0), 2, 0), u"typed in the open"_s);
 }
 
+TEST(SealedJournal, ResealingThatFailsLeavesWhatIsKeptAfterANo) {
+    bool fails = false;
+    int writes = 0;
+    HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+        return fails && call == FileCall::WriteAt && ++writes > 1 ? std::optional(SystemError{ENOSPC}) : std::nullopt;
+    });
+    JournalBench bench(ops);
+    bench.setSaved(pumps());
+    bench.open();
+    Database &database = bench.database();
+    for (std::size_t i = 0; i < 3; ++i)
+        database.setText(database.table(0), 2, i, u"typed %1"_s.arg(i));
+    const QByteArray before = contentOf(bench.journalPath());
+    fails = true;
+    bench.journal().reseal(keysOf(secret));
+    fails = false;
+    EXPECT_TRUE(bench.journal().isBroken());
+    bench.journal().retire();
+    EXPECT_TRUE(contentOf(bench.journalPath()).startsWith(before));
+}
+
 TEST(SealedJournal, WithAnotherKeyNothingIsRead) {
     JournalBench bench;
     bench.keys() = keysOf(secret);
@@ -801,6 +966,31 @@ TEST(SealedJournal, WithAnotherKeyNothingIsRead) {
     EXPECT_FALSE(bench.recovered());
     EXPECT_EQ(bench.notices().size(), 1);
     EXPECT_EQ(bench.journals().size(), 1);
+}
+
+TEST(SealedJournal, WhatOthersPutBesideTheFileIsNotTakenForItsVersion) {
+    // With the ids that the file's header tells everybody: open, or sealed at a cost of their choice.
+    for (const QString &password : {QString(), secret}) {
+        JournalBench bench;
+        bench.keys() = keysOf(secret);
+        bench.password = secret;
+        bench.setSaved(pumps());
+        bench.open();
+        bench.database().setText(bench.database().table(0), 2, 0, u"typed"_s);
+        bench.crash();
+        FileHeader header;
+        header.fileId = bench.base().fileId;
+        header.saveId = bench.base().saveId;
+        Database forged = std::move(*decodeBody(pumps()));
+        forged.addTable(u"Forged"_s);
+        writeContent(bench.folder() + u"/file (conflict 1)"_s, containerBytes(encodeBody(forged), password, header));
+        bench.base().saveId.fill(9);
+        bench.open();
+        EXPECT_EQ(bench.derivations, 0);
+        ASSERT_EQ(bench.aside().size(), 1U);
+        EXPECT_TRUE(bench.aside()[0].contains("typed"));
+        EXPECT_FALSE(bench.aside()[0].contains("Forged"));
+    }
 }
 
 // ---- failures

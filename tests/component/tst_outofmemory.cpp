@@ -1,5 +1,6 @@
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/Database.h"
+#include "qirtbase/journal/JournalCodec.h"
 #include "tests/component/DatabaseTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -144,6 +145,22 @@ TEST(OutOfMemory, AGroupIsUndoneWhereverItFailed) {
                 EXPECT_EQ(plain(database), before);
             });
     }
+}
+
+TEST(OutOfMemory, ChangesThatAJournalTellsAreNotTakenForOnesThatCannotBeMade) {
+    QByteArray payload;
+    encodeChange(payload, {.kind = ChangeKind::AddTable, .text = u"New"}, 0);
+    encodeChange(payload, {.kind = ChangeKind::AddRecord}, 0);
+    encodeChange(payload, {.kind = ChangeKind::SetText, .index = 0, .record = 3, .text = u"typed and typed and typed"},
+                 0);
+    const long failures = failEachAllocation(
+        made,
+        [&](Database &database) {
+            JournalReplay replay(database);
+            EXPECT_TRUE(replay.feed(payload)) << "with too little memory";
+        },
+        [](Database &) {});
+    EXPECT_GE(failures, 5);
 }
 
 TEST(OutOfMemory, AnUndoThatFailsCanBeTriedAgain) {
