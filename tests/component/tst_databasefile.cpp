@@ -122,6 +122,18 @@ TEST_F(DatabaseFileTest, AFileBelowAFolderThatMayOnlyBePassedIsReachedWhereItsPl
     EXPECT_EQ(told.load(name, {}), QByteArray("one"));
 }
 
+TEST_F(DatabaseFileTest, WhatAPasswordCostsIsReadWhereThePlaceWasTold) {
+    const QString place = make(u"a.ddb"_s, "one", u"secret"_s);
+    writeContent(path(u"A.ddb"_s), containerBytes("two")); // made by its name it would be the other one
+    const QString name = path(u"A.DDB"_s);
+    DatabaseFile file(FileOps::system(), testOptions());
+    EXPECT_FALSE(file.passwordCosts(name));
+    file.setPlace(name, place);
+    EXPECT_TRUE(file.passwordCosts(name));
+    EXPECT_TRUE(file.prepareKey(name, u"secret"_s));
+    EXPECT_EQ(file.load(name, u"secret"_s), QByteArray("one"));
+}
+
 TEST_F(DatabaseFileTest, AnEmptyNameIsMissing) {
     EXPECT_EQ(loadError({}).kind, LoadErrorKind::Missing);
 }
@@ -721,9 +733,32 @@ TEST_F(DatabaseFileTest, AVersionThatSlipsInWithTheSameSizeAndTimeIsNotOverwritt
     EXPECT_EQ(bodyOf(name), "two");
 }
 
+/// On a file system without exchanges somebody writes between the two looks at what stands there.
+TEST_F(DatabaseFileTest, AVersionThatSlipsInWithTheSameSizeAndTimeIsNotReplacedWithoutAnExchange) {
+    const QString name = make(u"a.ddb"_s, "one");
+    HookedFileOps ops({});
+    ops.onRename = [&](unsigned flags) -> std::optional<SystemError> {
+        if (flags != RENAME_EXCHANGE)
+            return std::nullopt;
+        rewriteUnseen(name, otherVersion("two"));
+        return SystemError{EINVAL};
+    };
+    DatabaseFile file(ops, testOptions());
+    ASSERT_TRUE(file.load(name, {}));
+    const auto saved = file.save("mine");
+    ASSERT_FALSE(saved);
+    EXPECT_TRUE(saved.error().text.contains(u"was changed by another program"_s)) << saved.error().text.toStdString();
+    EXPECT_EQ(bodyOf(name), "two");
+}
+
 TEST_F(DatabaseFileTest, WhatCannotBeLookedAtAgainIsKeptWithoutBlamingAnybody) {
     const QString name = make(u"a.ddb"_s, "one");
-    for (const FileCall failing : {FileCall::StatusAt, FileCall::OpenAt}) {
+    struct Case {
+        FileCall failing;
+        bool replaceMeant;
+    };
+    for (const auto &[failing, replaceMeant] : {Case{FileCall::StatusAt, false}, Case{FileCall::OpenAt, false},
+                                                Case{FileCall::StatusAt, true}, Case{FileCall::OpenAt, true}}) {
         bool exchanged = false;
         HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
             return exchanged && call == failing ? std::optional(SystemError{EIO}) : std::nullopt;
@@ -737,6 +772,7 @@ TEST_F(DatabaseFileTest, WhatCannotBeLookedAtAgainIsKeptWithoutBlamingAnybody) {
         options.notice = [&](const QString &text) { notices.append(text); };
         DatabaseFile file(ops, options);
         ASSERT_TRUE(file.load(name, {}));
+        ASSERT_TRUE(!replaceMeant || file.setFileName(name));
         const QByteArray before = bodyOf(name);
         (void)file.save("two");
         EXPECT_TRUE(exchanged);

@@ -296,17 +296,19 @@ void GridContentsTest::backgroundIsAlwaysSetAndTextAlwaysBlack() {
 
 void GridContentsTest::numbersStandOnTheRight() {
     Grid grid;
-    fill(grid, 1, 3);
+    fill(grid, 1, 5);
     grid.setTextMatrix(1, 1, QStringLiteral("-12.5"));
     grid.setTextMatrix(1, 2, QStringLiteral("12 apples"));
     grid.setTextMatrix(1, 3, QString());
+    grid.setTextMatrix(1, 4, QStringLiteral("1 2"));
+    grid.setTextMatrix(1, 5, QStringLiteral("2D1"));
     const auto horizontal = [&](int column) {
         return grid.model()->index(0, column - 1).data(Qt::TextAlignmentRole).value<Qt::Alignment>() &
                Qt::AlignHorizontal_Mask;
     };
     QCOMPARE(horizontal(1), Qt::AlignRight);
-    QCOMPARE(horizontal(2), Qt::AlignLeft);
-    QCOMPARE(horizontal(3), Qt::AlignLeft);
+    for (const int column : {2, 3, 4, 5})
+        QCOMPARE(horizontal(column), Qt::AlignLeft);
 }
 
 void GridContentsTest::paintingMovesNothingAndRaisesNothing() {

@@ -1,6 +1,7 @@
 #include "platform/controls/Twips.h"
 #include "platform/grid/Grid.h"
 #include "tests/platform/GridTesting.h"
+#include "tests/support/CountedMemory.h"
 #include "tests/support/Hands.h"
 
 #include <QAbstractEventDispatcher>
@@ -56,6 +57,7 @@ private Q_SLOTS:
     void theLastRowInFirstPlaceBeginsAtTheTop();
     void aGridScrollsAsFarAsItIsToldTo();
     void pastItsLastRowAGridDrawsNoneOfThem();
+    void pastItsLastRowAGridTakesNoMemoryForThem();
     void aLastColumnWiderThanTheGridShowsItsEnd();
 
 private:
@@ -460,6 +462,23 @@ void GridPositionTest::pastItsLastRowAGridDrawsNoneOfThem() {
     QCOMPARE(style.take(), 0);
     QCOMPARE(m_grid->indexAt(QPoint(5, 5)), QModelIndex());
     header->setStyle(nullptr);
+}
+
+void GridPositionTest::pastItsLastRowAGridTakesNoMemoryForThem() {
+    if (!CountedMemory::counts())
+        QSKIP("this build counts no memory");
+    constexpr int rows = 4'000'000;
+    m_grid->setRows(rows + 1);
+    m_grid->setLeastReach({2 * rows, 1});
+    const auto painting = [&](int top) {
+        m_grid->setTopRow(top);
+        const CountedMemory memory;
+        m_grid->viewport()->grab();
+        return memory.peak();
+    };
+    const std::size_t onRows = painting(rows);
+    const std::size_t beyond = painting(rows + rows / 2);
+    QVERIFY2(beyond < onRows + rows / 8, qPrintable(QString::number(beyond))); // a bit for each row would be too much
 }
 
 void GridPositionTest::aLastColumnWiderThanTheGridShowsItsEnd() {

@@ -1,6 +1,7 @@
 #include "platform/dialogs/Clipboard.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/dialogs/FileDialog.h"
+#include "platform/dialogs/PromptWrapping.h"
 #include "tests/support/Hands.h"
 
 #include <QAbstractButton>
@@ -18,6 +19,7 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -39,7 +41,10 @@ public:
                 return;
             m_timer.stop();
             ++met;
+            const QPointer<Dialog> shown(dialog);
             m_use(*dialog);
+            if (shown && QTest::currentTestFailed())
+                static_cast<QDialog *>(shown)->done(QDialog::Rejected); // the failed check has left it open
         });
         m_timer.start();
     }
@@ -94,6 +99,7 @@ private Q_SLOTS:
     void anInputBoxShowsItsWholeTitle();
     void aMessageWithALongNameWrapsAndIsShownWhole();
     void aMessagesSecondLineIsItsInformativeText();
+    void aLongReasonWrapsAndIsShownWhole();
 
     void filtersBecomeNameFilters();
     void aFileDialogIsSetUpAsAsked();
@@ -259,6 +265,23 @@ bool holdsItsText(const QLabel &label) {
     return label.width() * lines >= label.fontMetrics().horizontalAdvance(label.text());
 }
 
+/// Whether there is ink in as many lines as a label's text takes at least.
+bool drawsItsLines(QLabel &label) {
+    const QImage image = label.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const QRgb ground = image.pixel(0, image.height() - 1);
+    const int spacing = qRound(label.fontMetrics().lineSpacing() * image.devicePixelRatio());
+    const int lines = 1 + (label.fontMetrics().horizontalAdvance(label.text()) - 1) / label.width();
+    for (int line = 0; line < lines; ++line) {
+        bool ink = false;
+        for (int y = line * spacing; y < std::min((line + 1) * spacing, image.height()); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                ink = ink || image.pixel(x, y) != ground;
+        if (!ink)
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 void DialogsTest::aLongPromptWrapsAndStaysOnTheScreen_data() {
@@ -272,12 +295,14 @@ void DialogsTest::aLongPromptWrapsAndStaysOnTheScreen() {
     QFETCH(QString, prompt);
     const WithNext<QInputDialog> dialog([&](QInputDialog &shown) {
         QCOMPARE(shown.labelText(), prompt);
-        const auto *label = shown.findChild<QLabel *>();
+        auto *label = shown.findChild<QLabel *>();
         QVERIFY2(shown.width() < shown.screen()->availableGeometry().width(),
                  qPrintable(QString::number(shown.width())));
         QVERIFY(shown.rect().contains(label->geometry()));
+        QCOMPARE(label->width(), widestPrompt(*label));
         QVERIFY(label->height() >= 3 * label->fontMetrics().lineSpacing());
         QVERIFY(holdsItsText(*label));
+        QVERIFY(drawsItsLines(*label));
         shown.reject();
     });
     inputBox(nullptr, prompt, u"?"_s);
@@ -299,10 +324,11 @@ void DialogsTest::aMessageWithALongNameWrapsAndIsShownWhole() {
     const QString text = u"Remove table '"_s + QString(255, u'W') + u"'?"_s;
     const Box box([&](QMessageBox &shown) {
         QCOMPARE(shown.text(), text);
-        const auto *label = shown.findChild<QLabel *>(u"qt_msgbox_label"_s);
+        auto *label = shown.findChild<QLabel *>(u"qt_msgbox_label"_s);
         QVERIFY(shown.width() < shown.screen()->availableGeometry().width());
         QVERIFY(shown.rect().contains(label->geometry()));
         QVERIFY(holdsItsText(*label));
+        QVERIFY(drawsItsLines(*label));
         press(QMessageBox::Yes)(shown);
     });
     QCOMPARE(askYesNo(nullptr, text, u"?"_s), Answer::Yes);
@@ -318,6 +344,21 @@ void DialogsTest::aMessagesSecondLineIsItsInformativeText() {
         press(QMessageBox::Ok)(shown);
     });
     messageBox(nullptr, u"Can't load 'A.DDB'"_s, u"!!"_s, u"<b>it is empty</b>"_s);
+    QCOMPARE(box.met, 1);
+}
+
+void DialogsTest::aLongReasonWrapsAndIsShownWhole() {
+    const Box box([](QMessageBox &shown) {
+        auto *label = shown.findChild<QLabel *>(u"qt_msgbox_informativelabel"_s);
+        QVERIFY(label != nullptr);
+        QVERIFY2(shown.width() < shown.screen()->availableGeometry().width(),
+                 qPrintable(QString::number(shown.width())));
+        QVERIFY(shown.rect().contains(label->geometry()));
+        QVERIFY(holdsItsText(*label));
+        QVERIFY(drawsItsLines(*label));
+        press(QMessageBox::Ok)(shown);
+    });
+    messageBox(nullptr, u"Can't load 'A.DDB'"_s, u"!!"_s, u'/' + QString(255, u'W') + u": it is empty"_s);
     QCOMPARE(box.met, 1);
 }
 

@@ -23,6 +23,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("told");
         QTest::newRow("--help") << u"--help"_s << QByteArray("[FILE]");
         QTest::newRow("-h") << u"-h"_s << QByteArray("--picture");
+        QTest::newRow("--help-all") << u"--help-all"_s << QByteArray("--picture");
         QTest::newRow("--version") << u"--version"_s << QByteArray("QIR Database Editor ");
         QTest::newRow("-v") << u"-v"_s << QByteArray("QIR Database Editor ");
     }
