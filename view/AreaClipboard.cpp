@@ -47,8 +47,8 @@ private:
 
 /// Not the empty column of a table without fields.
 bool showsFields(EditorContext &editor, int pane) {
-    return pane >= 0 && editor.DtbAperto(pane) && editor.pane(pane).realTableSelected() && editor.Tabella(pane).Visible() &&
-           editor.Tabella(pane).ColData(1) >= 1;
+    return pane >= 0 && editor.DtbAperto(pane) && editor.pane(pane).realTableSelected() &&
+           editor.Tabella(pane).Visible() && editor.Tabella(pane).ColData(1) >= 1;
 }
 
 } // namespace

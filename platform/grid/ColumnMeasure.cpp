@@ -1,8 +1,8 @@
 #include "platform/grid/ColumnMeasure.h"
 
+#include "platform/controls/Twips.h"
 #include "platform/grid/CellTextDrawing.h"
 #include "platform/grid/Grid.h"
-#include "platform/controls/Twips.h"
 
 #include <QString>
 

@@ -1,8 +1,8 @@
 #include "qirtbase/journal/Journal.h"
 
 #include "base/ErrorWords.h"
-#include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/journal/JournalFolder.h"
+#include "qirtbase/model/BodyCodec.h"
 
 #include <algorithm>
 #include <exception>

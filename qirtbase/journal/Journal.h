@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/FileOps.h"
-#include "qirtbase/model/Change.h"
-#include "qirtbase/model/Database.h"
+#include "qirtbase/container/RandomSource.h"
 #include "qirtbase/journal/JournalCodec.h"
 #include "qirtbase/journal/JournalFile.h"
-#include "qirtbase/container/RandomSource.h"
+#include "qirtbase/model/Change.h"
+#include "qirtbase/model/Database.h"
 
 #include <QByteArray>
 #include <QString>

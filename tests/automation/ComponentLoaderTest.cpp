@@ -1,6 +1,6 @@
 #include "platform/automation/ComponentLoader.h"
-#include "tests/tools/ComponentPath.h"
 #include "platform/automation/AutomationError.h"
+#include "tests/tools/ComponentPath.h"
 
 #include <QCoreApplication>
 #include <QDir>

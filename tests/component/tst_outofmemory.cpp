@@ -1,6 +1,6 @@
+#include "qirtbase/journal/JournalCodec.h"
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/Database.h"
-#include "qirtbase/journal/JournalCodec.h"
 #include "tests/component/DatabaseTestSupport.h"
 
 #include <gtest/gtest.h>

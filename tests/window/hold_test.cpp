@@ -225,7 +225,7 @@ private Q_SLOTS:
         open(fixture);
         goTo(fixture, 0, u"list"_s);
         const ListBox &list = fixture.list(0);
-        QMenu &popup = *fixture.editor().controls.popmenuCopyToOther;
+        QMenu &popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
         hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
         hands::click(list.viewport(), button, {}, lineCentre(list, 1));
         QCOMPARE(popup.isVisible(), button == Qt::RightButton);
@@ -233,7 +233,7 @@ private Q_SLOTS:
         hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
         for (const int pane : {0, 1}) {
             QCOMPARE(fixture.list(pane).ListIndex(), 1);
-            QCOMPARE(fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)], u"Pumps"_s);
+            QCOMPARE(fixture.shownTable(pane), u"Pumps"_s);
         }
         QIR_VERIFY_OK(fixture);
     }
@@ -243,14 +243,14 @@ private Q_SLOTS:
         open(fixture);
         goTo(fixture, 0, u"list"_s);
         ListBox &list = fixture.list(0);
-        QMenu &popup = *fixture.editor().controls.popmenuCopyToOther;
+        QMenu &popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
         hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
         hands::key(&list, Qt::Key_F10, Qt::ShiftModifier);
         QVERIFY(popup.isVisible());
         popup.close();
         for (const int pane : {0, 1}) {
             QCOMPARE(fixture.list(pane).ListIndex(), 1);
-            QCOMPARE(fixture.state().TabellaMostrata[static_cast<std::size_t>(pane)], u"Pumps"_s);
+            QCOMPARE(fixture.shownTable(pane), u"Pumps"_s);
         }
         QVERIFY(!list.clickPending());
         hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1)); // the menu would have had it

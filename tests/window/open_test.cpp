@@ -317,8 +317,8 @@ private Q_SLOTS:
         fixture.dialogs().expectFile(openTitle, broken);
         fixture.dialogs().expect(failedLoad(broken.toUpper(), u"not a database"_s));
         fixture.choose(Command::OpenDatabase);
-        QCOMPARE(fixture.window().focusWidget(), fixture.editor().controls.pane[static_cast<std::size_t>(pane)].hint);
-        QCOMPARE(fixture.state().IndexAttivo, pane);
+        QCOMPARE(fixture.window().focusWidget(), fixture.editor().pane(pane).controls().hint);
+        QCOMPARE(fixture.activePane(), pane);
         QIR_VERIFY_OK(fixture);
     }
 

@@ -142,7 +142,7 @@ private Q_SLOTS:
             QVERIFY(fixture.grid(pane).hasFocus());
             fixture.choose(Command::RemoveRecordMenu);
             QVERIFY(fixture.list(pane).hasFocus());
-            QCOMPARE(fixture.state().IndexAttivo, pane);
+            QCOMPARE(fixture.activePane(), pane);
             QIR_VERIFY_OK(fixture);
         }
     }
