@@ -53,6 +53,23 @@ void changeRecords(Database &database, Table &table, int operation) {
 
 } // namespace
 
+PlainDatabase plain(const Database &database) {
+    PlainDatabase content;
+    for (std::size_t t = 0; t < database.tableCount(); ++t) {
+        const Table &table = database.table(t);
+        PlainTable copy;
+        copy.name = table.name().text;
+        copy.records.resize(table.recordCount());
+        for (const Field &field : table.fields()) {
+            copy.fields.push_back({field.name.text(), static_cast<int>(field.type()), field.size});
+            for (std::size_t record = 0; record < field.column.size(); ++record)
+                copy.records[record].append(field.column.variant(record));
+        }
+        content.tables.push_back(std::move(copy));
+    }
+    return content;
+}
+
 int PropertyChoices::inRange(int from, int to) {
     return *rc::gen::inRange(from, to);
 }

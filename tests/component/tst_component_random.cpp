@@ -1,5 +1,5 @@
 #include "tests/component/DatabaseTestSupport.h"
-#include "tests/component/calls/ComponentPair.h"
+#include "tests/model/ComponentPair.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

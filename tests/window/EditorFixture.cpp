@@ -3,9 +3,6 @@
 #include "base/Collation.h"
 #include "db/AssegnaARecordset.h"
 #include "tests/support/Hands.h"
-
-#include <QGroupBox>
-
 namespace qir::test {
 
 using namespace Qt::StringLiterals;
@@ -129,7 +126,7 @@ void EditorFixture::open(const QString &path) {
 }
 
 void EditorFixture::activate(int pane) {
-    hands::click(&editor().IDtb(pane), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    hands::click(&frame(pane), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
 }
 
 void EditorFixture::openBoth(const QString &left, const QString &right) {
@@ -142,19 +139,26 @@ void EditorFixture::openBoth(const QString &left, const QString &right) {
     activate(0);
 }
 
-void EditorFixture::clickLine(int pane, int line) {
+QPoint EditorFixture::lineCentre(int pane, int line) {
     ListBox &box = list(pane);
     const QModelIndex index = box.model()->index(line, 0);
     box.scrollTo(index);
-    hands::click(box.viewport(), Qt::LeftButton, Qt::NoModifier, box.visualRect(index).center());
+    return box.visualRect(index).center();
 }
 
-void EditorFixture::clickCell(int pane, int row, int column) {
+QPoint EditorFixture::cellCentre(int pane, int row, int column) {
     Grid &box = grid(pane);
     const QModelIndex index = box.model()->index(row - 1, column - 1);
     box.scrollTo(index);
-    const QRect seen = box.visualRect(index) & box.viewport()->rect();
-    hands::click(box.viewport(), Qt::LeftButton, Qt::NoModifier, seen.center());
+    return (box.visualRect(index) & box.viewport()->rect()).center();
+}
+
+void EditorFixture::clickLine(int pane, int line) {
+    hands::click(list(pane).viewport(), Qt::LeftButton, Qt::NoModifier, lineCentre(pane, line));
+}
+
+void EditorFixture::clickCell(int pane, int row, int column) {
+    hands::click(grid(pane).viewport(), Qt::LeftButton, Qt::NoModifier, cellCentre(pane, row, column));
 }
 
 QStringList EditorFixture::lines(int pane) {

@@ -1,6 +1,7 @@
 #include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -40,17 +41,17 @@ void setClipboard(const QString &text) {
 } // namespace
 
 /// Copying and pasting blocks of cells through the real window and the system clipboard.
-class ClipboardTest : public QObject {
+class ClipboardTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() {
-        m_files = std::make_unique<EditFiles>();
+        WindowTest::init();
         QGuiApplication::clipboard()->clear();
     }
 
     void aBlockIsCopiedWithTabsAndCarriageReturns() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         selectBlock(fixture, 0, {2, 1, 3, 3});
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(clipboardText(), u"2\tb\t1.5\r3\tc\t2.5"_s);
@@ -59,7 +60,7 @@ private Q_SLOTS:
     }
 
     void aBlockSelectedBackwardsIsCopiedFromItsTopLeft() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         selectBlock(fixture, 0, {3, 2, 2, 1});
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(clipboardText(), u"2\tb\r3\tc"_s);
@@ -85,7 +86,7 @@ private Q_SLOTS:
         QFETCH(const int, key);
         QFETCH(const int, modifiers);
         QFETCH(const bool, copies);
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         fixture.clickCell(0, 3, 2);
         setClipboard(u"before"_s);
         press(fixture, static_cast<Qt::Key>(key), Qt::KeyboardModifiers::fromInt(modifiers));
@@ -112,7 +113,7 @@ private Q_SLOTS:
         QFETCH(const int, key);
         QFETCH(const int, modifiers);
         QFETCH(const bool, pastes);
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         fixture.clickCell(0, 3, 2);
         setClipboard(u"pasted"_s);
         press(fixture, static_cast<Qt::Key>(key), Qt::KeyboardModifiers::fromInt(modifiers));
@@ -122,7 +123,7 @@ private Q_SLOTS:
     }
 
     void withTheCornerCurrentTheKeysAreIgnored() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         fixture.clickCell(0, 1, 1);
         fixture.grid(0).setSelection({0, 0, 2, 2});
         setClipboard(u"before"_s);
@@ -145,7 +146,7 @@ private Q_SLOTS:
 
     void everyKindOfRowEndPastesTheSame() {
         QFETCH(const QString, text);
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {blank(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {blank(3)}));
         edit(fixture, 0, 3, 1, u"stays"_s);
         selectBlock(fixture, 0, {1, 1, 3, 2});
         setClipboard(text);
@@ -157,7 +158,7 @@ private Q_SLOTS:
     }
 
     void aLargerBlockIsCutToTheSelection() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {blank(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {blank(3)}));
         selectBlock(fixture, 0, {1, 1, 2, 2});
         setClipboard(u"1\t2\t3\r4\t5\t6\r7\t8\t9"_s);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
@@ -167,7 +168,7 @@ private Q_SLOTS:
     }
 
     void aSingleCellTakesOnlyTheFirstValue() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {blank(2)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {blank(2)}));
         fixture.clickCell(0, 1, 2);
         setClipboard(u"1\t2\r3\t4"_s);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
@@ -176,7 +177,7 @@ private Q_SLOTS:
     }
 
     void aSingleValueOverASelectionOfEverythingChangesTheFirstCellOnly() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         fixture.clickCell(0, 3, 2);
         press(fixture, Qt::Key_A, Qt::ControlModifier);
         setClipboard(u"9"_s);
@@ -188,7 +189,7 @@ private Q_SLOTS:
     }
 
     void aColumnSelectedByItsHeaderIsCopiedAndFilledWithoutTheHeader() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         fixture.clickCell(0, 1, 1);
         hands::click(fixture.grid(0).horizontalHeader()->viewport(), Qt::LeftButton, Qt::NoModifier,
                      headerCentre(fixture, 0, 2));
@@ -202,7 +203,7 @@ private Q_SLOTS:
     }
 
     void pastedTextsAreStoredAlsoInRowsOfOtherRecords() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         fixture.grid(0).setRowData(2, 3);
         fixture.grid(0).setRowData(3, 2);
         selectBlock(fixture, 0, {2, 2, 3, 2});
@@ -213,7 +214,7 @@ private Q_SLOTS:
     }
 
     void cellsWithoutAValueKeepTheirsAndEmptyValuesEmptyTheirs() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         selectBlock(fixture, 0, {1, 1, 4, 3});
         setClipboard(u"9\r\t\r8\tx"_s);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
@@ -227,7 +228,7 @@ private Q_SLOTS:
     }
 
     void lettersInANumberFieldShowAndStoreNothing() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         fixture.clickCell(0, 2, 1);
         setClipboard(u"abc"_s);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
@@ -237,7 +238,7 @@ private Q_SLOTS:
     }
 
     void anEmptyClipboardPastesNothing() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         fixture.clickCell(0, 2, 2);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.grid(0).TextMatrix(2, 2), u"b"_s);
@@ -248,7 +249,7 @@ private Q_SLOTS:
     void tabsAndLineEndsInsideCellsAreCopiedExactly() {
         const QStringList hard{u"tab\there"_s, u"line\nend"_s, u"cr\rlf\r\n"_s};
         const TableOfTexts table{u"Hard"_s, {{u"A"_s, FieldType::Text, hard}, {u"B"_s, FieldType::Text, {{}, {}, {}}}}};
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
         selectBlock(fixture, 0, {1, 1, 3, 1});
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         selectBlock(fixture, 0, {1, 2, 3, 2});
@@ -261,7 +262,7 @@ private Q_SLOTS:
     }
 
     void brokenBytesOfTheExactFormatLeaveThePlainText() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {blank(1)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {blank(1)}));
         auto *contents = new QMimeData;
         contents->setText(u"plain"_s);
         contents->setData(u"application/x-qir-cells"_s, "QIRCELL1\xff\xff\xff\xff");
@@ -273,7 +274,7 @@ private Q_SLOTS:
     }
 
     void aCopiedBlockIsAlsoThereAsHtml() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         selectBlock(fixture, 0, {1, 1, 2, 2});
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         const QMimeData *contents = QGuiApplication::clipboard()->mimeData();
@@ -285,7 +286,7 @@ private Q_SLOTS:
     void aPasteStoresAlsoTheTextsThatASmallerFieldHadCut() {
         TableOfTexts table = mixed();
         table.fields[1].size = 4;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
         edit(fixture, 0, 1, 2, u"longer"_s);
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"long"_s);
         fixture.clickCell(0, 1, 2);
@@ -300,7 +301,7 @@ private Q_SLOTS:
     }
 
     void rewritingUnchangedCellsLeavesTheChangedFlagAlone() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         selectBlock(fixture, 0, {1, 1, 4, 3});
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
@@ -309,7 +310,7 @@ private Q_SLOTS:
     }
 
     void aPasteEndsAnEditInThePane() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         beginEdit(fixture, 0, 2, 2);
         fixture.grid(0).setFocus();
         setClipboard(u"new"_s);
@@ -320,16 +321,16 @@ private Q_SLOTS:
     }
 
     void copyAndPasteInTheEditorAreTheTextBoxesOwn() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         beginEdit(fixture, 0, 2, 2);
         setClipboard(u"x\ty"_s);
-        hands::key(&editorOf(fixture, 0), Qt::Key_V, Qt::ControlModifier);
+        hands::key(&fixture.cellEditor(0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"bx\ty"_s);
         QIR_VERIFY_OK(fixture);
     }
 
     void withNoTableShownNothingIsCopiedOrPasted() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {blank(0)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {blank(0)}));
         QVERIFY(!fixture.grid(0).Visible());
         setClipboard(u"before"_s);
         fixture.choose(Command::CopyMenu);
@@ -341,7 +342,7 @@ private Q_SLOTS:
     }
 
     void theEmptyColumnOfATableWithoutFieldsTakesNoText() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {{u"Bare"_s, {}}}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {{u"Bare"_s, {}}}));
         fixture.choose(Command::AddRecordMenu);
         fixture.clickCell(0, 1, 1);
         setClipboard(u"nowhere"_s);
@@ -354,7 +355,7 @@ private Q_SLOTS:
         EditorFixture fixture;
         QVERIFY(!fixture.action(Command::CopyMenu).isEnabled());
         QVERIFY(!fixture.action(Command::PasteMenu).isEnabled());
-        fixture.openBoth(m_files->make(u"A.DDB"_s, {mixed()}), m_files->make(u"B.DDB"_s, {mixed()}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {mixed()}), makeFile(u"B.DDB"_s, {mixed()}));
         fixture.clickCell(1, 2, 2);
         fixture.choose(Command::CopyMenu);
         QCOMPARE(clipboardText(), u"b"_s);
@@ -367,14 +368,14 @@ private Q_SLOTS:
 
     void theCopyAndPastePopupHoldsBothItems() {
         EditorFixture fixture;
-        QCOMPARE(fixture.editor().controls.menu(Menu::popmenuCP).actions(),
+        QCOMPARE(fixture.menu(Menu::popmenuCP).actions(),
                  QList<QAction *>({&fixture.action(Command::CopyMenu), &fixture.action(Command::PasteMenu)}));
         QIR_VERIFY_OK(fixture);
     }
 
     void aPasteIsComparedWithTheOtherPane() {
         EditorFixture fixture;
-        fixture.openBoth(m_files->make(u"A.DDB"_s, {mixed()}), m_files->make(u"B.DDB"_s, {mixed()}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {mixed()}), makeFile(u"B.DDB"_s, {mixed()}));
         QCOMPARE(fixture.lines(0), QStringList({u"Mixed"_s}));
         selectBlock(fixture, 0, {1, 2, 2, 2});
         setClipboard(u"z\rb"_s);
@@ -388,7 +389,7 @@ private Q_SLOTS:
 
     void aPasteCutShortByAnErrorIsUndoneAndSilent() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {mixed()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {mixed()}));
         selectBlock(fixture, 0, {1, 1, 4, 3});
         setClipboard(u"9\tz\t9.5\r8\ty\t8.5\r7\tx\t7.5"_s);
         fake->failOn(u"QIRTableRecordSetByIndex"_s, u"The disk is on fire."_s, 8);
@@ -405,7 +406,7 @@ private Q_SLOTS:
 
     void theWindowClosedDuringAPasteEndsTheProgramWithNothingWritten() {
         const UseFake fake;
-        const QString path = m_files->make(u"A.DDB"_s, {mixed()});
+        const QString path = makeFile(u"A.DDB"_s, {mixed()});
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray before = file.readAll();
@@ -413,9 +414,7 @@ private Q_SLOTS:
             EditorFixture fixture(path);
             fixture.clickCell(0, 1, 2);
             setClipboard(u"pasted"_s);
-            fixture.dialogs().expectMessage(
-                u"Database '%1' has changed.\r\nDo you want to save the changes?"_s.arg(path),
-                QCoreApplication::applicationName(), u"No"_s);
+            fixture.dialogs().expectMessage(saveQuestion(path), u"QIR Database Editor"_s, u"No"_s);
             // The close comes while the comparison behind the writing yields.
             fake->setHook([&](const FakeCall &call) {
                 if (call.member == "EndChanges"_L1)
@@ -433,8 +432,6 @@ private:
         const int pane = std::max(fixture.activePane(), 0);
         hands::key(&fixture.grid(pane), key, modifiers);
     }
-
-    std::unique_ptr<EditFiles> m_files;
 };
 
 QTEST_MAIN(ClipboardTest)

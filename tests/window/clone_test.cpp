@@ -1,6 +1,6 @@
-#include "tests/window/EditorFixture.h"
+#include "tests/window/EditSupport.h"
 #include "tests/window/PopupTools.h"
-#include "tests/window/TestTables.h"
+#include "tests/window/WindowTest.h"
 
 #include "tests/tools/fake/FakeControl.h"
 
@@ -30,7 +30,7 @@ QString callText(const FakeCall &call) {
 } // namespace
 
 /// Cloning tables, sizes and areas between the panes.
-class CloneTest : public QObject {
+class CloneTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -44,8 +44,8 @@ private Q_SLOTS:
                           {u"t"_s, FieldType::Date, {u"20240229.235959"_s, u"0"_s}},
                           {u"x"_s, FieldType::Text, {u"tab\there"_s, u" blanks "_s}, 12}}};
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {all, numbers(u"Z"_s, {u"1"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {all, numbers(u"Z"_s, {u"1"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})}));
         fixture.clickLine(0, 0);
         clone(fixture, 0, 0);
         QCOMPARE(fixture.lines(0), QStringList({u"All"_s, u"Z"_s}));
@@ -56,7 +56,7 @@ private Q_SLOTS:
         QCOMPARE(recordsOf(fixture, 1), recordsOf(fixture, 0));
         QCOMPARE(fixture.texts(1), fixture.texts(0));
         QCOMPARE(fixture.texts(1).size(), 2);
-        QCOMPARE(redCells(fixture, 0), QStringList());
+        QCOMPARE(redCells(fixture, 0), Cells());
         QVERIFY(fixture.database(1).DtbHasChanged());
         QVERIFY(!fixture.database(0).DtbHasChanged());
         QCOMPARE(fixture.activePane(), 0);
@@ -66,7 +66,7 @@ private Q_SLOTS:
     void aTableWithoutRecordsIsClonedWithItsFieldsInOrder() {
         TableOfTexts empty{u"Empty"_s, {{u"b"_s, FieldType::Text, {}, 3}, {u"a"_s, FieldType::Long, {}}}};
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {empty}), files.make(u"R.DDB"_s, {}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {empty}), makeFile(u"R.DDB"_s, {}));
         fixture.clickLine(0, 0);
         clone(fixture, 0, 0);
         QCOMPARE(fieldsOf(fixture, 1), QStringList({u"b text 3"_s, u"a long 0"_s}));
@@ -78,8 +78,8 @@ private Q_SLOTS:
 
     void aTableIsClonedIntoThePaneWhosePlaceholderWasPressed() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s}), pumps(u"B"_s)}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s}), pumps(u"B"_s)}));
         clone(fixture, 0, 1);
         QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
         QCOMPARE(fixture.texts(0), fixture.texts(1));
@@ -92,8 +92,8 @@ private Q_SLOTS:
 
     void aPlaceholdersOwnTableIsClonedAlsoWhereTheOtherListStandsOnAnotherLine() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
         fixture.clickLine(0, 1);
         fixture.dialogs().expectInput(u"New table name"_s, u"?"_s, u"Tablex"_s, u"C"_s);
         fixture.choose(Command::AddTableMenu);
@@ -114,11 +114,11 @@ private Q_SLOTS:
     void theCallsOfACloneAreInOrder() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {}));
         fixture.clickLine(0, 0);
         pressRight(fixture, 0, 0);
         fake->clearLog();
-        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
 
         QStringList calls;
         for (const FakeCall &call : fake->log()) {
@@ -145,12 +145,12 @@ private Q_SLOTS:
     void anErrorOnTheWayTakesTheTableAwayAgain() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})}));
         fixture.clickLine(0, 0);
         pressRight(fixture, 0, 0);
         fake->failOn(u"AddRecord"_s, u"no room"_s, 3);
         fixture.dialogs().expectMessage(u"no room"_s, u"QIR Database Editor"_s, u"OK"_s);
-        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
         fake->stopFailing();
         QCOMPARE(tableNames(fixture, 1), QStringList(u"Z"_s));
         QCOMPARE(fixture.lines(1), QStringList({u"Pumps ?"_s, u"Z"_s}));
@@ -161,7 +161,7 @@ private Q_SLOTS:
 
     void aTableThatIsNamedLikeAMarkerIsCloned() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u" ?"_s, {u"5"_s})}), files.make(u"R.DDB"_s, {}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u" ?"_s, {u"5"_s})}), makeFile(u"R.DDB"_s, {}));
         clone(fixture, 0, 0);
         QCOMPARE(tableNames(fixture, 1), QStringList(u" ?"_s));
         QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"5"_s}}));
@@ -171,7 +171,7 @@ private Q_SLOTS:
     void whenTheRefillAfterAFailedCloneFailsTooTheFirstErrorIsTold() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})}));
         fixture.clickLine(0, 0);
         pressRight(fixture, 0, 0);
         int refills = 0;
@@ -182,7 +182,7 @@ private Q_SLOTS:
                 throw std::runtime_error("the second");
         });
         fixture.dialogs().expectMessage(u"the first"_s, u"QIR Database Editor"_s, u"OK"_s);
-        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
         fake->setHook({});
         QVERIFY(refills > 0);
         QCOMPARE(fixture.dialogs().problems(), QString());
@@ -190,12 +190,12 @@ private Q_SLOTS:
 
     void aClosedWindowEndsACloneAndLeavesNothingOfIt() {
         const UseFake fake;
-        const QString right = files.make(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})});
+        const QString right = makeFile(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})});
         QStringList values;
         for (int i = 0; i < 50; ++i)
             values.append(QString::number(i));
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, values)}), right);
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, values)}), right);
         fixture.clickLine(0, 0);
         pressRight(fixture, 0, 0);
         int records = 0;
@@ -212,7 +212,7 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"Database '"_s + fixture.fileName(1) +
                                             u"' has changed.\r\nDo you want to save the changes?"_s,
                                         u"QIR Database Editor"_s, u"No"_s);
-        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
         fake->setHook({});
         QVERIFY(records >= 10);
         QVERIFY2(records < 50, "the clone went on to its end");
@@ -222,20 +222,20 @@ private Q_SLOTS:
 
     void makingATableAsLongCopiesTheMissingRecords() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {shortPumps()}));
         fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"Yes"_s);
         cloneSize(fixture, 0);
         QCOMPARE(recordsOf(fixture, 1),
                  QList<QStringList>({{u"5"_s, u"Other"_s}, {u"900"_s, u"Spare"_s}, {u"60"_s, u"Test"_s}}));
         QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
-        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s, u"1,2"_s}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}, {1, 2}}));
         QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
     void withNoTheAddedRecordsStayEmpty() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {shortPumps()}));
         fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"No"_s);
         cloneSize(fixture, 0);
         QCOMPARE(recordsOf(fixture, 1),
@@ -255,7 +255,7 @@ private Q_SLOTS:
         TableOfTexts target = textToNumber ? longs : texts;
         target.fields[0].texts = {u"1"_s};
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {textToNumber ? texts : longs}), files.make(u"R.DDB"_s, {target}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {textToNumber ? texts : longs}), makeFile(u"R.DDB"_s, {target}));
         fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"Yes"_s);
         cloneSize(fixture, 0);
         QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"1"_s}, {textToNumber ? u"12"_s : u"-3"_s}}));
@@ -267,20 +267,20 @@ private Q_SLOTS:
         empty.fields[0].texts.clear();
         empty.fields[1].texts.clear();
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {empty}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {empty}));
         QVERIFY(!fixture.grid(1).Visible());
         fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"Yes"_s);
         cloneSize(fixture, 0);
         QVERIFY(fixture.grid(1).Visible());
         QCOMPARE(fixture.texts(1), fixture.texts(0));
-        QCOMPARE(redCells(fixture, 0), QStringList());
+        QCOMPARE(redCells(fixture, 0), Cells());
         QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
         QIR_VERIFY_OK(fixture);
     }
 
     void cancelAddsNothing() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {shortPumps()}));
         QSignalSpy reload(fixture.grid(1).model(), &QAbstractItemModel::modelReset);
         fixture.dialogs().expect([](QDialog &dialog) {
             auto &box = dynamic_cast<QMessageBox &>(dialog);
@@ -304,8 +304,8 @@ private Q_SLOTS:
     void aTargetThatIsLongEnoughIsOnlyLoadedAgain() {
         QFETCH(QStringList, values);
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, values)}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, values)}));
         QSignalSpy reload(fixture.grid(1).model(), &QAbstractItemModel::modelReset);
         fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"Yes"_s);
         cloneSize(fixture, 0);
@@ -318,8 +318,8 @@ private Q_SLOTS:
     void theCallsOfAnAppendedRecordAreInOrder() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
         fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"Yes"_s);
         fake->clearLog();
         cloneSize(fixture, 0);
@@ -344,7 +344,7 @@ private Q_SLOTS:
     void anErrorOnTheWayTakesTheAddedRecordsAwayAgain() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {shortPumps()}));
         fake->failOn(u"AddRecord"_s, u"no room"_s, 2);
         fixture.dialogs().expectMessage(sizeQuestion, u"?"_s, u"Yes"_s);
         fixture.dialogs().expectMessage(u"no room"_s, u"QIR Database Editor"_s, u"OK"_s);
@@ -359,7 +359,7 @@ private Q_SLOTS:
     void whenTheReloadAfterFailedAppendingFailsTooTheFirstErrorIsTold() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {shortPumps()}));
         fake->failOn(u"AddRecord"_s, u"no room"_s, 2);
         int reloads = 0;
         fake->setHook([&reloads](const FakeCall &call) {
@@ -378,15 +378,15 @@ private Q_SLOTS:
 
     void aBlockOfOneCellIsCopiedAndMarkedAnew() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"7"_s, u"8"_s})}));
-        QCOMPARE(redCells(fixture, 0), QStringList({u"1,1"_s, u"2,1"_s}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"7"_s, u"8"_s})}));
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}, {2, 1}}));
         fixture.grid(0).setSelection({2, 1, 2, 1});
         cloneArea(fixture, 0);
         QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"7"_s}, {u"2"_s}}));
         QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
-        QCOMPARE(redCells(fixture, 0), QStringList(u"1,1"_s));
-        QCOMPARE(redCells(fixture, 1), QStringList(u"1,1"_s));
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
         QCOMPARE(fixture.lines(0), QStringList(u"A !"_s));
         QIR_VERIFY_OK(fixture);
     }
@@ -409,8 +409,8 @@ private Q_SLOTS:
         other.fields[0].texts = {u"1"_s, u"2"_s, u"3"_s};
         other.fields[1].texts = {u"a"_s, u"b"_s, u"c"_s};
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {other}));
-        const QStringList marks = redCells(fixture, 1);
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {other}));
+        const Cells marks = redCells(fixture, 1);
         QCOMPARE(marks.size(), 6);
         fixture.grid(0).setSelection({row, column, rowEnd, columnEnd});
         cloneArea(fixture, 0);
@@ -430,8 +430,8 @@ private Q_SLOTS:
         other.fields[1].texts = {u"a"_s, u"b"_s, u"c"_s};
         for (const GridSelection &block : {GridSelection{1, 1, 1, 2}, GridSelection{1, 1, 2, 1}}) {
             EditorFixture fixture;
-            fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {other}));
-            const QStringList marks = redCells(fixture, 1);
+            fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {other}));
+            const Cells marks = redCells(fixture, 1);
             fixture.grid(0).setSelection(block);
             cloneArea(fixture, 0);
             QCOMPARE(fixture.grid(1).TextMatrix(block.rowEnd, block.columnEnd),
@@ -446,7 +446,7 @@ private Q_SLOTS:
     void textsAreConvertedToTheTargetsTypes() {
         TableOfTexts texts{u"A"_s, {{u"Value"_s, FieldType::Text, {u"12abc"_s}, 20}}};
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {texts}), files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"7"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {texts}), makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"7"_s})}));
         cloneArea(fixture, 0);
         QCOMPARE(recordsOf(fixture, 1), QList<QStringList>({{u"12"_s}}));
         QCOMPARE(fixture.texts(1), QList<QStringList>({{u"12abc"_s}}));
@@ -455,7 +455,7 @@ private Q_SLOTS:
 
     void aBlockBeyondTheTargetIsRefusedAndNothingOfItStays() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {shortPumps()}));
         fixture.grid(0).setSelection({1, 1, 3, 2});
         QString error;
         fixture.dialogs().expect([&error](QDialog &dialog) {
@@ -472,21 +472,20 @@ private Q_SLOTS:
 
     void aBlockEndsAnOpenEdit() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
-        fixture.editedCell().row = 1;
-        fixture.editedCell().column = 1;
-        fixture.editor().txtEdit(1).show();
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {shortPumps()}));
+        beginEdit(fixture, 1, 1, 1);
+        QVERIFY(fixture.cellEditor(1).isVisible());
         cloneArea(fixture, 0);
-        QVERIFY(!fixture.editor().txtEdit(1).isVisible());
+        QVERIFY(!fixture.cellEditor(1).isVisible());
         QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 
     void whatWasClonedReachesTheFile() {
-        const QString right = files.make(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})});
+        const QString right = makeFile(u"R.DDB"_s, {numbers(u"Z"_s, {u"1"_s})});
         {
             EditorFixture fixture;
-            fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), right);
+            fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), right);
             fixture.clickLine(0, 0);
             clone(fixture, 0, 0);
             fixture.database(1).SaveDtb();
@@ -499,17 +498,10 @@ private Q_SLOTS:
     }
 
 private:
-    static TableOfTexts shortPumps() {
-        TableOfTexts table = pumps();
-        table.fields[0].texts = {u"5"_s};
-        table.fields[1].texts = {u"Other"_s};
-        return table;
-    }
-
     /// Clones by the pop-up of a line of the active pane.
     static void clone(EditorFixture &fixture, int pane, int line) {
         pressRight(fixture, pane, line);
-        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
+        chooseFromPopup(fixture.menu(Menu::popmenuCopyToOther), fixture.action(Command::ClonePOP));
     }
 
     /// The grid's pop-ups set the direction before they open.
@@ -532,8 +524,6 @@ private:
                 return other.instance == call.instance ? u"target"_s : u"source"_s;
         return {};
     }
-
-    TestFiles files;
 };
 
 QTEST_MAIN(CloneTest)

@@ -1,5 +1,5 @@
 #include "tests/support/Hands.h"
-#include "tests/window/ShellTest.h"
+#include "tests/window/WindowTest.h"
 
 #include <QMenu>
 #include <QSessionManager>
@@ -23,7 +23,7 @@ QStringList closingCalls() {
 } // namespace
 
 /// Close, Exit and the window's closing, through the real window.
-class CloseTest : public ShellTest {
+class CloseTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -148,18 +148,18 @@ private Q_SLOTS:
         const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s}), numbers(u"U"_s, {u"1"_s})});
         EditorFixture fixture(file);
         fixture.choose(Command::CloseDatabaseMenu);
-        QVERIFY(!fixture.editor().DtbAperto(0));
+        QVERIFY(!fixture.isOpen(0));
         QCOMPARE(fixture.fileName(0), file);
         QCOMPARE(fixture.loadedLine(0), -1);
         QCOMPARE(fixture.list(0).ListCount(), 0);
         QVERIFY(!fixture.list(0).Visible());
         QVERIFY(!fixture.grid(0).Visible());
-        QVERIFY(fixture.editor().nomelab(0).isHidden());
+        QVERIFY(fixture.label(0).isHidden());
         QVERIFY(fixture.editor().pane(0).controls().hint->isVisible());
         for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu,
                                       Command::ChangePassword, Command::ColumnSizeAdjust})
             QVERIFY2(!fixture.action(command).isEnabled(), commandName(command));
-        QVERIFY(!fixture.editor().controls.menu(Menu::TablesMenu).isEnabled());
+        QVERIFY(!fixture.menu(Menu::TablesMenu).isEnabled());
         QVERIFY(fixture.action(Command::OpenDatabase).isEnabled());
         QIR_VERIFY_OK(fixture);
 
@@ -179,7 +179,7 @@ private Q_SLOTS:
         fixture.choose(Command::CloseDatabaseMenu);
         QCOMPARE(fixture.lines(0), QStringList({u"Both"_s, u"Left"_s}));
         QCOMPARE(fixture.grid(0).CellBackColor(1, 1), CellColour::White);
-        QVERIFY(fixture.editor().DtbAperto(0));
+        QVERIFY(fixture.isOpen(0));
         QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
@@ -254,9 +254,9 @@ private Q_SLOTS:
             QVERIFY(!fixture.window().close());
         QVERIFY(fixture.window().isVisible());
         QVERIFY(!MessageLoop::instance()->programEnded());
-        QVERIFY(fixture.editor().DtbAperto(failing));
-        QCOMPARE(fixture.editor().DtbAperto(0), failing == 0);
-        QVERIFY(fixture.editor().DtbAperto(1));
+        QVERIFY(fixture.isOpen(failing));
+        QCOMPARE(fixture.isOpen(0), failing == 0);
+        QVERIFY(fixture.isOpen(1));
         QVERIFY(fixture.database(failing).DtbHasChanged());
         QCOMPARE(fixture.list(0).Visible(), failing == 0);
         QIR_VERIFY_OK(fixture);

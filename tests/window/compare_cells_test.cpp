@@ -1,6 +1,7 @@
 #include "platform/controls/Twips.h"
 #include "tests/support/Hands.h"
-#include "tests/window/CompareSupport.h"
+#include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <QFile>
 #include <QGroupBox>
@@ -16,19 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 TableOfTexts numbered(int records, int fields = 2) {
-    TableOfTexts table{u"Pumps"_s, {}};
-    for (int f = 1; f <= fields; ++f) {
-        QStringList texts;
-        for (int r = 1; r <= records; ++r)
-            texts.append(QString::number(r * 10 + f));
-        table.fields.push_back({u"F%1"_s.arg(f), FieldType::Long, texts});
-    }
-    return table;
-}
-
-QByteArray contents(const QString &path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+    return counted(u"Pumps"_s, records, fields);
 }
 
 void forgetChanges(EditorFixture &fixture) {
@@ -48,14 +37,13 @@ QColor drawnColour(EditorFixture &fixture, int pane, int row, int column) {
 } // namespace
 
 /// The cells of the table shown on both sides: which of them are red, and what a run leaves as it was.
-class CompareCellsTest : public QObject {
+class CompareCellsTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void recordsOfOneSideAreRedThere() {
-        const CompareFiles files({numbered(5)}, {numbered(3)});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(5)}, {numbered(3)});
         QCOMPARE(redCells(fixture, 0), (Cells{{4, 1}, {4, 2}, {5, 1}, {5, 2}}));
         QCOMPARE(redCells(fixture, 1), Cells{});
         QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"Pumps !"_s, u"Pumps !"_s}));
@@ -63,18 +51,16 @@ private Q_SLOTS:
     }
 
     void aFieldOfOneSideIsRedThere() {
-        const CompareFiles files({numbered(2, 2)}, {numbered(2, 3)});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(2, 2)}, {numbered(2, 3)});
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 3}, {2, 3}}));
         QIR_VERIFY_OK(fixture);
     }
 
     void aTableOfOneSideIsAllWhite() {
-        const CompareFiles files({numbered(2), listOf(u"Valves"_s, {u"x"_s})}, {listOf(u"Valves"_s, {u"y"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(2), listOf(u"Valves"_s, {u"x"_s})}, {listOf(u"Valves"_s, {u"y"_s})});
         fixture.clickLine(0, 1);
         QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
         fixture.clickLine(1, 0);
@@ -88,9 +74,8 @@ private Q_SLOTS:
     void redAndWhiteAreDrawnExactly() {
         TableOfTexts other = numbered(3);
         other.fields[1].texts[1] = u"99"_s;
-        const CompareFiles files({numbered(3)}, {other});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(3)}, {other});
         for (const int pane : {0, 1}) {
             QCOMPARE(drawnColour(fixture, pane, 2, 2), QColor(255, 0, 0));
             QCOMPARE(drawnColour(fixture, pane, 2, 1), QColor(255, 255, 255));
@@ -100,9 +85,8 @@ private Q_SLOTS:
     }
 
     void closingTheOtherSideWhitensTheGridThatStays() {
-        const CompareFiles files({numbered(5)}, {numbered(3)});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(5)}, {numbered(3)});
         fixture.activate(1);
         fixture.choose(Command::CloseDatabaseMenu);
         QCOMPARE(redCells(fixture, 0), Cells{});
@@ -111,39 +95,35 @@ private Q_SLOTS:
     }
 
     void aFailedOpenOverTheOtherSideWhitensTheGridThatStays() {
-        const CompareFiles files({numbered(5)}, {numbered(3)});
+        EditorFixture fixture;
+        openBoth(fixture, {numbered(5)}, {numbered(3)});
         const QTemporaryDir folder;
         QFile damaged(folder.filePath(u"NONE.DDB"_s));
         QVERIFY(damaged.open(QIODevice::WriteOnly) && damaged.write("no database") > 0);
         damaged.close();
-        EditorFixture fixture;
-        files.open(fixture);
         QVERIFY(!redCells(fixture, 0).empty());
         fixture.activate(1);
-        fixture.dialogs().expectFile(u"File DDB,WDB,UDB,SDB,IDB"_s, damaged.fileName());
+        fixture.dialogs().expectFile(fileDialogTitle, damaged.fileName());
         fixture.dialogs().expectMessage(u"Can't load '%1'"_s.arg(damaged.fileName().toUpper()), u"!!"_s, u"OK"_s);
         fixture.choose(Command::OpenDatabase);
-        QVERIFY(!fixture.editor().DtbAperto(1));
+        QVERIFY(!fixture.isOpen(1));
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
         QIR_VERIFY_OK(fixture);
     }
 
     void openingADatabaseWithoutTablesWhitensTheGridThatStays() {
-        const CompareFiles files({numbered(5)}, {numbered(3)});
-        const EditFiles more;
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(5)}, {numbered(3)});
         fixture.activate(1);
-        fixture.open(more.make(u"EMPTY.DDB"_s, {}));
+        fixture.open(makeFile(u"EMPTY.DDB"_s, {}));
         QCOMPARE(redCells(fixture, 0), Cells{});
         QIR_VERIFY_OK(fixture);
     }
 
     void onePaneModeWhitensTheGridThatStays() {
-        const CompareFiles files({numbered(5)}, {numbered(3)});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(5)}, {numbered(3)});
         fixture.choose(Command::OneMenu);
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
@@ -151,13 +131,11 @@ private Q_SLOTS:
     }
 
     void aSortIsStoredAndComparedWithTheOtherSide() {
-        const CompareFiles files({listOf(u"a"_s, {u"c"_s, u"a"_s, u"b"_s})},
-                                 {listOf(u"a"_s, {u"a"_s, u"b"_s, u"c"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"a"_s, {u"c"_s, u"a"_s, u"b"_s})}, {listOf(u"a"_s, {u"a"_s, u"b"_s, u"c"_s})});
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}, {2, 1}, {3, 1}}));
         rightPressHeader(fixture, 0, 1);
-        QMenu &menu = fixture.editor().controls.menu(Menu::popmenuGridFields);
+        QMenu &menu = fixture.menu(Menu::popmenuGridFields);
         QVERIFY(menu.isVisible());
         hands::click(&menu, Qt::LeftButton, Qt::NoModifier,
                      menu.actionGeometry(&fixture.action(Command::SortFPOP)).center());
@@ -172,10 +150,8 @@ private Q_SLOTS:
     }
 
     void aPasteIsStoredAndComparedWithTheOtherSide() {
-        const CompareFiles files({listOf(u"a"_s, {u"a"_s, u"b"_s, u"c"_s})},
-                                 {listOf(u"a"_s, {u"x"_s, u"y"_s, u"c"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"a"_s, {u"a"_s, u"b"_s, u"c"_s})}, {listOf(u"a"_s, {u"x"_s, u"y"_s, u"c"_s})});
         QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}, {2, 1}}));
         selectBlock(fixture, 0, {1, 1, 2, 1});
         hands::key(&fixture.grid(0), Qt::Key_C, Qt::ControlModifier);
@@ -192,9 +168,8 @@ private Q_SLOTS:
     void anAddedRecordIsRedAndTheOthersStayAsTheyWere() {
         TableOfTexts other = numbered(3);
         other.fields[0].texts[0] = u"7"_s;
-        const CompareFiles files({numbered(3)}, {other});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(3)}, {other});
         fixture.choose(Command::AddRecordMenu);
         QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}, {4, 1}, {4, 2}}));
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
@@ -203,9 +178,8 @@ private Q_SLOTS:
     }
 
     void focusScrollAndSelectionStayWhereTheyWere() {
-        const CompareFiles files({numbered(200)}, {numbered(190)});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(200)}, {numbered(190)});
         for (const int pane : {0, 1}) {
             const GridSilence silence(fixture.grid(pane));
             fixture.grid(pane).setSelection({80, 2, 90, 1});
@@ -223,13 +197,11 @@ private Q_SLOTS:
     }
 
     void selectingALineComparesItOnceAndComesToRest() {
-        const CompareFiles files({numbered(2), listOf(u"Valves"_s, {u"x"_s})},
-                                 {numbered(3), listOf(u"Valves"_s, {u"y"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(2), listOf(u"Valves"_s, {u"x"_s})}, {numbered(3), listOf(u"Valves"_s, {u"y"_s})});
         int shown = 0;
-        connect(fixture.editor().controls.ProgressBarCompare, &QProgressBar::valueChanged, this,
-                [&](int value) { shown += value == fixture.editor().controls.ProgressBarCompare->maximum() ? 1 : 0; });
+        connect(&fixture.progressBar(), &QProgressBar::valueChanged, this,
+                [&](int value) { shown += value == fixture.progressBar().maximum() ? 1 : 0; });
         fixture.clickLine(1, 1);
         QCOMPARE(shown, 1);
         QCOMPARE(fixture.list(0).ListIndex(), 1);
@@ -241,9 +213,8 @@ private Q_SLOTS:
 
     void aLineThatTheOtherListHasSelectedAlreadyIsCompared() {
         const auto left = {numbered(1), listOf(u"Tanks"_s, {u"x"_s}), listOf(u"Valves"_s, {u"x"_s})};
-        const CompareFiles files(left, {numbered(2)});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, left, {numbered(2)});
         fixture.activate(1);
         fixture.dialogs().expectInput(u"New table name"_s, u"?"_s, u"Tablex"_s, u"Zones"_s);
         fixture.choose(Command::AddTableMenu); // leaves this list with fewer lines than the other one
@@ -262,9 +233,8 @@ private Q_SLOTS:
     }
 
     void linesOfDifferentNamesAreNotCompared() {
-        const CompareFiles files({listOf(u"b"_s, {u"x"_s})}, {listOf(u"b"_s, {u"y"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"b"_s, {u"x"_s})}, {listOf(u"b"_s, {u"y"_s})});
         // As after adding a table on one side, until the lists are aligned again.
         fixture.database(0).AddTable(u"a"_s);
         {
@@ -285,10 +255,9 @@ private Q_SLOTS:
     }
 
     void theProgressBarStandsBelowTheListsAcrossBothPanes() {
-        const CompareFiles files({numbered(3)}, {numbered(3)});
         EditorFixture fixture;
-        files.open(fixture);
-        QProgressBar &bar = *fixture.editor().controls.ProgressBarCompare;
+        openBoth(fixture, {numbered(3)}, {numbered(3)});
+        QProgressBar &bar = fixture.progressBar();
         QList<int> values;
         QRect place;
         bool gridsHidden = false;
@@ -301,8 +270,8 @@ private Q_SLOTS:
         });
         fixture.choose(Command::CompareAgainMenu);
         QCOMPARE(values.mid(values.indexOf(1)), QList<int>({1, 2, 3}));
-        const QRect left = fixture.editor().IDtb(0).geometry();
-        const QRect right = fixture.editor().IDtb(1).geometry();
+        const QRect left = fixture.frame(0).geometry();
+        const QRect right = fixture.frame(1).geometry();
         const QRect list = fixture.list(0).geometry();
         QCOMPARE(place.left(), left.left());
         QCOMPARE(place.top(), left.top() + list.top() + list.height() + toPixels(50));
@@ -313,14 +282,11 @@ private Q_SLOTS:
     }
 
     void inputDuringARunWaitsForItsEnd() {
-        const CompareFiles files({numbered(3), listOf(u"Valves"_s, {u"x"_s})},
-                                 {numbered(2), listOf(u"Valves"_s, {u"y"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {numbered(3), listOf(u"Valves"_s, {u"x"_s})}, {numbered(2), listOf(u"Valves"_s, {u"y"_s})});
         QStringList order;
         connect(&fixture.list(0), &ListBox::Click, this, [&] { order.append(u"click"_s); });
-        connect(fixture.editor().controls.ProgressBarCompare, &QProgressBar::valueChanged, this,
-                [&] { order.append(u"compare"_s); });
+        connect(&fixture.progressBar(), &QProgressBar::valueChanged, this, [&] { order.append(u"compare"_s); });
         fixture.list(0).setFocus();
         QMetaObject::invokeMethod(
             &fixture.window(),
@@ -340,32 +306,29 @@ private Q_SLOTS:
     }
 
     void closingTheWindowDuringARunEndsTheProgramAndKeepsTheFiles() {
-        const CompareFiles files({numbered(3)}, {numbered(2)});
-        const QByteArray left = contents(files.path(0));
-        const QByteArray right = contents(files.path(1));
         EditorFixture fixture;
-        files.open(fixture);
-        connect(fixture.editor().controls.ProgressBarCompare, &QProgressBar::valueChanged, this, [&](int value) {
+        openBoth(fixture, {numbered(3)}, {numbered(2)});
+        const QByteArray left = fileBytes(path(u"LEFT.DDB"_s));
+        const QByteArray right = fileBytes(path(u"RIGHT.DDB"_s));
+        connect(&fixture.progressBar(), &QProgressBar::valueChanged, this, [&](int value) {
             if (value == 1)
                 QMetaObject::invokeMethod(
                     &fixture.window(), [&] { fixture.window().close(); }, Qt::QueuedConnection);
         });
         fixture.choose(Command::CompareAgainMenu);
         QVERIFY(MessageLoop::instance()->programEnded());
-        QVERIFY(fixture.editor().controls.ProgressBarCompare->isHidden());
+        QVERIFY(fixture.progressBar().isHidden());
         fixture.end();
-        QCOMPARE(contents(files.path(0)), left);
-        QCOMPARE(contents(files.path(1)), right);
+        QCOMPARE(fileBytes(path(u"LEFT.DDB"_s)), left);
+        QCOMPARE(fileBytes(path(u"RIGHT.DDB"_s)), right);
         QIR_VERIFY_OK(fixture);
     }
 
     void aChangedDatabaseIsAskedAboutAndReleasedWhenTheWindowClosesDuringARun() {
-        const CompareFiles files({listOf(u"a"_s, {u"x"_s, u"y"_s})}, {listOf(u"a"_s, {u"x"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"a"_s, {u"x"_s, u"y"_s})}, {listOf(u"a"_s, {u"x"_s})});
         edit(fixture, 0, 2, 1, u"kept"_s);
-        fixture.dialogs().expectMessage(u"Database '%1' has changed.\r\nDo you want to save the changes?"_s.arg(
-                                            fixture.database(0).GetDatabaseFileName()),
+        fixture.dialogs().expectMessage(saveQuestion(fixture.database(0).GetDatabaseFileName()),
                                         u"QIR Database Editor"_s, u"Yes"_s);
         QMetaObject::invokeMethod(
             &fixture.window(), [&] { fixture.window().close(); }, Qt::QueuedConnection);
@@ -374,7 +337,7 @@ private Q_SLOTS:
         fixture.end();
         QIR_VERIFY_OK(fixture);
         const QirDatabase written = QirDatabase::create();
-        QVERIFY(written.LoadDtb(files.path(0), QString()));
+        QVERIFY(written.LoadDtb(path(u"LEFT.DDB"_s), QString()));
         written.QIRTableRecordSource(u"a"_s);
         written.setQIRTableRecordsPointerOut(2);
         QCOMPARE(written.QIRTableRecordSetByIndex(1).toString(), u"kept"_s);

@@ -1,19 +1,19 @@
-#include "tests/window/CompareSupport.h"
+#include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 using namespace qir;
 using namespace qir::test;
 using namespace Qt::StringLiterals;
 
 /// Two databases side by side: which tables stand on one line, and which of them differ.
-class CompareListsTest : public QObject {
+class CompareListsTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void aTableOfOneSideShowsOnTheOtherAsAPlaceholderWhereItSorts() {
-        const CompareFiles files({listOf(u"Valves"_s, {}), listOf(u"Alarms"_s, {})},
-                                 {listOf(u"Motors"_s, {}), listOf(u"Valves"_s, {})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"Valves"_s, {}), listOf(u"Alarms"_s, {})},
+                 {listOf(u"Motors"_s, {}), listOf(u"Valves"_s, {})});
         QCOMPARE(fixture.lines(0), QStringList({u"Alarms"_s, u"Motors ?"_s, u"Valves"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"Alarms ?"_s, u"Motors"_s, u"Valves"_s}));
         QCOMPARE(fixture.list(0).ItemData(1), 0);
@@ -24,9 +24,8 @@ private Q_SLOTS:
     }
 
     void tablesWhoseNamesDifferInCaseOnlyShareALine() {
-        const CompareFiles files({listOf(u"Pumps"_s, {u"a"_s})}, {listOf(u"PUMPS"_s, {u"b"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"Pumps"_s, {u"a"_s})}, {listOf(u"PUMPS"_s, {u"b"_s})});
         QCOMPARE(fixture.lines(0), QStringList(u"Pumps !"_s));
         QCOMPARE(fixture.lines(1), QStringList(u"PUMPS !"_s));
         QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
@@ -34,10 +33,9 @@ private Q_SLOTS:
     }
 
     void aNameThatEndsInAMarkerPairsWithTheNameWithoutIt() {
-        const CompareFiles files({listOf(u"Pumps !"_s, {u"a"_s}), listOf(u"Valves ?"_s, {u"a"_s})},
-                                 {listOf(u"Pumps"_s, {u"a"_s}), listOf(u"Valves"_s, {u"a"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"Pumps !"_s, {u"a"_s}), listOf(u"Valves ?"_s, {u"a"_s})},
+                 {listOf(u"Pumps"_s, {u"a"_s}), listOf(u"Valves"_s, {u"a"_s})});
         QCOMPARE(fixture.list(0).ListCount(), 2);
         QCOMPARE(fixture.list(1).ListCount(), 2);
         for (const int pane : {0, 1}) {
@@ -57,9 +55,8 @@ private Q_SLOTS:
             if (i % 2 == 0)
                 right.push_back(listOf(names[i].toLower(), {}));
         }
-        const CompareFiles files(left, right);
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, left, right);
         QCOMPARE(fixture.list(0).ListCount(), static_cast<int>(names.size()));
         QCOMPARE(fixture.list(1).ListCount(), static_cast<int>(names.size()));
         for (int line = 0; line < fixture.list(0).ListCount(); ++line)
@@ -69,8 +66,7 @@ private Q_SLOTS:
     }
 
     void oneDatabaseAloneIsListedPlain() {
-        const CompareFiles files({listOf(u"b"_s, {u"x"_s}), listOf(u"a"_s, {u"x"_s})}, {});
-        EditorFixture fixture(files.path(0));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"b"_s, {u"x"_s}), listOf(u"a"_s, {u"x"_s})}));
         fixture.choose(Command::TwoMenu);
         QCOMPARE(fixture.lines(0), QStringList({u"a"_s, u"b"_s}));
         QCOMPARE(fixture.lines(1), QStringList());
@@ -78,9 +74,8 @@ private Q_SLOTS:
     }
 
     void twoDatabasesWithoutTablesGiveTwoEmptyLists() {
-        const CompareFiles files({}, {});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {}, {});
         QCOMPARE(fixture.lines(0), QStringList());
         QCOMPARE(fixture.lines(1), QStringList());
         fixture.choose(Command::CompareAgainMenu);
@@ -88,48 +83,43 @@ private Q_SLOTS:
     }
 
     void tablesThatDifferOnlyInTheCaseOfAValueDiffer() {
-        const CompareFiles files({listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})},
-                                 {listOf(u"a"_s, {u"X"_s}), listOf(u"b"_s, {u"x"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})},
+                 {listOf(u"a"_s, {u"X"_s}), listOf(u"b"_s, {u"x"_s})});
         QCOMPARE(fixture.lines(0), QStringList({u"a !"_s, u"b"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"a !"_s, u"b"_s}));
         QIR_VERIFY_OK(fixture);
     }
 
     void fieldNamesAndTypesMakeNoDifference() {
-        const CompareFiles files({{u"a"_s, {{u"Speed"_s, FieldType::Long, {u"5"_s}}}}},
-                                 {{u"a"_s, {{u"Rate"_s, FieldType::Double, {u"5"_s}}}}});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {{u"a"_s, {{u"Speed"_s, FieldType::Long, {u"5"_s}}}}},
+                 {{u"a"_s, {{u"Rate"_s, FieldType::Double, {u"5"_s}}}}});
         QCOMPARE(fixture.lines(0), QStringList(u"a"_s));
         QCOMPARE(redCells(fixture, 0), Cells{});
         QIR_VERIFY_OK(fixture);
     }
 
     void aNumberDiffersFromATextThatReadsTheSame() {
-        const CompareFiles files({{u"a"_s, {{u"Speed"_s, FieldType::Long, {u"5"_s}}}}},
-                                 {{u"a"_s, {{u"Speed"_s, FieldType::Text, {u"5"_s}}}}});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {{u"a"_s, {{u"Speed"_s, FieldType::Long, {u"5"_s}}}}},
+                 {{u"a"_s, {{u"Speed"_s, FieldType::Text, {u"5"_s}}}}});
         QCOMPARE(fixture.lines(0), QStringList(u"a !"_s));
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
         QIR_VERIFY_OK(fixture);
     }
 
     void tablesOfEqualSizeWithoutRecordsAreEqual() {
-        const CompareFiles files({listOf(u"a"_s, {})}, {listOf(u"a"_s, {})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"a"_s, {})}, {listOf(u"a"_s, {})});
         QCOMPARE(fixture.lines(0), QStringList(u"a"_s));
         QVERIFY(!fixture.grid(0).Visible());
         QIR_VERIFY_OK(fixture);
     }
 
     void anEditThatMakesTheTablesEqualTakesTheMarkAwayAndBack() {
-        const CompareFiles files({listOf(u"a"_s, {u"x"_s})}, {listOf(u"a"_s, {u"y"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"a"_s, {u"x"_s})}, {listOf(u"a"_s, {u"y"_s})});
         QCOMPARE(fixture.lines(0), QStringList(u"a !"_s));
         edit(fixture, 0, 1, 1, u"y"_s);
         QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"a"_s, u"a"_s}));
@@ -143,10 +133,9 @@ private Q_SLOTS:
     }
 
     void comparingAgainFindsWhatChangedBehindTheWindow() {
-        const CompareFiles files({listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})},
-                                 {listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})},
+                 {listOf(u"a"_s, {u"x"_s}), listOf(u"b"_s, {u"x"_s})});
         const QirDatabase &right = fixture.database(1);
         right.AddTable(u"c"_s);
         fixture.editor().pane(1).makeTableCurrent(u"b"_s);
@@ -163,9 +152,8 @@ private Q_SLOTS:
         std::vector<TableOfTexts> right;
         for (int i = 10; i < 60; ++i)
             right.push_back(listOf(u"T%1"_s.arg(i), {QString::number(i)}));
-        const CompareFiles files({listOf(u"T12"_s, {u"12"_s}), listOf(u"T55"_s, {u"x"_s})}, right);
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"T12"_s, {u"12"_s}), listOf(u"T55"_s, {u"x"_s})}, right);
         fixture.clickLine(0, 45);
         const int top = fixture.list(0).TopIndex();
         QVERIFY(top > 0);
@@ -181,9 +169,8 @@ private Q_SLOTS:
     }
 
     void closingTheWindowWhileTheNamesAreSortedEndsTheProgram() {
-        const CompareFiles files({listOf(u"a"_s, {u"x"_s})}, {listOf(u"b"_s, {u"x"_s})});
         EditorFixture fixture;
-        files.open(fixture);
+        openBoth(fixture, {listOf(u"a"_s, {u"x"_s})}, {listOf(u"b"_s, {u"x"_s})});
         // Delivered in the command's first yield.
         QMetaObject::invokeMethod(
             &fixture.window(), [&] { fixture.window().close(); }, Qt::QueuedConnection);

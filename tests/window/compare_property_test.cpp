@@ -1,5 +1,7 @@
-#include "tests/compare/PlainTables.h"
-#include "tests/window/CompareSupport.h"
+#include "tests/model/Content.h"
+#include "tests/model/TableGenerators.h"
+#include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <rapidcheck.h>
 
@@ -11,25 +13,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void writeDatabase(const QString &path, const PlainDatabase &tables) {
-    const QirDatabase database = makeDatabase(tables);
-    if (!database.SetDatabaseFileName(path))
-        throw std::runtime_error("the test database cannot take its name");
-    database.setDtbHasChanged(true);
-    database.SaveDtb();
-    database.setDtbHasChanged(false);
-}
-
 /// What a file keeps of a table: one without fields has no records there.
 PlainTable asSaved(PlainTable table) {
-    if (table.textFields.empty())
+    if (table.fields.empty())
         table.records.clear();
     return table;
-}
-
-const PlainTable *find(const PlainDatabase &tables, const std::string &name) {
-    const auto found = std::ranges::find(tables, name, &PlainTable::name);
-    return found == tables.end() ? nullptr : &*found;
 }
 
 /// The mark behind a table's line on one side.
@@ -44,25 +32,23 @@ Cells within(const Cells &cells, const PlainTable &table) {
     Cells inside;
     for (const auto &[record, field] : cells) {
         // A table without fields still shows one empty column.
-        if (record <= static_cast<int>(table.records.size()) &&
-            field <= std::max(1, static_cast<int>(table.textFields.size())))
+        if (record <= table.recordCount() && field <= std::max(1, table.fieldCount()))
             inside.emplace(record, field);
     }
     return inside;
 }
 
-void checkMarks(EditorFixture &fixture, int line, const std::string &name, const PlainTable *left,
-                const PlainTable *right, bool differ) {
-    const QString text = QString::fromStdString(name);
-    RC_ASSERT(fixture.lines(0)[line].toStdString() == (text + markOf(left, right, differ)).toStdString());
-    RC_ASSERT(fixture.lines(1)[line].toStdString() == (text + markOf(right, left, differ)).toStdString());
+void checkMarks(EditorFixture &fixture, int line, const QString &name, const PlainTable *left, const PlainTable *right,
+                bool differ) {
+    RC_ASSERT(fixture.lines(0)[line].toStdString() == (name + markOf(left, right, differ)).toStdString());
+    RC_ASSERT(fixture.lines(1)[line].toStdString() == (name + markOf(right, left, differ)).toStdString());
 }
 
-void checkLine(EditorFixture &fixture, int line, const std::string &name, const PlainTable *left,
-               const PlainTable *right, bool comparedBefore) {
-    const bool differ = left && right && naivelyDiffer(*left, *right);
+void checkLine(EditorFixture &fixture, int line, const QString &name, const PlainTable *left, const PlainTable *right,
+               bool comparedBefore) {
+    const bool differ = left && right && test::differ(*left, *right);
     const bool bothShown = left && right && !left->records.empty() && !right->records.empty();
-    const Cells cells = bothShown ? naiveDifferences(*left, *right) : Cells{};
+    const Cells cells = bothShown ? differences(*left, *right) : Cells{};
     // Once a line's cells were compared, what the two grids cannot show is not marked.
     const bool shownDiffer = !cells.empty();
     checkMarks(fixture, line, name, left, right, comparedBefore ? shownDiffer : differ);
@@ -79,18 +65,19 @@ void checkLine(EditorFixture &fixture, int line, const std::string &name, const 
 void checkAnyTwoDatabases() {
     PlainDatabase left;
     PlainDatabase right;
-    const std::vector<std::string> names{"A", "B", "C", "D"};
-    for (const std::string &name : names) {
+    const std::vector<const char *> names{"A", "B", "C", "D"};
+    for (const char *name : names) {
         const PlainTable table = *plainTables(name);
         const int where = *rc::gen::inRange(0, 6);
         if (where != 0)
-            left.push_back(asSaved(table));
+            left.tables.push_back(asSaved(table));
         if (where != 1)
-            right.insert(right.begin(), asSaved(*rc::gen::oneOf(changedTables(table), plainTables(name))));
+            right.tables.insert(right.tables.begin(),
+                                asSaved(*rc::gen::oneOf(changedTables(table), plainTables(name))));
     }
     const QTemporaryDir folder;
-    writeDatabase(folder.filePath(u"L.DDB"_s), left);
-    writeDatabase(folder.filePath(u"R.DDB"_s), right);
+    writeFile(folder.filePath(u"L.DDB"_s), left);
+    writeFile(folder.filePath(u"R.DDB"_s), right);
     EditorFixture fixture;
     fixture.openBoth(folder.filePath(u"L.DDB"_s), folder.filePath(u"R.DDB"_s));
     // Opening has selected the first line and so compared it already.
@@ -98,9 +85,10 @@ void checkAnyTwoDatabases() {
     fixture.choose(Command::CompareAgainMenu);
     const int selected = fixture.list(0).ListIndex();
     int line = 0;
-    for (const std::string &name : names) {
-        const PlainTable *leftTable = find(left, name);
-        const PlainTable *rightTable = find(right, name);
+    for (const char *const utf8 : names) {
+        const QString name = QString::fromUtf8(utf8);
+        const PlainTable *leftTable = left.find(name);
+        const PlainTable *rightTable = right.find(name);
         if (!leftTable && !rightTable)
             continue;
         checkLine(fixture, line, name, leftTable, rightTable, line == selected);
@@ -113,7 +101,7 @@ void checkAnyTwoDatabases() {
 } // namespace
 
 /// Every mark and every coloured cell in the real window, against a naive reference.
-class ComparePropertyTest : public QObject {
+class ComparePropertyTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:

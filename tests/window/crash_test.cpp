@@ -1,6 +1,6 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
-#include "tests/window/ShellTest.h"
+#include "tests/window/WindowTest.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -39,7 +39,7 @@ int typeUntilKilled(const QString &file, bool recovers) {
     fixture.choose(Command::OpenDatabase);
     fixture.clickLine(0, 0);
     beginEdit(fixture, 0, 1, 1);
-    QLineEdit &editor = editorOf(fixture, 0);
+    QLineEdit &editor = fixture.cellEditor(0);
     hands::key(&editor, Qt::Key_End);
     if (!fixture.problems().isEmpty()) {
         std::fprintf(stderr, "%s\n", qPrintable(fixture.problems()));
@@ -89,7 +89,7 @@ private:
 
 } // namespace
 
-class CrashTest : public ShellTest {
+class CrashTest : public WindowTest {
     Q_OBJECT
 
 private:

@@ -1,6 +1,7 @@
 #include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -11,16 +12,6 @@ using namespace qir::test;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-TableOfTexts pumps() {
-    return {u"Pumps"_s,
-            {{u"Speed"_s, FieldType::Long, {u"1200"_s, u"900"_s, u"60"_s}},
-             {u"Name"_s, FieldType::Text, {u"Main"_s, u"Spare"_s, u"Test"_s}, 20}}};
-}
-
-TableOfTexts valves() {
-    return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s, u"0"_s}}}};
-}
 
 /// The calls that a component got, each as "member argument argument".
 QStringList calls(const UseFake &fake, int instance = 0) {
@@ -54,19 +45,17 @@ QStringList writes(const UseFake &fake) {
 } // namespace
 
 /// What an edit asks of the component, call by call.
-class EditCallsTest : public QObject {
+class EditCallsTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_files = std::make_unique<EditFiles>(); }
-
     void eachKeystrokeChoosesTheRecordAsksForTheTypeAndWritesTheValue() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         beginEdit(fixture, 0, 3, 1);
         for (const auto &[key, value] : {std::pair{'1', u"601"_s}, std::pair{'2', u"6012"_s}}) {
             fake->clearLog();
-            hands::key(&editorOf(fixture, 0), key);
+            hands::key(&fixture.cellEditor(0), key);
             QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 3"_s, u"QIRTableFieldType 1"_s,
                                                u"QIRTableRecordSetByIndex 1 "_s + value}));
             QCOMPARE(fake->log().last().arguments[1].typeId(), static_cast<int>(QMetaType::Double));
@@ -76,10 +65,10 @@ private Q_SLOTS:
 
     void aTextFieldGetsTheTextItself() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         beginEdit(fixture, 0, 2, 2);
         fake->clearLog();
-        hands::key(&editorOf(fixture, 0), '1');
+        hands::key(&fixture.cellEditor(0), '1');
         QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 2"_s, u"QIRTableFieldType 2"_s,
                                            u"QIRTableRecordSetByIndex 2 Spare1"_s}));
         QCOMPARE(fake->log().last().arguments[1].typeId(), static_cast<int>(QMetaType::QString));
@@ -88,36 +77,36 @@ private Q_SLOTS:
 
     void theCellIsReachedByItsRowAndColumnData() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.grid(0).setRowData(2, 3);
         fixture.grid(0).setColData(2, 1);
         beginEdit(fixture, 0, 2, 2);
         fake->clearLog();
-        hands::key(&editorOf(fixture, 0), '7');
+        hands::key(&fixture.cellEditor(0), '7');
         QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 3"_s, u"QIRTableFieldType 1"_s,
                                            u"QIRTableRecordSetByIndex 1 0"_s}));
     }
 
     void openingAndClosingTheEditorAsksNothingOfTheComponent() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 2, 2);
         fake->clearLog();
         hands::key(&fixture.grid(0), Qt::Key_Return);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Left);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Return);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Left);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Return);
         QCOMPARE(calls(fake), QStringList());
         QIR_VERIFY_OK(fixture);
     }
 
     void theShownTableIsMadeCurrentBeforeAWrite() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         beginEdit(fixture, 0, 1, 1);
         // As marking tables does.
         fixture.editor().pane(0).makeTableCurrent(u"Valves"_s);
         fake->clearLog();
-        hands::key(&editorOf(fixture, 0), '5');
+        hands::key(&fixture.cellEditor(0), '5');
         QCOMPARE(calls(fake).value(0), u"QIRTableRecordSource Pumps"_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 12005.0);
         QIR_VERIFY_OK(fixture);
@@ -134,7 +123,7 @@ private Q_SLOTS:
     void theShownTableIsMadeCurrentBeforeAnythingElseIsAsked() {
         QFETCH(const int, action);
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
         fixture.clickCell(0, 1, 1);
         QGuiApplication::clipboard()->setText(u"7"_s);
         fixture.editor().pane(0).makeTableCurrent(u"Valves"_s);
@@ -148,7 +137,7 @@ private Q_SLOTS:
         else
             rightPressHeader(fixture, 0, 2);
         QCOMPARE(calls(fake).value(0), u"QIRTableRecordSource Pumps"_s);
-        fixture.editor().controls.menu(Menu::popmenuGridFields).close();
+        fixture.menu(Menu::popmenuGridFields).close();
         if (action >= 2)
             QVERIFY(fixture.action(action == 2 ? Command::ResizeTextField : Command::ResizeTextFieldPOP).isEnabled());
         QIR_VERIFY_OK(fixture);
@@ -157,10 +146,10 @@ private Q_SLOTS:
     void aKeystrokeAsksNothingOfTheOtherComponent() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(m_files->make(u"A.DDB"_s, {pumps()}), m_files->make(u"B.DDB"_s, {pumps()}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {pumps()}), makeFile(u"B.DDB"_s, {pumps()}));
         beginEdit(fixture, 0, 1, 1);
         fake->clearLog();
-        hands::key(&editorOf(fixture, 0), '5');
+        hands::key(&fixture.cellEditor(0), '5');
         QCOMPARE(calls(fake), QStringList({u"QIRTableRecordsPointerOut 1"_s, u"QIRTableFieldType 1"_s,
                                            u"QIRTableRecordSetByIndex 1 12005"_s}));
         QCOMPARE(fixture.grid(1).CellBackColor(1, 1), CellColour::Red);
@@ -173,33 +162,33 @@ private Q_SLOTS:
         for (int r = 1; r <= 2000; ++r)
             large.fields[0].texts.append(QString::number(r));
         EditorFixture fixture;
-        fixture.openBoth(m_files->make(u"A.DDB"_s, {large}), m_files->make(u"B.DDB"_s, {large}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {large}), makeFile(u"B.DDB"_s, {large}));
         beginEdit(fixture, 0, 1000, 1);
         fake->clearLog();
-        hands::key(&editorOf(fixture, 0), '5');
+        hands::key(&fixture.cellEditor(0), '5');
         QCOMPARE(fake->log().size(), 3);
         QIR_VERIFY_OK(fixture);
     }
 
     void anErrorOfTheComponentIsShownAndTheEditGoesOn() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         beginEdit(fixture, 0, 1, 1);
         fake->failOn(u"QIRTableRecordSetByIndex"_s, u"The disk is on fire."_s);
         fixture.dialogs().expectMessage(u"The disk is on fire."_s, u"QIR Database Editor"_s, u"OK"_s);
-        hands::key(&editorOf(fixture, 0), '5');
+        hands::key(&fixture.cellEditor(0), '5');
         fake->stopFailing();
         QCOMPARE(fixture.dialogs().answered(), 1);
         QVERIFY(editing(fixture, 0));
         QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"12005"_s);
-        hands::key(&editorOf(fixture, 0), '6');
+        hands::key(&fixture.cellEditor(0), '6');
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 120056.0);
         QIR_VERIFY_OK(fixture);
     }
 
     void aFieldTypeThatCannotBeReadIsToldOnceAndNotAtEveryKey() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 1);
         fake->failOn(u"QIRTableFieldType"_s, u"The disk is on fire."_s);
         fixture.dialogs().expectMessage(u"The disk is on fire."_s, u"QIR Database Editor"_s, u"OK"_s);
@@ -216,7 +205,7 @@ private Q_SLOTS:
 
     void aPasteWritesTheSelectedBlockAsOneGroup() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 2, 2);
         QGuiApplication::clipboard()->setText(u"x"_s);
         fake->clearLog();
@@ -228,11 +217,11 @@ private Q_SLOTS:
 
     void aPasteWritesAlsoWhatTheComponentDidNotTakeBefore() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fake->failOn(u"QIRTableRecordSetByIndex"_s, u"The disk is on fire."_s);
         beginEdit(fixture, 0, 1, 1);
         fixture.dialogs().expectMessage(u"The disk is on fire."_s, u"QIR Database Editor"_s, u"OK"_s);
-        hands::key(&editorOf(fixture, 0), '5');
+        hands::key(&fixture.cellEditor(0), '5');
         fake->stopFailing();
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 1200.0);
         fixture.clickCell(0, 2, 2);
@@ -245,7 +234,7 @@ private Q_SLOTS:
 
     void aPasteOfWhatWasCopiedWritesTheSameInAGroupAndChangesNothing() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         selectBlock(fixture, 0, {1, 1, 3, 2});
         hands::key(&fixture.grid(0), Qt::Key_C, Qt::ControlModifier);
         fake->clearLog();
@@ -259,9 +248,6 @@ private Q_SLOTS:
         QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
-
-private:
-    std::unique_ptr<EditFiles> m_files;
 };
 
 QTEST_MAIN(EditCallsTest)

@@ -1,5 +1,6 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -17,27 +18,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TableOfTexts pumps() {
-    return {u"Pumps"_s,
-            {{u"Speed"_s, FieldType::Long, {u"1200"_s, u"900"_s, u"60"_s}},
-             {u"Name"_s, FieldType::Text, {u"Main"_s, u"Spare"_s, u"Test"_s}, 20},
-             {u"Ratio"_s, FieldType::Double, {u"0.5"_s, u"1.5"_s, u"2.25"_s}}}};
-}
-
-TableOfTexts valves() {
-    return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s, u"0"_s}}}};
+/// pumps() with a field more.
+TableOfTexts widePumps() {
+    TableOfTexts table = pumps();
+    table.fields.push_back({u"Ratio"_s, FieldType::Double, {u"0.5"_s, u"1.5"_s, u"2.25"_s}});
+    return table;
 }
 
 /// A table that needs scrolling both ways.
 TableOfTexts large(int records = 200, int fields = 30) {
-    TableOfTexts table{u"Large"_s, {}};
-    for (int f = 1; f <= fields; ++f) {
-        QStringList texts;
-        for (int r = 1; r <= records; ++r)
-            texts.append(QString::number(r * 100 + f));
-        table.fields.push_back({u"Field%1"_s.arg(f), FieldType::Long, texts});
-    }
-    return table;
+    return counted(u"Large"_s, records, fields);
 }
 
 /// Where an editor has to stand: over the part of the current cell that shows, in the coordinates of the pane's frame.
@@ -49,9 +39,9 @@ QRect currentCell(EditorFixture &fixture, int pane) {
 
 /// The pane's editor is open over that cell, which is the current one, and has the focus.
 bool isEdited(EditorFixture &fixture, int row, int column) {
-    return editing(fixture, 0) && editorOf(fixture, 0).hasFocus() && fixture.editedCell().row == row &&
+    return editing(fixture, 0) && fixture.cellEditor(0).hasFocus() && fixture.editedCell().row == row &&
            fixture.editedCell().column == column && fixture.grid(0).selection() == singleCell(row, column) &&
-           editorOf(fixture, 0).geometry() == currentCell(fixture, 0) && !currentCell(fixture, 0).isEmpty();
+           fixture.cellEditor(0).geometry() == currentCell(fixture, 0) && !currentCell(fixture, 0).isEmpty();
 }
 
 enum class Header { Column, BeyondColumns, Row, BelowRows, Corner };
@@ -92,20 +82,20 @@ std::pair<int, int> darkColumns(const QImage &image) {
 } // namespace
 
 /// Editing a cell in place through the real window: when the editor opens and ends, where it stands, what it writes.
-class EditCellTest : public QObject {
+class EditCellTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() {
-        m_files = std::make_unique<EditFiles>();
+        WindowTest::init();
         QCursor::setPos(0, 0); // over no header, where Enter opens nothing
     }
 
     void aDoubleClickOpensAYellowEditorExactlyOverTheCell() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         doubleClickCell(fixture, 0, 2, 2);
         QVERIFY(editing(fixture, 0));
-        const QLineEdit &editor = editorOf(fixture, 0);
+        const QLineEdit &editor = fixture.cellEditor(0);
         QCOMPARE(editor.text(), u"Spare"_s);
         QCOMPARE(editor.cursorPosition(), 5);
         QVERIFY(!editor.hasSelectedText());
@@ -121,7 +111,7 @@ private Q_SLOTS:
     }
 
     void theTextStandsInTheEditorWhereTheCellShowedIt() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         fixture.clickCell(0, 1, 3); // the frame of the current cell is elsewhere
         const Grid &grid = fixture.grid(0);
         const auto cell = [&](int column) {
@@ -134,42 +124,42 @@ private Q_SLOTS:
 
         // The caret stands at the other end of the text.
         beginEdit(fixture, 0, 2, 1);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Home);
-        const int end = darkColumns(editorOf(fixture, 0).grab().toImage()).second;
+        hands::key(&fixture.cellEditor(0), Qt::Key_Home);
+        const int end = darkColumns(fixture.cellEditor(0).grab().toImage()).second;
         QVERIFY2(std::abs(end - numberEnd) <= 1, qPrintable(u"%1 %2"_s.arg(end).arg(numberEnd)));
         beginEdit(fixture, 0, 2, 2);
-        const int begin = darkColumns(editorOf(fixture, 0).grab().toImage()).first;
+        const int begin = darkColumns(fixture.cellEditor(0).grab().toImage()).first;
         QVERIFY2(std::abs(begin - textBegin) <= 1, qPrintable(u"%1 %2"_s.arg(begin).arg(textBegin)));
         QIR_VERIFY_OK(fixture);
     }
 
     void theCaretShowsBehindATextLongerThanItsCell() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         for (const int column : {1, 2}) {
             beginEdit(fixture, 0, 2, column);
-            hands::type(&editorOf(fixture, 0), QString(80, u'7'));
-            editorOf(fixture, 0).grab(); // it scrolls its text when it is drawn
-            const QPoint caret = editorOf(fixture, 0).inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
-            QVERIFY(editorOf(fixture, 0).rect().contains(caret));
+            hands::type(&fixture.cellEditor(0), QString(80, u'7'));
+            fixture.cellEditor(0).grab(); // it scrolls its text when it is drawn
+            const QPoint caret = fixture.cellEditor(0).inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+            QVERIFY(fixture.cellEditor(0).rect().contains(caret));
         }
         QIR_VERIFY_OK(fixture);
     }
 
     void theEditorTakesTheGridsFont() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         QFont larger = fixture.grid(0).font();
         larger.setPointSizeF(larger.pointSizeF() + 7);
         larger.setFamily(u"Monospace"_s);
         fixture.grid(0).setFont(larger);
         doubleClickCell(fixture, 0, 2, 2);
-        QCOMPARE(editorOf(fixture, 0).font().family(), u"Monospace"_s);
-        QCOMPARE(editorOf(fixture, 0).font().pointSizeF(), larger.pointSizeF());
-        QCOMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        QCOMPARE(fixture.cellEditor(0).font().family(), u"Monospace"_s);
+        QCOMPARE(fixture.cellEditor(0).font().pointSizeF(), larger.pointSizeF());
+        QCOMPARE(fixture.cellEditor(0).geometry(), currentCell(fixture, 0));
         QIR_VERIFY_OK(fixture);
     }
 
     void enterOnTheGridOpensTheEditorAndOtherKeysDoNot() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         fixture.clickCell(0, 1, 2);
         hands::type(&fixture.grid(0), u"x1 "_s);
         hands::key(&fixture.grid(0), Qt::Key_F2);
@@ -181,7 +171,7 @@ private Q_SLOTS:
     }
 
     void theEmptyColumnOfATableWithoutFieldsHasNothingToEdit() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {{u"Bare"_s, {}}}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {{u"Bare"_s, {}}}));
         fixture.choose(Command::AddRecordMenu);
         QVERIFY(fixture.grid(0).Visible());
         doubleClickCell(fixture, 0, 1, 1);
@@ -193,7 +183,7 @@ private Q_SLOTS:
     }
 
     void aHiddenGridIsNotEditedByAKeyThatReachesIt() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         fixture.clickCell(0, 1, 2);
         fixture.dialogs().expectMessage(u"Do you want to remove table: 'Pumps' ?"_s, u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
@@ -206,17 +196,17 @@ private Q_SLOTS:
     }
 
     void enterOnTheNumberBlockDoesTheSame() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         fixture.clickCell(0, 1, 2);
         hands::key(&fixture.grid(0), Qt::Key_Enter, Qt::KeypadModifier);
         QVERIFY(editing(fixture, 0));
-        hands::key(&editorOf(fixture, 0), Qt::Key_Enter, Qt::KeypadModifier);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Enter, Qt::KeypadModifier);
         QVERIFY(!editing(fixture, 0));
         QIR_VERIFY_OK(fixture);
     }
 
     void aDoubleClickOnAColumnHeaderOpensNoEditorAndEndsAnOpenOne() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         QWidget *header = fixture.grid(0).horizontalHeader()->viewport();
         hands::doubleClick(header, Qt::LeftButton, Qt::NoModifier, headerCentre(fixture, 0, 2));
         QVERIFY(!editing(fixture, 0));
@@ -228,7 +218,7 @@ private Q_SLOTS:
     }
 
     void enterWithThePointerOverTheHeaderRowOpensNoEditor() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         fixture.clickCell(0, 1, 1);
         const QWidget *header = fixture.grid(0).horizontalHeader()->viewport();
         QCursor::setPos(header->mapToGlobal(headerCentre(fixture, 0, 2)));
@@ -241,14 +231,14 @@ private Q_SLOTS:
     }
 
     void everyKeystrokeIsWritten() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 3, 1);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Backspace);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Backspace);
         QCOMPARE(stored(fixture, 0, 3, 1), QVariant(6.0));
-        hands::key(&editorOf(fixture, 0), Qt::Key_Backspace);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Backspace);
         QCOMPARE(stored(fixture, 0, 3, 1), QVariant(0.0));
         for (const auto &[key, value] : {std::pair{'1', 1.0}, std::pair{'2', 12.0}, std::pair{'3', 123.0}}) {
-            hands::key(&editorOf(fixture, 0), key);
+            hands::key(&fixture.cellEditor(0), key);
             QCOMPARE(stored(fixture, 0, 3, 1).toDouble(), value);
         }
         QCOMPARE(fixture.grid(0).TextMatrix(3, 1), u"123"_s);
@@ -258,7 +248,7 @@ private Q_SLOTS:
     }
 
     void deletingAllTextWritesNothingAsANumber() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 1, 1);
         retype(fixture, 0, QString());
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 0.0);
@@ -267,7 +257,7 @@ private Q_SLOTS:
     }
 
     void theGridShowsWhatWasTypedAndTheComponentHoldsItsLeadingNumber() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps(), valves()}));
         edit(fixture, 0, 1, 1, u"12abc"_s);
         QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"12abc"_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 12.0);
@@ -281,7 +271,7 @@ private Q_SLOTS:
     }
 
     void enterInTheEditorEndsItKeepsTheTextAndReturnsTheFocus() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         edit(fixture, 0, 2, 2, u"Backup"_s);
         QVERIFY(!editing(fixture, 0));
         QCOMPARE(fixture.editedCell().row, -1);
@@ -293,21 +283,21 @@ private Q_SLOTS:
     }
 
     void escapeInTheEditorDoesNothingSpecial() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 2, 2);
-        hands::type(&editorOf(fixture, 0), u"!"_s);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Escape);
+        hands::type(&fixture.cellEditor(0), u"!"_s);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Escape);
         QVERIFY(editing(fixture, 0));
-        QCOMPARE(editorOf(fixture, 0).text(), u"Spare!"_s);
+        QCOMPARE(fixture.cellEditor(0).text(), u"Spare!"_s);
         QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"Spare!"_s);
         QIR_VERIFY_OK(fixture);
     }
 
     void anEditThatChangesNothingWritesNothing() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 3, 3);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Home);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Return);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Home);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Return);
         QVERIFY(!fixture.database(0).DtbHasChanged());
         QIR_VERIFY_OK(fixture);
     }
@@ -315,43 +305,43 @@ private Q_SLOTS:
     void aTextOfAnyLengthIsEditedWhole() {
         const QString text(40000, u'x');
         const TableOfTexts table{u"Notes"_s, {{u"Note"_s, FieldType::Text, {text}, 65535}}};
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
         beginEdit(fixture, 0, 1, 1);
-        QCOMPARE(editorOf(fixture, 0).text().size(), 40000);
+        QCOMPARE(fixture.cellEditor(0).text().size(), 40000);
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        hands::type(&editorOf(fixture, 0), u"y"_s);
+        hands::type(&fixture.cellEditor(0), u"y"_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toString(), text + u'y');
         QIR_VERIFY_OK(fixture);
     }
 
     void lineEndsInATextStayWhileItIsEdited() {
         const TableOfTexts table{u"Notes"_s, {{u"Note"_s, FieldType::Text, {u"one\ntwo\tthree\r\n"_s}}}};
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
         beginEdit(fixture, 0, 1, 1);
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        hands::type(&editorOf(fixture, 0), u"."_s);
+        hands::type(&fixture.cellEditor(0), u"."_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toString(), u"one\ntwo\tthree\r\n."_s);
         QIR_VERIFY_OK(fixture);
     }
 
     void anInputMethodComposesInTheEditorAndItsCommitIsWritten() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 1, 2);
         retype(fixture, 0, QString());
-        QVERIFY(editorOf(fixture, 0).testAttribute(Qt::WA_InputMethodEnabled));
+        QVERIFY(fixture.cellEditor(0).testAttribute(Qt::WA_InputMethodEnabled));
         QInputMethodEvent composing(u"ni"_s, {});
-        QApplication::sendEvent(&editorOf(fixture, 0), &composing);
+        QApplication::sendEvent(&fixture.cellEditor(0), &composing);
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), QString());
         QInputMethodEvent committed;
         committed.setCommitString(u"\u4f60"_s);
-        QApplication::sendEvent(&editorOf(fixture, 0), &committed);
+        QApplication::sendEvent(&fixture.cellEditor(0), &committed);
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"\u4f60"_s);
         QCOMPARE(fixture.grid(0).TextMatrix(1, 2), u"\u4f60"_s);
         QIR_VERIFY_OK(fixture);
     }
 
     void movingToAnotherCellEndsTheEdit() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 1, 1);
         fixture.clickCell(0, 2, 2);
         QVERIFY(!editing(fixture, 0));
@@ -363,7 +353,7 @@ private Q_SLOTS:
     }
 
     void loadingATableDropsTheEdit() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(), valves()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps(), valves()}));
         beginEdit(fixture, 0, 3, 2);
         fixture.clickLine(0, 1);
         QVERIFY(!editing(fixture, 0));
@@ -372,44 +362,44 @@ private Q_SLOTS:
     }
 
     void tabEditsTheNextCellAndShiftTabThePreviousOne() {
-        const QString left = m_files->make(u"A.DDB"_s, {pumps()});
+        const QString left = makeFile(u"A.DDB"_s, {widePumps()});
         EditorFixture fixture;
-        fixture.openBoth(left, m_files->make(u"B.DDB"_s, {pumps()}));
+        fixture.openBoth(left, makeFile(u"B.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 1, 1);
         retype(fixture, 0, u"77"_s);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Tab);
         QVERIFY(isEdited(fixture, 1, 2));
-        QCOMPARE(editorOf(fixture, 0).text(), u"Main"_s);
-        QCOMPARE(editorOf(fixture, 0).cursorPosition(), 4);
+        QCOMPARE(fixture.cellEditor(0).text(), u"Main"_s);
+        QCOMPARE(fixture.cellEditor(0).cursorPosition(), 4);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 77.0);
         // The other pane goes along, and the pane with the editor stays the active one.
         QCOMPARE(fixture.grid(1).selection(), singleCell(1, 2));
         QCOMPARE(fixture.activePane(), 0);
-        hands::type(&editorOf(fixture, 0), u"!"_s);
+        hands::type(&fixture.cellEditor(0), u"!"_s);
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"Main!"_s);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Backtab, Qt::ShiftModifier);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Backtab, Qt::ShiftModifier);
         QVERIFY(isEdited(fixture, 1, 1));
-        QCOMPARE(editorOf(fixture, 0).text(), u"77"_s);
+        QCOMPARE(fixture.cellEditor(0).text(), u"77"_s);
         QIR_VERIFY_OK(fixture);
     }
 
     void tabAtARowsEndEditsTheNextRowAndShiftTabAtItsBeginningThePreviousOne() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 1, 3);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Tab);
         QVERIFY(isEdited(fixture, 2, 1));
-        hands::key(&editorOf(fixture, 0), Qt::Key_Backtab, Qt::ShiftModifier);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Backtab, Qt::ShiftModifier);
         QVERIFY(isEdited(fixture, 1, 3));
         QIR_VERIFY_OK(fixture);
     }
 
     void tabInTheLastCellAndShiftTabInTheFirstOneCloseTheEditorAndStay() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         for (const auto &[cell, key, modifiers] :
              {std::tuple{QPoint(3, 3), Qt::Key_Tab, Qt::KeyboardModifiers()},
               std::tuple{QPoint(1, 1), Qt::Key_Backtab, Qt::KeyboardModifiers(Qt::ShiftModifier)}}) {
             beginEdit(fixture, 0, cell.y(), cell.x());
-            hands::key(&editorOf(fixture, 0), key, modifiers);
+            hands::key(&fixture.cellEditor(0), key, modifiers);
             QVERIFY(!editing(fixture, 0));
             QCOMPARE(fixture.grid(0).selection(), singleCell(cell.y(), cell.x()));
             QVERIFY(fixture.grid(0).hasFocus());
@@ -418,39 +408,39 @@ private Q_SLOTS:
     }
 
     void tabPassesOverAColumnThatIsDraggedToNothing() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         fixture.grid(0).setColWidth(2, 0);
         beginEdit(fixture, 0, 1, 1);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Tab);
         QVERIFY(isEdited(fixture, 1, 3));
         fixture.grid(0).setColWidth(3, 0);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Backtab, Qt::ShiftModifier);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Backtab, Qt::ShiftModifier);
         QVERIFY(isEdited(fixture, 1, 1));
-        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Tab);
         QVERIFY(isEdited(fixture, 2, 1));
         QIR_VERIFY_OK(fixture);
     }
 
     void tabEditsTheNextCellWhereverThePointerRests() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 1, 1);
         const QWidget *header = fixture.grid(0).horizontalHeader()->viewport();
         QCursor::setPos(header->mapToGlobal(headerCentre(fixture, 0, 2)));
-        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Tab);
         QVERIFY(isEdited(fixture, 1, 2));
         QIR_VERIFY_OK(fixture);
     }
 
     void tabBringsTheNextCellIntoView() {
-        const QString left = m_files->make(u"A.DDB"_s, {large()});
+        const QString left = makeFile(u"A.DDB"_s, {large()});
         EditorFixture fixture;
-        fixture.openBoth(left, m_files->make(u"B.DDB"_s, {large()}));
+        fixture.openBoth(left, makeFile(u"B.DDB"_s, {large()}));
         fixture.clickCell(0, 1, 1);
         hands::key(&fixture.grid(0), Qt::Key_End);
         hands::key(&fixture.grid(0), Qt::Key_Return);
         QVERIFY(isEdited(fixture, 1, 30));
         QVERIFY(fixture.grid(0).LeftCol() > 1);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Tab);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Tab);
         QVERIFY(isEdited(fixture, 2, 1));
         QCOMPARE(fixture.grid(0).LeftCol(), 1);
         QCOMPARE(fixture.grid(1).LeftCol(), 1);
@@ -478,9 +468,9 @@ private Q_SLOTS:
         QFETCH(const int, pane);
         QFETCH(const Header, header);
         QFETCH(const Qt::MouseButton, button);
-        const QString left = m_files->make(u"A.DDB"_s, {pumps()});
+        const QString left = makeFile(u"A.DDB"_s, {widePumps()});
         EditorFixture fixture;
-        fixture.openBoth(left, m_files->make(u"B.DDB"_s, {pumps()}));
+        fixture.openBoth(left, makeFile(u"B.DDB"_s, {widePumps()}));
         beginEdit(fixture, 0, 1, 1); // the cell that stays current, whichever header is pressed
         QVERIFY(isEdited(fixture, 1, 1));
         const auto [control, place] = headerPlace(fixture, pane, header);
@@ -489,7 +479,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.editedCell().row, -1);
         QCOMPARE(fixture.grid(0).Row(), 1);
         QCOMPARE(fixture.grid(0).Col(), 1);
-        QVERIFY(!editorOf(fixture, 0).hasFocus());
+        QVERIFY(!fixture.cellEditor(0).hasFocus());
         if (QWidget *popup = QApplication::activePopupWidget())
             popup->close();
         hands::release(control, button, Qt::NoModifier, place);
@@ -498,9 +488,9 @@ private Q_SLOTS:
     }
 
     void scrollingByTheWheelEndsTheEditAndMovesTheCurrentCellToTheTopLeft() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {large()}));
         beginEdit(fixture, 0, 3, 2);
-        wheel(fixture, 0, -120);
+        turnWheel(fixture, 0, -120);
         Grid &grid = fixture.grid(0);
         QVERIFY(!editing(fixture, 0));
         QVERIFY(grid.TopRow() > 1);
@@ -509,7 +499,7 @@ private Q_SLOTS:
     }
 
     void scrollingByTheBarEndsTheEditEvenAtTheTopLeftCell() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {large()}));
         beginEdit(fixture, 0, 1, 1);
         fixture.grid(0).horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
         QVERIFY(!editing(fixture, 0));
@@ -526,11 +516,11 @@ private Q_SLOTS:
 
     void anEditEndsWhenItsCellIsScrolledAwayByExtendingTheSelection() {
         QFETCH(const bool, byDragging);
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {large()}));
         Grid &grid = fixture.grid(0);
         beginEdit(fixture, 0, 2, 2);
         if (byDragging) {
-            const QPoint inside = cellCentre(fixture, 0, 5, 3);
+            const QPoint inside = fixture.cellCentre(0, 5, 3);
             const QPoint below(inside.x(), grid.viewport()->height() + 30);
             hands::press(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, inside);
             hands::move(grid.viewport(), QPoint(inside.x(), grid.viewport()->height() - 1), Qt::LeftButton);
@@ -552,7 +542,7 @@ private Q_SLOTS:
     }
 
     void openingTheEditorBringsItsCellIntoView() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {large()}));
         Grid &grid = fixture.grid(0);
         fixture.clickCell(0, 1, 1);
         grid.setTopRow(150);
@@ -561,50 +551,50 @@ private Q_SLOTS:
         QVERIFY(editing(fixture, 0));
         QCOMPARE(grid.selection(), singleCell(1, 1));
         QCOMPARE(grid.TopRow(), 1);
-        QCOMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
-        QVERIFY(!editorOf(fixture, 0).geometry().isEmpty());
+        QCOMPARE(fixture.cellEditor(0).geometry(), currentCell(fixture, 0));
+        QVERIFY(!fixture.cellEditor(0).geometry().isEmpty());
         QIR_VERIFY_OK(fixture);
     }
 
     void theEditorIsCutToTheAreaOfTheCells() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         Grid &grid = fixture.grid(0);
         grid.setColWidth(2, 60000);
         doubleClickCell(fixture, 0, 1, 2);
         const QRect area = grid.viewport()->rect().translated(grid.viewport()->mapTo(grid.parentWidget(), QPoint()));
-        QVERIFY(area.contains(editorOf(fixture, 0).geometry()));
-        QCOMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        QVERIFY(area.contains(fixture.cellEditor(0).geometry()));
+        QCOMPARE(fixture.cellEditor(0).geometry(), currentCell(fixture, 0));
         QIR_VERIFY_OK(fixture);
     }
 
     void theEditorFollowsItsCellWhenTheWindowOrTheColumnsChange() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {large()}));
         const int last = fixture.grid(0).Rows() - 1;
         beginEdit(fixture, 0, last, 2);
         fixture.window().resize(fixture.window().width() - 150, fixture.window().height() - 200);
-        QTRY_COMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
-        QVERIFY(!editorOf(fixture, 0).geometry().isEmpty());
+        QTRY_COMPARE(fixture.cellEditor(0).geometry(), currentCell(fixture, 0));
+        QVERIFY(!fixture.cellEditor(0).geometry().isEmpty());
         fixture.grid(0).setColWidth(1, 6000);
-        QTRY_COMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        QTRY_COMPARE(fixture.cellEditor(0).geometry(), currentCell(fixture, 0));
         fixture.choose(Command::ColumnSizeAdjust);
-        QTRY_COMPARE(editorOf(fixture, 0).geometry(), currentCell(fixture, 0));
+        QTRY_COMPARE(fixture.cellEditor(0).geometry(), currentCell(fixture, 0));
         QVERIFY(editing(fixture, 0));
         QIR_VERIFY_OK(fixture);
     }
 
     void rowsAndColumnsCannotBeResizedUnderTheEditor() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         QVERIFY(fixture.grid(0).userResizing());
         beginEdit(fixture, 0, 1, 1);
         QVERIFY(!fixture.grid(0).userResizing());
         QCOMPARE(fixture.grid(0).horizontalHeader()->sectionResizeMode(0), QHeaderView::Fixed);
-        hands::key(&editorOf(fixture, 0), Qt::Key_Return);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Return);
         QVERIFY(fixture.grid(0).userResizing());
         QIR_VERIFY_OK(fixture);
     }
 
     void aClickOnAColumnOfATextFieldEnablesItsResizing() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         fixture.clickCell(0, 1, 2);
         QVERIFY(fixture.action(Command::ResizeTextField).isEnabled());
         fixture.clickCell(0, 1, 3);
@@ -616,7 +606,7 @@ private Q_SLOTS:
     }
 
     void keysMoveTheCurrentCellAndExtendTheSelection() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {large()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {large()}));
         Grid &grid = fixture.grid(0);
         fixture.clickCell(0, 2, 2);
         hands::key(&grid, Qt::Key_Down);
@@ -635,7 +625,7 @@ private Q_SLOTS:
     void aCutOffTextIsShownWholeAsToolTip() {
         const QString text = u"a text much longer than its column"_s;
         const TableOfTexts table{u"Notes"_s, {{u"Note"_s, FieldType::Text, {text, u"short"_s}}}};
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {table}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
         Grid &grid = fixture.grid(0);
         grid.setColWidth(1, 900);
         pointAt(fixture, 1, 1);
@@ -647,23 +637,13 @@ private Q_SLOTS:
     }
 
 private:
-    static void wheel(EditorFixture &fixture, int pane, int angle) {
-        QWidget *viewport = fixture.grid(pane).viewport();
-        const QPointF middle = viewport->rect().center();
-        QWheelEvent event(middle, viewport->mapToGlobal(middle), QPoint(), QPoint(0, angle), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(viewport, &event);
-    }
-
     /// The pointer rests on a cell.
     static void pointAt(EditorFixture &fixture, int row, int column) {
         QWidget *viewport = fixture.grid(0).viewport();
-        const QPoint place = cellCentre(fixture, 0, row, column);
+        const QPoint place = fixture.cellCentre(0, row, column);
         QHelpEvent event(QEvent::ToolTip, place, viewport->mapToGlobal(place));
         QApplication::sendEvent(viewport, &event);
     }
-
-    std::unique_ptr<EditFiles> m_files;
 };
 
 QTEST_MAIN(EditCellTest)

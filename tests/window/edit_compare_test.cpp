@@ -1,5 +1,6 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <QMenu>
 #include <QScrollBar>
@@ -12,38 +13,28 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TableOfTexts numbers(const QString &name, const QStringList &texts) {
-    return {name, {{u"Value"_s, FieldType::Long, texts}, {u"Note"_s, FieldType::Text, QStringList(texts.size())}}};
-}
-
-TableOfTexts wide(int records, int fields) {
-    TableOfTexts table{u"Wide"_s, {}};
-    for (int f = 1; f <= fields; ++f) {
-        QStringList texts;
-        for (int r = 1; r <= records; ++r)
-            texts.append(QString::number(r * 100 + f));
-        table.fields.push_back({u"Field%1"_s.arg(f), FieldType::Long, texts});
-    }
+/// numbers() with an empty text field.
+TableOfTexts notedNumbers(const QString &name, const QStringList &texts) {
+    TableOfTexts table = numbers(name, texts);
+    table.fields.push_back({u"Note"_s, FieldType::Text, QStringList(texts.size())});
     return table;
 }
 
 } // namespace
 
 /// Editing with two databases side by side: marks of differing cells, and two grids that go together.
-class EditCompareTest : public QObject {
+class EditCompareTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_files = std::make_unique<EditFiles>(); }
-
     void anEditThatMakesACellEqualClearsItsMarkAndTheTablesMarker() {
         EditorFixture fixture;
-        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"3"_s})});
+        openBoth(fixture, {notedNumbers(u"T"_s, {u"1"_s, u"2"_s})}, {notedNumbers(u"T"_s, {u"1"_s, u"3"_s})});
         QCOMPARE(fixture.lines(0), QStringList({u"T !"_s}));
-        QCOMPARE(redCells(fixture, 0), QStringList({u"2,1"_s}));
+        QCOMPARE(redCells(fixture, 0), (Cells{{2, 1}}));
         edit(fixture, 0, 2, 1, u"3"_s);
-        QCOMPARE(redCells(fixture, 0), QStringList());
-        QCOMPARE(redCells(fixture, 1), QStringList());
+        QCOMPARE(redCells(fixture, 0), Cells());
+        QCOMPARE(redCells(fixture, 1), Cells());
         QCOMPARE(fixture.lines(0), QStringList({u"T"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"T"_s}));
         QCOMPARE(fixture.editor().CelleDiverse().count(), 0U);
@@ -52,11 +43,11 @@ private Q_SLOTS:
 
     void anEditThatMakesACellDifferMarksItInBothGridsAndBothLists() {
         EditorFixture fixture;
-        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"2"_s})});
+        openBoth(fixture, {notedNumbers(u"T"_s, {u"1"_s, u"2"_s})}, {notedNumbers(u"T"_s, {u"1"_s, u"2"_s})});
         QCOMPARE(fixture.lines(0), QStringList({u"T"_s}));
         edit(fixture, 1, 1, 1, u"7"_s);
-        QCOMPARE(redCells(fixture, 0), QStringList({u"1,1"_s}));
-        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s}));
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
         QCOMPARE(fixture.lines(0), QStringList({u"T !"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"T !"_s}));
         QVERIFY(fixture.editor().CelleDiverse().at(1, 1));
@@ -65,57 +56,58 @@ private Q_SLOTS:
 
     void theTablesMarkerStaysWhileAnotherCellDiffers() {
         EditorFixture fixture;
-        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"5"_s, u"6"_s})});
+        openBoth(fixture, {notedNumbers(u"T"_s, {u"1"_s, u"2"_s})}, {notedNumbers(u"T"_s, {u"5"_s, u"6"_s})});
         edit(fixture, 0, 1, 1, u"5"_s);
-        QCOMPARE(redCells(fixture, 0), QStringList({u"2,1"_s}));
+        QCOMPARE(redCells(fixture, 0), (Cells{{2, 1}}));
         QCOMPARE(fixture.lines(0), QStringList({u"T !"_s}));
         QIR_VERIFY_OK(fixture);
     }
 
     void cellsAreComparedByTheirTextsWhileOneTypes() {
         EditorFixture fixture;
-        openBoth(fixture, {numbers(u"T"_s, {u"1"_s})}, {numbers(u"T"_s, {u"1"_s})});
+        openBoth(fixture, {notedNumbers(u"T"_s, {u"1"_s})}, {notedNumbers(u"T"_s, {u"1"_s})});
         beginEdit(fixture, 0, 1, 1);
         retype(fixture, 0, u"1x"_s);
-        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s})); // though both hold 1
-        hands::key(&editorOf(fixture, 0), Qt::Key_Backspace);
-        QCOMPARE(redCells(fixture, 1), QStringList());
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}})); // though both hold 1
+        hands::key(&fixture.cellEditor(0), Qt::Key_Backspace);
+        QCOMPARE(redCells(fixture, 1), Cells());
         QIR_VERIFY_OK(fixture);
     }
 
     void aCellBeyondTheOtherTableAlwaysDiffers() {
         EditorFixture fixture;
-        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s, u""_s})}, {numbers(u"T"_s, {u"1"_s, u"2"_s})});
+        openBoth(fixture, {notedNumbers(u"T"_s, {u"1"_s, u"2"_s, u""_s})}, {notedNumbers(u"T"_s, {u"1"_s, u"2"_s})});
         edit(fixture, 0, 3, 2, u"x"_s);
         edit(fixture, 0, 3, 2, QString());
-        QCOMPARE(redCells(fixture, 0), QStringList({u"3,1"_s, u"3,2"_s}));
-        QCOMPARE(redCells(fixture, 1), QStringList());
+        QCOMPARE(redCells(fixture, 0), (Cells{{3, 1}, {3, 2}}));
+        QCOMPARE(redCells(fixture, 1), Cells());
         QCOMPARE(fixture.lines(0), QStringList({u"T !"_s}));
         QIR_VERIFY_OK(fixture);
     }
 
     void nothingIsMarkedWhileTheOtherDatabaseLacksTheTable() {
         EditorFixture fixture;
-        openBoth(fixture, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s})}, {numbers(u"B"_s, {u"9"_s})});
+        openBoth(fixture, {notedNumbers(u"A"_s, {u"1"_s}), notedNumbers(u"B"_s, {u"1"_s})},
+                 {notedNumbers(u"B"_s, {u"9"_s})});
         fixture.clickLine(0, 1);
         fixture.clickLine(0, 0); // the other grid still holds B
         QCOMPARE(fixture.lines(1).first(), u"A ?"_s);
         edit(fixture, 0, 1, 1, u"4"_s);
-        QCOMPARE(redCells(fixture, 0), QStringList());
+        QCOMPARE(redCells(fixture, 0), Cells());
         QCOMPARE(fixture.lines(0).first(), u"A"_s);
         QIR_VERIFY_OK(fixture);
     }
 
     void openingAnEditorEndsTheOneInTheOtherPane() {
         EditorFixture fixture;
-        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"2"_s})});
+        openBoth(fixture, {notedNumbers(u"T"_s, {u"1"_s, u"2"_s})}, {notedNumbers(u"T"_s, {u"1"_s, u"2"_s})});
         beginEdit(fixture, 0, 1, 1);
         doubleClickCell(fixture, 1, 1, 1);
         QVERIFY(!editing(fixture, 0));
         QVERIFY(editing(fixture, 1));
-        QCOMPARE(fixture.window().focusWidget(), &editorOf(fixture, 1));
+        QCOMPARE(fixture.window().focusWidget(), &fixture.cellEditor(1));
         QVERIFY(fixture.grid(0).userResizing());
-        hands::type(&editorOf(fixture, 1), u"5"_s);
+        hands::type(&fixture.cellEditor(1), u"5"_s);
         QCOMPARE(stored(fixture, 1, 1, 1).toDouble(), 15.0);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 1.0);
         QCOMPARE(fixture.activePane(), 1);
@@ -124,12 +116,12 @@ private Q_SLOTS:
 
     void typingMakesThePaneOfTheEditorActive() {
         EditorFixture fixture;
-        openBoth(fixture, {numbers(u"T"_s, {u"1"_s})}, {numbers(u"T"_s, {u"1"_s})});
+        openBoth(fixture, {notedNumbers(u"T"_s, {u"1"_s})}, {notedNumbers(u"T"_s, {u"1"_s})});
         beginEdit(fixture, 0, 1, 1);
         fixture.activate(1); // the edit goes on
         QVERIFY(editing(fixture, 0));
-        editorOf(fixture, 0).setFocus();
-        hands::type(&editorOf(fixture, 0), u"5"_s);
+        fixture.cellEditor(0).setFocus();
+        hands::type(&fixture.cellEditor(0), u"5"_s);
         QCOMPARE(fixture.activePane(), 0);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 15.0);
         QIR_VERIFY_OK(fixture);
@@ -137,7 +129,7 @@ private Q_SLOTS:
 
     void aPressMakesThePaneActiveThoughItsGridHasTheFocusAlready() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
+        openBoth(fixture, {counted(u"Wide"_s, 20, 6)}, {counted(u"Wide"_s, 20, 6)});
         for (const bool right : {false, true}) {
             fixture.clickCell(1, 1, 1);
             fixture.activate(0);
@@ -149,13 +141,13 @@ private Q_SLOTS:
                 fixture.clickCell(1, 2, 1);
             QCOMPARE(fixture.activePane(), 1);
         }
-        fixture.editor().controls.menu(Menu::popmenuGrid).close();
+        fixture.menu(Menu::popmenuGrid).close();
         QIR_VERIFY_OK(fixture);
     }
 
     void theOtherGridTakesTheSelection() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
+        openBoth(fixture, {counted(u"Wide"_s, 20, 6)}, {counted(u"Wide"_s, 20, 6)});
         selectBlock(fixture, 0, {3, 2, 5, 4});
         QCOMPARE(fixture.grid(1).selection(), (GridSelection{3, 2, 5, 4}));
         hands::key(&fixture.grid(0), Qt::Key_Down, Qt::ShiftModifier);
@@ -165,7 +157,7 @@ private Q_SLOTS:
 
     void theOtherGridTakesOnlyWhatItIsLargeEnoughFor() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(20, 6)}, {wide(4, 3)});
+        openBoth(fixture, {counted(u"Wide"_s, 20, 6)}, {counted(u"Wide"_s, 4, 3)});
         selectBlock(fixture, 0, {3, 2, 10, 5});
         QCOMPARE(fixture.grid(1).selection(), (GridSelection{3, 2, 3, 2}));
         fixture.clickCell(0, 9, 1);
@@ -175,22 +167,22 @@ private Q_SLOTS:
 
     void theFollowingGridRaisesNothing() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        openBoth(fixture, {counted(u"Wide"_s, 300, 30)}, {counted(u"Wide"_s, 300, 30)});
         Grid &follower = fixture.grid(1);
         QSignalSpy leave(&follower, &Grid::LeaveCell);
         QSignalSpy change(&follower, &Grid::SelChange);
         QSignalSpy scroll(&follower, &Grid::Scroll);
         fixture.clickCell(0, 5, 5);
         hands::key(&fixture.grid(0), Qt::Key_End, Qt::ControlModifier);
-        wheel(fixture, 0, 120);
+        turnWheel(fixture, 0, 120);
         QCOMPARE(leave.count() + change.count() + scroll.count(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
     void theOtherGridScrollsAlong() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
-        wheel(fixture, 0, -360);
+        openBoth(fixture, {counted(u"Wide"_s, 300, 30)}, {counted(u"Wide"_s, 300, 30)});
+        turnWheel(fixture, 0, -360);
         QVERIFY(fixture.grid(0).TopRow() > 1);
         QCOMPARE(fixture.grid(1).TopRow(), fixture.grid(0).TopRow());
         QCOMPARE(fixture.grid(1).selection(), fixture.grid(0).selection());
@@ -202,7 +194,7 @@ private Q_SLOTS:
 
     void theOtherGridScrollsAlongToACellThatIsCurrentAlready() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        openBoth(fixture, {counted(u"Wide"_s, 300, 30)}, {counted(u"Wide"_s, 300, 30)});
         fixture.clickCell(0, 1, 2);
         fixture.grid(0).horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
         QCOMPARE(fixture.grid(0).LeftCol(), 2);
@@ -213,7 +205,7 @@ private Q_SLOTS:
 
     void theOtherGridFollowsAKeyThatScrolls() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        openBoth(fixture, {counted(u"Wide"_s, 300, 30)}, {counted(u"Wide"_s, 300, 30)});
         fixture.clickCell(0, 1, 1);
         for (int key = 0; key < 5; ++key) {
             hands::key(&fixture.grid(0), Qt::Key_PageDown);
@@ -228,7 +220,7 @@ private Q_SLOTS:
 
     void theOtherGridFollowsWhenTheEditorsCellIsBroughtIntoView() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        openBoth(fixture, {counted(u"Wide"_s, 300, 30)}, {counted(u"Wide"_s, 300, 30)});
         fixture.clickCell(0, 1, 1);
         fixture.grid(0).setTopRow(200);
         hands::key(&fixture.grid(0), Qt::Key_Return);
@@ -239,7 +231,7 @@ private Q_SLOTS:
 
     void theOtherGridFollowsWhenAnEditorIsKeptInViewOfASmallerWindow() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(300, 3)}, {wide(300, 3)});
+        openBoth(fixture, {counted(u"Wide"_s, 300, 3)}, {counted(u"Wide"_s, 300, 3)});
         Grid &grid = fixture.grid(0);
         const int lastShown = grid.viewport()->height() / grid.rowHeight(0);
         beginEdit(fixture, 0, lastShown, 2);
@@ -260,10 +252,10 @@ private Q_SLOTS:
     void anEditInTheFollowingGridEnds() {
         QFETCH(const bool, byScrolling);
         EditorFixture fixture;
-        openBoth(fixture, {wide(300, 30)}, {wide(300, 30)});
+        openBoth(fixture, {counted(u"Wide"_s, 300, 30)}, {counted(u"Wide"_s, 300, 30)});
         beginEdit(fixture, 1, 2, 2);
         if (byScrolling)
-            wheel(fixture, 0, -120);
+            turnWheel(fixture, 0, -120);
         else
             fixture.clickCell(0, 4, 4);
         QVERIFY(!editing(fixture, 1));
@@ -272,7 +264,7 @@ private Q_SLOTS:
     }
 
     void oneOpenDatabaseMirrorsNothing() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {wide(20, 6)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {counted(u"Wide"_s, 20, 6)}));
         const GridSelection before = fixture.grid(1).selection();
         selectBlock(fixture, 0, {3, 2, 5, 4});
         QCOMPARE(fixture.grid(1).selection(), before);
@@ -287,7 +279,7 @@ private Q_SLOTS:
 
     void switchingModesEndsAnEditInThePaneThatStays() {
         QFETCH(const int, command);
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {wide(20, 6)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {counted(u"Wide"_s, 20, 6)}));
         for (const bool two : {true, false}) { // each item toggles
             beginEdit(fixture, 0, 2, 2);
             fixture.choose(static_cast<Command>(command));
@@ -301,60 +293,33 @@ private Q_SLOTS:
 
     void anEditThatEndsWhileAnotherWindowIsActiveLeavesNoKeysToItsEditor() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
+        openBoth(fixture, {counted(u"Wide"_s, 20, 6)}, {counted(u"Wide"_s, 20, 6)});
         beginEdit(fixture, 1, 2, 2);
-        const QString text = editorOf(fixture, 1).text();
+        const QString text = fixture.cellEditor(1).text();
         {
             QWidget other;
             other.show();
             other.activateWindow();
-            QTRY_VERIFY(!editorOf(fixture, 1).hasFocus());
+            QTRY_VERIFY(!fixture.cellEditor(1).hasFocus());
             fixture.choose(Command::OneMenu);
         }
-        QVERIFY(fixture.window().focusWidget() != &editorOf(fixture, 1));
+        QVERIFY(fixture.window().focusWidget() != &fixture.cellEditor(1));
         fixture.window().activateWindow();
         hands::strike(fixture.window(), Qt::Key_7, Qt::NoModifier, u"7"_s);
-        QCOMPARE(editorOf(fixture, 1).text(), text);
+        QCOMPARE(fixture.cellEditor(1).text(), text);
         QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
     void switchingToOnePaneEndsAnEdit() {
         EditorFixture fixture;
-        openBoth(fixture, {wide(20, 6)}, {wide(20, 6)});
+        openBoth(fixture, {counted(u"Wide"_s, 20, 6)}, {counted(u"Wide"_s, 20, 6)});
         beginEdit(fixture, 1, 2, 2);
         fixture.choose(Command::OneMenu);
         QVERIFY(!editing(fixture, 1));
         QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
-
-private:
-    void openBoth(EditorFixture &fixture, const std::vector<TableOfTexts> &left,
-                  const std::vector<TableOfTexts> &right) {
-        fixture.openBoth(m_files->make(u"LEFT.DDB"_s, left), m_files->make(u"RIGHT.DDB"_s, right));
-    }
-
-    static void wheel(EditorFixture &fixture, int pane, int angle) {
-        QWidget *viewport = fixture.grid(pane).viewport();
-        const QPointF middle = viewport->rect().center();
-        QWheelEvent event(middle, viewport->mapToGlobal(middle), QPoint(), QPoint(0, angle), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(viewport, &event);
-    }
-
-    /// The red cells of a grid as "row,column".
-    static QStringList redCells(EditorFixture &fixture, int pane) {
-        QStringList cells;
-        const Grid &grid = fixture.grid(pane);
-        for (int r = 1; r < grid.Rows(); ++r)
-            for (int c = 1; c < grid.Cols(); ++c)
-                if (grid.CellBackColor(r, c) == CellColour::Red)
-                    cells.append(u"%1,%2"_s.arg(r).arg(c));
-        return cells;
-    }
-
-    std::unique_ptr<EditFiles> m_files;
 };
 
 QTEST_MAIN(EditCompareTest)

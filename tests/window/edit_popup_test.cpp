@@ -1,5 +1,6 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>
@@ -10,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TableOfTexts pumps(int records, int extraFields = 0) {
+TableOfTexts pumpsOf(int records, int extraFields = 0) {
     QStringList speeds;
     QStringList names;
     for (int r = 1; r <= records; ++r) {
@@ -31,14 +32,12 @@ TableOfTexts named(TableOfTexts table, const QString &name) {
 } // namespace
 
 /// The grids' pop-up menus: which one opens, and what it offers.
-class EditPopupTest : public QObject {
+class EditPopupTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_files = std::make_unique<EditFiles>(); }
-
     void theRightButtonOnARecordCellOpensTheRecordPopup() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3)}));
         rightPressCell(fixture, 0, 2, 2);
         QVERIFY(recordPopup(fixture).isVisible());
         QVERIFY(!fieldPopup(fixture).isVisible());
@@ -48,7 +47,7 @@ private Q_SLOTS:
     }
 
     void theRightButtonOnAHeaderOpensTheFieldPopupAndMakesItsColumnCurrent() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3)}));
         fixture.clickCell(0, 3, 1);
         rightPressHeader(fixture, 0, 2);
         QVERIFY(fieldPopup(fixture).isVisible());
@@ -58,16 +57,16 @@ private Q_SLOTS:
     }
 
     void theOtherButtonsOpenNothing() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3)}));
         fixture.clickCell(0, 2, 2);
-        hands::press(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, cellCentre(fixture, 0, 1, 1));
-        hands::release(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, cellCentre(fixture, 0, 1, 1));
+        hands::press(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, fixture.cellCentre(0, 1, 1));
+        hands::release(fixture.grid(0).viewport(), Qt::MiddleButton, Qt::NoModifier, fixture.cellCentre(0, 1, 1));
         QVERIFY(!recordPopup(fixture).isVisible());
         QIR_VERIFY_OK(fixture);
     }
 
     void theRightButtonBesideTheCellsOpensNothing() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(1)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(1)}));
         const QWidget *viewport = fixture.grid(0).viewport();
         hands::press(fixture.grid(0).viewport(), Qt::RightButton, Qt::NoModifier,
                      QPoint(viewport->width() - 2, viewport->height() - 2));
@@ -76,7 +75,7 @@ private Q_SLOTS:
     }
 
     void aPressOutsideTheSelectionMakesItsCellCurrent() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(5)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(5)}));
         selectBlock(fixture, 0, {1, 1, 2, 2});
         rightPressCell(fixture, 0, 4, 1);
         QCOMPARE(fixture.grid(0).selection(), singleCell(4, 1));
@@ -84,7 +83,7 @@ private Q_SLOTS:
     }
 
     void aPressInsideTheSelectionKeepsIt() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(5)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(5)}));
         selectBlock(fixture, 0, {1, 1, 3, 2});
         rightPressCell(fixture, 0, 2, 2);
         QCOMPARE(fixture.grid(0).selection(), (GridSelection{1, 1, 3, 2}));
@@ -93,7 +92,7 @@ private Q_SLOTS:
     }
 
     void theMenuKeyOpensTheRecordPopup() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3)}));
         fixture.clickCell(0, 3, 2);
         QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());
         QApplication::sendEvent(fixture.grid(0).viewport(), &key);
@@ -103,7 +102,7 @@ private Q_SLOTS:
     }
 
     void theMenuKeyWithControlOpensTheFieldPopup() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3)}));
         fixture.clickCell(0, 3, 2);
         QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint(), Qt::ControlModifier);
         QApplication::sendEvent(fixture.grid(0).viewport(), &key);
@@ -113,7 +112,7 @@ private Q_SLOTS:
     }
 
     void theRemoveItemNamesTheRecordThatItWouldRemove() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3)}));
         rightPressCell(fixture, 0, 2, 1);
         QCOMPARE(removeText(fixture), u"Remove Record 2"_s);
         recordPopup(fixture).close();
@@ -124,7 +123,7 @@ private Q_SLOTS:
     }
 
     void withoutARecordRowCurrentNoRecordCanBeRemoved() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3)}));
         fixture.clickCell(0, 2, 1);
         fixture.grid(0).setSelection({0, 1, 3, 1}); // holds the pressed cell, so that it stays
         rightPressCell(fixture, 0, 2, 1);
@@ -134,7 +133,7 @@ private Q_SLOTS:
     }
 
     void onlyATextFieldCanBeResized() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3)}));
         rightPressHeader(fixture, 0, 1);
         QVERIFY(!fixture.action(Command::ResizeTextFieldPOP).isEnabled());
         fieldPopup(fixture).close();
@@ -145,7 +144,7 @@ private Q_SLOTS:
 
     void theLastFieldCannotBeRemoved() {
         const TableOfTexts single{u"Single"_s, {{u"Only"_s, FieldType::Long, {u"1"_s}}}};
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3), single}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3), single}));
         rightPressHeader(fixture, 0, 1);
         QVERIFY(fixture.action(Command::RemoveFieldPOP).isEnabled());
         fieldPopup(fixture).close();
@@ -156,7 +155,7 @@ private Q_SLOTS:
     }
 
     void withOneDatabaseNothingCanBeCloned() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {pumps(3)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumpsOf(3)}));
         rightPressCell(fixture, 0, 2, 1);
         QVERIFY(!shows(fixture, Command::CloneTableSizePOP));
         QVERIFY(!shows(fixture, Command::CloneSelectedAreaPOP));
@@ -169,7 +168,7 @@ private Q_SLOTS:
 
     void theSizeCanBeClonedFromTheLongerTable() {
         EditorFixture fixture;
-        openBoth(fixture, {pumps(5)}, {pumps(3)});
+        openBoth(fixture, {pumpsOf(5)}, {pumpsOf(3)});
         rightPressCell(fixture, 0, 2, 1);
         QVERIFY(shows(fixture, Command::CloneTableSizePOP));
         recordPopup(fixture).close();
@@ -188,7 +187,8 @@ private Q_SLOTS:
 
     void theSizeCannotBeClonedBetweenTablesOfAsManyRecordsOrOtherFields() {
         EditorFixture fixture;
-        openBoth(fixture, {pumps(3), named(pumps(4), u"Valves"_s)}, {pumps(3), named(pumps(3, 1), u"Valves"_s)});
+        openBoth(fixture, {pumpsOf(3), named(pumpsOf(4), u"Valves"_s)},
+                 {pumpsOf(3), named(pumpsOf(3, 1), u"Valves"_s)});
         rightPressCell(fixture, 0, 2, 1);
         QVERIFY(!shows(fixture, Command::CloneTableSizePOP));
         recordPopup(fixture).close();
@@ -200,7 +200,7 @@ private Q_SLOTS:
 
     void theSizeCanBeClonedIntoATableWithoutRecords() {
         EditorFixture fixture;
-        openBoth(fixture, {pumps(3)}, {pumps(0)});
+        openBoth(fixture, {pumpsOf(3)}, {pumpsOf(0)});
         QVERIFY(!fixture.grid(1).Visible());
         rightPressCell(fixture, 0, 2, 1);
         QVERIFY(shows(fixture, Command::CloneTableSizePOP));
@@ -210,7 +210,7 @@ private Q_SLOTS:
 
     void theAreaCanBeClonedWhereBothGridsHaveTheSameCellsSelected() {
         EditorFixture fixture;
-        openBoth(fixture, {pumps(5)}, {pumps(3)});
+        openBoth(fixture, {pumpsOf(5)}, {pumpsOf(3)});
         selectBlock(fixture, 0, {1, 1, 2, 2});
         rightPressCell(fixture, 0, 2, 1);
         QVERIFY(shows(fixture, Command::CloneSelectedAreaPOP));
@@ -226,7 +226,7 @@ private Q_SLOTS:
 
     void noAreaCanBeClonedFromOrIntoTheEmptyColumnOfATableWithoutFields() {
         EditorFixture fixture;
-        openBoth(fixture, {{u"Pumps"_s, {}}}, {pumps(1)});
+        openBoth(fixture, {{u"Pumps"_s, {}}}, {pumpsOf(1)});
         fixture.choose(Command::AddRecordMenu);
         for (const int pane : {0, 1}) {
             rightPressCell(fixture, pane, 1, 1);
@@ -239,7 +239,7 @@ private Q_SLOTS:
 
     void nothingCanBeClonedWhileTheOtherDatabaseLacksTheTable() {
         EditorFixture fixture;
-        openBoth(fixture, {named(pumps(3), u"A"_s), pumps(5)}, {pumps(3)});
+        openBoth(fixture, {named(pumpsOf(3), u"A"_s), pumpsOf(5)}, {pumpsOf(3)});
         fixture.clickLine(0, 1);
         fixture.clickLine(0, 0);
         rightPressCell(fixture, 0, 1, 1);
@@ -254,7 +254,7 @@ private Q_SLOTS:
 
     void aRightPressMakesThePaneActive() {
         EditorFixture fixture;
-        openBoth(fixture, {pumps(5)}, {pumps(3)});
+        openBoth(fixture, {pumpsOf(5)}, {pumpsOf(3)});
         QCOMPARE(fixture.activePane(), 0);
         rightPressCell(fixture, 1, 1, 1);
         QCOMPARE(fixture.activePane(), 1);
@@ -265,18 +265,12 @@ private Q_SLOTS:
     }
 
 private:
-    void openBoth(EditorFixture &fixture, const std::vector<TableOfTexts> &left,
-                  const std::vector<TableOfTexts> &right) {
-        fixture.openBoth(m_files->make(u"LEFT.DDB"_s, left), m_files->make(u"RIGHT.DDB"_s, right));
-    }
-    static QMenu &recordPopup(EditorFixture &fixture) { return fixture.editor().controls.menu(Menu::popmenuGrid); }
-    static QMenu &fieldPopup(EditorFixture &fixture) { return fixture.editor().controls.menu(Menu::popmenuGridFields); }
+    static QMenu &recordPopup(EditorFixture &fixture) { return fixture.menu(Menu::popmenuGrid); }
+    static QMenu &fieldPopup(EditorFixture &fixture) { return fixture.menu(Menu::popmenuGridFields); }
     static bool shows(EditorFixture &fixture, Command command) { return fixture.action(command).isVisible(); }
     static QString removeText(EditorFixture &fixture) {
         return fixture.action(Command::RemoveRecordPOP).text().remove(u'&');
     }
-
-    std::unique_ptr<EditFiles> m_files;
 };
 
 QTEST_MAIN(EditPopupTest)

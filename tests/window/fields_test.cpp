@@ -1,7 +1,7 @@
 #include "dialogs/frmListaStringhePlain.h"
 #include "tests/support/Hands.h"
-#include "tests/window/EditorFixture.h"
-#include "tests/window/TestTables.h"
+#include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include "tests/tools/fake/FakeControl.h"
 
@@ -68,11 +68,14 @@ std::function<QString(QDialog &)> anyError(QString &text) {
 } // namespace
 
 /// Adding, renaming, removing and resizing fields through the real window.
-class FieldsTest : public QObject {
+class FieldsTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { sceltaLista() = SceltaLista{}; }
+    void init() {
+        WindowTest::init();
+        sceltaLista() = SceltaLista{};
+    }
 
     void addAppendsAFieldOfThePickedType_data() {
         QTest::addColumn<QString>("type");
@@ -83,7 +86,7 @@ private Q_SLOTS:
     void addAppendsAFieldOfThePickedType() {
         QFETCH(QString, type);
         QFETCH(QString, field);
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u" Height "_s);
         fixture.dialogs().expect(picker(type, Pick::Ok));
         fixture.choose(Command::AddFieldMenu);
@@ -95,7 +98,7 @@ private Q_SLOTS:
     }
 
     void theControlThatHadTheFocusHasItAgainAfterThePicker() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         for (QWidget *control : {static_cast<QWidget *>(&fixture.list(0)), static_cast<QWidget *>(&fixture.grid(0))}) {
             control->setFocus();
             fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
@@ -113,7 +116,7 @@ private Q_SLOTS:
     }
     void everyWayOfConfirmingThePickerTakesItsType() {
         QFETCH(int, how);
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
         fixture.dialogs().expect(picker(u"double"_s, Pick(how)));
         fixture.choose(Command::AddFieldMenu);
@@ -139,7 +142,7 @@ private Q_SLOTS:
     void aTextFieldIsAskedForItsSize() {
         QFETCH(QString, answer);
         QFETCH(int, size);
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Remark"_s);
         fixture.dialogs().expect(picker(u"text"_s, Pick::Ok));
         fixture.dialogs().expectInput(sizePrompt, u"?"_s, u"50"_s, answer);
@@ -150,7 +153,7 @@ private Q_SLOTS:
 
     void onlyATextFieldIsAddedWithASize() {
         const UseFake fake;
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fake->clearLog();
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
         fixture.dialogs().expect(picker(u"int"_s, Pick::Ok));
@@ -179,7 +182,7 @@ private Q_SLOTS:
     void aNameThatDiffersInCaseOrBlanksOnlyIsRefusedAndTheGridLoadedAgain() {
         QFETCH(QString, answer);
         QFETCH(QString, quoted);
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         QSignalSpy reload(fixture.grid(0).model(), &QAbstractItemModel::modelReset);
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, answer);
         fixture.dialogs().expectMessage(u"Field: '"_s + quoted + u"' already exists"_s, u"!"_s, u"OK"_s);
@@ -191,7 +194,7 @@ private Q_SLOTS:
     }
 
     void aCancelAnywhereAddsNothingAndLoadsNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         QSignalSpy reload(fixture.grid(0).model(), &QAbstractItemModel::modelReset);
         DialogScript &dialogs = fixture.dialogs();
 
@@ -219,7 +222,7 @@ private Q_SLOTS:
     }
 
     void closingThePickerByItsCloseBoxSendsWhatItsRecordHeldBefore() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         QString error;
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
         fixture.dialogs().expect(picker(QString(), Pick::CloseBox));
@@ -242,7 +245,7 @@ private Q_SLOTS:
     }
 
     void okWithNothingSelectedIsRefusedByTheComponentUnlessItCancels() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         // Position -1 is chosen, which is what a cancel looks like.
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
         fixture.dialogs().expect(picker(QString(), Pick::OkWithoutSelection));
@@ -252,7 +255,7 @@ private Q_SLOTS:
     }
 
     void addInADatabaseWithoutTablesSaysThatNoneIsSelected() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {}));
         fixture.dialogs().expectMessage(u"No selected Table"_s, u"!"_s, u"OK"_s);
         fixture.choose(Command::AddFieldMenu);
         QIR_VERIFY_OK(fixture);
@@ -260,8 +263,7 @@ private Q_SLOTS:
 
     void addBesideAPlaceholderWorksOnTheTableShownBefore() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}),
-                         files.make(u"R.DDB"_s, {pumps(), numbers(u"Z"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {pumps(), numbers(u"Z"_s, {u"1"_s})}));
         fixture.clickLine(0, 1);
         QVERIFY(!fixture.grid(0).Visible());
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
@@ -280,11 +282,11 @@ private Q_SLOTS:
 
     void addComparesTheCellsAgain() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {pumps()}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
         fixture.dialogs().expect(picker(u"long"_s, Pick::Ok));
         fixture.choose(Command::AddFieldMenu);
-        QCOMPARE(redCells(fixture, 0), QStringList({u"1,3"_s, u"2,3"_s, u"3,3"_s}));
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 3}, {2, 3}, {3, 3}}));
         QCOMPARE(fixture.lines(0), QStringList(u"Pumps !"_s));
         QCOMPARE(fixture.lines(1), QStringList(u"Pumps !"_s));
         QIR_VERIFY_OK(fixture);
@@ -292,8 +294,8 @@ private Q_SLOTS:
 
     void addWorksOnTheShownTableWhateverWasComparedLast() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps(u"A"_s), numbers(u"Z"_s, {u"1"_s})}),
-                         files.make(u"R.DDB"_s, {pumps(u"A"_s), numbers(u"Z"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps(u"A"_s), numbers(u"Z"_s, {u"1"_s})}),
+                         makeFile(u"R.DDB"_s, {pumps(u"A"_s), numbers(u"Z"_s, {u"1"_s})}));
         // Marking ends with Z.
         QCOMPARE(fixture.shownTable(0), u"A"_s);
         fixture.editor().pane(0).makeTableCurrent(u"Z"_s);
@@ -306,7 +308,7 @@ private Q_SLOTS:
     }
 
     void renameTakesTheAnswerAsTyped() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 2, 2);
         fixture.dialogs().expectInput(u"Field's new name (Name)"_s, u"?"_s, u"Name"_s, u" Label "_s);
         fixture.choose(Command::RenameFieldMenu);
@@ -320,19 +322,19 @@ private Q_SLOTS:
     void renameComparesNothingAndKeepsTheMarks() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"3"_s})}));
-        QCOMPARE(redCells(fixture, 0), QStringList(u"2,1"_s));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"3"_s})}));
+        QCOMPARE(redCells(fixture, 0), (Cells{{2, 1}}));
         fixture.dialogs().expectInput(u"Field's new name (Value)"_s, u"?"_s, u"Value"_s, u"Count"_s);
         const int reads = fake->calls(u"QIRTableRecordSetByIndex"_s);
         fixture.choose(Command::RenameFieldMenu);
         QCOMPARE(fake->calls(u"QIRTableRecordSetByIndex"_s), reads);
-        QCOMPARE(redCells(fixture, 0), QStringList(u"2,1"_s));
+        QCOMPARE(redCells(fixture, 0), (Cells{{2, 1}}));
         QIR_VERIFY_OK(fixture);
     }
 
     void renameWithoutANameChangesNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(u"Field's new name (Speed)"_s, u"?"_s, u"Speed"_s, QString());
         fixture.choose(Command::RenameFieldMenu);
         fixture.dialogs().expectInputCancelled(u"Field's new name (Speed)"_s, u"?"_s);
@@ -343,7 +345,7 @@ private Q_SLOTS:
     }
 
     void renameToATakenNameShowsTheComponentsReason() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         QString error;
         fixture.dialogs().expectInput(u"Field's new name (Speed)"_s, u"?"_s, u"Speed"_s, u"NAME"_s);
         fixture.dialogs().expect(anyError(error));
@@ -355,7 +357,7 @@ private Q_SLOTS:
     }
 
     void removeAsksFirst() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
         fixture.dialogs().expect([](QDialog &dialog) {
             auto &box = dynamic_cast<QMessageBox &>(dialog);
@@ -375,25 +377,25 @@ private Q_SLOTS:
     }
 
     void theLastFieldOfATableCannotBeRemoved() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
         QVERIFY(!fixture.action(Command::RemoveFieldMenu).isEnabled());
         QIR_VERIFY_OK(fixture);
     }
 
     void removeComparesTheCellsAgain() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {pumps()}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
         fixture.dialogs().expectMessage(u"Do you want to remove field: 'Name' ?"_s, u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveFieldMenu);
-        QCOMPARE(redCells(fixture, 0), QStringList());
-        QCOMPARE(redCells(fixture, 1), QStringList({u"1,2"_s, u"2,2"_s, u"3,2"_s}));
+        QCOMPARE(redCells(fixture, 0), Cells());
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 2}, {2, 2}, {3, 2}}));
         QCOMPARE(fixture.lines(1), QStringList(u"Pumps !"_s));
         QIR_VERIFY_OK(fixture);
     }
 
     void resizeAsksWithTheSizeAsDefaultAndLoadsNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
         QSignalSpy reload(fixture.grid(0).model(), &QAbstractItemModel::modelReset);
         fixture.dialogs().expectInput(u"Field size"_s, u"?"_s, u"20"_s, u"3"_s);
@@ -406,7 +408,7 @@ private Q_SLOTS:
     }
 
     void resizeIsAsPermissiveAsTheSizeOfANewField() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
         fixture.dialogs().expectInput(u"Field size"_s, u"?"_s, u"20"_s, u"1000"_s);
         fixture.choose(Command::ResizeTextField);
@@ -418,7 +420,7 @@ private Q_SLOTS:
     }
 
     void cancellingTheSizeChangesNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
         fixture.dialogs().expectInputCancelled(u"Field size"_s, u"?"_s);
         fixture.choose(Command::ResizeTextField);
@@ -430,7 +432,7 @@ private Q_SLOTS:
     }
 
     void aColumnOfAnotherTypeCannotBeResized() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 1);
         QVERIFY(!fixture.action(Command::ResizeTextField).isEnabled());
         // The pop-up's way to the same worker asks nothing either.
@@ -441,7 +443,7 @@ private Q_SLOTS:
     }
 
     void withoutAFieldTheCommandsDoNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.grid(0).setCol(0);
         for (const Command command : {Command::RenameFieldMenu, Command::RemoveFieldMenu, Command::ResizeTextField}) {
             fixture.action(command).setEnabled(true);
@@ -453,8 +455,7 @@ private Q_SLOTS:
 
     void withoutASelectedTableTheCommandsDoNothing() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}),
-                         files.make(u"R.DDB"_s, {pumps(), numbers(u"Z"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {pumps(), numbers(u"Z"_s, {u"1"_s})}));
         fixture.clickLine(0, 1);
         for (const Command command : {Command::RenameFieldMenu, Command::RemoveFieldMenu, Command::ResizeTextField}) {
             fixture.action(command).setEnabled(true);
@@ -466,20 +467,19 @@ private Q_SLOTS:
     }
 
     void theCommandsEndAnOpenEdit() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
-        fixture.editedCell().row = 1;
-        fixture.editedCell().column = 2;
-        fixture.editor().txtEdit(0).show();
+        beginEdit(fixture, 0, 1, 2);
+        QVERIFY(fixture.cellEditor(0).isVisible());
         fixture.dialogs().expectInput(u"Field's new name (Name)"_s, u"?"_s, u"Name"_s, u"Label"_s);
         fixture.choose(Command::RenameFieldMenu);
-        QVERIFY(!fixture.editor().txtEdit(0).isVisible());
+        QVERIFY(!fixture.cellEditor(0).isVisible());
         QCOMPARE(fixture.editedCell().row, -1);
         QIR_VERIFY_OK(fixture);
     }
 
     void whatWasDoneReachesTheFile() {
-        const QString path = files.make(u"A.DDB"_s, {pumps()});
+        const QString path = makeFile(u"A.DDB"_s, {pumps()});
         {
             EditorFixture fixture(path);
             fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
@@ -495,9 +495,6 @@ private Q_SLOTS:
         QCOMPARE(fieldsOf(again, 0), QStringList({u"Name text 20"_s, u"Height double 0"_s}));
         QIR_VERIFY_OK(again);
     }
-
-private:
-    TestFiles files;
 };
 
 QTEST_MAIN(FieldsTest)

@@ -1,5 +1,6 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include "platform/controls/Twips.h"
 #include "platform/grid/ColumnMeasure.h"
@@ -42,20 +43,18 @@ void dragEdge(EditorFixture &fixture, int pane, int column, int pixels) {
 } // namespace
 
 /// Fitting columns through the real window.
-class FitTest : public QObject {
+class FitTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_files = std::make_unique<EditFiles>(); }
-
     void aLoadFitsAllColumns() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {notes()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {notes()}));
         verifyFitted(fixture);
         QIR_VERIFY_OK(fixture);
     }
 
     void aColumnIsNeverNarrowerThanItsHeader() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {notes()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {notes()}));
         const Grid &grid = fixture.grid(0);
         ColumnMeasure measure(grid.font(), &grid);
         QCOMPARE(grid.ColWidth(1), measure.textWidth(u"A number with a long name [long]"_s));
@@ -63,7 +62,7 @@ private Q_SLOTS:
     }
 
     void widthsHoldABlankTheTextAndSixtyTwips() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {notes()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {notes()}));
         const Grid &grid = fixture.grid(0);
         const QFontMetricsF metrics(grid.font(), &grid);
         const qreal text = metrics.horizontalAdvance(u" WWWWWWWWWW"_s) * twipsPerPixel;
@@ -73,7 +72,7 @@ private Q_SLOTS:
     }
 
     void theCommandFitsColumnsOfAnyWidth() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {notes()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {notes()}));
         fixture.grid(0).setColWidth(0, 900);
         fixture.grid(0).setColWidth(1, 20000);
         fixture.grid(0).setColWidth(2, 150);
@@ -83,7 +82,7 @@ private Q_SLOTS:
     }
 
     void aColumnDraggedToNothingShowsAgain() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {notes()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {notes()}));
         Grid &grid = fixture.grid(0);
         dragEdge(fixture, 0, 2, -grid.horizontalHeader()->sectionSize(1));
         QCOMPARE(grid.ColWidth(2), 0);
@@ -93,7 +92,7 @@ private Q_SLOTS:
     }
 
     void aColumnGrowsWithWhatWasTyped() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {notes()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {notes()}));
         const int before = fixture.grid(0).ColWidth(3);
         edit(fixture, 0, 1, 3, u"a text that a byte field cannot hold"_s);
         QCOMPARE(fixture.grid(0).ColWidth(3), before);
@@ -105,7 +104,7 @@ private Q_SLOTS:
 
     void onlyTheActivePaneIsFitted() {
         EditorFixture fixture;
-        fixture.openBoth(m_files->make(u"A.DDB"_s, {notes()}), m_files->make(u"B.DDB"_s, {notes()}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {notes()}), makeFile(u"B.DDB"_s, {notes()}));
         fixture.grid(0).setColWidth(3, 5000);
         fixture.grid(1).setColWidth(3, 5000);
         fixture.activate(1);
@@ -119,7 +118,7 @@ private Q_SLOTS:
         EditorFixture fixture;
         TableOfTexts other = notes();
         other.name = u"Other"_s;
-        fixture.openBoth(m_files->make(u"A.DDB"_s, {notes(), other}), m_files->make(u"B.DDB"_s, {notes()}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {notes(), other}), makeFile(u"B.DDB"_s, {notes()}));
         fixture.grid(1).setColWidth(3, 5000);
         fixture.clickLine(1, 1);
         QVERIFY(!fixture.grid(1).Visible());
@@ -129,7 +128,7 @@ private Q_SLOTS:
     }
 
     void theWindowClosedDuringAFitEndsTheProgram() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {notes()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {notes()}));
         QTimer::singleShot(0, &fixture.window(), &QWidget::close);
         fixture.choose(Command::ColumnSizeAdjust);
         QVERIFY(MessageLoop::instance()->programEnded());
@@ -142,8 +141,6 @@ private:
         for (int c = 1; c < grid.Cols(); ++c)
             QCOMPARE(grid.ColWidth(c), widthOfAll(grid, c));
     }
-
-    std::unique_ptr<EditFiles> m_files;
 };
 
 QTEST_MAIN(FitTest)

@@ -1,5 +1,5 @@
 #include "tests/support/Hands.h"
-#include "tests/window/ShellTest.h"
+#include "tests/window/WindowTest.h"
 
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -9,7 +9,7 @@ using namespace qir::test;
 using namespace Qt::StringLiterals;
 
 /// The help menu through the real window.
-class HelpTest : public ShellTest {
+class HelpTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:

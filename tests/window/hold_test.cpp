@@ -1,7 +1,7 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/PopupTools.h"
-#include "tests/window/TestTables.h"
+#include "tests/window/WindowTest.h"
 
 #include <QGroupBox>
 #include <QScrollBar>
@@ -24,10 +24,6 @@ void goTo(EditorFixture &fixture, int pane, const QString &place) {
         hands::key(&fixture.grid(pane), Qt::Key_Return);
 }
 
-QPoint lineCentre(const ListBox &list, int line) {
-    return list.visualRect(list.model()->index(line, 0)).center();
-}
-
 /// The place below the last line.
 QPoint belowLines(const ListBox &list) {
     return list.viewport()->rect().bottomLeft() + QPoint(20, -3);
@@ -42,7 +38,7 @@ TableOfTexts different(const TableOfTexts &table) {
 } // namespace
 
 /// Presses that are held as fingers hold them, and what the other pane, its list and its grid say afterwards.
-class HoldTest : public QObject {
+class HoldTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -68,13 +64,13 @@ private Q_SLOTS:
         for (const int pane : {0, 1}) {
             QCOMPARE(fixture.list(pane).ListIndex(), 1);
             QCOMPARE(fixture.shownTable(pane), u"Pumps"_s);
-            QCOMPARE(redCells(fixture, pane), QStringList{u"1,1"_s});
+            QCOMPARE(redCells(fixture, pane), (Cells{{1, 1}}));
         }
         QCOMPARE(fixture.activePane(), clicked);
         fixture.clickLine(clicked, 2);
         for (const int pane : {0, 1}) {
             QCOMPARE(fixture.list(pane).ListIndex(), 2);
-            QVERIFY(redCells(fixture, pane).isEmpty());
+            QVERIFY(redCells(fixture, pane).empty());
         }
         QIR_VERIFY_OK(fixture);
     }
@@ -84,11 +80,11 @@ private Q_SLOTS:
         open(fixture);
         goTo(fixture, 0, u"list"_s);
         const ListBox &list = fixture.list(1);
-        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        hands::press(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(1, 1));
         QCOMPARE(list.ListIndex(), 1);
         QCOMPARE(fixture.shownTable(1), u"Alarms"_s);
         QCOMPARE(fixture.activePane(), 0);
-        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        hands::release(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(1, 1));
         QCOMPARE(fixture.shownTable(1), u"Pumps"_s);
         QCOMPARE(fixture.shownTable(0), u"Pumps"_s);
         QIR_VERIFY_OK(fixture);
@@ -99,10 +95,10 @@ private Q_SLOTS:
         open(fixture);
         goTo(fixture, 0, u"grid"_s);
         const ListBox &list = fixture.list(1);
-        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        hands::press(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(1, 1));
         fixture.choose(Command::ColumnSizeAdjust);
         QCOMPARE(fixture.shownTable(1), u"Alarms"_s);
-        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        hands::release(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(1, 1));
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.shownTable(0), u"Pumps"_s);
         QCOMPARE(fixture.shownTable(1), u"Pumps"_s);
@@ -114,9 +110,9 @@ private Q_SLOTS:
         open(fixture);
         goTo(fixture, 0, u"grid"_s);
         const ListBox &list = fixture.list(1);
-        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 2));
+        hands::press(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(1, 2));
         fixture.choose(Command::CompareAgainMenu);
-        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 2));
+        hands::release(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(1, 2));
         for (const int pane : {0, 1}) {
             QCOMPARE(fixture.list(pane).ListIndex(), 2);
             QCOMPARE(fixture.shownTable(pane), u"Valves"_s);
@@ -130,10 +126,10 @@ private Q_SLOTS:
         open(fixture);
         fixture.activate(1);
         const ListBox &list = fixture.list(1);
-        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        hands::press(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(1, 1));
         fixture.choose(Command::CloseDatabaseMenu);
         hands::strike(fixture.window(), Qt::Key_Down, Qt::NoModifier, {});
-        fixture.open(m_files->make(u"C.DDB"_s, {numbers(u"Alarms"_s, {u"1"_s})}));
+        fixture.open(makeFile(u"C.DDB"_s, {numbers(u"Alarms"_s, {u"1"_s})}));
         QVERIFY(!fixture.list(1).clickPending());
         QCOMPARE(fixture.shownTable(1), u"Alarms"_s);
         QIR_VERIFY_OK(fixture);
@@ -144,7 +140,7 @@ private Q_SLOTS:
         open(fixture);
         goTo(fixture, 0, u"grid"_s);
         const ListBox &list = fixture.list(1);
-        hands::drag(list.viewport(), lineCentre(list, 2), lineCentre(list, 1));
+        hands::drag(list.viewport(), fixture.lineCentre(1, 2), fixture.lineCentre(1, 1));
         for (const int pane : {0, 1})
             QCOMPARE(fixture.list(pane).ListIndex(), 1);
         QCOMPARE(fixture.activePane(), 1);
@@ -195,7 +191,7 @@ private Q_SLOTS:
         pressRight(fixture, 1, line);
         for (const int pane : {0, 1})
             QCOMPARE(fixture.list(pane).ListIndex(), line);
-        QMenu &popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
+        QMenu &popup = fixture.menu(Menu::popmenuCopyToOther);
         QVERIFY(popup.isVisible());
         popup.close();
         QIR_VERIFY_OK(fixture);
@@ -207,7 +203,7 @@ private Q_SLOTS:
         goTo(fixture, 0, u"grid"_s);
         pressRight(fixture, 1, 1);
         QCOMPARE(fixture.activePane(), 1);
-        QVERIFY(!fixture.editor().controls.menu(Menu::popmenuCopyToOther).isVisible());
+        QVERIFY(!fixture.menu(Menu::popmenuCopyToOther).isVisible());
         for (const int pane : {0, 1})
             QCOMPARE(fixture.list(pane).ListIndex(), 0);
         QIR_VERIFY_OK(fixture);
@@ -225,12 +221,12 @@ private Q_SLOTS:
         open(fixture);
         goTo(fixture, 0, u"list"_s);
         const ListBox &list = fixture.list(0);
-        QMenu &popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
-        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
-        hands::click(list.viewport(), button, {}, lineCentre(list, 1));
+        QMenu &popup = fixture.menu(Menu::popmenuCopyToOther);
+        hands::press(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(0, 1));
+        hands::click(list.viewport(), button, {}, fixture.lineCentre(0, 1));
         QCOMPARE(popup.isVisible(), button == Qt::RightButton);
         popup.close();
-        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        hands::release(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(0, 1));
         for (const int pane : {0, 1}) {
             QCOMPARE(fixture.list(pane).ListIndex(), 1);
             QCOMPARE(fixture.shownTable(pane), u"Pumps"_s);
@@ -243,8 +239,8 @@ private Q_SLOTS:
         open(fixture);
         goTo(fixture, 0, u"list"_s);
         ListBox &list = fixture.list(0);
-        QMenu &popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
-        hands::press(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1));
+        QMenu &popup = fixture.menu(Menu::popmenuCopyToOther);
+        hands::press(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(0, 1));
         hands::key(&list, Qt::Key_F10, Qt::ShiftModifier);
         QVERIFY(popup.isVisible());
         popup.close();
@@ -253,7 +249,7 @@ private Q_SLOTS:
             QCOMPARE(fixture.shownTable(pane), u"Pumps"_s);
         }
         QVERIFY(!list.clickPending());
-        hands::release(list.viewport(), Qt::LeftButton, {}, lineCentre(list, 1)); // the menu would have had it
+        hands::release(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(0, 1)); // the menu would have had it
         QIR_VERIFY_OK(fixture);
     }
 
@@ -294,7 +290,7 @@ private:
         const std::vector<TableOfTexts> tables{numbers(u"Alarms"_s, {u"1"_s}), pumps(), numbers(u"Valves"_s, {u"1"_s})};
         std::vector<TableOfTexts> others = tables;
         others[1] = different(others[1]);
-        fixture.openBoth(m_files->make(u"A.DDB"_s, tables), m_files->make(u"B.DDB"_s, others));
+        fixture.openBoth(makeFile(u"A.DDB"_s, tables), makeFile(u"B.DDB"_s, others));
     }
 
     /// Lists and grids that have more than they show.
@@ -306,7 +302,7 @@ private:
         for (int k = 0; k < 40; ++k)
             tables.push_back(numbers(u"Table %1"_s.arg(k, 2, 10, QChar(u'0')), values));
         tables.push_back(numbers(u"Zones"_s, values));
-        fixture.openBoth(m_files->make(u"A.DDB"_s, tables), m_files->make(u"B.DDB"_s, tables));
+        fixture.openBoth(makeFile(u"A.DDB"_s, tables), makeFile(u"B.DDB"_s, tables));
     }
 
     static void click(EditorFixture &fixture, int pane, const QString &control) {
@@ -317,7 +313,7 @@ private:
         if (control == u"IDtb")
             fixture.activate(pane);
         else if (control == u"nomelab")
-            hands::click(&fixture.editor().nomelab(pane), Qt::LeftButton);
+            hands::click(&fixture.label(pane), Qt::LeftButton);
         else if (control == u"list")
             fixture.clickLine(pane, 1);
         else if (control == u"list bar")
@@ -336,8 +332,6 @@ private:
         else
             hands::click(grid.verticalScrollBar(), Qt::LeftButton);
     }
-
-    std::unique_ptr<EditFiles> m_files = std::make_unique<EditFiles>();
 };
 
 QTEST_MAIN(HoldTest)

@@ -1,7 +1,7 @@
 #include "app/Layout.h"
 #include "platform/controls/Twips.h"
 #include "tests/window/LayoutCheck.h"
-#include "tests/window/ShellTest.h"
+#include "tests/window/WindowTest.h"
 
 #include <QAccessible>
 #include <QGroupBox>
@@ -35,7 +35,7 @@ private:
 } // namespace
 
 /// Where everything stands in the window.
-class LayoutTest : public ShellTest {
+class LayoutTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -46,7 +46,7 @@ private Q_SLOTS:
         EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
         fixture.window().resize(size);
         QCOMPARE(fixture.window().size(), size);
-        const QRect frame = fixture.editor().IDtb(0).geometry();
+        const QRect frame = fixture.frame(0).geometry();
         QCOMPARE(frame, QRect(toPixels(50), 0, size.width() - toPixels(200), size.height() - toPixels(900)));
         checkInside(fixture, 0);
     }
@@ -61,8 +61,8 @@ private Q_SLOTS:
         fixture.window().resize(size);
         const int width = (size.width() - toPixels(200)) / 2;
         const int height = size.height() - toPixels(900);
-        QCOMPARE(fixture.editor().IDtb(0).geometry(), QRect(toPixels(50), 0, width, height));
-        QCOMPARE(fixture.editor().IDtb(1).geometry(), QRect(width + toPixels(50), 0, width, height));
+        QCOMPARE(fixture.frame(0).geometry(), QRect(toPixels(50), 0, width, height));
+        QCOMPARE(fixture.frame(1).geometry(), QRect(width + toPixels(50), 0, width, height));
         for (const int pane : {0, 1})
             checkInside(fixture, pane);
     }
@@ -78,9 +78,9 @@ private Q_SLOTS:
         EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
         fixture.window().setWindowState(Qt::WindowMinimized);
         QVERIFY(fixture.window().isMinimized());
-        fixture.editor().IDtb(0).setGeometry(1, 2, 3, 4);
+        fixture.frame(0).setGeometry(1, 2, 3, 4);
         RicalcolaSistemazioneForm(fixture.editor());
-        QCOMPARE(fixture.editor().IDtb(0).geometry(), QRect(1, 2, 3, 4));
+        QCOMPARE(fixture.frame(0).geometry(), QRect(1, 2, 3, 4));
     }
 
     void nothingIsCutOffOrOverlapsInAnyFont_data() {
@@ -103,7 +103,7 @@ private Q_SLOTS:
         if (two)
             fixture.choose(Command::TwoMenu);
         fixture.window().resize(size);
-        fixture.editor().controls.ProgressBarCompare->show();
+        fixture.progressBar().show();
         QCOMPARE(layoutProblems(fixture.window()), QString());
         if (two) {
             fixture.activate(1);
@@ -121,7 +121,7 @@ private Q_SLOTS:
 
     void aNameThatIsTooLongForItsPlaceKeepsItsEndReadable() {
         EditorFixture fixture(makeFile(QString(60, u'x') + u".DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
-        QLabel &label = fixture.editor().nomelab(0);
+        QLabel &label = fixture.label(0);
         fixture.window().resize(300, 400);
         QVERIFY(label.fontMetrics().horizontalAdvance(label.text()) > label.width());
         QVERIFY(label.text().endsWith(u".DDB"_s)); // whole for who reads it
@@ -142,7 +142,7 @@ private Q_SLOTS:
         fixture.choose(Command::TwoMenu);
         fixture.activate(0);
         const auto colourOf = [&](int pane) {
-            const QGroupBox &frame = fixture.editor().IDtb(pane);
+            const QGroupBox &frame = fixture.frame(pane);
             return const_cast<QGroupBox &>(frame).grab().toImage().pixelColor(frame.width() / 2,
                                                                               frame.height() * 7 / 8);
         };
@@ -187,9 +187,9 @@ private:
 
     /// List, label and grid of a pane, by the given measures.
     static void checkInside(EditorFixture &fixture, int pane) {
-        const QSize frame = fixture.editor().IDtb(pane).size();
+        const QSize frame = fixture.frame(pane).size();
         const int width = frame.width() - toPixels(250);
-        QCOMPARE(fixture.editor().nomelab(pane).width(), width);
+        QCOMPARE(fixture.label(pane).width(), width);
         QCOMPARE(fixture.list(pane).width(), width);
         QCOMPARE(fixture.grid(pane).width(), width);
         QCOMPARE(fixture.grid(pane).height(), frame.height() - fixture.list(pane).height() - toPixels(900));

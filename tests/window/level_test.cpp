@@ -1,4 +1,5 @@
 #include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <QScrollBar>
 
@@ -9,14 +10,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 TableOfTexts rows(int records, int fields = 2) {
-    TableOfTexts table{u"Rows"_s, {}};
-    for (int f = 1; f <= fields; ++f) {
-        QStringList texts;
-        for (int r = 1; r <= records; ++r)
-            texts.append(QString::number(r * 100 + f));
-        table.fields.push_back({u"Field%1"_s.arg(f), FieldType::Long, texts});
-    }
-    return table;
+    return counted(u"Rows"_s, records, fields);
 }
 
 /// Where a row stands in its grid's window, from the top of the main window.
@@ -48,16 +42,14 @@ void dragEdge(QHeaderView *header, int section, int by) {
 } // namespace
 
 /// Two grids side by side show the same rows at the same height.
-class LevelTest : public QObject {
+class LevelTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_files = std::make_unique<EditFiles>(); }
-
     void theShorterTableScrollsAsFarAsTheLonger() {
         for (const int longer : {0, 1}) {
             EditorFixture fixture;
-            open(fixture, {rows(longer == 0 ? 90 : 80)}, {rows(longer == 0 ? 80 : 90)});
+            openBoth(fixture, {rows(longer == 0 ? 90 : 80)}, {rows(longer == 0 ? 80 : 90)});
             fixture.clickCell(longer, 1, 1);
             hands::key(&fixture.grid(longer), Qt::Key_End, Qt::ControlModifier);
             const Grid &grid = fixture.grid(longer);
@@ -73,7 +65,7 @@ private Q_SLOTS:
 
     void aTableOfAFewRowsLeavesTheScreenWithTheLonger() {
         EditorFixture fixture;
-        open(fixture, {rows(300)}, {rows(3)});
+        openBoth(fixture, {rows(300)}, {rows(3)});
         fixture.clickCell(0, 1, 1);
         hands::key(&fixture.grid(0), Qt::Key_End, Qt::ControlModifier);
         QVERIFY(fixture.grid(0).TopRow() > 200);
@@ -84,7 +76,7 @@ private Q_SLOTS:
 
     void scrollingTheShorterTablePastItsEndScrollsTheLonger() {
         EditorFixture fixture;
-        open(fixture, {rows(300)}, {rows(40)});
+        openBoth(fixture, {rows(300)}, {rows(40)});
         fixture.clickCell(1, 1, 1);
         for (int turn = 0; turn < 20; ++turn)
             hands::turnWheel(fixture.grid(1).viewport(), QPoint(20, 20), QPoint(0, -480));
@@ -97,7 +89,7 @@ private Q_SLOTS:
 
     void theRoomGoesWhenTheLongerTableIsClosed() {
         EditorFixture fixture;
-        open(fixture, {rows(300)}, {rows(40)});
+        openBoth(fixture, {rows(300)}, {rows(40)});
         fixture.clickCell(0, 1, 1);
         hands::key(&fixture.grid(0), Qt::Key_End, Qt::ControlModifier);
         fixture.activate(0);
@@ -109,7 +101,7 @@ private Q_SLOTS:
 
     void aBarThatOneGridNeedsTheOtherShowsToo() {
         EditorFixture fixture;
-        open(fixture, {rows(3, 20)}, {rows(60, 2)});
+        openBoth(fixture, {rows(3, 20)}, {rows(60, 2)});
         for (const int pane : {0, 1}) {
             QTRY_VERIFY(!fixture.grid(pane).horizontalScrollBar()->isHidden());
             QVERIFY(!fixture.grid(pane).verticalScrollBar()->isHidden());
@@ -121,7 +113,7 @@ private Q_SLOTS:
     void aRowResizedInOnePaneIsResizedInTheOther() {
         for (const int pane : {0, 1}) {
             EditorFixture fixture;
-            open(fixture, {rows(60)}, {rows(70)});
+            openBoth(fixture, {rows(60)}, {rows(70)});
             const int before = fixture.grid(pane).rowHeight(2);
             dragEdge(fixture.grid(pane).verticalHeader(), 2, 25);
             QVERIFY(fixture.grid(pane).rowHeight(2) > before + 10);
@@ -132,7 +124,7 @@ private Q_SLOTS:
 
     void rowsKeepTheHeightThatTheyWereGivenThroughAReload() {
         EditorFixture fixture;
-        open(fixture, {rows(6)}, {rows(6)});
+        openBoth(fixture, {rows(6)}, {rows(6)});
         dragEdge(fixture.grid(0).verticalHeader(), 1, 25);
         const int given = fixture.grid(0).rowHeight(1);
         fixture.clickCell(0, 4, 1);
@@ -148,8 +140,8 @@ private Q_SLOTS:
 
     void aTableLoadedBesideItselfTakesOverTheRowsHeights() {
         EditorFixture fixture;
-        const QString right = m_files->make(u"RIGHT.DDB"_s, {rows(6)});
-        fixture.open(m_files->make(u"LEFT.DDB"_s, {rows(6)}));
+        const QString right = makeFile(u"RIGHT.DDB"_s, {rows(6)});
+        fixture.open(makeFile(u"LEFT.DDB"_s, {rows(6)}));
         dragEdge(fixture.grid(0).verticalHeader(), 1, 25);
         const int given = fixture.grid(0).rowHeight(1);
         fixture.choose(Command::TwoMenu);
@@ -164,7 +156,7 @@ private Q_SLOTS:
         EditorFixture fixture;
         TableOfTexts other = rows(6);
         other.name = u"Second"_s;
-        open(fixture, {rows(6), other}, {rows(6), other});
+        openBoth(fixture, {rows(6), other}, {rows(6), other});
         const int before = fixture.grid(0).rowHeight(1);
         dragEdge(fixture.grid(0).verticalHeader(), 1, 25);
         fixture.clickLine(0, 1);
@@ -176,7 +168,7 @@ private Q_SLOTS:
     void aColumnResizedInOnePaneIsResizedInTheOther() {
         for (const int pane : {0, 1}) {
             EditorFixture fixture;
-            open(fixture, {rows(60)}, {rows(60)});
+            openBoth(fixture, {rows(60)}, {rows(60)});
             const int before = fixture.grid(pane).columnWidth(0);
             dragEdge(fixture.grid(pane).horizontalHeader(), 0, 40);
             QVERIFY(fixture.grid(pane).columnWidth(0) > before + 20);
@@ -193,7 +185,7 @@ private Q_SLOTS:
         left.name = u"A"_s;
         TableOfTexts right = rows(6);
         right.name = u"B"_s;
-        open(fixture, {left}, {right});
+        openBoth(fixture, {left}, {right});
         fixture.list(0).setFocus();
         fixture.clickLine(0, 0); // beside a placeholder
         QVERIFY(!fixture.grid(1).Visible());
@@ -205,13 +197,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.grid(1).rowHeight(1), before);
         QIR_VERIFY_OK(fixture);
     }
-
-private:
-    void open(EditorFixture &fixture, const std::vector<TableOfTexts> &left, const std::vector<TableOfTexts> &right) {
-        fixture.openBoth(m_files->make(u"LEFT.DDB"_s, left), m_files->make(u"RIGHT.DDB"_s, right));
-    }
-
-    std::unique_ptr<EditFiles> m_files;
 };
 
 QTEST_MAIN(LevelTest)

@@ -1,7 +1,6 @@
 #include "tests/support/Hands.h"
-#include "tests/window/EditorFixture.h"
 #include "tests/window/PopupTools.h"
-#include "tests/window/TestTables.h"
+#include "tests/window/WindowTest.h"
 
 #include "tests/tools/fake/FakeControl.h"
 
@@ -19,19 +18,19 @@ const QStringList cloneEntry{u"ClonePOP"_s};
 } // namespace
 
 /// The pop-up menu of the table lists.
-class ListPopupTest : public QObject {
+class ListPopupTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void aTableOfASingleDatabaseCanBeRenamedAndRemoved() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         pressRight(fixture, 0, 0);
         QCOMPARE(entries(fixture), tableEntries);
         QIR_VERIFY_OK(fixture);
     }
 
     void aRightPressSelectsAndLoadsTheLineFirst() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
         pressRight(fixture, 0, 1);
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.texts(0), QList<QStringList>({{u"2"_s}}));
@@ -76,7 +75,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(1), QStringList({u"A ?"_s, u"B"_s, u"C"_s}));
         pressRight(fixture, 0, 1);
         QCOMPARE(entries(fixture), tableEntries);
-        fixture.editor().controls.menu(Menu::popmenuCopyToOther).close();
+        fixture.menu(Menu::popmenuCopyToOther).close();
         pressRight(fixture, 0, 0);
         QCOMPARE(entries(fixture), cloneEntry + tableEntries);
         QIR_VERIFY_OK(fixture);
@@ -101,8 +100,8 @@ private Q_SLOTS:
 
     void aLineBeyondTheOtherListOffersNoClone() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
         fixture.dialogs().expectInput(u"New table name"_s, u"?"_s, u"Tablex"_s, u"B"_s);
         fixture.choose(Command::AddTableMenu);
         pressRight(fixture, 0, 1);
@@ -129,7 +128,7 @@ private Q_SLOTS:
     }
 
     void aLeftPressOpensNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickLine(0, 0);
         QCOMPARE(entries(fixture), QStringList());
         QIR_VERIFY_OK(fixture);
@@ -145,7 +144,7 @@ private Q_SLOTS:
     }
 
     void withoutASelectedLineNothingOpens() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         runCommand([&] { fixture.list(0).setListIndex(-1); });
         fixture.list(0).setFocus();
         pressMenuKey(fixture);
@@ -166,8 +165,8 @@ private Q_SLOTS:
     }
 
     void theEntriesRunTheirCommands() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
-        QMenu &menu = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
+        QMenu &menu = fixture.menu(Menu::popmenuCopyToOther);
         pressRight(fixture, 0, 1);
         fixture.dialogs().expectInput(u"Table's new name (B)"_s, u"?"_s, u"B"_s, u"C"_s);
         chooseFromPopup(menu, fixture.action(Command::RenameTablePOP));
@@ -183,7 +182,7 @@ private Q_SLOTS:
 
     void aWindowClosedWhileTheTableLoadsOpensNothing() {
         const UseFake fake;
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
         fake->setHook([&](const FakeCall &call) {
             if (call.member == u"GetQirRecord"_s)
                 QMetaObject::invokeMethod(&fixture.window(), &QWidget::close, Qt::QueuedConnection);
@@ -196,9 +195,7 @@ private Q_SLOTS:
     }
 
 private:
-    static QStringList entries(EditorFixture &fixture) {
-        return shownEntries(fixture.editor().controls.menu(Menu::popmenuCopyToOther));
-    }
+    static QStringList entries(EditorFixture &fixture) { return shownEntries(fixture.menu(Menu::popmenuCopyToOther)); }
 
     /// What the keyboard's menu key sends to the control that has the focus.
     static void pressMenuKey(EditorFixture &fixture) {
@@ -210,11 +207,9 @@ private:
 
     /// Left "A", "B", "C ?"; right "A ?", "B", "C".
     void openTwo(EditorFixture &fixture) const {
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"B"_s, {u"2"_s}), numbers(u"C"_s, {u"3"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"B"_s, {u"2"_s}), numbers(u"C"_s, {u"3"_s})}));
     }
-
-    TestFiles files;
 };
 
 QTEST_MAIN(ListPopupTest)

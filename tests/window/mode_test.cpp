@@ -1,5 +1,5 @@
 #include "tests/support/Hands.h"
-#include "tests/window/ShellTest.h"
+#include "tests/window/WindowTest.h"
 
 #include <QGroupBox>
 #include <QMenu>
@@ -21,11 +21,11 @@ bool onePane(EditorFixture &fixture) {
 }
 
 QColor frameColour(EditorFixture &fixture, int pane) {
-    return fixture.editor().IDtb(pane).palette().color(QPalette::Window);
+    return fixture.frame(pane).palette().color(QPalette::Window);
 }
 
 QColor labelColour(EditorFixture &fixture, int pane) {
-    return fixture.editor().nomelab(pane).palette().color(QPalette::Window);
+    return fixture.label(pane).palette().color(QPalette::Window);
 }
 
 const QColor yellow(255, 255, 0);
@@ -37,15 +37,15 @@ QColor buttonFace() {
 } // namespace
 
 /// One pane and two, the active pane and the enabling of the commands, through the real window.
-class ModeTest : public ShellTest {
+class ModeTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void theEditorStartsWithOnePane() {
         EditorFixture fixture;
         QVERIFY(onePane(fixture));
-        QVERIFY(fixture.editor().IDtb(0).isVisible());
-        QVERIFY(!fixture.editor().IDtb(1).isVisible());
+        QVERIFY(fixture.frame(0).isVisible());
+        QVERIFY(!fixture.frame(1).isVisible());
     }
 
     void eachModeCommandTogglesBetweenTheModes() {
@@ -53,12 +53,12 @@ private Q_SLOTS:
         for (const Command command : {Command::OneMenu, Command::TwoMenu}) {
             fixture.choose(command);
             QVERIFY(!onePane(fixture));
-            QVERIFY(fixture.editor().IDtb(1).isVisible());
-            QCOMPARE(fixture.editor().IDtb(0).title(), u"Left"_s);
-            QCOMPARE(fixture.editor().IDtb(1).title(), u"Right"_s);
+            QVERIFY(fixture.frame(1).isVisible());
+            QCOMPARE(fixture.frame(0).title(), u"Left"_s);
+            QCOMPARE(fixture.frame(1).title(), u"Right"_s);
             fixture.choose(command);
             QVERIFY(onePane(fixture));
-            QVERIFY(!fixture.editor().IDtb(1).isVisible());
+            QVERIFY(!fixture.frame(1).isVisible());
         }
         fixture.choose(Command::TwoMenu);
         fixture.choose(Command::OneMenu);
@@ -106,7 +106,7 @@ private Q_SLOTS:
         change(fixture, 0, u"2"_s);
         fixture.choose(Command::OneMenu);
         QVERIFY(onePane(fixture));
-        QVERIFY(fixture.editor().DtbAperto(0));
+        QVERIFY(fixture.isOpen(0));
         fixture.database(0).setDtbHasChanged(false);
         QIR_VERIFY_OK(fixture);
     }
@@ -156,7 +156,7 @@ private Q_SLOTS:
         EditorFixture fixture;
         openBothOfOneTable(fixture);
         fixture.choose(Command::TwoMenu);
-        QVERIFY(!fixture.editor().DtbAperto(1));
+        QVERIFY(!fixture.isOpen(1));
         QCOMPARE(fixture.loadedLine(1), -1);
         QCOMPARE(fixture.list(1).ListCount(), 0);
         fixture.choose(Command::TwoMenu);
@@ -173,7 +173,7 @@ private Q_SLOTS:
             QCOMPARE(fixture.activePane(), 0);
             QCOMPARE(frameColour(fixture, 0), yellow);
             QVERIFY(fixture.action(Command::SaveMenu).isEnabled());
-            QVERIFY(fixture.editor().controls.menu(Menu::TablesMenu).isEnabled());
+            QVERIFY(fixture.menu(Menu::TablesMenu).isEnabled());
             QIR_VERIFY_OK(fixture);
         }
     }
@@ -227,7 +227,7 @@ private Q_SLOTS:
     void aPaneWhoseListIsEmptyShowsListAndLabelButNoGrid() {
         EditorFixture fixture(makeFile(u"EMPTY.DDB"_s, {}));
         QVERIFY(fixture.list(0).Visible());
-        QVERIFY(!fixture.editor().nomelab(0).isHidden());
+        QVERIFY(!fixture.label(0).isHidden());
         QVERIFY(!fixture.grid(0).Visible());
         QIR_VERIFY_OK(fixture);
     }
@@ -304,8 +304,8 @@ private Q_SLOTS:
         other.activateWindow();
         QTRY_VERIFY(!fixture.list(1).hasFocus());
         fixture.choose(Command::OneMenu);
-        QVERIFY(!fixture.editor().IDtb(1).isAncestorOf(fixture.window().focusWidget()));
-        QVERIFY(fixture.editor().IDtb(0).isAncestorOf(fixture.window().focusWidget()));
+        QVERIFY(!fixture.frame(1).isAncestorOf(fixture.window().focusWidget()));
+        QVERIFY(fixture.frame(0).isAncestorOf(fixture.window().focusWidget()));
         QIR_VERIFY_OK(fixture);
     }
 
@@ -332,8 +332,8 @@ private Q_SLOTS:
         fixture.choose(static_cast<Command>(command));
         fake->stopFailing();
         QVERIFY(!onePane(fixture));
-        QVERIFY(fixture.editor().DtbAperto(1));
-        QVERIFY(fixture.editor().IDtb(1).isVisible());
+        QVERIFY(fixture.isOpen(1));
+        QVERIFY(fixture.frame(1).isVisible());
         QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
         fixture.database(asked).setDtbHasChanged(false);
@@ -350,8 +350,8 @@ private Q_SLOTS:
         fixture.choose(Command::OneMenu);
         fake->stopFailing();
         QVERIFY(onePane(fixture));
-        QVERIFY(!fixture.editor().DtbAperto(1));
-        QVERIFY(!fixture.editor().IDtb(1).isVisible());
+        QVERIFY(!fixture.isOpen(1));
+        QVERIFY(!fixture.frame(1).isVisible());
         QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }

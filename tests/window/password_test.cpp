@@ -1,6 +1,6 @@
 #include "dialogs/CustomInputBox.h"
 #include "tests/support/Hands.h"
-#include "tests/window/ShellTest.h"
+#include "tests/window/WindowTest.h"
 
 using namespace qir;
 using namespace qir::test;
@@ -42,7 +42,7 @@ QStringList passwordCalls() {
 } // namespace
 
 /// Changing the password through the real window and its real boxes.
-class PasswordTest : public ShellTest {
+class PasswordTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -1,6 +1,6 @@
 #include "tests/window/EditSupport.h"
 #include "tests/window/PopupTools.h"
-#include "tests/window/TestTables.h"
+#include "tests/window/WindowTest.h"
 
 using namespace qir;
 using namespace qir::test;
@@ -9,14 +9,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString sizeQuestion = u"Copy Cell content?"_s;
-
-/// The table of pumps() with one record, which differs.
-TableOfTexts shortPumps() {
-    TableOfTexts table = pumps();
-    table.fields[0].texts = {u"5"_s};
-    table.fields[1].texts = {u"Other"_s};
-    return table;
-}
 
 /// The table of pumps() with other values.
 TableOfTexts otherPumps() {
@@ -29,12 +21,12 @@ TableOfTexts otherPumps() {
 } // namespace
 
 /// The whole way of the grids' pop-ups: a right press, an entry, what the command does to which pane.
-class PopupCommandsTest : public QObject {
+class PopupCommandsTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void removeRecordTakesThePressedRow() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         rightPressCell(fixture, 0, 2, 1);
         chooseOfRecord(fixture, Command::RemoveRecordPOP);
         QCOMPARE(recordsOf(fixture, 0), QList<QStringList>({{u"1200"_s, u"Main"_s}, {u"60"_s, u"Test"_s}}));
@@ -42,7 +34,7 @@ private Q_SLOTS:
     }
 
     void afterSortingRemoveRecordTakesWhatThePressedRowShows() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"30"_s, u"10"_s, u"20"_s})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"30"_s, u"10"_s, u"20"_s})}));
         rightPressHeader(fixture, 0, 1);
         chooseOfField(fixture, Command::SortFPOP);
         fixture.clickCell(0, 2, 1); // sorting has selected the whole column, which a right press keeps
@@ -55,7 +47,7 @@ private Q_SLOTS:
     }
 
     void renameFieldTakesThePressedHeader() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         rightPressHeader(fixture, 0, 2);
         fixture.dialogs().expectInput(u"Field's new name (Name)"_s, u"?"_s, u"Name"_s, u"Label"_s);
         chooseOfField(fixture, Command::RenameFieldPOP);
@@ -64,7 +56,7 @@ private Q_SLOTS:
     }
 
     void removeFieldTakesThePressedHeader() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         rightPressHeader(fixture, 0, 2);
         fixture.dialogs().expectMessage(u"Do you want to remove field: 'Name' ?"_s, u"?"_s, u"Yes"_s);
         chooseOfField(fixture, Command::RemoveFieldPOP);
@@ -73,7 +65,7 @@ private Q_SLOTS:
     }
 
     void resizeTakesThePressedHeader() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         rightPressHeader(fixture, 0, 2);
         fixture.dialogs().expectInput(u"Field size"_s, u"?"_s, u"20"_s, u"4"_s);
         chooseOfField(fixture, Command::ResizeTextFieldPOP);
@@ -137,22 +129,18 @@ private:
 
     /// pumps() in one pane, another table of the same name in the other one.
     void openBoth(EditorFixture &fixture, int source, const TableOfTexts &target) const {
-        fixture.openBoth(files.make(u"L.DDB"_s, {source == 0 ? pumps() : target}),
-                         files.make(u"R.DDB"_s, {source == 1 ? pumps() : target}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {source == 0 ? pumps() : target}),
+                         makeFile(u"R.DDB"_s, {source == 1 ? pumps() : target}));
     }
 
     static void chooseOfRecord(EditorFixture &fixture, Command command) {
-        QVERIFY(shownEntries(fixture.editor().controls.menu(Menu::popmenuGrid))
-                    .contains(fixture.action(command).objectName()));
-        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuGrid), fixture.action(command));
+        QVERIFY(shownEntries(fixture.menu(Menu::popmenuGrid)).contains(fixture.action(command).objectName()));
+        chooseFromPopup(fixture.menu(Menu::popmenuGrid), fixture.action(command));
     }
     static void chooseOfField(EditorFixture &fixture, Command command) {
-        QVERIFY(shownEntries(fixture.editor().controls.menu(Menu::popmenuGridFields))
-                    .contains(fixture.action(command).objectName()));
-        chooseFromPopup(fixture.editor().controls.menu(Menu::popmenuGridFields), fixture.action(command));
+        QVERIFY(shownEntries(fixture.menu(Menu::popmenuGridFields)).contains(fixture.action(command).objectName()));
+        chooseFromPopup(fixture.menu(Menu::popmenuGridFields), fixture.action(command));
     }
-
-    TestFiles files;
 };
 
 QTEST_MAIN(PopupCommandsTest)

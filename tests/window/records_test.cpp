@@ -1,8 +1,7 @@
 #include "compare/CellDifferences.h"
 #include "compare/TableMarks.h"
 #include "structure/RecordCommands.h"
-#include "tests/window/EditorFixture.h"
-#include "tests/window/TestTables.h"
+#include "tests/window/WindowTest.h"
 #include "view/TableLoader.h"
 
 #include "tests/tools/fake/FakeControl.h"
@@ -13,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TableOfTexts counted(int records) {
+TableOfTexts countedNumbers(int records) {
     QStringList values;
     for (int r = 1; r <= records; ++r)
         values.append(QString::number(r));
@@ -23,12 +22,12 @@ TableOfTexts counted(int records) {
 } // namespace
 
 /// Adding and removing records through the real window.
-class RecordsTest : public QObject {
+class RecordsTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void addAppendsAnEmptyRecord() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 2, 2);
         fixture.choose(Command::AddRecordMenu);
         QCOMPARE(fixture.texts(0).size(), 4);
@@ -41,7 +40,7 @@ private Q_SLOTS:
 
     void theAddedRecordComesIntoViewAndIsTheOneThatRemoveTakes() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {counted(300)}), files.make(u"R.DDB"_s, {counted(400)}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {countedNumbers(300)}), makeFile(u"R.DDB"_s, {countedNumbers(400)}));
         const QList<QStringList> before = recordsOf(fixture, 0);
         fixture.clickCell(0, 2, 1);
         fixture.choose(Command::AddRecordMenu);
@@ -58,7 +57,7 @@ private Q_SLOTS:
 
     void aSelectionThatAReloadCutsIsTheOtherGridsToo() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {counted(5)}), files.make(u"R.DDB"_s, {counted(7)}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {countedNumbers(5)}), makeFile(u"R.DDB"_s, {countedNumbers(7)}));
         fixture.clickCell(0, 5, 1);
         QCOMPARE(fixture.grid(1).selection(), singleCell(5, 1));
         fixture.choose(Command::RemoveRecordMenu);
@@ -68,7 +67,7 @@ private Q_SLOTS:
     }
 
     void addToATableWithoutRecordsShowsItsGrid() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {})}));
         QVERIFY(!fixture.grid(0).Visible());
         QVERIFY(!fixture.action(Command::RemoveRecordMenu).isEnabled());
         fixture.choose(Command::AddRecordMenu);
@@ -81,25 +80,24 @@ private Q_SLOTS:
 
     void addMarksTheNewRecordAndLeavesTheRowsAboveAsTheyAre() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"3"_s})}));
-        QCOMPARE(redCells(fixture, 0), QStringList(u"2,1"_s));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"3"_s})}));
+        QCOMPARE(redCells(fixture, 0), (Cells{{2, 1}}));
         fixture.choose(Command::AddRecordMenu);
-        QCOMPARE(redCells(fixture, 0), QStringList({u"2,1"_s, u"3,1"_s}));
-        QCOMPARE(redCells(fixture, 1), QStringList(u"2,1"_s));
+        QCOMPARE(redCells(fixture, 0), (Cells{{2, 1}, {3, 1}}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{2, 1}}));
         QCOMPARE(fixture.lines(0), QStringList(u"A !"_s));
         fixture.activate(1);
         fixture.choose(Command::AddRecordMenu);
-        QCOMPARE(redCells(fixture, 0), QStringList(u"2,1"_s));
-        QCOMPARE(redCells(fixture, 1), QStringList(u"2,1"_s));
+        QCOMPARE(redCells(fixture, 0), (Cells{{2, 1}}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{2, 1}}));
         QCOMPARE(fixture.activePane(), 1);
         QIR_VERIFY_OK(fixture);
     }
 
     void withoutATableTheCommandsDoNothing() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}),
-                         files.make(u"R.DDB"_s, {pumps(), numbers(u"Z"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {pumps()}), makeFile(u"R.DDB"_s, {pumps(), numbers(u"Z"_s, {u"1"_s})}));
         fixture.clickLine(0, 1);
         for (const Command command : {Command::AddRecordMenu, Command::RemoveRecordMenu}) {
             fixture.action(command).setEnabled(true);
@@ -116,7 +114,7 @@ private Q_SLOTS:
     }
 
     void removeDeletesTheCurrentRowWithoutAQuestion() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 2, 1);
         fixture.choose(Command::RemoveRecordMenu);
         QCOMPARE(fixture.texts(0), QList<QStringList>({{u"1200"_s, u"Main"_s}, {u"60"_s, u"Test"_s}}));
@@ -126,7 +124,7 @@ private Q_SLOTS:
     }
 
     void removeOfTheLastRecordHidesTheGrid() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
         fixture.choose(Command::RemoveRecordMenu);
         QVERIFY(!fixture.grid(0).Visible());
         QVERIFY(!fixture.action(Command::RemoveRecordMenu).isEnabled());
@@ -136,8 +134,8 @@ private Q_SLOTS:
     void removeOfTheLastRecordLeavesTheKeyboardInThePane() {
         for (const int pane : {0, 1}) {
             EditorFixture fixture;
-            fixture.openBoth(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
-                             files.make(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
+            fixture.openBoth(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
+                             makeFile(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s})}));
             fixture.clickCell(pane, 1, 1);
             QVERIFY(fixture.grid(pane).hasFocus());
             fixture.choose(Command::RemoveRecordMenu);
@@ -148,7 +146,7 @@ private Q_SLOTS:
     }
 
     void removeOnATableWithoutRecordsSaysSo() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {})}));
         fixture.dialogs().expectMessage(u"No selected Record"_s, u"!"_s, u"OK"_s);
         // Menu and pop-up do not offer it here: the worker answers for itself.
         fixture.action(Command::RemoveRecordMenu).setEnabled(true);
@@ -158,7 +156,7 @@ private Q_SLOTS:
     }
 
     void removeDeletesTheRecordThatTheRowShows() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"10"_s, u"20"_s, u"30"_s})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"10"_s, u"20"_s, u"30"_s})}));
         // Rows in another order than the records: row 1 shows record 3.
         fixture.grid(0).reorderRecords({2, 0, 1});
         fixture.clickCell(0, 1, 1);
@@ -171,12 +169,12 @@ private Q_SLOTS:
     void removeComparesTheWholeTableAgainInEitherPane() {
         for (const int pane : {0, 1}) {
             EditorFixture fixture;
-            fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s, u"3"_s})}),
-                             files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s, u"3"_s})}));
+            fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s, u"3"_s})}),
+                             makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s, u"2"_s, u"3"_s})}));
             fixture.clickCell(pane, 1, 1);
             fixture.choose(Command::RemoveRecordMenu);
-            QCOMPARE(redCells(fixture, pane), QStringList({u"1,1"_s, u"2,1"_s}));
-            QCOMPARE(redCells(fixture, 1 - pane), QStringList({u"1,1"_s, u"2,1"_s, u"3,1"_s}));
+            QCOMPARE(redCells(fixture, pane), (Cells{{1, 1}, {2, 1}}));
+            QCOMPARE(redCells(fixture, 1 - pane), (Cells{{1, 1}, {2, 1}, {3, 1}}));
             QCOMPARE(fixture.lines(0), QStringList(u"A !"_s));
             QCOMPARE(fixture.activePane(), pane);
             QIR_VERIFY_OK(fixture);
@@ -186,8 +184,8 @@ private Q_SLOTS:
     void theShownTableIsMadeCurrentFirst() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"Z"_s, {u"1"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"Z"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"Z"_s, {u"1"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"Z"_s, {u"1"_s})}));
         fixture.editor().pane(0).makeTableCurrent(u"Z"_s);
         fake->clearLog();
         fixture.choose(Command::AddRecordMenu);
@@ -203,7 +201,7 @@ private Q_SLOTS:
 
     void anErrorOfTheComponentIsShownAndLeavesWindowAndTableInStep() {
         const UseFake fake;
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         for (const Command command : {Command::AddRecordMenu, Command::RemoveRecordMenu}) {
             fake->failOn(command == Command::AddRecordMenu ? u"AddRecord"_s : u"RemoveRecord"_s,
                          u"the table is full"_s);
@@ -217,7 +215,7 @@ private Q_SLOTS:
     }
 
     void whatWasDoneReachesTheFile() {
-        const QString path = files.make(u"A.DDB"_s, {pumps()});
+        const QString path = makeFile(u"A.DDB"_s, {pumps()});
         {
             EditorFixture fixture(path);
             fixture.choose(Command::AddRecordMenu);
@@ -231,9 +229,6 @@ private Q_SLOTS:
                  QList<QStringList>({{u"900"_s, u"Spare"_s}, {u"60"_s, u"Test"_s}, {u"0"_s, QString()}}));
         QIR_VERIFY_OK(again);
     }
-
-private:
-    TestFiles files;
 };
 
 QTEST_MAIN(RecordsTest)

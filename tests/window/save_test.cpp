@@ -1,5 +1,5 @@
 #include "tests/support/Hands.h"
-#include "tests/window/ShellTest.h"
+#include "tests/window/WindowTest.h"
 
 using namespace qir;
 using namespace qir::test;
@@ -30,7 +30,7 @@ std::function<QString(QDialog &)> messageContaining(const QString &part) {
 } // namespace
 
 /// Save and Save As through the real window.
-class SaveTest : public ShellTest {
+class SaveTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -176,8 +176,8 @@ private Q_SLOTS:
         QCOMPARE(savingCalls(), QStringList({u"SetDatabaseFileName(%1)"_s.arg(name.toUpper()), u"DtbHasChanged(true)"_s,
                                              u"SaveDtb()"_s, u"DtbHasChanged(false)"_s}));
         QCOMPARE(fixture.fileName(0), name.toUpper());
-        QCOMPARE(fixture.editor().nomelab(0).text(), name.toUpper());
-        QCOMPARE(fixture.editor().nomelab(0).accessibleDescription(), name.toUpper());
+        QCOMPARE(fixture.label(0).text(), name.toUpper());
+        QCOMPARE(fixture.label(0).accessibleDescription(), name.toUpper());
         QIR_VERIFY_OK(fixture);
     }
 
@@ -220,7 +220,7 @@ private Q_SLOTS:
         fixture.choose(Command::SaveAsMenu);
         QCOMPARE(fixture.dialogs().answered(), 2);
         QCOMPARE(savedValue(other, u"T"_s), value);
-        QCOMPARE(fixture.editor().nomelab(0).text(), button == u"Yes" ? other.toUpper() : file);
+        QCOMPARE(fixture.label(0).text(), button == u"Yes" ? other.toUpper() : file);
         QIR_VERIFY_OK(fixture);
     }
 
@@ -259,7 +259,7 @@ private Q_SLOTS:
         });
         fixture.choose(Command::SaveAsMenu);
         QIR_VERIFY_OK(fixture);
-        QCOMPARE(fixture.editor().nomelab(0).text(), path(chosen).toUpper());
+        QCOMPARE(fixture.label(0).text(), path(chosen).toUpper());
         QCOMPARE(savedValue(path(written), u"T"_s), u"1"_s);
         QCOMPARE(savedValue(path(u"data/old.ddb"_s), u"T"_s), u"7"_s);
         QCOMPARE(QDir(path(u"data"_s)).entryList(QDir::Files), QStringList{u"old.ddb"_s});
@@ -318,7 +318,7 @@ private Q_SLOTS:
         fixture.choose(Command::SaveAsMenu);
         QCOMPARE(savingCalls(), QStringList({u"SetDatabaseFileName(%1)"_s.arg(name.toUpper())}));
         QCOMPARE(fixture.fileName(0), name.toUpper());
-        QCOMPARE(fixture.editor().nomelab(0).text(), file);
+        QCOMPARE(fixture.label(0).text(), file);
         QCOMPARE(fixture.database(0).GetDatabaseFileName(), file);
         QVERIFY(!QFile::exists(name));
         QIR_VERIFY_OK(fixture);
@@ -335,7 +335,7 @@ private Q_SLOTS:
         fixture.choose(Command::SaveAsMenu);
         QVERIFY(fixture.database(0).DtbHasChanged());
         QCOMPARE(fixture.fileName(0), name.toUpper());
-        QCOMPARE(fixture.editor().nomelab(0).text(), file);
+        QCOMPARE(fixture.label(0).text(), file);
         QIR_VERIFY_OK(fixture);
     }
 

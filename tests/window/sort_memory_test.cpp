@@ -1,4 +1,5 @@
 #include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <cstdlib>
 #include <new>
@@ -32,7 +33,7 @@ void operator delete(void *memory, std::size_t /*size*/) noexcept {
 }
 
 /// Sorting when memory runs out half-way.
-class SortMemoryTest : public QObject {
+class SortMemoryTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -49,7 +50,7 @@ private Q_SLOTS:
             table.fields[0].texts.append(QString::number(r * 31 % records));
             table.fields[1].texts.append(table.fields[0].texts.last());
         }
-        EditorFixture fixture(m_files.make(u"A.DDB"_s, {table}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
         const QList<QStringList> before = fixture.texts(0);
         rightPressHeader(fixture, 0, 1);
         fixture.dialogs().expectMessage(u"There is not enough memory."_s, u"QIR Database Editor"_s, u"OK"_s);
@@ -63,9 +64,6 @@ private Q_SLOTS:
         QCOMPARE(QApplication::overrideCursor(), nullptr);
         QIR_VERIFY_OK(fixture);
     }
-
-private:
-    EditFiles m_files;
 };
 
 QTEST_MAIN(SortMemoryTest)

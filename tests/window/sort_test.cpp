@@ -1,6 +1,7 @@
 #include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
 
 #include <QMenu>
 
@@ -26,7 +27,7 @@ TableOfTexts oneColumn(FieldType type, const QStringList &texts) {
 /// Sorts by a column as a person does: the right button on its header, the item in the pop-up.
 void sortBy(EditorFixture &fixture, int pane, int column) {
     rightPressHeader(fixture, pane, column);
-    QMenu &menu = fixture.editor().controls.menu(Menu::popmenuGridFields);
+    QMenu &menu = fixture.menu(Menu::popmenuGridFields);
     QVERIFY(menu.isVisible());
     const QRect item = menu.actionGeometry(&fixture.action(Command::SortFPOP));
     hands::click(&menu, Qt::LeftButton, Qt::NoModifier, item.center());
@@ -43,14 +44,12 @@ QStringList column(EditorFixture &fixture, int pane, int column) {
 } // namespace
 
 /// Sorting a table through the header's pop-up of the real window.
-class SortTest : public QObject {
+class SortTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_files = std::make_unique<EditFiles>(); }
-
     void numbersAreSortedByValueAndTheRecordsRewrittenInThatOrder() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {stations()}));
         sortBy(fixture, 0, 1);
         QCOMPARE(column(fixture, 0, 1), QStringList({u"9"_s, u"10"_s, u"100"_s}));
         QCOMPARE(column(fixture, 0, 2), QStringList({u"North"_s, u"south"_s, u"east"_s}));
@@ -61,7 +60,7 @@ private Q_SLOTS:
     }
 
     void afterASortRowRStandsForRecordR() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {stations()}));
         sortBy(fixture, 0, 2);
         for (int r = 1; r <= 3; ++r)
             QCOMPARE(fixture.grid(0).RowData(r), r);
@@ -73,7 +72,7 @@ private Q_SLOTS:
     }
 
     void theSortedColumnsRecordsAreSelected() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {stations()}));
         sortBy(fixture, 0, 2);
         QCOMPARE(fixture.grid(0).selection(), (GridSelection{1, 2, 3, 2}));
         QIR_VERIFY_OK(fixture);
@@ -103,7 +102,7 @@ private Q_SLOTS:
         QFETCH(const int, type);
         QFETCH(const QStringList, texts);
         QFETCH(const QStringList, sorted);
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {oneColumn(static_cast<FieldType>(type), texts)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {oneColumn(static_cast<FieldType>(type), texts)}));
         sortBy(fixture, 0, 1);
         QCOMPARE(column(fixture, 0, 1), sorted);
         QIR_VERIFY_OK(fixture);
@@ -111,7 +110,7 @@ private Q_SLOTS:
 
     void aTextIsANumberOnlyWithoutBlanksInsideAndWithoutAnotherLetterThanE() {
         const QStringList texts{u"2D1"_s, u" 15 "_s, u"1 2"_s, u"3"_s, u"1e1"_s};
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {oneColumn(FieldType::Text, texts)}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {oneColumn(FieldType::Text, texts)}));
         sortBy(fixture, 0, 1);
         QCOMPARE(column(fixture, 0, 1), QStringList({u"3"_s, u"1e1"_s, u" 15 "_s, u"1 2"_s, u"2D1"_s}));
         QIR_VERIFY_OK(fixture);
@@ -119,7 +118,7 @@ private Q_SLOTS:
 
     void recordsOfEqualKeysKeepTheirOrder() {
         EditorFixture fixture(
-            m_files->make(u"A.DDB"_s, {oneColumn(FieldType::Text, {u"x"_s, u"a"_s, u"x"_s, u"a"_s, u"x"_s})}));
+            makeFile(u"A.DDB"_s, {oneColumn(FieldType::Text, {u"x"_s, u"a"_s, u"x"_s, u"a"_s, u"x"_s})}));
         sortBy(fixture, 0, 1);
         QCOMPARE(column(fixture, 0, 2), QStringList({u"2"_s, u"4"_s, u"1"_s, u"3"_s, u"5"_s}));
         QIR_VERIFY_OK(fixture);
@@ -127,7 +126,7 @@ private Q_SLOTS:
 
     void sortingASortedTableRewritesItInAGroupAndChangesNothing() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {oneColumn(FieldType::Long, {u"1"_s, u"2"_s, u"3"_s})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {oneColumn(FieldType::Long, {u"1"_s, u"2"_s, u"3"_s})}));
         fake->clearLog();
         sortBy(fixture, 0, 1);
         QCOMPARE(fake->calls(u"BeginChanges"_s), 1);
@@ -139,7 +138,7 @@ private Q_SLOTS:
 
     void aTableWithoutRecordsIsNotSorted() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {oneColumn(FieldType::Long, {})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {oneColumn(FieldType::Long, {})}));
         fake->clearLog();
         fixture.choose(Command::SortFPOP);
         QCOMPARE(fake->calls(u"QIRTableRecordsPointerOut"_s), 0);
@@ -154,7 +153,7 @@ private Q_SLOTS:
     }
 
     void sortingEndsAnEdit() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {stations()}));
         beginEdit(fixture, 0, 1, 1);
         sortBy(fixture, 0, 1);
         QVERIFY(!editing(fixture, 0));
@@ -164,7 +163,7 @@ private Q_SLOTS:
 
     void theRewriteIsOneGroupOfChanges() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {stations()}));
         fake->clearLog();
         sortBy(fixture, 0, 1);
         QStringList writes;
@@ -184,7 +183,7 @@ private Q_SLOTS:
 
     void aSortCutShortByAnErrorIsUndoneAndTold() {
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {stations()}));
         const QList<QStringList> before = fixture.texts(0);
         fake->failOn(u"QIRTableRecordSetByIndex"_s, u"The disk is on fire."_s, 4);
         fixture.dialogs().expectMessage(u"The disk is on fire."_s, u"QIR Database Editor"_s, u"OK"_s);
@@ -207,7 +206,7 @@ private Q_SLOTS:
     void aSortThatIsUndoneNeverLeavesItsOrderInTheGrid() {
         QFETCH(int, failures);
         const UseFake fake;
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {stations()}));
         const QList<QStringList> before = fixture.texts(0);
         bool undone = false;
         fake->setHook([&](const FakeCall &call) {
@@ -229,7 +228,7 @@ private Q_SLOTS:
 
     void aSortedPaneIsComparedWithTheOther() {
         EditorFixture fixture;
-        fixture.openBoth(m_files->make(u"A.DDB"_s, {stations()}), m_files->make(u"B.DDB"_s, {stations()}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {stations()}), makeFile(u"B.DDB"_s, {stations()}));
         QCOMPARE(fixture.lines(0), QStringList({u"Stations"_s}));
         sortBy(fixture, 1, 1);
         QCOMPARE(column(fixture, 0, 1), QStringList({u"10"_s, u"9"_s, u"100"_s}));
@@ -242,15 +241,12 @@ private Q_SLOTS:
     }
 
     void aLoadSetsTheSortColumnBack() {
-        EditorFixture fixture(m_files->make(u"A.DDB"_s, {stations(), oneColumn(FieldType::Long, {u"1"_s})}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {stations(), oneColumn(FieldType::Long, {u"1"_s})}));
         sortBy(fixture, 0, 2);
         fixture.clickLine(0, 1);
         QCOMPARE(fixture.editor().ColonnaOrdinamento(), 1);
         QIR_VERIFY_OK(fixture);
     }
-
-private:
-    std::unique_ptr<EditFiles> m_files;
 };
 
 QTEST_MAIN(SortTest)

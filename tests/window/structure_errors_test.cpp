@@ -1,7 +1,6 @@
 #include "tests/tools/fake/FakeControl.h"
-#include "tests/window/EditorFixture.h"
 #include "tests/window/PopupTools.h"
-#include "tests/window/TestTables.h"
+#include "tests/window/WindowTest.h"
 
 #include <QFile>
 #include <QInputDialog>
@@ -126,7 +125,7 @@ QString restingProblems(EditorFixture &fixture) {
         problems += u"the busy pointer stayed; "_s;
     if (!fixture.editor().listClicks().handled())
         problems += u"a refill or an open did not end; "_s;
-    if (!fixture.editor().controls.ProgressBarCompare->isHidden())
+    if (!fixture.progressBar().isHidden())
         problems += u"the progress bar stayed; "_s;
     for (const int pane : {0, 1})
         if (fixture.isOpen(pane))
@@ -138,7 +137,7 @@ QString restingProblems(EditorFixture &fixture) {
 
 /// Every command on tables, fields, records and copies, with the component failing once at each of its calls in turn:
 /// the error is shown, the databases hold all of the command or nothing of it, and the window is in step with them.
-class StructureErrorsTest : public QObject {
+class StructureErrorsTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -177,14 +176,13 @@ private Q_SLOTS:
         QFETCH(int, gesture);
         const Gesture &given = gestures()[static_cast<std::size_t>(gesture)];
         const UseFake fake;
-        const TestFiles files;
-        const std::array paths{makeLeft(files), makeRight(files)};
-        const std::array bytes{bytesOf(paths[0]), bytesOf(paths[1])};
+        const std::array paths{makeLeft(), makeRight()};
+        const std::array bytes{fileBytes(paths[0]), fileBytes(paths[1])};
         EditorFixture fixture;
         fixture.openBoth(paths[0], paths[1]);
         given.prepare(fixture);
         Answers answers(fixture, given);
-        const bool popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther).isVisible();
+        const bool popup = fixture.menu(Menu::popmenuCopyToOther).isVisible();
         if (popup)
             fixture.window().close();
         else
@@ -194,7 +192,7 @@ private Q_SLOTS:
         QCOMPARE(answers.errors, QStringList());
         QCOMPARE(fake->instances(), 0);
         for (const std::size_t pane : {std::size_t{0}, std::size_t{1}})
-            QCOMPARE(bytesOf(paths[pane]), bytes[pane]);
+            QCOMPARE(fileBytes(paths[pane]), bytes[pane]);
     }
 
 private:
@@ -209,9 +207,8 @@ private:
     /// Gives a command with the component failing at its n-th call; 0: at none.
     Outcome run(const Gesture &given, int failingCall) const {
         const UseFake fake;
-        const TestFiles files;
         EditorFixture fixture;
-        fixture.openBoth(makeLeft(files), makeRight(files));
+        fixture.openBoth(makeLeft(), makeRight());
         given.prepare(fixture);
         Outcome outcome;
         outcome.before = {contentOf(fixture, 0), contentOf(fixture, 1)};
@@ -267,15 +264,11 @@ private:
         return worth;
     }
 
-    static QString makeLeft(const TestFiles &files) {
-        return files.make(u"L.DDB"_s, {twoFields(u"A"_s, {u"1"_s, u"2"_s, u"3"_s}), numbers(u"B"_s, {u"5"_s})});
+    QString makeLeft() const {
+        return makeFile(u"L.DDB"_s, {twoFields(u"A"_s, {u"1"_s, u"2"_s, u"3"_s}), numbers(u"B"_s, {u"5"_s})});
     }
-    static QString makeRight(const TestFiles &files) {
-        return files.make(u"R.DDB"_s, {twoFields(u"A"_s, {u"1"_s, u"4"_s}), numbers(u"C"_s, {u"6"_s})});
-    }
-    static QByteArray bytesOf(const QString &path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    QString makeRight() const {
+        return makeFile(u"R.DDB"_s, {twoFields(u"A"_s, {u"1"_s, u"4"_s}), numbers(u"C"_s, {u"6"_s})});
     }
 
     static TableOfTexts twoFields(const QString &name, const QStringList &values) {
@@ -306,7 +299,7 @@ private:
                     pressRight(fixture, 0, line);
                 },
                 [](EditorFixture &fixture) {
-                    QMenu &popup = fixture.editor().controls.menu(Menu::popmenuCopyToOther);
+                    QMenu &popup = fixture.menu(Menu::popmenuCopyToOther);
                     QAction &clone = fixture.action(Command::ClonePOP);
                     if (popup.isVisible())
                         chooseFromPopup(popup, clone);

@@ -1,7 +1,6 @@
 #include "tests/support/Hands.h"
-#include "tests/window/EditorFixture.h"
 #include "tests/window/PopupTools.h"
-#include "tests/window/TestTables.h"
+#include "tests/window/WindowTest.h"
 
 #include "tests/tools/fake/FakeControl.h"
 
@@ -35,12 +34,12 @@ std::vector<TableOfTexts> lettered(const QString &letters) {
 } // namespace
 
 /// Adding, renaming and removing tables through the real window.
-class TablesTest : public QObject {
+class TablesTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void addAppendsATableOfOneFieldAndOneRecord() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"Motors"_s);
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList({u"Pumps"_s, u"Motors"_s}));
@@ -50,7 +49,7 @@ private Q_SLOTS:
     }
 
     void addKeepsTheSelectedPositionAndShowsTheTableThatStandsThereNow() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"BD"_s)));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, lettered(u"BD"_s)));
         fixture.clickLine(0, 1);
         fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"C"_s);
         fixture.choose(Command::AddTableMenu);
@@ -62,7 +61,7 @@ private Q_SLOTS:
     }
 
     void addTakesTheNameWithoutSurroundingBlanksInTheCaseTyped() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"  big Motors "_s);
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0).last(), u"big Motors"_s);
@@ -80,7 +79,7 @@ private Q_SLOTS:
     void addRefusesANameThatDiffersInCaseOrBlanksOnly() {
         QFETCH(QString, answer);
         QFETCH(QString, quoted);
-        EditorFixture fixture(files.make(u"A.DDB"_s, {numbers(u"Axles"_s, {u"1"_s}), pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"Axles"_s, {u"1"_s}), pumps()}));
         fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, answer);
         fixture.dialogs().expectMessage(u"Table: '"_s + quoted + u"' already exists"_s, u"!"_s, u"OK"_s);
         fixture.choose(Command::AddTableMenu);
@@ -96,7 +95,7 @@ private Q_SLOTS:
     }
     void addWithoutANameChangesNothing() {
         QFETCH(QString, answer);
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         QSignalSpy reload(fixture.grid(0).model(), &QAbstractItemModel::modelReset);
         fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, answer);
         fixture.choose(Command::AddTableMenu);
@@ -106,7 +105,7 @@ private Q_SLOTS:
     }
 
     void cancellingTheNameOfANewTableChangesNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInputCancelled(addPrompt, u"?"_s);
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
@@ -115,7 +114,7 @@ private Q_SLOTS:
     }
 
     void addToADatabaseWithoutTablesShowsTheNewTable() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {}));
         QVERIFY(!fixture.grid(0).Visible());
         fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"First"_s);
         fixture.choose(Command::AddTableMenu);
@@ -127,7 +126,7 @@ private Q_SLOTS:
     }
 
     void anErrorOfTheComponentIsShownAndTheEditorGoesOn() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         // The same to the component, which leaves markers out; another name to the comparison of names.
         fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"Pumps !"_s);
         fixture.dialogs().expect([](QDialog &dialog) {
@@ -142,7 +141,7 @@ private Q_SLOTS:
 
     void addLeavesTheListsOutOfLineAndTheMarksAsTheyAre() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AC"_s)), files.make(u"R.DDB"_s, lettered(u"CD"_s)));
+        fixture.openBoth(makeFile(u"L.DDB"_s, lettered(u"AC"_s)), makeFile(u"R.DDB"_s, lettered(u"CD"_s)));
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"C"_s, u"D ?"_s}));
         fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"B"_s);
         fixture.choose(Command::AddTableMenu);
@@ -153,7 +152,7 @@ private Q_SLOTS:
     }
 
     void renameAsksWithTheNameAsDefaultAndKeepsThePosition() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"ABC"_s)));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, lettered(u"ABC"_s)));
         fixture.clickLine(0, 1);
         fixture.dialogs().expectInput(renamePrompt(u"B"_s), u"?"_s, u"B"_s, u"Z"_s);
         fixture.choose(Command::RenameTableMenu);
@@ -165,7 +164,7 @@ private Q_SLOTS:
     }
 
     void renameInPlaceKeepsTheCurrentCell() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 3, 2);
         fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, u"Motors"_s);
         fixture.choose(Command::RenameTableMenu);
@@ -177,8 +176,8 @@ private Q_SLOTS:
 
     void renameOfAMarkedTableAsksForItsNameWithoutTheMarker() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"2"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"2"_s})}));
         QCOMPARE(fixture.lines(0), QStringList(u"A !"_s));
         fixture.dialogs().expectInput(renamePrompt(u"A"_s), u"?"_s, u"A"_s, u"B"_s);
         fixture.choose(Command::RenameTableMenu);
@@ -189,7 +188,7 @@ private Q_SLOTS:
 
     void renameKeepsThePositionWherePlaceholdersComeIn() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"BC"_s)), files.make(u"R.DDB"_s, lettered(u"ABC"_s)));
+        fixture.openBoth(makeFile(u"L.DDB"_s, lettered(u"BC"_s)), makeFile(u"R.DDB"_s, lettered(u"ABC"_s)));
         fixture.clickLine(0, 1);
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         fixture.dialogs().expectInput(renamePrompt(u"B"_s), u"?"_s, u"B"_s, u"D"_s);
@@ -205,7 +204,7 @@ private Q_SLOTS:
 
     void renamePassesTrailingBlanksOn() {
         const UseFake fake;
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, u"Motors  "_s);
         fake->clearLog();
         fixture.choose(Command::RenameTableMenu);
@@ -220,7 +219,7 @@ private Q_SLOTS:
 
     void aRenameThatTakesThePositionAwaySelectsTheFirstLineOfBothLists() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AZ"_s)), files.make(u"R.DDB"_s, lettered(u"M"_s)));
+        fixture.openBoth(makeFile(u"L.DDB"_s, lettered(u"AZ"_s)), makeFile(u"R.DDB"_s, lettered(u"M"_s)));
         fixture.clickLine(0, 2);
         fixture.dialogs().expectInput(renamePrompt(u"Z"_s), u"?"_s, u"Z"_s, u"M"_s);
         fixture.choose(Command::RenameTableMenu);
@@ -235,23 +234,23 @@ private Q_SLOTS:
 
     void aNameWithTrailingBlanksIsTheSameTableWithAndWithoutItsMark() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"A"_s)), files.make(u"R.DDB"_s, lettered(u"A"_s)));
+        fixture.openBoth(makeFile(u"L.DDB"_s, lettered(u"A"_s)), makeFile(u"R.DDB"_s, lettered(u"A"_s)));
         fixture.dialogs().expectInput(renamePrompt(u"A"_s), u"?"_s, u"A"_s, u"A  "_s);
         fixture.choose(Command::RenameTableMenu);
         QCOMPARE(fixture.lines(0), QStringList(u"A  "_s));
         // The first key makes the two copies differ; the mark must not take the table for another one.
         fixture.clickCell(0, 1, 1);
         hands::key(&fixture.grid(0), Qt::Key_Return);
-        hands::type(&fixture.editor().txtEdit(0), u"1"_s);
+        hands::type(&fixture.cellEditor(0), u"1"_s);
         QCOMPARE(fixture.lines(0), QStringList(u"A   !"_s));
-        QVERIFY(!fixture.editor().txtEdit(0).isHidden());
-        hands::type(&fixture.editor().txtEdit(0), u"2"_s);
+        QVERIFY(!fixture.cellEditor(0).isHidden());
+        hands::type(&fixture.cellEditor(0), u"2"_s);
         QCOMPARE(recordsOf(fixture, 0), QList<QStringList>({{u"6512"_s}}));
         QIR_VERIFY_OK(fixture);
     }
 
     void renameWithoutANameChangesNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, QString());
         fixture.choose(Command::RenameTableMenu);
         fixture.dialogs().expectInputCancelled(renamePrompt(u"Pumps"_s), u"?"_s);
@@ -262,7 +261,7 @@ private Q_SLOTS:
     }
 
     void renameToATakenNameShowsTheComponentsReason() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, lettered(u"AB"_s)));
         fixture.dialogs().expectInput(renamePrompt(u"A"_s), u"?"_s, u"A"_s, u"b"_s);
         QString shown;
         fixture.dialogs().expect([&shown](QDialog &dialog) {
@@ -278,7 +277,7 @@ private Q_SLOTS:
     }
 
     void renameReachesTheFile() {
-        const QString path = files.make(u"A.DDB"_s, {pumps()});
+        const QString path = makeFile(u"A.DDB"_s, {pumps()});
         {
             EditorFixture fixture(path);
             fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, u"Motors"_s);
@@ -293,7 +292,7 @@ private Q_SLOTS:
     }
 
     void removeAsksFirstAndNoIsTheDefault() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, lettered(u"AB"_s)));
         fixture.dialogs().expect([](QDialog &dialog) {
             auto &box = dynamic_cast<QMessageBox &>(dialog);
             const bool right = box.text() == removeQuestion(u"A"_s) && box.windowTitle() == u"?"_s &&
@@ -308,7 +307,7 @@ private Q_SLOTS:
     }
 
     void escapeAtTheQuestionRemovesNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, lettered(u"AB"_s)));
         fixture.dialogs().expect([](QDialog &dialog) {
             hands::key(&dialog, Qt::Key_Escape);
             return QString();
@@ -319,7 +318,7 @@ private Q_SLOTS:
     }
 
     void removeSelectsThePositionOfTheRemovedTablesNumber() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"ABCD"_s)));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, lettered(u"ABCD"_s)));
         fixture.clickLine(0, 1);
         fixture.dialogs().expectMessage(removeQuestion(u"B"_s), u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
@@ -332,7 +331,7 @@ private Q_SLOTS:
     }
 
     void removingTheLastTableOfAListSelectsNothing() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"ABC"_s)));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, lettered(u"ABC"_s)));
         fixture.clickLine(0, 2);
         fixture.dialogs().expectMessage(removeQuestion(u"C"_s), u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
@@ -349,7 +348,7 @@ private Q_SLOTS:
     }
 
     void removingTheOnlyTableLeavesAnEmptyList() {
-        EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectMessage(removeQuestion(u"Pumps"_s), u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(fixture.lines(0), QStringList());
@@ -359,7 +358,7 @@ private Q_SLOTS:
 
     void removingTheOnlyTableOfTwoDatabasesEmptiesBothLists() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"A"_s)), files.make(u"R.DDB"_s, {}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, lettered(u"A"_s)), makeFile(u"R.DDB"_s, {}));
         fixture.clickLine(0, 0);
         fixture.dialogs().expectMessage(removeQuestion(u"A"_s), u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
@@ -372,8 +371,8 @@ private Q_SLOTS:
 
     void removeAsksWithTheLineAsItStandsAndLinesBothListsUpAgain() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s})}),
-                         files.make(u"R.DDB"_s, {numbers(u"A"_s, {u"2"_s}), numbers(u"B"_s, {u"1"_s})}));
+        fixture.openBoth(makeFile(u"L.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s})}),
+                         makeFile(u"R.DDB"_s, {numbers(u"A"_s, {u"2"_s}), numbers(u"B"_s, {u"1"_s})}));
         QCOMPARE(fixture.lines(0), QStringList({u"A !"_s, u"B"_s}));
         fixture.dialogs().expectMessage(removeQuestion(u"A !"_s), u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
@@ -382,14 +381,14 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QCOMPARE(fixture.shownTable(1), u"B"_s);
-        QCOMPARE(redCells(fixture, 0), QStringList());
+        QCOMPARE(redCells(fixture, 0), Cells());
         QCOMPARE(fixture.activePane(), 0);
         QIR_VERIFY_OK(fixture);
     }
 
     void anotherListThatLacksThePositionKeepsItsSelection() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AB"_s)), files.make(u"R.DDB"_s, lettered(u"AB"_s)));
+        fixture.openBoth(makeFile(u"L.DDB"_s, lettered(u"AB"_s)), makeFile(u"R.DDB"_s, lettered(u"AB"_s)));
         fixture.clickLine(0, 1);
         fixture.dialogs().expectMessage(removeQuestion(u"B"_s), u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
@@ -404,7 +403,7 @@ private Q_SLOTS:
 
     void theCommandsDoNothingOnAPlaceholder() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"A"_s)), files.make(u"R.DDB"_s, lettered(u"AB"_s)));
+        fixture.openBoth(makeFile(u"L.DDB"_s, lettered(u"A"_s)), makeFile(u"R.DDB"_s, lettered(u"AB"_s)));
         fixture.clickLine(0, 1);
         QVERIFY(!fixture.editor().pane(0).realTableSelected());
         fixture.choose(Command::RenameTableMenu);
@@ -415,7 +414,7 @@ private Q_SLOTS:
 
     void theCommandsActOnTheActivePane() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AB"_s)), files.make(u"R.DDB"_s, lettered(u"AB"_s)));
+        fixture.openBoth(makeFile(u"L.DDB"_s, lettered(u"AB"_s)), makeFile(u"R.DDB"_s, lettered(u"AB"_s)));
         fixture.activate(1);
         fixture.dialogs().expectMessage(removeQuestion(u"A"_s), u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
@@ -427,54 +426,54 @@ private Q_SLOTS:
 
     void removingWhitensTheOtherGridWhenItIsLeftAlone() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"A.DDB"_s, {numbers(u"B"_s, {u"1"_s})}),
-                         files.make(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {numbers(u"B"_s, {u"1"_s})}),
+                         makeFile(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
         fixture.clickLine(0, 1);
-        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
         fixture.dialogs().expectMessage(removeQuestion(u"B !"_s), u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
         // The other list has the line of the removed table's number selected already.
         QCOMPARE(fixture.lines(0), QStringList({u"A ?"_s, u"B ?"_s}));
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QCOMPARE(fixture.texts(1), QList<QStringList>({{u"2"_s}}));
-        QCOMPARE(redCells(fixture, 1), QStringList());
+        QCOMPARE(redCells(fixture, 1), Cells());
         QIR_VERIFY_OK(fixture);
     }
 
     void removingWhitensTheOtherGridWhenTheListHasLostItsLine() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s})}),
-                         files.make(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s})}),
+                         makeFile(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"2"_s})}));
         fixture.clickLine(0, 1);
-        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
         fixture.dialogs().expectMessage(removeQuestion(u"B !"_s), u"?"_s, u"Yes"_s);
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(fixture.list(0).ListIndex(), -1);
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QVERIFY(fixture.grid(1).Visible());
-        QCOMPARE(redCells(fixture, 1), QStringList());
+        QCOMPARE(redCells(fixture, 1), Cells());
         QIR_VERIFY_OK(fixture);
     }
 
     void addingWhitensTheOtherGridWhenTheListHasLostItsLine() {
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"E"_s, {u"1"_s})}),
-                         files.make(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s}),
-                                                 numbers(u"C"_s, {u"1"_s}), numbers(u"E"_s, {u"2"_s})}));
+        fixture.openBoth(makeFile(u"A.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"E"_s, {u"1"_s})}),
+                         makeFile(u"B.DDB"_s, {numbers(u"A"_s, {u"1"_s}), numbers(u"B"_s, {u"1"_s}),
+                                               numbers(u"C"_s, {u"1"_s}), numbers(u"E"_s, {u"2"_s})}));
         fixture.clickLine(0, 3);
-        QCOMPARE(redCells(fixture, 1), QStringList({u"1,1"_s}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
         fixture.dialogs().expectInput(u"New table name"_s, u"?"_s, u"Tablex"_s, u"F"_s);
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(fixture.list(0).ListIndex(), 0);
         QCOMPARE(fixture.list(1).ListIndex(), 3);
-        QCOMPARE(redCells(fixture, 1), QStringList());
-        QCOMPARE(redCells(fixture, 0), QStringList());
+        QCOMPARE(redCells(fixture, 1), Cells());
+        QCOMPARE(redCells(fixture, 0), Cells());
         QIR_VERIFY_OK(fixture);
     }
 
     void anErrorWhileRemovingChangesNothing() {
         const UseFake fake;
-        EditorFixture fixture(files.make(u"A.DDB"_s, lettered(u"AB"_s)));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, lettered(u"AB"_s)));
         fake->failOn(u"RemoveTable"_s, u"the table is locked"_s);
         fixture.dialogs().expectMessage(removeQuestion(u"A"_s), u"?"_s, u"Yes"_s);
         fixture.dialogs().expectMessage(u"the table is locked"_s, u"QIR Database Editor"_s, u"OK"_s);
@@ -489,7 +488,7 @@ private Q_SLOTS:
     void anErrorOfTheOtherDatabaseAfterARemovalLeavesNoLineWithAnotherTablesNumber() {
         const UseFake fake;
         EditorFixture fixture;
-        fixture.openBoth(files.make(u"L.DDB"_s, lettered(u"AB"_s)), files.make(u"R.DDB"_s, lettered(u"ABCD"_s)));
+        fixture.openBoth(makeFile(u"L.DDB"_s, lettered(u"AB"_s)), makeFile(u"R.DDB"_s, lettered(u"ABCD"_s)));
         fixture.activate(1);
         fixture.clickLine(1, 1);
         fake->failOn(u"QIRTableName"_s, u"broken"_s);
@@ -500,9 +499,6 @@ private Q_SLOTS:
         QCOMPARE(tableNames(fixture, 1), QStringList({u"A"_s, u"C"_s, u"D"_s}));
         QIR_VERIFY_OK(fixture);
     }
-
-private:
-    TestFiles files;
 };
 
 QTEST_MAIN(TablesTest)

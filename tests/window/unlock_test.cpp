@@ -2,7 +2,7 @@
 #include "dialogs/Progresso.h"
 #include "qirtbase/clsQirDatabase.h"
 #include "tests/support/Hands.h"
-#include "tests/window/ShellTest.h"
+#include "tests/window/WindowTest.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -45,7 +45,7 @@ private:
 } // namespace
 
 /// Opening protected files whose password takes long to check, through the real window.
-class UnlockTest : public ShellTest {
+class UnlockTest : public WindowTest {
     Q_OBJECT
 
     QString makeProtected(const QString &name, const QString &password, KdfCosts costs) {
@@ -106,7 +106,7 @@ private Q_SLOTS:
         expectPassword(fixture.dialogs(), u"wrong"_s);
         fixture.dialogs().expectMessage(cannotLoad(file), u"!!"_s, u"OK"_s);
         fixture.choose(Command::OpenDatabase);
-        QVERIFY(!fixture.editor().DtbAperto(0));
+        QVERIFY(!fixture.isOpen(0));
         QIR_VERIFY_OK(fixture);
     }
 
@@ -136,7 +136,7 @@ private Q_SLOTS:
         fixture.choose(Command::OpenDatabase);
         QCOMPARE(progress.turns(), 1);
         QVERIFY2(sinceCancel.elapsed() < 2000, qPrintable(QString::number(sinceCancel.elapsed())));
-        QVERIFY(!fixture.editor().DtbAperto(0));
+        QVERIFY(!fixture.isOpen(0));
         QIR_VERIFY_OK(fixture);
     }
 

@@ -1,6 +1,6 @@
 #include "tests/window/model/EditorModel.h"
 
-#include "tests/window/model/PlainValues.h"
+#include "tests/model/Values.h"
 
 #include <algorithm>
 #include <numeric>
@@ -13,16 +13,6 @@ namespace {
 
 const QString placeholderMarker = u" ?"_s;
 const QString differenceMarker = u" !"_s;
-
-/// Empty texts first, then numbers by value, then other texts.
-bool sortsBefore(const QString &left, const QString &right) {
-    const auto kind = [](const QString &text) { return text.isEmpty() ? 0 : numberThroughout(text) ? 1 : 2; };
-    if (kind(left) != kind(right))
-        return kind(left) < kind(right);
-    if (kind(left) == 1)
-        return *numberThroughout(left) < *numberThroughout(right);
-    return left.toUpper() == right.toUpper() ? left < right : left.toUpper() < right.toUpper();
-}
 
 /// Where a list that is filled again has its selection.
 int keptPosition(int position, int count) {
@@ -50,15 +40,6 @@ bool EditorModel::sameTableSelected() const {
 bool EditorModel::sameTableShown() const {
     return sameTableSelected() && panes[0].selectedTable()->recordCount() > 0 &&
            panes[1].selectedTable()->recordCount() > 0;
-}
-
-bool EditorModel::cellDiffers(int row, int column) const {
-    const PlainTable &left = *panes[0].selectedTable();
-    const PlainTable &right = *panes[1].selectedTable();
-    if (row > std::min(left.recordCount(), right.recordCount()) ||
-        column > std::min(left.fieldCount(), right.fieldCount()))
-        return true;
-    return !equalValues(left.value(row - 1, column - 1), right.value(row - 1, column - 1));
 }
 
 void EditorModel::settle() {
@@ -112,15 +93,7 @@ void EditorModel::settlePane(int index) {
 }
 
 void EditorModel::markCells() {
-    marks.clear();
-    if (!sameTableShown())
-        return;
-    const PlainTable &left = *panes[0].selectedTable();
-    const PlainTable &right = *panes[1].selectedTable();
-    for (int r = 1; r <= std::max(left.recordCount(), right.recordCount()); ++r)
-        for (int c = 1; c <= std::max(left.fieldCount(), right.fieldCount()); ++c)
-            if (cellDiffers(r, c))
-                marks.insert({r, c});
+    marks = sameTableShown() ? differences(*panes[0].selectedTable(), *panes[1].selectedTable()) : Cells();
 }
 
 void EditorModel::paintCells() {
@@ -531,7 +504,7 @@ void EditorModel::cloneArea(int source, int firstRow, int firstColumn, int lastR
 void EditorModel::storeText(int index, int row, int column) {
     PlainTable &table = *pane(index).selectedTable();
     const QString &text = pane(index).texts[static_cast<std::size_t>(row - 1)][column - 1];
-    if (table.store(row - 1, column - 1, table.field(column - 1).fromText(text)))
+    if (table.store(row - 1, column - 1, table.field(column - 1).from(text)))
         changed(index);
 }
 

@@ -3,6 +3,7 @@
 #include "db/FieldTypes.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditorFixture.h"
+#include "tests/window/TestTables.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,11 +15,6 @@ namespace qir::test {
 
 /// The caption of the open and save dialogs.
 inline const QString fileDialogTitle = QStringLiteral("File DDB,WDB,UDB,SDB,IDB");
-
-/// A table of one long field.
-inline TableOfTexts numbers(const QString &name, const QStringList &texts) {
-    return {name, {{QStringLiteral("Value"), FieldType::Long, texts}}};
-}
 
 /// The question about a changed database.
 inline QString saveQuestion(const QString &path) {
@@ -54,26 +50,32 @@ inline QStringList callsOf(const QStringList &members) {
     return calls;
 }
 
-/// What the tests of saving, closing, modes and passwords have in common: a folder of their own, and edits.
-class ShellTest : public QObject {
+/// What tests of the window have in common: each test function has a folder of its own, for files and for what the
+/// program remembers.
+class WindowTest : public QObject {
     Q_OBJECT
 
 protected:
     /// A file of the test's folder. The folder's path is in upper case, as names chosen in the dialogs are.
     QString path(const QString &name) const { return m_folder + u'/' + name; }
     QString makeFile(const QString &name, const std::vector<TableOfTexts> &tables, const QString &password = {}) const {
+        QDir().mkpath(QFileInfo(path(name)).path());
         makeDatabase(path(name), tables, password);
         return path(name);
     }
+    /// Two new files side by side, LEFT.DDB and RIGHT.DDB.
+    void openBoth(EditorFixture &fixture, const std::vector<TableOfTexts> &left,
+                  const std::vector<TableOfTexts> &right) const {
+        fixture.openBoth(makeFile(QStringLiteral("LEFT.DDB"), left), makeFile(QStringLiteral("RIGHT.DDB"), right));
+    }
     /// Writes a value into the first cell of the table that a pane shows, past the window.
     static void change(EditorFixture &fixture, int pane, const QString &text) {
-        fixture.editor().pane(pane).makeShownTableCurrent();
-        const QirDatabase &database = fixture.database(pane);
+        const QirDatabase &database = fixture.atShownTable(pane);
         database.setQIRTableRecordsPointerOut(1);
         database.setQIRTableRecordSetByIndex(1, text.toDouble());
     }
 
-private Q_SLOTS:
+protected Q_SLOTS:
     void init() {
         m_root = std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/qir-XXXXXX"));
         QVERIFY(m_root->isValid());

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <QString>
-#include <QVariant>
+#include "tests/model/PlainDatabase.h"
 
 #include <cstddef>
 #include <stdexcept>
 #include <vector>
 
-/// The rules of the component once more, on plain lists of variants, without any thought of speed.
-namespace qir::test::model {
+namespace qir::test {
 
 /// A call that the rules do not allow; nothing has changed.
 struct Refused : std::runtime_error {
@@ -16,30 +14,12 @@ struct Refused : std::runtime_error {
         : std::runtime_error("refused") {}
 };
 
-struct Field {
-    QString name;
-    int type;
-    int size;
-    std::vector<QVariant> values;
-};
-
-struct Table {
-    QString name;
-    int records;
-    std::vector<Field> fields;
-};
-
-/// Equal in type and in every bit.
-bool same(const QVariant &left, const QVariant &right);
-/// A value as a grid shows it.
-QString textOf(const QVariant &value);
-
-/// What a component holds. Numbers count from 1 as in the component's members; each call throws Refused where the
-/// component raises an error.
-class Database {
+/// What a component does when it is called. Numbers count from 1 as in the component's members; each call throws
+/// Refused where the component raises an error.
+class ComponentModel {
 public:
     struct State {
-        std::vector<Table> tables;
+        PlainDatabase content;
         int current = -1; // index of a table
         int record = 0;
         bool changed = false;
@@ -69,14 +49,14 @@ public:
 
 private:
     void requireNewTable(const QString &name, int except) const;
-    static void requireNewField(const Table &table, const QString &name, int except);
+    static void requireNewField(const PlainTable &table, const QString &name, int except);
     void assign(QString &target, const QString &name);
     int tableAt(int number) const;
-    Table &current();
-    Field &fieldAt(int number);
+    PlainTable &current();
+    int fieldAt(int number);
 
     State m_state;
     std::vector<State> m_groups;
 };
 
-} // namespace qir::test::model
+} // namespace qir::test

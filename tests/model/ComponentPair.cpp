@@ -1,6 +1,7 @@
-#include "tests/component/calls/ComponentPair.h"
+#include "tests/model/ComponentPair.h"
 
-#include "tests/component/calls/RandomValues.h"
+#include "tests/model/RandomValues.h"
+#include "tests/model/Values.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +22,7 @@ void ComponentPair::both(OnModel onModel, OnDatabase onDatabase) {
     bool databaseRefused = false;
     try {
         onModel();
-    } catch (const model::Refused &) {
+    } catch (const Refused &) {
         modelRefused = true;
         m_model.fail();
     }
@@ -48,7 +49,7 @@ void ComponentPair::choose() {
 
 std::vector<QString> ComponentPair::names() {
     std::vector<QString> all;
-    for (const model::Table &table : m_model.state().tables)
+    for (const PlainTable &table : m_model.state().content.tables)
         all.push_back(table.name.toLower() + u" !"_s);
     all.push_back(randomName(m_choices));
     return all;
@@ -105,35 +106,31 @@ void ComponentPair::changeTables(int operation) {
         both([&] { m_model.cancel(); }, [&] { m_database.CancelChanges(); });
 }
 
-void ComponentPair::compareField(int place, const model::Field &field, int pointer) {
+void ComponentPair::compareField(int place, const PlainTable &table, int pointer) {
+    const PlainField &field = table.field(place - 1);
     expect(m_database.QIRTableFieldName(place) == field.name, "name of a field");
     expect(m_database.QIRTableFieldType(place) == field.type, "type of a field");
     expect(m_database.QIRTableFieldSize(place) == field.size, "size of a field");
     if (pointer > 0)
-        expect(model::same(m_database.QIRTableRecordSetByIndex(place),
-                           field.values[static_cast<std::size_t>(pointer) - 1]),
+        expect(identical(m_database.QIRTableRecordSetByIndex(place), table.value(pointer - 1, place - 1)),
                "value of a field");
 }
 
-void ComponentPair::compareTable(const model::Table &table, int pointer) {
-    expect(m_database.QirTableFieldsCount() == static_cast<int>(table.fields.size()), "number of fields");
-    expect(m_database.QirTableRecordsCount() == table.records, "number of records");
-    for (std::size_t f = 0; f < table.fields.size(); ++f)
-        compareField(static_cast<int>(f) + 1, table.fields[f], pointer);
-    for (int record = 1; record <= table.records; ++record) {
-        m_database.GetQirRecord(record, m_texts);
-        expect(m_texts.size() == static_cast<qsizetype>(table.fields.size()) + 1, "elements of a record");
-        expect(m_texts.at(0).isEmpty(), "element 0 of a record");
-        for (std::size_t f = 0; f < table.fields.size(); ++f)
-            expect(m_texts.at(static_cast<qsizetype>(f) + 1) ==
-                       model::textOf(table.fields[f].values[static_cast<std::size_t>(record) - 1]),
-                   "text of a record");
+void ComponentPair::compareTable(const PlainTable &table, int pointer) {
+    expect(m_database.QirTableFieldsCount() == table.fieldCount(), "number of fields");
+    expect(m_database.QirTableRecordsCount() == table.recordCount(), "number of records");
+    for (int place = 1; place <= table.fieldCount(); ++place)
+        compareField(place, table, pointer);
+    int record = 0;
+    for (const QStringList &texts : table.texts()) {
+        m_database.GetQirRecord(++record, m_texts);
+        expect(m_texts == QStringList{QString()} + texts, "texts of a record");
     }
 }
 
 void ComponentPair::callAtRandom() {
     const int operation = m_choices.inRange(0, 26);
-    if (operation < 14 && !m_model.state().tables.empty() && m_model.state().current < 0)
+    if (operation < 14 && m_model.state().content.tableCount() > 0 && m_model.state().current < 0)
         choose();
     if (operation < 10)
         write();
@@ -146,14 +143,14 @@ void ComponentPair::callAtRandom() {
 }
 
 void ComponentPair::compare() {
-    const model::Database::State &state = m_model.state();
-    expect(m_database.QIRTablesCount() == static_cast<int>(state.tables.size()), "number of tables");
+    const ComponentModel::State &state = m_model.state();
+    expect(m_database.QIRTablesCount() == state.content.tableCount(), "number of tables");
     expect(m_database.DtbHasChanged() == state.changed, "changed flag");
     expect(m_database.QIRTableRecordsPointerOut() == state.record, "current record");
-    for (std::size_t i = 0; i < state.tables.size(); ++i)
-        expect(m_database.QIRTableName(static_cast<int>(i) + 1) == state.tables[i].name, "name of a table");
+    for (int t = 0; t < state.content.tableCount(); ++t)
+        expect(m_database.QIRTableName(t + 1) == state.content.table(t).name, "name of a table");
     if (state.current >= 0)
-        compareTable(state.tables[static_cast<std::size_t>(state.current)], state.record);
+        compareTable(state.content.table(state.current), state.record);
     else
         expect(m_database.QirTableFieldsCount() == 0 && m_database.QirTableRecordsCount() == 0,
                "counts without a table");
@@ -162,7 +159,7 @@ void ComponentPair::compare() {
 void ComponentPair::compareAll() {
     while (m_model.groups() != 0)
         both([&] { m_model.end(); }, [&] { m_database.EndChanges(); });
-    for (const model::Table &table : std::vector<model::Table>(m_model.state().tables)) {
+    for (const PlainTable &table : PlainDatabase(m_model.state().content).tables) {
         both([&] { m_model.choose(table.name); }, [&] { m_database.QIRTableRecordSource(table.name); });
         compare();
     }

@@ -1,4 +1,4 @@
-#include "tests/component/calls/RandomValues.h"
+#include "tests/model/RandomValues.h"
 
 #include <bit>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "qirtbase/clsQirDatabase.h"
-#include "tests/component/calls/Choices.h"
-#include "tests/component/calls/ComponentModel.h"
+#include "tests/model/Choices.h"
+#include "tests/model/ComponentModel.h"
 
 #include <QString>
 #include <QStringList>
@@ -42,11 +42,11 @@ private:
     void changeRecordsOrFields();
     void changeFields(int operation);
     void changeTables(int operation);
-    void compareField(int place, const model::Field &field, int pointer);
-    void compareTable(const model::Table &table, int pointer);
+    void compareField(int place, const PlainTable &table, int pointer);
+    void compareTable(const PlainTable &table, int pointer);
 
     Choices &m_choices;
-    model::Database m_model;
+    ComponentModel m_model;
     clsQirDatabase m_database;
     QStringList m_texts;
 };
