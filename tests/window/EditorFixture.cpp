@@ -110,7 +110,16 @@ EditorFixture::EditorFixture(const QString &commandLine) {
     runCommand([&] { m_startResult = m_window->Form_Load(commandLine); });
 }
 
-EditorFixture::~EditorFixture() = default;
+EditorFixture::~EditorFixture() {
+    if (QTest::currentTestFailed())
+        return; // what is out of step follows from that
+    try {
+        if (const QString wrong = problems(); !wrong.isEmpty())
+            QTest::qFail(qUtf8Printable(u"at the end: "_s + wrong), __FILE__, __LINE__);
+    } catch (const std::exception &error) {
+        QTest::qFail(error.what(), __FILE__, __LINE__);
+    }
+}
 
 void EditorFixture::choose(Command command) {
     QAction &wanted = action(command);

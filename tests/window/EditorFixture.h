@@ -48,6 +48,7 @@ class EditorFixture {
 public:
     /// Starts the editor with a command line, as main() does.
     explicit EditorFixture(const QString &commandLine = {});
+    /// Fails the test function with what problems() says at the end.
     ~EditorFixture();
 
     DtbEditor &window() { return *m_window; }
@@ -118,7 +119,7 @@ private:
 /// hides the grid; every real line carries the number of the table that it names. "" when it holds.
 QString invariantProblems(EditorContext &editor);
 
-/// Fails the test function with what problems() says.
+/// Fails the test function with what problems() says, where a test goes on; a fixture looks by itself at its end.
 #define QIR_VERIFY_OK(fixture) QCOMPARE((fixture).problems(), QString())
 
 } // namespace qir::test

@@ -56,7 +56,6 @@ private Q_SLOTS:
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(clipboardText(), u"2\tb\t1.5\r3\tc\t2.5"_s);
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void aBlockSelectedBackwardsIsCopiedFromItsTopLeft() {
@@ -64,7 +63,6 @@ private Q_SLOTS:
         selectBlock(fixture, 0, {3, 2, 2, 1});
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(clipboardText(), u"2\tb\r3\tc"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void keysThatCopy_data() {
@@ -91,7 +89,6 @@ private Q_SLOTS:
         setClipboard(u"before"_s);
         press(fixture, static_cast<Qt::Key>(key), Qt::KeyboardModifiers::fromInt(modifiers));
         QCOMPARE(clipboardText(), copies ? u"c"_s : u"before"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void keysThatPaste_data() {
@@ -119,7 +116,6 @@ private Q_SLOTS:
         press(fixture, static_cast<Qt::Key>(key), Qt::KeyboardModifiers::fromInt(modifiers));
         QCOMPARE(fixture.grid(0).TextMatrix(3, 2), pastes ? u"pasted"_s : u"c"_s);
         QCOMPARE(stored(fixture, 0, 3, 2).toString(), pastes ? u"pasted"_s : u"c"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void withTheCornerCurrentTheKeysAreIgnored() {
@@ -154,7 +150,6 @@ private Q_SLOTS:
         const QList<QStringList> expected{{u"1"_s, u"2"_s, u""_s}, {u"3"_s, u"4"_s, u""_s}, {u"stays"_s, u""_s, u""_s}};
         QCOMPARE(fixture.texts(0), expected);
         QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"4"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void aLargerBlockIsCutToTheSelection() {
@@ -164,7 +159,6 @@ private Q_SLOTS:
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.texts(0),
                  QList<QStringList>({{u"1"_s, u"2"_s, u""_s}, {u"4"_s, u"5"_s, u""_s}, {{}, {}, {}}}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aSingleCellTakesOnlyTheFirstValue() {
@@ -173,7 +167,6 @@ private Q_SLOTS:
         setClipboard(u"1\t2\r3\t4"_s);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.texts(0), QList<QStringList>({{{}, u"1"_s, {}}, {{}, {}, {}}}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aSingleValueOverASelectionOfEverythingChangesTheFirstCellOnly() {
@@ -185,7 +178,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(0).first(), QStringList({u"9"_s, u"a"_s, u"0.5"_s}));
         QCOMPARE(storedRecords(fixture, 0),
                  QList<QVariantList>({{9, u"a"_s, 0.5}, {2, u"b"_s, 1.5}, {3, u"c"_s, 2.5}, {4, u"d"_s, 3.5}}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aColumnSelectedByItsHeaderIsCopiedAndFilledWithoutTheHeader() {
@@ -199,7 +191,6 @@ private Q_SLOTS:
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(storedRecords(fixture, 0),
                  QList<QVariantList>({{1, u"w"_s, 0.5}, {2, u"x"_s, 1.5}, {3, u"y"_s, 2.5}, {4, u"z"_s, 3.5}}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void pastedTextsAreStoredAlsoInRowsOfOtherRecords() {
@@ -224,7 +215,6 @@ private Q_SLOTS:
                                                        {u"4"_s, u"d"_s, u"3.5"_s}}));
         QCOMPARE(stored(fixture, 0, 2, 1).toDouble(), 0.0);
         QCOMPARE(stored(fixture, 0, 4, 1).toDouble(), 4.0);
-        QIR_VERIFY_OK(fixture);
     }
 
     void lettersInANumberFieldShowAndStoreNothing() {
@@ -234,7 +224,6 @@ private Q_SLOTS:
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.grid(0).TextMatrix(2, 1), u"abc"_s);
         QCOMPARE(stored(fixture, 0, 2, 1).toDouble(), 0.0);
-        QIR_VERIFY_OK(fixture);
     }
 
     void anEmptyClipboardPastesNothing() {
@@ -243,7 +232,6 @@ private Q_SLOTS:
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.grid(0).TextMatrix(2, 2), u"b"_s);
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void tabsAndLineEndsInsideCellsAreCopiedExactly() {
@@ -258,7 +246,6 @@ private Q_SLOTS:
             QCOMPARE(fixture.grid(0).TextMatrix(r, 2), hard[r - 1]);
             QCOMPARE(stored(fixture, 0, r, 2).toString(), hard[r - 1]);
         }
-        QIR_VERIFY_OK(fixture);
     }
 
     void brokenBytesOfTheExactFormatLeaveThePlainText() {
@@ -270,7 +257,6 @@ private Q_SLOTS:
         fixture.clickCell(0, 1, 1);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"plain"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void aCopiedBlockIsAlsoThereAsHtml() {
@@ -280,7 +266,6 @@ private Q_SLOTS:
         const QMimeData *contents = QGuiApplication::clipboard()->mimeData();
         QVERIFY(contents->hasHtml());
         QCOMPARE(contents->html(), u"<table><tr><td>1</td><td>a</td></tr>\n<tr><td>2</td><td>b</td></tr>\n</table>"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void aPasteStoresAlsoTheTextsThatASmallerFieldHadCut() {
@@ -297,7 +282,6 @@ private Q_SLOTS:
         setClipboard(u"9"_s);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"longer"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void rewritingUnchangedCellsLeavesTheChangedFlagAlone() {
@@ -306,7 +290,6 @@ private Q_SLOTS:
         press(fixture, Qt::Key_C, Qt::ControlModifier);
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void aPasteEndsAnEditInThePane() {
@@ -317,7 +300,6 @@ private Q_SLOTS:
         press(fixture, Qt::Key_V, Qt::ControlModifier);
         QVERIFY(!editing(fixture, 0));
         QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"new"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void copyAndPasteInTheEditorAreTheTextBoxesOwn() {
@@ -326,7 +308,6 @@ private Q_SLOTS:
         setClipboard(u"x\ty"_s);
         hands::key(&fixture.cellEditor(0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"bx\ty"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void withNoTableShownNothingIsCopiedOrPasted() {
@@ -338,7 +319,6 @@ private Q_SLOTS:
         fixture.choose(Command::PasteMenu);
         QVERIFY(!fixture.database(0).DtbHasChanged());
         QCOMPARE(fixture.grid(0).TextMatrix(0, 1), u"A [text]"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void theEmptyColumnOfATableWithoutFieldsTakesNoText() {
@@ -348,7 +328,6 @@ private Q_SLOTS:
         setClipboard(u"nowhere"_s);
         hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.texts(0), QList<QStringList>({{QString()}}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void theMenuItemsWorkOnTheActivePane() {
@@ -363,14 +342,12 @@ private Q_SLOTS:
         fixture.choose(Command::PasteMenu);
         QCOMPARE(stored(fixture, 1, 3, 2).toString(), u"b"_s);
         QCOMPARE(stored(fixture, 0, 3, 2).toString(), u"c"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void theCopyAndPastePopupHoldsBothItems() {
         EditorFixture fixture;
         QCOMPARE(fixture.menu(Menu::popmenuCP).actions(),
                  QList<QAction *>({&fixture.action(Command::CopyMenu), &fixture.action(Command::PasteMenu)}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aPasteIsComparedWithTheOtherPane() {
@@ -384,7 +361,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.grid(1).CellBackColor(2, 2), CellColour::White);
         QCOMPARE(fixture.lines(1), QStringList({u"Mixed !"_s}));
         QCOMPARE(fixture.grid(0).selection(), (GridSelection{1, 2, 2, 2}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aPasteCutShortByAnErrorIsUndoneAndSilent() {
@@ -401,7 +377,6 @@ private Q_SLOTS:
                                                        {u"4"_s, u"d"_s, u"3.5"_s}}));
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"a"_s);
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void theWindowClosedDuringAPasteEndsTheProgramWithNothingWritten() {

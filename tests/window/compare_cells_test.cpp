@@ -47,7 +47,6 @@ private Q_SLOTS:
         QCOMPARE(redCells(fixture, 0), (Cells{{4, 1}, {4, 2}, {5, 1}, {5, 2}}));
         QCOMPARE(redCells(fixture, 1), Cells{});
         QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"Pumps !"_s, u"Pumps !"_s}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aFieldOfOneSideIsRedThere() {
@@ -55,7 +54,6 @@ private Q_SLOTS:
         openBoth(fixture, {numbered(2, 2)}, {numbered(2, 3)});
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 3}, {2, 3}}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aTableOfOneSideIsAllWhite() {
@@ -68,7 +66,6 @@ private Q_SLOTS:
         QVERIFY(!fixture.grid(1).Visible());
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s, u"Valves !"_s}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void redAndWhiteAreDrawnExactly() {
@@ -81,7 +78,6 @@ private Q_SLOTS:
             QCOMPARE(drawnColour(fixture, pane, 2, 1), QColor(255, 255, 255));
             QCOMPARE(drawnColour(fixture, pane, 3, 2), QColor(255, 255, 255));
         }
-        QIR_VERIFY_OK(fixture);
     }
 
     void closingTheOtherSideWhitensTheGridThatStays() {
@@ -91,7 +87,6 @@ private Q_SLOTS:
         fixture.choose(Command::CloseDatabaseMenu);
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aFailedOpenOverTheOtherSideWhitensTheGridThatStays() {
@@ -109,7 +104,6 @@ private Q_SLOTS:
         QVERIFY(!fixture.isOpen(1));
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
-        QIR_VERIFY_OK(fixture);
     }
 
     void openingADatabaseWithoutTablesWhitensTheGridThatStays() {
@@ -118,7 +112,6 @@ private Q_SLOTS:
         fixture.activate(1);
         fixture.open(makeFile(u"EMPTY.DDB"_s, {}));
         QCOMPARE(redCells(fixture, 0), Cells{});
-        QIR_VERIFY_OK(fixture);
     }
 
     void onePaneModeWhitensTheGridThatStays() {
@@ -127,7 +120,6 @@ private Q_SLOTS:
         fixture.choose(Command::OneMenu);
         QCOMPARE(redCells(fixture, 0), Cells{});
         QCOMPARE(fixture.lines(0), QStringList(u"Pumps"_s));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aSortIsStoredAndComparedWithTheOtherSide() {
@@ -146,7 +138,6 @@ private Q_SLOTS:
         left.setQIRTableRecordsPointerOut(1);
         QCOMPARE(left.QIRTableRecordSetByIndex(1).toString(), u"a"_s);
         forgetChanges(fixture);
-        QIR_VERIFY_OK(fixture);
     }
 
     void aPasteIsStoredAndComparedWithTheOtherSide() {
@@ -162,7 +153,6 @@ private Q_SLOTS:
         QCOMPARE(redCells(fixture, 1), Cells{});
         QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"a"_s, u"a"_s}));
         forgetChanges(fixture);
-        QIR_VERIFY_OK(fixture);
     }
 
     void anAddedRecordIsRedAndTheOthersStayAsTheyWere() {
@@ -174,7 +164,6 @@ private Q_SLOTS:
         QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}, {4, 1}, {4, 2}}));
         QCOMPARE(redCells(fixture, 1), (Cells{{1, 1}}));
         forgetChanges(fixture);
-        QIR_VERIFY_OK(fixture);
     }
 
     void focusScrollAndSelectionStayWhereTheyWere() {
@@ -193,7 +182,6 @@ private Q_SLOTS:
         }
         QCOMPARE(fixture.window().focusWidget(), &fixture.grid(0));
         QCOMPARE(fixture.activePane(), 0);
-        QIR_VERIFY_OK(fixture);
     }
 
     void selectingALineComparesItOnceAndComesToRest() {
@@ -208,7 +196,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QCOMPARE(fixture.activePane(), 1);
         QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aLineThatTheOtherListHasSelectedAlreadyIsCompared() {
@@ -229,7 +216,6 @@ private Q_SLOTS:
         fixture.clickLine(0, 0);
         QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
         forgetChanges(fixture);
-        QIR_VERIFY_OK(fixture);
     }
 
     void linesOfDifferentNamesAreNotCompared() {
@@ -251,7 +237,6 @@ private Q_SLOTS:
         fixture.choose(Command::CompareAgainMenu);
         QCOMPARE(fixture.lines(0), QStringList({u"a"_s, u"b !"_s}));
         forgetChanges(fixture);
-        QIR_VERIFY_OK(fixture);
     }
 
     void theProgressBarStandsBelowTheListsAcrossBothPanes() {
@@ -278,7 +263,6 @@ private Q_SLOTS:
         QCOMPARE(place.width(), right.left() + right.width() - left.left());
         QVERIFY(gridsHidden);
         QVERIFY(bar.isHidden());
-        QIR_VERIFY_OK(fixture);
     }
 
     void inputDuringARunWaitsForItsEnd() {
@@ -302,7 +286,6 @@ private Q_SLOTS:
         const qsizetype click = order.indexOf(u"click"_s);
         QVERIFY(key >= 0);
         QVERIFY(order.mid(key, click - key).contains(u"compare"_s));
-        QIR_VERIFY_OK(fixture);
     }
 
     void closingTheWindowDuringARunEndsTheProgramAndKeepsTheFiles() {
@@ -321,7 +304,6 @@ private Q_SLOTS:
         fixture.end();
         QCOMPARE(fileBytes(path(u"LEFT.DDB"_s)), left);
         QCOMPARE(fileBytes(path(u"RIGHT.DDB"_s)), right);
-        QIR_VERIFY_OK(fixture);
     }
 
     void aChangedDatabaseIsAskedAboutAndReleasedWhenTheWindowClosesDuringARun() {

@@ -29,7 +29,6 @@ private Q_SLOTS:
         }
         QCOMPARE(fixture.window().findChildren<QTextBrowser *>().size(), 1);
         fixture.choose(Command::SaveMenu);
-        QIR_VERIFY_OK(fixture);
     }
 
     void everyShortcutOfTheMenusStandsInTheGuide() {
@@ -52,7 +51,6 @@ private Q_SLOTS:
                    pressButton(dialog, u"OK"_s);
         });
         fixture.choose(Command::AboutMenu);
-        QIR_VERIFY_OK(fixture);
     }
 };
 

@@ -45,7 +45,6 @@ private Q_SLOTS:
         QCOMPARE(tableNames(fixture, 0), QStringList({u"Pumps"_s, u"Motors"_s}));
         QCOMPARE(fixture.lines(0), QStringList({u"Motors"_s, u"Pumps"_s}));
         QVERIFY(fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void addKeepsTheSelectedPositionAndShowsTheTableThatStandsThereNow() {
@@ -57,7 +56,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.shownTable(0), u"C"_s);
         QCOMPARE(fixture.loadedLine(0), 1);
-        QIR_VERIFY_OK(fixture);
     }
 
     void addTakesTheNameWithoutSurroundingBlanksInTheCaseTyped() {
@@ -65,7 +63,6 @@ private Q_SLOTS:
         fixture.dialogs().expectInput(addPrompt, u"?"_s, u"Tablex"_s, u"  big Motors "_s);
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0).last(), u"big Motors"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void addRefusesANameThatDiffersInCaseOrBlanksOnly_data() {
@@ -85,7 +82,6 @@ private Q_SLOTS:
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0).size(), 2);
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void addWithoutANameChangesNothing_data() {
@@ -101,7 +97,6 @@ private Q_SLOTS:
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
         QCOMPARE(reload.count(), 0);
-        QIR_VERIFY_OK(fixture);
     }
 
     void cancellingTheNameOfANewTableChangesNothing() {
@@ -110,7 +105,6 @@ private Q_SLOTS:
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void addToADatabaseWithoutTablesShowsTheNewTable() {
@@ -122,7 +116,6 @@ private Q_SLOTS:
         QVERIFY(fixture.grid(0).Visible());
         QCOMPARE(fixture.grid(0).Rows(), 2);
         QVERIFY(fixture.action(Command::RemoveTableMenu).isEnabled());
-        QIR_VERIFY_OK(fixture);
     }
 
     void anErrorOfTheComponentIsShownAndTheEditorGoesOn() {
@@ -136,7 +129,6 @@ private Q_SLOTS:
         fixture.choose(Command::AddTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void addLeavesTheListsOutOfLineAndTheMarksAsTheyAre() {
@@ -148,7 +140,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s, u"C"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"A ?"_s, u"C"_s, u"D"_s}));
         QCOMPARE(fixture.activePane(), 0);
-        QIR_VERIFY_OK(fixture);
     }
 
     void renameAsksWithTheNameAsDefaultAndKeepsThePosition() {
@@ -160,7 +151,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"C"_s, u"Z"_s}));
         QCOMPARE(fixture.list(0).ListIndex(), 1);
         QCOMPARE(fixture.shownTable(0), u"C"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void renameInPlaceKeepsTheCurrentCell() {
@@ -171,7 +161,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.grid(0).Row(), 3);
         QCOMPARE(fixture.grid(0).Col(), 2);
         QCOMPARE(fixture.shownTable(0), u"Motors"_s);
-        QIR_VERIFY_OK(fixture);
     }
 
     void renameOfAMarkedTableAsksForItsNameWithoutTheMarker() {
@@ -183,7 +172,6 @@ private Q_SLOTS:
         fixture.choose(Command::RenameTableMenu);
         QCOMPARE(fixture.lines(0), QStringList({u"A ?"_s, u"B"_s}));
         QCOMPARE(fixture.lines(1), QStringList({u"A"_s, u"B ?"_s}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void renameKeepsThePositionWherePlaceholdersComeIn() {
@@ -199,7 +187,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QVERIFY(!fixture.grid(0).Visible());
         QCOMPARE(fixture.activePane(), 0);
-        QIR_VERIFY_OK(fixture);
     }
 
     void renamePassesTrailingBlanksOn() {
@@ -214,7 +201,6 @@ private Q_SLOTS:
                 arguments = call.arguments;
         QCOMPARE(arguments, QVariantList({1, u"Motors  "_s}));
         QCOMPARE(tableNames(fixture, 0), QStringList(u"Motors  "_s));
-        QIR_VERIFY_OK(fixture);
     }
 
     void aRenameThatTakesThePositionAwaySelectsTheFirstLineOfBothLists() {
@@ -229,7 +215,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(1).ListIndex(), 0);
         QCOMPARE(fixture.shownTable(0), u"A"_s);
         QVERIFY(!fixture.grid(1).Visible());
-        QIR_VERIFY_OK(fixture);
     }
 
     void aNameWithTrailingBlanksIsTheSameTableWithAndWithoutItsMark() {
@@ -246,7 +231,6 @@ private Q_SLOTS:
         QVERIFY(!fixture.cellEditor(0).isHidden());
         hands::type(&fixture.cellEditor(0), u"2"_s);
         QCOMPARE(recordsOf(fixture, 0), QList<QStringList>({{u"6512"_s}}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void renameWithoutANameChangesNothing() {
@@ -257,7 +241,6 @@ private Q_SLOTS:
         fixture.choose(Command::RenameTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"Pumps"_s));
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void renameToATakenNameShowsTheComponentsReason() {
@@ -273,7 +256,6 @@ private Q_SLOTS:
         QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s}));
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void renameReachesTheFile() {
@@ -283,12 +265,10 @@ private Q_SLOTS:
             fixture.dialogs().expectInput(renamePrompt(u"Pumps"_s), u"?"_s, u"Pumps"_s, u"Motors"_s);
             fixture.choose(Command::RenameTableMenu);
             fixture.database(0).SaveDtb();
-            QIR_VERIFY_OK(fixture);
         }
         EditorFixture again(path);
         QCOMPARE(again.lines(0), QStringList(u"Motors"_s));
         QCOMPARE(again.texts(0).size(), 3);
-        QIR_VERIFY_OK(again);
     }
 
     void removeAsksFirstAndNoIsTheDefault() {
@@ -303,7 +283,6 @@ private Q_SLOTS:
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
         QVERIFY(!fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void escapeAtTheQuestionRemovesNothing() {
@@ -314,7 +293,6 @@ private Q_SLOTS:
         });
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(tableNames(fixture, 0).size(), 2);
-        QIR_VERIFY_OK(fixture);
     }
 
     void removeSelectsThePositionOfTheRemovedTablesNumber() {
@@ -327,7 +305,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.shownTable(0), u"D"_s);
         QCOMPARE(fixture.texts(0), QList<QStringList>({{QString::number(u'D')}}));
         QVERIFY(fixture.database(0).DtbHasChanged());
-        QIR_VERIFY_OK(fixture);
     }
 
     void removingTheLastTableOfAListSelectsNothing() {
@@ -344,7 +321,6 @@ private Q_SLOTS:
         fixture.choose(Command::RenameTableMenu);
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
-        QIR_VERIFY_OK(fixture);
     }
 
     void removingTheOnlyTableLeavesAnEmptyList() {
@@ -353,7 +329,6 @@ private Q_SLOTS:
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(fixture.lines(0), QStringList());
         QVERIFY(!fixture.grid(0).Visible());
-        QIR_VERIFY_OK(fixture);
     }
 
     void removingTheOnlyTableOfTwoDatabasesEmptiesBothLists() {
@@ -366,7 +341,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(1), QStringList());
         QVERIFY(!fixture.grid(0).Visible());
         QVERIFY(!fixture.action(Command::RemoveTableMenu).isEnabled());
-        QIR_VERIFY_OK(fixture);
     }
 
     void removeAsksWithTheLineAsItStandsAndLinesBothListsUpAgain() {
@@ -383,7 +357,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.shownTable(1), u"B"_s);
         QCOMPARE(redCells(fixture, 0), Cells());
         QCOMPARE(fixture.activePane(), 0);
-        QIR_VERIFY_OK(fixture);
     }
 
     void anotherListThatLacksThePositionKeepsItsSelection() {
@@ -398,7 +371,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QVERIFY(fixture.grid(1).Visible());
         QCOMPARE(fixture.activePane(), 0);
-        QIR_VERIFY_OK(fixture);
     }
 
     void theCommandsDoNothingOnAPlaceholder() {
@@ -409,7 +381,6 @@ private Q_SLOTS:
         fixture.choose(Command::RenameTableMenu);
         fixture.choose(Command::RemoveTableMenu);
         QCOMPARE(tableNames(fixture, 0), QStringList(u"A"_s));
-        QIR_VERIFY_OK(fixture);
     }
 
     void theCommandsActOnTheActivePane() {
@@ -421,7 +392,6 @@ private Q_SLOTS:
         QCOMPARE(tableNames(fixture, 0), QStringList({u"A"_s, u"B"_s}));
         QCOMPARE(tableNames(fixture, 1), QStringList(u"B"_s));
         QCOMPARE(fixture.activePane(), 1);
-        QIR_VERIFY_OK(fixture);
     }
 
     void removingWhitensTheOtherGridWhenItIsLeftAlone() {
@@ -437,7 +407,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QCOMPARE(fixture.texts(1), QList<QStringList>({{u"2"_s}}));
         QCOMPARE(redCells(fixture, 1), Cells());
-        QIR_VERIFY_OK(fixture);
     }
 
     void removingWhitensTheOtherGridWhenTheListHasLostItsLine() {
@@ -452,7 +421,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QVERIFY(fixture.grid(1).Visible());
         QCOMPARE(redCells(fixture, 1), Cells());
-        QIR_VERIFY_OK(fixture);
     }
 
     void addingWhitensTheOtherGridWhenTheListHasLostItsLine() {
@@ -468,7 +436,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(1).ListIndex(), 3);
         QCOMPARE(redCells(fixture, 1), Cells());
         QCOMPARE(redCells(fixture, 0), Cells());
-        QIR_VERIFY_OK(fixture);
     }
 
     void anErrorWhileRemovingChangesNothing() {
@@ -482,7 +449,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(0), QStringList({u"A"_s, u"B"_s}));
         QCOMPARE(fixture.list(0).ListIndex(), 0);
         QVERIFY(fixture.grid(0).Visible());
-        QIR_VERIFY_OK(fixture);
     }
 
     void anErrorOfTheOtherDatabaseAfterARemovalLeavesNoLineWithAnotherTablesNumber() {
@@ -497,7 +463,6 @@ private Q_SLOTS:
         fixture.choose(Command::RemoveTableMenu);
         fake->stopFailing();
         QCOMPARE(tableNames(fixture, 1), QStringList({u"A"_s, u"C"_s, u"D"_s}));
-        QIR_VERIFY_OK(fixture);
     }
 };
 
