@@ -37,14 +37,6 @@ private Q_SLOTS:
     void paintingWhatIsPaintedNotifiesNobody();
     void writingACellNotifiesForThatCellAlone();
     void reorderingMovesTextsColoursAndRowData();
-    void clipReadsTheSelectedBlock();
-    void clipReadsTheSameWhicheverCornerIsCurrent();
-    void clipWritesInsideTheSelectionOnly();
-    void clipOfASingleCellTakesTheFirstValueOnly();
-    void clipNotifiesOnceForTheWholeBlock();
-    void visibleIsTheGridsOwnFlag();
-    void hidingForPaintingKeepsTheFocus();
-    void hidingForPaintingYieldsToTheFlagBeingSet();
     void aMillionRowsCostNothingToHold();
 };
 
@@ -378,111 +370,6 @@ void GridContentsTest::reorderingMovesTextsColoursAndRowData() {
     QCOMPARE(grid.RowData(1), 3);
     QCOMPARE(grid.RowData(2), 1);
     QCOMPARE(grid.selection(), singleCell(2, 2));
-}
-
-void GridContentsTest::clipReadsTheSelectedBlock() {
-    Grid grid;
-    fill(grid, 4, 4);
-    grid.setSelection({2, 2, 3, 4});
-    QCOMPARE(grid.Clip(), QStringLiteral("2.2\t2.3\t2.4\r3.2\t3.3\t3.4"));
-    grid.setSelection(singleCell(1, 1));
-    QCOMPARE(grid.Clip(), QStringLiteral("1.1"));
-}
-
-void GridContentsTest::clipReadsTheSameWhicheverCornerIsCurrent() {
-    Grid grid;
-    fill(grid, 4, 4);
-    grid.setSelection({3, 4, 2, 2});
-    QCOMPARE(grid.Clip(), QStringLiteral("2.2\t2.3\t2.4\r3.2\t3.3\t3.4"));
-}
-
-void GridContentsTest::clipWritesInsideTheSelectionOnly() {
-    Grid grid;
-    fill(grid, 4, 4);
-    grid.setSelection({3, 3, 2, 2});
-    grid.setClip(QStringLiteral("a\tb\tc\rd\te\tf\rg\th\ti"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("a"));
-    QCOMPARE(grid.TextMatrix(2, 3), QStringLiteral("b"));
-    QCOMPARE(grid.TextMatrix(3, 3), QStringLiteral("e"));
-    QCOMPARE(grid.TextMatrix(2, 4), QStringLiteral("2.4"));
-    QCOMPARE(grid.TextMatrix(4, 2), QStringLiteral("4.2"));
-    grid.setClip(QStringLiteral("z"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("z"));
-    QCOMPARE(grid.TextMatrix(2, 3), QStringLiteral("b"));
-    QCOMPARE(grid.texts().at(3, 3), QStringLiteral("e"));
-}
-
-void GridContentsTest::clipOfASingleCellTakesTheFirstValueOnly() {
-    Grid grid;
-    fill(grid, 4, 4);
-    grid.setSelection(singleCell(2, 2));
-    grid.setClip(QStringLiteral("a\tb\rc"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("a"));
-    QCOMPARE(grid.TextMatrix(2, 3), QStringLiteral("2.3"));
-    QCOMPARE(grid.TextMatrix(3, 2), QStringLiteral("3.2"));
-}
-
-void GridContentsTest::clipNotifiesOnceForTheWholeBlock() {
-    Grid grid;
-    fill(grid, 50, 4);
-    grid.setSelection({1, 1, 50, 4});
-    const QString all = grid.Clip();
-    GridLog log(grid);
-    const QSignalSpy changed(grid.model(), &QAbstractItemModel::dataChanged);
-    grid.setClip(all);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(log.take(), QStringList());
-    QCOMPARE(grid.Clip(), all);
-}
-
-void GridContentsTest::visibleIsTheGridsOwnFlag() {
-    QWidget frame;
-    auto *grid = new Grid(&frame);
-    QVERIFY(grid->Visible());
-    QVERIFY(!grid->isVisible());
-    grid->setVisibleFlag(false);
-    frame.show();
-    QVERIFY(!grid->Visible());
-    QVERIFY(!grid->isVisible());
-    grid->setVisibleFlag(true);
-    QVERIFY(grid->isVisible());
-    frame.hide();
-    QVERIFY(grid->Visible());
-}
-
-void GridContentsTest::hidingForPaintingKeepsTheFocus() {
-    const auto grid = shownGrid();
-    grid->activateWindow();
-    grid->setFocus();
-    QTRY_VERIFY(grid->hasFocus());
-    {
-        const GridHidden hidden(*grid);
-        QVERIFY(!grid->Visible());
-        {
-            const GridHidden again(*grid);
-            QVERIFY(!grid->Visible());
-        }
-        QVERIFY2(!grid->Visible(), "the inner one showed what the outer one hides");
-        QVERIFY(!grid->updatesEnabled());
-        QVERIFY(grid->hasFocus());
-    }
-    QVERIFY(grid->Visible());
-    QVERIFY(grid->updatesEnabled());
-    QVERIFY(grid->hasFocus());
-}
-
-void GridContentsTest::hidingForPaintingYieldsToTheFlagBeingSet() {
-    const auto grid = shownGrid();
-    {
-        const GridHidden hidden(*grid);
-        grid->setVisibleFlag(false);
-    }
-    QVERIFY(!grid->Visible());
-    QVERIFY(!grid->isVisible());
-    { const GridHidden hidden(*grid); }
-    QVERIFY2(!grid->Visible(), "a grid that was hidden before is shown");
-    grid->setVisibleFlag(true);
-    QVERIFY(grid->updatesEnabled());
 }
 
 void GridContentsTest::aMillionRowsCostNothingToHold() {

@@ -91,4 +91,18 @@ inline void rightPressHeader(EditorFixture &fixture, int pane, int column) {
                  headerCentre(fixture, pane, column));
 }
 
+/// Where an editor has to stand: over the part of the current cell that shows, in the coordinates of the pane's frame.
+inline QRect currentCell(EditorFixture &fixture, int pane) {
+    const Grid &grid = fixture.grid(pane);
+    const QRect cell = grid.visualRect(grid.model()->index(grid.Row() - 1, grid.Col() - 1)) & grid.viewport()->rect();
+    return cell.translated(grid.viewport()->mapTo(grid.parentWidget(), QPoint()));
+}
+
+/// The pane's editor is open over that cell, which is the current one, and has the focus.
+inline bool isEdited(EditorFixture &fixture, int row, int column) {
+    return editing(fixture, 0) && fixture.cellEditor(0).hasFocus() && fixture.editedCell().row == row &&
+           fixture.editedCell().column == column && fixture.grid(0).selection() == singleCell(row, column) &&
+           fixture.cellEditor(0).geometry() == currentCell(fixture, 0) && !currentCell(fixture, 0).isEmpty();
+}
+
 } // namespace qir::test

@@ -22,6 +22,13 @@ inline TableOfTexts pumps(const QString &name = QStringLiteral("Pumps")) {
              {u"Name"_s, FieldType::Text, {u"Main"_s, u"Spare"_s, u"Test"_s}, 20}}};
 }
 
+/// pumps() with a field more.
+inline TableOfTexts widePumps() {
+    TableOfTexts table = pumps();
+    table.fields.push_back({u"Ratio"_s, FieldType::Double, {u"0.5"_s, u"1.5"_s, u"2.25"_s}});
+    return table;
+}
+
 /// The table of pumps() with one record, which differs.
 inline TableOfTexts shortPumps() {
     TableOfTexts table = pumps();

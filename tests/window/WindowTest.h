@@ -36,6 +36,14 @@ inline QString savedValue(const QString &path, const QString &table, const QStri
     return database.QIRTableRecordSetByIndex(1).toString();
 }
 
+/// A call as "member(argument, ...)".
+inline QString callText(const FakeCall &call) {
+    QStringList arguments;
+    for (const QVariant &argument : call.arguments)
+        arguments.append(argument.isValid() ? argument.toString() : u"-"_s);
+    return call.member + u'(' + arguments.join(u", "_s) + u')';
+}
+
 /// The calls that components got, "MEMBER(argument, ...)" each, only those of the given members.
 inline QStringList callsOf(const QStringList &members) {
     QStringList calls;
@@ -67,6 +75,22 @@ protected:
     void openBoth(EditorFixture &fixture, const std::vector<TableOfTexts> &left,
                   const std::vector<TableOfTexts> &right) const {
         fixture.openBoth(makeFile(QStringLiteral("LEFT.DDB"), left), makeFile(QStringLiteral("RIGHT.DDB"), right));
+    }
+    /// A database of pumps, and one of valves whose name differs only in case. Copied there, not made: the component
+    /// would reach the first file by the second name.
+    void makeTwins(const QString &pumpsName, const QString &password, const QString &valvesName) const {
+        makeFile(pumpsName, {pumps()}, password);
+        const QString valvesPath = makeFile(QStringLiteral("valves.tmp"), {valves()});
+        const QString twin = path(valvesName);
+        QVERIFY(QDir().mkpath(QFileInfo(twin).path()));
+        QVERIFY(QFile::rename(valvesPath, twin));
+    }
+
+    QString writeBytes(const QString &name, const QByteArray &bytes) const {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("the test file cannot be written");
+        return path(name);
     }
     /// Writes a value into the first cell of the table that a pane shows, past the window.
     static void change(EditorFixture &fixture, int pane, const QString &text) {

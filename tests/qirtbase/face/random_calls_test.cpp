@@ -1,5 +1,5 @@
-#include "tests/qirtbase/model/DatabaseTestSupport.h"
 #include "tests/model/ComponentPair.h"
+#include "tests/qirtbase/model/DatabaseTestSupport.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -7,6 +7,7 @@
 #include "tests/support/Hands.h"
 #include "tests/window/DialogScript.h"
 #include "tests/window/LayoutCheck.h"
+#include "tests/window/panes/TypePicker.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -22,19 +23,6 @@ using namespace qir::test;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// A control of a dialog by its name; a name that is not there ends the test program.
-template<class Control>
-Control &control(QWidget &dialog, const QString &name) {
-    auto *found = dialog.findChild<Control *>(name);
-    if (found == nullptr)
-        qFatal("no control %s", qPrintable(name));
-    return *found;
-}
-
-void pressKey(QWidget &receiver, Qt::Key key) {
-    hands::key(&receiver, key);
-}
 
 /// How a box is asked for; the fields that a test does not name have the usual values.
 struct Question {
@@ -79,35 +67,9 @@ void typeAndPressOk(QDialog &dialog, const QString &text) {
     pressButton(dialog, u"OK"_s);
 }
 
-/// The picker with all field types, line `selected` selected, answered by `act`.
-QString pick(int selected, const std::function<void(QDialog &, ListBox &)> &act) {
-    DialogScript script;
-    frmListaStringhePlain form(nullptr);
-    form.setWindowTitle(u"Tipi"_s);
-    CaricaTipi(form.valori_discreti());
-    form.valori_discreti().setListIndex(selected);
-    sceltaLista().index = 1;
-    script.expect([&](QDialog &dialog) {
-        const QString name = dialog.objectName();
-        act(dialog, form.valori_discreti());
-        return name == u"frmListaStringhePlain" ? QString() : u"the dialog is named "_s + name;
-    });
-    form.exec();
-    return script.problems();
-}
-
-QPoint middleOfLine(ListBox &list, int line) {
-    return list.visualRect(list.model()->index(line, 0)).center();
-}
-
 } // namespace
 
-#define CHECK_CHOICE(expectedText, expectedIndex, expectedData)                                                        \
-    QCOMPARE(sceltaLista().text, expectedText);                                                                        \
-    QCOMPARE(sceltaLista().index, expectedIndex);                                                                      \
-    QCOMPARE(sceltaLista().itemData, QVariant(expectedData))
-
-/// The input box, the list picker and the progress window, each by its own controls.
+/// The input box and the progress window, each by its own controls.
 class DialogsTest : public QObject {
     Q_OBJECT
 
@@ -134,7 +96,7 @@ private Q_SLOTS:
         QFETCH(Qt::Key, key);
         const Outcome outcome = ask({}, [key](QDialog &dialog) {
             hands::type(&testo(dialog), u"typed"_s);
-            pressKey(testo(dialog), key);
+            hands::key(&testo(dialog), key);
         });
         QCOMPARE(outcome.answer, u"typed"_s);
         QVERIFY(!outcome.cancelled);
@@ -166,7 +128,7 @@ private Q_SLOTS:
             QWidget &box = multiline ? static_cast<QWidget &>(testoMultiline(dialog)) : testo(dialog);
             hands::type(&box, u"typed"_s);
             if (byKey)
-                pressKey(box, Qt::Key_Escape);
+                hands::key(&box, Qt::Key_Escape);
             else
                 pressButton(dialog, u"Cancel"_s);
         });
@@ -179,7 +141,7 @@ private Q_SLOTS:
         const Outcome outcome = ask({}, [](QDialog &dialog) {
             auto &ok = control<QPushButton>(dialog, u"comandi_0"_s);
             ok.setFocus();
-            pressKey(ok, Qt::Key_Escape);
+            hands::key(&ok, Qt::Key_Escape);
         });
         QVERIFY(outcome.cancelled);
         QCOMPARE(outcome.problems, QString());
@@ -296,7 +258,7 @@ private Q_SLOTS:
             QPlainTextEdit &box = testoMultiline(dialog);
             selected = box.textCursor().selectedText();
             hands::type(&box, u"a"_s);
-            pressKey(box, Qt::Key_Return);
+            hands::key(&box, Qt::Key_Return);
             hands::type(&box, u"b"_s);
             pressButton(dialog, u"OK"_s);
         });
@@ -451,122 +413,6 @@ private Q_SLOTS:
         QVERIFY2(box.width() < 600, qPrintable(QString::number(box.width())));
         QVERIFY(label.width() * (label.height() / metrics.lineSpacing()) >=
                 metrics.horizontalAdvance(prompt.trimmed()));
-    }
-
-    void theTypeListHoldsAllTypesOnceWithTheirCodes() {
-        ListBox list;
-        CaricaTipi(list);
-        CaricaTipi(list);
-        QStringList names;
-        QList<int> codes;
-        for (int line = 0; line < list.ListCount(); ++line) {
-            names.append(list.List(line));
-            codes.append(list.ItemData(line));
-        }
-        QCOMPARE(names, QStringList({u"bool"_s, u"byte"_s, u"int"_s, u"long"_s, u"double"_s, u"date"_s, u"text"_s}));
-        QCOMPARE(codes, QList<int>({1, 2, 3, 4, 7, 8, 10}));
-    }
-
-    void okTakesTheSelectedItem() {
-        QCOMPARE(pick(6, [](QDialog &dialog, ListBox &) { pressButton(dialog, u"OK"_s); }), QString());
-        CHECK_CHOICE(u"text"_s, 6, 10);
-    }
-
-    void enterTakesTheSelectedItem() {
-        QCOMPARE(pick(3, [](QDialog &, ListBox &list) { pressKey(list, Qt::Key_Return); }), QString());
-        CHECK_CHOICE(u"long"_s, 3, 4);
-    }
-
-    void enterTakesTheSelectedItemWhateverHasTheFocus() {
-        for (const QString &button : {u"cmd_0"_s, u"cmd_1"_s}) {
-            sceltaLista() = SceltaLista();
-            QCOMPARE(pick(3,
-                          [&](QDialog &dialog, ListBox &) {
-                              auto &focused = control<QPushButton>(dialog, button);
-                              focused.setFocus();
-                              pressKey(focused, Qt::Key_Return);
-                          }),
-                     QString());
-            CHECK_CHOICE(u"long"_s, 3, 4);
-        }
-    }
-
-    void enterWithNothingSelectedKeepsTheDialogOpen() {
-        bool open = false;
-        QCOMPARE(pick(-1,
-                      [&](QDialog &dialog, ListBox &list) {
-                          pressKey(list, Qt::Key_Return);
-                          pressKey(list, Qt::Key_Enter);
-                          for (const QString &button : {u"cmd_0"_s, u"cmd_1"_s}) {
-                              control<QPushButton>(dialog, button).setFocus();
-                              pressKey(control<QPushButton>(dialog, button), Qt::Key_Return);
-                          }
-                          open = dialog.isVisible();
-                          dialog.close();
-                      }),
-                 QString());
-        QVERIFY(open);
-        CHECK_CHOICE(QString(), 1, 0);
-    }
-
-    void okWithNothingSelectedReadsAnEmptyLine() {
-        sceltaLista().text = u"earlier"_s;
-        sceltaLista().itemData = 10;
-        QCOMPARE(pick(-1, [](QDialog &dialog, ListBox &) { pressButton(dialog, u"OK"_s); }), QString());
-        CHECK_CHOICE(QString(), -1, 0);
-    }
-
-    void aDoubleClickTakesTheItemUnderIt() {
-        QCOMPARE(pick(-1,
-                      [](QDialog &, ListBox &list) {
-                          hands::click(list.viewport(), Qt::LeftButton, {}, middleOfLine(list, 4));
-                          hands::doubleClick(list.viewport(), Qt::LeftButton, {}, middleOfLine(list, 4));
-                      }),
-                 QString());
-        CHECK_CHOICE(u"double"_s, 4, 7);
-    }
-
-    void aDoubleClickBesideTheItemsWithNothingSelectedReadsAnEmptyLine() {
-        QCOMPARE(pick(-1,
-                      [](QDialog &, ListBox &list) {
-                          const QPoint beside = list.viewport()->rect().bottomRight() - QPoint(2, 2);
-                          hands::doubleClick(list.viewport(), Qt::LeftButton, {}, beside);
-                      }),
-                 QString());
-        CHECK_CHOICE(QString(), -1, 0);
-    }
-
-    void aCancelKeepsTheItemDataOfTheChoiceBefore_data() {
-        QTest::addColumn<QString>("way");
-        QTest::newRow("button") << u"button"_s;
-        QTest::newRow("Escape in the list") << u"list"_s;
-        QTest::newRow("Escape on a button") << u"ok"_s;
-    }
-
-    void aCancelKeepsTheItemDataOfTheChoiceBefore() {
-        QFETCH(QString, way);
-        pick(6, [](QDialog &dialog, ListBox &) { pressButton(dialog, u"OK"_s); });
-        QCOMPARE(pick(2,
-                      [&](QDialog &dialog, ListBox &list) {
-                          if (way == u"button")
-                              pressButton(dialog, u"Cancel"_s);
-                          else if (way == u"list")
-                              pressKey(list, Qt::Key_Escape);
-                          else {
-                              auto &ok = control<QPushButton>(dialog, u"cmd_0"_s);
-                              ok.setFocus();
-                              pressKey(ok, Qt::Key_Escape);
-                          }
-                      }),
-                 QString());
-        CHECK_CHOICE(QString(), -1, 10);
-    }
-
-    void theCloseBoxOfThePickerWritesNothing() {
-        sceltaLista().text = u"earlier"_s;
-        sceltaLista().itemData = 4;
-        QCOMPARE(pick(2, [](QDialog &dialog, ListBox &) { dialog.close(); }), QString());
-        CHECK_CHOICE(u"earlier"_s, 1, 4);
     }
 
     void theProgressWindowStandsInTheHorizontalMiddleAndIsPaintedAtOnce() {
