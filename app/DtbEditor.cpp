@@ -59,6 +59,7 @@ DtbEditor::DtbEditor()
     AbilitaMenu(m_editor, -1);
     if (MessageLoop *loop = MessageLoop::instance()) {
         loop->setWindow(this);
+        loop->setErrorTitle(applicationTitle());
         loop->addSettling([this] { m_tables.settlePanes(); });
         loop->addSettling([this] { m_notices.show(); });
     }

@@ -102,7 +102,7 @@ void OpenCommand::OpenDatabase_Click() {
 }
 
 void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
-    fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Open, u"File DDB,WDB,UDB,SDB,IDB"_s,
+    fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Open, tr("File DDB,WDB,UDB,SDB,IDB"),
                                  u"DDB"_s, QString(), QString(), databaseFileFilter());
     chosen = !fileName.isEmpty();
     if (!chosen)
@@ -150,7 +150,7 @@ bool OpenCommand::loadFreshComponent(int pane) {
     SecretText password;
     if (DatabaseProtetto(name)) {
         wipe.emplace();
-        password = SecretText(inputBox(m_editor.controls.window, u"Password:"_s, u"Input password"_s, QString(),
+        password = SecretText(inputBox(m_editor.controls.window, tr("Password:"), tr("Input password"), QString(),
                                        m_editor.OggettoDtb(pane).PasswordNote(name)));
     }
     // The component that was made before the question is replaced by a fresh one.
@@ -175,7 +175,7 @@ void OpenCommand::showLoadFailure(int pane) {
     RicalcolaSistemazioneForm(m_editor);
     const QString reason = loadFailure(pane);
     showHint(m_editor, pane, reason);
-    messageBox(m_editor.controls.window, u"Can't load '"_s + m_editor.NomeFileDtb(pane) + u"'"_s, u"!!"_s, reason);
+    messageBox(m_editor.controls.window, tr("Can't load '%1'").arg(m_editor.NomeFileDtb(pane)), u"!!"_s, reason);
 }
 
 void OpenCommand::showOpenedTables() {

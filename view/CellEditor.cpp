@@ -51,16 +51,16 @@ std::optional<GridSelection> cellBeside(const Grid &grid, int row, int column, i
 
 } // namespace
 
-void CellEditor::IniziaEdit(int Index) {
-    if (m_editor.Tabella(Index).MouseRow() == 0) {
-        Interrompiedit(Index);
+void CellEditor::IniziaEdit(int pane) {
+    if (m_editor.Tabella(pane).MouseRow() == 0) {
+        Interrompiedit(pane);
         return;
     }
-    openEditor(Index);
+    openEditor(pane);
 }
 
-void CellEditor::openEditor(int Index) {
-    Grid &grid = m_editor.Tabella(Index);
+void CellEditor::openEditor(int pane) {
+    Grid &grid = m_editor.Tabella(pane);
     // No table shown, no record, or the empty column of a table without fields.
     if (!grid.Visible() || grid.Row() < 1 || grid.ColData(grid.Col()) < 1)
         return;
@@ -68,20 +68,20 @@ void CellEditor::openEditor(int Index) {
     m_editor.cellEdit().begin(grid.Row(), grid.Col());
     grid.setUserResizing(false);
 
-    QLineEdit &txtEdit = m_editor.txtEdit(Index);
-    dressEditor(Index);
+    QLineEdit &txtEdit = m_editor.txtEdit(pane);
+    dressEditor(pane);
     txtEdit.setText(grid.TextMatrix(grid.Row(), grid.Col())); // the cell's own text: writes nothing
     txtEdit.end(false);
-    coverCell(Index);
-    AllineaTopLeftTabelle(m_editor, Index); // the cell may have been scrolled into view
+    coverCell(pane);
+    AllineaTopLeftTabelle(m_editor, pane); // the cell may have been scrolled into view
     txtEdit.show();
     txtEdit.raise();
     txtEdit.setFocus(Qt::OtherFocusReason);
 }
 
-void CellEditor::dressEditor(int Index) {
-    const Grid &grid = m_editor.Tabella(Index);
-    QLineEdit &txtEdit = m_editor.txtEdit(Index);
+void CellEditor::dressEditor(int pane) {
+    const Grid &grid = m_editor.Tabella(pane);
+    QLineEdit &txtEdit = m_editor.txtEdit(pane);
     txtEdit.setFont(grid.font());
     txtEdit.setPalette(editorPalette());
     // The text stands where the cell showed it.
@@ -91,22 +91,22 @@ void CellEditor::dressEditor(int Index) {
     txtEdit.setTextMargins(0, 0, alignment.testFlag(Qt::AlignRight) ? -caretRoom : 0, 0);
 }
 
-void CellEditor::coverCell(int Index) {
-    Grid &grid = m_editor.Tabella(Index);
+void CellEditor::coverCell(int pane) {
+    Grid &grid = m_editor.Tabella(pane);
     grid.bringCellIntoView();
     // Both have the pane's frame as parent. A cell of which nothing shows leaves no room for the editor either.
-    m_editor.txtEdit(Index).setGeometry(grid.cellRectangle().translated(grid.pos()));
+    m_editor.txtEdit(pane).setGeometry(grid.cellRectangle().translated(grid.pos()));
 }
 
-void CellEditor::placeEditor(int Index) {
-    if (m_editor.txtEdit(Index).isHidden())
+void CellEditor::placeEditor(int pane) {
+    if (m_editor.txtEdit(pane).isHidden())
         return;
-    coverCell(Index);
-    AllineaTopLeftTabelle(m_editor, Index); // the cell may have been scrolled into view
+    coverCell(pane);
+    AllineaTopLeftTabelle(m_editor, pane); // the cell may have been scrolled into view
 }
 
-void CellEditor::Interrompiedit(int Index) {
-    QLineEdit &txtEdit = m_editor.txtEdit(Index);
+void CellEditor::Interrompiedit(int pane) {
+    QLineEdit &txtEdit = m_editor.txtEdit(pane);
     if (txtEdit.isHidden())
         return;
     // What an input method is still composing was typed, so it is written like the rest.
@@ -115,40 +115,40 @@ void CellEditor::Interrompiedit(int Index) {
     m_editor.endEdit();
 }
 
-void CellEditor::editBeside(int Index, int step) {
-    Grid &grid = m_editor.Tabella(Index);
+void CellEditor::editBeside(int pane, int step) {
+    Grid &grid = m_editor.Tabella(pane);
     const std::optional<GridSelection> cell = cellBeside(grid, m_editor.RigaEdit(), m_editor.ColonnaEdit(), step);
-    Interrompiedit(Index);
+    Interrompiedit(pane);
     if (!cell)
         return;
     grid.setSelection(*cell);
-    openEditor(Index); // wherever the pointer rests: a key asks for it
+    openEditor(pane); // wherever the pointer rests: a key asks for it
 }
 
-void CellEditor::ScriviDaEditADtb(int Index) {
+void CellEditor::ScriviDaEditADtb(int pane) {
     const int row = m_editor.RigaEdit();
     const int column = m_editor.ColonnaEdit();
     if (row < 1)
         return;
-    Grid &grid = m_editor.Tabella(Index);
-    const QString text = m_editor.txtEdit(Index).text();
+    Grid &grid = m_editor.Tabella(pane);
+    const QString text = m_editor.txtEdit(pane).text();
     if (text == grid.TextMatrix(row, column))
         return;
     grid.setTextMatrix(row, column, text); // the snapshot of the texts is the grid's own
     try {
-        m_editor.pane(Index).makeShownTableCurrent();
-        const QirDatabase &database = m_editor.OggettoDtb(Index);
+        m_editor.pane(pane).makeShownTableCurrent();
+        const QirDatabase &database = m_editor.OggettoDtb(pane);
         database.setQIRTableRecordsPointerOut(grid.RowData(row));
         AssegnaARecordset(database, grid.ColData(column), text);
     } catch (const std::exception &) {
-        m_editor.pane(Index).setTextsUnstored(true);
+        m_editor.pane(pane).setTextsUnstored(true);
         throw;
     }
-    updateDifference(Index);
+    updateDifference(pane);
 }
 
-void CellEditor::updateDifference(int Index) {
-    if (!m_editor.Tabella(Index).Visible() || !m_editor.gridsShowSameTable())
+void CellEditor::updateDifference(int pane) {
+    if (!m_editor.Tabella(pane).Visible() || !m_editor.gridsShowSameTable())
         return;
     const int row = m_editor.RigaEdit();
     const int column = m_editor.ColonnaEdit();
@@ -157,19 +157,19 @@ void CellEditor::updateDifference(int Index) {
     const bool inBoth = row < std::min(left.Rows(), right.Rows()) && column < std::min(left.Cols(), right.Cols());
     const bool different = !inBoth || m_editor.TestiCelle(0).at(column, row) != m_editor.TestiCelle(1).at(column, row);
     m_editor.foundDifferences().set(static_cast<std::size_t>(row), static_cast<std::size_t>(column), different);
-    for (const int pane : {0, 1})
-        SetEqualColor(m_editor, pane, row, column);
+    for (const int each : {0, 1})
+        SetEqualColor(m_editor, each, row, column);
     m_marks.MostraTabellaDiversaInLista();
 }
 
-void CellEditor::txtEdit_Change(int Index) {
-    activatePane(m_editor, Index);
-    ScriviDaEditADtb(Index);
+void CellEditor::txtEdit_Change(int pane) {
+    activatePane(m_editor, pane);
+    ScriviDaEditADtb(pane);
 }
 
-void CellEditor::txtEdit_KeyPress(int Index, int KeyAscii) {
+void CellEditor::txtEdit_KeyPress(int pane, int KeyAscii) {
     if (KeyAscii == enterCode)
-        Interrompiedit(Index);
+        Interrompiedit(pane);
 }
 
 } // namespace qir

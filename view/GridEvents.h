@@ -24,16 +24,16 @@ public:
         , m_clipboard(clipboard)
         , m_popups(popups) {}
 
-    void Tabella_Click(int Index);
-    void Tabella_DblClick(int Index);
-    void Tabella_KeyPress(int Index, int KeyAscii);
-    void Tabella_KeyDown(int Index, int KeyCode, int Shift);
-    void Tabella_LeaveCell(int Index);
-    void Tabella_Scroll(int Index);
+    void Tabella_Click(int pane);
+    void Tabella_DblClick(int pane);
+    void Tabella_KeyPress(int pane, int KeyAscii);
+    void Tabella_KeyDown(int pane, int KeyCode, int Shift);
+    void Tabella_LeaveCell(int pane);
+    void Tabella_Scroll(int pane);
     /// A key or a drag scrolled the grid.
-    void Tabella_Revealed(int Index);
-    void Tabella_SelChange(int Index);
-    void Tabella_MouseDown(int Index, Qt::MouseButton button, int row, int column, const QPoint &globalPosition);
+    void Tabella_Revealed(int pane);
+    void Tabella_SelChange(int pane);
+    void Tabella_MouseDown(int pane, Qt::MouseButton button, int row, int column, const QPoint &globalPosition);
 
 private:
     EditorContext &m_editor;

@@ -54,12 +54,12 @@ QString objectionToSaving(const FileDialogAnswer &answer, const QString &place) 
 } // namespace
 
 QString applicationTitle() {
-    return u"QIR Database Editor"_s;
+    return QObject::tr("QIR Database Editor");
 }
 
 QString databaseFileFilter() {
-    return u"Device Data Files(*.DDB)|*.DDB|Display Data Files(*.WDB)|*.WDB|User Data Files(*.UDB)|*.UDB|"
-           "User Info Files(*.IDB)|*.IDB|Settings Data Files(*.SDB)|*.SDB"_s;
+    return QObject::tr("Device Data Files(*.DDB)|*.DDB|Display Data Files(*.WDB)|*.WDB|User Data Files(*.UDB)|*.UDB|"
+                       "User Info Files(*.IDB)|*.IDB|Settings Data Files(*.SDB)|*.SDB");
 }
 
 void CaricaListaTabelle(const QirDatabase &database, ListBox &lista) {
@@ -152,7 +152,7 @@ bool ChiediSalvataggio(QWidget *parent, const QirDatabase &database) {
         const QString name = database.GetDatabaseFileName();
         if (name.isEmpty() || !database.DtbHasChanged())
             return true;
-        const QString text = u"Database '"_s + name + u"' has changed.\r\nDo you want to save the changes?"_s;
+        const QString text = QObject::tr("Database '%1' has changed.\r\nDo you want to save the changes?").arg(name);
         return askUntilAnswered(parent, text, applicationTitle()) != Answer::No;
     } catch (const std::exception &) {
         return true;

@@ -146,6 +146,7 @@ private:
 void MessageLoopTest::init() {
     m_window = std::make_unique<Window>();
     m_loop = std::make_unique<MessageLoop>(m_window.get());
+    m_loop->setErrorTitle(u"QIR Database Editor"_s);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     m_window->first->setFocus();
@@ -773,6 +774,7 @@ void MessageLoopTest::withoutALoopCommandsJustRun() {
     timer.yieldIfDue();
     QVERIFY_EXCEPTION_THROWN(runCommand([] { throw std::runtime_error("x"); }), std::runtime_error);
     m_loop = std::make_unique<MessageLoop>(m_window.get());
+    m_loop->setErrorTitle(u"QIR Database Editor"_s);
 }
 
 QTEST_MAIN(MessageLoopTest)
