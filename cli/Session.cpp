@@ -8,7 +8,7 @@
 #include "cli/tables/TextTable.h"
 #include "platform/automation/AutomationError.h"
 
-#include <QMetaObject>
+#include <QMetaMethod>
 
 #include <cstdio>
 #include <optional>
@@ -34,9 +34,8 @@ void printError(const QString &text) {
     std::fprintf(stderr, "qirdb: %s\n", printableText(text).toUtf8().constData());
 }
 
-void NoticePrinter::listenTo(QObject *component) {
-    if (component->metaObject()->indexOfSignal("Notice(QString)") >= 0)
-        connect(component, SIGNAL(Notice(QString)), this, SLOT(print(QString)));
+void NoticePrinter::listenTo(const QirDatabase &database) {
+    database.relayNotices(*this, staticMetaObject.method(staticMetaObject.indexOfSlot("print(QString)")));
 }
 
 void NoticePrinter::print(const QString &text) {
@@ -47,7 +46,7 @@ Session::Session(const QString &file)
     : m_file(file)
     , m_printer(std::make_unique<NoticePrinter>(file)) {
     m_database = QirDatabase::create();
-    m_printer->listenTo(m_database.object());
+    m_printer->listenTo(m_database);
 }
 
 Session Session::open(const QString &file, const std::string &passwordFile, SecretText *password) {
