@@ -15,10 +15,6 @@ constexpr qsizetype pieceSize = qsizetype{1} << 20;
 /// Memory taken before anything of the body has been checked.
 constexpr std::uint64_t firstRoom = std::uint64_t{1} << 20;
 
-tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
-    return tl::unexpected(LoadError{kind, text});
-}
-
 tl::unexpected<LoadError> unreadable(SystemError error) {
     return refused(LoadErrorKind::Unreadable, QStringLiteral("it cannot be read: %1").arg(systemErrorWords(error)));
 }

@@ -24,10 +24,6 @@ constexpr std::uint64_t workMaxMiB = 16384; // passes x MiB
 
 using Check = LoadResult<void>;
 
-tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
-    return tl::unexpected(LoadError{kind, text});
-}
-
 tl::unexpected<LoadError> notADatabase() {
     return refused(LoadErrorKind::NotADatabase, QStringLiteral("it is not a database of this program"));
 }

@@ -400,7 +400,7 @@ LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits) {
     try {
         return readDatabase(Bytes(body), limits);
     } catch (const Refusal &refusal) {
-        return tl::unexpected(LoadError{refusal.kind, refusal.text});
+        return refused(refusal.kind, refusal.text);
     }
 }
 
@@ -415,7 +415,7 @@ LoadResult<std::unique_ptr<Table>> decodeTable(QByteArrayView payload, const Bod
         Budget budget(limits.memory);
         return TableReader(Bytes(payload), limits, budget).read();
     } catch (const Refusal &refusal) {
-        return tl::unexpected(LoadError{refusal.kind, refusal.text});
+        return refused(refusal.kind, refusal.text);
     }
 }
 
