@@ -1,6 +1,5 @@
 #include "cli/Session.h"
 
-#include "base/ArgumentTexts.h"
 #include "base/ErrorWords.h"
 #include "base/FreedMemory.h"
 #include "cli/NoticePrinter.h"
@@ -58,9 +57,8 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
     if (session.m_protected) {
         wipe.emplace();
         session.run([&] {
-            given = passwordFile.empty()
-                        ? askPassword(u"Password of %1: "_s.arg(file), session.m_database.PasswordNote(file))
-                        : readPasswordFile(argumentText(QByteArrayView(passwordFile)));
+            const QString note = passwordFile.empty() ? session.m_database.PasswordNote(file) : QString();
+            given = givenPassword(passwordFile, u"Password of %1: "_s.arg(file), note);
         });
     }
     bool loaded = false;
