@@ -1,3 +1,4 @@
+#include "base/ByteReader.h"
 #include "fuzz/InputBytes.h"
 #include "fuzz/Require.h"
 #include "qirtbase/journal/JournalCodec.h"
@@ -120,10 +121,7 @@ ContainerKeys keysOf(Mode mode) {
 
 /// Any bytes as a journal, its head's digest made right.
 void readRaw(QByteArray bytes) {
-    constexpr qsizetype lengthPlace = 8;
-    std::uint32_t length = 0;
-    if (bytes.size() >= lengthPlace + qsizetype(sizeof length))
-        std::memcpy(&length, bytes.constData() + lengthPlace, sizeof length);
+    const auto length = ByteReader(bytes).from(journal::head::length).number<std::uint32_t>();
     if (length > digestSize && qsizetype(length) <= bytes.size())
         crypto_generichash(reinterpret_cast<unsigned char *>(bytes.data() + length - digestSize), layout::digestSize,
                            reinterpret_cast<const unsigned char *>(bytes.constData()), length - std::size_t(digestSize),

@@ -1,7 +1,8 @@
 #include "qirtbase/container/Container.h"
 
+#include "base/ByteReader.h"
+
 #include <algorithm>
-#include <cstring>
 
 namespace qir {
 
@@ -13,10 +14,6 @@ using namespace layout;
 constexpr qsizetype pieceSize = qsizetype{1} << 20;
 /// Memory taken before anything of the body has been checked.
 constexpr std::uint64_t firstRoom = std::uint64_t{1} << 20;
-
-tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
-    return tl::unexpected(LoadError{kind, text});
-}
 
 tl::unexpected<LoadError> unreadable(SystemError error) {
     return refused(LoadErrorKind::Unreadable, QStringLiteral("it cannot be read: %1").arg(systemErrorWords(error)));
@@ -118,7 +115,7 @@ private:
         const std::size_t size = nextSize();
         return read({out, size + openTagSize}).and_then([&]() -> LoadResult<void> {
             const OpenTag tag = openChunkTag(QByteArrayView(out, qsizetype(size)), m_block.digest, m_index);
-            if (std::memcmp(tag.data(), out + size, tag.size()) != 0)
+            if (QByteArrayView(out + size, qsizetype(openTagSize)) != viewOf(tag))
                 return damaged();
             return {};
         });
@@ -201,7 +198,7 @@ QByteArrayView ContainerWriter::next() {
         m_headWritten = true;
         m_buffer.append(m_block.bytes);
         if (m_stream)
-            m_buffer.append(reinterpret_cast<const char *>(m_streamHeader.data()), qsizetype(m_streamHeader.size()));
+            m_buffer.append(viewOf(m_streamHeader));
     }
     const std::uint64_t count = chunkCountOf(m_block.header);
     const auto sealedMax = (qsizetype{1} << m_block.header.chunkLog2) + qsizetype(protectedTagSize);
@@ -220,7 +217,7 @@ void ContainerWriter::sealNextChunk() {
     } else {
         const OpenTag tag = openChunkTag(plain, m_block.digest, m_chunk);
         m_buffer.append(plain);
-        m_buffer.append(reinterpret_cast<const char *>(tag.data()), qsizetype(tag.size()));
+        m_buffer.append(viewOf(tag));
     }
     ++m_chunk;
 }

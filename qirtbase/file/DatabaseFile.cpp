@@ -17,10 +17,6 @@ namespace qir {
 
 namespace {
 
-tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
-    return tl::unexpected(LoadError{kind, text});
-}
-
 /// So that the file is found again when the program's folder changes. Not cleaned: ".." after a link counts.
 QString absolutePath(const QString &path) {
     return path.startsWith(u'/') ? path : QDir::currentPath() + u'/' + path;

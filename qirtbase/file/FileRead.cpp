@@ -12,10 +12,6 @@ namespace {
 
 constexpr int readsMax = 4;
 
-tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
-    return tl::unexpected(LoadError{kind, text});
-}
-
 LoadErrorKind kindOf(SystemError error) {
     return error.number == ENOENT || error.number == ENOTDIR ? LoadErrorKind::Missing : LoadErrorKind::Unreadable;
 }
