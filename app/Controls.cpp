@@ -1,7 +1,7 @@
 #include "app/Controls.h"
 
-#include "app/FileNameLabel.h"
-#include "app/PaneFrame.h"
+#include "pane/FileNameLabel.h"
+#include "pane/PaneFrame.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 

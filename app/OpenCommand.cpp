@@ -9,6 +9,7 @@
 #include "base/FileNames.h"
 #include "base/FreedMemory.h"
 #include "base/SecretText.h"
+#include "base/UndoOnError.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "db/ChosenPlaces.h"
@@ -56,13 +57,12 @@ StartResult OpenCommand::Form_Load(const QString &commandLine) {
         showLoadFailure(0);
         return StartResult::CannotLoad;
     }
-    try {
-        const RefillScope refill(m_editor.listClicks());
-        CaricaListaTabelle(m_editor.OggettoDtb(0), m_editor.ListaTabelle(0));
-    } catch (const std::exception &) {
-        giveUp(0);
-        throw;
-    }
+    undoneOnError(
+        [this] {
+            const RefillScope refill(m_editor.listClicks());
+            CaricaListaTabelle(m_editor.OggettoDtb(0), m_editor.ListaTabelle(0));
+        },
+        [this] { giveUp(0); });
     m_editor.pane(0).setOpen(true);
     m_tables.CaricaTabellaDaLista(0);
     ListBox &list = m_editor.ListaTabelle(0);
@@ -122,12 +122,7 @@ void OpenCommand::createComponent(int pane) {
 }
 
 bool OpenCommand::loadComponent(int pane) {
-    try {
-        return loadFreshComponent(pane);
-    } catch (const std::exception &) {
-        giveUp(pane);
-        throw;
-    }
+    return undoneOnError([&] { return loadFreshComponent(pane); }, [&] { giveUp(pane); });
 }
 
 void OpenCommand::giveUp(int pane) {

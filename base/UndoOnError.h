@@ -26,4 +26,16 @@ private:
     int m_before = std::uncaught_exceptions();
 };
 
+/// Runs `step`; when a std::exception leaves it, runs `undo` and lets the exception go on. For an undoing that may fail
+/// or yield, which no destructor may; what is no std::exception ends the program, and there is nothing to put right.
+template<class Step, class Undo>
+decltype(auto) undoneOnError(Step step, Undo undo) {
+    try {
+        return step();
+    } catch (const std::exception &) {
+        undo();
+        throw;
+    }
+}
+
 } // namespace qir

@@ -12,6 +12,8 @@
 #include <cstring>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 using namespace qir;
 
 namespace {
@@ -24,10 +26,10 @@ constexpr qsizetype digestSize = qsizetype(layout::digestSize);
 
 Database smallDatabase() {
     Database database;
-    database.addTable(QStringLiteral("T"));
+    database.addTable(u"T"_s);
     Table &table = database.table(0);
-    database.addField(table, QStringLiteral("N"), 7, 0);
-    database.setText(table, 0, 0, QStringLiteral("a\u00E9"));
+    database.addField(table, u"N"_s, 7, 0);
+    database.setText(table, 0, 0, u"a\u00E9"_s);
     return database;
 }
 

@@ -1,19 +1,23 @@
 #include "view/CellEditor.h"
 
+#include "base/UndoOnError.h"
 #include "compare/DifferencePainting.h"
 #include "compare/TableMarks.h"
 #include "db/AssegnaARecordset.h"
 #include "pane/ActivePane.h"
 
 #include "platform/grid/Grid.h"
+#include "platform/loop/MessageLoop.h"
 #include "view/GridAlignment.h"
 
 #include <QGuiApplication>
 #include <QInputMethod>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPalette>
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 namespace qir {
@@ -50,6 +54,42 @@ std::optional<GridSelection> cellBeside(const Grid &grid, int row, int column, i
 }
 
 } // namespace
+
+void CellEditor::connectPane(int pane) {
+    QLineEdit &txtEdit = m_editor.txtEdit(pane);
+    // A cell's text is taken whole, whatever its length: opening the editor must not change it.
+    txtEdit.setMaxLength(std::numeric_limits<int>::max());
+    connect(&txtEdit, &QLineEdit::textChanged, this, [this, pane] { runCommand([&] { txtEdit_Change(pane); }); });
+    connect(&txtEdit, &QLineEdit::returnPressed, this,
+            [this, pane] { runCommand([&] { txtEdit_KeyPress(pane, enterCode); }); });
+    txtEdit.installEventFilter(this);
+}
+
+bool CellEditor::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::KeyPress && tabPressed(watched, static_cast<const QKeyEvent &>(*event)))
+        return true;
+    return QObject::eventFilter(watched, event);
+}
+
+bool CellEditor::tabPressed(const QObject *watched, const QKeyEvent &key) {
+    const bool back = key.key() == Qt::Key_Backtab || key.modifiers().testFlag(Qt::ShiftModifier);
+    if ((key.key() != Qt::Key_Tab && key.key() != Qt::Key_Backtab) ||
+        key.modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier))
+        return false;
+    for (const int pane : {0, 1}) {
+        if (watched == &m_editor.txtEdit(pane)) {
+            runCommand([&] { editBeside(pane, back ? -1 : 1); });
+            return true;
+        }
+    }
+    return false;
+}
+
+void CellEditor::placeEditorLater(int pane) {
+    if (!m_editor.txtEdit(pane).isHidden())
+        QMetaObject::invokeMethod(
+            this, [this, pane] { placeEditor(pane); }, Qt::QueuedConnection);
+}
 
 void CellEditor::IniziaEdit(int pane) {
     if (m_editor.Tabella(pane).MouseRow() == 0) {
@@ -135,15 +175,14 @@ void CellEditor::ScriviDaEditADtb(int pane) {
     if (text == grid.TextMatrix(row, column))
         return;
     grid.setTextMatrix(row, column, text); // the snapshot of the texts is the grid's own
-    try {
-        m_editor.pane(pane).makeShownTableCurrent();
-        const QirDatabase &database = m_editor.OggettoDtb(pane);
-        database.setQIRTableRecordsPointerOut(grid.RowData(row));
-        AssegnaARecordset(database, grid.ColData(column), text);
-    } catch (const std::exception &) {
-        m_editor.pane(pane).setTextsUnstored(true);
-        throw;
-    }
+    undoneOnError(
+        [&] {
+            m_editor.pane(pane).makeShownTableCurrent();
+            const QirDatabase &database = m_editor.OggettoDtb(pane);
+            database.setQIRTableRecordsPointerOut(grid.RowData(row));
+            AssegnaARecordset(database, grid.ColData(column), text);
+        },
+        [&] { m_editor.pane(pane).setTextsUnstored(true); });
     updateDifference(pane);
 }
 

@@ -2,6 +2,12 @@
 
 #include "pane/EditorContext.h"
 
+#include <QObject>
+
+QT_BEGIN_NAMESPACE
+class QKeyEvent;
+QT_END_NAMESPACE
+
 namespace qir {
 
 class TableMarks;
@@ -10,11 +16,14 @@ class TableMarks;
 /// once. At most one pane is under edit; RigaEdit and ColonnaEdit tell the cell.
 ///
 /// What a keystroke costs does not depend on the size of the table.
-class CellEditor {
+class CellEditor : public QObject {
 public:
     CellEditor(EditorContext &editor, TableMarks &marks)
         : m_editor(editor)
         , m_marks(marks) {}
+
+    /// Listens to the keys of a pane's text box, each as a command of its own.
+    void connectPane(int pane);
 
     /// Opens the editor over the current cell, which is brought into view. Pointing at the header row ends an edit
     /// instead.
@@ -34,8 +43,14 @@ public:
 
     /// Puts an open editor over its cell again after the grid was moved, resized or given other column widths.
     void placeEditor(int pane);
+    /// The grid is about to show its cells elsewhere: an open editor goes along, once that has happened.
+    void placeEditorLater(int pane);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    /// True when the key went from an open editor to the cell beside its own.
+    bool tabPressed(const QObject *watched, const QKeyEvent &key);
     void openEditor(int pane);
     void dressEditor(int pane);
     void coverCell(int pane);

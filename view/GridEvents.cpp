@@ -2,10 +2,14 @@
 
 #include "pane/ActivePane.h"
 #include "platform/grid/Grid.h"
+#include "platform/loop/MessageLoop.h"
 #include "view/AreaClipboard.h"
 #include "view/CellEditor.h"
 #include "view/GridAlignment.h"
 #include "view/GridPopups.h"
+
+#include <QEvent>
+#include <QHeaderView>
 
 #include <algorithm>
 
@@ -21,6 +25,40 @@ constexpr int shiftOnly = 1;
 constexpr int ctrlOnly = 2;
 
 } // namespace
+
+void GridEvents::connectPane(int pane) {
+    Grid *grid = &m_editor.Tabella(pane);
+    connect(grid, &Grid::Click, this, [this, pane] { runCommand([&] { Tabella_Click(pane); }); });
+    connect(grid, &Grid::DblClick, this, [this, pane] { runCommand([&] { Tabella_DblClick(pane); }); });
+    connect(grid, &Grid::LeaveCell, this, [this, pane] { runCommand([&] { Tabella_LeaveCell(pane); }); });
+    connect(grid, &Grid::SelChange, this, [this, pane] { runCommand([&] { Tabella_SelChange(pane); }); });
+    connect(grid, &Grid::Scroll, this, [this, pane] { runCommand([&] { Tabella_Scroll(pane); }); });
+    connect(grid, &Grid::Revealed, this, [this, pane] { runCommand([&] { Tabella_Revealed(pane); }); });
+    connect(grid, &Grid::KeyPress, this,
+            [this, pane](int KeyAscii) { runCommand([&] { Tabella_KeyPress(pane, KeyAscii); }); });
+    connect(grid, &Grid::KeyDown, this,
+            [this, pane](int KeyCode, int Shift) { runCommand([&] { Tabella_KeyDown(pane, KeyCode, Shift); }); });
+    connect(grid, &Grid::MouseDown, this,
+            [this, pane](Qt::MouseButton button, int row, int column, const QPoint &globalPosition) {
+                runCommand([&] { Tabella_MouseDown(pane, button, row, column, globalPosition); });
+            });
+
+    connect(grid, &Grid::RowResized, this, [this, pane](int row) { mirrorRowHeight(m_editor, pane, row); });
+    connect(grid, &Grid::ColumnResized, this, [this, pane](int column) { mirrorColumnWidth(m_editor, pane, column); });
+    connect(grid->horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this, pane] { m_cellEditor.placeEditorLater(pane); });
+    grid->installEventFilter(this);
+}
+
+bool GridEvents::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::Resize || event->type() == QEvent::Move) {
+        for (const int pane : {0, 1}) {
+            if (watched == &m_editor.Tabella(pane))
+                m_cellEditor.placeEditorLater(pane);
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
 
 void GridEvents::Tabella_Click(int pane) {
     activatePane(m_editor, pane);

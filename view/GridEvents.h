@@ -2,7 +2,7 @@
 
 #include "pane/EditorContext.h"
 
-#include <QtCore/qnamespace.h>
+#include <QObject>
 
 QT_BEGIN_NAMESPACE
 class QPoint;
@@ -16,13 +16,16 @@ class GridPopups;
 
 /// What the events of a pane's grid do: activate the pane, start and end edits, copy and paste, keep the other grid
 /// beside this one, open pop-ups.
-class GridEvents {
+class GridEvents : public QObject {
 public:
     GridEvents(EditorContext &editor, CellEditor &cellEditor, AreaClipboard &clipboard, GridPopups &popups)
         : m_editor(editor)
         , m_cellEditor(cellEditor)
         , m_clipboard(clipboard)
         , m_popups(popups) {}
+
+    /// Listens to the events of a pane's grid, each as a command of its own.
+    void connectPane(int pane);
 
     void Tabella_Click(int pane);
     void Tabella_DblClick(int pane);
@@ -34,6 +37,8 @@ public:
     void Tabella_Revealed(int pane);
     void Tabella_SelChange(int pane);
     void Tabella_MouseDown(int pane, Qt::MouseButton button, int row, int column, const QPoint &globalPosition);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     EditorContext &m_editor;

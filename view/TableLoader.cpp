@@ -1,5 +1,6 @@
 #include "view/TableLoader.h"
 
+#include "base/UndoOnError.h"
 #include "compare/CellDifferences.h"
 #include "db/FieldTypes.h"
 #include "pane/ActivePane.h"
@@ -19,6 +20,11 @@
 namespace qir {
 
 using namespace Qt::StringLiterals;
+
+void TableLoader::connectPane(int pane) {
+    ListBox &list = m_editor.ListaTabelle(pane);
+    QObject::connect(&list, &ListBox::Click, &list, [this, pane] { runCommand([&] { ListaTabelle_Click(pane); }); });
+}
 
 void TableLoader::ListaTabelle_Click(int pane) {
     if (!m_editor.listClicks().handled())
@@ -100,12 +106,7 @@ void TableLoader::CaricaTabellaAVideo(int pane) {
 }
 
 void TableLoader::reloaded(int pane, const std::function<void()> &load) {
-    try {
-        load();
-    } catch (const std::exception &) {
-        m_editor.pane(pane).tableHidden();
-        throw;
-    }
+    undoneOnError(load, [&] { m_editor.pane(pane).tableHidden(); });
 }
 
 void TableLoader::loadCurrentTable(int pane) {

@@ -18,6 +18,9 @@ public:
         : m_editor(editor)
         , m_differences(differences) {}
 
+    /// Listens to the clicks of a pane's list; must outlive it.
+    void connectPane(int pane);
+
     /// A line of the pane's list was selected, by the user or by code.
     void ListaTabelle_Click(int pane);
 

@@ -6,6 +6,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace layout;
@@ -16,11 +18,11 @@ constexpr qsizetype pieceSize = qsizetype{1} << 20;
 constexpr std::uint64_t firstRoom = std::uint64_t{1} << 20;
 
 tl::unexpected<LoadError> unreadable(SystemError error) {
-    return refused(LoadErrorKind::Unreadable, QStringLiteral("it cannot be read: %1").arg(systemErrorWords(error)));
+    return refused(LoadErrorKind::Unreadable, u"it cannot be read: %1"_s.arg(systemErrorWords(error)));
 }
 
 tl::unexpected<LoadError> truncated(std::uint64_t present, std::uint64_t wanted) {
-    return refused(LoadErrorKind::Truncated, QStringLiteral("it ends after %1 of %2 bytes").arg(present).arg(wanted));
+    return refused(LoadErrorKind::Truncated, u"it ends after %1 of %2 bytes"_s.arg(present).arg(wanted));
 }
 
 LoadResult<std::uint64_t> regularFileSize(FileOps &ops, int file) {
@@ -28,9 +30,9 @@ LoadResult<std::uint64_t> regularFileSize(FileOps &ops, int file) {
     if (!status)
         return unreadable(status.error());
     if (S_ISDIR(status->st_mode))
-        return refused(LoadErrorKind::NotAFile, QStringLiteral("it is a folder"));
+        return refused(LoadErrorKind::NotAFile, u"it is a folder"_s);
     if (!S_ISREG(status->st_mode))
-        return refused(LoadErrorKind::NotAFile, QStringLiteral("it is a device, not a file"));
+        return refused(LoadErrorKind::NotAFile, u"it is a device, not a file"_s);
     return std::uint64_t(status->st_size);
 }
 
@@ -42,12 +44,10 @@ LoadResult<void> checkSize(const HeaderBlock &block, std::uint64_t size, const C
     if (size < wanted)
         return truncated(size, wanted);
     if (size > wanted)
-        return refused(LoadErrorKind::Damaged,
-                       QStringLiteral("it is damaged: %1 bytes follow its end").arg(size - wanted));
+        return refused(LoadErrorKind::Damaged, u"it is damaged: %1 bytes follow its end"_s.arg(size - wanted));
     if (block.header.bodyLength > limits.bodyBytes)
-        return refused(
-            LoadErrorKind::Limits,
-            QStringLiteral("its content is larger than is accepted (%1 bytes)").arg(block.header.bodyLength));
+        return refused(LoadErrorKind::Limits,
+                       u"its content is larger than is accepted (%1 bytes)"_s.arg(block.header.bodyLength));
     return {};
 }
 
@@ -58,12 +58,12 @@ LoadResult<ContainerKeys> unlock(const HeaderBlock &block, const QString &passwo
     return checkKdfCosts(block.header)
         .and_then([&]() -> LoadResult<SecretBytes> {
             if (password.isEmpty())
-                return refused(LoadErrorKind::WrongPassword, QStringLiteral("it is protected and needs a password"));
+                return refused(LoadErrorKind::WrongPassword, u"it is protected and needs a password"_s);
             return deriveKey(passwordBytes(password), block.header.kdf);
         })
         .and_then([&](SecretBytes master) -> LoadResult<ContainerKeys> {
             if (!headerMacMatches(block, deriveHeadKey(master)))
-                return refused(LoadErrorKind::WrongPassword, QStringLiteral("the password does not open it"));
+                return refused(LoadErrorKind::WrongPassword, u"the password does not open it"_s);
             keys.kdf = block.header.kdf;
             keys.master = std::move(master);
             return std::move(keys);
@@ -133,8 +133,7 @@ private:
 
     LoadResult<void> damaged() const {
         return refused(LoadErrorKind::Damaged,
-                       QStringLiteral("it is damaged: part %1 of %2 does not match its checksum")
-                           .arg(m_index + 1)
+                       u"it is damaged: part %1 of %2 does not match its checksum"_s.arg(m_index + 1)
                            .arg(chunkCountOf(m_block.header)));
     }
 
@@ -273,7 +272,7 @@ LoadResult<void> verifyContainer(FileOps &ops, int file, const HeaderBlock &expe
     if (!block)
         return tl::unexpected(block.error());
     if (block->bytes != expected.bytes)
-        return refused(LoadErrorKind::Damaged, QStringLiteral("its header is not the one that was written"));
+        return refused(LoadErrorKind::Damaged, u"its header is not the one that was written"_s);
     if (auto checked = checkSize(*block, *size, ContainerLimits{expected.header.bodyLength}); !checked)
         return checked;
     ChunkReader reader(ops, file, *block, keys);

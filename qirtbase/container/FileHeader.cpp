@@ -10,6 +10,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace layout;
@@ -25,16 +27,15 @@ constexpr std::uint64_t workMaxMiB = 16384; // passes x MiB
 using Check = LoadResult<void>;
 
 tl::unexpected<LoadError> notADatabase() {
-    return refused(LoadErrorKind::NotADatabase, QStringLiteral("it is not a database of this program"));
+    return refused(LoadErrorKind::NotADatabase, u"it is not a database of this program"_s);
 }
 
 tl::unexpected<LoadError> contradiction(const QString &what) {
-    return refused(LoadErrorKind::Damaged, QStringLiteral("it is damaged: %1").arg(what));
+    return refused(LoadErrorKind::Damaged, u"it is damaged: %1"_s.arg(what));
 }
 
 tl::unexpected<LoadError> newer(const QString &what) {
-    return refused(LoadErrorKind::NewerVersion,
-                   QStringLiteral("it was made by a newer version of this program (%1)").arg(what));
+    return refused(LoadErrorKind::NewerVersion, u"it was made by a newer version of this program (%1)"_s.arg(what));
 }
 
 /// The fields of a header by their offsets.
@@ -84,7 +85,7 @@ Check checkMagic(const Fields &fields) {
 Check checkDigest(const Fields &fields, QByteArrayView block) {
     const HeaderDigest digest = digestOf(block.chopped(qsizetype(digestFromEnd)), nullptr);
     if (fields.array<digestSize>(fields.size() - digestFromEnd) != digest)
-        return contradiction(QStringLiteral("its header does not match its checksum"));
+        return contradiction(u"its header does not match its checksum"_s);
     return {};
 }
 
@@ -92,24 +93,24 @@ Check checkVersion(const Fields &fields) {
     const auto majorNumber = fields.number<std::uint16_t>(majorVersion);
     const auto minorNumber = fields.number<std::uint16_t>(minorVersion);
     if (majorNumber > currentMajor)
-        return newer(QStringLiteral("format %1.%2").arg(majorNumber).arg(minorNumber));
+        return newer(u"format %1.%2"_s.arg(majorNumber).arg(minorNumber));
     if (majorNumber == 0)
-        return contradiction(QStringLiteral("there is no format 0"));
+        return contradiction(u"there is no format 0"_s);
     if (fields.number<std::uint32_t>(requiredBits) != 0)
-        return newer(QStringLiteral("it needs a feature that this version does not have"));
+        return newer(u"it needs a feature that this version does not have"_s);
     return {};
 }
 
 Check checkReserved(const Fields &fields) {
     if (!fields.isZero(reserved1, 4) || !fields.isZero(reserved2, 8) || !fields.isZero(reserved3, 4) ||
         !fields.isZero(reserved4, 16))
-        return newer(QStringLiteral("it uses header bytes that this version does not know"));
+        return newer(u"it uses header bytes that this version does not know"_s);
     return {};
 }
 
 Check checkChunkSize(const Fields &fields) {
     if (fields.byte(chunkSizeLog2) < chunkLog2Min || fields.byte(chunkSizeLog2) > chunkLog2Max)
-        return refused(LoadErrorKind::Limits, QStringLiteral("its parts have a size that is not accepted"));
+        return refused(LoadErrorKind::Limits, u"its parts have a size that is not accepted"_s);
     return {};
 }
 
@@ -119,26 +120,26 @@ Check checkMethods(const Fields &fields) {
     if ((kdf != Kdf::None && kdf != Kdf::Argon2id13) ||
         (cipher != Cipher::None && cipher != Cipher::XChaCha20Poly1305Stream) ||
         Digest(fields.byte(digestMethod)) != Digest::Blake2bXxh3)
-        return newer(QStringLiteral("it is sealed in a way that this version does not know"));
+        return newer(u"it is sealed in a way that this version does not know"_s);
     if ((kdf != Kdf::None) != fields.isProtected() || (cipher != Cipher::None) != fields.isProtected())
-        return contradiction(QStringLiteral("it says both that it is protected and that it is open"));
+        return contradiction(u"it says both that it is protected and that it is open"_s);
     return {};
 }
 
 Check checkKeyFields(const Fields &fields) {
     if (fields.isProtected()) {
         if (fields.number<std::uint32_t>(kdfLanes) != 1)
-            return newer(QStringLiteral("it is sealed in a way that this version does not know"));
+            return newer(u"it is sealed in a way that this version does not know"_s);
         return {};
     }
     if (!fields.isZero(kdfPasses, reserved4 - kdfPasses) || !fields.isZero(fields.size() - macFromEnd, digestSize))
-        return contradiction(QStringLiteral("it is open but has a password's traces"));
+        return contradiction(u"it is open but has a password's traces"_s);
     return {};
 }
 
 Check checkIds(const Fields &fields) {
     if (fields.isZero(fileId, idSize) || fields.isZero(saveId, idSize))
-        return contradiction(QStringLiteral("it has no identity"));
+        return contradiction(u"it has no identity"_s);
     return {};
 }
 
@@ -149,9 +150,9 @@ Check checkExtensions(const Fields &fields) {
         const auto type = rest.number<std::uint16_t>();
         rest.sizedBytes<std::uint16_t>();
         if (!rest.isComplete())
-            return contradiction(QStringLiteral("its header's extensions have no end"));
+            return contradiction(u"its header's extensions have no end"_s);
         if (type & extensionRequired)
-            return newer(QStringLiteral("it needs a feature that this version does not have"));
+            return newer(u"it needs a feature that this version does not have"_s);
     }
     return {};
 }
@@ -235,7 +236,7 @@ HeaderDigest sealHeader(QByteArray &block, const SecretBytes *headKey) {
 LoadResult<std::size_t> decodeHeaderLength(QByteArrayView firstBytes) {
     const QByteArrayView digits = firstBytes.first(std::min(firstBytes.size(), qsizetype(lengthDigits)));
     if (digits.isEmpty())
-        return refused(LoadErrorKind::Empty, QStringLiteral("it is empty"));
+        return refused(LoadErrorKind::Empty, u"it is empty"_s);
     std::size_t length = 0;
     for (const char digit : digits) {
         if (digit < '0' || digit > '9')
@@ -243,7 +244,7 @@ LoadResult<std::size_t> decodeHeaderLength(QByteArrayView firstBytes) {
         length = length * 10 + std::size_t(digit - '0');
     }
     if (std::size_t(digits.size()) < lengthDigits)
-        return refused(LoadErrorKind::Truncated, QStringLiteral("it ends after %1 bytes").arg(digits.size()));
+        return refused(LoadErrorKind::Truncated, u"it ends after %1 bytes"_s.arg(digits.size()));
     if (length < headerLength || length > headerLengthMax)
         return notADatabase();
     return length;
@@ -281,11 +282,9 @@ LoadResult<void> checkKdfCosts(const FileHeader &header) {
     const auto [passes, memoryKiB] = header.kdf.costs;
     if (passes < 1 || passes > passesMax || memoryKiB < memoryMinKiB || memoryKiB > memoryMaxKiB ||
         std::uint64_t{passes} * memoryKiB > workMaxMiB * 1024)
-        return refused(LoadErrorKind::Limits,
-                       QStringLiteral("trying a password on it would take more time or memory than "
-                                      "is accepted (%1 passes over %2 KiB)")
-                           .arg(passes)
-                           .arg(memoryKiB));
+        return refused(LoadErrorKind::Limits, u"trying a password on it would take more time or memory than "
+                                              "is accepted (%1 passes over %2 KiB)"_s.arg(passes)
+                                                  .arg(memoryKiB));
     return {};
 }
 

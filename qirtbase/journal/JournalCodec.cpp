@@ -16,6 +16,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr BodyLimits imageLimits{.recordsWithoutFields = limits::records};
@@ -141,7 +143,7 @@ bool hasPlaces(const ReadOperation &operation, const Database &database) {
 QString textOf(const ReadOperation &operation) {
     QString text;
     if (!readUtf8(operation.bytes, text))
-        throw DatabaseError(QStringLiteral("a text in a journal is not in UTF-8"));
+        throw DatabaseError(u"a text in a journal is not in UTF-8"_s);
     return text;
 }
 

@@ -13,6 +13,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr mode_t privateFile = 0600;
@@ -68,7 +70,7 @@ JournalResult<OpenFile> openTrusted(FileOps &ops, int folder, const std::string 
     if (!status)
         return tl::unexpected(unreadable(status.error()));
     if (!S_ISREG(status->st_mode))
-        return tl::unexpected(JournalRefusal{JournalRefusal::Kind::NotTrusted, QStringLiteral("it is not a file")});
+        return tl::unexpected(JournalRefusal{JournalRefusal::Kind::NotTrusted, u"it is not a file"_s});
     if (const QString why = whyNotTrusted(*status); !why.isEmpty())
         return tl::unexpected(JournalRefusal{JournalRefusal::Kind::NotTrusted, why});
     return std::move(*file);
