@@ -473,8 +473,7 @@ private Q_SLOTS:
     void aBlockEndsAnOpenEdit() {
         EditorFixture fixture;
         fixture.openBoth(files.make(u"L.DDB"_s, {pumps()}), files.make(u"R.DDB"_s, {shortPumps()}));
-        fixture.editedCell().row = 1;
-        fixture.editedCell().column = 1;
+        fixture.editor().cellEdit().begin(1, 1);
         fixture.editor().txtEdit(1).show();
         cloneArea(fixture, 0);
         QVERIFY(!fixture.editor().txtEdit(1).isVisible());

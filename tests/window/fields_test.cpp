@@ -468,8 +468,7 @@ private Q_SLOTS:
     void theCommandsEndAnOpenEdit() {
         EditorFixture fixture(files.make(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
-        fixture.editedCell().row = 1;
-        fixture.editedCell().column = 2;
+        fixture.editor().cellEdit().begin(1, 2);
         fixture.editor().txtEdit(0).show();
         fixture.dialogs().expectInput(u"Field's new name (Name)"_s, u"?"_s, u"Name"_s, u"Label"_s);
         fixture.choose(Command::RenameFieldMenu);

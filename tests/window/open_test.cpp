@@ -161,7 +161,7 @@ private Q_SLOTS:
             DtbEditor *window = editorWindow();
             if (window == nullptr || MessageLoop::instance()->commandRunning())
                 return;
-            shown = window->context().TabellaMostrata(0);
+            shown = window->context().pane(0).TabellaMostrata();
             if (shown.isEmpty() && dialogs.problems().isEmpty())
                 return;
             looking.stop();
