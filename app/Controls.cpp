@@ -1,7 +1,7 @@
 #include "app/Controls.h"
 
-#include "app/FileNameLabel.h"
-#include "app/PaneFrame.h"
+#include "pane/FileNameLabel.h"
+#include "pane/PaneFrame.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 
@@ -11,26 +11,29 @@
 #include <QMainWindow>
 #include <QProgressBar>
 
+#include <array>
+
 namespace qir {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Names a control of a pane: its name in the program with the pane's index, and what a screen reader says.
-void name(QWidget &control, const char *objectName, int pane, const QString &accessibleName) {
+/// Names a control of a pane: its name in the program with the pane's index, and what a screen reader says in the left
+/// and in the right pane.
+void name(QWidget &control, const char *objectName, int pane, const std::array<QString, 2> &accessibleNames) {
     control.setObjectName(QLatin1StringView(objectName) + u'_' + QString::number(pane));
-    control.setAccessibleName((pane == 0 ? u"Left "_s : u"Right "_s) + accessibleName);
+    control.setAccessibleName(accessibleNames.at(static_cast<std::size_t>(pane)));
 }
 
 PaneControls buildPane(QWidget &parent, int pane) {
     PaneControls controls;
-    controls.IDtb = new PaneFrame(pane == 0 ? u"Left"_s : u"Right"_s, &parent);
-    name(*controls.IDtb, "IDtb", pane, u"pane"_s);
+    controls.IDtb = new PaneFrame(pane == 0 ? QObject::tr("Left") : QObject::tr("Right"), &parent);
+    name(*controls.IDtb, "IDtb", pane, {QObject::tr("Left pane"), QObject::tr("Right pane")});
     controls.IDtb->setAutoFillBackground(true);
 
     controls.nomelab = new FileNameLabel(controls.IDtb);
-    name(*controls.nomelab, "nomelab", pane, u"file name"_s);
+    name(*controls.nomelab, "nomelab", pane, {QObject::tr("Left file name"), QObject::tr("Right file name")});
     controls.nomelab->setAutoFillBackground(true);
     controls.nomelab->setTextFormat(Qt::PlainText);
     controls.nomelab->hide();
@@ -42,11 +45,11 @@ PaneControls buildPane(QWidget &parent, int pane) {
     controls.ground->hide();
 
     controls.ListaTabelle = new ListBox(controls.IDtb, ListBox::Sorted);
-    name(*controls.ListaTabelle, "ListaTabelle", pane, u"tables"_s);
+    name(*controls.ListaTabelle, "ListaTabelle", pane, {QObject::tr("Left tables"), QObject::tr("Right tables")});
     controls.ListaTabelle->setVisibleFlag(false);
 
     controls.Tabella = new Grid(controls.IDtb);
-    name(*controls.Tabella, "Tabella", pane, u"table"_s);
+    name(*controls.Tabella, "Tabella", pane, {QObject::tr("Left table"), QObject::tr("Right table")});
     controls.Tabella->setVisibleFlag(false);
 
     controls.hint = new QLabel(controls.IDtb);
@@ -58,7 +61,7 @@ PaneControls buildPane(QWidget &parent, int pane) {
     controls.hint->setAttribute(Qt::WA_TransparentForMouseEvents);
 
     controls.txtEdit = new QLineEdit(controls.IDtb);
-    name(*controls.txtEdit, "txtEdit", pane, u"cell editor"_s);
+    name(*controls.txtEdit, "txtEdit", pane, {QObject::tr("Left cell editor"), QObject::tr("Right cell editor")});
     controls.txtEdit->setFrame(false);
     controls.txtEdit->hide();
     return controls;
@@ -72,7 +75,7 @@ void showHint(const EditorContext &editor, int pane, const QString &failure) {
         text.prepend(failure + u"\n\n"_s);
     QLabel &hint = *editor.pane(pane).controls().hint;
     hint.setText(text);
-    hint.setAccessibleName((pane == 0 ? u"Left "_s : u"Right "_s) + u"pane: "_s + text);
+    hint.setAccessibleName((pane == 0 ? QObject::tr("Left pane: %1") : QObject::tr("Right pane: %1")).arg(text));
 }
 
 void buildControls(QMainWindow &window, EditorContext &editor) {
@@ -88,7 +91,7 @@ void buildControls(QMainWindow &window, EditorContext &editor) {
 
     controls.ProgressBarCompare = new QProgressBar(area);
     controls.ProgressBarCompare->setObjectName(u"ProgressBarCompare"_s);
-    controls.ProgressBarCompare->setAccessibleName(u"Progress of the comparison"_s);
+    controls.ProgressBarCompare->setAccessibleName(QObject::tr("Progress of the comparison"));
     controls.ProgressBarCompare->setTextVisible(false);
     controls.ProgressBarCompare->hide();
 

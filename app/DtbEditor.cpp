@@ -35,7 +35,6 @@ DtbEditor::DtbEditor()
     , m_sorting(m_editor, m_gridSave, m_tables)
     , m_gridPopups(m_editor)
     , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
-    , m_gridConnections(m_editor, m_gridEvents, m_cellEditor)
     , m_open(m_editor, m_alignment, m_differences, m_tables, m_notices)
     , m_save(m_editor)
     , m_close(m_editor, m_alignment, m_differences)
@@ -59,6 +58,7 @@ DtbEditor::DtbEditor()
     AbilitaMenu(m_editor, -1);
     if (MessageLoop *loop = MessageLoop::instance()) {
         loop->setWindow(this);
+        loop->setErrorTitle(applicationTitle());
         loop->addSettling([this] { m_tables.settlePanes(); });
         loop->addSettling([this] { m_notices.show(); });
     }
@@ -77,10 +77,9 @@ StartResult DtbEditor::Form_Load(const QString &commandLine) {
 }
 
 void DtbEditor::connectPane(int pane) {
-    const PaneControls &controls = m_editor.pane(pane).controls();
-    connect(controls.ListaTabelle, &ListBox::Click, this,
-            [this, pane] { runCommand([&] { m_tables.ListaTabelle_Click(pane); }); });
-    m_gridConnections.connectPane(pane);
+    m_tables.connectPane(pane);
+    m_gridEvents.connectPane(pane);
+    m_cellEditor.connectPane(pane);
     m_listPopup.connectPane(pane);
     m_focus.watch(pane);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/CloseCommands.h"
-#include "app/GridConnections.h"
 #include "app/ModeCommands.h"
 #include "app/Notices.h"
 #include "app/OpenCommand.h"
@@ -78,7 +77,6 @@ private:
     Sorting m_sorting;
     GridPopups m_gridPopups;
     GridEvents m_gridEvents;
-    GridConnections m_gridConnections;
     std::optional<GridPair> m_gridPair; // once the grids stand
     OpenCommand m_open;
     SaveCommands m_save;

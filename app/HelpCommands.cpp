@@ -20,15 +20,15 @@ void HelpKeysMenu_Click(EditorContext &editor) {
     if (guide == nullptr)
         guide = new GuideWindow(editor.controls.window);
     guide->show();
-    guide->showSection(u"Keys"_s);
+    guide->showSection(QObject::tr("Keys"));
     guide->raise();
     guide->activateWindow();
 }
 
 void AboutMenu_Click(EditorContext &editor) {
-    const QString text = applicationTitle() + u' ' + QStringLiteral(QIR_VERSION) +
-                         u"\n\nEdits and compares small typed table databases.\nMIT license."_s;
-    messageBox(editor.controls.window, text, u"About "_s + applicationTitle());
+    const QString text = applicationTitle() + u' ' + QStringLiteral(QIR_VERSION) + u"\n\n"_s +
+                         QObject::tr("Edits and compares small typed table databases.\nMIT license.");
+    messageBox(editor.controls.window, text, QObject::tr("About %1").arg(applicationTitle()));
 }
 
 } // namespace qir

@@ -3,6 +3,7 @@
 #include "app/Layout.h"
 #include "app/shared/Funzioni.h"
 #include "base/Collation.h"
+#include "base/UndoOnError.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "pane/ActivePane.h"
@@ -16,7 +17,6 @@
 #include <QLabel>
 
 #include <algorithm>
-#include <exception>
 
 namespace qir {
 
@@ -98,16 +98,15 @@ void ModeCommands::OneMenu_Click() {
     const bool wasOnePane = !m_editor.controls.action(Command::TwoMenu).isChecked();
     setMode(wasOnePane);
     if (!wasOnePane) {
-        try {
-            // The question is about the left database and its answer is for the right one.
-            if (rightPaneLoaded(m_editor))
-                closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(0)));
-            m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore); // the grid left alone becomes white
-            m_alignment.MostraTabelleDiverseInLista();
-        } catch (const std::exception &) {
-            showModeAfterError();
-            throw;
-        }
+        undoneOnError(
+            [this] {
+                // The question is about the left database and its answer is for the right one.
+                if (rightPaneLoaded(m_editor))
+                    closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(0)));
+                m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore); // the grid left alone becomes white
+                m_alignment.MostraTabelleDiverseInLista();
+            },
+            [this] { showModeAfterError(); });
     }
     showMode();
 }
@@ -117,13 +116,12 @@ void ModeCommands::TwoMenu_Click() {
     const bool wasTwoPanes = !m_editor.controls.action(Command::OneMenu).isChecked();
     setMode(!wasTwoPanes);
     // Unlike the other command this one compares nothing: the left list keeps its marks.
-    try {
-        if (wasTwoPanes && rightPaneLoaded(m_editor))
-            closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(1)));
-    } catch (const std::exception &) {
-        showModeAfterError();
-        throw;
-    }
+    undoneOnError(
+        [&] {
+            if (wasTwoPanes && rightPaneLoaded(m_editor))
+                closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(1)));
+        },
+        [this] { showModeAfterError(); });
     showMode();
 }
 

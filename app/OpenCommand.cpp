@@ -9,6 +9,7 @@
 #include "base/FileNames.h"
 #include "base/FreedMemory.h"
 #include "base/SecretText.h"
+#include "base/UndoOnError.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "db/ChosenPlaces.h"
@@ -56,13 +57,12 @@ StartResult OpenCommand::Form_Load(const QString &commandLine) {
         showLoadFailure(0);
         return StartResult::CannotLoad;
     }
-    try {
-        const RefillScope refill(m_editor.listClicks());
-        CaricaListaTabelle(m_editor.OggettoDtb(0), m_editor.ListaTabelle(0));
-    } catch (const std::exception &) {
-        giveUp(0);
-        throw;
-    }
+    undoneOnError(
+        [this] {
+            const RefillScope refill(m_editor.listClicks());
+            CaricaListaTabelle(m_editor.OggettoDtb(0), m_editor.ListaTabelle(0));
+        },
+        [this] { giveUp(0); });
     m_editor.pane(0).setOpen(true);
     m_tables.CaricaTabellaDaLista(0);
     ListBox &list = m_editor.ListaTabelle(0);
@@ -102,7 +102,7 @@ void OpenCommand::OpenDatabase_Click() {
 }
 
 void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
-    fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Open, u"File DDB,WDB,UDB,SDB,IDB"_s,
+    fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Open, tr("File DDB,WDB,UDB,SDB,IDB"),
                                  u"DDB"_s, QString(), QString(), databaseFileFilter());
     chosen = !fileName.isEmpty();
     if (!chosen)
@@ -122,12 +122,7 @@ void OpenCommand::createComponent(int pane) {
 }
 
 bool OpenCommand::loadComponent(int pane) {
-    try {
-        return loadFreshComponent(pane);
-    } catch (const std::exception &) {
-        giveUp(pane);
-        throw;
-    }
+    return undoneOnError([&] { return loadFreshComponent(pane); }, [&] { giveUp(pane); });
 }
 
 void OpenCommand::giveUp(int pane) {
@@ -150,7 +145,7 @@ bool OpenCommand::loadFreshComponent(int pane) {
     SecretText password;
     if (DatabaseProtetto(name)) {
         wipe.emplace();
-        password = SecretText(inputBox(m_editor.controls.window, u"Password:"_s, u"Input password"_s, QString(),
+        password = SecretText(inputBox(m_editor.controls.window, tr("Password:"), tr("Input password"), QString(),
                                        m_editor.OggettoDtb(pane).PasswordNote(name)));
     }
     // The component that was made before the question is replaced by a fresh one.
@@ -175,7 +170,7 @@ void OpenCommand::showLoadFailure(int pane) {
     RicalcolaSistemazioneForm(m_editor);
     const QString reason = loadFailure(pane);
     showHint(m_editor, pane, reason);
-    messageBox(m_editor.controls.window, u"Can't load '"_s + m_editor.NomeFileDtb(pane) + u"'"_s, u"!!"_s, reason);
+    messageBox(m_editor.controls.window, tr("Can't load '%1'").arg(m_editor.NomeFileDtb(pane)), u"!!"_s, reason);
 }
 
 void OpenCommand::showOpenedTables() {

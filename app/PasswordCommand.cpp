@@ -19,10 +19,10 @@ void ChangePassword_Click(EditorContext &editor) {
         return CustomInputBox(editor.controls.window, prompt, u"?"_s, QString(), cancelled, false, true);
     };
     bool cancelled = false;
-    const SecretText current(ask(u"Current password:"_s, cancelled));
+    const SecretText current(ask(QObject::tr("Current password:"), cancelled));
     if (cancelled)
         return;
-    const SecretText replacement(ask(u"New password:"_s, cancelled));
+    const SecretText replacement(ask(QObject::tr("New password:"), cancelled));
     if (cancelled)
         return;
     editor.OggettoDtb(editor.IndexAttivo()).NewPassword(current.text(), replacement.text());

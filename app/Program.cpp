@@ -57,7 +57,8 @@ private:
 void writePicture(DtbEditor &window, const QString &fileName) {
     const bool written = window.grab().save(fileName);
     if (!written)
-        std::fprintf(stderr, "qir-editor: %s: the picture cannot be written\n", qUtf8Printable(fileName));
+        std::fprintf(stderr, "qir-editor: %s\n",
+                     qUtf8Printable(QObject::tr("%1: the picture cannot be written").arg(fileName)));
     QCoreApplication::exit(written ? 0 : 2);
 }
 

@@ -52,7 +52,7 @@ void SaveCommands::SaveAsMenu_Click() {
     const QirDatabase &database = m_editor.OggettoDtb(pane);
     tellPlace(database, name);
     if (!database.SetDatabaseFileName(name)) {
-        messageBox(m_editor.controls.window, u"Can't assign new file name"_s, u"!"_s);
+        messageBox(m_editor.controls.window, tr("Can't assign new file name"), u"!"_s);
         return;
     }
     database.setDtbHasChanged(true); // an unchanged database may not be written
@@ -63,7 +63,7 @@ void SaveCommands::SaveAsMenu_Click() {
 
 void SaveCommands::SalvaSecco(QString &fileName, bool &chosen) {
     const PercorsoDiviso parts = DividiPercorso(fileName);
-    fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Save, u"File DDB,WDB,UDB,SDB,IDB"_s,
+    fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Save, tr("File DDB,WDB,UDB,SDB,IDB"),
                                  parts.extension, QString(), QString(), databaseFileFilter());
     chosen = !fileName.isEmpty();
 }

@@ -23,7 +23,7 @@ QString textFor(const QWidget &window, const QString &fileName) {
     const QFontMetrics metrics = window.fontMetrics();
     const QString name =
         metrics.elidedText(QFileInfo(fileName).fileName(), Qt::ElideMiddle, metrics.averageCharWidth() * nameColumns);
-    return QCoreApplication::translate("UnlockWait", "Checking the password of '%1'...").arg(name);
+    return QObject::tr("Checking the password of '%1'...").arg(name);
 }
 
 /// Given up unless it came to its end: by a cancel, by an error, by the end of the program.

@@ -18,21 +18,21 @@ constexpr int troubleStatus = 2;
 class CommandLine {
 public:
     CommandLine()
-        : m_picture(u"picture"_s, u"Load the file, write a picture of the window and end."_s, u"OUT.png"_s)
+        : m_picture(u"picture"_s, QObject::tr("Load the file, write a picture of the window and end."), u"OUT.png"_s)
         , m_help(m_parser.addHelpOption())
         , m_version(m_parser.addVersionOption()) {
         // Options stand before the first other argument only: a file name may look like one.
         m_parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
-        m_parser.setApplicationDescription(u"Edits and compares QIR databases."_s);
+        m_parser.setApplicationDescription(QObject::tr("Edits and compares QIR databases."));
         m_parser.addOption(m_picture);
-        m_parser.addPositionalArgument(u"FILE"_s, u"The database to open in the left pane."_s, u"[FILE]"_s);
+        m_parser.addPositionalArgument(u"FILE"_s, QObject::tr("The database to open in the left pane."), u"[FILE]"_s);
     }
 
     /// Reads the arguments; ends the program when they are not understood, or ask for a text only.
     qir::ProgramArguments read(const QStringList &arguments) {
         if (!m_parser.parse(arguments)) {
-            std::fprintf(stderr, "qir-editor: %s\nqir-editor --help lists the options.\n",
-                         qUtf8Printable(m_parser.errorText()));
+            std::fprintf(stderr, "qir-editor: %s\n%s\n", qUtf8Printable(m_parser.errorText()),
+                         qUtf8Printable(QObject::tr("qir-editor --help lists the options.")));
             std::exit(troubleStatus);
         }
         if (m_parser.isSet(m_version))
@@ -78,7 +78,8 @@ void tellNoDisplay(QtMsgType type, const QMessageLogContext &context, const QStr
             complaint() = text.simplified().toLocal8Bit();
         return;
     }
-    std::fprintf(stderr, "qir-editor: no display to open the window on: %s\n", complaint().constData());
+    std::fprintf(stderr, "qir-editor: %s %s\n", qUtf8Printable(QObject::tr("no display to open the window on:")),
+                 complaint().constData());
     std::_Exit(troubleStatus);
 }
 

@@ -4,6 +4,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Bytes of any kind, as they would stand in a program's text.
@@ -14,7 +16,7 @@ QString escaped(QByteArrayView bytes) {
         if (code >= 0x20 && code < 0x7F)
             text += QLatin1Char(byte);
         else
-            text += QStringLiteral("\\x%1").arg(code, 2, 16, QChar(u'0'));
+            text += u"\\x%1"_s.arg(code, 2, 16, QChar(u'0'));
     }
     return text;
 }
@@ -32,9 +34,8 @@ Result<QStringList> argumentTexts(int count, const char *const *arguments) {
     for (int i = 0; i < count; ++i) {
         const QByteArrayView argument(arguments[i]);
         if (!argument.isValidUtf8())
-            return failure(
-                QStringLiteral("the argument \"%1\" is not UTF-8: such a name cannot be told from another one")
-                    .arg(escaped(argument)));
+            return failure(u"the argument \"%1\" is not UTF-8: such a name cannot be told from another one"_s.arg(
+                escaped(argument)));
         texts += argumentText(argument);
     }
     return texts;

@@ -25,9 +25,4 @@ QString collationKey(QStringView name) {
     return key.trimmed().toUpper();
 }
 
-bool collatesBefore(QStringView left, QStringView right) {
-    // QString's own < compares code units.
-    return collationKey(left) < collationKey(right);
-}
-
 } // namespace qir

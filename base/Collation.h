@@ -12,7 +12,4 @@ namespace qir {
 /// trimmed and stripped of markers is the key of the name itself.
 QString collationKey(QStringView name);
 
-/// True when `left` sorts strictly before `right` by collationKey(); names of equal keys are in no order.
-bool collatesBefore(QStringView left, QStringView right);
-
 } // namespace qir

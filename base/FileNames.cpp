@@ -9,6 +9,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The entry of a folder that a name reaches, nothing when it reaches none. `folder` is "" or ends in a slash.
@@ -27,8 +29,8 @@ Result<QString> reachedEntry(FileOps &ops, const QString &folder, const QString 
     }
     if (candidates.size() > 1) {
         candidates.sort();
-        return failure(QStringLiteral("'%1' and '%2' in '%3' differ only in case")
-                           .arg(candidates[0], candidates[1], folder.isEmpty() ? QStringLiteral(".") : folder));
+        return failure(u"'%1' and '%2' in '%3' differ only in case"_s.arg(candidates[0], candidates[1],
+                                                                          folder.isEmpty() ? u"."_s : folder));
     }
     return candidates.value(0);
 }
@@ -41,7 +43,7 @@ Result<QString> reachIgnoringCase(const QString &path) {
 
 Result<QString> reachIgnoringCase(FileOps &ops, const QString &path) {
     if (path.contains(QChar(0)))
-        return failure(QStringLiteral("'%1' holds a character that no file name can hold").arg(path));
+        return failure(u"'%1' holds a character that no file name can hold"_s.arg(path));
     QString reached;
     qsizetype at = 0;
     while (at < path.size()) {

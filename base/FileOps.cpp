@@ -7,6 +7,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Makes a call again while a signal interrupts it.
@@ -23,42 +25,42 @@ auto persevering(Call call) -> decltype(call()) {
 QString systemErrorWords(SystemError error) {
     switch (error.number) {
     case ENOSPC:
-        return QStringLiteral("the disk is full");
+        return u"the disk is full"_s;
     case EDQUOT:
-        return QStringLiteral("the disk quota is used up");
+        return u"the disk quota is used up"_s;
     case EROFS:
-        return QStringLiteral("the disk is read-only");
+        return u"the disk is read-only"_s;
     case EACCES:
     case EPERM:
-        return QStringLiteral("no permission");
+        return u"no permission"_s;
     case ENOENT:
-        return QStringLiteral("no such file or folder");
+        return u"no such file or folder"_s;
     case ENOTDIR:
-        return QStringLiteral("a part of the path is not a folder");
+        return u"a part of the path is not a folder"_s;
     case EISDIR:
-        return QStringLiteral("it is a folder");
+        return u"it is a folder"_s;
     case EEXIST:
-        return QStringLiteral("the name is already taken");
+        return u"the name is already taken"_s;
     case EIO:
-        return QStringLiteral("the disk reported an error");
+        return u"the disk reported an error"_s;
     case EFBIG:
-        return QStringLiteral("the file would be larger than the disk or a limit of the system allows");
+        return u"the file would be larger than the disk or a limit of the system allows"_s;
     case ENAMETOOLONG:
-        return QStringLiteral("the name is too long");
+        return u"the name is too long"_s;
     case ELOOP:
-        return QStringLiteral("too many links lead to one another");
+        return u"too many links lead to one another"_s;
     case EMFILE:
     case ENFILE:
-        return QStringLiteral("too many files are open");
+        return u"too many files are open"_s;
     case ENOMEM:
-        return QStringLiteral("there is not enough memory");
+        return u"there is not enough memory"_s;
     case EINTR:
-        return QStringLiteral("the call was interrupted again and again");
+        return u"the call was interrupted again and again"_s;
     case EBUSY:
     case ETXTBSY:
-        return QStringLiteral("it is in use");
+        return u"it is in use"_s;
     case ESTALE:
-        return QStringLiteral("it is gone from the server");
+        return u"it is gone from the server"_s;
     default:
         return QString::fromLocal8Bit(std::strerror(error.number));
     }

@@ -29,4 +29,9 @@ struct LoadError {
 template<class T>
 using LoadResult = tl::expected<T, LoadError>;
 
+/// `return refused(LoadErrorKind::Empty, reason);` in a function that gives a LoadResult.
+inline tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
+    return tl::unexpected(LoadError{kind, text});
+}
+
 } // namespace qir

@@ -48,7 +48,6 @@ public:
     void read(std::size_t index, QString &text) const;
     /// True when the text at `index` is `text`, unit by unit.
     bool holds(std::size_t index, QStringView text) const;
-    bool isEmptyAt(std::size_t index) const { return lengthOf(m_cells[index]) == 0; }
 
     void append(QStringView text);
     /// `text` does not point into this column.

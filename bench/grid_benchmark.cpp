@@ -13,6 +13,8 @@
 #include <memory>
 #include <numeric>
 
+using namespace Qt::StringLiterals;
+
 using namespace qir;
 
 namespace {
@@ -23,7 +25,7 @@ constexpr int fields = 20;
 QStringList headers() {
     QStringList texts;
     for (int k = 1; k <= fields; ++k)
-        texts.append(QStringLiteral("Field %1 [long]").arg(k));
+        texts.append(u"Field %1 [long]"_s.arg(k));
     return texts;
 }
 
@@ -43,10 +45,10 @@ std::vector<QStringList> sampleRecords() {
                 values.append(QString::number(number / 1000.0, 'f', 3));
                 break;
             case 2:
-                values.append(QStringLiteral("name %1").arg(number % 1000));
+                values.append(u"name %1"_s.arg(number % 1000));
                 break;
             default:
-                values.append(QStringLiteral("2024%1").arg(number % 10000, 4, 10, QChar(u'0')));
+                values.append(u"2024%1"_s.arg(number % 10000, 4, 10, QChar(u'0')));
                 break;
             }
         }
@@ -120,7 +122,7 @@ void writeACell(benchmark::State &state) {
     Grid &grid = bigGrid();
     int row = 1;
     for ([[maybe_unused]] auto _ : state) {
-        grid.setTextMatrix(row, 3, QStringLiteral("name 77"));
+        grid.setTextMatrix(row, 3, u"name 77"_s);
         grid.setCellBackColor(row, 3, CellColour::Red);
         grid.setCellBackColor(row, 3, CellColour::White);
         row = row % records + 1;

@@ -1,6 +1,7 @@
 #include "cli/DifferenceOutput.h"
 
 #include "base/NumberText.h"
+#include "base/VariantKind.h"
 #include "cli/tables/JsonText.h"
 #include "cli/tables/TextTable.h"
 
@@ -13,7 +14,7 @@ namespace qir {
 namespace {
 
 bool isText(const QVariant &value) {
-    return value.metaType().id() == QMetaType::QString;
+    return kindOf(value) == VariantKind::Text;
 }
 
 QString sides(int left, int right, const QString &what) {

@@ -5,6 +5,8 @@
 
 namespace qir {
 
+class QirDatabase;
+
 /// Prints what a component has to tell, "qirdb: FILE: text" on the standard error output.
 class NoticePrinter final : public QObject {
     Q_OBJECT
@@ -12,11 +14,11 @@ class NoticePrinter final : public QObject {
 public:
     explicit NoticePrinter(const QString &file)
         : m_file(file) {}
-    /// Listens to the component, where it has something to tell. Both are connected by name.
-    void listenTo(QObject *component);
+    /// Listens to the component, where it has something to tell.
+    void listenTo(const QirDatabase &database);
 
-public Q_SLOTS:
-    void print(const QString &text);
+private Q_SLOTS:
+    void print(const QString &text); // connected by its meta-method
 
 private:
     QString m_file;

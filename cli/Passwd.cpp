@@ -21,14 +21,10 @@ struct Arguments {
 SecretText newPassword(const QString &file, const Arguments &arguments) {
     if (arguments.remove)
         return {};
-    SecretText password;
-    if (arguments.newPasswordFile.empty()) {
-        password = askPassword(u"New password of %1: "_s.arg(file));
-        if (password.text() != askPassword(u"The same again: "_s).text())
-            throw FileError(file, u"the two new passwords differ; nothing was changed"_s);
-    } else {
-        password = readPasswordFile(argumentText(arguments.newPasswordFile));
-    }
+    SecretText password = givenPassword(arguments.newPasswordFile, u"New password of %1: "_s.arg(file));
+    const bool isTyped = arguments.newPasswordFile.empty();
+    if (isTyped && password.text() != askPassword(u"The same again: "_s).text())
+        throw FileError(file, u"the two new passwords differ; nothing was changed"_s);
     if (const std::optional<QString> problem = newPasswordProblem(password.text()))
         throw FileError(file, *problem);
     return password;

@@ -1,5 +1,6 @@
 #include "cli/Password.h"
 
+#include "base/ArgumentTexts.h"
 #include "base/FileOps.h"
 #include "cli/FileError.h"
 #include "cli/tables/TextTable.h"
@@ -35,7 +36,7 @@ struct Line {
     Line &operator=(const Line &) = delete;
     ~Line() { explicit_bzero(bytes.data(), bytes.size()); }
 
-    QString text() const { return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(size)); }
+    SecretText text() const { return SecretText(QString::fromUtf8(bytes.data(), static_cast<qsizetype>(size))); }
 };
 
 enum class LineEnd { Complete, EndOfInput, TooLong, Failed };
@@ -120,7 +121,7 @@ SecretText readPasswordFile(const QString &file) {
     case LineEnd::EndOfInput:
         break;
     }
-    return SecretText(line.text());
+    return line.text();
 }
 
 SecretText askPassword(const QString &prompt, const QString &note) {
@@ -142,7 +143,12 @@ SecretText askPassword(const QString &prompt, const QString &note) {
     }
     if (end != LineEnd::Complete)
         throw std::runtime_error("no password was given");
-    return SecretText(line.text());
+    return line.text();
+}
+
+SecretText givenPassword(const std::string &passwordFile, const QString &prompt, const QString &note) {
+    return passwordFile.empty() ? askPassword(prompt, note)
+                                : readPasswordFile(argumentText(QByteArrayView(passwordFile)));
 }
 
 std::optional<QString> newPasswordProblem(QStringView password) {

@@ -5,8 +5,8 @@
 
 namespace qir {
 
-/// True when the header of a database file says that a password is needed. Reads 14 bytes at most; whatever cannot be
-/// read is not protected, and opening it tells why.
+/// True when the header of a database file says that a password is needed. Whatever cannot be read is not protected,
+/// and opening it tells why.
 bool needsPassword(const QString &file);
 
 /// How much of a file beginsAsDatabase() looks at.

@@ -1,6 +1,5 @@
 #include "cli/Session.h"
 
-#include "base/ArgumentTexts.h"
 #include "base/ErrorWords.h"
 #include "base/FreedMemory.h"
 #include "cli/NoticePrinter.h"
@@ -8,7 +7,7 @@
 #include "cli/tables/TextTable.h"
 #include "platform/automation/AutomationError.h"
 
-#include <QMetaObject>
+#include <QMetaMethod>
 
 #include <cstdio>
 #include <optional>
@@ -34,9 +33,8 @@ void printError(const QString &text) {
     std::fprintf(stderr, "qirdb: %s\n", printableText(text).toUtf8().constData());
 }
 
-void NoticePrinter::listenTo(QObject *component) {
-    if (component->metaObject()->indexOfSignal("Notice(QString)") >= 0)
-        connect(component, SIGNAL(Notice(QString)), this, SLOT(print(QString)));
+void NoticePrinter::listenTo(const QirDatabase &database) {
+    database.relayNotices(*this, staticMetaObject.method(staticMetaObject.indexOfSlot("print(QString)")));
 }
 
 void NoticePrinter::print(const QString &text) {
@@ -47,7 +45,7 @@ Session::Session(const QString &file)
     : m_file(file)
     , m_printer(std::make_unique<NoticePrinter>(file)) {
     m_database = QirDatabase::create();
-    m_printer->listenTo(m_database.object());
+    m_printer->listenTo(m_database);
 }
 
 Session Session::open(const QString &file, const std::string &passwordFile, SecretText *password) {
@@ -59,9 +57,8 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
     if (session.m_protected) {
         wipe.emplace();
         session.run([&] {
-            given = passwordFile.empty()
-                        ? askPassword(u"Password of %1: "_s.arg(file), session.m_database.PasswordNote(file))
-                        : readPasswordFile(argumentText(QByteArrayView(passwordFile)));
+            const QString note = passwordFile.empty() ? session.m_database.PasswordNote(file) : QString();
+            given = givenPassword(passwordFile, u"Password of %1: "_s.arg(file), note);
         });
     }
     bool loaded = false;

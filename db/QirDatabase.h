@@ -13,17 +13,33 @@
 
 namespace qir {
 
-/// A database component, driven by member name. The only place that knows the names of its members.
+/// A database component, driven by member name. The only place that knows the names of its members. What is said here
+/// of a member is what every component does; docs/component.md tells how one is found, and in what form it has them.
 ///
 /// Owns its instance: moved, never copied, so that release() destroys the instance there and then, which may write
 /// the file. Whoever else works with it borrows a reference. An empty one throws AutomationError at any call.
-/// Every call throws what the component throws (std::exception, text for the user), and AutomationError when the
-/// component lacks the member or has it in another shape. Tables, fields and records count from 1.
+///
+/// A member that cannot do what it was called for throws a std::exception whose what() is the reason in UTF-8, fit to
+/// be shown; nothing has changed then: tables, current table and record, file name and flag are as before. A member
+/// that the component lacks or has in another shape throws AutomationError. All calls come from one thread, the user
+/// interface's; none waits for a user.
+///
+/// An instance is fresh (an empty database without a name), open (loaded or named) or failed (its load failed: the
+/// counts are 0, what would change it throws, and it never writes). Tables, fields and records count from 1, in the
+/// order of their adding; a removal closes the gap. There is at most one current table, and in it at most one current
+/// record; the members on fields and records act on them. A number out of range throws, as does a name that is taken.
+///
+/// Names are kept as they are given, up to 255 code points. Two are the same when they differ only in case, in blanks
+/// around them and in the markers " ?" and " !" that lists append (base/Collation.h); a name of nothing else is
+/// refused.
+///
+/// Bounds: 4,096 tables, 1,024 fields and 16,777,216 records of a table, 65,535 code points of a text. What would pass
+/// one throws.
 class QirDatabase {
 public:
     QirDatabase() = default;
 
-    /// A new instance of "QIRTBase.clsQirDatabase". Throws AutomationError naming the identifier and the folders
+    /// A new, fresh instance of "QIRTBase.clsQirDatabase". Throws AutomationError naming the identifier and the folders
     /// searched when no library serves it.
     static QirDatabase create();
 
@@ -31,7 +47,9 @@ public:
     QirDatabase &operator=(QirDatabase &&) = default;
 
     bool isEmpty() const { return m_object.isEmpty(); }
-    /// Destroys the instance, if there is one; throws nothing.
+    /// Destroys the instance, if there is one; throws nothing. Groups of changes that are still open are undone; then a
+    /// database that has a name and whose DtbHasChanged is True is written. What goes wrong is told by Notice. Does not
+    /// wait for an unlocking that still goes on.
     void release() {
         changed();
         m_object.release();
@@ -41,68 +59,139 @@ public:
     /// Another number after every call here that may have changed a table, its fields or its records, and never one
     /// that another instance has had: what was found out about the tables holds while it stays.
     std::uint64_t revision() const { return m_revision; }
-    /// Connects the instance's Notice(QString) signal to a slot or signal of `receiver` that takes a QString. False,
-    /// with nothing done, when the component has no such signal: it may lack it.
-    bool relayNotices(const QObject &receiver, const QMetaMethod &member) const;
 
+    // ------------------------------------------------------------------------------------------------------ the file
+
+    /// Fills a fresh instance from a file, whose name is looked up ignoring case. `password` counts for protected files
+    /// only. Then GetDatabaseFileName() is that name, DtbHasChanged() is False unless changes of a session that died
+    /// were brought back, and no table is current. False where the file cannot be read, is none of these databases or
+    /// is not opened by the password: the instance has failed then, LastError() tells why, the file is as it was.
+    /// Throws when the instance is not fresh.
     bool LoadDtb(const QString &fileName, const QString &password) const;
+    /// Writes the database to its file, the current name's, and sets DtbHasChanged to False; does nothing where that is
+    /// False already. Tables without fields are left without records. Throws where it cannot be written, has no name or
+    /// a group of changes is open: DtbHasChanged stays True and a file that was there is as before; a name that was
+    /// set since the last load or save may be the one before again.
     void SaveDtb() const;
+    /// A plain flag: True after each change of content, name of a table or field, or password; False after load and
+    /// save. Writing what is there already is no change.
     bool DtbHasChanged() const;
+    /// Takes the flag as it is given: True makes SaveDtb() and the release write, False keeps them from it. Drops
+    /// nothing.
     void setDtbHasChanged(bool changed) const;
+    /// The name that the next save writes to, as it was given; "" when there is none.
     QString GetDatabaseFileName() const;
+    /// Where the next save goes; a fresh instance becomes an open one. Does not set DtbHasChanged. False, with nothing
+    /// changed, where no file can have that name (no such folder, a folder has it) and on a failed instance.
     bool SetDatabaseFileName(const QString &fileName) const;
+    /// From the next save on `replacement` opens the file; "" leaves it open to everybody, and "" is the `current` one
+    /// of an open file. Sets DtbHasChanged where they differ. Throws when `current` is not the password, or a group of
+    /// changes is open.
     void NewPassword(const QString &current, const QString &replacement) const;
+
+    // ---------------------------------------------------------------------------------------------------- the tables
 
     int QIRTablesCount() const;
     QString QIRTableName(int table) const;
     bool ExistTable(const QString &name) const;
+    /// Appends a table of one text field and one record. Current table and record stay.
     void AddTable(const QString &name) const;
+    /// The table keeps its place, and stays current where it is.
     void RenameTable(int table, const QString &name) const;
+    /// Removing the current table leaves none current.
     void RemoveTable(int table) const;
+    /// Makes a table current, with no current record. Throws when there is none of this name.
     void QIRTableRecordSource(const QString &name) const;
 
+    // ------------------------------------------------------------------------------- the fields of the current table
+    // All but the count throw without one.
+
+    /// 0 without a current table.
     int QirTableFieldsCount() const;
     QString QIRTableFieldName(int field) const;
+    /// A number: a code of FieldType.
     QVariant QIRTableFieldType(int field) const;
+    /// A number: the characters that a text field holds at most; of no meaning for any other type.
     QVariant QIRTableFieldSize(int field) const;
+    /// Appends a field; in the records that are there it is 0 or "". `type` is a code of FieldType, any other is
+    /// refused. `size` counts for text fields only, is rounded and kept within 0 to 65535; 50 where it is not given.
     void AddField(const QString &name, int type) const;
     void AddField(const QString &name, int type, double size) const;
     void RenameField(int field, const QString &name) const;
+    /// Records stay where the last field goes.
     void RemoveField(int field) const;
+    /// `size` as in AddField(). Texts that are longer are cut, and stay so. Does nothing to a field that is no text.
     void ResizeField(int field, double size) const;
 
+    // ------------------------------------------------------------------------------ the records of the current table
+    // All but the count throw without one.
+
+    /// 0 without a current table.
     int QirTableRecordsCount() const;
+    /// Appends a record of zeros and empty texts. The current record stays.
     void AddRecord() const;
+    /// The current record stays current, whatever its number is then; removing it leaves none.
     void RemoveRecord(int record) const;
+    /// The current record, 0 for none.
     int QIRTableRecordsPointerOut() const;
+    /// 0 makes none current.
     void setQIRTableRecordsPointerOut(int record) const;
+    /// The value of a field of the current record, a QString for text and a number for every other type. Throws without
+    /// a current record.
     QVariant QIRTableRecordSetByIndex(int field) const;
     /// The same into a variant that keeps its memory, for loops over many cells.
     void readQIRTableRecordSetByIndex(int field, QVariant &value) const;
+    /// Stores the nearest value that the field holds: bool 0, or 1 for every other number; byte, int and long the
+    /// nearest whole number, halves to the even one, within 0 to 255 and 16 and 32 bits with sign; double and date the
+    /// nearest finite number, bit for bit; text as many code points as fit, a lone surrogate as U+FFFD. A text given
+    /// for a number counts as the number that it begins with (base/LeadingNumber.h), a number given for a text as its
+    /// text. Throws without a current record, and for a value that is neither number nor text.
     void setQIRTableRecordSetByIndex(int field, const QVariant &value) const;
-    /// Fills values[1..fields count] with the texts of a record; values[0] is unused. The list keeps its memory. Throws
-    /// AutomationError when the component filled in less.
+    /// Fills values[1..fields count] with the texts of a record; values[0] is unused. Numbers stand there as the
+    /// shortest decimal that reads back. The list keeps its memory, the current record stays. Throws AutomationError
+    /// when the component filled in less.
     void GetQirRecord(int record, QStringList &values) const;
 
-    /// Members that a component may lack: the calls do nothing then, LastError() gives "", and CancelChanges() ends the
-    /// group as it stands. Use ChangeGroup. A component that has one in another shape is an error as elsewhere.
+    // -------------------------------------------------------------------------------- members that a component may
+    // lack One that it has in another shape is an error as elsewhere.
+
+    /// Connects the instance's signal Notice(QString), something that the user should know although no command failed,
+    /// to a slot or signal of `receiver` that takes a QString. It may come at any call, at the release and between
+    /// calls; texts are fit to be shown. False, with nothing done, where the component lacks it: the user learns
+    /// nothing then.
+    bool relayNotices(const QObject &receiver, const QMetaMethod &member) const;
+
+    /// Begins a group of changes, which EndChanges() keeps and CancelChanges() undoes; groups nest. Use ChangeGroup.
+    /// Where the component lacks the three, the calls do nothing: each change stands alone, and what was written before
+    /// an error stays.
     void BeginChanges() const;
+    /// Keeps the changes of the innermost group; undoes them where a member has thrown since it began.
     void EndChanges() const;
+    /// Undoes the innermost group, groups within it that were ended included: content, current table and record and
+    /// DtbHasChanged are as it found them. Where the component lacks it alone EndChanges() is called.
     void CancelChanges() const;
+    /// Why the last LoadDtb() returned False, fit to be shown; "" otherwise, and where the component lacks it: no
+    /// reason is shown then.
     QString LastError() const;
-    /// For callers without a user to tell, before LoadDtb(): the unsaved changes of a session that died stay for the
-    /// next editor.
+    /// For callers without a user to tell, before LoadDtb(): True leaves the unsaved changes of a session that died for
+    /// the next editor, and keeps no such record of this one. Nothing happens where the component lacks it.
     void setLeaveJournal(bool leave) const;
-    /// What to tell whoever is asked for a file's password; "" for nothing.
+    /// What to tell whoever is asked for a file's password, fit to be shown: that trying one costs more than usual. ""
+    /// for nothing to tell, for a file that is missing or no database, and where the component lacks it.
     QString PasswordNote(const QString &fileName) const;
-    /// Lets the component make ready, beside the caller, what takes long in LoadDtb() of the same file and password.
-    /// False, with nothing begun, where it has nothing to make ready or lacks the member.
+    /// On a fresh instance: begins, beside the caller, what takes long in LoadDtb() of the same file and password,
+    /// which is called next, once UnlockPending() is False or after CancelUnlock(). False, with nothing begun, where
+    /// there is nothing to make ready, and where the component lacks this or UnlockPending(): LoadDtb() takes its time
+    /// then. Tells nothing of the password, which LoadDtb() alone tries.
     bool BeginUnlock(const QString &fileName, const QString &password) const;
-    /// True while that goes on.
+    /// True while that goes on; asked again and again. False where nothing was begun.
     bool UnlockPending() const;
+    /// Gives up what was begun, without waiting for it; does nothing where nothing was. Where the component lacks it,
+    /// LoadDtb() may wait for the end.
     void CancelUnlock() const;
-    /// Before a name is given to LoadDtb() or SetDatabaseFileName(): the path of the file that it stands for, where a
-    /// search ignoring case would not find it.
+    /// Before a name is given to LoadDtb() or SetDatabaseFileName(): the path of the file that this very name stands
+    /// for, where a search ignoring case would find another one or none. GetDatabaseFileName() is still the name.
+    /// Nothing happens where the component lacks it; hasFilePlaces() tells beforehand.
     void SetFilePlace(const QString &fileName, const QString &place) const;
     bool hasFilePlaces() const;
 

@@ -1,5 +1,7 @@
 #include "fuzz/ContainerInput.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace qir;
 
 /// Open files: digits, header, checksums, sizes.
@@ -8,6 +10,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const KeyDeriver noKey = [](const SecretBytes &, const KdfParameters &) -> LoadResult<SecretBytes> {
         return SecretBytes(32);
     };
-    fuzz::readAndWriteAgain(fuzz::fileOfInput(input, nullptr), QStringLiteral("p"), noKey);
+    fuzz::readAndWriteAgain(fuzz::fileOfInput(input, nullptr), u"p"_s, noKey);
     return 0;
 }

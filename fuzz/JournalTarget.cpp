@@ -1,3 +1,4 @@
+#include "base/ByteReader.h"
 #include "fuzz/InputBytes.h"
 #include "fuzz/Require.h"
 #include "qirtbase/journal/JournalCodec.h"
@@ -11,6 +12,8 @@
 #include <cstring>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 using namespace qir;
 
 namespace {
@@ -23,10 +26,10 @@ constexpr qsizetype digestSize = qsizetype(layout::digestSize);
 
 Database smallDatabase() {
     Database database;
-    database.addTable(QStringLiteral("T"));
+    database.addTable(u"T"_s);
     Table &table = database.table(0);
-    database.addField(table, QStringLiteral("N"), 7, 0);
-    database.setText(table, 0, 0, QStringLiteral("a\u00E9"));
+    database.addField(table, u"N"_s, 7, 0);
+    database.setText(table, 0, 0, u"a\u00E9"_s);
     return database;
 }
 
@@ -120,10 +123,7 @@ ContainerKeys keysOf(Mode mode) {
 
 /// Any bytes as a journal, its head's digest made right.
 void readRaw(QByteArray bytes) {
-    constexpr qsizetype lengthPlace = 8;
-    std::uint32_t length = 0;
-    if (bytes.size() >= lengthPlace + qsizetype(sizeof length))
-        std::memcpy(&length, bytes.constData() + lengthPlace, sizeof length);
+    const auto length = ByteReader(bytes).from(journal::head::length).number<std::uint32_t>();
     if (length > digestSize && qsizetype(length) <= bytes.size())
         crypto_generichash(reinterpret_cast<unsigned char *>(bytes.data() + length - digestSize), layout::digestSize,
                            reinterpret_cast<const unsigned char *>(bytes.constData()), length - std::size_t(digestSize),

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+using namespace Qt::StringLiterals;
+
 using namespace qir;
 
 namespace {
@@ -24,6 +26,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return fixedKey().clone();
     };
     const QByteArrayView input(data, qsizetype(size));
-    fuzz::readAndWriteAgain(fuzz::fileOfInput(input, &fixedKey()), QStringLiteral("p"), deriveKey);
+    fuzz::readAndWriteAgain(fuzz::fileOfInput(input, &fixedKey()), u"p"_s, deriveKey);
     return 0;
 }

@@ -78,7 +78,7 @@ void Pane::makeTableCurrent(const QString &name) {
 
 void Pane::makeShownTableCurrent() {
     if (m_shown.isEmpty() && realTableSelected())
-        throw std::runtime_error("The selected table could not be loaded.");
+        throw std::runtime_error(QObject::tr("The selected table could not be loaded.").toStdString());
     if (!m_shown.isEmpty() && m_current != m_shown)
         makeTableCurrent(m_shown);
 }

@@ -72,12 +72,12 @@ bool PaneFocus::press(int pane, const QObject &control, const QMouseEvent &event
     return false;
 }
 
-void PaneFocus::IDtb_Click(int Index) {
-    activatePane(m_editor, Index);
+void PaneFocus::IDtb_Click(int pane) {
+    activatePane(m_editor, pane);
 }
 
-void PaneFocus::nomelab_Click(int Index) {
-    activatePane(m_editor, Index);
+void PaneFocus::nomelab_Click(int pane) {
+    activatePane(m_editor, pane);
 }
 
 void PaneFocus::makeActive(int pane) {

@@ -35,8 +35,8 @@ public:
     void watch(int pane);
 
     /// A press on the pane's frame or on its file label.
-    void IDtb_Click(int Index);
-    void nomelab_Click(int Index);
+    void IDtb_Click(int pane);
+    void nomelab_Click(int pane);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

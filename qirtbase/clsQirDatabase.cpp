@@ -1,6 +1,8 @@
 #include "qirtbase/clsQirDatabase.h"
 
 #include "base/ErrorWords.h"
+#include "base/UndoOnError.h"
+#include "base/VariantKind.h"
 #include "qirtbase/journal/JournalRecovery.h"
 #include "qirtbase/journal/JournalReseal.h"
 #include "qirtbase/model/DatabaseError.h"
@@ -28,25 +30,9 @@ constexpr std::chrono::milliseconds syncDelay{1000};
 
 /// The number in a variant, nothing when it holds something else.
 std::optional<double> numberIn(const QVariant &value) {
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-    case QMetaType::Char:
-    case QMetaType::SChar:
-    case QMetaType::UChar:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return value.toDouble();
-    default:
-        return std::nullopt;
-    }
+    const VariantKind kind = kindOf(value);
+    const bool counts = isNumber(kind) || kind == VariantKind::Truth || kind == VariantKind::Character;
+    return counts ? std::optional(value.toDouble()) : std::nullopt;
 }
 
 /// What trying a password costs, where that is more than usual.
@@ -64,11 +50,13 @@ QString noteOn(const KdfCosts &costs, const KdfCosts &usual) {
 /// Every member that may fail runs in here: an error ends every open group as undone, and lack of memory gets words.
 template<class Body>
 auto clsQirDatabase::guarded(Body body) -> decltype(body()) {
+    const UndoOnError fail([this] {
+        for (Group &group : m_groups)
+            group.failed = true;
+    });
     try {
         return body();
     } catch (const std::exception &error) {
-        for (Group &group : m_groups)
-            group.failed = true;
         if (isLackOfMemory(error))
             raise(errorWords(error));
         throw;

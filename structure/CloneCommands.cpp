@@ -105,7 +105,7 @@ void CloneCommands::requireWholeTables() {
 
 void CloneCommands::CloneTableSizeSecco() {
     requireWholeTables();
-    const Answer answer = askYesNoCancel(m_editor.controls.window, u"Copy Cell content?"_s, u"?"_s);
+    const Answer answer = askYesNoCancel(m_editor.controls.window, tr("Copy Cell content?"), u"?"_s);
     if (answer == Answer::Cancel)
         return;
     const ActivePaneScope active(m_editor);

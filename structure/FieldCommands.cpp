@@ -41,14 +41,14 @@ void FieldCommands::addCommands() {
 void FieldCommands::AddFieldMenu_Click() {
     QWidget *window = m_editor.controls.window;
     if (!makeLastShownTableCurrent()) {
-        messageBox(window, u"No selected Table"_s, u"!"_s);
+        messageBox(window, tr("No selected Table"), u"!"_s);
         return;
     }
-    const QString name = inputBox(window, u"New field name"_s, u"?"_s, u"Fieldx"_s).trimmed();
+    const QString name = inputBox(window, tr("New field name"), u"?"_s, u"Fieldx"_s).trimmed();
     if (name.isEmpty())
         return;
     if (nameTaken(name)) {
-        messageBox(window, u"Field: '"_s + name + u"' already exists"_s, u"!"_s);
+        messageBox(window, tr("Field: '%1' already exists").arg(name), u"!"_s);
         showTableAgain();
         return;
     }
@@ -56,7 +56,7 @@ void FieldCommands::AddFieldMenu_Click() {
     if (!type)
         return;
     if (*type == static_cast<int>(FieldType::Text)) {
-        const std::optional<double> size = askSize(u"New field size"_s, u"50"_s);
+        const std::optional<double> size = askSize(tr("New field size"), u"50"_s);
         if (!size)
             return;
         database().AddField(name, *type, *size);
@@ -74,8 +74,7 @@ void FieldCommands::showAddedField(const QString &name) {
         m_differences.markTable(table); // by its line alone can it be seen to differ now
     showTableAgain();
     if (!shown)
-        messageBox(m_editor.controls.window, QObject::tr("Field '%1' was added to table '%2'.").arg(name, table),
-                   u"!"_s);
+        messageBox(m_editor.controls.window, tr("Field '%1' was added to table '%2'.").arg(name, table), u"!"_s);
 }
 
 /// Beside a placeholder line this is the table that was shown before; false when there is none.
@@ -109,7 +108,7 @@ std::optional<int> FieldCommands::askType() {
     {
         const BusyPointer busy;
         picker = std::make_unique<frmListaStringhePlain>(m_editor.controls.window);
-        picker->setWindowTitle(u"Tipi"_s);
+        picker->setWindowTitle(tr("Tipi"));
         CaricaTipi(picker->valori_discreti());
     }
     sceltaLista().index = 1; // any number but -1, which tells of a cancel
@@ -154,8 +153,7 @@ void FieldCommands::RenameFieldSecco() {
     if (field < 1)
         return;
     const QString oldName = database().QIRTableFieldName(field);
-    const QString name =
-        inputBox(m_editor.controls.window, u"Field's new name ("_s + oldName + u")"_s, u"?"_s, oldName);
+    const QString name = inputBox(m_editor.controls.window, tr("Field's new name (%1)").arg(oldName), u"?"_s, oldName);
     if (name.isEmpty())
         return;
     database().RenameField(field, name);
@@ -166,7 +164,7 @@ void FieldCommands::RemoveFieldSecco() {
     const int field = currentField();
     if (field < 1)
         return;
-    const QString question = u"Do you want to remove field: '"_s + database().QIRTableFieldName(field) + u"' ?"_s;
+    const QString question = tr("Do you want to remove field: '%1' ?").arg(database().QIRTableFieldName(field));
     if (askYesNo(m_editor.controls.window, question, u"?"_s) == Answer::No)
         return;
     database().RemoveField(field);
@@ -178,7 +176,7 @@ void FieldCommands::ResizeTextFieldSecco() {
     if (field < 1 || database().QIRTableFieldType(field).toInt() != static_cast<int>(FieldType::Text))
         return;
     const QString size = database().QIRTableFieldSize(field).toString().trimmed();
-    if (const std::optional<double> newSize = askSize(u"Field size"_s, size)) {
+    if (const std::optional<double> newSize = askSize(tr("Field size"), size)) {
         database().ResizeField(field, *newSize);
         // The grid goes on showing its texts whole.
         m_editor.pane(m_editor.IndexAttivo()).setTextsUnstored(true);

@@ -45,7 +45,7 @@ void RecordCommands::RemoveRecordSecco() {
         return;
     const Grid &grid = m_editor.Tabella(pane);
     if (grid.Row() == 0) {
-        messageBox(m_editor.controls.window, u"No selected Record"_s, u"!"_s);
+        messageBox(m_editor.controls.window, tr("No selected Record"), u"!"_s);
         return;
     }
     m_editor.pane(pane).makeShownTableCurrent();

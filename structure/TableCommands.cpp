@@ -36,11 +36,11 @@ bool TableCommands::nameTaken(const QString &name) const {
 void TableCommands::AddTableMenu_Click() {
     const int pane = m_editor.IndexAttivo();
     QWidget *window = m_editor.controls.window;
-    const QString name = inputBox(window, u"New table name"_s, u"?"_s, u"Tablex"_s).trimmed();
+    const QString name = inputBox(window, tr("New table name"), u"?"_s, u"Tablex"_s).trimmed();
     if (name.isEmpty())
         return;
     if (nameTaken(name)) {
-        messageBox(window, u"Table: '"_s + name + u"' already exists"_s, u"!"_s);
+        messageBox(window, tr("Table: '%1' already exists").arg(name), u"!"_s);
         return;
     }
     m_editor.OggettoDtb(pane).AddTable(name);
@@ -60,8 +60,7 @@ void TableCommands::RenameTableSecco() {
     const std::array<int, 2> positions{m_editor.ListaTabelle(0).ListIndex(), m_editor.ListaTabelle(1).ListIndex()};
     const int position = list.ListIndex();
     const QString oldName = TogliMarcatori(list.List(position));
-    const QString name =
-        inputBox(m_editor.controls.window, u"Table's new name ("_s + oldName + u")"_s, u"?"_s, oldName);
+    const QString name = inputBox(m_editor.controls.window, tr("Table's new name (%1)").arg(oldName), u"?"_s, oldName);
     if (name.isEmpty())
         return;
     m_editor.OggettoDtb(pane).RenameTable(list.ItemData(position), name);
@@ -90,7 +89,7 @@ void TableCommands::RemoveTableSecco() {
         return;
     ListBox &list = m_editor.ListaTabelle(pane);
     const int other = 1 - pane;
-    const QString question = u"Do you want to remove table: '"_s + list.List(list.ListIndex()) + u"' ?"_s;
+    const QString question = tr("Do you want to remove table: '%1' ?").arg(list.List(list.ListIndex()));
     if (askYesNo(m_editor.controls.window, question, u"?"_s) == Answer::No)
         return;
     const ActivePaneScope active(m_editor);

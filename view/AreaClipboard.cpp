@@ -72,12 +72,12 @@ void AreaClipboard::addCommands() {
                  {.needs = Needs::Database});
 }
 
-void AreaClipboard::COPIA_AreaTabella(int Index) {
-    if (!showsFields(m_editor, Index))
+void AreaClipboard::COPIA_AreaTabella(int pane) {
+    if (!showsFields(m_editor, pane))
         return;
     try {
         const BusyPointer busy;
-        const Grid &grid = m_editor.Tabella(Index);
+        const Grid &grid = m_editor.Tabella(pane);
         clipboard::clear();
         clipboard::setContents(
             std::make_unique<CopiedBlock>(grid.Clip(), encodeCellBlock(grid.texts(), grid.selection().range())));
@@ -85,30 +85,30 @@ void AreaClipboard::COPIA_AreaTabella(int Index) {
     }
 }
 
-void AreaClipboard::INCOLLA_AreaTabella(int Index) {
-    if (!showsFields(m_editor, Index))
+void AreaClipboard::INCOLLA_AreaTabella(int pane) {
+    if (!showsFields(m_editor, pane))
         return;
-    m_editor.pane(Index).requireWhole();
+    m_editor.pane(pane).requireWhole();
     try {
         const QString text = clipboard::text();
         if (!text.isEmpty()) {
             const BusyPointer busy;
             m_editor.endEdit(); // of a cell that the paste may change
-            layClipboard(Index, text);
+            layClipboard(pane, text);
             // Every text of the grid is to be stored afterwards; beyond the selected block most often all of them are.
-            if (m_editor.pane(Index).TextsUnstored())
-                m_save.SalvaGridInDatabase(Index);
+            if (m_editor.pane(pane).TextsUnstored())
+                m_save.SalvaGridInDatabase(pane);
             else
-                m_save.SalvaGridInDatabase(Index, m_editor.Tabella(Index).selection().range());
+                m_save.SalvaGridInDatabase(pane, m_editor.Tabella(pane).selection().range());
         }
     } catch (const std::exception &) {
-        m_tables.reloadAfterFailure(Index);
+        m_tables.reloadAfterFailure(pane);
     }
     yieldToMessages();
 }
 
-void AreaClipboard::layClipboard(int Index, QString text) {
-    Grid &grid = m_editor.Tabella(Index);
+void AreaClipboard::layClipboard(int pane, QString text) {
+    Grid &grid = m_editor.Tabella(pane);
     const auto cells = decodeCellBlock(clipboard::data(QLatin1StringView(cellBlockFormat)));
     if (cells)
         grid.setClip(*cells);

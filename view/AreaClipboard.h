@@ -24,14 +24,14 @@ public:
     void addCommands();
 
     /// Copies the selected block of the pane's grid. Errors are silent.
-    void COPIA_AreaTabella(int Index);
+    void COPIA_AreaTabella(int pane);
     /// Pastes into the selected block of the pane's grid and writes the grid to the database. Errors are silent; a
     /// paste that one of them cuts short is undone as a group. A table that is not loaded whole is refused with an
     /// error. Yields.
-    void INCOLLA_AreaTabella(int Index);
+    void INCOLLA_AreaTabella(int pane);
 
 private:
-    void layClipboard(int Index, QString text);
+    void layClipboard(int pane, QString text);
 
     EditorContext &m_editor;
     GridSave &m_save;

@@ -1,19 +1,23 @@
 #include "view/CellEditor.h"
 
+#include "base/UndoOnError.h"
 #include "compare/DifferencePainting.h"
 #include "compare/TableMarks.h"
 #include "db/AssegnaARecordset.h"
 #include "pane/ActivePane.h"
 
 #include "platform/grid/Grid.h"
+#include "platform/loop/MessageLoop.h"
 #include "view/GridAlignment.h"
 
 #include <QGuiApplication>
 #include <QInputMethod>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPalette>
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 namespace qir {
@@ -51,16 +55,52 @@ std::optional<GridSelection> cellBeside(const Grid &grid, int row, int column, i
 
 } // namespace
 
-void CellEditor::IniziaEdit(int Index) {
-    if (m_editor.Tabella(Index).MouseRow() == 0) {
-        Interrompiedit(Index);
-        return;
-    }
-    openEditor(Index);
+void CellEditor::connectPane(int pane) {
+    QLineEdit &txtEdit = m_editor.txtEdit(pane);
+    // A cell's text is taken whole, whatever its length: opening the editor must not change it.
+    txtEdit.setMaxLength(std::numeric_limits<int>::max());
+    connect(&txtEdit, &QLineEdit::textChanged, this, [this, pane] { runCommand([&] { txtEdit_Change(pane); }); });
+    connect(&txtEdit, &QLineEdit::returnPressed, this,
+            [this, pane] { runCommand([&] { txtEdit_KeyPress(pane, enterCode); }); });
+    txtEdit.installEventFilter(this);
 }
 
-void CellEditor::openEditor(int Index) {
-    Grid &grid = m_editor.Tabella(Index);
+bool CellEditor::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::KeyPress && tabPressed(watched, static_cast<const QKeyEvent &>(*event)))
+        return true;
+    return QObject::eventFilter(watched, event);
+}
+
+bool CellEditor::tabPressed(const QObject *watched, const QKeyEvent &key) {
+    const bool back = key.key() == Qt::Key_Backtab || key.modifiers().testFlag(Qt::ShiftModifier);
+    if ((key.key() != Qt::Key_Tab && key.key() != Qt::Key_Backtab) ||
+        key.modifiers().testAnyFlags(Qt::ControlModifier | Qt::AltModifier))
+        return false;
+    for (const int pane : {0, 1}) {
+        if (watched == &m_editor.txtEdit(pane)) {
+            runCommand([&] { editBeside(pane, back ? -1 : 1); });
+            return true;
+        }
+    }
+    return false;
+}
+
+void CellEditor::placeEditorLater(int pane) {
+    if (!m_editor.txtEdit(pane).isHidden())
+        QMetaObject::invokeMethod(
+            this, [this, pane] { placeEditor(pane); }, Qt::QueuedConnection);
+}
+
+void CellEditor::IniziaEdit(int pane) {
+    if (m_editor.Tabella(pane).MouseRow() == 0) {
+        Interrompiedit(pane);
+        return;
+    }
+    openEditor(pane);
+}
+
+void CellEditor::openEditor(int pane) {
+    Grid &grid = m_editor.Tabella(pane);
     // No table shown, no record, or the empty column of a table without fields.
     if (!grid.Visible() || grid.Row() < 1 || grid.ColData(grid.Col()) < 1)
         return;
@@ -68,20 +108,20 @@ void CellEditor::openEditor(int Index) {
     m_editor.cellEdit().begin(grid.Row(), grid.Col());
     grid.setUserResizing(false);
 
-    QLineEdit &txtEdit = m_editor.txtEdit(Index);
-    dressEditor(Index);
+    QLineEdit &txtEdit = m_editor.txtEdit(pane);
+    dressEditor(pane);
     txtEdit.setText(grid.TextMatrix(grid.Row(), grid.Col())); // the cell's own text: writes nothing
     txtEdit.end(false);
-    coverCell(Index);
-    AllineaTopLeftTabelle(m_editor, Index); // the cell may have been scrolled into view
+    coverCell(pane);
+    AllineaTopLeftTabelle(m_editor, pane); // the cell may have been scrolled into view
     txtEdit.show();
     txtEdit.raise();
     txtEdit.setFocus(Qt::OtherFocusReason);
 }
 
-void CellEditor::dressEditor(int Index) {
-    const Grid &grid = m_editor.Tabella(Index);
-    QLineEdit &txtEdit = m_editor.txtEdit(Index);
+void CellEditor::dressEditor(int pane) {
+    const Grid &grid = m_editor.Tabella(pane);
+    QLineEdit &txtEdit = m_editor.txtEdit(pane);
     txtEdit.setFont(grid.font());
     txtEdit.setPalette(editorPalette());
     // The text stands where the cell showed it.
@@ -91,22 +131,22 @@ void CellEditor::dressEditor(int Index) {
     txtEdit.setTextMargins(0, 0, alignment.testFlag(Qt::AlignRight) ? -caretRoom : 0, 0);
 }
 
-void CellEditor::coverCell(int Index) {
-    Grid &grid = m_editor.Tabella(Index);
+void CellEditor::coverCell(int pane) {
+    Grid &grid = m_editor.Tabella(pane);
     grid.bringCellIntoView();
     // Both have the pane's frame as parent. A cell of which nothing shows leaves no room for the editor either.
-    m_editor.txtEdit(Index).setGeometry(grid.cellRectangle().translated(grid.pos()));
+    m_editor.txtEdit(pane).setGeometry(grid.cellRectangle().translated(grid.pos()));
 }
 
-void CellEditor::placeEditor(int Index) {
-    if (m_editor.txtEdit(Index).isHidden())
+void CellEditor::placeEditor(int pane) {
+    if (m_editor.txtEdit(pane).isHidden())
         return;
-    coverCell(Index);
-    AllineaTopLeftTabelle(m_editor, Index); // the cell may have been scrolled into view
+    coverCell(pane);
+    AllineaTopLeftTabelle(m_editor, pane); // the cell may have been scrolled into view
 }
 
-void CellEditor::Interrompiedit(int Index) {
-    QLineEdit &txtEdit = m_editor.txtEdit(Index);
+void CellEditor::Interrompiedit(int pane) {
+    QLineEdit &txtEdit = m_editor.txtEdit(pane);
     if (txtEdit.isHidden())
         return;
     // What an input method is still composing was typed, so it is written like the rest.
@@ -115,40 +155,39 @@ void CellEditor::Interrompiedit(int Index) {
     m_editor.endEdit();
 }
 
-void CellEditor::editBeside(int Index, int step) {
-    Grid &grid = m_editor.Tabella(Index);
+void CellEditor::editBeside(int pane, int step) {
+    Grid &grid = m_editor.Tabella(pane);
     const std::optional<GridSelection> cell = cellBeside(grid, m_editor.RigaEdit(), m_editor.ColonnaEdit(), step);
-    Interrompiedit(Index);
+    Interrompiedit(pane);
     if (!cell)
         return;
     grid.setSelection(*cell);
-    openEditor(Index); // wherever the pointer rests: a key asks for it
+    openEditor(pane); // wherever the pointer rests: a key asks for it
 }
 
-void CellEditor::ScriviDaEditADtb(int Index) {
+void CellEditor::ScriviDaEditADtb(int pane) {
     const int row = m_editor.RigaEdit();
     const int column = m_editor.ColonnaEdit();
     if (row < 1)
         return;
-    Grid &grid = m_editor.Tabella(Index);
-    const QString text = m_editor.txtEdit(Index).text();
+    Grid &grid = m_editor.Tabella(pane);
+    const QString text = m_editor.txtEdit(pane).text();
     if (text == grid.TextMatrix(row, column))
         return;
     grid.setTextMatrix(row, column, text); // the snapshot of the texts is the grid's own
-    try {
-        m_editor.pane(Index).makeShownTableCurrent();
-        const QirDatabase &database = m_editor.OggettoDtb(Index);
-        database.setQIRTableRecordsPointerOut(grid.RowData(row));
-        AssegnaARecordset(database, grid.ColData(column), text);
-    } catch (const std::exception &) {
-        m_editor.pane(Index).setTextsUnstored(true);
-        throw;
-    }
-    updateDifference(Index);
+    undoneOnError(
+        [&] {
+            m_editor.pane(pane).makeShownTableCurrent();
+            const QirDatabase &database = m_editor.OggettoDtb(pane);
+            database.setQIRTableRecordsPointerOut(grid.RowData(row));
+            AssegnaARecordset(database, grid.ColData(column), text);
+        },
+        [&] { m_editor.pane(pane).setTextsUnstored(true); });
+    updateDifference(pane);
 }
 
-void CellEditor::updateDifference(int Index) {
-    if (!m_editor.Tabella(Index).Visible() || !m_editor.gridsShowSameTable())
+void CellEditor::updateDifference(int pane) {
+    if (!m_editor.Tabella(pane).Visible() || !m_editor.gridsShowSameTable())
         return;
     const int row = m_editor.RigaEdit();
     const int column = m_editor.ColonnaEdit();
@@ -157,19 +196,19 @@ void CellEditor::updateDifference(int Index) {
     const bool inBoth = row < std::min(left.Rows(), right.Rows()) && column < std::min(left.Cols(), right.Cols());
     const bool different = !inBoth || m_editor.TestiCelle(0).at(column, row) != m_editor.TestiCelle(1).at(column, row);
     m_editor.foundDifferences().set(static_cast<std::size_t>(row), static_cast<std::size_t>(column), different);
-    for (const int pane : {0, 1})
-        SetEqualColor(m_editor, pane, row, column);
+    for (const int each : {0, 1})
+        SetEqualColor(m_editor, each, row, column);
     m_marks.MostraTabellaDiversaInLista();
 }
 
-void CellEditor::txtEdit_Change(int Index) {
-    activatePane(m_editor, Index);
-    ScriviDaEditADtb(Index);
+void CellEditor::txtEdit_Change(int pane) {
+    activatePane(m_editor, pane);
+    ScriviDaEditADtb(pane);
 }
 
-void CellEditor::txtEdit_KeyPress(int Index, int KeyAscii) {
+void CellEditor::txtEdit_KeyPress(int pane, int KeyAscii) {
     if (KeyAscii == enterCode)
-        Interrompiedit(Index);
+        Interrompiedit(pane);
 }
 
 } // namespace qir

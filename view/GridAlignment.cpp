@@ -16,34 +16,34 @@ void endEditOfFollower(EditorContext &editor, int pane) {
 
 } // namespace
 
-void AllineaTopLeftTabelle(EditorContext &editor, int Index) {
-    const int Other = 1 - Index;
-    if (!editor.DtbAperto(Other))
+void AllineaTopLeftTabelle(EditorContext &editor, int pane) {
+    const int other = 1 - pane;
+    if (!editor.DtbAperto(other))
         return;
-    endEditOfFollower(editor, Other);
-    editor.Tabella(Other).followScroll(editor.Tabella(Index));
+    endEditOfFollower(editor, other);
+    editor.Tabella(other).followScroll(editor.Tabella(pane));
 }
 
-void mirrorSelection(EditorContext &editor, int Index) {
-    const int Other = 1 - Index;
-    if (!editor.DtbAperto(Other))
+void mirrorSelection(EditorContext &editor, int pane) {
+    const int other = 1 - pane;
+    if (!editor.DtbAperto(other))
         return;
-    AllineaTopLeftTabelle(editor, Index);
-    editor.Tabella(Other).followSelection(editor.Tabella(Index));
+    AllineaTopLeftTabelle(editor, pane);
+    editor.Tabella(other).followSelection(editor.Tabella(pane));
 }
 
-void mirrorRowHeight(EditorContext &editor, int Index, int row) {
+void mirrorRowHeight(EditorContext &editor, int pane, int row) {
     if (!editor.gridsShowSameTable())
         return;
-    endEditOfFollower(editor, 1 - Index);
-    editor.Tabella(1 - Index).followRowHeight(editor.Tabella(Index), row);
+    endEditOfFollower(editor, 1 - pane);
+    editor.Tabella(1 - pane).followRowHeight(editor.Tabella(pane), row);
 }
 
-void mirrorColumnWidth(EditorContext &editor, int Index, int column) {
+void mirrorColumnWidth(EditorContext &editor, int pane, int column) {
     if (!editor.gridsShowSameTable())
         return;
-    endEditOfFollower(editor, 1 - Index);
-    editor.Tabella(1 - Index).followColumnWidth(editor.Tabella(Index), column);
+    endEditOfFollower(editor, 1 - pane);
+    editor.Tabella(1 - pane).followColumnWidth(editor.Tabella(pane), column);
 }
 
 } // namespace qir

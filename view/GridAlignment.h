@@ -4,17 +4,17 @@
 
 namespace qir {
 
-/// Scrolls the grid of the pane beside `Index` to the first row and column that this pane's grid shows, when a database
+/// Scrolls the grid of the pane beside `pane` to the first row and column that this pane's grid shows, when a database
 /// is open there. The other grid raises nothing; an edit in it ends.
-void AllineaTopLeftTabelle(EditorContext &editor, int Index);
+void AllineaTopLeftTabelle(EditorContext &editor, int pane);
 
-/// Gives the grid of the pane beside `Index` the same current cell and selection, as far as it is large enough, and
+/// Gives the grid of the pane beside `pane` the same current cell and selection, as far as it is large enough, and
 /// aligns the scroll positions, when a database is open there. The other grid raises nothing; an edit in it ends.
-void mirrorSelection(EditorContext &editor, int Index);
+void mirrorSelection(EditorContext &editor, int pane);
 
-/// Gives a row, or a column, of the grid beside `Index` the size that the user gives it in this pane's grid, when both
+/// Gives a row, or a column, of the grid beside `pane` the size that the user gives it in this pane's grid, when both
 /// show the same table. An edit in the other grid ends.
-void mirrorRowHeight(EditorContext &editor, int Index, int row);
-void mirrorColumnWidth(EditorContext &editor, int Index, int column);
+void mirrorRowHeight(EditorContext &editor, int pane, int row);
+void mirrorColumnWidth(EditorContext &editor, int pane, int column);
 
 } // namespace qir

@@ -2,7 +2,7 @@
 
 #include "pane/EditorContext.h"
 
-#include <QtCore/qnamespace.h>
+#include <QObject>
 
 QT_BEGIN_NAMESPACE
 class QPoint;
@@ -16,7 +16,7 @@ class GridPopups;
 
 /// What the events of a pane's grid do: activate the pane, start and end edits, copy and paste, keep the other grid
 /// beside this one, open pop-ups.
-class GridEvents {
+class GridEvents : public QObject {
 public:
     GridEvents(EditorContext &editor, CellEditor &cellEditor, AreaClipboard &clipboard, GridPopups &popups)
         : m_editor(editor)
@@ -24,16 +24,21 @@ public:
         , m_clipboard(clipboard)
         , m_popups(popups) {}
 
-    void Tabella_Click(int Index);
-    void Tabella_DblClick(int Index);
-    void Tabella_KeyPress(int Index, int KeyAscii);
-    void Tabella_KeyDown(int Index, int KeyCode, int Shift);
-    void Tabella_LeaveCell(int Index);
-    void Tabella_Scroll(int Index);
+    /// Listens to the events of a pane's grid, each as a command of its own.
+    void connectPane(int pane);
+
+    void Tabella_Click(int pane);
+    void Tabella_DblClick(int pane);
+    void Tabella_KeyPress(int pane, int KeyAscii);
+    void Tabella_KeyDown(int pane, int KeyCode, int Shift);
+    void Tabella_LeaveCell(int pane);
+    void Tabella_Scroll(int pane);
     /// A key or a drag scrolled the grid.
-    void Tabella_Revealed(int Index);
-    void Tabella_SelChange(int Index);
-    void Tabella_MouseDown(int Index, Qt::MouseButton button, int row, int column, const QPoint &globalPosition);
+    void Tabella_Revealed(int pane);
+    void Tabella_SelChange(int pane);
+    void Tabella_MouseDown(int pane, Qt::MouseButton button, int row, int column, const QPoint &globalPosition);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     EditorContext &m_editor;

@@ -31,23 +31,23 @@ bool sizeCanBeCloned(EditorContext &editor, int pane) {
 
 } // namespace
 
-void GridPopups::popUp(int Index, int row, int column, const QPoint &globalPosition) {
+void GridPopups::popUp(int pane, int row, int column, const QPoint &globalPosition) {
     const bool ofField = row == 0 && column >= 1;
-    const bool ofRecord = row >= 1 && m_editor.Tabella(Index).Rows() > 1;
+    const bool ofRecord = row >= 1 && m_editor.Tabella(pane).Rows() > 1;
     if (!ofField && !ofRecord)
         return;
     if (ofField)
-        prepareFieldItems(Index, column);
+        prepareFieldItems(pane, column);
     else
-        prepareRecordItems(Index);
-    m_editor.setOrigin(Index);
+        prepareRecordItems(pane);
+    m_editor.setOrigin(pane);
     m_editor.controls.menu(ofField ? Menu::popmenuGridFields : Menu::popmenuGrid).popup(globalPosition);
 }
 
-void GridPopups::prepareRecordItems(int Index) {
+void GridPopups::prepareRecordItems(int pane) {
     const EditorControls &controls = m_editor.controls;
-    const Grid &grid = m_editor.Tabella(Index);
-    controls.action(Command::CloneTableSizePOP).setVisible(sizeCanBeCloned(m_editor, Index));
+    const Grid &grid = m_editor.Tabella(pane);
+    controls.action(Command::CloneTableSizePOP).setVisible(sizeCanBeCloned(m_editor, pane));
     controls.action(Command::CloneSelectedAreaPOP).setVisible(areaCanBeCloned(m_editor));
     QAction &remove = controls.action(Command::RemoveRecordPOP);
     remove.setEnabled(grid.Row() >= 1);
@@ -55,23 +55,23 @@ void GridPopups::prepareRecordItems(int Index) {
                                    : QObject::tr("Re&move Record"));
 }
 
-void GridPopups::prepareFieldItems(int Index, int column) {
-    Grid &grid = m_editor.Tabella(Index);
+void GridPopups::prepareFieldItems(int pane, int column) {
+    Grid &grid = m_editor.Tabella(pane);
     if (grid.Col() != column)
         grid.setCol(column);
     const EditorControls &controls = m_editor.controls;
-    controls.action(Command::ResizeTextFieldPOP).setEnabled(isTextField(Index, column));
+    controls.action(Command::ResizeTextFieldPOP).setEnabled(isTextField(pane, column));
     controls.action(Command::RemoveFieldPOP).setEnabled(grid.Cols() >= 3);
-    controls.action(Command::CloneTableSizeFPOP).setVisible(sizeCanBeCloned(m_editor, Index));
+    controls.action(Command::CloneTableSizeFPOP).setVisible(sizeCanBeCloned(m_editor, pane));
     controls.action(Command::CloneSelectedAreaFPOP).setVisible(areaCanBeCloned(m_editor));
 }
 
-bool GridPopups::isTextField(int Index, int column) {
-    const int field = m_editor.Tabella(Index).ColData(column);
+bool GridPopups::isTextField(int pane, int column) {
+    const int field = m_editor.Tabella(pane).ColData(column);
     if (field < 1)
         return false;
-    m_editor.pane(Index).makeShownTableCurrent();
-    return m_editor.OggettoDtb(Index).QIRTableFieldType(field).toInt() == static_cast<int>(FieldType::Text);
+    m_editor.pane(pane).makeShownTableCurrent();
+    return m_editor.OggettoDtb(pane).QIRTableFieldType(field).toInt() == static_cast<int>(FieldType::Text);
 }
 
 } // namespace qir

@@ -16,12 +16,12 @@ public:
 
     /// Offers the pop-up that belongs to the cell under the pointer, with the items that apply there, and records the
     /// panes in IndexOrigine and IndexDestinazione. Nothing where no pop-up belongs.
-    void popUp(int Index, int row, int column, const QPoint &globalPosition);
+    void popUp(int pane, int row, int column, const QPoint &globalPosition);
 
 private:
-    void prepareRecordItems(int Index);
-    void prepareFieldItems(int Index, int column);
-    bool isTextField(int Index, int column);
+    void prepareRecordItems(int pane);
+    void prepareFieldItems(int pane, int column);
+    bool isTextField(int pane, int column);
 
     EditorContext &m_editor;
 };

@@ -1,5 +1,6 @@
 #include "view/Sorting.h"
 
+#include "base/UndoOnError.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "view/GridSave.h"
@@ -21,14 +22,13 @@ void Sorting::SortFPOP_Click() {
     m_editor.endEdit();
     Grid &grid = m_editor.Tabella(pane);
     m_editor.setColonnaOrdinamento(grid.Col());
-    try {
-        OrdinaPerColonna(grid, m_editor.ColonnaOrdinamento());
-        grid.renumberRows(); // row r stands for record r from now on, whatever it showed
-        m_save.SalvaGridInDatabase(pane);
-    } catch (const std::exception &) {
-        m_tables.reloadAfterFailure(pane);
-        throw;
-    }
+    undoneOnError(
+        [&] {
+            OrdinaPerColonna(grid, m_editor.ColonnaOrdinamento());
+            grid.renumberRows(); // row r stands for record r from now on, whatever it showed
+            m_save.SalvaGridInDatabase(pane);
+        },
+        [&] { m_tables.reloadAfterFailure(pane); });
 }
 
 void Sorting::OrdinaPerColonna(Grid &grid, int Column) {

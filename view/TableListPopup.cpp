@@ -31,12 +31,12 @@ void TableListPopup::connectPane(int pane) {
                      });
 }
 
-void TableListPopup::ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, const QPoint &globalPosition) {
-    if (Index != m_editor.IndexAttivo() || m_editor.ListaTabelle(Index).ListIndex() < 0 || Button != Qt::RightButton ||
+void TableListPopup::ListaTabelle_MouseDown(int pane, Qt::MouseButton Button, const QPoint &globalPosition) {
+    if (pane != m_editor.IndexAttivo() || m_editor.ListaTabelle(pane).ListIndex() < 0 || Button != Qt::RightButton ||
         !windowStands())
         return;
     try {
-        offerCommands(Index);
+        offerCommands(pane);
     } catch (const std::exception &) {
         return;
     }
@@ -47,20 +47,20 @@ void TableListPopup::ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, c
         controls.menu(Menu::popmenuCopyToOther).popup(globalPosition);
 }
 
-void TableListPopup::offerCommands(int Index) {
+void TableListPopup::offerCommands(int pane) {
     const EditorControls &controls = m_editor.controls;
-    const int Other = 1 - Index;
-    const ListBox &list = m_editor.ListaTabelle(Index);
-    ListBox &otherList = m_editor.ListaTabelle(Other);
+    const int other = 1 - pane;
+    const ListBox &list = m_editor.ListaTabelle(pane);
+    ListBox &otherList = m_editor.ListaTabelle(other);
     const int line = list.ListIndex();
-    const bool table = m_editor.pane(Index).realTableSelected();
+    const bool table = m_editor.pane(pane).realTableSelected();
     controls.action(Command::RemoveTablePOP).setVisible(table);
     controls.action(Command::RenameTablePOP).setVisible(table);
 
     bool clone = false;
-    if (m_editor.DtbAperto(Other)) {
+    if (m_editor.DtbAperto(other)) {
         // Copied from the side that has the table, whichever side was pressed.
-        m_editor.setOrigin(table ? Index : Other);
+        m_editor.setOrigin(table ? pane : other);
         const bool otherTable = otherList.ItemData(line) >= 1;
         const bool paired = line < otherList.ListCount() && // added tables put the lists out of line
                             collationKey(list.List(line)) == collationKey(otherList.List(line));

@@ -20,10 +20,10 @@ public:
     /// A button, or the menu key as the right one, went down in the list of a pane; the line under it is selected and
     /// its table loaded. Opens the pop-up for the right button, in the active pane, with a selected line. Errors end
     /// it silently, without the pop-up.
-    void ListaTabelle_MouseDown(int Index, Qt::MouseButton Button, const QPoint &globalPosition);
+    void ListaTabelle_MouseDown(int pane, Qt::MouseButton Button, const QPoint &globalPosition);
 
 private:
-    void offerCommands(int Index);
+    void offerCommands(int pane);
 
     EditorContext &m_editor;
 };

@@ -1,5 +1,6 @@
 #include "view/TableLoader.h"
 
+#include "base/UndoOnError.h"
 #include "compare/CellDifferences.h"
 #include "db/FieldTypes.h"
 #include "pane/ActivePane.h"
@@ -20,59 +21,64 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
-void TableLoader::ListaTabelle_Click(int Index) {
+void TableLoader::connectPane(int pane) {
+    ListBox &list = m_editor.ListaTabelle(pane);
+    QObject::connect(&list, &ListBox::Click, &list, [this, pane] { runCommand([&] { ListaTabelle_Click(pane); }); });
+}
+
+void TableLoader::ListaTabelle_Click(int pane) {
     if (!m_editor.listClicks().handled())
         return;
-    activatePane(m_editor, Index);
+    activatePane(m_editor, pane);
     const ActivePaneScope active(m_editor); // the other list's click makes the other pane active; an error may follow
-    ListBox &list = m_editor.ListaTabelle(Index);
-    if (list.ListIndex() == m_editor.UltimoListIndex(Index))
+    ListBox &list = m_editor.ListaTabelle(pane);
+    if (list.ListIndex() == m_editor.UltimoListIndex(pane))
         return;
-    RichiamaTabella(Index, u"ListaTabelle"_s);
+    RichiamaTabella(pane, u"ListaTabelle"_s);
 
-    const int Other = 1 - Index;
-    ListBox &otherList = m_editor.ListaTabelle(Other);
-    if (!m_editor.DtbAperto(Other) || otherList.ListIndex() == list.ListIndex())
+    const int other = 1 - pane;
+    ListBox &otherList = m_editor.ListaTabelle(other);
+    if (!m_editor.DtbAperto(other) || otherList.ListIndex() == list.ListIndex())
         return;
     otherList.setListIndex(list.ListIndex()); // raises the other list's click, which loads the same line there
     otherList.setTopIndex(list.TopIndex());
     m_differences.EvidenziaDifferenzeTabella();
 }
 
-void TableLoader::RichiamaTabella(int Index, const QString &Caller) {
+void TableLoader::RichiamaTabella(int pane, const QString &Caller) {
     Q_UNUSED(Caller)
-    const ListBox &list = m_editor.ListaTabelle(Index);
+    const ListBox &list = m_editor.ListaTabelle(pane);
     if (list.ListIndex() < 0)
         return;
-    Pane &shown = m_editor.pane(Index);
+    Pane &shown = m_editor.pane(pane);
     shown.lineTaken();
-    if (!m_editor.pane(Index).realTableSelected()) {
-        hideTable(Index);
+    if (!m_editor.pane(pane).realTableSelected()) {
+        hideTable(pane);
         return;
     }
-    const QString name = m_editor.pane(Index).selectedTableName();
+    const QString name = m_editor.pane(pane).selectedTableName();
     try {
-        m_editor.pane(Index).showGrid(true);
-        m_editor.pane(Index).makeTableCurrent(name);
-        loadCurrentTable(Index);
+        m_editor.pane(pane).showGrid(true);
+        m_editor.pane(pane).makeTableCurrent(name);
+        loadCurrentTable(pane);
     } catch (const std::exception &error) {
         // Silent: what was filled so far stays, but a grid that still holds another table must not show under this
         // line.
         shown.loadBrokeOff(QString::fromUtf8(error.what()));
-        if (m_editor.pane(Index).TabellaMostrata() != name)
-            hideTable(Index);
+        if (m_editor.pane(pane).TabellaMostrata() != name)
+            hideTable(pane);
     }
     yieldToMessages();
 }
 
-void TableLoader::hideTable(int Index) {
-    m_editor.pane(Index).showGrid(false);
-    if (m_editor.pane(Index).tableHidden())
+void TableLoader::hideTable(int pane) {
+    m_editor.pane(pane).showGrid(false);
+    if (m_editor.pane(pane).tableHidden())
         m_differences.becomeDue(); // the other grid is left alone
 }
 
-void TableLoader::CaricaTabellaDaLista(int Index) {
-    ListBox &list = m_editor.ListaTabelle(Index);
+void TableLoader::CaricaTabellaDaLista(int pane) {
+    ListBox &list = m_editor.ListaTabelle(pane);
     QAction &removeTable = m_editor.controls.action(Command::RemoveTableMenu);
     if (list.ListCount() == 0) {
         removeTable.setEnabled(false);
@@ -81,39 +87,34 @@ void TableLoader::CaricaTabellaDaLista(int Index) {
     if (list.ListIndex() < 0) {
         list.setListIndex(0); // its click loads the table
     } else {
-        if (m_editor.pane(Index).realTableSelected()) {
-            reloaded(Index, [&] {
-                m_editor.pane(Index).makeTableCurrent(m_editor.pane(Index).selectedTableName());
-                loadCurrentTable(Index);
+        if (m_editor.pane(pane).realTableSelected()) {
+            reloaded(pane, [&] {
+                m_editor.pane(pane).makeTableCurrent(m_editor.pane(pane).selectedTableName());
+                loadCurrentTable(pane);
             });
         } else {
-            hideTable(Index);
+            hideTable(pane);
         }
-        m_editor.pane(Index).lineSettled();
+        m_editor.pane(pane).lineSettled();
         m_differences.EvidenziaDifferenzeTabella();
     }
     removeTable.setEnabled(true);
 }
 
-void TableLoader::CaricaTabellaAVideo(int Index) {
-    reloaded(Index, [&] { loadCurrentTable(Index); });
+void TableLoader::CaricaTabellaAVideo(int pane) {
+    reloaded(pane, [&] { loadCurrentTable(pane); });
 }
 
-void TableLoader::reloaded(int Index, const std::function<void()> &load) {
-    try {
-        load();
-    } catch (const std::exception &) {
-        m_editor.pane(Index).tableHidden();
-        throw;
-    }
+void TableLoader::reloaded(int pane, const std::function<void()> &load) {
+    undoneOnError(load, [&] { m_editor.pane(pane).tableHidden(); });
 }
 
-void TableLoader::loadCurrentTable(int Index) {
+void TableLoader::loadCurrentTable(int pane) {
     m_editor.endEdit();
     m_editor.gridCommands().gridFilled();
-    RiempiGrigliaDaTabella(Index);
-    m_editor.pane(Index).loadSucceeded();
-    const Grid &grid = m_editor.Tabella(Index);
+    RiempiGrigliaDaTabella(pane);
+    m_editor.pane(pane).loadSucceeded();
+    const Grid &grid = m_editor.Tabella(pane);
     m_editor.controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
     m_editor.controls.action(Command::RemoveRecordMenu).setEnabled(grid.Rows() >= 2);
     m_editor.setColonnaOrdinamento(1);
@@ -131,10 +132,10 @@ QString headerText(const QirDatabase &database, int field) {
 
 } // namespace
 
-void TableLoader::RiempiGrigliaDaTabella(int Index) {
-    const QirDatabase &database = m_editor.OggettoDtb(Index);
-    Grid &grid = m_editor.Tabella(Index);
-    const bool reload = m_editor.pane(Index).TabellaMostrata() == m_editor.pane(Index).TabellaCorrente();
+void TableLoader::RiempiGrigliaDaTabella(int pane) {
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    Grid &grid = m_editor.Tabella(pane);
+    const bool reload = m_editor.pane(pane).TabellaMostrata() == m_editor.pane(pane).TabellaCorrente();
 
     QStringList headers;
     for (int k = 1; k <= database.QirTableFieldsCount(); ++k)
@@ -144,13 +145,13 @@ void TableLoader::RiempiGrigliaDaTabella(int Index) {
     if (!hasFields)
         headers.append(QString());
     const int records = database.QirTableRecordsCount();
-    if (std::optional<GridSelection> &before = m_selectionBefore[static_cast<std::size_t>(Index)]; !reload)
+    if (std::optional<GridSelection> &before = m_selectionBefore[static_cast<std::size_t>(pane)]; !reload)
         before = noSelection;
     else if (!before)
         before = grid.selection();
 
     // From here on the grid shows this table; until here an error leaves it with the one before.
-    if (m_editor.pane(Index).tableLoaded())
+    if (m_editor.pane(pane).tableLoaded())
         m_differences.becomeDue();
     {
         GridFill fill(grid, headers, records, reload ? GridFill::SameTable : GridFill::NewTable);
@@ -165,17 +166,17 @@ void TableLoader::RiempiGrigliaDaTabella(int Index) {
     if (!hasFields)
         grid.setColData(1, 0);
     if (m_editor.gridsShowSameTable())
-        grid.followRowHeights(m_editor.Tabella(1 - Index));
+        grid.followRowHeights(m_editor.Tabella(1 - pane));
     if (reload && m_editor.panesShowSameTable())
         grid.paintDifferences(m_editor.CelleDiverse());
     SizeAdjust(m_editor, grid);
-    m_editor.pane(Index).showGrid(grid.Rows() > 1);
+    m_editor.pane(pane).showGrid(grid.Rows() > 1);
 }
 
-void TableLoader::reloadAfterFailure(int Index) {
-    RichiamaTabella(Index, u"ListaTabelle"_s);
-    if (m_editor.pane(Index).LoadFailed())
-        hideTable(Index); // its texts are not what the records hold
+void TableLoader::reloadAfterFailure(int pane) {
+    RichiamaTabella(pane, u"ListaTabelle"_s);
+    if (m_editor.pane(pane).LoadFailed())
+        hideTable(pane); // its texts are not what the records hold
     try {
         m_differences.EvidenziaDifferenzeTabella();
     } catch (const std::exception &) { // the error that made the reload necessary is the one to tell

@@ -18,22 +18,25 @@ public:
         : m_editor(editor)
         , m_differences(differences) {}
 
+    /// Listens to the clicks of a pane's list; must outlive it.
+    void connectPane(int pane);
+
     /// A line of the pane's list was selected, by the user or by code.
-    void ListaTabelle_Click(int Index);
+    void ListaTabelle_Click(int pane);
 
     /// Loads the table selected in the pane's list; a placeholder line hides the grid. `Caller` names the control that
     /// asks and changes nothing. A component's error ends the loading silently; the pane then has no loaded line.
-    void RichiamaTabella(int Index, const QString &Caller);
+    void RichiamaTabella(int pane, const QString &Caller);
     /// After the pane's list was refilled: selects its first line, or loads the selected one again.
-    void CaricaTabellaDaLista(int Index);
+    void CaricaTabellaDaLista(int pane);
     /// Loads the component's current table into the pane's grid. After an error the grid counts as showing no table.
-    void CaricaTabellaAVideo(int Index);
+    void CaricaTabellaAVideo(int pane);
     /// Fills the grid from the component's current table: headers, texts, colours, column widths.
-    void RiempiGrigliaDaTabella(int Index);
+    void RiempiGrigliaDaTabella(int pane);
 
     /// After a writing of the grid's texts failed and was undone: loads the selected table again as it stands in the
     /// component, and compares. Silent. A table that cannot be loaded now is hidden.
-    void reloadAfterFailure(int Index);
+    void reloadAfterFailure(int pane);
 
     /// Loads the selected real line of each open pane whose grid shows another table, and compares the cells once if a
     /// grid shows another table, or none any more, since they were compared last; a grid left alone becomes white.
@@ -42,11 +45,11 @@ public:
 
 private:
     /// A placeholder line or none is selected: the grid shows nothing.
-    void hideTable(int Index);
-    void loadCurrentTable(int Index);
+    void hideTable(int pane);
+    void loadCurrentTable(int pane);
     /// Runs `load`. When it breaks off, the grid may show what is no longer so: it counts as showing no table, and the
     /// end of the command loads the selected one again.
-    void reloaded(int Index, const std::function<void()> &load);
+    void reloaded(int pane, const std::function<void()> &load);
 
     void mirrorFilled();
     void compareIfDue();

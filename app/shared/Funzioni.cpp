@@ -2,6 +2,7 @@
 
 #include "base/FileNames.h"
 #include "db/ChosenPlaces.h"
+#include "db/HeaderPeek.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/dialogs/FileDialog.h"
 #include "platform/grid/ColumnMeasure.h"
@@ -9,29 +10,14 @@
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
-
-#include <limits>
 
 namespace qir {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr qint64 headerLengthDigits = 10;
-constexpr qint64 headerBytesRead = 4; // the peek ends with the byte that tells of a password
-
-/// The header length that a file begins with, if it is one: ten characters that are a whole number.
-std::optional<qint64> headerLength(const QByteArray &digits) {
-    bool isNumber = false;
-    const qint64 length = digits.trimmed().toLongLong(&isNumber);
-    if (!isNumber || length < 0 || length > std::numeric_limits<qint32>::max())
-        return std::nullopt;
-    return length;
-}
 
 /// Where the file of a dialog's answer stands: a new one gets the upper-cased name in the folder chosen.
 QString chosenPlace(const FileDialogAnswer &answer) {
@@ -54,12 +40,12 @@ QString objectionToSaving(const FileDialogAnswer &answer, const QString &place) 
 } // namespace
 
 QString applicationTitle() {
-    return u"QIR Database Editor"_s;
+    return QObject::tr("QIR Database Editor");
 }
 
 QString databaseFileFilter() {
-    return u"Device Data Files(*.DDB)|*.DDB|Display Data Files(*.WDB)|*.WDB|User Data Files(*.UDB)|*.UDB|"
-           "User Info Files(*.IDB)|*.IDB|Settings Data Files(*.SDB)|*.SDB"_s;
+    return QObject::tr("Device Data Files(*.DDB)|*.DDB|Display Data Files(*.WDB)|*.WDB|User Data Files(*.UDB)|*.UDB|"
+                       "User Info Files(*.IDB)|*.IDB|Settings Data Files(*.SDB)|*.SDB");
 }
 
 void CaricaListaTabelle(const QirDatabase &database, ListBox &lista) {
@@ -78,17 +64,7 @@ void CaricaListaTabelle(const QirDatabase &database, ListBox &lista) {
 
 std::optional<QByteArray> LeggiIntestazione(const QString &fileName) {
     const Result<QString> reached = placeOf(fileName);
-    // Opening a pipe or a device could wait for ever: only a regular file is looked into.
-    if (!reached || !QFileInfo(*reached).isFile())
-        return std::nullopt;
-    QFile file(*reached);
-    if (file.size() <= headerLengthDigits || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return std::nullopt;
-    const QByteArray start = file.read(headerLengthDigits + headerBytesRead);
-    const std::optional<qint64> length = headerLength(start.left(headerLengthDigits));
-    if (!length || file.size() < headerLengthDigits + *length)
-        return std::nullopt;
-    return start.mid(headerLengthDigits, std::min(*length, headerBytesRead));
+    return reached ? peekHeader(*reached) : std::nullopt;
 }
 
 int LeggiByteIntestazione(const QString &fileName, int position, int &error) {
@@ -152,7 +128,7 @@ bool ChiediSalvataggio(QWidget *parent, const QirDatabase &database) {
         const QString name = database.GetDatabaseFileName();
         if (name.isEmpty() || !database.DtbHasChanged())
             return true;
-        const QString text = u"Database '"_s + name + u"' has changed.\r\nDo you want to save the changes?"_s;
+        const QString text = QObject::tr("Database '%1' has changed.\r\nDo you want to save the changes?").arg(name);
         return askUntilAnswered(parent, text, applicationTitle()) != Answer::No;
     } catch (const std::exception &) {
         return true;

@@ -1,5 +1,7 @@
 #include "app/shared/utility.h"
 
+#include "base/VariantKind.h"
+
 #include <algorithm>
 
 namespace qir {
@@ -14,14 +16,12 @@ const QString allowedInFolder = u"QWERTYUIOPASDFGHJKLZXCVBNMqwertyuiopasdfghjklz
 
 const PercorsoDiviso refused{{}, {}, {}, true};
 
-bool isText(const QVariant &value) {
-    return value.metaType().id() == QMetaType::QString;
-}
-
 bool less(const QVariant &first, const QVariant &second) {
-    if (isText(first) != isText(second))
-        return isText(second);
-    if (isText(first))
+    const bool firstIsText = kindOf(first) == VariantKind::Text;
+    const bool secondIsText = kindOf(second) == VariantKind::Text;
+    if (firstIsText != secondIsText)
+        return secondIsText;
+    if (firstIsText)
         return first.toString() < second.toString();
     return first.toDouble() < second.toDouble();
 }

@@ -1,5 +1,7 @@
 #include "compare/engine/ValueEquality.h"
 
+#include "base/VariantKind.h"
+
 #include <QString>
 
 #include <cmath>
@@ -12,34 +14,25 @@ namespace {
 
 enum class Kind { Empty, Signed, Unsigned, Real, Text, Other };
 
-Kind kindOf(const QVariant &value) {
-    switch (value.typeId()) {
-    case QMetaType::UnknownType:
-    case QMetaType::Nullptr:
-    case QMetaType::Void:
+/// Truth and characters count as whole numbers.
+Kind comparedAs(const QVariant &value) {
+    switch (kindOf(value)) {
+    case VariantKind::Empty:
         return Kind::Empty;
-    case QMetaType::Bool:
-    case QMetaType::Int:
-    case QMetaType::Long:
-    case QMetaType::LongLong:
-    case QMetaType::Short:
-    case QMetaType::SChar:
-    case QMetaType::Char:
+    case VariantKind::Truth:
+    case VariantKind::Character:
+    case VariantKind::Signed:
         return Kind::Signed;
-    case QMetaType::UInt:
-    case QMetaType::ULong:
-    case QMetaType::ULongLong:
-    case QMetaType::UShort:
-    case QMetaType::UChar:
+    case VariantKind::Unsigned:
         return Kind::Unsigned;
-    case QMetaType::Double:
-    case QMetaType::Float:
+    case VariantKind::Real:
         return Kind::Real;
-    case QMetaType::QString:
+    case VariantKind::Text:
         return Kind::Text;
-    default:
-        return Kind::Other;
+    case VariantKind::Other:
+        break;
     }
+    return Kind::Other;
 }
 
 bool realsEqual(double left, double right) {
@@ -88,8 +81,8 @@ bool valuesEqual(const QVariant &left, const QVariant &right) {
         if (type == QMetaType::Int)
             return *static_cast<const int *>(left.constData()) == *static_cast<const int *>(right.constData());
     }
-    const Kind leftKind = kindOf(left);
-    const Kind rightKind = kindOf(right);
+    const Kind leftKind = comparedAs(left);
+    const Kind rightKind = comparedAs(right);
     if (leftKind == Kind::Empty)
         return equalsEmpty(right, rightKind);
     if (rightKind == Kind::Empty)

@@ -1,5 +1,7 @@
 #include "platform/automation/Conversion.h"
 
+#include "base/VariantKind.h"
+
 #include <cmath>
 #include <limits>
 
@@ -31,24 +33,8 @@ const char *nameOf(Shape shape) {
 }
 
 bool isNumber(QMetaType type) {
-    switch (type.id()) {
-    case QMetaType::Bool:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::SChar:
-    case QMetaType::UChar:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return true;
-    default:
-        return false;
-    }
+    const VariantKind kind = kindOf(type);
+    return isNumber(kind) || kind == VariantKind::Truth;
 }
 
 namespace {

@@ -86,7 +86,7 @@ void addNote(QInputDialog &dialog, const QString &note) {
     if (note.isEmpty() || layout == nullptr)
         return;
     auto *label = new QLabel;
-    label->setObjectName(QStringLiteral("note"));
+    label->setObjectName(u"note"_s);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setText(note);

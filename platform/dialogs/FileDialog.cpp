@@ -9,6 +9,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Goes back to the folder that was current.
@@ -59,7 +61,7 @@ public:
         }
         const Result<QString> reached = reachedByTyping(typed, m_extension);
         if (!reached) {
-            messageBox(this, reached.error().text, QStringLiteral("!"));
+            messageBox(this, reached.error().text, u"!"_s);
         } else if (QFileInfo(*reached).isDir()) {
             setDirectory(*reached);
         } else {

@@ -16,7 +16,6 @@
 
 namespace qir {
 
-using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -30,10 +29,6 @@ MessageLoop *theLoop = nullptr;
 
 /// Asks the loop to deliver the first held event.
 const QEvent::Type deliverType = static_cast<QEvent::Type>(QEvent::registerEventType());
-
-QString errorTitle() {
-    return u"QIR Database Editor"_s;
-}
 
 /// Adds one while it lives.
 class Counted {
@@ -130,7 +125,7 @@ void MessageLoop::showError(const QString &text) {
     if (m_ended)
         return;
     QApplication::setOverrideCursor(Qt::ArrowCursor);
-    messageBox(m_window, text, errorTitle());
+    messageBox(m_window, text, m_errorTitle);
     QApplication::restoreOverrideCursor();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QObject>
 #include <QPointer>
 
@@ -42,6 +43,8 @@ public:
     static MessageLoop *instance();
 
     void setWindow(QWidget *window);
+    /// The title of the boxes that tell of a failed command; the application's name without it.
+    void setErrorTitle(const QString &title) { m_errorTitle = title; }
     /// Called when an outermost command has ended, well or not, before input is delivered again; not when the program
     /// is ending. Errors in it are shown like the command's own.
     void addSettling(std::function<void()> settle);
@@ -100,6 +103,7 @@ private:
     bool passesDuringYield(QObject *receiver) const;
 
     QPointer<QWidget> m_window;
+    QString m_errorTitle = QCoreApplication::applicationName();
     std::vector<std::function<void()>> m_settlings;
     std::vector<Level> m_commands;
     std::exception_ptr m_carried;

@@ -1,10 +1,8 @@
 #include "qirtbase/container/ChunkSeal.h"
 
-#include <QtEndian>
+#include "base/ByteReader.h"
 
 #include <xxhash.h>
-
-#include <cstring>
 
 namespace qir {
 
@@ -14,10 +12,6 @@ static_assert(crypto_secretstream_xchacha20poly1305_ABYTES == layout::protectedT
 static_assert(crypto_secretstream_xchacha20poly1305_HEADERBYTES == layout::streamHeaderSize);
 static_assert(alignof(crypto_secretstream_xchacha20poly1305_state) == 1);
 
-const unsigned char *bytesOf(QByteArrayView view) {
-    return reinterpret_cast<const unsigned char *>(view.data());
-}
-
 unsigned char messageTag(bool isLast) {
     return isLast ? crypto_secretstream_xchacha20poly1305_TAG_FINAL : crypto_secretstream_xchacha20poly1305_TAG_MESSAGE;
 }
@@ -25,11 +19,11 @@ unsigned char messageTag(bool isLast) {
 } // namespace
 
 OpenTag openChunkTag(QByteArrayView plain, const HeaderDigest &digest, std::uint64_t index) {
-    const std::uint64_t seed = qFromLittleEndian<std::uint64_t>(digest.data()) + index;
+    const std::uint64_t seed = ByteReader(viewOf(digest)).number<std::uint64_t>() + index;
     const XXH128_hash_t hash = XXH3_128bits_withSeed(plain.data(), std::size_t(plain.size()), seed);
     OpenTag tag;
     qToLittleEndian<std::uint64_t>(hash.low64, tag.data());
-    qToLittleEndian<std::uint64_t>(hash.high64, tag.data() + 8);
+    qToLittleEndian<std::uint64_t>(hash.high64, tag.data() + sizeof hash.low64);
     return tag;
 }
 

@@ -1,9 +1,12 @@
 #include "qirtbase/container/Container.h"
 
+#include "base/ByteReader.h"
+
 #include <algorithm>
-#include <cstring>
 
 namespace qir {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -14,16 +17,12 @@ constexpr qsizetype pieceSize = qsizetype{1} << 20;
 /// Memory taken before anything of the body has been checked.
 constexpr std::uint64_t firstRoom = std::uint64_t{1} << 20;
 
-tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
-    return tl::unexpected(LoadError{kind, text});
-}
-
 tl::unexpected<LoadError> unreadable(SystemError error) {
-    return refused(LoadErrorKind::Unreadable, QStringLiteral("it cannot be read: %1").arg(systemErrorWords(error)));
+    return refused(LoadErrorKind::Unreadable, u"it cannot be read: %1"_s.arg(systemErrorWords(error)));
 }
 
 tl::unexpected<LoadError> truncated(std::uint64_t present, std::uint64_t wanted) {
-    return refused(LoadErrorKind::Truncated, QStringLiteral("it ends after %1 of %2 bytes").arg(present).arg(wanted));
+    return refused(LoadErrorKind::Truncated, u"it ends after %1 of %2 bytes"_s.arg(present).arg(wanted));
 }
 
 LoadResult<std::uint64_t> regularFileSize(FileOps &ops, int file) {
@@ -31,9 +30,9 @@ LoadResult<std::uint64_t> regularFileSize(FileOps &ops, int file) {
     if (!status)
         return unreadable(status.error());
     if (S_ISDIR(status->st_mode))
-        return refused(LoadErrorKind::NotAFile, QStringLiteral("it is a folder"));
+        return refused(LoadErrorKind::NotAFile, u"it is a folder"_s);
     if (!S_ISREG(status->st_mode))
-        return refused(LoadErrorKind::NotAFile, QStringLiteral("it is a device, not a file"));
+        return refused(LoadErrorKind::NotAFile, u"it is a device, not a file"_s);
     return std::uint64_t(status->st_size);
 }
 
@@ -45,12 +44,10 @@ LoadResult<void> checkSize(const HeaderBlock &block, std::uint64_t size, const C
     if (size < wanted)
         return truncated(size, wanted);
     if (size > wanted)
-        return refused(LoadErrorKind::Damaged,
-                       QStringLiteral("it is damaged: %1 bytes follow its end").arg(size - wanted));
+        return refused(LoadErrorKind::Damaged, u"it is damaged: %1 bytes follow its end"_s.arg(size - wanted));
     if (block.header.bodyLength > limits.bodyBytes)
-        return refused(
-            LoadErrorKind::Limits,
-            QStringLiteral("its content is larger than is accepted (%1 bytes)").arg(block.header.bodyLength));
+        return refused(LoadErrorKind::Limits,
+                       u"its content is larger than is accepted (%1 bytes)"_s.arg(block.header.bodyLength));
     return {};
 }
 
@@ -61,12 +58,12 @@ LoadResult<ContainerKeys> unlock(const HeaderBlock &block, const QString &passwo
     return checkKdfCosts(block.header)
         .and_then([&]() -> LoadResult<SecretBytes> {
             if (password.isEmpty())
-                return refused(LoadErrorKind::WrongPassword, QStringLiteral("it is protected and needs a password"));
+                return refused(LoadErrorKind::WrongPassword, u"it is protected and needs a password"_s);
             return deriveKey(passwordBytes(password), block.header.kdf);
         })
         .and_then([&](SecretBytes master) -> LoadResult<ContainerKeys> {
             if (!headerMacMatches(block, deriveHeadKey(master)))
-                return refused(LoadErrorKind::WrongPassword, QStringLiteral("the password does not open it"));
+                return refused(LoadErrorKind::WrongPassword, u"the password does not open it"_s);
             keys.kdf = block.header.kdf;
             keys.master = std::move(master);
             return std::move(keys);
@@ -118,7 +115,7 @@ private:
         const std::size_t size = nextSize();
         return read({out, size + openTagSize}).and_then([&]() -> LoadResult<void> {
             const OpenTag tag = openChunkTag(QByteArrayView(out, qsizetype(size)), m_block.digest, m_index);
-            if (std::memcmp(tag.data(), out + size, tag.size()) != 0)
+            if (QByteArrayView(out + size, qsizetype(openTagSize)) != viewOf(tag))
                 return damaged();
             return {};
         });
@@ -136,8 +133,7 @@ private:
 
     LoadResult<void> damaged() const {
         return refused(LoadErrorKind::Damaged,
-                       QStringLiteral("it is damaged: part %1 of %2 does not match its checksum")
-                           .arg(m_index + 1)
+                       u"it is damaged: part %1 of %2 does not match its checksum"_s.arg(m_index + 1)
                            .arg(chunkCountOf(m_block.header)));
     }
 
@@ -201,7 +197,7 @@ QByteArrayView ContainerWriter::next() {
         m_headWritten = true;
         m_buffer.append(m_block.bytes);
         if (m_stream)
-            m_buffer.append(reinterpret_cast<const char *>(m_streamHeader.data()), qsizetype(m_streamHeader.size()));
+            m_buffer.append(viewOf(m_streamHeader));
     }
     const std::uint64_t count = chunkCountOf(m_block.header);
     const auto sealedMax = (qsizetype{1} << m_block.header.chunkLog2) + qsizetype(protectedTagSize);
@@ -220,7 +216,7 @@ void ContainerWriter::sealNextChunk() {
     } else {
         const OpenTag tag = openChunkTag(plain, m_block.digest, m_chunk);
         m_buffer.append(plain);
-        m_buffer.append(reinterpret_cast<const char *>(tag.data()), qsizetype(tag.size()));
+        m_buffer.append(viewOf(tag));
     }
     ++m_chunk;
 }
@@ -276,7 +272,7 @@ LoadResult<void> verifyContainer(FileOps &ops, int file, const HeaderBlock &expe
     if (!block)
         return tl::unexpected(block.error());
     if (block->bytes != expected.bytes)
-        return refused(LoadErrorKind::Damaged, QStringLiteral("its header is not the one that was written"));
+        return refused(LoadErrorKind::Damaged, u"its header is not the one that was written"_s);
     if (auto checked = checkSize(*block, *size, ContainerLimits{expected.header.bodyLength}); !checked)
         return checked;
     ChunkReader reader(ops, file, *block, keys);

@@ -1,21 +1,22 @@
 #include "qirtbase/container/FileHeader.h"
 
+#include "base/ByteReader.h"
+#include "base/ByteWriter.h"
 #include "qirtbase/container/SecretKey.h"
-
-#include <QtEndian>
 
 #include <sodium.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace qir {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 using namespace layout;
 
-constexpr char magicText[] = {'Q', 'I', 'R'};
+constexpr QByteArrayView magicText("QIR");
 constexpr char protectedMark = '1';
 constexpr char openMark = '0';
 
@@ -25,55 +26,49 @@ constexpr std::uint64_t workMaxMiB = 16384; // passes x MiB
 
 using Check = LoadResult<void>;
 
-tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
-    return tl::unexpected(LoadError{kind, text});
-}
-
 tl::unexpected<LoadError> notADatabase() {
-    return refused(LoadErrorKind::NotADatabase, QStringLiteral("it is not a database of this program"));
+    return refused(LoadErrorKind::NotADatabase, u"it is not a database of this program"_s);
 }
 
 tl::unexpected<LoadError> contradiction(const QString &what) {
-    return refused(LoadErrorKind::Damaged, QStringLiteral("it is damaged: %1").arg(what));
+    return refused(LoadErrorKind::Damaged, u"it is damaged: %1"_s.arg(what));
 }
 
 tl::unexpected<LoadError> newer(const QString &what) {
-    return refused(LoadErrorKind::NewerVersion,
-                   QStringLiteral("it was made by a newer version of this program (%1)").arg(what));
+    return refused(LoadErrorKind::NewerVersion, u"it was made by a newer version of this program (%1)"_s.arg(what));
 }
 
-/// The fields of a header whose bytes are all there.
+/// The fields of a header by their offsets.
 class Fields {
 public:
     explicit Fields(QByteArrayView block)
-        : m_header(reinterpret_cast<const unsigned char *>(block.data()) + lengthDigits)
-        , m_size(std::size_t(block.size()) - lengthDigits) {}
+        : m_header(ByteReader(block).from(lengthDigits)) {}
 
-    std::size_t size() const { return m_size; }
-    const unsigned char *at(std::size_t offset) const { return m_header + offset; }
-    std::uint8_t byte(std::size_t offset) const { return m_header[offset]; }
+    std::size_t size() const { return std::size_t(m_header.left()); }
+    QByteArrayView bytes(std::size_t offset, std::size_t count) const { return m_header.from(offset).bytes(count); }
+    std::uint8_t byte(std::size_t offset) const { return number<std::uint8_t>(offset); }
     template<class T>
     T number(std::size_t offset) const {
-        return qFromLittleEndian<T>(m_header + offset);
+        return m_header.from(offset).number<T>();
     }
     template<std::size_t size>
     std::array<unsigned char, size> array(std::size_t offset) const {
-        std::array<unsigned char, size> bytes;
-        std::memcpy(bytes.data(), m_header + offset, size);
-        return bytes;
+        return m_header.from(offset).array<size>();
     }
-    bool isZero(std::size_t offset, std::size_t count) const { return sodium_is_zero(m_header + offset, count) == 1; }
-    bool isProtected() const { return m_header[protection] == protectedMark; }
+    bool isZero(std::size_t offset, std::size_t count) const {
+        const QByteArrayView field = bytes(offset, count);
+        return std::size_t(field.size()) == count && sodium_is_zero(bytesOf(field), count) == 1;
+    }
+    bool isProtected() const { return byte(protection) == protectedMark; }
 
 private:
-    const unsigned char *m_header;
-    std::size_t m_size;
+    ByteReader m_header;
 };
 
 HeaderDigest digestOf(QByteArrayView bytes, const SecretBytes *key) {
     HeaderDigest digest;
-    crypto_generichash(digest.data(), digest.size(), reinterpret_cast<const unsigned char *>(bytes.data()),
-                       std::size_t(bytes.size()), key ? key->data() : nullptr, key ? key->size() : 0);
+    crypto_generichash(digest.data(), digest.size(), bytesOf(bytes), std::size_t(bytes.size()),
+                       key ? key->data() : nullptr, key ? key->size() : 0);
     return digest;
 }
 
@@ -82,15 +77,15 @@ HeaderDigest macOf(QByteArrayView block, const SecretBytes &headKey) {
 }
 
 Check checkMagic(const Fields &fields) {
-    if (std::memcmp(fields.at(magic), magicText, sizeof magicText) != 0)
+    if (fields.bytes(magic, std::size_t(magicText.size())) != magicText)
         return notADatabase();
     return {};
 }
 
 Check checkDigest(const Fields &fields, QByteArrayView block) {
     const HeaderDigest digest = digestOf(block.chopped(qsizetype(digestFromEnd)), nullptr);
-    if (std::memcmp(digest.data(), fields.at(fields.size() - digestFromEnd), digest.size()) != 0)
-        return contradiction(QStringLiteral("its header does not match its checksum"));
+    if (fields.array<digestSize>(fields.size() - digestFromEnd) != digest)
+        return contradiction(u"its header does not match its checksum"_s);
     return {};
 }
 
@@ -98,24 +93,24 @@ Check checkVersion(const Fields &fields) {
     const auto majorNumber = fields.number<std::uint16_t>(majorVersion);
     const auto minorNumber = fields.number<std::uint16_t>(minorVersion);
     if (majorNumber > currentMajor)
-        return newer(QStringLiteral("format %1.%2").arg(majorNumber).arg(minorNumber));
+        return newer(u"format %1.%2"_s.arg(majorNumber).arg(minorNumber));
     if (majorNumber == 0)
-        return contradiction(QStringLiteral("there is no format 0"));
+        return contradiction(u"there is no format 0"_s);
     if (fields.number<std::uint32_t>(requiredBits) != 0)
-        return newer(QStringLiteral("it needs a feature that this version does not have"));
+        return newer(u"it needs a feature that this version does not have"_s);
     return {};
 }
 
 Check checkReserved(const Fields &fields) {
     if (!fields.isZero(reserved1, 4) || !fields.isZero(reserved2, 8) || !fields.isZero(reserved3, 4) ||
         !fields.isZero(reserved4, 16))
-        return newer(QStringLiteral("it uses header bytes that this version does not know"));
+        return newer(u"it uses header bytes that this version does not know"_s);
     return {};
 }
 
 Check checkChunkSize(const Fields &fields) {
     if (fields.byte(chunkSizeLog2) < chunkLog2Min || fields.byte(chunkSizeLog2) > chunkLog2Max)
-        return refused(LoadErrorKind::Limits, QStringLiteral("its parts have a size that is not accepted"));
+        return refused(LoadErrorKind::Limits, u"its parts have a size that is not accepted"_s);
     return {};
 }
 
@@ -125,44 +120,39 @@ Check checkMethods(const Fields &fields) {
     if ((kdf != Kdf::None && kdf != Kdf::Argon2id13) ||
         (cipher != Cipher::None && cipher != Cipher::XChaCha20Poly1305Stream) ||
         Digest(fields.byte(digestMethod)) != Digest::Blake2bXxh3)
-        return newer(QStringLiteral("it is sealed in a way that this version does not know"));
+        return newer(u"it is sealed in a way that this version does not know"_s);
     if ((kdf != Kdf::None) != fields.isProtected() || (cipher != Cipher::None) != fields.isProtected())
-        return contradiction(QStringLiteral("it says both that it is protected and that it is open"));
+        return contradiction(u"it says both that it is protected and that it is open"_s);
     return {};
 }
 
 Check checkKeyFields(const Fields &fields) {
     if (fields.isProtected()) {
         if (fields.number<std::uint32_t>(kdfLanes) != 1)
-            return newer(QStringLiteral("it is sealed in a way that this version does not know"));
+            return newer(u"it is sealed in a way that this version does not know"_s);
         return {};
     }
     if (!fields.isZero(kdfPasses, reserved4 - kdfPasses) || !fields.isZero(fields.size() - macFromEnd, digestSize))
-        return contradiction(QStringLiteral("it is open but has a password's traces"));
+        return contradiction(u"it is open but has a password's traces"_s);
     return {};
 }
 
 Check checkIds(const Fields &fields) {
     if (fields.isZero(fileId, idSize) || fields.isZero(saveId, idSize))
-        return contradiction(QStringLiteral("it has no identity"));
+        return contradiction(u"it has no identity"_s);
     return {};
 }
 
 /// None is known yet: those that must be known are refused, the others kept.
 Check checkExtensions(const Fields &fields) {
-    std::size_t at = extensions;
-    const std::size_t end = fields.size() - macFromEnd;
-    while (at < end) {
-        if (end - at < extensionHeadSize)
-            return contradiction(QStringLiteral("its header's extensions have no end"));
-        const auto type = fields.number<std::uint16_t>(at);
-        const auto length = fields.number<std::uint16_t>(at + 2);
-        at += extensionHeadSize;
-        if (length > end - at)
-            return contradiction(QStringLiteral("its header's extensions have no end"));
+    ByteReader rest(fields.bytes(extensions, fields.size() - macFromEnd - extensions));
+    while (rest.left() != 0) {
+        const auto type = rest.number<std::uint16_t>();
+        rest.sizedBytes<std::uint16_t>();
+        if (!rest.isComplete())
+            return contradiction(u"its header's extensions have no end"_s);
         if (type & extensionRequired)
-            return newer(QStringLiteral("it needs a feature that this version does not have"));
-        at += length;
+            return newer(u"it needs a feature that this version does not have"_s);
     }
     return {};
 }
@@ -179,9 +169,46 @@ Check checkFields(const Fields &fields, QByteArrayView block) {
         .and_then([&] { return checkExtensions(fields); });
 }
 
-template<class T>
-void putNumber(char *header, std::size_t offset, T value) {
-    qToLittleEndian<T>(value, header + offset);
+/// Writes the fields of a header by their offsets.
+class FieldWriter {
+public:
+    explicit FieldWriter(QByteArray &block)
+        : m_out(block) {}
+
+    template<class T>
+    void number(std::size_t offset, T value) {
+        at(offset).number(value);
+    }
+    void bytes(std::size_t offset, QByteArrayView bytes) { at(offset).bytes(bytes); }
+
+private:
+    ByteWriter &at(std::size_t offset) { return m_out.at(lengthDigits + offset); }
+
+    ByteWriter m_out;
+};
+
+void encodeFields(QByteArray &block, const FileHeader &header) {
+    FieldWriter out(block);
+    out.bytes(magic, magicText);
+    out.number(protection, header.isProtected ? protectedMark : openMark);
+    out.number(majorVersion, currentMajor);
+    out.number(minorVersion, currentMinor);
+    out.number(optionalBits, header.optionalBits);
+    out.number(chunkSizeLog2, header.chunkLog2);
+    out.number(kdfMethod, std::uint8_t(header.isProtected ? Kdf::Argon2id13 : Kdf::None));
+    out.number(cipherMethod, std::uint8_t(header.isProtected ? Cipher::XChaCha20Poly1305Stream : Cipher::None));
+    out.number(digestMethod, std::uint8_t(Digest::Blake2bXxh3));
+    out.number(bodyLength, header.bodyLength);
+    out.bytes(fileId, viewOf(header.fileId));
+    out.bytes(saveId, viewOf(header.saveId));
+    out.number(generation, header.generation);
+    if (header.isProtected) {
+        out.number(kdfPasses, header.kdf.costs.passes);
+        out.number(kdfMemoryKiB, header.kdf.costs.memoryKiB);
+        out.number(kdfLanes, std::uint32_t{1});
+        out.bytes(salt, viewOf(header.kdf.salt));
+    }
+    out.bytes(extensions, header.extensions);
 }
 
 } // namespace
@@ -190,31 +217,8 @@ HeaderBlock encodeHeader(const FileHeader &header, const SecretBytes *headKey) {
     const std::size_t length = headerLength + std::size_t(header.extensions.size());
     HeaderBlock block{header, QByteArray(qsizetype(lengthDigits + length), '\0'), {}};
     const QByteArray digits = QByteArray::number(qulonglong(length)).rightJustified(qsizetype(lengthDigits), '0');
-    char *const start = block.bytes.data();
-    std::memcpy(start, digits.constData(), lengthDigits);
-
-    char *const out = start + lengthDigits;
-    std::memcpy(out + magic, magicText, sizeof magicText);
-    out[protection] = header.isProtected ? protectedMark : openMark;
-    putNumber<std::uint16_t>(out, majorVersion, currentMajor);
-    putNumber<std::uint16_t>(out, minorVersion, currentMinor);
-    putNumber<std::uint32_t>(out, optionalBits, header.optionalBits);
-    putNumber<std::uint8_t>(out, chunkSizeLog2, header.chunkLog2);
-    putNumber(out, kdfMethod, std::uint8_t(header.isProtected ? Kdf::Argon2id13 : Kdf::None));
-    putNumber(out, cipherMethod, std::uint8_t(header.isProtected ? Cipher::XChaCha20Poly1305Stream : Cipher::None));
-    putNumber(out, digestMethod, std::uint8_t(Digest::Blake2bXxh3));
-    putNumber<std::uint64_t>(out, bodyLength, header.bodyLength);
-    std::memcpy(out + fileId, header.fileId.data(), idSize);
-    std::memcpy(out + saveId, header.saveId.data(), idSize);
-    putNumber<std::uint64_t>(out, generation, header.generation);
-    if (header.isProtected) {
-        putNumber<std::uint32_t>(out, kdfPasses, header.kdf.costs.passes);
-        putNumber<std::uint32_t>(out, kdfMemoryKiB, header.kdf.costs.memoryKiB);
-        putNumber<std::uint32_t>(out, kdfLanes, 1);
-        std::memcpy(out + salt, header.kdf.salt.data(), saltSize);
-    }
-    std::copy(header.extensions.cbegin(), header.extensions.cend(), out + extensions);
-
+    ByteWriter(block.bytes).at(0).bytes(digits);
+    encodeFields(block.bytes, header);
     block.digest = sealHeader(block.bytes, headKey);
     return block;
 }
@@ -222,17 +226,17 @@ HeaderBlock encodeHeader(const FileHeader &header, const SecretBytes *headKey) {
 HeaderDigest sealHeader(QByteArray &block, const SecretBytes *headKey) {
     if (headKey) {
         const HeaderDigest mac = macOf(block, *headKey);
-        std::memcpy(block.data() + block.size() - macFromEnd, mac.data(), mac.size());
+        ByteWriter(block).at(std::size_t(block.size()) - macFromEnd).array(mac);
     }
     const HeaderDigest digest = digestOf(QByteArrayView(block).chopped(qsizetype(digestFromEnd)), nullptr);
-    std::memcpy(block.data() + block.size() - digestFromEnd, digest.data(), digest.size());
+    ByteWriter(block).at(std::size_t(block.size()) - digestFromEnd).array(digest);
     return digest;
 }
 
 LoadResult<std::size_t> decodeHeaderLength(QByteArrayView firstBytes) {
     const QByteArrayView digits = firstBytes.first(std::min(firstBytes.size(), qsizetype(lengthDigits)));
     if (digits.isEmpty())
-        return refused(LoadErrorKind::Empty, QStringLiteral("it is empty"));
+        return refused(LoadErrorKind::Empty, u"it is empty"_s);
     std::size_t length = 0;
     for (const char digit : digits) {
         if (digit < '0' || digit > '9')
@@ -240,7 +244,7 @@ LoadResult<std::size_t> decodeHeaderLength(QByteArrayView firstBytes) {
         length = length * 10 + std::size_t(digit - '0');
     }
     if (std::size_t(digits.size()) < lengthDigits)
-        return refused(LoadErrorKind::Truncated, QStringLiteral("it ends after %1 bytes").arg(digits.size()));
+        return refused(LoadErrorKind::Truncated, u"it ends after %1 bytes"_s.arg(digits.size()));
     if (length < headerLength || length > headerLengthMax)
         return notADatabase();
     return length;
@@ -269,19 +273,18 @@ LoadResult<HeaderBlock> decodeHeader(QByteArray bytes) {
 
 bool headerMacMatches(const HeaderBlock &block, const SecretBytes &headKey) {
     const HeaderDigest mac = macOf(block.bytes, headKey);
-    return sodium_memcmp(mac.data(), block.bytes.constData() + block.bytes.size() - qsizetype(macFromEnd),
-                         mac.size()) == 0;
+    const auto written =
+        Fields(block.bytes).array<digestSize>(std::size_t(block.bytes.size()) - lengthDigits - macFromEnd);
+    return sodium_memcmp(mac.data(), written.data(), mac.size()) == 0;
 }
 
 LoadResult<void> checkKdfCosts(const FileHeader &header) {
     const auto [passes, memoryKiB] = header.kdf.costs;
     if (passes < 1 || passes > passesMax || memoryKiB < memoryMinKiB || memoryKiB > memoryMaxKiB ||
         std::uint64_t{passes} * memoryKiB > workMaxMiB * 1024)
-        return refused(LoadErrorKind::Limits,
-                       QStringLiteral("trying a password on it would take more time or memory than "
-                                      "is accepted (%1 passes over %2 KiB)")
-                           .arg(passes)
-                           .arg(memoryKiB));
+        return refused(LoadErrorKind::Limits, u"trying a password on it would take more time or memory than "
+                                              "is accepted (%1 passes over %2 KiB)"_s.arg(passes)
+                                                  .arg(memoryKiB));
     return {};
 }
 

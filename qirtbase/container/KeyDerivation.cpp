@@ -4,6 +4,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::size_t keySize = 32;
@@ -24,10 +26,8 @@ LoadResult<SecretBytes> deriveMasterKey(const SecretBytes &password, const KdfPa
                                             crypto_pwhash_argon2id_ALG_ARGON2ID13);
     wipeStack();
     if (done != 0)
-        return tl::unexpected(LoadError{LoadErrorKind::Limits,
-                                        QStringLiteral("there is not enough memory to turn the password into a key "
-                                                       "(%1 MiB are needed)")
-                                            .arg(parameters.costs.memoryKiB / 1024)});
+        return refused(LoadErrorKind::Limits, u"there is not enough memory to turn the password into a key "
+                                              "(%1 MiB are needed)"_s.arg(parameters.costs.memoryKiB / 1024));
     return key;
 }
 

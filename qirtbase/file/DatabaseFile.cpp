@@ -15,11 +15,9 @@
 
 namespace qir {
 
-namespace {
+using namespace Qt::StringLiterals;
 
-tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
-    return tl::unexpected(LoadError{kind, text});
-}
+namespace {
 
 /// So that the file is found again when the program's folder changes. Not cleaned: ".." after a link counts.
 QString absolutePath(const QString &path) {
@@ -78,10 +76,10 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
     Q_ASSERT(m_state == State::Fresh);
     m_state = State::Failed;
     if (path.isEmpty())
-        return refused(LoadErrorKind::Missing, QStringLiteral("no file name was given"));
+        return refused(LoadErrorKind::Missing, u"no file name was given"_s);
     const auto where = reached(path);
     if (!where)
-        return refused(LoadErrorKind::AmbiguousName, QStringLiteral("%1: %2").arg(path, where.error().text));
+        return refused(LoadErrorKind::AmbiguousName, u"%1: %2"_s.arg(path, where.error().text));
     QStringList notices;
     auto read = readDatabaseFile(m_ops,
                                  {.path = *where,
@@ -91,10 +89,10 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
                                   .stateFolder = m_options.stateFolder},
                                  notices);
     for (const QString &notice : notices)
-        tell(QStringLiteral("%1: %2").arg(path, notice));
+        tell(u"%1: %2"_s.arg(path, notice));
     if (!read) {
         endLoad();
-        return refused(read.error().kind, QStringLiteral("%1: %2").arg(path, read.error().text));
+        return refused(read.error().kind, u"%1: %2"_s.arg(path, read.error().text));
     }
     m_state = State::Ready;
     m_place = {path, absolutePath(*where)};
@@ -229,11 +227,11 @@ DatabaseFile::Released DatabaseFile::saveAtRelease(QByteArrayView body) noexcept
 DatabaseFile::Released DatabaseFile::rescue(const QString &name, const QString &reason, QByteArrayView body) {
     const auto rescued = writeRescue(name, body);
     if (!rescued) {
-        tell(QStringLiteral("%1\n\nThe changes could not be kept in '%2' either: %3")
-                 .arg(reason, m_options.stateFolder, systemErrorWords(rescued.error())));
+        tell(u"%1\n\nThe changes could not be kept in '%2' either: %3"_s.arg(reason, m_options.stateFolder,
+                                                                             systemErrorWords(rescued.error())));
         return Released::Lost;
     }
-    tell(QStringLiteral("%1\n\nThe changes are kept in '%2'.").arg(reason, *rescued));
+    tell(u"%1\n\nThe changes are kept in '%2'."_s.arg(reason, *rescued));
     return Released::Rescued;
 }
 
@@ -262,12 +260,12 @@ Result<bool> DatabaseFile::opensWith(const QString &password) const {
 
 Result<void> DatabaseFile::changePassword(const QString &current, const QString &replacement) {
     if (m_state == State::Failed)
-        return failure(QStringLiteral("no database is loaded"));
+        return failure(u"no database is loaded"_s);
     const auto opens = opensWith(current);
     if (!opens)
         return tl::unexpected(opens.error());
     if (!*opens)
-        return failure(QStringLiteral("the current password is wrong"));
+        return failure(u"the current password is wrong"_s);
     ContainerKeys keys;
     if (!replacement.isEmpty()) {
         keys.kdf.costs = m_options.costs;

@@ -66,8 +66,6 @@ public:
     void fail();
     /// A fresh instance becomes a new, open database without a name.
     void createNew();
-    bool isFresh() const { return m_state == State::Fresh; }
-    bool isReady() const { return m_state == State::Ready; }
 
     /// From now on this very name stands for the file at a path, without a search.
     void setPlace(const QString &name, const QString &path) { m_told = {name, path}; }

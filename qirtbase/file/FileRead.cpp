@@ -8,13 +8,11 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int readsMax = 4;
-
-tl::unexpected<LoadError> refused(LoadErrorKind kind, const QString &text) {
-    return tl::unexpected(LoadError{kind, text});
-}
 
 LoadErrorKind kindOf(SystemError error) {
     return error.number == ENOENT || error.number == ENOTDIR ? LoadErrorKind::Missing : LoadErrorKind::Unreadable;
@@ -26,13 +24,12 @@ LoadResult<OpenFile> openRegular(FileOps &ops, const std::string &path) {
     if (!status)
         return refused(kindOf(status.error()), systemErrorWords(status.error()));
     if (S_ISDIR(status->st_mode))
-        return refused(LoadErrorKind::NotAFile, QStringLiteral("it is a folder"));
+        return refused(LoadErrorKind::NotAFile, u"it is a folder"_s);
     if (!S_ISREG(status->st_mode))
-        return refused(LoadErrorKind::NotAFile, QStringLiteral("it is a device, not a file"));
+        return refused(LoadErrorKind::NotAFile, u"it is a device, not a file"_s);
     auto file = OpenFile::openAt(ops, AT_FDCWD, path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (!file)
-        return refused(kindOf(file.error()),
-                       QStringLiteral("it cannot be opened: %1").arg(systemErrorWords(file.error())));
+        return refused(kindOf(file.error()), u"it cannot be opened: %1"_s.arg(systemErrorWords(file.error())));
     return std::move(*file);
 }
 
@@ -52,7 +49,7 @@ bool mayBeInFlux(FileOps &ops, int file, const struct stat &before, const LoadEr
 }
 
 LoadError systemFailure(SystemError error) {
-    return {LoadErrorKind::Unreadable, QStringLiteral("it cannot be read: %1").arg(systemErrorWords(error))};
+    return {LoadErrorKind::Unreadable, u"it cannot be read: %1"_s.arg(systemErrorWords(error))};
 }
 
 /// Whether a save in place was cut short, and what is left of it. A path that leads nowhere any more has none.
@@ -70,9 +67,9 @@ LoadResult<InPlaceRecovery> recover(FileOps &ops, const ReadRequest &request, co
 /// The error of a read, with what recovering has to say of it.
 LoadError explained(LoadError error, const InPlaceRecovery &recovery) {
     if (recovery.beingWritten)
-        return {LoadErrorKind::Unreadable, QStringLiteral("another program is saving it just now; try again")};
+        return {LoadErrorKind::Unreadable, u"another program is saving it just now; try again"_s};
     if (!recovery.hindrance.isEmpty())
-        error.text += QStringLiteral("; ") + recovery.hindrance;
+        error.text += u"; "_s + recovery.hindrance;
     return error;
 }
 

@@ -13,6 +13,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr mode_t protectedMode = 0600;
@@ -130,7 +132,7 @@ FileSave::Step FileSave::write() {
 FileSave::Step FileSave::readBack() {
     const auto verified = verifyContainer(m_ops, m_staged->descriptor(), m_writer->headerBlock(), m_request.keys);
     if (!verified)
-        return m_target.failed(QStringLiteral("what was written does not read back: %1").arg(verified.error().text));
+        return m_target.failed(u"what was written does not read back: %1"_s.arg(verified.error().text));
     announce();
     return {};
 }
@@ -145,7 +147,7 @@ FileSave::Step FileSave::publishNew() {
     if (published)
         return {};
     if (published.error().number == EEXIST)
-        return m_target.failed(QStringLiteral("another program has just made a file of this name; use Save As"));
+        return m_target.failed(u"another program has just made a file of this name; use Save As"_s);
     return notPublished(published.error());
 }
 
@@ -190,9 +192,9 @@ FileSave::Step FileSave::settle() {
     if (const auto synced = m_target.place().syncFolder(m_ops); !synced) {
         const QString old = displayName(m_staged->temporaryName());
         m_staged->leaveTemporary();
-        return failure(QStringLiteral("%1: was saved, but a power failure now might bring the old version back: %2%3")
-                           .arg(m_request.target.name, systemErrorWords(synced.error()),
-                                old.isEmpty() ? QString() : QStringLiteral(" (it stays as '%1')").arg(old)));
+        return failure(u"%1: was saved, but a power failure now might bring the old version back: %2%3"_s.arg(
+            m_request.target.name, systemErrorWords(synced.error()),
+            old.isEmpty() ? QString() : u" (it stays as '%1')"_s.arg(old)));
     }
     settleReplaced();
     forgetCopies(m_staged->descriptor());
@@ -210,15 +212,15 @@ void FileSave::settleReplaced() {
     if (replaced && !replaced->exists) { // somebody has cleaned up already
         m_staged->leaveTemporary();
     } else if (!replaced || (replaced->unreadable && !m_target.standing().unreadable)) {
-        keepAsConflictCopy(QStringLiteral("what stood there could not be looked at again; it"));
+        keepAsConflictCopy(u"what stood there could not be looked at again; it"_s);
     } else if (!m_target.isStill(*replaced)) {
-        keepAsConflictCopy(QStringLiteral("another program had saved it meanwhile, and its version"));
+        keepAsConflictCopy(u"another program had saved it meanwhile, and its version"_s);
     } else if (m_request.target.replaceMeant && m_target.mayBeSomebodysVersion()) {
-        keepAsConflictCopy(QStringLiteral("the version that stood there"));
+        keepAsConflictCopy(u"the version that stood there"_s);
     } else if (const auto removed = m_staged->removeTemporary(); !removed) {
         m_outcome.notices.append(
-            QStringLiteral("%1: was saved, but its previous version could not be removed and stays as '%2': %3")
-                .arg(m_request.target.name, displayName(name), systemErrorWords(removed.error())));
+            u"%1: was saved, but its previous version could not be removed and stays as '%2': %3"_s.arg(
+                m_request.target.name, displayName(name), systemErrorWords(removed.error())));
     }
 }
 
@@ -227,7 +229,7 @@ void FileSave::keepAsConflictCopy(const QString &why) {
                                     [&](const std::string &candidate) { return m_staged->renameTemporary(candidate); });
     const QString name = kept ? *kept : displayName(m_staged->temporaryName());
     m_staged->leaveTemporary();
-    m_outcome.notices.append(QStringLiteral("%1: %2 is kept as '%3'").arg(m_request.target.name, why, name));
+    m_outcome.notices.append(u"%1: %2 is kept as '%3'"_s.arg(m_request.target.name, why, name));
 }
 
 // -------------------------------------------------------------------------------------------------- writing in place
@@ -239,7 +241,7 @@ FileSave::Step FileSave::writeInPlace() {
         return m_target.failed(file.error());
     if (const auto locked = m_ops.lock(file->descriptor(), LockKind::Exclusive);
         !locked && locked.error().number == EWOULDBLOCK)
-        return m_target.failed(QStringLiteral("another program is saving it just now; try again"));
+        return m_target.failed(u"another program is saving it just now; try again"_s);
     const auto status = m_ops.status(file->descriptor());
     if (!status)
         return m_target.failed(status.error());
@@ -260,13 +262,12 @@ FileSave::Step FileSave::makeWhole(const InPlaceCopy::File &file) {
     if (!recovery)
         return m_target.failed(recovery.error());
     if (recovery->beingWritten)
-        return m_target.failed(QStringLiteral("another program is saving it just now; try again"));
+        return m_target.failed(u"another program is saving it just now; try again"_s);
     if (recovery->shown)
-        return m_target.failed(QStringLiteral("an earlier save of it had been cut short, and it could not be made "
-                                              "whole first: %1")
-                                   .arg(recovery->hindrance));
+        return m_target.failed(u"an earlier save of it had been cut short, and it could not be made "
+                               "whole first: %1"_s.arg(recovery->hindrance));
     for (const QString &notice : recovery->notices)
-        m_outcome.notices.append(QStringLiteral("%1: %2").arg(m_request.target.name, notice));
+        m_outcome.notices.append(u"%1: %2"_s.arg(m_request.target.name, notice));
     return {};
 }
 
@@ -287,8 +288,8 @@ SystemResult<InPlaceCopy> FileSave::storeSafeCopy(int file) {
 FileSave::Step FileSave::writeThrough(int file) {
     auto copy = storeSafeCopy(file);
     if (!copy)
-        return m_target.failed(QStringLiteral("no safe copy of it could be made in '%1' first: %2")
-                                   .arg(m_request.stateFolder, systemErrorWords(copy.error())));
+        return m_target.failed(u"no safe copy of it could be made in '%1' first: %2"_s.arg(
+            m_request.stateFolder, systemErrorWords(copy.error())));
     announce();
     const auto written = copy->writeNext(file);
     const auto verified =
@@ -303,8 +304,8 @@ FileSave::Step FileSave::writeThrough(int file) {
     m_outcome.published = true;
     rememberOwnSave(m_outcome.header.saveId);
     if (!removal.lasting)
-        return failure(QStringLiteral("%1: was saved, but a power failure now might bring the old version back: %2")
-                           .arg(m_request.target.name, systemErrorWords(removal.error)));
+        return failure(u"%1: was saved, but a power failure now might bring the old version back: %2"_s.arg(
+            m_request.target.name, systemErrorWords(removal.error)));
     return {};
 }
 
@@ -316,15 +317,13 @@ FileSave::Step FileSave::undo(InPlaceCopy &copy, int file, const QString &reason
         return m_target.failed(reason);
     }
     m_outcome.torn = true;
-    return m_target.failed(QStringLiteral("%1; it is incomplete now, and becomes what it was before when it is next "
-                                          "saved or opened")
-                               .arg(reason));
+    return m_target.failed(u"%1; it is incomplete now, and becomes what it was before when it is next "
+                           "saved or opened"_s.arg(reason));
 }
 
 FileSave::Step FileSave::uncertain(SystemError error) {
-    return m_target.failed(QStringLiteral("%1; whether the old or the new version stands there now could not be found "
-                                          "out")
-                               .arg(systemErrorWords(error)));
+    return m_target.failed(u"%1; whether the old or the new version stands there now could not be found "
+                           "out"_s.arg(systemErrorWords(error)));
 }
 
 /// The file is whole again: what an attempt in place has left of the version that this save followed is of no use.
@@ -347,9 +346,8 @@ FileSave::Step FileSave::keepCopyElsewhere(int file) {
     const auto kept = keepVersionOf(m_ops, file, m_target, m_request.stateFolder);
     if (!kept)
         return m_target.failed(
-            QStringLiteral("the version that stands there could not be kept: %1").arg(systemErrorWords(kept.error())));
-    m_outcome.notices.append(
-        QStringLiteral("%1: the version that stood there is kept as '%2'").arg(m_request.target.name, *kept));
+            u"the version that stands there could not be kept: %1"_s.arg(systemErrorWords(kept.error())));
+    m_outcome.notices.append(u"%1: the version that stood there is kept as '%2'"_s.arg(m_request.target.name, *kept));
     return {};
 }
 

@@ -9,6 +9,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Content = InPlaceCopy::Content;
@@ -26,8 +28,8 @@ public:
             return tl::unexpected(found.error());
         m_recovery.beingWritten = found->beingWritten;
         if (!found->unreadable.isEmpty())
-            m_recovery.hindrance = QStringLiteral("the safe copy '%1' of a save that was cut short may not be read")
-                                       .arg(found->unreadable);
+            m_recovery.hindrance =
+                u"the safe copy '%1' of a save that was cut short may not be read"_s.arg(found->unreadable);
         for (InPlaceCopy &copy : found->copies) {
             const auto content = copy.contentOf(m_request.file.descriptor);
             if (!content)
@@ -48,7 +50,7 @@ private:
             return {};
         }
         if (content == Content::Mixture) { // a copy of the file: nobody said that it may be written
-            show(copy, QStringLiteral("it is not the file that was being saved, but a copy of it"));
+            show(copy, u"it is not the file that was being saved, but a copy of it"_s);
             return {};
         }
         if (content == Content::Foreign && copy.match() == Match::Inode)
@@ -58,9 +60,9 @@ private:
             if (!name)
                 return tl::unexpected(name.error());
             if (!name->empty()) { // that one needs it
-                m_recovery.notices.append(QStringLiteral("a save of the file that stood here before had been cut "
-                                                         "short; it is '%1' now and becomes whole when it is opened")
-                                              .arg(QFile::decodeName(name->c_str())));
+                m_recovery.notices.append(u"a save of the file that stood here before had been cut "
+                                          "short; it is '%1' now and becomes whole when it is opened"_s.arg(
+                                              QFile::decodeName(name->c_str())));
                 return {};
             }
         }
@@ -103,8 +105,7 @@ private:
             return;
         }
         (void)copy.remove(); // one that stays says of the file what it is
-        m_recovery.notices.append(
-            QStringLiteral("a save of it had been cut short; it is again what it was before that save"));
+        m_recovery.notices.append(u"a save of it had been cut short; it is again what it was before that save"_s);
     }
 
     /// The file for writing, held against those who write it in place.
@@ -128,35 +129,32 @@ private:
     void show(InPlaceCopy &copy, const QString &why) {
         m_recovery.hindrance = why;
         m_recovery.notices.append(
-            QStringLiteral("a save of it had been cut short, and it could not be made whole: %1; what it was before "
-                           "that save is shown")
-                .arg(why));
+            u"a save of it had been cut short, and it could not be made whole: %1; what it was before "
+            "that save is shown"_s.arg(why));
         m_recovery.shown.emplace(std::move(copy));
     }
 
     /// Something else stands there now: it stays, and both versions are kept.
     void setAside(InPlaceCopy &copy) {
-        const QString what =
-            QStringLiteral("a save of it had been cut short, and something else was put in its place since");
+        const QString what = u"a save of it had been cut short, and something else was put in its place since"_s;
         if (!copy.isWritable()) { // kept again and again otherwise
-            m_recovery.notices.append(QStringLiteral("%1; what it was before that save and what was to be saved are "
-                                                     "still in '%2'")
-                                          .arg(what, copy.location()));
+            m_recovery.notices.append(u"%1; what it was before that save and what was to be saved are "
+                                      "still in '%2'"_s.arg(what, copy.location()));
             return;
         }
         const auto base = keep([&](int file) { return copy.copyBase(file); });
         const auto next = base ? keep([&](int file) { return copy.copyNext(file); }) : base;
         if (!next) {
             m_recovery.notices.append(
-                QStringLiteral("%1; what it was before that save and what was to be saved are still in '%2', but "
-                               "could not be kept in '%3': %4")
-                    .arg(what, copy.location(), m_request.stateFolder, systemErrorWords(next.error())));
+                u"%1; what it was before that save and what was to be saved are still in '%2', but "
+                "could not be kept in '%3': %4"_s.arg(what, copy.location(), m_request.stateFolder,
+                                                      systemErrorWords(next.error())));
             return;
         }
         (void)copy.remove(); // one that stays is kept once more
         m_recovery.notices.append(
-            QStringLiteral("%1; what it was before that save is kept in '%2', what was to be saved in '%3'")
-                .arg(what, *base, *next));
+            u"%1; what it was before that save is kept in '%2', what was to be saved in '%3'"_s.arg(what, *base,
+                                                                                                    *next));
     }
 
     SystemResult<QString> keep(const std::function<SystemResult<void>(int)> &fill) {

@@ -13,6 +13,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr char rescueFolder[] = "rescue";
@@ -57,9 +59,9 @@ QString rescuePath(const QString &stateFolder, const QString &name) {
 
 VersionName rescueName(const QString &path) {
     const QFileInfo info(path);
-    VersionName name{info.completeBaseName(), QStringLiteral("rescued"), QStringLiteral(".ddb")};
+    VersionName name{info.completeBaseName(), u"rescued"_s, u".ddb"_s};
     if (name.name.isEmpty())
-        name.name = QStringLiteral("unnamed");
+        name.name = u"unnamed"_s;
     else if (!info.suffix().isEmpty())
         name.extension = u'.' + info.suffix();
     return name;
@@ -91,7 +93,7 @@ SystemResult<QString> underFreeName(const VersionName &name,
 }
 
 VersionName conflictName(const std::string &name) {
-    return {QFile::decodeName(name.c_str()), QStringLiteral("conflict"), {}};
+    return {QFile::decodeName(name.c_str()), u"conflict"_s, {}};
 }
 
 SystemResult<QString> keepVersionOf(FileOps &ops, int file, const SaveTarget &target, const QString &stateFolder) {

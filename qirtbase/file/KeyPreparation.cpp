@@ -7,6 +7,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The memory of the derivations that run.
@@ -47,7 +49,7 @@ private:
 };
 
 LoadError notDerived() {
-    return {LoadErrorKind::Limits, QStringLiteral("there is not enough memory to turn the password into a key")};
+    return {LoadErrorKind::Limits, u"there is not enough memory to turn the password into a key"_s};
 }
 
 } // namespace

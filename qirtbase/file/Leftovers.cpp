@@ -8,6 +8,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::size_t tagBytes = 4;
@@ -68,8 +70,8 @@ QStringList removeLeftovers(FileOps &ops, const ResolvedPath &place, const FileI
                 return ops.renameAt(folder, entry, candidate, RENAME_NOREPLACE);
             });
             if (kept)
-                notices.append(QStringLiteral("%1: a version that an interrupted save had left behind is kept as '%2'")
-                                   .arg(name, *kept));
+                notices.append(
+                    u"%1: a version that an interrupted save had left behind is kept as '%2'"_s.arg(name, *kept));
         }
     }
     return notices;

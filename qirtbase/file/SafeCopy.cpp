@@ -1,12 +1,13 @@
 #include "qirtbase/file/SafeCopy.h"
 
+#include "base/ByteReader.h"
+#include "base/ByteWriter.h"
+
 #include <QRandomGenerator>
-#include <QtEndian>
 
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
-#include <cstring>
 
 namespace qir {
 
@@ -20,21 +21,10 @@ constexpr std::string_view nameStart = ".qir-";
 constexpr std::string_view nameEnd = ".safe";
 constexpr std::size_t nameDigits = 16;
 
-void append(QByteArray &out, std::uint64_t number) {
-    const std::uint64_t little = qToLittleEndian(number);
-    out.append(reinterpret_cast<const char *>(&little), sizeof little);
-}
-
-template<std::size_t n>
-void append(QByteArray &out, const std::array<unsigned char, n> &bytes) {
-    out.append(reinterpret_cast<const char *>(bytes.data()), qsizetype(n));
-}
-
 void appendDigest(QByteArray &out) {
     std::array<unsigned char, digestSize> digest;
-    crypto_generichash(digest.data(), digest.size(), reinterpret_cast<const unsigned char *>(out.constData()),
-                       std::size_t(out.size()), nullptr, 0);
-    append(out, digest);
+    crypto_generichash(digest.data(), digest.size(), bytesOf(out), std::size_t(out.size()), nullptr, 0);
+    out.append(viewOf(digest));
 }
 
 /// Whether bytes start with a magic and end with the digest of what stands before it.
@@ -46,24 +36,12 @@ bool isWhole(QByteArrayView bytes, QByteArrayView magic) {
     return bytes == again;
 }
 
-std::uint64_t takeNumber(QByteArrayView &rest) {
-    const auto number = qFromLittleEndian<std::uint64_t>(rest.data());
-    rest = rest.sliced(sizeof number);
-    return number;
-}
-
-template<std::size_t n>
-void take(QByteArrayView &rest, std::array<unsigned char, n> &bytes) {
-    std::memcpy(bytes.data(), rest.data(), n);
-    rest = rest.sliced(qsizetype(n));
-}
-
 } // namespace
 
 PlaceHash placeHash(const std::string &text) {
     PlaceHash hash;
-    crypto_generichash(hash.data(), hash.size(), reinterpret_cast<const unsigned char *>(text.data()), text.size(),
-                       nullptr, 0);
+    const QByteArrayView bytes(text.data(), qsizetype(text.size()));
+    crypto_generichash(hash.data(), hash.size(), bytesOf(bytes), text.size(), nullptr, 0);
     return hash;
 }
 
@@ -72,8 +50,7 @@ VersionsDigest::VersionsDigest() {
 }
 
 void VersionsDigest::add(QByteArrayView bytes) {
-    crypto_generichash_update(&m_state, reinterpret_cast<const unsigned char *>(bytes.data()),
-                              static_cast<unsigned long long>(bytes.size()));
+    crypto_generichash_update(&m_state, bytesOf(bytes), static_cast<unsigned long long>(bytes.size()));
 }
 
 VersionsDigest::Value VersionsDigest::value() {
@@ -84,14 +61,15 @@ VersionsDigest::Value VersionsDigest::value() {
 
 QByteArray SafeCopyHead::encode() const {
     QByteArray bytes = headMagic.toByteArray();
-    append(bytes, inode);
-    append(bytes, name);
-    append(bytes, path);
-    append(bytes, base);
-    append(bytes, next);
-    append(bytes, baseSize);
-    append(bytes, nextSize);
-    append(bytes, digest);
+    ByteWriter out(bytes);
+    out.number(inode);
+    out.array(name);
+    out.array(path);
+    out.array(base);
+    out.array(next);
+    out.number(baseSize);
+    out.number(nextSize);
+    out.array(digest);
     appendDigest(bytes);
     Q_ASSERT(std::size_t(bytes.size()) == size);
     return bytes;
@@ -101,15 +79,15 @@ std::optional<SafeCopyHead> SafeCopyHead::decode(QByteArrayView bytes) {
     if (std::size_t(bytes.size()) != size || !isWhole(bytes, headMagic))
         return std::nullopt;
     SafeCopyHead head;
-    QByteArrayView rest = bytes.sliced(headMagic.size());
-    head.inode = takeNumber(rest);
-    take(rest, head.name);
-    take(rest, head.path);
-    take(rest, head.base);
-    take(rest, head.next);
-    head.baseSize = takeNumber(rest);
-    head.nextSize = takeNumber(rest);
-    take(rest, head.digest);
+    ByteReader rest(bytes.sliced(headMagic.size()));
+    head.inode = rest.number<std::uint64_t>();
+    head.name = rest.array<sizeof head.name>();
+    head.path = rest.array<sizeof head.path>();
+    head.base = rest.array<sizeof head.base>();
+    head.next = rest.array<sizeof head.next>();
+    head.baseSize = rest.number<std::uint64_t>();
+    head.nextSize = rest.number<std::uint64_t>();
+    head.digest = rest.array<sizeof head.digest>();
     return head;
 }
 
@@ -119,8 +97,9 @@ QByteArrayView SafeCopyHead::voidMark() {
 
 QByteArray SafeCopyPointer::encode() const {
     QByteArray bytes = pointerMagic.toByteArray();
-    append(bytes, inode);
-    bytes.append(path.data(), qsizetype(path.size()));
+    ByteWriter out(bytes);
+    out.number(inode);
+    out.bytes(QByteArrayView(path.data(), qsizetype(path.size())));
     appendDigest(bytes);
     return bytes;
 }
@@ -130,10 +109,9 @@ std::optional<SafeCopyPointer> SafeCopyPointer::decode(QByteArrayView bytes) {
     if (std::size_t(bytes.size()) <= fixed || !isWhole(bytes, pointerMagic))
         return std::nullopt;
     SafeCopyPointer pointer;
-    QByteArrayView rest = bytes.sliced(pointerMagic.size());
-    pointer.inode = takeNumber(rest);
-    rest.chop(qsizetype(digestSize));
-    pointer.path.assign(rest.data(), std::size_t(rest.size()));
+    ByteReader rest(bytes.sliced(pointerMagic.size()).chopped(qsizetype(digestSize)));
+    pointer.inode = rest.number<std::uint64_t>();
+    pointer.path.assign(rest.rest().begin(), rest.rest().end());
     return pointer;
 }
 

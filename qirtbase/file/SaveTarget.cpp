@@ -8,6 +8,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 std::set<FileIdentifier> &ownSaves() {
@@ -39,14 +41,13 @@ bool isReadOnly(FileOps &ops, int folder, const std::string &name) {
 }
 
 tl::unexpected<Error> SaveTarget::failed(const QString &reason) const {
-    return failure(QStringLiteral("%1: could not be saved: %2").arg(m_expectation.name, reason));
+    return failure(u"%1: could not be saved: %2"_s.arg(m_expectation.name, reason));
 }
 
 tl::unexpected<Error> SaveTarget::conflict(const Standing &standing) const {
     const bool own = standing.header && ownSaves().contains(standing.header->saveId);
-    return failure(
-        QStringLiteral("%1: was changed %2 since it was opened; use Save As")
-            .arg(m_expectation.name, own ? QStringLiteral("in the other pane") : QStringLiteral("by another program")));
+    return failure(u"%1: was changed %2 since it was opened; use Save As"_s.arg(
+        m_expectation.name, own ? u"in the other pane"_s : u"by another program"_s));
 }
 
 Result<void> SaveTarget::open() {
@@ -54,13 +55,13 @@ Result<void> SaveTarget::open() {
     if (!place) {
         const int number = place.error().number;
         if (number == ENOENT || number == ENOTDIR)
-            return failed(QStringLiteral("its folder is gone"));
+            return failed(u"its folder is gone"_s);
         return failed(place.error());
     }
     m_place.emplace(std::move(*place));
     // Replacing a file asks for no permission on the file itself.
     if (isReadOnly(m_ops, folder(), name()))
-        return failed(QStringLiteral("it is marked read-only; use Save As"));
+        return failed(u"it is marked read-only; use Save As"_s);
     auto standing = look(m_place->name);
     if (!standing)
         return tl::unexpected(standing.error());
@@ -80,7 +81,7 @@ Result<Standing> SaveTarget::look(const std::string &name) const {
     standing.exists = true;
     standing.status = *status;
     if (!S_ISREG(status->st_mode))
-        return failed(QStringLiteral("its name now belongs to something that is not a file"));
+        return failed(u"its name now belongs to something that is not a file"_s);
     auto block = OpenFile::openAt(m_ops, folder(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK)
                      .map_error([](SystemError error) {
                          return LoadError{LoadErrorKind::Unreadable, systemErrorWords(error)};
@@ -91,7 +92,7 @@ Result<Standing> SaveTarget::look(const std::string &name) const {
     else
         standing.unreadable = block.error().kind == LoadErrorKind::Unreadable;
     if (standing.unreadable && !m_expectation.replaceMeant)
-        return failed(QStringLiteral("it cannot be read any more: %1").arg(block.error().text));
+        return failed(u"it cannot be read any more: %1"_s.arg(block.error().text));
     return standing;
 }
 

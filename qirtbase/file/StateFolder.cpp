@@ -8,6 +8,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr mode_t privateFolder = 0700;
@@ -22,8 +24,8 @@ SystemResult<void> syncParent(FileOps &ops, const std::string &folder) {
 
 QString defaultStateFolder() {
     const QString home = qEnvironmentVariable("XDG_STATE_HOME");
-    const QString base = home.startsWith(u'/') ? home : QDir::homePath() + QStringLiteral("/.local/state");
-    return base + QStringLiteral("/qir");
+    const QString base = home.startsWith(u'/') ? home : QDir::homePath() + u"/.local/state"_s;
+    return base + u"/qir"_s;
 }
 
 SystemResult<OpenFile> openStateFolder(FileOps &ops, const QString &stateFolder, const std::string &subfolder) {
@@ -48,9 +50,9 @@ SystemResult<OpenFile> openStateFolder(FileOps &ops, const QString &stateFolder,
 
 QString whyNotTrusted(const struct stat &status) {
     if (status.st_uid != ::geteuid())
-        return QStringLiteral("it belongs to another user");
+        return u"it belongs to another user"_s;
     if (status.st_mode & (S_IWGRP | S_IWOTH))
-        return QStringLiteral("other users may change it (its permissions must be private to you)");
+        return u"other users may change it (its permissions must be private to you)"_s;
     return {};
 }
 

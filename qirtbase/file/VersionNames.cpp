@@ -4,6 +4,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype nameBytesMax = 255;
@@ -11,10 +13,10 @@ constexpr qsizetype nameBytesMax = 255;
 } // namespace
 
 QString versionName(const VersionName &parts, int number) {
-    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH.mm.ss"));
-    QString tail = QStringLiteral(" (%1 %2").arg(parts.what, time);
+    const QString time = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH.mm.ss"_s);
+    QString tail = u" (%1 %2"_s.arg(parts.what, time);
     if (number > 1)
-        tail.append(QStringLiteral(" %1").arg(number));
+        tail.append(u" %1"_s.arg(number));
     tail.append(u')' + parts.extension);
     QString stem = parts.name;
     while ((stem + tail).toUtf8().size() > nameBytesMax)

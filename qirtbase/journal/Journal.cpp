@@ -10,6 +10,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype pieceSize = qsizetype{64} << 10;
@@ -79,8 +81,8 @@ void Journal::giveUp(const QString &reason) {
     m_broken = true;
     m_pending.clear();
     if (m_options.notice)
-        m_options.notice(QStringLiteral("%1: changes are not kept safe against a crash until it is saved: %2")
-                             .arg(m_base.name, reason));
+        m_options.notice(
+            u"%1: changes are not kept safe against a crash until it is saved: %2"_s.arg(m_base.name, reason));
 }
 
 // ----------------------------------------------------------------------------------------------------- taking changes
@@ -298,9 +300,8 @@ void Journal::writeAnew() {
     writePending();
     m_unsynced = false;
     if (m_options.notice && !m_lossTold)
-        m_options.notice(QStringLiteral("%1: another program took away the journal that keeps its unsaved changes; it "
-                                        "was written anew")
-                             .arg(m_base.name));
+        m_options.notice(u"%1: another program took away the journal that keeps its unsaved changes; it "
+                         "was written anew"_s.arg(m_base.name));
     m_lossTold = true;
 }
 

@@ -72,7 +72,6 @@ public:
     /// all that has changed, and the user is told once.
     void syncPending() noexcept;
     bool hasRecords() const { return m_file.has_value() && m_file->offset() > 0; }
-    bool isBroken() const { return m_broken; }
 
     void changed(const Change &change) noexcept override;
     void groupBegan() noexcept override;

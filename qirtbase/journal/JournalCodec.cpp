@@ -1,11 +1,11 @@
 #include "qirtbase/journal/JournalCodec.h"
 
+#include "base/ByteReader.h"
+#include "base/ByteWriter.h"
 #include "base/ErrorWords.h"
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/DatabaseError.h"
 #include "qirtbase/model/UnicodeText.h"
-
-#include <QtEndian>
 
 #include <cmath>
 #include <exception>
@@ -16,108 +16,87 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr BodyLimits imageLimits{.recordsWithoutFields = limits::records};
 
-constexpr std::size_t saveIdSize = layout::idSize;
-
-template<class Number>
-void put(QByteArray &out, Number value) {
-    char bytes[sizeof value];
-    qToLittleEndian(value, bytes);
-    out.append(bytes, sizeof bytes);
-}
-
-void putIndex(QByteArray &out, std::size_t index) {
-    put(out, std::uint32_t(index));
-}
-
-void putBytes(QByteArray &out, QByteArrayView bytes) {
-    put(out, std::uint32_t(bytes.size()));
-    out.append(bytes);
-}
-
-/// Takes numbers off the front of bytes; once something is missing all that follows is missing too.
-class Taker {
+/// Writes operations.
+class OperationWriter {
 public:
-    explicit Taker(QByteArrayView &bytes)
-        : m_bytes(bytes) {}
+    OperationWriter(QByteArray &out, std::uint8_t kind)
+        : m_out(out) {
+        number(kind);
+    }
+    OperationWriter(QByteArray &out, JournalOperation operation)
+        : OperationWriter(out, std::uint8_t(operation)) {}
 
     template<class Number>
-    Number number() {
-        const QByteArrayView taken = bytes(sizeof(Number));
-        return taken.size() == qsizetype(sizeof(Number)) ? qFromLittleEndian<Number>(taken.data()) : Number{};
+    OperationWriter &number(Number value) {
+        m_out.number(value);
+        return *this;
     }
-    QByteArrayView bytes(std::size_t count) {
-        if (!m_complete || count > std::size_t(m_bytes.size())) {
-            m_complete = false;
-            return {};
-        }
-        const QByteArrayView taken = m_bytes.first(qsizetype(count));
-        m_bytes = m_bytes.sliced(qsizetype(count));
-        return taken;
-    }
-    QByteArrayView sizedBytes() { return bytes(number<std::uint32_t>()); }
-    bool isComplete() const { return m_complete; }
+    OperationWriter &index(std::size_t index) { return number(std::uint32_t(index)); }
+    void bytes(QByteArrayView bytes) { m_out.sizedBytes<std::uint32_t>(bytes); }
+    void saveId(const FileIdentifier &id) { m_out.array(id); }
 
 private:
-    QByteArrayView &m_bytes;
-    bool m_complete = true;
+    ByteWriter m_out;
 };
 
-bool takeChange(Taker &taker, ReadOperation &operation) {
+bool takeChange(ByteReader &reader, ReadOperation &operation) {
     switch (ChangeKind(operation.kind)) {
     case ChangeKind::AddTable:
-        operation.bytes = taker.sizedBytes();
+        operation.bytes = reader.sizedBytes<std::uint32_t>();
         return true;
     case ChangeKind::RenameTable:
-        operation.table = taker.number<std::uint32_t>();
-        operation.bytes = taker.sizedBytes();
+        operation.table = reader.number<std::uint32_t>();
+        operation.bytes = reader.sizedBytes<std::uint32_t>();
         return true;
     case ChangeKind::RemoveTable:
     case ChangeKind::AddRecord:
-        operation.table = taker.number<std::uint32_t>();
+        operation.table = reader.number<std::uint32_t>();
         return true;
     case ChangeKind::AddField:
-        operation.table = taker.number<std::uint32_t>();
-        operation.type = taker.number<std::uint8_t>();
-        operation.number = taker.number<double>();
-        operation.bytes = taker.sizedBytes();
+        operation.table = reader.number<std::uint32_t>();
+        operation.type = reader.number<std::uint8_t>();
+        operation.number = reader.number<double>();
+        operation.bytes = reader.sizedBytes<std::uint32_t>();
         return true;
     case ChangeKind::RenameField:
-        operation.table = taker.number<std::uint32_t>();
-        operation.field = taker.number<std::uint32_t>();
-        operation.bytes = taker.sizedBytes();
+        operation.table = reader.number<std::uint32_t>();
+        operation.field = reader.number<std::uint32_t>();
+        operation.bytes = reader.sizedBytes<std::uint32_t>();
         return true;
     case ChangeKind::RemoveField:
-        operation.table = taker.number<std::uint32_t>();
-        operation.field = taker.number<std::uint32_t>();
+        operation.table = reader.number<std::uint32_t>();
+        operation.field = reader.number<std::uint32_t>();
         return true;
     case ChangeKind::ResizeField:
-        operation.table = taker.number<std::uint32_t>();
-        operation.field = taker.number<std::uint32_t>();
-        operation.number = taker.number<double>();
+        operation.table = reader.number<std::uint32_t>();
+        operation.field = reader.number<std::uint32_t>();
+        operation.number = reader.number<double>();
         return true;
     case ChangeKind::RemoveRecord:
-        operation.table = taker.number<std::uint32_t>();
-        operation.record = taker.number<std::uint32_t>();
+        operation.table = reader.number<std::uint32_t>();
+        operation.record = reader.number<std::uint32_t>();
         return true;
     case ChangeKind::SetNumber:
     case ChangeKind::SetText:
-        operation.table = taker.number<std::uint32_t>();
-        operation.field = taker.number<std::uint32_t>();
-        operation.record = taker.number<std::uint32_t>();
+        operation.table = reader.number<std::uint32_t>();
+        operation.field = reader.number<std::uint32_t>();
+        operation.record = reader.number<std::uint32_t>();
         if (ChangeKind(operation.kind) == ChangeKind::SetNumber)
-            operation.number = taker.number<double>();
+            operation.number = reader.number<double>();
         else
-            operation.bytes = taker.sizedBytes();
+            operation.bytes = reader.sizedBytes<std::uint32_t>();
         return true;
     }
     return false;
 }
 
-bool takeMark(Taker &taker, ReadOperation &operation) {
+bool takeMark(ByteReader &reader, ReadOperation &operation) {
     switch (JournalOperation(operation.kind)) {
     case JournalOperation::GroupBegin:
     case JournalOperation::GroupEnd:
@@ -127,13 +106,13 @@ bool takeMark(Taker &taker, ReadOperation &operation) {
     case JournalOperation::Ended:
         return true;
     case JournalOperation::ImagePart:
-        operation.bytes = taker.sizedBytes();
+        operation.bytes = reader.sizedBytes<std::uint32_t>();
         return true;
     case JournalOperation::TableImage:
-        operation.table = taker.number<std::uint32_t>();
+        operation.table = reader.number<std::uint32_t>();
         return true;
     case JournalOperation::SavingAs:
-        operation.bytes = taker.bytes(saveIdSize);
+        operation.bytes = reader.bytes(layout::idSize);
         return true;
     }
     return false;
@@ -164,7 +143,7 @@ bool hasPlaces(const ReadOperation &operation, const Database &database) {
 QString textOf(const ReadOperation &operation) {
     QString text;
     if (!readUtf8(operation.bytes, text))
-        throw DatabaseError(QStringLiteral("a text in a journal is not in UTF-8"));
+        throw DatabaseError(u"a text in a journal is not in UTF-8"_s);
     return text;
 }
 
@@ -224,74 +203,70 @@ std::optional<bool> holdsImages(QByteArrayView group) {
 // ----------------------------------------------------------------------------------------------------------- encoding
 
 void encodeChange(QByteArray &out, const Change &change, std::size_t table) {
-    put(out, std::uint8_t(change.kind));
-    const auto text = [&] { putBytes(out, change.text.toUtf8()); };
+    OperationWriter operation(out, std::uint8_t(change.kind));
     switch (change.kind) {
     case ChangeKind::AddTable:
-        return text();
+        operation.bytes(change.text.toUtf8());
+        break;
     case ChangeKind::RenameTable:
-        putIndex(out, change.index);
-        return text();
+        operation.index(change.index).bytes(change.text.toUtf8());
+        break;
     case ChangeKind::RemoveTable:
-        return putIndex(out, change.index);
+        operation.index(change.index);
+        break;
     case ChangeKind::AddField:
-        putIndex(out, table);
-        put(out, std::uint8_t(change.type));
-        put(out, change.number);
-        return text();
+        operation.index(table).number(std::uint8_t(change.type)).number(change.number).bytes(change.text.toUtf8());
+        break;
     case ChangeKind::RenameField:
-        putIndex(out, table);
-        putIndex(out, change.index);
-        return text();
+        operation.index(table).index(change.index).bytes(change.text.toUtf8());
+        break;
     case ChangeKind::RemoveField:
-        putIndex(out, table);
-        return putIndex(out, change.index);
+        operation.index(table).index(change.index);
+        break;
     case ChangeKind::ResizeField:
-        putIndex(out, table);
-        putIndex(out, change.index);
-        return put(out, change.number);
+        operation.index(table).index(change.index).number(change.number);
+        break;
     case ChangeKind::AddRecord:
-        return putIndex(out, table);
+        operation.index(table);
+        break;
     case ChangeKind::RemoveRecord:
-        putIndex(out, table);
-        return putIndex(out, change.record);
+        operation.index(table).index(change.record);
+        break;
     case ChangeKind::SetNumber:
+        operation.index(table).index(change.index).index(change.record).number(change.number);
+        break;
     case ChangeKind::SetText:
-        putIndex(out, table);
-        putIndex(out, change.index);
-        putIndex(out, change.record);
-        return change.kind == ChangeKind::SetNumber ? put(out, change.number) : text();
+        operation.index(table).index(change.index).index(change.record).bytes(change.text.toUtf8());
+        break;
     }
 }
 
 void encodeMark(QByteArray &out, JournalOperation operation) {
-    put(out, std::uint8_t(operation));
+    OperationWriter(out, operation);
 }
 
 void encodeImagePart(QByteArray &out, QByteArrayView part) {
-    encodeMark(out, JournalOperation::ImagePart);
-    putBytes(out, part);
+    OperationWriter(out, JournalOperation::ImagePart).bytes(part);
 }
 
 void encodeTableImage(QByteArray &out, std::size_t table) {
-    encodeMark(out, JournalOperation::TableImage);
-    putIndex(out, table);
+    OperationWriter(out, JournalOperation::TableImage).index(table);
 }
 
 void encodeSavingAs(QByteArray &out, const FileIdentifier &saveId) {
-    encodeMark(out, JournalOperation::SavingAs);
-    out.append(reinterpret_cast<const char *>(saveId.data()), qsizetype(saveId.size()));
+    OperationWriter(out, JournalOperation::SavingAs).saveId(saveId);
 }
 
 // ------------------------------------------------------------------------------------------------------------ reading
 
 std::optional<ReadOperation> takeOperation(QByteArrayView &payload) {
-    Taker taker(payload);
+    ByteReader reader(payload);
     ReadOperation operation;
-    operation.kind = taker.number<std::uint8_t>();
-    const bool isKnown = isChange(operation) ? takeChange(taker, operation) : takeMark(taker, operation);
-    if (!isKnown || !taker.isComplete() || !std::isfinite(operation.number))
+    operation.kind = reader.number<std::uint8_t>();
+    const bool isKnown = isChange(operation) ? takeChange(reader, operation) : takeMark(reader, operation);
+    if (!isKnown || !reader.isComplete() || !std::isfinite(operation.number))
         return std::nullopt;
+    payload = reader.rest();
     return operation;
 }
 

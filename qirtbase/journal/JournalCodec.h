@@ -64,7 +64,7 @@ struct ReadOperation {
     bool is(JournalOperation operation) const { return kind == std::uint8_t(operation); }
 };
 
-/// Takes the next operation off the front; nothing when the bytes are none.
+/// Takes the next operation off the front; nothing, and nothing taken, when the bytes are none.
 std::optional<ReadOperation> takeOperation(QByteArrayView &payload);
 
 /// Makes a change again. False, with nothing changed, where the database does not take it. Throws std::bad_alloc.

@@ -1,33 +1,29 @@
 #include "qirtbase/journal/JournalFile.h"
 
-#include <QtEndian>
+#include "base/ByteReader.h"
+#include "base/ByteWriter.h"
 
 #include <sodium.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstring>
 #include <thread>
 #include <vector>
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr mode_t privateFile = 0600;
-constexpr std::uint32_t segmentMark = 0xffffffff;
-constexpr std::size_t segmentHeadSize = sizeof segmentMark + layout::streamHeaderSize;
-constexpr std::size_t lengthSize = sizeof(std::uint32_t);
-constexpr std::size_t openTagSize = 16;
 constexpr int namesMax = 16;
 constexpr std::size_t pieceSize = std::size_t{1} << 16; // of a copy
 constexpr int holdTries = 4;
 constexpr std::chrono::milliseconds holdPause{5};
 
-const unsigned char *bytesOf(QByteArrayView view) {
-    return reinterpret_cast<const unsigned char *>(view.data());
-}
+using namespace journal::record;
 
 HeaderDigest digestOf(QByteArrayView first, QByteArrayView second = {}) {
     HeaderDigest digest;
@@ -37,18 +33,6 @@ HeaderDigest digestOf(QByteArrayView first, QByteArrayView second = {}) {
     crypto_generichash_update(&state, bytesOf(second), std::size_t(second.size()));
     crypto_generichash_final(&state, digest.data(), digest.size());
     return digest;
-}
-
-template<std::size_t size>
-QByteArrayView viewOf(const std::array<unsigned char, size> &bytes) {
-    return QByteArrayView(reinterpret_cast<const char *>(bytes.data()), qsizetype(size));
-}
-
-template<class Number>
-void put(QByteArray &out, Number value) {
-    char bytes[sizeof value];
-    qToLittleEndian(value, bytes);
-    out.append(bytes, sizeof bytes);
 }
 
 std::string freshName(const std::string &tag, RandomSource &random) {
@@ -64,8 +48,7 @@ std::string tagOf(const JournalHead &head, const ContainerKeys &keys) {
 /// A payload as it is sealed: its length does not show.
 QByteArray padded(QByteArrayView payload) {
     QByteArray out;
-    put(out, std::uint32_t(payload.size()));
-    out.append(payload);
+    ByteWriter(out).sizedBytes<std::uint32_t>(payload);
     const auto step = qsizetype(journal::step);
     out.resize((out.size() + step - 1) / step * step, '\0');
     return out;
@@ -87,7 +70,7 @@ JournalResult<OpenFile> openTrusted(FileOps &ops, int folder, const std::string 
     if (!status)
         return tl::unexpected(unreadable(status.error()));
     if (!S_ISREG(status->st_mode))
-        return tl::unexpected(JournalRefusal{JournalRefusal::Kind::NotTrusted, QStringLiteral("it is not a file")});
+        return tl::unexpected(JournalRefusal{JournalRefusal::Kind::NotTrusted, u"it is not a file"_s});
     if (const QString why = whyNotTrusted(*status); !why.isEmpty())
         return tl::unexpected(JournalRefusal{JournalRefusal::Kind::NotTrusted, why});
     return std::move(*file);
@@ -132,7 +115,7 @@ SystemResult<void> copyBytes(FileOps &ops, int from, int to) {
 
 SecretBytes segmentKey(const SecretBytes &master, const HeaderDigest &headDigest, std::uint64_t offset) {
     QByteArray over = viewOf(headDigest).toByteArray();
-    put(over, offset);
+    ByteWriter(over).number(offset);
     SecretBytes key(crypto_secretstream_xchacha20poly1305_KEYBYTES);
     crypto_generichash(key.data(), key.size(), bytesOf(over), std::size_t(over.size()), master.data(), master.size());
     return key;
@@ -250,29 +233,29 @@ void JournalFile::startSegment(std::uint64_t offset, const ChunkStream::Header &
         return;
     }
     QByteArray over;
-    put(over, offset);
+    ByteWriter(over).number(offset);
     over.append(viewOf(header));
     m_link = digestOf(viewOf(m_headDigest), over);
 }
 
 bool JournalFile::readSegmentHead() {
     ChunkStream::Header header;
-    if (!readBytes({reinterpret_cast<char *>(header.data()), header.size()}, m_offset + sizeof segmentMark))
+    if (!readBytes({reinterpret_cast<char *>(header.data()), header.size()}, m_offset + journal::segment::streamHeader))
         return false;
     startSegment(m_offset, header);
-    m_offset += segmentHeadSize;
+    m_offset += journal::segment::headSize;
     return true;
 }
 
 bool JournalFile::readRecord(QByteArray &payload) {
-    const std::size_t tagSize = m_head.sealed ? layout::protectedTagSize : openTagSize;
+    const std::size_t tagSize = m_head.sealed ? sealedTagSize : openTagSize;
     const std::size_t sizeMax = tagSize + journal::payloadMax + (isPadded() ? journal::step : 0);
     const std::uint64_t begin = m_offset;
     bool inSegment = begin > std::uint64_t(m_headBytes.size());
     char lengthBytes[lengthSize];
     while (readBytes(lengthBytes, m_offset)) {
-        const auto length = qFromLittleEndian<std::uint32_t>(lengthBytes);
-        if (length == segmentMark) {
+        const auto length = ByteReader(QByteArrayView(lengthBytes, lengthSize)).number<std::uint32_t>();
+        if (length == journal::segment::mark) {
             if (!readSegmentHead())
                 break;
             inSegment = true;
@@ -296,11 +279,11 @@ bool JournalFile::readRecord(QByteArray &payload) {
 
 /// False where the record is not what was written.
 bool JournalFile::openRecord(QByteArrayView record, QByteArray &payload) {
-    const std::size_t tagSize = m_head.sealed ? layout::protectedTagSize : openTagSize;
+    const std::size_t tagSize = m_head.sealed ? sealedTagSize : openTagSize;
     const QByteArrayView plain = record.chopped(qsizetype(tagSize));
     if (!m_head.sealed) {
         const HeaderDigest link = digestOf(viewOf(m_link), plain);
-        if (std::memcmp(link.data(), plain.end(), tagSize) != 0)
+        if (record.sliced(plain.size()) != viewOf(link).first(qsizetype(tagSize)))
             return false;
         m_link = link;
         payload = plain.toByteArray();
@@ -311,12 +294,11 @@ bool JournalFile::openRecord(QByteArrayView record, QByteArray &payload) {
         return false;
     if (!isPadded())
         return true;
-    if (payload.size() < qsizetype(lengthSize))
+    ByteReader reader(payload);
+    const QByteArrayView inside = reader.sizedBytes<std::uint32_t>();
+    if (!reader.isComplete())
         return false;
-    const auto length = qFromLittleEndian<std::uint32_t>(payload.constData());
-    if (length > std::size_t(payload.size()) - lengthSize)
-        return false;
-    payload = payload.sliced(qsizetype(lengthSize), qsizetype(length));
+    payload = inside.toByteArray();
     return true;
 }
 
@@ -336,21 +318,23 @@ SystemResult<void> JournalFile::append(QByteArrayView payload) {
         out = m_headBytes;
     else if (const auto status = m_ops->status(m_file.descriptor()))
         m_cut = m_cut || std::uint64_t(status->st_size) < begin;
+    ByteWriter writer(out);
     if (!m_appending) {
         ChunkStream::Header header;
         m_random->fill(header);
         startSegment(begin + std::uint64_t(out.size()), header);
-        put(out, segmentMark);
-        out.append(viewOf(header));
+        writer.number(journal::segment::mark);
+        writer.array(header);
     }
     if (m_head.sealed) {
         const QByteArray plain = isPadded() ? padded(payload) : payload.toByteArray();
-        put(out, std::uint32_t(std::size_t(plain.size()) + layout::protectedTagSize));
+        writer.number(std::uint32_t(std::size_t(plain.size()) + sealedTagSize));
         m_stream->seal(plain, false, out);
     } else {
-        put(out, std::uint32_t(std::size_t(payload.size()) + openTagSize));
         m_link = digestOf(viewOf(m_link), payload);
-        out.append(payload).append(viewOf(m_link).first(qsizetype(openTagSize)));
+        writer.number(std::uint32_t(std::size_t(payload.size()) + openTagSize));
+        writer.bytes(payload);
+        writer.bytes(viewOf(m_link).first(qsizetype(openTagSize)));
     }
     if (const auto written = writeFullyAt(*m_ops, m_file.descriptor(), out, begin); !written) {
         m_appending = false;                               // what the record was sealed with is not used again

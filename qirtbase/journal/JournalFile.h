@@ -29,8 +29,6 @@
 namespace qir {
 
 namespace journal {
-inline constexpr std::size_t payloadMax = std::size_t{2} << 20;
-
 /// What stands behind a journal's name once it was ended, and once it has been kept for long enough since.
 inline constexpr char retiredSuffix[] = ".ended";
 inline constexpr char expiredSuffix[] = ".expired";

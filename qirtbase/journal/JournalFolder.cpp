@@ -9,6 +9,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr char journalFolder[] = "journal";
@@ -20,7 +22,7 @@ QString folderName(const QString &stateFolder) {
 }
 
 QString problemOf(const QString &path, const QString &why) {
-    return QStringLiteral("'%1' is not used: %2").arg(path, why);
+    return u"'%1' is not used: %2"_s.arg(path, why);
 }
 
 /// Why what is kept there cannot be relied on: somebody else could put journals there, or take them away.
@@ -66,8 +68,7 @@ JournalFolder JournalFolder::find(FileOps &ops, const QString &stateFolder) {
     const auto isMissing = [](SystemError error) { return error.number == ENOENT || error.number == ENOTDIR; };
     const auto unreadable = [&](SystemError error) {
         if (!isMissing(error))
-            found.problem =
-                QStringLiteral("'%1' cannot be read now: %2").arg(folderName(stateFolder), systemErrorWords(error));
+            found.problem = u"'%1' cannot be read now: %2"_s.arg(folderName(stateFolder), systemErrorWords(error));
     };
     auto folder = OpenFile::openAt(ops, AT_FDCWD, path, O_RDONLY | O_DIRECTORY);
     if (!folder) {

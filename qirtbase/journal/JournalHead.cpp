@@ -1,25 +1,17 @@
 #include "qirtbase/journal/JournalHead.h"
 
-#include <QtEndian>
+#include "base/ByteReader.h"
+#include "base/ByteWriter.h"
 
 #include <sodium.h>
 
 #include <algorithm>
 #include <cctype>
-#include <cstring>
 
 namespace qir {
 
 namespace {
 
-constexpr char magic[] = {'Q', 'I', 'R', 'J', 'R', 'N', 'L'};
-constexpr int newestVersion = 2;
-constexpr std::size_t lengthAt = 8;
-constexpr std::size_t sealedAt = 12;
-constexpr std::size_t startSize = 64;     // of version 2, up to the identity
-constexpr std::size_t identityFixed = 50; // up to the path
-constexpr std::size_t oldFixedSize = 98;  // of version 1, up to the path
-constexpr std::size_t pathMax = 16384;
 constexpr std::size_t sealSize = crypto_aead_xchacha20poly1305_ietf_ABYTES;
 constexpr std::size_t tagDigits = layout::idSize * 2;
 constexpr std::size_t nameSize = tagDigits + 1 + 8;
@@ -27,36 +19,11 @@ constexpr QByteArrayView headPurpose("journal head");
 constexpr QByteArrayView namePurpose("journal name");
 constexpr unsigned char zeroNonce[crypto_aead_xchacha20poly1305_ietf_NPUBBYTES] = {};
 
-static_assert(startSize + sealSize + layout::digestSize + pathMax + identityFixed + journal::step <=
+static_assert(journal::head::identity + journal::identity::path + journal::pathMax + journal::step + sealSize +
+                  layout::digestSize <=
               journal::headSizeMax);
 
 using Bytes = QByteArrayView;
-
-const unsigned char *bytesOf(Bytes view) {
-    return reinterpret_cast<const unsigned char *>(view.data());
-}
-
-template<std::size_t size>
-Bytes viewOf(const std::array<unsigned char, size> &bytes) {
-    return {reinterpret_cast<const char *>(bytes.data()), qsizetype(size)};
-}
-
-template<class Number>
-void put(QByteArray &out, Number value) {
-    char bytes[sizeof value];
-    qToLittleEndian(value, bytes);
-    out.append(bytes, sizeof bytes);
-}
-
-template<class Number>
-Number numberAt(Bytes bytes, std::size_t at) {
-    return qFromLittleEndian<Number>(bytes.data() + at);
-}
-
-template<std::size_t size>
-void takeAt(Bytes bytes, std::size_t at, std::array<unsigned char, size> &target) {
-    std::memcpy(target.data(), bytes.data() + at, size);
-}
 
 HeaderDigest digestOf(Bytes bytes) {
     HeaderDigest digest;
@@ -73,26 +40,29 @@ SecretBytes headKey(const SecretBytes &master, Bytes start) {
 }
 
 QByteArray encodeIdentity(const JournalHead &head) {
-    QByteArray out;
-    out.append(viewOf(head.fileId)).append(viewOf(head.base));
-    put(out, head.place.device);
-    put(out, head.place.inode);
-    put(out, std::uint16_t(head.place.path.size()));
-    return out.append(head.place.path.data(), qsizetype(head.place.path.size()));
+    QByteArray bytes;
+    ByteWriter out(bytes);
+    out.at(journal::identity::fileId).array(head.fileId);
+    out.at(journal::identity::saveId).array(head.base);
+    out.at(journal::identity::device).number(head.place.device);
+    out.at(journal::identity::inode).number(head.place.inode);
+    const std::string &path = head.place.path;
+    out.at(journal::identity::pathLength).sizedBytes<std::uint16_t>(Bytes(path.data(), qsizetype(path.size())));
+    return bytes;
 }
 
-/// False where the bytes are too few; more may follow.
+/// False, with the head as it was, where the bytes are too few; more may follow.
 bool decodeIdentity(Bytes bytes, JournalHead &head) {
-    if (bytes.size() < qsizetype(identityFixed))
+    const ByteReader fields(bytes);
+    ByteReader last = fields.from(journal::identity::pathLength);
+    const Bytes path = last.sizedBytes<std::uint16_t>();
+    if (!last.isComplete())
         return false;
-    const auto pathSize = numberAt<std::uint16_t>(bytes, identityFixed - sizeof(std::uint16_t));
-    if (qsizetype(identityFixed + pathSize) > bytes.size())
-        return false;
-    takeAt(bytes, 0, head.fileId);
-    takeAt(bytes, 16, head.base);
-    head.place.device = numberAt<std::uint64_t>(bytes, 32);
-    head.place.inode = numberAt<std::uint64_t>(bytes, 40);
-    head.place.path.assign(bytes.data() + identityFixed, pathSize);
+    head.fileId = fields.from(journal::identity::fileId).array<layout::idSize>();
+    head.base = fields.from(journal::identity::saveId).array<layout::idSize>();
+    head.place.device = fields.from(journal::identity::device).number<std::uint64_t>();
+    head.place.inode = fields.from(journal::identity::inode).number<std::uint64_t>();
+    head.place.path.assign(path.begin(), path.end());
     return true;
 }
 
@@ -107,84 +77,96 @@ QByteArray seal(QByteArray plain, const SecretBytes &master, Bytes start) {
     return sealed;
 }
 
-void takeKdf(Bytes bytes, std::size_t at, JournalHead &head) {
-    head.kdf.costs = {numberAt<std::uint32_t>(bytes, at), numberAt<std::uint32_t>(bytes, at + 4)};
-    takeAt(bytes, at + 16, head.kdf.salt);
-}
-
-bool decodeOld(Bytes whole, JournalHead &head) {
-    if (whole.size() < qsizetype(oldFixedSize + layout::digestSize))
+bool decodeOld(Bytes covered, JournalHead &head) {
+    const ByteReader fields(covered);
+    ByteReader last = fields.from(journal::head1::pathLength);
+    const Bytes path = last.sizedBytes<std::uint16_t>();
+    if (!last.isComplete() || last.left() != 0)
         return false;
-    const auto pathSize = numberAt<std::uint16_t>(whole, oldFixedSize - sizeof(std::uint16_t));
-    if (whole.size() != qsizetype(oldFixedSize + pathSize + layout::digestSize))
-        return false;
-    takeAt(whole, 16, head.fileId);
-    takeAt(whole, 32, head.base);
-    takeAt(whole, 48, head.nonce);
-    takeKdf(whole, 64, head);
-    head.place.path.assign(whole.data() + oldFixedSize, pathSize);
+    head.fileId = fields.from(journal::head1::fileId).array<layout::idSize>();
+    head.base = fields.from(journal::head1::saveId).array<layout::idSize>();
+    head.nonce = fields.from(journal::head1::nonce).array<sizeof head.nonce>();
+    head.kdf.costs = {fields.from(journal::head1::kdfPasses).number<std::uint32_t>(),
+                      fields.from(journal::head1::kdfMemoryKiB).number<std::uint32_t>()};
+    head.kdf.salt = fields.from(journal::head1::salt).array<layout::saltSize>();
+    head.place.path.assign(path.begin(), path.end());
     return true;
 }
 
-bool decodeNew(Bytes whole, JournalHead &head) {
-    if (whole.size() < qsizetype(startSize + layout::digestSize))
+bool decodeNew(Bytes covered, JournalHead &head) {
+    const ByteReader fields(covered);
+    const ByteReader identity = fields.from(journal::head::identity);
+    if (!identity.isComplete())
         return false;
-    takeAt(whole, 16, head.nonce);
-    takeKdf(whole, 32, head);
+    head.nonce = fields.from(journal::head::nonce).array<sizeof head.nonce>();
+    head.kdf.costs = {fields.from(journal::head::kdfPasses).number<std::uint32_t>(),
+                      fields.from(journal::head::kdfMemoryKiB).number<std::uint32_t>()};
+    head.kdf.salt = fields.from(journal::head::salt).array<layout::saltSize>();
     head.keyInFile = head.sealed && head.kdf.costs.passes == 0;
     head.isIdentified = !head.sealed;
-    return head.sealed || decodeIdentity(whole.sliced(qsizetype(startSize)).chopped(layout::digestSize), head);
+    return head.sealed || decodeIdentity(identity.rest(), head);
+}
+
+/// What the digest at the end is made of.
+Bytes coveredBy(Bytes whole) {
+    return whole.chopped(qsizetype(journal::head::digestFromEnd));
 }
 
 } // namespace
 
 bool fitsJournalHead(const JournalHead &head) {
-    return head.place.path.size() <= pathMax;
+    return head.place.path.size() <= journal::pathMax;
 }
 
 QByteArray encodeJournalHead(const JournalHead &head, const SecretBytes &master) {
     const bool tellsKdf = head.sealed && !head.keyInFile;
-    QByteArray out(magic, sizeof magic);
-    out.append(char('0' + newestVersion));
-    put(out, std::uint32_t{0}); // the length, once it is known
-    put(out, std::uint32_t(head.sealed ? 1 : 0));
-    out.append(viewOf(head.nonce));
-    put(out, tellsKdf ? head.kdf.costs.passes : 0);
-    put(out, tellsKdf ? head.kdf.costs.memoryKiB : 0);
-    put(out, std::uint32_t(tellsKdf ? 1 : 0));
-    put(out, std::uint32_t{0});
-    out.append(viewOf(tellsKdf ? head.kdf.salt : decltype(head.kdf.salt){}));
+    QByteArray bytes;
+    ByteWriter out(bytes);
+    out.bytes(Bytes(journal::magic, sizeof journal::magic));
+    out.at(journal::head::version).number(char('0' + journal::newestVersion));
+    out.at(journal::head::sealed).number(std::uint32_t(head.sealed ? 1 : 0));
+    out.at(journal::head::nonce).array(head.nonce);
+    if (tellsKdf) {
+        out.at(journal::head::kdfPasses).number(head.kdf.costs.passes);
+        out.at(journal::head::kdfMemoryKiB).number(head.kdf.costs.memoryKiB);
+        out.at(journal::head::kdfLanes).number(std::uint32_t{1});
+        out.at(journal::head::salt).array(head.kdf.salt);
+    }
     QByteArray identity = encodeIdentity(head);
     const auto step = qsizetype(journal::step);
     const qsizetype size =
         head.sealed ? (identity.size() + step - 1) / step * step + qsizetype(sealSize) : identity.size();
-    qToLittleEndian(std::uint32_t(out.size() + size + qsizetype(layout::digestSize)), out.data() + lengthAt);
-    out.append(head.sealed ? seal(std::move(identity), master, out) : identity);
-    return out.append(viewOf(digestOf(out)));
+    const auto length = std::uint32_t(journal::head::identity + std::size_t(size) + journal::head::digestFromEnd);
+    out.at(journal::head::length).number(length);
+    out.at(journal::head::identity);
+    out.bytes(head.sealed ? seal(std::move(identity), master, bytes) : identity);
+    out.array(digestOf(bytes));
+    return bytes;
 }
 
 JournalResult<JournalHead> decodeJournalHead(Bytes bytes, Bytes &whole) {
     const auto refused = [](JournalRefusal::Kind kind, const char *reason) {
         return tl::unexpected(JournalRefusal{kind, QString::fromLatin1(reason)});
     };
-    if (!bytes.startsWith(Bytes(magic, sizeof magic)))
+    if (!bytes.startsWith(Bytes(journal::magic, sizeof journal::magic)))
         return refused(JournalRefusal::Kind::NotAJournal, "it is no journal");
-    if (bytes.size() < qsizetype(sealedAt + sizeof(std::uint32_t)))
+    const ByteReader fields(bytes);
+    if (!fields.from(journal::head::nonce).isComplete())
         return refused(JournalRefusal::Kind::Damaged, "it is damaged");
     JournalHead head;
-    head.version = bytes[sizeof magic] - '0';
-    if (head.version > newestVersion && head.version <= 9)
+    head.version = fields.from(journal::head::version).number<char>() - '0';
+    if (head.version > journal::newestVersion && head.version <= 9)
         return refused(JournalRefusal::Kind::Newer, "a newer version of this program wrote it");
-    const auto size = numberAt<std::uint32_t>(bytes, lengthAt);
-    if (head.version < 1 || head.version > newestVersion || size < startSize + layout::digestSize ||
-        qsizetype(size) > bytes.size())
+    const auto size = fields.from(journal::head::length).number<std::uint32_t>();
+    if (head.version < 1 || head.version > journal::newestVersion ||
+        size < journal::head::identity + journal::head::digestFromEnd || qsizetype(size) > bytes.size())
         return refused(JournalRefusal::Kind::Damaged, "it is damaged");
     whole = bytes.first(size);
-    const auto sealed = numberAt<std::uint32_t>(bytes, sealedAt);
+    const auto sealed = fields.from(journal::head::sealed).number<std::uint32_t>();
     head.sealed = sealed == 1;
-    const Bytes covered = whole.chopped(qsizetype(layout::digestSize));
-    const bool isSound = sealed <= 1 && std::memcmp(digestOf(covered).data(), covered.end(), layout::digestSize) == 0 &&
-                         (head.version == 1 ? decodeOld(whole, head) : decodeNew(whole, head));
+    const Bytes covered = coveredBy(whole);
+    const bool isSound = sealed <= 1 && viewOf(digestOf(covered)) == whole.sliced(covered.size()) &&
+                         (head.version == 1 ? decodeOld(covered, head) : decodeNew(covered, head));
     if (!isSound)
         return refused(JournalRefusal::Kind::Damaged, "it is damaged");
     return head;
@@ -193,11 +175,11 @@ JournalResult<JournalHead> decodeJournalHead(Bytes bytes, Bytes &whole) {
 bool identifyJournal(JournalHead &head, Bytes whole, const SecretBytes &master) {
     if (head.isIdentified)
         return true;
-    const Bytes sealed = whole.sliced(qsizetype(startSize)).chopped(qsizetype(layout::digestSize));
+    const Bytes sealed = ByteReader(coveredBy(whole)).from(journal::head::identity).rest();
     if (sealed.size() < qsizetype(sealSize) || master.isEmpty())
         return false;
     QByteArray plain(sealed.size() - qsizetype(sealSize), Qt::Uninitialized);
-    const SecretBytes key = headKey(master, whole.first(qsizetype(startSize)));
+    const SecretBytes key = headKey(master, whole.first(qsizetype(journal::head::identity)));
     const bool opened = crypto_aead_xchacha20poly1305_ietf_decrypt(
                             reinterpret_cast<unsigned char *>(plain.data()), nullptr, nullptr, bytesOf(sealed),
                             std::size_t(sealed.size()), nullptr, 0, zeroNonce, key.data()) == 0;

@@ -3,6 +3,7 @@
 #include "qirtbase/container/Container.h"
 #include "qirtbase/container/FileHeader.h"
 #include "qirtbase/file/StateFolder.h"
+#include "qirtbase/journal/JournalLayout.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -31,11 +32,6 @@
 ///     head     = "QIRJRNL1" | u32 length of the head | u8 sealed | u8[3] 0 | file id [16] | save id [16] | nonce [16]
 ///                | u32 passes | u32 memory KiB | u32 lanes | u32 0 | salt [16] | u16 path length | path | digest [32]
 namespace qir {
-
-namespace journal {
-inline constexpr std::size_t step = 512; ///< What is sealed has a multiple of this many bytes.
-inline constexpr std::size_t headSizeMax = 17408;
-} // namespace journal
 
 struct JournalHead {
     FilePlace place; ///< Of the file when the journal was begun.

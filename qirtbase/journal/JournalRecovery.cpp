@@ -12,6 +12,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class Recovery {
@@ -24,7 +26,7 @@ public:
 
     RecoveryOutcome run() {
         if (!m_folder.problem.isEmpty())
-            tell(QStringLiteral("there may be unsaved changes to it, but %1").arg(m_folder.problem));
+            tell(u"there may be unsaved changes to it, but %1"_s.arg(m_folder.problem));
         m_folder.removeOld(m_ops);
         const FileIdentifier &fileId = m_request.base.fileId;
         const std::string tags[] = {journalTag(fileId, {}), journalTag(fileId, m_request.keys)};
@@ -45,12 +47,11 @@ public:
         for (const std::string &name : strangers)
             lookAtStranger(name);
         if (!m_strangerNotRead.isEmpty())
-            tell(QStringLiteral("there may be unsaved changes to it, but %1").arg(m_strangerNotRead));
+            tell(u"there may be unsaved changes to it, but %1"_s.arg(m_strangerNotRead));
         if (m_strangersUnderOtherPasswords)
-            tell(QStringLiteral("there are unsaved changes in '%1' that this password does not open: those of another "
-                                "protected file, or of this one under another password; they are kept, and shown when "
-                                "that is opened")
-                     .arg(shownName({})));
+            tell(u"there are unsaved changes in '%1' that this password does not open: those of another "
+                 "protected file, or of this one under another password; they are kept, and shown when "
+                 "that is opened"_s.arg(shownName({})));
         return std::move(m_outcome);
     }
 
@@ -87,8 +88,8 @@ private:
         // There is nothing more to tell of a damaged one.
         const bool isEnded = refusal.kind == JournalRefusal::Kind::Damaged &&
                              JournalFile::retire(m_ops, m_folder.folder.descriptor(), name);
-        tell(QStringLiteral("there may be unsaved changes in '%1', but they are not taken up: %2")
-                 .arg(isEnded ? endedName(name) : shownName(name), refusal.reason));
+        tell(u"there may be unsaved changes in '%1', but they are not taken up: %2"_s.arg(
+            isEnded ? endedName(name) : shownName(name), refusal.reason));
     }
 
     void visit(const std::string &name) {
@@ -101,25 +102,23 @@ private:
             return;
         }
         if (contents.isEmpty() && contents.isDamaged) {
-            tell(QStringLiteral("unsaved changes in '%1' cannot be read: it is damaged").arg(retired(*journal)));
+            tell(u"unsaved changes in '%1' cannot be read: it is damaged"_s.arg(retired(*journal)));
         } else if (contents.isEmpty()) {
             (void)journal->remove();
         } else if (!m_request.keys.isProtected() || journal->head().sealed) {
             takeOrSetAside(std::move(*journal), contents);
         } else {
             // Anybody can have written it, and nobody could have read it all the time.
-            tell(QStringLiteral("there are unsaved changes in '%1' that were not sealed with its password; they are "
-                                "kept there, and not taken up")
-                     .arg(shownName(name)));
+            tell(u"there are unsaved changes in '%1' that were not sealed with its password; they are "
+                 "kept there, and not taken up"_s.arg(shownName(name)));
         }
     }
 
     void takeOrSetAside(JournalFile journal, JournalContents contents) {
         const QString elsewhere = standsElsewhere(journal.head());
         if (!elsewhere.isEmpty())
-            tell(QStringLiteral("there are unsaved changes to '%1', of which this is a copy; they are shown when that "
-                                "one is opened")
-                     .arg(elsewhere));
+            tell(u"there are unsaved changes to '%1', of which this is a copy; they are shown when that "
+                 "one is opened"_s.arg(elsewhere));
         else if (contents.belongs && !m_outcome.journal)
             takeUp(std::move(journal), contents);
         else
@@ -155,7 +154,7 @@ private:
         if (!head) {
             if (m_strangerNotRead.isEmpty() && (head.error().kind == JournalRefusal::Kind::NotTrusted ||
                                                 head.error().kind == JournalRefusal::Kind::Unreadable))
-                m_strangerNotRead = QStringLiteral("'%1' cannot be read: %2").arg(shownName(name), head.error().reason);
+                m_strangerNotRead = u"'%1' cannot be read: %2"_s.arg(shownName(name), head.error().reason);
             return;
         }
         const FilePlace &place = m_request.base.place;
@@ -167,10 +166,8 @@ private:
         if (mayBeOurs)
             m_strangersUnderOtherPasswords = true;
         else
-            tell(
-                QStringLiteral("there are unsaved changes to another database that stood here before; they are kept in "
-                               "'%1', and shown when that one is opened")
-                    .arg(shownName(name)));
+            tell(u"there are unsaved changes to another database that stood here before; they are kept in "
+                 "'%1', and shown when that one is opened"_s.arg(shownName(name)));
     }
 
     /// Gives the journal its keys. Without them it stays for a later open.
@@ -184,8 +181,8 @@ private:
         } else if (unlockWithPassword(journal)) {
             return true;
         }
-        tell(QStringLiteral("there are unsaved changes that were sealed with another password; they are kept for when "
-                            "it is opened with that one"));
+        tell(u"there are unsaved changes that were sealed with another password; they are kept for when "
+             "it is opened with that one"_s);
         return false;
     }
 
@@ -205,15 +202,15 @@ private:
 
     /// It stays as it is, for a later open.
     void cannotRead(const JournalFile &journal) {
-        tell(QStringLiteral("there are unsaved changes, but they cannot be read now: %1")
-                 .arg(systemErrorWords(*journal.readError())));
+        tell(u"there are unsaved changes, but they cannot be read now: %1"_s.arg(
+            systemErrorWords(*journal.readError())));
     }
 
     /// `kept` is where all of the journal is kept for some days; "" where it could not be.
     void tellDamage(const QString &kept) {
-        QString text = QStringLiteral("the journal of these changes is damaged: those that were made last are missing");
+        QString text = u"the journal of these changes is damaged: those that were made last are missing"_s;
         if (!kept.isEmpty())
-            text += QStringLiteral("; all that is left of it is kept in '%1' for seven days").arg(kept);
+            text += u"; all that is left of it is kept in '%1' for seven days"_s.arg(kept);
         tell(text);
     }
 
@@ -227,9 +224,8 @@ private:
             return;
         }
         if (groups == 0) {
-            tell(QStringLiteral("changes that were not saved when the program ended could not be made again; they are "
-                                "kept in '%1' for seven days")
-                     .arg(retired(journal)));
+            tell(u"changes that were not saved when the program ended could not be made again; they are "
+                 "kept in '%1' for seven days"_s.arg(retired(journal)));
             return;
         }
         QString kept;
@@ -239,8 +235,8 @@ private:
         (void)journal.cutAt(contents.end); // what stays behind it does not match what will stand before it
         m_outcome.changed = true;
         m_outcome.journal.emplace(upToDate(std::move(journal)));
-        tell(QStringLiteral("changes that were not saved when the program ended are there again; they are still "
-                            "unsaved"));
+        tell(u"changes that were not saved when the program ended are there again; they are still "
+             "unsaved"_s);
         if (contents.isDamaged || contents.end < whole)
             tellDamage(kept);
     }
@@ -318,24 +314,21 @@ private:
             return;
         }
         if (groups == 0) {
-            tell(QStringLiteral("there are unsaved changes to an earlier version of it, which cannot be made in this "
-                                "one; they are kept in '%1' for seven days")
-                     .arg(retired(journal)));
+            tell(u"there are unsaved changes to an earlier version of it, which cannot be made in this "
+                 "one; they are kept in '%1' for seven days"_s.arg(retired(journal)));
             return;
         }
         const auto kept = m_request.keepAside(encodeBody(*copy));
         if (!kept) { // for a later open
-            tell(QStringLiteral("there are unsaved changes of another session in '%1', which cannot be kept as a file "
-                                "of their own now: %2")
-                     .arg(shownName(journal.name()), systemErrorWords(kept.error())));
+            tell(u"there are unsaved changes of another session in '%1', which cannot be kept as a file "
+                 "of their own now: %2"_s.arg(shownName(journal.name()), systemErrorWords(kept.error())));
             return;
         }
         const QString ended = retired(journal);
-        tell(QStringLiteral("unsaved changes of another session are kept as a file of their own in '%1'").arg(*kept));
+        tell(u"unsaved changes of another session are kept as a file of their own in '%1'"_s.arg(*kept));
         if (contents.end < whole)
-            tell(QStringLiteral("some of these changes could not be made in this version, and are missing there; all "
-                                "of them are kept in '%1' for seven days")
-                     .arg(ended));
+            tell(u"some of these changes could not be made in this version, and are missing there; all "
+                 "of them are kept in '%1' for seven days"_s.arg(ended));
         if (contents.isDamaged)
             tellDamage(ended);
     }

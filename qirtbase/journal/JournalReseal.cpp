@@ -5,6 +5,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class Reseal {
@@ -65,7 +67,7 @@ private:
     /// Our own, before the save; after it that of another editor.
     void isHeld() {
         if (m_saved)
-            remains(QStringLiteral("another editor writes them"));
+            remains(u"another editor writes them"_s);
     }
 
     bool unlock(JournalFile &journal) const {
@@ -79,9 +81,8 @@ private:
     }
 
     void remains(const QString &reason) {
-        m_notices.append(QStringLiteral("unsaved changes of another session are still kept as they were sealed before, "
-                                        "not with the password that holds now: %1")
-                             .arg(reason));
+        m_notices.append(u"unsaved changes of another session are still kept as they were sealed before, "
+                         "not with the password that holds now: %1"_s.arg(reason));
     }
 
     FileOps &m_ops;

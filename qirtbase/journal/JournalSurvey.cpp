@@ -1,8 +1,7 @@
 #include "qirtbase/journal/JournalSurvey.h"
 
+#include "base/ByteReader.h"
 #include "qirtbase/journal/JournalCodec.h"
-
-#include <cstring>
 
 namespace qir {
 
@@ -23,8 +22,7 @@ JournalContents surveyJournal(JournalFile &journal, const FileIdentifier &saveId
                 ++depth;
             else if (operation->is(JournalOperation::GroupEnd) || operation->is(JournalOperation::GroupUndo))
                 --depth;
-            else if (operation->is(JournalOperation::SavingAs) && depth == 0 &&
-                     std::memcmp(operation->bytes.data(), saveId.data(), saveId.size()) == 0) {
+            else if (operation->is(JournalOperation::SavingAs) && depth == 0 && operation->bytes == viewOf(saveId)) {
                 contents.belongs = true;
                 contents.start = journal.offset();
             }

@@ -1,14 +1,14 @@
 #include "qirtbase/model/BodyCodec.h"
 
+#include "base/ByteReader.h"
+#include "base/ByteWriter.h"
 #include "base/Collation.h"
 #include "qirtbase/model/UnicodeText.h"
 
 #include <QSet>
-#include <QtEndian>
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <numeric>
 #include <span>
 
@@ -45,67 +45,66 @@ std::size_t encodedSize(const Table &table) {
     return size;
 }
 
-/// Writes into memory that is known to be large enough.
+/// Writes into an array that has the room already: it grows by itself where a size was told wrong.
 class BodyWriter {
 public:
-    explicit BodyWriter(char *out)
-        : m_out(out) {}
+    BodyWriter(QByteArray &out, std::size_t size)
+        : m_out(out) {
+        out.reserve(static_cast<qsizetype>(size));
+    }
 
-    template<class Number>
-    void number(Number value) {
-        qToLittleEndian(value, m_out);
-        m_out += sizeof value;
-    }
-    void bytes(QByteArrayView bytes) { m_out = std::copy(bytes.begin(), bytes.end(), m_out); }
-    void name(const QString &text) {
-        number(static_cast<std::uint16_t>(utf8Size(QStringView(text))));
-        m_out = writeUtf8(m_out, QStringView(text));
-    }
+    void bytes(QByteArrayView bytes) { m_out.bytes(bytes); }
     void sectionHead(std::uint8_t type, std::uint8_t flags, std::size_t length) {
-        number(type);
-        number(flags);
-        number(std::uint16_t{0});
-        number(std::uint64_t{length});
+        m_out.number(type);
+        m_out.number(flags);
+        m_out.number(std::uint16_t{0});
+        m_out.number(std::uint64_t{length});
     }
     void table(const Table &table, BodyFor use) {
         const bool isCounted = table.fieldCount() != 0 || use == BodyFor::Journal;
-        number(static_cast<std::uint32_t>(isCounted ? table.recordCount() : 0));
-        number(static_cast<std::uint16_t>(table.fieldCount()));
+        m_out.number(static_cast<std::uint32_t>(isCounted ? table.recordCount() : 0));
+        m_out.number(static_cast<std::uint16_t>(table.fieldCount()));
         name(table.name().text);
         for (const Field &field : table.fields()) {
-            number(static_cast<std::uint8_t>(field.type()));
-            number(static_cast<std::uint16_t>(field.size));
-            number(static_cast<std::uint16_t>(field.name.utf8().size()));
-            bytes(QByteArrayView(field.name.utf8()));
+            m_out.number(static_cast<std::uint8_t>(field.type()));
+            m_out.number(static_cast<std::uint16_t>(field.size));
+            m_out.sizedBytes<std::uint16_t>(QByteArrayView(field.name.utf8()));
         }
         for (const Field &field : table.fields())
             field.column.visit([&](const auto &values) { column(values, field.column.textBytes()); });
     }
 
 private:
+    void name(const QString &text) {
+        const std::size_t size = utf8Size(QStringView(text));
+        m_out.number(static_cast<std::uint16_t>(size));
+        writeUtf8(m_out.room(size).data(), QStringView(text));
+    }
+
     template<class Number>
     void column(const std::vector<Number> &numbers, std::size_t /*textBytes*/) {
-        if (numbers.empty())
-            return; // has no memory to read from
-        qToLittleEndian<Number>(numbers.data(), static_cast<qsizetype>(numbers.size()), m_out);
-        m_out += numbers.size() * sizeof(Number);
+        m_out.numbers(std::span<const Number>(numbers));
     }
 
     void column(const PackedTexts &texts, std::size_t textBytes) {
         const auto together = texts.contiguousLatin1();
         if (together && together->size() == textBytes) { // no character takes more than a byte: all ASCII
-            for (std::size_t i = 0; i < texts.size(); ++i)
-                number(texts.view(i).size);
+            m_out.numbers<std::uint32_t>(texts.size(), [&](std::size_t i) { return texts.view(i).size; });
             bytes(QByteArrayView(together->data(), static_cast<qsizetype>(together->size())));
             return;
         }
+        std::size_t size = 0;
+        m_out.numbers<std::uint32_t>(texts.size(), [&](std::size_t i) {
+            const std::size_t length = utf8Size(texts.view(i));
+            size += length;
+            return static_cast<std::uint32_t>(length);
+        });
+        char *out = m_out.room(size).data();
         for (std::size_t i = 0; i < texts.size(); ++i)
-            number(static_cast<std::uint32_t>(utf8Size(texts.view(i))));
-        for (std::size_t i = 0; i < texts.size(); ++i)
-            m_out = writeUtf8(m_out, texts.view(i));
+            out = writeUtf8(out, texts.view(i));
     }
 
-    char *m_out;
+    ByteWriter m_out;
 };
 
 // ---------------------------------------------------------------------------------------------------------- decoding
@@ -139,28 +138,28 @@ private:
     std::uint64_t m_left;
 };
 
-/// Hands out bytes from the front, never more than there are.
+/// A reader that refuses the body where less is left than is asked for.
 class Bytes {
 public:
     explicit Bytes(QByteArrayView bytes)
-        : m_bytes(bytes) {}
+        : m_reader(bytes) {}
 
-    std::uint64_t left() const { return static_cast<std::uint64_t>(m_bytes.size()); }
-    QByteArrayView take(std::uint64_t count) {
-        if (count > left())
-            refuse(u"a length in it reaches beyond its end"_s);
-        const auto size = static_cast<qsizetype>(count);
-        const QByteArrayView taken = m_bytes.first(size);
-        m_bytes = m_bytes.sliced(size);
-        return taken;
-    }
+    std::uint64_t left() const { return m_reader.left(); }
+    QByteArrayView take(std::uint64_t count) { return complete(m_reader.bytes(count)); }
     template<class Number>
     Number number() {
-        return qFromLittleEndian<Number>(take(sizeof(Number)).data());
+        return complete(m_reader.number<Number>());
     }
 
 private:
-    QByteArrayView m_bytes;
+    template<class Taken>
+    Taken complete(Taken taken) const {
+        if (!m_reader.isComplete())
+            refuse(u"a length in it reaches beyond its end"_s);
+        return taken;
+    }
+
+    ByteReader m_reader;
 };
 
 struct SectionHead {
@@ -274,14 +273,13 @@ private:
     std::vector<Number> readNumbers() {
         const QByteArrayView bytes = m_payload.take(std::uint64_t{m_records} * sizeof(Number));
         m_budget.take(static_cast<std::uint64_t>(bytes.size()));
-        return fromLittleEndian<Number>(bytes);
+        return numbersIn<Number>(bytes);
     }
 
     template<class Number>
-    std::vector<Number> fromLittleEndian(QByteArrayView bytes) const {
+    std::vector<Number> numbersIn(QByteArrayView bytes) const {
         std::vector<Number> numbers(m_records);
-        if (m_records != 0)
-            qFromLittleEndian<Number>(bytes.data(), static_cast<qsizetype>(m_records), numbers.data());
+        ByteReader(bytes).numbers<Number>(numbers);
         return numbers;
     }
 
@@ -296,7 +294,7 @@ private:
     Column readTexts(std::size_t size) {
         const QByteArrayView lengthBytes = m_payload.take(std::uint64_t{m_records} * lengthSize);
         m_budget.take(std::uint64_t{m_records} * (lengthSize + sizeof(std::uint64_t)));
-        const auto lengths = fromLittleEndian<std::uint32_t>(lengthBytes);
+        const auto lengths = numbersIn<std::uint32_t>(lengthBytes);
         const std::uint64_t total = std::accumulate(lengths.begin(), lengths.end(), std::uint64_t{0});
         const QByteArrayView bytes = m_payload.take(total);
         PackedTexts texts;
@@ -384,8 +382,8 @@ QByteArray encodeBody(const Database &database, BodyFor use) {
     for (const ForeignSection &foreign : database.foreignSections())
         size += section::headSize + static_cast<std::size_t>(foreign.payload.size());
 
-    QByteArray body(static_cast<qsizetype>(size), Qt::Uninitialized);
-    BodyWriter writer(body.data());
+    QByteArray body;
+    BodyWriter writer(body, size);
     for (std::size_t i = 0; i < database.tableCount(); ++i) {
         writer.sectionHead(static_cast<std::uint8_t>(SectionType::Table), section::mustBeKnown, tableSizes[i]);
         writer.table(database.table(i), use);
@@ -402,13 +400,13 @@ LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits) {
     try {
         return readDatabase(Bytes(body), limits);
     } catch (const Refusal &refusal) {
-        return tl::unexpected(LoadError{refusal.kind, refusal.text});
+        return refused(refusal.kind, refusal.text);
     }
 }
 
 QByteArray encodeTable(const Table &table, BodyFor use) {
-    QByteArray payload(static_cast<qsizetype>(encodedSize(table)), Qt::Uninitialized);
-    BodyWriter(payload.data()).table(table, use);
+    QByteArray payload;
+    BodyWriter(payload, encodedSize(table)).table(table, use);
     return payload;
 }
 
@@ -417,7 +415,7 @@ LoadResult<std::unique_ptr<Table>> decodeTable(QByteArrayView payload, const Bod
         Budget budget(limits.memory);
         return TableReader(Bytes(payload), limits, budget).read();
     } catch (const Refusal &refusal) {
-        return tl::unexpected(LoadError{refusal.kind, refusal.text});
+        return refused(refusal.kind, refusal.text);
     }
 }
 

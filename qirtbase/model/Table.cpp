@@ -1,6 +1,7 @@
 #include "qirtbase/model/Table.h"
 
 #include "base/Collation.h"
+#include "base/UndoOnError.h"
 #include "qirtbase/model/DatabaseError.h"
 #include "qirtbase/model/ModelLimits.h"
 #include "qirtbase/model/UnicodeText.h"
@@ -73,14 +74,12 @@ void Table::appendRecord() {
 
 void Table::insertRecord(std::size_t record, const std::vector<CellValue> &values) {
     std::size_t done = 0;
-    try {
-        for (; done < m_fields.size(); ++done)
-            m_fields[done].column.insert(record, values[done]);
-    } catch (...) {
+    const UndoOnError undo([&] {
         while (done-- > 0)
             m_fields[done].column.remove(record);
-        throw;
-    }
+    });
+    for (; done < m_fields.size(); ++done)
+        m_fields[done].column.insert(record, values[done]);
     ++m_records;
 }
 

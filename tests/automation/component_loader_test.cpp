@@ -1,5 +1,5 @@
-#include "platform/automation/ComponentLoader.h"
 #include "platform/automation/AutomationError.h"
+#include "platform/automation/ComponentLoader.h"
 #include "tests/tools/ComponentPath.h"
 
 #include <QCoreApplication>

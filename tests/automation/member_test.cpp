@@ -1,5 +1,5 @@
-#include "platform/automation/Member.h"
 #include "platform/automation/AutomationError.h"
+#include "platform/automation/Member.h"
 #include "tests/automation/Sample.h"
 
 #include <gmock/gmock.h>

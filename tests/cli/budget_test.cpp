@@ -1,6 +1,6 @@
 #include "tests/cli/Program.h"
-#include "tests/qirtbase/model/GeneratedBodies.h"
 #include "tests/qirtbase/file/StorageSupport.h"
+#include "tests/qirtbase/model/GeneratedBodies.h"
 
 #include <gmock/gmock.h>
 

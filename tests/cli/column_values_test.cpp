@@ -1,5 +1,5 @@
-#include "cli/tables/ColumnValues.h"
 #include "base/NumberText.h"
+#include "cli/tables/ColumnValues.h"
 #include "cli/tables/FieldHeader.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "tests/cli/Program.h"
 #include "cli/Session.h"
 #include "db/QirDatabase.h"
 #include "qirtbase/container/FileHeader.h"
+#include "tests/cli/Program.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,5 @@
-#include "tests/tools/fake/FakeControl.h"
 #include "db/QirDatabase.h"
+#include "tests/tools/fake/FakeControl.h"
 
 #include <QFile>
 #include <QTemporaryDir>

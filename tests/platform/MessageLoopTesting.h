@@ -71,6 +71,7 @@ protected Q_SLOTS:
     void init() {
         m_window = std::make_unique<Window>();
         m_loop = std::make_unique<MessageLoop>(m_window.get());
+        m_loop->setErrorTitle(QStringLiteral("QIR Database Editor"));
         m_window->show();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
         m_window->first->setFocus();

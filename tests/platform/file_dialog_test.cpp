@@ -166,7 +166,7 @@ void FileDialogTest::savingOverAFileIsAskedAboutAndTold() {
     const WithNext<QFileDialog> dialog([&](QFileDialog &shown) {
         const WithNext<QMessageBox> box([&](QMessageBox &question) {
             ++asked;
-            [](QMessageBox &box) { hands::click(box.button(QMessageBox::Yes), Qt::LeftButton); }(question);
+            hands::click(question.button(QMessageBox::Yes), Qt::LeftButton);
         });
         chooseName(shown, u"OLD.DDB"_s);
     });

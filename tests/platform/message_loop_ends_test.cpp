@@ -284,6 +284,7 @@ void MessageLoopEndsTest::withoutALoopCommandsJustRun() {
     timer.yieldIfDue();
     QVERIFY_EXCEPTION_THROWN(runCommand([] { throw std::runtime_error("x"); }), std::runtime_error);
     m_loop = std::make_unique<MessageLoop>(m_window.get());
+    m_loop->setErrorTitle(u"QIR Database Editor"_s);
 }
 
 QTEST_MAIN(MessageLoopEndsTest)

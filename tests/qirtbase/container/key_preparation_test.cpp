@@ -270,9 +270,9 @@ TEST_F(LoadCosts, ThereIsNothingToPrepareWithoutAProtectedFileThatCanBeOpened) {
     writeContent(name, containerBytes("body", u"p"_s));
     EXPECT_FALSE(file.prepareKey(name, {}));
     EXPECT_FALSE(file.prepareKey(folder.path(), u"p"_s));
-    EXPECT_TRUE(file.isFresh());
     EXPECT_FALSE(file.preparedKey().isPending());
     EXPECT_EQ(derivations, 0);
+    EXPECT_TRUE(file.load(name, u"p"_s)) << "as a fresh instance can";
 }
 
 } // namespace

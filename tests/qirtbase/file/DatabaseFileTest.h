@@ -31,7 +31,8 @@ protected:
         DatabaseFile reader(FileOps::system(), testOptions());
         const auto body = reader.load(file, password);
         EXPECT_FALSE(body) << file.toStdString();
-        EXPECT_FALSE(reader.isReady());
+        EXPECT_FALSE(reader.setFileName(path(QStringLiteral("never.ddb"))))
+            << "a load that failed leaves nothing to save";
         EXPECT_EQ(reader.fileName(), QString());
         return body ? LoadError{} : body.error();
     }

@@ -41,19 +41,24 @@ DatabaseFileOptions optionsIn(const QString &folder) {
     return options;
 }
 
-std::vector<Scenario> scenarios() {
-    const QByteArray old = containerBytes(oldBody);
-    const auto loadIt = [](DatabaseFile &file, const QString &folder) { return loads(file, folder + u"/a.ddb"_s); };
-    const auto noUnnamed = [](HookedFileOps &ops) {
-        ops.onOpen = [](unsigned flags) {
-            return (flags & O_TMPFILE) == unsigned(O_TMPFILE) ? std::optional(SystemError{EOPNOTSUPP}) : std::nullopt;
-        };
+namespace {
+
+bool loadIt(DatabaseFile &file, const QString &folder) {
+    return loads(file, folder + u"/a.ddb"_s);
+}
+
+void withoutUnnamedFiles(HookedFileOps &ops) {
+    ops.onOpen = [](unsigned flags) {
+        return (flags & O_TMPFILE) == unsigned(O_TMPFILE) ? std::optional(SystemError{EOPNOTSUPP}) : std::nullopt;
     };
-    const auto noExchange = [](HookedFileOps &ops) {
-        ops.onRename = [](unsigned flags) { return flags ? std::optional(SystemError{EINVAL}) : std::nullopt; };
-    };
-    std::vector<Scenario> all;
-    all.push_back({.name = "LoadOpen", .before = old, .begin = loadIt, .saves = false});
+}
+
+void withoutExchange(HookedFileOps &ops) {
+    ops.onRename = [](unsigned flags) { return flags ? std::optional(SystemError{EINVAL}) : std::nullopt; };
+}
+
+void addLoads(std::vector<Scenario> &all) {
+    all.push_back({.name = "LoadOpen", .before = containerBytes(oldBody), .begin = loadIt, .saves = false});
     all.push_back(
         {.name = "LoadProtected",
          .before = containerBytes(oldBody, password),
@@ -61,10 +66,13 @@ std::vector<Scenario> scenarios() {
          .begin = [](DatabaseFile &file, const QString &folder) { return loads(file, folder + u"/a.ddb"_s, password); },
          .saves = false});
     all.push_back({.name = "LoadIgnoringCase",
-                   .before = old,
+                   .before = containerBytes(oldBody),
                    .begin = [](DatabaseFile &file, const QString &folder) { return loads(file, folder + u"/A.DDB"_s); },
                    .saves = false});
-    all.push_back({.name = "Save", .before = old, .begin = loadIt});
+}
+
+void addSaves(std::vector<Scenario> &all) {
+    all.push_back({.name = "Save", .before = containerBytes(oldBody), .begin = loadIt});
     all.push_back({.name = "SaveProtected",
                    .before = containerBytes(oldBody, password),
                    .password = password,
@@ -74,14 +82,15 @@ std::vector<Scenario> scenarios() {
     all.push_back({.name = "SaveNew", .begin = [](DatabaseFile &file, const QString &folder) {
                        return file.setFileName(folder + u"/a.ddb"_s);
                    }});
-    all.push_back({.name = "SaveAs",
-                   .fileName = u"b.ddb"_s,
-                   .before = containerBytes(otherBody),
-                   .prepare = [old](const QString &folder) { writeContent(folder + u"/a.ddb"_s, old); },
-                   .begin =
-                       [](DatabaseFile &file, const QString &folder) {
-                           return loads(file, folder + u"/a.ddb"_s) && file.setFileName(folder + u"/b.ddb"_s);
-                       }});
+    all.push_back(
+        {.name = "SaveAs",
+         .fileName = u"b.ddb"_s,
+         .before = containerBytes(otherBody),
+         .prepare = [](const QString &folder) { writeContent(folder + u"/a.ddb"_s, containerBytes(oldBody)); },
+         .begin =
+             [](DatabaseFile &file, const QString &folder) {
+                 return loads(file, folder + u"/a.ddb"_s) && file.setFileName(folder + u"/b.ddb"_s);
+             }});
     all.push_back({.name = "SaveAsOverAnotherProgramsVersion",
                    .before = containerBytes(oldBody),
                    .begin =
@@ -96,18 +105,28 @@ std::vector<Scenario> scenarios() {
                    .keepsOther = true});
     all.push_back(
         {.name = "SaveThroughALink",
-         .before = old,
+         .before = containerBytes(oldBody),
          .prepare = [](const QString &folder) { QFile::link(u"a.ddb"_s, folder + u"/link.ddb"_s); },
          .begin = [](DatabaseFile &file, const QString &folder) { return loads(file, folder + u"/link.ddb"_s); }});
-    all.push_back({.name = "SaveWithoutUnnamedFiles", .before = old, .begin = loadIt, .lacks = noUnnamed});
-    all.push_back({.name = "SaveWithoutExchange", .before = old, .begin = loadIt, .lacks = noExchange});
+}
+
+void addSavesThatLackACall(std::vector<Scenario> &all) {
+    all.push_back({.name = "SaveWithoutUnnamedFiles",
+                   .before = containerBytes(oldBody),
+                   .begin = loadIt,
+                   .lacks = withoutUnnamedFiles});
+    all.push_back(
+        {.name = "SaveWithoutExchange", .before = containerBytes(oldBody), .begin = loadIt, .lacks = withoutExchange});
     all.push_back(
         {.name = "SaveNewWithoutUnnamedFiles",
          .begin = [](DatabaseFile &file, const QString &folder) { return file.setFileName(folder + u"/a.ddb"_s); },
-         .lacks = noUnnamed});
+         .lacks = withoutUnnamedFiles});
+}
+
+void addSavesInPlace(std::vector<Scenario> &all) {
     all.push_back(
         {.name = "SaveAHardLinkedFile",
-         .before = old,
+         .before = containerBytes(oldBody),
          .prepare =
              [](const QString &folder) {
                  writeContent(folder + u"/a.ddb"_s, {});
@@ -129,7 +148,7 @@ std::vector<Scenario> scenarios() {
                  };
              }});
     all.push_back({.name = "SaveInAFolderThatTakesNoFile",
-                   .before = old,
+                   .before = containerBytes(oldBody),
                    .begin = loadIt,
                    .inPlace = true,
                    .copyElsewhere = true,
@@ -140,6 +159,16 @@ std::vector<Scenario> scenarios() {
                                                                                  : std::nullopt;
                        };
                    }});
+}
+
+} // namespace
+
+std::vector<Scenario> scenarios() {
+    std::vector<Scenario> all;
+    addLoads(all);
+    addSaves(all);
+    addSavesThatLackACall(all);
+    addSavesInPlace(all);
     return all;
 }
 

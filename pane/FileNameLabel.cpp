@@ -1,4 +1,4 @@
-#include "app/FileNameLabel.h"
+#include "pane/FileNameLabel.h"
 
 #include <QHelpEvent>
 #include <QPainter>

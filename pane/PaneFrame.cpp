@@ -1,4 +1,4 @@
-#include "app/PaneFrame.h"
+#include "pane/PaneFrame.h"
 
 #include <QPainter>
 

@@ -1,0 +1,91 @@
+#!/usr/bin/env python3
+"""Every text that a person reads in the window goes through tr(), so that it can be translated; and literals are
+written one way: u"..."_s in .cpp files, QStringLiteral in headers, which must not import a namespace.
+
+  texts.py ROOT    status 1 and a line for each literal that does neither stand in tr() nor where no person reads it
+  texts.py --self-test
+"""
+import os
+import re
+import sys
+
+# The command-line companion speaks one language, and so do the errors of the floors that it shares with the editor.
+FOLDERS = ["app", "pane", "view", "structure", "compare", "dialogs", "platform/dialogs", "platform/loop",
+           "platform/controls", "platform/grid", "platform/list"]
+ALL_FOLDERS = FOLDERS + ["platform/automation", "base", "bench", "cli", "db", "fuzz", "qirtbase", "samples", "tests"]
+
+# What stands before a literal that no person reads.
+NOT_SHOWN = re.compile(
+    r"(?:setObjectName\(|findChild<[^>]*>\(|\bname\(\*?[\w.>-]+, |RichiamaTabella\(\w+, |\.method\([^\"]*|QFile \w+\(|"
+    r"startsWith\(|option == |isSet\(|m_picture\(|addPositionalArgument\(|setStyleSheet\(|qEnvironmentVariable\w*\(|"
+    r"html (?:\+?=) ?(?:[^;]*\+ )?|\.replace\([^;]*|static_assert\([^\"]*|Q_ASSERT_X\([^\"]*|"
+    r"allowedIn\w+ = |[fF]ormat = |magic = |plugin\w* = )(?:u|QLatin1StringView\()?$", re.S)
+# Literals that are data, not words.
+DATA = {
+    "DDB",                                          # a file name's extension
+    "OUT.png", "[FILE]",                            # names of arguments, as every program has them
+    "Fieldx", "Tablex",                             # names of a new field and table, which the file will hold
+    "qir-editor: %s\\n", "qir-editor: %s\\n%s\\n",  # the program's name before a text
+    "qir-editor: %s %s\\n",
+}
+LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+IN_TR = re.compile(r'\b(?:tr|translate)\(\s*(?:"(?:[^"\\]|\\.)*"[\s,]*)*$')
+COMMENT = re.compile(r"//[^\n]*|#include[^\n]*")
+
+
+def untranslated(text):
+    """(line, literal) of each text that is not in tr()."""
+    text = COMMENT.sub("", text)
+    found = []
+    for match in LITERAL.finditer(text):
+        words, before = match.group(1), text[:match.start()]
+        if len(re.findall(r"[A-Za-z]", re.sub(r"\\[a-z]", "", words))) < 2 or words in DATA:
+            continue
+        before = before[-400:]
+        statement = re.split(r"[;{}]\s*\n", before)[-1]
+        if not IN_TR.search(before) and not NOT_SHOWN.search(statement):
+            found.append((text[:match.start()].count("\n") + 1, words))
+    return found
+
+
+def other_dialect(path, text):
+    """Lines that write a literal the other way."""
+    if not path.endswith(".cpp"):
+        return []
+    return [number for number, line in enumerate(text.splitlines(), 1)
+            if re.search(r"QStringLiteral\(\"|QLatin1String\(\"", line)]
+
+
+def read(root, folders):
+    for folder in folders:
+        for base, _, names in os.walk(os.path.join(root, folder)):
+            for name in sorted(names):
+                if name.endswith((".h", ".cpp")):
+                    path = os.path.join(base, name)
+                    with open(path, encoding="utf-8") as file:
+                        yield os.path.relpath(path, root), file.read()
+
+
+def self_test():
+    assert untranslated('messageBox(window, u"No table"_s);\n') == [(1, "No table")]
+    assert untranslated('messageBox(window, tr("No table"));\n') == []
+    assert untranslated('text = tr("No table "\n          "here");\n') == []
+    assert untranslated('list.setObjectName(u"hint_%1"_s);\n') == []
+    assert untranslated('// says "No table"\nmessageBox(window, u"!"_s);\n') == []
+    assert untranslated('throw std::runtime_error("broken");\n') == [(1, "broken")]
+    assert other_dialect("a.cpp", 'f(QStringLiteral("x"));\n') == [1]
+    assert other_dialect("a.h", 'f(QStringLiteral("x"));\n') == []
+
+
+def main(root):
+    offences = [f'{path}:{line}: "{words}" is shown and not in tr()'
+                for path, text in read(root, FOLDERS) for line, words in untranslated(text)]
+    offences += [f'{path}:{line}: write u"..."_s' for path, text in read(root, ALL_FOLDERS)
+                 for line in other_dialect(path, text)]
+    print("\n".join(offences) if offences else "every text can be translated")
+    return 1 if offences else 0
+
+
+if __name__ == "__main__":
+    self_test()
+    sys.exit(0 if sys.argv[1:] == ["--self-test"] else main(sys.argv[1]))
