@@ -4,23 +4,25 @@
 
 namespace qir::test {
 
+using namespace Qt::StringLiterals;
+
 QString randomText(Choices &choices) {
     static const std::vector<QString> pieces = {
-        QStringLiteral("a"),
-        QStringLiteral("Z"),
-        QStringLiteral("7"),
-        QStringLiteral(" "),
-        QStringLiteral("\u00E9"),
-        QStringLiteral("\u00FF"),
+        u"a"_s,
+        u"Z"_s,
+        u"7"_s,
+        u" "_s,
+        u"\u00E9"_s,
+        u"\u00FF"_s,
         QString(QChar(0)),
-        QStringLiteral("\u0100"),
-        QStringLiteral("\u20AC"),
-        QStringLiteral("\U0001F600"),
+        u"\u0100"_s,
+        u"\u20AC"_s,
+        u"\U0001F600"_s,
         QString(QChar(0xD83D)),
         QString(QChar(0xDE00)),
-        QStringLiteral("\uFEFF"),
-        QStringLiteral("-12.5e3"),
-        QStringLiteral("plain words"),
+        u"\uFEFF"_s,
+        u"-12.5e3"_s,
+        u"plain words"_s,
     };
     QString text;
     const int count = choices.inRange(0, 6);
@@ -42,8 +44,7 @@ double randomNumber(Choices &choices) {
 }
 
 QString randomName(Choices &choices) {
-    static const std::vector<QString> stems = {QStringLiteral("n"), QStringLiteral("Pumps "), QStringLiteral("\u00C4"),
-                                               QStringLiteral("x ?")};
+    static const std::vector<QString> stems = {u"n"_s, u"Pumps "_s, u"\u00C4"_s, u"x ?"_s};
     return choices.elementOf(stems) + QString::number(choices.inRange(0, 12));
 }
 

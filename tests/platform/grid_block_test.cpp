@@ -9,6 +9,7 @@
 
 using namespace qir;
 using namespace qir::testing;
+using namespace Qt::StringLiterals;
 
 /// The selected block as a text, and hiding a grid.
 class GridBlockTest : public QObject {
@@ -29,42 +30,42 @@ void GridBlockTest::clipReadsTheSelectedBlock() {
     Grid grid;
     fill(grid, 4, 4);
     grid.setSelection({2, 2, 3, 4});
-    QCOMPARE(grid.Clip(), QStringLiteral("2.2\t2.3\t2.4\r3.2\t3.3\t3.4"));
+    QCOMPARE(grid.Clip(), u"2.2\t2.3\t2.4\r3.2\t3.3\t3.4"_s);
     grid.setSelection(singleCell(1, 1));
-    QCOMPARE(grid.Clip(), QStringLiteral("1.1"));
+    QCOMPARE(grid.Clip(), u"1.1"_s);
 }
 
 void GridBlockTest::clipReadsTheSameWhicheverCornerIsCurrent() {
     Grid grid;
     fill(grid, 4, 4);
     grid.setSelection({3, 4, 2, 2});
-    QCOMPARE(grid.Clip(), QStringLiteral("2.2\t2.3\t2.4\r3.2\t3.3\t3.4"));
+    QCOMPARE(grid.Clip(), u"2.2\t2.3\t2.4\r3.2\t3.3\t3.4"_s);
 }
 
 void GridBlockTest::clipWritesInsideTheSelectionOnly() {
     Grid grid;
     fill(grid, 4, 4);
     grid.setSelection({3, 3, 2, 2});
-    grid.setClip(QStringLiteral("a\tb\tc\rd\te\tf\rg\th\ti"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("a"));
-    QCOMPARE(grid.TextMatrix(2, 3), QStringLiteral("b"));
-    QCOMPARE(grid.TextMatrix(3, 3), QStringLiteral("e"));
-    QCOMPARE(grid.TextMatrix(2, 4), QStringLiteral("2.4"));
-    QCOMPARE(grid.TextMatrix(4, 2), QStringLiteral("4.2"));
-    grid.setClip(QStringLiteral("z"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("z"));
-    QCOMPARE(grid.TextMatrix(2, 3), QStringLiteral("b"));
-    QCOMPARE(grid.texts().at(3, 3), QStringLiteral("e"));
+    grid.setClip(u"a\tb\tc\rd\te\tf\rg\th\ti"_s);
+    QCOMPARE(grid.TextMatrix(2, 2), u"a"_s);
+    QCOMPARE(grid.TextMatrix(2, 3), u"b"_s);
+    QCOMPARE(grid.TextMatrix(3, 3), u"e"_s);
+    QCOMPARE(grid.TextMatrix(2, 4), u"2.4"_s);
+    QCOMPARE(grid.TextMatrix(4, 2), u"4.2"_s);
+    grid.setClip(u"z"_s);
+    QCOMPARE(grid.TextMatrix(2, 2), u"z"_s);
+    QCOMPARE(grid.TextMatrix(2, 3), u"b"_s);
+    QCOMPARE(grid.texts().at(3, 3), u"e"_s);
 }
 
 void GridBlockTest::clipOfASingleCellTakesTheFirstValueOnly() {
     Grid grid;
     fill(grid, 4, 4);
     grid.setSelection(singleCell(2, 2));
-    grid.setClip(QStringLiteral("a\tb\rc"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("a"));
-    QCOMPARE(grid.TextMatrix(2, 3), QStringLiteral("2.3"));
-    QCOMPARE(grid.TextMatrix(3, 2), QStringLiteral("3.2"));
+    grid.setClip(u"a\tb\rc"_s);
+    QCOMPARE(grid.TextMatrix(2, 2), u"a"_s);
+    QCOMPARE(grid.TextMatrix(2, 3), u"2.3"_s);
+    QCOMPARE(grid.TextMatrix(3, 2), u"3.2"_s);
 }
 
 void GridBlockTest::clipNotifiesOnceForTheWholeBlock() {

@@ -11,6 +11,8 @@
 
 namespace qir::hands {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int turns = 4;
@@ -79,16 +81,16 @@ QString textOf(Qt::Key key) {
     switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        return QStringLiteral("\r");
+        return u"\r"_s;
     case Qt::Key_Backspace:
-        return QStringLiteral("\b");
+        return u"\b"_s;
     case Qt::Key_Delete:
-        return QStringLiteral("\x7f");
+        return u"\x7f"_s;
     case Qt::Key_Escape:
-        return QStringLiteral("\x1b");
+        return u"\x1b"_s;
     case Qt::Key_Tab:
     case Qt::Key_Backtab:
-        return QStringLiteral("\t");
+        return u"\t"_s;
     default:
         return key < Qt::Key_Escape ? QString(QChar(static_cast<char16_t>(key))) : QString();
     }

@@ -8,8 +8,6 @@
 
 namespace qir::test {
 
-using namespace Qt::StringLiterals;
-
 /// A table of one long field "Value".
 inline TableOfTexts numbers(const QString &name, const QStringList &values) {
     return {name, {{QStringLiteral("Value"), FieldType::Long, values}}};
@@ -18,28 +16,36 @@ inline TableOfTexts numbers(const QString &name, const QStringList &values) {
 /// A long field "Speed" and a text field "Name" of size 20, three records.
 inline TableOfTexts pumps(const QString &name = QStringLiteral("Pumps")) {
     return {name,
-            {{u"Speed"_s, FieldType::Long, {u"1200"_s, u"900"_s, u"60"_s}},
-             {u"Name"_s, FieldType::Text, {u"Main"_s, u"Spare"_s, u"Test"_s}, 20}}};
+            {{QStringLiteral("Speed"),
+              FieldType::Long,
+              {QStringLiteral("1200"), QStringLiteral("900"), QStringLiteral("60")}},
+             {QStringLiteral("Name"),
+              FieldType::Text,
+              {QStringLiteral("Main"), QStringLiteral("Spare"), QStringLiteral("Test")},
+              20}}};
 }
 
 /// pumps() with a field more.
 inline TableOfTexts widePumps() {
     TableOfTexts table = pumps();
-    table.fields.push_back({u"Ratio"_s, FieldType::Double, {u"0.5"_s, u"1.5"_s, u"2.25"_s}});
+    table.fields.push_back({QStringLiteral("Ratio"),
+                            FieldType::Double,
+                            {QStringLiteral("0.5"), QStringLiteral("1.5"), QStringLiteral("2.25")}});
     return table;
 }
 
 /// The table of pumps() with one record, which differs.
 inline TableOfTexts shortPumps() {
     TableOfTexts table = pumps();
-    table.fields[0].texts = {u"5"_s};
-    table.fields[1].texts = {u"Other"_s};
+    table.fields[0].texts = {QStringLiteral("5")};
+    table.fields[1].texts = {QStringLiteral("Other")};
     return table;
 }
 
 /// A bool field "Open", two records.
 inline TableOfTexts valves() {
-    return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s, u"0"_s}}}};
+    return {QStringLiteral("Valves"),
+            {{QStringLiteral("Open"), FieldType::Bool, {QStringLiteral("1"), QStringLiteral("0")}}}};
 }
 
 /// Long fields "Field1" and so on; a value tells its record and field: 302 in record 3 of field 2.

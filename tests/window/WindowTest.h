@@ -40,8 +40,8 @@ inline QString savedValue(const QString &path, const QString &table, const QStri
 inline QString callText(const FakeCall &call) {
     QStringList arguments;
     for (const QVariant &argument : call.arguments)
-        arguments.append(argument.isValid() ? argument.toString() : u"-"_s);
-    return call.member + u'(' + arguments.join(u", "_s) + u')';
+        arguments.append(argument.isValid() ? argument.toString() : QStringLiteral("-"));
+    return call.member + u'(' + arguments.join(QStringLiteral(", ")) + u')';
 }
 
 /// The calls that components got, "MEMBER(argument, ...)" each, only those of the given members.

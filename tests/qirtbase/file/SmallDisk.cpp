@@ -15,6 +15,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool writeText(const char *path, const std::string &text) {
@@ -40,7 +42,7 @@ bool enterOwnNamespace(QString &why) {
         reason = QString::fromLocal8Bit(std::strerror(errno));
     }
     if (state < 0)
-        why = QStringLiteral("no mount namespace of our own is to be had: ") + reason;
+        why = u"no mount namespace of our own is to be had: "_s + reason;
     return state > 0;
 }
 
@@ -54,7 +56,7 @@ std::optional<SmallDisk> SmallDisk::mount(std::uint64_t bytes, QString &why, uns
     if (inodes > 0)
         options += ",nr_inodes=" + std::to_string(inodes);
     if (!folder->isValid() || ::mount("tmpfs", systemPath(folder->path()).c_str(), "tmpfs", 0, options.c_str()) != 0) {
-        why = QStringLiteral("mounting is refused: ") + QString::fromLocal8Bit(std::strerror(errno));
+        why = u"mounting is refused: "_s + QString::fromLocal8Bit(std::strerror(errno));
         return std::nullopt;
     }
     return SmallDisk(std::move(folder));

@@ -14,12 +14,14 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString quickTemplate() {
-    const QString memory = QStringLiteral("/dev/shm");
+    const QString memory = u"/dev/shm"_s;
     const QString place = QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
-    return place + QStringLiteral("/qir-test-XXXXXX");
+    return place + u"/qir-test-XXXXXX"_s;
 }
 
 } // namespace
@@ -113,7 +115,7 @@ LoadResult<LoadedContainer> readBytes(const QByteArray &bytes, const QString &pa
 
 QString testStateFolder() {
     static const QuickFolder folder;
-    return folder.filePath(QStringLiteral("state"));
+    return folder.filePath(u"state"_s);
 }
 
 DatabaseFileOptions testOptions(RandomSource *random) {

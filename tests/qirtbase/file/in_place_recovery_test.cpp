@@ -305,8 +305,8 @@ protected:
         QFile::remove(m_copy);
     }
 
-    const QString m_file = make(QStringLiteral("a.ddb"), "there");
-    const QString m_copy = path(QStringLiteral(".qir-0123456789abcdef.safe"));
+    const QString m_file = make(u"a.ddb"_s, "there");
+    const QString m_copy = path(u".qir-0123456789abcdef.safe"_s);
     const QByteArray m_there = contentOf(m_file);
     const QByteArray m_base = containerBytes("base");
     SafeCopyHead m_head;

@@ -9,6 +9,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 ContainerKeys keysOf(const QString &password, unsigned char salt) {
     static const KeyDeriver derive = rememberingDeriver();
     ContainerKeys keys;
@@ -85,10 +87,10 @@ JournalBench::JournalBench(FileOps &ops)
     m_options.stateFolder = m_folder.path();
     m_options.random = &RandomSource::system();
     m_options.notice = [this](const QString &text) { m_notices.append(text); };
-    m_base.name = QStringLiteral("PUMP.DDB");
+    m_base.name = u"PUMP.DDB"_s;
     // Any file will do as the one that the journal belongs to.
-    writeContent(m_folder.filePath(QStringLiteral("file")), "x");
-    standAt(QStringLiteral("file"));
+    writeContent(m_folder.filePath(u"file"_s), "x");
+    standAt(u"file"_s);
     m_base.fileId.fill(1);
     m_base.saveId.fill(2);
     setSaved(encodeBody({}));
@@ -118,7 +120,7 @@ void JournalBench::open() {
                                                .body = m_saved,
                                                .keepAside = [this](QByteArrayView aside) -> SystemResult<QString> {
                                                    m_aside.push_back(aside.toByteArray());
-                                                   return QStringLiteral("aside");
+                                                   return u"aside"_s;
                                                }},
                                               m_database);
     m_recovered = outcome.changed;

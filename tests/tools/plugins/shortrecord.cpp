@@ -1,6 +1,8 @@
 #include <QObject>
 #include <QStringList>
 
+using namespace Qt::StringLiterals;
+
 // Leaves the last field out of the record array.
 class clsQirDatabase final : public QObject {
     Q_OBJECT
@@ -8,7 +10,7 @@ class clsQirDatabase final : public QObject {
 
 public:
     int fieldsCount() const { return 2; }
-    Q_INVOKABLE void GetQirRecord(int, QStringList &values) { values = QStringList{QString(), QStringLiteral("one")}; }
+    Q_INVOKABLE void GetQirRecord(int, QStringList &values) { values = QStringList{QString(), u"one"_s}; }
 };
 
 class ShortRecordRoot final : public QObject {
