@@ -1,5 +1,5 @@
 #include "fuzz/InputBytes.h"
-#include "tests/component/calls/ComponentPair.h"
+#include "tests/model/ComponentPair.h"
 
 using namespace qir;
 

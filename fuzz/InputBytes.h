@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/component/calls/Choices.h"
+#include "tests/model/Choices.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -10,7 +10,7 @@ import sys
 
 FOLDERS = ["tests/window", "tests/platform", "tests/monkey"]
 # Its subject is which single events the message loop holds back.
-EXEMPT = {"tests/platform/message_loop_test.cpp"}
+EXEMPT = {"tests/platform/message_loop_test.cpp", "tests/platform/message_loop_ends_test.cpp"}
 IN_ONE_BREATH = re.compile(r"\bQTest::(?:mouse|key)\w+\s*\(|\bqt_handle(?:Mouse|Key)Event\b|\bQMouseEvent\s+\w+\s*[({]")
 
 

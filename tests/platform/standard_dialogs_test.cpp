@@ -2,6 +2,7 @@
 #include "platform/dialogs/Dialogs.h"
 #include "platform/dialogs/FileDialog.h"
 #include "platform/dialogs/PromptWrapping.h"
+#include "tests/platform/WithNext.h"
 #include "tests/support/Hands.h"
 
 #include <QAbstractButton>
@@ -24,36 +25,10 @@
 #include <memory>
 
 using namespace qir;
+using qir::testing::WithNext;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Hands the next modal dialog of a class to a function once it shows.
-template<class Dialog>
-class WithNext : public QObject {
-public:
-    explicit WithNext(std::function<void(Dialog &)> use)
-        : m_use(std::move(use)) {
-        m_timer.setInterval(1);
-        connect(&m_timer, &QTimer::timeout, this, [this] {
-            auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget());
-            if (dialog == nullptr || !dialog->isVisible())
-                return;
-            m_timer.stop();
-            ++met;
-            const QPointer<Dialog> shown(dialog);
-            m_use(*dialog);
-            if (shown && QTest::currentTestFailed())
-                static_cast<QDialog *>(shown)->done(QDialog::Rejected); // the failed check has left it open
-        });
-        m_timer.start();
-    }
-    int met = 0;
-
-private:
-    std::function<void(Dialog &)> m_use;
-    QTimer m_timer;
-};
 
 using Box = WithNext<QMessageBox>;
 
@@ -67,12 +42,6 @@ void pressEscape(QMessageBox &box) {
 
 void pressCloseBox(QMessageBox &box) {
     box.close();
-}
-
-void writeFile(const QString &path) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("x");
 }
 
 } // namespace
@@ -100,17 +69,6 @@ private Q_SLOTS:
     void aMessageWithALongNameWrapsAndIsShownWhole();
     void aMessagesSecondLineIsItsInformativeText();
     void aLongReasonWrapsAndIsShownWhole();
-
-    void filtersBecomeNameFilters();
-    void aFileDialogIsSetUpAsAsked();
-    void theFileThatIsOpenedComesBackAsChosen();
-    void aCancelledFileDialogGivesNothing();
-    void theCurrentFolderStays();
-    void theDefaultExtensionIsAdded();
-    void savingOverAFileIsAskedAboutAndTold();
-
-    void theClipboardHoldsTextAndOtherFormats();
-    void aClearedClipboardHasNoText();
 };
 
 // Message boxes
@@ -360,155 +318,6 @@ void DialogsTest::aLongReasonWrapsAndIsShownWhole() {
     });
     messageBox(nullptr, u"Can't load 'A.DDB'"_s, u"!!"_s, u'/' + QString(255, u'W') + u": it is empty"_s);
     QCOMPARE(box.met, 1);
-}
-
-// File dialog
-
-void DialogsTest::filtersBecomeNameFilters() {
-    QCOMPARE(nameFilters(u"Device Data Files(*.DDB)|*.DDB|Settings Data Files(*.SDB)|*.SDB"_s),
-             (QStringList{u"Device Data Files(*.DDB)"_s, u"Settings Data Files(*.SDB)"_s}));
-    QCOMPARE(nameFilters(u"Texts|*.txt;*.csv|All|*"_s), (QStringList{u"Texts (*.txt *.csv)"_s, u"All (*)"_s}));
-    QCOMPARE(nameFilters(QString()), QStringList());
-    QCOMPARE(nameFilters(u"no pattern"_s), QStringList());
-}
-
-void DialogsTest::aFileDialogIsSetUpAsAsked() {
-    const QTemporaryDir folder;
-    FileDialogRequest request;
-    request.title = u"File DDB,WDB,UDB,SDB,IDB"_s;
-    request.defaultExtension = u"DDB"_s;
-    request.initialFolder = folder.path();
-    request.filter = u"Device Data Files(*.DDB)|*.DDB|User Data Files(*.UDB)|*.UDB"_s;
-    const WithNext<QFileDialog> open([&](QFileDialog &shown) {
-        QCOMPARE(shown.windowTitle(), request.title);
-        QCOMPARE(shown.acceptMode(), QFileDialog::AcceptOpen);
-        QCOMPARE(shown.nameFilters().size(), 2);
-        QCOMPARE(shown.selectedNameFilter(), u"Device Data Files(*.DDB)"_s);
-        QCOMPARE(shown.directory().canonicalPath(), QDir(folder.path()).canonicalPath());
-        shown.reject();
-    });
-    askForFile(nullptr, request);
-    QCOMPARE(open.met, 1);
-    request.action = FileDialogRequest::Save;
-    request.initialName = u"NEW.DDB"_s;
-    const WithNext<QFileDialog> save([&](QFileDialog &shown) {
-        QCOMPARE(shown.acceptMode(), QFileDialog::AcceptSave);
-        QCOMPARE(QFileInfo(shown.selectedFiles().constFirst()).fileName(), u"NEW.DDB"_s);
-        shown.reject();
-    });
-    askForFile(nullptr, request);
-    QCOMPARE(save.met, 1);
-}
-
-namespace {
-
-/// Types a name into the dialog's own line and accepts it.
-void chooseName(QFileDialog &dialog, const QString &name) {
-    auto *line = dialog.findChild<QLineEdit *>(u"fileNameEdit"_s);
-    QVERIFY(line != nullptr);
-    line->setText(name);
-    hands::key(line, Qt::Key_Return);
-}
-
-} // namespace
-
-void DialogsTest::theFileThatIsOpenedComesBackAsChosen() {
-    const QTemporaryDir folder;
-    writeFile(folder.filePath(u"Mixed Case.ddb"_s));
-    FileDialogRequest request;
-    request.initialFolder = folder.path();
-    request.filter = u"Device Data Files(*.DDB)|*.DDB"_s;
-    const WithNext<QFileDialog> dialog([](QFileDialog &shown) { chooseName(shown, u"Mixed Case.ddb"_s); });
-    const FileDialogAnswer answer = askForFile(nullptr, request);
-    QCOMPARE(answer.path, folder.filePath(u"Mixed Case.ddb"_s));
-    QVERIFY(answer.existed);
-}
-
-void DialogsTest::aCancelledFileDialogGivesNothing() {
-    const WithNext<QFileDialog> dialog([](QFileDialog &shown) { hands::key(&shown, Qt::Key_Escape); });
-    const FileDialogAnswer answer = askForFile(nullptr, {});
-    QCOMPARE(answer.path, QString());
-    QVERIFY(!answer.existed);
-    QCOMPARE(dialog.met, 1);
-}
-
-void DialogsTest::theCurrentFolderStays() {
-    const QTemporaryDir folder;
-    const QString before = QDir::currentPath();
-    for (const bool cancel : {false, true}) {
-        FileDialogRequest request;
-        request.action = FileDialogRequest::Save;
-        const WithNext<QFileDialog> dialog([&](QFileDialog &shown) {
-            QCOMPARE(shown.directory().canonicalPath(), QDir(before).canonicalPath());
-            QDir::setCurrent(folder.path());
-            if (cancel)
-                shown.reject();
-            else
-                chooseName(shown, folder.filePath(u"X.DDB"_s));
-        });
-        askForFile(nullptr, request);
-        QCOMPARE(dialog.met, 1);
-        QCOMPARE(QDir::currentPath(), before);
-    }
-}
-
-void DialogsTest::theDefaultExtensionIsAdded() {
-    const QTemporaryDir folder;
-    FileDialogRequest request;
-    request.action = FileDialogRequest::Save;
-    request.initialFolder = folder.path();
-    request.defaultExtension = u"DDB"_s;
-    const WithNext<QFileDialog> without([](QFileDialog &shown) { chooseName(shown, u"new"_s); });
-    const FileDialogAnswer answer = askForFile(nullptr, request);
-    QCOMPARE(answer.path, folder.filePath(u"new.DDB"_s));
-    QVERIFY(!answer.existed);
-    const WithNext<QFileDialog> with([](QFileDialog &shown) { chooseName(shown, u"new.UDB"_s); });
-    QCOMPARE(askForFile(nullptr, request).path, folder.filePath(u"new.UDB"_s));
-    request.defaultExtension.clear();
-    const WithNext<QFileDialog> none([](QFileDialog &shown) { chooseName(shown, u"new"_s); });
-    QCOMPARE(askForFile(nullptr, request).path, folder.filePath(u"new"_s));
-}
-
-void DialogsTest::savingOverAFileIsAskedAboutAndTold() {
-    const QTemporaryDir folder;
-    writeFile(folder.filePath(u"OLD.DDB"_s));
-    FileDialogRequest request;
-    request.action = FileDialogRequest::Save;
-    request.initialFolder = folder.path();
-    int asked = 0;
-    const WithNext<QFileDialog> dialog([&](QFileDialog &shown) {
-        const Box box([&](QMessageBox &question) {
-            ++asked;
-            press(QMessageBox::Yes)(question);
-        });
-        chooseName(shown, u"OLD.DDB"_s);
-    });
-    const FileDialogAnswer answer = askForFile(nullptr, request);
-    QCOMPARE(asked, 1);
-    QVERIFY(answer.existed);
-    QCOMPARE(answer.path, folder.filePath(u"OLD.DDB"_s));
-}
-
-// Clipboard
-
-void DialogsTest::theClipboardHoldsTextAndOtherFormats() {
-    clipboard::setText(u"a\tb\rc"_s);
-    QCOMPARE(clipboard::text(), u"a\tb\rc"_s);
-    auto contents = std::make_unique<QMimeData>();
-    contents->setText(u"plain"_s);
-    contents->setData(u"application/x-cells"_s, QByteArray("\0\1", 2));
-    clipboard::setContents(std::move(contents));
-    QCOMPARE(clipboard::text(), u"plain"_s);
-    QVERIFY(clipboard::has(u"application/x-cells"_s));
-    QCOMPARE(clipboard::data(u"application/x-cells"_s), QByteArray("\0\1", 2));
-    QVERIFY(!clipboard::has(u"text/html"_s));
-    QCOMPARE(clipboard::data(u"text/html"_s), QByteArray());
-}
-
-void DialogsTest::aClearedClipboardHasNoText() {
-    clipboard::setText(u"a"_s);
-    clipboard::clear();
-    QCOMPARE(clipboard::text(), QString());
 }
 
 QTEST_MAIN(DialogsTest)

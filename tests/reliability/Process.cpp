@@ -15,6 +15,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr uid_t nobody = 65534;
@@ -103,13 +105,12 @@ bool Process::finish() {
 }
 
 PlaceFolder::PlaceFolder(Place place)
-    : m_folder((place == Place::Memory ? QStringLiteral("/dev/shm") : QDir::tempPath()) +
-               QStringLiteral("/qir-reliability-XXXXXX")) {
+    : m_folder((place == Place::Memory ? u"/dev/shm"_s : QDir::tempPath()) + u"/qir-reliability-XXXXXX"_s) {
     if (!m_folder.isValid())
-        m_missing = QStringLiteral("no folder can be made there");
+        m_missing = u"no folder can be made there"_s;
     else if (typeOf(m_folder.path()) != (place == Place::Memory ? tmpfsType : ext4Type))
-        m_missing = place == Place::Memory ? QStringLiteral("there is no tmpfs at /dev/shm")
-                                           : QStringLiteral("the folder for temporary files is not on ext4");
+        m_missing = place == Place::Memory ? u"there is no tmpfs at /dev/shm"_s
+                                           : u"the folder for temporary files is not on ext4"_s;
 }
 
 } // namespace qir

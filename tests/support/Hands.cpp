@@ -11,6 +11,8 @@
 
 namespace qir::hands {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int turns = 4;
@@ -44,6 +46,15 @@ QPoint onControl(const QWidget &control, QPoint point) {
     return inWindow(control, point);
 }
 
+/// A hand over a control, and where it goes down.
+struct Reach {
+    Reach(QWidget *control, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint point)
+        : mouse(*shown(control).window(), button, modifiers)
+        , place(onControl(*control, point)) {}
+    Mouse mouse;
+    QPoint place;
+};
+
 QWidget &focused(QWidget *control) {
     const QWidget &window = *shown(control).window();
     const QWidget *focus = window.focusWidget();
@@ -70,16 +81,16 @@ QString textOf(Qt::Key key) {
     switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        return QStringLiteral("\r");
+        return u"\r"_s;
     case Qt::Key_Backspace:
-        return QStringLiteral("\b");
+        return u"\b"_s;
     case Qt::Key_Delete:
-        return QStringLiteral("\x7f");
+        return u"\x7f"_s;
     case Qt::Key_Escape:
-        return QStringLiteral("\x1b");
+        return u"\x1b"_s;
     case Qt::Key_Tab:
     case Qt::Key_Backtab:
-        return QStringLiteral("\t");
+        return u"\t"_s;
     default:
         return key < Qt::Key_Escape ? QString(QChar(static_cast<char16_t>(key))) : QString();
     }
@@ -152,8 +163,8 @@ void strike(QWidget &window, Qt::Key key, Qt::KeyboardModifiers modifiers, const
 }
 
 void press(QWidget *control, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint point) {
-    QWidget &there = shown(control);
-    Mouse(*there.window(), button, modifiers).press(onControl(there, point));
+    Reach reach(control, button, modifiers, point);
+    reach.mouse.press(reach.place);
 }
 
 void release(QWidget *control, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint point) {
@@ -171,13 +182,13 @@ void move(QWidget *control, QPoint point, Qt::MouseButtons held) {
 }
 
 void click(QWidget *control, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint point) {
-    QWidget &there = shown(control);
-    Mouse(*there.window(), button, modifiers).click(onControl(there, point));
+    Reach reach(control, button, modifiers, point);
+    reach.mouse.click(reach.place);
 }
 
 void doubleClick(QWidget *control, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint point) {
-    QWidget &there = shown(control);
-    Mouse(*there.window(), button, modifiers).doubleClick(onControl(there, point));
+    Reach reach(control, button, modifiers, point);
+    reach.mouse.doubleClick(reach.place);
 }
 
 void turnWheel(QWidget *control, QPoint point, QPoint angle) {
@@ -192,14 +203,12 @@ void turnWheel(QWidget *control, QPoint point, QPoint angle) {
 }
 
 void drag(QWidget *control, QPoint from, QPoint to, Qt::KeyboardModifiers modifiers) {
-    QWidget &there = shown(control);
-    const QPoint begin = onControl(there, from);
-    const QPoint end = inWindow(there, to);
-    Mouse mouse(*there.window(), Qt::LeftButton, modifiers);
-    mouse.press(begin);
+    Reach reach(control, Qt::LeftButton, modifiers, from);
+    const QPoint end = inWindow(*control, to);
+    reach.mouse.press(reach.place);
     for (int step = 1; step <= dragSteps; ++step)
-        mouse.move(begin + (end - begin) * step / dragSteps);
-    mouse.release(end);
+        reach.mouse.move(reach.place + (end - reach.place) * step / dragSteps);
+    reach.mouse.release(end);
 }
 
 void key(QWidget *control, Qt::Key key, Qt::KeyboardModifiers modifiers) {

@@ -161,4 +161,16 @@ void DialogScript::answer(QDialog &dialog) {
     }
 }
 
+std::function<QString(QDialog &)> messageNaming(const QStringList &parts) {
+    return [parts](QDialog &dialog) {
+        const auto *box = qobject_cast<QMessageBox *>(&dialog);
+        const QString text = box ? box->text() : u"no message box: "_s + dialog.windowTitle();
+        QString problem;
+        for (const QString &part : parts)
+            if (!text.contains(part))
+                problem += u"'%1' is not in '%2'; "_s.arg(part, text);
+        return problem + pressButton(dialog, u"OK"_s);
+    };
+}
+
 } // namespace qir::test

@@ -48,6 +48,9 @@ private:
     int m_answered = 0;
 };
 
+/// The answer to a message box that names all of these: OK is pressed.
+std::function<QString(QDialog &)> messageNaming(const QStringList &parts);
+
 /// Presses a button of a dialog with the mouse. Gives what is wrong ("" nothing).
 QString pressButton(QDialog &dialog, const QString &text);
 

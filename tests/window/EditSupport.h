@@ -10,39 +10,19 @@
 
 namespace qir::test {
 
-/// Files that tests of editing open.
-class EditFiles {
-public:
-    /// Makes a database file and gives its path. Throws what the component throws.
-    QString make(const QString &name, const std::vector<TableOfTexts> &tables) const {
-        const QString path = m_folder.filePath(name);
-        makeDatabase(path, tables);
-        return path;
-    }
-
-private:
-    QTemporaryDir m_folder;
-};
-
-inline QLineEdit &editorOf(EditorFixture &fixture, int pane) {
-    return fixture.editor().txtEdit(pane);
-}
-
 inline bool editing(EditorFixture &fixture, int pane) {
-    return !editorOf(fixture, pane).isHidden();
+    return !fixture.cellEditor(pane).isHidden();
 }
 
-/// The middle of a record cell in the grid's viewport, after bringing the cell into view.
-inline QPoint cellCentre(EditorFixture &fixture, int pane, int row, int column) {
-    Grid &grid = fixture.grid(pane);
-    const QModelIndex index = grid.model()->index(row - 1, column - 1);
-    grid.scrollTo(index);
-    return (grid.visualRect(index) & grid.viewport()->rect()).center();
+/// Turns the wheel over a pane's grid.
+inline void turnWheel(EditorFixture &fixture, int pane, int angle) {
+    QWidget *viewport = fixture.grid(pane).viewport();
+    hands::turnWheel(viewport, viewport->rect().center(), QPoint(0, angle));
 }
 
 inline void doubleClickCell(EditorFixture &fixture, int pane, int row, int column) {
     hands::doubleClick(fixture.grid(pane).viewport(), Qt::LeftButton, Qt::NoModifier,
-                       cellCentre(fixture, pane, row, column));
+                       fixture.cellCentre(pane, row, column));
 }
 
 /// Opens the editor over a record cell as a person with a keyboard does.
@@ -53,7 +33,7 @@ inline void beginEdit(EditorFixture &fixture, int pane, int row, int column) {
 
 /// Replaces the text in an open editor key by key.
 inline void retype(EditorFixture &fixture, int pane, const QString &text) {
-    QLineEdit &editor = editorOf(fixture, pane);
+    QLineEdit &editor = fixture.cellEditor(pane);
     hands::key(&editor, QKeySequence::SelectAll);
     if (text.isEmpty())
         hands::key(&editor, Qt::Key_Delete);
@@ -65,28 +45,26 @@ inline void retype(EditorFixture &fixture, int pane, const QString &text) {
 inline void edit(EditorFixture &fixture, int pane, int row, int column, const QString &text) {
     beginEdit(fixture, pane, row, column);
     retype(fixture, pane, text);
-    hands::key(&editorOf(fixture, pane), Qt::Key_Return);
+    hands::key(&fixture.cellEditor(pane), Qt::Key_Return);
 }
 
 /// Selects a block of record cells with the mouse: a click and a Shift+click.
 inline void selectBlock(EditorFixture &fixture, int pane, const GridSelection &block) {
     fixture.clickCell(pane, block.row, block.column);
     hands::click(fixture.grid(pane).viewport(), Qt::LeftButton, Qt::ShiftModifier,
-                 cellCentre(fixture, pane, block.rowEnd, block.columnEnd));
+                 fixture.cellCentre(pane, block.rowEnd, block.columnEnd));
 }
 
 /// The value that the component holds in the table that a pane shows.
 inline QVariant stored(EditorFixture &fixture, int pane, int record, int field) {
-    fixture.editor().pane(pane).makeShownTableCurrent();
-    const QirDatabase &database = fixture.database(pane);
+    const QirDatabase &database = fixture.atShownTable(pane);
     database.setQIRTableRecordsPointerOut(record);
     return database.QIRTableRecordSetByIndex(field);
 }
 
 /// All values of the table that a pane shows, record by record.
 inline QList<QVariantList> storedRecords(EditorFixture &fixture, int pane) {
-    fixture.editor().pane(pane).makeShownTableCurrent();
-    const QirDatabase &database = fixture.database(pane);
+    const QirDatabase &database = fixture.atShownTable(pane);
     QList<QVariantList> records;
     for (int r = 1; r <= database.QirTableRecordsCount(); ++r) {
         QVariantList record;
@@ -99,8 +77,7 @@ inline QList<QVariantList> storedRecords(EditorFixture &fixture, int pane) {
 
 /// Presses the right button on a record cell; a pop-up that opens stays open.
 inline void rightPressCell(EditorFixture &fixture, int pane, int row, int column) {
-    hands::click(fixture.grid(pane).viewport(), Qt::RightButton, Qt::NoModifier,
-                 cellCentre(fixture, pane, row, column));
+    hands::click(fixture.grid(pane).viewport(), Qt::RightButton, Qt::NoModifier, fixture.cellCentre(pane, row, column));
 }
 
 /// The middle of a column's header in the header's viewport.
@@ -112,6 +89,20 @@ inline QPoint headerCentre(EditorFixture &fixture, int pane, int column) {
 inline void rightPressHeader(EditorFixture &fixture, int pane, int column) {
     hands::click(fixture.grid(pane).horizontalHeader()->viewport(), Qt::RightButton, Qt::NoModifier,
                  headerCentre(fixture, pane, column));
+}
+
+/// Where an editor has to stand: over the part of the current cell that shows, in the coordinates of the pane's frame.
+inline QRect currentCell(EditorFixture &fixture, int pane) {
+    const Grid &grid = fixture.grid(pane);
+    const QRect cell = grid.visualRect(grid.model()->index(grid.Row() - 1, grid.Col() - 1)) & grid.viewport()->rect();
+    return cell.translated(grid.viewport()->mapTo(grid.parentWidget(), QPoint()));
+}
+
+/// The pane's editor is open over that cell, which is the current one, and has the focus.
+inline bool isEdited(EditorFixture &fixture, int row, int column) {
+    return editing(fixture, 0) && fixture.cellEditor(0).hasFocus() && fixture.editedCell().row == row &&
+           fixture.editedCell().column == column && fixture.grid(0).selection() == singleCell(row, column) &&
+           fixture.cellEditor(0).geometry() == currentCell(fixture, 0) && !currentCell(fixture, 0).isEmpty();
 }
 
 } // namespace qir::test

@@ -3,9 +3,6 @@
 #include "base/Collation.h"
 #include "db/AssegnaARecordset.h"
 #include "tests/support/Hands.h"
-
-#include <QGroupBox>
-
 namespace qir::test {
 
 using namespace Qt::StringLiterals;
@@ -113,7 +110,16 @@ EditorFixture::EditorFixture(const QString &commandLine) {
     runCommand([&] { m_startResult = m_window->Form_Load(commandLine); });
 }
 
-EditorFixture::~EditorFixture() = default;
+EditorFixture::~EditorFixture() {
+    if (QTest::currentTestFailed())
+        return; // what is out of step follows from that
+    try {
+        if (const QString wrong = problems(); !wrong.isEmpty())
+            QTest::qFail(qUtf8Printable(u"at the end: "_s + wrong), __FILE__, __LINE__);
+    } catch (const std::exception &error) {
+        QTest::qFail(error.what(), __FILE__, __LINE__);
+    }
+}
 
 void EditorFixture::choose(Command command) {
     QAction &wanted = action(command);
@@ -129,7 +135,7 @@ void EditorFixture::open(const QString &path) {
 }
 
 void EditorFixture::activate(int pane) {
-    hands::click(&editor().IDtb(pane), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    hands::click(&frame(pane), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
 }
 
 void EditorFixture::openBoth(const QString &left, const QString &right) {
@@ -142,19 +148,26 @@ void EditorFixture::openBoth(const QString &left, const QString &right) {
     activate(0);
 }
 
-void EditorFixture::clickLine(int pane, int line) {
+QPoint EditorFixture::lineCentre(int pane, int line) {
     ListBox &box = list(pane);
     const QModelIndex index = box.model()->index(line, 0);
     box.scrollTo(index);
-    hands::click(box.viewport(), Qt::LeftButton, Qt::NoModifier, box.visualRect(index).center());
+    return box.visualRect(index).center();
 }
 
-void EditorFixture::clickCell(int pane, int row, int column) {
+QPoint EditorFixture::cellCentre(int pane, int row, int column) {
     Grid &box = grid(pane);
     const QModelIndex index = box.model()->index(row - 1, column - 1);
     box.scrollTo(index);
-    const QRect seen = box.visualRect(index) & box.viewport()->rect();
-    hands::click(box.viewport(), Qt::LeftButton, Qt::NoModifier, seen.center());
+    return (box.visualRect(index) & box.viewport()->rect()).center();
+}
+
+void EditorFixture::clickLine(int pane, int line) {
+    hands::click(list(pane).viewport(), Qt::LeftButton, Qt::NoModifier, lineCentre(pane, line));
+}
+
+void EditorFixture::clickCell(int pane, int row, int column) {
+    hands::click(grid(pane).viewport(), Qt::LeftButton, Qt::NoModifier, cellCentre(pane, row, column));
 }
 
 QStringList EditorFixture::lines(int pane) {

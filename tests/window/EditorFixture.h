@@ -8,7 +8,11 @@
 #include "tests/window/DialogScript.h"
 
 #include <QAction>
+#include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QProgressBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -44,6 +48,7 @@ class EditorFixture {
 public:
     /// Starts the editor with a command line, as main() does.
     explicit EditorFixture(const QString &commandLine = {});
+    /// Fails the test function with what problems() says at the end.
     ~EditorFixture();
 
     DtbEditor &window() { return *m_window; }
@@ -61,8 +66,19 @@ public:
     QString shownTable(int pane) { return editor().pane(pane).TabellaMostrata(); }
     EditedCell editedCell() { return {editor().RigaEdit(), editor().ColonnaEdit()}; }
 
+    /// A pane's database, the table that its grid shows being current.
+    const QirDatabase &atShownTable(int pane) {
+        editor().pane(pane).makeShownTableCurrent();
+        return database(pane);
+    }
+
     ListBox &list(int pane) { return editor().ListaTabelle(pane); }
     Grid &grid(int pane) { return editor().Tabella(pane); }
+    QLineEdit &cellEditor(int pane) { return editor().txtEdit(pane); }
+    QGroupBox &frame(int pane) { return editor().IDtb(pane); }
+    QLabel &label(int pane) { return editor().nomelab(pane); }
+    QProgressBar &progressBar() { return *editor().controls.ProgressBarCompare; }
+    QMenu &menu(Menu menu) { return editor().controls.menu(menu); }
     QAction &action(Command command) { return editor().controls.action(command); }
     /// Chooses a command as its menu or its shortcut would; fails (with a problem) when it is disabled.
     void choose(Command command);
@@ -72,9 +88,13 @@ public:
     void activate(int pane);
     /// Two-pane mode with these files, the left pane active.
     void openBoth(const QString &left, const QString &right);
-    /// Presses the left button on a line of a pane's table list.
+    /// The middle of a line in the list's viewport, after bringing it into view.
+    QPoint lineCentre(int pane, int line);
+    /// The middle of a record cell in the grid's viewport, after bringing it into view.
+    QPoint cellCentre(int pane, int row, int column);
+    /// Clicks a line of a pane's table list with the left button.
     void clickLine(int pane, int line);
-    /// Clicks a record cell with the left button, after bringing it into view.
+    /// Clicks a record cell with the left button.
     void clickCell(int pane, int row, int column);
     QStringList lines(int pane);
     /// The record texts of a grid, row by row.
@@ -99,7 +119,7 @@ private:
 /// hides the grid; every real line carries the number of the table that it names. "" when it holds.
 QString invariantProblems(EditorContext &editor);
 
-/// Fails the test function with what problems() says.
+/// Fails the test function with what problems() says, where a test goes on; a fixture looks by itself at its end.
 #define QIR_VERIFY_OK(fixture) QCOMPARE((fixture).problems(), QString())
 
 } // namespace qir::test

@@ -9,10 +9,7 @@ namespace qir::test {
 
 /// Presses the right button on a line of a pane's table list, as a person who wants its pop-up.
 inline void pressRight(EditorFixture &fixture, int pane, int line) {
-    ListBox &list = fixture.list(pane);
-    const QModelIndex index = list.model()->index(line, 0);
-    list.scrollTo(index);
-    hands::click(list.viewport(), Qt::RightButton, Qt::NoModifier, list.visualRect(index).center());
+    hands::click(fixture.list(pane).viewport(), Qt::RightButton, Qt::NoModifier, fixture.lineCentre(pane, line));
 }
 
 /// The object names of the entries that an open pop-up shows; empty when it is not open.

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "db/FieldTypes.h"
+#include "tests/model/PlainDatabase.h"
 #include "tests/window/EditorFixture.h"
 
-#include <algorithm>
+#include <stdexcept>
 
 namespace qir::test {
+
+using namespace Qt::StringLiterals;
 
 /// A table of one long field "Value".
 inline TableOfTexts numbers(const QString &name, const QStringList &values) {
@@ -14,10 +17,46 @@ inline TableOfTexts numbers(const QString &name, const QStringList &values) {
 
 /// A long field "Speed" and a text field "Name" of size 20, three records.
 inline TableOfTexts pumps(const QString &name = QStringLiteral("Pumps")) {
-    using namespace Qt::StringLiterals;
     return {name,
             {{u"Speed"_s, FieldType::Long, {u"1200"_s, u"900"_s, u"60"_s}},
              {u"Name"_s, FieldType::Text, {u"Main"_s, u"Spare"_s, u"Test"_s}, 20}}};
+}
+
+/// pumps() with a field more.
+inline TableOfTexts widePumps() {
+    TableOfTexts table = pumps();
+    table.fields.push_back({u"Ratio"_s, FieldType::Double, {u"0.5"_s, u"1.5"_s, u"2.25"_s}});
+    return table;
+}
+
+/// The table of pumps() with one record, which differs.
+inline TableOfTexts shortPumps() {
+    TableOfTexts table = pumps();
+    table.fields[0].texts = {u"5"_s};
+    table.fields[1].texts = {u"Other"_s};
+    return table;
+}
+
+/// A bool field "Open", two records.
+inline TableOfTexts valves() {
+    return {u"Valves"_s, {{u"Open"_s, FieldType::Bool, {u"1"_s, u"0"_s}}}};
+}
+
+/// Long fields "Field1" and so on; a value tells its record and field: 302 in record 3 of field 2.
+inline TableOfTexts counted(const QString &name, int records, int fields) {
+    TableOfTexts table{name, {}};
+    for (int f = 1; f <= fields; ++f) {
+        QStringList texts;
+        for (int r = 1; r <= records; ++r)
+            texts.append(QString::number(r * 100 + f));
+        table.fields.push_back({QStringLiteral("Field%1").arg(f), FieldType::Long, texts});
+    }
+    return table;
+}
+
+/// A table of one text field.
+inline TableOfTexts listOf(const QString &name, const QStringList &texts) {
+    return {name, {{QStringLiteral("Name"), FieldType::Text, texts, 20}}};
 }
 
 /// The names of the tables of a pane's database, in its own order.
@@ -31,8 +70,7 @@ inline QStringList tableNames(EditorFixture &fixture, int pane) {
 
 /// Fields of the table that a pane shows, as "name type size", as its database has them.
 inline QStringList fieldsOf(EditorFixture &fixture, int pane) {
-    fixture.editor().pane(pane).makeShownTableCurrent();
-    const QirDatabase &database = fixture.database(pane);
+    const QirDatabase &database = fixture.atShownTable(pane);
     QStringList fields;
     for (int k = 1; k <= database.QirTableFieldsCount(); ++k)
         fields.append(database.QIRTableFieldName(k) + u' ' + DBTypeName(database.QIRTableFieldType(k)) + u' ' +
@@ -42,8 +80,7 @@ inline QStringList fieldsOf(EditorFixture &fixture, int pane) {
 
 /// The records of the table that a pane shows, as its database has them.
 inline QList<QStringList> recordsOf(EditorFixture &fixture, int pane) {
-    fixture.editor().pane(pane).makeShownTableCurrent();
-    const QirDatabase &database = fixture.database(pane);
+    const QirDatabase &database = fixture.atShownTable(pane);
     QList<QStringList> records;
     QStringList values;
     for (int r = 1; r <= database.QirTableRecordsCount(); ++r) {
@@ -53,30 +90,23 @@ inline QList<QStringList> recordsOf(EditorFixture &fixture, int pane) {
     return records;
 }
 
-/// The red cells of a pane's grid as "row,column".
-inline QStringList redCells(EditorFixture &fixture, int pane) {
-    QStringList cells;
-    const Grid &grid = fixture.grid(pane);
-    for (int r = 1; r < grid.Rows(); ++r)
-        for (int c = 1; c < grid.Cols(); ++c)
-            if (grid.CellBackColor(r, c) == CellColour::Red)
-                cells.append(QStringLiteral("%1,%2").arg(r).arg(c));
-    return cells;
-}
-
-/// A folder for the files of one test.
-class TestFiles {
-public:
-    /// Writes a database and gives its path.
-    QString make(const QString &name, const std::vector<TableOfTexts> &tables) const {
-        const QString path = m_folder.filePath(name);
-        makeDatabase(path, tables);
-        return path;
+/// The cells (row, column) whose background is red by what the grid's model tells everybody; any other colour than
+/// white besides throws.
+inline Cells redCells(EditorFixture &fixture, int pane) {
+    const QAbstractItemModel *model = fixture.grid(pane).model();
+    Cells red;
+    for (int row = 0; row < model->rowCount(); ++row) {
+        for (int column = 0; column < model->columnCount(); ++column) {
+            const QVariant background = model->index(row, column).data(Qt::BackgroundRole);
+            const QColor colour =
+                background.canConvert<QBrush>() ? background.value<QBrush>().color() : background.value<QColor>();
+            if (colour == QColor(255, 0, 0))
+                red.emplace(row + 1, column + 1);
+            else if (colour != QColor(255, 255, 255))
+                throw std::runtime_error("a cell is neither red nor white");
+        }
     }
-    QString path(const QString &name) const { return m_folder.filePath(name); }
-
-private:
-    QTemporaryDir m_folder;
-};
+    return red;
+}
 
 } // namespace qir::test

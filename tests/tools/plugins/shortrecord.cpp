@@ -8,7 +8,7 @@ class clsQirDatabase final : public QObject {
 
 public:
     int fieldsCount() const { return 2; }
-    Q_INVOKABLE void GetQirRecord(int, QStringList &values) { values = QStringList{QString(), QStringLiteral("one")}; }
+    Q_INVOKABLE void GetQirRecord(int, QStringList &values) { values = QStringList{QString(), u"one"_s}; }
 };
 
 class ShortRecordRoot final : public QObject {
@@ -20,3 +20,5 @@ public:
 };
 
 #include "shortrecord.moc"
+
+using namespace Qt::StringLiterals;

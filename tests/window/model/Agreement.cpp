@@ -1,6 +1,7 @@
 #include "tests/window/model/Agreement.h"
 
 #include "db/FieldTypes.h"
+#include "tests/model/Content.h"
 #include "tests/window/EditSupport.h"
 
 #include <QGroupBox>
@@ -178,7 +179,7 @@ QString editorDisagreement(EditorFixture &fixture) {
         const Grid &grid = fixture.grid(index);
         if (!grid.Visible() || row < 1 || row >= grid.Rows() || column < 1 || column >= grid.Cols())
             text += paneName(index) + u"an editor over no cell; "_s;
-        else if (editorOf(fixture, index).text() != grid.TextMatrix(row, column))
+        else if (fixture.cellEditor(index).text() != grid.TextMatrix(row, column))
             text += paneName(index) + u"the editor shows another text than its cell; "_s;
     }
     if (editors > 1 || (editors == 0 && (row != -1 || column != -1)))

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/window/model/PlainDatabase.h"
+#include "tests/model/PlainDatabase.h"
 
 #include <QString>
 #include <QStringList>
@@ -40,9 +40,6 @@ struct ModelPane {
     PlainTable *selectedTable();
     const PlainTable *selectedTable() const { return const_cast<ModelPane *>(this)->selectedTable(); }
 };
-
-/// Cells of a grid, row and column from 1.
-using Cells = std::set<std::pair<int, int>>;
 
 /// What a step did to lists and grids besides changing content; settle() works it off.
 struct StepEffects {
@@ -132,7 +129,6 @@ private:
     void refill(int pane);
     void align();
     void release(int pane, bool keep);
-    bool cellDiffers(int row, int column) const;
     void changed(int pane) { this->pane(pane).changed = true; }
     void reload(int pane) { effects.reloaded[static_cast<std::size_t>(pane)] = true; }
     void storeText(int pane, int row, int column);

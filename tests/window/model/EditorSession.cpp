@@ -2,6 +2,7 @@
 
 #include "db/FieldTypes.h"
 #include "dialogs/frmListaStringhePlain.h"
+#include "tests/model/Content.h"
 #include "tests/window/PopupTools.h"
 #include "tests/window/model/Agreement.h"
 
@@ -36,7 +37,7 @@ PlainTable smallTable(const QString &name, unsigned pick) {
     for (int r = 0; r < records; ++r) {
         table.addRecord();
         for (int k = 0; k < fields; ++k)
-            table.store(r, k, table.field(k).fromText(QString::number(random() % 3)));
+            table.store(r, k, table.field(k).from(QString::number(random() % 3)));
     }
     return table;
 }
@@ -82,12 +83,7 @@ void EditorSession::makeFiles(std::uint64_t seed) {
                 content.tables.push_back(smallTable(file == 1 ? names[t].toLower() : names[t],
                                                     static_cast<unsigned>(t * 10 + static_cast<int>(random() % 2))));
         }
-        const QirDatabase database = QirDatabase::create();
-        if (!database.SetDatabaseFileName(path(file)))
-            throw std::runtime_error("a test file cannot take its name");
-        writeAll(database, content);
-        database.setDtbHasChanged(true);
-        database.SaveDtb();
+        writeFile(path(file), content);
         m_model.files[file] = content;
     }
 }
@@ -232,7 +228,7 @@ void EditorSession::expectEntries(const QMenu &menu, const QStringList &names) {
 bool EditorSession::expectSaveQuestion(int pane, bool yes) {
     if (!m_model.pane(pane).open || !m_model.pane(pane).changed)
         return true;
-    const QString name = m_fixture->editor().OggettoDtb(pane).GetDatabaseFileName();
+    const QString name = m_fixture->database(pane).GetDatabaseFileName();
     m_fixture->dialogs().expectMessage(u"Database '%1' has changed.\r\nDo you want to save the changes?"_s.arg(name),
                                        u"QIR Database Editor"_s, yes ? u"Yes"_s : u"No"_s);
     note(u"  the question about the changes of pane %1: %2"_s.arg(pane).arg(yes));

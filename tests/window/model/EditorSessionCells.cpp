@@ -1,9 +1,9 @@
 #include "db/FieldTypes.h"
+#include "tests/model/Values.h"
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/PopupTools.h"
 #include "tests/window/model/EditorSession.h"
-#include "tests/window/model/PlainValues.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -21,19 +21,6 @@ const QStringList cellTexts{u"1"_s,   u"2"_s,     u"0"_s,   u"-3"_s,  u"12x"_s, 
                             u"3,5"_s, u"2e400"_s, u"+"_s,   u"100"_s, u"1 2"_s, u"2D1"_s};
 const QStringList pastedTexts{u"1\t2\r3\t4"_s, u"x"_s,   u"\t\t\r"_s, u"7\n8\n"_s, u"0"_s, u"a\tb\tc\r\n1\t2\t3\r\n"_s,
                               u"\r\r"_s,       QString()};
-
-/// A text as a grid takes it from the clipboard: rows of cells.
-std::vector<QStringList> cellsOf(QString text) {
-    if (text.contains(u'\r'))
-        text.remove(u'\n');
-    text.replace(u'\n', u'\r');
-    if (text.endsWith(u'\r'))
-        text.chop(1);
-    std::vector<QStringList> cells;
-    for (const QString &row : text.split(u'\r'))
-        cells.push_back(row.split(u'\t'));
-    return cells;
-}
 
 } // namespace
 
@@ -103,8 +90,7 @@ void EditorSession::pressCell(int pane, int row, int column) {
     leaveEditor(pane, row, column);
     rightPressCell(*m_fixture, pane, row, column);
     m_model.active = pane;
-    expectEntries(m_fixture->editor().controls.menu(Menu::popmenuGrid), cloneEntries(pane, QString())
-                                                                            << u"RemoveRecordPOP"_s);
+    expectEntries(m_fixture->menu(Menu::popmenuGrid), cloneEntries(pane, QString()) << u"RemoveRecordPOP"_s);
 }
 
 /// The entries that a grid's pop-up shows for copying to the other pane; `f` is what their names have more in the
@@ -225,12 +211,12 @@ void EditorSession::editCell(int pane, int row, int column, const QString &text,
     if (leave == Leave::ByTab)
         tabOn(pane, row, column, text);
     else if (leave == Leave::ByReturn)
-        hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
+        hands::key(&m_fixture->cellEditor(pane), Qt::Key_Return);
 }
 
 /// From an open cell to the next one in reading order, if there is one, and types there.
 void EditorSession::tabOn(int pane, int row, int column, const QString &text) {
-    hands::key(&editorOf(*m_fixture, pane), Qt::Key_Tab);
+    hands::key(&m_fixture->cellEditor(pane), Qt::Key_Tab);
     const PlainTable &table = *m_model.pane(pane).selectedTable();
     if (++column > table.fieldCount()) {
         column = 1;
@@ -240,7 +226,7 @@ void EditorSession::tabOn(int pane, int row, int column, const QString &text) {
         return; // the editor is closed
     retype(*m_fixture, pane, text);
     m_model.type(pane, row, column, text);
-    hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
+    hands::key(&m_fixture->cellEditor(pane), Qt::Key_Return);
 }
 
 /// Nobody can click a cell that lies under the editor.
@@ -248,9 +234,9 @@ void EditorSession::leaveEditor(int pane, int row, int column) {
     const EditedCell edited = m_fixture->editedCell();
     if (!editing(*m_fixture, pane) || edited.row != row || edited.column != column)
         return;
-    if (!editorOf(*m_fixture, pane).hasFocus()) // a click elsewhere may have left it open
-        hands::click(&editorOf(*m_fixture, pane), Qt::LeftButton);
-    hands::key(&editorOf(*m_fixture, pane), Qt::Key_Return);
+    if (!m_fixture->cellEditor(pane).hasFocus()) // a click elsewhere may have left it open
+        hands::click(&m_fixture->cellEditor(pane), Qt::LeftButton);
+    hands::key(&m_fixture->cellEditor(pane), Qt::Key_Return);
 }
 
 void EditorSession::selectCells(int pane, const GridSelection &block) {

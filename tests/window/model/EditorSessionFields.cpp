@@ -1,9 +1,9 @@
 #include "db/FieldTypes.h"
+#include "tests/model/Values.h"
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/PopupTools.h"
 #include "tests/window/model/EditorSession.h"
-#include "tests/window/model/PlainValues.h"
 
 #include <algorithm>
 
@@ -39,13 +39,13 @@ void EditorSession::takeFieldStep(const Step &step) {
 
 /// The right button on a column's header: the column is the current one then, and the pop-up stays open.
 void EditorSession::pressHeader(int pane, int column) {
-    cellCentre(*m_fixture, pane, 1, column); // brings the column into view
+    m_fixture->cellCentre(pane, 1, column); // brings the column into view
     rightPressHeader(*m_fixture, pane, column);
     m_model.active = pane;
     const PlainTable &table = *m_model.pane(pane).selectedTable();
     QStringList expected{u"SortFPOP"_s, u"RenameFieldPOP"_s, u"RemoveFieldPOP"_s, u"ResizeTextFieldPOP"_s};
     expected += cloneEntries(pane, u"F"_s);
-    expectEntries(m_fixture->editor().controls.menu(Menu::popmenuGridFields), expected);
+    expectEntries(m_fixture->menu(Menu::popmenuGridFields), expected);
     const bool isText = table.field(column - 1).type == static_cast<int>(FieldType::Text);
     if (m_fixture->grid(pane).Col() != column || m_fixture->action(Command::ResizeTextFieldPOP).isEnabled() != isText ||
         m_fixture->action(Command::RemoveFieldPOP).isEnabled() != (table.fieldCount() >= 2))
@@ -108,7 +108,7 @@ void EditorSession::addField(const QString &answer, unsigned typePick, const QSt
     bool complete = type.has_value();
     if (type == static_cast<int>(FieldType::Text)) {
         complete = !size.trimmed().isEmpty();
-        field.size = keptSize(numberAtStart(size));
+        field.size = keptSize(field.type, numberAtStart(size));
         dialogs.expectInput(u"New field size"_s, u"?"_s, u"50"_s, size);
     }
     // Type code 0 is what the picker's record holds before the first choice.

@@ -1,7 +1,8 @@
+#include "tests/model/Content.h"
+#include "tests/model/Values.h"
 #include "tests/support/Hands.h"
 #include "tests/window/PopupTools.h"
 #include "tests/window/model/EditorSession.h"
-#include "tests/window/model/PlainValues.h"
 
 #include <algorithm>
 
@@ -104,7 +105,7 @@ void EditorSession::addTable(const QString &answer) {
     }
     m_fixture->choose(Command::AddTableMenu);
     // What a new table holds is the component's: one field and one record.
-    PlainTable made = readAll(m_fixture->editor().OggettoDtb(m_model.active)).tables.back();
+    PlainTable made = readAll(m_fixture->database(m_model.active)).tables.back();
     m_fixture->editor().pane(m_model.active).currentTableLost(); // the reading has left another one current
     PlainTable &table = m_model.activePane().content.tables.back();
     if (made.name != name || made.fieldCount() != 1 || made.recordCount() != 1)
@@ -158,7 +159,7 @@ void EditorSession::pressTableLine(int line) {
         expected.append(u"ClonePOP"_s);
     if (m_model.pane(pane).line(line).number >= 1)
         expected += {u"RenameTablePOP"_s, u"RemoveTablePOP"_s};
-    expectEntries(m_fixture->editor().controls.menu(Menu::popmenuCopyToOther), expected);
+    expectEntries(m_fixture->menu(Menu::popmenuCopyToOther), expected);
 }
 
 void EditorSession::cloneTable(int line, bool clone) {

@@ -1,0 +1,169 @@
+#include "tests/model/ComponentPair.h"
+
+#include "tests/model/RandomValues.h"
+#include "tests/model/Values.h"
+
+using namespace Qt::StringLiterals;
+
+namespace qir::test {
+
+namespace {
+
+void expect(bool same, const char *what) {
+    if (!same)
+        throw Differs(what);
+}
+
+} // namespace
+
+template<class OnModel, class OnDatabase>
+void ComponentPair::both(OnModel onModel, OnDatabase onDatabase) {
+    bool modelRefused = false;
+    bool databaseRefused = false;
+    try {
+        onModel();
+    } catch (const Refused &) {
+        modelRefused = true;
+        m_model.fail();
+    }
+    try {
+        onDatabase();
+    } catch (const std::exception &) {
+        databaseRefused = true;
+    }
+    expect(modelRefused == databaseRefused, "one of the two refuses the call");
+}
+
+int ComponentPair::number(int count) {
+    return m_choices.inRange(0, count + 2); // now and then out of range
+}
+
+int ComponentPair::fieldNumber() {
+    return number(m_database.QirTableFieldsCount());
+}
+
+void ComponentPair::choose() {
+    const QString name = m_choices.elementOf(names());
+    both([&] { m_model.choose(name); }, [&] { m_database.QIRTableRecordSource(name); });
+}
+
+std::vector<QString> ComponentPair::names() {
+    std::vector<QString> all;
+    for (const PlainTable &table : m_model.state().content.tables)
+        all.push_back(table.name.toLower() + u" !"_s);
+    all.push_back(randomName(m_choices));
+    return all;
+}
+
+void ComponentPair::write() {
+    const int record = number(m_database.QirTableRecordsCount());
+    both([&] { m_model.point(record); }, [&] { m_database.setQIRTableRecordsPointerOut(record); });
+    const int field = fieldNumber();
+    const QVariant value = m_choices.yesOrNo() ? QVariant(randomText(m_choices)) : QVariant(randomNumber(m_choices));
+    both([&] { m_model.write(field, value); }, [&] { m_database.QIRTableRecordSetByIndex(field, value); });
+}
+
+void ComponentPair::changeRecordsOrFields() {
+    if (m_choices.yesOrNo()) {
+        both([&] { m_model.addRecord(); }, [&] { m_database.AddRecord(); });
+        return;
+    }
+    const int record = number(m_database.QirTableRecordsCount());
+    both([&] { m_model.removeRecord(record); }, [&] { m_database.RemoveRecord(record); });
+}
+
+void ComponentPair::changeFields(int operation) {
+    const QString name = randomName(m_choices);
+    const int field = fieldNumber();
+    const double size = m_choices.inRange(-2, 14) / 2.0;
+    if (operation <= 16) {
+        static const std::vector<int> types{1, 2, 3, 4, 7, 8, 10, 10, 6};
+        const int type = m_choices.elementOf(types);
+        both([&] { m_model.addField(name, type, size); }, [&] { m_database.AddField(name, type, size); });
+    } else if (operation == 17) {
+        both([&] { m_model.renameField(field, name); }, [&] { m_database.RenameField(field, name); });
+    } else if (operation == 18) {
+        both([&] { m_model.removeField(field); }, [&] { m_database.RemoveField(field); });
+    } else {
+        both([&] { m_model.resizeField(field, size); }, [&] { m_database.ResizeField(field, size); });
+    }
+}
+
+void ComponentPair::changeTables(int operation) {
+    const QString name = randomName(m_choices);
+    const int table = number(m_database.QIRTablesCount());
+    if (operation == 20)
+        both([&] { m_model.addTable(name); }, [&] { m_database.AddTable(name); });
+    else if (operation == 21)
+        both([&] { m_model.renameTable(table, name); }, [&] { m_database.RenameTable(table, name); });
+    else if (operation == 22)
+        both([&] { m_model.removeTable(table); }, [&] { m_database.RemoveTable(table); });
+    else if (operation == 23)
+        both([&] { m_model.begin(); }, [&] { m_database.BeginChanges(); });
+    else if (operation == 24)
+        both([&] { m_model.end(); }, [&] { m_database.EndChanges(); });
+    else
+        both([&] { m_model.cancel(); }, [&] { m_database.CancelChanges(); });
+}
+
+void ComponentPair::compareField(int place, const PlainTable &table, int pointer) {
+    const PlainField &field = table.field(place - 1);
+    expect(m_database.QIRTableFieldName(place) == field.name, "name of a field");
+    expect(m_database.QIRTableFieldType(place) == field.type, "type of a field");
+    expect(m_database.QIRTableFieldSize(place) == field.size, "size of a field");
+    if (pointer > 0)
+        expect(identical(m_database.QIRTableRecordSetByIndex(place), table.value(pointer - 1, place - 1)),
+               "value of a field");
+}
+
+void ComponentPair::compareTable(const PlainTable &table, int pointer) {
+    expect(m_database.QirTableFieldsCount() == table.fieldCount(), "number of fields");
+    expect(m_database.QirTableRecordsCount() == table.recordCount(), "number of records");
+    for (int place = 1; place <= table.fieldCount(); ++place)
+        compareField(place, table, pointer);
+    int record = 0;
+    for (const QStringList &texts : table.texts()) {
+        m_database.GetQirRecord(++record, m_texts);
+        expect(m_texts == QStringList{QString()} + texts, "texts of a record");
+    }
+}
+
+void ComponentPair::callAtRandom() {
+    const int operation = m_choices.inRange(0, 26);
+    if (operation < 14 && m_model.state().content.tableCount() > 0 && m_model.state().current < 0)
+        choose();
+    if (operation < 10)
+        write();
+    else if (operation < 14)
+        changeRecordsOrFields();
+    else if (operation < 20)
+        changeFields(operation);
+    else
+        changeTables(operation);
+}
+
+void ComponentPair::compare() {
+    const ComponentModel::State &state = m_model.state();
+    expect(m_database.QIRTablesCount() == state.content.tableCount(), "number of tables");
+    expect(m_database.DtbHasChanged() == state.changed, "changed flag");
+    expect(m_database.QIRTableRecordsPointerOut() == state.record, "current record");
+    for (int t = 0; t < state.content.tableCount(); ++t)
+        expect(m_database.QIRTableName(t + 1) == state.content.table(t).name, "name of a table");
+    if (state.current >= 0)
+        compareTable(state.content.table(state.current), state.record);
+    else
+        expect(m_database.QirTableFieldsCount() == 0 && m_database.QirTableRecordsCount() == 0,
+               "counts without a table");
+}
+
+void ComponentPair::compareAll() {
+    while (m_model.groups() != 0)
+        both([&] { m_model.end(); }, [&] { m_database.EndChanges(); });
+    for (const PlainTable &table : PlainDatabase(m_model.state().content).tables) {
+        both([&] { m_model.choose(table.name); }, [&] { m_database.QIRTableRecordSource(table.name); });
+        compare();
+    }
+    m_database.setDtbHasChanged(false);
+}
+
+} // namespace qir::test

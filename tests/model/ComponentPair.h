@@ -1,0 +1,54 @@
+#pragma once
+
+#include "qirtbase/clsQirDatabase.h"
+#include "tests/model/Choices.h"
+#include "tests/model/ComponentModel.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <stdexcept>
+#include <vector>
+
+namespace qir::test {
+
+/// Component and model do not do the same.
+struct Differs : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// A component and the model of its rules, kept side by side: each call is drawn by the choices and made on both, and
+/// both carry it out or both refuse. Throws Differs.
+class ComponentPair {
+public:
+    /// `choices` must outlive the pair.
+    explicit ComponentPair(Choices &choices)
+        : m_choices(choices) {}
+
+    void callAtRandom();
+    /// All that the members show of the current table and of the list of tables.
+    void compare();
+    /// Every table, after the calls; ends all groups.
+    void compareAll();
+
+private:
+    template<class OnModel, class OnDatabase>
+    void both(OnModel onModel, OnDatabase onDatabase);
+    int number(int count);
+    int fieldNumber();
+    void choose();
+    std::vector<QString> names();
+    void write();
+    void changeRecordsOrFields();
+    void changeFields(int operation);
+    void changeTables(int operation);
+    void compareField(int place, const PlainTable &table, int pointer);
+    void compareTable(const PlainTable &table, int pointer);
+
+    Choices &m_choices;
+    ComponentModel m_model;
+    clsQirDatabase m_database;
+    QStringList m_texts;
+};
+
+} // namespace qir::test

@@ -1,0 +1,192 @@
+#include "tests/window/WindowTest.h"
+
+#include "app/Program.h"
+#include "app/shared/Funzioni.h"
+#include "base/FileNames.h"
+#include "tests/tools/fake/FakeControl.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QInputDialog>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTimer>
+
+#include <unistd.h>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+/// What the command line names, opened at the start of the program.
+class StartTest : public WindowTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsWithoutADatabaseWhenTheCommandLineIsEmpty() {
+        EditorFixture fixture;
+        QCOMPARE(fixture.startResult(), StartResult::NothingToOpen);
+        QCOMPARE(fixture.activePane(), -1);
+        QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
+        QVERIFY(!fixture.menu(Menu::TablesMenu).isEnabled());
+        QVERIFY(fixture.editor().pane(0).controls().hint->isVisible());
+    }
+
+    void opensTheFileThatTheCommandLineNames() {
+        const QString path = makeFile(u"A.DDB"_s, {pumps(), valves()});
+        EditorFixture fixture(path);
+        QCOMPARE(fixture.startResult(), StartResult::Opened);
+        QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s, u"Valves"_s}));
+        QCOMPARE(fixture.list(0).ListIndex(), 0);
+        QCOMPARE(fixture.list(0).ItemData(1), 2);
+        QCOMPARE(fixture.label(0).text(), path);
+        QCOMPARE(fixture.texts(0),
+                 QList<QStringList>({{u"1200"_s, u"Main"_s}, {u"900"_s, u"Spare"_s}, {u"60"_s, u"Test"_s}}));
+        QVERIFY(fixture.action(Command::ColumnSizeAdjust).isEnabled());
+    }
+
+    void removesQuotesEverywhereInTheCommandLine_data() {
+        QTest::addColumn<QString>("pattern");
+        QTest::newRow("apostrophes around") << u"'%1'"_s;
+        QTest::newRow("double quotes around") << u"\"%1\""_s;
+        QTest::newRow("both around") << u"\"'%1'\""_s;
+    }
+
+    void removesQuotesEverywhereInTheCommandLine() {
+        QFETCH(QString, pattern);
+        const QString path = makeFile(u"A.DDB"_s, {pumps()});
+        EditorFixture fixture(pattern.arg(path));
+        QCOMPARE(fixture.startResult(), StartResult::Opened);
+        QCOMPARE(fixture.fileName(0), path);
+    }
+
+    void removesQuotesInsideTheName() {
+        const QString path = makeFile(u"A.DDB"_s, {pumps()});
+        EditorFixture fixture(QString(path).replace(u"A.DDB"_s, u"'A\".D'DB"_s));
+        QCOMPARE(fixture.startResult(), StartResult::Opened);
+    }
+
+    void ignoresACommandLineThatNamesNoFile() {
+        EditorFixture fixture(path(u"MISSING.DDB"_s));
+        QCOMPARE(fixture.startResult(), StartResult::NothingToOpen);
+        QCOMPARE(fixture.fileName(0), QString());
+    }
+
+    void tellsBothFilesThatTheCommandLineMayMean() {
+        makeTwins(u"Pump.ddb"_s, {}, u"pump.ddb"_s);
+        EditorFixture fixture;
+        fixture.dialogs().expect(messageNaming({u"'Pump.ddb'"_s, u"'pump.ddb'"_s}));
+        runCommand([&] { QCOMPARE(fixture.window().Form_Load(path(u"PUMP.DDB"_s)), StartResult::NothingToOpen); });
+        QCOMPARE(fixture.fileName(0), QString());
+        QCOMPARE(fixture.activePane(), -1);
+    }
+
+    void tellsASecondFileName() {
+        const QString first = makeFile(u"A.DDB"_s, {pumps()});
+        const QString second = makeFile(u"B.DDB"_s, {valves()});
+        DialogScript dialogs;
+        dialogs.expect([&](QDialog &dialog) {
+            const QString problem = messageNaming({first, second})(dialog);
+            QTimer::singleShot(0, qApp, [] { QApplication::closeAllWindows(); });
+            return problem;
+        });
+        QCOMPARE(runProgram({{first, second}, QString()}), 0);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void wordsThatTogetherNameAFileAreThatFile() {
+        const QString first = makeFile(u"two"_s, {valves()});
+        const QString second = makeFile(u"words.ddb"_s, {valves()});
+        makeFile(u"two "_s + second, {pumps()});
+        DialogScript dialogs;
+        QString shown;
+        QTimer looking;
+        QObject::connect(&looking, &QTimer::timeout, [&] {
+            DtbEditor *window = editorWindow();
+            if (window == nullptr || MessageLoop::instance()->commandRunning())
+                return;
+            shown = window->context().pane(0).TabellaMostrata();
+            if (shown.isEmpty() && dialogs.problems().isEmpty())
+                return;
+            looking.stop();
+            window->close();
+        });
+        looking.start(0);
+        QCOMPARE(runProgram({{first, second}, QString()}), 0);
+        QCOMPARE(shown, u"Pumps"_s);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void endsTheProgramWithStatus1WhenTheNamedFileCannotBeLoaded() {
+        const QString path = writeBytes(u"BAD.DDB"_s, "this is no database");
+        DialogScript dialogs;
+        dialogs.expectMessage(u"Can't load '"_s + path + u"'"_s, u"!!"_s, u"OK"_s);
+        QCOMPARE(runProgram({{path}, QString()}), 1);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void endsTheProgramWithStatus1WhenTheArgumentIsAFolder() {
+        DialogScript dialogs;
+        dialogs.expectMessage(u"Can't load '"_s + path(u"."_s) + u"'"_s, u"!!"_s, u"OK"_s);
+        QCOMPARE(runProgram({{path(u"."_s)}, QString()}), 1);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void endsTheProgramWithStatus2WhenAnArgumentIsNoText() {
+        DialogScript dialogs;
+        dialogs.expectMessage(u"the argument is no text"_s, applicationTitle(), u"OK"_s);
+        QCOMPARE(refuseArguments(u"the argument is no text"_s), 2);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void writesAPictureOfTheWindow() {
+        const QString path = makeFile(u"A.DDB"_s, {pumps()});
+        const QString picture = this->path(u"picture.png"_s);
+        QCOMPARE(runProgram({{path}, picture}), 0);
+        QVERIFY(QImage(picture).width() > 500);
+    }
+
+    void closingTheWindowInTheMiddleOfALongLoadEndsTheProgramAndWritesNothing() {
+        QStringList numbers;
+        for (int r = 0; r < 400'000; ++r)
+            numbers.append(QString::number(r));
+        const QString path = makeFile(u"LONG.DDB"_s, {{u"Long"_s, {{u"a"_s, FieldType::Long, numbers}}}});
+        const QByteArray before = fileBytes(path);
+        bool closedDuringTheLoad = false;
+        QTimer closing;
+        QObject::connect(&closing, &QTimer::timeout, [&] {
+            DtbEditor *window = editorWindow();
+            if (window == nullptr || !MessageLoop::instance()->commandRunning() ||
+                window->context().pane(0).TabellaMostrata() != u"Long"_s)
+                return;
+            closedDuringTheLoad = window->context().Tabella(0).Rows() == 1;
+            closing.stop();
+            window->close();
+        });
+        closing.start(0);
+        QCOMPARE(runProgram({{path}, QString()}), 0);
+        QVERIFY(closedDuringTheLoad);
+        QCOMPARE(fileBytes(path), before);
+    }
+
+    void aDatabaseWithoutTablesOpensAtTheStart() {
+        EditorFixture fixture(makeFile(u"EMPTY.SDB"_s, {}));
+        QCOMPARE(fixture.startResult(), StartResult::Opened);
+        QVERIFY(!fixture.grid(0).Visible());
+        QVERIFY(!fixture.action(Command::RemoveTableMenu).isEnabled());
+    }
+
+private:
+    /// The window of a program that runs; null before it has one.
+    static DtbEditor *editorWindow() {
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            if (auto *editor = qobject_cast<DtbEditor *>(widget))
+                return editor;
+        return nullptr;
+    }
+};
+
+QTEST_MAIN(StartTest)
+#include "start_test.moc"

@@ -1,0 +1,58 @@
+#include "tests/support/Hands.h"
+#include "tests/window/WindowTest.h"
+
+#include <QTextBlock>
+#include <QTextBrowser>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+/// The help menu through the real window.
+class HelpTest : public WindowTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void f1OpensTheGuideAtItsPageOnKeysAndTheEditorStaysUsable() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        for (const int time : {1, 2}) {
+            Q_UNUSED(time)
+            fixture.dialogs().allow(u"Guide"_s);
+            hands::key(&fixture.window(), Qt::Key_F1);
+            auto *text = fixture.window().findChild<QTextBrowser *>(u"GuideText"_s);
+            QVERIFY(text != nullptr);
+            QVERIFY(text->isVisible());
+            QCOMPARE(text->textCursor().block().text(), u"Keys"_s);
+            const QRect heading = text->cursorRect();
+            QVERIFY2(text->viewport()->rect().contains(heading), "the heading is not in view");
+            QVERIFY(text->toPlainText().contains(u"Compare again"_s));
+        }
+        QCOMPARE(fixture.window().findChildren<QTextBrowser *>().size(), 1);
+        fixture.choose(Command::SaveMenu);
+    }
+
+    void everyShortcutOfTheMenusStandsInTheGuide() {
+        EditorFixture fixture;
+        fixture.dialogs().allow(u"Guide"_s);
+        fixture.choose(Command::HelpKeysMenu);
+        const QString guide = fixture.window().findChild<QTextBrowser *>(u"GuideText"_s)->toPlainText();
+        for (int i = 0; i < commandCount; ++i) {
+            const QAction &action = fixture.action(static_cast<Command>(i));
+            for (const QKeySequence &keys : action.shortcuts())
+                QVERIFY2(guide.contains(keys.toString()), qPrintable(action.objectName()));
+        }
+    }
+
+    void aboutNamesTheProgram() {
+        EditorFixture fixture;
+        fixture.dialogs().expect([](QDialog &dialog) {
+            auto &box = dynamic_cast<QMessageBox &>(dialog);
+            return (box.text().startsWith(u"QIR Database Editor ") ? QString() : box.text()) +
+                   pressButton(dialog, u"OK"_s);
+        });
+        fixture.choose(Command::AboutMenu);
+    }
+};
+
+QTEST_MAIN(HelpTest)
+#include "help_test.moc"
