@@ -30,7 +30,8 @@ void readText(ByteReader &reader, QString &text) {
     const auto length = reader.number<quint32>();
     const QByteArrayView units = reader.bytes(length * unitBytes);
     text.resize(units.size() / static_cast<qsizetype>(unitBytes));
-    qFromLittleEndian<char16_t>(units.data(), text.size(), text.data());
+    if (!units.isEmpty()) // none have no memory to read from
+        qFromLittleEndian<char16_t>(units.data(), text.size(), text.data());
 }
 
 QString escaped(const QString &text) {

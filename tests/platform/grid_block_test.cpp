@@ -133,3 +133,5 @@ void GridBlockTest::hidingForPaintingYieldsToTheFlagBeingSet() {
 
 QTEST_MAIN(GridBlockTest)
 #include "grid_block_test.moc"
+
+using namespace Qt::StringLiterals;

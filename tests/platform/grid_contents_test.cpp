@@ -390,3 +390,5 @@ void GridContentsTest::aMillionRowsCostNothingToHold() {
 
 QTEST_MAIN(GridContentsTest)
 #include "grid_contents_test.moc"
+
+using namespace Qt::StringLiterals;

@@ -22,3 +22,5 @@ public:
 };
 
 #include "shortrecord.moc"
+
+using namespace Qt::StringLiterals;
