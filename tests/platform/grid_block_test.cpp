@@ -133,5 +133,3 @@ void GridBlockTest::hidingForPaintingYieldsToTheFlagBeingSet() {
 
 QTEST_MAIN(GridBlockTest)
 #include "grid_block_test.moc"
-
-using namespace Qt::StringLiterals;

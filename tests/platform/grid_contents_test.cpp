@@ -390,5 +390,3 @@ void GridContentsTest::aMillionRowsCostNothingToHold() {
 
 QTEST_MAIN(GridContentsTest)
 #include "grid_contents_test.moc"
-
-using namespace Qt::StringLiterals;

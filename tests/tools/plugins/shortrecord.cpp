@@ -22,5 +22,3 @@ public:
 };
 
 #include "shortrecord.moc"
-
-using namespace Qt::StringLiterals;
