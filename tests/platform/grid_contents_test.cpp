@@ -8,8 +8,8 @@
 #include <QtTest>
 
 using namespace qir;
-using namespace qir::testing;
 using namespace Qt::StringLiterals;
+using namespace qir::testing;
 
 class GridContentsTest : public QObject {
     Q_OBJECT
