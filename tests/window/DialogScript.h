@@ -30,6 +30,9 @@ public:
     /// Any dialog: `answer` looks at it, closes it, and gives what is wrong with it ("" nothing).
     void expect(std::function<QString(QDialog &)> answer);
 
+    /// Nothing is expected any more: what has been, had it come, was answered by somebody who goes now.
+    void expectNoMore() { m_expected.clear(); }
+
     /// A window of this object name is no dialog to answer: it stays beside the editor.
     void allow(const QString &objectName) { m_allowed.append(objectName); }
 

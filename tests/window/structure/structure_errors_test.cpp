@@ -38,6 +38,9 @@ public:
         , m_gesture(gesture) {
         expectNext();
     }
+    ~Answers() { m_fixture.dialogs().expectNoMore(); }
+    Answers(const Answers &) = delete;
+    Answers &operator=(const Answers &) = delete;
 
     /// The window is closed under the first dialog.
     void closeWindowFirst() { m_closing = true; }
