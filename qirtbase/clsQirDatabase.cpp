@@ -9,6 +9,7 @@
 
 #include <QAbstractEventDispatcher>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <new>
@@ -478,6 +479,53 @@ void clsQirDatabase::GetQirRecord(int record, QStringList &values) {
         for (const Field &field : fields)
             field.column.readText(index, *++texts);
     });
+}
+
+// ------------------------------------------------------------------------------------------------------ whole columns
+
+QVariant clsQirDatabase::ReadColumn(int field, int first, int count) {
+    return guarded([&] {
+        const Table &table = currentTable();
+        const std::size_t index = fieldIndex(field);
+        const std::size_t record = recordIndex(first);
+        if (count < 1)
+            raise(u"%1 records cannot be read."_s.arg(count));
+        const std::size_t most = std::min(static_cast<std::size_t>(count), table.recordCount() - record);
+        return table.field(index).column.block(record, most).toVariant();
+    });
+}
+
+void clsQirDatabase::WriteColumn(int field, int first, const QVariant &block) {
+    guarded([&] {
+        Table &table = currentTable();
+        const std::size_t index = fieldIndex(field);
+        const std::size_t record = recordIndex(first);
+        const Result<ColumnBlock> values = ColumnBlock::fromVariant(block);
+        if (!values)
+            raise(values.error().text);
+        if (values->type() != table.field(index).type())
+            raise(u"The block has values of another type than the field."_s);
+        if (static_cast<std::size_t>(values->count()) > table.recordCount() - record)
+            raise(u"The block has more values than there are records from number %1 on."_s.arg(first));
+        if (m_database.setBlock(table, index, record, *values))
+            m_changed = true;
+    });
+}
+
+void clsQirDatabase::AppendRecords(int count) {
+    guarded([&] {
+        Table &table = currentTable();
+        if (count < 0)
+            raise(u"%1 records cannot be added."_s.arg(count));
+        if (count == 0)
+            return;
+        m_database.addRecords(table, static_cast<std::size_t>(count));
+        m_changed = true;
+    });
+}
+
+double clsQirDatabase::TableRevision() {
+    return guarded([&] { return static_cast<double>(currentTable().revision()); });
 }
 
 // --------------------------------------------------------------------------------------------------- groups of changes
