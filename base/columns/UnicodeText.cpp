@@ -3,6 +3,7 @@
 #include "base/ByteReader.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -104,14 +105,24 @@ Decoded readCodePoint(const unsigned char *bytes, std::size_t available) {
     return {code, length};
 }
 
-/// False where a byte was no ASCII; what was written then is of no use.
+/// False where a byte was no ASCII; what was written then is of no use. Most texts are short: four bytes at a time.
 bool widenAscii(const unsigned char *in, const unsigned char *end, char16_t *out) {
-    unsigned char all = 0;
+    constexpr std::ptrdiff_t step = sizeof(std::uint32_t);
+    std::uint32_t all = 0;
+    for (; std::endian::native == std::endian::little && end - in >= step; in += step, out += step) {
+        std::uint32_t four = 0;
+        std::memcpy(&four, in, sizeof four);
+        all |= four;
+        std::uint64_t wide = four;
+        wide = (wide | wide << 16) & 0x0000FFFF0000FFFFU;
+        wide = (wide | wide << 8) & 0x00FF00FF00FF00FFU;
+        std::memcpy(out, &wide, sizeof wide);
+    }
     for (; in != end; ++in, ++out) {
         all |= *in;
         *out = *in;
     }
-    return all < 0x80;
+    return (all & 0x80808080U) == 0;
 }
 
 } // namespace
