@@ -192,11 +192,11 @@ TEST(Column, RecordsThatComeBackBeyondTwoChunksDivideThem) {
     for (int i = 0; i < 3; ++i)
         pair.insert(10, i + 1);
     pair.truncate(chunk + 20);
-    EXPECT_EQ(pair.read(), pair.values());
+    EXPECT_TRUE(pair.read() == pair.values());
 }
 
 RC_GTEST_PROP(ColumnProperty, AColumnIsAListOfValuesWhateverItsChunks, ()) {
-    const auto type = *rc::gen::element(ColumnType::Bool, ColumnType::Int, ColumnType::Double, ColumnType::Text);
+    const auto type = *rc::gen::element(ColumnType::Bool, ColumnType::Long, ColumnType::Double, ColumnType::Text);
     Pair pair(type);
     pair.append(chunk - 5);
     pair.append(chunk);
@@ -228,7 +228,7 @@ RC_GTEST_PROP(ColumnProperty, AColumnIsAListOfValuesWhateverItsChunks, ()) {
         default:
             pair.truncate(std::max<std::size_t>(record, 1));
         }
-        RC_ASSERT(pair.read() == pair.values());
+        RC_ASSERT((pair.read() == pair.values()));
         RC_ASSERT(before.size() == then.size());
         QString text;
         before.readText(std::min(record, then.size() - 1), text);
