@@ -1,7 +1,6 @@
 #include "qirtbase/clsQirDatabase.h"
 
 #include "base/ErrorWords.h"
-#include "base/UndoOnError.h"
 #include "base/VariantKind.h"
 #include "qirtbase/journal/JournalRecovery.h"
 #include "qirtbase/journal/JournalReseal.h"
@@ -51,13 +50,11 @@ QString noteOn(const KdfCosts &costs, const KdfCosts &usual) {
 /// Every member that may fail runs in here: an error ends every open group as undone, and lack of memory gets words.
 template<class Body>
 auto clsQirDatabase::guarded(Body body) -> decltype(body()) {
-    const UndoOnError fail([this] {
-        for (Group &group : m_groups)
-            group.failed = true;
-    });
-    try {
+    try { // costs nothing as long as nothing goes wrong, and this runs millions of times for a table
         return body();
     } catch (const std::exception &error) {
+        for (Group &group : m_groups)
+            group.failed = true;
         if (isLackOfMemory(error))
             raise(errorWords(error));
         throw;

@@ -13,7 +13,7 @@ import sys
 PLAIN = ["base", "base/columns"]
 CONTRACT = PLAIN + ["platform/automation", "db"]
 STORAGE = ["qirtbase/container", "qirtbase/file", "qirtbase/model"]
-CONTROLS = PLAIN + ["platform/dialogs", "platform/loop", "platform/controls", "platform/grid", "platform/list"]
+CONTROLS = PLAIN + ["platform/cells", "platform/dialogs", "platform/loop", "platform/controls", "platform/grid", "platform/list"]
 WINDOW = CONTRACT + CONTROLS + ["app/shared", "pane"]
 ROWS = {
     "base": [],
@@ -28,10 +28,11 @@ ROWS = {
     "compare/engine": CONTRACT,
     "cli/tables": CONTRACT,
     "cli": CONTRACT + ["compare/engine", "cli/tables"],
+    "platform/cells": PLAIN,
     "platform/dialogs": PLAIN,
     "platform/loop": PLAIN + ["platform/dialogs"],
     "platform/controls": PLAIN,
-    "platform/grid": PLAIN + ["platform/loop", "platform/controls"],
+    "platform/grid": PLAIN + ["platform/cells", "platform/loop", "platform/controls"],
     "platform/list": PLAIN + ["platform/loop", "platform/controls"],
     "app/shared": CONTRACT + CONTROLS,
     "pane": CONTRACT + CONTROLS + ["app/shared"],
@@ -44,7 +45,7 @@ ROWS = {
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
 MOST_FILES = 32
-CORE_ONLY = {"base", "base/columns", "platform/automation", "db", "compare/engine", "qirtbase", "qirtbase/model", "qirtbase/container",
+CORE_ONLY = {"base", "base/columns", "platform/automation", "platform/cells", "db", "compare/engine", "qirtbase", "qirtbase/model", "qirtbase/container",
              "qirtbase/file", "qirtbase/journal", "cli", "cli/tables"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"
