@@ -34,6 +34,14 @@ bool areEqual(QByteArrayView left, QByteArrayView right) {
             std::memcmp(left.data(), right.data(), static_cast<std::size_t>(left.size())) == 0);
 }
 
+QString textOf(QByteArrayView utf8) {
+    if (isAscii(utf8))
+        return QString::fromLatin1(utf8);
+    QString text;
+    readUtf8(utf8, text);
+    return text;
+}
+
 /// Whether a chunk's values from `offset` on are those of a block.
 bool holdsValues(const ColumnChunk &chunk, std::size_t offset, const ColumnBlock &block) {
     const auto at = static_cast<qsizetype>(offset << valueShift(block.type()));
@@ -168,14 +176,12 @@ QByteArrayView Column::text(std::size_t record) const {
 CellValue Column::value(std::size_t record) const {
     if (!isText())
         return number(record);
-    QString content;
-    readUtf8(text(record), content);
-    return content;
+    return textOf(text(record));
 }
 
 QVariant Column::variant(std::size_t record) const {
     if (isText())
-        return std::get<QString>(value(record));
+        return textOf(text(record));
     const bool isReal = m_type == ColumnType::Double || m_type == ColumnType::Date;
     return isReal ? QVariant(number(record)) : QVariant(static_cast<int>(number(record)));
 }
