@@ -14,7 +14,11 @@ namespace qir {
     COMMAND(CloseDatabaseMenu)                                                                                         \
     LINE COMMAND(ChangePassword)                                                                                       \
     LINE COMMAND(EndMenu) MENU(ModeMenu) COMMAND(OneMenu) COMMAND(TwoMenu) LINE COMMAND(CompareAgainMenu)              \
-        MENU(ViewMenu) COMMAND(ColumnSizeAdjust) COMMAND(OtherPaneMenu) MENU(TablesMenu) COMMAND(AddTableMenu)         \
+    LINE COMMAND(NextDifferenceMenu) COMMAND(PreviousDifferenceMenu) COMMAND(FirstDifferenceMenu)                      \
+        COMMAND(LastDifferenceMenu) COMMAND(NextDifferingCellMenu) COMMAND(PreviousDifferingCellMenu) LINE             \
+        COMMAND(DifferencesSummaryMenu)                                                                                \
+    LINE COMMAND(CarryCellsMenu) COMMAND(CarryRecordMenu) COMMAND(CarryTableMenu) MENU(ViewMenu)                       \
+        COMMAND(ColumnSizeAdjust) COMMAND(OtherPaneMenu) MENU(TablesMenu) COMMAND(AddTableMenu)                        \
             COMMAND(RenameTableMenu) COMMAND(RemoveTableMenu) MENU(FieldsMenu) COMMAND(AddFieldMenu)                   \
                 COMMAND(RenameFieldMenu) COMMAND(RemoveFieldMenu) COMMAND(ResizeTextField) MENU(RecordMenu)            \
                     COMMAND(AddRecordMenu) COMMAND(RemoveRecordMenu) MENU(HelpMenu) COMMAND(HelpKeysMenu)              \
