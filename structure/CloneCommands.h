@@ -2,7 +2,11 @@
 
 #include "pane/EditorContext.h"
 
+#include "platform/grid/GridRange.h"
+
 #include <QCoreApplication>
+
+#include <functional>
 
 namespace qir {
 
@@ -35,13 +39,19 @@ public:
     /// Copies the texts of the source grid's selected block into the same cells of the target. Yields.
     void CloneSelectedAreaSecco();
 
+    /// Whether a cell of a block is to be copied.
+    using TakesCell = std::function<bool(int row, int column)>;
+    /// Copies the texts of a block of the source grid into the same cells of the target, those that `takes` has nothing
+    /// against; what fails is undone. The cells are not compared by that. Yields.
+    void copyArea(const GridRange &block, const TakesCell &takes = {});
+
 private:
     const QirDatabase &source() { return m_editor.OggettoDtb(m_editor.IndexOrigine()); }
     const QirDatabase &target() { return m_editor.OggettoDtb(m_editor.IndexDestinazione()); }
     void requireWholeTables();
     void copyTable(const QString &name);
     void appendRecords(bool withContent);
-    void copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn);
+    void copyBlock(const GridRange &block, const TakesCell &takes);
 
     EditorContext &m_editor;
     TableListAlignment &m_alignment;
