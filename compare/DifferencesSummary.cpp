@@ -24,8 +24,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int columns = 76; // size in characters
+constexpr int columns = 100; // size in characters
 constexpr int lines = 18;
+constexpr int rowPadding = 4; // pixels beside a line's height
 
 QStringList sortedNames(const QirDatabase &database) {
     QStringList names = tableNames(database, database.QIRTablesCount());
@@ -95,6 +96,7 @@ void DifferencesSummary::build() {
     view->setTabKeyNavigation(false);
     view->setWordWrap(false);
     view->verticalHeader()->hide();
+    view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + rowPadding);
     view->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     view->horizontalHeader()->setStretchLastSection(true);
     view->setSortingEnabled(true);
