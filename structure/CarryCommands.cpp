@@ -81,7 +81,7 @@ int CarryCommands::commonFields() const {
 
 /// Which cells are to be written; nothing when nothing is. Without a question nothing is asked that need not be.
 std::optional<CarryCommands::Takes> CarryCommands::ask(const QString &question, const CarryLosses &losses) {
-    const auto all = [](int, int) { return true; };
+    const Takes all; // asks about none
     QStringList lines{losses.words(), question};
     lines.removeAll(QString());
     QWidget *window = m_editor.controls.window;
@@ -91,7 +91,7 @@ std::optional<CarryCommands::Takes> CarryCommands::ask(const QString &question, 
         case Answer::Yes:
             return all;
         case Answer::No:
-            return [&losses](int row, int column) { return !losses.loses(row, column); };
+            return Takes([&losses](int row, int column) { return !losses.loses(row, column); });
         default:
             return std::nullopt;
         }
@@ -166,7 +166,7 @@ void CarryCommands::writeRecord(int from, int source, int target, const Takes &t
     right.setQIRTableRecordsPointerOut(target);
     QVariant value;
     for (int field = 1; field <= commonFields(); ++field) {
-        if (!takes(source, field))
+        if (takes && !takes(source, field))
             continue;
         left.readQIRTableRecordSetByIndex(field, value);
         right.setQIRTableRecordSetByIndex(field, value);
@@ -267,7 +267,7 @@ void CarryCommands::write(int from, const Work &work, const Takes &takes) {
     for (std::size_t row = different.nextRow(1); row <= static_cast<std::size_t>(work.common) && row < different.rows();
          row = different.nextRow(row + 1)) {
         writeRecord(from, static_cast<int>(row), static_cast<int>(row), [&](int record, int field) {
-            return different.at(row, static_cast<std::size_t>(field)) && takes(record, field);
+            return different.at(row, static_cast<std::size_t>(field)) && (!takes || takes(record, field));
         });
         timer.yieldIfDue();
     }

@@ -48,6 +48,7 @@ public:
     void carryTable(int from);
 
 private:
+    /// Whether a cell is to be carried; empty for all.
     using Takes = std::function<bool(int row, int column)>;
     struct Work;
 

@@ -11,6 +11,7 @@
 namespace qir {
 
 class CellDifferences;
+class GridSave;
 class TableListAlignment;
 class TableLoader;
 
@@ -22,11 +23,12 @@ class CloneCommands {
 
 public:
     CloneCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
-                  TableLoader &tables)
+                  TableLoader &tables, GridSave &save)
         : m_editor(editor)
         , m_alignment(alignment)
         , m_differences(differences)
-        , m_tables(tables) {}
+        , m_tables(tables)
+        , m_save(save) {}
 
     /// Its rows for the menus.
     void addCommands();
@@ -51,12 +53,16 @@ private:
     void requireWholeTables();
     void copyTable(const QString &name);
     void appendRecords(bool withContent);
+    /// Appends records to the target's current table; with content, that of the source's records of the same numbers.
+    void appendCopies(int count, bool withContent);
     void copyBlock(const GridRange &block, const TakesCell &takes);
+    void copyTakenCells(const Grid &from, Grid &to, const GridRange &block, const TakesCell &takes);
 
     EditorContext &m_editor;
     TableListAlignment &m_alignment;
     CellDifferences &m_differences;
     TableLoader &m_tables;
+    GridSave &m_save;
 };
 
 } // namespace qir
