@@ -95,6 +95,9 @@ bool StatusState::hasChanged(int pane) {
         return false;
     const QirDatabase &database = m_editor.OggettoDtb(pane);
     Changed &known = m_changed.at(static_cast<std::size_t>(pane));
+    // A database becomes changed by what is written to it alone.
+    if (!known.flag && known.revision == database.revision())
+        return false;
     // What a keystroke writes has changed something: the component is asked nothing more than its write.
     if (m_editor.RigaEdit() > 0 && known.revision != 0 && known.revision != database.revision()) {
         known = {true, database.revision()};
