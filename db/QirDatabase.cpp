@@ -100,7 +100,6 @@ bool QirDatabase::SetDatabaseFileName(const QString &fileName) const {
 }
 
 void QirDatabase::NewPassword(const QString &current, const QString &replacement) const {
-    changed(); // the flag, though no table
     newPassword(m_object, current, replacement);
 }
 
