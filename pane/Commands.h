@@ -22,6 +22,19 @@ namespace qir {
         COMMAND(TwoMenu)                                    \
         LINE                                                \
         COMMAND(CompareAgainMenu)                           \
+        LINE                                                \
+        COMMAND(NextDifferenceMenu)                         \
+        COMMAND(PreviousDifferenceMenu)                     \
+        COMMAND(FirstDifferenceMenu)                        \
+        COMMAND(LastDifferenceMenu)                         \
+        COMMAND(NextDifferingCellMenu)                      \
+        COMMAND(PreviousDifferingCellMenu)                  \
+        LINE                                                \
+        COMMAND(DifferencesSummaryMenu)                     \
+        LINE                                                \
+        COMMAND(CarryCellsMenu)                             \
+        COMMAND(CarryRecordMenu)                            \
+        COMMAND(CarryTableMenu)                             \
     MENU(ViewMenu)                                          \
         COMMAND(ColumnSizeAdjust)                           \
         COMMAND(OtherPaneMenu)                              \

@@ -6,6 +6,7 @@
 #include "pane/GridCommands.h"
 #include "pane/ListClicks.h"
 #include "pane/Pane.h"
+#include "pane/StatusLine.h"
 
 #include <array>
 
@@ -102,6 +103,9 @@ public:
     /// Enables the field and record commands by what the active pane shows.
     GridCommands &gridCommands() { return m_gridCommands; }
 
+    /// The line below the panes, which also shows a message for a while.
+    StatusLine &status() { return m_status; }
+
     EditorControls controls;
 
 private:
@@ -113,6 +117,7 @@ private:
     int m_sortColumn = 1;
     BitMatrix m_different;
     GridCommands m_gridCommands;
+    StatusLine m_status;
 };
 
 } // namespace qir

@@ -8,6 +8,7 @@
 #include <QTableView>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -93,6 +94,9 @@ public:
     void paintDifferences(const BitMatrix &different, const GridRange &window);
     /// The same for all cells.
     void paintDifferences(const BitMatrix &different);
+
+    /// What the tool tip and the accessible description of a red cell say.
+    void setCellWords(std::function<QString(int row, int column)> words);
 
     // Current cell and selection
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "platform/list/ListLines.h"
+
 #include <QListView>
 #include <QString>
 
-namespace qir {
+#include <functional>
 
-class ListLines;
+namespace qir {
 
 /// A list of lines, each a text with a number, of which one or none is selected. Lines count from 0.
 ///
@@ -52,6 +54,11 @@ public:
     /// True between the left button's press on a line and its release, which raises Click: the line is selected, but
     /// what a click on it does is still to come.
     bool clickPending() const;
+
+    /// A line's icon, with what it says in words.
+    using LineSign = ListLines::Sign;
+    /// Gives each line the icon that `signs` has for it; to be called again, or update(), when they change.
+    void setSigns(std::function<LineSign(int line)> signs);
 
     int TopIndex() const;       ///< The first visible line, 0 in an empty list.
     void setTopIndex(int line); ///< As far as the scroll range goes.
