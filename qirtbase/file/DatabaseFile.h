@@ -7,7 +7,7 @@
 #include "qirtbase/container/RandomSource.h"
 #include "qirtbase/container/SecretKey.h"
 #include "qirtbase/file/KeyPreparation.h"
-#include "qirtbase/file/StateFolder.h"
+#include "base/state/StateFolder.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

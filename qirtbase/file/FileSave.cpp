@@ -3,7 +3,7 @@
 #include "qirtbase/file/InPlaceRecovery.h"
 #include "qirtbase/file/KeptVersion.h"
 #include "qirtbase/file/Leftovers.h"
-#include "qirtbase/file/StateFolder.h"
+#include "base/state/StateFolder.h"
 
 #include <QFile>
 

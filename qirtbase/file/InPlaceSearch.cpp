@@ -1,5 +1,5 @@
 #include "qirtbase/file/InPlaceCopy.h"
-#include "qirtbase/file/StateFolder.h"
+#include "base/state/StateFolder.h"
 
 #include <unistd.h>
 

@@ -2,7 +2,7 @@
 
 #include "qirtbase/container/Container.h"
 #include "qirtbase/container/FileHeader.h"
-#include "qirtbase/file/StateFolder.h"
+#include "base/state/StateFolder.h"
 #include "qirtbase/journal/JournalLayout.h"
 
 #include <QByteArray>

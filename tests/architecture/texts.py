@@ -10,9 +10,10 @@ import re
 import sys
 
 # The command-line companion speaks one language, and so do the errors of the floors that it shares with the editor.
-FOLDERS = ["app", "pane", "view", "structure", "compare", "dialogs", "platform/dialogs", "platform/loop",
+FOLDERS = ["app", "app/desktop", "pane", "view", "structure", "compare", "dialogs", "platform/dialogs", "platform/loop",
            "platform/controls", "platform/grid", "platform/list"]
-ALL_FOLDERS = FOLDERS + ["platform/automation", "base", "bench", "cli", "db", "fuzz", "qirtbase", "samples", "tests"]
+ALL_FOLDERS = FOLDERS + ["platform/automation", "base", "base/state", "bench", "cli", "db", "fuzz", "qirtbase", "samples",
+                         "tests"]
 
 # What stands before a literal that no person reads.
 NOT_SHOWN = re.compile(
