@@ -5,6 +5,11 @@
 #include "app/Notices.h"
 #include "app/OpenCommand.h"
 #include "app/SaveCommands.h"
+#include "app/desktop/Colours.h"
+#include "app/desktop/FileSigns.h"
+#include "app/desktop/FilesAtHand.h"
+#include "app/desktop/OutsideChanges.h"
+#include "app/desktop/ToolBar.h"
 #include "compare/CellDifferences.h"
 #include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
@@ -46,6 +51,8 @@ public:
 
     /// The start: opens what the command line names. To be called once, when the event loop runs and the window shows.
     StartResult Form_Load(const QString &commandLine);
+    /// After that: opens one more file that the command line names in the right pane.
+    StartResult openRight(const QString &fileName);
 
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }
@@ -60,6 +67,10 @@ private:
     void EndMenu_Click();
     void connectPane(int pane);
     void addCommands();
+    void showTwoPanes();
+    /// What stands above the panes, or its height, is another.
+    void layOutAnew();
+    void openBeside(int pane, const QString &path);
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);
 
@@ -78,6 +89,8 @@ private:
     GridPopups m_gridPopups;
     GridEvents m_gridEvents;
     std::optional<GridPair> m_gridPair; // once the grids stand
+    OutsideChanges m_changes;
+    FileSigns m_signs;
     OpenCommand m_open;
     SaveCommands m_save;
     CloseCommands m_close;
@@ -87,6 +100,9 @@ private:
     RecordCommands m_recordCommands;
     CloneCommands m_cloneCommands;
     ModeCommands m_modes;
+    FilesAtHand m_filesAtHand;
+    Colours m_colours;
+    ToolBar m_toolBar;
 };
 
 } // namespace qir

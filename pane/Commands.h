@@ -8,20 +8,23 @@ namespace qir {
 /// To add a command: a line here, and a row in the class that has its procedure (CommandTable).
 #define QIR_COMMANDS(MENU, COMMAND, LINE)                                                                              \
     MENU(FileMenu)                                                                                                     \
+    COMMAND(NewDatabase)                                                                                               \
     COMMAND(OpenDatabase)                                                                                              \
     COMMAND(SaveMenu)                                                                                                  \
     COMMAND(SaveAsMenu)                                                                                                \
     COMMAND(CloseDatabaseMenu)                                                                                         \
     LINE COMMAND(ChangePassword)                                                                                       \
+    LINE COMMAND(ForgetMenu)                                                                                           \
     LINE COMMAND(EndMenu) MENU(ModeMenu) COMMAND(OneMenu) COMMAND(TwoMenu) LINE COMMAND(CompareAgainMenu)              \
-        MENU(ViewMenu) COMMAND(ColumnSizeAdjust) COMMAND(OtherPaneMenu) MENU(TablesMenu) COMMAND(AddTableMenu)         \
-            COMMAND(RenameTableMenu) COMMAND(RemoveTableMenu) MENU(FieldsMenu) COMMAND(AddFieldMenu)                   \
-                COMMAND(RenameFieldMenu) COMMAND(RemoveFieldMenu) COMMAND(ResizeTextField) MENU(RecordMenu)            \
-                    COMMAND(AddRecordMenu) COMMAND(RemoveRecordMenu) MENU(HelpMenu) COMMAND(HelpKeysMenu)              \
-                        COMMAND(AboutMenu) MENU(popmenuCopyToOther) COMMAND(ClonePOP) COMMAND(RenameTablePOP)          \
-                            COMMAND(RemoveTablePOP) MENU(popmenuGrid) COMMAND(CloneTableSizePOP)                       \
-                                COMMAND(CloneSelectedAreaPOP) COMMAND(RemoveRecordPOP) MENU(popmenuGridFields)         \
-                                    COMMAND(SortFPOP) LINE                                                             \
+        MENU(ViewMenu) COMMAND(ColumnSizeAdjust) COMMAND(OtherPaneMenu) LINE                                           \
+        COMMAND(ToolBarMenu) MENU(ColoursMenu) COMMAND(ColoursSystemMenu) COMMAND(ColoursLightMenu)                    \
+            COMMAND(ColoursDarkMenu) MENU(TablesMenu) COMMAND(AddTableMenu) COMMAND(RenameTableMenu)                   \
+                COMMAND(RemoveTableMenu) MENU(FieldsMenu) COMMAND(AddFieldMenu) COMMAND(RenameFieldMenu)               \
+                    COMMAND(RemoveFieldMenu) COMMAND(ResizeTextField) MENU(RecordMenu) COMMAND(AddRecordMenu)          \
+                        COMMAND(RemoveRecordMenu) MENU(HelpMenu) COMMAND(HelpKeysMenu) COMMAND(AboutMenu)              \
+                            MENU(popmenuCopyToOther) COMMAND(ClonePOP) COMMAND(RenameTablePOP) COMMAND(RemoveTablePOP) \
+                                MENU(popmenuGrid) COMMAND(CloneTableSizePOP) COMMAND(CloneSelectedAreaPOP)             \
+                                    COMMAND(RemoveRecordPOP) MENU(popmenuGridFields) COMMAND(SortFPOP) LINE            \
                                     COMMAND(RenameFieldPOP) COMMAND(RemoveFieldPOP) COMMAND(ResizeTextFieldPOP) LINE   \
                                     COMMAND(CloneTableSizeFPOP) COMMAND(CloneSelectedAreaFPOP) MENU(popmenuCP)         \
                                         COMMAND(CopyMenu) COMMAND(PasteMenu)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/BitMatrix.h"
+#include "base/state/Remembered.h"
 #include "pane/CellEdit.h"
 #include "pane/CommandTable.h"
 #include "pane/GridCommands.h"
@@ -101,6 +102,9 @@ public:
     /// The field and record commands, enabled by where they would work.
     GridCommands &gridCommands() { return m_gridCommands; }
 
+    /// What is kept from one session to the next.
+    Remembered &remembered() { return m_remembered; }
+
     EditorControls controls;
 
 private:
@@ -112,6 +116,7 @@ private:
     int m_sortColumn = 1;
     BitMatrix m_different;
     GridCommands m_gridCommands;
+    Remembered m_remembered;
 };
 
 } // namespace qir

@@ -1,0 +1,32 @@
+#include "app/desktop/OpenFiles.h"
+
+#include "app/shared/Funzioni.h"
+#include "db/ChosenPlaces.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace qir {
+
+QString openFilePath(const EditorContext &editor, int pane) {
+    const QString &name = editor.NomeFileDtb(pane);
+    if (name.isEmpty())
+        return {};
+    return QDir::cleanPath(QFileInfo(placeOf(name).value_or(name)).absoluteFilePath());
+}
+
+Protection protectionOf(const QString &fileName) {
+    return DatabaseProtetto(fileName) ? Protection::Protected : Protection::Open;
+}
+
+void rememberOpenFile(EditorContext &editor, int pane) {
+    const Protection own = protectionOf(editor.NomeFileDtb(pane));
+    editor.remembered().noteFile(openFilePath(editor, pane), own);
+    if (!editor.DtbAperto(0) || !editor.DtbAperto(1))
+        return;
+    const Protection other = protectionOf(editor.NomeFileDtb(1 - pane));
+    editor.remembered().notePair({openFilePath(editor, 0), openFilePath(editor, 1)},
+                                 own == Protection::Open ? other : own);
+}
+
+} // namespace qir
