@@ -45,9 +45,9 @@ public:
             if (m_parser.values(option).size() > 1)
                 refuse(QObject::tr("--%1 takes one file.").arg(option.names().constFirst()));
         return {.words = m_parser.positionalArguments(),
+                .picture = m_parser.value(m_picture),
                 .left = m_parser.value(m_left),
-                .right = m_parser.value(m_right),
-                .picture = m_parser.value(m_picture)};
+                .right = m_parser.value(m_right)};
     }
 
 private:

@@ -40,7 +40,8 @@ ROWS = {
     "view": WINDOW + ["compare", "compare/engine"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
     "app/desktop": WINDOW + ["compare", "compare/engine", "view"],
-    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure", "app/desktop"],
+    "app/look": WINDOW,
+    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure", "app/desktop", "app/look"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"

@@ -11,7 +11,7 @@ import sys
 
 CLASSES = {"pane/Pane.h": "Pane", "pane/EditorContext.h": "EditorContext"}
 # Given away to be worked on; each is an object with methods of its own, or what a comparison fills in one go.
-OBJECTS = {"pane", "cellEdit", "listClicks", "gridCommands", "foundDifferences", "controls"}
+OBJECTS = {"pane", "cellEdit", "listClicks", "gridCommands", "foundDifferences", "controls", "remembered"}
 
 
 def breaches(text, name):

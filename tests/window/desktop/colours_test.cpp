@@ -1,5 +1,5 @@
-#include "app/desktop/Colours.h"
-#include "app/desktop/Schemes.h"
+#include "app/look/Colours.h"
+#include "app/look/Schemes.h"
 #include "tests/support/Hands.h"
 #include "tests/window/WindowTest.h"
 

@@ -1,6 +1,6 @@
-#include "app/desktop/Colours.h"
+#include "app/look/Colours.h"
 
-#include "app/desktop/Schemes.h"
+#include "app/look/Schemes.h"
 
 #include <QAction>
 #include <QActionGroup>

@@ -1,4 +1,4 @@
-#include "app/desktop/DesktopColours.h"
+#include "app/look/DesktopColours.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -15,6 +15,8 @@ constexpr auto path = "/org/freedesktop/portal/desktop"_L1;
 constexpr auto interface = "org.freedesktop.portal.Settings"_L1;
 constexpr auto group = "org.freedesktop.appearance"_L1;
 constexpr auto key = "color-scheme"_L1;
+constexpr auto readMember = "Read"_L1;
+constexpr auto changedSignal = "SettingChanged"_L1;
 constexpr uint preferDark = 1;
 
 } // namespace
@@ -23,14 +25,14 @@ DesktopColours::DesktopColours(const QDBusConnection &bus)
     : m_bus(bus) {
     if (!m_bus.isConnected())
         return;
-    m_bus.connect(service, path, interface, u"SettingChanged"_s, this,
+    m_bus.connect(service, path, interface, changedSignal, this,
                   SLOT(settingChanged(QString, QString, QDBusVariant)));
 }
 
 void DesktopColours::ask() {
     if (!m_bus.isConnected())
         return;
-    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, readMember);
     call.setArguments({QString(group), QString(key)});
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/desktop/DesktopColours.h"
+#include "app/look/DesktopColours.h"
 #include "pane/EditorContext.h"
 
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "app/desktop/Schemes.h"
+#include "app/look/Schemes.h"
 
 #include <QColor>
 

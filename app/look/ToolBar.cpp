@@ -1,4 +1,4 @@
-#include "app/desktop/ToolBar.h"
+#include "app/look/ToolBar.h"
 
 #include <QAction>
 #include <QIcon>
