@@ -26,11 +26,15 @@ EmptyPane::EmptyPane(EditorContext &editor, int pane, const QList<QMenu *> &menu
     for (QAction *action : {&controls.action(Command::OpenDatabase), &controls.action(Command::NewDatabase)}) {
         QPushButton *button = addButton(action->objectName(), action->text());
         layout->addWidget(button, 0, layout->count());
-        connect(button, &QPushButton::clicked, action, &QAction::trigger);
+        connect(button, &QPushButton::clicked, action, [this, action] {
+            activate();
+            action->trigger();
+        });
     }
     for (QMenu *menu : menus) {
         QPushButton *button = addButton(menu->objectName(), menu->title());
         layout->addWidget(button, 1, layout->count() - 2);
+        connect(button, &QPushButton::pressed, this, &EmptyPane::activate); // before it shows the menu
         button->setMenu(menu);
     }
     hide();
@@ -41,9 +45,11 @@ QPushButton *EmptyPane::addButton(const QString &name, const QString &text) {
     auto *button = new QPushButton(QString(text).remove(u'&'), this);
     button->setObjectName(u"%1_%2"_s.arg(name).arg(m_pane));
     button->setAutoDefault(false);
-    // What is chosen here is meant for this pane, also where none was active.
-    connect(button, &QPushButton::pressed, this, [this] { runCommand([this] { activatePane(m_editor, m_pane); }); });
     return button;
+}
+
+void EmptyPane::activate() {
+    runCommand([this] { activatePane(m_editor, m_pane); });
 }
 
 bool EmptyPane::eventFilter(QObject *, QEvent *event) {

@@ -23,6 +23,8 @@ public:
 
 private:
     QPushButton *addButton(const QString &name, const QString &text);
+    /// What is chosen here is meant for this pane, also where none was active.
+    void activate();
     /// Below the hint's text, where there is room for it.
     void place();
 

@@ -17,7 +17,7 @@ class ColoursTest : public WindowTest {
 
     static QString problemsOf(const QPalette &palette, const QString &scheme) {
         using Role = QPalette::ColorRole;
-        const std::initializer_list<std::pair<Role, std::initializer_list<Role>>> grounds{
+        const std::vector<std::pair<Role, std::vector<Role>>> grounds{
             {QPalette::Window,
              {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::Link, QPalette::LinkVisited,
               QPalette::BrightText, QPalette::PlaceholderText}},

@@ -57,7 +57,8 @@ private Q_SLOTS:
         QVERIFY(!nameOf(fixture, 0).signs().unsaved);
         QVERIFY(nameOf(fixture, 1).signs().unsaved);
         QVERIFY(fixture.window().isWindowModified());
-        fixture.dialogs().expectMessage(saveQuestion(path(u"RIGHT.DDB"_s)), u"QIR Database Editor"_s, u"No"_s);
+        fixture.dialogs().expectMessage(saveQuestion(path(u"RIGHT.DDB"_s).toUpper()), u"QIR Database Editor"_s,
+                                        u"No"_s);
         fixture.choose(Command::CloseDatabaseMenu);
         QVERIFY(!fixture.window().isWindowModified());
         QVERIFY(!nameOf(fixture, 1).signs().unsaved);
