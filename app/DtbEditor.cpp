@@ -47,7 +47,7 @@ DtbEditor::DtbEditor()
     , m_tableCommands(m_editor, m_alignment, m_differences, m_tables)
     , m_fieldCommands(m_editor, m_differences, m_tables)
     , m_recordCommands(m_editor, m_differences, m_tables)
-    , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables)
+    , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
     , m_modes(m_editor, m_alignment, m_differences, m_tables)
     , m_filesAtHand(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
                                .showTwoPanes = [this] { showTwoPanes(); }})

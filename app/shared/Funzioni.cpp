@@ -104,7 +104,7 @@ QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QStrin
     request.filter = filter;
     request.kind = kind;
     const FileDialogAnswer answer = askForFile(parent, request);
-    const QString name = answer.path.trimmed().toUpper();
+    QString name = answer.path.trimmed().toUpper();
     if (name.isEmpty())
         return {};
     const QString place = chosenPlace(answer);

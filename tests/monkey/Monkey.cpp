@@ -146,7 +146,7 @@ void Monkey::timerEvent(QTimerEvent *event) {
     if (m_destroying) {
         if (QWidget *dialog = QApplication::activeModalWidget()) {
             goOn();
-            m_answers.dismiss(*dialog);
+            withHand([&] { m_answers.dismiss(*dialog); });
         }
         return;
     }
@@ -336,7 +336,7 @@ void Monkey::calmDown() {
         menu->close();
     } else if (QWidget *dialog = QApplication::activeModalWidget()) {
         goOn();
-        m_answers.dismiss(*dialog);
+        withHand([&] { m_answers.dismiss(*dialog); });
     } else if (m_loop->commandRunning()) {
         goOn();
     } else {
