@@ -40,9 +40,9 @@ FileNameLabel &FileSigns::label(int pane) const {
 void FileSigns::build() {
     for (const int pane : {0, 1})
         label(pane).setDetails([this, pane] { return details(pane); });
-    // None of these changes a table.
-    for (const Command command : {Command::ChangePassword, Command::SaveMenu, Command::SaveAsMenu})
-        connect(&m_editor.controls.action(command), &QAction::triggered, this, &FileSigns::refreshFlags);
+    // It changes no table, and is a matter of two calls that nothing else comes between: looked at once it is over.
+    connect(&m_editor.controls.action(Command::ChangePassword), &QAction::triggered, this, &FileSigns::refreshFlags,
+            Qt::QueuedConnection);
 }
 
 void FileSigns::settle() {
@@ -65,10 +65,9 @@ void FileSigns::refreshFlags() {
 }
 
 void FileSigns::lookAtFile(int pane) {
-    const QString &name = m_editor.NomeFileDtb(pane);
     FileNameLabel::Signs signs = label(pane).signs();
     signs.unsaved = hasChanged(m_editor.OggettoDtb(pane), signs.unsaved);
-    signs.isProtected = DatabaseProtetto(name);
+    signs.isProtected = DatabaseProtetto(openFileName(m_editor, pane));
     signs.readOnly = isReadOnly(openFilePath(m_editor, pane));
     show(pane, signs);
 }

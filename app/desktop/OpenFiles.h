@@ -4,7 +4,10 @@
 
 namespace qir {
 
-/// The absolute path of the file that a pane's name stands for; "" for a pane without a name.
+/// The name of the file that a pane's database has, which is shown there: a name that the component refused is not it.
+QString openFileName(const EditorContext &editor, int pane);
+
+/// The absolute path of the file that this name stands for; "" for a pane without one.
 QString openFilePath(const EditorContext &editor, int pane);
 
 Protection protectionOf(const QString &fileName);

@@ -53,7 +53,7 @@ void OutsideChanges::build(QMainWindow &window) {
 void OutsideChanges::follow(int pane) {
     Followed &file = followed(pane);
     file = {};
-    file.name = m_editor.NomeFileDtb(pane);
+    file.name = openFileName(m_editor, pane);
     const QString path = openFilePath(m_editor, pane);
     file.mark = fileMark(FileOps::system(), path);
     file.own = fileContent(FileOps::system(), path);

@@ -40,7 +40,7 @@ Colours::Colours(EditorContext &editor, const QDBusConnection &bus)
 
 Colours::~Colours() {
     if (m_own)
-        QApplication::setPalette(m_given);
+        QApplication::setPalette(QPalette());
 }
 
 void Colours::addCommands() {
@@ -79,7 +79,7 @@ void Colours::apply() {
     const bool own = wantsLight || wantsDark || desktopDark;
     if (!own && !m_own)
         return;
-    QApplication::setPalette(own ? (wantsLight ? lightScheme() : darkScheme()) : m_given);
+    QApplication::setPalette(own ? (wantsLight ? lightScheme() : darkScheme()) : QPalette()); // the platform theme's
     m_own = own;
 }
 

@@ -16,7 +16,7 @@ class Colours : public QObject {
 public:
     explicit Colours(EditorContext &editor);
     Colours(EditorContext &editor, const QDBusConnection &bus);
-    /// The palette that the program came with is put back.
+    /// The platform theme's palette is put back.
     ~Colours() override;
 
     /// Their rows for the menus.

@@ -25,8 +25,7 @@ DesktopColours::DesktopColours(const QDBusConnection &bus)
     : m_bus(bus) {
     if (!m_bus.isConnected())
         return;
-    m_bus.connect(service, path, interface, changedSignal, this,
-                  SLOT(settingChanged(QString, QString, QDBusVariant)));
+    m_bus.connect(service, path, interface, changedSignal, this, SLOT(settingChanged(QString, QString, QDBusVariant)));
 }
 
 void DesktopColours::ask() {

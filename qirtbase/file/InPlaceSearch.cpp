@@ -1,5 +1,5 @@
-#include "qirtbase/file/InPlaceCopy.h"
 #include "base/state/StateFolder.h"
+#include "qirtbase/file/InPlaceCopy.h"
 
 #include <unistd.h>
 
