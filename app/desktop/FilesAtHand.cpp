@@ -71,7 +71,7 @@ void FilesAtHand::addMenus() {
     QAction *before = &m_editor.controls.action(Command::SaveMenu);
     m_files = new QMenu(tr("&Recent Files"), &file);
     m_files->setObjectName(u"RecentFilesMenu"_s);
-    m_pairs = new QMenu(tr("Recent &Pairs"), &file);
+    m_pairs = new QMenu(tr("Recent Pa&irs"), &file);
     m_pairs->setObjectName(u"RecentPairsMenu"_s);
     for (QMenu *menu : {m_files, m_pairs}) {
         file.insertMenu(before, menu);

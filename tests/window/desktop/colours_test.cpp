@@ -68,23 +68,24 @@ private Q_SLOTS:
             EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
             QVERIFY(fixture.action(Command::ColoursSystemMenu).isChecked());
             fixture.choose(Command::ColoursDarkMenu);
-            QVERIFY(isDark(fixture.window().palette()));
+            QTRY_VERIFY(isDark(fixture.window().palette()));
             QVERIFY(isDark(fixture.list(0).palette()));
             QVERIFY(!fixture.action(Command::ColoursSystemMenu).isChecked());
         }
-        QCOMPARE(isDark(QApplication::palette()), isDark(before));
+        QTRY_COMPARE(isDark(QApplication::palette()), isDark(before));
         EditorFixture fixture(path(u"A.DDB"_s));
-        QVERIFY(isDark(fixture.window().palette()));
+        QTRY_VERIFY(isDark(fixture.window().palette()));
         fixture.choose(Command::ColoursLightMenu);
-        QVERIFY(!isDark(fixture.window().palette()));
+        QTRY_VERIFY(!isDark(fixture.window().palette()));
         fixture.choose(Command::ColoursSystemMenu);
-        QCOMPARE(fixture.window().palette().color(QPalette::Window), before.color(QPalette::Window));
+        QTRY_COMPARE(fixture.window().palette().color(QPalette::Window), before.color(QPalette::Window));
     }
 
     void whatTheCellsSayByColourIsTheSameInTheDark() {
         EditorFixture fixture;
         openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"3"_s})});
         fixture.choose(Command::ColoursDarkMenu);
+        QTRY_VERIFY(isDark(fixture.window().palette()));
         for (const int pane : {0, 1}) {
             const QAbstractItemModel &model = *fixture.grid(pane).model();
             QCOMPARE(model.index(0, 0).data(Qt::BackgroundRole).value<QBrush>().color(), QColor(255, 255, 255));
@@ -107,6 +108,7 @@ private Q_SLOTS:
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.choose(Command::TwoMenu);
         fixture.choose(scheme);
+        QTRY_COMPARE(isDark(fixture.window().palette()), scheme == Command::ColoursDarkMenu);
         for (const QWidget *control : fixture.window().findChildren<QWidget *>()) {
             if (!control->isVisible())
                 continue;
