@@ -68,15 +68,19 @@ bool EmptyPane::eventFilter(QObject *, QEvent *event) {
 }
 
 void EmptyPane::place() {
-    const QLabel &hint = *m_editor.pane(m_pane).controls().hint;
-    const QRect ground = hint.geometry();
+    const PaneControls &controls = m_editor.pane(m_pane).controls();
+    QLabel &hint = *controls.hint;
+    const QRect ground = controls.ground->geometry();
     const QSize size = sizeHint();
+    const int line = hint.fontMetrics().height();
     const int textHeight =
-        hint.fontMetrics().boundingRect(QRect(0, 0, ground.width(), 0), Qt::TextWordWrap, hint.text()).height();
-    const int top = ground.center().y() + textHeight / 2 + hint.fontMetrics().height();
-    const bool hasRoom = size.width() <= ground.width() && top + size.height() <= ground.bottom();
+        hint.fontMetrics().boundingRect(QRect(0, 0, ground.width(), 0), Qt::TextWordWrap, hint.text()).height() + line;
+    const QRect text(ground.left(), ground.center().y() - textHeight / 2, ground.width(), textHeight);
+    const QRect offers(QPoint(ground.center().x() - size.width() / 2, text.bottom() + 1), size);
+    const bool hasRoom = ground.contains(text) && ground.contains(offers);
+    hint.setGeometry(hasRoom ? text : ground);
     if (hasRoom)
-        setGeometry(QRect(QPoint(ground.center().x() - size.width() / 2, top), size));
+        setGeometry(offers);
     if (const bool shows = !hint.isHidden() && hasRoom; shows == isHidden())
         setVisible(shows);
 }
