@@ -17,6 +17,7 @@ NoticeBar::NoticeBar(QWidget *parent, int pane)
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::ToolTipBase);
     m_text->setObjectName(u"noticeText"_s);
+    m_text->setAccessibleName(tr("Notice"));
     m_text->setTextFormat(Qt::PlainText);
     m_text->setWordWrap(true);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
