@@ -5,6 +5,7 @@
 #include "app/Layout.h"
 #include "app/Menus.h"
 #include "app/PasswordCommand.h"
+#include "app/desktop/WindowState.h"
 #include "app/shared/Funzioni.h"
 #include "pane/ActivePane.h"
 #include "platform/list/ListBox.h"
@@ -41,8 +42,12 @@ DtbEditor::DtbEditor()
     , m_sorting(m_editor, m_gridSave, m_tables)
     , m_gridPopups(m_editor)
     , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
-    , m_open(m_editor, m_alignment, m_differences, m_tables, m_notices)
-    , m_save(m_editor)
+    , m_changes(m_editor, {.reload = [this](int pane, const QString &name) { return m_open.reload(pane, name); },
+                           .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); },
+                           .layOutAnew = [this] { layOutAnew(); }})
+    , m_signs(m_editor)
+    , m_open(m_editor, m_alignment, m_differences, m_tables, m_notices, m_changes)
+    , m_save(m_editor, m_changes)
     , m_close(m_editor, m_alignment, m_differences)
     , m_listPopup(m_editor)
     , m_tableCommands(m_editor, m_alignment, m_differences, m_tables)
@@ -50,14 +55,24 @@ DtbEditor::DtbEditor()
     , m_recordCommands(m_editor, m_differences, m_tables)
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
     , m_carryCommands(m_editor, m_differences, m_tables, m_cloneCommands, m_walk)
-    , m_modes(m_editor, m_alignment, m_differences, m_tables) {
+    , m_modes(m_editor, m_alignment, m_differences, m_tables)
+    , m_filesAtHand(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
+                               .showTwoPanes = [this] { showTwoPanes(); }})
+    , m_colours(m_editor)
+    , m_toolBar(m_editor, [this] { layOutAnew(); }) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
     resize(1000, 700);
+    restoreWindowPlace(*this, m_editor.remembered());
     buildControls(*this, m_editor);
     addCommands();
     buildMenus(*this, m_editor.controls);
+    m_filesAtHand.addMenus();
+    m_toolBar.build(*this);
+    m_changes.build(*this);
+    m_signs.build();
+    connect(&m_changes, &OutsideChanges::fileTouched, this, [this](int pane) { m_signs.lookAtFile(pane); });
     for (const int pane : {0, 1})
         connectPane(pane);
     m_differingTables.watchLists();
@@ -72,6 +87,8 @@ DtbEditor::DtbEditor()
         loop->addSettling([this] { m_tables.settlePanes(); });
         loop->addSettling([this] { commandEnded(); });
         loop->addSettling([this] { m_notices.show(); });
+        loop->addSettling([this] { m_changes.settle(); });
+        loop->addSettling([this] { m_signs.settle(); });
     }
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
 }
@@ -87,7 +104,24 @@ StartResult DtbEditor::Form_Load(const QString &commandLine) {
     return m_open.Form_Load(commandLine);
 }
 
+StartResult DtbEditor::openRight(const QString &fileName) {
+    showTwoPanes();
+    return m_open.openRight(fileName);
+}
+
+void DtbEditor::showTwoPanes() {
+    if (!m_editor.twoPanes())
+        m_modes.TwoMenu_Click();
+}
+
+void DtbEditor::openBeside(int pane, const QString &path) {
+    showTwoPanes();
+    m_open.openFile(1 - pane, path);
+    activatePane(m_editor, pane);
+}
+
 void DtbEditor::connectPane(int pane) {
+    m_filesAtHand.connectPane(pane);
     m_tables.connectPane(pane);
     m_gridEvents.connectPane(pane);
     m_cellEditor.connectPane(pane);
@@ -114,6 +148,9 @@ void DtbEditor::addCommands() {
     m_carryCommands.addCommands();
     m_sorting.addCommands();
     m_clipboard.addCommands();
+    m_filesAtHand.addCommands();
+    m_colours.addCommands();
+    m_toolBar.addCommands();
     addHelpCommands(m_editor);
 }
 
@@ -146,9 +183,13 @@ void DtbEditor::changeEvent(QEvent *event) {
     if (event->type() == QEvent::PaletteChange) {
         SettaColoriIndexAttivo(m_editor);
     } else if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        layout()->activate();
-        RicalcolaSistemazioneForm(m_editor);
+        layOutAnew();
     }
+}
+
+void DtbEditor::layOutAnew() {
+    layout()->activate();
+    RicalcolaSistemazioneForm(m_editor);
 }
 
 void DtbEditor::closeEvent(QCloseEvent *event) {
@@ -158,6 +199,7 @@ void DtbEditor::closeEvent(QCloseEvent *event) {
     event->setAccepted(released);
     if (!released)
         return;
+    rememberWindowPlace(*this, m_editor.remembered());
     if (MessageLoop *loop = MessageLoop::instance())
         loop->endProgram();
     // Whatever else stands open: Qt by itself would wait for a menu that lost its window's attention.

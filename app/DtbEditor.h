@@ -6,6 +6,11 @@
 #include "app/OpenCommand.h"
 #include "app/SaveCommands.h"
 #include "app/StatusState.h"
+#include "app/desktop/FileSigns.h"
+#include "app/desktop/FilesAtHand.h"
+#include "app/desktop/OutsideChanges.h"
+#include "app/look/Colours.h"
+#include "app/look/ToolBar.h"
 #include "compare/CellDifferences.h"
 #include "compare/DifferenceStrip.h"
 #include "compare/DifferenceWalk.h"
@@ -53,6 +58,8 @@ public:
 
     /// The start: opens what the command line names. To be called once, when the event loop runs and the window shows.
     StartResult Form_Load(const QString &commandLine);
+    /// After that: opens one more file that the command line names in the right pane.
+    StartResult openRight(const QString &fileName);
 
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }
@@ -69,6 +76,10 @@ private:
     void addCommands();
     /// What shows the state of panes and differences follows it.
     void commandEnded();
+    void showTwoPanes();
+    /// What stands above the panes, or its height, is another.
+    void layOutAnew();
+    void openBeside(int pane, const QString &path);
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);
 
@@ -93,6 +104,8 @@ private:
     GridPopups m_gridPopups;
     GridEvents m_gridEvents;
     std::optional<GridPair> m_gridPair; // once the grids stand
+    OutsideChanges m_changes;
+    FileSigns m_signs;
     OpenCommand m_open;
     SaveCommands m_save;
     CloseCommands m_close;
@@ -103,6 +116,9 @@ private:
     CloneCommands m_cloneCommands;
     CarryCommands m_carryCommands;
     ModeCommands m_modes;
+    FilesAtHand m_filesAtHand;
+    Colours m_colours;
+    ToolBar m_toolBar;
 };
 
 } // namespace qir

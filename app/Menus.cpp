@@ -48,6 +48,9 @@ void buildMenus(QMainWindow &window, EditorControls &controls) {
 #define QIR_ADD_COMMAND(name) menu->addAction(&controls.action(Command::name));
     QIR_COMMANDS(QIR_BEGIN_MENU, QIR_ADD_COMMAND, menu->addSeparator();)
 #undef QIR_ADD_COMMAND
+    QMenu &colours = controls.menu(Menu::ColoursMenu);
+    colours.setTitle(QObject::tr("&Colours"));
+    controls.menu(Menu::ViewMenu).addMenu(&colours);
 #undef QIR_BEGIN_MENU
 }
 

@@ -9,12 +9,15 @@ namespace qir {
 // clang-format off
 #define QIR_COMMANDS(MENU, COMMAND, LINE)                   \
     MENU(FileMenu)                                          \
+        COMMAND(NewDatabase)                                \
         COMMAND(OpenDatabase)                               \
         COMMAND(SaveMenu)                                   \
         COMMAND(SaveAsMenu)                                 \
         COMMAND(CloseDatabaseMenu)                          \
         LINE                                                \
         COMMAND(ChangePassword)                             \
+        LINE                                                \
+        COMMAND(ForgetMenu)                                 \
         LINE                                                \
         COMMAND(EndMenu)                                    \
     MENU(ModeMenu)                                          \
@@ -38,6 +41,12 @@ namespace qir {
     MENU(ViewMenu)                                          \
         COMMAND(ColumnSizeAdjust)                           \
         COMMAND(OtherPaneMenu)                              \
+        LINE                                                \
+        COMMAND(ToolBarMenu)                                \
+    MENU(ColoursMenu)                                       \
+        COMMAND(ColoursSystemMenu)                          \
+        COMMAND(ColoursLightMenu)                           \
+        COMMAND(ColoursDarkMenu)                            \
     MENU(TablesMenu)                                        \
         COMMAND(AddTableMenu)                               \
         COMMAND(RenameTableMenu)                            \

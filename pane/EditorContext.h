@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/BitMatrix.h"
+#include "base/state/Remembered.h"
 #include "pane/CellEdit.h"
 #include "pane/CommandTable.h"
 #include "pane/GridCommands.h"
@@ -105,6 +106,8 @@ public:
 
     /// The line below the panes, which also shows a message for a while.
     StatusLine &status() { return m_status; }
+    /// What is kept from one session to the next.
+    Remembered &remembered() { return m_remembered; }
 
     EditorControls controls;
 
@@ -118,6 +121,7 @@ private:
     BitMatrix m_different;
     GridCommands m_gridCommands;
     StatusLine m_status;
+    Remembered m_remembered;
 };
 
 } // namespace qir

@@ -10,7 +10,7 @@ import re
 import sys
 
 # Each folder, from the lowest floor to the highest, and the folders that it may include besides itself: one library each.
-PLAIN = ["base", "base/columns"]
+PLAIN = ["base", "base/columns", "base/state"]
 CONTRACT = PLAIN + ["platform/automation", "db"]
 STORAGE = ["qirtbase/container", "qirtbase/file", "qirtbase/model"]
 CONTROLS = PLAIN + ["platform/cells", "platform/dialogs", "platform/loop", "platform/controls", "platform/grid", "platform/list"]
@@ -18,6 +18,7 @@ WINDOW = CONTRACT + CONTROLS + ["app/shared", "pane"]
 ROWS = {
     "base": [],
     "base/columns": ["base"],
+    "base/state": ["base"],
     "qirtbase/model": PLAIN,
     "qirtbase/container": PLAIN,
     "qirtbase/file": PLAIN + ["qirtbase/container"],
@@ -40,14 +41,16 @@ ROWS = {
     "compare": WINDOW + ["compare/engine"],
     "view": WINDOW + ["compare", "compare/engine"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
-    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure"],
+    "app/desktop": WINDOW + ["compare", "compare/engine", "view"],
+    "app/look": WINDOW,
+    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure", "app/desktop", "app/look"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
 LOW_MODULES = ("Funzioni", "utility")
 MOST_FILES = 32
-CORE_ONLY = {"base", "base/columns", "platform/automation", "platform/cells", "db", "compare/engine", "qirtbase", "qirtbase/model", "qirtbase/container",
-             "qirtbase/file", "qirtbase/journal", "cli", "cli/tables"}
+CORE_ONLY = {"base", "base/columns", "base/state", "platform/automation", "platform/cells", "db", "compare/engine",
+             "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli", "cli/tables"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"
     r"QColor|QFont|QPixmap|QPainter|QTableView|QListView|QGuiApplication|QClipboard)")

@@ -10,20 +10,22 @@ import re
 import sys
 
 # The command-line companion speaks one language, and so do the errors of the floors that it shares with the editor.
-FOLDERS = ["app", "pane", "view", "structure", "compare", "dialogs", "platform/dialogs", "platform/loop",
+FOLDERS = ["app", "app/desktop", "app/look", "pane", "view", "structure", "compare", "dialogs", "platform/dialogs", "platform/loop",
            "platform/controls", "platform/grid", "platform/list"]
-ALL_FOLDERS = FOLDERS + ["platform/automation", "base", "bench", "cli", "db", "fuzz", "qirtbase", "samples", "tests"]
+ALL_FOLDERS = FOLDERS + ["platform/automation", "base", "base/state", "bench", "cli", "db", "fuzz", "qirtbase", "samples",
+                         "tests"]
 
 # What stands before a literal that no person reads.
 NOT_SHOWN = re.compile(
     r"(?:setObjectName\(|findChild<[^>]*>\(|\bname\(\*?[\w.>-]+, |RichiamaTabella\(\w+, |\.method\([^\"]*|QFile \w+\(|"
-    r"startsWith\(|option == |isSet\(|m_picture\(|addPositionalArgument\(|setStyleSheet\(|qEnvironmentVariable\w*\(|"
+    r"startsWith\(|option == |isSet\(|m_picture\(|m_left\(|m_right\(|constexpr auto \w+ = |names\{[^}]*|\{Command::\w+, |addPositionalArgument\(|setStyleSheet\(|qEnvironmentVariable\w*\(|"
     r"html (?:\+?=) ?(?:[^;]*\+ )?|\.replace\([^;]*|static_assert\([^\"]*|Q_ASSERT_X\([^\"]*|"
     r"allowedIn\w+ = |[fF]ormat = |magic = |plugin\w* = )(?:u|QLatin1StringView\()?$", re.S)
 # Literals that are data, not words.
 DATA = {
+    "/bus",                                         # a file name
     "DDB",                                          # a file name's extension
-    "OUT.png", "[FILE]",                            # names of arguments, as every program has them
+    "OUT.png", "[FILE]", "FILE",                         # names of arguments, as every program has them
     "Fieldx", "Tablex",                             # names of a new field and table, which the file will hold
     "qir-editor: %s\\n", "qir-editor: %s\\n%s\\n",  # the program's name before a text
     "qir-editor: %s %s\\n",

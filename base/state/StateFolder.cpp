@@ -1,4 +1,4 @@
-#include "qirtbase/file/StateFolder.h"
+#include "base/state/StateFolder.h"
 
 #include <QDir>
 
