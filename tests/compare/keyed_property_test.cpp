@@ -1,5 +1,6 @@
 #include "compare/engine/KeyedComparison.h"
 #include "tests/compare/KeyedModel.h"
+#include "tests/support/DrawnBytes.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -10,28 +11,16 @@
 
 using namespace Qt::StringLiterals;
 using namespace qir;
+using test::DrawnBytes;
 using test::SourceTable;
 
 namespace {
-
-/// Decisions from bytes, the least ones once they are used up: quick to draw by the hundred thousand, and shrinks.
-class Bytes {
-public:
-    explicit Bytes(const std::vector<std::uint8_t> &bytes)
-        : m_bytes(bytes) {}
-
-    int below(int bound) { return m_next < m_bytes.size() ? m_bytes[m_next++] % bound : 0; }
-
-private:
-    const std::vector<std::uint8_t> &m_bytes;
-    std::size_t m_next = 0;
-};
 
 const QStringList names{u"A"_s, u"b"_s, u"C"_s, u"Da"_s};
 /// The same names as another table may spell them.
 const QStringList otherNames{u"a "_s, u"B"_s, u"C ?"_s, u"dA"_s};
 
-SourceTable anyTable(Bytes &bytes, bool otherSpelling) {
+SourceTable anyTable(DrawnBytes &bytes, bool otherSpelling) {
     static const std::vector<FieldType> types{FieldType::Text, FieldType::Long, FieldType::Double, FieldType::Date,
                                               FieldType::Bool};
     static const QStringList texts{u""_s, u"a"_s, u"A"_s, u" a"_s, u"a b"_s, u"\u00df"_s, u"SS"_s, u"1"_s};
@@ -63,7 +52,7 @@ SourceTable anyTable(Bytes &bytes, bool otherSpelling) {
 }
 
 /// A table, and another one or the same one with a few values changed and records swapped, removed or doubled.
-std::pair<SourceTable, SourceTable> anyPair(Bytes &bytes) {
+std::pair<SourceTable, SourceTable> anyPair(DrawnBytes &bytes) {
     const bool fresh = bytes.below(4) == 3;
     SourceTable left = anyTable(bytes, false);
     if (fresh)
@@ -133,7 +122,7 @@ void checkValues(const KeyedDifference &difference, const test::KeyedModel &mode
 }
 
 void agrees(const std::vector<std::uint8_t> &drawn, const CellTolerance &tolerance, int keyFields, bool ignoring) {
-    Bytes bytes(drawn);
+    DrawnBytes bytes(drawn);
     KeyedRules rules;
     rules.tolerance = tolerance;
     if (ignoring)
