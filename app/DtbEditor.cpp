@@ -5,6 +5,7 @@
 #include "app/Layout.h"
 #include "app/Menus.h"
 #include "app/PasswordCommand.h"
+#include "app/ReportCommand.h"
 #include "app/shared/Funzioni.h"
 #include "pane/ActivePane.h"
 #include "platform/list/ListBox.h"
@@ -43,7 +44,8 @@ DtbEditor::DtbEditor()
     , m_fieldCommands(m_editor, m_differences, m_tables)
     , m_recordCommands(m_editor, m_differences, m_tables)
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
-    , m_modes(m_editor, m_alignment, m_differences, m_tables) {
+    , m_modes(m_editor, m_alignment, m_differences, m_tables)
+    , m_keyed(m_editor) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
@@ -60,6 +62,7 @@ DtbEditor::DtbEditor()
         loop->setWindow(this);
         loop->setErrorTitle(applicationTitle());
         loop->addSettling([this] { m_tables.settlePanes(); });
+        loop->addSettling([this] { m_keyed.settle(); });
         loop->addSettling([this] { m_notices.show(); });
     }
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
@@ -89,10 +92,12 @@ void DtbEditor::addCommands() {
     m_save.addCommands();
     m_close.addCommands();
     addPasswordCommand(m_editor);
+    addReportCommand(m_editor);
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::EndMenu, tr("E&xit"), [this] { EndMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q)});
     m_modes.addCommands();
+    m_keyed.addCommands();
     addColumnFit(m_editor);
     m_tableCommands.addCommands();
     m_fieldCommands.addCommands();

@@ -9,6 +9,7 @@
 #include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
 #include "compare/TableMarks.h"
+#include "compare/keyed/KeyedCommands.h"
 #include "pane/EditorContext.h"
 #include "pane/PaneFocus.h"
 #include "platform/grid/GridPair.h"
@@ -87,6 +88,7 @@ private:
     RecordCommands m_recordCommands;
     CloneCommands m_cloneCommands;
     ModeCommands m_modes;
+    KeyedCommands m_keyed;
 };
 
 } // namespace qir

@@ -62,8 +62,8 @@ public:
     CellView cell(int record, int field) override {
         const QVariant &value = m_records[static_cast<std::size_t>(record - 1)].key[field - 1];
         if (value.typeId() == QMetaType::QString)
-            return {true, 0, *static_cast<const QString *>(value.constData())};
-        return {false, value.toDouble(), {}};
+            return {true, 0, *static_cast<const QString *>(value.constData()), {}};
+        return {false, value.toDouble(), {}, {}};
     }
 
 private:

@@ -14,8 +14,9 @@ namespace qir {
 
 namespace {
 
-QString textOf(const CellView &cell) {
-    return cell.isText ? cell.text.toString() : numberWords(cell.number);
+QString cellText(const CellView &cell) {
+    QString buffer;
+    return cell.isText ? textOf(cell, buffer).toString() : numberWords(cell.number);
 }
 
 /// A value inside OLD->NEW, where NULL would stand for none.
@@ -84,9 +85,9 @@ private:
         for (std::size_t i = 0; i < m_columns.size(); ++i) {
             const ReportColumn &column = m_columns[i];
             if (column.left != 0 && row.records.left != 0)
-                olds[i] = textOf(m_left->cell(row.records.left, column.left));
+                olds[i] = cellText(m_left->cell(row.records.left, column.left));
             if (column.right != 0 && row.records.right != 0)
-                news[i] = textOf(m_right->cell(row.records.right, column.right));
+                news[i] = cellText(m_right->cell(row.records.right, column.right));
             changed = changed || (row.differs[i] && column.left != 0 && column.right != 0);
             while (olds[i].contains(arrow) || news[i].contains(arrow))
                 arrow.prepend(u'-');

@@ -24,15 +24,16 @@ bool hasDistance(FieldType type) {
 bool CellRules::sameKey(const CellView &left, const CellView &right) {
     if (left.isText != right.isText)
         return false;
-    return left.isText ? sameText(left.text, right.text) : realsEqual(left.number, right.number);
+    return left.isText ? sameText(left, right) : realsEqual(left.number, right.number);
 }
 
 std::size_t CellRules::hash(const CellView &cell, std::size_t seed) {
     if (cell.isText) {
+        const QStringView text = textOf(cell, m_left);
         if (!foldsTexts())
-            return qHash(cell.text, seed);
-        fold(cell.text, m_left);
-        return qHash(QStringView(m_left), seed);
+            return qHash(text, seed);
+        fold(text, m_leftFolded);
+        return qHash(QStringView(m_leftFolded), seed);
     }
     if (std::isnan(cell.number))
         return qHash(0, ~seed);
@@ -62,14 +63,18 @@ void CellRules::fold(QStringView text, QString &folded) const {
         folded = std::move(folded).toCaseFolded();
 }
 
-bool CellRules::sameText(QStringView left, QStringView right) {
-    if (left == right)
+bool CellRules::sameText(const CellView &left, const CellView &right) {
+    if (!left.bytes.isNull() && !right.bytes.isNull() && left.bytes == right.bytes)
+        return true;
+    const QStringView leftText = textOf(left, m_left);
+    const QStringView rightText = textOf(right, m_right);
+    if (leftText == rightText)
         return true;
     if (!foldsTexts())
         return false;
-    fold(left, m_left);
-    fold(right, m_right);
-    return m_left == m_right;
+    fold(leftText, m_leftFolded);
+    fold(rightText, m_rightFolded);
+    return m_leftFolded == m_rightFolded;
 }
 
 } // namespace qir

@@ -31,12 +31,14 @@ public:
 private:
     bool foldsTexts() const { return m_tolerance.ignoreCase || m_tolerance.ignoreBlanks; }
     void fold(QStringView text, QString &folded) const;
-    bool sameText(QStringView left, QStringView right);
+    bool sameText(const CellView &left, const CellView &right);
     bool near(double left, double right) const;
 
     CellTolerance m_tolerance;
-    QString m_left; // these two keep their memory from text to text
+    QString m_left; // these keep their memory from text to text
     QString m_right;
+    QString m_leftFolded;
+    QString m_rightFolded;
 };
 
 } // namespace qir

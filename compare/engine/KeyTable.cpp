@@ -54,7 +54,7 @@ bool KeyTable::sameKey(const Key &key, Side side, int record) {
     const Side keySide = key.record < 0 ? Side::Right : Side::Left;
     for (std::size_t i = 0; i < m_leftFields.size(); ++i) {
         CellView own = source(side).cell(record, fields(side)[i]);
-        if (keySide == side && own.isText) {
+        if (keySide == side && own.isText && own.bytes.isNull()) {
             m_text.resize(0);
             m_text.append(own.text);
             own.text = m_text;

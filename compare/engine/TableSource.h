@@ -1,11 +1,15 @@
 #pragma once
 
+#include "base/columns/ColumnBlock.h"
 #include "db/FieldTypes.h"
 #include "db/QirDatabase.h"
 
+#include <QByteArrayView>
 #include <QString>
 #include <QStringView>
 #include <QVariant>
+
+#include <vector>
 
 namespace qir {
 
@@ -13,9 +17,13 @@ namespace qir {
 /// without one.
 struct CellView {
     bool isText = false;
-    double number = 0; ///< Of a number.
-    QStringView text;  ///< Of a text; lasts until the source is read again.
+    double number = 0;    ///< Of a number.
+    QStringView text;     ///< Of a text; lasts until the source is read again.
+    QByteArrayView bytes; ///< Of a text that stands so in memory, as UTF-8, in place of `text`; lasts as the source.
 };
+
+/// The text of a value; `buffer` may be needed to hold it.
+QStringView textOf(const CellView &cell, QString &buffer);
 
 /// A table to read values from: whoever compares needs no more of it. Records and fields count from 1.
 class TableSource {
@@ -32,8 +40,8 @@ public:
     virtual CellView cell(int record, int field) = 0;
 };
 
-/// The current table of a component. It stays current while it is read, and keeps its fields and its number of records;
-/// the current record is moved. What the component throws passes.
+/// The current table of a component, by whole columns where it has them. It stays current and as it is while it is
+/// read; the current record may be moved. What the component throws passes.
 class CurrentTable final : public TableSource {
 public:
     explicit CurrentTable(const QirDatabase &database);
@@ -45,8 +53,20 @@ public:
     CellView cell(int record, int field) override;
 
 private:
+    /// The blocks of a field, which share the component's memory, and the last records of each.
+    struct Column {
+        std::vector<ColumnBlock> blocks;
+        std::vector<int> lasts;
+        std::size_t used = 0; ///< The block that was read last.
+    };
+
+    CellView columnCell(int record, int field);
+    void readColumn(int field, Column &column) const;
+
     const QirDatabase &m_database;
     int m_records;
+    bool m_hasColumns;
+    std::vector<Column> m_columns; // by field; empty until it is read
     std::vector<FieldType> m_types;
     int m_record = 0;
     QVariant m_value; // keeps its memory from cell to cell

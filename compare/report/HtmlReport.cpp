@@ -67,8 +67,9 @@ QByteArray number(std::size_t value) {
 }
 
 QByteArray htmlValue(const CellView &cell) {
+    QString buffer;
     if (cell.isText)
-        return "<bdi>" + htmlText(cell.text) + "</bdi>";
+        return "<bdi>" + htmlText(textOf(cell, buffer)) + "</bdi>";
     return std::isfinite(cell.number) ? numberText(cell.number).toLatin1() : QByteArray::number(cell.number);
 }
 

@@ -40,9 +40,10 @@ ROWS = {
     "pane": CONTRACT + CONTROLS + ["app/shared"],
     "dialogs": CONTRACT + CONTROLS,
     "compare": WINDOW + ["compare/engine"],
+    "compare/keyed": WINDOW + ["compare/engine", "compare/report"],
     "view": WINDOW + ["compare", "compare/engine"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
-    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure"],
+    "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view", "structure"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"

@@ -34,9 +34,9 @@ public:
         // As a component does it: what a view shows lasts until the next value is read.
         m_value = m_table.rows.at(static_cast<std::size_t>(record - 1)).at(field - 1);
         if (m_value.typeId() != QMetaType::QString)
-            return {false, m_value.toDouble(), {}};
+            return {false, m_value.toDouble(), {}, {}};
         m_text = m_value.toString().toStdU16String();
-        return {true, 0, QStringView(m_text.data(), static_cast<qsizetype>(m_text.size()))};
+        return {true, 0, QStringView(m_text.data(), static_cast<qsizetype>(m_text.size())), {}};
     }
 
 private:
