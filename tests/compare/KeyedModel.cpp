@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace qir::test {
 
 namespace {
 
 QString plainName(QString name) {
-    name.replace(QStringLiteral(" ?"), QString()).replace(QStringLiteral(" !"), QString());
+    name.replace(u" ?"_s, QString()).replace(u" !"_s, QString());
     return name.trimmed().toUpper();
 }
 
