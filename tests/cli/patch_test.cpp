@@ -114,16 +114,16 @@ TEST_P(PatchTest, FieldsChangeTheirNamesTypesSizesAndPlaces) {
 TEST_P(PatchTest, WhatIsNoPatchIsTroubleWithItsLine) {
     makePair();
     write(u"BAD.patch"_s, "");
-    trouble({u"patch"_s, u"L.DDB"_s, u"BAD.patch"_s}, "qirdb: BAD.patch: it is no patch: it is empty\n");
+    trouble({u"patch"_s, u"L.DDB"_s, u"BAD.patch"_s}, "qirdb: BAD.patch: it is no patch: it is empty");
     write(u"BAD.patch"_s, "{\"table\": \"T\", \"state\": \"same\"}\n");
     trouble({u"patch"_s, u"L.DDB"_s, u"BAD.patch"_s},
-            "qirdb: BAD.patch: line 1: it is no patch: its first line is not {\"patch\": 1}\n");
+            "qirdb: BAD.patch: line 1: it is no patch: its first line is not {\"patch\": 1}");
     write(u"BAD.patch"_s,
           "{\"patch\": 1}\n{\"table\": \"T\", \"record\": 1, \"field\": 1, \"left\": 1, \"right\": 2}\n");
     trouble({u"patch"_s, u"L.DDB"_s, u"BAD.patch"_s},
-            "qirdb: BAD.patch: line 2: the table \"T\" has no line before it\n");
+            "qirdb: BAD.patch: line 2: the table \"T\" has no line before it");
     write(u"BAD.patch"_s, "{\"patch\": 1}\nnothing\n");
-    trouble({u"patch"_s, u"L.DDB"_s, u"BAD.patch"_s}, "qirdb: BAD.patch: line 2: it is no JSON object\n");
+    trouble({u"patch"_s, u"L.DDB"_s, u"BAD.patch"_s}, "qirdb: BAD.patch: line 2: it is no JSON object");
 }
 
 TEST_P(PatchTest, APatchOfEqualFilesChangesNothing) {
