@@ -12,8 +12,8 @@ class TableListAlignment;
 class TableLoader;
 
 /// Copying from one pane's database into the other's: from IndexOrigine to IndexDestinazione, which the pop-ups set,
-/// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it.
-/// What copies rows of the grids refuses a table that is not loaded whole with an error.
+/// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it. The
+/// commands that copy rows of the grids refuse, with an error, a table that is not loaded whole.
 class CloneCommands {
     Q_DECLARE_TR_FUNCTIONS(CloneCommands)
 
