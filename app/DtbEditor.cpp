@@ -5,6 +5,7 @@
 #include "app/Layout.h"
 #include "app/Menus.h"
 #include "app/PasswordCommand.h"
+#include "app/ReportCommand.h"
 #include "app/desktop/WindowState.h"
 #include "app/shared/Funzioni.h"
 #include "pane/ActivePane.h"
@@ -59,7 +60,8 @@ DtbEditor::DtbEditor()
     , m_filesAtHand(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
                                .showTwoPanes = [this] { showTwoPanes(); }})
     , m_colours(m_editor)
-    , m_toolBar(m_editor, [this] { layOutAnew(); }) {
+    , m_toolBar(m_editor, [this] { layOutAnew(); })
+    , m_keyed(m_editor) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
@@ -81,16 +83,22 @@ DtbEditor::DtbEditor()
     m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
     SettaColoriIndexAttivo(m_editor);
     AbilitaMenu(m_editor, -1);
-    if (MessageLoop *loop = MessageLoop::instance()) {
-        loop->setWindow(this);
-        loop->setErrorTitle(applicationTitle());
-        loop->addSettling([this] { m_tables.settlePanes(); });
-        loop->addSettling([this] { commandEnded(); });
-        loop->addSettling([this] { m_notices.show(); });
-        loop->addSettling([this] { m_changes.settle(); });
-        loop->addSettling([this] { m_signs.settle(); });
-    }
+    settleWithLoop();
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
+}
+
+void DtbEditor::settleWithLoop() {
+    MessageLoop *loop = MessageLoop::instance();
+    if (!loop)
+        return;
+    loop->setWindow(this);
+    loop->setErrorTitle(applicationTitle());
+    loop->addSettling([this] { m_tables.settlePanes(); });
+    loop->addSettling([this] { commandEnded(); });
+    loop->addSettling([this] { m_keyed.settle(); });
+    loop->addSettling([this] { m_notices.show(); });
+    loop->addSettling([this] { m_changes.settle(); });
+    loop->addSettling([this] { m_signs.settle(); });
 }
 
 // Components die before the controls that show them.
@@ -134,10 +142,12 @@ void DtbEditor::addCommands() {
     m_save.addCommands();
     m_close.addCommands();
     addPasswordCommand(m_editor);
+    addReportCommand(m_editor);
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::EndMenu, tr("E&xit"), [this] { EndMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q)});
     m_modes.addCommands();
+    m_keyed.addCommands();
     addColumnFit(m_editor);
     m_tableCommands.addCommands();
     m_fieldCommands.addCommands();

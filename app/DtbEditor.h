@@ -5,10 +5,10 @@
 #include "app/Notices.h"
 #include "app/OpenCommand.h"
 #include "app/SaveCommands.h"
-#include "app/StatusState.h"
 #include "app/desktop/FileSigns.h"
 #include "app/desktop/FilesAtHand.h"
 #include "app/desktop/OutsideChanges.h"
+#include "app/desktop/StatusState.h"
 #include "app/look/Colours.h"
 #include "app/look/ToolBar.h"
 #include "compare/CellDifferences.h"
@@ -20,6 +20,7 @@
 #include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
 #include "compare/TableMarks.h"
+#include "compare/keyed/KeyedCommands.h"
 #include "pane/EditorContext.h"
 #include "pane/PaneFocus.h"
 #include "platform/grid/GridPair.h"
@@ -73,6 +74,8 @@ private:
     void Form_Resize();
     void EndMenu_Click();
     void connectPane(int pane);
+    /// What is put right at the end of each command, in this order.
+    void settleWithLoop();
     void addCommands();
     /// What shows the state of panes and differences follows it.
     void commandEnded();
@@ -119,6 +122,7 @@ private:
     FilesAtHand m_filesAtHand;
     Colours m_colours;
     ToolBar m_toolBar;
+    KeyedCommands m_keyed;
 };
 
 } // namespace qir

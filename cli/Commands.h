@@ -27,6 +27,7 @@ void addExport(CLI::App &program, Exit &exit);
 void addImport(CLI::App &program, Exit &exit);
 void addInfo(CLI::App &program, Exit &exit);
 void addPasswd(CLI::App &program, Exit &exit);
+void addPatch(CLI::App &program, Exit &exit);
 void addTables(CLI::App &program, Exit &exit);
 void addVerify(CLI::App &program, Exit &exit);
 

@@ -41,6 +41,7 @@ int run(int argc, char **argv) {
     addExport(program, exit);
     addVerify(program, exit);
     addPasswd(program, exit);
+    addPatch(program, exit);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

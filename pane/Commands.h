@@ -14,6 +14,7 @@ namespace qir {
         COMMAND(SaveMenu)                                   \
         COMMAND(SaveAsMenu)                                 \
         COMMAND(CloseDatabaseMenu)                          \
+        COMMAND(ReportMenu)                                 \
         LINE                                                \
         COMMAND(ChangePassword)                             \
         LINE                                                \
@@ -25,6 +26,7 @@ namespace qir {
         COMMAND(TwoMenu)                                    \
         LINE                                                \
         COMMAND(CompareAgainMenu)                           \
+        COMMAND(DifferencesByKeyMenu)                       \
         LINE                                                \
         COMMAND(NextDifferenceMenu)                         \
         COMMAND(PreviousDifferenceMenu)                     \

@@ -27,8 +27,10 @@ ROWS = {
     "platform/automation": PLAIN,
     "db": PLAIN + ["platform/automation"],
     "compare/engine": CONTRACT,
+    "compare/report": CONTRACT + ["compare/engine"],
     "cli/tables": CONTRACT,
-    "cli": CONTRACT + ["compare/engine", "cli/tables"],
+    "cli/diff": CONTRACT + ["compare/engine", "compare/report", "cli/tables"],
+    "cli": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli/diff"],
     "platform/cells": PLAIN,
     "platform/dialogs": PLAIN,
     "platform/loop": PLAIN + ["platform/dialogs"],
@@ -39,18 +41,21 @@ ROWS = {
     "pane": CONTRACT + CONTROLS + ["app/shared"],
     "dialogs": CONTRACT + CONTROLS,
     "compare": WINDOW + ["compare/engine"],
+    "compare/keyed": WINDOW + ["compare/engine", "compare/report"],
     "view": WINDOW + ["compare", "compare/engine"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
     "app/desktop": WINDOW + ["compare", "compare/engine", "view"],
     "app/look": WINDOW,
-    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure", "app/desktop", "app/look"],
+    "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view",
+            "structure", "app/desktop", "app/look"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
 LOW_MODULES = ("Funzioni", "utility")
 MOST_FILES = 32
 CORE_ONLY = {"base", "base/columns", "base/state", "platform/automation", "platform/cells", "db", "compare/engine",
-             "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli", "cli/tables"}
+             "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
+             "cli/tables", "cli/diff"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"
     r"QColor|QFont|QPixmap|QPainter|QTableView|QListView|QGuiApplication|QClipboard)")

@@ -1,4 +1,4 @@
-#include "app/StatusState.h"
+#include "app/desktop/StatusState.h"
 
 #include "compare/DifferingTables.h"
 #include "db/FieldTypes.h"

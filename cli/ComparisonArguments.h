@@ -1,0 +1,42 @@
+#pragma once
+
+#include "base/Result.h"
+#include "compare/report/DatabaseDifference.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+namespace qir {
+
+/// A key as it is given: [TABLE:]FIELD[,FIELD..]. A backslash before ":", "," or "\" takes it for a part of the name.
+Result<ChosenKey> parseKey(const QString &text);
+
+/// The options by which commands are told how to compare.
+class ComparisonArguments {
+public:
+    /// --key and --key-file.
+    void addKeys(CLI::App &command);
+    /// --ignore, --ignore-case, --ignore-blanks and --tolerance.
+    void addTolerance(CLI::App &command);
+    /// --table.
+    void addTables(CLI::App &command);
+
+    bool byKey() const { return !m_keys.empty() || !m_keyFiles.empty(); }
+    /// Whether values that differ may count as the same, or are not looked at.
+    bool leavesOut() const { return !m_ignore.empty() || m_ignoreCase || m_ignoreBlanks || m_tolerance > 0; }
+    /// As they were given. Throws WrongChoice for a key that cannot be one, FileError for a file that cannot be read.
+    ComparisonChoice choice() const;
+
+private:
+    std::vector<std::string> m_keys;
+    std::vector<std::string> m_keyFiles;
+    std::vector<std::string> m_ignore;
+    std::vector<std::string> m_tables;
+    bool m_ignoreCase = false;
+    bool m_ignoreBlanks = false;
+    double m_tolerance = 0;
+};
+
+} // namespace qir
