@@ -4,7 +4,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "view/GridSave.h"
-#include "view/RecordOrder.h"
+#include "base/order/RecordOrder.h"
 #include "view/TableLoader.h"
 
 namespace qir {

@@ -1,4 +1,4 @@
-#include "view/RecordOrder.h"
+#include "base/order/RecordOrder.h"
 
 #include "base/LeadingNumber.h"
 
