@@ -17,6 +17,7 @@ CONTROLS = PLAIN + ["platform/dialogs", "platform/loop", "platform/controls", "p
 WINDOW = CONTRACT + CONTROLS + ["app/shared", "pane"]
 ROWS = {
     "base": [],
+    "base/order": PLAIN,
     "qirtbase/model": PLAIN,
     "qirtbase/container": PLAIN,
     "qirtbase/file": PLAIN + ["qirtbase/container"],
@@ -27,6 +28,11 @@ ROWS = {
     "compare/engine": CONTRACT,
     "cli/tables": CONTRACT,
     "cli": CONTRACT + ["compare/engine", "cli/tables"],
+    "cli/edit": CONTRACT + ["base/order", "compare/engine", "cli/tables", "cli"],
+    "cli/exchange": CONTRACT + ["cli/tables", "cli"],
+    "cli/git": CONTRACT + ["compare/engine", "cli/tables", "cli"],
+    "cli/help": PLAIN + ["cli"],
+    "cli/kept": CONTRACT + ["cli/tables", "cli"],
     "platform/dialogs": PLAIN,
     "platform/loop": PLAIN + ["platform/dialogs"],
     "platform/controls": PLAIN,
@@ -36,7 +42,7 @@ ROWS = {
     "pane": CONTRACT + CONTROLS + ["app/shared"],
     "dialogs": CONTRACT + CONTROLS,
     "compare": WINDOW + ["compare/engine"],
-    "view": WINDOW + ["compare", "compare/engine"],
+    "view": WINDOW + ["base/order", "compare", "compare/engine"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
     "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure"],
 }
@@ -44,7 +50,8 @@ ROWS = {
 LOW = "app/shared"
 MOST_FILES = 32
 CORE_ONLY = {"base", "platform/automation", "db", "compare/engine", "qirtbase", "qirtbase/model", "qirtbase/container",
-             "qirtbase/file", "qirtbase/journal", "cli", "cli/tables"}
+             "qirtbase/file", "qirtbase/journal", "cli", "cli/tables", "base/order", "cli/edit",
+             "cli/exchange", "cli/git", "cli/help", "cli/kept"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"
     r"QColor|QFont|QPixmap|QPainter|QTableView|QListView|QGuiApplication|QClipboard)")
