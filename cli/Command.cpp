@@ -118,6 +118,13 @@ Command &Command::quiet() {
     return *this;
 }
 
+Command &Command::exclusive(const std::vector<std::string> &names) {
+    for (std::size_t i = 0; i < names.size(); ++i)
+        for (std::size_t j = i + 1; j < names.size(); ++j)
+            m_app->get_option(names[i])->excludes(m_app->get_option(names[j]));
+    return *this;
+}
+
 Command &Command::note(const std::string &text) {
     m_app->footer(text);
     return *this;

@@ -55,6 +55,9 @@ public:
     Command &readingOptions(bool &json);
     Command &quiet();
 
+    /// Only one of these, which were added before, may be given.
+    Command &exclusive(const std::vector<std::string> &names);
+
     /// More about the command, for its help.
     Command &note(const std::string &text);
 

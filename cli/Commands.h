@@ -26,6 +26,7 @@ void addInstallGit(CLI::App &program, Exit &exit);
 void addKept(CLI::App &program, Exit &exit);
 void addMerge(CLI::App &program, Exit &exit);
 void addPasswd(CLI::App &program, Exit &exit);
+void addPatch(CLI::App &program, Exit &exit);
 void addRemove(CLI::App &program, Exit &exit);
 void addRename(CLI::App &program, Exit &exit);
 void addResize(CLI::App &program, Exit &exit);

@@ -22,9 +22,9 @@ int trouble(const QString &text) {
 
 void addCommands(CLI::App &program, Exit &exit) {
     using Add = void (*)(CLI::App &, Exit &);
-    for (const Add add : {addCreate, addInfo,   addTables, addDump,   addDiff,   addGet,   addSet,
-                          addAdd,    addRemove, addRename, addResize, addSort,   addCopy,  addRun,
-                          addImport, addExport, addVerify, addKept,   addPasswd, addMerge, addInstallGit})
+    for (const Add add : {addCreate, addInfo,   addTables, addDump,  addDiff,  addGet,   addSet,       addAdd,
+                          addRemove, addRename, addResize, addSort,  addCopy,  addRun,   addImport,    addExport,
+                          addVerify, addKept,   addPasswd, addMerge, addPatch, addAudit, addInstallGit})
         add(program, exit);
 }
 

@@ -45,7 +45,7 @@ void getCell(const EditSurroundings &all, const QStringList &words) {
     QStringList values;
     all.database.GetQirRecord(record, values);
     if (all.json)
-        appendJsonValue(all.out, fieldOf(table, field).type, values.at(field));
+        appendJsonCell(all.out, fieldOf(table, field).type, values.at(field));
     else
         all.out += values.at(field).toUtf8();
     all.out += '\n';

@@ -17,7 +17,8 @@ struct Arguments {
     std::string file;
     std::deque<std::string> words; // their places stay
     std::vector<std::string> more;
-    std::vector<std::string> passwordFiles;
+    std::string passwordFile;
+    std::vector<std::string> passwordFiles; ///< Of a copy, which has two files.
     bool json = false;
 
     QStringList edit(const QString &verb) const {
@@ -36,7 +37,7 @@ const QirDatabase &noOtherDatabase(const QString &) {
 
 void change(const Arguments &arguments, const QStringList &words) {
     QByteArray out;
-    Session session = Session::open(argumentText(arguments.file), passwordFileOf(arguments.passwordFiles, 0));
+    Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
     session.run([&] {
         applyEdit({session.database(), noOtherDatabase, out, arguments.json}, words);
         session.saveChanges();
@@ -45,7 +46,7 @@ void change(const Arguments &arguments, const QStringList &words) {
 
 void get(const Arguments &arguments) {
     QByteArray out;
-    const Session session = Session::open(argumentText(arguments.file), passwordFileOf(arguments.passwordFiles, 0));
+    const Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
     session.run([&] {
         applyEdit({session.database(), noOtherDatabase, out, arguments.json}, arguments.edit(u"get"_s));
     });
@@ -74,8 +75,9 @@ public:
         return *this;
     }
     void finish() {
-        m_command.passwordFiles(m_arguments->passwordFiles, "the last one counts")
-            .run([arguments = m_arguments, verb = m_verb] { change(*arguments, arguments->edit(verb)); });
+        m_command.passwordFile(m_arguments->passwordFile).run([arguments = m_arguments, verb = m_verb] {
+            change(*arguments, arguments->edit(verb));
+        });
     }
 
 private:
@@ -109,7 +111,7 @@ void addGet(CLI::App &program, Exit &) {
         .argument("RECORD", arguments->words.emplace_back(), recordHelp)
         .argument("FIELD", arguments->words.emplace_back(), fieldHelp)
         .readingOptions(arguments->json)
-        .passwordFiles(arguments->passwordFiles, "the last one counts")
+        .passwordFile(arguments->passwordFile)
         .run([arguments] { get(*arguments); });
 }
 

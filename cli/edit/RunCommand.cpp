@@ -1,11 +1,11 @@
 #include "base/ErrorWords.h"
 #include "base/FileNames.h"
 #include "cli/Commands.h"
-#include "cli/DifferenceOutput.h"
-#include "cli/Differences.h"
 #include "cli/Progress.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
+#include "cli/diff/DifferenceOutput.h"
+#include "cli/diff/JsonOutput.h"
 #include "cli/edit/Edit.h"
 #include "cli/edit/ScriptWords.h"
 
@@ -96,17 +96,22 @@ void applyScript(const Session &session, const std::vector<ScriptLine> &lines, c
 }
 
 void printDifferences(const Session &before, const Session &after, bool json) {
+    const QirDatabase &left = before.database();
+    const QirDatabase &right = after.database();
+    const DatabaseDifference difference = compareDatabases(left, right);
     QByteArray out;
-    const DatabaseDifference difference = compareDatabases(before.database(), after.database());
     for (const TableDifference &table : difference.tables) {
-        if (table.kind != AlignedRowKind::Both || table.different)
-            (json ? appendTableJson : appendTableText)(out, table);
+        if (table.kind == AlignedRowKind::Both && !table.different)
+            continue;
+        if (json) {
+            openJsonTable(out, table);
+            closeJsonLine(out);
+        } else {
+            appendTableText(out, table);
+        }
     }
     for (const TableDifference &table : difference.tables)
-        forEachDifferingCell(table, before.database(), after.database(), [&](const DifferingCell &cell) {
-            (json ? appendCellJson : appendCellText)(out, cell);
-            printWhenMany(out);
-        });
+        (json ? appendDetailsJson : appendDetailsText)(out, table, left, right, printWhenMany);
     print(out);
 }
 

@@ -1,8 +1,8 @@
 #include "cli/edit/TableEdits.h"
 
-#include "base/order/RecordOrder.h"
 #include "cli/edit/CellPlace.h"
 #include "cli/tables/TableWriter.h"
+#include "platform/cells/RecordOrder.h"
 
 #include <algorithm>
 #include <vector>
@@ -36,8 +36,8 @@ private:
     std::vector<QVariant> m_values;
 };
 
-PackedTexts textsOf(const QirDatabase &database, const TableInfo &table, int field) {
-    PackedTexts texts;
+CellColumn textsOf(const QirDatabase &database, const TableInfo &table, int field) {
+    CellColumn texts;
     forEachRecord(database, table, [&](const QStringList &values) { texts.append(values.at(field)); });
     return texts;
 }

@@ -1,5 +1,6 @@
 #include "base/FileNames.h"
 #include "cli/Commands.h"
+#include "cli/ComparisonArguments.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
 #include "cli/git/ContentMerge.h"
@@ -21,21 +22,18 @@ struct Arguments {
     std::string theirs;
     std::string out;
     std::string path;
-    std::vector<std::string> keys;
-    std::vector<std::string> keyFiles;
+    ComparisonArguments comparison;
     std::vector<std::string> passwordFiles;
 };
 
+/// A merge driver runs at the top of the work tree; what is given counts before what stands there.
 KeyChoice keysOf(const Arguments &arguments) {
-    KeyChoice keys;
-    for (const std::string &key : arguments.keys)
-        keys.add(argumentText(key));
-    for (const std::string &file : arguments.keyFiles)
-        keys.addFile(argumentText(file));
-    // A merge driver runs at the top of the work tree.
+    std::vector<ChosenKey> keys;
     if (const QString usual = u".qir-keys"_s; !arguments.path.empty() && QFileInfo::exists(usual))
-        keys.addFile(usual);
-    return keys;
+        keys = readKeyFile(usual);
+    const std::vector<ChosenKey> given = arguments.comparison.choice().keys;
+    keys.insert(keys.end(), given.begin(), given.end());
+    return KeyChoice(std::move(keys));
 }
 
 DatabaseContent contentOf(const Session &session) {
@@ -55,11 +53,13 @@ void removeConflicts(const QString &file) {
         throw FileError(file, u"it tells of conflicts that are no more, and cannot be removed"_s);
 }
 
-void writeConflicts(const QString &file, const std::vector<Conflict> &conflicts) {
+void writeConflicts(const QString &file, const std::vector<Conflict> &conflicts, bool isPrivate) {
     QByteArray lines;
     for (const Conflict &conflict : conflicts)
         conflict.appendJson(lines);
-    writeWholeFile(file, lines);
+    ExportRules rules;
+    rules.isPrivate = isPrivate;
+    writeWholeFile(file, lines, rules);
 }
 
 void tellConflicts(const QString &out, const QString &file, const std::vector<Conflict> &conflicts) {
@@ -73,7 +73,8 @@ void tellConflicts(const QString &out, const QString &file, const std::vector<Co
 void store(Session &ours, const QString &out, const DatabaseContent &merged) {
     ours.run([&] { writeContent(ours.database(), merged); });
     Session::runOn(out, [&] {
-        if (isSameFile(out, ours.file())) {
+        const bool hasName = !ours.database().GetDatabaseFileName().isEmpty(); // an empty file has given it none
+        if (hasName && isSameFile(out, ours.file())) {
             ours.saveChanges();
             return;
         }
@@ -89,18 +90,18 @@ Exit merge(const Arguments &arguments) {
     const auto open = [&](const std::string &file, std::size_t index) {
         return Session::openOrEmpty(argumentText(file), passwordFileOf(arguments.passwordFiles, index));
     };
-    const DatabaseContent base = contentOf(open(arguments.base, 0));
+    const Session base = open(arguments.base, 0);
     Session ours = open(arguments.ours, 1);
-    const DatabaseContent oursContent = contentOf(ours);
-    const DatabaseContent theirs = contentOf(open(arguments.theirs, 2));
+    const Session theirs = open(arguments.theirs, 2);
     const QString out = argumentText(arguments.out);
     const QString conflictFile = (arguments.path.empty() ? out : argumentText(arguments.path)) + u".conflicts.json"_s;
 
     MergedContent merged;
-    Session::runOn(out, [&] { merged = mergeContents(base, oursContent, theirs, keys); });
+    Session::runOn(out, [&] { merged = mergeContents(contentOf(base), contentOf(ours), contentOf(theirs), keys); });
     // Told before the file is written: what a conflict leaves out stands nowhere else.
     if (!merged.conflicts.empty())
-        writeConflicts(conflictFile, merged.conflicts);
+        writeConflicts(conflictFile, merged.conflicts,
+                       base.isProtected() || ours.isProtected() || theirs.isProtected());
     store(ours, out, merged.content);
     if (merged.conflicts.empty()) {
         removeConflicts(conflictFile);
@@ -114,19 +115,17 @@ Exit merge(const Arguments &arguments) {
 
 void addMerge(CLI::App &program, Exit &exit) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "merge", "Bring together what two sides have made of a database")
-        .argument("BASE", arguments->base, "What both sides come from; an empty file for nothing")
+    Command command(program, "merge", "Bring together what two sides have made of a database");
+    command.argument("BASE", arguments->base, "What both sides come from; an empty file for nothing")
         .argument("OURS", arguments->ours, "One side")
         .argument("THEIRS", arguments->theirs, "The other side")
         .requiredOption("-o,--output", arguments->out, "OUT",
                         "Where the result goes, protected as OURS is; may be OURS")
-        .options("--key", arguments->keys, "[TABLE:]FIELD[,FIELD..]",
-                 "The fields that tell the records of a table apart; without a key records belong together by position")
-        .options("--key-file", arguments->keyFiles, "FILE", "A file with a key, TABLE:FIELD,.., on each line")
         .option("--path", arguments->path, "PATH",
                 "Of the file in git's work tree, for a merge driver: the file of conflicts stands beside it, and "
-                ".qir-keys at the top is the key file")
-        .passwordFiles(arguments->passwordFiles, "first BASE's, then OURS', then THEIRS'")
+                ".qir-keys at the top is the key file");
+    arguments->comparison.addKeys(command);
+    command.passwordFiles(arguments->passwordFiles, "first BASE's, then OURS', then THEIRS'")
         .note("What both sides have changed is a conflict: OUT has it as OURS has, and OUT.conflicts.json tells what "
               "BASE, OURS and THEIRS have. The exit status is 0 for merged, 1 for conflicts.")
         .run(exit, [arguments] { return merge(*arguments); });

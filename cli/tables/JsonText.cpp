@@ -56,7 +56,7 @@ void appendJsonString(QByteArray &out, QStringView text) {
     out += '"';
 }
 
-void appendJsonValue(QByteArray &out, FieldType type, QStringView text) {
+void appendJsonCell(QByteArray &out, FieldType type, QStringView text) {
     if (type == FieldType::Text)
         appendJsonString(out, text);
     else
@@ -87,7 +87,7 @@ void appendJsonRecord(QByteArray &out, const TableInfo &table, const QStringList
         if (k > 0)
             out += ", ";
         ++k;
-        appendJsonValue(out, field.type, values.at(k));
+        appendJsonCell(out, field.type, values.at(k));
     }
     out += "]\n";
 }

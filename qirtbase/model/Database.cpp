@@ -3,9 +3,10 @@
 #include "base/Collation.h"
 #include "base/LeadingNumber.h"
 #include "base/NumberText.h"
+#include "base/UndoOnError.h"
+#include "base/columns/UnicodeText.h"
 #include "qirtbase/model/DatabaseError.h"
 #include "qirtbase/model/ModelLimits.h"
-#include "qirtbase/model/UnicodeText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -111,11 +112,11 @@ void Database::addField(Table &table, const QString &name, int typeCode, double 
     if (kept)
         m_undo.add(undo::FieldAppended{&table});
     const Field &added = table.field(table.fieldCount() - 1);
-    tell({.kind = ChangeKind::AddField,
-          .table = &table,
-          .type = typeCode,
-          .number = double(added.size),
-          .text = checked.text});
+    tell(table, {.kind = ChangeKind::AddField,
+                 .table = &table,
+                 .type = typeCode,
+                 .number = double(added.size),
+                 .text = checked.text});
 }
 
 bool Database::renameField(Table &table, std::size_t index, const QString &name) {
@@ -129,7 +130,7 @@ bool Database::renameField(Table &table, std::size_t index, const QString &name)
     if (m_undo.keeps(table))
         m_undo.add(undo::FieldRenamed{&table, index, field.name});
     field.name = std::move(renamed);
-    tell({.kind = ChangeKind::RenameField, .table = &table, .index = index, .text = checked.text});
+    tell(table, {.kind = ChangeKind::RenameField, .table = &table, .index = index, .text = checked.text});
     return true;
 }
 
@@ -142,7 +143,7 @@ void Database::removeField(Table &table, std::size_t index) {
     } else {
         table.takeField(index);
     }
-    tell({.kind = ChangeKind::RemoveField, .table = &table, .index = index});
+    tell(table, {.kind = ChangeKind::RemoveField, .table = &table, .index = index});
 }
 
 bool Database::resizeField(Table &table, std::size_t index, double size) {
@@ -161,7 +162,7 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
     if (cut)
         field.column = std::move(*cut);
     field.size = wanted;
-    tell({.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = double(wanted)});
+    tell(table, {.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = double(wanted)});
     return true;
 }
 
@@ -173,7 +174,7 @@ void Database::addRecord(Table &table) {
     table.appendRecord();
     if (kept)
         m_undo.add(undo::RecordAppended{&table});
-    tell({.kind = ChangeKind::AddRecord, .table = &table});
+    tell(table, {.kind = ChangeKind::AddRecord, .table = &table});
 }
 
 void Database::removeRecord(Table &table, std::size_t record) {
@@ -182,7 +183,17 @@ void Database::removeRecord(Table &table, std::size_t record) {
         m_undo.add(undo::RecordRemoved{&table, record, table.record(record)});
     }
     table.removeRecord(record);
-    tell({.kind = ChangeKind::RemoveRecord, .table = &table, .record = record});
+    tell(table, {.kind = ChangeKind::RemoveRecord, .table = &table, .record = record});
+}
+
+void Database::addRecords(Table &table, std::size_t count) {
+    if (count > limits::records - table.recordCount())
+        throw DatabaseError(u"A table holds at most %1 records."_s.arg(limits::records));
+    beginGroup();
+    const UndoOnError undo([this] { undoGroup(); });
+    for (; count > 0; --count)
+        addRecord(table);
+    endGroup();
 }
 
 void Database::dropRecordsWithoutFields() {
@@ -207,7 +218,7 @@ bool Database::setNumber(Table &table, std::size_t field, std::size_t record, do
         return false;
     m_undo.keepCell(table, field, record);
     column.set(record, fitting);
-    tell({.kind = ChangeKind::SetNumber, .table = &table, .index = field, .record = record, .number = fitting});
+    tell(table, {.kind = ChangeKind::SetNumber, .table = &table, .index = field, .record = record, .number = fitting});
     return true;
 }
 
@@ -220,8 +231,28 @@ bool Database::setText(Table &table, std::size_t field, std::size_t record, cons
         return false;
     m_undo.keepCell(table, field, record);
     target.column.set(record, fitting);
-    tell({.kind = ChangeKind::SetText, .table = &table, .index = field, .record = record, .text = fitting});
+    tell(table, {.kind = ChangeKind::SetText, .table = &table, .index = field, .record = record, .text = fitting});
     return true;
+}
+
+bool Database::setBlock(Table &table, std::size_t field, std::size_t first, const ColumnBlock &block) {
+    QString text;
+    for (qsizetype i = 0; block.isText() && i < block.count(); ++i)
+        if (!readUtf8(block.textBytes(i), text))
+            throw DatabaseError(u"A text of a block is not in UTF-8."_s);
+    beginGroup();
+    const UndoOnError undo([this] { undoGroup(); });
+    bool changed = false;
+    for (qsizetype i = 0; i < block.count(); ++i)
+        changed |= setValue(table, field, first + static_cast<std::size_t>(i), block, i);
+    endGroup();
+    return changed;
+}
+
+bool Database::setValue(Table &table, std::size_t field, std::size_t record, const ColumnBlock &block,
+                        qsizetype index) {
+    return block.isText() ? setText(table, field, record, block.text(index))
+                          : setNumber(table, field, record, block.number(index));
 }
 
 void Database::beginGroup() {
@@ -238,6 +269,8 @@ void Database::endGroup() {
 
 void Database::undoGroup() {
     m_undo.undo(m_tables);
+    for (const auto &table : m_tables)
+        table->touch();
     if (m_listener)
         m_listener->groupUndone();
 }

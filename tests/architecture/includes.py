@@ -10,14 +10,14 @@ import re
 import sys
 
 # Each folder, from the lowest floor to the highest, and the folders that it may include besides itself: one library each.
-PLAIN = ["base"]
+PLAIN = ["base", "base/columns"]
 CONTRACT = PLAIN + ["platform/automation", "db"]
 STORAGE = ["qirtbase/container", "qirtbase/file", "qirtbase/model"]
-CONTROLS = PLAIN + ["platform/dialogs", "platform/loop", "platform/controls", "platform/grid", "platform/list"]
+CONTROLS = PLAIN + ["platform/cells", "platform/dialogs", "platform/loop", "platform/controls", "platform/grid", "platform/list"]
 WINDOW = CONTRACT + CONTROLS + ["app/shared", "pane"]
 ROWS = {
     "base": [],
-    "base/order": PLAIN,
+    "base/columns": ["base"],
     "qirtbase/model": PLAIN,
     "qirtbase/container": PLAIN,
     "qirtbase/file": PLAIN + ["qirtbase/container"],
@@ -26,31 +26,35 @@ ROWS = {
     "platform/automation": PLAIN,
     "db": PLAIN + ["platform/automation"],
     "compare/engine": CONTRACT,
+    "compare/report": CONTRACT + ["compare/engine"],
     "cli/tables": CONTRACT,
-    "cli": CONTRACT + ["compare/engine", "cli/tables"],
-    "cli/edit": CONTRACT + ["base/order", "compare/engine", "cli/tables", "cli"],
+    "cli/diff": CONTRACT + ["compare/engine", "compare/report", "cli/tables"],
+    "cli": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli/diff"],
+    "cli/audit": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli"],
     "cli/exchange": CONTRACT + ["cli/tables", "cli"],
-    "cli/git": CONTRACT + ["compare/engine", "cli/tables", "cli"],
+    "cli/git": CONTRACT + ["compare/report", "cli/tables", "cli"],
     "cli/help": PLAIN + ["cli"],
     "cli/kept": CONTRACT + ["cli/tables", "cli"],
+    "platform/cells": PLAIN,
+    "cli/edit": CONTRACT + ["compare/report", "cli/tables", "cli/diff", "cli", "platform/cells"],
     "platform/dialogs": PLAIN,
     "platform/loop": PLAIN + ["platform/dialogs"],
     "platform/controls": PLAIN,
-    "platform/grid": PLAIN + ["platform/loop", "platform/controls"],
+    "platform/grid": PLAIN + ["platform/cells", "platform/loop", "platform/controls"],
     "platform/list": PLAIN + ["platform/loop", "platform/controls"],
     "app/shared": CONTRACT + CONTROLS,
     "pane": CONTRACT + CONTROLS + ["app/shared"],
     "dialogs": CONTRACT + CONTROLS,
     "compare": WINDOW + ["compare/engine"],
-    "view": WINDOW + ["base/order", "compare", "compare/engine"],
+    "view": WINDOW + ["compare", "compare/engine"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
     "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
 MOST_FILES = 32
-CORE_ONLY = {"base", "platform/automation", "db", "compare/engine", "qirtbase", "qirtbase/model", "qirtbase/container",
-             "qirtbase/file", "qirtbase/journal", "cli", "cli/tables", "base/order", "cli/edit",
+CORE_ONLY = {"base", "base/columns", "platform/automation", "platform/cells", "db", "compare/engine", "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container",
+             "qirtbase/file", "qirtbase/journal", "cli", "cli/tables", "cli/diff", "cli/audit", "cli/edit",
              "cli/exchange", "cli/git", "cli/help", "cli/kept"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"

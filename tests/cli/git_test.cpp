@@ -232,6 +232,14 @@ TEST_P(GitTest, MergeWritesTheResultProtectedAsOurs) {
     EXPECT_EQ(done({u"get"_s, u"OUT.DDB"_s, u"Pumps"_s, u"1"_s, u"Speed"_s, u"--password-file"_s, u"word"_s}),
               "1450\n");
     EXPECT_EQ(done({u"get"_s, u"OUT.DDB"_s, u"Pumps"_s, u"2"_s, u"Speed"_s, u"--password-file"_s, u"word"_s}), "8\n");
+    set(u"1"_s, u"Speed"_s, u"1600"_s, u"B.DDB"_s);
+    const Outcome conflict = run({u"merge"_s, u"PUMP.DDB"_s, u"B.DDB"_s, u"T.DDB"_s, u"-o"_s, u"B.DDB"_s});
+    EXPECT_EQ(conflict.status, 1);
+    EXPECT_EQ(conflict.errors,
+              "qirdb: B.DDB: conflict: table \"Pumps\", record 1, field \"Speed\"\n"
+              "qirdb: B.DDB: 1 place in conflict, as OURS has them; B.DDB.conflicts.json lists them\n");
+    done({u"merge"_s, u"PUMP.DDB"_s, u"B.DDB"_s, u"PUMP.DDB"_s, u"-o"_s, u"B.DDB"_s});
+    EXPECT_FALSE(QFile::exists(path(u"B.DDB.conflicts.json"_s)));
     trouble({u"merge"_s, u"B.DDB"_s, u"B.DDB"_s, u"T.DDB"_s, u"-o"_s, u"OUT.DDB"_s, u"--key"_s, u"Valves:Name"_s},
             "qirdb: OUT.DDB: there is no table \"Valves\", for which a key is given");
 }

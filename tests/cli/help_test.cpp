@@ -104,6 +104,36 @@ TEST_P(HelpTest, BashCompletesCommandsOptionsAndWords) {
     EXPECT_EQ(offered("qirdb dump X"), QByteArrayList{}); // files, by the shell itself
 }
 
+TEST_P(HelpTest, EveryExampleOfThePageWorks) {
+    QFile page(QStringLiteral(COMPANION_PAGE));
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    const QByteArray text = page.readAll();
+    const qsizetype begin = text.indexOf("## Examples\n");
+    ASSERT_GE(begin, 0);
+    const QByteArray section = text.sliced(begin, text.indexOf("\n## ", begin + 1) - begin);
+    QByteArrayList examples;
+    for (const QByteArray &line : section.split('\n'))
+        if (line.startsWith("    "))
+            examples += line.trimmed();
+    for (const QString &name : commands())
+        EXPECT_TRUE(section.contains("qirdb " + name.toUtf8() + ' ') ||
+                    section.contains("qirdb " + name.toUtf8() + '\n'))
+            << name.toStdString();
+    QDir().mkpath(path(u"bin"_s));
+    ASSERT_TRUE(QFile::link(QStringLiteral(QIRDB), path(u"bin/qirdb"_s)));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"PATH"_s, path(u"bin"_s) + u':' + environment.value(u"PATH"_s));
+    environment.insert(u"HOME"_s, path(u"."_s));
+    for (const QByteArray &example : examples) {
+        QProcess bash;
+        bash.setProcessEnvironment(environment);
+        bash.setWorkingDirectory(path(u"."_s));
+        bash.start(u"bash"_s, {u"-c"_s, QString::fromUtf8(example)});
+        ASSERT_TRUE(bash.waitForFinished(-1));
+        EXPECT_EQ(bash.exitCode(), 0) << example.toStdString() << '\n' << bash.readAllStandardError().toStdString();
+    }
+}
+
 TEST_P(HelpTest, ZshTakesItsCompletion) {
     checkSyntax(u"zsh"_s, {u"-n"_s, QStringLiteral(SHARE_FOLDER "/zsh/site-functions/_qirdb")});
 }

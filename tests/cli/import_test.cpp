@@ -110,22 +110,6 @@ TEST_P(ImportTest, ATableOfAnyNameComesBackFromItsExport) {
     EXPECT_EQ(table(u"U"_s), csv);
 }
 
-TEST_P(ImportTest, ATerminalIsToldHowFarItIsAndAPipeIsNot) {
-    QByteArray csv("A[long],B[long],C[long],D[long]\n");
-    for (int i = 0; i < 60000; ++i)
-        csv += "1,2,3,4\n";
-    write(u"long.csv"_s, csv);
-    EXPECT_EQ(run({u"import"_s, u"PUMP.DDB"_s, u"Piped"_s, u"long.csv"_s}).errors, "");
-    const Outcome shown = runOnTerminal({u"import"_s, u"PUMP.DDB"_s, u"Shown"_s, u"long.csv"_s}, {});
-    EXPECT_EQ(shown.status, 0);
-    const QByteArray wiped = "\r" + QByteArray();
-    // How long it takes is the machine's: what is shown is shown whole, and wiped at the end.
-    if (!shown.output.isEmpty()) {
-        EXPECT_THAT(shown.output.toStdString(), HasSubstr("long.csv: "));
-        EXPECT_TRUE(shown.output.endsWith(wiped));
-    }
-}
-
 INSTANTIATE_TEST_SUITE_P(Component, ImportTest, testing::Values(CLI_COMPONENTS),
                          [](const auto &run) { return std::string(run.param.name); });
 

@@ -476,10 +476,8 @@ TEST(MergeProperty, NoEditOfEitherSideIsLostUnlessAConflictTellsOfIt) {
         for (DatabaseContent *side : {&ours, &theirs})
             for (int edits = drawing.below(4); edits > 0; --edits)
                 drawing.edit(*side);
-        KeyChoice keys;
         const bool hasKey = drawing.below(2) == 0;
-        if (hasKey)
-            keys.add(u"Id"_s);
+        const KeyChoice keys(hasKey ? std::vector<ChosenKey>{{{}, {u"Id"_s}}} : std::vector<ChosenKey>());
         const MergedContent result = mergeContents(base, ours, theirs, keys);
         (result.conflicts.empty() ? merges : conflicts) += 1;
         const QString problem = Check(base, ours, theirs, result, hasKey).problem();

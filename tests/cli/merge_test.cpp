@@ -1,3 +1,4 @@
+#include "cli/ComparisonArguments.h"
 #include "cli/git/ContentMerge.h"
 
 #include <gmock/gmock.h>
@@ -22,10 +23,10 @@ DatabaseContent tables(std::vector<RecordValues> records, const QString &name = 
 
 MergedContent merged(const DatabaseContent &base, const DatabaseContent &ours, const DatabaseContent &theirs,
                      const QStringList &keys = {}) {
-    KeyChoice choice;
+    std::vector<ChosenKey> chosen;
     for (const QString &key : keys)
-        choice.add(key);
-    return mergeContents(base, ours, theirs, choice);
+        chosen.push_back(*parseKey(key));
+    return mergeContents(base, ours, theirs, KeyChoice(chosen));
 }
 
 std::string linesOf(const std::vector<Conflict> &conflicts) {
@@ -141,15 +142,13 @@ TEST(MergeTest, TablesComeAndGo) {
     EXPECT_EQ(conflict.content.tables.size(), 1U);
 }
 
-TEST(KeyChoiceTest, NamesMayHoldTheSigns) {
-    KeyChoice keys;
-    keys.add(u"A\\:b:x\\,y,z\\\\"_s);
-    EXPECT_EQ(keys.keyOf(u"a:B"_s, {u"x,y"_s, u"z\\"_s}), (QStringList{u"x,y"_s, u"z\\"_s}));
-    EXPECT_THROW(keys.keyOf(u"A:b"_s, {u"x,y"_s}), std::runtime_error);
-    EXPECT_EQ(keys.keyOf(u"Other"_s, {u"x,y"_s, u"z\\"_s}), QStringList());
-    EXPECT_THROW(keys.add(u":x"_s), std::runtime_error);
-    EXPECT_THROW(keys.add(u"T:"_s), std::runtime_error);
-    EXPECT_THROW(keys.requireTables({u"Other"_s}), std::runtime_error);
+TEST(KeyChoiceTest, TheKeyOfATableGoesBeforeOneOfAll) {
+    const KeyChoice keys({{u"T"_s, {u"A"_s, u"B"_s}}, {{}, {u"A"_s}}});
+    EXPECT_EQ(keys.keyOf(u"t"_s, {u"a"_s, u"b"_s}), (QStringList{u"A"_s, u"B"_s}));
+    EXPECT_THROW(keys.keyOf(u"T"_s, {u"A"_s}), WrongChoice);
+    EXPECT_EQ(keys.keyOf(u"Other"_s, {u"A"_s}), QStringList{u"A"_s});
+    EXPECT_EQ(keys.keyOf(u"Other"_s, {u"B"_s}), QStringList());
+    EXPECT_THROW(keys.requireTables({u"Other"_s}), WrongChoice);
 }
 
 } // namespace
