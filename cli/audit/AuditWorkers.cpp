@@ -80,6 +80,8 @@ public:
         m_socket = ends[0];
     }
     ~Worker() {
+        // Workers that were forked later have this end too: closing it alone would tell the other end nothing.
+        ::shutdown(m_socket, SHUT_RDWR);
         ::close(m_socket);
         while (::waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {
         }
