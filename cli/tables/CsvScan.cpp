@@ -25,7 +25,7 @@ public:
             if (byte == '"')
                 m_state = State::Quoted;
             else if (byte != m_delimiter && !isLineEnd)
-                return false;
+                return noteOther(byte);
             else
                 endValue(byte, isLineEnd);
             break;
@@ -67,8 +67,14 @@ private:
             return;
         }
         m_state = State::Plain;
+        (void)noteOther(byte);
+    }
+
+    /// What may separate the header instead; always false.
+    bool noteOther(char byte) {
         if (m_inHeader && (byte == ';' || byte == '\t') && m_otherInHeader == 0)
             m_otherInHeader = byte;
+        return false;
     }
 
     void endValue(char byte, bool isLineEnd) {
