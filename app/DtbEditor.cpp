@@ -70,6 +70,15 @@ DtbEditor::DtbEditor()
     buildControls(*this, m_editor);
     addCommands();
     buildMenus(*this, m_editor.controls);
+    buildParts();
+    m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
+    SettaColoriIndexAttivo(m_editor);
+    AbilitaMenu(m_editor, -1);
+    settleWithLoop();
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
+}
+
+void DtbEditor::buildParts() {
     m_filesAtHand.addMenus();
     m_toolBar.build(*this);
     m_changes.build(*this);
@@ -80,11 +89,6 @@ DtbEditor::DtbEditor()
     m_differingTables.watchLists();
     m_differenceWords.install();
     m_strips.build();
-    m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
-    SettaColoriIndexAttivo(m_editor);
-    AbilitaMenu(m_editor, -1);
-    settleWithLoop();
-    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
 }
 
 void DtbEditor::settleWithLoop() {

@@ -74,6 +74,8 @@ private:
     void Form_Resize();
     void EndMenu_Click();
     void connectPane(int pane);
+    /// What stands around the panes' controls and follows them.
+    void buildParts();
     /// What is put right at the end of each command, in this order.
     void settleWithLoop();
     void addCommands();

@@ -1,5 +1,6 @@
 #include "cli/ComparisonArguments.h"
 
+#include "base/LeadingNumber.h"
 #include "cli/Commands.h"
 #include "cli/FileError.h"
 #include "cli/WholeFile.h"
@@ -12,15 +13,6 @@ namespace qir {
 
 namespace {
 
-/// Options that may be given again and again.
-CLI::Option *addRepeated(CLI::App &command, const std::string &name, std::vector<std::string> &values,
-                         const std::string &what, const std::string &type) {
-    return command.add_option(name, values, what)
-        ->type_name(type)
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
-
 ChosenKey keyOf(const QString &text) {
     const auto key = parseKey(text);
     if (!key)
@@ -28,8 +20,10 @@ ChosenKey keyOf(const QString &text) {
     return *key;
 }
 
-/// A key in each line; empty lines and those that begin with "#" are none.
-void readKeyFile(const QString &file, std::vector<ChosenKey> &keys) {
+} // namespace
+
+std::vector<ChosenKey> readKeyFile(const QString &file) {
+    std::vector<ChosenKey> keys;
     QStringDecoder decoder(QStringDecoder::Utf8);
     const QString text = decoder(readWholeFile(file));
     if (decoder.hasError())
@@ -45,9 +39,8 @@ void readKeyFile(const QString &file, std::vector<ChosenKey> &keys) {
             throw FileError(file, u"a line is TABLE:FIELD,..: %1"_s.arg(trimmed));
         keys.push_back(*key);
     }
+    return keys;
 }
-
-} // namespace
 
 Result<ChosenKey> parseKey(const QString &text) {
     ChosenKey key;
@@ -75,38 +68,40 @@ Result<ChosenKey> parseKey(const QString &text) {
     return key;
 }
 
-void ComparisonArguments::addKeys(CLI::App &command) {
-    addRepeated(command, "--key", m_keys,
-                "Compare records that have the same values in these fields, wherever they stand; without TABLE in "
-                "every table that has the fields",
-                "[TABLE:]FIELD[,FIELD..]");
-    addRepeated(command, "--key-file", m_keyFiles, "Read keys from a file, TABLE:FIELD,.. in each line", "FILE");
+void ComparisonArguments::addKeys(Command &command) {
+    command
+        .options("--key", m_keys, "[TABLE:]FIELD[,FIELD..]",
+                 "Records belong together that have the same values in these fields, wherever they stand; without "
+                 "TABLE in every table that has the fields")
+        .options("--key-file", m_keyFiles, "FILE", "Read keys from a file, TABLE:FIELD,.. in each line");
 }
 
-void ComparisonArguments::addTolerance(CLI::App &command) {
-    addRepeated(command, "--ignore", m_ignore, "A field that is not compared", "FIELD");
-    command.add_flag("--ignore-case", m_ignoreCase, "Texts that differ in case only are the same");
-    command.add_flag("--ignore-blanks", m_ignoreBlanks, "Texts that differ in white space only are the same");
-    command.add_option("--tolerance", m_tolerance, "Numbers up to so far apart are the same")
-        ->type_name("X")
-        ->check(CLI::NonNegativeNumber);
+void ComparisonArguments::addTolerance(Command &command) {
+    command.options("--ignore", m_ignore, "FIELD", "A field that is not compared")
+        .flag("--ignore-case", m_ignoreCase, "Texts that differ in case only are the same")
+        .flag("--ignore-blanks", m_ignoreBlanks, "Texts that differ in white space only are the same")
+        .option("--tolerance", m_tolerance, "X", "Numbers up to so far apart are the same");
 }
 
-void ComparisonArguments::addTables(CLI::App &command) {
-    addRepeated(command, "--table", m_tables, "Only this table; may be repeated", "NAME");
+void ComparisonArguments::addTables(Command &command) {
+    command.options("--table", m_tables, "NAME", "Only this table; may be repeated");
 }
 
 ComparisonChoice ComparisonArguments::choice() const {
     ComparisonChoice choice;
     for (const std::string &file : m_keyFiles)
-        readKeyFile(argumentText(file), choice.keys);
+        for (const ChosenKey &key : readKeyFile(argumentText(file)))
+            choice.keys.push_back(key);
     for (const std::string &key : m_keys)
         choice.keys.push_back(keyOf(argumentText(key)));
     for (const std::string &field : m_ignore)
         choice.ignore += argumentText(field);
     for (const std::string &table : m_tables)
         choice.tables += argumentText(table);
-    choice.tolerance = {m_tolerance, m_ignoreCase, m_ignoreBlanks};
+    const std::optional<double> tolerance = m_tolerance.empty() ? 0 : plainNumber(QString::fromStdString(m_tolerance));
+    if (!tolerance || *tolerance < 0)
+        throw WrongChoice(u"--tolerance takes a number that is not negative"_s);
+    choice.tolerance = {*tolerance, m_ignoreCase, m_ignoreBlanks};
     return choice;
 }
 

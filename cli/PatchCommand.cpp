@@ -52,14 +52,14 @@ Exit patch(const Arguments &arguments) {
 } // namespace
 
 void addPatch(CLI::App &program, Exit &exit) {
-    CLI::App *command = program.add_subcommand("patch", "Make the changes that diff --patch printed");
     auto arguments = std::make_shared<Arguments>();
-    command->add_option("FILE", arguments->file, "The database to change")->required();
-    command->add_option("PATCH", arguments->patch, "What diff --patch printed; - is the standard input")->required();
-    command->add_flag("--dry-run", arguments->dryRun, "Only say whether everything fits; write nothing");
-    command->add_flag("--reverse", arguments->reverse, "Take the changes back");
-    addPasswordFile(*command, arguments->passwordFile);
-    command->callback([arguments, &exit] { exit = patch(*arguments); });
+    Command(program, "patch", "Make the changes that diff --patch printed")
+        .argument("FILE", arguments->file, "The database to change")
+        .argument("PATCH", arguments->patch, "What diff --patch printed; - is the standard input")
+        .flag("--dry-run", arguments->dryRun, "Only say whether everything fits; write nothing")
+        .flag("--reverse", arguments->reverse, "Take the changes back")
+        .passwordFile(arguments->passwordFile)
+        .run(exit, [arguments] { return patch(*arguments); });
 }
 
 } // namespace qir

@@ -31,7 +31,13 @@ ROWS = {
     "cli/tables": CONTRACT,
     "cli/diff": CONTRACT + ["compare/engine", "compare/report", "cli/tables"],
     "cli": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli/diff"],
+    "cli/audit": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli"],
+    "cli/exchange": CONTRACT + ["cli/tables", "cli"],
+    "cli/git": CONTRACT + ["compare/report", "cli/tables", "cli"],
+    "cli/help": PLAIN + ["cli"],
+    "cli/kept": CONTRACT + ["cli/tables", "cli"],
     "platform/cells": PLAIN,
+    "cli/edit": CONTRACT + ["compare/report", "cli/tables", "cli/diff", "cli", "platform/cells"],
     "platform/dialogs": PLAIN,
     "platform/loop": PLAIN + ["platform/dialogs"],
     "platform/controls": PLAIN,
@@ -55,7 +61,7 @@ LOW_MODULES = ("Funzioni", "utility")
 MOST_FILES = 32
 CORE_ONLY = {"base", "base/columns", "base/state", "platform/automation", "platform/cells", "db", "compare/engine",
              "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
-             "cli/tables", "cli/diff"}
+             "cli/tables", "cli/diff", "cli/audit", "cli/edit", "cli/exchange", "cli/git", "cli/help", "cli/kept"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"
     r"QColor|QFont|QPixmap|QPainter|QTableView|QListView|QGuiApplication|QClipboard)")

@@ -44,16 +44,15 @@ void exportTable(const Arguments &arguments) {
 } // namespace
 
 void addExport(CLI::App &program, Exit &) {
-    CLI::App *command = program.add_subcommand("export", "Write a table as a CSV file");
     auto arguments = std::make_shared<Arguments>();
-    command->add_option("FILE", arguments->file, "The database")->required();
-    command->add_option("TABLE", arguments->table, "The table")->required();
-    command->add_option("CSV", arguments->csv, "The file to write, replaced if it exists; - is the standard output")
-        ->required();
-    command->add_flag("--force", arguments->force, "Replace the file even if it is a database");
-    addEscapeFormulas(*command, arguments->escapeFormulas);
-    addPasswordFile(*command, arguments->passwordFile);
-    command->callback([arguments] { exportTable(*arguments); });
+    Command(program, "export", "Write a table as a CSV file")
+        .argument("FILE", arguments->file, "The database")
+        .argument("TABLE", arguments->table, "The table")
+        .argument("CSV", arguments->csv, "The file to write, replaced if it exists; - is the standard output")
+        .flag("--force", arguments->force, "Replace the file even if it is a database")
+        .escapeFormulas(arguments->escapeFormulas)
+        .passwordFile(arguments->passwordFile)
+        .run([arguments] { exportTable(*arguments); });
 }
 
 } // namespace qir

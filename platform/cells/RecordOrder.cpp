@@ -1,4 +1,4 @@
-#include "view/RecordOrder.h"
+#include "platform/cells/RecordOrder.h"
 
 #include "base/LeadingNumber.h"
 
