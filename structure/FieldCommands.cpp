@@ -10,6 +10,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "structure/Names.h"
+#include "pane/StoredMarks.h"
 #include "view/TableLoader.h"
 
 #include <memory>
@@ -179,7 +180,10 @@ void FieldCommands::ResizeTextFieldSecco() {
     if (const std::optional<double> newSize = askSize(tr("Field size"), size)) {
         database().ResizeField(field, *newSize);
         // The grid goes on showing its texts whole.
-        m_editor.pane(m_editor.IndexAttivo()).setTextsUnstored(true);
+        const int pane = m_editor.IndexAttivo();
+        const Grid &grid = m_editor.Tabella(pane);
+        m_editor.pane(pane).setTextsUnstored(true);
+        m_stored.look(pane, {1, grid.Col(), grid.Rows() - 1, grid.Col()});
     }
 }
 

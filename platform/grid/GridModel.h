@@ -3,9 +3,12 @@
 #include "platform/grid/CellColours.h"
 #include "platform/grid/CellTexts.h"
 #include "platform/grid/IdentityNumbers.h"
+#include "platform/grid/UnlikeCells.h"
 
 #include <QAbstractTableModel>
 #include <QStringList>
+
+#include <functional>
 
 namespace qir {
 
@@ -40,6 +43,15 @@ public:
     void setColour(int row, int column, CellColour colour);
     void paint(const GridRange &window, const BitMatrix &different);
 
+    /// Of a cell: whether its text is not what is stored; and what to say of it then, asked for when it is wanted.
+    static constexpr int UnlikeRole = Qt::UserRole + 1;
+    static constexpr int StoredWordsRole = Qt::UserRole + 2;
+    using StoredWords = std::function<QString(int row, int column)>;
+    void setStoredWords(StoredWords words) { m_storedWords = std::move(words); }
+    const UnlikeCells &unlike() const { return m_unlike; }
+    /// True when that changes something; the view is not told.
+    bool setUnlike(int row, int column, bool unlike);
+
     IdentityNumbers &rowData() { return m_rowData; }
     const IdentityNumbers &rowData() const { return m_rowData; }
     IdentityNumbers &columnData() { return m_columnData; }
@@ -52,6 +64,8 @@ private:
 
     CellTexts m_texts;
     CellColours m_colours;
+    UnlikeCells m_unlike;
+    StoredWords m_storedWords;
     QStringList m_headers; // text of column k at k - 1
     IdentityNumbers m_rowData;
     IdentityNumbers m_columnData;
