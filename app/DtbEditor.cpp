@@ -30,8 +30,14 @@ DtbEditor::DtbEditor()
     , m_differences(m_editor, m_marks, m_equalTables)
     , m_tables(m_editor, m_differences)
     , m_gridSave(m_editor, m_differences)
-    , m_cellEditor(m_editor, m_marks)
-    , m_clipboard(m_editor, m_gridSave, m_tables)
+    , m_stored(m_editor)
+    , m_cellEditor(m_editor, m_marks, m_stored)
+    , m_clipboard(m_editor, m_gridSave, m_tables, m_stored)
+    , m_edits(m_editor, m_gridSave, m_tables, m_stored)
+    , m_pasteAll(m_editor, m_gridSave, m_tables, m_stored)
+    , m_goTo(m_editor)
+    , m_cellText(m_editor, m_cellEditor)
+    , m_tableFilter(m_editor)
     , m_sorting(m_editor, m_gridSave, m_tables)
     , m_gridPopups(m_editor)
     , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
@@ -40,7 +46,7 @@ DtbEditor::DtbEditor()
     , m_close(m_editor, m_alignment, m_differences)
     , m_listPopup(m_editor)
     , m_tableCommands(m_editor, m_alignment, m_differences, m_tables)
-    , m_fieldCommands(m_editor, m_differences, m_tables)
+    , m_fieldCommands(m_editor, m_differences, m_tables, m_stored)
     , m_recordCommands(m_editor, m_differences, m_tables)
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables)
     , m_modes(m_editor, m_alignment, m_differences, m_tables) {
@@ -49,17 +55,22 @@ DtbEditor::DtbEditor()
     setMinimumSize(minimumWindowSize());
     resize(1000, 700);
     buildControls(*this, m_editor);
+    m_find.emplace(m_editor, m_differences, m_tables, m_stored);
     addCommands();
     buildMenus(*this, m_editor.controls);
     for (const int pane : {0, 1})
         connectPane(pane);
     m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
+    connect(&m_find->bar(), &FindBar::resized, this, &DtbEditor::Form_Resize);
+    connect(&m_tableFilter, &TableFilter::resized, this, &DtbEditor::Form_Resize);
     SettaColoriIndexAttivo(m_editor);
     AbilitaMenu(m_editor, -1);
     if (MessageLoop *loop = MessageLoop::instance()) {
         loop->setWindow(this);
         loop->setErrorTitle(applicationTitle());
         loop->addSettling([this] { m_tables.settlePanes(); });
+        loop->addSettling([this] { m_tableFilter.follow(); });
+        loop->addSettling([this] { m_find->follow(); });
         loop->addSettling([this] { m_notices.show(); });
     }
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
@@ -80,6 +91,10 @@ void DtbEditor::connectPane(int pane) {
     m_tables.connectPane(pane);
     m_gridEvents.connectPane(pane);
     m_cellEditor.connectPane(pane);
+    m_edits.connectPane(pane);
+    m_tableFilter.connectPane(pane);
+    m_cellText.connectPane(pane);
+    m_stored.connectPane(pane);
     m_listPopup.connectPane(pane);
     m_focus.watch(pane);
 }
@@ -100,6 +115,10 @@ void DtbEditor::addCommands() {
     m_cloneCommands.addCommands();
     m_sorting.addCommands();
     m_clipboard.addCommands();
+    m_edits.addCommands();
+    m_pasteAll.addCommands();
+    m_find->addCommands();
+    m_goTo.addCommands();
     addHelpCommands(m_editor);
 }
 

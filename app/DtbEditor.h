@@ -9,8 +9,13 @@
 #include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
 #include "compare/TableMarks.h"
+#include "find/CellTextCommand.h"
+#include "find/FindCommands.h"
+#include "find/GoToCommand.h"
+#include "find/TableFilter.h"
 #include "pane/EditorContext.h"
 #include "pane/PaneFocus.h"
+#include "pane/StoredMarks.h"
 #include "platform/grid/GridPair.h"
 #include "structure/CloneCommands.h"
 #include "structure/FieldCommands.h"
@@ -18,9 +23,11 @@
 #include "structure/TableCommands.h"
 #include "view/AreaClipboard.h"
 #include "view/CellEditor.h"
+#include "view/EditCommands.h"
 #include "view/GridEvents.h"
 #include "view/GridPopups.h"
 #include "view/GridSave.h"
+#include "view/PasteAll.h"
 #include "view/Sorting.h"
 #include "view/TableListPopup.h"
 #include "view/TableLoader.h"
@@ -49,6 +56,8 @@ public:
 
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }
+    /// What the last paste has to tell; "" nothing.
+    QString pasteOutcome() const { return m_clipboard.outcome(); }
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -72,11 +81,18 @@ private:
     CellDifferences m_differences;
     TableLoader m_tables;
     GridSave m_gridSave;
+    StoredMarks m_stored;
     CellEditor m_cellEditor;
     AreaClipboard m_clipboard;
+    EditCommands m_edits;
+    PasteAll m_pasteAll;
+    GoToCommand m_goTo;
+    CellTextCommand m_cellText;
+    TableFilter m_tableFilter;
     Sorting m_sorting;
     GridPopups m_gridPopups;
     GridEvents m_gridEvents;
+    std::optional<FindCommands> m_find; // once the controls stand
     std::optional<GridPair> m_gridPair; // once the grids stand
     OpenCommand m_open;
     SaveCommands m_save;

@@ -6,6 +6,7 @@
 
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QProgressBar>
 #include <QSize>
@@ -42,7 +43,9 @@ void placeInFrame(const PaneControls &pane) {
                                     frame.height() - gridTop - toPixels(gap));
 
     pane.nomelab->setGeometry(left, captionHeight, width, labelHeight);
-    pane.ListaTabelle->setGeometry(left, listTop, width, listHeight);
+    const int filterHeight = pane.filter->isHidden() ? 0 : std::min(pane.filter->sizeHint().height(), listHeight / 2);
+    pane.filter->setGeometry(left, listTop, width, filterHeight);
+    pane.ListaTabelle->setGeometry(left, listTop + filterHeight, width, listHeight - filterHeight);
     pane.Tabella->setGeometry(left, gridTop, width, std::max(0, gridHeight));
     const QRect ground(left, listTop, width, std::max(0, frame.height() - listTop - toPixels(gap)));
     pane.ground->setGeometry(ground);
@@ -69,15 +72,19 @@ void RicalcolaSistemazioneForm(EditorContext &editor) {
     // Below the frames is the place of the progress bar. Where a large font makes the menu bar higher than the figures
     // expect, the frames give way.
     const int barHeight = toPixels(progressBarHeight);
-    const int height = std::max(0, std::min(window.height() - toPixels(windowHeightBesideFrames),
-                                            area->height() - barHeight - 2 * toPixels(gap)));
+    QWidget *below = editor.controls.belowFrames;
+    const int room = area->height() - (below != nullptr ? below->heightForWidth(area->width()) : 0);
+    const int height = std::max(
+        0, std::min(window.height() - toPixels(windowHeightBesideFrames), room - barHeight - 2 * toPixels(gap)));
+    if (below != nullptr)
+        below->setGeometry(0, room, area->width(), area->height() - room);
 
     editor.IDtb(0).setGeometry(left, 0, width, height);
     editor.IDtb(1).setGeometry(left + width, 0, width, height);
     editor.IDtb(1).setVisible(two);
     for (const int pane : {0, 1})
         placeInFrame(editor.pane(pane).controls());
-    editor.controls.ProgressBarCompare->setGeometry(left, height + (area->height() - height - barHeight) / 2,
+    editor.controls.ProgressBarCompare->setGeometry(left, height + (room - height - barHeight) / 2,
                                                     two ? 2 * width : width, barHeight);
 }
 

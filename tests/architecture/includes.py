@@ -37,8 +37,9 @@ ROWS = {
     "dialogs": CONTRACT + CONTROLS,
     "compare": WINDOW + ["compare/engine"],
     "view": WINDOW + ["compare", "compare/engine"],
+    "find": WINDOW + ["compare", "compare/engine", "view"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
-    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure"],
+    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "find", "structure"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
