@@ -59,6 +59,7 @@ void GoToCommand::GoToMenu_Click() {
     grid.setSelection(singleCell(row, column));
     grid.bringCellIntoView();
     AllineaTopLeftTabelle(m_editor, pane);
+    grid.setFocus(Qt::OtherFocusReason);
 }
 
 } // namespace qir

@@ -22,17 +22,22 @@ void StoredMarks::look(int pane, int row, int column) {
 }
 
 void StoredMarks::look(int pane, const GridRange &cells) {
-    const Grid &grid = m_editor.Tabella(pane);
+    Grid &grid = m_editor.Tabella(pane);
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
     m_editor.pane(pane).makeShownTableCurrent();
+    QString text;
     YieldTimer timer;
-    for (int row = std::max(cells.firstRow, 1); row <= std::min(cells.lastRow, grid.Rows() - 1); ++row) {
-        m_editor.OggettoDtb(pane).setQIRTableRecordsPointerOut(grid.RowData(row));
-        for (int column = std::max(cells.firstColumn, 1); column <= std::min(cells.lastColumn, grid.Cols() - 1);
-             ++column) {
-            if (grid.ColData(column) >= 1)
-                look(pane, row, column);
+    for (int column = std::max(cells.firstColumn, 1); column <= std::min(cells.lastColumn, grid.Cols() - 1); ++column) {
+        const int field = grid.ColData(column);
+        if (field < 1)
+            continue;
+        const int type = database.QIRTableFieldType(field).toInt();
+        const int size = database.QIRTableFieldSize(field).toInt();
+        for (int row = std::max(cells.firstRow, 1); row <= std::min(cells.lastRow, grid.Rows() - 1); ++row) {
+            grid.texts().read(column, row, text);
+            grid.setUnlikeStored(row, column, storedText(type, size, text) != text);
+            timer.yieldIfDue();
         }
-        timer.yieldIfDue();
     }
 }
 

@@ -21,7 +21,7 @@ public:
 
     /// A cell was written: marks it, or takes its mark away. Its table and its record must be current in the component.
     void look(int pane, int row, int column);
-    /// The same for many cells. Yields.
+    /// The same for many cells, by what becomes of their texts: a component is not asked for each. Yields.
     void look(int pane, const GridRange &cells);
     /// "stored: 255" for a cell that is marked, "" for every other.
     QString words(int pane, int row, int column) const;

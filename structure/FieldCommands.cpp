@@ -6,11 +6,11 @@
 #include "dialogs/CaricaTipi.h"
 #include "dialogs/frmListaStringhePlain.h"
 
+#include "pane/StoredMarks.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "structure/Names.h"
-#include "pane/StoredMarks.h"
 #include "view/TableLoader.h"
 
 #include <memory>

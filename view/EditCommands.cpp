@@ -1,11 +1,11 @@
 #include "view/EditCommands.h"
 
 #include "base/UndoOnError.h"
+#include "pane/StoredMarks.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "view/AreaClipboard.h"
 #include "view/GridSave.h"
-#include "pane/StoredMarks.h"
 #include "view/TableLoader.h"
 
 #include <QAction>

@@ -1,13 +1,13 @@
 #include "view/PasteAll.h"
 
 #include "base/UndoOnError.h"
+#include "pane/StoredMarks.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/AreaClipboard.h"
 #include "view/GridSave.h"
-#include "pane/StoredMarks.h"
 #include "view/TableLoader.h"
 
 #include <algorithm>

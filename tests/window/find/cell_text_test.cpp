@@ -17,7 +17,12 @@ std::function<QString(QDialog &)> typing(const QString &before, const QString &t
             return u"no box for a cell's text"_s;
         if (box->toPlainText() != before)
             return u"the box holds '%1'"_s.arg(box->toPlainText());
-        hands::type(box, typed);
+        for (const QChar key : typed) {
+            if (key == u'\n')
+                hands::key(box, Qt::Key_Return);
+            else
+                hands::type(box, key);
+        }
         return pressButton(dialog, button);
     };
 }

@@ -207,6 +207,7 @@ private Q_SLOTS:
         QTRY_COMPARE(countOf(fixture), u"4 cells"_s);
         fixture.choose(Command::CloseDatabaseMenu);
         QTRY_COMPARE(countOf(fixture), u"0 cells"_s);
+        hands::click(&inBar<QLineEdit>(fixture, u"findText"_s), Qt::LeftButton);
         hands::key(&inBar<QLineEdit>(fixture, u"findText"_s), Qt::Key_Escape);
         QVERIFY(!inBar<QWidget>(fixture, u"findBar"_s).isVisible());
     }
