@@ -28,7 +28,7 @@ public:
     /// Sets or clears a flag within the bounds; does nothing outside.
     void set(std::size_t row, std::size_t column, bool value);
     void clear();
-    /// Sets all flags of these rows and columns and those behind them.
+    /// Sets all flags that stand both in `firstRow` or a later row and in `firstColumn` or a later column.
     void setBlock(std::size_t firstRow, std::size_t firstColumn);
     /// Bytes of memory held.
     std::size_t memory() const { return (m_words.capacity() + m_rest.capacity()) * sizeof(std::uint64_t); }

@@ -25,7 +25,7 @@ public:
     /// line of both lists. With one table shown, or different lines selected, it clears the colours instead.
     /// CelleDiverse holds the whole truth afterwards, whatever the window. Yields.
     void EvidenziaDifferenzeTabella(SelectionRule rule = SelectionRule::SameLine, CellWindow window = {});
-    /// Marks the lines of a table that changed without being shown by whether it differs.
+    /// Compares a table that was changed without being shown, and marks or clears its lines.
     void markTable(const QString &name);
     /// Compares the current tables of both databases value by value over records 1..R and fields 1..F that both have,
     /// and sets `matrix` (record, field) where they differ. Elements beyond both R and F are set. Calls `step`

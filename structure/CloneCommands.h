@@ -7,22 +7,24 @@
 namespace qir {
 
 class CellDifferences;
+class GridSave;
 class TableListAlignment;
 class TableLoader;
 
 /// Copying from one pane's database into the other's: from IndexOrigine to IndexDestinazione, which the pop-ups set,
-/// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it.
-/// What copies rows of the grids refuses a table that is not loaded whole with an error.
+/// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it. The
+/// commands that copy rows of the grids refuse, with an error, a table that is not loaded whole.
 class CloneCommands {
     Q_DECLARE_TR_FUNCTIONS(CloneCommands)
 
 public:
     CloneCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
-                  TableLoader &tables)
+                  TableLoader &tables, GridSave &save)
         : m_editor(editor)
         , m_alignment(alignment)
         , m_differences(differences)
-        , m_tables(tables) {}
+        , m_tables(tables)
+        , m_save(save) {}
 
     /// Its rows for the menus.
     void addCommands();
@@ -41,12 +43,15 @@ private:
     void requireWholeTables();
     void copyTable(const QString &name);
     void appendRecords(bool withContent);
+    /// Appends records to the target's current table; with content, that of the source's records of the same numbers.
+    void appendCopies(int count, bool withContent);
     void copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn);
 
     EditorContext &m_editor;
     TableListAlignment &m_alignment;
     CellDifferences &m_differences;
     TableLoader &m_tables;
+    GridSave &m_save;
 };
 
 } // namespace qir

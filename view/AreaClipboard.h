@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pane/EditorContext.h"
-#include "platform/grid/CellTexts.h"
+#include "platform/cells/CellTexts.h"
 #include "platform/grid/GridRange.h"
 
 #include <QCoreApplication>
@@ -33,9 +33,8 @@ public:
     void COPIA_AreaTabella(int pane);
     /// The same with the columns' headers as the first row.
     void copyWithHeaders(int pane);
-    /// Pastes into the selected block of the pane's grid and writes the grid to the database. Errors are silent; a
-    /// paste that one of them cuts short is undone as a group. A table that is not loaded whole is refused with an
-    /// error. Yields.
+    /// Pastes into the selected block of the pane's grid and writes the grid to the database. Errors are silent; one on
+    /// the way undoes the whole paste. A table that is not loaded whole is refused with an error. Yields.
     void INCOLLA_AreaTabella(int pane);
 
     /// What became of the values of the last paste that is worth telling: those that lay outside the selection, and

@@ -1,5 +1,8 @@
 #include "view/CellSearch.h"
 
+#include "base/NumberText.h"
+#include "base/columns/UnicodeText.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -48,13 +51,13 @@ bool CellSearch::hits(const QString &text) const {
     return m_terms.wholeCell ? text.compare(m_terms.text, sensitivity) == 0 : text.contains(m_terms.text, sensitivity);
 }
 
-bool CellSearch::hitsNarrow(const PackedTexts::View &text) const {
+bool CellSearch::hitsNarrow(const char *text, std::size_t size) const {
     const std::size_t length = m_sought.size();
-    if (text.size < length || (m_terms.wholeCell && text.size != length))
+    if (!m_inNarrow || size < length || (m_terms.wholeCell && size != length))
         return false;
-    const auto at = [&](std::size_t place) { return m_fold[static_cast<unsigned char>(text.bytes[place])]; };
+    const auto at = [&](std::size_t place) { return m_fold[static_cast<unsigned char>(text[place])]; };
     const char16_t first = m_sought.front();
-    for (std::size_t start = 0; start + length <= text.size; ++start) {
+    for (std::size_t start = 0; start + length <= size; ++start) {
         if (at(start) != first)
             continue;
         std::size_t same = 1;
@@ -66,24 +69,55 @@ bool CellSearch::hitsNarrow(const PackedTexts::View &text) const {
     return false;
 }
 
+bool CellSearch::hitsOwn(const PackedTexts &texts, std::size_t index, QString &text) const {
+    const PackedTexts::View view = texts.view(index);
+    if (!m_terms.pattern && !view.wide)
+        return hitsNarrow(view.bytes, view.size);
+    texts.read(index, text);
+    return hits(text);
+}
+
+bool CellSearch::hitsValue(const ColumnBlock &block, qsizetype index, QString &text) const {
+    if (!m_terms.pattern) {
+        if (!block.isText()) {
+            std::array<char, numberTextCapacity> digits{};
+            const bool fraction = block.type() == ColumnType::Double || block.type() == ColumnType::Date;
+            const char *end = fraction ? formatNumber(digits.data(), block.number(index))
+                                       : formatNumber(digits.data(), static_cast<int>(block.number(index)));
+            return hitsNarrow(digits.data(), static_cast<std::size_t>(end - digits.data()));
+        }
+        if (const QByteArrayView bytes = block.textBytes(index); isAscii(bytes))
+            return hitsNarrow(bytes.data(), static_cast<std::size_t>(bytes.size()));
+    }
+    block.readText(index, text);
+    return hits(text);
+}
+
 void CellSearch::searchColumn(const CellTexts &texts, int field, int first, int last,
                               const std::function<void(int record)> &hit) const {
     if (isEmpty())
         return;
-    const PackedTexts &column = texts.column(field);
     QString text;
-    for (int record = first; record <= last; ++record) {
-        const auto index = static_cast<std::size_t>(record - 1);
-        const PackedTexts::View view = column.view(index);
-        bool found = false;
-        if (m_terms.pattern || view.wide) {
-            column.read(index, text);
-            found = hits(text);
-        } else {
-            found = m_inNarrow && hitsNarrow(view);
+    std::size_t before = 0; // texts of the stretches passed
+    const auto from = static_cast<std::size_t>(first - 1);
+    const auto end = static_cast<std::size_t>(last);
+    for (const CellStretch &stretch : texts.column(field).stretches()) {
+        const std::size_t stop = std::min(end, before + stretch.size());
+        for (std::size_t index = std::max(from, before); index < stop; ++index) {
+            const std::size_t inside = index - before;
+            bool found = false;
+            if (stretch.own())
+                found = hitsOwn(stretch.texts(), inside, text);
+            else if (const auto typed = stretch.typed().find(inside); typed != stretch.typed().end())
+                found = hits(typed->second);
+            else
+                found = hitsValue(stretch.block(), static_cast<qsizetype>(inside), text);
+            if (found)
+                hit(static_cast<int>(index) + 1);
         }
-        if (found)
-            hit(record);
+        before += stretch.size();
+        if (before >= end)
+            return;
     }
 }
 

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "platform/grid/CellTexts.h"
+#include "platform/cells/CellTexts.h"
 
 #include <QRegularExpression>
 #include <QString>
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <vector>
 
@@ -42,7 +43,10 @@ public:
     QString replaced(QString text, const QString &replacement) const;
 
 private:
-    bool hitsNarrow(const PackedTexts::View &text) const;
+    /// The same for a text whose units all are below 256, a byte each.
+    bool hitsNarrow(const char *text, std::size_t size) const;
+    bool hitsValue(const ColumnBlock &block, qsizetype index, QString &text) const;
+    bool hitsOwn(const PackedTexts &texts, std::size_t index, QString &text) const;
 
     SearchTerms m_terms;
     QRegularExpression m_expression;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pane/EditorContext.h"
-#include "platform/grid/CellTexts.h"
+#include "platform/cells/CellTexts.h"
 
 #include <QCoreApplication>
 

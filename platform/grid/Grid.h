@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/cells/CellTexts.h"
 #include "platform/grid/CellColours.h"
-#include "platform/grid/CellTexts.h"
 #include "platform/grid/GridSelection.h"
 
 #include <QBasicTimer>
@@ -77,6 +77,7 @@ public:
     void setColData(int column, int number);
     /// Every row carries its own number again; costs nothing, whatever the number of rows.
     void renumberRows();
+    bool rowsAreRecords() const; ///< Every row carries its own number.
 
     /// Reorders texts, colours and RowData: afterwards row i + 1 is the one that was row order[i] + 1. `order` is a
     /// permutation of 0 .. Rows - 2. The current cell stays where it is.
@@ -127,6 +128,8 @@ public:
     /// The same with texts that may hold separators: record r of `block` goes to the r-th selected row, its field k to
     /// the k-th selected column.
     void setClip(const CellTexts &block);
+    /// Gives the cells of a range the texts that the same cells have in `texts`; does nothing outside the grid.
+    void copyTexts(const CellTexts &texts, const GridRange &range);
 
     // Position
 
@@ -144,8 +147,8 @@ public:
     /// Shows the same first row and column as the other grid; raises nothing.
     void followScroll(const Grid &leader);
 
-    /// How far the grid scrolls by what it holds, and how far it scrolls at least: beyond its last row or column it
-    /// shows empty room.
+    /// How far the grid scrolls by what it holds, and how far it is to scroll at least, if need be into empty room
+    /// beyond its last row or column.
     const GridReach &reach() const { return m_reach; }
     void setLeastReach(const GridReach &least);
 
@@ -197,8 +200,8 @@ Q_SIGNALS:
     void Scroll();            ///< The user scrolled by bar or wheel.
     void RowResized(int row); ///< By the user, with the mouse.
     void ColumnResized(int column);
-    void
-    LaidOut(); ///< What the grid holds, or its size, may be another, and with it reach(); or it was shown or hidden.
+    /// What the grid holds, or its size, may have changed, and with it reach(); or the grid was shown or hidden.
+    void LaidOut();
     void Revealed(); ///< A key or a drag scrolled to show where it went; before SelChange.
     /// A button went down over (row, column), -1 when over no cell; (0, 0) is the corner, told of the left button only.
     /// The keyboard's menu key, or Shift+F10, counts as the right button on the current cell, with Ctrl on the header

@@ -12,8 +12,8 @@ class ListLines;
 /// Click is raised when the user clicks a line or selects one by key, and when ListIndex is set from code to another
 /// line; nothing else raises it.
 ///
-/// While the list has the focus a double line stands round the selected line, or round all that shows where that line
-/// does not.
+/// While the list has the focus a double line stands round the selected line, or round the whole visible area when that
+/// line is out of sight.
 class ListBox : public QListView {
     Q_OBJECT
 
@@ -61,7 +61,7 @@ public:
 
 Q_SIGNALS:
     void Click();
-    /// A button went up again, whose press was in the list; after the Click.
+    /// A button that was pressed in the list went up again; raised after the Click.
     void MouseUp(Qt::MouseButton button);
     /// A button went down; the keyboard's menu key, or Shift+F10, counts as the right button. A right press on a line
     /// that is not selected has selected it (and raised Click) before this.
@@ -81,7 +81,8 @@ protected:
 
 private:
     void selectSilently(int line);
-    /// Raises the Click of a left press whose release may go elsewhere, where the press has selected another line.
+    /// Raises the Click of a left press that has selected another line, without waiting for its release, which may go
+    /// elsewhere.
     void endClick();
     void tellMenuKey();
     QRect focusArea() const;

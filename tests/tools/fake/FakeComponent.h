@@ -11,7 +11,7 @@ namespace qir {
 
 /// The recording fake: the whole contract of the component on a plain model in memory, each call told to FakeRecorder
 /// first. Members are called by name.
-class FakeComponent final : public QObject {
+class FakeComponent : public QObject {
     Q_OBJECT
     Q_CLASSINFO("Kind", "fake")
     Q_PROPERTY(bool DtbHasChanged READ dtbHasChanged WRITE setDtbHasChanged)
@@ -67,6 +67,18 @@ public:
 Q_SIGNALS:
     void Notice(const QString &text);
 
+protected:
+    static constexpr qsizetype mostRecords = qsizetype{1} << 24;
+
+    void called(const char *member, const QVariantList &arguments = {}) const;
+    [[noreturn]] void raise(const QString &text) const;
+    const fake::Table &current() const;
+    fake::Table &current();
+    int fieldIndex(int field) const;
+    int recordIndex(int record) const;
+    void appendRecord();
+    void setChanged() { m_content.changed = true; }
+
 private:
     enum class State { Created, Loaded, Failed };
     // Everything that an undone group takes back.
@@ -77,19 +89,13 @@ private:
         bool changed = false;
     };
 
-    void called(const char *member, const QVariantList &arguments = {}) const;
     void failGroups() const;
-    [[noreturn]] void raise(const QString &text) const;
     int checkedIndex(int number, qsizetype count, const char *what) const;
     QString checkedName(const QString &name) const;
     bool fails(const QString &why);
     void write();
     int tableIndex(int table) const;
     int findTable(const QString &name) const;
-    const fake::Table &current() const;
-    fake::Table &current();
-    int fieldIndex(int field) const;
-    int recordIndex(int record) const;
     QString freeTableName(const QString &name, int except) const;
     QString freeFieldName(const QString &name, int except) const;
 

@@ -55,6 +55,9 @@ public:
     virtual void setRefuseFileName(bool refuse) = 0;
     /// Tables may have equal names (AddTable, RenameTable); a look-up finds the first.
     virtual void setAllowDuplicates(bool allow) = 0;
+    /// Instances made from now on have the members for whole columns, and keep so many records of a column together; 0,
+    /// as after a reset: they lack them.
+    virtual void setColumns(int recordsTogether) = 0;
     /// Lets every living instance tell this through its Notice signal.
     virtual void notice(const QString &text) = 0;
 
@@ -78,9 +81,11 @@ inline FakeControl &FakeControl::get() {
 /// Makes the fake the component of the process, with a fresh control, while it lives.
 class UseFake {
 public:
-    UseFake()
+    /// `columns` as in FakeControl::setColumns().
+    explicit UseFake(int columns = 0)
         : m_path({QStringLiteral(FAKE_COMPONENT_FOLDER)}) {
         FakeControl::get().reset();
+        FakeControl::get().setColumns(columns);
     }
     ~UseFake() { FakeControl::get().reset(); }
     UseFake(const UseFake &) = delete;

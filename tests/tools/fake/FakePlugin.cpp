@@ -1,4 +1,4 @@
-#include "tests/tools/fake/FakeComponent.h"
+#include "tests/tools/fake/FakeColumnComponent.h"
 #include "tests/tools/fake/FakeRecorder.h"
 
 namespace qir {
@@ -10,7 +10,9 @@ class FakePlugin final : public QObject {
 
 public:
     Q_INVOKABLE QObject *CreateInstance(const QString &progId) {
-        return progId == u"QIRTBase.clsQirDatabase" ? new FakeComponent : nullptr;
+        if (progId != u"QIRTBase.clsQirDatabase")
+            return nullptr;
+        return FakeRecorder::self().columns() > 0 ? new FakeColumnComponent : new FakeComponent;
     }
     Q_INVOKABLE void *Control() { return static_cast<FakeControl *>(&FakeRecorder::self()); }
 };

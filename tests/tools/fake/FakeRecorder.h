@@ -21,6 +21,7 @@ public:
     bool hidesFileName() const { return m_hideFileName; }
     bool refusesFileName() const { return m_refuseFileName; }
     bool allowsDuplicates() const { return m_allowDuplicates; }
+    int columns() const { return m_columns; }
 
     void reset() override;
     const QList<FakeCall> &log() const override { return m_log; }
@@ -35,6 +36,7 @@ public:
     void setHideFileName(bool hide) override { m_hideFileName = hide; }
     void setRefuseFileName(bool refuse) override { m_refuseFileName = refuse; }
     void setAllowDuplicates(bool allow) override { m_allowDuplicates = allow; }
+    void setColumns(int recordsTogether) override { m_columns = recordsTogether; }
     void notice(const QString &text) override;
 
 private:
@@ -54,6 +56,7 @@ private:
     bool m_hideFileName = false;
     bool m_refuseFileName = false;
     bool m_allowDuplicates = false;
+    int m_columns = 0;
     QSet<FakeComponent *> m_alive;
     int m_lastInstance = 0;
 };
