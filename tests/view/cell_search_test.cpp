@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <random>
 
 using namespace Qt::StringLiterals;
@@ -75,6 +77,28 @@ TEST(CellSearchTest, ColumnsAndTextsAgreeOnRandomTexts) {
         }
         EXPECT_EQ(found(search, texts), expected) << qPrintable(search.terms().text);
     }
+}
+
+TEST(CellSearchTest, ValuesOfADatabaseAndTextsTypedOverThemHit) {
+    const std::array<std::int32_t, 3> numbers{12, 5, -120};
+    const std::array<TextPlace, 3> places{TextPlace{0, 2}, TextPlace{2, 3}, TextPlace{5, 1}};
+    CellTexts cells(2, 0);
+    cells.appendRecords(
+        {ColumnBlock::ofNumbers(ColumnType::Long,
+                                QByteArray(reinterpret_cast<const char *>(numbers.data()), sizeof numbers)),
+         ColumnBlock::ofTexts(QByteArray(reinterpret_cast<const char *>(places.data()), sizeof places), "aB\xC3\xA4"
+                                                                                                        "b?")});
+    const auto foundIn = [&](int field, const SearchTerms &terms) {
+        std::vector<int> records;
+        CellSearch(terms).searchColumn(cells, field, 1, 3, [&](int record) { records.push_back(record); });
+        return records;
+    };
+    EXPECT_EQ(foundIn(1, {u"12"_s}), (std::vector<int>{1, 3}));
+    EXPECT_EQ(foundIn(1, {u"12"_s, false, true}), (std::vector<int>{1}));
+    EXPECT_EQ(foundIn(2, {u"b"_s}), (std::vector<int>{1, 2}));
+    EXPECT_EQ(foundIn(2, {u"\u00C4B"_s}), (std::vector<int>{2}));
+    cells.set(1, 2, u"x12"_s);
+    EXPECT_EQ(foundIn(1, {u"12"_s}), (std::vector<int>{1, 2, 3}));
 }
 
 } // namespace

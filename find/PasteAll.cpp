@@ -1,4 +1,4 @@
-#include "view/PasteAll.h"
+#include "find/PasteAll.h"
 
 #include "base/UndoOnError.h"
 #include "pane/StoredMarks.h"
