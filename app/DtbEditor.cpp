@@ -38,8 +38,14 @@ DtbEditor::DtbEditor()
     , m_summary(m_editor, m_differingTables, m_walk)
     , m_tables(m_editor, m_differences)
     , m_gridSave(m_editor, m_differences)
-    , m_cellEditor(m_editor, m_marks)
-    , m_clipboard(m_editor, m_gridSave, m_tables)
+    , m_stored(m_editor)
+    , m_cellEditor(m_editor, m_marks, m_stored)
+    , m_clipboard(m_editor, m_gridSave, m_tables, m_stored)
+    , m_edits(m_editor, m_gridSave, m_tables, m_stored)
+    , m_pasteAll(m_editor, m_gridSave, m_tables, m_stored)
+    , m_goTo(m_editor)
+    , m_cellText(m_editor, m_cellEditor)
+    , m_tableFilter(m_editor)
     , m_sorting(m_editor, m_gridSave, m_tables)
     , m_gridPopups(m_editor)
     , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
@@ -52,7 +58,7 @@ DtbEditor::DtbEditor()
     , m_close(m_editor, m_alignment, m_differences)
     , m_listPopup(m_editor)
     , m_tableCommands(m_editor, m_alignment, m_differences, m_tables)
-    , m_fieldCommands(m_editor, m_differences, m_tables)
+    , m_fieldCommands(m_editor, m_differences, m_tables, m_stored)
     , m_recordCommands(m_editor, m_differences, m_tables)
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
     , m_carryCommands(m_editor, m_differences, m_tables, m_cloneCommands, m_walk)
@@ -68,6 +74,7 @@ DtbEditor::DtbEditor()
     resize(1000, 700);
     restoreWindowPlace(*this, m_editor.remembered());
     buildControls(*this, m_editor);
+    m_find.emplace(m_editor, m_differences, m_tables, m_stored);
     addCommands();
     buildMenus(*this, m_editor.controls);
     buildParts();
@@ -89,6 +96,8 @@ void DtbEditor::buildParts() {
     m_differingTables.watchLists();
     m_differenceWords.install();
     m_strips.build();
+    connect(&m_find->bar(), &FindBar::resized, this, &DtbEditor::Form_Resize);
+    connect(&m_tableFilter, &TableFilter::resized, this, &DtbEditor::Form_Resize);
 }
 
 void DtbEditor::settleWithLoop() {
@@ -98,6 +107,8 @@ void DtbEditor::settleWithLoop() {
     loop->setWindow(this);
     loop->setErrorTitle(applicationTitle());
     loop->addSettling([this] { m_tables.settlePanes(); });
+    loop->addSettling([this] { m_tableFilter.follow(); });
+    loop->addSettling([this] { m_find->follow(); });
     loop->addSettling([this] { commandEnded(); });
     loop->addSettling([this] { m_keyed.settle(); });
     loop->addSettling([this] { m_notices.show(); });
@@ -137,6 +148,10 @@ void DtbEditor::connectPane(int pane) {
     m_tables.connectPane(pane);
     m_gridEvents.connectPane(pane);
     m_cellEditor.connectPane(pane);
+    m_edits.connectPane(pane);
+    m_tableFilter.connectPane(pane);
+    m_cellText.connectPane(pane);
+    m_stored.connectPane(pane);
     m_listPopup.connectPane(pane);
     m_focus.watch(pane);
 }
@@ -165,6 +180,10 @@ void DtbEditor::addCommands() {
     m_filesAtHand.addCommands();
     m_colours.addCommands();
     m_toolBar.addCommands();
+    m_edits.addCommands();
+    m_pasteAll.addCommands();
+    m_find->addCommands();
+    m_goTo.addCommands();
     addHelpCommands(m_editor);
 }
 

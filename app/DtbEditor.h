@@ -21,8 +21,14 @@
 #include "compare/TableListAlignment.h"
 #include "compare/TableMarks.h"
 #include "compare/keyed/KeyedCommands.h"
+#include "find/CellTextCommand.h"
+#include "find/FindCommands.h"
+#include "find/GoToCommand.h"
+#include "find/PasteAll.h"
+#include "find/TableFilter.h"
 #include "pane/EditorContext.h"
 #include "pane/PaneFocus.h"
+#include "pane/StoredMarks.h"
 #include "platform/grid/GridPair.h"
 #include "structure/CarryCommands.h"
 #include "structure/CloneCommands.h"
@@ -31,6 +37,7 @@
 #include "structure/TableCommands.h"
 #include "view/AreaClipboard.h"
 #include "view/CellEditor.h"
+#include "view/EditCommands.h"
 #include "view/GridEvents.h"
 #include "view/GridPopups.h"
 #include "view/GridSave.h"
@@ -64,6 +71,8 @@ public:
 
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }
+    /// What the last paste has to tell; "" nothing.
+    QString pasteOutcome() const { return m_clipboard.outcome(); }
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -103,11 +112,18 @@ private:
     DifferencesSummary m_summary;
     TableLoader m_tables;
     GridSave m_gridSave;
+    StoredMarks m_stored;
     CellEditor m_cellEditor;
     AreaClipboard m_clipboard;
+    EditCommands m_edits;
+    PasteAll m_pasteAll;
+    GoToCommand m_goTo;
+    CellTextCommand m_cellText;
+    TableFilter m_tableFilter;
     Sorting m_sorting;
     GridPopups m_gridPopups;
     GridEvents m_gridEvents;
+    std::optional<FindCommands> m_find; // once the controls stand
     std::optional<GridPair> m_gridPair; // once the grids stand
     OutsideChanges m_changes;
     FileSigns m_signs;

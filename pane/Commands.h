@@ -21,6 +21,20 @@ namespace qir {
         COMMAND(ForgetMenu)                                 \
         LINE                                                \
         COMMAND(EndMenu)                                    \
+    MENU(EditMenu)                                          \
+        COMMAND(CopyWithHeadersMenu)                        \
+        COMMAND(PasteAllMenu)                               \
+        LINE                                                \
+        COMMAND(DeleteCellsMenu)                            \
+        COMMAND(FillDownMenu)                               \
+        LINE                                                \
+        COMMAND(SelectAllMenu)                              \
+        LINE                                                \
+        COMMAND(FindMenu)                                   \
+        COMMAND(FindNextMenu)                               \
+        COMMAND(FindPreviousMenu)                           \
+        COMMAND(ReplaceMenu)                                \
+        COMMAND(GoToMenu)                                   \
     MENU(ModeMenu)                                          \
         COMMAND(OneMenu)                                    \
         COMMAND(TwoMenu)                                    \

@@ -27,6 +27,7 @@ struct EditorControls {
     QProgressBar *ProgressBarCompare = nullptr;
     QLabel *AutoSizeLabelTwips = nullptr; ///< Hidden; its font is what columns are measured in.
     ListBox *ProSort = nullptr;           ///< Hidden; a sorted list box that serves as a sorter.
+    QWidget *belowFrames = nullptr;       ///< Asks for room below the frames while it is not hidden; may be missing.
     std::array<QMenu *, menuCount> menus{};
     CommandTable commands;
 

@@ -6,6 +6,7 @@
 #include "dialogs/CaricaTipi.h"
 #include "dialogs/frmListaStringhePlain.h"
 
+#include "pane/StoredMarks.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
@@ -179,7 +180,10 @@ void FieldCommands::ResizeTextFieldSecco() {
     if (const std::optional<double> newSize = askSize(tr("Field size"), size)) {
         database().ResizeField(field, *newSize);
         // The grid goes on showing its texts whole.
-        m_editor.pane(m_editor.IndexAttivo()).setTextsUnstored(true);
+        const int pane = m_editor.IndexAttivo();
+        const Grid &grid = m_editor.Tabella(pane);
+        m_editor.pane(pane).setTextsUnstored(true);
+        m_stored.look(pane, {1, grid.Col(), grid.Rows() - 1, grid.Col()});
     }
 }
 

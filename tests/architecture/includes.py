@@ -49,10 +49,11 @@ ROWS = {
     "compare": WINDOW + ["compare/engine"],
     "compare/keyed": WINDOW + ["compare/engine", "compare/report"],
     "view": WINDOW + ["compare", "compare/engine"],
+    "find": WINDOW + ["compare", "compare/engine", "view"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
     "app/desktop": WINDOW + ["compare", "compare/engine", "view"],
     "app/look": WINDOW,
-    "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view",
+    "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view", "find",
             "structure", "app/desktop", "app/look"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
