@@ -43,7 +43,8 @@ DtbEditor::DtbEditor()
     , m_fieldCommands(m_editor, m_differences, m_tables)
     , m_recordCommands(m_editor, m_differences, m_tables)
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables)
-    , m_modes(m_editor, m_alignment, m_differences, m_tables) {
+    , m_modes(m_editor, m_alignment, m_differences, m_tables)
+    , m_undo(m_editor, m_alignment, m_differences, m_tables) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
@@ -60,6 +61,7 @@ DtbEditor::DtbEditor()
         loop->setWindow(this);
         loop->setErrorTitle(applicationTitle());
         loop->addSettling([this] { m_tables.settlePanes(); });
+        loop->addSettling([this] { m_undo.follow(); });
         loop->addSettling([this] { m_notices.show(); });
     }
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
@@ -92,6 +94,7 @@ void DtbEditor::addCommands() {
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::EndMenu, tr("E&xit"), [this] { EndMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q)});
+    m_undo.addCommands();
     m_modes.addCommands();
     addColumnFit(m_editor);
     m_tableCommands.addCommands();

@@ -5,6 +5,7 @@
 #include "app/Notices.h"
 #include "app/OpenCommand.h"
 #include "app/SaveCommands.h"
+#include "app/history/UndoCommands.h"
 #include "compare/CellDifferences.h"
 #include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
@@ -87,6 +88,7 @@ private:
     RecordCommands m_recordCommands;
     CloneCommands m_cloneCommands;
     ModeCommands m_modes;
+    UndoCommands m_undo;
 };
 
 } // namespace qir

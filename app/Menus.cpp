@@ -14,6 +14,8 @@ QString captionOf(Menu menu) {
     switch (menu) {
     case Menu::FileMenu:
         return QObject::tr("&File");
+    case Menu::EditMenu:
+        return QObject::tr("&Edit");
     case Menu::ModeMenu:
         return QObject::tr("&Mode");
     case Menu::ViewMenu:

@@ -11,17 +11,19 @@ namespace qir {
     COMMAND(OpenDatabase)                                                                                              \
     COMMAND(SaveMenu)                                                                                                  \
     COMMAND(SaveAsMenu)                                                                                                \
+    COMMAND(RevertMenu)                                                                                                \
     COMMAND(CloseDatabaseMenu)                                                                                         \
     LINE COMMAND(ChangePassword)                                                                                       \
-    LINE COMMAND(EndMenu) MENU(ModeMenu) COMMAND(OneMenu) COMMAND(TwoMenu) LINE COMMAND(CompareAgainMenu)              \
-        MENU(ViewMenu) COMMAND(ColumnSizeAdjust) COMMAND(OtherPaneMenu) MENU(TablesMenu) COMMAND(AddTableMenu)         \
-            COMMAND(RenameTableMenu) COMMAND(RemoveTableMenu) MENU(FieldsMenu) COMMAND(AddFieldMenu)                   \
-                COMMAND(RenameFieldMenu) COMMAND(RemoveFieldMenu) COMMAND(ResizeTextField) MENU(RecordMenu)            \
-                    COMMAND(AddRecordMenu) COMMAND(RemoveRecordMenu) MENU(HelpMenu) COMMAND(HelpKeysMenu)              \
-                        COMMAND(AboutMenu) MENU(popmenuCopyToOther) COMMAND(ClonePOP) COMMAND(RenameTablePOP)          \
-                            COMMAND(RemoveTablePOP) MENU(popmenuGrid) COMMAND(CloneTableSizePOP)                       \
-                                COMMAND(CloneSelectedAreaPOP) COMMAND(RemoveRecordPOP) MENU(popmenuGridFields)         \
-                                    COMMAND(SortFPOP) LINE                                                             \
+    LINE COMMAND(EndMenu) MENU(EditMenu) COMMAND(UndoMenu) COMMAND(RedoMenu) LINE COMMAND(HistoryMenu) MENU(ModeMenu)  \
+        COMMAND(OneMenu) COMMAND(TwoMenu) LINE                                                                         \
+        COMMAND(CompareAgainMenu) MENU(ViewMenu) COMMAND(ColumnSizeAdjust) COMMAND(OtherPaneMenu) MENU(TablesMenu)     \
+            COMMAND(AddTableMenu) COMMAND(RenameTableMenu) COMMAND(RemoveTableMenu) MENU(FieldsMenu)                   \
+                COMMAND(AddFieldMenu) COMMAND(RenameFieldMenu) COMMAND(RemoveFieldMenu) COMMAND(ResizeTextField)       \
+                    MENU(RecordMenu) COMMAND(AddRecordMenu) COMMAND(RemoveRecordMenu) MENU(HelpMenu)                   \
+                        COMMAND(HelpKeysMenu) COMMAND(AboutMenu) MENU(popmenuCopyToOther) COMMAND(ClonePOP)            \
+                            COMMAND(RenameTablePOP) COMMAND(RemoveTablePOP) MENU(popmenuGrid)                          \
+                                COMMAND(CloneTableSizePOP) COMMAND(CloneSelectedAreaPOP) COMMAND(RemoveRecordPOP)      \
+                                    MENU(popmenuGridFields) COMMAND(SortFPOP) LINE                                     \
                                     COMMAND(RenameFieldPOP) COMMAND(RemoveFieldPOP) COMMAND(ResizeTextFieldPOP) LINE   \
                                     COMMAND(CloneTableSizeFPOP) COMMAND(CloneSelectedAreaFPOP) MENU(popmenuCP)         \
                                         COMMAND(CopyMenu) COMMAND(PasteMenu)

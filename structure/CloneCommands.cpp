@@ -79,6 +79,7 @@ void CloneCommands::copyTable(const QString &name) {
     m_editor.pane(m_editor.IndexOrigine()).makeTableCurrent(name);
     // Not remembered as current: an error on the way takes the table away again.
     m_editor.pane(m_editor.IndexDestinazione()).currentTableLost();
+    const ChangeStep step(target(), tr("Copy of table %1").arg(name));
     ChangeGroup changes(target());
     target().AddTable(name);
     target().QIRTableRecordSource(name);
@@ -116,6 +117,8 @@ void CloneCommands::CloneTableSizeSecco() {
 }
 
 void CloneCommands::appendRecords(bool withContent) {
+    const ChangeStep step(target(),
+                          tr("Records for %1").arg(m_editor.pane(m_editor.IndexDestinazione()).TabellaMostrata()));
     ChangeGroup changes(target());
     RecordCopy copy(source(), target());
     YieldTimer timer;
@@ -158,6 +161,8 @@ void CloneCommands::CloneSelectedAreaSecco() {
 void CloneCommands::copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn) {
     const Grid &from = m_editor.Tabella(m_editor.IndexOrigine());
     Grid &to = m_editor.Tabella(m_editor.IndexDestinazione());
+    const ChangeStep step(target(),
+                          tr("Copy of cells to %1").arg(m_editor.pane(m_editor.IndexDestinazione()).TabellaMostrata()));
     ChangeGroup changes(target());
     YieldTimer timer;
     for (int r = firstRow; r <= lastRow; ++r) {

@@ -9,6 +9,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/GridAlignment.h"
+#include "view/StepNames.h"
 
 #include <QGuiApplication>
 #include <QInputMethod>
@@ -21,6 +22,8 @@
 #include <optional>
 
 namespace qir {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -179,6 +182,10 @@ void CellEditor::ScriviDaEditADtb(int pane) {
         [&] {
             m_editor.pane(pane).makeShownTableCurrent();
             const QirDatabase &database = m_editor.OggettoDtb(pane);
+            // All keystrokes of one edit are one step.
+            const ChangeStep step(
+                database, tr("Edit of %1.%2").arg(m_editor.pane(pane).TabellaMostrata(), fieldNameOf(grid, column)),
+                u"edit %1"_s.arg(m_editor.cellEdit().number()));
             database.setQIRTableRecordsPointerOut(grid.RowData(row));
             AssegnaARecordset(database, grid.ColData(column), text);
         },

@@ -85,12 +85,15 @@ std::optional<ReadOperation> takeOperation(QByteArrayView &payload);
 bool applyChange(const ReadOperation &operation, Database &database);
 
 /// Makes again what a journal tells, whole group by whole group, and with it the steps of the history: the database
-/// keeps them all from then on. Tells nobody of it: the database must have no listener.
+/// keeps them from then on, `stepsBudget` bytes at most. Tells nobody of it: the database must have no listener.
 class JournalReplay {
 public:
+    /// Far more than a session keeps: a step that the journal undoes must be there.
+    static constexpr std::size_t stepsBudget = std::size_t{4} << 30;
+
     explicit JournalReplay(Database &database)
         : m_database(database) {
-        database.keepSteps(History::noBudget);
+        database.keepSteps(stepsBudget);
     }
 
     /// The next record. False where it makes no sense or cannot be made again: nothing of its group has been done then,

@@ -38,7 +38,8 @@ ROWS = {
     "compare": WINDOW + ["compare/engine"],
     "view": WINDOW + ["compare", "compare/engine"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
-    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure"],
+    "app/history": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
+    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure", "app/history"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"

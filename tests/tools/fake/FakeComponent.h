@@ -11,7 +11,7 @@ namespace qir {
 
 /// The recording fake: the whole contract of the component on a plain model in memory, each call told to FakeRecorder
 /// first. Members are called by name.
-class FakeComponent final : public QObject {
+class FakeComponent : public QObject {
     Q_OBJECT
     Q_CLASSINFO("Kind", "fake")
     Q_PROPERTY(bool DtbHasChanged READ dtbHasChanged WRITE setDtbHasChanged)
@@ -67,8 +67,14 @@ public:
 Q_SIGNALS:
     void Notice(const QString &text);
 
+protected:
+    /// Called by every member before it is recorded.
+    virtual void beforeCall() const {}
+
 private:
     enum class State { Created, Loaded, Failed };
+
+protected:
     // Everything that an undone group takes back.
     struct Content {
         fake::Database database;
@@ -81,6 +87,8 @@ private:
     void failGroups() const;
     [[noreturn]] void raise(const QString &text) const;
     int checkedIndex(int number, qsizetype count, const char *what) const;
+
+private:
     QString checkedName(const QString &name) const;
     bool fails(const QString &why);
     void write();
@@ -97,13 +105,15 @@ private:
     QString m_fileName;
     QString m_savedFileName; // the last that was loaded or saved under
     QString m_lastError;
-    Content m_content;
+    int m_instance;
+
+protected:
     struct Group {
         Content before;
         bool failed = false;
     };
+    Content m_content;
     mutable QList<Group> m_groups; // open ones, the outermost first
-    int m_instance;
 };
 
 } // namespace qir

@@ -55,6 +55,8 @@ public:
     virtual void setRefuseFileName(bool refuse) = 0;
     /// Tables may have equal names (AddTable, RenameTable); a look-up finds the first.
     virtual void setAllowDuplicates(bool allow) = 0;
+    /// Instances made from now on have the members for taking steps back.
+    virtual void setSteps(bool has) = 0;
     /// Lets every living instance tell this through its Notice signal.
     virtual void notice(const QString &text) = 0;
 

@@ -1,5 +1,6 @@
 #include "tests/tools/fake/FakeComponent.h"
 #include "tests/tools/fake/FakeRecorder.h"
+#include "tests/tools/fake/FakeStepsComponent.h"
 
 namespace qir {
 
@@ -10,7 +11,9 @@ class FakePlugin final : public QObject {
 
 public:
     Q_INVOKABLE QObject *CreateInstance(const QString &progId) {
-        return progId == u"QIRTBase.clsQirDatabase" ? new FakeComponent : nullptr;
+        if (progId != u"QIRTBase.clsQirDatabase")
+            return nullptr;
+        return FakeRecorder::self().hasSteps() ? new FakeStepsComponent : new FakeComponent;
     }
     Q_INVOKABLE void *Control() { return static_cast<FakeControl *>(&FakeRecorder::self()); }
 };

@@ -35,6 +35,8 @@ public:
     void setHideFileName(bool hide) override { m_hideFileName = hide; }
     void setRefuseFileName(bool refuse) override { m_refuseFileName = refuse; }
     void setAllowDuplicates(bool allow) override { m_allowDuplicates = allow; }
+    void setSteps(bool has) override { m_hasSteps = has; }
+    bool hasSteps() const { return m_hasSteps; }
     void notice(const QString &text) override;
 
 private:
@@ -54,6 +56,7 @@ private:
     bool m_hideFileName = false;
     bool m_refuseFileName = false;
     bool m_allowDuplicates = false;
+    bool m_hasSteps = false;
     QSet<FakeComponent *> m_alive;
     int m_lastInstance = 0;
 };
