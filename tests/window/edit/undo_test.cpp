@@ -16,6 +16,7 @@ namespace {
 
 /// All that both panes show and hold.
 struct Seen {
+    std::array<QString, 2> shown;
     std::array<QStringList, 2> lines;
     std::array<QList<QStringList>, 2> texts;
     std::array<Cells, 2> red;
@@ -28,6 +29,7 @@ Seen look(EditorFixture &fixture) {
     Seen seen;
     for (const std::size_t pane : {0U, 1U}) {
         const int number = static_cast<int>(pane);
+        seen.shown[pane] = fixture.shownTable(number);
         seen.lines[pane] = fixture.lines(number);
         if (!fixture.isOpen(number) || !fixture.editor().pane(number).realTableSelected())
             continue;
@@ -188,6 +190,7 @@ private Q_SLOTS:
         tried.act(fixture);
         QIR_VERIFY_OK(fixture);
         fixture.activate(0);
+        fixture.choose(Command::CompareAgainMenu); // some commands leave the lists unaligned
         const Seen after = look(fixture);
         QVERIFY(after != before);
         QCOMPARE(fixture.database(0).StepsCount(), 1);
@@ -209,7 +212,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.lines(0), after.lines[0]);
         QCOMPARE(fixture.lines(1), after.lines[1]);
         QVERIFY(fixture.database(0).DtbHasChanged());
-        if (look(fixture).fields[0] == after.fields[0])
+        if (look(fixture).shown == after.shown)
             QVERIFY(look(fixture) == after);
     }
 
