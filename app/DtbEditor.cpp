@@ -42,7 +42,7 @@ DtbEditor::DtbEditor()
     , m_tableCommands(m_editor, m_alignment, m_differences, m_tables)
     , m_fieldCommands(m_editor, m_differences, m_tables)
     , m_recordCommands(m_editor, m_differences, m_tables)
-    , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables)
+    , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
     , m_modes(m_editor, m_alignment, m_differences, m_tables)
     , m_undo(m_editor, m_alignment, m_differences, m_tables) {
     setObjectName(u"DtbEditor"_s);

@@ -175,7 +175,7 @@ void paintBothGrids(benchmark::State &state) {
 
 void updateOneEditedCell(benchmark::State &state) {
     BothPanes &panes = shownMixedTables();
-    BitMatrix &different = panes.editor().CelleDiverse();
+    BitMatrix &different = panes.editor().foundDifferences();
     bool differs = false;
     for (auto _ : state) {
         differs = !differs;

@@ -3,6 +3,7 @@
 
 #include "app/DtbEditor.h"
 #include "bench/MixedTable.h"
+#include "pane/ActivePane.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"

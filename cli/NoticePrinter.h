@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+#include <utility>
+
 namespace qir {
 
 class QirDatabase;
@@ -12,8 +14,8 @@ class NoticePrinter final : public QObject {
     Q_OBJECT
 
 public:
-    explicit NoticePrinter(const QString &file)
-        : m_file(file) {}
+    explicit NoticePrinter(QString file)
+        : m_file(std::move(file)) {}
     /// Listens to the component, where it has something to tell.
     void listenTo(const QirDatabase &database);
 

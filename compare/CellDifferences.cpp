@@ -63,8 +63,9 @@ public:
     ComparisonProgress &operator=(const ComparisonProgress &) = delete;
 
     void advanceTo(int record) {
-        if (record % m_stride != 0 && record != m_records)
+        if (record - m_shown < m_stride && record != m_records)
             return;
+        m_shown = record;
         m_bar.setValue(record);
         m_bar.repaint();
     }
@@ -81,6 +82,7 @@ private:
     QProgressBar &m_bar;
     int m_records;
     int m_stride;
+    int m_shown = 0;
 };
 
 std::size_t atLeastZero(int number) {

@@ -72,6 +72,10 @@ const Method<int()> changedRecord{"ChangedRecord"};
 const Method<int()> changedField{"ChangedField"};
 const Method<int()> changedTables{"ChangedTables"};
 const Method<void(QString)> revertToSaved{"RevertToSaved"};
+const Method<QVariant(int, int, int)> readColumn{"ReadColumn"};
+const Method<void(int, int, QVariant)> writeColumn{"WriteColumn"};
+const Method<void(int)> appendRecords{"AppendRecords"};
+const Method<double()> tableRevision{"TableRevision"};
 
 } // namespace
 
@@ -284,6 +288,38 @@ bool QirDatabase::hasFilePlaces() const {
 void QirDatabase::SetFilePlace(const QString &fileName, const QString &place) const {
     if (hasFilePlaces())
         setFilePlace(m_object, fileName, place);
+}
+
+bool QirDatabase::hasColumns() const {
+    return readColumn.isIn(m_object) && writeColumn.isIn(m_object) && appendRecords.isIn(m_object) &&
+           tableRevision.isIn(m_object);
+}
+
+ColumnBlock QirDatabase::ReadColumn(int field, int first, int count) const {
+    const auto wrong = [&](const QString &what) -> AutomationError {
+        return AutomationError(u"%1: %2 gave back what it must not: %3"_s.arg(
+            QString::fromLatin1(m_object.object()->metaObject()->className()), readColumn.signature(), what));
+    };
+    const Result<ColumnBlock> block = ColumnBlock::fromVariant(readColumn(m_object, field, first, count));
+    if (!block)
+        throw wrong(block.error().text);
+    if (block->count() < 1 || block->count() > count)
+        throw wrong(u"%1 values, asked for 1 to %2."_s.arg(block->count()).arg(count));
+    return *block;
+}
+
+void QirDatabase::WriteColumn(int field, int first, const ColumnBlock &block) const {
+    changed();
+    writeColumn(m_object, field, first, block.toVariant());
+}
+
+void QirDatabase::AppendRecords(int count) const {
+    changed();
+    appendRecords(m_object, count);
+}
+
+double QirDatabase::TableRevision() const {
+    return tableRevision(m_object);
 }
 
 bool QirDatabase::hasSteps() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/columns/ColumnBlock.h"
 #include "platform/automation/AutomationObject.h"
 
 #include <QMetaMethod>
@@ -237,6 +238,25 @@ public:
     /// version stands there no more. Only where hasRevert().
     void RevertToSaved(const QString &name) const;
     bool hasRevert() const;
+
+    /// Whether the component has the four below, which move whole columns of the current table. Where it lacks one of
+    /// them none is called: values go cell by cell.
+    bool hasColumns() const;
+    /// Values of a field from record `first` on, as a block of its type (base/columns/ColumnBlock.h): at least one and
+    /// at most `count`, as many as the component keeps together; ask again for the next. Numbers and texts are those
+    /// that QIRTableRecordSetByIndex() gives. The block stays as it is whatever changes, and shares its memory with
+    /// the component until then. Throws for a record that is not there and a `count` below 1; that there are fewer
+    /// records than `count` is no error. Throws AutomationError where the component gave back no such block.
+    ColumnBlock ReadColumn(int field, int first, int count) const;
+    /// Replaces the values of a field from record `first` on, which is there, by those of a block of its type; each is
+    /// stored as setQIRTableRecordSetByIndex() stores it. The component may go on with the block's memory. Throws for
+    /// a block of another type, one that reaches beyond the last record, and texts that are no UTF-8.
+    void WriteColumn(int field, int first, const ColumnBlock &block) const;
+    /// AddRecord() as often as `count`, 0 or more, says: all or none.
+    void AppendRecords(int count) const;
+    /// Another number after each call that has changed fields or records of the current table, a cancelled group
+    /// included: while it stays, what was read holds. No two states of an instance have the same.
+    double TableRevision() const;
 
 private:
     explicit QirDatabase(AutomationObject object)

@@ -1,7 +1,6 @@
 #include "qirtbase/clsQirDatabase.h"
 
 #include "base/ErrorWords.h"
-#include "base/UndoOnError.h"
 #include "base/VariantKind.h"
 #include "qirtbase/journal/JournalRecovery.h"
 #include "qirtbase/journal/JournalReseal.h"
@@ -60,13 +59,11 @@ QString noteOn(const KdfCosts &costs, const KdfCosts &usual) {
 /// Every member that may fail runs in here: an error ends every open group as undone, and lack of memory gets words.
 template<class Body>
 auto clsQirDatabase::guarded(Body body) -> decltype(body()) {
-    const UndoOnError fail([this] {
-        for (Group &group : m_groups)
-            group.failed = true;
-    });
-    try {
+    try { // costs nothing as long as nothing goes wrong, and this runs millions of times for a table
         return body();
     } catch (const std::exception &error) {
+        for (Group &group : m_groups)
+            group.failed = true;
         if (isLackOfMemory(error))
             raise(errorWords(error));
         throw;
@@ -492,6 +489,53 @@ void clsQirDatabase::GetQirRecord(int record, QStringList &values) {
         for (const Field &field : fields)
             field.column.readText(index, *++texts);
     });
+}
+
+// ------------------------------------------------------------------------------------------------------ whole columns
+
+QVariant clsQirDatabase::ReadColumn(int field, int first, int count) {
+    return guarded([&] {
+        const Table &table = currentTable();
+        const std::size_t index = fieldIndex(field);
+        const std::size_t record = recordIndex(first);
+        if (count < 1)
+            raise(u"%1 records cannot be read."_s.arg(count));
+        const std::size_t most = std::min(static_cast<std::size_t>(count), table.recordCount() - record);
+        return table.field(index).column.block(record, most).toVariant();
+    });
+}
+
+void clsQirDatabase::WriteColumn(int field, int first, const QVariant &block) {
+    guarded([&] {
+        Table &table = currentTable();
+        const std::size_t index = fieldIndex(field);
+        const std::size_t record = recordIndex(first);
+        const Result<ColumnBlock> values = ColumnBlock::fromVariant(block);
+        if (!values)
+            raise(values.error().text);
+        if (values->type() != table.field(index).type())
+            raise(u"The block has values of another type than the field."_s);
+        if (static_cast<std::size_t>(values->count()) > table.recordCount() - record)
+            raise(u"The block has more values than there are records from number %1 on."_s.arg(first));
+        if (m_database.setBlock(table, index, record, *values))
+            m_changed = true;
+    });
+}
+
+void clsQirDatabase::AppendRecords(int count) {
+    guarded([&] {
+        Table &table = currentTable();
+        if (count < 0)
+            raise(u"%1 records cannot be added."_s.arg(count));
+        if (count == 0)
+            return;
+        m_database.addRecords(table, static_cast<std::size_t>(count));
+        m_changed = true;
+    });
+}
+
+double clsQirDatabase::TableRevision() {
+    return guarded([&] { return static_cast<double>(currentTable().revision()); });
 }
 
 // --------------------------------------------------------------------------------------------------- groups of changes

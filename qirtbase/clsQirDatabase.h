@@ -133,6 +133,21 @@ public:
     /// memory where nobody shares them. The current record stays.
     Q_INVOKABLE void GetQirRecord(int record, QStringList &values);
 
+    // ------------------------------------------------------------------------------ whole columns of the current table
+    // Blocks are those of base/columns/ColumnBlock.h.
+
+    /// Values of a field from record `first` on, at least one and at most `count`: as many as stand together, whose
+    /// memory the block shares.
+    Q_INVOKABLE QVariant ReadColumn(int field, int first, int count);
+    /// Replaces values from record `first` on; each is stored as QIRTableRecordSetByIndex() stores it. The block is one
+    /// of the field's type.
+    Q_INVOKABLE void WriteColumn(int field, int first, const QVariant &block);
+    /// AddRecord() as often as `count` says.
+    Q_INVOKABLE void AppendRecords(int count);
+    /// Another number whenever fields or records of the current table have changed; no two states and no two tables
+    /// have the same.
+    Q_INVOKABLE double TableRevision();
+
     // --------------------------------------------------------------------------------------------- groups of changes
 
     /// From here to the matching EndChanges() all changes are one; groups nest. One that is still open at the release

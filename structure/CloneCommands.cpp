@@ -4,7 +4,6 @@
 #include "base/Collation.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
-#include "db/AssegnaARecordset.h"
 #include "pane/ActivePane.h"
 
 #include "platform/dialogs/Dialogs.h"
@@ -12,6 +11,7 @@
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 #include "structure/TableCopy.h"
+#include "view/GridSave.h"
 #include "view/TableLoader.h"
 
 #include <exception>
@@ -86,16 +86,7 @@ void CloneCommands::copyTable(const QString &name) {
     target().RemoveRecord(1);
     target().RemoveField(1);
     copyFields(source(), target());
-    RecordCopy copy(source(), target());
-    YieldTimer timer;
-    const int records = source().QirTableRecordsCount();
-    for (int r = 1; r <= records; ++r) {
-        target().AddRecord();
-        source().setQIRTableRecordsPointerOut(r);
-        target().setQIRTableRecordsPointerOut(r);
-        copy.copyCurrentRecord();
-        timer.yieldIfDue();
-    }
+    appendCopies(source().QirTableRecordsCount(), true);
     changes.commit();
 }
 
@@ -120,20 +111,32 @@ void CloneCommands::appendRecords(bool withContent) {
     const ChangeStep step(target(),
                           tr("Records for %1").arg(m_editor.pane(m_editor.IndexDestinazione()).TabellaMostrata()));
     ChangeGroup changes(target());
+    appendCopies(source().QirTableRecordsCount() - m_editor.Tabella(m_editor.IndexDestinazione()).Rows() + 1,
+                 withContent);
+    changes.commit();
+}
+
+void CloneCommands::appendCopies(int count, bool withContent) {
+    if (count < 1)
+        return;
+    const int before = target().QirTableRecordsCount();
+    if (canCopyColumns(source(), target())) {
+        target().AppendRecords(count);
+        if (withContent)
+            copyColumns(source(), target(), before + 1, count);
+        return;
+    }
     RecordCopy copy(source(), target());
     YieldTimer timer;
-    const int records = source().QirTableRecordsCount();
-    for (int k = m_editor.Tabella(m_editor.IndexDestinazione()).Rows(); k <= records; ++k) {
+    for (int record = before + 1; record <= before + count; ++record) {
         target().AddRecord();
         if (withContent) {
-            const int record = target().QirTableRecordsCount();
             target().setQIRTableRecordsPointerOut(record);
             source().setQIRTableRecordsPointerOut(record);
             copy.copyCurrentRecord();
         }
         timer.yieldIfDue();
     }
-    changes.commit();
 }
 
 void CloneCommands::CloneSelectedAreaSecco() {
@@ -163,17 +166,10 @@ void CloneCommands::copyBlock(int firstRow, int lastRow, int firstColumn, int la
     Grid &to = m_editor.Tabella(m_editor.IndexDestinazione());
     const ChangeStep step(target(),
                           tr("Copy of cells to %1").arg(m_editor.pane(m_editor.IndexDestinazione()).TabellaMostrata()));
+    const GridRange cells{firstRow, firstColumn, lastRow, lastColumn};
     ChangeGroup changes(target());
-    YieldTimer timer;
-    for (int r = firstRow; r <= lastRow; ++r) {
-        target().setQIRTableRecordsPointerOut(to.RowData(r));
-        for (int j = firstColumn; j <= lastColumn; ++j) {
-            const QString text = from.TextMatrix(r, j);
-            to.setTextMatrix(r, j, text);
-            AssegnaARecordset(target(), to.ColData(j), text);
-            timer.yieldIfDue();
-        }
-    }
+    to.copyTexts(from.texts(), cells);
+    m_save.store(m_editor.IndexDestinazione(), cells);
     changes.commit();
 }
 

@@ -7,6 +7,7 @@
 namespace qir {
 
 class CellDifferences;
+class GridSave;
 class TableListAlignment;
 class TableLoader;
 
@@ -18,11 +19,12 @@ class CloneCommands {
 
 public:
     CloneCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
-                  TableLoader &tables)
+                  TableLoader &tables, GridSave &save)
         : m_editor(editor)
         , m_alignment(alignment)
         , m_differences(differences)
-        , m_tables(tables) {}
+        , m_tables(tables)
+        , m_save(save) {}
 
     /// Its rows for the menus.
     void addCommands();
@@ -41,12 +43,15 @@ private:
     void requireWholeTables();
     void copyTable(const QString &name);
     void appendRecords(bool withContent);
+    /// Appends records to the target's current table; with content, that of the source's records of the same numbers.
+    void appendCopies(int count, bool withContent);
     void copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn);
 
     EditorContext &m_editor;
     TableListAlignment &m_alignment;
     CellDifferences &m_differences;
     TableLoader &m_tables;
+    GridSave &m_save;
 };
 
 } // namespace qir

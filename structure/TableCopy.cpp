@@ -1,5 +1,7 @@
 #include "structure/TableCopy.h"
 
+#include "platform/loop/MessageLoop.h"
+
 namespace qir {
 
 void copyFields(const QirDatabase &source, const QirDatabase &target) {
@@ -8,6 +10,30 @@ void copyFields(const QirDatabase &source, const QirDatabase &target) {
     for (int f = 1; f <= fields; ++f)
         target.AddField(source.QIRTableFieldName(f), source.QIRTableFieldType(f).toInt(),
                         source.QIRTableFieldSize(f).toDouble());
+}
+
+bool canCopyColumns(const QirDatabase &source, const QirDatabase &target) {
+    const int fields = source.QirTableFieldsCount();
+    if (!source.hasColumns() || !target.hasColumns() || fields > target.QirTableFieldsCount())
+        return false;
+    for (int f = 1; f <= fields; ++f) {
+        if (source.QIRTableFieldType(f).toInt() != target.QIRTableFieldType(f).toInt())
+            return false;
+    }
+    return true;
+}
+
+void copyColumns(const QirDatabase &source, const QirDatabase &target, int first, int count) {
+    const int fields = source.QirTableFieldsCount();
+    YieldTimer timer;
+    for (int f = 1; f <= fields; ++f) {
+        for (int done = 0; done < count;) {
+            const ColumnBlock block = source.ReadColumn(f, first + done, count - done);
+            target.WriteColumn(f, first + done, block);
+            done += static_cast<int>(block.count());
+            timer.yieldIfDue();
+        }
+    }
 }
 
 RecordCopy::RecordCopy(const QirDatabase &source, const QirDatabase &target)

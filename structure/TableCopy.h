@@ -8,6 +8,12 @@ namespace qir {
 /// current table, in the same order.
 void copyFields(const QirDatabase &source, const QirDatabase &target);
 
+/// Whether whole columns can be copied from one to the other: both hand them out, and each field of the source's
+/// current table has one of its type in the target's.
+bool canCopyColumns(const QirDatabase &source, const QirDatabase &target);
+/// Copies all fields of `count` records from `first` on, which both have, into the same records. Yields.
+void copyColumns(const QirDatabase &source, const QirDatabase &target, int first, int count);
+
 /// Copies the fields of current records of two databases, value by value, without a way through text. For loops over
 /// many records: the source's field count is asked for once. Both databases must outlive it.
 class RecordCopy {

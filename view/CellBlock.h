@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/grid/CellTexts.h"
+#include "platform/cells/CellTexts.h"
 #include "platform/grid/GridRange.h"
 
 #include <QByteArray>

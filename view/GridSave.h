@@ -21,6 +21,10 @@ public:
     /// already: the outcome is that of writing every cell.
     void SalvaGridInDatabase(int pane, const GridRange &cells);
 
+    /// Writes the texts of these cells into the pane's current table, and compares nothing. Cells beyond the table are
+    /// the component's error. The caller has a group of changes open. Yields.
+    void store(int pane, const GridRange &cells);
+
 private:
     EditorContext &m_editor;
     CellDifferences &m_differences;

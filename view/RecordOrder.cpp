@@ -24,8 +24,8 @@ struct NumberKey {
 /// Sorts the texts that are no numbers.
 class TextOrder {
 public:
-    explicit TextOrder(const PackedTexts &texts)
-        : m_texts(texts) {}
+    explicit TextOrder(const CellColumn &column)
+        : m_column(column) {}
 
     void add(std::uint32_t index, const QString &text) {
         const QString upper = text.toUpper();
@@ -66,39 +66,68 @@ private:
             return left.prefix < right.prefix;
         if (const int order = upper(left).compare(upper(right)); order != 0)
             return order < 0;
-        if (m_texts.view(left.index) == m_texts.view(right.index))
-            return left.index < right.index;
-        return m_texts.at(left.index) < m_texts.at(right.index);
+        const QString leftText = m_column.at(left.index);
+        const QString rightText = m_column.at(right.index);
+        return leftText != rightText ? leftText < rightText : left.index < right.index;
     }
 
-    const PackedTexts &m_texts;
+    const CellColumn &m_column;
     std::u16string m_pool;
     std::vector<Key> m_keys;
 };
 
+/// Puts the values of a column in their place one by one.
+class ColumnOrder {
+public:
+    explicit ColumnOrder(const CellColumn &column)
+        : m_others(column) {
+        m_order.reserve(column.size());
+    }
+
+    void add(const CellStretch &stretch) {
+        const bool numbers = !stretch.own() && !stretch.block().isText();
+        for (std::size_t i = 0; i < stretch.size(); ++i, ++m_next) {
+            if (numbers && (stretch.typed().empty() || !stretch.typed().contains(i))) {
+                m_numbers.push_back({stretch.block().number(static_cast<qsizetype>(i)), m_next});
+            } else {
+                stretch.read(i, m_text);
+                addText();
+            }
+        }
+    }
+
+    std::vector<std::uint32_t> take() {
+        std::sort(m_numbers.begin(), m_numbers.end());
+        for (const NumberKey &number : m_numbers)
+            m_order.push_back(number.index);
+        m_others.appendTo(m_order);
+        return std::move(m_order);
+    }
+
+private:
+    void addText() {
+        if (m_text.isEmpty())
+            m_order.push_back(m_next);
+        else if (const std::optional<double> value = plainNumber(m_text))
+            m_numbers.push_back({*value, m_next});
+        else
+            m_others.add(m_next, m_text);
+    }
+
+    std::vector<std::uint32_t> m_order; // the empty ones, until all are taken
+    std::vector<NumberKey> m_numbers;
+    TextOrder m_others;
+    QString m_text;
+    std::uint32_t m_next = 0;
+};
+
 } // namespace
 
-std::vector<std::uint32_t> ascendingOrder(const PackedTexts &texts) {
-    std::vector<std::uint32_t> order;
-    order.reserve(texts.size());
-    std::vector<NumberKey> numbers;
-    TextOrder others(texts);
-    QString text;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        const auto index = static_cast<std::uint32_t>(i);
-        texts.read(i, text);
-        if (text.isEmpty())
-            order.push_back(index);
-        else if (const std::optional<double> value = plainNumber(text))
-            numbers.push_back({*value, index});
-        else
-            others.add(index, text);
-    }
-    std::sort(numbers.begin(), numbers.end());
-    for (const NumberKey &number : numbers)
-        order.push_back(number.index);
-    others.appendTo(order);
-    return order;
+std::vector<std::uint32_t> ascendingOrder(const CellColumn &column) {
+    ColumnOrder order(column);
+    for (const CellStretch &stretch : column.stretches())
+        order.add(stretch);
+    return order.take();
 }
 
 } // namespace qir

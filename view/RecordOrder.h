@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/PackedTexts.h"
+#include "platform/cells/CellColumn.h"
 
 #include <cstdint>
 #include <vector>
@@ -11,7 +11,8 @@ namespace qir {
 ///
 /// Empty texts come first, then those that are a number from end to end, by value, then the others by their upper-cased
 /// code units (Unicode's rules whatever the locale) and, where those are equal, by their own code units. What is
-/// still equal keeps its order. O(n log n); every text is read once.
-std::vector<std::uint32_t> ascendingOrder(const PackedTexts &texts);
+/// still equal keeps its order. O(n log n); every text is read once, and a number that the database holds as one is not
+/// made a text for it.
+std::vector<std::uint32_t> ascendingOrder(const CellColumn &column);
 
 } // namespace qir

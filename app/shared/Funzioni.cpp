@@ -102,7 +102,7 @@ QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QStrin
     request.initialName = initialName;
     request.filter = filter;
     const FileDialogAnswer answer = askForFile(parent, request);
-    const QString name = answer.path.trimmed().toUpper();
+    QString name = answer.path.trimmed().toUpper();
     if (name.isEmpty())
         return {};
     const QString place = chosenPlace(answer);

@@ -1,5 +1,6 @@
 #include "compare/engine/TableComparison.h"
 
+#include "compare/engine/ColumnComparison.h"
 #include "compare/engine/ValueEquality.h"
 
 #include <algorithm>
@@ -40,6 +41,28 @@ std::size_t atLeastZero(int number) {
     return static_cast<std::size_t>(std::max(number, 0));
 }
 
+/// Sets the elements of these records and fields, which both tables and the matrix have.
+void compareRecords(const QirDatabase &left, const QirDatabase &right, int lastRecord, int lastField, BitMatrix &matrix,
+                    const ComparisonStep &step) {
+    RecordPair pair(left, right);
+    std::vector<std::uint64_t> words(matrix.wordsPerRow());
+    for (int record = 1; record <= lastRecord; ++record) {
+        pair.moveTo(record);
+        std::ranges::copy(matrix.row(static_cast<std::size_t>(record)), words.begin());
+        for (int field = 1; field <= lastField; ++field) {
+            std::uint64_t &word = words[static_cast<std::size_t>(field / bitsPerWord)];
+            const std::uint64_t bit = std::uint64_t{1} << (field % bitsPerWord);
+            if (pair.differs(field))
+                word |= bit;
+            else
+                word &= ~bit;
+        }
+        matrix.setRow(static_cast<std::size_t>(record), words);
+        if (step)
+            step(record);
+    }
+}
+
 } // namespace
 
 TableSizes currentTableSizes(const QirDatabase &left, const QirDatabase &right) {
@@ -55,6 +78,8 @@ bool currentTablesDiffer(const QirDatabase &left, const QirDatabase &right, cons
     const TableSizes sizes = currentTableSizes(left, right);
     if (!sizes.sameSize())
         return true;
+    if (left.hasColumns() && right.hasColumns())
+        return currentColumnsDiffer(left, right, sizes.leftRecords, sizes.leftFields, step);
     RecordPair pair(left, right);
     for (int record = 1; record <= sizes.leftRecords; ++record) {
         pair.moveTo(record);
@@ -73,23 +98,10 @@ void compareCurrentTables(const QirDatabase &left, const QirDatabase &right, int
     const TableSizes sizes = currentTableSizes(left, right);
     const int lastRecord = std::min({records, sizes.commonRecords(), static_cast<int>(matrix.rows()) - 1});
     const int lastField = std::min({fields, sizes.commonFields(), static_cast<int>(matrix.columns()) - 1});
-    RecordPair pair(left, right);
-    std::vector<std::uint64_t> words(matrix.wordsPerRow());
-    for (int record = 1; record <= lastRecord; ++record) {
-        pair.moveTo(record);
-        std::ranges::copy(matrix.row(static_cast<std::size_t>(record)), words.begin());
-        for (int field = 1; field <= lastField; ++field) {
-            std::uint64_t &word = words[static_cast<std::size_t>(field / bitsPerWord)];
-            const std::uint64_t bit = std::uint64_t{1} << (field % bitsPerWord);
-            if (pair.differs(field))
-                word |= bit;
-            else
-                word &= ~bit;
-        }
-        matrix.setRow(static_cast<std::size_t>(record), words);
-        if (step)
-            step(record);
-    }
+    if (left.hasColumns() && right.hasColumns())
+        compareCurrentColumns(left, right, lastRecord, lastField, matrix, step);
+    else
+        compareRecords(left, right, lastRecord, lastField, matrix, step);
     matrix.setBlock(atLeastZero(records) + 1, atLeastZero(fields) + 1);
 }
 

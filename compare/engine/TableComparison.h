@@ -22,8 +22,9 @@ struct TableSizes {
     int mostFields() const { return std::max(leftFields, rightFields); }
 };
 
-/// Called after each record with its number: to stay responsive, to show progress. What it throws ends the comparison.
-/// It must leave the current tables alone. May be empty.
+/// Called after each record, or after many of them where both components hand out columns, with the last one's number:
+/// to stay responsive, to show progress. What it throws ends the comparison. It must leave the current tables alone.
+/// May be empty.
 using ComparisonStep = std::function<void(int record)>;
 
 /// All of these compare the current tables of two components and leave the current record of either wherever it came

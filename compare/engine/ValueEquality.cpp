@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <utility>
@@ -16,23 +17,11 @@ enum class Kind { Empty, Signed, Unsigned, Real, Text, Other };
 
 /// Truth and characters count as whole numbers.
 Kind comparedAs(const QVariant &value) {
-    switch (kindOf(value)) {
-    case VariantKind::Empty:
-        return Kind::Empty;
-    case VariantKind::Truth:
-    case VariantKind::Character:
-    case VariantKind::Signed:
-        return Kind::Signed;
-    case VariantKind::Unsigned:
-        return Kind::Unsigned;
-    case VariantKind::Real:
-        return Kind::Real;
-    case VariantKind::Text:
-        return Kind::Text;
-    case VariantKind::Other:
-        break;
-    }
-    return Kind::Other;
+    // In the order of VariantKind: a table, since this is asked twice for each pair of cells.
+    static constexpr std::array kinds{Kind::Empty,    Kind::Signed, Kind::Signed, Kind::Signed,
+                                      Kind::Unsigned, Kind::Real,   Kind::Text,   Kind::Other};
+    static_assert(kinds.size() == static_cast<std::size_t>(VariantKind::Other) + 1);
+    return kinds[static_cast<std::size_t>(kindOf(value))];
 }
 
 bool realsEqual(double left, double right) {

@@ -1,5 +1,6 @@
 #include "platform/grid/ColumnMeasure.h"
 
+#include "base/NumberText.h"
 #include "platform/controls/Twips.h"
 #include "platform/grid/CellTextDrawing.h"
 #include "platform/grid/Grid.h"
@@ -87,6 +88,8 @@ ColumnMeasure::ColumnMeasure(const QFont &font, const QPaintDevice *device)
         const bool simple = m_additive && isSimple(character);
         m_narrow[code] = simple ? laidOut(QStringView(&character, 1)) : unbounded;
     }
+    for (char digit = '0'; digit <= '9'; ++digit)
+        m_digit = std::max(m_digit, m_narrow[static_cast<unsigned char>(digit)]);
 }
 
 ColumnMeasure::Advance ColumnMeasure::laidOut(QStringView text) const {
@@ -103,10 +106,22 @@ int ColumnMeasure::textWidth(QStringView text) {
     return toColumnWidth(measured(text));
 }
 
-ColumnMeasure::Advance ColumnMeasure::narrowBound(const PackedTexts::View &text) const {
+ColumnMeasure::Advance ColumnMeasure::narrowBound(QByteArrayView latin1) const {
     Advance sum = m_narrow[u' '];
-    for (std::uint32_t i = 0; i < text.size; ++i)
-        sum += m_narrow[static_cast<unsigned char>(text.bytes[i])];
+    for (const char character : latin1)
+        sum += m_narrow[static_cast<unsigned char>(character)];
+    return sum;
+}
+
+ColumnMeasure::Advance ColumnMeasure::narrowBound(const PackedTexts::View &text) const {
+    return narrowBound(QByteArrayView(text.bytes, text.size));
+}
+
+ColumnMeasure::Advance ColumnMeasure::bound(QStringView text) {
+    const bool wide = std::ranges::any_of(text, [](QChar unit) { return unit.unicode() > 0xFF; });
+    Advance sum = wide ? wideAdvance(u' ') : m_narrow[u' '];
+    for (qsizetype i = 0; i < text.size() && sum < unbounded; ++i)
+        sum += wide ? wideAdvance(text[i].unicode()) : m_narrow[text[i].unicode()];
     return sum;
 }
 
@@ -145,29 +160,138 @@ ColumnMeasure::Advance ColumnMeasure::computeAdvance(char16_t unit) const {
     return widest;
 }
 
-int ColumnMeasure::columnWidth(QStringView header, const PackedTexts &texts, const Pause &pause) {
-    Advance widest = measured(header);
-    std::unordered_set<std::string_view> measuredNarrow;
-    std::unordered_set<std::string_view> measuredWide;
-    QString text;
-    std::size_t work = 0;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        if (++work >= workBetweenPauses) {
-            work = 0;
-            if (pause)
-                pause();
-        }
-        const PackedTexts::View view = texts.view(i);
-        work += view.size / charactersPerWork;
-        if ((view.wide ? wideBound(view) : narrowBound(view)) <= widest)
-            continue;
-        if (!(view.wide ? measuredWide : measuredNarrow).insert(bytesOf(view)).second)
-            continue;
-        texts.read(i, text);
-        widest = std::max(widest, measured(text));
-        work += workOfLayout;
+class ColumnMeasure::Widest {
+public:
+    Widest(ColumnMeasure &measure, QStringView header, const Pause &pause)
+        : m_measure(measure)
+        , m_widest(measure.measured(header))
+        , m_pause(pause) {}
+
+    Advance advance() const { return m_widest; }
+
+    void add(const CellStretch &stretch) {
+        for (const auto &[index, text] : stretch.typed())
+            addText(text);
+        if (stretch.own())
+            addTexts(stretch.texts());
+        else if (stretch.block().isText())
+            addTexts(stretch);
+        else
+            addNumbers(stretch);
     }
-    return toColumnWidth(widest);
+
+private:
+    void worked(std::size_t work) {
+        m_work += work;
+        if (m_work < workBetweenPauses)
+            return;
+        m_work = 0;
+        if (m_pause)
+            m_pause();
+    }
+
+    void measure(QStringView text) {
+        m_widest = std::max(m_widest, m_measure.measured(text));
+        worked(workOfLayout);
+    }
+
+    void addText(QStringView text) {
+        if (m_measure.bound(text) > m_widest)
+            measure(text);
+    }
+
+    void addTexts(const PackedTexts &texts) {
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            const PackedTexts::View view = texts.view(i);
+            worked(1 + view.size / charactersPerWork);
+            if ((view.wide ? m_measure.wideBound(view) : m_measure.narrowBound(view)) <= m_widest)
+                continue;
+            if (!(view.wide ? m_wide : m_narrow).insert(bytesOf(view)).second)
+                continue;
+            texts.read(i, m_text);
+            measure(m_text);
+        }
+    }
+
+    /// Texts in UTF-8, where nothing was typed over them.
+    void addTexts(const CellStretch &stretch) {
+        for (qsizetype i = 0; i < stretch.block().count(); ++i) {
+            const QByteArrayView bytes = stretch.block().textBytes(i);
+            worked(1 + static_cast<std::size_t>(bytes.size()) / charactersPerWork);
+            const bool ascii =
+                std::ranges::all_of(bytes, [](char byte) { return static_cast<signed char>(byte) >= 0; });
+            if ((ascii && m_measure.narrowBound(bytes) <= m_widest) || isTyped(stretch, i))
+                continue;
+            stretch.block().readText(i, m_text);
+            if ((!ascii && m_measure.bound(m_text) <= m_widest) ||
+                !m_utf8.insert({bytes.data(), static_cast<std::size_t>(bytes.size())}).second)
+                continue;
+            measure(m_text);
+        }
+    }
+
+    void addNumbers(const CellStretch &stretch) {
+        const ColumnBlock &block = stretch.block();
+        for (qsizetype i = 0; i < block.count(); ++i) {
+            worked(1);
+            const double number = block.number(i);
+            if (isNoWider(number) || isTyped(stretch, i))
+                continue;
+            std::array<char, numberTextCapacity> text{};
+            const QByteArrayView digits(text.data(), formatNumber(text.data(), number));
+            if (m_measure.narrowBound(digits) <= m_widest || !m_numbers.insert(number).second)
+                continue;
+            block.readText(i, m_text);
+            measure(m_text);
+        }
+    }
+
+    /// True when the number's text is certainly no wider than what was found: where as many decimals as there is room
+    /// for give the number exactly, it has no more of them. Makes no text of it.
+    bool isNoWider(double number) const {
+        static constexpr std::array<double, 16> powers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+        const double size = std::abs(number);
+        if (size >= powers.back()) // written with an exponent
+            return false;
+        Advance around = m_measure.m_narrow[u' '];
+        if (std::signbit(number))
+            around += m_measure.m_narrow[u'-'];
+        std::size_t digits = 1;
+        while (size >= powers[digits])
+            ++digits;
+        const Advance whole = around + digits * m_measure.m_digit;
+        if (size == std::trunc(size))
+            return whole <= m_widest;
+        const Advance withPoint = whole + m_measure.m_narrow[u'.'];
+        if (withPoint > m_widest || size < 1e-5)
+            return false;
+        const std::size_t decimals =
+            std::min<std::size_t>((m_widest - withPoint) / m_measure.m_digit, powers.size() - 1 - digits);
+        return std::nearbyint(size * powers[decimals]) / powers[decimals] == size;
+    }
+
+    static bool isTyped(const CellStretch &stretch, qsizetype index) {
+        return !stretch.typed().empty() && stretch.typed().contains(static_cast<std::size_t>(index));
+    }
+
+    ColumnMeasure &m_measure;
+    Advance m_widest;
+    const Pause &m_pause;
+    std::size_t m_work = 0;
+    QString m_text;
+    // What was laid out already: texts by their bytes, which stay where they are as long as this lives.
+    std::unordered_set<std::string_view> m_narrow;
+    std::unordered_set<std::string_view> m_wide;
+    std::unordered_set<std::string_view> m_utf8;
+    std::unordered_set<double> m_numbers;
+};
+
+int ColumnMeasure::columnWidth(QStringView header, const CellColumn &column, const Pause &pause) {
+    Widest widest(*this, header, pause);
+    for (const CellStretch &stretch : column.stretches())
+        widest.add(stretch);
+    return toColumnWidth(widest.advance());
 }
 
 void measureColumns(Grid &grid, const QFont &font, int firstColumn, const ColumnMeasure::Pause &pause) {

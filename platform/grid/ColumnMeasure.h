@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/PackedTexts.h"
+#include "platform/cells/CellColumn.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -32,7 +33,7 @@ public:
     /// The column width that one text asks for.
     int textWidth(QStringView text);
     /// The greatest textWidth() of a header and of all texts of a column.
-    int columnWidth(QStringView header, const PackedTexts &texts, const Pause &pause = {});
+    int columnWidth(QStringView header, const CellColumn &column, const Pause &pause = {});
 
     /// How many texts were laid out so far to be measured (characters aside).
     std::size_t layouts() const { return m_layouts; }
@@ -42,10 +43,16 @@ private:
     // that no text is narrower than.
     using Advance = std::uint64_t;
 
+    /// The search for a column's widest text.
+    class Widest;
+
     Advance laidOut(QStringView text) const;
     Advance measured(QStringView text);
     Advance narrowBound(const PackedTexts::View &text) const;
     Advance wideBound(const PackedTexts::View &text);
+    /// Of characters below 256.
+    Advance narrowBound(QByteArrayView latin1) const;
+    Advance bound(QStringView text);
     Advance wideAdvance(char16_t unit);
     Advance computeAdvance(char16_t unit) const;
 
@@ -53,6 +60,7 @@ private:
     bool m_additive;
     std::size_t m_layouts = 0;
     std::array<Advance, 256> m_narrow{};          // by character
+    Advance m_digit = 0;                          // the widest of the ten
     std::unordered_map<char16_t, Advance> m_wide; // as they are met in texts that are not Latin-1 alone
 };
 

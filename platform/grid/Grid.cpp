@@ -183,6 +183,10 @@ void Grid::renumberRows() {
     m_model->rowData().reset();
 }
 
+bool Grid::rowsAreRecords() const {
+    return m_model->rowData().isIdentity();
+}
+
 void Grid::reorderRecords(const std::vector<std::uint32_t> &order) {
     m_model->reorderRecords(order);
 }
@@ -337,6 +341,17 @@ void Grid::setClip(const QString &text) {
     GridModel::TextBlock cells(*m_model);
     layClipText(text, selectedRecords(),
                 [&cells](int row, int column, QStringView value) { cells.set(row, column, value); });
+}
+
+void Grid::copyTexts(const CellTexts &texts, const GridRange &range) {
+    GridModel::TextBlock cells(*m_model);
+    QString text;
+    for (int column = std::max(range.firstColumn, 1); column <= std::min(range.lastColumn, Cols() - 1); ++column) {
+        for (int row = std::max(range.firstRow, 1); row <= std::min(range.lastRow, Rows() - 1); ++row) {
+            texts.read(column, row, text);
+            cells.set(row, column, text);
+        }
+    }
 }
 
 void Grid::setClip(const CellTexts &block) {

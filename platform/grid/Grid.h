@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/cells/CellTexts.h"
 #include "platform/grid/CellColours.h"
-#include "platform/grid/CellTexts.h"
 #include "platform/grid/GridSelection.h"
 
 #include <QBasicTimer>
@@ -72,6 +72,7 @@ public:
     void setColData(int column, int number);
     /// Every row carries its own number again; costs nothing, whatever the number of rows.
     void renumberRows();
+    bool rowsAreRecords() const; ///< Every row carries its own number.
 
     /// Reorders texts, colours and RowData: afterwards row i + 1 is the one that was row order[i] + 1. `order` is a
     /// permutation of 0 .. Rows - 2. The current cell stays where it is.
@@ -116,6 +117,8 @@ public:
     /// The same with texts that may hold separators: record r of `block` goes to the r-th selected row, its field k to
     /// the k-th selected column.
     void setClip(const CellTexts &block);
+    /// Gives the cells of a range the texts that the same cells have in `texts`; does nothing outside the grid.
+    void copyTexts(const CellTexts &texts, const GridRange &range);
 
     // Position
 

@@ -46,9 +46,10 @@ void GridFill::appendRecord(const QStringList &values) {
 void GridFill::makeRoom() {
     std::vector<std::size_t> bytes;
     for (int field = 1; field <= m_texts.fields(); ++field) {
+        const PackedTexts &sample = m_texts.column(field).stretches().front().texts();
         std::size_t used = 0;
         for (std::size_t i = 0; i < sampleRecords; ++i) {
-            const PackedTexts::View text = m_texts.column(field).view(i);
+            const PackedTexts::View text = sample.view(i);
             used += std::size_t{text.size} << text.wide;
         }
         // A little more than the sample says: growing later costs a copy of everything.

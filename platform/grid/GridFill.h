@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/grid/CellTexts.h"
+#include "platform/cells/CellTexts.h"
 #include "platform/grid/Grid.h"
 
 #include <QStringList>
@@ -10,7 +10,7 @@
 
 namespace qir {
 
-/// Fills a grid with a table, record by record, without a string object or a signal for each cell.
+/// Fills a grid with a table, by records or by whole columns, without a string object or a signal for each cell.
 ///
 /// From construction the grid is empty below its new headers; it shows the records once the fill is destroyed, those
 /// appended so far when that happens early. Neither raises an event of the grid. Messages may be processed in between.
@@ -34,6 +34,8 @@ public:
 
     /// Adds a record whose field k is values[k]: element 0 is not used, missing elements are empty texts.
     void appendRecord(const QStringList &values);
+    /// Adds as many records as the blocks have values; one block for each column.
+    void appendRecords(const std::vector<ColumnBlock> &blocks) { m_texts.appendRecords(blocks); }
 
 private:
     void makeRoom();

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/cells/CellTexts.h"
 #include "platform/grid/CellColours.h"
-#include "platform/grid/CellTexts.h"
 #include "platform/grid/IdentityNumbers.h"
 
 #include <QAbstractTableModel>

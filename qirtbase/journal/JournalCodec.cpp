@@ -3,9 +3,9 @@
 #include "base/ByteReader.h"
 #include "base/ByteWriter.h"
 #include "base/ErrorWords.h"
+#include "base/columns/UnicodeText.h"
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/DatabaseError.h"
-#include "qirtbase/model/UnicodeText.h"
 
 #include <cmath>
 #include <exception>

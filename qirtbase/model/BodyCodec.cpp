@@ -3,7 +3,7 @@
 #include "base/ByteReader.h"
 #include "base/ByteWriter.h"
 #include "base/Collation.h"
-#include "qirtbase/model/UnicodeText.h"
+#include "base/columns/UnicodeText.h"
 
 #include <QSet>
 

@@ -1,24 +1,15 @@
 #include "qirtbase/model/Column.h"
 
 #include "base/NumberText.h"
-#include "qirtbase/model/UnicodeText.h"
+#include "base/columns/ColumnBuilder.h"
+#include "base/columns/UnicodeText.h"
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
-#include <limits>
 
 namespace qir {
 
 namespace {
-
-template<class Integer>
-double nearest(double number) {
-    using Limits = std::numeric_limits<Integer>;
-    // Clamped first, so that the conversion is defined; nearbyint rounds halves to even. Adding 0 turns -0 into 0.
-    const double clamped = std::clamp(number, static_cast<double>(Limits::min()), static_cast<double>(Limits::max()));
-    return std::nearbyint(clamped) + 0.0;
-}
 
 void assignAscii(QString &text, const char *first, const char *last) {
     text.resize(last - first);
@@ -33,27 +24,6 @@ template<class... Functions>
 Overloaded(Functions...) -> Overloaded<Functions...>;
 
 } // namespace
-
-double fittingNumber(ColumnType type, double number) {
-    if (std::isnan(number))
-        return 0.0;
-    switch (type) {
-    case ColumnType::Bool:
-        return number == 0.0 ? 0.0 : 1.0;
-    case ColumnType::Byte:
-        return nearest<std::uint8_t>(number);
-    case ColumnType::Int:
-        return nearest<std::int16_t>(number);
-    case ColumnType::Long:
-        return nearest<std::int32_t>(number);
-    case ColumnType::Double:
-    case ColumnType::Date:
-    case ColumnType::Text:
-        break;
-    }
-    constexpr double largest = std::numeric_limits<double>::max();
-    return std::clamp(number, -largest, largest);
-}
 
 const PackedTexts &Column::Texts::values() const {
     static const PackedTexts none;
@@ -132,6 +102,20 @@ void Column::readText(std::size_t record, QString &text) const {
                          char digits[numberTextCapacity];
                          assignAscii(text, digits, formatNumber(digits, numbers[record]));
                      }});
+}
+
+ColumnBlock Column::block(std::size_t first, std::size_t count) const {
+    ColumnBuilder builder(m_type, static_cast<qsizetype>(count));
+    QString text;
+    for (std::size_t record = first; record < first + count; ++record) {
+        if (isText()) {
+            readText(record, text);
+            builder.add(QStringView(text));
+        } else {
+            builder.add(std::get<double>(value(record)));
+        }
+    }
+    return builder.take();
 }
 
 bool Column::holds(std::size_t record, double number) const {

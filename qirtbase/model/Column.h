@@ -1,7 +1,8 @@
 #pragma once
 
 #include "base/PackedTexts.h"
-#include "qirtbase/model/ColumnType.h"
+#include "base/columns/ColumnBlock.h"
+#include "base/columns/FittingNumber.h"
 
 #include <QString>
 #include <QVariant>
@@ -16,10 +17,6 @@ namespace qir {
 
 /// A value of any field: a number, or a text for text fields. Every number that a field can hold is a double's.
 using CellValue = std::variant<double, QString>;
-
-/// The nearest value to `number` that a field of the (non-text) type holds: bool 0 for 0 and 1 for all else, whole
-/// numbers with halves rounded to even, finite doubles. What is no number at all becomes 0.
-double fittingNumber(ColumnType type, double number);
 
 /// The values of one field, one for each record, packed by type. Records count from 0 here and are the caller's to keep
 /// in range; texts are well-formed and fit their field, numbers come from fittingNumber().
@@ -55,6 +52,9 @@ public:
     QVariant variant(std::size_t record) const;
     /// The text of the value into a string that keeps its memory: nothing is allocated once it is large enough.
     void readText(std::size_t record, QString &text) const;
+
+    /// Values from `first` on, at least one and at most `count`: as many as stand together in memory.
+    ColumnBlock block(std::size_t first, std::size_t count) const;
 
     /// True when the value is `number` bit for bit: 0 and -0 are two values.
     bool holds(std::size_t record, double number) const;

@@ -3,9 +3,10 @@
 #include "base/Collation.h"
 #include "base/LeadingNumber.h"
 #include "base/NumberText.h"
+#include "base/UndoOnError.h"
+#include "base/columns/UnicodeText.h"
 #include "qirtbase/model/DatabaseError.h"
 #include "qirtbase/model/ModelLimits.h"
-#include "qirtbase/model/UnicodeText.h"
 
 #include <QDateTime>
 
@@ -147,11 +148,11 @@ void Database::addField(Table &table, const QString &name, int typeCode, double 
         m_undo.add(undo::FieldInserted{&table, table.fieldCount() - 1});
     single.made();
     const Field &added = table.field(table.fieldCount() - 1);
-    tell({.kind = ChangeKind::AddField,
-          .table = &table,
-          .type = typeCode,
-          .number = double(added.size),
-          .text = checked.text});
+    tell(table, {.kind = ChangeKind::AddField,
+                 .table = &table,
+                 .type = typeCode,
+                 .number = double(added.size),
+                 .text = checked.text});
 }
 
 bool Database::renameField(Table &table, std::size_t index, const QString &name) {
@@ -167,7 +168,7 @@ bool Database::renameField(Table &table, std::size_t index, const QString &name)
         m_undo.add(undo::FieldRenamed{&table, index, field.name});
     field.name = std::move(renamed);
     single.made();
-    tell({.kind = ChangeKind::RenameField, .table = &table, .index = index, .text = checked.text});
+    tell(table, {.kind = ChangeKind::RenameField, .table = &table, .index = index, .text = checked.text});
     return true;
 }
 
@@ -182,7 +183,7 @@ void Database::removeField(Table &table, std::size_t index) {
         table.takeField(index);
     }
     single.made();
-    tell({.kind = ChangeKind::RemoveField, .table = &table, .index = index});
+    tell(table, {.kind = ChangeKind::RemoveField, .table = &table, .index = index});
 }
 
 bool Database::resizeField(Table &table, std::size_t index, double size) {
@@ -203,7 +204,7 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
         field.column = std::move(*cut);
     field.size = wanted;
     single.made();
-    tell({.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = double(wanted)});
+    tell(table, {.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = double(wanted)});
     return true;
 }
 
@@ -217,7 +218,7 @@ void Database::addRecord(Table &table) {
     if (kept)
         m_undo.add(undo::RecordInserted{&table, table.recordCount() - 1});
     single.made();
-    tell({.kind = ChangeKind::AddRecord, .table = &table});
+    tell(table, {.kind = ChangeKind::AddRecord, .table = &table});
 }
 
 void Database::removeRecord(Table &table, std::size_t record) {
@@ -228,7 +229,17 @@ void Database::removeRecord(Table &table, std::size_t record) {
     }
     table.removeRecord(record);
     single.made();
-    tell({.kind = ChangeKind::RemoveRecord, .table = &table, .record = record});
+    tell(table, {.kind = ChangeKind::RemoveRecord, .table = &table, .record = record});
+}
+
+void Database::addRecords(Table &table, std::size_t count) {
+    if (count > limits::records - table.recordCount())
+        throw DatabaseError(u"A table holds at most %1 records."_s.arg(limits::records));
+    beginGroup();
+    const UndoOnError undo([this] { undoGroup(); });
+    for (; count > 0; --count)
+        addRecord(table);
+    endGroup();
 }
 
 void Database::dropRecordsWithoutFields() {
@@ -256,7 +267,7 @@ bool Database::setNumber(Table &table, std::size_t field, std::size_t record, do
     m_undo.keepCell(table, field, record);
     column.set(record, fitting);
     single.made();
-    tell({.kind = ChangeKind::SetNumber, .table = &table, .index = field, .record = record, .number = fitting});
+    tell(table, {.kind = ChangeKind::SetNumber, .table = &table, .index = field, .record = record, .number = fitting});
     return true;
 }
 
@@ -271,8 +282,28 @@ bool Database::setText(Table &table, std::size_t field, std::size_t record, cons
     m_undo.keepCell(table, field, record);
     target.column.set(record, fitting);
     single.made();
-    tell({.kind = ChangeKind::SetText, .table = &table, .index = field, .record = record, .text = fitting});
+    tell(table, {.kind = ChangeKind::SetText, .table = &table, .index = field, .record = record, .text = fitting});
     return true;
+}
+
+bool Database::setBlock(Table &table, std::size_t field, std::size_t first, const ColumnBlock &block) {
+    QString text;
+    for (qsizetype i = 0; block.isText() && i < block.count(); ++i)
+        if (!readUtf8(block.textBytes(i), text))
+            throw DatabaseError(u"A text of a block is not in UTF-8."_s);
+    beginGroup();
+    const UndoOnError undo([this] { undoGroup(); });
+    bool changed = false;
+    for (qsizetype i = 0; i < block.count(); ++i)
+        changed |= setValue(table, field, first + static_cast<std::size_t>(i), block, i);
+    endGroup();
+    return changed;
+}
+
+bool Database::setValue(Table &table, std::size_t field, std::size_t record, const ColumnBlock &block,
+                        qsizetype index) {
+    return block.isText() ? setText(table, field, record, block.text(index))
+                          : setNumber(table, field, record, block.number(index));
 }
 
 void Database::beginGroup() {
@@ -289,6 +320,8 @@ void Database::endGroup() {
 
 void Database::undoGroup() {
     m_undo.undo(m_tables);
+    for (const auto &table : m_tables)
+        table->touch();
     if (m_listener)
         m_listener->groupUndone();
 }
@@ -376,6 +409,7 @@ void Database::revertTo(Database &&other, const QString &name, std::uint64_t sta
 void Database::replaceTable(std::size_t index, std::unique_ptr<Table> table) {
     m_undo.makeRoom();
     std::swap(*m_tables[index], *table);
+    m_tables[index]->touch();
     m_undo.add(undo::TableImage{m_tables[index].get(), std::move(table)});
 }
 

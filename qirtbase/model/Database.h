@@ -52,6 +52,7 @@ public:
     bool resizeField(Table &table, std::size_t index, double size);
 
     void addRecord(Table &table);
+    void addRecords(Table &table, std::size_t count);
     void removeRecord(Table &table, std::size_t record);
     /// Takes the records of tables without fields away, which no file keeps. More of the last step. Outside groups
     /// only.
@@ -61,6 +62,10 @@ public:
     bool setNumber(Table &table, std::size_t field, std::size_t record, double number);
     /// Stores the text cut at the field's size; a field of another type gets the number that it begins with.
     bool setText(Table &table, std::size_t field, std::size_t record, const QString &text);
+
+    /// Stores the values of a block of the field's type from `first` on, each as setNumber() and setText() store it.
+    /// All of them or none.
+    bool setBlock(Table &table, std::size_t field, std::size_t first, const ColumnBlock &block);
 
     /// Groups of changes; they nest. `endGroup` keeps what the innermost did, `undoGroup` brings back what stood
     /// before.
@@ -105,11 +110,17 @@ private:
     class SingleChange;
 
     std::optional<std::size_t> findKey(const QString &key) const;
+    bool setValue(Table &table, std::size_t field, std::size_t record, const ColumnBlock &block, qsizetype index);
     void tell(const Change &change) const {
         if (m_listener)
             m_listener->changed(change);
     }
     void tellChangesOf(const Step &step, StepKind kind) const;
+    /// A change of a table's fields or records.
+    void tell(Table &table, const Change &change) const {
+        table.touch();
+        tell(change);
+    }
 
     UndoLog::Tables m_tables;
     std::vector<ForeignSection> m_foreignSections;

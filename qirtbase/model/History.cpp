@@ -195,6 +195,9 @@ void History::applyAll(std::vector<undo::Entry> &entries, undo::Tables &tables, 
     try {
         for (; applied < count; ++applied)
             undo::apply(at(applied), tables);
+        for (const undo::Entry &entry : entries)
+            if (Table *table = undo::contentOf(entry))
+                table->touch();
     } catch (...) {
         try {
             while (applied > 0)

@@ -2,11 +2,12 @@
 
 #include "base/Collation.h"
 #include "base/UndoOnError.h"
+#include "base/columns/UnicodeText.h"
 #include "qirtbase/model/DatabaseError.h"
 #include "qirtbase/model/ModelLimits.h"
-#include "qirtbase/model/UnicodeText.h"
 
 #include <algorithm>
+#include <atomic>
 
 using namespace Qt::StringLiterals;
 
@@ -52,6 +53,11 @@ std::size_t Table::memory() const {
     for (const Field &field : m_fields)
         bytes += field.column.memory();
     return bytes;
+}
+
+std::uint64_t Table::nextRevision() {
+    static std::atomic<std::uint64_t> last = 0;
+    return ++last;
 }
 
 void Table::insertField(std::size_t index, Field field) {

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -62,6 +63,10 @@ public:
     std::optional<std::size_t> findField(const QString &key) const;
     /// Bytes of memory that the values take.
     std::size_t memory() const;
+    /// Stands for fields and records as they are now: no other table, and no other state of this one, has the number.
+    std::uint64_t revision() const { return m_revision; }
+    /// Fields or records have changed.
+    void touch() { m_revision = nextRevision(); }
 
     void rename(Name name) { m_name = std::move(name); }
     Field &field(std::size_t index) { return m_fields[index]; }
@@ -77,9 +82,12 @@ public:
     void removeRecord(std::size_t record);
 
 private:
+    static std::uint64_t nextRevision();
+
     Name m_name;
     std::vector<Field> m_fields;
     std::size_t m_records = 0;
+    std::uint64_t m_revision = nextRevision();
 };
 
 } // namespace qir

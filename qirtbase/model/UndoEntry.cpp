@@ -82,9 +82,9 @@ void apply(Entry &entry, Tables &tables) {
     std::visit(Applier(entry, tables), entry);
 }
 
-const Table *contentOf(const Entry &entry) {
+Table *contentOf(const Entry &entry) {
     return std::visit(
-        []<class Content>(const Content &content) -> const Table * {
+        []<class Content>(const Content &content) -> Table * {
             constexpr bool isOfList = std::is_same_v<Content, TableInserted> || std::is_same_v<Content, TableRemoved> ||
                                       std::is_same_v<Content, TableRenamed> || std::is_same_v<Content, AllTables>;
             if constexpr (isOfList)

@@ -80,7 +80,7 @@ using Entry = std::variant<CellChanged, RecordInserted, RecordRemoved, FieldInse
 void apply(Entry &entry, Tables &tables);
 
 /// The table whose fields or records an entry brings back, null for entries about the list of tables.
-const Table *contentOf(const Entry &entry);
+Table *contentOf(const Entry &entry);
 /// Bytes of memory that an entry holds, as if it shared none with others.
 std::size_t costOf(const Entry &entry);
 

@@ -133,7 +133,7 @@ void Monkey::timerEvent(QTimerEvent *event) {
     if (m_destroying) {
         if (QWidget *dialog = QApplication::activeModalWidget()) {
             goOn();
-            m_answers.dismiss(*dialog);
+            withHand([&] { m_answers.dismiss(*dialog); });
         }
         return;
     }
@@ -323,7 +323,7 @@ void Monkey::calmDown() {
         menu->close();
     } else if (QWidget *dialog = QApplication::activeModalWidget()) {
         goOn();
-        m_answers.dismiss(*dialog);
+        withHand([&] { m_answers.dismiss(*dialog); });
     } else if (m_loop->commandRunning()) {
         goOn();
     } else {

@@ -1,4 +1,4 @@
-#include "platform/grid/CellTexts.h"
+#include "platform/cells/CellTexts.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,12 +1,17 @@
+#include "platform/cells/CellColumn.h"
 #include "platform/grid/ColumnMeasure.h"
 #include "platform/grid/GridFill.h"
 #include "tests/platform/GridTesting.h"
+#include "tests/support/Columns.h"
 
 #include <QRegularExpression>
 #include <QtTest>
 #include <rapidcheck.h>
 
+#include <cmath>
+
 using namespace qir;
+using namespace qir::test;
 using namespace qir::testing;
 using namespace Qt::StringLiterals;
 
@@ -22,8 +27,8 @@ int measuredOneByOne(const QFont &font, const QString &header, const QStringList
     return qRound(widest * 15) + 60;
 }
 
-PackedTexts packed(const QStringList &texts) {
-    PackedTexts column;
+CellColumn packed(const QStringList &texts) {
+    CellColumn column;
     for (const QString &text : texts)
         column.append(text);
     return column;
@@ -74,6 +79,8 @@ private Q_SLOTS:
     void aTextIsAsWideAsItIsWithABlankInFrontAndSixtyTwips();
     void aColumnIsAsWideAsMeasuringEveryTextSays_data();
     void aColumnIsAsWideAsMeasuringEveryTextSays();
+    void valuesOfADatabaseAreMeasuredAsTheirTexts_data() { aColumnIsAsWideAsMeasuringEveryTextSays_data(); }
+    void valuesOfADatabaseAreMeasuredAsTheirTexts();
     void aTextWinsOverAnythingJustNarrower_data() { aColumnIsAsWideAsMeasuringEveryTextSays_data(); }
     void aTextWinsOverAnythingJustNarrower();
     void theHeaderTakesPart();
@@ -124,6 +131,37 @@ void ColumnMeasureTest::aColumnIsAsWideAsMeasuringEveryTextSays() {
     }));
 }
 
+void ColumnMeasureTest::valuesOfADatabaseAreMeasuredAsTheirTexts() {
+    QFETCH(const QFont, font);
+    const auto decimal =
+        rc::gen::map(rc::gen::tuple(rc::gen::inRange<qint64>(-99999999, 99999999), rc::gen::inRange(0, 9)),
+                     [](const std::tuple<qint64, int> &parts) {
+                         return static_cast<double>(std::get<0>(parts)) / std::pow(10.0, std::get<1>(parts));
+                     });
+    const auto number =
+        rc::gen::oneOf(decimal, rc::gen::cast<double>(rc::gen::arbitrary<int>()),
+                       rc::gen::element(0.0, -0.0, 1e15, 999999999999999.0, 1e-5, 9.9e-6, 0.1, 1.0 / 3.0, -1e300,
+                                        5e-324, 20260131.0, 20260131.235959, 1e14 + 0.5));
+    QVERIFY(check("width of a column of values", [&] {
+        const auto type = *rc::gen::element(ColumnType::Bool, ColumnType::Byte, ColumnType::Int, ColumnType::Long,
+                                            ColumnType::Double, ColumnType::Date, ColumnType::Text);
+        CellColumn column;
+        if (type == ColumnType::Text)
+            column = columnOf(*rc::gen::container<std::vector<QString>>(genText()), 3, &textBlock);
+        else
+            column = columnOf(*rc::gen::container<std::vector<double>>(number), 3,
+                              [&](const auto &numbers) { return numberBlock(type, numbers); });
+        if (column.size() > 0 && *rc::gen::arbitrary<bool>())
+            column.set(*rc::gen::inRange<std::size_t>(0, column.size()), *genText());
+        QStringList shown;
+        for (std::size_t i = 0; i < column.size(); ++i)
+            shown.append(column.at(i));
+        const QString header = *rc::gen::oneOf(genText(), rc::gen::just(QString()));
+        ColumnMeasure measure(font, nullptr);
+        RC_ASSERT(measure.columnWidth(header, column) == measuredOneByOne(font, header, shown));
+    }));
+}
+
 void ColumnMeasureTest::aTextWinsOverAnythingJustNarrower() {
     // The bound of a text must not be below its width: then a column hardly narrower would keep its own.
     QFETCH(const QFont, font);
@@ -149,7 +187,7 @@ void ColumnMeasureTest::theHeaderTakesPart() {
 
 void ColumnMeasureTest::anEmptyColumnIsAsWideAsItsHeader() {
     ColumnMeasure measure(plainFont(u"DejaVu Sans"_s, 9), nullptr);
-    QCOMPARE(measure.columnWidth(u"h", PackedTexts()), measure.textWidth(u"h"));
+    QCOMPARE(measure.columnWidth(u"h", CellColumn()), measure.textWidth(u"h"));
     QCOMPARE(measure.columnWidth({}, packed({QString(), QString()})), measure.textWidth({}));
 }
 
@@ -185,7 +223,7 @@ void ColumnMeasureTest::textsOfAnotherFontAreAllLaidOut() {
 
 void ColumnMeasureTest::pausesAreTakenAndMayEndTheMeasuring() {
     ColumnMeasure measure(plainFont(u"DejaVu Sans"_s, 9), nullptr);
-    PackedTexts texts;
+    CellColumn texts;
     for (int i = 0; i < 200000; ++i)
         texts.append(u"1");
     int pauses = 0;

@@ -1,6 +1,8 @@
 #include "view/RecordOrder.h"
 
 #include "base/LeadingNumber.h"
+#include "platform/cells/CellColumn.h"
+#include "tests/support/Columns.h"
 
 #include <QStringList>
 
@@ -11,12 +13,13 @@
 #include <numeric>
 
 using namespace qir;
+using namespace qir::test;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-PackedTexts packed(const QStringList &texts) {
-    PackedTexts column;
+CellColumn packed(const QStringList &texts) {
+    CellColumn column;
     for (const QString &text : texts)
         column.append(text);
     return column;
@@ -84,6 +87,23 @@ TEST(RecordOrder, EqualKeysKeepTheirOrder) {
 
 TEST(RecordOrder, NothingIsSortedInAnEmptyColumn) {
     EXPECT_TRUE(ascendingOrder({}).empty());
+}
+
+RC_GTEST_PROP(RecordOrder, ValuesOfADatabaseAreOrderedAsTheirTexts, ()) {
+    const auto texts = *rc::gen::container<std::vector<QString>>(
+        rc::gen::element(u""_s, u"10"_s, u"9"_s, u"b"_s, u"B"_s, u"\u00e9"_s, u"-1.5e3"_s));
+    const auto numbers = *rc::gen::container<std::vector<double>>(
+        rc::gen::element(0.0, -0.0, 1e300, -1e300, 0.1, 255.0, 1e15, 123456.75, 20260131.0));
+    for (CellColumn column : {columnOf(texts, 3, &textBlock), columnOf(numbers, 3, [](const auto &some) {
+                                  return numberBlock(ColumnType::Double, some);
+                              })}) {
+        if (column.size() > 2 && *rc::gen::arbitrary<bool>())
+            column.set(1, u"typed");
+        QStringList shown;
+        for (std::size_t i = 0; i < column.size(); ++i)
+            shown.append(column.at(i));
+        RC_ASSERT(ascendingOrder(column) == ascendingOrder(packed(shown)));
+    }
 }
 
 RC_GTEST_PROP(RecordOrder, AnyColumnIsOrderedAsTheRuleSays, ()) {

@@ -41,7 +41,8 @@ void PrintTo(const Content &content, std::ostream *out) {
 }
 
 ContractTest::ContractTest()
-    : m_componentPath({QString::fromUtf8(GetParam().folder)}) {
+    : m_columns(GetParam().columns)
+    , m_componentPath({QString::fromUtf8(GetParam().folder)}) {
     FakeControl::get().setSteps(true); // for the fake among them
 }
 
@@ -137,18 +138,14 @@ void ContractTest::expectRefused(const QirDatabase &database, const std::functio
     database.setQIRTableRecordsPointerOut(1);
 }
 
-namespace {
-
-std::vector<ContractComponent> components() {
+std::vector<ContractComponent> contractComponents() {
     return {CONTRACT_COMPONENTS};
 }
 
-std::string titleOf(const testing::TestParamInfo<ContractComponent> &info) {
+std::string contractTitle(const testing::TestParamInfo<ContractComponent> &info) {
     return info.param.name;
 }
 
-} // namespace
-
-INSTANTIATE_TEST_SUITE_P(Component, ContractTest, testing::ValuesIn(components()), titleOf);
+INSTANTIATE_TEST_SUITE_P(Component, ContractTest, testing::ValuesIn(contractComponents()), contractTitle);
 
 } // namespace qir

@@ -2,6 +2,7 @@
 
 #include "db/QirDatabase.h"
 #include "tests/tools/ComponentPath.h"
+#include "tests/tools/fake/FakeControl.h"
 
 #include <QString>
 #include <QStringList>
@@ -13,6 +14,7 @@
 
 #include <functional>
 #include <ostream>
+#include <string>
 #include <vector>
 
 namespace qir {
@@ -21,10 +23,23 @@ namespace qir {
 struct ContractComponent {
     const char *name;
     const char *folder;
+    bool columns; ///< Whether it has the members for whole columns; the fake has them where it is told to.
 };
 inline void PrintTo(const ContractComponent &component, std::ostream *out) {
     *out << component.name;
 }
+
+std::vector<ContractComponent> contractComponents();
+std::string contractTitle(const testing::TestParamInfo<ContractComponent> &info);
+
+/// Orders columns of the fake while it lives, of few records each.
+class UseFakeColumns {
+public:
+    explicit UseFakeColumns(bool columns) { FakeControl::get().setColumns(columns ? 3 : 0); }
+    ~UseFakeColumns() { FakeControl::get().setColumns(0); }
+    UseFakeColumns(const UseFakeColumns &) = delete;
+    UseFakeColumns &operator=(const UseFakeColumns &) = delete;
+};
 
 /// All that a database holds, as its members give it.
 struct Content {
@@ -75,6 +90,7 @@ protected:
     static void expectRefused(const QirDatabase &database, const std::function<void()> &call);
 
 private:
+    UseFakeColumns m_columns;
     QTemporaryDir m_folder;
     ComponentPath m_componentPath;
 };

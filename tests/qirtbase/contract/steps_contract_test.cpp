@@ -1,5 +1,7 @@
 #include "tests/qirtbase/contract/ContractTest.h"
 
+#include <string_view>
+
 using namespace Qt::StringLiterals;
 
 namespace qir {
@@ -212,15 +214,16 @@ TEST_P(StepsContract, RevertingIsAStepToo) {
     EXPECT_EQ(Content::of(database), saved);
 }
 
-std::vector<ContractComponent> components() {
-    return {CONTRACT_COMPONENTS};
+/// The fake has steps or columns, not both.
+std::vector<ContractComponent> componentsWithSteps() {
+    std::vector<ContractComponent> components = contractComponents();
+    std::erase_if(components, [](const ContractComponent &component) {
+        return component.columns && std::string_view(component.name).starts_with("Fake");
+    });
+    return components;
 }
 
-std::string titleOf(const testing::TestParamInfo<ContractComponent> &info) {
-    return info.param.name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Component, StepsContract, testing::ValuesIn(components()), titleOf);
+INSTANTIATE_TEST_SUITE_P(Component, StepsContract, testing::ValuesIn(componentsWithSteps()), contractTitle);
 
 } // namespace
 

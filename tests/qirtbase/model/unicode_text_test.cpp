@@ -1,4 +1,4 @@
-#include "qirtbase/model/UnicodeText.h"
+#include "base/columns/UnicodeText.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

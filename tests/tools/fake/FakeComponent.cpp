@@ -20,7 +20,6 @@ namespace {
 
 constexpr qsizetype mostTables = 4096;
 constexpr qsizetype mostFields = 1024;
-constexpr qsizetype mostRecords = qsizetype{1} << 24;
 constexpr int defaultTextSize = 50;
 
 QString reached(const QString &fileName) {
@@ -374,9 +373,13 @@ void FakeComponent::setRecordsPointer(int record) {
 
 void FakeComponent::AddRecord() {
     called("AddRecord");
-    fake::Table &table = current();
-    if (table.records.size() >= mostRecords)
+    if (current().records.size() >= mostRecords)
         raise(u"There are %1 records already."_s.arg(mostRecords));
+    appendRecord();
+}
+
+void FakeComponent::appendRecord() {
+    fake::Table &table = current();
     QVariantList record;
     for (const fake::Field &field : std::as_const(table.fields))
         record += fake::fitted(field, QString());

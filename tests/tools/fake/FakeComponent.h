@@ -71,6 +71,17 @@ protected:
     /// Called by every member before it is recorded.
     virtual void beforeCall() const {}
 
+    static constexpr qsizetype mostRecords = qsizetype{1} << 24;
+
+    void called(const char *member, const QVariantList &arguments = {}) const;
+    [[noreturn]] void raise(const QString &text) const;
+    const fake::Table &current() const;
+    fake::Table &current();
+    int fieldIndex(int field) const;
+    int recordIndex(int record) const;
+    void appendRecord();
+    void setChanged() { m_content.changed = true; }
+
 private:
     enum class State { Created, Loaded, Failed };
 
@@ -83,9 +94,7 @@ protected:
         bool changed = false;
     };
 
-    void called(const char *member, const QVariantList &arguments = {}) const;
     void failGroups() const;
-    [[noreturn]] void raise(const QString &text) const;
     int checkedIndex(int number, qsizetype count, const char *what) const;
 
 private:
@@ -94,10 +103,6 @@ private:
     void write();
     int tableIndex(int table) const;
     int findTable(const QString &name) const;
-    const fake::Table &current() const;
-    fake::Table &current();
-    int fieldIndex(int field) const;
-    int recordIndex(int record) const;
     QString freeTableName(const QString &name, int except) const;
     QString freeFieldName(const QString &name, int except) const;
 

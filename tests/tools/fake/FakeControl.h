@@ -57,6 +57,9 @@ public:
     virtual void setAllowDuplicates(bool allow) = 0;
     /// Instances made from now on have the members for taking steps back.
     virtual void setSteps(bool has) = 0;
+    /// Instances made from now on have the members for whole columns, and keep so many records of a column together; 0,
+    /// as after a reset: they lack them.
+    virtual void setColumns(int recordsTogether) = 0;
     /// Lets every living instance tell this through its Notice signal.
     virtual void notice(const QString &text) = 0;
 
@@ -80,9 +83,11 @@ inline FakeControl &FakeControl::get() {
 /// Makes the fake the component of the process, with a fresh control, while it lives.
 class UseFake {
 public:
-    UseFake()
+    /// `columns` as in FakeControl::setColumns().
+    explicit UseFake(int columns = 0)
         : m_path({QStringLiteral(FAKE_COMPONENT_FOLDER)}) {
         FakeControl::get().reset();
+        FakeControl::get().setColumns(columns);
     }
     ~UseFake() { FakeControl::get().reset(); }
     UseFake(const UseFake &) = delete;

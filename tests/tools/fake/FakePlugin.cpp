@@ -1,4 +1,4 @@
-#include "tests/tools/fake/FakeComponent.h"
+#include "tests/tools/fake/FakeColumnComponent.h"
 #include "tests/tools/fake/FakeRecorder.h"
 #include "tests/tools/fake/FakeStepsComponent.h"
 
@@ -13,6 +13,8 @@ public:
     Q_INVOKABLE QObject *CreateInstance(const QString &progId) {
         if (progId != u"QIRTBase.clsQirDatabase")
             return nullptr;
+        if (FakeRecorder::self().columns() > 0)
+            return new FakeColumnComponent;
         return FakeRecorder::self().hasSteps() ? new FakeStepsComponent : new FakeComponent;
     }
     Q_INVOKABLE void *Control() { return static_cast<FakeControl *>(&FakeRecorder::self()); }

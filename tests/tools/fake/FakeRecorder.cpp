@@ -52,6 +52,7 @@ void FakeRecorder::reset() {
     stopFailing();
     m_hook = nullptr;
     m_hideFileName = m_refuseFileName = m_allowDuplicates = m_hasSteps = false;
+    m_columns = 0;
 }
 
 int FakeRecorder::calls(const QString &member) const {

@@ -21,6 +21,7 @@ public:
     bool hidesFileName() const { return m_hideFileName; }
     bool refusesFileName() const { return m_refuseFileName; }
     bool allowsDuplicates() const { return m_allowDuplicates; }
+    int columns() const { return m_columns; }
 
     void reset() override;
     const QList<FakeCall> &log() const override { return m_log; }
@@ -37,6 +38,7 @@ public:
     void setAllowDuplicates(bool allow) override { m_allowDuplicates = allow; }
     void setSteps(bool has) override { m_hasSteps = has; }
     bool hasSteps() const { return m_hasSteps; }
+    void setColumns(int recordsTogether) override { m_columns = recordsTogether; }
     void notice(const QString &text) override;
 
 private:
@@ -57,6 +59,7 @@ private:
     bool m_refuseFileName = false;
     bool m_allowDuplicates = false;
     bool m_hasSteps = false;
+    int m_columns = 0;
     QSet<FakeComponent *> m_alive;
     int m_lastInstance = 0;
 };

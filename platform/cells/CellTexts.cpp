@@ -1,4 +1,4 @@
-#include "platform/grid/CellTexts.h"
+#include "platform/cells/CellTexts.h"
 
 #include <algorithm>
 
@@ -27,7 +27,7 @@ void CellTexts::set(int field, int record, QStringView text) {
 void CellTexts::setShape(int fields, int records) {
     m_columns.resize(static_cast<std::size_t>(std::max(fields, 0)));
     m_records = std::max(records, 0);
-    for (PackedTexts &column : m_columns)
+    for (CellColumn &column : m_columns)
         column.resize(static_cast<std::size_t>(m_records));
 }
 
@@ -52,14 +52,30 @@ void CellTexts::appendRecord(const QStringList &values) {
     ++m_records;
 }
 
+void CellTexts::appendRecords(const std::vector<ColumnBlock> &blocks) {
+    Q_ASSERT(blocks.size() == m_columns.size());
+    std::size_t done = 0;
+    try {
+        for (; done < m_columns.size(); ++done)
+            m_columns[done].append(blocks[done]);
+    } catch (...) {
+        // Records are added whole or not at all.
+        for (std::size_t field = 0; field < done; ++field)
+            m_columns[field].resize(static_cast<std::size_t>(m_records));
+        throw;
+    }
+    if (!blocks.empty())
+        m_records += static_cast<int>(blocks.front().count());
+}
+
 void CellTexts::permuteRecords(const std::vector<std::uint32_t> &order) {
-    for (PackedTexts &column : m_columns)
+    for (CellColumn &column : m_columns)
         column.permute(order);
 }
 
 std::size_t CellTexts::memory() const {
     std::size_t bytes = 0;
-    for (const PackedTexts &column : m_columns)
+    for (const CellColumn &column : m_columns)
         bytes += column.memory();
     return bytes;
 }

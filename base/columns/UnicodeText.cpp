@@ -1,4 +1,4 @@
-#include "qirtbase/model/UnicodeText.h"
+#include "base/columns/UnicodeText.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -113,6 +113,15 @@ QString wellFormed(const QString &text) {
             result[i] = QChar::ReplacementCharacter;
     }
     return result;
+}
+
+bool hasLoneSurrogate(QStringView text) {
+    if (!hasSurrogate(text))
+        return false;
+    for (qsizetype i = 0; i < text.size(); i += unitsAt(text, i))
+        if (text[i].isSurrogate() && unitsAt(text, i) == 1)
+            return true;
+    return false;
 }
 
 std::size_t codePoints(QStringView text) {

@@ -14,6 +14,8 @@ namespace qir {
 /// The same text with every lone surrogate as U+FFFD, so that it can be written as UTF-8 and read back unchanged.
 QString wellFormed(const QString &text);
 
+bool hasLoneSurrogate(QStringView text);
+
 /// How many code points a text has; a lone surrogate counts as one.
 std::size_t codePoints(QStringView text);
 
