@@ -185,7 +185,7 @@ void CellEditor::ScriviDaEditADtb(int pane) {
             // All keystrokes of one edit are one step.
             const ChangeStep step(
                 database, tr("Edit of %1.%2").arg(m_editor.pane(pane).TabellaMostrata(), fieldNameOf(grid, column)),
-                u"edit %1"_s.arg(m_editor.cellEdit().number()));
+                QString::number(m_editor.cellEdit().number()));
             database.setQIRTableRecordsPointerOut(grid.RowData(row));
             AssegnaARecordset(database, grid.ColData(column), text);
         },

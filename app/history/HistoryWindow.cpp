@@ -46,7 +46,8 @@ private:
             return name;
         const QDateTime time = QDateTime::fromMSecsSinceEpoch(milliseconds);
         const bool isToday = time.date() == QDate::currentDate();
-        const QString shown = QLocale().toString(time, isToday ? u"HH:mm:ss"_s : u"yyyy-MM-dd HH:mm:ss"_s);
+        const QString shown = QLocale().toString(time, isToday ? HistoryWindow::tr("HH:mm:ss")
+                                                               : HistoryWindow::tr("yyyy-MM-dd HH:mm:ss"));
         return shown + u"   "_s + name;
     }
 

@@ -101,6 +101,17 @@ TEST_F(Steps, AStepThatFilledAWholeTableHoldsItOnce) {
     EXPECT_LT(history().bytes(), table().memory() * 2 + 16384);
 }
 
+TEST_F(Steps, AThousandEditsHoldLessThanHalfAMegabyte) {
+    for (std::size_t edit = 0; edit < 1000; ++edit) {
+        database.beginStep(u"Edit of T.Field1"_s, QString::number(edit));
+        database.setText(table(), 0, edit, u"typed"_s);
+        database.endGroup();
+    }
+    EXPECT_EQ(history().count(), 1000U);
+    RecordProperty("bytes", static_cast<int>(history().bytes()));
+    EXPECT_LT(history().bytes(), 512U * 1024);
+}
+
 TEST_F(Steps, ThePlaceOfAChangeIsTold) {
     rewrite(1);
     database.setNumber(table(), 1, 7, 3);

@@ -82,15 +82,20 @@ void fromOrigin(EditorFixture &fixture, int pane, Command command) {
     fixture.choose(command);
 }
 
-/// What a user may do in the left pane of two that hold pumps; the table "Lone" is there alone.
-std::vector<Kind> kinds() {
-    const auto choose = [](Command command) { return [command](EditorFixture &fixture) { fixture.choose(command); }; };
-    const auto asked = [](const QString &prompt, const QString &given, const QString &answer, Command command) {
-        return [=](EditorFixture &fixture) {
-            fixture.dialogs().expectInput(prompt, u"?"_s, given, answer);
-            fixture.choose(command);
-        };
+Act choosing(Command command) {
+    return [command](EditorFixture &fixture) { fixture.choose(command); };
+}
+
+Act answering(const QString &prompt, const QString &given, const QString &answer, Command command) {
+    return [=](EditorFixture &fixture) {
+        fixture.dialogs().expectInput(prompt, u"?"_s, given, answer);
+        fixture.choose(command);
     };
+}
+
+// What a user may do in the left pane of two that hold pumps; the table "Lone" is there alone.
+
+std::vector<Kind> kindsOfCells() {
     return {
         {"edit", u"Edit of Pumps.Name"_s, [](EditorFixture &fixture) { edit(fixture, 0, 2, 2, u"changed"_s); }},
         {"paste", u"Paste"_s,
@@ -102,16 +107,21 @@ std::vector<Kind> kinds() {
              fixture.clickCell(0, 1, 1);
              fromOrigin(fixture, 0, Command::SortFPOP);
          }},
-        {"add a record", u"Adding a record to Pumps"_s, choose(Command::AddRecordMenu)},
+        {"add a record", u"Adding a record to Pumps"_s, choosing(Command::AddRecordMenu)},
         {"remove a record", u"Removing record 2 of Pumps"_s,
          [](EditorFixture &fixture) {
              fixture.clickCell(0, 2, 1);
              fixture.choose(Command::RemoveRecordMenu);
          }},
+    };
+}
+
+std::vector<Kind> kindsOfStructure() {
+    return {
         {"add a table", u"Adding table New"_s,
-         asked(u"New table name"_s, u"Tablex"_s, u"New"_s, Command::AddTableMenu)},
+         answering(u"New table name"_s, u"Tablex"_s, u"New"_s, Command::AddTableMenu)},
         {"rename a table", u"Renaming table Pumps"_s,
-         asked(u"Table's new name (Pumps)"_s, u"Pumps"_s, u"Machines"_s, Command::RenameTableMenu)},
+         answering(u"Table's new name (Pumps)"_s, u"Pumps"_s, u"Machines"_s, Command::RenameTableMenu)},
         {"remove a table", u"Removing table Pumps"_s,
          [](EditorFixture &fixture) {
              fixture.dialogs().expectMessage(
@@ -132,6 +142,11 @@ std::vector<Kind> kinds() {
              fixture.dialogs().expectMessage(u"Do you want to remove field: 'Name' ?"_s, u"?"_s, u"Yes"_s);
              fixture.choose(Command::RemoveFieldMenu);
          }},
+    };
+}
+
+std::vector<Kind> kindsOfCopies() {
+    return {
         {"copy a table", u"Copy of table Lone"_s,
          [](EditorFixture &fixture) {
              fixture.clickLine(1, 0);
@@ -150,6 +165,13 @@ std::vector<Kind> kinds() {
              fromOrigin(fixture, 1, Command::CloneSelectedAreaPOP);
          }},
     };
+}
+
+std::vector<Kind> kinds() {
+    std::vector<Kind> all;
+    for (const std::vector<Kind> &some : {kindsOfCells(), kindsOfStructure(), kindsOfCopies()})
+        all.insert(all.end(), some.begin(), some.end());
+    return all;
 }
 
 TableOfTexts otherPumps() {
