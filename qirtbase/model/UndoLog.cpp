@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace qir {
@@ -34,7 +35,7 @@ void UndoLog::beginSingle() {
 }
 
 void UndoLog::commit() {
-    const std::size_t start = m_groups.back().start;
+    const Group inner = std::move(m_groups.back());
     m_groups.pop_back();
     if (m_groups.empty()) {
         finish();
@@ -48,8 +49,22 @@ void UndoLog::commit() {
         const auto found = std::ranges::find(outer, table, &Coverage::table);
         return table && found != outer.end() && found->whole;
     };
-    const auto first = m_entries.begin() + static_cast<std::ptrdiff_t>(start);
+    const auto first = m_entries.begin() + static_cast<std::ptrdiff_t>(inner.start);
     m_entries.erase(std::remove_if(first, m_entries.end(), isCovered), m_entries.end());
+    takeOver(inner);
+}
+
+/// What a group has kept of tables the one around it need not keep again.
+void UndoLog::takeOver(const Group &inner) noexcept {
+    try {
+        for (const Coverage &kept : inner.tables) {
+            Coverage &outer = coverage(*kept.table);
+            const bool whole = outer.whole || kept.whole;
+            outer = kept;
+            outer.whole = whole;
+        }
+    } catch (const std::bad_alloc &) { // NOLINT(bugprone-empty-catch): it is kept again then
+    }
 }
 
 /// After the outermost group.
@@ -69,6 +84,7 @@ void UndoLog::undo(Tables &tables) {
         undo::apply(m_entries.back(), tables);
         m_entries.pop_back();
     }
+    m_groups.back().tables.clear(); // nothing is kept of them any more
     commit();
 }
 
@@ -138,7 +154,15 @@ UndoLog::Coverage &UndoLog::coverage(const Table &table) {
     group.latest = static_cast<std::size_t>(found - group.tables.begin());
     if (found != group.tables.end())
         return *found;
-    group.tables.push_back({&table, 0, alwaysKept, false, false});
+    Coverage begun{&table, 0, alwaysKept, false, false};
+    if (m_groups.size() > 1) { // many small groups within a large one keep no more than that would
+        const std::vector<Coverage> &outer = m_groups[m_groups.size() - 2].tables;
+        if (const auto around = std::ranges::find(outer, &table, &Coverage::table); around != outer.end()) {
+            begun = *around;
+            begun.whole = false;
+        }
+    }
+    group.tables.push_back(begun);
     return group.tables.back();
 }
 

@@ -66,6 +66,7 @@ private:
         std::size_t latest; // index of the table asked for last, which is nearly always the next one too
     };
 
+    void takeOver(const Group &inner) noexcept;
     Coverage &coverage(const Table &table);
     bool outweighs(Coverage &kept) const;
     void finish();

@@ -101,6 +101,36 @@ TEST_F(Steps, AStepThatFilledAWholeTableHoldsItOnce) {
     EXPECT_LT(history().bytes(), table().memory() * 2 + 16384);
 }
 
+TEST_F(Steps, AStepOfManySmallGroupsHoldsATableOnceToo) {
+    database.beginStep(u"Rewriting"_s, {});
+    for (std::size_t record = 0; record < table().recordCount(); ++record) {
+        database.beginGroup();
+        database.setNumber(table(), 1, record, 1);
+        database.setText(table(), 0, record, u"text"_s);
+        database.endGroup();
+    }
+    database.endGroup();
+    EXPECT_LT(history().bytes(), table().memory() * 3 + 16384);
+    database.undoStep();
+    EXPECT_EQ(number(5), 0);
+    EXPECT_EQ(number(999), 0);
+    EXPECT_EQ(std::get<QString>(table().field(0).column.value(999)), QString());
+    database.redoStep();
+    EXPECT_EQ(number(999), 1);
+}
+
+TEST_F(Steps, WhatAnUndoneGroupHeldCoversNothingAfterIt) {
+    database.beginStep(u"Step"_s, {});
+    database.beginGroup();
+    for (std::size_t record = 0; record < table().recordCount(); ++record)
+        database.setNumber(table(), 1, record, 1);
+    database.undoGroup();
+    database.setNumber(table(), 1, 7, 2);
+    database.endGroup();
+    database.undoStep();
+    EXPECT_EQ(number(7), 0);
+}
+
 TEST_F(Steps, AThousandEditsHoldLessThanHalfAMegabyte) {
     for (std::size_t edit = 0; edit < 1000; ++edit) {
         database.beginStep(u"Edit of T.Field1"_s, QString::number(edit));
