@@ -122,6 +122,38 @@ TEST_P(Steps, AreThereAgainAfterACrash) {
     pair.compareAll();
 }
 
+class StepMemory : public JournalSessions {
+protected:
+    StepMemory() { qputenv("QIR_STEPS_MIB", "0"); }
+    ~StepMemory() override { qunsetenv("QIR_STEPS_MIB"); }
+};
+
+TEST_F(StepMemory, TheUserIsToldOnceThatTheFirstStepsAreNoMore) {
+    auto session = open();
+    for (const QString &text : {u"one"_s, u"two"_s, u"three"_s}) {
+        session->BeginStep(u"Edit"_s, QString());
+        write(*session, text);
+        session->EndStep();
+    }
+    EXPECT_EQ(session->StepsCount(), 1);
+    EXPECT_TRUE(session->StepsDropped());
+    EXPECT_EQ(m_notices.filter(u"can no longer be taken back"_s).size(), 1) << m_notices.join(u'\n').toStdString();
+    session->Undo();
+    EXPECT_EQ(textIn(*session), u"two"_s);
+    EXPECT_TRUE(session->DtbHasChanged());
+}
+
+TEST_F(StepMemory, ACallerWithoutAUserKeepsNoSteps) {
+    auto session = component();
+    session->setLeaveJournal(true);
+    ASSERT_TRUE(session->LoadDtb(path(), QString()));
+    session->BeginStep(u"Edit"_s, QString());
+    write(*session, u"one"_s);
+    session->EndStep();
+    EXPECT_EQ(session->StepsCount(), 0);
+    EXPECT_EQ(textIn(*session), u"one"_s);
+}
+
 INSTANTIATE_TEST_SUITE_P(Seeds, Steps, testing::Range(0, countFrom("QIR_STEP_SEEDS", seeds)));
 
 } // namespace
