@@ -16,6 +16,8 @@
 #include <QApplication>
 #include <QLineEdit>
 
+#include <exception>
+
 namespace qir {
 
 using namespace Qt::StringLiterals;
@@ -75,13 +77,24 @@ int UndoCommands::paneWithSteps() const {
 
 void UndoCommands::follow() {
     const int pane = paneWithSteps();
-    const QString undo = pane < 0 ? QString() : m_editor.OggettoDtb(pane).UndoName();
-    const QString redo = pane < 0 ? QString() : m_editor.OggettoDtb(pane).RedoName();
-    setCaption(Command::UndoMenu, undo.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(captionOf(undo)), !undo.isEmpty());
-    setCaption(Command::RedoMenu, redo.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(captionOf(redo)), !redo.isEmpty());
+    QString undo;
+    QString redo;
+    bool reverts = false;
+    try {
+        if (pane >= 0) {
+            const QirDatabase &database = m_editor.OggettoDtb(pane);
+            undo = database.UndoName();
+            redo = database.RedoName();
+            reverts = database.hasRevert() && database.DtbHasChanged();
+        }
+    } catch (const std::exception &) { // NOLINT(bugprone-empty-catch): the command that has ended is what counts
+    }
+    const bool inText = pane >= 0 && m_editor.RigaEdit() > 0; // the keys work there
+    setCaption(Command::UndoMenu, undo.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(captionOf(undo)),
+               inText || !undo.isEmpty());
+    setCaption(Command::RedoMenu, redo.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(captionOf(redo)),
+               inText || !redo.isEmpty());
     m_editor.controls.action(Command::HistoryMenu).setEnabled(pane >= 0);
-    const bool reverts =
-        pane >= 0 && m_editor.OggettoDtb(pane).hasRevert() && m_editor.OggettoDtb(pane).DtbHasChanged();
     m_editor.controls.action(Command::RevertMenu).setEnabled(reverts);
 }
 
