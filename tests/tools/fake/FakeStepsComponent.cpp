@@ -165,9 +165,11 @@ int FakeStepsComponent::ChangedTables() const {
 void FakeStepsComponent::RevertToSaved(const QString &name) {
     called("RevertToSaved", {name});
     requireNoGroup();
-    m_content.database.tables = m_saved;
-    keepStep(name, {});
-    goTo(Tables(m_saved));
+    const Tables saved = m_saved;
+    m_steps.resize(m_done);
+    m_steps += {name, {}, QDateTime::currentMSecsSinceEpoch(), m_known, saved};
+    m_done = m_steps.size();
+    goTo(saved);
 }
 
 } // namespace qir
