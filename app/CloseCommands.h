@@ -26,7 +26,7 @@ public:
     /// Closes the active pane's database; its name stays the pane's name.
     void CloseDatabaseMenu_Click();
     /// The window is being closed: asks about each changed database, left first, and releases both. False when a
-    /// component could not take a No: its release would write what was refused, so it stays open, and the window.
+    /// component could not take a No: its release would write what was refused, so it stays open, as does the window.
     bool Form_QueryUnload();
 
 private:

@@ -95,6 +95,14 @@ void buildControls(QMainWindow &window, EditorContext &editor) {
     controls.ProgressBarCompare->setTextVisible(false);
     controls.ProgressBarCompare->hide();
 
+    auto *statusLeft = new FileNameLabel(area);
+    statusLeft->setObjectName(u"statusLeft"_s);
+    auto *statusRight = new FileNameLabel(area);
+    statusRight->setObjectName(u"statusRight"_s);
+    for (FileNameLabel *part : {statusLeft, statusRight})
+        part->setTextFormat(Qt::PlainText);
+    editor.status().setControls(*statusLeft, *statusRight, *controls.ProgressBarCompare);
+
     controls.AutoSizeLabelTwips = new QLabel(area);
     controls.AutoSizeLabelTwips->setObjectName(u"AutoSizeLabelTwips"_s);
     controls.AutoSizeLabelTwips->hide();

@@ -28,6 +28,12 @@ DtbEditor::DtbEditor()
     , m_marks(m_editor, m_equalTables)
     , m_alignment(m_editor, m_marks)
     , m_differences(m_editor, m_marks, m_equalTables)
+    , m_differingTables(m_editor)
+    , m_status(m_editor, m_differingTables)
+    , m_differenceWords(m_editor, m_differingTables)
+    , m_walk(m_editor, m_differences, m_differingTables)
+    , m_strips(m_editor, m_walk)
+    , m_summary(m_editor, m_differingTables, m_walk)
     , m_tables(m_editor, m_differences)
     , m_gridSave(m_editor, m_differences)
     , m_cellEditor(m_editor, m_marks)
@@ -43,6 +49,7 @@ DtbEditor::DtbEditor()
     , m_fieldCommands(m_editor, m_differences, m_tables)
     , m_recordCommands(m_editor, m_differences, m_tables)
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
+    , m_carryCommands(m_editor, m_differences, m_tables, m_cloneCommands, m_walk)
     , m_modes(m_editor, m_alignment, m_differences, m_tables)
     , m_undo(m_editor, m_alignment, m_differences, m_tables) {
     setObjectName(u"DtbEditor"_s);
@@ -54,6 +61,9 @@ DtbEditor::DtbEditor()
     buildMenus(*this, m_editor.controls);
     for (const int pane : {0, 1})
         connectPane(pane);
+    m_differingTables.watchLists();
+    m_differenceWords.install();
+    m_strips.build();
     m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
     SettaColoriIndexAttivo(m_editor);
     AbilitaMenu(m_editor, -1);
@@ -62,6 +72,7 @@ DtbEditor::DtbEditor()
         loop->setErrorTitle(applicationTitle());
         loop->addSettling([this] { m_tables.settlePanes(); });
         loop->addSettling([this] { m_undo.follow(); });
+        loop->addSettling([this] { commandEnded(); });
         loop->addSettling([this] { m_notices.show(); });
     }
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
@@ -101,9 +112,19 @@ void DtbEditor::addCommands() {
     m_fieldCommands.addCommands();
     m_recordCommands.addCommands();
     m_cloneCommands.addCommands();
+    m_walk.addCommands();
+    m_summary.addCommands();
+    m_carryCommands.addCommands();
     m_sorting.addCommands();
     m_clipboard.addCommands();
     addHelpCommands(m_editor);
+}
+
+void DtbEditor::commandEnded() {
+    m_differingTables.follow();
+    m_strips.follow();
+    m_summary.follow();
+    m_status.show();
 }
 
 void DtbEditor::resizeEvent(QResizeEvent *event) {

@@ -5,14 +5,21 @@
 #include "app/Notices.h"
 #include "app/OpenCommand.h"
 #include "app/SaveCommands.h"
+#include "app/StatusState.h"
 #include "app/history/UndoCommands.h"
 #include "compare/CellDifferences.h"
+#include "compare/DifferenceStrip.h"
+#include "compare/DifferenceWalk.h"
+#include "compare/DifferenceWords.h"
+#include "compare/DifferencesSummary.h"
+#include "compare/DifferingTables.h"
 #include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
 #include "compare/TableMarks.h"
 #include "pane/EditorContext.h"
 #include "pane/PaneFocus.h"
 #include "platform/grid/GridPair.h"
+#include "structure/CarryCommands.h"
 #include "structure/CloneCommands.h"
 #include "structure/FieldCommands.h"
 #include "structure/RecordCommands.h"
@@ -61,6 +68,8 @@ private:
     void EndMenu_Click();
     void connectPane(int pane);
     void addCommands();
+    /// What shows the state of panes and differences follows it.
+    void commandEnded();
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);
 
@@ -71,6 +80,12 @@ private:
     TableMarks m_marks;
     TableListAlignment m_alignment;
     CellDifferences m_differences;
+    DifferingTables m_differingTables;
+    StatusState m_status;
+    DifferenceWords m_differenceWords;
+    DifferenceWalk m_walk;
+    DifferenceStrips m_strips;
+    DifferencesSummary m_summary;
     TableLoader m_tables;
     GridSave m_gridSave;
     CellEditor m_cellEditor;
@@ -87,6 +102,7 @@ private:
     FieldCommands m_fieldCommands;
     RecordCommands m_recordCommands;
     CloneCommands m_cloneCommands;
+    CarryCommands m_carryCommands;
     ModeCommands m_modes;
     UndoCommands m_undo;
 };

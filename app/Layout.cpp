@@ -66,11 +66,12 @@ void RicalcolaSistemazioneForm(EditorContext &editor) {
     const int left = toPixels(frameLeft);
     const int allWidth = std::max(0, window.width() - toPixels(windowWidthBesideFrames));
     const int width = two ? allWidth / 2 : allWidth;
-    // Below the frames is the place of the progress bar. Where a large font makes the menu bar higher than the figures
-    // expect, the frames give way.
+    // Below the frames is the place of the status line and of the progress bar. Where a large font makes the menu bar
+    // higher than the figures expect, the frames give way.
     const int barHeight = toPixels(progressBarHeight);
+    const int stripHeight = std::max(barHeight, area->fontMetrics().height() + 2);
     const int height = std::max(0, std::min(window.height() - toPixels(windowHeightBesideFrames),
-                                            area->height() - barHeight - 2 * toPixels(gap)));
+                                            area->height() - stripHeight - 2 * toPixels(gap)));
 
     editor.IDtb(0).setGeometry(left, 0, width, height);
     editor.IDtb(1).setGeometry(left + width, 0, width, height);
@@ -79,6 +80,8 @@ void RicalcolaSistemazioneForm(EditorContext &editor) {
         placeInFrame(editor.pane(pane).controls());
     editor.controls.ProgressBarCompare->setGeometry(left, height + (area->height() - height - barHeight) / 2,
                                                     two ? 2 * width : width, barHeight);
+    editor.status().place(
+        {left, height + (area->height() - height - stripHeight) / 2, two ? 2 * width : width, stripHeight});
 }
 
 } // namespace qir

@@ -33,7 +33,8 @@ public:
 
     /// Lines the lists up and compares everything afresh; the active pane's table stays selected, on both sides.
     void CompareAgainMenu_Click();
-    /// Moves the keyboard focus to the other pane, to its list or its grid as in the pane left, and makes it active.
+    /// Makes the other pane active and gives it the keyboard focus: its grid where the grid had it in the pane left,
+    /// else its list.
     void OtherPaneMenu_Click();
 
 private:

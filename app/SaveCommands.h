@@ -22,8 +22,8 @@ public:
     /// Asks for a name and writes under it. A name that the component refuses stays the pane's name, while label and
     /// component keep the old one.
     void SaveAsMenu_Click();
-    /// The save-file dialog; the chosen name, trimmed and in upper case, and whether one was chosen. Takes from the
-    /// incoming name the default extension.
+    /// The save-file dialog; the chosen name, trimmed and in upper case, and whether one was chosen. The extension of
+    /// the name passed in is the default one.
     void SalvaSecco(QString &fileName, bool &chosen);
 
 private:

@@ -11,6 +11,45 @@ namespace {
 
 constexpr std::size_t bitsPerWord = 64;
 
+/// The first set bit from `from` on, of the first `size` ones; `size` when there is none.
+std::size_t nextBit(std::span<const std::uint64_t> words, std::size_t from, std::size_t size) {
+    if (from >= size)
+        return size;
+    std::size_t i = from / bitsPerWord;
+    std::uint64_t word = words[i] & (~std::uint64_t{0} << (from % bitsPerWord));
+    while (word == 0) {
+        if (++i * bitsPerWord >= size)
+            return size;
+        word = words[i];
+    }
+    return std::min(size, i * bitsPerWord + static_cast<std::size_t>(std::countr_zero(word)));
+}
+
+/// The last set bit up to `from`, which there is; `none` when there is none.
+std::size_t previousBit(std::span<const std::uint64_t> words, std::size_t from, std::size_t none) {
+    std::size_t i = from / bitsPerWord;
+    std::uint64_t word = words[i] & (~std::uint64_t{0} >> (bitsPerWord - 1 - from % bitsPerWord));
+    while (word == 0) {
+        if (i-- == 0)
+            return none;
+        word = words[i];
+    }
+    return i * bitsPerWord + bitsPerWord - 1 - static_cast<std::size_t>(std::countl_zero(word));
+}
+
+/// How many of the bits from `first` to before `end` are set.
+std::size_t countBits(std::span<const std::uint64_t> words, std::size_t first, std::size_t end) {
+    std::size_t count = 0;
+    while (first < end) {
+        const std::size_t next = std::min(end, (first / bitsPerWord + 1) * bitsPerWord);
+        const std::uint64_t from = ~std::uint64_t{0} << (first % bitsPerWord);
+        const std::uint64_t upTo = ~std::uint64_t{0} >> (bitsPerWord - 1 - (next - 1) % bitsPerWord);
+        count += static_cast<std::size_t>(std::popcount(words[first / bitsPerWord] & from & upTo));
+        first = next;
+    }
+    return count;
+}
+
 } // namespace
 
 BitMatrix::BitMatrix(std::size_t rows, std::size_t columns)
@@ -36,10 +75,13 @@ void BitMatrix::set(std::size_t row, std::size_t column, bool value) {
         ++m_count;
     else
         --m_count;
+    noteRow(row);
 }
 
 void BitMatrix::clear() {
     m_words.clear();
+    m_rowsSet.clear();
+    m_rowCount = 0;
     std::ranges::fill(m_rest, 0);
     m_count = 0;
 }
@@ -60,6 +102,7 @@ void BitMatrix::setRow(std::size_t row, std::span<const std::uint64_t> words) {
         m_count += static_cast<std::size_t>(std::popcount(word));
         target[i] = word;
     }
+    noteRow(row);
 }
 
 void BitMatrix::setBlock(std::size_t firstRow, std::size_t firstColumn) {
@@ -75,8 +118,10 @@ void BitMatrix::setBlock(std::size_t firstRow, std::size_t firstColumn) {
             words[i] |= block[i];
         }
     };
-    for (std::size_t row = firstRow; row < storedRows(); ++row)
+    for (std::size_t row = firstRow; row < storedRows(); ++row) {
         setIn(ownRow(row), 1);
+        noteRow(row);
+    }
     setIn(m_rest.data(), m_rows - storedRows());
 }
 
@@ -86,8 +131,65 @@ std::uint64_t *BitMatrix::ownRow(std::size_t row) {
 }
 
 void BitMatrix::storeRows(std::size_t count) {
-    for (std::size_t stored = storedRows(); stored < count; ++stored)
+    for (std::size_t stored = storedRows(); stored < count; ++stored) {
         m_words.insert(m_words.end(), m_rest.begin(), m_rest.end());
+        noteRow(stored);
+    }
+}
+
+void BitMatrix::noteRow(std::size_t row) {
+    if (row / bitsPerWord >= m_rowsSet.size())
+        m_rowsSet.resize(row / bitsPerWord + 1);
+    const std::uint64_t bit = std::uint64_t{1} << (row % bitsPerWord);
+    const bool any = std::ranges::any_of(this->row(row), [](std::uint64_t word) { return word != 0; });
+    std::uint64_t &word = m_rowsSet[row / bitsPerWord];
+    if (((word & bit) != 0) == any)
+        return;
+    word ^= bit;
+    if (any)
+        ++m_rowCount;
+    else
+        --m_rowCount;
+}
+
+bool BitMatrix::restIsSet() const {
+    return std::ranges::any_of(m_rest, [](std::uint64_t word) { return word != 0; });
+}
+
+std::size_t BitMatrix::nextRow(std::size_t row) const {
+    const std::size_t stored = storedRows();
+    if (const std::size_t found = nextBit(m_rowsSet, row, stored); found < stored)
+        return found;
+    row = std::max(row, stored);
+    return row < m_rows && restIsSet() ? row : m_rows;
+}
+
+std::size_t BitMatrix::previousRow(std::size_t row) const {
+    if (m_rows == 0)
+        return m_rows;
+    row = std::min(row, m_rows - 1);
+    const std::size_t stored = storedRows();
+    if (row >= stored && restIsSet())
+        return row;
+    return stored == 0 ? m_rows : previousBit(m_rowsSet, std::min(row, stored - 1), m_rows);
+}
+
+std::size_t BitMatrix::countRows(std::size_t first, std::size_t end) const {
+    const std::size_t stored = storedRows();
+    end = std::min(end, m_rows);
+    const std::size_t count = countBits(m_rowsSet, first, std::min(end, stored));
+    const std::size_t firstBehind = std::max(first, stored);
+    return firstBehind < end && restIsSet() ? count + end - firstBehind : count;
+}
+
+std::size_t BitMatrix::nextColumn(std::size_t row, std::size_t column) const {
+    return row < m_rows ? nextBit(this->row(row), column, m_columns) : m_columns;
+}
+
+std::size_t BitMatrix::previousColumn(std::size_t row, std::size_t column) const {
+    if (row >= m_rows || m_columns == 0)
+        return m_columns;
+    return previousBit(this->row(row), std::min(column, m_columns - 1), m_columns);
 }
 
 bool operator==(const BitMatrix &left, const BitMatrix &right) {

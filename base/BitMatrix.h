@@ -28,16 +28,33 @@ public:
     /// Sets or clears a flag within the bounds; does nothing outside.
     void set(std::size_t row, std::size_t column, bool value);
     void clear();
-    /// Sets all flags of these rows and columns and those behind them.
+    /// Sets all flags that stand both in `firstRow` or a later row and in `firstColumn` or a later column.
     void setBlock(std::size_t firstRow, std::size_t firstColumn);
     /// Bytes of memory held.
-    std::size_t memory() const { return (m_words.capacity() + m_rest.capacity()) * sizeof(std::uint64_t); }
+    std::size_t memory() const {
+        return (m_words.capacity() + m_rest.capacity() + m_rowsSet.capacity()) * sizeof(std::uint64_t);
+    }
 
     std::size_t wordsPerRow() const { return m_wordsPerRow; }
     /// The words of a row, for reading.
     std::span<const std::uint64_t> row(std::size_t row) const;
     /// Replaces a row; `words` has wordsPerRow() words, bits beyond the last column are dropped.
     void setRow(std::size_t row, std::span<const std::uint64_t> words);
+
+    // Where flags are set, found by words: a bit is kept for each row that has any.
+
+    /// The first row from `row` on that has a set flag, rows() when none has.
+    std::size_t nextRow(std::size_t row) const;
+    /// The last row up to `row` that has a set flag, rows() when none has.
+    std::size_t previousRow(std::size_t row) const;
+    /// How many rows have a set flag; costs no more than a look at one row.
+    std::size_t rowCount() const { return m_rowCount + (restIsSet() ? m_rows - storedRows() : 0); }
+    /// How many of the rows from `first` to before `end` have a set flag.
+    std::size_t countRows(std::size_t first, std::size_t end) const;
+    /// The first column of a row from `column` on whose flag is set, columns() when none is.
+    std::size_t nextColumn(std::size_t row, std::size_t column) const;
+    /// The last column of a row up to `column` whose flag is set, columns() when none is.
+    std::size_t previousColumn(std::size_t row, std::size_t column) const;
 
     friend bool operator==(const BitMatrix &left, const BitMatrix &right);
 
@@ -46,13 +63,17 @@ private:
     /// The words of a row that is going to change.
     std::uint64_t *ownRow(std::size_t row);
     void storeRows(std::size_t count);
+    void noteRow(std::size_t row);
+    bool restIsSet() const;
 
     std::size_t m_rows = 0;
     std::size_t m_columns = 0;
     std::size_t m_wordsPerRow = 0;
     std::size_t m_count = 0;
-    std::vector<std::uint64_t> m_words; // of the first rows
-    std::vector<std::uint64_t> m_rest;  // of each row behind them
+    std::size_t m_rowCount = 0;           // of the first rows
+    std::vector<std::uint64_t> m_words;   // of the first rows
+    std::vector<std::uint64_t> m_rest;    // of each row behind them
+    std::vector<std::uint64_t> m_rowsSet; // a bit for each of the first rows: whether it has a set flag
 };
 
 } // namespace qir

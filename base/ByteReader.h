@@ -34,7 +34,7 @@ public:
     bool isComplete() const { return m_isComplete; }
     /// How many bytes are left; 0 once something was missing.
     std::uint64_t left() const { return static_cast<std::uint64_t>(m_rest.size()); }
-    /// Those bytes.
+    /// The bytes that are left.
     QByteArrayView rest() const { return m_rest; }
     /// A reader of what stands `offset` bytes further on; one that is not complete where there are fewer.
     ByteReader from(std::uint64_t offset) const {

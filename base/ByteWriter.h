@@ -10,8 +10,8 @@
 namespace qir {
 
 /// Writes bytes and little-endian numbers into an array, which grows as it must: nothing is ever written beside it.
-/// Starts at its end; at() goes to another place, where what stands there is written over. Throws std::bad_alloc, and
-/// std::length_error, before anything is written, for more than an array can hold. The array must outlive the writer;
+/// Starts at its end; at() goes to another place, where what stands there is written over. Throws std::bad_alloc, or
+/// std::length_error for more than an array can hold, before anything is written. The array must outlive the writer;
 /// what is handed in must not stand in it.
 class ByteWriter {
 public:

@@ -3,8 +3,8 @@
 namespace qir {
 
 /// While one of these lives, the program overwrites all memory that it gives back, whoever gives it back: the text
-/// boxes and layouts that a typed password goes through keep copies of their own, which nobody else can reach. For the
-/// whole of a command that asks for a password.
+/// boxes and layouts that a typed password goes through keep copies of their own, which nobody else can reach. To live
+/// for the whole of a command that asks for a password.
 ///
 /// Works by standing in for the C library's free and realloc, so only programs link it, never a library that is loaded.
 /// Under the address sanitizer, which stands in for them itself, it does nothing.

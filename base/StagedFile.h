@@ -74,7 +74,7 @@ private:
     enum class Standing { No, Yes, Unknown };
     /// Whether `name` in the folder is this very file.
     Standing standingUnder(const std::string &name);
-    /// What became of a call that was to bring this file under `name`: one that failed may have been done all the same.
+    /// What a call did that was to put this file under `name`: one that failed may have done so all the same.
     struct Naming {
         Standing standing;
         SystemError error; ///< Where it does not stand there.

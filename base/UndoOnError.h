@@ -5,8 +5,8 @@
 
 namespace qir {
 
-/// Undoes what a scope has begun when an exception leaves it, whichever that is; a scope that ends otherwise keeps it.
-/// `Undo` throws nothing. The guard must be made after whatever its undoing needs.
+/// When an exception of any kind leaves the scope, undoes what the scope has begun; a scope that ends otherwise keeps
+/// it. `Undo` must not throw. The guard is to be made after whatever its undoing needs.
 ///
 ///     const UndoOnError undo([&] { list.removeLast(); });
 template<class Undo>
@@ -26,8 +26,9 @@ private:
     int m_before = std::uncaught_exceptions();
 };
 
-/// Runs `step`; when a std::exception leaves it, runs `undo` and lets the exception go on. For an undoing that may fail
-/// or yield, which no destructor may; what is no std::exception ends the program, and there is nothing to put right.
+/// Runs `step`; when a std::exception leaves it, runs `undo` and lets the exception go on. For an undoing that may
+/// throw or yield, which a destructor must not. What is no std::exception ends the program: nothing need be put right
+/// then.
 template<class Step, class Undo>
 decltype(auto) undoneOnError(Step step, Undo undo) {
     try {

@@ -5,8 +5,8 @@
 
 namespace qir {
 
-/// What a variant holds, of all that travels between callers and components. Which kinds are numbers depends on who
-/// asks: truth and characters count as numbers for some.
+/// The kinds of values that travel between callers and components. Which of them are numbers depends on who asks: for
+/// some, truth and characters are.
 enum class VariantKind {
     Empty,
     Truth,     ///< bool

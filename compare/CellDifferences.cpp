@@ -133,6 +133,21 @@ void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow 
     yieldToMessages();
 }
 
+void CellDifferences::recheck(const GridRange &cells) {
+    if (!m_editor.Tabella(0).Visible() || !m_editor.Tabella(1).Visible() || !m_editor.gridsShowSameTable())
+        return;
+    const CellTexts &left = m_editor.TestiCelle(0);
+    const CellTexts &right = m_editor.TestiCelle(1);
+    for (int row = cells.firstRow; row <= cells.lastRow; ++row) {
+        for (int column = cells.firstColumn; column <= cells.lastColumn; ++column)
+            m_editor.foundDifferences().set(atLeastZero(row), atLeastZero(column),
+                                            left.at(column, row) != right.at(column, row));
+    }
+    for (const int pane : {0, 1})
+        paintWindow(m_editor, pane, {cells.firstRow, cells.lastRow, cells.firstColumn, cells.lastColumn});
+    m_marks.MostraTabellaDiversaInLista();
+}
+
 void CellDifferences::markTable(const QString &name) {
     m_marks.markTable(name);
 }

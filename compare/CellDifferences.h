@@ -2,6 +2,7 @@
 
 #include "compare/DifferencePainting.h"
 #include "compare/engine/TableComparison.h"
+#include "platform/grid/GridRange.h"
 
 namespace qir {
 
@@ -25,7 +26,10 @@ public:
     /// line of both lists. With one table shown, or different lines selected, it clears the colours instead.
     /// CelleDiverse holds the whole truth afterwards, whatever the window. Yields.
     void EvidenziaDifferenzeTabella(SelectionRule rule = SelectionRule::SameLine, CellWindow window = {});
-    /// Marks the lines of a table that changed without being shown by whether it differs.
+    /// Cells that both grids have were given new texts: finds out whether they differ by what the grids show, paints
+    /// them and marks the line.
+    void recheck(const GridRange &cells);
+    /// Compares a table that was changed without being shown, and marks or clears its lines.
     void markTable(const QString &name);
     /// Compares the current tables of both databases value by value over records 1..R and fields 1..F that both have,
     /// and sets `matrix` (record, field) where they differ. Elements beyond both R and F are set. Calls `step`

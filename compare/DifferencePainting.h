@@ -4,7 +4,7 @@
 
 namespace qir {
 
-/// A window of grid cells, from 1; 0 stands for the first or the last there is.
+/// A block of grid cells, counted from 1. A 0 stands for the first row or column, or for the last one.
 struct CellWindow {
     int firstRow = 0;
     int lastRow = 0;
@@ -15,7 +15,7 @@ struct CellWindow {
 /// Paints a cell red where CelleDiverse says it differs, white elsewhere; nothing outside the grid.
 void SetEqualColor(EditorContext &editor, int pane, int row, int column);
 
-/// Paints the cells of a grid inside a window, its bounds all given, as CelleDiverse says.
+/// Paints the cells of a grid inside a window as CelleDiverse says. None of its bounds is 0.
 void paintWindow(EditorContext &editor, int pane, const CellWindow &window);
 
 } // namespace qir

@@ -32,7 +32,7 @@ public:
     void MostraTabellaDiversaInLista();
 
 private:
-    /// Whether the tables on a line differ, once it is marked; nothing when one of the databases lacks it.
+    /// Marks a line and tells whether its tables differ; nothing when one of the databases lacks the table.
     std::optional<bool> compareLine(int line, YieldTimer &timer);
 
     EditorContext &m_editor;

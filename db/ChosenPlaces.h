@@ -20,7 +20,8 @@ Result<QString> placeOf(const QString &name);
 /// Whether a name leads to the place remembered for it without being told. True where none is remembered.
 bool leadsThere(const QString &name);
 
-/// Tells a component the place of a remembered name that alone would lead it elsewhere. Before it gets the name.
+/// Tells a component the place remembered for a name that alone would lead it elsewhere. To be called before it gets
+/// the name.
 void tellPlace(const QirDatabase &database, const QString &name);
 
 /// Why a component would not reach the place remembered for a name: the name alone leads elsewhere, and the component

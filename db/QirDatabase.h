@@ -57,8 +57,8 @@ public:
     }
     /// The instance itself; null when empty.
     QObject *object() const { return m_object.object(); }
-    /// Another number after every call here that may have changed a table, its fields or its records, and never one
-    /// that another instance has had: what was found out about the tables holds while it stays.
+    /// A number that changes with every call here that may have changed a table, its fields or its records, and that no
+    /// other instance ever has: what was found out about the tables holds as long as it stays.
     std::uint64_t revision() const { return m_revision; }
 
     // ------------------------------------------------------------------------------------------------------ the file
@@ -71,8 +71,8 @@ public:
     bool LoadDtb(const QString &fileName, const QString &password) const;
     /// Writes the database to its file, the current name's, and sets DtbHasChanged to False; does nothing where that is
     /// False already. Tables without fields are left without records. Throws where it cannot be written, has no name or
-    /// a group of changes is open: DtbHasChanged stays True and a file that was there is as before; a name that was
-    /// set since the last load or save may be the one before again.
+    /// a group of changes is open: DtbHasChanged stays True, a file that was there is as before, and the name may be
+    /// that of the last load or save again.
     void SaveDtb() const;
     /// A plain flag: True after each change of content, name of a table or field, or password; False after load and
     /// save. Writing what is there already is no change.
@@ -83,11 +83,12 @@ public:
     /// The name that the next save writes to, as it was given; "" when there is none.
     QString GetDatabaseFileName() const;
     /// Where the next save goes; a fresh instance becomes an open one. Does not set DtbHasChanged. False, with nothing
-    /// changed, where no file can have that name (no such folder, a folder has it) and on a failed instance.
+    /// changed, where no file can have that name (its folder is missing, or a folder has that name) and on a failed
+    /// instance.
     bool SetDatabaseFileName(const QString &fileName) const;
-    /// From the next save on `replacement` opens the file; "" leaves it open to everybody, and "" is the `current` one
-    /// of an open file. Sets DtbHasChanged where they differ. Throws when `current` is not the password, or a group of
-    /// changes is open.
+    /// From the next save on `replacement` is the file's password; "" leaves it open to everybody. `current` is the
+    /// present one, "" for an open file. Sets DtbHasChanged where the two differ. Throws when `current` is not the
+    /// password, or a group of changes is open.
     void NewPassword(const QString &current, const QString &replacement) const;
 
     // ---------------------------------------------------------------------------------------------------- the tables
@@ -119,7 +120,7 @@ public:
     void AddField(const QString &name, int type) const;
     void AddField(const QString &name, int type, double size) const;
     void RenameField(int field, const QString &name) const;
-    /// Records stay where the last field goes.
+    /// Removing the last field leaves the records.
     void RemoveField(int field) const;
     /// `size` as in AddField(). Texts that are longer are cut, and stay so. Does nothing to a field that is no text.
     void ResizeField(int field, double size) const;
@@ -153,8 +154,8 @@ public:
     /// when the component filled in less.
     void GetQirRecord(int record, QStringList &values) const;
 
-    // -------------------------------------------------------------------------------- members that a component may
-    // lack One that it has in another shape is an error as elsewhere.
+    // ------------------------------------------------------------------------------- members that a component may lack
+    // One that it has in another shape is an error, as elsewhere.
 
     /// Connects the instance's signal Notice(QString), something that the user should know although no command failed,
     /// to a slot or signal of `receiver` that takes a QString. It may come at any call, at the release and between
@@ -180,19 +181,19 @@ public:
     /// What to tell whoever is asked for a file's password, fit to be shown: that trying one costs more than usual. ""
     /// for nothing to tell, for a file that is missing or no database, and where the component lacks it.
     QString PasswordNote(const QString &fileName) const;
-    /// On a fresh instance: begins, beside the caller, what takes long in LoadDtb() of the same file and password,
-    /// which is called next, once UnlockPending() is False or after CancelUnlock(). False, with nothing begun, where
-    /// there is nothing to make ready, and where the component lacks this or UnlockPending(): LoadDtb() takes its time
-    /// then. Tells nothing of the password, which LoadDtb() alone tries.
+    /// On a fresh instance: begins, in the background, what takes long in LoadDtb() of this file with this password.
+    /// LoadDtb() of the same two is called next, once UnlockPending() is False or after CancelUnlock(). False, with
+    /// nothing begun, where there is nothing to make ready, and where the component lacks this or UnlockPending():
+    /// LoadDtb() takes its time then. Does not tell whether the password is right; only LoadDtb() tries it.
     bool BeginUnlock(const QString &fileName, const QString &password) const;
     /// True while that goes on; asked again and again. False where nothing was begun.
     bool UnlockPending() const;
     /// Gives up what was begun, without waiting for it; does nothing where nothing was. Where the component lacks it,
     /// LoadDtb() may wait for the end.
     void CancelUnlock() const;
-    /// Before a name is given to LoadDtb() or SetDatabaseFileName(): the path of the file that this very name stands
-    /// for, where a search ignoring case would find another one or none. GetDatabaseFileName() is still the name.
-    /// Nothing happens where the component lacks it; hasFilePlaces() tells beforehand.
+    /// Called before LoadDtb() or SetDatabaseFileName() gets a name: tells the path of the file that this very name
+    /// stands for, where a search ignoring case would find another one or none. GetDatabaseFileName() is still the
+    /// name. Nothing happens where the component lacks it; hasFilePlaces() tells beforehand.
     void SetFilePlace(const QString &fileName, const QString &place) const;
     bool hasFilePlaces() const;
 

@@ -34,8 +34,8 @@ DatiInputBox &datiInputBox();
 QString CustomInputBox(QWidget *parent, const QString &prompt, const QString &title, const QString &defaultText,
                        bool &cancelled, bool multiline, bool password);
 
-/// For the whole of a command that asks for something secret, not for one box of it: what is freed meanwhile is
-/// overwritten, and so is the record when it ends.
+/// To live for the whole of a command that asks for something secret, not for one box of it: all memory freed meanwhile
+/// is overwritten, and the record at the end.
 class InputBoxWipe {
 public:
     InputBoxWipe() = default;

@@ -15,8 +15,8 @@ namespace qir {
 
 class ListBox;
 
-/// What the list picker and its callers share. There is one record. Closing the picker by its close box writes
-/// nothing to it, a cancel leaves the item data: callers tell a cancel by the index alone.
+/// What the list picker and its callers share. There is one record. The picker's close box writes nothing to it, and a
+/// cancel leaves the item data as it was: callers tell a cancel by the index alone.
 struct SceltaLista {
     QString text;         ///< Of the chosen item; "" after a cancel.
     int index = -1;       ///< Position of the chosen item from 0; -1 after a cancel. Callers set it before they ask.

@@ -15,8 +15,8 @@ void AbilitaMenu(EditorContext &editor, int pane);
 /// Makes a pane the active one, or with -1 none: IndexAttivo, colours, menus. Nothing where it is that already.
 void activatePane(EditorContext &editor, int pane);
 
-/// Makes the pane that is active when it is made the active one again when it dies: selecting lines from code, which a
-/// command does in both lists, would leave the other pane active.
+/// Remembers which pane is active and makes it that again at the end: selecting lines from code, which a command does
+/// in both lists, would leave the other pane active.
 class ActivePaneScope {
 public:
     explicit ActivePaneScope(EditorContext &editor)

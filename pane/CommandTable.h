@@ -37,7 +37,7 @@ public:
     void setOwner(QObject &owner) { m_owner = &owner; }
 
     /// Makes a command's action. Choosing it by menu, shortcut or pop-up runs the procedure as a command. Each command
-    /// comes once.
+    /// is added once.
     void add(Command command, const QString &caption, std::function<void()> procedure, CommandOptions options = {});
 
     QAction &action(Command command) const { return *m_actions[static_cast<std::size_t>(command)]; }

@@ -6,27 +6,80 @@ namespace qir {
 /// command's name is the object name of its action, which test drivers and accessibility tools rely on.
 ///
 /// To add a command: a line here, and a row in the class that has its procedure (CommandTable).
-#define QIR_COMMANDS(MENU, COMMAND, LINE)                                                                              \
-    MENU(FileMenu)                                                                                                     \
-    COMMAND(OpenDatabase)                                                                                              \
-    COMMAND(SaveMenu)                                                                                                  \
-    COMMAND(SaveAsMenu)                                                                                                \
-    COMMAND(RevertMenu)                                                                                                \
-    COMMAND(CloseDatabaseMenu)                                                                                         \
-    LINE COMMAND(ChangePassword)                                                                                       \
-    LINE COMMAND(EndMenu) MENU(EditMenu) COMMAND(UndoMenu) COMMAND(RedoMenu) LINE COMMAND(HistoryMenu) MENU(ModeMenu)  \
-        COMMAND(OneMenu) COMMAND(TwoMenu) LINE                                                                         \
-        COMMAND(CompareAgainMenu) MENU(ViewMenu) COMMAND(ColumnSizeAdjust) COMMAND(OtherPaneMenu) MENU(TablesMenu)     \
-            COMMAND(AddTableMenu) COMMAND(RenameTableMenu) COMMAND(RemoveTableMenu) MENU(FieldsMenu)                   \
-                COMMAND(AddFieldMenu) COMMAND(RenameFieldMenu) COMMAND(RemoveFieldMenu) COMMAND(ResizeTextField)       \
-                    MENU(RecordMenu) COMMAND(AddRecordMenu) COMMAND(RemoveRecordMenu) MENU(HelpMenu)                   \
-                        COMMAND(HelpKeysMenu) COMMAND(AboutMenu) MENU(popmenuCopyToOther) COMMAND(ClonePOP)            \
-                            COMMAND(RenameTablePOP) COMMAND(RemoveTablePOP) MENU(popmenuGrid)                          \
-                                COMMAND(CloneTableSizePOP) COMMAND(CloneSelectedAreaPOP) COMMAND(RemoveRecordPOP)      \
-                                    MENU(popmenuGridFields) COMMAND(SortFPOP) LINE                                     \
-                                    COMMAND(RenameFieldPOP) COMMAND(RemoveFieldPOP) COMMAND(ResizeTextFieldPOP) LINE   \
-                                    COMMAND(CloneTableSizeFPOP) COMMAND(CloneSelectedAreaFPOP) MENU(popmenuCP)         \
-                                        COMMAND(CopyMenu) COMMAND(PasteMenu)
+// clang-format off
+#define QIR_COMMANDS(MENU, COMMAND, LINE)                   \
+    MENU(FileMenu)                                          \
+        COMMAND(OpenDatabase)                               \
+        COMMAND(SaveMenu)                                   \
+        COMMAND(SaveAsMenu)                                 \
+        COMMAND(RevertMenu)                                 \
+        COMMAND(CloseDatabaseMenu)                          \
+        LINE                                                \
+        COMMAND(ChangePassword)                             \
+        LINE                                                \
+        COMMAND(EndMenu)                                    \
+    MENU(EditMenu)                                          \
+        COMMAND(UndoMenu)                                   \
+        COMMAND(RedoMenu)                                   \
+        LINE                                                \
+        COMMAND(HistoryMenu)                                \
+    MENU(ModeMenu)                                          \
+        COMMAND(OneMenu)                                    \
+        COMMAND(TwoMenu)                                    \
+        LINE                                                \
+        COMMAND(CompareAgainMenu)                           \
+        LINE                                                \
+        COMMAND(NextDifferenceMenu)                         \
+        COMMAND(PreviousDifferenceMenu)                     \
+        COMMAND(FirstDifferenceMenu)                        \
+        COMMAND(LastDifferenceMenu)                         \
+        COMMAND(NextDifferingCellMenu)                      \
+        COMMAND(PreviousDifferingCellMenu)                  \
+        LINE                                                \
+        COMMAND(DifferencesSummaryMenu)                     \
+        LINE                                                \
+        COMMAND(CarryCellsMenu)                             \
+        COMMAND(CarryRecordMenu)                            \
+        COMMAND(CarryTableMenu)                             \
+    MENU(ViewMenu)                                          \
+        COMMAND(ColumnSizeAdjust)                           \
+        COMMAND(OtherPaneMenu)                              \
+    MENU(TablesMenu)                                        \
+        COMMAND(AddTableMenu)                               \
+        COMMAND(RenameTableMenu)                            \
+        COMMAND(RemoveTableMenu)                            \
+    MENU(FieldsMenu)                                        \
+        COMMAND(AddFieldMenu)                               \
+        COMMAND(RenameFieldMenu)                            \
+        COMMAND(RemoveFieldMenu)                            \
+        COMMAND(ResizeTextField)                            \
+    MENU(RecordMenu)                                        \
+        COMMAND(AddRecordMenu)                              \
+        COMMAND(RemoveRecordMenu)                           \
+    MENU(HelpMenu)                                          \
+        COMMAND(HelpKeysMenu)                               \
+        COMMAND(AboutMenu)                                  \
+    MENU(popmenuCopyToOther)                                \
+        COMMAND(ClonePOP)                                   \
+        COMMAND(RenameTablePOP)                             \
+        COMMAND(RemoveTablePOP)                             \
+    MENU(popmenuGrid)                                       \
+        COMMAND(CloneTableSizePOP)                          \
+        COMMAND(CloneSelectedAreaPOP)                       \
+        COMMAND(RemoveRecordPOP)                            \
+    MENU(popmenuGridFields)                                 \
+        COMMAND(SortFPOP)                                   \
+        LINE                                                \
+        COMMAND(RenameFieldPOP)                             \
+        COMMAND(RemoveFieldPOP)                             \
+        COMMAND(ResizeTextFieldPOP)                         \
+        LINE                                                \
+        COMMAND(CloneTableSizeFPOP)                         \
+        COMMAND(CloneSelectedAreaFPOP)                      \
+    MENU(popmenuCP)                                         \
+        COMMAND(CopyMenu)                                   \
+        COMMAND(PasteMenu)
+// clang-format on
 
 #define QIR_NOTHING_OF(name)
 #define QIR_ENUMERATOR(name) name,

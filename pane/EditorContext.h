@@ -6,6 +6,7 @@
 #include "pane/GridCommands.h"
 #include "pane/ListClicks.h"
 #include "pane/Pane.h"
+#include "pane/StatusLine.h"
 
 #include <array>
 
@@ -63,7 +64,7 @@ public:
     int IndexAttivo() const { return m_active; } ///< -1 none.
     void setIndexAttivo(int number) { m_active = number; }
 
-    // The pane whose pop-up was opened, which a copy comes from, and the other one.
+    // The pane that a copy comes from, set when a pop-up opens, and the one that it goes to.
 
     int IndexOrigine() const { return m_origin; }
     int IndexDestinazione() const { return 1 - m_origin; }
@@ -86,7 +87,7 @@ public:
     ListClicks &listClicks() { return m_clicks; }
     bool CaricamentoInCorso() const { return m_clicks.opening(); }
 
-    /// (grid row, grid column): True where the two grids differ. What a comparison finds; an edit changes one element.
+    /// By grid row and column: True where the two grids differ. A comparison fills it, an edit updates its own cell.
     const BitMatrix &CelleDiverse() const { return m_different; }
     BitMatrix &foundDifferences() { return m_different; }
 
@@ -94,12 +95,16 @@ public:
     /// True when both panes hold a database and their selected lines stand for the same table, so that the cells of
     /// the two grids may be compared.
     bool panesShowSameTable() const;
-    /// True when, beyond that, that table is what both grids were filled with: a pane that was refilled and not loaded
-    /// again yet, or whose load failed, shows another one. An empty table counts, although its grid is hidden.
+    /// True when, in addition, both grids were filled with that table. A pane whose list was refilled but whose table
+    /// is not loaded again yet, or whose load failed, still shows another one. An empty table counts, although its grid
+    /// is hidden.
     bool gridsShowSameTable() const;
 
-    /// The field and record commands, enabled by where they would work.
+    /// Enables the field and record commands by what the active pane shows.
     GridCommands &gridCommands() { return m_gridCommands; }
+
+    /// The line below the panes, which also shows a message for a while.
+    StatusLine &status() { return m_status; }
 
     EditorControls controls;
 
@@ -112,6 +117,7 @@ private:
     int m_sortColumn = 1;
     BitMatrix m_different;
     GridCommands m_gridCommands;
+    StatusLine m_status;
 };
 
 } // namespace qir

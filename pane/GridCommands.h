@@ -12,8 +12,8 @@ class GridCommands {
 public:
     /// By what the active pane shows now.
     void enable(EditorContext &editor);
-    /// The same when the active pane, its table or its current column is another one than they are enabled for, or a
-    /// grid was filled meanwhile; else nothing, so that a command that moves nothing asks nothing of the component.
+    /// The same, but only when the active pane, its table or its current column has changed since, or a grid was
+    /// filled: a command that moves nothing asks nothing of the component.
     void follow(EditorContext &editor);
     /// A grid was filled: what the commands were enabled for may have another shape.
     void gridFilled() { m_place = {}; }

@@ -18,7 +18,7 @@ private:
     int m_refills = 0; // a depth
 };
 
-/// An open runs while it lives, however the open ends.
+/// While it lives, a database is being opened: list clicks are not handled.
 class OpeningScope {
 public:
     explicit OpeningScope(ListClicks &clicks)

@@ -51,11 +51,12 @@ public:
     bool DtbAperto() const { return m_open; }                 ///< The pane holds a loaded database.
 
     void setNomeFileDtb(const QString &name) { m_fileName = name; }
-    /// A component that is to load the pane's file; the one before is released. The pane is not open by that.
+    /// Takes the component that will load the pane's file, and releases the one before. The pane does not count as open
+    /// yet.
     void setDatabase(QirDatabase database) { m_database = std::move(database); }
     /// Releases the component alone. What is shown of it stays.
     void releaseDatabase() { m_database.release(); }
-    /// The component has loaded its file, or could not: one that could not stays to tell why.
+    /// Whether the component has loaded its file. One that could not stays, to tell why.
     void setOpen(bool open) { m_open = open; }
     /// Releases the component there and then (which may write the file), and with it all that was shown of it: ends an
     /// edit, empties list and grid, hides the grid. No line counts as loaded.
@@ -63,8 +64,8 @@ public:
 
     /// Shows a file name in the label, to screen readers too.
     void showFileName(const QString &name);
-    /// Shows list and label, or the hint, by whether the pane is open; and the grid with a selected real table that has
-    /// records.
+    /// Shows list and label when the pane is open, else the hint; and the grid when a real table with records is
+    /// selected.
     void showWhetherOpen();
 
     // The list of tables.
@@ -75,7 +76,7 @@ public:
     bool realTableSelected() const;
     int UltimoListIndex() const { return m_line; } ///< List line last loaded, -1 none.
 
-    /// The selected line is being loaded: whatever comes of it, it needs no second load, and no failure is known of it.
+    /// The selected line is about to be loaded: it counts as loaded, and no failure of it is known yet.
     void lineTaken();
     /// The selected line stands for what is shown.
     void lineSettled();
@@ -113,8 +114,8 @@ public:
     /// counts its rows, must not take a part for the whole.
     void requireWhole() const;
 
-    /// Writing the texts that the grid shows once more may store others than were stored when they were typed: the
-    /// component did not take one, or a text field was resized since.
+    /// True when storing the grid's texts once more may change what is stored: the component did not take one of them,
+    /// or a text field was resized since.
     bool TextsUnstored() const { return m_textsUnstored; }
     void setTextsUnstored(bool unstored) { m_textsUnstored = unstored; }
 

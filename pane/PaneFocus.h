@@ -14,11 +14,10 @@ namespace qir {
 /// The one place that decides, from what a person does in the panes, which of them becomes the active one, and when:
 ///
 /// - The keyboard focus moved into a pane by a key: at once.
-/// - A press in a pane: at the press, before the control that was pressed does anything itself. So the focus that a
-///   press moves decides nothing.
+/// - A press in a pane: at the press, before the control that was pressed does anything. The focus that the press then
+///   moves decides nothing.
 /// - A left press on a table list: with its release, after the list's Click, which makes the pane active itself.
-/// Nothing
-///   of the press may be done before: a click belongs together, and what fails in between would take the release.
+///   Nothing is done at the press: an error between press and release would lose the release, and the click with it.
 /// - A right press on the list of the pane that is not active makes it active and does nothing else.
 /// - The wheel, where it moves the keyboard focus into a pane.
 ///
@@ -30,8 +29,8 @@ public:
     explicit PaneFocus(EditorContext &editor)
         : m_editor(editor) {}
 
-    /// Watches all controls of a pane. To be called when they stand, behind whoever else filters their events: the one
-    /// that came last is asked first.
+    /// Watches all controls of a pane. To be called once they are built and everybody else has installed event filters:
+    /// the filter installed last is asked first.
     void watch(int pane);
 
     /// A press on the pane's frame or on its file label.

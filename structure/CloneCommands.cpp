@@ -4,6 +4,7 @@
 #include "base/Collation.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
+#include "db/AssegnaARecordset.h"
 #include "pane/ActivePane.h"
 
 #include "platform/dialogs/Dialogs.h"
@@ -142,35 +143,59 @@ void CloneCommands::appendCopies(int count, bool withContent) {
 void CloneCommands::CloneSelectedAreaSecco() {
     requireWholeTables();
     const Grid &grid = m_editor.Tabella(m_editor.IndexOrigine());
-    const int target = m_editor.IndexDestinazione();
-    const ActivePaneScope active(m_editor);
     const int firstRow = Minimo(grid.Row(), grid.RowSel()).toInt();
     const int lastRow = Massimo(grid.Row(), grid.RowSel()).toInt();
     const int firstColumn = Minimo(grid.Col(), grid.ColSel()).toInt();
     const int lastColumn = Massimo(grid.Col(), grid.ColSel()).toInt();
-    m_editor.endEdit();
-    m_editor.pane(target).makeShownTableCurrent();
-    if (const std::exception_ptr failure = failureOf([&] { copyBlock(firstRow, lastRow, firstColumn, lastColumn); })) {
-        // The grid has texts that the database refused or has lost again.
-        m_tables.reloadAfterFailure(target);
-        std::rethrow_exception(failure);
-    }
+    copyArea({firstRow, firstColumn, lastRow, lastColumn});
+    const ActivePaneScope active(m_editor);
     // The bounds are the wrong way round: only a block of one cell is painted anew.
     m_differences.EvidenziaDifferenzeTabella(
         SelectionRule::SameLine,
         {.firstRow = lastRow, .lastRow = firstRow, .firstColumn = lastColumn, .lastColumn = firstColumn});
 }
 
-void CloneCommands::copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn) {
+void CloneCommands::copyArea(const GridRange &block, const TakesCell &takes) {
+    requireWholeTables();
+    const int target = m_editor.IndexDestinazione();
+    const ActivePaneScope active(m_editor);
+    m_editor.endEdit();
+    m_editor.pane(target).makeShownTableCurrent();
+    if (const std::exception_ptr failure = failureOf([&] { copyBlock(block, takes); })) {
+        // The grid has texts that the database refused or has lost again.
+        m_tables.reloadAfterFailure(target);
+        std::rethrow_exception(failure);
+    }
+}
+
+void CloneCommands::copyBlock(const GridRange &block, const TakesCell &takes) {
     const Grid &from = m_editor.Tabella(m_editor.IndexOrigine());
     Grid &to = m_editor.Tabella(m_editor.IndexDestinazione());
     const ChangeStep step(target(),
                           tr("Copy of cells to %1").arg(m_editor.pane(m_editor.IndexDestinazione()).TabellaMostrata()));
-    const GridRange cells{firstRow, firstColumn, lastRow, lastColumn};
     ChangeGroup changes(target());
-    to.copyTexts(from.texts(), cells);
-    m_save.store(m_editor.IndexDestinazione(), cells);
+    if (!takes) {
+        to.copyTexts(from.texts(), block);
+        m_save.store(m_editor.IndexDestinazione(), block);
+    } else {
+        copyTakenCells(from, to, block, takes);
+    }
     changes.commit();
+}
+
+void CloneCommands::copyTakenCells(const Grid &from, Grid &to, const GridRange &block, const TakesCell &takes) {
+    YieldTimer timer;
+    for (int r = block.firstRow; r <= block.lastRow; ++r) {
+        target().setQIRTableRecordsPointerOut(to.RowData(r));
+        for (int j = block.firstColumn; j <= block.lastColumn; ++j) {
+            timer.yieldIfDue();
+            if (!takes(r, j))
+                continue;
+            const QString text = from.TextMatrix(r, j);
+            to.setTextMatrix(r, j, text);
+            AssegnaARecordset(target(), to.ColData(j), text);
+        }
+    }
 }
 
 } // namespace qir

@@ -2,7 +2,11 @@
 
 #include "pane/EditorContext.h"
 
+#include "platform/grid/GridRange.h"
+
 #include <QCoreApplication>
+
+#include <functional>
 
 namespace qir {
 
@@ -12,8 +16,8 @@ class TableListAlignment;
 class TableLoader;
 
 /// Copying from one pane's database into the other's: from IndexOrigine to IndexDestinazione, which the pop-ups set,
-/// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it.
-/// What copies rows of the grids refuses a table that is not loaded whole with an error.
+/// whichever pane is active. What one command writes is one group of changes: an error on the way undoes it. The
+/// commands that copy rows of the grids refuse, with an error, a table that is not loaded whole.
 class CloneCommands {
     Q_DECLARE_TR_FUNCTIONS(CloneCommands)
 
@@ -37,6 +41,12 @@ public:
     /// Copies the texts of the source grid's selected block into the same cells of the target. Yields.
     void CloneSelectedAreaSecco();
 
+    /// Whether a cell of a block is to be copied.
+    using TakesCell = std::function<bool(int row, int column)>;
+    /// Copies the texts of a block of the source grid into the same cells of the target, those that `takes` has nothing
+    /// against; what fails is undone. The cells are not compared by that. Yields.
+    void copyArea(const GridRange &block, const TakesCell &takes = {});
+
 private:
     const QirDatabase &source() { return m_editor.OggettoDtb(m_editor.IndexOrigine()); }
     const QirDatabase &target() { return m_editor.OggettoDtb(m_editor.IndexDestinazione()); }
@@ -45,7 +55,8 @@ private:
     void appendRecords(bool withContent);
     /// Appends records to the target's current table; with content, that of the source's records of the same numbers.
     void appendCopies(int count, bool withContent);
-    void copyBlock(int firstRow, int lastRow, int firstColumn, int lastColumn);
+    void copyBlock(const GridRange &block, const TakesCell &takes);
+    void copyTakenCells(const Grid &from, Grid &to, const GridRange &block, const TakesCell &takes);
 
     EditorContext &m_editor;
     TableListAlignment &m_alignment;

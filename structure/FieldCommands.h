@@ -25,8 +25,8 @@ public:
     /// Its rows for the menus.
     void addCommands();
 
-    /// Asks for name, type and, for a text, size, and appends a field to the table last shown in the active pane,
-    /// which is named afterwards when it is not shown now. A name that the table has already, but for case and
+    /// Asks for name, type and, for a text, size, and appends a field to the table last shown in the active pane. When
+    /// that table is not shown now, a message names it afterwards. A name that the table has already, but for case and
     /// surrounding blanks, is refused with a message.
     void AddFieldMenu_Click();
 

@@ -33,8 +33,8 @@ public:
     /// Asks for a new name of the selected table. It is taken as typed; a name that is taken already is the
     /// component's error. Afterwards the same position is selected, whatever line stands there now.
     void RenameTableSecco();
-    /// Asks, and removes the selected table. Afterwards the line at the position of the removed table's number is
-    /// selected in both lists, where they have one.
+    /// Asks, and removes the selected table. Afterwards both lists select the line whose position is the removed
+    /// table's number, where they have one.
     void RemoveTableSecco();
 
 private:

@@ -14,8 +14,8 @@ bool canCopyColumns(const QirDatabase &source, const QirDatabase &target);
 /// Copies all fields of `count` records from `first` on, which both have, into the same records. Yields.
 void copyColumns(const QirDatabase &source, const QirDatabase &target, int first, int count);
 
-/// Copies the fields of current records of two databases, value by value, without a way through text. For loops over
-/// many records: the source's field count is asked for once. Both databases must outlive it.
+/// Copies fields from the current record of one database to that of another, value by value, without making texts of
+/// them. For loops over many records: the source's field count is asked for once. Both databases must outlive it.
 class RecordCopy {
 public:
     RecordCopy(const QirDatabase &source, const QirDatabase &target);

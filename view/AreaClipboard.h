@@ -25,9 +25,8 @@ public:
 
     /// Copies the selected block of the pane's grid. Errors are silent.
     void COPIA_AreaTabella(int pane);
-    /// Pastes into the selected block of the pane's grid and writes the grid to the database. Errors are silent; a
-    /// paste that one of them cuts short is undone as a group. A table that is not loaded whole is refused with an
-    /// error. Yields.
+    /// Pastes into the selected block of the pane's grid and writes the grid to the database. Errors are silent; one on
+    /// the way undoes the whole paste. A table that is not loaded whole is refused with an error. Yields.
     void INCOLLA_AreaTabella(int pane);
 
 private:

@@ -43,7 +43,7 @@ public:
 
     /// Puts an open editor over its cell again after the grid was moved, resized or given other column widths.
     void placeEditor(int pane);
-    /// The grid is about to show its cells elsewhere: an open editor goes along, once that has happened.
+    /// The grid is about to move or resize its cells: an open editor follows, once that has happened.
     void placeEditorLater(int pane);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

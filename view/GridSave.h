@@ -17,8 +17,8 @@ public:
     /// Writes every cell text of the pane's grid into the current table of its database, then compares. One group of
     /// changes: an error on the way undoes it. Yields.
     void SalvaGridInDatabase(int pane);
-    /// Writes the texts of some cells only, those of them that the grid has. All others must be stored as they show
-    /// already: the outcome is that of writing every cell.
+    /// Writes only the texts of these cells, as far as the grid has them. All others must be stored already as they
+    /// show, so that the outcome is the same as writing every cell.
     void SalvaGridInDatabase(int pane, const GridRange &cells);
 
     /// Writes the texts of these cells into the pane's current table, and compares nothing. Cells beyond the table are

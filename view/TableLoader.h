@@ -38,9 +38,9 @@ public:
     /// component, and compares. Silent. A table that cannot be loaded now is hidden.
     void reloadAfterFailure(int pane);
 
-    /// Loads the selected real line of each open pane whose grid shows another table, and compares the cells once if a
-    /// grid shows another table, or none any more, since they were compared last; a grid left alone becomes white.
-    /// Gives both grids the same selection when one was filled. Called when a command ends.
+    /// Loads the selected table in each open pane whose grid shows another one. Then compares the cells once if a grid
+    /// has come to show another table, or none, since the last comparison; a grid left alone becomes white. Gives both
+    /// grids the same selection when one was filled. Called when a command ends.
     void settlePanes();
 
 private:
@@ -56,7 +56,8 @@ private:
 
     EditorContext &m_editor;
     CellDifferences &m_differences;
-    /// The selection before a grid was filled, since the panes were settled last; none of its cells for another table.
+    /// The selection before a grid was first filled since the panes were settled; no cell where it showed another
+    /// table.
     std::array<std::optional<GridSelection>, 2> m_selectionBefore;
 };
 

@@ -6,8 +6,8 @@
 namespace qir {
 
 /// The comparisons of TableComparison.h for two components that both hand out columns (QirDatabase::hasColumns()): a
-/// few calls for each field and some ten thousand records, and where both share the memory of the values no look at
-/// them. The current records stay.
+/// few calls for each field and each some ten thousand records. Values whose memory both share are not looked at. The
+/// current records stay.
 
 /// True when a value of these records and fields, which both tables have, differs.
 bool currentColumnsDiffer(const QirDatabase &left, const QirDatabase &right, int records, int fields,

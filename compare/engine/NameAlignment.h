@@ -24,14 +24,14 @@ QStringList tableNames(const QirDatabase &database, int count);
 /// Sorts names by collationKey(); names of equal keys keep their order.
 void sortNames(QStringList &names);
 
-/// `sorted` without the names that follow an equal one: of equal keys, and equal without markers, code unit by code
-/// unit, so that names that differ in case only both stay.
+/// `sorted` without repeated names. A name repeats another when their keys are equal and they are equal, code unit by
+/// code unit, without markers: of names that differ only in case both stay.
 QStringList withoutRepeatedNames(const QStringList &sorted);
 
 /// Puts two lists side by side: a row for each name of `merged`, names of equal keys in one row, in key order. All
-/// three are sorted by collationKey(); `merged` holds every name of both lists, others have a row with neither side.
-/// Where one list has several names of one key they pair up in their order, and those left over stand alone, so that
-/// both sides always have as many rows. Linear.
+/// three are sorted by collationKey(); `merged` holds every name of both lists; a name that neither has gets a row
+/// without sides. Where one list has several names of one key they pair up in their order, and those left over stand
+/// alone, so that both sides always have as many rows. Linear.
 std::vector<AlignedRow> alignNames(const QStringList &merged, const QStringList &left, const QStringList &right);
 
 } // namespace qir

@@ -22,13 +22,14 @@ struct TableSizes {
     int mostFields() const { return std::max(leftFields, rightFields); }
 };
 
-/// Called after each record, or after many of them where both components hand out columns, with the last one's number:
-/// to stay responsive, to show progress. What it throws ends the comparison. It must leave the current tables alone.
-/// May be empty.
+/// Called with the number of the last record compared, after each one, or after many where both components hand out
+/// columns: to stay responsive and to show progress. What it throws ends the comparison. It must leave the current
+/// tables alone. May be empty.
 using ComparisonStep = std::function<void(int record)>;
 
-/// All of these compare the current tables of two components and leave the current record of either wherever it came
-/// to stand. Values are compared by valuesEqual(), names, types and sizes of fields are not. Components' errors pass.
+/// All of these compare the current tables of two components and may move the current record of either. Values are
+/// compared by valuesEqual(); names, types and sizes of fields are not compared. A component's error goes on to the
+/// caller.
 
 TableSizes currentTableSizes(const QirDatabase &left, const QirDatabase &right);
 

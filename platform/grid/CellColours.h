@@ -38,6 +38,9 @@ public:
 
     int rows() const { return static_cast<int>(m_red.rows()); }
     int columns() const { return static_cast<int>(m_red.columns()); }
+    bool rowHasRed(int row) const {
+        return row >= 0 && m_red.nextColumn(static_cast<std::size_t>(row), 0) < m_red.columns();
+    }
     /// How many cells are red; costs nothing.
     std::size_t redCount() const { return m_red.count(); }
 

@@ -20,8 +20,8 @@ class Grid;
 /// a whole number, plus 60. A text is one line, as it is drawn: a line end is as wide as a blank.
 ///
 /// In a font without kerning and optional ligatures (as a Grid's is) a text in a simple script is no wider than its
-/// characters together, so a text that they say cannot win needs no layout. Every other text is laid out, and in any
-/// other font all of them are; equal ones once a column.
+/// characters together, so it needs no layout where these are narrower than the widest text so far. All other texts are
+/// laid out, and in any other font all texts; equal ones once a column.
 class ColumnMeasure {
 public:
     /// Called now and then during long runs, about every millisecond; it may throw, which ends the measuring.

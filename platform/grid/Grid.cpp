@@ -54,6 +54,8 @@ Grid::Grid(QWidget *parent)
     connectHeaders();
     connectScrollBars();
     connect(m_model, &QAbstractItemModel::modelReset, this, &Grid::adoptShape);
+    // Rows that differ have a sign in their header.
+    connect(m_model, &QAbstractItemModel::dataChanged, m_rowHeader->viewport(), qOverload<>(&QWidget::update));
     m_model->setShape(1, 2);
 }
 
@@ -211,6 +213,10 @@ void Grid::paintDifferences(const BitMatrix &different, const GridRange &window)
 
 void Grid::paintDifferences(const BitMatrix &different) {
     m_model->paint({1, 1, Rows() - 1, Cols() - 1}, different);
+}
+
+void Grid::setCellWords(std::function<QString(int row, int column)> words) {
+    m_model->setCellWords(std::move(words));
 }
 
 // Current cell and selection

@@ -8,6 +8,7 @@
 #include <QTableView>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -94,6 +95,9 @@ public:
     /// The same for all cells.
     void paintDifferences(const BitMatrix &different);
 
+    /// What the tool tip and the accessible description of a red cell say.
+    void setCellWords(std::function<QString(int row, int column)> words);
+
     // Current cell and selection
 
     int Row() const { return m_selection.row; }
@@ -136,8 +140,8 @@ public:
     /// Shows the same first row and column as the other grid; raises nothing.
     void followScroll(const Grid &leader);
 
-    /// How far the grid scrolls by what it holds, and how far it scrolls at least: beyond its last row or column it
-    /// shows empty room.
+    /// How far the grid scrolls by what it holds, and how far it is to scroll at least, if need be into empty room
+    /// beyond its last row or column.
     const GridReach &reach() const { return m_reach; }
     void setLeastReach(const GridReach &least);
 
@@ -189,8 +193,8 @@ Q_SIGNALS:
     void Scroll();            ///< The user scrolled by bar or wheel.
     void RowResized(int row); ///< By the user, with the mouse.
     void ColumnResized(int column);
-    void
-    LaidOut(); ///< What the grid holds, or its size, may be another, and with it reach(); or it was shown or hidden.
+    /// What the grid holds, or its size, may have changed, and with it reach(); or the grid was shown or hidden.
+    void LaidOut();
     void Revealed(); ///< A key or a drag scrolled to show where it went; before SelChange.
     /// A button went down over (row, column), -1 when over no cell; (0, 0) is the corner, told of the left button only.
     /// The keyboard's menu key, or Shift+F10, counts as the right button on the current cell, with Ctrl on the header

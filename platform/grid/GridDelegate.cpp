@@ -53,9 +53,12 @@ bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const Q
                              const QModelIndex &index) {
     if (event->type() != QEvent::ToolTip)
         return false;
-    const QString text = index.data(Qt::DisplayRole).toString();
-    const bool cut =
-        isCutOff(option.fontMetrics, text, option.rect.width()) || !view->viewport()->rect().contains(option.rect);
+    QString text = index.data(Qt::ToolTipRole).toString();
+    const bool differs = !text.isEmpty(); // both texts whole
+    if (!differs)
+        text = index.data(Qt::DisplayRole).toString();
+    const bool cut = differs || isCutOff(option.fontMetrics, text, option.rect.width()) ||
+                     !view->viewport()->rect().contains(option.rect);
     if (!index.isValid() || text.isEmpty() || !cut) {
         QToolTip::hideText();
         return true;

@@ -1,7 +1,9 @@
 #include "platform/grid/GridHeader.h"
 
+#include "platform/controls/DifferenceSigns.h"
 #include "platform/controls/PointerPlace.h"
 #include "platform/grid/CellTextDrawing.h"
+#include "platform/grid/GridModel.h"
 
 #include <QContextMenuEvent>
 #include <QMouseEvent>
@@ -113,12 +115,27 @@ void GridHeader::paintSection(QPainter *painter, const QRect &rect, int logicalI
     painter->setPen(palette().color(QPalette::ButtonText));
     painter->setFont(font());
     if (orientation() == Qt::Vertical) {
-        if (logicalIndex == m_current)
-            drawCurrentMark(*painter, rect);
+        drawRowSigns(*painter, rect, logicalIndex);
     } else {
         drawCellText(*painter, rect, model()->headerData(logicalIndex, orientation()).toString(), Qt::AlignLeft);
     }
     painter->restore();
+}
+
+void GridHeader::drawRowSigns(QPainter &painter, const QRect &rect, int section) const {
+    const bool current = section == m_current;
+    const bool differs = model()->headerData(section, Qt::Vertical, GridModel::DiffersRole).toBool();
+    if (current && !differs)
+        drawCurrentMark(painter, rect);
+    if (!differs)
+        return;
+    // Where both are to be shown each has one half; the one that points at the row is the one beside it.
+    const int half = rect.width() / 2;
+    const QRect start(rect.left(), rect.top(), half, rect.height());
+    const QRect end(rect.left() + half, rect.top(), rect.width() - half, rect.height());
+    if (current)
+        drawCurrentMark(painter, isRightToLeft() ? start : end);
+    drawDiffersSign(painter, current ? (isRightToLeft() ? end : start) : rect);
 }
 
 void GridHeader::drawCurrentMark(QPainter &painter, const QRect &rect) const {

@@ -64,6 +64,23 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
         return foreground();
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(alignmentOf(m_texts.at(column, row)));
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+        return m_cellWords && m_colours.at(row, column) == CellColour::Red ? m_cellWords(row, column) : QVariant();
+    default:
+        return {};
+    }
+}
+
+QVariant GridModel::rowHeaderData(int row, int role) const {
+    const bool differs = m_colours.rowHasRed(row);
+    switch (role) {
+    case DiffersRole:
+        return differs;
+    case Qt::AccessibleTextRole:
+        return (differs ? tr("record %1, differs") : tr("record %1")).arg(m_rowData.at(row));
+    case Qt::ToolTipRole:
+        return differs ? tr("Record %1 differs").arg(m_rowData.at(row)) : QVariant();
     default:
         return {};
     }
@@ -71,7 +88,9 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     // The fixed column has no texts.
-    if (role != Qt::DisplayRole || orientation != Qt::Horizontal)
+    if (orientation == Qt::Vertical)
+        return rowHeaderData(section + 1, role);
+    if (role != Qt::DisplayRole)
         return {};
     return text(0, section + 1);
 }

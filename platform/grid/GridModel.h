@@ -7,6 +7,8 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 
+#include <functional>
+
 namespace qir {
 
 /// The contents of a grid as Qt's item model: model cell (r - 1, k - 1) is grid cell (r, k), the header row is the
@@ -40,6 +42,12 @@ public:
     void setColour(int row, int column, CellColour colour);
     void paint(const GridRange &window, const BitMatrix &different);
 
+    /// What the tool tip and the description of a red cell say, asked for when they are wanted.
+    using CellWords = std::function<QString(int row, int column)>;
+    void setCellWords(CellWords words) { m_cellWords = std::move(words); }
+    /// Of the vertical header: whether the row has a red cell.
+    static constexpr int DiffersRole = Qt::UserRole;
+
     IdentityNumbers &rowData() { return m_rowData; }
     const IdentityNumbers &rowData() const { return m_rowData; }
     IdentityNumbers &columnData() { return m_columnData; }
@@ -49,12 +57,14 @@ public:
 
 private:
     void notify(const GridRange &cells, const QList<int> &roles);
+    QVariant rowHeaderData(int row, int role) const;
 
     CellTexts m_texts;
     CellColours m_colours;
     QStringList m_headers; // text of column k at k - 1
     IdentityNumbers m_rowData;
     IdentityNumbers m_columnData;
+    CellWords m_cellWords;
 };
 
 /// Writes many texts of a model and gives one notice when it goes.

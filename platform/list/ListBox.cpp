@@ -3,7 +3,6 @@
 #include "base/Collation.h"
 #include "platform/controls/DoubleLine.h"
 #include "platform/controls/KeyCodes.h"
-#include "platform/list/ListLines.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <QContextMenuEvent>
@@ -114,6 +113,13 @@ void ListBox::clear() {
     m_silent = false;
     m_newIndex = -1;
     m_clickDue = false;
+}
+
+void ListBox::setSigns(std::function<LineSign(int line)> signs) {
+    const int size = fontMetrics().ascent(); // no higher than a text
+    setIconSize({size, size});
+    m_lines->setSigns(std::move(signs));
+    viewport()->update();
 }
 
 int ListBox::TopIndex() const {

@@ -1,19 +1,21 @@
 #pragma once
 
+#include "platform/list/ListLines.h"
+
 #include <QListView>
 #include <QString>
 
-namespace qir {
+#include <functional>
 
-class ListLines;
+namespace qir {
 
 /// A list of lines, each a text with a number, of which one or none is selected. Lines count from 0.
 ///
 /// Click is raised when the user clicks a line or selects one by key, and when ListIndex is set from code to another
 /// line; nothing else raises it.
 ///
-/// While the list has the focus a double line stands round the selected line, or round all that shows where that line
-/// does not.
+/// While the list has the focus a double line stands round the selected line, or round the whole visible area when that
+/// line is out of sight.
 class ListBox : public QListView {
     Q_OBJECT
 
@@ -53,6 +55,11 @@ public:
     /// what a click on it does is still to come.
     bool clickPending() const;
 
+    /// A line's icon, with what it says in words.
+    using LineSign = ListLines::Sign;
+    /// Gives each line the icon that `signs` has for it; to be called again, or update(), when they change.
+    void setSigns(std::function<LineSign(int line)> signs);
+
     int TopIndex() const;       ///< The first visible line, 0 in an empty list.
     void setTopIndex(int line); ///< As far as the scroll range goes.
 
@@ -61,7 +68,7 @@ public:
 
 Q_SIGNALS:
     void Click();
-    /// A button went up again, whose press was in the list; after the Click.
+    /// A button that was pressed in the list went up again; raised after the Click.
     void MouseUp(Qt::MouseButton button);
     /// A button went down; the keyboard's menu key, or Shift+F10, counts as the right button. A right press on a line
     /// that is not selected has selected it (and raised Click) before this.
@@ -81,7 +88,8 @@ protected:
 
 private:
     void selectSilently(int line);
-    /// Raises the Click of a left press whose release may go elsewhere, where the press has selected another line.
+    /// Raises the Click of a left press that has selected another line, without waiting for its release, which may go
+    /// elsewhere.
     void endClick();
     void tellMenuKey();
     QRect focusArea() const;

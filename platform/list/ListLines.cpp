@@ -18,9 +18,19 @@ QVariant ListLines::data(const QModelIndex &index, int role) const {
         return text(index.row());
     case Qt::UserRole:
         return number(index.row());
+    case Qt::DecorationRole:
+        return iconOf(index.row());
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+        return m_signs ? m_signs(index.row()).words : QVariant();
     default:
         return {};
     }
+}
+
+QVariant ListLines::iconOf(int line) const {
+    const QIcon icon = m_signs ? m_signs(line).icon : QIcon();
+    return icon.isNull() ? QVariant() : icon; // one that is there takes room, even a null one
 }
 
 void ListLines::setText(int line, const QString &text) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QIcon>
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 namespace qir {
@@ -24,6 +26,13 @@ public:
     void setText(int line, const QString &text);
     void setNumber(int line, int number);
 
+    /// A line's icon, and what it says in words; asked for when they are wanted.
+    struct Sign {
+        QIcon icon;
+        QString words;
+    };
+    void setSigns(std::function<Sign(int line)> signs) { m_signs = std::move(signs); }
+
     /// Before line `line` (0..rowCount()).
     void insert(int line, const QString &text);
     void clear();
@@ -38,7 +47,10 @@ private:
         int number = 0;
     };
 
+    QVariant iconOf(int line) const;
+
     std::vector<Line> m_lines;
+    std::function<Sign(int line)> m_signs;
 };
 
 } // namespace qir

@@ -24,12 +24,14 @@
 ///     9 remove record   u32 table, u32 record    25 table image      u32 table (the parts before it are the table)
 ///    10 set number      u32 table, u32 field, u32 record, f64
 ///    11 set text        u32 table, u32 field, u32 record, text
-///                                                26 body image       - (the parts before it are the body)
+///    12 set block       u32 table, u32 field, u32 first record, u32 length, block
+///    13 add records     u32 table, u32 count     26 body image       - (the parts before it are the body)
 ///    30 being saved as  save id [16]             31 ended            -
 ///    32 step            u8 joins, i64 time, text    33 step undone   -
 ///    35 undone          i64 time, text              34 step redone   -
 ///
 ///     text = u32 length | UTF-8
+///     block = u8 type | u32 count | values as in a body's column
 ///
 /// Tables, fields and records count from 0. A change outside any group is a group of its own.
 ///
@@ -40,7 +42,7 @@
 namespace qir {
 
 enum class JournalOperation : std::uint8_t {
-    // 1 to 11: ChangeKind
+    // 1 to 13: ChangeKind
     GroupBegin = 20,
     GroupEnd = 21,
     GroupUndo = 22,
@@ -73,7 +75,7 @@ struct ReadOperation {
     double number = 0;
     std::int64_t time = 0;
     bool joins = false;
-    QByteArrayView bytes; ///< A text in UTF-8, an image part or a save id.
+    QByteArrayView bytes; ///< A text in UTF-8, a block, an image part or a save id.
 
     bool is(JournalOperation operation) const { return kind == std::uint8_t(operation); }
 };

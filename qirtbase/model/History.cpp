@@ -51,6 +51,9 @@ public:
         m_place.record = entry.record;
         m_place.field = entry.field;
     }
+    void operator()(const undo::RecordsAppended &entry) const {
+        m_place.record = entry.table->recordCount() - std::min(entry.count, entry.table->recordCount());
+    }
     void operator()(const undo::RecordInserted &entry) const { m_place.record = entry.record; }
     void operator()(const undo::FieldInserted &entry) const { m_place.field = entry.index; }
     void operator()(const undo::FieldRenamed &entry) const { m_place.field = entry.index; }

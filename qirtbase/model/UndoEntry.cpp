@@ -20,6 +20,14 @@ public:
         column.set(entry.record, entry.before);
         entry.before = std::move(now);
     }
+    void operator()(RecordsAppended &entry) const {
+        entry.table->dropRecords(entry.count);
+        m_entry = RecordsDropped{entry.table, entry.count};
+    }
+    void operator()(RecordsDropped &entry) const {
+        entry.table->appendRecords(entry.count);
+        m_entry = RecordsAppended{entry.table, entry.count};
+    }
     void operator()(RecordInserted &entry) const {
         RecordRemoved inverse{entry.table, entry.record, entry.table->record(entry.record)};
         entry.table->removeRecord(entry.record);

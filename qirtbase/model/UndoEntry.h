@@ -22,6 +22,15 @@ struct CellChanged {
     std::uint16_t field;
     CellValue before;
 };
+/// Records without values, at the end.
+struct RecordsAppended {
+    Table *table;
+    std::size_t count;
+};
+struct RecordsDropped {
+    Table *table;
+    std::size_t count;
+};
 struct RecordInserted {
     Table *table;
     std::size_t record;
@@ -72,8 +81,9 @@ struct AllTables {
     Tables before;
 };
 
-using Entry = std::variant<CellChanged, RecordInserted, RecordRemoved, FieldInserted, FieldRemoved, FieldRenamed,
-                           FieldResized, TableInserted, TableRemoved, TableRenamed, TableImage, AllTables>;
+using Entry = std::variant<CellChanged, RecordsAppended, RecordsDropped, RecordInserted, RecordRemoved, FieldInserted,
+                           FieldRemoved, FieldRenamed, FieldResized, TableInserted, TableRemoved, TableRenamed,
+                           TableImage, AllTables>;
 
 /// Brings back what an entry tells of and makes it the entry that takes this back in turn. Nothing has changed where it
 /// throws (std::bad_alloc, std::length_error).

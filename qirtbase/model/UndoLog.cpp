@@ -131,6 +131,14 @@ void UndoLog::keepCell(Table &table, std::size_t field, std::size_t record) {
     m_entries.push_back(std::move(entry));
 }
 
+void UndoLog::keepTable(Table &table) {
+    if (!isOpen() || (!m_isSingle && coverage(table).whole))
+        return;
+    m_entries.emplace_back(undo::TableImage{&table, std::make_unique<Table>(table)});
+    if (!m_isSingle)
+        coverage(table).whole = true;
+}
+
 void UndoLog::coverNewTable(const Table &table) {
     if (isOpen() && !m_isSingle)
         coverage(table).whole = true;

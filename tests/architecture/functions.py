@@ -12,7 +12,7 @@ import sys
 MOST_LINES = 60
 FOLDERS = ["app", "base", "bench", "cli", "compare", "db", "dialogs", "fuzz", "pane", "platform", "qirtbase", "samples",
            "structure", "tests", "view"]
-NO_FUNCTION = re.compile(r"^\s*(namespace|class|struct|enum|union|extern \"C\"|public|private|protected|template|"
+NO_FUNCTION = re.compile(r"^\s*(namespace|(?:class|struct)(?=[^(]*$)|enum|union|extern \"C\"|public|private|protected|template|"
                          r"if|else|for|while|switch|case|do|try|catch|return|//|#)\b")
 
 
@@ -22,7 +22,7 @@ def functions(text):
     found = []
     for i, line in enumerate(lines):
         # A lambda is a part of the function that it stands in.
-        if not line.rstrip().endswith("{") or "=" in line.split("(")[0] or re.search(r"\[[^\]]*\](\(.*\).*)? ?\{$", line):
+        if not line.rstrip().endswith("{") or "=" in re.sub(r"operator\S+", "", line.split("(")[0]) or re.search(r"\[[^\]]*\](\(.*\).*)? ?\{$", line):
             continue
         # The head of a function may run over several lines: it begins where the indentation is least.
         first = i
@@ -36,7 +36,7 @@ def functions(text):
                 first -= 1
         head = lines[first]
         indent = len(head) - len(head.lstrip())
-        if indent not in (0, 4) or NO_FUNCTION.match(head) or "(" not in " ".join(lines[first:i + 1]):
+        if indent not in (0, 4, 8) or NO_FUNCTION.match(head) or "(" not in " ".join(lines[first:i + 1]):
             continue
         end = i + 1
         while end < len(lines) and not re.match(r"^ {%d}\}" % indent, lines[end]):

@@ -11,7 +11,7 @@ import sys
 FOLDERS = ["tests/window", "tests/platform", "tests/monkey"]
 # Its subject is which single events the message loop holds back.
 EXEMPT = {"tests/platform/message_loop_test.cpp", "tests/platform/message_loop_ends_test.cpp"}
-IN_ONE_BREATH = re.compile(r"\bQTest::(?:mouse|key)\w+\s*\(|\bqt_handle(?:Mouse|Key)Event\b|\bQMouseEvent\s+\w+\s*[({]")
+IN_ONE_BREATH = re.compile(r"\bQTest::(?:mouse|key)\w+\s*\(|\bqt_handle(?:Mouse|Key)Event\b|\bQMouseEvent\s+\w+\s*[({]|\bnew\s+QMouseEvent\b|\busing\s+namespace\s+QTest\b")
 
 
 def offences(path, text):
@@ -22,6 +22,7 @@ def offences(path, text):
 def self_test():
     assert offences("tests/window/a.cpp", "QTest::mouseClick(button, Qt::LeftButton);")
     assert offences("tests/window/a.cpp", "QMouseEvent press(QEvent::MouseButtonPress, at);")
+    assert offences("tests/window/a.cpp", "post(new QMouseEvent(type, at, at, at, button, button, {}));")
     assert not offences("tests/window/a.cpp", "hands::click(button, Qt::LeftButton);")
     assert not offences("tests/platform/message_loop_test.cpp", "QTest::keyClicks(line, text);")
 

@@ -45,6 +45,7 @@ ROWS = {
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
+LOW_MODULES = ("Funzioni", "utility")
 MOST_FILES = 32
 CORE_ONLY = {"base", "base/columns", "platform/automation", "platform/cells", "db", "compare/engine", "qirtbase", "qirtbase/model", "qirtbase/container",
              "qirtbase/file", "qirtbase/journal", "cli", "cli/tables"}
@@ -63,6 +64,8 @@ def offence_of(path, line, files):
     quoted, angled = found.groups()
     if angled and own in CORE_ONLY and WINDOW_HEADER.match(angled):
         return f"{own} knows no window, but includes <{angled}>", None
+    if angled and angled in files:
+        return f'<{angled}> is a file of the tree: include it with quotes', angled
     if not quoted or quoted.endswith(".moc"):
         return None, None
     if quoted not in files:
@@ -97,6 +100,8 @@ def check(files):
     offences, graph = [], {}
     for path, text in sorted(files.items()):
         graph[path] = []
+        if os.path.dirname(path) == LOW and os.path.splitext(os.path.basename(path))[0] not in LOW_MODULES:
+            offences.append(f"{path}: {LOW} holds two modules alone")
         if os.path.dirname(path) not in ROWS:
             offences.append(f"{path}: its folder has no row here, and so no floor")
         for number, line in enumerate(text.splitlines(), 1):
@@ -160,6 +165,8 @@ def self_test():
     assert len(check({"cli/A.cpp": '#include "qirtbase/X.h"\n', "qirtbase/X.h": ""})[0]) == 1
     assert len(check({"qirtbase/model/A.h": '#include "qirtbase/container/B.h"\n', "qirtbase/container/B.h": ""})[0]) == 1
     assert len(check({"platform/other/A.h": ""})[0]) == 1
+    assert len(check({"app/shared/Third.h": ""})[0]) == 1
+    assert len(check({"base/A.h": "", "db/B.h": "#include <base/A.h>\n"})[0]) == 1
     assert crowded({"a": MOST_FILES, "b": MOST_FILES + 1}) == ["b: 33 files, more than 32: it holds more than one subject"]
     assert runs_up("pane", LOW) and runs_up("base", "db") and not runs_up("app", "pane")
     for folder, others in ROWS.items():

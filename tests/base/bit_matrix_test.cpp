@@ -87,6 +87,72 @@ TEST(BitMatrix, RefusesASizeThatNoMemoryHolds) {
     EXPECT_THROW(BitMatrix(huge / 2, 129), std::length_error);
 }
 
+TEST(BitMatrix, FindsTheRowsAndColumnsThatHaveASetFlag) {
+    BitMatrix matrix(1000, 130);
+    matrix.set(3, 7, true);
+    matrix.set(3, 129, true);
+    matrix.set(500, 64, true);
+    matrix.setBlock(900, 100);
+    EXPECT_EQ(matrix.nextRow(0), 3U);
+    EXPECT_EQ(matrix.nextRow(4), 500U);
+    EXPECT_EQ(matrix.nextRow(501), 900U);
+    EXPECT_EQ(matrix.nextRow(999), 999U);
+    EXPECT_EQ(matrix.nextRow(1000), 1000U);
+    EXPECT_EQ(matrix.previousRow(2000), 999U);
+    EXPECT_EQ(matrix.previousRow(899), 500U);
+    EXPECT_EQ(matrix.previousRow(499), 3U);
+    EXPECT_EQ(matrix.previousRow(2), 1000U);
+    EXPECT_EQ(matrix.countRows(0, 1000), 102U);
+    EXPECT_EQ(matrix.countRows(4, 902), 3U);
+    EXPECT_EQ(matrix.nextColumn(3, 8), 129U);
+    EXPECT_EQ(matrix.previousColumn(3, 128), 7U);
+    EXPECT_EQ(matrix.nextColumn(4, 0), 130U);
+    matrix.set(500, 64, false);
+    EXPECT_EQ(matrix.nextRow(4), 900U);
+    matrix.clear();
+    EXPECT_EQ(matrix.nextRow(0), 1000U);
+    EXPECT_EQ(BitMatrix().previousRow(0), 0U);
+}
+
+/// The rows of a model that have a set flag, and one past its last row.
+std::vector<std::size_t> rowsSet(const std::vector<std::vector<bool>> &model) {
+    std::vector<std::size_t> found;
+    for (std::size_t row = 0; row < model.size(); ++row)
+        if (std::ranges::count(model[row], true) > 0)
+            found.push_back(row);
+    found.push_back(model.size());
+    return found;
+}
+
+/// Walks both ways over all that is set, as a naive model does.
+void walkAll(const BitMatrix &matrix, const std::vector<std::vector<bool>> &model) {
+    const std::vector<std::size_t> wanted = rowsSet(model);
+    std::vector<std::size_t> found;
+    for (std::size_t row = matrix.nextRow(0);; row = matrix.nextRow(row + 1)) {
+        found.push_back(row);
+        if (row >= matrix.rows())
+            break;
+    }
+    RC_ASSERT(found == wanted);
+    RC_ASSERT(matrix.rowCount() + 1 == wanted.size());
+    for (std::size_t row = 0; row < model.size(); ++row) {
+        const auto behind = std::ranges::upper_bound(wanted, row);
+        RC_ASSERT(matrix.previousRow(row) == (behind == wanted.begin() ? model.size() : *(behind - 1)));
+        RC_ASSERT(matrix.countRows(row, model.size()) ==
+                  static_cast<std::size_t>(wanted.end() - 1 - std::ranges::lower_bound(wanted, row)));
+        for (std::size_t column = 0; column < matrix.columns(); ++column) {
+            std::size_t next = column;
+            while (next < matrix.columns() && !model[row][next])
+                ++next;
+            RC_ASSERT(matrix.nextColumn(row, column) == next);
+            std::size_t previous = column + 1;
+            while (previous > 0 && !model[row][previous - 1])
+                --previous;
+            RC_ASSERT(matrix.previousColumn(row, column) == (previous == 0 ? matrix.columns() : previous - 1));
+        }
+    }
+}
+
 RC_GTEST_PROP(BitMatrixProperty, CountsWhatANaiveModelCounts, ()) {
     const auto rows = *rc::gen::inRange<std::size_t>(0, 5);
     const auto columns = *rc::gen::inRange<std::size_t>(0, 140);
@@ -118,6 +184,7 @@ RC_GTEST_PROP(BitMatrixProperty, CountsWhatANaiveModelCounts, ()) {
     for (std::size_t row = 0; row < rows; ++row)
         for (std::size_t column = 0; column < columns; ++column)
             RC_ASSERT(matrix.at(row, column) == model[row][column]);
+    walkAll(matrix, model);
     BitMatrix again(rows, columns);
     for (std::size_t row = rows; row-- > 0;)
         again.setRow(row, std::vector(matrix.row(row).begin(), matrix.row(row).end()));

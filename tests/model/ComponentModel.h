@@ -54,6 +54,9 @@ public:
     void removeRecord(int number);
     void point(int number);
     void write(int number, const QVariant &value);
+    /// The values of a block of the field's type.
+    void writeColumn(int number, int first, const QVariantList &values);
+    void appendRecords(int count);
     void begin();
     void end();
     void cancel();

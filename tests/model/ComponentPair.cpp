@@ -1,7 +1,11 @@
 #include "tests/model/ComponentPair.h"
 
+#include "base/columns/ColumnBuilder.h"
 #include "tests/model/RandomValues.h"
 #include "tests/model/Values.h"
+
+#include <bit>
+#include <cstdint>
 
 using namespace Qt::StringLiterals;
 
@@ -63,7 +67,46 @@ void ComponentPair::write() {
     both([&] { m_model.write(field, value); }, [&] { m_database->QIRTableRecordSetByIndex(field, value); });
 }
 
+void ComponentPair::writeColumn() {
+    const int first = number(m_database.QirTableRecordsCount());
+    const int field = fieldNumber();
+    const bool isThere = field >= 1 && field <= m_database.QirTableFieldsCount();
+    const auto type = columnType(isThere ? m_database.QIRTableFieldType(field) : 10).value();
+    ColumnBuilder builder(type);
+    QVariantList values;
+    for (int i = m_choices.inRange(0, 4); i > 0; --i) {
+        if (type == ColumnType::Text) {
+            values += randomText(m_choices);
+            builder.add(QStringView(values.last().toString()));
+        } else {
+            values += randomNumber(m_choices);
+            builder.add(values.last().toDouble());
+        }
+    }
+    const QVariant block = builder.take().toVariant();
+    both([&] { m_model.writeColumn(field, first, values); }, [&] { m_database.WriteColumn(field, first, block); });
+}
+
+void ComponentPair::compareColumn(int place, const PlainTable &table) {
+    for (int record = 1; record <= table.recordCount();) {
+        const auto block = ColumnBlock::fromVariant(m_database.ReadColumn(place, record, table.recordCount()));
+        expect(block && block->count() > 0, "a block");
+        for (qsizetype i = 0; i < block->count(); ++i, ++record) {
+            const QVariant &value = table.value(record - 1, place - 1);
+            expect(block->isText() ? block->text(i) == value.toString()
+                                   : std::bit_cast<std::uint64_t>(block->number(i)) ==
+                                         std::bit_cast<std::uint64_t>(value.toDouble()),
+                   "value of a block");
+        }
+    }
+}
+
 void ComponentPair::changeRecordsOrFields() {
+    if (m_choices.inRange(0, 4) == 0) {
+        const int count = m_choices.inRange(-1, 3);
+        both([&] { m_model.appendRecords(count); }, [&] { m_database.AppendRecords(count); });
+        return;
+    }
     if (m_choices.yesOrNo()) {
         both([&] { m_model.addRecord(); }, [&] { m_database->AddRecord(); });
         return;
@@ -121,6 +164,8 @@ void ComponentPair::compareTable(const PlainTable &table, int pointer) {
     expect(m_database->QirTableRecordsCount() == table.recordCount(), "number of records");
     for (int place = 1; place <= table.fieldCount(); ++place)
         compareField(place, table, pointer);
+    for (int place = 1; place <= table.fieldCount(); ++place)
+        compareColumn(place, table);
     int record = 0;
     for (const QStringList &texts : table.texts()) {
         m_database->GetQirRecord(++record, m_texts);
@@ -132,8 +177,10 @@ void ComponentPair::callAtRandom() {
     const int operation = m_choices.inRange(0, 26);
     if (operation < 14 && m_model.state().content.tableCount() > 0 && m_model.state().current < 0)
         choose();
-    if (operation < 10)
+    if (operation < 7)
         write();
+    else if (operation < 10)
+        writeColumn();
     else if (operation < 14)
         changeRecordsOrFields();
     else if (operation < 20)

@@ -52,6 +52,8 @@ private:
     void choose();
     std::vector<QString> names();
     void write();
+    void writeColumn();
+    void compareColumn(int place, const PlainTable &table);
     void changeRecordsOrFields();
     void changeFields(int operation);
     void changeTables(int operation);

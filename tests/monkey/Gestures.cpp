@@ -81,7 +81,8 @@ constexpr std::array strokes{
     Stroke{Qt::Key_Tab, 4},    Stroke{Qt::Key_Backtab, 2}, Stroke{Qt::Key_Return, 8},    Stroke{Qt::Key_Enter, 1},
     Stroke{Qt::Key_Escape, 3}, Stroke{Qt::Key_Delete, 3},  Stroke{Qt::Key_Backspace, 4}, Stroke{Qt::Key_Insert, 3},
     Stroke{Qt::Key_Space, 2},  Stroke{Qt::Key_Menu, 3},    Stroke{Qt::Key_F1, 1},        Stroke{Qt::Key_F2, 2},
-    Stroke{Qt::Key_F5, 2},     Stroke{Qt::Key_F6, 2},      Stroke{Qt::Key_F10, 1},       Stroke{Qt::Key_Alt, 1}};
+    Stroke{Qt::Key_F5, 2},     Stroke{Qt::Key_F6, 2},      Stroke{Qt::Key_F7, 2},        Stroke{Qt::Key_F8, 4},
+    Stroke{Qt::Key_F10, 1},    Stroke{Qt::Key_Alt, 1}};
 
 /// What a key types.
 QString textOf(Qt::Key key) {
@@ -189,8 +190,13 @@ void Gestures::type(QWidget &window, Numbers &numbers) const {
 }
 
 void Gestures::pressShortcut(QWidget &window, Numbers &numbers) const {
-    const auto key = static_cast<Qt::Key>(Qt::Key_A + numbers.below(26));
-    const Qt::KeyboardModifiers modifiers = numbers.oneIn(3) ? Qt::AltModifier : Qt::ControlModifier;
+    // Alt and a key that moves walks over the differences, or carries cells across.
+    constexpr std::array moves{Qt::Key_Down, Qt::Key_Up, Qt::Key_Home, Qt::Key_End, Qt::Key_Left, Qt::Key_Right};
+    const bool walks = numbers.oneIn(4);
+    const auto key = walks ? numbers.oneOf(moves) : static_cast<Qt::Key>(Qt::Key_A + numbers.below(26));
+    Qt::KeyboardModifiers modifiers = walks || numbers.oneIn(3) ? Qt::AltModifier : Qt::ControlModifier;
+    if (walks && numbers.oneIn(3))
+        modifiers |= Qt::ControlModifier;
     m_tell(u"key "_s + QKeySequence(key | modifiers.toInt()).toString());
     hands::strike(window, key, modifiers, QString());
 }

@@ -70,6 +70,33 @@ QString lineProblems(EditorContext &editor, int pane) {
     return problems;
 }
 
+/// What the status line says against what the panes show. A message may stand in the left part's place.
+QString statusProblems(const DtbEditor &window, EditorContext &editor) {
+    const QString left = window.findChild<QLabel *>(u"statusLeft"_s)->text();
+    const QStringList right = window.findChild<QLabel *>(u"statusRight"_s)->text().split(u", "_s);
+    QString problems;
+    const int pane = editor.IndexAttivo();
+    if (left.contains(u", record "_s)) {
+        const Grid &grid = editor.Tabella(std::max(pane, 0));
+        const QString wanted = u"%1, record %2 of %3"_s.arg(editor.pane(std::max(pane, 0)).selectedTableName())
+                                   .arg(grid.RowData(grid.Row()))
+                                   .arg(grid.Rows() - 1);
+        if (pane < 0 || !grid.Visible() || !left.startsWith(wanted))
+            problems += u"the status line says '%1' for '%2'; "_s.arg(left, wanted);
+    }
+    const bool changed = pane >= 0 && editor.DtbAperto(pane) && editor.OggettoDtb(pane).DtbHasChanged();
+    // A new password is told of with the next write: the command asks nothing more of the component.
+    if (right.contains(u"changed"_s) && !changed)
+        problems += u"the status line says '%1' with changed %2; "_s.arg(right.join(u'|')).arg(changed);
+    std::size_t cells = 0;
+    if (editor.gridsShowSameTable() && editor.Tabella(0).Visible() && editor.Tabella(1).Visible())
+        cells = editor.CelleDiverse().count();
+    const QString cellsText = cells == 1 ? u"1 cell here"_s : u"%1 cells here"_s.arg(cells);
+    if ((cells > 0) != right.last().endsWith(u" here"_s) || (cells > 0 && right.last() != cellsText))
+        problems += u"the status line says '%1' with %2 differing cells; "_s.arg(right.join(u'|')).arg(cells);
+    return problems;
+}
+
 } // namespace
 
 void makeDatabase(const QString &path, const std::vector<TableOfTexts> &tables, const QString &password) {
@@ -195,8 +222,16 @@ void EditorFixture::end() {
 QString EditorFixture::problems() {
     QStringList all = m_problems;
     all.append(m_dialogs.problems());
-    if (m_window)
+    if (m_window) {
         all.append(invariantProblems(editor()));
+        if (!m_loop.programEnded()) {
+            // A test may have changed something past the window; and while a cell is edited the line takes a write for
+            // a change until the next command.
+            for (int i = 0; i < 2; ++i)
+                runCommand([] {});
+            all.append(statusProblems(*m_window, editor()));
+        }
+    }
     all.removeAll(QString());
     return all.join(u'\n');
 }

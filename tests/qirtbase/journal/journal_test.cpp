@@ -1,4 +1,6 @@
+#include "base/columns/ColumnBuilder.h"
 #include "qirtbase/journal/JournalCodec.h"
+#include "qirtbase/model/BodyCodec.h"
 #include "tests/qirtbase/journal/JournalTest.h"
 #include "tests/qirtbase/model/DatabaseTestSupport.h"
 #include "tests/support/FailingFileOps.h"
@@ -45,6 +47,60 @@ TEST_P(JournalTest, EveryKindOfChangeIsThereAgainAfterACrash) {
     EXPECT_TRUE(bench.recovered());
     EXPECT_EQ(bench.notices().size(), 1);
     EXPECT_TRUE(bench.notices().value(0).contains(u"there again"_s));
+}
+
+ColumnBlock manyTexts(int count, const QString &stem) {
+    ColumnBuilder builder(ColumnType::Text);
+    for (int i = 0; i < count; ++i)
+        builder.add(QStringView(stem + QString::number(i)));
+    return builder.take();
+}
+
+TEST_P(JournalTest, BlocksAndAppendedRecordsAreThereAgainAfterACrash) {
+    Database &database = bench.database();
+    database.addRecords(table(), 4);
+    database.setBlock(table(), 2, 1, manyTexts(5, u"\u20ac\U0001F600"_s));
+    ColumnBuilder numbers(ColumnType::Long);
+    for (const double number : {-5.0, 2147483647.0})
+        numbers.add(number);
+    database.setBlock(table(), 1, 5, numbers.take());
+    const QByteArray before = crashAndOpen();
+    EXPECT_EQ(bench.body(), before);
+    EXPECT_EQ(nameAt(1), u"\u20ac\U0001F6000"_s);
+    EXPECT_TRUE(bench.recovered());
+}
+
+TEST_P(JournalTest, ABlockTooLargeForOneRecordIsThereAgainAsAWhole) {
+    Database &database = bench.database();
+    database.addRecords(table(), 200'000);
+    database.setBlock(table(), 2, 0, manyTexts(200'000, u"a text of some length "_s));
+    const QByteArray before = crashAndOpen();
+    EXPECT_EQ(bench.body(), before);
+    EXPECT_EQ(table().recordCount(), 200'003U);
+}
+
+TEST_P(JournalTest, BlocksOfAnUndoneGroupStayAway) {
+    Database &database = bench.database();
+    const QByteArray saved = bench.body();
+    database.beginGroup();
+    database.addRecords(table(), 300);
+    database.setBlock(table(), 2, 0, manyTexts(300, u"x"_s));
+    database.undoGroup();
+    EXPECT_EQ(bench.body(), saved);
+    crashAndOpen();
+    EXPECT_EQ(bench.body(), saved);
+}
+
+TEST_P(JournalTest, ABlockThatDoesNotFitEndsTheReplay) {
+    QByteArray payload;
+    const ColumnBlock block = manyTexts(4, u"x"_s);
+    encodeChange(payload, {.kind = ChangeKind::SetBlock, .index = 2, .record = 0, .block = &block}, 0);
+    Database database = decodeBody(bench.body()).value();
+    EXPECT_FALSE(JournalReplay(database).feed(payload)) << "more values than records";
+    payload.clear();
+    encodeChange(payload, {.kind = ChangeKind::SetBlock, .index = 1, .record = 0, .block = &block}, 0);
+    EXPECT_FALSE(JournalReplay(database).feed(payload)) << "another type";
+    EXPECT_EQ(encodeBody(database), bench.body());
 }
 
 TEST_P(JournalTest, EveryCharacterOfATextIsThereAgain) {

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "pane/EditorContext.h"
+
+#include <QCoreApplication>
+
+#include <array>
+#include <cstdint>
+
+namespace qir {
+
+class DifferingTables;
+
+/// What the status line tells: where a person is, what has changed, what differs.
+class StatusState {
+    Q_DECLARE_TR_FUNCTIONS(StatusState)
+
+public:
+    StatusState(EditorContext &editor, const DifferingTables &tables)
+        : m_editor(editor)
+        , m_tables(tables) {}
+
+    /// A command has ended: shows what holds now. Costs the same in a table of any size.
+    void show();
+
+private:
+    QString left() const;
+    QString right();
+    QString tableAndRecord(int pane) const;
+    QString cell(int pane) const;
+    QString records() const;
+    bool hasChanged(int pane);
+
+    EditorContext &m_editor;
+    const DifferingTables &m_tables;
+    /// What the component last said, and at which of its revisions.
+    struct Changed {
+        bool flag = false;
+        std::uint64_t revision = 0;
+    };
+    std::array<Changed, 2> m_changed;
+};
+
+/// A date's text as people write it: "20250913.0605" is "2025-09-13 06:05". Every other text stays as it is.
+QString readableDate(const QString &text);
+
+} // namespace qir

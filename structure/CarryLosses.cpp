@@ -1,0 +1,126 @@
+#include "structure/CarryLosses.h"
+
+#include "base/LeadingNumber.h"
+#include "platform/grid/Grid.h"
+#include "platform/loop/MessageLoop.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int longestExample = 60; // characters of a value that is named
+
+template<typename Integer>
+bool fits(double number) {
+    return number >= double{std::numeric_limits<Integer>::min()} &&
+           number <= double{std::numeric_limits<Integer>::max()} && std::trunc(number) == number;
+}
+
+bool holds(FieldType type, double number) {
+    switch (type) {
+    case FieldType::Bool:
+        return number == 0.0 || number == 1.0;
+    case FieldType::Byte:
+        return fits<std::uint8_t>(number);
+    case FieldType::Int:
+        return fits<std::int16_t>(number);
+    case FieldType::Long:
+        return fits<std::int32_t>(number);
+    default:
+        return true;
+    }
+}
+
+qsizetype codePoints(const QString &text) {
+    return std::ranges::count_if(text, [](QChar unit) { return !unit.isLowSurrogate(); });
+}
+
+FieldShape shapeOf(const QirDatabase &database, int field) {
+    const auto type = static_cast<FieldType>(database.QIRTableFieldType(field).toInt());
+    return {type, type == FieldType::Text ? database.QIRTableFieldSize(field).toInt() : 0};
+}
+
+QString shapeWords(const FieldShape &shape) {
+    const QString name = DBTypeName(static_cast<int>(shape.type));
+    return shape.type == FieldType::Text ? u"%1 (%2)"_s.arg(name).arg(shape.size) : name;
+}
+
+} // namespace
+
+bool survives(const QString &text, const FieldShape &from, const FieldShape &to) {
+    if (to.type == FieldType::Text)
+        return codePoints(text) <= to.size;
+    if (from.type != FieldType::Text)
+        return holds(to.type, leadingNumber(text));
+    const std::optional<double> number = wholeNumber(text);
+    return number && holds(to.type, *number);
+}
+
+CarryLosses::CarryLosses(EditorContext &editor, int from, const GridRange &cells)
+    : m_editor(editor)
+    , m_from(from) {
+    compareFields(cells);
+    countLost(cells);
+}
+
+void CarryLosses::compareFields(const GridRange &cells) {
+    for (const int pane : {0, 1})
+        m_editor.pane(pane).makeShownTableCurrent();
+    const QirDatabase &source = m_editor.OggettoDtb(m_from);
+    const QirDatabase &target = m_editor.OggettoDtb(1 - m_from);
+    for (int column = cells.firstColumn; column <= cells.lastColumn; ++column) {
+        const FieldShape from = shapeOf(source, column);
+        const FieldShape to = shapeOf(target, column);
+        if (from.type != to.type || to.size < from.size)
+            m_fields.push_back({column, source.QIRTableFieldName(column), from, to});
+    }
+}
+
+void CarryLosses::countLost(const GridRange &cells) {
+    const CellTexts &texts = m_editor.TestiCelle(m_from);
+    YieldTimer timer;
+    for (const Field &field : m_fields) {
+        for (int row = cells.firstRow; row <= cells.lastRow; ++row) {
+            timer.yieldIfDue();
+            const QString text = texts.at(field.column, row);
+            if (survives(text, field.from, field.to) || m_lost++ > 0)
+                continue;
+            const QString shown = text.size() > longestExample ? text.left(longestExample) + u'…' : text;
+            m_firstLost = tr("'%1' in record %2, field '%3'").arg(shown).arg(row).arg(field.name);
+        }
+    }
+}
+
+bool CarryLosses::loses(int row, int column) const {
+    const auto field = std::ranges::find(m_fields, column, &Field::column);
+    return field != m_fields.end() && !survives(m_editor.TestiCelle(m_from).at(column, row), field->from, field->to);
+}
+
+QString CarryLosses::fieldWords(const Field &field) const {
+    const FieldShape &left = m_from == 0 ? field.from : field.to;
+    const FieldShape &right = m_from == 0 ? field.to : field.from;
+    return tr("Field '%1' is %2 on the left and %3 on the right.").arg(field.name, shapeWords(left), shapeWords(right));
+}
+
+QString CarryLosses::words() const {
+    constexpr std::size_t mostFields = 8;
+    QStringList lines;
+    for (std::size_t i = 0; i < std::min(m_fields.size(), mostFields); ++i)
+        lines.append(fieldWords(m_fields[i]));
+    if (m_fields.size() > mostFields)
+        lines.append(tr("So are %1 more fields.").arg(m_fields.size() - mostFields));
+    if (m_lost == 1)
+        lines.append(tr("One value would not stay what it is: %1.").arg(m_firstLost));
+    else if (m_lost > 1)
+        lines.append(tr("%1 values would not stay what they are, the first is %2.").arg(m_lost).arg(m_firstLost));
+    return lines.join(u'\n');
+}
+
+} // namespace qir
