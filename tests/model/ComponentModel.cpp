@@ -140,21 +140,25 @@ void ComponentModel::point(int number) {
 }
 
 void ComponentModel::writeColumn(int number, int first, const QVariantList &values) {
-    const int index = fieldAt(number);
-    PlainTable &table = current();
-    require(first >= 1 && first <= table.recordCount() && values.size() <= table.recordCount() - first + 1);
-    for (int i = 0; i < values.size(); ++i)
-        if (table.store(first - 1 + i, index, table.field(index).from(values.at(i))))
-            m_state.changed = true;
+    single([&] {
+        const int index = fieldAt(number);
+        PlainTable &table = current();
+        require(first >= 1 && first <= table.recordCount() && values.size() <= table.recordCount() - first + 1);
+        for (int i = 0; i < values.size(); ++i)
+            if (table.store(first - 1 + i, index, table.field(index).from(values.at(i))))
+                changed();
+    });
 }
 
 void ComponentModel::appendRecords(int count) {
-    PlainTable &table = current();
-    require(count >= 0);
-    for (int i = 0; i < count; ++i)
-        table.addRecord();
-    if (count > 0)
-        m_state.changed = true;
+    single([&] {
+        PlainTable &table = current();
+        require(count >= 0);
+        for (int i = 0; i < count; ++i)
+            table.addRecord();
+        if (count > 0)
+            changed();
+    });
 }
 
 void ComponentModel::write(int number, const QVariant &value) {

@@ -68,10 +68,10 @@ void ComponentPair::write() {
 }
 
 void ComponentPair::writeColumn() {
-    const int first = number(m_database.QirTableRecordsCount());
+    const int first = number(m_database->QirTableRecordsCount());
     const int field = fieldNumber();
-    const bool isThere = field >= 1 && field <= m_database.QirTableFieldsCount();
-    const auto type = columnType(isThere ? m_database.QIRTableFieldType(field) : 10).value();
+    const bool isThere = field >= 1 && field <= m_database->QirTableFieldsCount();
+    const auto type = columnType(isThere ? m_database->QIRTableFieldType(field) : 10).value();
     ColumnBuilder builder(type);
     QVariantList values;
     for (int i = m_choices.inRange(0, 4); i > 0; --i) {
@@ -84,12 +84,12 @@ void ComponentPair::writeColumn() {
         }
     }
     const QVariant block = builder.take().toVariant();
-    both([&] { m_model.writeColumn(field, first, values); }, [&] { m_database.WriteColumn(field, first, block); });
+    both([&] { m_model.writeColumn(field, first, values); }, [&] { m_database->WriteColumn(field, first, block); });
 }
 
 void ComponentPair::compareColumn(int place, const PlainTable &table) {
     for (int record = 1; record <= table.recordCount();) {
-        const auto block = ColumnBlock::fromVariant(m_database.ReadColumn(place, record, table.recordCount()));
+        const auto block = ColumnBlock::fromVariant(m_database->ReadColumn(place, record, table.recordCount()));
         expect(block && block->count() > 0, "a block");
         for (qsizetype i = 0; i < block->count(); ++i, ++record) {
             const QVariant &value = table.value(record - 1, place - 1);
@@ -104,7 +104,7 @@ void ComponentPair::compareColumn(int place, const PlainTable &table) {
 void ComponentPair::changeRecordsOrFields() {
     if (m_choices.inRange(0, 4) == 0) {
         const int count = m_choices.inRange(-1, 3);
-        both([&] { m_model.appendRecords(count); }, [&] { m_database.AppendRecords(count); });
+        both([&] { m_model.appendRecords(count); }, [&] { m_database->AppendRecords(count); });
         return;
     }
     if (m_choices.yesOrNo()) {
