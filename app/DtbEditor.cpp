@@ -67,18 +67,14 @@ DtbEditor::DtbEditor()
                                .showTwoPanes = [this] { showTwoPanes(); }})
     , m_colours(m_editor)
     , m_toolBar(m_editor, [this] { layOutAnew(); })
-    , m_keyed(m_editor) {
+    , m_keyed(m_editor)
+    , m_undo(m_editor, m_alignment, m_differences, m_tables) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
     resize(1000, 700);
     restoreWindowPlace(*this, m_editor.remembered());
-    buildControls(*this, m_editor);
-    m_find.emplace(m_editor, m_differences, m_tables, m_stored);
-    addCommands();
-    buildMenus(*this, m_editor.controls);
     buildParts();
-    m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
     SettaColoriIndexAttivo(m_editor);
     AbilitaMenu(m_editor, -1);
     settleWithLoop();
@@ -86,6 +82,10 @@ DtbEditor::DtbEditor()
 }
 
 void DtbEditor::buildParts() {
+    buildControls(*this, m_editor);
+    m_find.emplace(m_editor, m_differences, m_tables, m_stored);
+    addCommands();
+    buildMenus(*this, m_editor.controls);
     m_filesAtHand.addMenus();
     m_toolBar.build(*this);
     m_changes.build(*this);
@@ -96,6 +96,7 @@ void DtbEditor::buildParts() {
     m_differingTables.watchLists();
     m_differenceWords.install();
     m_strips.build();
+    m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
     connect(&m_find->bar(), &FindBar::resized, this, &DtbEditor::Form_Resize);
     connect(&m_tableFilter, &TableFilter::resized, this, &DtbEditor::Form_Resize);
 }
@@ -109,6 +110,7 @@ void DtbEditor::settleWithLoop() {
     loop->addSettling([this] { m_tables.settlePanes(); });
     loop->addSettling([this] { m_tableFilter.follow(); });
     loop->addSettling([this] { m_find->follow(); });
+    loop->addSettling([this] { m_undo.follow(); });
     loop->addSettling([this] { commandEnded(); });
     loop->addSettling([this] { m_keyed.settle(); });
     loop->addSettling([this] { m_notices.show(); });
@@ -165,6 +167,7 @@ void DtbEditor::addCommands() {
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::EndMenu, tr("E&xit"), [this] { EndMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q)});
+    m_undo.addCommands();
     m_modes.addCommands();
     m_keyed.addCommands();
     addColumnFit(m_editor);

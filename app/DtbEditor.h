@@ -9,6 +9,7 @@
 #include "app/desktop/FilesAtHand.h"
 #include "app/desktop/OutsideChanges.h"
 #include "app/desktop/StatusState.h"
+#include "app/history/UndoCommands.h"
 #include "app/look/Colours.h"
 #include "app/look/ToolBar.h"
 #include "compare/CellDifferences.h"
@@ -83,7 +84,7 @@ private:
     void Form_Resize();
     void EndMenu_Click();
     void connectPane(int pane);
-    /// What stands around the panes' controls and follows them.
+    /// Controls, commands and menus, and what stands around the panes and follows them.
     void buildParts();
     /// What is put right at the end of each command, in this order.
     void settleWithLoop();
@@ -141,6 +142,7 @@ private:
     Colours m_colours;
     ToolBar m_toolBar;
     KeyedCommands m_keyed;
+    UndoCommands m_undo;
 };
 
 } // namespace qir

@@ -55,6 +55,23 @@ const Method<bool(QString, QString)> beginUnlock{"BeginUnlock"};
 const Method<bool()> unlockPending{"UnlockPending"};
 const Method<void()> cancelUnlock{"CancelUnlock"};
 const Method<void(QString, QString)> setFilePlace{"SetFilePlace"};
+const Method<void(QString, QString)> beginStep{"BeginStep"};
+const Method<void()> endStep{"EndStep"};
+const Method<void()> undoStep{"Undo"};
+const Method<void()> redoStep{"Redo"};
+const Method<QString()> undoName{"UndoName"};
+const Method<QString()> redoName{"RedoName"};
+const Method<int()> stepsCount{"StepsCount"};
+const Method<int()> stepsDone{"StepsDone"};
+const Method<QString(int)> stepName{"StepName"};
+const Method<double(int)> stepTime{"StepTime"};
+const Method<bool()> stepsDropped{"StepsDropped"};
+const Method<void(int)> goToStep{"GoToStep"};
+const Method<QString()> changedTable{"ChangedTable"};
+const Method<int()> changedRecord{"ChangedRecord"};
+const Method<int()> changedField{"ChangedField"};
+const Method<int()> changedTables{"ChangedTables"};
+const Method<void(QString)> revertToSaved{"RevertToSaved"};
 const Method<QVariant(int, int, int)> readColumn{"ReadColumn"};
 const Method<void(int, int, QVariant)> writeColumn{"WriteColumn"};
 const Method<void(int)> appendRecords{"AppendRecords"};
@@ -303,6 +320,106 @@ void QirDatabase::AppendRecords(int count) const {
 
 double QirDatabase::TableRevision() const {
     return tableRevision(m_object);
+}
+
+bool QirDatabase::hasSteps() const {
+    const auto hasAll = [this](const auto &...members) { return (members.isIn(m_object) && ...); };
+    return !isEmpty() &&
+           hasAll(beginStep, endStep, undoStep, redoStep, undoName, redoName, stepsCount, stepsDone, stepName, stepTime,
+                  stepsDropped, goToStep, changedTable, changedRecord, changedField, changedTables);
+}
+
+void QirDatabase::BeginStep(const QString &name, const QString &key) const {
+    beginStep(m_object, name, key);
+}
+
+void QirDatabase::EndStep() const {
+    endStep(m_object);
+}
+
+void QirDatabase::Undo() const {
+    changed();
+    undoStep(m_object);
+}
+
+void QirDatabase::Redo() const {
+    changed();
+    redoStep(m_object);
+}
+
+QString QirDatabase::UndoName() const {
+    return undoName(m_object);
+}
+
+QString QirDatabase::RedoName() const {
+    return redoName(m_object);
+}
+
+int QirDatabase::StepsCount() const {
+    return stepsCount(m_object);
+}
+
+int QirDatabase::StepsDone() const {
+    return stepsDone(m_object);
+}
+
+QString QirDatabase::StepName(int step) const {
+    return stepName(m_object, step);
+}
+
+double QirDatabase::StepTime(int step) const {
+    return stepTime(m_object, step);
+}
+
+bool QirDatabase::StepsDropped() const {
+    return stepsDropped(m_object);
+}
+
+void QirDatabase::GoToStep(int done) const {
+    changed();
+    goToStep(m_object, done);
+}
+
+QString QirDatabase::ChangedTable() const {
+    return changedTable(m_object);
+}
+
+int QirDatabase::ChangedRecord() const {
+    return changedRecord(m_object);
+}
+
+int QirDatabase::ChangedField() const {
+    return changedField(m_object);
+}
+
+int QirDatabase::ChangedTables() const {
+    return changedTables(m_object);
+}
+
+void QirDatabase::RevertToSaved(const QString &name) const {
+    changed();
+    revertToSaved(m_object, name);
+}
+
+bool QirDatabase::hasRevert() const {
+    return !isEmpty() && revertToSaved.isIn(m_object);
+}
+
+ChangeStep::ChangeStep(const QirDatabase &database, const QString &name, const QString &key)
+    : m_database(database) {
+    if (!database.hasSteps())
+        return;
+    database.BeginStep(name, key);
+    m_object = database.object();
+}
+
+ChangeStep::~ChangeStep() {
+    if (!m_object)
+        return;
+    try {
+        m_database.EndStep();
+    } catch (const std::exception &) { // the changes stand all the same
+    }
 }
 
 ChangeGroup::ChangeGroup(const QirDatabase &database)

@@ -197,6 +197,49 @@ public:
     void SetFilePlace(const QString &fileName, const QString &place) const;
     bool hasFilePlaces() const;
 
+    // Taking back. A step is what the user did at once. Where the component lacks one of the members up to GoToStep()
+    // it has none of them: hasSteps() is False, no step begins, and nothing can be taken back.
+
+    bool hasSteps() const;
+    /// From here to EndStep() all changes are one step, which is told to the user by this name. Use ChangeStep. A step
+    /// joins the one before it where both have the same key, which is not "", and nothing was undone, made again or
+    /// saved in between. Within a group or another step it is part of that. A change outside steps and groups is a step
+    /// of its own, an outermost group too; the component names them. A new step drops those that were undone.
+    void BeginStep(const QString &name, const QString &key) const;
+    /// Keeps the changes, also where a member has thrown since.
+    void EndStep() const;
+    /// Writes back what stood before the last step, or makes the one again that was undone last: new changes, which
+    /// leave DtbHasChanged() False where they lead to what is saved, unless it was set True or the password differs. No
+    /// record is current then; the current table stays, or one of its name; none where that is gone. Throw where there
+    /// is no such step, or within a group or step.
+    void Undo() const;
+    void Redo() const;
+    /// The name of what they would take, fit to be shown; "" where there is nothing.
+    QString UndoName() const;
+    QString RedoName() const;
+    /// How many steps there are, undone ones included, and how many are done.
+    int StepsCount() const;
+    int StepsDone() const;
+    /// Of a step, from 1 on: its name, and when it was made, in milliseconds since 1970; 0 where that is not known.
+    QString StepName(int step) const;
+    double StepTime(int step) const;
+    /// True where the steps made first are no more: their memory was needed.
+    bool StepsDropped() const;
+    /// Undoes or makes again until so many steps are done.
+    void GoToStep(int done) const;
+    /// Where the last of Undo(), Redo(), GoToStep() and RevertToSaved() changed something: a table that is there, and
+    /// in it perhaps a record and a field; "" and 0 for none.
+    QString ChangedTable() const;
+    int ChangedRecord() const;
+    int ChangedField() const;
+    /// In how many tables it did.
+    int ChangedTables() const;
+
+    /// Makes all tables those of the file as it was loaded or saved last, in a step of this name. Throws where that
+    /// version stands there no more. Only where hasRevert().
+    void RevertToSaved(const QString &name) const;
+    bool hasRevert() const;
+
     /// Whether the component has the four below, which move whole columns of the current table. Where it lacks one of
     /// them none is called: values go cell by cell.
     bool hasColumns() const;
@@ -246,6 +289,20 @@ private:
     const QirDatabase &m_database;
     QPointer<QObject> m_object;
     bool m_open = true;
+};
+
+/// A step of one component, around what a command writes for the user: BeginStep() when made, EndStep() when it dies.
+/// Does nothing where the component has no steps, or was released meanwhile. The database must outlive it where it is.
+class ChangeStep {
+public:
+    explicit ChangeStep(const QirDatabase &database, const QString &name, const QString &key = {});
+    ~ChangeStep();
+    ChangeStep(const ChangeStep &) = delete;
+    ChangeStep &operator=(const ChangeStep &) = delete;
+
+private:
+    const QirDatabase &m_database;
+    QPointer<QObject> m_object; // null without a step
 };
 
 } // namespace qir

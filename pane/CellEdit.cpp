@@ -9,6 +9,7 @@ namespace qir {
 void CellEdit::begin(int row, int column) {
     m_row = row;
     m_column = column;
+    ++m_number;
 }
 
 void CellEdit::end() {

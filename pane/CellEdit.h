@@ -22,6 +22,8 @@ public:
     int column() const { return m_column; }
 
     void begin(int row, int column);
+    /// Another number for each edit.
+    int number() const { return m_number; }
 
     /// Ends an edit in any pane: hides the editor. Nothing is written; every keystroke was. A focus that the editor
     /// had goes to its grid.
@@ -36,6 +38,7 @@ private:
     std::vector<Editor> m_editors;
     int m_row = -1;
     int m_column = -1;
+    int m_number = 0;
 };
 
 } // namespace qir

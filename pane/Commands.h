@@ -13,6 +13,7 @@ namespace qir {
         COMMAND(OpenDatabase)                               \
         COMMAND(SaveMenu)                                   \
         COMMAND(SaveAsMenu)                                 \
+        COMMAND(RevertMenu)                                 \
         COMMAND(CloseDatabaseMenu)                          \
         COMMAND(ReportMenu)                                 \
         LINE                                                \
@@ -22,6 +23,11 @@ namespace qir {
         LINE                                                \
         COMMAND(EndMenu)                                    \
     MENU(EditMenu)                                          \
+        COMMAND(UndoMenu)                                   \
+        COMMAND(RedoMenu)                                   \
+        LINE                                                \
+        COMMAND(HistoryMenu)                                \
+        LINE                                                \
         COMMAND(CopyWithHeadersMenu)                        \
         COMMAND(PasteAllMenu)                               \
         LINE                                                \

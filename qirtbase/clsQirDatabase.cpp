@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -33,6 +34,14 @@ std::optional<double> numberIn(const QVariant &value) {
     const VariantKind kind = kindOf(value);
     const bool counts = isNumber(kind) || kind == VariantKind::Truth || kind == VariantKind::Character;
     return counts ? std::optional(value.toDouble()) : std::nullopt;
+}
+
+/// Bytes of memory that the steps of one database may hold.
+std::size_t stepBudget() {
+    constexpr int usualMiB = 1024;
+    bool isNumber = false;
+    const int given = qEnvironmentVariableIntValue("QIR_STEPS_MIB", &isNumber);
+    return static_cast<std::size_t>(isNumber && given >= 0 ? given : usualMiB) << 20;
 }
 
 /// What trying a password costs, where that is more than usual.
@@ -63,6 +72,7 @@ auto clsQirDatabase::guarded(Body body) -> decltype(body()) {
 
 clsQirDatabase::clsQirDatabase(FileOps &ops, DatabaseFileOptions options)
     : m_ops(ops)
+    , m_stepBudget(stepBudget())
     , m_file(ops,
              [&] {
                  if (!options.notice)
@@ -86,7 +96,7 @@ void clsQirDatabase::release() noexcept {
         // now forbids the writing all the same.
         const bool wanted = m_changed;
         while (!m_groups.empty())
-            undoGroup();
+            m_groups.back().isStep ? endGroup() : undoGroup();
         if (!wanted || !m_changed) {
             m_journal.retire();
             return;
@@ -252,8 +262,10 @@ bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) 
     }
     m_database = std::move(*database);
     m_state = State::Open;
-    m_changed = false;
+    m_changed = m_changedAnyway = false;
+    m_savedState = m_database.history().state();
     recoverChanges(*body, password);
+    keepSteps();
     m_file.endLoad();
     return true;
 }
@@ -267,8 +279,7 @@ void clsQirDatabase::failLoad(const QString &reason) {
 void clsQirDatabase::SaveDtb() {
     guarded([&] {
         requireUsable();
-        if (!m_groups.empty())
-            raise(u"The database cannot be saved before the running group of changes has ended."_s);
+        requireNoGroup("The database cannot be saved");
         if (!m_changed)
             return;
         if (GetDatabaseFileName().isEmpty())
@@ -280,7 +291,9 @@ void clsQirDatabase::SaveDtb() {
         expectKeys();
         if (const Result<void> saved = m_file.save(body); !saved)
             raise(saved.error().text);
-        m_changed = false;
+        m_changed = m_changedAnyway = false;
+        m_savedState = m_database.history().state();
+        m_database.endJoining();
         m_journal.discard();
         followFile(static_cast<std::uint64_t>(body.size()));
     });
@@ -295,6 +308,7 @@ bool clsQirDatabase::SetDatabaseFileName(const QString &fileName) {
         if (m_state == State::Failed || !m_file.setFileName(fileName))
             return false;
         m_state = State::Open;
+        keepSteps();
         return true;
     });
 }
@@ -306,12 +320,11 @@ void clsQirDatabase::SetFilePlace(const QString &fileName, const QString &place)
 void clsQirDatabase::NewPassword(const QString &current, const QString &replacement) {
     guarded([&] {
         requireUsable();
-        if (!m_groups.empty())
-            raise(u"The password cannot be changed before the running group of changes has ended."_s);
+        requireNoGroup("The password cannot be changed");
         if (const Result<void> done = m_file.changePassword(current, replacement); !done)
             raise(u"The password was not changed: %1."_s.arg(done.error().text));
         if (current != replacement)
-            m_changed = true;
+            m_changed = m_changedAnyway = true;
         if (!m_file.keysOnDisk().isProtected())
             m_journal.reseal(m_file.keys());
     });
@@ -538,23 +551,24 @@ void clsQirDatabase::BeginChanges() {
 
 void clsQirDatabase::EndChanges() {
     guarded([&] {
-        if (m_groups.empty())
+        if (m_groups.empty() || m_groups.back().isStep)
             raise(u"No group of changes has begun."_s);
-        if (m_groups.back().failed) {
-            undoGroup();
-        } else {
-            m_database.endGroup();
-            m_groups.pop_back();
-        }
+        m_groups.back().failed ? undoGroup() : endGroup();
     });
 }
 
 void clsQirDatabase::CancelChanges() {
     guarded([&] {
-        if (m_groups.empty())
+        if (m_groups.empty() || m_groups.back().isStep)
             raise(u"No group of changes has begun."_s);
         undoGroup();
     });
+}
+
+void clsQirDatabase::endGroup() {
+    m_database.endGroup();
+    m_groups.pop_back();
+    tellOfDroppedSteps();
 }
 
 void clsQirDatabase::undoGroup() {
@@ -566,7 +580,151 @@ void clsQirDatabase::undoGroup() {
     m_currentRecord = group.currentRecord;
 }
 
+// ------------------------------------------------------------------------------------------- steps and the way back
+
+/// From now on, but for callers without a user.
+void clsQirDatabase::keepSteps() {
+    if (!m_leaveJournal)
+        m_database.keepSteps(m_stepBudget);
+}
+
+void clsQirDatabase::BeginStep(const QString &name, const QString &key) {
+    guarded([&] {
+        requireUsable();
+        m_groups.reserve(m_groups.size() + 1);
+        if (m_groups.empty())
+            keepSteps();
+        m_database.beginStep(name, key);
+        m_groups.push_back({m_changed, m_currentTable, m_currentRecord, false, true});
+    });
+}
+
+void clsQirDatabase::EndStep() {
+    guarded([&] {
+        if (m_groups.empty() || !m_groups.back().isStep)
+            raise(u"No step has begun."_s);
+        endGroup();
+    });
+}
+
+void clsQirDatabase::Undo() {
+    guarded([&] {
+        if (StepsDone() == 0)
+            raise(u"There is nothing to take back."_s);
+        takeStep(true);
+    });
+}
+
+void clsQirDatabase::Redo() {
+    guarded([&] {
+        if (StepsDone() == StepsCount())
+            raise(u"There is nothing to make again."_s);
+        takeStep(false);
+    });
+}
+
+void clsQirDatabase::takeStep(bool undoes) {
+    requireNoGroup("No step can be taken back or made again");
+    const QString current = currentTableName();
+    const std::optional<StepPlace> place = undoes ? m_database.undoStep() : m_database.redoStep();
+    tablesReplaced(current);
+    m_changedTable = place ? m_database.table(place->table).name().text : QString();
+    m_changedRecord = place && place->record ? static_cast<int>(*place->record) + 1 : 0;
+    m_changedField = place && place->field ? static_cast<int>(*place->field) + 1 : 0;
+    const History &history = m_database.history();
+    m_changedTables = static_cast<int>(
+        std::min(History::tablesOf(history.step(history.done() - (undoes ? 0 : 1))), m_database.tableCount()));
+}
+
+/// What is current may have moved or gone, and the state may be the one that is saved.
+void clsQirDatabase::tablesReplaced(const QString &currentTable) {
+    std::size_t index = 0;
+    while (index < m_database.tableCount() && &m_database.table(index) != m_currentTable)
+        ++index;
+    if (index == m_database.tableCount())
+        index = m_database.findTable(currentTable).value_or(index);
+    m_currentTable = index < m_database.tableCount() ? &m_database.table(index) : nullptr;
+    m_currentRecord = 0;
+    m_changed = m_changedAnyway || m_database.history().state() != m_savedState;
+}
+
+QString clsQirDatabase::stepName(std::size_t step) const {
+    const QString &name = m_database.history().step(step).name;
+    return name.isEmpty() ? u"Change"_s : name;
+}
+
+QString clsQirDatabase::UndoName() const {
+    const History &history = m_database.history();
+    return history.done() > 0 ? stepName(history.done() - 1) : QString();
+}
+
+QString clsQirDatabase::RedoName() const {
+    const History &history = m_database.history();
+    return history.done() < history.count() ? stepName(history.done()) : QString();
+}
+
+QString clsQirDatabase::StepName(int step) {
+    return guarded([&] { return stepName(stepIndex(step)); });
+}
+
+double clsQirDatabase::StepTime(int step) {
+    return guarded([&] { return static_cast<double>(m_database.history().step(stepIndex(step)).time); });
+}
+
+void clsQirDatabase::GoToStep(int done) {
+    guarded([&] {
+        if (done != 0)
+            stepIndex(done);
+        const int steps = std::abs(StepsDone() - done);
+        while (StepsDone() > done)
+            takeStep(true);
+        while (StepsDone() < done)
+            takeStep(false);
+        if (steps > 1)
+            m_changedTables = QIRTablesCount();
+    });
+}
+
+void clsQirDatabase::RevertToSaved(const QString &name) {
+    guarded([&] {
+        requireUsable();
+        requireNoGroup("The database cannot go back to what is saved");
+        const LoadResult<QByteArray> body = m_file.readAgain();
+        if (!body)
+            raise(body.error().text);
+        LoadResult<Database> saved = decodeBody(*body);
+        if (!saved)
+            raise(u"%1: %2"_s.arg(GetDatabaseFileName(), saved.error().text));
+        const QString current = currentTableName();
+        m_database.revertTo(std::move(*saved), name, m_savedState);
+        tablesReplaced(current);
+        m_changedTable = currentTableName();
+        m_changedRecord = m_changedField = 0;
+        m_changedTables = QIRTablesCount();
+    });
+}
+
+/// Once, for the user would look for them.
+void clsQirDatabase::tellOfDroppedSteps() {
+    if (m_droppedTold || !m_groups.empty() || !StepsDropped())
+        return;
+    m_droppedTold = true;
+    Q_EMIT Notice(u"%1: the first steps can no longer be taken back: the memory for steps, %2 MiB, is used up"_s.arg(
+        GetDatabaseFileName(), QString::number(m_stepBudget >> 20)));
+}
+
 // -------------------------------------------------------------------------------------------------------------- checks
+
+void clsQirDatabase::requireNoGroup(const char *what) const {
+    if (!m_groups.empty())
+        raise(u"%1 before the running group of changes has ended."_s.arg(QLatin1StringView(what)));
+}
+
+std::size_t clsQirDatabase::stepIndex(int step) const {
+    if (step < 1 || step > StepsCount())
+        raise(u"There is no step number %1: there are %2."_s.arg(step).arg(StepsCount()));
+    return static_cast<std::size_t>(step) - 1;
+}
 
 void clsQirDatabase::requireUsable() const {
     if (m_state == State::Failed)

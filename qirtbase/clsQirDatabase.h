@@ -13,6 +13,7 @@
 #include <QVariant>
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace qir {
@@ -73,12 +74,13 @@ public:
     /// the password.
     Q_INVOKABLE void NewPassword(const QString &current, const QString &replacement);
 
-    /// A plain flag: set by any modification, cleared by a save, and taken as it is given.
+    /// A plain flag: set by any modification, cleared by a save and by a way back to what is saved, and taken as it is
+    /// given.
     bool DtbHasChanged() const { return m_changed; }
-    void setDtbHasChanged(bool changed) { m_changed = changed; }
+    void setDtbHasChanged(bool changed) { m_changed = m_changedAnyway = changed; }
 
     /// For callers that only read: set True before the load, unsaved changes of a session that died stay where they are
-    /// for the next editor, and changes are not kept safe against a crash.
+    /// for the next editor, changes are not kept safe against a crash, and no steps are kept.
     bool leaveJournal() const { return m_leaveJournal; }
     void setLeaveJournal(bool leave) { m_leaveJournal = leave; }
 
@@ -156,6 +158,40 @@ public:
     /// Undoes the changes of the group: tables, current table and record, and the changed flag are as they were.
     Q_INVOKABLE void CancelChanges();
 
+    // --------------------------------------------------------------------------------------- steps and the way back
+
+    /// From here to the matching EndStep() all changes are one step of that name, which Undo() takes back at once. What
+    /// was changed before an error stays. Within a group or another step it is part of that. A step joins the one
+    /// before it where both have the same key, which is not "", and nothing was undone or saved in between.
+    Q_INVOKABLE void BeginStep(const QString &name, const QString &key);
+    Q_INVOKABLE void EndStep();
+    /// Take the last step back, or make again the one that was taken back last: as a new change, of which DtbHasChanged
+    /// tells whether it leads to what is saved. No record is current then, and no table where the current one has gone.
+    Q_INVOKABLE void Undo();
+    Q_INVOKABLE void Redo();
+    /// Their names; "" where there is none.
+    Q_INVOKABLE QString UndoName() const;
+    Q_INVOKABLE QString RedoName() const;
+    /// All steps, those that were taken back included, and how many are done. They count from 1.
+    Q_INVOKABLE int StepsCount() const { return static_cast<int>(m_database.history().count()); }
+    Q_INVOKABLE int StepsDone() const { return static_cast<int>(m_database.history().done()); }
+    Q_INVOKABLE QString StepName(int step);
+    /// Milliseconds since 1970; 0 where it is not known.
+    Q_INVOKABLE double StepTime(int step);
+    /// True where steps that were made first are no more, for want of room.
+    Q_INVOKABLE bool StepsDropped() const { return m_database.history().hasDropped(); }
+    /// Takes back or makes again until so many steps are done.
+    Q_INVOKABLE void GoToStep(int done);
+    /// Where the last of Undo(), Redo(), GoToStep() and RevertToSaved() changed something: the name of a table that is
+    /// there, and in it a record and a field; "" and 0 for none.
+    Q_INVOKABLE QString ChangedTable() const { return m_changedTable; }
+    Q_INVOKABLE int ChangedRecord() const { return m_changedRecord; }
+    Q_INVOKABLE int ChangedField() const { return m_changedField; }
+    /// In how many tables they did.
+    Q_INVOKABLE int ChangedTables() const { return m_changedTables; }
+    /// Makes all tables what the file holds, in a step of that name.
+    Q_INVOKABLE void RevertToSaved(const QString &name);
+
 Q_SIGNALS:
     /// Something that the user should know although no command failed.
     void Notice(const QString &text);
@@ -169,6 +205,7 @@ private:
         Table *currentTable;
         std::size_t currentRecord;
         bool failed;
+        bool isStep = false;
     };
 
     template<class Body>
@@ -178,8 +215,17 @@ private:
     Table &currentTable() const;
     std::size_t fieldIndex(int field) const;
     std::size_t recordIndex(int record) const;
+    std::size_t stepIndex(int step) const;
     std::size_t currentRecordIndex() const;
     void undoGroup();
+    void endGroup();
+    void requireNoGroup(const char *what) const;
+    void takeStep(bool undoes);
+    void keepSteps();
+    void tablesReplaced(const QString &currentTable);
+    QString currentTableName() const { return m_currentTable ? m_currentTable->name().text : QString(); }
+    QString stepName(std::size_t step) const;
+    void tellOfDroppedSteps();
     bool isUnused() const;
     bool loadFile(const QString &fileName, const QString &password);
     void failLoad(const QString &reason);
@@ -196,6 +242,14 @@ private:
     FileOps &m_ops;
     State m_state = State::Fresh;
     bool m_changed = false;
+    bool m_changedAnyway = false;   // in more than the tables, or by order: no way back makes it saved
+    std::uint64_t m_savedState = 0; // of the history
+    bool m_droppedTold = false;
+    std::size_t m_stepBudget; // bytes
+    QString m_changedTable;
+    int m_changedRecord = 0;
+    int m_changedField = 0;
+    int m_changedTables = 0;
     Database m_database;
     Table *m_currentTable = nullptr;
     std::size_t m_currentRecord = 0; // from 1; 0 for none

@@ -179,6 +179,7 @@ void CarryCommands::addRecord(int from, int row, const Takes &takes) {
         m_editor.pane(pane).makeShownTableCurrent();
     const QirDatabase &target = m_editor.OggettoDtb(1 - from);
     {
+        const ChangeStep step(target, tr("Carried record of %1").arg(m_editor.pane(1 - from).TabellaMostrata()));
         ChangeGroup changes(target);
         target.AddRecord();
         writeRecord(from, row, target.QirTableRecordsCount(), takes);
@@ -262,6 +263,7 @@ void CarryCommands::write(int from, const Work &work, const Takes &takes) {
         m_editor.pane(pane).makeShownTableCurrent();
     const QirDatabase &target = m_editor.OggettoDtb(1 - from);
     const BitMatrix &different = m_editor.CelleDiverse();
+    const ChangeStep step(target, tr("Carried table %1").arg(m_editor.pane(1 - from).TabellaMostrata()));
     ChangeGroup changes(target);
     YieldTimer timer;
     for (std::size_t row = different.nextRow(1); row <= static_cast<std::size_t>(work.common) && row < different.rows();

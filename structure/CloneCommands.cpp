@@ -80,6 +80,7 @@ void CloneCommands::copyTable(const QString &name) {
     m_editor.pane(m_editor.IndexOrigine()).makeTableCurrent(name);
     // Not remembered as current: an error on the way takes the table away again.
     m_editor.pane(m_editor.IndexDestinazione()).currentTableLost();
+    const ChangeStep step(target(), tr("Copy of table %1").arg(name));
     ChangeGroup changes(target());
     target().AddTable(name);
     target().QIRTableRecordSource(name);
@@ -108,6 +109,8 @@ void CloneCommands::CloneTableSizeSecco() {
 }
 
 void CloneCommands::appendRecords(bool withContent) {
+    const ChangeStep step(target(),
+                          tr("Records for %1").arg(m_editor.pane(m_editor.IndexDestinazione()).TabellaMostrata()));
     ChangeGroup changes(target());
     appendCopies(source().QirTableRecordsCount() - m_editor.Tabella(m_editor.IndexDestinazione()).Rows() + 1,
                  withContent);
@@ -168,6 +171,8 @@ void CloneCommands::copyArea(const GridRange &block, const TakesCell &takes) {
 void CloneCommands::copyBlock(const GridRange &block, const TakesCell &takes) {
     const Grid &from = m_editor.Tabella(m_editor.IndexOrigine());
     Grid &to = m_editor.Tabella(m_editor.IndexDestinazione());
+    const ChangeStep step(target(),
+                          tr("Copy of cells to %1").arg(m_editor.pane(m_editor.IndexDestinazione()).TabellaMostrata()));
     ChangeGroup changes(target());
     if (!takes) {
         to.copyTexts(from.texts(), block);

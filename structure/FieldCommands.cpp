@@ -11,6 +11,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "structure/Names.h"
+#include "view/StepNames.h"
 #include "view/TableLoader.h"
 
 #include <memory>
@@ -56,12 +57,15 @@ void FieldCommands::AddFieldMenu_Click() {
     const std::optional<int> type = askType();
     if (!type)
         return;
+    const QString stepName = tr("Adding field %1").arg(name);
     if (*type == static_cast<int>(FieldType::Text)) {
         const std::optional<double> size = askSize(tr("New field size"), u"50"_s);
         if (!size)
             return;
+        const ChangeStep step(database(), stepName);
         database().AddField(name, *type, *size);
     } else {
+        const ChangeStep step(database(), stepName);
         database().AddField(name, *type);
     }
     showAddedField(name);
@@ -157,7 +161,10 @@ void FieldCommands::RenameFieldSecco() {
     const QString name = inputBox(m_editor.controls.window, tr("Field's new name (%1)").arg(oldName), u"?"_s, oldName);
     if (name.isEmpty())
         return;
-    database().RenameField(field, name);
+    {
+        const ChangeStep step(database(), tr("Renaming field %1").arg(oldName));
+        database().RenameField(field, name);
+    }
     m_tables.CaricaTabellaAVideo(m_editor.IndexAttivo());
 }
 
@@ -165,10 +172,14 @@ void FieldCommands::RemoveFieldSecco() {
     const int field = currentField();
     if (field < 1)
         return;
-    const QString question = tr("Do you want to remove field: '%1' ?").arg(database().QIRTableFieldName(field));
+    const QString name = database().QIRTableFieldName(field);
+    const QString question = tr("Do you want to remove field: '%1' ?").arg(name);
     if (askYesNo(m_editor.controls.window, question, u"?"_s) == Answer::No)
         return;
-    database().RemoveField(field);
+    {
+        const ChangeStep step(database(), tr("Removing field %1").arg(name));
+        database().RemoveField(field);
+    }
     showTableAgain();
 }
 
@@ -177,7 +188,9 @@ void FieldCommands::ResizeTextFieldSecco() {
     if (field < 1 || database().QIRTableFieldType(field).toInt() != static_cast<int>(FieldType::Text))
         return;
     const QString size = database().QIRTableFieldSize(field).toString().trimmed();
+    const Grid &grid = m_editor.Tabella(m_editor.IndexAttivo());
     if (const std::optional<double> newSize = askSize(tr("Field size"), size)) {
+        const ChangeStep step(database(), tr("Resizing field %1").arg(fieldNameOf(grid, grid.Col())));
         database().ResizeField(field, *newSize);
         // The grid goes on showing its texts whole.
         const int pane = m_editor.IndexAttivo();

@@ -23,7 +23,11 @@ void RecordCommands::AddRecordMenu_Click() {
     if (!m_editor.pane(pane).realTableSelected())
         return;
     m_editor.pane(pane).makeShownTableCurrent();
-    m_editor.OggettoDtb(pane).AddRecord();
+    {
+        const ChangeStep step(m_editor.OggettoDtb(pane),
+                              tr("Adding a record to %1").arg(m_editor.pane(pane).TabellaMostrata()));
+        m_editor.OggettoDtb(pane).AddRecord();
+    }
     m_tables.CaricaTabellaAVideo(pane);
     // The rows above the new one are painted already.
     CellWindow window;
@@ -49,7 +53,12 @@ void RecordCommands::RemoveRecordSecco() {
         return;
     }
     m_editor.pane(pane).makeShownTableCurrent();
-    m_editor.OggettoDtb(pane).RemoveRecord(grid.RowData(grid.Row()));
+    {
+        const ChangeStep step(
+            m_editor.OggettoDtb(pane),
+            tr("Removing record %1 of %2").arg(grid.Row()).arg(m_editor.pane(pane).TabellaMostrata()));
+        m_editor.OggettoDtb(pane).RemoveRecord(grid.RowData(grid.Row()));
+    }
     m_tables.CaricaTabellaAVideo(pane);
     // The pane's number stands for a first row here; 0 and 1 both mean the whole table.
     CellWindow window;

@@ -43,7 +43,10 @@ void TableCommands::AddTableMenu_Click() {
         messageBox(window, tr("Table: '%1' already exists").arg(name), u"!"_s);
         return;
     }
-    m_editor.OggettoDtb(pane).AddTable(name);
+    {
+        const ChangeStep step(m_editor.OggettoDtb(pane), tr("Adding table %1").arg(name));
+        m_editor.OggettoDtb(pane).AddTable(name);
+    }
     {
         const RefillScope refill(m_editor.listClicks());
         m_editor.pane(pane).refilled();
@@ -63,7 +66,10 @@ void TableCommands::RenameTableSecco() {
     const QString name = inputBox(m_editor.controls.window, tr("Table's new name (%1)").arg(oldName), u"?"_s, oldName);
     if (name.isEmpty())
         return;
-    m_editor.OggettoDtb(pane).RenameTable(list.ItemData(position), name);
+    {
+        const ChangeStep step(m_editor.OggettoDtb(pane), tr("Renaming table %1").arg(oldName));
+        m_editor.OggettoDtb(pane).RenameTable(list.ItemData(position), name);
+    }
     list.setList(position, name);
     // The grid goes on showing this table, now under its new name; when its load failed it shows none.
     m_editor.pane(pane).renamed();
@@ -94,7 +100,11 @@ void TableCommands::RemoveTableSecco() {
         return;
     const ActivePaneScope active(m_editor);
     const int removed = list.ItemData(list.ListIndex());
-    m_editor.OggettoDtb(pane).RemoveTable(removed);
+    {
+        const ChangeStep step(m_editor.OggettoDtb(pane),
+                              tr("Removing table %1").arg(TogliMarcatori(list.List(list.ListIndex()))));
+        m_editor.OggettoDtb(pane).RemoveTable(removed);
+    }
     // Nothing of the table is left to show or to work on. Its line goes before the refill, which would select another,
     // and with it all lines, whose numbers are those of other tables now: the refill may break off at the other list.
     m_editor.pane(pane).tableRemoved();

@@ -165,6 +165,7 @@ void AreaClipboard::INCOLLA_AreaTabella(int pane) {
             const BusyPointer busy;
             m_editor.endEdit(); // of a cell that the paste may change
             layClipboard(m_editor.Tabella(pane));
+            const ChangeStep step(m_editor.OggettoDtb(pane), tr("Paste"));
             // Every text of the grid is to be stored afterwards; beyond the selected block most often all of them are.
             if (m_editor.pane(pane).TextsUnstored())
                 m_save.SalvaGridInDatabase(pane);

@@ -10,6 +10,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/GridAlignment.h"
+#include "view/StepNames.h"
 
 #include <QGuiApplication>
 #include <QInputMethod>
@@ -22,6 +23,8 @@
 #include <optional>
 
 namespace qir {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -180,6 +183,10 @@ void CellEditor::writeCell(int pane, int row, int column, const QString &text) {
         [&] {
             m_editor.pane(pane).makeShownTableCurrent();
             const QirDatabase &database = m_editor.OggettoDtb(pane);
+            // All keystrokes of one edit are one step.
+            const ChangeStep step(
+                database, tr("Edit of %1.%2").arg(m_editor.pane(pane).TabellaMostrata(), fieldNameOf(grid, column)),
+                QString::number(m_editor.cellEdit().number()));
             database.setQIRTableRecordsPointerOut(grid.RowData(row));
             AssegnaARecordset(database, grid.ColData(column), text);
             m_stored.look(pane, row, column);

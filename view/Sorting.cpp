@@ -5,6 +5,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "view/GridSave.h"
+#include "view/StepNames.h"
 #include "view/TableLoader.h"
 
 namespace qir {
@@ -26,6 +27,8 @@ void Sorting::SortFPOP_Click() {
         [&] {
             OrdinaPerColonna(grid, m_editor.ColonnaOrdinamento());
             grid.renumberRows(); // row r stands for record r from now on, whatever it showed
+            const ChangeStep step(m_editor.OggettoDtb(pane),
+                                  tr("Sort by %1").arg(fieldNameOf(grid, m_editor.ColonnaOrdinamento())));
             m_save.SalvaGridInDatabase(pane);
         },
         [&] { m_tables.reloadAfterFailure(pane); });

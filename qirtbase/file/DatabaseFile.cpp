@@ -106,6 +106,39 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
     return std::move(read->container.body);
 }
 
+LoadResult<QByteArray> DatabaseFile::readAgain() {
+    const Place &place = m_previousPlace ? *m_previousPlace : m_place;
+    if (m_state != State::Ready || m_ownSaveIds.empty() || place.path.isEmpty())
+        return refused(LoadErrorKind::Missing, u"the database has not been saved yet"_s);
+    const auto isOurs = [&](const FileHeader &header) {
+        return header.fileId == m_header.fileId && std::ranges::find(m_ownSaveIds, header.saveId) != m_ownSaveIds.end();
+    };
+    const auto header = readFileHeader(m_ops, place.path);
+    if (!header)
+        return refused(header.error().kind, u"%1: %2"_s.arg(place.name, header.error().text));
+    const auto another = [&] {
+        return refused(LoadErrorKind::Unreadable, u"%1: another program has changed it since"_s.arg(place.name));
+    };
+    if (!isOurs(*header))
+        return another();
+    const KeyDeriver known = [this](const SecretBytes & /*password*/, const KdfParameters & /*kdf*/) {
+        return LoadResult<SecretBytes>(m_keysOnDisk.master.clone());
+    };
+    QStringList notices;
+    auto read = readDatabaseFile(m_ops,
+                                 {.path = place.path,
+                                  .password = u"known"_s, // its key is
+                                  .limits = m_options.limits,
+                                  .deriveKey = known,
+                                  .stateFolder = m_options.stateFolder},
+                                 notices);
+    if (!read)
+        return refused(read.error().kind, u"%1: %2"_s.arg(place.name, read.error().text));
+    if (!isOurs(read->container.header))
+        return another();
+    return std::move(read->container.body);
+}
+
 std::optional<KdfParameters> DatabaseFile::keyParameters(const QString &path) const {
     if (path.isEmpty())
         return std::nullopt;

@@ -50,6 +50,9 @@ public:
     /// For an open file the password does not matter. Only on a fresh instance; on failure the instance is failed and
     /// its name is "". If the body then turns out to be nonsense, call fail().
     LoadResult<QByteArray> load(const QString &path, const QString &password);
+    /// The body once more, of the version that was loaded or last saved here; a failure where that stands there no
+    /// more.
+    LoadResult<QByteArray> readAgain();
     /// What trying a password on the file costs; nothing where it is open, or cannot be loaded whatever the password.
     std::optional<KdfCosts> passwordCosts(const QString &path) const;
     /// What it costs on the files that are written here.

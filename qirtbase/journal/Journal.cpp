@@ -48,6 +48,8 @@ void Journal::follow(Database &database, JournalBase base, const ContainerKeys &
 void Journal::adopt(JournalFile file) {
     m_keys = file.keys().clone(); // may be those of a password that was not saved yet
     m_file.emplace(std::move(file));
+    m_stepsDone = m_database->history().done();
+    m_stepsUndone = m_database->history().count() - m_stepsDone;
 }
 
 void Journal::stop() {
@@ -58,6 +60,7 @@ void Journal::stop() {
     m_pending.clear();
     m_depth = 0;
     m_lastTable = nullptr;
+    m_stepsDone = m_stepsUndone = 0;
     m_unsynced = false;
 }
 
@@ -110,6 +113,7 @@ void Journal::changed(const Change &change) noexcept {
         }
         encodeChange(m_pending, change, change.table ? indexOf(change.table) : 0);
         writePending();
+        countStep(StepKind::Step);
         syncInTime();
     });
 }
@@ -159,6 +163,7 @@ void Journal::groupBegan() noexcept {
             m_groupSize = 0;
             m_touched.clear();
             m_lastTouched = nullptr;
+            m_mark.reset();
         }
         noteMark(JournalOperation::GroupBegin);
     });
@@ -206,7 +211,73 @@ void Journal::finishGroup() {
         writeImages();
     encodeMark(m_pending, JournalOperation::GroupEnd);
     writePending();
+    countStep(m_mark ? m_mark->kind : StepKind::Step);
     syncInTime();
+}
+
+/// After a step was written, or what undoes one.
+void Journal::countStep(StepKind kind) {
+    if (kind == StepKind::Undone) {
+        ++m_stepsUndone;
+        return;
+    }
+    m_stepsUndone = 0;
+    if (kind == StepKind::Step) // else it is more of one that this journal may know only in part
+        ++m_stepsDone;
+    m_stepsDone = std::min(m_stepsDone, m_database->history().done()); // some may have gone
+}
+
+void Journal::groupMarked(const StepMark &mark) noexcept {
+    if (!isRecording() || m_depth != 1)
+        return;
+    guarded([&] {
+        m_mark = mark;
+        encodeGroupMark();
+    });
+}
+
+void Journal::encodeGroupMark() {
+    if (m_mark)
+        encodeStepMark(m_pending, *m_mark);
+}
+
+void Journal::replaced(const Table *table) noexcept {
+    if (!isRecording() || m_depth == 0)
+        return;
+    guarded([&] {
+        m_lastTable = nullptr;
+        m_groupChanged = m_asImages = true;
+        m_pending.clear();
+        if (table)
+            m_touched.insert(table);
+        else
+            m_tablesChanged = true;
+    });
+}
+
+bool Journal::stepUndone() noexcept {
+    return tellStep(JournalOperation::StepUndone, m_stepsDone, m_stepsUndone);
+}
+
+bool Journal::stepRedone() noexcept {
+    return tellStep(JournalOperation::StepRedone, m_stepsUndone, m_stepsDone);
+}
+
+/// The step is one of those that this journal knows, or it is not and the changes are to be told.
+bool Journal::tellStep(JournalOperation mark, std::size_t &from, std::size_t &to) noexcept {
+    if (!isRecording())
+        return true;
+    m_lastTable = nullptr;
+    if (from == 0)
+        return false;
+    guarded([&] {
+        encodeMark(m_pending, mark);
+        writePending();
+        syncInTime();
+    });
+    --from;
+    ++to;
+    return true;
 }
 
 /// In place of the group's changes: what the tables are now.
@@ -215,6 +286,7 @@ void Journal::writeImages() {
     for (int depth = m_writtenDepth; depth > 1; --depth)
         encodeMark(m_pending, JournalOperation::GroupEnd); // of those within that are open in what is written
     encodeMark(m_pending, m_writtenDepth > 0 ? JournalOperation::GroupRestart : JournalOperation::GroupBegin);
+    encodeGroupMark();
     if (m_tablesChanged) {
         const QByteArray body = encodeBody(*m_database, BodyFor::Journal);
         m_base.bodySize = std::uint64_t(body.size());
@@ -298,6 +370,7 @@ void Journal::writeAnew() {
     encodeMark(m_pending, JournalOperation::BodyImage);
     encodeMark(m_pending, JournalOperation::GroupEnd);
     writePending();
+    m_stepsDone = m_stepsUndone = 0; // the image is another step to whoever reads it
     m_unsynced = false;
     if (m_options.notice && !m_lossTold)
         m_options.notice(u"%1: another program took away the journal that keeps its unsaved changes; it "

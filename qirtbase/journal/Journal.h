@@ -54,7 +54,7 @@ public:
     /// written, until reseal() gives others. No journal is made before the first change. One that was followed before
     /// is left as it is on disk.
     void follow(Database &database, JournalBase base, const ContainerKeys &keys);
-    /// Goes on with a journal whose changes the database already has.
+    /// Goes on with a journal whose changes the database already has, and all of its steps.
     void adopt(JournalFile file);
     /// Listens to nobody any more; what is on disk stays.
     void stop();
@@ -77,6 +77,10 @@ public:
     void groupBegan() noexcept override;
     void groupEnded() noexcept override;
     void groupUndone() noexcept override;
+    void groupMarked(const StepMark &mark) noexcept override;
+    void replaced(const Table *table) noexcept override;
+    bool stepUndone() noexcept override;
+    bool stepRedone() noexcept override;
 
 private:
     bool isRecording() const { return m_database && !m_broken; }
@@ -87,6 +91,9 @@ private:
     void gathered(qsizetype before);
     void forgetGroup();
     void finishGroup();
+    void countStep(StepKind kind);
+    bool tellStep(JournalOperation mark, std::size_t &from, std::size_t &to) noexcept;
+    void encodeGroupMark();
     void writeImages();
     void writeImage(const QByteArray &image);
     void writePending();
@@ -114,10 +121,16 @@ private:
     bool m_asImages = false;      // the group has grown too large for single changes
     bool m_tablesChanged = false; // the list of tables, in this group
     std::uint64_t m_groupSize = 0;
+    std::optional<StepMark> m_mark;       // of this group
     std::set<const Table *> m_touched;    // tables whose content changed in this group
     const Table *m_lastTouched = nullptr; // the one added last
     const Table *m_lastTable = nullptr;   // the one that changed last, and its number: changes come in runs
     std::size_t m_lastIndex = 0;
+
+    // Of the database's steps, those that a replay of this journal knows: the last ones that are done, and of the
+    // undone ones the first.
+    std::size_t m_stepsDone = 0;
+    std::size_t m_stepsUndone = 0;
 
     bool m_unsynced = false;
     std::chrono::steady_clock::time_point m_lastSync{};

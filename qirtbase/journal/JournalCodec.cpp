@@ -125,8 +125,22 @@ bool takeMark(ByteReader &reader, ReadOperation &operation) {
     case JournalOperation::SavingAs:
         operation.bytes = reader.bytes(layout::idSize);
         return true;
+    case JournalOperation::StepUndone:
+    case JournalOperation::StepRedone:
+        return true;
+    case JournalOperation::Step:
+        operation.joins = reader.number<std::uint8_t>() != 0;
+        [[fallthrough]];
+    case JournalOperation::Undone:
+        operation.time = reader.number<std::int64_t>();
+        operation.bytes = reader.sizedBytes<std::uint32_t>();
+        return true;
     }
     return false;
+}
+
+bool isStepMark(const ReadOperation &operation) {
+    return operation.is(JournalOperation::Step) || operation.is(JournalOperation::Undone);
 }
 
 bool isChange(const ReadOperation &operation) {
@@ -205,6 +219,24 @@ void makeChange(const ReadOperation &operation, Database &database) {
     }
 }
 
+/// What a group is by the mark at its front, which is taken off; nothing where that cannot be.
+std::optional<StepMark> takeStepMark(QByteArrayView &group) {
+    StepMark mark;
+    QByteArrayView rest = group;
+    const auto operation = takeOperation(rest);
+    if (!operation || !isStepMark(*operation))
+        return mark;
+    if (!readUtf8(operation->bytes, mark.name))
+        return std::nullopt;
+    mark.time = operation->time;
+    if (operation->is(JournalOperation::Step))
+        mark.kind = operation->joins ? StepKind::Joined : StepKind::Step;
+    else
+        mark.kind = StepKind::Undone;
+    group = rest;
+    return mark;
+}
+
 /// Whether a group's operations are images; nothing when they make no sense, or are images and changes together.
 std::optional<bool> holdsImages(QByteArrayView group) {
     bool images = false;
@@ -215,6 +247,8 @@ std::optional<bool> holdsImages(QByteArrayView group) {
             return std::nullopt;
         const bool isImage = operation->is(JournalOperation::ImagePart) ||
                              operation->is(JournalOperation::TableImage) || operation->is(JournalOperation::BodyImage);
+        if (isStepMark(*operation))
+            return std::nullopt; // not at the front
         (isImage ? images : changes) = true;
     }
     if (images && changes)
@@ -283,6 +317,14 @@ void encodeTableImage(QByteArray &out, std::size_t table) {
     OperationWriter(out, JournalOperation::TableImage).index(table);
 }
 
+void encodeStepMark(QByteArray &out, const StepMark &mark) {
+    const bool isStep = mark.kind != StepKind::Undone;
+    OperationWriter operation(out, isStep ? JournalOperation::Step : JournalOperation::Undone);
+    if (isStep)
+        operation.number(std::uint8_t(mark.kind == StepKind::Joined ? 1 : 0));
+    operation.number(mark.time).bytes(mark.name.toUtf8());
+}
+
 void encodeSavingAs(QByteArray &out, const FileIdentifier &saveId) {
     OperationWriter(out, JournalOperation::SavingAs).saveId(saveId);
 }
@@ -326,6 +368,8 @@ bool JournalReplay::feed(QByteArrayView payload) {
 bool JournalReplay::take(const ReadOperation &operation, QByteArrayView bytes) {
     if (operation.is(JournalOperation::SavingAs) || operation.is(JournalOperation::Ended))
         return m_depth == 0;
+    if (operation.is(JournalOperation::StepUndone) || operation.is(JournalOperation::StepRedone))
+        return m_depth == 0 && takeStep(operation.is(JournalOperation::StepUndone));
     if (operation.is(JournalOperation::GroupBegin)) {
         if (m_depth++ == 0) {
             m_group.clear();
@@ -339,6 +383,8 @@ bool JournalReplay::take(const ReadOperation &operation, QByteArrayView bytes) {
     } else if (operation.is(JournalOperation::GroupRestart)) {
         m_group.clear();
         return m_depth == 1;
+    } else if (isStepMark(operation) && m_depth != 1) {
+        return false;
     }
     if (m_depth > 0) {
         m_group.append(bytes);
@@ -348,18 +394,38 @@ bool JournalReplay::take(const ReadOperation &operation, QByteArrayView bytes) {
     return finishGroup();
 }
 
+bool JournalReplay::takeStep(bool undoes) {
+    const History &history = m_database.history();
+    if (undoes ? history.done() == 0 : history.done() == history.count())
+        return false;
+    try {
+        if (undoes)
+            m_database.undoStep();
+        else
+            m_database.redoStep();
+    } catch (const std::exception &) {
+        throw std::bad_alloc(); // nothing else can be wrong
+    }
+    ++m_groups;
+    return true;
+}
+
 bool JournalReplay::finishGroup() {
-    const auto hasImages = holdsImages(m_group);
-    if (!hasImages || !(*hasImages ? applyImages() : applyChanges()))
+    if (!applyGroup())
         return false;
     m_group.clear();
     ++m_groups;
     return true;
 }
 
-bool JournalReplay::applyChanges() {
-    m_database.beginGroup();
-    if (makeChanges()) {
+bool JournalReplay::applyGroup() {
+    QByteArrayView group = m_group;
+    const auto mark = takeStepMark(group);
+    const auto hasImages = holdsImages(group);
+    if (!mark || !hasImages)
+        return false;
+    m_database.beginMarked(*mark);
+    if (*hasImages ? applyImages(group) : makeChanges(group)) {
         m_database.endGroup();
         return true;
     }
@@ -368,8 +434,8 @@ bool JournalReplay::applyChanges() {
     return false;
 }
 
-bool JournalReplay::makeChanges() {
-    QByteArrayView rest = m_group;
+bool JournalReplay::makeChanges(QByteArrayView changes) {
+    QByteArrayView rest = changes;
     int depth = 0;
     while (!rest.isEmpty()) {
         const auto operation = takeOperation(rest);
@@ -390,12 +456,12 @@ bool JournalReplay::makeChanges() {
     return depth == 0;
 }
 
-/// All images are decoded before the first is put in its place: nothing is undone across them.
-bool JournalReplay::applyImages() {
+/// All images are decoded before the first is put in its place.
+bool JournalReplay::applyImages(QByteArrayView images) {
     std::vector<std::pair<std::size_t, std::unique_ptr<Table>>> tables;
     std::optional<Database> whole;
     QByteArray image;
-    for (QByteArrayView rest = m_group; !rest.isEmpty();) {
+    for (QByteArrayView rest = images; !rest.isEmpty();) {
         const auto operation = takeOperation(rest);
         if (operation->is(JournalOperation::ImagePart)) {
             image.append(operation->bytes);

@@ -27,11 +27,18 @@
 ///    12 set block       u32 table, u32 field, u32 first record, u32 length, block
 ///    13 add records     u32 table, u32 count     26 body image       - (the parts before it are the body)
 ///    30 being saved as  save id [16]             31 ended            -
+///    32 step            u8 joins, i64 time, text    33 step undone   -
+///    35 undone          i64 time, text              34 step redone   -
 ///
 ///     text = u32 length | UTF-8
 ///     block = u8 type | u32 count | values as in a body's column
 ///
 /// Tables, fields and records count from 0. A change outside any group is a group of its own.
+///
+/// An outermost group is a step of the history. Right after its beginning or restart may stand what kind of one: 32 a
+/// step with a name (joins: 1 where it is more of the step before it); 35 changes that undo a step of before this
+/// journal. Steps of this journal need no changes for that: 33 undoes the last one, 34 makes the one that was undone
+/// last again; both stand outside groups. `time` is in milliseconds since 1970.
 namespace qir {
 
 enum class JournalOperation : std::uint8_t {
@@ -45,12 +52,17 @@ enum class JournalOperation : std::uint8_t {
     BodyImage = 26,
     SavingAs = 30,
     Ended = 31,
+    Step = 32,
+    StepUndone = 33,
+    StepRedone = 34,
+    Undone = 35,
 };
 
 void encodeChange(QByteArray &out, const Change &change, std::size_t table);
 void encodeMark(QByteArray &out, JournalOperation operation);
 void encodeImagePart(QByteArray &out, QByteArrayView part);
 void encodeTableImage(QByteArray &out, std::size_t table);
+void encodeStepMark(QByteArray &out, const StepMark &mark);
 void encodeSavingAs(QByteArray &out, const FileIdentifier &saveId);
 
 /// One operation as it was read; what it points at lives as long as the payload.
@@ -61,6 +73,8 @@ struct ReadOperation {
     std::uint32_t record = 0;
     int type = 0;
     double number = 0;
+    std::int64_t time = 0;
+    bool joins = false;
     QByteArrayView bytes; ///< A text in UTF-8, a block, an image part or a save id.
 
     bool is(JournalOperation operation) const { return kind == std::uint8_t(operation); }
@@ -72,12 +86,17 @@ std::optional<ReadOperation> takeOperation(QByteArrayView &payload);
 /// Makes a change again. False, with nothing changed, where the database does not take it. Throws std::bad_alloc.
 bool applyChange(const ReadOperation &operation, Database &database);
 
-/// Makes again what a journal tells, whole group by whole group. Tells nobody of it: the database must have no
-/// listener.
+/// Makes again what a journal tells, whole group by whole group, and with it the steps of the history: the database
+/// keeps them from then on, `stepsBudget` bytes at most. Tells nobody of it: the database must have no listener.
 class JournalReplay {
 public:
+    /// Far more than a session keeps: a step that the journal undoes must be there.
+    static constexpr std::size_t stepsBudget = std::size_t{4} << 30;
+
     explicit JournalReplay(Database &database)
-        : m_database(database) {}
+        : m_database(database) {
+        database.keepSteps(stepsBudget);
+    }
 
     /// The next record. False where it makes no sense or cannot be made again: nothing of its group has been done then,
     /// and the replay ends here. Throws std::bad_alloc: nothing more can be done with the database then.
@@ -89,10 +108,11 @@ public:
 
 private:
     bool take(const ReadOperation &operation, QByteArrayView bytes);
+    bool takeStep(bool undoes);
     bool finishGroup();
-    bool applyChanges();
-    bool makeChanges();
-    bool applyImages();
+    bool applyGroup();
+    bool makeChanges(QByteArrayView changes);
+    bool applyImages(QByteArrayView images);
 
     Database &m_database;
     int m_depth = 0;

@@ -216,6 +216,7 @@ private:
 
     void takeUp(JournalFile journal, JournalContents contents) {
         const std::uint64_t whole = contents.end;
+        const std::uint64_t saved = m_database.history().state();
         const int groups = replayJournal(journal, contents, m_database);
         if (journal.readError()) {
             if (auto loaded = decodeBody(m_request.body))
@@ -233,10 +234,11 @@ private:
             if (const auto copy = journal.keepCopy())
                 kept = shownName(*copy);
         (void)journal.cutAt(contents.end); // what stays behind it does not match what will stand before it
-        m_outcome.changed = true;
+        m_outcome.changed = m_database.history().state() != saved; // else all of them were taken back
         m_outcome.journal.emplace(upToDate(std::move(journal)));
-        tell(u"changes that were not saved when the program ended are there again; they are still "
-             "unsaved"_s);
+        if (m_outcome.changed)
+            tell(u"changes that were not saved when the program ended are there again; they are still "
+                 "unsaved"_s);
         if (contents.isDamaged || contents.end < whole)
             tellDamage(kept);
     }

@@ -2,6 +2,7 @@
 
 #include "base/columns/ColumnBlock.h"
 
+#include <QString>
 #include <QStringView>
 
 #include <cstddef>
@@ -41,6 +42,19 @@ struct Change {
     const ColumnBlock *block = nullptr;
 };
 
+/// What an outermost group of changes is to the history of its database.
+enum class StepKind : std::uint8_t {
+    Step,   ///< A new step.
+    Joined, ///< More of the step before it.
+    Undone, ///< A step that was made before is undone by these changes.
+};
+
+struct StepMark {
+    StepKind kind = StepKind::Step;
+    QString name;
+    std::int64_t time = 0; ///< Milliseconds since 1970; 0 where it is not known.
+};
+
 /// Is told of every change of a database right after it was made. Must not throw and must not change the database.
 class ChangeListener {
 public:
@@ -51,6 +65,14 @@ public:
     virtual void groupBegan() noexcept = 0;
     virtual void groupEnded() noexcept = 0;
     virtual void groupUndone() noexcept = 0;
+    /// Right after the beginning of an outermost group, where it is more than a step without a name.
+    virtual void groupMarked(const StepMark & /*mark*/) noexcept {}
+    /// Within a group: a table is another one now in more than single values; null says so of the list of tables.
+    virtual void replaced(const Table * /*table*/) noexcept {}
+    /// The last step was undone, or the first undone one made again. False where the listener does not know that step,
+    /// and wants to be told the changes.
+    virtual bool stepUndone() noexcept { return true; }
+    virtual bool stepRedone() noexcept { return true; }
 };
 
 } // namespace qir

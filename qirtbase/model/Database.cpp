@@ -9,8 +9,11 @@
 #include "qirtbase/model/DatabaseError.h"
 #include "qirtbase/model/ModelLimits.h"
 
+#include <QDateTime>
+
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -84,6 +87,31 @@ ColumnBlock partToTell(const ColumnBlock &block, qsizetype first) {
 
 } // namespace
 
+class Database::SingleChange {
+public:
+    explicit SingleChange(UndoLog &log)
+        : m_log(log)
+        , m_open(log.keepsSteps() && !log.isOpen()) {
+        if (m_open)
+            m_log.beginSingle();
+    }
+    ~SingleChange() {
+        if (m_open)
+            m_log.abandon();
+    }
+    SingleChange(const SingleChange &) = delete;
+    SingleChange &operator=(const SingleChange &) = delete;
+
+    void made() {
+        if (std::exchange(m_open, false))
+            m_log.commit();
+    }
+
+private:
+    UndoLog &m_log;
+    bool m_open;
+};
+
 std::optional<std::size_t> Database::findTable(const QString &name) const {
     return findKey(collationKey(wellFormed(name)));
 }
@@ -105,10 +133,12 @@ void Database::addTable(const QString &name) {
     table->insertField(0, newField(Name::checked(u"Field1"_s), ColumnType::Text, newFieldSize, 0));
     table->appendRecords(1);
     m_tables.reserve(m_tables.size() + 1);
+    SingleChange single(m_undo);
     m_undo.makeRoom();
     m_undo.coverNewTable(*table);
     m_tables.push_back(std::move(table));
-    m_undo.add(undo::TableAppended{});
+    m_undo.add(undo::TableInserted{m_tables.size() - 1});
+    single.made();
     tell({.kind = ChangeKind::AddTable, .text = m_tables.back()->name().text});
 }
 
@@ -119,18 +149,22 @@ bool Database::renameTable(std::size_t index, const QString &name) {
         return false;
     if (findKey(checked.key).value_or(index) != index)
         throw DatabaseError(u"A table \"%1\" already exists."_s.arg(checked.text));
+    SingleChange single(m_undo);
     m_undo.add(undo::TableRenamed{&table, table.name()});
     table.rename(std::move(checked));
+    single.made();
     tell({.kind = ChangeKind::RenameTable, .index = index, .text = table.name().text});
     return true;
 }
 
 void Database::removeTable(std::size_t index) {
+    SingleChange single(m_undo);
     m_undo.makeRoom();
     const auto position = m_tables.begin() + static_cast<std::ptrdiff_t>(index);
     std::unique_ptr<Table> table = std::move(*position);
     m_tables.erase(position);
     m_undo.add(undo::TableRemoved{index, std::move(table)});
+    single.made();
     tell({.kind = ChangeKind::RemoveTable, .index = index});
 }
 
@@ -143,11 +177,13 @@ void Database::addField(Table &table, const QString &name, int typeCode, double 
         throw DatabaseError(u"A field \"%1\" already exists."_s.arg(checked.text));
     if (table.fieldCount() >= limits::fields)
         throw DatabaseError(u"A table holds at most %1 fields."_s.arg(limits::fields));
+    SingleChange single(m_undo);
     const bool kept = m_undo.keeps(table);
     m_undo.makeRoom();
     table.insertField(table.fieldCount(), newField(checked, *type, size, table.recordCount()));
     if (kept)
-        m_undo.add(undo::FieldAppended{&table});
+        m_undo.add(undo::FieldInserted{&table, table.fieldCount() - 1});
+    single.made();
     const Field &added = table.field(table.fieldCount() - 1);
     tell(table, {.kind = ChangeKind::AddField,
                  .table = &table,
@@ -164,14 +200,17 @@ bool Database::renameField(Table &table, std::size_t index, const QString &name)
         return false;
     if (table.findField(checked.key).value_or(index) != index)
         throw DatabaseError(u"A field \"%1\" already exists."_s.arg(checked.text));
+    SingleChange single(m_undo);
     if (m_undo.keeps(table))
         m_undo.add(undo::FieldRenamed{&table, index, field.name});
     field.name = std::move(renamed);
+    single.made();
     tell(table, {.kind = ChangeKind::RenameField, .table = &table, .index = index, .text = checked.text});
     return true;
 }
 
 void Database::removeField(Table &table, std::size_t index) {
+    SingleChange single(m_undo);
     if (m_undo.keeps(table)) {
         m_undo.makeRoom();
         auto removed = std::make_unique<Field>(Field{{}, 0, Column(ColumnType::Bool)});
@@ -180,6 +219,7 @@ void Database::removeField(Table &table, std::size_t index) {
     } else {
         table.takeField(index);
     }
+    single.made();
     tell(table, {.kind = ChangeKind::RemoveField, .table = &table, .index = index});
 }
 
@@ -191,6 +231,7 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
     std::optional<Column> cut;
     if (wanted < field.size)
         cut = field.column.cut(static_cast<std::size_t>(wanted));
+    SingleChange single(m_undo);
     if (m_undo.keeps(table)) {
         m_undo.makeRoom();
         auto before = cut ? std::make_unique<Column>(std::move(field.column)) : nullptr;
@@ -199,6 +240,7 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
     if (cut)
         field.column = std::move(*cut);
     field.size = wanted;
+    single.made();
     tell(table, {.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = double(wanted)});
     return true;
 }
@@ -210,11 +252,13 @@ void Database::addRecord(Table &table) {
 void Database::addRecords(Table &table, std::size_t count) {
     if (count > limits::records - std::min(table.recordCount(), limits::records))
         throw DatabaseError(u"A table holds at most %1 records."_s.arg(limits::records));
+    SingleChange single(m_undo);
     const bool kept = m_undo.keeps(table);
     m_undo.makeRoom();
     table.appendRecords(count);
     if (kept)
-        m_undo.add(undo::RecordAppended{&table, count});
+        m_undo.add(undo::RecordsAppended{&table, count});
+    single.made();
     if (count == 1)
         tell(table, {.kind = ChangeKind::AddRecord, .table = &table});
     else
@@ -222,25 +266,28 @@ void Database::addRecords(Table &table, std::size_t count) {
 }
 
 void Database::removeRecord(Table &table, std::size_t record) {
+    SingleChange single(m_undo);
     if (m_undo.keeps(table)) {
         m_undo.makeRoom();
         m_undo.add(undo::RecordRemoved{&table, record, table.record(record)});
     }
     table.removeRecord(record);
+    single.made();
     tell(table, {.kind = ChangeKind::RemoveRecord, .table = &table, .record = record});
 }
 
 void Database::dropRecordsWithoutFields() {
-    if (m_listener)
-        m_listener->groupBegan(); // many records are one change
+    const auto isDropped = [](const auto &table) { return table->fieldCount() == 0 && table->recordCount() != 0; };
+    if (std::ranges::none_of(m_tables, isDropped))
+        return;
+    beginMarked({.kind = StepKind::Joined, .name = {}, .time = 0}); // many records are one change
     for (const auto &table : m_tables) {
-        if (table->fieldCount() != 0)
+        if (!isDropped(table))
             continue;
         for (std::size_t left = table->recordCount(); left > 0; --left)
             removeRecord(*table, left - 1);
     }
-    if (m_listener)
-        m_listener->groupEnded();
+    endGroup();
 }
 
 bool Database::setNumber(Table &table, std::size_t field, std::size_t record, double number) {
@@ -250,8 +297,10 @@ bool Database::setNumber(Table &table, std::size_t field, std::size_t record, do
         return setText(table, field, record, numberText(fitting));
     if (column.holds(record, fitting))
         return false;
+    SingleChange single(m_undo);
     m_undo.keepCell(table, field, record);
     column.set(record, fitting);
+    single.made();
     tell(table, {.kind = ChangeKind::SetNumber, .table = &table, .index = field, .record = record, .number = fitting});
     return true;
 }
@@ -263,8 +312,10 @@ bool Database::setText(Table &table, std::size_t field, std::size_t record, cons
     const QString fitting = fittingText(text, static_cast<std::size_t>(target.size));
     if (target.column.holds(record, fitting))
         return false;
+    SingleChange single(m_undo);
     m_undo.keepCell(table, field, record);
     target.column.set(record, fitting);
+    single.made();
     tell(table, {.kind = ChangeKind::SetText, .table = &table, .index = field, .record = record, .text = fitting});
     return true;
 }
@@ -275,6 +326,7 @@ bool Database::setBlock(Table &table, std::size_t field, std::size_t first, cons
         block.isText() ? fittingTexts(block, static_cast<std::size_t>(target.size)) : fittingNumbers(block);
     if (target.column.holds(first, fitting))
         return false;
+    SingleChange single(m_undo);
     constexpr qsizetype few = 64;
     if (fitting.count() > few)
         m_undo.keepTable(table);
@@ -282,6 +334,7 @@ bool Database::setBlock(Table &table, std::size_t field, std::size_t first, cons
         for (std::size_t i = 0; i < static_cast<std::size_t>(fitting.count()); ++i)
             m_undo.keepCell(table, field, first + i);
     target.column.setBlock(first, fitting);
+    single.made();
     tellBlock(table, field, first, fitting);
     return true;
 }
@@ -322,6 +375,100 @@ void Database::undoGroup() {
         table->touch();
     if (m_listener)
         m_listener->groupUndone();
+}
+
+// ----------------------------------------------------------------------------------------------------------- the steps
+
+void Database::beginStep(const QString &name, const QString &key) {
+    if (m_undo.isOpen()) {
+        beginGroup();
+        return;
+    }
+    const StepKind kind = history().joins(key) ? StepKind::Joined : StepKind::Step;
+    beginMarked({.kind = kind, .name = name, .time = QDateTime::currentMSecsSinceEpoch()}, key);
+}
+
+void Database::beginMarked(const StepMark &mark, const QString &key) {
+    beginGroup();
+    StepMark actual = mark;
+    if (mark.kind == StepKind::Joined && history().done() == 0)
+        actual.kind = StepKind::Step;
+    m_undo.mark(actual, key);
+    if (m_listener)
+        m_listener->groupMarked(actual);
+}
+
+std::optional<StepPlace> Database::undoStep() {
+    const Step &step = m_undo.history().undo(m_tables);
+    if (m_listener && !m_listener->stepUndone())
+        tellChangesOf(step, StepKind::Undone);
+    return History::placeOf(step, m_tables);
+}
+
+std::optional<StepPlace> Database::redoStep() {
+    const Step &step = m_undo.history().redo(m_tables);
+    if (m_listener && !m_listener->stepRedone())
+        tellChangesOf(step, StepKind::Step);
+    return History::placeOf(step, m_tables);
+}
+
+/// What is there now, where a step has changed something.
+void Database::tellChangesOf(const Step &step, StepKind kind) const {
+    m_listener->groupBegan();
+    m_listener->groupMarked({.kind = kind, .name = step.name, .time = step.time});
+    const auto isOfList = [](const undo::Entry &entry) { return undo::contentOf(entry) == nullptr; };
+    if (std::ranges::any_of(step.entries, isOfList)) {
+        m_listener->replaced(nullptr);
+        m_listener->groupEnded();
+        return;
+    }
+    for (const undo::Entry &entry : step.entries)
+        if (!std::holds_alternative<undo::CellChanged>(entry))
+            m_listener->replaced(undo::contentOf(entry));
+    for (const undo::Entry &entry : step.entries) {
+        const auto *cell = std::get_if<undo::CellChanged>(&entry);
+        if (!cell || cell->field >= cell->table->fieldCount() || cell->record >= cell->table->recordCount())
+            continue; // of a table that was told whole
+        const CellValue value = cell->table->field(cell->field).column.value(cell->record);
+        Change change{
+            .kind = ChangeKind::SetNumber, .table = cell->table, .index = cell->field, .record = cell->record};
+        if (const auto *text = std::get_if<QString>(&value)) {
+            change.kind = ChangeKind::SetText;
+            change.text = *text;
+        } else {
+            change.number = std::get<double>(value);
+        }
+        tell(change);
+    }
+    m_listener->groupEnded();
+}
+
+void Database::revertTo(Database &&other, const QString &name, std::uint64_t state) {
+    beginStep(name, {});
+    try {
+        replaceTables(std::move(other));
+    } catch (...) {
+        undoGroup();
+        throw;
+    }
+    if (m_listener)
+        m_listener->replaced(nullptr);
+    endGroup();
+    m_undo.history().enter(state);
+}
+
+void Database::replaceTable(std::size_t index, std::unique_ptr<Table> table) {
+    m_undo.makeRoom();
+    std::swap(*m_tables[index], *table);
+    m_tables[index]->touch();
+    m_undo.add(undo::TableImage{m_tables[index].get(), std::move(table)});
+}
+
+void Database::replaceTables(Database &&other) {
+    m_undo.makeRoom();
+    std::swap(m_tables, other.m_tables);
+    m_undo.add(undo::AllTables{std::move(other.m_tables)});
+    m_foreignSections = std::move(other.m_foreignSections);
 }
 
 } // namespace qir

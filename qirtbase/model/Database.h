@@ -54,7 +54,8 @@ public:
     void addRecord(Table &table);
     void addRecords(Table &table, std::size_t count);
     void removeRecord(Table &table, std::size_t record);
-    /// Takes the records of tables without fields away, which no file keeps. Outside groups only.
+    /// Takes the records of tables without fields away, which no file keeps. More of the last step. Outside groups
+    /// only.
     void dropRecordsWithoutFields();
 
     /// Stores the nearest value that the field holds; a text field gets the number's text.
@@ -73,29 +74,48 @@ public:
     void endGroup();
     void undoGroup();
 
+    /// From now on an outermost group that is kept becomes a step that can be undone, and so does each change outside
+    /// groups. `budget` is how many bytes of memory the steps may hold.
+    void keepSteps(std::size_t budget) { m_undo.keepSteps(budget); }
+    const History &history() const { return m_undo.history(); }
+    /// A group that is a step of this name. Where it is the outermost one and the step before has the same key, which
+    /// is not "", it is more of that.
+    void beginStep(const QString &name, const QString &key);
+    /// A group that is what a mark tells, outside groups.
+    void beginMarked(const StepMark &mark, const QString &key = {});
+    /// What comes is no more of the last step, whatever its key.
+    void endJoining() { m_undo.history().seal(); }
+    /// Undo the last step, make again the one that was undone last; there must be one, and no group. Strong: but where
+    /// memory is short on the way back too the history is lost. Gives the place that changed.
+    std::optional<StepPlace> undoStep();
+    std::optional<StepPlace> redoStep();
+    /// Makes the tables those of `other`, in a step of this name; they are in the state of that number then.
+    void revertTo(Database &&other, const QString &name, std::uint64_t state);
+
     /// Who is told of changes from now on; null for nobody. Must outlive the database or be taken away first.
     void setListener(ChangeListener *listener) { m_listener = listener; }
 
     /// For whoever reads a file: appends a table that obeys all rules, its key not taken.
     void append(std::unique_ptr<Table> table) { m_tables.push_back(std::move(table)); }
-    /// For whoever restores a database: puts a table that obeys all rules, its key not taken by another, in the place
-    /// of one. Told to nobody, and not undone.
-    void replaceTable(std::size_t index, std::unique_ptr<Table> table) { m_tables[index] = std::move(table); }
-    /// The same for all of them.
-    void replaceTables(Database &&other) {
-        m_tables = std::move(other.m_tables);
-        m_foreignSections = std::move(other.m_foreignSections);
-    }
+    /// For whoever restores a database: makes a table, which keeps its address, another one that obeys all rules, its
+    /// key not taken by another. Told to nobody.
+    void replaceTable(std::size_t index, std::unique_ptr<Table> table);
+    /// The same for all of them; they have another address then.
+    void replaceTables(Database &&other);
     std::vector<ForeignSection> &foreignSections() { return m_foreignSections; }
     const std::vector<ForeignSection> &foreignSections() const { return m_foreignSections; }
 
 private:
+    /// A change outside any group, which is a step of its own where steps are kept.
+    class SingleChange;
+
     std::optional<std::size_t> findKey(const QString &key) const;
     void tellBlock(Table &table, std::size_t field, std::size_t first, const ColumnBlock &block) const;
     void tell(const Change &change) const {
         if (m_listener)
             m_listener->changed(change);
     }
+    void tellChangesOf(const Step &step, StepKind kind) const;
     /// A change of a table's fields or records.
     void tell(Table &table, const Change &change) const {
         table.touch();

@@ -70,6 +70,8 @@ public:
 
     void rename(Name name) { m_name = std::move(name); }
     Field &field(std::size_t index) { return m_fields[index]; }
+    /// Makes sure that the next insertField() does not throw.
+    void makeRoomForField() { m_fields.reserve(m_fields.size() + 1); }
     void insertField(std::size_t index, Field field);
     Field takeField(std::size_t index);
     /// Appends records of zeros and empty texts; unchanged when it throws.

@@ -1,96 +1,106 @@
 #include "qirtbase/model/UndoLog.h"
 
+#include <QDateTime>
+
 #include <algorithm>
-#include <type_traits>
+#include <memory>
+#include <new>
+#include <utility>
 
 namespace qir {
 
 namespace {
 
-/// Undoes one entry.
-class Undoer {
-public:
-    explicit Undoer(UndoLog::Tables &tables)
-        : m_tables(tables) {}
-
-    void operator()(undo::CellChanged &entry) const {
-        entry.table->field(entry.field).column.set(entry.record, entry.before);
-    }
-    void operator()(undo::RecordAppended &entry) const { entry.table->dropRecords(entry.count); }
-    void operator()(undo::RecordRemoved &entry) const { entry.table->insertRecord(entry.record, entry.values); }
-    void operator()(undo::FieldAppended &entry) const { entry.table->takeField(entry.table->fieldCount() - 1); }
-    void operator()(undo::FieldRemoved &entry) const { entry.table->insertField(entry.index, std::move(*entry.field)); }
-    void operator()(undo::FieldRenamed &entry) const { entry.table->field(entry.index).name = std::move(entry.before); }
-    void operator()(undo::FieldResized &entry) const {
-        Field &field = entry.table->field(entry.index);
-        field.size = entry.before;
-        if (entry.column)
-            field.column = std::move(*entry.column);
-    }
-    void operator()(undo::TableAppended & /*entry*/) const { m_tables.pop_back(); }
-    void operator()(undo::TableRemoved &entry) const {
-        m_tables.insert(m_tables.begin() + static_cast<std::ptrdiff_t>(entry.index), std::move(entry.table));
-    }
-    void operator()(undo::TableRenamed &entry) const { entry.table->rename(std::move(entry.before)); }
-    void operator()(undo::TableImage &entry) const { *entry.table = std::move(*entry.before); }
-
-private:
-    UndoLog::Tables &m_tables;
-};
-
-/// The table whose fields or records an entry brings back, null for entries about the list of tables.
-const Table *contentOf(const undo::Entry &entry) {
-    return std::visit(
-        []<class Entry>(const Entry &content) -> const Table * {
-            constexpr bool isOfList = std::is_same_v<Entry, undo::TableAppended> ||
-                                      std::is_same_v<Entry, undo::TableRemoved> ||
-                                      std::is_same_v<Entry, undo::TableRenamed>;
-            if constexpr (isOfList)
-                return nullptr;
-            else
-                return content.table;
-        },
-        entry);
-}
-
-std::size_t costOf(const CellValue &value) {
-    std::size_t bytes = sizeof(undo::Entry);
-    if (const auto *text = std::get_if<QString>(&value))
-        bytes += static_cast<std::size_t>(text->size()) * sizeof(QChar);
-    return bytes;
-}
+constexpr std::size_t alwaysKept = 4096; // small tables are not worth an image at the first change
 
 } // namespace
 
+void UndoLog::begin() {
+    if (m_keepsSteps && m_groups.empty()) {
+        m_history.makeRoom();
+        m_mark = {.kind = StepKind::Step, .name = {}, .time = QDateTime::currentMSecsSinceEpoch()};
+        m_key.clear();
+    }
+    m_groups.push_back({.start = m_entries.size(), .tables = {}, .latest = 0});
+}
+
+void UndoLog::mark(const StepMark &mark, const QString &key) {
+    m_mark = mark;
+    m_key = key;
+}
+
+void UndoLog::beginSingle() {
+    begin();
+    m_isSingle = true;
+}
+
 void UndoLog::commit() {
-    const std::size_t start = m_groups.back().start;
+    const Group inner = std::move(m_groups.back());
     m_groups.pop_back();
     if (m_groups.empty()) {
-        m_entries = std::vector<undo::Entry>(); // gives the memory back
+        finish();
         return;
     }
     // What the outer group covers whole it no longer logs, so entries of the inner one would not find the table as they
     // left it.
     const std::vector<Coverage> &outer = m_groups.back().tables;
     const auto isCovered = [&](const undo::Entry &entry) {
-        const Table *table = contentOf(entry);
+        const Table *table = undo::contentOf(entry);
         const auto found = std::ranges::find(outer, table, &Coverage::table);
         return table && found != outer.end() && found->whole;
     };
-    const auto first = m_entries.begin() + static_cast<std::ptrdiff_t>(start);
+    const auto first = m_entries.begin() + static_cast<std::ptrdiff_t>(inner.start);
     m_entries.erase(std::remove_if(first, m_entries.end(), isCovered), m_entries.end());
+    takeOver(inner);
+}
+
+/// What a group has kept of tables the one around it need not keep again.
+void UndoLog::takeOver(const Group &inner) noexcept {
+    try {
+        for (const Coverage &kept : inner.tables) {
+            Coverage &outer = coverage(*kept.table);
+            const bool whole = outer.whole || kept.whole;
+            outer = kept;
+            outer.whole = whole;
+        }
+    } catch (const std::bad_alloc &) { // NOLINT(bugprone-empty-catch): it is kept again then
+    }
+}
+
+/// After the outermost group.
+void UndoLog::finish() {
+    m_isSingle = false;
+    if (m_keepsSteps)
+        m_history.take(m_mark, m_key, m_entries);
+    constexpr std::size_t worthKeeping = 64; // for the next one
+    if (m_entries.capacity() > worthKeeping)
+        m_entries = std::vector<undo::Entry>(); // gives the memory back
+    else
+        m_entries.clear();
 }
 
 void UndoLog::undo(Tables &tables) {
     while (m_entries.size() > m_groups.back().start) {
-        std::visit(Undoer(tables), m_entries.back());
+        undo::apply(m_entries.back(), tables);
         m_entries.pop_back();
     }
+    m_groups.back().tables.clear(); // nothing is kept of them any more
     commit();
 }
 
+void UndoLog::abandon() {
+    m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(m_groups.back().start), m_entries.end());
+    m_groups.pop_back();
+    m_isSingle = false;
+}
+
+void UndoLog::keepSteps(std::size_t budget) {
+    m_keepsSteps = true;
+    m_history.setBudget(budget);
+}
+
 bool UndoLog::keeps(const Table &table) {
-    return isOpen() && !coverage(table).whole;
+    return isOpen() && (m_isSingle || !coverage(table).whole);
 }
 
 void UndoLog::makeRoom() {
@@ -106,30 +116,42 @@ void UndoLog::add(undo::Entry entry) {
 void UndoLog::keepCell(Table &table, std::size_t field, std::size_t record) {
     if (!isOpen())
         return;
-    Coverage &kept = coverage(table);
-    if (kept.whole)
+    Coverage *kept = m_isSingle ? nullptr : &coverage(table);
+    if (kept && kept->whole)
         return;
-    if (kept.bytes >= kept.limit) {
+    if (kept && outweighs(*kept)) {
         m_entries.emplace_back(undo::TableImage{&table, std::make_unique<Table>(table)});
-        kept.whole = true;
+        kept->whole = true;
         return;
     }
-    CellValue before = table.field(field).column.value(record);
-    kept.bytes += costOf(before);
-    m_entries.emplace_back(undo::CellChanged{&table, static_cast<std::uint32_t>(record),
-                                             static_cast<std::uint16_t>(field), std::move(before)});
+    undo::Entry entry = undo::CellChanged{&table, static_cast<std::uint32_t>(record), static_cast<std::uint16_t>(field),
+                                          table.field(field).column.value(record)};
+    if (kept)
+        kept->bytes += undo::costOf(entry);
+    m_entries.push_back(std::move(entry));
 }
 
 void UndoLog::keepTable(Table &table) {
-    if (!isOpen() || coverage(table).whole)
+    if (!isOpen() || (!m_isSingle && coverage(table).whole))
         return;
     m_entries.emplace_back(undo::TableImage{&table, std::make_unique<Table>(table)});
-    coverage(table).whole = true;
+    if (!m_isSingle)
+        coverage(table).whole = true;
 }
 
 void UndoLog::coverNewTable(const Table &table) {
-    if (isOpen())
+    if (isOpen() && !m_isSingle)
         coverage(table).whole = true;
+}
+
+bool UndoLog::outweighs(Coverage &kept) const {
+    if (kept.bytes < kept.limit)
+        return false;
+    if (!kept.measured) {
+        kept.limit += kept.table->memory() / 4;
+        kept.measured = true;
+    }
+    return kept.bytes >= kept.limit;
 }
 
 UndoLog::Coverage &UndoLog::coverage(const Table &table) {
@@ -140,8 +162,15 @@ UndoLog::Coverage &UndoLog::coverage(const Table &table) {
     group.latest = static_cast<std::size_t>(found - group.tables.begin());
     if (found != group.tables.end())
         return *found;
-    constexpr std::size_t alwaysKept = 4096; // small tables are not worth an image at the first change
-    group.tables.push_back({&table, 0, table.memory() / 4 + alwaysKept, false});
+    Coverage begun{&table, 0, alwaysKept, false, false};
+    if (m_groups.size() > 1) { // many small groups within a large one keep no more than that would
+        const std::vector<Coverage> &outer = m_groups[m_groups.size() - 2].tables;
+        if (const auto around = std::ranges::find(outer, &table, &Coverage::table); around != outer.end()) {
+            begun = *around;
+            begun.whole = false;
+        }
+    }
+    group.tables.push_back(begun);
     return group.tables.back();
 }
 

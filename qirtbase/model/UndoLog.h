@@ -1,89 +1,44 @@
 #pragma once
 
-#include "qirtbase/model/Table.h"
+#include "qirtbase/model/History.h"
+#include "qirtbase/model/UndoEntry.h"
+
+#include <QString>
 
 #include <cstddef>
-#include <cstdint>
-#include <memory>
-#include <utility>
-#include <variant>
+#include <optional>
 #include <vector>
 
 namespace qir {
 
-/// What brings one change back. Undone strictly in reverse, each finds tables, fields and records where they stood when
-/// it was made; a table that was removed lives on in its entry, so pointers to it stay good.
-namespace undo {
-
-struct CellChanged {
-    Table *table;
-    std::uint32_t record;
-    std::uint16_t field;
-    CellValue before;
-};
-struct RecordAppended {
-    Table *table;
-    std::size_t count = 1;
-};
-struct RecordRemoved {
-    Table *table;
-    std::size_t record;
-    std::vector<CellValue> values;
-};
-struct FieldAppended {
-    Table *table;
-};
-struct FieldRemoved {
-    Table *table;
-    std::size_t index;
-    std::unique_ptr<Field> field;
-};
-struct FieldRenamed {
-    Table *table;
-    std::size_t index;
-    FieldName before;
-};
-struct FieldResized {
-    Table *table;
-    std::size_t index;
-    int before;
-    std::unique_ptr<Column> column; ///< The texts before, null when none was cut.
-};
-struct TableAppended {};
-struct TableRemoved {
-    std::size_t index;
-    std::unique_ptr<Table> table;
-};
-struct TableRenamed {
-    Table *table;
-    Name before;
-};
-/// The whole table as it was; nothing done to its fields and records after this needs an entry of its own.
-struct TableImage {
-    Table *table;
-    std::unique_ptr<Table> before;
-};
-
-using Entry = std::variant<CellChanged, RecordAppended, RecordRemoved, FieldAppended, FieldRemoved, FieldRenamed,
-                           FieldResized, TableAppended, TableRemoved, TableRenamed, TableImage>;
-
-} // namespace undo
-
-/// The way back for groups of changes. Groups nest: undoing an inner one leaves what the outer one did before it.
+/// The way back for groups of changes. Groups nest: undoing an inner one leaves what the outer one did before it. Where
+/// steps are kept an outermost group that is committed becomes one.
 ///
 /// Costs what was changed, not what the tables hold: a changed cell keeps its old value. Once the old values of a table
 /// outweigh a quarter of it, the table is copied once and its further changes cost nothing; a table made within the
 /// group costs nothing from the start.
 class UndoLog {
 public:
-    using Tables = std::vector<std::unique_ptr<Table>>;
+    using Tables = undo::Tables;
 
     bool isOpen() const { return !m_groups.empty(); }
-    void begin() { m_groups.push_back({.start = m_entries.size(), .tables = {}, .latest = 0}); }
+    void begin();
+    /// Says what the outermost open group is to the history. Without this it is a step without a name.
+    void mark(const StepMark &mark, const QString &key);
+    /// The group of a single change, which knows by itself what it has to keep. Ended by commit() or abandon().
+    void beginSingle();
     /// Ends the innermost group; what it did now belongs to the group around it, if there is one.
     void commit();
     /// Brings back what stood before the innermost group and ends it.
     void undo(Tables &tables);
+    /// Ends the group of a single change that was not made.
+    void abandon();
+
+    /// From now on steps are kept, with so many bytes at most.
+    void keepSteps(std::size_t budget);
+    bool keepsSteps() const { return m_keepsSteps; }
+    History &history() { return m_history; }
+    const History &history() const { return m_history; }
 
     /// True when a change to the fields or records of `table` needs an entry.
     bool keeps(const Table &table);
@@ -104,6 +59,7 @@ private:
         const Table *table;
         std::size_t bytes; // of old values
         std::size_t limit; // from where on the whole table is kept instead
+        bool measured;     // the limit counts the table's size
         bool whole;        // an image or the table's removal covers all that comes
     };
     struct Group {
@@ -112,10 +68,18 @@ private:
         std::size_t latest; // index of the table asked for last, which is nearly always the next one too
     };
 
+    void takeOver(const Group &inner) noexcept;
     Coverage &coverage(const Table &table);
+    bool outweighs(Coverage &kept) const;
+    void finish();
 
     std::vector<undo::Entry> m_entries;
     std::vector<Group> m_groups;
+    bool m_isSingle = false;
+    bool m_keepsSteps = false;
+    History m_history;
+    StepMark m_mark;
+    QString m_key;
 };
 
 } // namespace qir

@@ -51,10 +51,11 @@ ROWS = {
     "view": WINDOW + ["compare", "compare/engine"],
     "find": WINDOW + ["compare", "compare/engine", "view"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
+    "app/history": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
     "app/desktop": WINDOW + ["compare", "compare/engine", "view"],
     "app/look": WINDOW,
     "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view", "find",
-            "structure", "app/desktop", "app/look"],
+            "structure", "app/desktop", "app/history", "app/look"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"

@@ -24,6 +24,17 @@ public:
         int record = 0;
         bool changed = false;
         bool failed = false; // of the group that began with this state
+        bool isStep = false; // that group
+        int edits = 0;       // that were made and not undone with a group
+    };
+    /// One step of the history, with all tables before and after it.
+    struct Step {
+        QString name;
+        QString key;
+        PlainDatabase before;
+        PlainDatabase after;
+        int numberBefore = 0; // of the states
+        int numberAfter = 0;
     };
 
     const State &state() const { return m_state; }
@@ -50,7 +61,41 @@ public:
     void end();
     void cancel();
 
+    void beginStep(const QString &name, const QString &key);
+    void endStep();
+    void undo();
+    void redo();
+    void goTo(int done);
+    const std::vector<Step> &steps() const { return m_steps; }
+    int stepsDone() const { return m_done; }
+    QString undoName() const;
+    QString redoName() const;
+
+    void save();
+    /// The program has died and the file was opened again: what a journal knows is there.
+    void recover();
+    /// Makes the tables what was saved last.
+    void revert(const QString &name);
+
 private:
+    /// What a group becomes that is the outermost one.
+    struct Outermost {
+        State before;
+        QString name;
+        QString key;
+        bool joins = false;
+    };
+
+    template<class Change>
+    void single(Change change);
+    void changed();
+    void openGroup(bool isStep, const QString &name, const QString &key);
+    void closeGroup();
+    void keepStep(const Outermost &group);
+    void dropUndone();
+    void seal();
+    void goTo(const PlainDatabase &content, int number);
+
     void requireNewTable(const QString &name, int except) const;
     static void requireNewField(const PlainTable &table, const QString &name, int except);
     void assign(QString &target, const QString &name);
@@ -60,6 +105,16 @@ private:
 
     State m_state;
     std::vector<State> m_groups;
+    Outermost m_outermost;
+    std::vector<Step> m_steps;
+    int m_done = 0;
+    int m_number = 0; // of the state
+    int m_lastNumber = 0;
+    int m_savedNumber = 0;
+    PlainDatabase m_saved;
+    int m_knownDone = 0; // steps that the journal knows
+    int m_knownUndone = 0;
+    int m_nextId = 1; // of a table
 };
 
 } // namespace qir::test

@@ -43,12 +43,12 @@ int ComponentPair::number(int count) {
 }
 
 int ComponentPair::fieldNumber() {
-    return number(m_database.QirTableFieldsCount());
+    return number(m_database->QirTableFieldsCount());
 }
 
 void ComponentPair::choose() {
     const QString name = m_choices.elementOf(names());
-    both([&] { m_model.choose(name); }, [&] { m_database.QIRTableRecordSource(name); });
+    both([&] { m_model.choose(name); }, [&] { m_database->QIRTableRecordSource(name); });
 }
 
 std::vector<QString> ComponentPair::names() {
@@ -60,18 +60,18 @@ std::vector<QString> ComponentPair::names() {
 }
 
 void ComponentPair::write() {
-    const int record = number(m_database.QirTableRecordsCount());
-    both([&] { m_model.point(record); }, [&] { m_database.setQIRTableRecordsPointerOut(record); });
+    const int record = number(m_database->QirTableRecordsCount());
+    both([&] { m_model.point(record); }, [&] { m_database->setQIRTableRecordsPointerOut(record); });
     const int field = fieldNumber();
     const QVariant value = m_choices.yesOrNo() ? QVariant(randomText(m_choices)) : QVariant(randomNumber(m_choices));
-    both([&] { m_model.write(field, value); }, [&] { m_database.QIRTableRecordSetByIndex(field, value); });
+    both([&] { m_model.write(field, value); }, [&] { m_database->QIRTableRecordSetByIndex(field, value); });
 }
 
 void ComponentPair::writeColumn() {
-    const int first = number(m_database.QirTableRecordsCount());
+    const int first = number(m_database->QirTableRecordsCount());
     const int field = fieldNumber();
-    const bool isThere = field >= 1 && field <= m_database.QirTableFieldsCount();
-    const auto type = columnType(isThere ? m_database.QIRTableFieldType(field) : 10).value();
+    const bool isThere = field >= 1 && field <= m_database->QirTableFieldsCount();
+    const auto type = columnType(isThere ? m_database->QIRTableFieldType(field) : 10).value();
     ColumnBuilder builder(type);
     QVariantList values;
     for (int i = m_choices.inRange(0, 4); i > 0; --i) {
@@ -84,12 +84,12 @@ void ComponentPair::writeColumn() {
         }
     }
     const QVariant block = builder.take().toVariant();
-    both([&] { m_model.writeColumn(field, first, values); }, [&] { m_database.WriteColumn(field, first, block); });
+    both([&] { m_model.writeColumn(field, first, values); }, [&] { m_database->WriteColumn(field, first, block); });
 }
 
 void ComponentPair::compareColumn(int place, const PlainTable &table) {
     for (int record = 1; record <= table.recordCount();) {
-        const auto block = ColumnBlock::fromVariant(m_database.ReadColumn(place, record, table.recordCount()));
+        const auto block = ColumnBlock::fromVariant(m_database->ReadColumn(place, record, table.recordCount()));
         expect(block && block->count() > 0, "a block");
         for (qsizetype i = 0; i < block->count(); ++i, ++record) {
             const QVariant &value = table.value(record - 1, place - 1);
@@ -104,15 +104,15 @@ void ComponentPair::compareColumn(int place, const PlainTable &table) {
 void ComponentPair::changeRecordsOrFields() {
     if (m_choices.inRange(0, 4) == 0) {
         const int count = m_choices.inRange(-1, 3);
-        both([&] { m_model.appendRecords(count); }, [&] { m_database.AppendRecords(count); });
+        both([&] { m_model.appendRecords(count); }, [&] { m_database->AppendRecords(count); });
         return;
     }
     if (m_choices.yesOrNo()) {
-        both([&] { m_model.addRecord(); }, [&] { m_database.AddRecord(); });
+        both([&] { m_model.addRecord(); }, [&] { m_database->AddRecord(); });
         return;
     }
-    const int record = number(m_database.QirTableRecordsCount());
-    both([&] { m_model.removeRecord(record); }, [&] { m_database.RemoveRecord(record); });
+    const int record = number(m_database->QirTableRecordsCount());
+    both([&] { m_model.removeRecord(record); }, [&] { m_database->RemoveRecord(record); });
 }
 
 void ComponentPair::changeFields(int operation) {
@@ -122,53 +122,53 @@ void ComponentPair::changeFields(int operation) {
     if (operation <= 16) {
         static const std::vector<int> types{1, 2, 3, 4, 7, 8, 10, 10, 6};
         const int type = m_choices.elementOf(types);
-        both([&] { m_model.addField(name, type, size); }, [&] { m_database.AddField(name, type, size); });
+        both([&] { m_model.addField(name, type, size); }, [&] { m_database->AddField(name, type, size); });
     } else if (operation == 17) {
-        both([&] { m_model.renameField(field, name); }, [&] { m_database.RenameField(field, name); });
+        both([&] { m_model.renameField(field, name); }, [&] { m_database->RenameField(field, name); });
     } else if (operation == 18) {
-        both([&] { m_model.removeField(field); }, [&] { m_database.RemoveField(field); });
+        both([&] { m_model.removeField(field); }, [&] { m_database->RemoveField(field); });
     } else {
-        both([&] { m_model.resizeField(field, size); }, [&] { m_database.ResizeField(field, size); });
+        both([&] { m_model.resizeField(field, size); }, [&] { m_database->ResizeField(field, size); });
     }
 }
 
 void ComponentPair::changeTables(int operation) {
     const QString name = randomName(m_choices);
-    const int table = number(m_database.QIRTablesCount());
+    const int table = number(m_database->QIRTablesCount());
     if (operation == 20)
-        both([&] { m_model.addTable(name); }, [&] { m_database.AddTable(name); });
+        both([&] { m_model.addTable(name); }, [&] { m_database->AddTable(name); });
     else if (operation == 21)
-        both([&] { m_model.renameTable(table, name); }, [&] { m_database.RenameTable(table, name); });
+        both([&] { m_model.renameTable(table, name); }, [&] { m_database->RenameTable(table, name); });
     else if (operation == 22)
-        both([&] { m_model.removeTable(table); }, [&] { m_database.RemoveTable(table); });
+        both([&] { m_model.removeTable(table); }, [&] { m_database->RemoveTable(table); });
     else if (operation == 23)
-        both([&] { m_model.begin(); }, [&] { m_database.BeginChanges(); });
+        both([&] { m_model.begin(); }, [&] { m_database->BeginChanges(); });
     else if (operation == 24)
-        both([&] { m_model.end(); }, [&] { m_database.EndChanges(); });
+        both([&] { m_model.end(); }, [&] { m_database->EndChanges(); });
     else
-        both([&] { m_model.cancel(); }, [&] { m_database.CancelChanges(); });
+        both([&] { m_model.cancel(); }, [&] { m_database->CancelChanges(); });
 }
 
 void ComponentPair::compareField(int place, const PlainTable &table, int pointer) {
     const PlainField &field = table.field(place - 1);
-    expect(m_database.QIRTableFieldName(place) == field.name, "name of a field");
-    expect(m_database.QIRTableFieldType(place) == field.type, "type of a field");
-    expect(m_database.QIRTableFieldSize(place) == field.size, "size of a field");
+    expect(m_database->QIRTableFieldName(place) == field.name, "name of a field");
+    expect(m_database->QIRTableFieldType(place) == field.type, "type of a field");
+    expect(m_database->QIRTableFieldSize(place) == field.size, "size of a field");
     if (pointer > 0)
-        expect(identical(m_database.QIRTableRecordSetByIndex(place), table.value(pointer - 1, place - 1)),
+        expect(identical(m_database->QIRTableRecordSetByIndex(place), table.value(pointer - 1, place - 1)),
                "value of a field");
 }
 
 void ComponentPair::compareTable(const PlainTable &table, int pointer) {
-    expect(m_database.QirTableFieldsCount() == table.fieldCount(), "number of fields");
-    expect(m_database.QirTableRecordsCount() == table.recordCount(), "number of records");
+    expect(m_database->QirTableFieldsCount() == table.fieldCount(), "number of fields");
+    expect(m_database->QirTableRecordsCount() == table.recordCount(), "number of records");
     for (int place = 1; place <= table.fieldCount(); ++place)
         compareField(place, table, pointer);
     for (int place = 1; place <= table.fieldCount(); ++place)
         compareColumn(place, table);
     int record = 0;
     for (const QStringList &texts : table.texts()) {
-        m_database.GetQirRecord(++record, m_texts);
+        m_database->GetQirRecord(++record, m_texts);
         expect(m_texts == QStringList{QString()} + texts, "texts of a record");
     }
 }
@@ -191,26 +191,86 @@ void ComponentPair::callAtRandom() {
 
 void ComponentPair::compare() {
     const ComponentModel::State &state = m_model.state();
-    expect(m_database.QIRTablesCount() == state.content.tableCount(), "number of tables");
-    expect(m_database.DtbHasChanged() == state.changed, "changed flag");
-    expect(m_database.QIRTableRecordsPointerOut() == state.record, "current record");
+    expect(m_database->QIRTablesCount() == state.content.tableCount(), "number of tables");
+    expect(m_database->DtbHasChanged() == state.changed, "changed flag");
+    expect(m_database->QIRTableRecordsPointerOut() == state.record, "current record");
+    compareSteps();
     for (int t = 0; t < state.content.tableCount(); ++t)
-        expect(m_database.QIRTableName(t + 1) == state.content.table(t).name, "name of a table");
+        expect(m_database->QIRTableName(t + 1) == state.content.table(t).name, "name of a table");
     if (state.current >= 0)
         compareTable(state.content.table(state.current), state.record);
     else
-        expect(m_database.QirTableFieldsCount() == 0 && m_database.QirTableRecordsCount() == 0,
+        expect(m_database->QirTableFieldsCount() == 0 && m_database->QirTableRecordsCount() == 0,
                "counts without a table");
 }
 
+void ComponentPair::compareSteps() {
+    expect(m_database->StepsCount() == static_cast<int>(m_model.steps().size()), "number of steps");
+    expect(m_database->StepsDone() == m_model.stepsDone(), "number of steps that are done");
+    expect(m_database->UndoName() == m_model.undoName(), "name of the step to undo");
+    expect(m_database->RedoName() == m_model.redoName(), "name of the step to make again");
+}
+
+void ComponentPair::stepAtRandom() {
+    switch (m_choices.inRange(0, 8)) {
+    case 0: {
+        const QString name = randomName(m_choices);
+        const QString key = m_choices.yesOrNo() ? u"key %1"_s.arg(m_choices.inRange(0, 2)) : QString();
+        both([&] { m_model.beginStep(name, key); }, [&] { m_database->BeginStep(name, key); });
+        break;
+    }
+    case 1:
+    case 2:
+        both([&] { m_model.endStep(); }, [&] { m_database->EndStep(); });
+        break;
+    case 3:
+    case 4:
+        both([&] { m_model.undo(); }, [&] { m_database->Undo(); });
+        break;
+    case 5:
+    case 6:
+        both([&] { m_model.redo(); }, [&] { m_database->Redo(); });
+        break;
+    default: {
+        const int done = m_model.stepsDone() + m_choices.inRange(-3, 4);
+        both([&] { m_model.goTo(done); }, [&] { m_database->GoToStep(done); });
+    }
+    }
+}
+
+void ComponentPair::save() {
+    both([&] { m_model.save(); }, [&] { m_database->SaveDtb(); });
+}
+
+void ComponentPair::revert() {
+    both([&] { m_model.revert(u"Revert"_s); }, [&] { m_database->RevertToSaved(u"Revert"_s); });
+}
+
+void ComponentPair::recovered(clsQirDatabase &database) {
+    m_own.reset();
+    m_database = &database;
+    m_model.recover();
+}
+
+void ComponentPair::undoAll() {
+    endGroups();
+    both([&] { m_model.goTo(0); }, [&] { m_database->GoToStep(0); });
+}
+
+void ComponentPair::endGroups() {
+    while (m_model.groups() != 0) {
+        both([&] { m_model.endStep(); }, [&] { m_database->EndStep(); });
+        if (m_model.groups() != 0)
+            both([&] { m_model.end(); }, [&] { m_database->EndChanges(); });
+    }
+}
+
 void ComponentPair::compareAll() {
-    while (m_model.groups() != 0)
-        both([&] { m_model.end(); }, [&] { m_database.EndChanges(); });
+    endGroups();
     for (const PlainTable &table : PlainDatabase(m_model.state().content).tables) {
-        both([&] { m_model.choose(table.name); }, [&] { m_database.QIRTableRecordSource(table.name); });
+        both([&] { m_model.choose(table.name); }, [&] { m_database->QIRTableRecordSource(table.name); });
         compare();
     }
-    m_database.setDtbHasChanged(false);
 }
 
 } // namespace qir::test

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <stdexcept>
 #include <vector>
 
@@ -23,13 +24,25 @@ class ComponentPair {
 public:
     /// `choices` must outlive the pair.
     explicit ComponentPair(Choices &choices)
-        : m_choices(choices) {}
+        : m_choices(choices) {
+        m_database->BeginStep({}, {}); // so that steps are kept
+        m_database->EndStep();
+    }
 
     void callAtRandom();
+    /// Undoes, makes again or goes to a step; begins or ends one.
+    void stepAtRandom();
+    void save();
+    void revert();
+    /// From now on this instance is the component, after the one before has died.
+    void recovered(clsQirDatabase &database);
+    void undoAll();
+    const ComponentModel &model() const { return m_model; }
     /// All that the members show of the current table and of the list of tables.
     void compare();
     /// Every table, after the calls; ends all groups.
     void compareAll();
+    void endGroups();
 
 private:
     template<class OnModel, class OnDatabase>
@@ -45,11 +58,13 @@ private:
     void changeFields(int operation);
     void changeTables(int operation);
     void compareField(int place, const PlainTable &table, int pointer);
+    void compareSteps();
     void compareTable(const PlainTable &table, int pointer);
 
     Choices &m_choices;
     ComponentModel m_model;
-    clsQirDatabase m_database;
+    std::unique_ptr<clsQirDatabase> m_own = std::make_unique<clsQirDatabase>();
+    clsQirDatabase *m_database = m_own.get();
     QStringList m_texts;
 };
 

@@ -1,6 +1,7 @@
 #include "tests/qirtbase/contract/ContractTest.h"
 
 #include "platform/automation/AutomationError.h"
+#include "tests/tools/fake/FakeControl.h"
 
 #include <QFile>
 
@@ -41,7 +42,9 @@ void PrintTo(const Content &content, std::ostream *out) {
 
 ContractTest::ContractTest()
     : m_columns(GetParam().columns)
-    , m_componentPath({QString::fromUtf8(GetParam().folder)}) {}
+    , m_componentPath({QString::fromUtf8(GetParam().folder)}) {
+    FakeControl::get().setSteps(true); // for the fake among them
+}
 
 QirDatabase ContractTest::made(const QString &name) const {
     QirDatabase database = QirDatabase::create();

@@ -131,7 +131,7 @@ TEST_P(OlderJournal, IsMadeAgainAndGoneOnWithInTodaysForm) {
     EXPECT_EQ(nameAt(0), u"typed before"_s);
     setName(1, u"typed on"_s);
     const QByteArray content = contentOf(bench.journalPath());
-    EXPECT_TRUE(content.startsWith("QIRJRNL2"));
+    EXPECT_TRUE(content.startsWith("QIRJRNL3"));
     EXPECT_EQ(content.contains(bench.base().place.path.c_str()), !GetParam());
     EXPECT_EQ(bench.journals()[0].startsWith(u"0101"_s), !GetParam());
     EXPECT_EQ(bench.body(), crashAndOpen());

@@ -44,6 +44,7 @@ FakeComponent::~FakeComponent() {
 }
 
 void FakeComponent::called(const char *member, const QVariantList &arguments) const {
+    beforeCall();
     try {
         FakeRecorder::self().called(member, arguments, m_instance);
     } catch (...) {

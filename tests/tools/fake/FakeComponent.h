@@ -68,6 +68,9 @@ Q_SIGNALS:
     void Notice(const QString &text);
 
 protected:
+    /// Called by every member before it is recorded.
+    virtual void beforeCall() const {}
+
     static constexpr qsizetype mostRecords = qsizetype{1} << 24;
 
     void called(const char *member, const QVariantList &arguments = {}) const;
@@ -81,6 +84,8 @@ protected:
 
 private:
     enum class State { Created, Loaded, Failed };
+
+protected:
     // Everything that an undone group takes back.
     struct Content {
         fake::Database database;
@@ -91,6 +96,8 @@ private:
 
     void failGroups() const;
     int checkedIndex(int number, qsizetype count, const char *what) const;
+
+private:
     QString checkedName(const QString &name) const;
     bool fails(const QString &why);
     void write();
@@ -103,13 +110,15 @@ private:
     QString m_fileName;
     QString m_savedFileName; // the last that was loaded or saved under
     QString m_lastError;
-    Content m_content;
+    int m_instance;
+
+protected:
     struct Group {
         Content before;
         bool failed = false;
     };
+    Content m_content;
     mutable QList<Group> m_groups; // open ones, the outermost first
-    int m_instance;
 };
 
 } // namespace qir

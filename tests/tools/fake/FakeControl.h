@@ -55,6 +55,8 @@ public:
     virtual void setRefuseFileName(bool refuse) = 0;
     /// Tables may have equal names (AddTable, RenameTable); a look-up finds the first.
     virtual void setAllowDuplicates(bool allow) = 0;
+    /// Instances made from now on have the members for taking steps back.
+    virtual void setSteps(bool has) = 0;
     /// Instances made from now on have the members for whole columns, and keep so many records of a column together; 0,
     /// as after a reset: they lack them.
     virtual void setColumns(int recordsTogether) = 0;

@@ -23,6 +23,7 @@ struct Table {
     QString key; // of the name
     QList<Field> fields;
     QList<QVariantList> records; // each as long as fields; double or QString
+    bool operator==(const Table &) const = default;
 };
 
 struct Database {

@@ -1,5 +1,6 @@
 #include "tests/tools/fake/FakeColumnComponent.h"
 #include "tests/tools/fake/FakeRecorder.h"
+#include "tests/tools/fake/FakeStepsComponent.h"
 
 namespace qir {
 
@@ -12,7 +13,9 @@ public:
     Q_INVOKABLE QObject *CreateInstance(const QString &progId) {
         if (progId != u"QIRTBase.clsQirDatabase")
             return nullptr;
-        return FakeRecorder::self().columns() > 0 ? new FakeColumnComponent : new FakeComponent;
+        if (FakeRecorder::self().columns() > 0)
+            return new FakeColumnComponent;
+        return FakeRecorder::self().hasSteps() ? new FakeStepsComponent : new FakeComponent;
     }
     Q_INVOKABLE void *Control() { return static_cast<FakeControl *>(&FakeRecorder::self()); }
 };

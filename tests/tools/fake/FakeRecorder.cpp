@@ -51,7 +51,7 @@ void FakeRecorder::reset() {
     m_logging = true;
     stopFailing();
     m_hook = nullptr;
-    m_hideFileName = m_refuseFileName = m_allowDuplicates = false;
+    m_hideFileName = m_refuseFileName = m_allowDuplicates = m_hasSteps = false;
     m_columns = 0;
 }
 

@@ -36,6 +36,8 @@ public:
     void setHideFileName(bool hide) override { m_hideFileName = hide; }
     void setRefuseFileName(bool refuse) override { m_refuseFileName = refuse; }
     void setAllowDuplicates(bool allow) override { m_allowDuplicates = allow; }
+    void setSteps(bool has) override { m_hasSteps = has; }
+    bool hasSteps() const { return m_hasSteps; }
     void setColumns(int recordsTogether) override { m_columns = recordsTogether; }
     void notice(const QString &text) override;
 
@@ -56,6 +58,7 @@ private:
     bool m_hideFileName = false;
     bool m_refuseFileName = false;
     bool m_allowDuplicates = false;
+    bool m_hasSteps = false;
     int m_columns = 0;
     QSet<FakeComponent *> m_alive;
     int m_lastInstance = 0;

@@ -146,6 +146,21 @@ private Q_SLOTS:
         QCOMPARE(fileBytes(file), saved);
     }
 
+    void theEditOfAKilledEditorIsOneStepThatCanBeTakenBack() {
+        const QString file = makeNames();
+        const int told = TypingEditor(file).killAfter(5);
+        EditorFixture fixture;
+        openRecovered(fixture, file);
+        hands::key(&fixture.window(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"Old "_s);
+        QCOMPARE(fixture.database(0).DtbHasChanged(), false);
+        QVERIFY(!fixture.action(Command::UndoMenu).isEnabled());
+        hands::key(&fixture.window(), Qt::Key_Y, Qt::ControlModifier);
+        QCOMPARE(lostKeys(fixture.grid(0).TextMatrix(1, 1), u"Old "_s, told), QString());
+        QCOMPARE(fixture.database(0).DtbHasChanged(), true);
+        fixture.database(0).setDtbHasChanged(false);
+    }
+
     void savingKeepsThem() {
         const QString file = makeNames();
         const int told = TypingEditor(file).killAfter(5);
