@@ -103,6 +103,7 @@ bool Replacement::replaceCurrent(const QString &replacement) {
     undoneOnError(
         [&] {
             const QirDatabase &database = m_editor.OggettoDtb(place.pane);
+            const ChangeStep step(database, tr("Replace"));
             ChangeGroup changes(database);
             grid.setTextMatrix(record, field, text);
             database.setQIRTableRecordsPointerOut(grid.RowData(record));
@@ -130,11 +131,15 @@ QString Replacement::replaceAll(const QString &replacement) {
     m_editor.endEdit();
     undoneOnError(
         [&] {
+            std::array<std::optional<ChangeStep>, 2> steps; // end after their groups
             std::array<std::optional<ChangeGroup>, 2> changes;
             for (const Place &place : all) {
                 auto &group = changes.at(static_cast<std::size_t>(place.pane));
-                if (!group)
+                if (!group) {
+                    steps.at(static_cast<std::size_t>(place.pane))
+                        .emplace(m_editor.OggettoDtb(place.pane), tr("Replace"));
                     group.emplace(m_editor.OggettoDtb(place.pane));
+                }
                 writeTable(place, replacement);
             }
             for (auto &group : changes) {

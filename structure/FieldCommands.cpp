@@ -194,7 +194,6 @@ void FieldCommands::ResizeTextFieldSecco() {
         database().ResizeField(field, *newSize);
         // The grid goes on showing its texts whole.
         const int pane = m_editor.IndexAttivo();
-        const Grid &grid = m_editor.Tabella(pane);
         m_editor.pane(pane).setTextsUnstored(true);
         m_stored.look(pane, {1, grid.Col(), grid.Rows() - 1, grid.Col()});
     }

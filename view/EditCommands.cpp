@@ -43,7 +43,7 @@ void EditCommands::deleteCells(int pane) {
         return;
     Grid &grid = m_editor.Tabella(pane);
     const GridRange cells = recordCells(grid);
-    rewrite(pane, cells, [&] {
+    rewrite(pane, cells, tr("Delete"), [&] {
         grid.setTexts([&](const Grid::SetText &set) {
             for (int row = cells.firstRow; row <= cells.lastRow; ++row) {
                 for (int column = cells.firstColumn; column <= cells.lastColumn; ++column)
@@ -61,7 +61,7 @@ void EditCommands::fillDown(int pane) {
     const int source = cells.firstRow == cells.lastRow ? cells.firstRow - 1 : cells.firstRow++;
     if (source < 1 || cells.isEmpty())
         return;
-    rewrite(pane, cells, [&] {
+    rewrite(pane, cells, tr("Fill Down"), [&] {
         grid.setTexts([&](const Grid::SetText &set) {
             for (int column = cells.firstColumn; column <= cells.lastColumn; ++column) {
                 const QString text = grid.TextMatrix(source, column);
@@ -77,12 +77,13 @@ void EditCommands::selectAll(int pane) {
         m_editor.Tabella(pane).selectAll();
 }
 
-void EditCommands::rewrite(int pane, const GridRange &cells, const std::function<void()> &lay) {
+void EditCommands::rewrite(int pane, const GridRange &cells, const QString &name, const std::function<void()> &lay) {
     m_editor.pane(pane).requireWhole();
     const BusyPointer busy;
     m_editor.endEdit(); // of a cell that is written now
     undoneOnError(
         [&] {
+            const ChangeStep step(m_editor.OggettoDtb(pane), name);
             lay();
             m_save.SalvaGridInDatabase(pane, cells);
             m_stored.look(pane, cells);

@@ -40,7 +40,7 @@ private:
     /// The pane whose grid has the keyboard, else the active one.
     int workingPane() const;
     /// Lays texts into `cells` of the pane's grid and stores them. Yields.
-    void rewrite(int pane, const GridRange &cells, const std::function<void()> &lay);
+    void rewrite(int pane, const GridRange &cells, const QString &name, const std::function<void()> &lay);
 
     EditorContext &m_editor;
     GridSave &m_save;
