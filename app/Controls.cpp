@@ -2,6 +2,7 @@
 
 #include "pane/FileNameLabel.h"
 #include "pane/PaneFrame.h"
+#include "platform/controls/CellTextBox.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 
@@ -44,6 +45,13 @@ PaneControls buildPane(QWidget &parent, int pane) {
     controls.ground->setAttribute(Qt::WA_TransparentForMouseEvents); // a click on it is one on the frame
     controls.ground->hide();
 
+    controls.filter = new QLineEdit(controls.IDtb);
+    name(*controls.filter, "tableFilter", pane,
+         {QObject::tr("Filter of left tables"), QObject::tr("Filter of right tables")});
+    controls.filter->setPlaceholderText(QObject::tr("Tables whose name holds..."));
+    controls.filter->setClearButtonEnabled(true);
+    controls.filter->hide();
+
     controls.ListaTabelle = new ListBox(controls.IDtb, ListBox::Sorted);
     name(*controls.ListaTabelle, "ListaTabelle", pane, {QObject::tr("Left tables"), QObject::tr("Right tables")});
     controls.ListaTabelle->setVisibleFlag(false);
@@ -60,7 +68,7 @@ PaneControls buildPane(QWidget &parent, int pane) {
     controls.hint->setWordWrap(true);
     controls.hint->setAttribute(Qt::WA_TransparentForMouseEvents);
 
-    controls.txtEdit = new QLineEdit(controls.IDtb);
+    controls.txtEdit = new CellTextBox(controls.IDtb);
     name(*controls.txtEdit, "txtEdit", pane, {QObject::tr("Left cell editor"), QObject::tr("Right cell editor")});
     controls.txtEdit->setFrame(false);
     controls.txtEdit->hide();
@@ -70,7 +78,7 @@ PaneControls buildPane(QWidget &parent, int pane) {
 } // namespace
 
 void showHint(const EditorContext &editor, int pane, const QString &failure) {
-    QString text = QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one.");
+    QString text = QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one, or drop a file here.");
     if (!failure.isEmpty())
         text.prepend(failure + u"\n\n"_s);
     QLabel &hint = *editor.pane(pane).controls().hint;

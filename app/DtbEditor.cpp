@@ -5,6 +5,8 @@
 #include "app/Layout.h"
 #include "app/Menus.h"
 #include "app/PasswordCommand.h"
+#include "app/ReportCommand.h"
+#include "app/desktop/WindowState.h"
 #include "app/shared/Funzioni.h"
 #include "pane/ActivePane.h"
 #include "platform/list/ListBox.h"
@@ -36,46 +38,84 @@ DtbEditor::DtbEditor()
     , m_summary(m_editor, m_differingTables, m_walk)
     , m_tables(m_editor, m_differences)
     , m_gridSave(m_editor, m_differences)
-    , m_cellEditor(m_editor, m_marks)
-    , m_clipboard(m_editor, m_gridSave, m_tables)
+    , m_stored(m_editor)
+    , m_cellEditor(m_editor, m_marks, m_stored)
+    , m_clipboard(m_editor, m_gridSave, m_tables, m_stored)
+    , m_edits(m_editor, m_gridSave, m_tables, m_stored)
+    , m_pasteAll(m_editor, m_gridSave, m_tables, m_stored)
+    , m_goTo(m_editor)
+    , m_cellText(m_editor, m_cellEditor)
+    , m_tableFilter(m_editor)
     , m_sorting(m_editor, m_gridSave, m_tables)
     , m_gridPopups(m_editor)
     , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
-    , m_open(m_editor, m_alignment, m_differences, m_tables, m_notices)
-    , m_save(m_editor)
+    , m_changes(m_editor, {.reload = [this](int pane, const QString &name) { return m_open.reload(pane, name); },
+                           .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); },
+                           .layOutAnew = [this] { layOutAnew(); }})
+    , m_signs(m_editor)
+    , m_open(m_editor, m_alignment, m_differences, m_tables, m_notices, m_changes)
+    , m_save(m_editor, m_changes)
     , m_close(m_editor, m_alignment, m_differences)
     , m_listPopup(m_editor)
     , m_tableCommands(m_editor, m_alignment, m_differences, m_tables)
-    , m_fieldCommands(m_editor, m_differences, m_tables)
+    , m_fieldCommands(m_editor, m_differences, m_tables, m_stored)
     , m_recordCommands(m_editor, m_differences, m_tables)
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
     , m_carryCommands(m_editor, m_differences, m_tables, m_cloneCommands, m_walk)
     , m_modes(m_editor, m_alignment, m_differences, m_tables)
+    , m_filesAtHand(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
+                               .showTwoPanes = [this] { showTwoPanes(); }})
+    , m_colours(m_editor)
+    , m_toolBar(m_editor, [this] { layOutAnew(); })
+    , m_keyed(m_editor)
     , m_undo(m_editor, m_alignment, m_differences, m_tables) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
     resize(1000, 700);
+    restoreWindowPlace(*this, m_editor.remembered());
     buildControls(*this, m_editor);
+    m_find.emplace(m_editor, m_differences, m_tables, m_stored);
     addCommands();
     buildMenus(*this, m_editor.controls);
+    buildParts();
+    m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
+    SettaColoriIndexAttivo(m_editor);
+    AbilitaMenu(m_editor, -1);
+    settleWithLoop();
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
+}
+
+void DtbEditor::buildParts() {
+    m_filesAtHand.addMenus();
+    m_toolBar.build(*this);
+    m_changes.build(*this);
+    m_signs.build();
+    connect(&m_changes, &OutsideChanges::fileTouched, this, [this](int pane) { m_signs.lookAtFile(pane); });
     for (const int pane : {0, 1})
         connectPane(pane);
     m_differingTables.watchLists();
     m_differenceWords.install();
     m_strips.build();
-    m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
-    SettaColoriIndexAttivo(m_editor);
-    AbilitaMenu(m_editor, -1);
-    if (MessageLoop *loop = MessageLoop::instance()) {
-        loop->setWindow(this);
-        loop->setErrorTitle(applicationTitle());
-        loop->addSettling([this] { m_tables.settlePanes(); });
-        loop->addSettling([this] { m_undo.follow(); });
-        loop->addSettling([this] { commandEnded(); });
-        loop->addSettling([this] { m_notices.show(); });
-    }
-    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
+    connect(&m_find->bar(), &FindBar::resized, this, &DtbEditor::Form_Resize);
+    connect(&m_tableFilter, &TableFilter::resized, this, &DtbEditor::Form_Resize);
+}
+
+void DtbEditor::settleWithLoop() {
+    MessageLoop *loop = MessageLoop::instance();
+    if (!loop)
+        return;
+    loop->setWindow(this);
+    loop->setErrorTitle(applicationTitle());
+    loop->addSettling([this] { m_tables.settlePanes(); });
+    loop->addSettling([this] { m_tableFilter.follow(); });
+    loop->addSettling([this] { m_find->follow(); });
+    loop->addSettling([this] { m_undo.follow(); });
+    loop->addSettling([this] { commandEnded(); });
+    loop->addSettling([this] { m_keyed.settle(); });
+    loop->addSettling([this] { m_notices.show(); });
+    loop->addSettling([this] { m_changes.settle(); });
+    loop->addSettling([this] { m_signs.settle(); });
 }
 
 // Components die before the controls that show them.
@@ -89,10 +129,31 @@ StartResult DtbEditor::Form_Load(const QString &commandLine) {
     return m_open.Form_Load(commandLine);
 }
 
+StartResult DtbEditor::openRight(const QString &fileName) {
+    showTwoPanes();
+    return m_open.openRight(fileName);
+}
+
+void DtbEditor::showTwoPanes() {
+    if (!m_editor.twoPanes())
+        m_modes.TwoMenu_Click();
+}
+
+void DtbEditor::openBeside(int pane, const QString &path) {
+    showTwoPanes();
+    m_open.openFile(1 - pane, path);
+    activatePane(m_editor, pane);
+}
+
 void DtbEditor::connectPane(int pane) {
+    m_filesAtHand.connectPane(pane);
     m_tables.connectPane(pane);
     m_gridEvents.connectPane(pane);
     m_cellEditor.connectPane(pane);
+    m_edits.connectPane(pane);
+    m_tableFilter.connectPane(pane);
+    m_cellText.connectPane(pane);
+    m_stored.connectPane(pane);
     m_listPopup.connectPane(pane);
     m_focus.watch(pane);
 }
@@ -102,11 +163,13 @@ void DtbEditor::addCommands() {
     m_save.addCommands();
     m_close.addCommands();
     addPasswordCommand(m_editor);
+    addReportCommand(m_editor);
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::EndMenu, tr("E&xit"), [this] { EndMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q)});
     m_undo.addCommands();
     m_modes.addCommands();
+    m_keyed.addCommands();
     addColumnFit(m_editor);
     m_tableCommands.addCommands();
     m_fieldCommands.addCommands();
@@ -117,6 +180,13 @@ void DtbEditor::addCommands() {
     m_carryCommands.addCommands();
     m_sorting.addCommands();
     m_clipboard.addCommands();
+    m_filesAtHand.addCommands();
+    m_colours.addCommands();
+    m_toolBar.addCommands();
+    m_edits.addCommands();
+    m_pasteAll.addCommands();
+    m_find->addCommands();
+    m_goTo.addCommands();
     addHelpCommands(m_editor);
 }
 
@@ -149,9 +219,13 @@ void DtbEditor::changeEvent(QEvent *event) {
     if (event->type() == QEvent::PaletteChange) {
         SettaColoriIndexAttivo(m_editor);
     } else if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        layout()->activate();
-        RicalcolaSistemazioneForm(m_editor);
+        layOutAnew();
     }
+}
+
+void DtbEditor::layOutAnew() {
+    layout()->activate();
+    RicalcolaSistemazioneForm(m_editor);
 }
 
 void DtbEditor::closeEvent(QCloseEvent *event) {
@@ -161,6 +235,7 @@ void DtbEditor::closeEvent(QCloseEvent *event) {
     event->setAccepted(released);
     if (!released)
         return;
+    rememberWindowPlace(*this, m_editor.remembered());
     if (MessageLoop *loop = MessageLoop::instance())
         loop->endProgram();
     // Whatever else stands open: Qt by itself would wait for a menu that lost its window's attention.

@@ -5,8 +5,13 @@
 #include "app/Notices.h"
 #include "app/OpenCommand.h"
 #include "app/SaveCommands.h"
-#include "app/StatusState.h"
+#include "app/desktop/FileSigns.h"
+#include "app/desktop/FilesAtHand.h"
+#include "app/desktop/OutsideChanges.h"
+#include "app/desktop/StatusState.h"
 #include "app/history/UndoCommands.h"
+#include "app/look/Colours.h"
+#include "app/look/ToolBar.h"
 #include "compare/CellDifferences.h"
 #include "compare/DifferenceStrip.h"
 #include "compare/DifferenceWalk.h"
@@ -16,8 +21,15 @@
 #include "compare/EqualTables.h"
 #include "compare/TableListAlignment.h"
 #include "compare/TableMarks.h"
+#include "compare/keyed/KeyedCommands.h"
+#include "find/CellTextCommand.h"
+#include "find/FindCommands.h"
+#include "find/GoToCommand.h"
+#include "find/PasteAll.h"
+#include "find/TableFilter.h"
 #include "pane/EditorContext.h"
 #include "pane/PaneFocus.h"
+#include "pane/StoredMarks.h"
 #include "platform/grid/GridPair.h"
 #include "structure/CarryCommands.h"
 #include "structure/CloneCommands.h"
@@ -26,6 +38,7 @@
 #include "structure/TableCommands.h"
 #include "view/AreaClipboard.h"
 #include "view/CellEditor.h"
+#include "view/EditCommands.h"
 #include "view/GridEvents.h"
 #include "view/GridPopups.h"
 #include "view/GridSave.h"
@@ -54,9 +67,13 @@ public:
 
     /// The start: opens what the command line names. To be called once, when the event loop runs and the window shows.
     StartResult Form_Load(const QString &commandLine);
+    /// After that: opens one more file that the command line names in the right pane.
+    StartResult openRight(const QString &fileName);
 
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }
+    /// What the last paste has to tell; "" nothing.
+    QString pasteOutcome() const { return m_clipboard.outcome(); }
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -67,9 +84,17 @@ private:
     void Form_Resize();
     void EndMenu_Click();
     void connectPane(int pane);
+    /// What stands around the panes' controls and follows them.
+    void buildParts();
+    /// What is put right at the end of each command, in this order.
+    void settleWithLoop();
     void addCommands();
     /// What shows the state of panes and differences follows it.
     void commandEnded();
+    void showTwoPanes();
+    /// What stands above the panes, or its height, is another.
+    void layOutAnew();
+    void openBeside(int pane, const QString &path);
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);
 
@@ -88,12 +113,21 @@ private:
     DifferencesSummary m_summary;
     TableLoader m_tables;
     GridSave m_gridSave;
+    StoredMarks m_stored;
     CellEditor m_cellEditor;
     AreaClipboard m_clipboard;
+    EditCommands m_edits;
+    PasteAll m_pasteAll;
+    GoToCommand m_goTo;
+    CellTextCommand m_cellText;
+    TableFilter m_tableFilter;
     Sorting m_sorting;
     GridPopups m_gridPopups;
     GridEvents m_gridEvents;
+    std::optional<FindCommands> m_find; // once the controls stand
     std::optional<GridPair> m_gridPair; // once the grids stand
+    OutsideChanges m_changes;
+    FileSigns m_signs;
     OpenCommand m_open;
     SaveCommands m_save;
     CloseCommands m_close;
@@ -104,6 +138,10 @@ private:
     CloneCommands m_cloneCommands;
     CarryCommands m_carryCommands;
     ModeCommands m_modes;
+    FilesAtHand m_filesAtHand;
+    Colours m_colours;
+    ToolBar m_toolBar;
+    KeyedCommands m_keyed;
     UndoCommands m_undo;
 };
 

@@ -6,6 +6,7 @@
 
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QProgressBar>
 #include <QSize>
@@ -42,7 +43,9 @@ void placeInFrame(const PaneControls &pane) {
                                     frame.height() - gridTop - toPixels(gap));
 
     pane.nomelab->setGeometry(left, captionHeight, width, labelHeight);
-    pane.ListaTabelle->setGeometry(left, listTop, width, listHeight);
+    const int filterHeight = pane.filter->isHidden() ? 0 : std::min(pane.filter->sizeHint().height(), listHeight / 2);
+    pane.filter->setGeometry(left, listTop, width, filterHeight);
+    pane.ListaTabelle->setGeometry(left, listTop + filterHeight, width, listHeight - filterHeight);
     pane.Tabella->setGeometry(left, gridTop, width, std::max(0, gridHeight));
     const QRect ground(left, listTop, width, std::max(0, frame.height() - listTop - toPixels(gap)));
     pane.ground->setGeometry(ground);
@@ -70,18 +73,21 @@ void RicalcolaSistemazioneForm(EditorContext &editor) {
     // higher than the figures expect, the frames give way.
     const int barHeight = toPixels(progressBarHeight);
     const int stripHeight = std::max(barHeight, area->fontMetrics().height() + 2);
-    const int height = std::max(0, std::min(window.height() - toPixels(windowHeightBesideFrames),
-                                            area->height() - stripHeight - 2 * toPixels(gap)));
+    QWidget *below = editor.controls.belowFrames;
+    const int room = area->height() - (below != nullptr ? below->heightForWidth(area->width()) : 0);
+    const int height = std::max(
+        0, std::min(window.height() - toPixels(windowHeightBesideFrames), room - stripHeight - 2 * toPixels(gap)));
+    if (below != nullptr)
+        below->setGeometry(0, room, area->width(), area->height() - room);
 
     editor.IDtb(0).setGeometry(left, 0, width, height);
     editor.IDtb(1).setGeometry(left + width, 0, width, height);
     editor.IDtb(1).setVisible(two);
     for (const int pane : {0, 1})
         placeInFrame(editor.pane(pane).controls());
-    editor.controls.ProgressBarCompare->setGeometry(left, height + (area->height() - height - barHeight) / 2,
+    editor.controls.ProgressBarCompare->setGeometry(left, height + (room - height - barHeight) / 2,
                                                     two ? 2 * width : width, barHeight);
-    editor.status().place(
-        {left, height + (area->height() - height - stripHeight) / 2, two ? 2 * width : width, stripHeight});
+    editor.status().place({left, height + (room - height - stripHeight) / 2, two ? 2 * width : width, stripHeight});
 }
 
 } // namespace qir

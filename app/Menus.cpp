@@ -40,6 +40,11 @@ QMenu *makeMenu(QMainWindow &window, Menu which) {
     return menu;
 }
 
+/// What a menu shows behind a command.
+QAction *nextOf(const QMenu &menu, Command command, const EditorControls &controls) {
+    return menu.actions().value(menu.actions().indexOf(&controls.action(command)) + 1);
+}
+
 } // namespace
 
 void buildMenus(QMainWindow &window, EditorControls &controls) {
@@ -49,7 +54,14 @@ void buildMenus(QMainWindow &window, EditorControls &controls) {
     controls.menus[static_cast<std::size_t>(Menu::name)] = menu;
 #define QIR_ADD_COMMAND(name) menu->addAction(&controls.action(Command::name));
     QIR_COMMANDS(QIR_BEGIN_MENU, QIR_ADD_COMMAND, menu->addSeparator();)
+    // Two commands stand in a pop-up by their list, and in the menu bar as well.
+    QMenu &edit = controls.menu(Menu::EditMenu);
+    edit.insertAction(&controls.action(Command::CopyWithHeadersMenu), &controls.action(Command::CopyMenu));
+    edit.insertAction(nextOf(edit, Command::CopyWithHeadersMenu, controls), &controls.action(Command::PasteMenu));
 #undef QIR_ADD_COMMAND
+    QMenu &colours = controls.menu(Menu::ColoursMenu);
+    colours.setTitle(QObject::tr("&Colours"));
+    controls.menu(Menu::ViewMenu).addMenu(&colours);
 #undef QIR_BEGIN_MENU
 }
 

@@ -1,6 +1,7 @@
 #include "app/ModeCommands.h"
 
 #include "app/Layout.h"
+#include "app/desktop/ShownPlace.h"
 #include "app/shared/Funzioni.h"
 #include "base/Collation.h"
 #include "base/UndoOnError.h"
@@ -25,15 +26,6 @@ namespace {
 /// The label shows when the right pane holds a database.
 bool rightPaneLoaded(const EditorContext &editor) {
     return !editor.nomelab(1).isHidden();
-}
-
-/// The line whose name has this key, -1 when there is none.
-int lineOfKey(const ListBox &list, const QString &key) {
-    for (int line = 0; line < list.ListCount(); ++line) {
-        if (collationKey(list.List(line)) == key)
-            return line;
-    }
-    return -1;
 }
 
 } // namespace

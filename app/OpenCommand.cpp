@@ -4,6 +4,9 @@
 #include "app/Layout.h"
 #include "app/Notices.h"
 #include "app/UnlockWait.h"
+#include "app/desktop/OpenFiles.h"
+#include "app/desktop/OutsideChanges.h"
+#include "app/desktop/ShownPlace.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/utility.h"
 #include "base/FileNames.h"
@@ -21,6 +24,7 @@
 #include "view/TableLoader.h"
 
 #include <QAction>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -71,10 +75,75 @@ StartResult OpenCommand::Form_Load(const QString &commandLine) {
     AbilitaMenu(m_editor, 0);
     RicalcolaSistemazioneForm(m_editor);
     m_editor.ListaTabelle(0).setFocus();
+    opened(0);
     return StartResult::Opened;
 }
 
 void OpenCommand::OpenDatabase_Click() {
+    openChosen([this](QString &name, bool &chosen) { CaricaSecco(name, chosen); });
+}
+
+void OpenCommand::openFile(int pane, const QString &path) {
+    if (!QFileInfo::exists(path)) {
+        m_editor.remembered().dropFile(path);
+        messageBox(m_editor.controls.window, tr("'%1' was not found").arg(path), u"!"_s);
+        return;
+    }
+    activatePane(m_editor, pane);
+    openChosen([&](QString &name, bool &chosen) {
+        name = nomeScelto(path);
+        chosen = isReached(name);
+    });
+}
+
+StartResult OpenCommand::openRight(const QString &name) {
+    activatePane(m_editor, 1);
+    const StartResult result = openChosen([&](QString &fileName, bool &chosen) {
+        fileName = name;
+        chosen = true;
+    });
+    activatePane(m_editor, 0);
+    return result;
+}
+
+bool OpenCommand::reload(int pane, const QString &name) {
+    QWidget *window = m_editor.controls.window;
+    if (m_editor.OggettoDtb(pane).DtbHasChanged() &&
+        askYesNo(window, tr("Database '%1' has changes that are not saved.\r\nReload it and drop them?").arg(name),
+                 applicationTitle()) != Answer::Yes)
+        return false;
+    if (!isLoadable(name))
+        return false;
+    const ShownPlace shown(m_editor, pane);
+    m_editor.OggettoDtb(pane).setDtbHasChanged(false);
+    activatePane(m_editor, pane);
+    const StartResult result = openChosen([&](QString &fileName, bool &chosen) {
+        fileName = name;
+        chosen = true;
+    });
+    if (result == StartResult::Opened)
+        shown.showAgain();
+    return result == StartResult::Opened;
+}
+
+bool OpenCommand::isLoadable(const QString &name) {
+    if (DatabaseProtetto(name))
+        return true; // its password alone can tell
+    const QirDatabase trial = QirDatabase::create();
+    trial.setLeaveJournal(true);
+    tellPlace(trial, name);
+    const bool loadable = trial.LoadDtb(name, QString());
+    if (!loadable)
+        messageBox(m_editor.controls.window, tr("Can't load '%1'").arg(name), u"!!"_s, trial.LastError());
+    return loadable;
+}
+
+void OpenCommand::opened(int pane) {
+    rememberOpenFile(m_editor, pane);
+    m_changes.follow(pane);
+}
+
+StartResult OpenCommand::openChosen(const Choice &choose) {
     const OpeningScope opening(m_editor.listClicks());
     if (m_editor.IndexAttivo() == -1)
         activatePane(m_editor, 0);
@@ -87,32 +156,37 @@ void OpenCommand::OpenDatabase_Click() {
     }
     QString name;
     bool chosen = false;
-    CaricaSecco(name, chosen);
+    choose(name, chosen);
     if (!chosen)
-        return;
+        return StartResult::NothingToOpen;
     m_editor.pane(pane).setNomeFileDtb(name);
     m_editor.controls.action(Command::ChangePassword).setEnabled(true);
     m_editor.pane(pane).showFileName(name);
-    if (loadComponent(pane)) {
-        showOpenedTables();
-    } else {
+    if (!loadComponent(pane)) {
         showLoadFailure(pane);
         m_alignment.MostraTabelleDiverseInLista();
+        return StartResult::CannotLoad;
     }
+    showOpenedTables();
+    return StartResult::Opened;
 }
 
 void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
+    Remembered &remembered = m_editor.remembered();
     fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Open, tr("File DDB,WDB,UDB,SDB,IDB"),
-                                 u"DDB"_s, QString(), QString(), databaseFileFilter());
-    chosen = !fileName.isEmpty();
-    if (!chosen)
-        return;
-    if (leadsThere(fileName))
-        return;
-    if (const QString reason = misleading(QirDatabase::create(), fileName); !reason.isEmpty()) {
+                                 u"DDB"_s, remembered.folder(), QString(), databaseFileFilter(), remembered.kind());
+    chosen = !fileName.isEmpty() && isReached(fileName);
+    if (chosen)
+        remembered.noteChosen(placeOf(fileName).value_or(fileName), protectionOf(fileName));
+}
+
+bool OpenCommand::isReached(const QString &name) {
+    if (leadsThere(name))
+        return true;
+    const QString reason = misleading(QirDatabase::create(), name);
+    if (!reason.isEmpty())
         messageBox(m_editor.controls.window, reason, u"!"_s);
-        chosen = false;
-    }
+    return reason.isEmpty();
 }
 
 void OpenCommand::createComponent(int pane) {
@@ -180,6 +254,7 @@ void OpenCommand::showOpenedTables() {
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
     m_editor.ListaTabelle(pane).setFocus();
+    opened(pane);
     m_alignment.MostraTabelleDiverseInLista();
     yieldToMessages();
     ListBox &list = m_editor.ListaTabelle(pane);

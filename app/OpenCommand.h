@@ -4,10 +4,13 @@
 
 #include <QCoreApplication>
 
+#include <functional>
+
 namespace qir {
 
 class CellDifferences;
 class Notices;
+class OutsideChanges;
 class TableListAlignment;
 class TableLoader;
 
@@ -23,12 +26,13 @@ class OpenCommand {
 
 public:
     OpenCommand(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableLoader &tables,
-                Notices &notices)
+                Notices &notices, OutsideChanges &changes)
         : m_editor(editor)
         , m_alignment(alignment)
         , m_differences(differences)
         , m_tables(tables)
-        , m_notices(notices) {}
+        , m_notices(notices)
+        , m_changes(changes) {}
 
     /// Its rows for the menus.
     void addCommands();
@@ -37,10 +41,27 @@ public:
     StartResult Form_Load(const QString &commandLine);
     /// Asks for a file and opens it in the active pane, in pane 0 when none is active.
     void OpenDatabase_Click();
+    /// Opens a file in a pane as if it had been chosen in the dialog. One that is not there is told of and forgotten.
+    void openFile(int pane, const QString &path);
+    /// Opens a file of the command line beside the first one, in pane 1; the left pane is the active one then.
+    StartResult openRight(const QString &name);
+    /// Loads a pane's file again and comes back to the table and the cell that it shows; asks first where that drops
+    /// changes. What cannot be loaded now leaves the pane as it is, as far as that can be told beforehand. False then.
+    bool reload(int pane, const QString &name);
     /// The open-file dialog; the chosen name, trimmed and in upper case, and whether one was chosen.
     void CaricaSecco(QString &fileName, bool &chosen);
 
 private:
+    using Choice = std::function<void(QString &fileName, bool &chosen)>;
+
+    /// Opens what is chosen in the active pane, in pane 0 when none is active.
+    StartResult openChosen(const Choice &choose);
+    /// Whether the component reaches the file chosen under a name; tells why not.
+    bool isReached(const QString &name);
+    /// Whether a file without a password can be loaded now; tells why not.
+    bool isLoadable(const QString &name);
+    /// The pane holds what is on disk, under its name.
+    void opened(int pane);
     /// A new component into a pane, whose notices will be shown and which knows the place of the pane's file.
     void createComponent(int pane);
     /// Loads NomeFileDtb of a pane into a new component of that pane, asking for the password of a protected file.
@@ -58,6 +79,7 @@ private:
     CellDifferences &m_differences;
     TableLoader &m_tables;
     Notices &m_notices;
+    OutsideChanges &m_changes;
 };
 
 } // namespace qir

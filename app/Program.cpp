@@ -84,7 +84,25 @@ void tellSeveralFiles(DtbEditor &window, const ProgramArguments &arguments, cons
         QCoreApplication::exit(2); // nobody is there to answer a box
 }
 
+/// A file that an option names must be there; one that stands alone on the command line need not.
+bool tellMissing(DtbEditor &window, const ProgramArguments &arguments) {
+    for (const QString &name : {arguments.left, arguments.right}) {
+        if (name.isEmpty() || EsisteFile(name))
+            continue;
+        const QString text = QObject::tr("'%1' was not found").arg(name);
+        std::fprintf(stderr, "qir-editor: %s\n", qUtf8Printable(text));
+        if (arguments.picture.isEmpty())
+            messageBox(&window, text, u"!"_s);
+        return true;
+    }
+    return false;
+}
+
 void start(DtbEditor &window, const ProgramArguments &arguments) {
+    if (tellMissing(window, arguments)) {
+        QCoreApplication::exit(1);
+        return;
+    }
     const StartResult result = window.Form_Load(arguments.fileName());
     if (result == StartResult::CannotLoad) {
         QCoreApplication::exit(1);
@@ -95,6 +113,10 @@ void start(DtbEditor &window, const ProgramArguments &arguments) {
             tellSeveralFiles(window, arguments, text);
             return;
         }
+    }
+    if (!arguments.right.isEmpty() && window.openRight(arguments.right) == StartResult::CannotLoad) {
+        QCoreApplication::exit(1);
+        return;
     }
     // After the first load has settled and the window was painted once.
     if (!arguments.picture.isEmpty())

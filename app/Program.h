@@ -7,10 +7,13 @@ namespace qir {
 
 /// What the program was started with.
 struct ProgramArguments {
-    QStringList words; ///< Everything that is no option: together one file name.
-    QString picture;   ///< Where to write a picture of the window; "" for an editor that people use.
+    QStringList words;  ///< Everything that is no option: together one file name.
+    QString picture;    ///< Where to write a picture of the window; "" for an editor that people use.
+    QString left = {};  ///< The file for the left pane, where an option names it; "" for none.
+    QString right = {}; ///< The same for the right pane.
 
-    QString fileName() const { return words.join(u' '); }
+    /// The file for the left pane, named in either way.
+    QString fileName() const { return left.isEmpty() ? words.join(u' ') : left; }
 };
 
 /// Says why the arguments cannot be taken, on the standard error output and in a box, since a file manager shows no

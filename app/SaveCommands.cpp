@@ -1,5 +1,7 @@
 #include "app/SaveCommands.h"
 
+#include "app/desktop/OpenFiles.h"
+#include "app/desktop/OutsideChanges.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/utility.h"
 #include "db/ChosenPlaces.h"
@@ -35,6 +37,7 @@ void SaveCommands::SaveMenu_Click() {
         return;
     }
     database.setDtbHasChanged(false);
+    saved(m_editor.IndexAttivo());
 }
 
 void SaveCommands::SaveAsMenu_Click() {
@@ -59,12 +62,20 @@ void SaveCommands::SaveAsMenu_Click() {
     database.SaveDtb();
     database.setDtbHasChanged(false);
     m_editor.pane(pane).showFileName(name);
+    m_editor.remembered().noteChosen(placeOf(name).value_or(name), protectionOf(name));
+    saved(pane);
+}
+
+void SaveCommands::saved(int pane) {
+    rememberOpenFile(m_editor, pane);
+    m_changes.follow(pane);
 }
 
 void SaveCommands::SalvaSecco(QString &fileName, bool &chosen) {
     const PercorsoDiviso parts = DividiPercorso(fileName);
     fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Save, tr("File DDB,WDB,UDB,SDB,IDB"),
-                                 parts.extension, QString(), QString(), databaseFileFilter());
+                                 parts.extension, m_editor.remembered().folder(), QString(), databaseFileFilter(),
+                                 m_editor.remembered().kind());
     chosen = !fileName.isEmpty();
 }
 

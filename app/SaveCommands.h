@@ -6,13 +6,16 @@
 
 namespace qir {
 
+class OutsideChanges;
+
 /// Writing the active pane's database, under its own name or under another. Only these two commands save.
 class SaveCommands {
     Q_DECLARE_TR_FUNCTIONS(SaveCommands)
 
 public:
-    explicit SaveCommands(EditorContext &editor)
-        : m_editor(editor) {}
+    SaveCommands(EditorContext &editor, OutsideChanges &changes)
+        : m_editor(editor)
+        , m_changes(changes) {}
 
     /// Its rows for the menus.
     void addCommands();
@@ -27,7 +30,11 @@ public:
     void SalvaSecco(QString &fileName, bool &chosen);
 
 private:
+    /// A pane's file holds what the pane does, and may be protected now.
+    void saved(int pane);
+
     EditorContext &m_editor;
+    OutsideChanges &m_changes;
 };
 
 } // namespace qir

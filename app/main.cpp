@@ -18,32 +18,48 @@ constexpr int troubleStatus = 2;
 class CommandLine {
 public:
     CommandLine()
-        : m_picture(u"picture"_s, QObject::tr("Load the file, write a picture of the window and end."), u"OUT.png"_s)
+        : m_left(u"left"_s, QObject::tr("The database to open in the left pane."), u"FILE"_s)
+        , m_right(u"right"_s, QObject::tr("The database to open beside it, in the right pane."), u"FILE"_s)
+        , m_picture(u"picture"_s, QObject::tr("Load the file, write a picture of the window and end."), u"OUT.png"_s)
         , m_help(m_parser.addHelpOption())
         , m_version(m_parser.addVersionOption()) {
         // Options stand before the first other argument only: a file name may look like one.
         m_parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
         m_parser.setApplicationDescription(QObject::tr("Edits and compares QIR databases."));
-        m_parser.addOption(m_picture);
+        m_parser.addOptions({m_left, m_right, m_picture});
         m_parser.addPositionalArgument(u"FILE"_s, QObject::tr("The database to open in the left pane."), u"[FILE]"_s);
     }
 
     /// Reads the arguments; ends the program when they are not understood, or ask for a text only.
     qir::ProgramArguments read(const QStringList &arguments) {
-        if (!m_parser.parse(arguments)) {
-            std::fprintf(stderr, "qir-editor: %s\n%s\n", qUtf8Printable(m_parser.errorText()),
-                         qUtf8Printable(QObject::tr("qir-editor --help lists the options.")));
-            std::exit(troubleStatus);
-        }
+        if (!m_parser.parse(arguments))
+            refuse(m_parser.errorText());
         if (m_parser.isSet(m_version))
             m_parser.showVersion();
         if (m_parser.isSet(m_help) || m_parser.isSet(u"help-all"_s))
             m_parser.showHelp();
-        return {m_parser.positionalArguments(), m_parser.value(m_picture)};
+        if (m_parser.isSet(m_left) && !m_parser.positionalArguments().isEmpty())
+            refuse(QObject::tr("The left pane takes one file: --left and '%1' are two.")
+                       .arg(m_parser.positionalArguments().join(u' ')));
+        for (const QCommandLineOption &option : {m_left, m_right})
+            if (m_parser.values(option).size() > 1)
+                refuse(QObject::tr("--%1 takes one file.").arg(option.names().constFirst()));
+        return {.words = m_parser.positionalArguments(),
+                .picture = m_parser.value(m_picture),
+                .left = m_parser.value(m_left),
+                .right = m_parser.value(m_right)};
     }
 
 private:
+    [[noreturn]] static void refuse(const QString &reason) {
+        std::fprintf(stderr, "qir-editor: %s\n%s\n", qUtf8Printable(reason),
+                     qUtf8Printable(QObject::tr("qir-editor --help lists the options.")));
+        std::exit(troubleStatus);
+    }
+
     QCommandLineParser m_parser;
+    QCommandLineOption m_left;
+    QCommandLineOption m_right;
     QCommandLineOption m_picture;
     QCommandLineOption m_help;
     QCommandLineOption m_version;

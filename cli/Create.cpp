@@ -25,10 +25,10 @@ void create(const QString &file) {
 } // namespace
 
 void addCreate(CLI::App &program, Exit &) {
-    CLI::App *command = program.add_subcommand("create", "Make an empty database");
     auto file = std::make_shared<std::string>();
-    command->add_option("FILE", *file, "The new file")->required();
-    command->callback([file] { create(argumentText(*file)); });
+    Command(program, "create", "Make an empty database")
+        .argument("FILE", *file, "The new file; what stands there is not replaced")
+        .run([file] { create(argumentText(*file)); });
 }
 
 } // namespace qir

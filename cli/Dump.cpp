@@ -1,4 +1,6 @@
+#include "base/ErrorWords.h"
 #include "cli/Commands.h"
+#include "cli/Protection.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
 #include "cli/tables/CsvText.h"
@@ -6,6 +8,8 @@
 #include "cli/tables/JsonText.h"
 #include "cli/tables/TableReader.h"
 #include "cli/tables/TextTable.h"
+
+#include <QFileInfo>
 
 #include <memory>
 #include <span>
@@ -60,10 +64,11 @@ struct Arguments {
     std::string format = "text";
     std::string passwordFile;
     bool escapeFormulas = false;
+    bool json = false;
+    bool textconv = false;
 };
 
-void dump(const Arguments &arguments) {
-    const Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
+void dump(const Session &session, const Arguments &arguments) {
     const QirDatabase &database = session.database();
     const Formulas formulas = arguments.escapeFormulas ? Formulas::Escaped : Formulas::Plain;
     session.run([&] {
@@ -93,22 +98,50 @@ void dump(const Arguments &arguments) {
     });
 }
 
+/// Shows lines that can be compared, in the order of the file; git shows them when it shows changes, and would stop
+/// there for a file that fails. It has nobody to ask for a password.
+void dumpForGit(const Arguments &arguments) {
+    const QString file = argumentText(arguments.file);
+    QString reason;
+    try {
+        const QFileInfo info(file);
+        if (info.exists() && info.size() == 0)
+            return; // the empty side of a file that comes or goes
+        if (needsPassword(file) && arguments.passwordFile.empty()) {
+            print("(a protected database: its tables are not shown)\n");
+            return;
+        }
+        dump(Session::open(file, arguments.passwordFile), arguments);
+        return;
+    } catch (const std::exception &error) {
+        reason = errorWords(error);
+    }
+    print(printableText(u"(no database that can be shown: %1)"_s.arg(reason)).toUtf8() + '\n');
+}
+
 } // namespace
 
 void addDump(CLI::App &program, Exit &) {
-    CLI::App *command = program.add_subcommand("dump", "Print the tables, or one of them");
     auto arguments = std::make_shared<Arguments>();
-    command->add_option("FILE", arguments->file, "The database")->required();
-    command->add_option("TABLE", arguments->table, "Only this table");
-    command
-        ->add_option("--format", arguments->format,
-                     "json: a line for each table and each record; csv: a block for each table, its name first unless "
-                     "it is the only one asked for; text: columns for people")
-        ->check(CLI::IsMember({"json", "csv", "text"}))
-        ->capture_default_str();
-    addEscapeFormulas(*command, arguments->escapeFormulas);
-    addPasswordFile(*command, arguments->passwordFile);
-    command->callback([arguments] { dump(*arguments); });
+    Command(program, "dump", "Print the tables, or one of them")
+        .argument("FILE", arguments->file, "The database")
+        .optional("TABLE", arguments->table, "Only this table")
+        .choice("--format", arguments->format, {"json", "csv", "text"},
+                "json: a line for each table and each record; csv: a block for each table, its name first unless it is "
+                "the only one asked for; text: columns for people")
+        .flag("--textconv", arguments->textconv,
+              "For git: what cannot be read is told in one line of the output, and is no trouble")
+        .escapeFormulas(arguments->escapeFormulas)
+        .readingOptions(arguments->json)
+        .passwordFile(arguments->passwordFile)
+        .run([arguments] {
+            if (arguments->json)
+                arguments->format = "json";
+            if (arguments->textconv)
+                dumpForGit(*arguments);
+            else
+                dump(Session::open(argumentText(arguments->file), arguments->passwordFile), *arguments);
+        });
 }
 
 } // namespace qir

@@ -19,6 +19,19 @@ public:
     using FileError::FileError;
 };
 
+/// An answer that is no rather than a trouble: there is no such record.
+class NoAnswer : public std::runtime_error {
+public:
+    explicit NoAnswer(const QString &reason)
+        : std::runtime_error(reason.toStdString()) {}
+};
+
+/// The same with its file; ends a command with Exit::Negative.
+class NegativeAnswer : public FileError {
+public:
+    using FileError::FileError;
+};
+
 /// Shows an error or a notice: "qirdb: text" on the standard error output, without what a terminal would act on.
 void printError(const QString &text);
 

@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
+#include "cli/tables/JsonText.h"
 #include "cli/tables/TableReader.h"
 #include "cli/tables/TextTable.h"
 
@@ -12,9 +13,9 @@ namespace qir {
 
 namespace {
 
-void info(const QString &file, const std::string &passwordFile) {
+void info(const QString &file, const std::string &passwordFile, bool json) {
     const Session session = Session::open(file, passwordFile);
-    QString text;
+    QByteArray out;
     session.run([&] {
         const QStringList names = tableNames(session.database());
         qint64 records = 0;
@@ -24,11 +25,24 @@ void info(const QString &file, const std::string &passwordFile) {
             records += table.records;
             cells += qint64{table.records} * static_cast<qint64>(table.fields.size());
         }
-        text = u"File:      %1\nProtected: %2\nTables:    %3\nRecords:   %4\nCells:     %5\n"_s.arg(
-            printableText(session.database().GetDatabaseFileName()), session.isProtected() ? u"yes"_s : u"no"_s,
-            QString::number(names.size()), QString::number(records), QString::number(cells));
+        const QString name = session.database().GetDatabaseFileName();
+        if (json) {
+            out += "{\"file\": ";
+            appendJsonString(out, name);
+            out += u", \"protected\": %1, \"tables\": %2, \"records\": %3, \"cells\": %4}\n"_s
+                       .arg(session.isProtected() ? u"true"_s : u"false"_s)
+                       .arg(names.size())
+                       .arg(records)
+                       .arg(cells)
+                       .toUtf8();
+            return;
+        }
+        out = u"File:      %1\nProtected: %2\nTables:    %3\nRecords:   %4\nCells:     %5\n"_s
+                  .arg(printableText(name), session.isProtected() ? u"yes"_s : u"no"_s, QString::number(names.size()),
+                       QString::number(records), QString::number(cells))
+                  .toUtf8();
     });
-    print(text.toUtf8());
+    print(out);
 }
 
 } // namespace
@@ -37,12 +51,14 @@ void addInfo(CLI::App &program, Exit &) {
     struct Arguments {
         std::string file;
         std::string passwordFile;
+        bool json = false;
     };
-    CLI::App *command = program.add_subcommand("info", "Tell what a database holds, in figures");
     auto arguments = std::make_shared<Arguments>();
-    command->add_option("FILE", arguments->file, "The database")->required();
-    addPasswordFile(*command, arguments->passwordFile);
-    command->callback([arguments] { info(argumentText(arguments->file), arguments->passwordFile); });
+    Command(program, "info", "Tell what a database holds, in figures")
+        .argument("FILE", arguments->file, "The database")
+        .readingOptions(arguments->json)
+        .passwordFile(arguments->passwordFile)
+        .run([arguments] { info(argumentText(arguments->file), arguments->passwordFile, arguments->json); });
 }
 
 } // namespace qir

@@ -31,6 +31,8 @@ SecretText newPassword(const QString &file, const Arguments &arguments) {
 }
 
 void passwd(const Arguments &arguments) {
+    if (arguments.remove && !arguments.newPasswordFile.empty())
+        throw std::runtime_error("--remove excludes --new-password-file");
     const QString file = argumentText(arguments.file);
     const FreedMemoryWipe wipe;
     SecretText current;
@@ -45,16 +47,14 @@ void passwd(const Arguments &arguments) {
 } // namespace
 
 void addPasswd(CLI::App &program, Exit &) {
-    CLI::App *command = program.add_subcommand("passwd", "Change, set or remove the password");
     auto arguments = std::make_shared<Arguments>();
-    command->add_option("FILE", arguments->file, "The database")->required();
-    addPasswordFile(*command, arguments->passwordFile);
-    auto *fromFile = command
-                         ->add_option("--new-password-file", arguments->newPasswordFile,
-                                      "Read the new password from the first line of this file")
-                         ->type_name("FILE");
-    command->add_flag("--remove", arguments->remove, "Leave the file open to everybody")->excludes(fromFile);
-    command->callback([arguments] { passwd(*arguments); });
+    Command(program, "passwd", "Change, set or remove the password")
+        .argument("FILE", arguments->file, "The database")
+        .passwordFile(arguments->passwordFile)
+        .option("--new-password-file", arguments->newPasswordFile, "FILE",
+                "Read the new password from the first line of this file")
+        .flag("--remove", arguments->remove, "Leave the file open to everybody")
+        .run([arguments] { passwd(*arguments); });
 }
 
 } // namespace qir

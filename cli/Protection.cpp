@@ -5,7 +5,13 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace qir {
+
+QStringList databaseExtensions() {
+    return {u"ddb"_s, u"wdb"_s, u"udb"_s, u"idb"_s, u"sdb"_s};
+}
 
 bool needsPassword(const QString &file) {
     constexpr qsizetype flagOffset = 3;

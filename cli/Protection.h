@@ -2,8 +2,12 @@
 
 #include <QByteArrayView>
 #include <QString>
+#include <QStringList>
 
 namespace qir {
+
+/// The extensions that databases have, in lower case.
+QStringList databaseExtensions();
 
 /// True when the header of a database file says that a password is needed. Whatever cannot be read is not protected,
 /// and opening it tells why.

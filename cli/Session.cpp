@@ -7,6 +7,7 @@
 #include "cli/tables/TextTable.h"
 #include "platform/automation/AutomationError.h"
 
+#include <QFileInfo>
 #include <QMetaMethod>
 
 #include <cstdio>
@@ -43,6 +44,7 @@ void NoticePrinter::print(const QString &text) {
 
 Session::Session(const QString &file)
     : m_file(file)
+    , m_protected(needsPassword(file))
     , m_printer(std::make_unique<NoticePrinter>(file)) {
     m_database = QirDatabase::create();
     m_printer->listenTo(m_database);
@@ -52,8 +54,6 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
     Session session(file);
     SecretText given;
     std::optional<FreedMemoryWipe> wipe;
-    session.run([&] { session.m_database.setLeaveJournal(true); });
-    session.m_protected = needsPassword(file);
     if (session.m_protected) {
         wipe.emplace();
         session.run([&] {
@@ -61,18 +61,36 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
             given = givenPassword(passwordFile, u"Password of %1: "_s.arg(file), note);
         });
     }
-    bool loaded = false;
-    QString reason;
-    session.run([&] {
-        loaded = session.m_database.LoadDtb(file, given.text());
-        if (!loaded)
-            reason = session.m_database.LastError();
-    });
-    if (!loaded)
-        throw LoadRefused(file, reason.isEmpty() ? u"it cannot be loaded"_s : reason);
+    session.load(given);
     if (password != nullptr)
         *password = std::move(given);
     return session;
+}
+
+Session Session::openOrEmpty(const QString &file, const std::string &passwordFile) {
+    const QFileInfo info(file);
+    const bool isEmpty = info.exists() && !info.isDir() && info.size() == 0;
+    return isEmpty ? Session(file) : open(file, passwordFile);
+}
+
+Session Session::openAgain(const QString &file, const SecretText &password) {
+    const FreedMemoryWipe wipe;
+    Session session(file);
+    session.load(password);
+    return session;
+}
+
+void Session::load(const SecretText &password) {
+    bool loaded = false;
+    QString reason;
+    run([&] {
+        m_database.setLeaveJournal(true);
+        loaded = m_database.LoadDtb(m_file, password.text());
+        if (!loaded)
+            reason = m_database.LastError();
+    });
+    if (!loaded)
+        throw LoadRefused(m_file, reason.isEmpty() ? u"it cannot be loaded"_s : reason);
 }
 
 Session Session::create(const QString &file) {
@@ -84,6 +102,8 @@ Session Session::create(const QString &file) {
     return session;
 }
 
+Session::Session(Session &&other) noexcept = default;
+
 Session::~Session() {
     if (m_database.isEmpty())
         return;
@@ -92,6 +112,11 @@ Session::~Session() {
     } catch (const std::exception &error) {
         printError(withFile(m_file, errorWords(error)));
     }
+}
+
+void Session::saveChanges() {
+    if (m_database.DtbHasChanged())
+        m_database.SaveDtb();
 }
 
 void Session::save() {
@@ -106,6 +131,8 @@ void Session::runOn(const QString &file, const std::function<void()> &work) {
         throw;
     } catch (const AutomationError &) { // about the component, not about the file
         throw;
+    } catch (const NoAnswer &answer) {
+        throw NegativeAnswer(file, errorWords(answer));
     } catch (const std::exception &error) {
         throw FileError(file, errorWords(error));
     }

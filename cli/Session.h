@@ -23,10 +23,15 @@ public:
     /// The unsaved changes of an editor that crashed are neither shown nor saved: they stay for the next editor. The
     /// password that it was opened with goes to `password` where a command needs it, else it is overwritten.
     static Session open(const QString &file, const std::string &passwordFile, SecretText *password = nullptr);
+    /// The same; a file without a byte, such as /dev/null, is an empty database: what git has for the side of a file
+    /// that comes or goes.
+    static Session openOrEmpty(const QString &file, const std::string &passwordFile);
+    /// The same with a password that is known already.
+    static Session openAgain(const QString &file, const SecretText &password);
     /// A new, empty database that is to become this file. Throws FileError.
     static Session create(const QString &file);
 
-    Session(Session &&) = default;
+    Session(Session &&other) noexcept;
     Session &operator=(Session &&) = delete;
     ~Session();
 
@@ -36,6 +41,8 @@ public:
 
     /// Writes the file, changed or not. Throws what the component throws.
     void save();
+    /// The same where anything has changed.
+    void saveChanges();
 
     /// Does what works on the database; an error of the component comes out as a FileError that names the file.
     void run(const std::function<void()> &work) const { runOn(m_file, work); }
@@ -43,9 +50,10 @@ public:
 
 private:
     explicit Session(const QString &file);
+    void load(const SecretText &password);
 
     QString m_file;
-    bool m_protected = false;
+    bool m_protected;
     std::unique_ptr<NoticePrinter> m_printer; // outlives the component
     QirDatabase m_database;
 };

@@ -2,6 +2,7 @@
 #include "cli/Commands.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
+#include "cli/tables/JsonText.h"
 #include "cli/tables/TableReader.h"
 #include "cli/tables/TextTable.h"
 
@@ -15,7 +16,16 @@ namespace qir {
 
 namespace {
 
-Exit verify(const QString &file, const std::string &passwordFile) {
+void printJson(const QString &file, bool isSound, const QString &reason) {
+    QByteArray out("{\"file\": ");
+    appendJsonString(out, file);
+    out += isSound ? ", \"sound\": true" : ", \"sound\": false, \"error\": ";
+    if (!isSound)
+        appendJsonString(out, reason);
+    print(out + "}\n");
+}
+
+Exit verify(const QString &file, const std::string &passwordFile, bool json) {
     const Result<QString> reached = reachIgnoringCase(file);
     if (!reached)
         throw FileError(file, reached.error().text);
@@ -30,10 +40,16 @@ Exit verify(const QString &file, const std::string &passwordFile) {
             }
         });
     } catch (const LoadRefused &refused) {
-        printError(QString::fromUtf8(refused.what()));
+        if (json)
+            printJson(file, false, QString::fromUtf8(refused.what()));
+        else
+            printError(QString::fromUtf8(refused.what()));
         return Exit::Negative;
     }
-    print(printableText(u"%1: sound"_s.arg(file)).toUtf8() + '\n');
+    if (json)
+        printJson(file, true, {});
+    else
+        print(printableText(u"%1: sound"_s.arg(file)).toUtf8() + '\n');
     return Exit::Done;
 }
 
@@ -43,12 +59,15 @@ void addVerify(CLI::App &program, Exit &exit) {
     struct Arguments {
         std::string file;
         std::string passwordFile;
+        bool json = false;
     };
-    CLI::App *command = program.add_subcommand("verify", "Read a database whole and tell whether it is sound");
     auto arguments = std::make_shared<Arguments>();
-    command->add_option("FILE", arguments->file, "The database")->required();
-    addPasswordFile(*command, arguments->passwordFile);
-    command->callback([arguments, &exit] { exit = verify(argumentText(arguments->file), arguments->passwordFile); });
+    Command(program, "verify", "Read a database whole and tell whether it is sound")
+        .argument("FILE", arguments->file, "The database")
+        .readingOptions(arguments->json)
+        .passwordFile(arguments->passwordFile)
+        .run(exit,
+             [arguments] { return verify(argumentText(arguments->file), arguments->passwordFile, arguments->json); });
 }
 
 } // namespace qir

@@ -20,6 +20,8 @@ constexpr mode_t newFileMode = 0666; // less the umask
 constexpr mode_t privateMode = 0600;
 constexpr mode_t permissionBits = 07777;
 
+bool printsNothing = false;
+
 SystemResult<void> writeStanding(FileOps &ops, const ResolvedPath &path, QByteArrayView bytes) {
     const auto file = OpenFile::openAt(ops, path.folder.descriptor(), path.name, O_WRONLY);
     if (!file)
@@ -112,7 +114,13 @@ QByteArray readWholeFile(const QString &file) {
     return bytes;
 }
 
+void silencePrinting() {
+    printsNothing = true;
+}
+
 void print(QByteArrayView bytes) {
+    if (printsNothing)
+        return;
     const auto size = static_cast<std::size_t>(bytes.size());
     // No bytes may mean no address either, which fwrite does not take.
     if ((size != 0 && std::fwrite(bytes.data(), 1, size, stdout) != size) || std::fflush(stdout) != 0)

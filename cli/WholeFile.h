@@ -25,6 +25,8 @@ QByteArray readWholeFile(const QString &file);
 
 /// Writes on the standard output. Throws FileError when that cannot take it.
 void print(QByteArrayView bytes);
+/// From now on print() writes nothing.
+void silencePrinting();
 /// The same in portions, for long outputs: prints and empties `bytes` once they are many.
 void printWhenMany(QByteArray &bytes);
 

@@ -2,6 +2,7 @@
 
 #include "base/SecretText.h"
 #include "dialogs/CustomInputBox.h"
+#include "dialogs/PasswordAids.h"
 #include "platform/controls/Twips.h"
 #include "platform/dialogs/PromptWrapping.h"
 
@@ -117,6 +118,8 @@ void frmCustomInputBox::showSingleLine() {
     if (record.password) {
         Testo->setEchoMode(QLineEdit::Password);
         Testo->setStyleSheet(u"QLineEdit { lineedit-password-character: 42 }"_s); // "*"
+        auto *aids = new PasswordAids(*Testo);
+        static_cast<QGridLayout *>(layout())->addWidget(aids->capsLock(), 3, 0, 1, 2);
     }
     Testo->setText(record.defaultText.left(record.defaultLength));
     Testo->selectAll();

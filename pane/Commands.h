@@ -9,13 +9,17 @@ namespace qir {
 // clang-format off
 #define QIR_COMMANDS(MENU, COMMAND, LINE)                   \
     MENU(FileMenu)                                          \
+        COMMAND(NewDatabase)                                \
         COMMAND(OpenDatabase)                               \
         COMMAND(SaveMenu)                                   \
         COMMAND(SaveAsMenu)                                 \
         COMMAND(RevertMenu)                                 \
         COMMAND(CloseDatabaseMenu)                          \
+        COMMAND(ReportMenu)                                 \
         LINE                                                \
         COMMAND(ChangePassword)                             \
+        LINE                                                \
+        COMMAND(ForgetMenu)                                 \
         LINE                                                \
         COMMAND(EndMenu)                                    \
     MENU(EditMenu)                                          \
@@ -23,11 +27,26 @@ namespace qir {
         COMMAND(RedoMenu)                                   \
         LINE                                                \
         COMMAND(HistoryMenu)                                \
+        LINE                                                \
+        COMMAND(CopyWithHeadersMenu)                        \
+        COMMAND(PasteAllMenu)                               \
+        LINE                                                \
+        COMMAND(DeleteCellsMenu)                            \
+        COMMAND(FillDownMenu)                               \
+        LINE                                                \
+        COMMAND(SelectAllMenu)                              \
+        LINE                                                \
+        COMMAND(FindMenu)                                   \
+        COMMAND(FindNextMenu)                               \
+        COMMAND(FindPreviousMenu)                           \
+        COMMAND(ReplaceMenu)                                \
+        COMMAND(GoToMenu)                                   \
     MENU(ModeMenu)                                          \
         COMMAND(OneMenu)                                    \
         COMMAND(TwoMenu)                                    \
         LINE                                                \
         COMMAND(CompareAgainMenu)                           \
+        COMMAND(DifferencesByKeyMenu)                       \
         LINE                                                \
         COMMAND(NextDifferenceMenu)                         \
         COMMAND(PreviousDifferenceMenu)                     \
@@ -44,6 +63,12 @@ namespace qir {
     MENU(ViewMenu)                                          \
         COMMAND(ColumnSizeAdjust)                           \
         COMMAND(OtherPaneMenu)                              \
+        LINE                                                \
+        COMMAND(ToolBarMenu)                                \
+    MENU(ColoursMenu)                                       \
+        COMMAND(ColoursSystemMenu)                          \
+        COMMAND(ColoursLightMenu)                           \
+        COMMAND(ColoursDarkMenu)                            \
     MENU(TablesMenu)                                        \
         COMMAND(AddTableMenu)                               \
         COMMAND(RenameTableMenu)                            \

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/BitMatrix.h"
+#include "base/state/Remembered.h"
 #include "pane/CellEdit.h"
 #include "pane/CommandTable.h"
 #include "pane/GridCommands.h"
@@ -26,6 +27,7 @@ struct EditorControls {
     QProgressBar *ProgressBarCompare = nullptr;
     QLabel *AutoSizeLabelTwips = nullptr; ///< Hidden; its font is what columns are measured in.
     ListBox *ProSort = nullptr;           ///< Hidden; a sorted list box that serves as a sorter.
+    QWidget *belowFrames = nullptr;       ///< Asks for room below the frames while it is not hidden; may be missing.
     std::array<QMenu *, menuCount> menus{};
     CommandTable commands;
 
@@ -105,6 +107,8 @@ public:
 
     /// The line below the panes, which also shows a message for a while.
     StatusLine &status() { return m_status; }
+    /// What is kept from one session to the next.
+    Remembered &remembered() { return m_remembered; }
 
     EditorControls controls;
 
@@ -118,6 +122,7 @@ private:
     BitMatrix m_different;
     GridCommands m_gridCommands;
     StatusLine m_status;
+    Remembered m_remembered;
 };
 
 } // namespace qir

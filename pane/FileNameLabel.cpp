@@ -2,22 +2,74 @@
 
 #include <QHelpEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QStyle>
 #include <QToolTip>
 
 namespace qir {
 
+namespace {
+
+int signCount(const FileNameLabel::Signs &signs) {
+    return int(signs.unsaved) + int(signs.isProtected) + int(signs.readOnly);
+}
+
+// Each sign in a square of one by one.
+
+QPainterPath dot() {
+    QPainterPath path;
+    path.addEllipse(QRectF(0.25, 0.25, 0.5, 0.5));
+    return path;
+}
+
+QPainterPath padlock() {
+    QPainterPath path;
+    path.addRect(QRectF(0.2, 0.45, 0.6, 0.4));
+    QPainterPath shackle;
+    shackle.addEllipse(QRectF(0.3, 0.15, 0.4, 0.6));
+    shackle.addEllipse(QRectF(0.4, 0.25, 0.2, 0.4));
+    return path.united(shackle);
+}
+
+QPainterPath struckPencil() {
+    QPainterPath pencil;
+    pencil.addPolygon(QPolygonF({{0.15, 0.85}, {0.25, 0.6}, {0.7, 0.15}, {0.85, 0.3}, {0.4, 0.75}}));
+    pencil.closeSubpath();
+    QPainterPath gap;
+    gap.addPolygon(QPolygonF({{0.08, 0.22}, {0.22, 0.08}, {0.92, 0.78}, {0.78, 0.92}}));
+    gap.closeSubpath();
+    QPainterPath stroke;
+    stroke.addPolygon(QPolygonF({{0.12, 0.18}, {0.18, 0.12}, {0.88, 0.82}, {0.82, 0.88}}));
+    stroke.closeSubpath();
+    return pencil.subtracted(gap).united(stroke);
+}
+
+} // namespace
+
+void FileNameLabel::setSigns(const Signs &signs) {
+    if (signs == m_signs)
+        return;
+    m_signs = signs;
+    update();
+}
+
 QSize FileNameLabel::minimumSizeHint() const {
     return {0, QLabel::minimumSizeHint().height()};
 }
 
+QRect FileNameLabel::nameRect() const {
+    return contentsRect().adjusted(0, 0, -signCount(m_signs) * contentsRect().height(), 0);
+}
+
 bool FileNameLabel::isCut() const {
-    return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+    return fontMetrics().horizontalAdvance(text()) > nameRect().width();
 }
 
 bool FileNameLabel::event(QEvent *event) {
     if (event->type() == QEvent::ToolTip) {
-        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), isCut() ? text() : QString(), this);
+        const QString details = m_details ? m_details() : QString();
+        const QString shown = details.isEmpty() && isCut() ? text() : details;
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), shown, this);
         return true;
     }
     return QLabel::event(event);
@@ -25,9 +77,25 @@ bool FileNameLabel::event(QEvent *event) {
 
 void FileNameLabel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
-    style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
+    const QRect place = nameRect();
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, place.width());
+    style()->drawItemText(&painter, place, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
                           foregroundRole());
+    const qreal side = contentsRect().height();
+    painter.setRenderHint(QPainter::Antialiasing);
+    // Right behind the name, where it leaves room.
+    painter.translate(std::min<qreal>(place.left() + fontMetrics().horizontalAdvance(shown) + side / 3, place.right()),
+                      contentsRect().top());
+    painter.scale(side, side);
+    const auto draw = [&](bool isSet, const QPainterPath &sign) {
+        if (!isSet)
+            return;
+        painter.fillPath(sign, palette().color(foregroundRole()));
+        painter.translate(1, 0);
+    };
+    draw(m_signs.unsaved, dot());
+    draw(m_signs.isProtected, padlock());
+    draw(m_signs.readOnly, struckPencil());
 }
 
 } // namespace qir

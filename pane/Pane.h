@@ -22,6 +22,7 @@ class ListClicks;
 struct PaneControls {
     QGroupBox *IDtb = nullptr;
     QLabel *nomelab = nullptr;
+    QLineEdit *filter = nullptr; ///< Above a long list: what the names of its lines have to hold. Hidden else.
     ListBox *ListaTabelle = nullptr;
     Grid *Tabella = nullptr;
     QLineEdit *txtEdit = nullptr;

@@ -6,6 +6,7 @@
 #include "dialogs/CaricaTipi.h"
 #include "dialogs/frmListaStringhePlain.h"
 
+#include "pane/StoredMarks.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
@@ -192,7 +193,10 @@ void FieldCommands::ResizeTextFieldSecco() {
         const ChangeStep step(database(), tr("Resizing field %1").arg(fieldNameOf(grid, grid.Col())));
         database().ResizeField(field, *newSize);
         // The grid goes on showing its texts whole.
-        m_editor.pane(m_editor.IndexAttivo()).setTextsUnstored(true);
+        const int pane = m_editor.IndexAttivo();
+        const Grid &grid = m_editor.Tabella(pane);
+        m_editor.pane(pane).setTextsUnstored(true);
+        m_stored.look(pane, {1, grid.Col(), grid.Rows() - 1, grid.Col()});
     }
 }
 

@@ -9,6 +9,7 @@
 namespace qir {
 
 class CellDifferences;
+class StoredMarks;
 class TableLoader;
 
 /// Adding, renaming, removing and resizing fields of the table that the active pane shows. The field is the one of the
@@ -17,10 +18,11 @@ class FieldCommands {
     Q_DECLARE_TR_FUNCTIONS(FieldCommands)
 
 public:
-    FieldCommands(EditorContext &editor, CellDifferences &differences, TableLoader &tables)
+    FieldCommands(EditorContext &editor, CellDifferences &differences, TableLoader &tables, StoredMarks &stored)
         : m_editor(editor)
         , m_differences(differences)
-        , m_tables(tables) {}
+        , m_tables(tables)
+        , m_stored(stored) {}
 
     /// Its rows for the menus.
     void addCommands();
@@ -50,6 +52,7 @@ private:
     EditorContext &m_editor;
     CellDifferences &m_differences;
     TableLoader &m_tables;
+    StoredMarks &m_stored;
 };
 
 } // namespace qir

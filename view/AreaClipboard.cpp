@@ -2,7 +2,9 @@
 
 #include "app/shared/utility.h"
 
+#include "pane/StoredMarks.h"
 #include "platform/dialogs/Clipboard.h"
+#include "platform/grid/ClipText.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "platform/loop/MessageLoop.h"
@@ -11,6 +13,10 @@
 #include "view/TableLoader.h"
 
 #include <QMimeData>
+
+#include <cstdint>
+#include <functional>
+#include <limits>
 
 namespace qir {
 
@@ -45,13 +51,50 @@ private:
     const QString htmlFormat = u"text/html"_s;
 };
 
-/// Not the empty column of a table without fields.
-bool showsFields(EditorContext &editor, int pane) {
+constexpr qsizetype mostShown = 40; // of a value, in what is told of it
+
+/// Calls `value` for each value that the clipboard holds, rows and columns counted from 0.
+void forEachClipboardValue(const std::function<void(int row, int column, QStringView value)> &value) {
+    if (const auto cells = decodeCellBlock(clipboard::data(QLatin1StringView(cellBlockFormat)))) {
+        for (int row = 1; row <= cells->records(); ++row) {
+            for (int column = 1; column <= cells->fields(); ++column)
+                value(row - 1, column - 1, cells->at(column, row));
+        }
+        return;
+    }
+    constexpr int last = std::numeric_limits<int>::max() - 1;
+    layClipText(gridClip(clipboard::text()), {0, 0, last, last}, value);
+}
+
+/// The selected record cells of a grid under the headers of their columns, as one block.
+CellTexts withHeaders(const Grid &grid) {
+    const GridRange cells = recordCells(grid);
+    CellTexts block(cells.lastColumn - cells.firstColumn + 1, 0);
+    QStringList record(block.fields() + 1);
+    const auto append = [&](int row) {
+        for (int column = cells.firstColumn; column <= cells.lastColumn; ++column)
+            record[column - cells.firstColumn + 1] = grid.TextMatrix(row, column);
+        block.appendRecord(record);
+    };
+    append(0);
+    for (int row = cells.firstRow; row <= cells.lastRow; ++row)
+        append(row);
+    return block;
+}
+
+} // namespace
+
+bool showsFields(const EditorContext &editor, int pane) {
     return pane >= 0 && editor.DtbAperto(pane) && editor.pane(pane).realTableSelected() &&
            editor.Tabella(pane).Visible() && editor.Tabella(pane).ColData(1) >= 1;
 }
 
-} // namespace
+GridRange recordCells(const Grid &grid) {
+    GridRange cells = grid.selection().range();
+    cells.firstRow = std::max(cells.firstRow, 1);
+    cells.firstColumn = std::max(cells.firstColumn, 1);
+    return cells;
+}
 
 QString gridClip(const QString &clipboardText) {
     QString text = clipboardText;
@@ -64,12 +107,26 @@ QString gridClip(const QString &clipboardText) {
     return text;
 }
 
+std::optional<CellTexts> clipboardCells() {
+    const QString text = clipboard::text();
+    if (text.isEmpty())
+        return std::nullopt;
+    if (auto cells = decodeCellBlock(clipboard::data(QLatin1StringView(cellBlockFormat))))
+        return cells;
+    return cellsOfText(gridClip(text));
+}
+
 void AreaClipboard::addCommands() {
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::CopyMenu, tr("&Copy"), [this] { COPIA_AreaTabella(m_editor.IndexAttivo()); },
-                 {.needs = Needs::Database});
+                 {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_C), .needs = Needs::Database});
+    commands.add(Command::CopyWithHeadersMenu, tr("Copy with &Headers"),
+                 [this] { copyWithHeaders(m_editor.IndexAttivo()); }, {.needs = Needs::Database});
     commands.add(Command::PasteMenu, tr("&Paste"), [this] { INCOLLA_AreaTabella(m_editor.IndexAttivo()); },
-                 {.needs = Needs::Database});
+                 {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_V), .needs = Needs::Database});
+    // The grid's own keys: a menu tells them, and leaves them to it and to every text box.
+    for (const Command command : {Command::CopyMenu, Command::PasteMenu})
+        m_editor.controls.action(command).setShortcutContext(Qt::WidgetShortcut);
 }
 
 void AreaClipboard::COPIA_AreaTabella(int pane) {
@@ -85,22 +142,37 @@ void AreaClipboard::COPIA_AreaTabella(int pane) {
     }
 }
 
+void AreaClipboard::copyWithHeaders(int pane) {
+    if (!showsFields(m_editor, pane))
+        return;
+    try {
+        const BusyPointer busy;
+        const CellTexts block = withHeaders(m_editor.Tabella(pane));
+        clipboard::clear();
+        clipboard::setContents(std::make_unique<CopiedBlock>(
+            cellBlockText(block), encodeCellBlock(block, {1, 1, block.records(), block.fields()})));
+    } catch (const std::exception &) { // as the clipboard left it
+    }
+}
+
 void AreaClipboard::INCOLLA_AreaTabella(int pane) {
     if (!showsFields(m_editor, pane))
         return;
     m_editor.pane(pane).requireWhole();
+    m_outcome.clear();
     try {
-        const QString text = clipboard::text();
-        if (!text.isEmpty()) {
+        if (!clipboard::text().isEmpty()) {
             const BusyPointer busy;
             m_editor.endEdit(); // of a cell that the paste may change
-            layClipboard(pane, text);
+            layClipboard(m_editor.Tabella(pane));
             const ChangeStep step(m_editor.OggettoDtb(pane), tr("Paste"));
             // Every text of the grid is to be stored afterwards; beyond the selected block most often all of them are.
             if (m_editor.pane(pane).TextsUnstored())
                 m_save.SalvaGridInDatabase(pane);
             else
                 m_save.SalvaGridInDatabase(pane, m_editor.Tabella(pane).selection().range());
+            m_stored.look(pane, m_editor.Tabella(pane).selection().range());
+            tellOutcome(pane);
         }
     } catch (const std::exception &) {
         m_tables.reloadAfterFailure(pane);
@@ -108,13 +180,39 @@ void AreaClipboard::INCOLLA_AreaTabella(int pane) {
     yieldToMessages();
 }
 
-void AreaClipboard::layClipboard(int pane, QString text) {
-    Grid &grid = m_editor.Tabella(pane);
+void AreaClipboard::tellOutcome(int pane) {
+    const Grid &grid = m_editor.Tabella(pane);
+    const GridRange cells = recordCells(grid);
+    std::int64_t outside = 0;
+    std::int64_t changed = 0;
+    QString firstOutside;
+    QString firstChanged;
+    forEachClipboardValue([&](int row, int column, QStringView value) {
+        const int gridRow = cells.firstRow + row;
+        const int gridColumn = cells.firstColumn + column;
+        if (!cells.contains(gridRow, gridColumn)) {
+            if (outside++ == 0)
+                firstOutside = tr("row %1, column %2 of the block").arg(row + 1).arg(column + 1);
+        } else if (grid.isUnlikeStored(gridRow, gridColumn) && changed++ == 0) {
+            firstChanged = tr("record %1, %2, \"%3\"")
+                               .arg(grid.RowData(gridRow))
+                               .arg(grid.TextMatrix(0, gridColumn), value.left(mostShown).toString());
+        }
+    });
+    QStringList parts;
+    if (outside > 0)
+        parts.append(tr("%1 pasted values lay outside the selection (first: %2)").arg(outside).arg(firstOutside));
+    if (changed > 0)
+        parts.append(tr("%1 are stored otherwise (first: %2)").arg(changed).arg(firstChanged));
+    m_outcome = parts.join(u"; "_s);
+}
+
+void layClipboard(Grid &grid) {
     const auto cells = decodeCellBlock(clipboard::data(QLatin1StringView(cellBlockFormat)));
     if (cells)
         grid.setClip(*cells);
     else
-        grid.setClip(gridClip(text));
+        grid.setClip(gridClip(clipboard::text()));
 }
 
 } // namespace qir

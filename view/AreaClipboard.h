@@ -1,12 +1,17 @@
 #pragma once
 
 #include "pane/EditorContext.h"
+#include "platform/cells/CellTexts.h"
+#include "platform/grid/GridRange.h"
 
 #include <QCoreApplication>
+
+#include <optional>
 
 namespace qir {
 
 class GridSave;
+class StoredMarks;
 class TableLoader;
 
 /// Copying a block of cells to the system clipboard and pasting one. The plain text has tabs between cells and carriage
@@ -15,27 +20,48 @@ class AreaClipboard {
     Q_DECLARE_TR_FUNCTIONS(AreaClipboard)
 
 public:
-    AreaClipboard(EditorContext &editor, GridSave &save, TableLoader &tables)
+    AreaClipboard(EditorContext &editor, GridSave &save, TableLoader &tables, StoredMarks &stored)
         : m_editor(editor)
         , m_save(save)
-        , m_tables(tables) {}
+        , m_tables(tables)
+        , m_stored(stored) {}
 
     /// Its rows for the menus.
     void addCommands();
 
     /// Copies the selected block of the pane's grid. Errors are silent.
     void COPIA_AreaTabella(int pane);
+    /// The same with the columns' headers as the first row.
+    void copyWithHeaders(int pane);
     /// Pastes into the selected block of the pane's grid and writes the grid to the database. Errors are silent; one on
     /// the way undoes the whole paste. A table that is not loaded whole is refused with an error. Yields.
     void INCOLLA_AreaTabella(int pane);
 
+    /// What became of the values of the last paste that is worth telling: those that lay outside the selection, and
+    /// those that are stored otherwise than they were pasted, with the first place of each. "" for nothing.
+    const QString &outcome() const { return m_outcome; }
+
 private:
-    void layClipboard(int pane, QString text);
+    void tellOutcome(int pane);
 
     EditorContext &m_editor;
     GridSave &m_save;
     TableLoader &m_tables;
+    StoredMarks &m_stored;
+    QString m_outcome;
 };
+
+/// True where a pane shows cells of records: not the empty column of a table without fields.
+bool showsFields(const EditorContext &editor, int pane);
+
+/// The record cells of a grid's selection, which may hold the header row.
+GridRange recordCells(const Grid &grid);
+
+/// What the clipboard holds, as cells; nothing where it holds no text.
+std::optional<CellTexts> clipboardCells();
+
+/// Lays what the clipboard holds into the selected cells of a grid; what it has no value for stays.
+void layClipboard(Grid &grid);
 
 /// A clipboard text as the grid takes it: rows end in carriage returns. Line feeds beside carriage returns go; without
 /// any carriage return they are the row ends. One last row end is dropped.

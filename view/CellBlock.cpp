@@ -2,6 +2,7 @@
 
 #include "base/ByteReader.h"
 #include "base/ByteWriter.h"
+#include "platform/grid/ClipText.h"
 
 #include <QStringList>
 #include <QtEndian>
@@ -85,6 +86,22 @@ std::optional<CellTexts> decodeCellBlock(const QByteArray &bytes) {
     if (!reader.isComplete() || reader.left() != 0)
         return std::nullopt;
     return texts;
+}
+
+QString cellBlockText(const CellTexts &block) {
+    return clipText({1, 1, block.records(), block.fields()},
+                    [&block](int row, int column, QString &text) { block.read(column, row, text); });
+}
+
+CellTexts cellsOfText(const QString &text) {
+    const QStringList rows = text.split(u'\r');
+    qsizetype columns = 1;
+    for (const QString &row : rows)
+        columns = std::max(columns, row.count(u'\t') + 1);
+    CellTexts cells(static_cast<int>(columns), 0);
+    for (const QString &row : rows)
+        cells.appendRecord(QStringList(QString()) + row.split(u'\t'));
+    return cells;
 }
 
 QString cellBlockHtml(const CellTexts &block) {

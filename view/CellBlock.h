@@ -24,6 +24,12 @@ QByteArray encodeCellBlock(const CellTexts &texts, const GridRange &block);
 /// any program.
 std::optional<CellTexts> decodeCellBlock(const QByteArray &bytes);
 
+/// The block as plain text: cells joined by tabs, rows by carriage returns, no separator at the end.
+QString cellBlockText(const CellTexts &block);
+
+/// The cells of such a text; a row that ends before others has empty cells there.
+CellTexts cellsOfText(const QString &text);
+
 /// The block as an HTML table.
 QString cellBlockHtml(const CellTexts &block);
 

@@ -6,6 +6,7 @@
 #include "db/AssegnaARecordset.h"
 #include "pane/ActivePane.h"
 
+#include "pane/StoredMarks.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/GridAlignment.h"
@@ -169,12 +170,12 @@ void CellEditor::editBeside(int pane, int step) {
 }
 
 void CellEditor::ScriviDaEditADtb(int pane) {
-    const int row = m_editor.RigaEdit();
-    const int column = m_editor.ColonnaEdit();
-    if (row < 1)
-        return;
+    if (m_editor.RigaEdit() >= 1)
+        writeCell(pane, m_editor.RigaEdit(), m_editor.ColonnaEdit(), m_editor.txtEdit(pane).text());
+}
+
+void CellEditor::writeCell(int pane, int row, int column, const QString &text) {
     Grid &grid = m_editor.Tabella(pane);
-    const QString text = m_editor.txtEdit(pane).text();
     if (text == grid.TextMatrix(row, column))
         return;
     grid.setTextMatrix(row, column, text); // the snapshot of the texts is the grid's own
@@ -185,19 +186,18 @@ void CellEditor::ScriviDaEditADtb(int pane) {
             // All keystrokes of one edit are one step.
             const ChangeStep step(
                 database, tr("Edit of %1.%2").arg(m_editor.pane(pane).TabellaMostrata(), fieldNameOf(grid, column)),
-                QString::number(m_editor.cellEdit().number()));
+                m_editor.RigaEdit() >= 1 ? QString::number(m_editor.cellEdit().number()) : QString());
             database.setQIRTableRecordsPointerOut(grid.RowData(row));
             AssegnaARecordset(database, grid.ColData(column), text);
+            m_stored.look(pane, row, column);
         },
         [&] { m_editor.pane(pane).setTextsUnstored(true); });
-    updateDifference(pane);
+    updateDifference(pane, row, column);
 }
 
-void CellEditor::updateDifference(int pane) {
+void CellEditor::updateDifference(int pane, int row, int column) {
     if (!m_editor.Tabella(pane).Visible() || !m_editor.gridsShowSameTable())
         return;
-    const int row = m_editor.RigaEdit();
-    const int column = m_editor.ColonnaEdit();
     const Grid &left = m_editor.Tabella(0);
     const Grid &right = m_editor.Tabella(1);
     const bool inBoth = row < std::min(left.Rows(), right.Rows()) && column < std::min(left.Cols(), right.Cols());

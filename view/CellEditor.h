@@ -10,6 +10,7 @@ QT_END_NAMESPACE
 
 namespace qir {
 
+class StoredMarks;
 class TableMarks;
 
 /// Editing in place: a text box over the grid's current cell, whose every change goes to the cell and the component at
@@ -18,9 +19,10 @@ class TableMarks;
 /// What a keystroke costs does not depend on the size of the table.
 class CellEditor : public QObject {
 public:
-    CellEditor(EditorContext &editor, TableMarks &marks)
+    CellEditor(EditorContext &editor, TableMarks &marks, StoredMarks &stored)
         : m_editor(editor)
-        , m_marks(marks) {}
+        , m_marks(marks)
+        , m_stored(stored) {}
 
     /// Listens to the keys of a pane's text box, each as a command of its own.
     void connectPane(int pane);
@@ -28,12 +30,16 @@ public:
     /// Opens the editor over the current cell, which is brought into view. Pointing at the header row ends an edit
     /// instead.
     void IniziaEdit(int pane);
+    /// The same for a key that asks for it, wherever the pointer rests.
+    void editCurrentCell(int pane) { openEditor(pane); }
     /// Closes the pane's editor; everything typed is written already. The grid gets the focus if the editor had it.
     void Interrompiedit(int pane);
     /// Closes the pane's editor and opens it over the next cell (`step` 1) or the one before (-1), which becomes the
     /// current one: at a row's end in the next row. Columns of no width are passed over. Where no cell is left the
     /// editor is closed and the current cell stays.
     void editBeside(int pane, int step);
+    /// Writes a text to a cell and the component's record, as typing it there does. Nothing where the cell shows it.
+    void writeCell(int pane, int row, int column, const QString &text);
     /// Writes the editor's text to the cell and the component's record, then marks the cell as differing from the other
     /// pane's or not. Does nothing when no record is under edit or the cell shows that text already.
     void ScriviDaEditADtb(int pane);
@@ -54,10 +60,11 @@ private:
     void openEditor(int pane);
     void dressEditor(int pane);
     void coverCell(int pane);
-    void updateDifference(int pane);
+    void updateDifference(int pane, int row, int column);
 
     EditorContext &m_editor;
     TableMarks &m_marks;
+    StoredMarks &m_stored;
 };
 
 } // namespace qir

@@ -21,6 +21,8 @@ constexpr int enterCode = 13;
 constexpr int insertKey = 45;
 constexpr int cKey = 67;
 constexpr int vKey = 86;
+constexpr int f2Key = 113;
+constexpr int noModifier = 0;
 constexpr int shiftOnly = 1;
 constexpr int ctrlOnly = 2;
 
@@ -82,6 +84,8 @@ void GridEvents::Tabella_KeyDown(int pane, int KeyCode, int Shift) {
         m_clipboard.COPIA_AreaTabella(pane);
     else if ((Shift == shiftOnly && KeyCode == insertKey) || (Shift == ctrlOnly && KeyCode == vKey))
         m_clipboard.INCOLLA_AreaTabella(pane);
+    else if (Shift == noModifier && KeyCode == f2Key)
+        m_cellEditor.editCurrentCell(pane);
 }
 
 void GridEvents::Tabella_LeaveCell(int pane) {

@@ -1,10 +1,10 @@
 #include "view/Sorting.h"
 
 #include "base/UndoOnError.h"
+#include "platform/cells/RecordOrder.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "view/GridSave.h"
-#include "view/RecordOrder.h"
 #include "view/StepNames.h"
 #include "view/TableLoader.h"
 

@@ -10,6 +10,7 @@
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLabel>
 
@@ -93,7 +94,7 @@ bool EsisteFile(const QString &fileName) {
 
 QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QString &title,
                           const QString &defaultExtension, const QString &initialFolder, const QString &initialName,
-                          const QString &filter) {
+                          const QString &filter, const QString &kind) {
     FileDialogRequest request;
     request.action = action == FileDialogAction::Open ? FileDialogRequest::Open : FileDialogRequest::Save;
     request.title = title;
@@ -101,6 +102,7 @@ QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QStrin
     request.initialFolder = initialFolder;
     request.initialName = initialName;
     request.filter = filter;
+    request.kind = kind;
     const FileDialogAnswer answer = askForFile(parent, request);
     QString name = answer.path.trimmed().toUpper();
     if (name.isEmpty())
@@ -112,6 +114,13 @@ QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QStrin
             return {};
         }
     }
+    rememberPlace(name, place);
+    return name;
+}
+
+QString nomeScelto(const QString &path) {
+    const QString place = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    const QString name = place.trimmed().toUpper();
     rememberPlace(name, place);
     return name;
 }

@@ -42,11 +42,15 @@ QString databaseFileFilter();
 enum class FileDialogAction { Open = 1, Save = 2 };
 
 /// Shows the file dialog and gives the chosen name, trimmed and in upper case, "" after a cancel. The current folder
-/// stays. The place chosen is remembered for the name. A name to save under that would replace a file which the dialog
-/// did not show as existing is refused with a message and counts as no choice.
+/// stays. `kind` is the extension whose filter comes first. The place chosen is remembered for the name. A name to save
+/// under that would replace a file which the dialog did not show as existing is refused with a message and counts as no
+/// choice.
 QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QString &title,
                           const QString &defaultExtension, const QString &initialFolder, const QString &initialName,
-                          const QString &filter);
+                          const QString &filter, const QString &kind = {});
+
+/// The name of a file that was chosen by its path in another way than the dialog, as the dialog would have given it.
+QString nomeScelto(const QString &path);
 
 /// Gives every column of the grid from `firstColumn` on that is at least 1 twip wide the width of its widest text,
 /// header included, measured in the grid's font, which the label takes over. Yields.

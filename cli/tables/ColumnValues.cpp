@@ -17,7 +17,7 @@ namespace qir {
 
 namespace {
 
-constexpr int smallestGuessedSize = 50;
+constexpr int smallestGuessedSize = usualTextSize;
 constexpr int largestTextSize = 65535;
 
 int codePoints(QStringView text) {
@@ -184,8 +184,7 @@ Result<FieldInfo> columnField(const CsvTable &table, std::size_t column) {
     if (!header)
         return tl::unexpected(header.error());
     if (header->type)
-        return FieldInfo{header->name, *header->type,
-                         *header->type == FieldType::Text ? header->size.value_or(smallestGuessedSize) : 0};
+        return newField(table.header().at(static_cast<qsizetype>(column)));
     Guess guess;
     QString text;
     for (std::size_t record = 0; record < table.records(); ++record) {

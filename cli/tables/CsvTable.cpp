@@ -1,5 +1,7 @@
 #include "cli/tables/CsvTable.h"
 
+#include "cli/tables/CsvScan.h"
+
 #include <QStringDecoder>
 
 #include <csv.h>
@@ -24,9 +26,10 @@ void decode(QByteArrayView bytes, QString &text) {
 /// A run of the parser: what it calls back, and what is wrong so far.
 class CsvReading {
 public:
-    CsvReading() {
-        if (csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI | CSV_REPALL_NL) != 0)
+    explicit CsvReading(char delimiter) {
+        if (csv_init(&m_parser, CSV_REPALL_NL) != 0) // not strict: a quote inside a value is taken as it stands
             throw std::bad_alloc();
+        csv_set_delim(&m_parser, static_cast<unsigned char>(delimiter));
         csv_set_space_func(&m_parser, [](unsigned char) { return 0; }); // blanks belong to the values
     }
     ~CsvReading() { csv_free(&m_parser); }
@@ -39,10 +42,8 @@ public:
                             csv_fini(&m_parser, takeValue, takeRecord, this) == 0;
         if (!m_problem.isEmpty())
             return failure(m_problem);
-        if (!parsed && csv_error(&m_parser) != CSV_EPARSE)
-            return failure(u"there is not enough memory for it"_s);
         if (!parsed)
-            return failure(u"%1: a quote stands where none can"_s.arg(place()));
+            return failure(u"there is not enough memory for it"_s);
         if (m_inHeader)
             return failure(u"it has no header line"_s);
         return std::move(m_table);
@@ -109,9 +110,16 @@ private:
     int m_lineEnd = 0;
 };
 
-Result<CsvTable> CsvTable::read(QByteArrayView bytes) {
+Result<CsvTable> CsvTable::read(QByteArrayView bytes, std::optional<char> delimiter) {
     constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
-    return CsvReading().read(bytes.startsWith(byteOrderMark) ? bytes.sliced(byteOrderMark.size()) : bytes);
+    const QByteArrayView text = bytes.startsWith(byteOrderMark) ? bytes.sliced(byteOrderMark.size()) : bytes;
+    const CsvScan scan = CsvScan::of(text, delimiter.value_or(','));
+    if (!delimiter && !scan.otherSeparator.isEmpty())
+        return failure(
+            u"its header has %1 and no comma: say by --delimiter what separates its values"_s.arg(scan.otherSeparator));
+    if (!scan.problem.isEmpty())
+        return failure(scan.problem);
+    return CsvReading(delimiter.value_or(',')).read(text);
 }
 
 void CsvTable::readValue(std::size_t record, std::size_t column, QString &text) const {

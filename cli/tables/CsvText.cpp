@@ -13,7 +13,9 @@ bool needsQuotes(QStringView value) {
         return true;
     if (value.front() == QChar::ByteOrderMark) // at the start of a file it would say nothing
         return true;
-    return std::ranges::any_of(value, [](QChar c) { return c == u',' || c == u'"' || c == u'\n' || c == u'\r'; });
+    // Semicolons and tabs too: a header line may seem to be separated by them.
+    static constexpr QStringView separators = u",;\t\"\n\r";
+    return std::ranges::any_of(value, [](QChar unit) { return separators.contains(unit); });
 }
 
 /// Whether a spreadsheet would compute the text, some of them without the blanks in front of it.

@@ -22,7 +22,8 @@ Result<FieldHeader> parseFieldHeader(const QString &text) {
     const auto found = std::ranges::find_if(
         fieldTypeNames, [&](const FieldTypeName &type) { return wanted == QLatin1StringView(type.name); });
     if (found == fieldTypeNames.end())
-        return untyped;
+        return failure(u"field \"%1\": \"%2\" is no type; a name that ends in brackets needs its type behind, as in "
+                       "%1[text]"_s.arg(text, inside));
     FieldHeader header{text.first(open).trimmed(), found->code, std::nullopt};
     if (colon < 0)
         return header;
@@ -34,6 +35,14 @@ Result<FieldHeader> parseFieldHeader(const QString &text) {
         return failure(u"field \"%1\": its size must be 0 to %2"_s.arg(header.name).arg(largestSize));
     header.size = size;
     return header;
+}
+
+Result<FieldInfo> newField(const QString &text) {
+    const Result<FieldHeader> header = parseFieldHeader(text);
+    if (!header)
+        return tl::unexpected(header.error());
+    const FieldType type = header->type.value_or(FieldType::Text);
+    return FieldInfo{header->name, type, type == FieldType::Text ? header->size.value_or(usualTextSize) : 0};
 }
 
 QString fieldHeaderText(const FieldInfo &field) {

@@ -56,6 +56,13 @@ void appendJsonString(QByteArray &out, QStringView text) {
     out += '"';
 }
 
+void appendJsonCell(QByteArray &out, FieldType type, QStringView text) {
+    if (type == FieldType::Text)
+        appendJsonString(out, text);
+    else
+        appendNumber(out, text);
+}
+
 void appendJsonTable(QByteArray &out, const TableInfo &table) {
     out += "{\"table\": ";
     appendJsonString(out, table.name);
@@ -80,10 +87,7 @@ void appendJsonRecord(QByteArray &out, const TableInfo &table, const QStringList
         if (k > 0)
             out += ", ";
         ++k;
-        if (field.type == FieldType::Text)
-            appendJsonString(out, values.at(k));
-        else
-            appendNumber(out, values.at(k));
+        appendJsonCell(out, field.type, values.at(k));
     }
     out += "]\n";
 }

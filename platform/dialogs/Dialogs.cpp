@@ -60,6 +60,7 @@ void prepare(QMessageBox &box, const QString &text, const QString &title, QMessa
     // File names and error texts may look like markup.
     box.setTextFormat(Qt::PlainText);
     box.setText(text);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse); // to be copied into a letter
     box.setStandardButtons(buttons);
     box.setDefaultButton(defaultButton);
     if (auto *label = box.findChild<QLabel *>(u"qt_msgbox_label"_s))

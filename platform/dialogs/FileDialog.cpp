@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace qir {
 
@@ -75,12 +76,26 @@ private:
     QString m_found;
 };
 
+/// The extension that a name filter stands for: that of its first pattern, "" for none.
+QString extensionOf(const QString &nameFilter) {
+    const qsizetype start = nameFilter.lastIndexOf(u"(*."_s);
+    const qsizetype end = start < 0 ? -1 : nameFilter.indexOf(QRegularExpression(u"[ )]"_s), start);
+    return end < 0 ? QString() : nameFilter.sliced(start + 3, end - start - 3);
+}
+
+void selectKind(QFileDialog &dialog, const QString &kind) {
+    for (const QString &filter : dialog.nameFilters())
+        if (!kind.isEmpty() && extensionOf(filter).compare(kind, Qt::CaseInsensitive) == 0)
+            dialog.selectNameFilter(filter);
+}
+
 /// Sets up and shows a dialog. True when a file was chosen.
 bool show(QFileDialog &dialog, const FileDialogRequest &request) {
     dialog.setOption(QFileDialog::DontUseNativeDialog, request.look == FileDialogRequest::Own);
     const QStringList filters = nameFilters(request.filter);
     if (!filters.isEmpty())
         dialog.setNameFilters(filters);
+    selectKind(dialog, request.kind);
     if (!request.initialName.isEmpty())
         dialog.selectFile(request.initialName);
     return dialog.exec() == QDialog::Accepted;
@@ -96,6 +111,9 @@ QString askForFileToSave(QWidget *parent, const FileDialogRequest &request, cons
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setDefaultSuffix(request.defaultExtension);
+    if (!request.defaultExtension.isEmpty()) // who chooses another kind means its extension
+        QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                         [&dialog](const QString &filter) { dialog.setDefaultSuffix(extensionOf(filter)); });
     return show(dialog, request) ? dialog.selectedFiles().value(0) : QString();
 }
 

@@ -23,6 +23,7 @@ struct FileDialogRequest {
     QString initialFolder;    ///< "" for the current one.
     QString initialName;
     QString filter; ///< Descriptions and patterns in turn, all separated by "|"; patterns of one filter by ";".
+    QString kind;   ///< The extension of the filter to start with; "" for the first one.
     Look look = Own;
 };
 

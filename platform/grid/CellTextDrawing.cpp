@@ -1,5 +1,7 @@
 #include "platform/grid/CellTextDrawing.h"
 
+#include "platform/controls/InvisibleSigns.h"
+
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStyle>
@@ -15,11 +17,6 @@ QString showablePart(const QString &text, int cellWidth) {
     constexpr qsizetype spare = 64;
     const qsizetype most = 2 * static_cast<qsizetype>(std::max(cellWidth, 0)) + spare;
     return text.size() > most ? text.left(most) : text;
-}
-
-bool isLineEnd(QChar character) {
-    return character == u'\n' || character == u'\r' || character == QChar::LineSeparator ||
-           character == QChar::ParagraphSeparator;
 }
 
 int roomForText(int cellWidth) {
@@ -74,6 +71,11 @@ void drawCellText(QPainter &painter, const QRect &cell, const QString &text, Qt:
         place.rx() -= metrics.horizontalAdvance(u' '); // outside the room, in the margin
     // Drawn at a point a text has the tab stops that it is measured with; drawn into a rectangle it has none or others.
     painter.drawText(place, withBlank(line));
+    // Signs stand over the room that a fit leaves for what they stand for; they never widen a column.
+    const qsizetype whole = std::min(line.size(), text.size()) - (line.size() < text.size() ? 1 : 0);
+    drawInvisibleSigns(painter, text.left(whole), QRectF(cell), [&](qsizetype index) {
+        return place.x() + metrics.horizontalAdvance(withBlank(line.left(index)));
+    });
 }
 
 } // namespace qir

@@ -343,6 +343,24 @@ GridRange Grid::selectedRecords() const {
     return {std::max(selected.firstRow, 1), std::max(selected.firstColumn, 1), selected.lastRow, selected.lastColumn};
 }
 
+bool Grid::isUnlikeStored(int row, int column) const {
+    return m_model->unlike().at(row, column);
+}
+
+void Grid::setUnlikeStored(int row, int column, bool unlike) {
+    if (m_model->setUnlike(row, column, unlike))
+        viewport()->update(); // once, however many cells
+}
+
+void Grid::setStoredWords(std::function<QString(int row, int column)> words) {
+    m_model->setStoredWords(std::move(words));
+}
+
+void Grid::setTexts(const std::function<void(const SetText &set)> &write) {
+    GridModel::TextBlock cells(*m_model);
+    write([&cells](int row, int column, QStringView text) { cells.set(row, column, text); });
+}
+
 void Grid::setClip(const QString &text) {
     GridModel::TextBlock cells(*m_model);
     layClipText(text, selectedRecords(),

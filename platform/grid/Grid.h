@@ -67,6 +67,10 @@ public:
     /// Does nothing outside the grid and in the fixed column.
     void setTextMatrix(int row, int column, const QString &text);
 
+    /// Sets texts of record cells as `write` gives them, one after the other, with one notice for all of them.
+    using SetText = std::function<void(int row, int column, QStringView text)>;
+    void setTexts(const std::function<void(const SetText &set)> &write);
+
     int RowData(int row) const; ///< The row's own number unless another was set.
     void setRowData(int row, int number);
     int ColData(int column) const;
@@ -97,6 +101,11 @@ public:
 
     /// What the tool tip and the accessible description of a red cell say.
     void setCellWords(std::function<QString(int row, int column)> words);
+    /// Cells whose text is not what is stored of it carry a mark in their corner, and say in their tool tip what
+    /// `words` gives for them. A fill of the grid takes the marks away.
+    bool isUnlikeStored(int row, int column) const;
+    void setUnlikeStored(int row, int column, bool unlike);
+    void setStoredWords(std::function<QString(int row, int column)> words);
 
     // Current cell and selection
 

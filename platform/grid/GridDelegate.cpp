@@ -2,12 +2,15 @@
 
 #include "platform/controls/DoubleLine.h"
 #include "platform/grid/CellTextDrawing.h"
+#include "platform/grid/GridModel.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QTextDocument>
 #include <QToolTip>
+
+#include <algorithm>
 
 namespace qir {
 
@@ -23,6 +26,16 @@ QColor selectionTint(const QPalette &palette) {
 bool isCurrent(const QStyleOptionViewItem &option, const QModelIndex &index) {
     const auto *view = qobject_cast<const QAbstractItemView *>(option.widget);
     return view != nullptr && view->currentIndex() == index;
+}
+
+/// A small triangle in the upper right corner, dark enough on white, on red and under the tint.
+void drawCornerMark(QPainter &painter, const QRect &cell) {
+    const int side = std::clamp(cell.height() / 3, 4, 10);
+    const QPoint corner(cell.right() + 1, cell.top());
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0, 0, 160));
+    painter.drawPolygon(QPolygon({corner, corner - QPoint(side, 0), corner + QPoint(0, side)}));
 }
 
 } // namespace
@@ -41,6 +54,8 @@ void GridDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, 
     painter->setPen(index.data(Qt::ForegroundRole).value<QColor>());
     const auto alignment = index.data(Qt::TextAlignmentRole).value<Qt::Alignment>();
     drawCellText(*painter, option.rect, index.data(Qt::DisplayRole).toString(), alignment & Qt::AlignHorizontal_Mask);
+    if (index.data(GridModel::UnlikeRole).toBool())
+        drawCornerMark(*painter, option.rect);
     painter->restore();
 }
 
@@ -57,9 +72,12 @@ bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const Q
     const bool differs = !text.isEmpty(); // both texts whole
     if (!differs)
         text = index.data(Qt::DisplayRole).toString();
+    const QString stored = index.data(GridModel::StoredWordsRole).toString();
     const bool cut = differs || isCutOff(option.fontMetrics, text, option.rect.width()) ||
                      !view->viewport()->rect().contains(option.rect);
-    if (!index.isValid() || text.isEmpty() || !cut) {
+    if (!stored.isEmpty())
+        text = cut && !text.isEmpty() ? text + u'\n' + stored : stored;
+    if (!index.isValid() || text.isEmpty() || (!cut && stored.isEmpty())) {
         QToolTip::hideText();
         return true;
     }

@@ -67,6 +67,10 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
         return m_cellWords && m_colours.at(row, column) == CellColour::Red ? m_cellWords(row, column) : QVariant();
+    case UnlikeRole:
+        return m_unlike.at(row, column);
+    case StoredWordsRole:
+        return m_storedWords && m_unlike.at(row, column) ? m_storedWords(row, column) : QVariant();
     default:
         return {};
     }
@@ -109,6 +113,7 @@ void GridModel::setShape(int rows, int columns) {
     beginResetModel();
     m_texts.setShape(fields, records);
     m_colours.setShape(records + 1, fields + 1);
+    m_unlike.clear();
     m_headers.resize(fields);
     m_rowData.resize(records + 1);
     m_columnData.resize(fields + 1);
@@ -122,6 +127,7 @@ void GridModel::setTable(const QStringList &headers, CellTexts texts) {
     m_headers.resize(texts.fields());
     m_texts = std::move(texts);
     m_colours = std::move(colours);
+    m_unlike.clear();
     m_rowData.reset();
     m_columnData.reset();
     endResetModel();
@@ -149,6 +155,11 @@ void GridModel::setColour(int row, int column, CellColour colour) {
         notify({row, column, row, column}, {Qt::BackgroundRole});
 }
 
+bool GridModel::setUnlike(int row, int column, bool unlike) {
+    return row >= 1 && row < rows() && column >= 1 && column < columns() &&
+           m_unlike.set(row, column, unlike, rows(), columns());
+}
+
 void GridModel::paint(const GridRange &window, const BitMatrix &different) {
     const GridRange changed = m_colours.paint(window, different);
     if (!changed.isEmpty())
@@ -161,6 +172,7 @@ void GridModel::reorderRecords(const std::vector<std::uint32_t> &order) {
         return;
     m_texts.permuteRecords(order);
     m_colours.permuteRecords(order);
+    m_unlike.permuteRecords(order);
     m_rowData.permute(order);
     notify({1, 1, rows() - 1, columns() - 1}, {Qt::DisplayRole, Qt::BackgroundRole});
 }

@@ -3,6 +3,7 @@
 #include "platform/cells/CellTexts.h"
 #include "platform/grid/CellColours.h"
 #include "platform/grid/IdentityNumbers.h"
+#include "platform/grid/UnlikeCells.h"
 
 #include <QAbstractTableModel>
 #include <QStringList>
@@ -47,6 +48,14 @@ public:
     void setCellWords(CellWords words) { m_cellWords = std::move(words); }
     /// Of the vertical header: whether the row has a red cell.
     static constexpr int DiffersRole = Qt::UserRole;
+    /// Of a cell: whether its text is not what is stored; and what to say of it then, asked for when it is wanted.
+    static constexpr int UnlikeRole = Qt::UserRole + 1;
+    static constexpr int StoredWordsRole = Qt::UserRole + 2;
+    using StoredWords = std::function<QString(int row, int column)>;
+    void setStoredWords(StoredWords words) { m_storedWords = std::move(words); }
+    const UnlikeCells &unlike() const { return m_unlike; }
+    /// True when that changes something; the view is not told.
+    bool setUnlike(int row, int column, bool unlike);
 
     IdentityNumbers &rowData() { return m_rowData; }
     const IdentityNumbers &rowData() const { return m_rowData; }
@@ -61,6 +70,8 @@ private:
 
     CellTexts m_texts;
     CellColours m_colours;
+    UnlikeCells m_unlike;
+    StoredWords m_storedWords;
     QStringList m_headers; // text of column k at k - 1
     IdentityNumbers m_rowData;
     IdentityNumbers m_columnData;

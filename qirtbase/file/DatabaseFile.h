@@ -3,11 +3,11 @@
 #include "base/FileOps.h"
 #include "base/LoadError.h"
 #include "base/Result.h"
+#include "base/state/StateFolder.h"
 #include "qirtbase/container/Container.h"
 #include "qirtbase/container/RandomSource.h"
 #include "qirtbase/container/SecretKey.h"
 #include "qirtbase/file/KeyPreparation.h"
-#include "qirtbase/file/StateFolder.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

@@ -1,9 +1,9 @@
 #include "qirtbase/file/FileSave.h"
 
+#include "base/state/StateFolder.h"
 #include "qirtbase/file/InPlaceRecovery.h"
 #include "qirtbase/file/KeptVersion.h"
 #include "qirtbase/file/Leftovers.h"
-#include "qirtbase/file/StateFolder.h"
 
 #include <QFile>
 

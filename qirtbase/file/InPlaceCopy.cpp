@@ -1,6 +1,6 @@
 #include "qirtbase/file/InPlaceCopy.h"
 
-#include "qirtbase/file/StateFolder.h"
+#include "base/state/StateFolder.h"
 
 #include <QFile>
 

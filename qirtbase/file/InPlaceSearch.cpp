@@ -1,5 +1,5 @@
+#include "base/state/StateFolder.h"
 #include "qirtbase/file/InPlaceCopy.h"
-#include "qirtbase/file/StateFolder.h"
 
 #include <unistd.h>
 

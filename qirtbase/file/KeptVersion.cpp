@@ -1,7 +1,7 @@
 #include "qirtbase/file/KeptVersion.h"
 
 #include "base/StagedFile.h"
-#include "qirtbase/file/StateFolder.h"
+#include "base/state/StateFolder.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "qirtbase/journal/JournalFolder.h"
 
-#include "qirtbase/file/StateFolder.h"
+#include "base/state/StateFolder.h"
 #include "qirtbase/journal/JournalFile.h"
 
 #include <algorithm>

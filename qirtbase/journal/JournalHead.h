@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/state/StateFolder.h"
 #include "qirtbase/container/Container.h"
 #include "qirtbase/container/FileHeader.h"
-#include "qirtbase/file/StateFolder.h"
 #include "qirtbase/journal/JournalLayout.h"
 
 #include <QByteArray>

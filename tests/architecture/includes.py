@@ -10,7 +10,7 @@ import re
 import sys
 
 # Each folder, from the lowest floor to the highest, and the folders that it may include besides itself: one library each.
-PLAIN = ["base", "base/columns"]
+PLAIN = ["base", "base/columns", "base/state"]
 CONTRACT = PLAIN + ["platform/automation", "db"]
 STORAGE = ["qirtbase/container", "qirtbase/file", "qirtbase/model"]
 CONTROLS = PLAIN + ["platform/cells", "platform/dialogs", "platform/loop", "platform/controls", "platform/grid", "platform/list"]
@@ -18,6 +18,7 @@ WINDOW = CONTRACT + CONTROLS + ["app/shared", "pane"]
 ROWS = {
     "base": [],
     "base/columns": ["base"],
+    "base/state": ["base"],
     "qirtbase/model": PLAIN,
     "qirtbase/container": PLAIN,
     "qirtbase/file": PLAIN + ["qirtbase/container"],
@@ -26,9 +27,17 @@ ROWS = {
     "platform/automation": PLAIN,
     "db": PLAIN + ["platform/automation"],
     "compare/engine": CONTRACT,
+    "compare/report": CONTRACT + ["compare/engine"],
     "cli/tables": CONTRACT,
-    "cli": CONTRACT + ["compare/engine", "cli/tables"],
+    "cli/diff": CONTRACT + ["compare/engine", "compare/report", "cli/tables"],
+    "cli": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli/diff"],
+    "cli/audit": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli"],
+    "cli/exchange": CONTRACT + ["cli/tables", "cli"],
+    "cli/git": CONTRACT + ["compare/report", "cli/tables", "cli"],
+    "cli/help": PLAIN + ["cli"],
+    "cli/kept": CONTRACT + ["cli/tables", "cli"],
     "platform/cells": PLAIN,
+    "cli/edit": CONTRACT + ["compare/report", "cli/tables", "cli/diff", "cli", "platform/cells"],
     "platform/dialogs": PLAIN,
     "platform/loop": PLAIN + ["platform/dialogs"],
     "platform/controls": PLAIN,
@@ -38,17 +47,23 @@ ROWS = {
     "pane": CONTRACT + CONTROLS + ["app/shared"],
     "dialogs": CONTRACT + CONTROLS,
     "compare": WINDOW + ["compare/engine"],
+    "compare/keyed": WINDOW + ["compare/engine", "compare/report"],
     "view": WINDOW + ["compare", "compare/engine"],
+    "find": WINDOW + ["compare", "compare/engine", "view"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
     "app/history": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
-    "app": WINDOW + ["dialogs", "compare", "compare/engine", "view", "structure", "app/history"],
+    "app/desktop": WINDOW + ["compare", "compare/engine", "view"],
+    "app/look": WINDOW,
+    "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view", "find",
+            "structure", "app/desktop", "app/look", "app/history"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
 LOW_MODULES = ("Funzioni", "utility")
 MOST_FILES = 32
-CORE_ONLY = {"base", "base/columns", "platform/automation", "platform/cells", "db", "compare/engine", "qirtbase", "qirtbase/model", "qirtbase/container",
-             "qirtbase/file", "qirtbase/journal", "cli", "cli/tables"}
+CORE_ONLY = {"base", "base/columns", "base/state", "platform/automation", "platform/cells", "db", "compare/engine",
+             "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
+             "cli/tables", "cli/diff", "cli/audit", "cli/edit", "cli/exchange", "cli/git", "cli/help", "cli/kept"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"
     r"QColor|QFont|QPixmap|QPainter|QTableView|QListView|QGuiApplication|QClipboard)")

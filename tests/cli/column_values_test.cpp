@@ -43,10 +43,13 @@ TEST(FieldHeaderTest, NamesTheTypeInSquareBrackets) {
     EXPECT_EQ(headed("a[1][date]"), "a[1][date]");
 }
 
-TEST(FieldHeaderTest, BracketsAroundSomethingElseBelongToTheName) {
-    EXPECT_EQ(headed("Flow [m3]"), "Flow [m3][text:50]");
+TEST(FieldHeaderTest, BracketsAtTheEndNameATypeAndNothingElse) {
+    const std::string rest = " is no type; a name that ends in brackets needs its type behind, as in ";
+    EXPECT_EQ(headed("Flow [m3]"), "field \"Flow [m3]\": \"m3\"" + rest + "Flow [m3][text]");
+    EXPECT_EQ(headed("Speed[lnog]"), "field \"Speed[lnog]\": \"lnog\"" + rest + "Speed[lnog][text]");
+    EXPECT_EQ(headed("Flow[]"), "field \"Flow[]\": \"\"" + rest + "Flow[][text]");
+    EXPECT_EQ(headed("Flow [m3][double]"), "Flow [m3][double]");
     EXPECT_EQ(headed("[long] run"), "[long] run[text:50]");
-    EXPECT_EQ(headed("Flow[]"), "Flow[][text:50]");
 }
 
 TEST(FieldHeaderTest, ASizeThatCannotBeIsAnError) {

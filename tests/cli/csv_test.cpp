@@ -96,11 +96,45 @@ TEST(CsvTableTest, SaysWhatIsWrongAndWhere) {
     EXPECT_EQ(problemOf(""), "it has no header line");
     EXPECT_EQ(problemOf("A,B\n1,2\n1\n"), "record 2: it has 1 values, the header has 2");
     EXPECT_EQ(problemOf("A\n1,2\n"), "record 1: it has 2 values, the header has 1");
-    EXPECT_EQ(problemOf("A\nx\"y\n"), "record 1: a quote stands where none can");
-    EXPECT_EQ(problemOf("A\n\"x\"y\n"), "record 1: a quote stands where none can");
-    EXPECT_EQ(problemOf("A\n\"x\n"), "record 1: a quote stands where none can");
     EXPECT_EQ(problemOf("A\n\xFF\xFE\n"), "record 1: this is no UTF-8 text");
     EXPECT_EQ(problemOf("\xC3\n"), "the header line: this is no UTF-8 text");
+}
+
+TEST(CsvTableTest, SaysTheLineAndColumnOfAQuoteThatIsOutOfPlace) {
+    const std::string behind = "behind a closing quote comes neither a separator nor a line end";
+    EXPECT_EQ(problemOf("A\n\"x\"y\n"), "line 2, column 4: " + behind);
+    EXPECT_EQ(problemOf("A,B\r\n1,\"\xC3\xA9\" \r\n"), "line 2, column 6: " + behind);
+    EXPECT_EQ(problemOf("A,B\n1,\"two\nlines\"x\n"), "line 3, column 7: " + behind);
+    EXPECT_EQ(problemOf("A,B\n1,\"x\n2,3\n"), "line 2, column 3: a quote that is not closed");
+    EXPECT_EQ(problemOf("\"A,B\n1,2\n"), "line 1, column 1: a quote that is not closed");
+}
+
+TEST(CsvTableTest, AQuoteInsideAnUnquotedValueIsTakenAsItStands) {
+    const Result<CsvTable> table = CsvTable::read("A,B\n5\" pipe,x\"\"\n a,\" b\"\n");
+    ASSERT_TRUE(table) << table.error().text.toStdString();
+    EXPECT_EQ(table->value(0, 0), u"5\" pipe"_s);
+    EXPECT_EQ(table->value(0, 1), u"x\"\""_s);
+    EXPECT_EQ(table->value(1, 1), u" b"_s);
+}
+
+TEST(CsvTableTest, AnotherDelimiterMustBeSaid) {
+    const auto refusal = [](const std::string &what) {
+        return "its header has " + what + " and no comma: say by --delimiter what separates its values";
+    };
+    EXPECT_EQ(problemOf("A;B\n1;2\n"), refusal("\";\""));
+    EXPECT_EQ(problemOf("\n\"A\"\tB\n1\t2\n"), refusal("tabs"));
+    EXPECT_EQ(problemOf("A\tB;C\n"), refusal("tabs"));
+    EXPECT_EQ(problemOf("\"A;B\"\n1;2\n"), "none");
+    EXPECT_EQ(problemOf("A;B,C\n1;2,3\n"), "none");
+    EXPECT_EQ(problemOf("A\n1;2\n"), "none");
+    const Result<CsvTable> table = CsvTable::read("A;B\n1,5;\"a;b\"\n", ';');
+    ASSERT_TRUE(table) << table.error().text.toStdString();
+    EXPECT_EQ(table->header(), (QStringList{u"A"_s, u"B"_s}));
+    EXPECT_EQ(table->value(0, 0), u"1,5"_s);
+    EXPECT_EQ(table->value(0, 1), u"a;b"_s);
+    const Result<CsvTable> alone = CsvTable::read("A;B\n1\n", ',');
+    ASSERT_TRUE(alone) << alone.error().text.toStdString();
+    EXPECT_EQ(alone->header(), QStringList{u"A;B"_s});
 }
 
 TEST(CsvTextTest, QuotesOnlyWhatWouldBeReadAsSomethingElse) {
@@ -109,6 +143,7 @@ TEST(CsvTextTest, QuotesOnlyWhatWouldBeReadAsSomethingElse) {
     EXPECT_EQ(written(u""_s), u"\"\""_s);
     EXPECT_EQ(written(u" a"_s), u"\" a\""_s);
     EXPECT_EQ(written(u"a,b"_s), u"\"a,b\""_s);
+    EXPECT_EQ(written(u"a;b"_s), u"\"a;b\""_s); // or it would look like two in a header
     EXPECT_EQ(written(u"5\" pipe"_s), u"\"5\"\" pipe\""_s);
     EXPECT_EQ(written(u"a\nb"_s), u"\"a\nb\""_s);
 }

@@ -397,7 +397,7 @@ TEST_P(ProgramTest, AWrongCommandLineIsTrouble) {
 TEST_P(ProgramTest, HelpAndVersionAreNoErrors) {
     EXPECT_THAT(done({u"--help"_s}).toStdString(), HasSubstr("Exit status: 0"));
     EXPECT_THAT(done({u"import"_s, u"--help"_s}).toStdString(), HasSubstr("--password-file"));
-    EXPECT_THAT(done({u"--version"_s}).toStdString(), testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_THAT(done({u"--version"_s}).toStdString(), testing::MatchesRegex("qirdb [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
 TEST_P(ProgramTest, AMissingFileIsNamedWithTheReason) {

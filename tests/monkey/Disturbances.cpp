@@ -64,6 +64,8 @@ MonkeyFiles::MonkeyFiles() {
     makeDatabase(original(locked), {pumps(4, 1), small(u"Secret"_s, 2)}, password);
     makeDatabase(original(large), {pumps(300, 4), small(u"Valves"_s, 200)});
     QDir(folder()).mkdir(u"sub"_s);
+    // What the editor remembers is this run's own: recent files of others are none of the monkey's business.
+    qputenv("XDG_STATE_HOME", original(u"state"_s).toUtf8());
     restoreAll();
 }
 

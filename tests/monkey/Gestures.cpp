@@ -81,8 +81,8 @@ constexpr std::array strokes{
     Stroke{Qt::Key_Tab, 4},    Stroke{Qt::Key_Backtab, 2}, Stroke{Qt::Key_Return, 8},    Stroke{Qt::Key_Enter, 1},
     Stroke{Qt::Key_Escape, 3}, Stroke{Qt::Key_Delete, 3},  Stroke{Qt::Key_Backspace, 4}, Stroke{Qt::Key_Insert, 3},
     Stroke{Qt::Key_Space, 2},  Stroke{Qt::Key_Menu, 3},    Stroke{Qt::Key_F1, 1},        Stroke{Qt::Key_F2, 2},
-    Stroke{Qt::Key_F5, 2},     Stroke{Qt::Key_F6, 2},      Stroke{Qt::Key_F7, 2},        Stroke{Qt::Key_F8, 4},
-    Stroke{Qt::Key_F10, 1},    Stroke{Qt::Key_Alt, 1}};
+    Stroke{Qt::Key_F3, 2},     Stroke{Qt::Key_F5, 2},      Stroke{Qt::Key_F6, 2},        Stroke{Qt::Key_F7, 2},
+    Stroke{Qt::Key_F8, 4},     Stroke{Qt::Key_F10, 1},     Stroke{Qt::Key_Alt, 1}};
 
 /// What a key types.
 QString textOf(Qt::Key key) {

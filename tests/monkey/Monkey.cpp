@@ -43,6 +43,19 @@ const QStringList &clipboardTexts() {
     return texts;
 }
 
+/// The entries of a menu and, in their place, those of the menus in it, as they are filled when they open.
+QList<QAction *> entriesOf(QMenu &menu) {
+    Q_EMIT menu.aboutToShow();
+    QList<QAction *> entries;
+    for (QAction *action : menu.actions()) {
+        if (action->menu() != nullptr)
+            entries.append(entriesOf(*action->menu()));
+        else
+            entries.append(action);
+    }
+    return entries;
+}
+
 } // namespace
 
 StepLog::StepLog(const QString &path)
@@ -300,7 +313,7 @@ void Monkey::changeWindow(Numbers &numbers) {
 void Monkey::chooseFromMenus(Numbers &numbers) {
     QList<QAction *> enabled;
     for (const QAction *title : m_window->menuBar()->actions())
-        for (QAction *action : title->menu()->actions())
+        for (QAction *action : entriesOf(*title->menu()))
             // The window's end comes by its close box and by keys, and not so often.
             if (action->objectName() != u"EndMenu" && title->isEnabled() && action->isEnabled() &&
                 action->isVisible() && !action->isSeparator())

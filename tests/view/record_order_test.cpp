@@ -1,7 +1,6 @@
-#include "view/RecordOrder.h"
+#include "platform/cells/RecordOrder.h"
 
 #include "base/LeadingNumber.h"
-#include "platform/cells/CellColumn.h"
 #include "tests/support/Columns.h"
 
 #include <QStringList>

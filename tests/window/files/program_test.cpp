@@ -61,6 +61,9 @@ private Q_SLOTS:
         QTest::newRow("an unknown one") << QStringList{u"--nonsense"_s} << QByteArray("nonsense");
         QTest::newRow("before a file") << QStringList{u"--nonsense"_s, u"A.DDB"_s} << QByteArray("nonsense");
         QTest::newRow("beside help") << QStringList{u"--nonsense"_s, u"--help"_s} << QByteArray("nonsense");
+        QTest::newRow("two left files") << QStringList{u"--left"_s, u"A.DDB"_s, u"B.DDB"_s} << QByteArray("--left");
+        QTest::newRow("a right one twice")
+            << QStringList{u"--right"_s, u"A.DDB"_s, u"--right"_s, u"B.DDB"_s} << QByteArray("--right");
         QTest::newRow("without its value") << QStringList{u"--picture"_s} << QByteArray("picture");
     }
 

@@ -148,6 +148,51 @@ private Q_SLOTS:
         QVERIFY(QImage(picture).width() > 500);
     }
 
+    void twoFilesNamedByOptionsStandSideBySide() {
+        const QString left = makeFile(u"A.DDB"_s, {pumps()});
+        const QString right = makeFile(u"B.DDB"_s, {valves()});
+        DialogScript dialogs;
+        QStringList shown;
+        QTimer looking;
+        QObject::connect(&looking, &QTimer::timeout, [&] {
+            DtbEditor *window = editorWindow();
+            if (window == nullptr || MessageLoop::instance()->commandRunning() || !window->context().DtbAperto(1))
+                return;
+            looking.stop();
+            shown = {window->context().NomeFileDtb(0), window->context().NomeFileDtb(1)};
+            window->close();
+        });
+        looking.start(0);
+        QCOMPARE(runProgram({{}, QString(), left, right}), 0);
+        QCOMPARE(shown, (QStringList{left, right}));
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void aFileThatAnOptionNamesMustBeThere_data() {
+        QTest::addColumn<bool>("right");
+        QTest::newRow("left") << false;
+        QTest::newRow("right") << true;
+    }
+
+    void aFileThatAnOptionNamesMustBeThere() {
+        QFETCH(bool, right);
+        const QString file = makeFile(u"A.DDB"_s, {pumps()});
+        const QString missing = path(u"MISSING.DDB"_s);
+        DialogScript dialogs;
+        dialogs.expectMessage(u"'%1' was not found"_s.arg(missing), u"!"_s, u"OK"_s);
+        QCOMPARE(runProgram({{}, QString(), right ? file : missing, right ? missing : file}), 1);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void endsTheProgramWithStatus1WhenTheRightFileCannotBeLoaded() {
+        const QString bad = writeBytes(u"BAD.DDB"_s, "this is no database");
+        const QString file = makeFile(u"A.DDB"_s, {pumps()});
+        DialogScript dialogs;
+        dialogs.expectMessage(u"Can't load '"_s + bad + u"'"_s, u"!!"_s, u"OK"_s);
+        QCOMPARE(runProgram({{file}, QString(), QString(), bad}), 1);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
     void closingTheWindowInTheMiddleOfALongLoadEndsTheProgramAndWritesNothing() {
         QStringList numbers;
         for (int r = 0; r < 400'000; ++r)

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "platform/grid/GridRange.h"
 #include "tests/model/PlainDatabase.h"
 
 #include <QString>
 #include <QStringList>
 
 #include <array>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -117,6 +119,8 @@ public:
 
     /// Types a text in place of a cell's own, key by key.
     void type(int pane, int row, int column, const QString &text);
+    /// Writes a text into each cell of a block, and no other cell.
+    void rewrite(int index, const GridRange &cells, const std::function<QString(int row, int column)> &text);
     void paste(int pane, int firstRow, int firstColumn, int lastRow, int lastColumn,
                const std::vector<QStringList> &cells);
     void sort(int pane, int column);

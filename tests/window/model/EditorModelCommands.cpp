@@ -354,6 +354,16 @@ void EditorModel::paste(int index, int firstRow, int firstColumn, int lastRow, i
     storeAll(index);
 }
 
+void EditorModel::rewrite(int index, const GridRange &cells, const std::function<QString(int row, int column)> &text) {
+    for (int r = cells.firstRow; r <= cells.lastRow; ++r) {
+        for (int c = cells.firstColumn; c <= cells.lastColumn; ++c) {
+            pane(index).texts[static_cast<std::size_t>(r - 1)][c - 1] = text(r, c);
+            storeText(index, r, c);
+        }
+    }
+    compare();
+}
+
 void EditorModel::sort(int index, int column) {
     std::vector<QStringList> &texts = pane(index).texts;
     std::vector<std::size_t> order(texts.size());

@@ -71,6 +71,7 @@ private:
     void leaveEditor(int pane, int row, int column);
     void selectCells(int pane, const GridSelection &block);
     void paste(int pane, const GridSelection &block);
+    void fillDown(int pane, const GridSelection &block);
     void sortByColumn(int pane, int column);
 
     void open(int file, bool cancel);

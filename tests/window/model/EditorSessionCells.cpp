@@ -190,6 +190,14 @@ void EditorSession::takeCellStep(const Step &step) {
     case Step::PasteBlock:
         note(place);
         return paste(pane, block);
+    case Step::EmptyBlock:
+        note(place);
+        selectCells(pane, block);
+        hands::key(&m_fixture->grid(pane), Qt::Key_Delete);
+        return m_model.rewrite(pane, block.range(), [](int, int) { return QString(); });
+    case Step::FillDown:
+        note(place);
+        return fillDown(pane, block);
     case Step::SortColumn:
         return sortByColumn(pane, block.column);
     default:
@@ -251,6 +259,17 @@ void EditorSession::paste(int pane, const GridSelection &block) {
     const GridRange range = block.range();
     if (m_clipboard)
         m_model.paste(pane, range.firstRow, range.firstColumn, range.lastRow, range.lastColumn, *m_clipboard);
+}
+
+void EditorSession::fillDown(int pane, const GridSelection &block) {
+    selectCells(pane, block);
+    hands::key(&m_fixture->grid(pane), Qt::Key_D, Qt::ControlModifier);
+    GridRange cells = block.range();
+    const int source = cells.firstRow == cells.lastRow ? cells.firstRow - 1 : cells.firstRow++;
+    if (source >= 1)
+        m_model.rewrite(pane, cells, [&](int, int column) {
+            return m_model.pane(pane).texts[static_cast<std::size_t>(source - 1)][column - 1];
+        });
 }
 
 void EditorSession::sortByColumn(int pane, int column) {

@@ -40,6 +40,8 @@ constexpr std::array<KindOfStep, Step::KindCount> kinds{{
     {"copy a block", 5},
     {"paste the block", 6},
     {"paste a text", 5},
+    {"empty the block", 4},
+    {"fill the block down", 4},
     {"sort by a column", 6},
     {"fit the columns", 1},
     {"compare again", 3},

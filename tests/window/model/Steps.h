@@ -34,6 +34,8 @@ struct Step {
         CopyBlock,
         PasteBlock,
         PasteText,
+        EmptyBlock,
+        FillDown,
         SortColumn,
         FitColumns,
         CompareAgain,

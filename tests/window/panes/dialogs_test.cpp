@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
+#include <QToolButton>
 
 using namespace qir;
 using namespace qir::test;
@@ -101,6 +102,57 @@ private Q_SLOTS:
         QCOMPARE(outcome.answer, u"typed"_s);
         QVERIFY(!outcome.cancelled);
         QCOMPARE(outcome.problems, QString());
+    }
+
+    void theEyeShowsWhatIsTypedAndHidesItAgain() {
+        Question question;
+        question.password = true;
+        const Outcome outcome = ask(question, [](QDialog &dialog) {
+            QLineEdit &box = testo(dialog);
+            hands::type(&box, u"secret"_s);
+            const QList<QToolButton *> eyes = box.findChildren<QToolButton *>();
+            QCOMPARE(eyes.size(), 1);
+            QCOMPARE(box.echoMode(), QLineEdit::Password);
+            hands::click(eyes[0], Qt::LeftButton);
+            QCOMPARE(box.echoMode(), QLineEdit::Normal);
+            QCOMPARE(box.displayText(), u"secret"_s);
+            hands::click(eyes[0], Qt::LeftButton);
+            QCOMPARE(box.displayText(), u"******"_s);
+            QVERIFY(box.hasFocus());
+            pressButton(dialog, u"OK"_s);
+        });
+        QCOMPARE(outcome.answer, u"secret"_s);
+        QCOMPARE(outcome.problems, QString());
+    }
+
+    void aBoxThatIsNoPasswordHasNoEye() {
+        ask({}, [](QDialog &dialog) {
+            QVERIFY(testo(dialog).findChildren<QToolButton *>().isEmpty());
+            pressButton(dialog, u"OK"_s);
+        });
+    }
+
+    void capsLockIsToldByTheLettersThatItMakes() {
+        Question question;
+        question.password = true;
+        ask(question, [](QDialog &dialog) {
+            QLineEdit &box = testo(dialog);
+            const auto &told = control<QLabel>(dialog, u"capsLock"_s);
+            const QSize size = dialog.size();
+            hands::strike(dialog, Qt::Key_A, Qt::NoModifier, u"a"_s);
+            QVERIFY(!told.isVisible());
+            hands::strike(dialog, Qt::Key_A, Qt::NoModifier, u"A"_s);
+            QVERIFY(told.isVisible());
+            QCOMPARE(dialog.size(), size);
+            hands::strike(dialog, Qt::Key_5, Qt::NoModifier, u"5"_s); // tells nothing
+            QVERIFY(told.isVisible());
+            hands::strike(dialog, Qt::Key_A, Qt::ShiftModifier, u"A"_s);
+            QVERIFY(!told.isVisible());
+            hands::strike(dialog, Qt::Key_A, Qt::ShiftModifier, u"a"_s);
+            QVERIFY(told.isVisible());
+            QCOMPARE(box.text(), u"aA5Aa"_s);
+            pressButton(dialog, u"OK"_s);
+        });
     }
 
     void anEmptyConfirmationIsNoCancel() {

@@ -126,7 +126,7 @@ private Q_SLOTS:
         QVERIFY(label.text().endsWith(u".DDB"_s)); // whole for who reads it
         QHelpEvent help(QEvent::ToolTip, QPoint(2, 2), label.mapToGlobal(QPoint(2, 2)));
         QApplication::sendEvent(&label, &help);
-        QCOMPARE(QToolTip::text(), label.text());
+        QVERIFY2(QToolTip::text().startsWith(label.text()), qPrintable(QToolTip::text()));
         QToolTip::hideText();
         const QImage cut = label.grab().toImage();
         fixture.window().resize(2000, 400);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "pane/EditorContext.h"
+
+namespace qir {
+
+/// File > Report: what differs between the two databases, as a page of HTML.
+void addReportCommand(EditorContext &editor);
+
+/// Asks for the file and writes the page; nothing is left half.
+void ReportMenu_Click(EditorContext &editor);
+
+} // namespace qir

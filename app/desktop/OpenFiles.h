@@ -1,0 +1,18 @@
+#pragma once
+
+#include "pane/EditorContext.h"
+
+namespace qir {
+
+/// The name of the file that a pane's database has, which is shown there: a name that the component refused is not it.
+QString openFileName(const EditorContext &editor, int pane);
+
+/// The absolute path of the file that this name stands for; "" for a pane without one.
+QString openFilePath(const EditorContext &editor, int pane);
+
+Protection protectionOf(const QString &fileName);
+
+/// What a pane has just opened or saved is the newest of the recent files, and with the other pane's the newest pair.
+void rememberOpenFile(EditorContext &editor, int pane);
+
+} // namespace qir

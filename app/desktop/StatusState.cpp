@@ -1,0 +1,137 @@
+#include "app/desktop/StatusState.h"
+
+#include "compare/DifferingTables.h"
+#include "db/FieldTypes.h"
+#include "pane/StatusLine.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
+
+#include <QDate>
+#include <QTime>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString separator = u", "_s;
+const QString dayFormat = u"yyyyMMdd"_s;
+const QString clockFormat = u"hhmmss"_s;
+const QString minutesFormat = u"hh:mm"_s;
+const QString secondsFormat = u"hh:mm:ss"_s;
+constexpr int longestText = 200; // of a cell that is told
+
+/// A header's text is the field's name, then its type in square brackets.
+struct FieldWords {
+    QString name;
+    QString type;
+};
+
+FieldWords fieldWords(const QString &header) {
+    const qsizetype bracket = header.lastIndexOf(u" ["_s);
+    return bracket < 0 ? FieldWords{header, {}} : FieldWords{header.left(bracket), header.mid(bracket + 2).chopped(1)};
+}
+
+QString joined(QStringList parts) {
+    parts.removeAll(QString());
+    return parts.join(separator);
+}
+
+} // namespace
+
+QString readableDate(const QString &text) {
+    const QString day = text.section(u'.', 0, 0);
+    QString clock = text.section(u'.', 1);
+    const QDate date = QDate::fromString(day, dayFormat);
+    if (!date.isValid() || clock.size() > 6)
+        return text;
+    if (clock.isEmpty())
+        return date.toString(Qt::ISODate);
+    clock = clock.leftJustified(6, u'0'); // a number's text ends before its last zeros
+    const QTime time = QTime::fromString(clock, clockFormat);
+    if (!time.isValid())
+        return text;
+    return date.toString(Qt::ISODate) + u' ' + time.toString(time.second() == 0 ? minutesFormat : secondsFormat);
+}
+
+void StatusState::show() {
+    m_editor.status().setState(left(), right());
+}
+
+QString StatusState::left() const {
+    const int pane = m_editor.IndexAttivo();
+    if (pane < 0 || !m_editor.DtbAperto(pane) || m_editor.ListaTabelle(pane).ListIndex() < 0)
+        return {};
+    return joined({tableAndRecord(pane), cell(pane)});
+}
+
+QString StatusState::tableAndRecord(int pane) const {
+    const QString table = m_editor.pane(pane).selectedTableName();
+    const Grid &grid = m_editor.Tabella(pane);
+    if (!m_editor.pane(pane).realTableSelected())
+        return joined({table, tr("missing here")});
+    if (!grid.Visible() || grid.Row() < 1)
+        return table;
+    return joined({table, tr("record %1 of %2").arg(grid.RowData(grid.Row())).arg(grid.Rows() - 1)});
+}
+
+QString StatusState::cell(int pane) const {
+    const Grid &grid = m_editor.Tabella(pane);
+    // The empty column of a table without fields stands for none.
+    if (!grid.Visible() || grid.Row() < 1 || grid.ColData(grid.Col()) < 1)
+        return {};
+    const FieldWords field = fieldWords(grid.TextMatrix(0, grid.Col()));
+    QString text = grid.TextMatrix(grid.Row(), grid.Col());
+    if (field.type == DBTypeName(static_cast<int>(FieldType::Date)))
+        text = readableDate(text);
+    if (text.size() > longestText)
+        text = text.left(longestText) + u'…';
+    return joined({tr("%1: %2").arg(field.name, field.type), text.simplified()});
+}
+
+bool StatusState::hasChanged(int pane) {
+    if (pane < 0 || !m_editor.DtbAperto(pane))
+        return false;
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    Changed &known = m_changed.at(static_cast<std::size_t>(pane));
+    // A database becomes changed by what is written to it alone.
+    if (!known.flag && known.revision == database.revision())
+        return false;
+    // What a keystroke writes has changed something: the component is asked nothing more than its write.
+    if (m_editor.RigaEdit() > 0 && known.revision != 0 && known.revision != database.revision()) {
+        known = {true, database.revision()};
+        return true;
+    }
+    try {
+        known = {database.DtbHasChanged(), database.revision()};
+    } catch (const std::exception &) { // told by whoever needs the answer
+        known = {};
+    }
+    return known.flag;
+}
+
+QString StatusState::right() {
+    const int pane = m_editor.IndexAttivo();
+    const bool changed = hasChanged(pane);
+    const int tables = m_tables.count();
+    QString tablesText;
+    if (tables > 0)
+        tablesText = tables == 1 ? tr("1 table differs") : tr("%1 tables differ").arg(tables);
+    return joined({changed ? tr("changed") : QString(), tablesText, records()});
+}
+
+QString StatusState::records() const {
+    if (!m_editor.gridsShowSameTable())
+        return {};
+    const int left = m_editor.Tabella(0).Rows() - 1;
+    const int right = m_editor.Tabella(1).Rows() - 1;
+    if ((left == 0) != (right == 0))
+        return tr("%1 and %2 records").arg(left).arg(right);
+    const qulonglong cells = m_editor.Tabella(0).Visible() ? m_editor.CelleDiverse().count() : 0;
+    if (cells == 0)
+        return {};
+    return cells == 1 ? tr("1 cell here") : tr("%1 cells here").arg(cells);
+}
+
+} // namespace qir

@@ -1,0 +1,129 @@
+#include "cli/diff/TabularOutput.h"
+
+#include "base/VariantKind.h"
+#include "cli/tables/CsvText.h"
+#include "cli/tables/TextTable.h"
+#include "compare/report/ReportRows.h"
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+QString cellText(const CellView &cell) {
+    QString buffer;
+    return cell.isText ? textOf(cell, buffer).toString() : numberWords(cell.number);
+}
+
+/// A value inside OLD->NEW, where NULL would stand for none.
+QString quotedValue(const QString &text) {
+    qsizetype underscores = 0;
+    while (underscores < text.size() && text[underscores] == u'_')
+        ++underscores;
+    return text.sliced(underscores) == u"NULL"_s ? u'_' + text : text;
+}
+
+class TabularTable {
+public:
+    TabularTable(QByteArray &out, const TableDifference &table, const QirDatabase &left, const QirDatabase &right)
+        : m_out(out)
+        , m_table(table)
+        , m_columns(reportColumns(table, left, right)) {
+        if (table.kind != AlignedRowKind::RightOnly)
+            m_left.emplace(left);
+        if (table.kind != AlignedRowKind::LeftOnly)
+            m_right.emplace(right);
+    }
+
+    void write(const OutputSink &sink) {
+        m_out += "## " + printableText(m_table.name).toUtf8() + '\n';
+        writeSchema();
+        m_out += "@@";
+        for (const ReportColumn &column : m_columns)
+            value(column.right != 0 ? column.rightName : column.leftName);
+        m_out += '\n';
+        forEachReportRow(m_table, m_columns, ReportedRecords::WithNewValues, [&](const ReportRow &row) {
+            writeRow(row);
+            sink(m_out);
+        });
+    }
+
+private:
+    void value(QStringView text) {
+        m_out += ',';
+        appendCsvValue(m_out, text);
+    }
+
+    /// The schema line is there only where the fields differ.
+    void writeSchema() {
+        const auto isPlain = [](const ReportColumn &column) { return column.leftName == column.rightName; };
+        if (std::ranges::all_of(m_columns, isPlain) || m_table.kind != AlignedRowKind::Both)
+            return;
+        m_out += '!';
+        for (const ReportColumn &column : m_columns) {
+            if (column.left == 0)
+                m_out += ",+++";
+            else if (column.right == 0)
+                m_out += ",---";
+            else if (isPlain(column))
+                m_out += ',';
+            else
+                value(u'(' + column.leftName + u')');
+        }
+        m_out += '\n';
+    }
+
+    void writeRow(const ReportRow &row) {
+        std::vector<QString> olds(m_columns.size());
+        std::vector<QString> news(m_columns.size());
+        bool changed = false;
+        QString arrow = u"->"_s;
+        for (std::size_t i = 0; i < m_columns.size(); ++i) {
+            const ReportColumn &column = m_columns[i];
+            if (column.left != 0 && row.records.left != 0)
+                olds[i] = cellText(m_left->cell(row.records.left, column.left));
+            if (column.right != 0 && row.records.right != 0)
+                news[i] = cellText(m_right->cell(row.records.right, column.right));
+            changed = changed || (row.differs[i] && column.left != 0 && column.right != 0);
+            while (olds[i].contains(arrow) || news[i].contains(arrow))
+                arrow.prepend(u'-');
+        }
+        const bool both = row.change == RecordChange::Changed;
+        m_out += both ? (changed ? arrow.toLatin1() : QByteArray("+"))
+                      : QByteArray(row.change == RecordChange::Added ? "+++" : "---");
+        for (std::size_t i = 0; i < m_columns.size(); ++i) {
+            const ReportColumn &column = m_columns[i];
+            const bool inLeft = column.left != 0 && row.records.left != 0;
+            const bool inRight = column.right != 0 && row.records.right != 0;
+            if (inLeft && inRight && row.differs[i])
+                value(quotedValue(olds[i]) + arrow + quotedValue(news[i]));
+            else if (inLeft || inRight)
+                value(inLeft ? olds[i] : news[i]);
+            else
+                m_out += ',';
+        }
+        m_out += '\n';
+    }
+
+    QByteArray &m_out;
+    const TableDifference &m_table;
+    std::vector<ReportColumn> m_columns;
+    std::optional<CurrentTable> m_left;
+    std::optional<CurrentTable> m_right;
+};
+
+} // namespace
+
+void appendTabular(QByteArray &out, const TableDifference &table, const QirDatabase &left, const QirDatabase &right,
+                   const OutputSink &sink) {
+    if (table.kind == AlignedRowKind::Both && !table.different)
+        return;
+    chooseOnBothSides(table, left, right);
+    TabularTable(out, table, left, right).write(sink);
+}
+
+} // namespace qir

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "cli/git/RecordMerge.h"
+
+namespace qir {
+
+/// The fields that a merged table has, by their names, and what both sides have made of them.
+struct MergedFields {
+    std::vector<FieldPlaces> fields;
+    std::vector<Conflict> conflicts;
+};
+
+MergedFields mergeFields(const TableContent &base, const TableContent &ours, const TableContent &theirs);
+
+} // namespace qir

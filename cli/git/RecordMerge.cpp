@@ -1,0 +1,119 @@
+#include "cli/git/RecordMerge.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+QVariant valueAt(const RecordValues *values, int place) {
+    return values == nullptr || place < 0 ? QVariant() : (*values)[static_cast<std::size_t>(place)];
+}
+
+QVariant emptyValue(const FieldInfo &field) {
+    return field.type == FieldType::Text ? QVariant(QString()) : QVariant(0.0);
+}
+
+/// What a record of a field that it never had counts as.
+QVariant orEmpty(const QVariant &value, const FieldInfo &field) {
+    return value.isValid() ? value : emptyValue(field);
+}
+
+QVariantList listOf(const RecordValues *values) {
+    return values == nullptr ? QVariantList() : QVariantList(values->begin(), values->end());
+}
+
+QVariantList oneOf(const QVariant &value) {
+    return value.isValid() ? QVariantList{value} : QVariantList();
+}
+
+} // namespace
+
+bool RecordMerge::isUnchanged(const RecordValues &base, const RecordValues &side, int FieldPlaces::*place) const {
+    return std::ranges::all_of(m_fields, [&](const FieldPlaces &field) {
+        const QVariant now = valueAt(&side, field.*place);
+        if (!now.isValid())
+            return true; // the field has gone, which is no change of the record
+        return sameValue(orEmpty(valueAt(&base, field.base), field.field), now);
+    });
+}
+
+bool RecordMerge::isSame(const RecordValues &ours, const RecordValues &theirs) const {
+    return std::ranges::all_of(m_fields, [&](const FieldPlaces &field) {
+        return sameValue(orEmpty(valueAt(&ours, field.ours), field.field),
+                         orEmpty(valueAt(&theirs, field.theirs), field.field));
+    });
+}
+
+RecordValues RecordMerge::moved(const RecordValues &values, int FieldPlaces::*place) const {
+    RecordValues record;
+    for (const FieldPlaces &field : m_fields) {
+        const bool isLeftOut = field.isOurs && place == &FieldPlaces::theirs;
+        record.push_back(isLeftOut ? emptyValue(field.field) : orEmpty(valueAt(&values, field.*place), field.field));
+    }
+    return record;
+}
+
+void RecordMerge::conflict(const RecordTriple &record, const QString &reason) {
+    Conflict conflict;
+    conflict.what = Conflict::What::Record;
+    conflict.table = m_table;
+    conflict.record = record.record;
+    conflict.key = record.key;
+    conflict.base = listOf(record.base);
+    conflict.ours = listOf(record.ours);
+    conflict.theirs = listOf(record.theirs);
+    conflict.reason = reason;
+    m_conflicts.push_back(std::move(conflict));
+}
+
+QVariant RecordMerge::mergedValue(const RecordTriple &record, const FieldPlaces &field) {
+    const QVariant ours = orEmpty(valueAt(record.ours, field.ours), field.field);
+    // Where THEIRS lacks the field OURS has added it, or a conflict has kept it.
+    if (field.isOurs || field.theirs < 0)
+        return ours;
+    const QVariant theirs = valueAt(record.theirs, field.theirs);
+    if (field.ours < 0)
+        return theirs;
+    const QVariant base = record.base == nullptr ? QVariant() : orEmpty(valueAt(record.base, field.base), field.field);
+    if (sameValue(ours, theirs) || (base.isValid() && sameValue(base, theirs)))
+        return ours;
+    if (base.isValid() && sameValue(base, ours))
+        return theirs;
+    Conflict conflict;
+    conflict.what = Conflict::What::Cell;
+    conflict.table = m_table;
+    conflict.record = record.record;
+    conflict.key = record.key;
+    conflict.field = field.field.name;
+    conflict.base = oneOf(valueAt(record.base, field.base));
+    conflict.ours = oneOf(ours);
+    conflict.theirs = oneOf(theirs);
+    m_conflicts.push_back(std::move(conflict));
+    return ours;
+}
+
+void RecordMerge::take(const RecordTriple &record) {
+    if (record.ours != nullptr && record.theirs != nullptr) {
+        RecordValues merged;
+        for (const FieldPlaces &field : m_fields)
+            merged.push_back(mergedValue(record, field));
+        m_records.push_back(std::move(merged));
+    } else if (record.ours != nullptr) {
+        const bool isRemoved = record.base != nullptr && isUnchanged(*record.base, *record.ours, &FieldPlaces::ours);
+        if (isRemoved)
+            return;
+        if (record.base != nullptr)
+            conflict(record, u"THEIRS has removed it, OURS has changed it"_s);
+        m_records.push_back(moved(*record.ours, &FieldPlaces::ours));
+    } else if (record.theirs != nullptr) {
+        if (record.base == nullptr)
+            m_records.push_back(moved(*record.theirs, &FieldPlaces::theirs));
+        else if (!isUnchanged(*record.base, *record.theirs, &FieldPlaces::theirs))
+            conflict(record, u"OURS has removed it, THEIRS has changed it"_s);
+    }
+}
+
+} // namespace qir

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "cli/git/Conflict.h"
+
+#include <vector>
+
+namespace qir {
+
+/// A field of a merged table: where each side has it, -1 for a side without it.
+struct FieldPlaces {
+    FieldInfo field;
+    int base = -1;
+    int ours = -1;
+    int theirs = -1;
+    bool isOurs = false; ///< Its values are those of OURS, whatever THEIRS has: a conflict tells of it.
+};
+
+/// A record on each side that has it; null for a side without it.
+struct RecordTriple {
+    const RecordValues *base = nullptr;
+    const RecordValues *ours = nullptr;
+    const RecordValues *theirs = nullptr;
+    int record = 0;   ///< In OURS, from 1; 0 where it has none.
+    QVariantList key; ///< Where records belong together by key.
+};
+
+/// Brings records of one table together.
+class RecordMerge {
+public:
+    RecordMerge(QString table, const std::vector<FieldPlaces> &fields)
+        : m_table(std::move(table))
+        , m_fields(fields) {}
+
+    /// Adds what becomes of a record, if it stays.
+    void take(const RecordTriple &record);
+    void conflict(const RecordTriple &record, const QString &reason);
+    /// Adds a record of one side as it is.
+    void add(const RecordValues &values, int FieldPlaces::*place) { m_records.push_back(moved(values, place)); }
+
+    std::vector<RecordValues> takeRecords() { return std::move(m_records); }
+    std::vector<Conflict> takeConflicts() { return std::move(m_conflicts); }
+
+    /// Whether a side has changed nothing in a record: the values of all fields that both have are the same ones, and
+    /// it has none of its own.
+    bool isUnchanged(const RecordValues &base, const RecordValues &side, int FieldPlaces::*place) const;
+    /// The same for records of the two sides.
+    bool isSame(const RecordValues &ours, const RecordValues &theirs) const;
+
+private:
+    QVariant mergedValue(const RecordTriple &record, const FieldPlaces &field);
+    /// A record of one side, in the merged fields.
+    RecordValues moved(const RecordValues &values, int FieldPlaces::*place) const;
+
+    QString m_table;
+    const std::vector<FieldPlaces> &m_fields;
+    std::vector<RecordValues> m_records;
+    std::vector<Conflict> m_conflicts;
+};
+
+} // namespace qir

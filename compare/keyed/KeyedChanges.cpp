@@ -1,0 +1,193 @@
+#include "compare/keyed/KeyedChanges.h"
+
+#include "base/NumberText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString cellText(const CellView &cell) {
+    QString buffer;
+    if (cell.isText)
+        return textOf(cell, buffer).toString();
+    return std::isfinite(cell.number) ? numberText(cell.number) : QString::number(cell.number);
+}
+
+} // namespace
+
+void KeyedChanges::show(std::unique_ptr<ComparedTables> compared) {
+    beginResetModel();
+    m_compared = std::move(compared);
+    m_rows.clear();
+    m_shown.clear();
+    m_filtered = false;
+    if (m_compared)
+        listRows();
+    endResetModel();
+}
+
+void KeyedChanges::listRows() {
+    const KeyedDifference &difference = m_compared->difference;
+    for (const DuplicateKey &key : difference.duplicates) {
+        const bool onRight = key.side == TableSide::Right;
+        m_rows.push_back({Kind::Duplicate, onRight, 0,
+                          onRight ? PairedRecords{0, key.second} : PairedRecords{key.second, 0}, key.count});
+    }
+    for (const int field : difference.fields.onlyLeft)
+        m_rows.push_back({Kind::FieldOfOneSide, false, field, {}, 0});
+    for (const int field : difference.fields.onlyRight)
+        m_rows.push_back({Kind::FieldOfOneSide, true, field, {}, 0});
+    forEachKeyedRecord(difference, [&](const KeyedRecord &record) {
+        if (record.change != RecordChange::Changed) {
+            m_rows.push_back(
+                {record.change == RecordChange::Added ? Kind::Added : Kind::Removed, false, 0, record.records, 0});
+            return;
+        }
+        for (std::size_t i = 0; i < difference.fields.compared.size(); ++i) {
+            if (difference.cells.at(record.row, i))
+                m_rows.push_back({Kind::Changed, false, static_cast<int>(i), record.records, 0});
+        }
+    });
+    for (const PairedRecords &moved : difference.moved)
+        m_rows.push_back({Kind::Moved, false, 0, moved, 0});
+}
+
+void KeyedChanges::filter(const std::vector<Kind> &kinds, const QString &text) {
+    beginResetModel();
+    m_shown.clear();
+    m_filtered = !kinds.empty() || !text.isEmpty();
+    for (std::size_t i = 0; m_filtered && i < m_rows.size(); ++i) {
+        const Row &row = m_rows[i];
+        if (!kinds.empty() && std::ranges::find(kinds, row.kind) == kinds.end())
+            continue;
+        bool found = text.isEmpty();
+        for (int column = 0; !found && column < ColumnCount; ++column)
+            found = this->text(row, static_cast<Column>(column)).contains(text, Qt::CaseInsensitive);
+        if (found)
+            m_shown.push_back(static_cast<std::uint32_t>(i));
+    }
+    endResetModel();
+}
+
+const KeyedChanges::Row &KeyedChanges::shownRow(int row) const {
+    const auto index = static_cast<std::size_t>(row);
+    return m_rows[m_filtered ? m_shown[index] : index];
+}
+
+PairedRecords KeyedChanges::recordsOf(int row) const {
+    return shownRow(row).records;
+}
+
+FieldPair KeyedChanges::fieldOf(int row) const {
+    const Row &shown = shownRow(row);
+    return shown.kind == Kind::Changed ? m_compared->difference.fields.compared[static_cast<std::size_t>(shown.field)]
+                                       : FieldPair{};
+}
+
+int KeyedChanges::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_filtered ? m_shown.size() : m_rows.size());
+}
+
+int KeyedChanges::columnCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant KeyedChanges::data(const QModelIndex &index, int role) const {
+    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
+        return {};
+    return text(shownRow(index.row()), static_cast<Column>(index.column()));
+}
+
+QVariant KeyedChanges::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation == Qt::Vertical || role != Qt::DisplayRole)
+        return QAbstractTableModel::headerData(section, orientation, role);
+    switch (section) {
+    case Key:
+        return tr("Key");
+    case Change:
+        return tr("Change");
+    case Field:
+        return tr("Field");
+    case Left:
+        return tr("Left");
+    case Right:
+        return tr("Right");
+    default:
+        return {};
+    }
+}
+
+QString KeyedChanges::text(const Row &row, Column column) const {
+    switch (column) {
+    case Key:
+        return keyText(row);
+    case Change:
+        return changeText(row);
+    case Field:
+        return fieldText(row);
+    case Left:
+        return sideText(row, TableSide::Left);
+    case Right:
+        return sideText(row, TableSide::Right);
+    default:
+        return {};
+    }
+}
+
+QString KeyedChanges::keyText(const Row &row) const {
+    const bool onRight = row.records.left == 0;
+    const int record = onRight ? row.records.right : row.records.left;
+    if (record == 0)
+        return {};
+    TableSnapshot &table = onRight ? *m_compared->right : *m_compared->left;
+    QStringList values;
+    for (const FieldPair &field : m_compared->difference.fields.key)
+        values += cellText(table.cell(record, onRight ? field.right : field.left));
+    return values.join(u", "_s);
+}
+
+QString KeyedChanges::changeText(const Row &row) const {
+    switch (row.kind) {
+    case Kind::Duplicate:
+        return tr("%1 times").arg(row.count);
+    case Kind::FieldOfOneSide:
+        return row.onRight ? tr("field only right") : tr("field only left");
+    case Kind::Removed:
+        return tr("removed");
+    case Kind::Changed:
+        return tr("changed");
+    case Kind::Added:
+        return tr("added");
+    case Kind::Moved:
+        return tr("moved");
+    }
+    return {};
+}
+
+QString KeyedChanges::fieldText(const Row &row) const {
+    if (row.kind == Kind::FieldOfOneSide)
+        return row.onRight ? m_compared->right->fieldName(row.field) : m_compared->left->fieldName(row.field);
+    if (row.kind != Kind::Changed)
+        return {};
+    return m_compared->left->fieldName(
+        m_compared->difference.fields.compared[static_cast<std::size_t>(row.field)].left);
+}
+
+QString KeyedChanges::sideText(const Row &row, TableSide side) const {
+    const int record = side == TableSide::Left ? row.records.left : row.records.right;
+    if (record == 0)
+        return {};
+    if (row.kind != Kind::Changed)
+        return tr("record %1").arg(record);
+    const FieldPair &field = m_compared->difference.fields.compared[static_cast<std::size_t>(row.field)];
+    return side == TableSide::Left ? cellText(m_compared->left->cell(record, field.left))
+                                   : cellText(m_compared->right->cell(record, field.right));
+}
+
+} // namespace qir

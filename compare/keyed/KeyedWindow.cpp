@@ -1,0 +1,311 @@
+#include "compare/keyed/KeyedWindow.h"
+
+#include "platform/dialogs/Clipboard.h"
+#include "platform/loop/Guards.h"
+#include "platform/loop/MessageLoop.h"
+
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSplitter>
+#include <QTableView>
+
+#include <algorithm>
+#include <utility>
+
+namespace qir {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Thrown by a step when the user has had enough.
+struct Cancelled {};
+
+constexpr int typingPause = 200; // milliseconds
+
+/// The kinds of rows that each line of the filter shows; none for all.
+const std::vector<std::vector<KeyedChanges::Kind>> &filterKinds() {
+    using Kind = KeyedChanges::Kind;
+    static const std::vector<std::vector<Kind>> kinds{
+        {}, {Kind::Added}, {Kind::Removed}, {Kind::Changed}, {Kind::Moved}, {Kind::Duplicate, Kind::FieldOfOneSide}};
+    return kinds;
+}
+
+} // namespace
+
+KeyedWindow::KeyedWindow(QWidget *parent)
+    : QDialog(parent) {
+    setObjectName(u"differencesByKey"_s);
+    setWindowTitle(tr("Differences by Key"));
+    build();
+    connectControls();
+}
+
+void KeyedWindow::build() {
+    auto *splitter = new QSplitter;
+    m_content = splitter;
+    splitter->addWidget(buildKey());
+    splitter->addWidget(buildChanges());
+    splitter->setStretchFactor(1, 1);
+    splitter->setChildrenCollapsible(false);
+    m_status = new QLabel;
+    m_status->setObjectName(u"keyedStatus"_s);
+    m_status->setTextFormat(Qt::PlainText);
+    m_status->setWordWrap(true);
+    m_cancel = new QPushButton(tr("&Stop"));
+    m_cancel->setObjectName(u"keyedCancel"_s);
+    m_cancel->hide();
+    m_again = new QPushButton(tr("Compare &Again"));
+    m_again->setObjectName(u"keyedAgain"_s);
+    m_again->hide();
+    for (QPushButton *button : {m_cancel, m_again})
+        button->setAutoDefault(false);
+    auto *bottom = new QHBoxLayout;
+    bottom->addWidget(m_status, 1);
+    bottom->addWidget(m_again);
+    bottom->addWidget(m_cancel);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(splitter, 1);
+    layout->addLayout(bottom);
+    constexpr int columns = 110; // size in characters
+    constexpr int lines = 26;
+    resize(fontMetrics().averageCharWidth() * columns, fontMetrics().lineSpacing() * lines);
+}
+
+QWidget *KeyedWindow::buildKey() {
+    auto *side = new QWidget;
+    m_title = new QLabel;
+    m_title->setObjectName(u"keyedTable"_s);
+    m_title->setTextFormat(Qt::PlainText);
+    m_keyView = new QListView;
+    m_keyView->setObjectName(u"keyFields"_s);
+    m_keyView->setAccessibleName(tr("Key fields"));
+    m_keyView->setModel(&m_fields);
+    m_keyView->setUniformItemSizes(true);
+    m_title->setBuddy(m_keyView);
+    auto *layout = new QVBoxLayout(side);
+    layout->setContentsMargins({});
+    layout->addWidget(m_title);
+    layout->addWidget(m_keyView, 1);
+    return side;
+}
+
+QWidget *KeyedWindow::buildChanges() {
+    auto *side = new QWidget;
+    m_search = new QLineEdit;
+    m_search->setObjectName(u"keyedSearch"_s);
+    m_search->setAccessibleName(tr("Search in the changes"));
+    m_search->setPlaceholderText(tr("Search"));
+    m_search->setClearButtonEnabled(true);
+    m_kinds = new QComboBox;
+    m_kinds->setObjectName(u"keyedFilter"_s);
+    m_kinds->setAccessibleName(tr("Which changes are shown"));
+    m_kinds->addItems({tr("All"), tr("Added"), tr("Removed"), tr("Changed"), tr("Moved"), tr("Fields and doubles")});
+    m_view = new QTableView;
+    m_view->setObjectName(u"keyedChanges"_s);
+    m_view->setAccessibleName(tr("Changes by key"));
+    m_view->setModel(&m_changes);
+    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_view->setWordWrap(false);
+    m_view->setTabKeyNavigation(false);
+    m_view->verticalHeader()->hide();
+    m_view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_view->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + fontMetrics().lineSpacing() / 3);
+    m_view->horizontalHeader()->setStretchLastSection(true);
+    auto *top = new QHBoxLayout;
+    top->addWidget(m_search, 1);
+    top->addWidget(m_kinds);
+    auto *layout = new QVBoxLayout(side);
+    layout->setContentsMargins({});
+    layout->addLayout(top);
+    layout->addWidget(m_view, 1);
+    return side;
+}
+
+void KeyedWindow::connectControls() {
+    m_typed.setSingleShot(true);
+    m_typed.setInterval(typingPause);
+    connect(&m_typed, &QTimer::timeout, this, [this] { runCommand([this] { filterChanges(); }); });
+    connect(m_search, &QLineEdit::textChanged, &m_typed, qOverload<>(&QTimer::start));
+    connect(m_kinds, &QComboBox::currentIndexChanged, this, [this] { runCommand([this] { filterChanges(); }); });
+    connect(&m_fields, &KeyFields::keyChanged, this, [this] {
+        runCommand([this] {
+            Q_EMIT keyChosen(m_fields.key());
+            compare();
+        });
+    });
+    connect(m_view, &QTableView::doubleClicked, this,
+            [this](const QModelIndex &index) { runCommand([&] { chooseRow(index); }); });
+    connect(m_cancel, &QPushButton::clicked, this, [this] { m_cancelled = true; });
+    connect(m_again, &QPushButton::clicked, this, [this] { runCommand([this] { Q_EMIT againAsked(); }); });
+    auto *copy = new QShortcut(QKeySequence::Copy, m_view, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(copy, &QShortcut::activated, this, [this] { runCommand([this] { copyRows(); }); });
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto *choose = new QShortcut(key, m_view, nullptr, nullptr, Qt::WidgetShortcut);
+        connect(choose, &QShortcut::activated, this,
+                [this] { runCommand([this] { chooseRow(m_view->currentIndex()); }); });
+    }
+}
+
+void KeyedWindow::showTables(const QString &name, std::shared_ptr<TableSnapshot> left,
+                             std::shared_ptr<TableSnapshot> right, const QStringList &key) {
+    m_table = name;
+    m_left = std::move(left);
+    m_right = std::move(right);
+    m_title->setText(tr("Key of %1:").arg(name));
+    QStringList names;
+    for (const FieldPair &field : commonFields(*m_left, *m_right))
+        names += m_left->fieldName(field.left);
+    m_fields.setFields(names, key);
+    if (m_fields.key().isEmpty()) {
+        std::optional<QString> proposed;
+        if (!runCancellable([&](const KeyedStep &step) { proposed = proposedKey(*m_left, *m_right, {}, step); })) {
+            m_changes.show(nullptr);
+            m_status->setText(tr("Stopped. Check the fields of the key."));
+            return;
+        }
+        if (proposed)
+            m_fields.setFields(names, {*proposed});
+    }
+    compare();
+}
+
+void KeyedWindow::showNothing(const QString &reason) {
+    m_table.clear();
+    m_left.reset();
+    m_right.reset();
+    m_fields.setFields({}, {});
+    m_changes.show(nullptr);
+    m_title->setText({});
+    m_stale = false;
+    m_again->hide();
+    m_status->setText(reason);
+}
+
+void KeyedWindow::setStale() {
+    if (m_stale || m_left == nullptr)
+        return;
+    m_stale = true;
+    m_again->show();
+    m_status->setText(tr("The tables have changed since they were compared."));
+}
+
+void KeyedWindow::compare() {
+    if (m_left == nullptr)
+        return;
+    m_changes.show(nullptr);
+    m_stale = false;
+    m_again->hide();
+    const KeyedRules rules{m_fields.key(), {}, {}};
+    const auto fields = matchFields(*m_left, *m_right, rules);
+    if (!fields) {
+        m_status->setText(m_fields.names().isEmpty()
+                              ? tr("The tables have no field in common.")
+                              : tr("No field has values that are unique on both sides. Check the fields of the key."));
+        return;
+    }
+    auto compared = std::make_unique<ComparedTables>();
+    compared->left = m_left;
+    compared->right = m_right;
+    if (!runCancellable([&](const KeyedStep &step) {
+            compared->difference = compareByKey(*m_left, *m_right, *fields, rules.tolerance, step);
+        })) {
+        m_status->setText(tr("Stopped. Check the fields of the key."));
+        return;
+    }
+    m_changes.show(std::move(compared));
+    filterChanges();
+    tellResult();
+}
+
+bool KeyedWindow::runCancellable(const std::function<void(const KeyedStep &step)> &work) {
+    /// What has to be as before however the work ends.
+    struct Comparing {
+        explicit Comparing(KeyedWindow &itsWindow)
+            : window(itsWindow)
+            , attended(itsWindow)
+            , disabled(itsWindow.m_content) {
+            window.m_comparing = true;
+            window.m_cancelled = false;
+            window.m_status->setText(tr("Comparing..."));
+            window.m_cancel->show();
+        }
+        ~Comparing() {
+            window.m_comparing = false;
+            window.m_cancel->hide();
+        }
+        KeyedWindow &window;
+        AttendedWindow attended;
+        DisabledWidget disabled;
+    };
+    const Comparing comparing(*this);
+    YieldTimer timer;
+    try {
+        work([&] {
+            timer.yieldIfDue();
+            if (m_cancelled)
+                throw Cancelled();
+        });
+    } catch (const Cancelled &) {
+        return false;
+    }
+    return true;
+}
+
+void KeyedWindow::tellResult() {
+    const KeyedDifference &difference = m_changes.compared()->difference;
+    const auto number = [](std::size_t count) { return QString::number(static_cast<qulonglong>(count)); };
+    QString text = tr("%1 added, %2 removed, %3 changed, %4 moved.")
+                       .arg(number(difference.added.size()), number(difference.removed.size()),
+                            number(difference.changed.size()), number(difference.moved.size()));
+    if (!difference.duplicates.empty()) {
+        const DuplicateKey &key = difference.duplicates.front();
+        const bool left = key.side == TableSide::Left;
+        text += u' ' + (left ? tr("The key is not unique: on the left the records %1 and %2 have the same.")
+                             : tr("The key is not unique: on the right the records %1 and %2 have the same."))
+                           .arg(key.record)
+                           .arg(key.second);
+    }
+    m_status->setText(text);
+}
+
+void KeyedWindow::filterChanges() {
+    m_typed.stop();
+    m_changes.filter(filterKinds()[static_cast<std::size_t>(std::max(m_kinds->currentIndex(), 0))], m_search->text());
+}
+
+void KeyedWindow::chooseRow(const QModelIndex &index) {
+    if (!index.isValid() || m_stale)
+        return;
+    Q_EMIT recordsChosen(m_changes.recordsOf(index.row()), m_changes.fieldOf(index.row()));
+}
+
+void KeyedWindow::copyRows() {
+    QModelIndexList rows = m_view->selectionModel()->selectedRows();
+    std::ranges::sort(rows, {}, &QModelIndex::row);
+    QString text;
+    for (const QModelIndex &row : rows) {
+        for (int column = 0; column < KeyedChanges::ColumnCount; ++column) {
+            if (column > 0)
+                text += u'\t';
+            text += row.siblingAtColumn(column).data().toString();
+        }
+        text += u'\n';
+    }
+    if (!text.isEmpty())
+        clipboard::setText(text);
+}
+
+void KeyedWindow::reject() {
+    m_cancelled = true;
+    QDialog::reject();
+}
+
+} // namespace qir

@@ -1,0 +1,382 @@
+#include "find/CellFinder.h"
+
+#include "app/shared/utility.h"
+#include "base/UndoOnError.h"
+#include "platform/grid/Grid.h"
+#include "platform/list/ListBox.h"
+#include "platform/loop/MessageLoop.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+
+namespace qir {
+
+namespace {
+
+constexpr int sliceMilliseconds = 10;
+constexpr int firstMilliseconds = 20;
+constexpr int waitMilliseconds = 20; // for a command that still runs
+constexpr qsizetype mostTexts = 1000;
+constexpr std::int64_t mostCellsAtOnce = 4096; // looked at again as they are written
+
+std::size_t blockOf(int record, int blockRecords) {
+    return static_cast<std::size_t>((record - 1) / blockRecords);
+}
+
+} // namespace
+
+CellFinder::CellFinder(EditorContext &editor)
+    : m_editor(editor) {
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &CellFinder::slice);
+    for (const int pane : {0, 1})
+        connectGrid(pane);
+}
+
+void CellFinder::connectGrid(int pane) {
+    const QAbstractItemModel *model = m_editor.Tabella(pane).model();
+    connect(model, &QAbstractItemModel::modelReset, this, [this, pane] { tableChanged(pane); });
+    connect(model, &QAbstractItemModel::dataChanged, this,
+            [this, pane](const QModelIndex &first, const QModelIndex &last, const QList<int> &roles) {
+                if (roles.isEmpty() || roles.contains(Qt::DisplayRole))
+                    cellsChanged(pane, {first.row() + 1, first.column() + 1, last.row() + 1, last.column() + 1});
+            });
+}
+
+void CellFinder::start(const CellSearch &search, SearchScope scope) {
+    m_search = search;
+    m_scope = scope;
+    m_sources.clear();
+    m_cancelled = false;
+    if (!m_search.isEmpty()) {
+        m_sources = wantedSources();
+        work(firstMilliseconds);
+    }
+    m_timer.start(0);
+    Q_EMIT changed();
+}
+
+void CellFinder::stop() {
+    m_search = CellSearch();
+    m_sources.clear();
+    m_timer.stop();
+    m_cancelled = false;
+    Q_EMIT changed();
+}
+
+void CellFinder::cancel() {
+    m_cancelled = true;
+    m_timer.stop();
+    Q_EMIT changed();
+}
+
+void CellFinder::finish() {
+    m_cancelled = false;
+    while (unfinished() != nullptr) {
+        work(sliceMilliseconds);
+        yieldToMessages();
+    }
+    Q_EMIT changed();
+}
+
+std::vector<CellFinder::Source> CellFinder::wantedSources() const {
+    std::vector<Source> wanted;
+    for (const int pane : {0, 1}) {
+        if (!m_editor.DtbAperto(pane) || (!m_scope.bothPanes && pane != m_editor.IndexAttivo()))
+            continue;
+        const ListBox &list = m_editor.ListaTabelle(pane);
+        for (int line = 0; line < list.ListCount(); ++line) {
+            if (list.ItemData(line) < 1)
+                continue;
+            Source source;
+            source.pane = pane;
+            source.table = TogliMarcatori(list.List(line).trimmed()).trimmed();
+            source.shown = source.table == m_editor.pane(pane).TabellaMostrata();
+            if (source.shown || m_scope.allTables)
+                wanted.push_back(std::move(source));
+        }
+    }
+    return wanted;
+}
+
+void CellFinder::adoptSources() {
+    std::vector<Source> wanted = wantedSources();
+    bool another = wanted.size() != m_sources.size();
+    for (Source &source : wanted) {
+        const auto known = std::find_if(m_sources.begin(), m_sources.end(), [&](const Source &each) {
+            return each.pane == source.pane && each.table == source.table && each.shown == source.shown;
+        });
+        const bool stale = source.shown && m_stale[static_cast<std::size_t>(source.pane)];
+        if (known != m_sources.end() && !stale)
+            source = std::move(*known);
+        else
+            another = true;
+    }
+    m_sources = std::move(wanted);
+    m_stale = {};
+    if (another) {
+        m_timer.start(0);
+        Q_EMIT changed();
+    }
+}
+
+void CellFinder::follow() {
+    if (!m_search.isEmpty())
+        adoptSources();
+}
+
+void CellFinder::forget(int pane, const QString &table) {
+    for (Source &source : m_sources) {
+        if (source.pane != pane || source.table != table)
+            continue;
+        const bool shown = source.shown;
+        source = {};
+        source.pane = pane;
+        source.table = table;
+        source.shown = shown;
+    }
+    m_cancelled = false;
+    m_timer.start(0);
+}
+
+void CellFinder::tableChanged(int pane) {
+    m_stale[static_cast<std::size_t>(pane)] = true;
+    if (!m_search.isEmpty())
+        m_timer.start(0);
+}
+
+void CellFinder::cellsChanged(int pane, const GridRange &cells) {
+    if (m_search.isEmpty())
+        return;
+    const std::int64_t number =
+        std::int64_t{cells.lastRow - cells.firstRow + 1} * (cells.lastColumn - cells.firstColumn + 1);
+    const auto source = std::find_if(m_sources.begin(), m_sources.end(),
+                                     [pane](const Source &each) { return each.pane == pane && each.shown; });
+    if (number > mostCellsAtOnce) {
+        tableChanged(pane);
+        return;
+    }
+    if (source == m_sources.end() || !source->opened || m_stale[static_cast<std::size_t>(pane)])
+        return;
+    const CellTexts &texts = m_editor.TestiCelle(pane);
+    for (int row = cells.firstRow; row <= cells.lastRow; ++row) {
+        for (int column = cells.firstColumn; column <= cells.lastColumn; ++column)
+            source->hits.set({row, column}, m_search.hits(texts.at(column, row)));
+    }
+    Q_EMIT changed();
+}
+
+void CellFinder::slice() {
+    const MessageLoop *loop = MessageLoop::instance();
+    if (loop != nullptr && loop->commandRunning()) {
+        m_timer.start(waitMilliseconds);
+        return;
+    }
+    if (m_stale[0] || m_stale[1])
+        adoptSources();
+    if (!running())
+        return;
+    runCommand([this] { work(sliceMilliseconds); });
+    if (running())
+        m_timer.start(0);
+    Q_EMIT changed();
+}
+
+void CellFinder::work(int milliseconds) {
+    QElapsedTimer clock;
+    clock.start();
+    const int active = m_editor.IndexAttivo();
+    while (clock.elapsed() < milliseconds) {
+        // What the active pane shows comes first.
+        auto next = std::find_if(m_sources.begin(), m_sources.end(), [active](const Source &each) {
+            return each.blocksLeft > 0 && each.shown && each.pane == active;
+        });
+        if (next == m_sources.end())
+            next = std::find_if(m_sources.begin(), m_sources.end(),
+                                [](const Source &each) { return each.blocksLeft > 0; });
+        if (next == m_sources.end())
+            return;
+        searchBlock(*next);
+    }
+}
+
+void CellFinder::open(Source &source, int records, int fields) {
+    source.hits = HitSet(records, fields);
+    source.blocksLeft = static_cast<std::size_t>((std::int64_t{records} + blockRecords - 1) / blockRecords);
+    source.searched.assign(source.blocksLeft, false);
+    source.opened = true;
+    if (source.shown && source.pane == m_editor.IndexAttivo() && source.blocksLeft > 0)
+        source.nextBlock = blockOf(std::clamp(m_editor.Tabella(source.pane).Row(), 1, records), blockRecords);
+}
+
+void CellFinder::searchBlock(Source &source) {
+    if (source.shown) {
+        searchNext(source);
+        return;
+    }
+    Pane &pane = m_editor.pane(source.pane);
+    undoneOnError(
+        [&] {
+            pane.makeTableCurrent(source.table);
+            searchNext(source);
+        },
+        [&] { source.blocksLeft = 0; }); // a component that fails is not asked again and again
+    if (!pane.TabellaMostrata().isEmpty())
+        pane.makeShownTableCurrent();
+}
+
+void CellFinder::searchNext(Source &source) {
+    const QirDatabase &database = m_editor.OggettoDtb(source.pane);
+    if (!source.opened) {
+        const CellTexts &texts = m_editor.TestiCelle(source.pane);
+        open(source, source.shown ? texts.records() : database.QirTableRecordsCount(),
+             source.shown ? texts.fields() : database.QirTableFieldsCount());
+    }
+    if (source.blocksLeft > 0) {
+        const std::size_t block = source.nextBlock;
+        source.nextBlock = (block + 1) % source.searched.size();
+        --source.blocksLeft;
+        source.searched[block] = true;
+        const int first = static_cast<int>(block) * blockRecords + 1;
+        const int last = std::min(first + blockRecords - 1, source.hits.records());
+        if (source.shown)
+            searchShown(source, first, last);
+        else
+            searchOther(source, first, last);
+    }
+}
+
+void CellFinder::searchShown(Source &source, int first, int last) {
+    const CellTexts &texts = m_editor.TestiCelle(source.pane);
+    for (int field = 1; field <= texts.fields(); ++field)
+        m_search.searchColumn(texts, field, first, last, [&](int record) { source.hits.set({record, field}, true); });
+}
+
+void CellFinder::searchOther(Source &source, int first, int last) {
+    const QirDatabase &database = m_editor.OggettoDtb(source.pane);
+    QStringList values;
+    for (int record = first; record <= last; ++record) {
+        database.GetQirRecord(record, values);
+        for (int field = 1; field <= source.hits.fields(); ++field) {
+            if (!m_search.hits(values[field]))
+                continue;
+            source.hits.set({record, field}, true);
+            if (source.texts.size() < mostTexts)
+                source.texts.append(values[field]);
+        }
+    }
+}
+
+const CellFinder::Source *CellFinder::unfinished() const {
+    const auto source =
+        std::find_if(m_sources.begin(), m_sources.end(), [](const Source &each) { return each.blocksLeft > 0; });
+    return source == m_sources.end() ? nullptr : &*source;
+}
+
+const CellFinder::Source *CellFinder::sourceOf(int pane, const QString &table) const {
+    const auto source = std::find_if(m_sources.begin(), m_sources.end(),
+                                     [&](const Source &each) { return each.pane == pane && each.table == table; });
+    return source == m_sources.end() ? nullptr : &*source;
+}
+
+std::int64_t CellFinder::count() const {
+    std::int64_t sum = 0;
+    for (const Source &source : m_sources)
+        sum += source.hits.count();
+    return sum;
+}
+
+std::optional<FoundCell> CellFinder::hit(std::int64_t number) const {
+    for (const Source &source : m_sources) {
+        if (const auto cell = source.hits.hit(number))
+            return FoundCell{source.pane, source.table, *cell};
+        number -= source.hits.count();
+    }
+    return std::nullopt;
+}
+
+QString CellFinder::text(std::int64_t number) const {
+    for (const Source &source : m_sources) {
+        if (const auto cell = source.hits.hit(number))
+            return source.shown ? m_editor.TestiCelle(source.pane).at(cell->field, cell->record)
+                                : source.texts.value(number);
+        number -= source.hits.count();
+    }
+    return {};
+}
+
+std::optional<FoundCell> CellFinder::hitAtCurrentCell() const {
+    const int pane = m_editor.IndexAttivo();
+    if (pane < 0)
+        return std::nullopt;
+    const Grid &grid = m_editor.Tabella(pane);
+    const QString &table = m_editor.pane(pane).TabellaMostrata();
+    const Source *source = table.isEmpty() ? nullptr : sourceOf(pane, table);
+    const HitCell cell{grid.Row(), grid.Col()};
+    if (source == nullptr || !source->hits.at(cell))
+        return std::nullopt;
+    return FoundCell{pane, table, cell};
+}
+
+std::optional<HitCell> CellFinder::edgeHit(const Source &source, std::optional<HitCell> from, int step,
+                                           bool &known) const {
+    if (!source.opened) {
+        known = m_cancelled || source.blocksLeft == 0;
+        return std::nullopt;
+    }
+    if (source.hits.records() == 0 || source.hits.fields() == 0)
+        return std::nullopt;
+    const HitCell edge = step > 0 ? HitCell{1, 1} : HitCell{source.hits.records(), source.hits.fields()};
+    const HitCell start = from.value_or(edge);
+    const auto found = step > 0 ? source.hits.nextFrom(start) : source.hits.previousFrom(start);
+    const HitCell opposite = step > 0 ? HitCell{source.hits.records(), source.hits.fields()} : HitCell{1, 1};
+    const int end = found.value_or(opposite).record;
+    std::size_t block = blockOf(std::clamp(std::min(start.record, end), 1, source.hits.records()), blockRecords);
+    const std::size_t lastBlock =
+        blockOf(std::clamp(std::max(start.record, end), 1, source.hits.records()), blockRecords);
+    for (; block <= lastBlock && known && !m_cancelled; ++block)
+        known = source.searched[block];
+    return found;
+}
+
+CellFinder::Neighbour CellFinder::neighbour(int step, bool atCell) const {
+    const int active = m_editor.IndexAttivo();
+    const std::size_t count = m_sources.size();
+    std::size_t at = 0;
+    while (at < count && !(m_sources[at].shown && m_sources[at].pane == active))
+        ++at;
+    const bool inside = at < count;
+    if (!inside)
+        at = step > 0 ? 0 : count - 1;
+    Neighbour result;
+    // Once round, and at last the part of the first table that was passed over.
+    for (std::size_t turn = 0; turn <= count && count > 0; ++turn) {
+        const Source &source = m_sources[(at + (step > 0 ? turn : count * 2 - turn)) % count];
+        std::optional<HitCell> from;
+        if (turn == 0 && inside) {
+            const Grid &grid = m_editor.Tabella(active);
+            from = HitCell{grid.Row(), grid.Col() + (atCell ? 0 : step)};
+        }
+        if (const auto cell = edgeHit(source, from, step, result.known); cell || !result.known) {
+            if (cell)
+                result.cell = FoundCell{source.pane, source.table, *cell};
+            return result;
+        }
+    }
+    return result;
+}
+
+std::vector<std::pair<int, QString>> CellFinder::tables() const {
+    std::vector<std::pair<int, QString>> all;
+    for (const Source &source : m_sources)
+        all.emplace_back(source.pane, source.table);
+    return all;
+}
+
+const HitSet *CellFinder::hitsOf(int pane, const QString &table) const {
+    const Source *source = sourceOf(pane, table);
+    return source == nullptr ? nullptr : &source->hits;
+}
+
+} // namespace qir

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "pane/EditorContext.h"
+#include "platform/grid/GridRange.h"
+
+#include <QCoreApplication>
+
+namespace qir {
+
+/// Marks the cells whose text is not what the component stores of it: 999 in a byte, "yes" in a number, a text that is
+/// cut. What a cell that was not written here holds is not asked for: it was filled with what is stored.
+class StoredMarks {
+    Q_DECLARE_TR_FUNCTIONS(StoredMarks)
+
+public:
+    explicit StoredMarks(EditorContext &editor)
+        : m_editor(editor) {}
+
+    /// Gives the pane's grid its words. To be called when the controls stand.
+    void connectPane(int pane);
+
+    /// A cell was written: marks it, or takes its mark away. Its table and its record must be current in the component.
+    void look(int pane, int row, int column);
+    /// The same for many cells, by what becomes of their texts: a component is not asked for each. Yields.
+    void look(int pane, const GridRange &cells);
+    /// "stored: 255" for a cell that is marked, "" for every other.
+    QString words(int pane, int row, int column) const;
+
+private:
+    /// What the current record holds in a column.
+    QString stored(int pane, int column) const;
+
+    EditorContext &m_editor;
+};
+
+} // namespace qir

@@ -1,0 +1,121 @@
+#include "tests/cli/Program.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+
+namespace qir {
+
+namespace {
+
+/// Devices like PUMP.DDB: A.DDB the same, B.ddb with two other cells, C.WDB with a table more, D.SDB no database.
+class AuditTest : public ProgramTest {
+protected:
+    AuditTest() {
+        makePumps();
+        QDir().mkpath(path(u"fleet/deep"_s));
+        for (const char *name : {"fleet/A.DDB", "fleet/deep/B.ddb", "fleet/C.WDB"})
+            EXPECT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(QString::fromLatin1(name))));
+        done({u"set"_s, u"fleet/deep/B.ddb"_s, u"Pumps"_s, u"1"_s, u"Speed"_s, u"7"_s});
+        done({u"set"_s, u"fleet/deep/B.ddb"_s, u"Pumps"_s, u"2"_s, u"Speed"_s, u"7"_s});
+        done({u"add"_s, u"fleet/C.WDB"_s, u"table"_s, u"More"_s});
+        write(u"fleet/D.SDB"_s, "no database");
+        write(u"fleet/notes.txt"_s, "no database either");
+    }
+};
+
+TEST_P(AuditTest, TellsWhichFilesDeviateAndOneBadFileStopsNothing) {
+    const Outcome result = run({u"audit"_s, u"PUMP.DDB"_s, u"fleet"_s});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(result.output.toStdString(),
+                testing::MatchesRegex("different: fleet/C.WDB: More \\(on one side only\\)\n"
+                                      "trouble: fleet/D.SDB: [^\n]*\n"
+                                      "different: fleet/deep/B.ddb: Pumps \\(2\\)\n"
+                                      "4 files: 1 same, 2 different, 1 with trouble\n"));
+    QFile::remove(path(u"fleet/D.SDB"_s));
+    EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"fleet"_s}).status, 1);
+    EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"fleet/A.DDB"_s}).status, 0);
+}
+
+TEST_P(AuditTest, PrintsJsonLinesInTheOrderOfTheFiles) {
+    write(u"list.txt"_s, "fleet/A.DDB\nfleet/none.DDB\n");
+    const Outcome result = run(
+        {u"audit"_s, u"PUMP.DDB"_s, u"fleet/deep/B.ddb"_s, u"fleet/C.WDB"_s, u"--list"_s, u"list.txt"_s, u"--json"_s});
+    EXPECT_EQ(result.status, 2);
+    const QByteArrayList lines = result.output.split('\n');
+    ASSERT_EQ(lines.size(), 5);
+    EXPECT_EQ(
+        lines[0],
+        "{\"file\": \"fleet/deep/B.ddb\", \"state\": \"different\", \"tables\": {\"Pumps\": 2}, \"error\": null}");
+    EXPECT_EQ(lines[1],
+              "{\"file\": \"fleet/C.WDB\", \"state\": \"different\", \"tables\": {\"More\": null}, \"error\": null}");
+    EXPECT_EQ(lines[2], "{\"file\": \"fleet/A.DDB\", \"state\": \"same\", \"tables\": {}, \"error\": null}");
+    EXPECT_THAT(lines[3].toStdString(),
+                HasSubstr("{\"file\": \"fleet/none.DDB\", \"state\": \"trouble\", \"tables\": {}, \"error\": \""));
+}
+
+TEST_P(AuditTest, OutputsAreJoinedToOneReport) {
+    const QByteArray first = run({u"audit"_s, u"PUMP.DDB"_s, u"fleet/A.DDB"_s, u"fleet/C.WDB"_s, u"--json"_s}).output;
+    const QByteArray second = run({u"audit"_s, u"PUMP.DDB"_s, u"fleet/deep"_s, u"--json"_s}).output;
+    write(u"one.jsonl"_s, first);
+    write(u"two.jsonl"_s, second);
+    const Outcome joined = run({u"audit"_s, u"--join"_s, u"one.jsonl"_s, u"--join"_s, u"two.jsonl"_s, u"--json"_s});
+    EXPECT_EQ(joined.status, 1);
+    EXPECT_EQ(joined.output, first + second);
+    const Outcome page = run({u"audit"_s, u"--join"_s, u"one.jsonl"_s, u"two.jsonl"_s, u"--html"_s, u"page.html"_s});
+    EXPECT_EQ(page.status, 1);
+    EXPECT_EQ(page.output, "different: fleet/C.WDB: More (on one side only)\ndifferent: fleet/deep/B.ddb: Pumps (2)\n"
+                           "3 files: 1 same, 2 different, 0 with trouble\n");
+    EXPECT_THAT(bytesOf(u"page.html"_s).toStdString(), HasSubstr("<tr><td>Pumps</td><td>1</td><td>2</td></tr>"));
+    write(u"one.jsonl"_s, "nothing\n");
+    trouble({u"audit"_s, u"--join"_s, u"one.jsonl"_s}, "qirdb: one.jsonl: line 1: it is no line of an audit");
+}
+
+TEST_P(AuditTest, TheFirstExampleOfItsPageWorks) {
+    QFile page(QStringLiteral(FLEET_PAGE));
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    const QByteArray text = page.readAll();
+    const qsizetype begin = text.indexOf("    find ");
+    ASSERT_GE(begin, 0);
+    QDir().mkpath(path(u"bin"_s));
+    ASSERT_TRUE(QFile::link(QStringLiteral(QIRDB), path(u"bin/qirdb"_s)));
+    ASSERT_TRUE(QDir(path(u"."_s)).rename(u"fleet"_s, u"site"_s));
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"GOLDEN.DDB"_s)));
+    QProcess bash;
+    bash.setWorkingDirectory(path(u"."_s));
+    bash.start(u"bash"_s, {u"-c"_s, u"PATH=$PWD/bin:$PATH\n"_s +
+                                        QString::fromUtf8(text.sliced(begin, text.indexOf("\n\n", begin) - begin))});
+    ASSERT_TRUE(bash.waitForFinished(-1));
+    EXPECT_EQ(bash.exitCode(), 1);
+    EXPECT_EQ(bash.readAllStandardError(), "");
+    EXPECT_EQ(bash.readAllStandardOutput(), "different: site/deep/B.ddb: Pumps (2)\n"
+                                            "2 files: 1 same, 1 different, 0 with trouble\n");
+    EXPECT_THAT(bytesOf(u"report.html"_s).toStdString(), HasSubstr("site/deep/B.ddb"));
+}
+
+TEST_P(AuditTest, AKeyPutsRecordsThatMovedTogether) {
+    done({u"sort"_s, u"fleet/A.DDB"_s, u"Pumps"_s, u"Speed"_s});
+    EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"fleet/A.DDB"_s}).status, 1);
+    EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"fleet/A.DDB"_s, u"--key"_s, u"Pumps:Name"_s}).status, 0);
+}
+
+TEST_P(AuditTest, AProtectedFileNeedsAPasswordFile) {
+    write(u"word"_s, "hidden\n");
+    done({u"passwd"_s, u"fleet/A.DDB"_s, u"--new-password-file"_s, u"word"_s});
+    EXPECT_THAT(run({u"audit"_s, u"PUMP.DDB"_s, u"fleet/A.DDB"_s}).output.toStdString(),
+                HasSubstr("it is protected; use --password-file"));
+    EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"fleet/A.DDB"_s, u"--password-file"_s, u"word"_s}).status, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Component, AuditTest, testing::Values(CLI_COMPONENTS),
+                         [](const auto &run) { return std::string(run.param.name); });
+
+} // namespace
+
+} // namespace qir

@@ -1,0 +1,254 @@
+#include "tests/cli/Program.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <gmock/gmock.h>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace qir {
+
+namespace {
+
+/// A repository with PUMP.DDB in it, made with the real git, which runs the program as a driver.
+class GitTest : public ProgramTest {
+protected:
+    GitTest() {
+        m_environment = QProcessEnvironment::systemEnvironment();
+        const QString home = path(u"home"_s);
+        QDir().mkpath(home);
+        m_environment.insert(u"HOME"_s, home);
+        m_environment.insert(u"XDG_CONFIG_HOME"_s, home);
+        m_environment.insert(u"GIT_CONFIG_NOSYSTEM"_s, u"1"_s);
+        m_environment.insert(u"GIT_PAGER"_s, u"cat"_s);
+        for (const char *role : {"AUTHOR", "COMMITTER"}) {
+            m_environment.insert(u"GIT_%1_NAME"_s.arg(QLatin1StringView(role)), u"Somebody"_s);
+            m_environment.insert(u"GIT_%1_EMAIL"_s.arg(QLatin1StringView(role)), u"some@body"_s);
+        }
+        makePumps();
+        git({u"init"_s, u"-q"_s, u"-b"_s, u"main"_s});
+        write(u".gitignore"_s, "home\n*.csv\n");
+        program({u"install-git"_s});
+        commit(u"first"_s);
+    }
+
+    Outcome start(const QString &name, const QStringList &arguments) const {
+        QProcess process;
+        process.setWorkingDirectory(path(u"."_s));
+        process.setProcessEnvironment(m_environment);
+        process.setChildProcessModifier([] { ::setsid(); });
+        process.start(name, arguments);
+        EXPECT_TRUE(process.waitForFinished(-1));
+        return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+    }
+    Outcome tryGit(const QStringList &arguments) const { return start(u"git"_s, arguments); }
+    QByteArray git(const QStringList &arguments) const {
+        const Outcome result = tryGit(arguments);
+        EXPECT_EQ(result.status, 0) << arguments.join(u' ').toStdString() << result.output.toStdString()
+                                    << result.errors.toStdString();
+        return result.output;
+    }
+    QByteArray program(const QStringList &arguments) const {
+        const Outcome result = start(QStringLiteral(QIRDB), arguments);
+        EXPECT_EQ(result.status, 0) << result.errors.toStdString();
+        return result.output;
+    }
+    void commit(const QString &title) const {
+        git({u"add"_s, u"-A"_s});
+        git({u"commit"_s, u"-q"_s, u"-m"_s, title});
+    }
+    void set(const QString &record, const QString &field, const QString &value,
+             const QString &file = u"PUMP.DDB"_s) const {
+        done({u"set"_s, file, u"Pumps"_s, record, field, value});
+    }
+    QByteArray records(const QString &file = u"PUMP.DDB"_s) const {
+        const QByteArray csv = done({u"export"_s, file, u"Pumps"_s, u"-"_s});
+        return csv.mid(csv.indexOf('\n') + 1);
+    }
+    /// A branch "other" and "main", each one commit further than both were, the current one is main.
+    template<class Other, class Main>
+    void diverge(Other other, Main main) const {
+        git({u"checkout"_s, u"-q"_s, u"-b"_s, u"other"_s});
+        other();
+        commit(u"other"_s);
+        git({u"checkout"_s, u"-q"_s, u"main"_s});
+        main();
+        commit(u"main"_s);
+    }
+
+private:
+    QProcessEnvironment m_environment;
+};
+
+TEST_P(GitTest, InstallWritesTheAttributesOfAllDatabasesOnce) {
+    const QByteArray attributes = bytesOf(u".gitattributes"_s);
+    EXPECT_EQ(attributes.count('\n'), 5);
+    EXPECT_THAT(attributes.toStdString(), HasSubstr("*.[dD][dD][bB] diff=qirdb merge=qirdb\n"));
+    EXPECT_THAT(program({u"install-git"_s}).toStdString(), HasSubstr("has the attributes already"));
+    EXPECT_EQ(bytesOf(u".gitattributes"_s), attributes);
+    EXPECT_EQ(git({u"check-attr"_s, u"merge"_s, u"x/Y.wDb"_s}), "x/Y.wDb: merge: qirdb\n");
+    program({u"install-git"_s, u"--global"_s});
+    EXPECT_EQ(bytesOf(u"home/git/attributes"_s), attributes);
+    EXPECT_THAT(git({u"config"_s, u"--global"_s, u"merge.qirdb.driver"_s}).toStdString(),
+                HasSubstr("merge %O %A %B -o %A --path %P"));
+}
+
+TEST_P(GitTest, DiffShowsTheCells) {
+    set(u"1"_s, u"Speed"_s, u"1450"_s);
+    EXPECT_EQ(git({u"diff"_s}), "tables of PUMP.DDB\ndiffers: Pumps (1 cell)\n"
+                                "Pumps: record 1, field 2 (Speed): 1500 | 1450\n");
+    EXPECT_THAT(git({u"diff"_s, u"--no-ext-diff"_s}).toStdString(), HasSubstr("-P-1                  1500"));
+    commit(u"slower"_s);
+    EXPECT_THAT(git({u"log"_s, u"-1"_s, u"-p"_s}).toStdString(), HasSubstr("+P-1                  1450"));
+    EXPECT_THAT(git({u"difftool"_s, u"-y"_s, u"-t"_s, u"qirdb"_s, u"HEAD~"_s, u"HEAD"_s}).toStdString(),
+                HasSubstr("1500 | 1450"));
+}
+
+TEST_P(GitTest, DiffAndDifftoolShowFilesThatComeAndGo) {
+    done({u"create"_s, u"NEW.DDB"_s});
+    done({u"copy"_s, u"PUMP.DDB"_s, u"Pumps"_s, u"NEW.DDB"_s});
+    git({u"rm"_s, u"-q"_s, u"PUMP.DDB"_s});
+    git({u"add"_s, u"-A"_s});
+    EXPECT_EQ(git({u"diff"_s, u"--cached"_s, u"--no-renames"_s}),
+              "tables of NEW.DDB\nonly right: Pumps\ntables of PUMP.DDB\nonly left: Pumps\n");
+    const std::string shown =
+        git({u"difftool"_s, u"-y"_s, u"-t"_s, u"qirdb"_s, u"--cached"_s, u"--no-renames"_s}).toStdString();
+    EXPECT_THAT(shown, HasSubstr("only right: Pumps\n"));
+    EXPECT_THAT(shown, HasSubstr("only left: Pumps\n"));
+    EXPECT_EQ(run({u"diff"_s, u"/dev/null"_s, u"NEW.DDB"_s}).output, "only right: Pumps\n");
+}
+
+TEST_P(GitTest, WhatCannotBeShownIsToldInOneLine) {
+    write(u"word"_s, "hidden\n");
+    done({u"passwd"_s, u"PUMP.DDB"_s, u"--new-password-file"_s, u"word"_s});
+    write(u"BAD.WDB"_s, "no database");
+    git({u"add"_s, u"-A"_s});
+    const std::string shown = git({u"diff"_s, u"--cached"_s}).toStdString();
+    EXPECT_THAT(shown, HasSubstr("tables of PUMP.DDB\n(cannot be compared: "));
+    EXPECT_THAT(shown, HasSubstr("it is protected)\n"));
+    EXPECT_THAT(shown, HasSubstr("tables of BAD.WDB\n(cannot be compared: "));
+    const std::string texts = git({u"diff"_s, u"--cached"_s, u"--no-ext-diff"_s}).toStdString();
+    EXPECT_THAT(texts, HasSubstr("+(a protected database: its tables are not shown)"));
+    EXPECT_THAT(texts, HasSubstr("+(no database that can be shown: "));
+    EXPECT_EQ(done({u"dump"_s, u"--textconv"_s, u"MISSING.DDB"_s}).count('\n'), 1);
+}
+
+TEST_P(GitTest, TwoEditsOfOneTableAreMerged) {
+    diverge([&] { set(u"1"_s, u"Speed"_s, u"1450"_s); },
+            [&] {
+                set(u"2"_s, u"Head"_s, u"7.5"_s);
+                done({u"add"_s, u"PUMP.DDB"_s, u"record"_s, u"Pumps"_s, u"Name=P-3"_s});
+            });
+    git({u"merge"_s, u"-q"_s, u"-m"_s, u"both"_s, u"other"_s});
+    EXPECT_EQ(records(), "P-1,1450,2.5\n\"P 2, spare\",-3,7.5\nP-3,0,0\n");
+    EXPECT_EQ(git({u"status"_s, u"--porcelain"_s}), "");
+}
+
+TEST_P(GitTest, AConflictKeepsOursAndIsListedBesideTheFile) {
+    diverge([&] { set(u"1"_s, u"Speed"_s, u"1450"_s); },
+            [&] {
+                set(u"1"_s, u"Speed"_s, u"1600"_s);
+                set(u"2"_s, u"Speed"_s, u"8"_s);
+            });
+    const Outcome result = tryGit({u"merge"_s, u"-m"_s, u"both"_s, u"other"_s});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT((result.output + result.errors).toStdString(), HasSubstr("CONFLICT"));
+    EXPECT_EQ(records(), "P-1,1600,2.5\n\"P 2, spare\",8,0.1\n");
+    EXPECT_EQ(bytesOf(u"PUMP.DDB.conflicts.json"_s),
+              "{\"what\": \"cell\", \"table\": \"Pumps\", \"record\": 1, \"field\": \"Speed\", \"base\": 1500, "
+              "\"ours\": 1600, \"theirs\": 1450}\n");
+}
+
+TEST_P(GitTest, ARebaseCarriesEditsAcrossARename) {
+    diverge([&] { git({u"mv"_s, u"PUMP.DDB"_s, u"MOVED.DDB"_s}); }, [&] { set(u"1"_s, u"Speed"_s, u"1450"_s); });
+    git({u"rebase"_s, u"-q"_s, u"other"_s});
+    EXPECT_FALSE(QFile::exists(path(u"PUMP.DDB"_s)));
+    EXPECT_EQ(records(u"MOVED.DDB"_s), "P-1,1450,2.5\n\"P 2, spare\",-3,0.1\n");
+}
+
+TEST_P(GitTest, ARebaseMergesWhatBothChanged) {
+    diverge([&] { set(u"2"_s, u"Name"_s, u"P-2"_s); }, [&] { set(u"1"_s, u"Speed"_s, u"1450"_s); });
+    git({u"rebase"_s, u"-q"_s, u"other"_s});
+    EXPECT_EQ(records(), "P-1,1450,2.5\nP-2,-3,0.1\n");
+}
+
+TEST_P(GitTest, TheKeysOfTheRepositoryTellWhichRecordsBelongTogether) {
+    write(u".qir-keys"_s, "# what tells them apart\nPumps:Name\n");
+    commit(u"keys"_s);
+    diverge(
+        [&] {
+            done({u"remove"_s, u"PUMP.DDB"_s, u"record"_s, u"Pumps"_s, u"Name=P-1"_s});
+        },
+        [&] {
+            set(u"2"_s, u"Speed"_s, u"8"_s);
+            done({u"add"_s, u"PUMP.DDB"_s, u"record"_s, u"Pumps"_s, u"Name=P-3"_s});
+        });
+    git({u"merge"_s, u"-q"_s, u"-m"_s, u"both"_s, u"other"_s});
+    EXPECT_EQ(records(), "\"P 2, spare\",8,0.1\nP-3,0,0\n");
+}
+
+TEST_P(GitTest, WithoutAKeyARemovalBesideEditsIsAConflict) {
+    diverge(
+        [&] {
+            done({u"remove"_s, u"PUMP.DDB"_s, u"record"_s, u"Pumps"_s, u"1"_s});
+        },
+        [&] { set(u"2"_s, u"Speed"_s, u"8"_s); });
+    const Outcome result = tryGit({u"merge"_s, u"-m"_s, u"both"_s, u"other"_s});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(records(), "P-1,1500,2.5\n\"P 2, spare\",8,0.1\n");
+    EXPECT_THAT(bytesOf(u"PUMP.DDB.conflicts.json"_s).toStdString(), HasSubstr("a key would help"));
+}
+
+TEST_P(GitTest, AFileThatBothBranchesAddIsMergedFromNothing) {
+    diverge(
+        [&] {
+            done({u"create"_s, u"NEW.DDB"_s});
+            done({u"import"_s, u"NEW.DDB"_s, u"A"_s, u"-"_s}, "X[long]\n1\n");
+        },
+        [&] {
+            done({u"create"_s, u"NEW.DDB"_s});
+            done({u"import"_s, u"NEW.DDB"_s, u"B"_s, u"-"_s}, "X[long]\n2\n");
+        });
+    git({u"merge"_s, u"-q"_s, u"-m"_s, u"both"_s, u"other"_s});
+    EXPECT_EQ(done({u"dump"_s, u"NEW.DDB"_s, u"--format"_s, u"csv"_s}), "B\nX[long]\n2\n\nA\nX[long]\n1\n");
+}
+
+TEST_P(GitTest, MergeWritesTheResultProtectedAsOurs) {
+    write(u"word"_s, "hidden\n");
+    for (const QString &name : {u"B.DDB"_s, u"O.DDB"_s, u"T.DDB"_s})
+        ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(name)));
+    set(u"1"_s, u"Speed"_s, u"1450"_s, u"T.DDB"_s);
+    set(u"2"_s, u"Speed"_s, u"8"_s, u"O.DDB"_s);
+    done({u"passwd"_s, u"O.DDB"_s, u"--new-password-file"_s, u"word"_s});
+    const QByteArray ours = bytesOf(u"O.DDB"_s);
+    done({u"merge"_s, u"B.DDB"_s, u"O.DDB"_s, u"T.DDB"_s, u"-o"_s, u"OUT.DDB"_s, u"--password-file"_s, u"word"_s});
+    EXPECT_EQ(bytesOf(u"O.DDB"_s), ours);
+    EXPECT_EQ(bytesOf(u"OUT.DDB"_s).at(13), '1');
+    EXPECT_EQ(done({u"get"_s, u"OUT.DDB"_s, u"Pumps"_s, u"1"_s, u"Speed"_s, u"--password-file"_s, u"word"_s}),
+              "1450\n");
+    EXPECT_EQ(done({u"get"_s, u"OUT.DDB"_s, u"Pumps"_s, u"2"_s, u"Speed"_s, u"--password-file"_s, u"word"_s}), "8\n");
+    set(u"1"_s, u"Speed"_s, u"1600"_s, u"B.DDB"_s);
+    const Outcome conflict = run({u"merge"_s, u"PUMP.DDB"_s, u"B.DDB"_s, u"T.DDB"_s, u"-o"_s, u"B.DDB"_s});
+    EXPECT_EQ(conflict.status, 1);
+    EXPECT_EQ(conflict.errors,
+              "qirdb: B.DDB: conflict: table \"Pumps\", record 1, field \"Speed\"\n"
+              "qirdb: B.DDB: 1 place in conflict, as OURS has them; B.DDB.conflicts.json lists them\n");
+    done({u"merge"_s, u"PUMP.DDB"_s, u"B.DDB"_s, u"PUMP.DDB"_s, u"-o"_s, u"B.DDB"_s});
+    EXPECT_FALSE(QFile::exists(path(u"B.DDB.conflicts.json"_s)));
+    trouble({u"merge"_s, u"B.DDB"_s, u"B.DDB"_s, u"T.DDB"_s, u"-o"_s, u"OUT.DDB"_s, u"--key"_s, u"Valves:Name"_s},
+            "qirdb: OUT.DDB: there is no table \"Valves\", for which a key is given");
+}
+
+INSTANTIATE_TEST_SUITE_P(Component, GitTest, testing::Values(CLI_COMPONENTS),
+                         [](const auto &run) { return std::string(run.param.name); });
+
+} // namespace
+
+} // namespace qir

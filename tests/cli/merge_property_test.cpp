@@ -1,0 +1,500 @@
+#include "cli/git/ContentMerge.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+#include <random>
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+// What a merge must keep, written down once more without any thought of how it is done: cells by the names of their
+// tables and fields.
+
+/// A record as a map from the names of its fields.
+using Row = std::map<QString, QVariant>;
+
+const QVariant nothing;
+
+struct Side {
+    const TableContent *table;
+
+    bool has(const QString &field) const { return find(field) >= 0; }
+    int find(const QString &field) const {
+        for (std::size_t i = 0; table != nullptr && i < table->fields.size(); ++i)
+            if (table->fields[i].name == field)
+                return static_cast<int>(i);
+        return -1;
+    }
+    QString header(const QString &field) const {
+        const FieldInfo &info = table->fields[static_cast<std::size_t>(find(field))];
+        return u"%1 %2"_s.arg(static_cast<int>(info.type)).arg(info.size);
+    }
+    QVariant value(std::size_t record, const QString &field) const {
+        const int place = find(field);
+        return place < 0 || record >= table->records.size() ? nothing
+                                                            : table->records[record][static_cast<std::size_t>(place)];
+    }
+};
+
+QString show(const QVariant &value) {
+    if (!value.isValid())
+        return u"-"_s;
+    return value.typeId() == QMetaType::QString ? u"t"_s + value.toString() : u"n%1"_s.arg(value.toDouble());
+}
+
+/// A cell that a record does not have counts as empty, whatever its type.
+QString plain(const QVariant &value) {
+    const QString text = show(value);
+    return text == u"t"_s || text == u"n0"_s ? u"-"_s : text;
+}
+
+/// What one of two changes of a thing comes to; nothing where they are different ones.
+std::optional<QString> both(const QString &base, const QString &ours, const QString &theirs) {
+    if (ours == theirs || theirs == base)
+        return ours;
+    return ours == base ? std::optional(theirs) : std::nullopt;
+}
+
+class Check {
+public:
+    Check(const DatabaseContent &base, const DatabaseContent &ours, const DatabaseContent &theirs,
+          const MergedContent &result, bool hasKey)
+        : m_base(base)
+        , m_ours(ours)
+        , m_theirs(theirs)
+        , m_result(result)
+        , m_hasKey(hasKey) {}
+
+    /// What is lost, "" for nothing.
+    QString problem() {
+        for (const QString &name : tableNamesOf())
+            checkTable(name);
+        return m_problem;
+    }
+
+private:
+    QStringList tableNamesOf() const {
+        QStringList names;
+        for (const DatabaseContent *side : {&m_base, &m_ours, &m_theirs, &m_result.content})
+            for (const TableContent &table : side->tables)
+                if (!names.contains(table.name))
+                    names += table.name;
+        return names;
+    }
+
+    void fail(const QString &what) {
+        if (m_problem.isEmpty())
+            m_problem = u"table %1: %2"_s.arg(m_table, what);
+    }
+    void require(bool holds, const QString &what) {
+        if (!holds)
+            fail(what);
+    }
+
+    template<class Matches>
+    bool told(Conflict::What what, Matches matches) const {
+        return std::ranges::any_of(m_result.conflicts, [&](const Conflict &conflict) {
+            return conflict.what == what && conflict.table == m_table && matches(conflict);
+        });
+    }
+    bool tableTold() const {
+        return told(Conflict::What::Table, [](const Conflict &) { return true; });
+    }
+    bool fieldTold(const QString &field) const {
+        return told(Conflict::What::Field, [&](const Conflict &conflict) { return conflict.field == field; });
+    }
+
+    void checkTable(const QString &name) {
+        m_table = name;
+        const TableContent *base = m_base.find(name);
+        const TableContent *ours = m_ours.find(name);
+        const TableContent *theirs = m_theirs.find(name);
+        const TableContent *result = m_result.content.find(name);
+        const auto same = [](const TableContent *one, const TableContent *other) {
+            return (one == nullptr) == (other == nullptr) && (one == nullptr || sameContent(*one, *other));
+        };
+        const bool oneSided = same(base, ours) || same(base, theirs) || same(ours, theirs);
+        if (oneSided) {
+            require(!tableTold(), u"a change of one side is a conflict"_s);
+            require(same(result, same(base, ours) ? theirs : ours), u"a change of one side alone is not the result"_s);
+            return;
+        }
+        if (tableTold()) {
+            const bool isOurs = same(result, ours);
+            require(isOurs ||
+                        told(Conflict::What::Table,
+                             [](const Conflict &conflict) { return conflict.reason.contains(u"moved fields"_s); }),
+                    u"a table in conflict is not ours"_s);
+            return;
+        }
+        require(base != nullptr && ours != nullptr && theirs != nullptr && result != nullptr,
+                u"a table that came or went beside changes is not told"_s);
+        if (m_problem.isEmpty())
+            checkContent({base}, {ours}, {theirs}, {result});
+    }
+
+    void checkContent(Side base, Side ours, Side theirs, Side result) {
+        QStringList fields;
+        QStringList all;
+        for (const Side &side : {base, ours, theirs})
+            for (const FieldInfo &field : side.table->fields)
+                if (!all.contains(field.name))
+                    all += field.name;
+        for (const QString &field : all) {
+            if (checkField(field, base, ours, theirs, result))
+                fields += field;
+        }
+        const bool keyed = m_hasKey && base.has(u"Id"_s) && ours.has(u"Id"_s) && theirs.has(u"Id"_s);
+        if (keyed && fieldTold(u"Id"_s))
+            return; // which records are which is part of that conflict
+        if (keyed)
+            checkKeyed(fields, base, ours, theirs, result);
+        else
+            checkPlaces(fields, base, ours, theirs, result);
+    }
+
+    /// True for a field whose cells are to be looked at.
+    bool checkField(const QString &field, Side base, Side ours, Side theirs, Side result) {
+        const auto header = [&](const Side &side) { return side.has(field) ? side.header(field) : u"none"_s; };
+        if (fieldTold(field)) {
+            require(header(result) == header(ours), u"field %1 in conflict is not ours"_s.arg(field));
+            return false;
+        }
+        const std::optional<QString> expected = both(header(base), header(ours), header(theirs));
+        require(expected && *expected == header(result), u"what became of field %1 is lost"_s.arg(field));
+        if (!result.has(field)) { // removed: the other side must not have changed a value
+            for (const Side &side : {ours, theirs})
+                for (std::size_t i = 0; side.has(field) && i < side.table->records.size(); ++i)
+                    require(show(side.value(i, field)) == show(base.value(i, field)),
+                            u"a value of the removed field %1 is lost"_s.arg(field));
+            return false;
+        }
+        return true;
+    }
+
+    void checkCells(const QStringList &fields, const std::vector<Row> &rows, const Conflict &place) {
+        for (const QString &field : fields) {
+            const QString base = plain(rows[0].at(field));
+            const QString ours = plain(rows[1].at(field));
+            const QString theirs = plain(rows[2].at(field));
+            const QString result = plain(rows[3].at(field));
+            const std::optional<QString> expected = both(base, ours, theirs);
+            if (expected) {
+                require(*expected == result, u"cell %1: %2, %3, %4 gave %5"_s.arg(field, base, ours, theirs, result));
+                continue;
+            }
+            require(result == ours, u"cell %1 in conflict is not ours"_s.arg(field));
+            require(told(Conflict::What::Cell,
+                         [&](const Conflict &conflict) {
+                             return conflict.field == field && conflict.record == place.record &&
+                                    conflict.key == place.key && plain(conflict.theirs.value(0)) == theirs;
+                         }),
+                    u"the other value of cell %1 is told nowhere"_s.arg(field));
+        }
+    }
+
+    static Row rowOf(const QStringList &fields, const Side &side, std::size_t record) {
+        Row row;
+        for (const QString &field : fields)
+            row[field] = side.value(record, field);
+        return row;
+    }
+
+    static QStringList plainOf(const QStringList &fields, const Side &side, std::size_t record) {
+        QStringList texts;
+        for (const QString &field : fields)
+            texts += plain(side.value(record, field));
+        return texts;
+    }
+
+    void checkPlaces(const QStringList &fields, Side base, Side ours, Side theirs, Side result) {
+        const std::size_t common = base.table->records.size();
+        require(ours.table->records.size() >= common && theirs.table->records.size() >= common &&
+                    result.table->records.size() >= common,
+                u"a removal beside edits is not told"_s);
+        for (std::size_t i = 0; i < common && m_problem.isEmpty(); ++i) {
+            Conflict place;
+            place.record = static_cast<int>(i) + 1;
+            checkCells(
+                fields,
+                {rowOf(fields, base, i), rowOf(fields, ours, i), rowOf(fields, theirs, i), rowOf(fields, result, i)},
+                place);
+        }
+        std::size_t added = 0;
+        for (const Side &side : {ours, theirs}) {
+            added += side.table->records.size() - common;
+            std::size_t at = common;
+            for (std::size_t i = common; i < side.table->records.size(); ++i, ++at) {
+                while (at < result.table->records.size() && plainOf(fields, side, i) != plainOf(fields, result, at))
+                    ++at;
+                require(at < result.table->records.size(), u"an added record is lost"_s);
+            }
+        }
+        require(result.table->records.size() <= common + added, u"records come from nowhere"_s);
+    }
+
+    using Groups = std::map<QString, std::vector<std::size_t>>;
+    static Groups groupsOf(const Side &side) {
+        Groups groups;
+        for (std::size_t i = 0; i < side.table->records.size(); ++i)
+            groups[show(side.value(i, u"Id"_s))].push_back(i);
+        return groups;
+    }
+
+    void checkKeyed(const QStringList &fields, Side base, Side ours, Side theirs, Side result) {
+        const std::array sides{base, ours, theirs, result};
+        std::array<Groups, 4> groups;
+        std::set<QString> keys;
+        for (std::size_t s = 0; s < sides.size(); ++s) {
+            groups[s] = groupsOf(sides[s]);
+            for (const auto &[key, records] : groups[s])
+                keys.insert(key);
+        }
+        for (const QString &key : keys) {
+            std::array<std::vector<std::size_t>, 4> records;
+            for (std::size_t s = 0; s < sides.size(); ++s)
+                records[s] = groups[s][key];
+            checkKey(fields, sides, records, key);
+        }
+    }
+
+    void checkKey(const QStringList &fields, const std::array<Side, 4> &sides,
+                  const std::array<std::vector<std::size_t>, 4> &records, const QString &key) {
+        std::array<QList<QStringList>, 4> rows;
+        for (std::size_t s = 0; s < sides.size(); ++s)
+            for (const std::size_t record : records[s])
+                rows[s].append(plainOf(fields, sides[s], record));
+        const bool isTold = told(Conflict::What::Record, [&](const Conflict &conflict) {
+            return !conflict.key.isEmpty() && show(conflict.key.front()) == key;
+        });
+        if (isTold) {
+            require(rows[3] == rows[1], u"a record in conflict is not ours: "_s + key);
+            return;
+        }
+        const bool isSingle = std::ranges::all_of(records, [](const auto &list) { return list.size() <= 1; });
+        if (isSingle && !records[1].empty() && !records[2].empty()) {
+            require(!records[3].empty(), u"a record is lost: "_s + key);
+            if (m_problem.isEmpty())
+                checkMatched(fields, sides, records);
+            return;
+        }
+        if (rows[1] == rows[0])
+            require(rows[3] == rows[2], u"what THEIRS made of a record is lost: "_s + key);
+        else if (rows[2] == rows[0] || rows[1] == rows[2])
+            require(rows[3] == rows[1], u"what OURS made of a record is lost: "_s + key);
+        else
+            fail(u"two changes of a record are told nowhere: "_s + key);
+    }
+
+    void checkMatched(const QStringList &fields, const std::array<Side, 4> &sides,
+                      const std::array<std::vector<std::size_t>, 4> &records) {
+        constexpr std::size_t beyond = 1000000;
+        std::vector<Row> rows;
+        for (std::size_t s = 0; s < sides.size(); ++s)
+            rows.push_back(rowOf(fields, sides[s], records[s].empty() ? beyond : records[s].front()));
+        Conflict place;
+        place.record = static_cast<int>(records[1].front()) + 1;
+        place.key = {sides[1].value(records[1].front(), u"Id"_s)};
+        if (!records[0].empty()) {
+            checkCells(fields, rows, place);
+            return;
+        }
+        // Both have added it: what differs is in conflict, an empty value too.
+        for (const QString &field : fields) {
+            if (!sides[1].has(field) || !sides[2].has(field) || show(rows[1].at(field)) == show(rows[2].at(field)))
+                continue;
+            require(plain(rows[3].at(field)) == plain(rows[1].at(field)), u"an added cell in conflict is not ours"_s);
+            require(
+                told(Conflict::What::Cell,
+                     [&](const Conflict &conflict) { return conflict.field == field && conflict.key == place.key; }),
+                u"two values of an added record are told nowhere"_s);
+        }
+    }
+
+    const DatabaseContent &m_base;
+    const DatabaseContent &m_ours;
+    const DatabaseContent &m_theirs;
+    const MergedContent &m_result;
+    bool m_hasKey;
+    QString m_table;
+    QString m_problem;
+};
+
+/// Draws databases and what becomes of them.
+class Drawing {
+public:
+    explicit Drawing(std::uint64_t seed)
+        : m_random(seed) {}
+
+    int below(int end) { return std::uniform_int_distribution(0, end - 1)(m_random); }
+
+    DatabaseContent database() {
+        DatabaseContent content;
+        for (const QString &name : {u"A"_s, u"B"_s})
+            if (below(4) > 0)
+                content.tables.push_back(table(name));
+        return content;
+    }
+
+    void edit(DatabaseContent &content) {
+        if (content.tables.empty() || below(12) == 0) {
+            editTables(content);
+            return;
+        }
+        TableContent &table = content.tables[place(content.tables.size())];
+        switch (below(10)) {
+        case 0:
+            editFields(table);
+            break;
+        case 1:
+        case 2:
+            table.records.push_back(record(table));
+            break;
+        case 3:
+            if (!table.records.empty())
+                table.records.erase(table.records.begin() + below(static_cast<int>(table.records.size())));
+            break;
+        case 4:
+            table.records.insert(table.records.begin() + below(static_cast<int>(table.records.size()) + 1),
+                                 record(table));
+            break;
+        default:
+            if (!table.records.empty() && !table.fields.empty()) {
+                const std::size_t field = place(table.fields.size());
+                table.records[place(table.records.size())][field] = value(table.fields[field]);
+            }
+        }
+    }
+
+private:
+    std::size_t place(std::size_t size) { return static_cast<std::size_t>(below(static_cast<int>(size))); }
+
+    QVariant value(const FieldInfo &field) {
+        if (field.type != FieldType::Text)
+            return static_cast<double>(below(4));
+        return QString(u"abc"_s.first(below(4))).left(field.size);
+    }
+    RecordValues record(const TableContent &table) {
+        RecordValues values;
+        for (const FieldInfo &field : table.fields)
+            values.push_back(value(field));
+        return values;
+    }
+    FieldInfo field(const QString &name) {
+        const bool isText = below(2) == 0;
+        return {name, isText ? FieldType::Text : FieldType::Long, isText ? 1 + below(3) : 0};
+    }
+    TableContent table(const QString &name) {
+        TableContent table{name, {{u"Id"_s, FieldType::Long, 0}, field(u"X"_s), field(u"Y"_s)}, {}};
+        for (int i = below(5); i > 0; --i) {
+            table.records.push_back(record(table));
+            if (below(4) > 0) // mostly a key
+                table.records.back()[0] = static_cast<double>(table.records.size() + 3);
+        }
+        return table;
+    }
+
+    void editTables(DatabaseContent &content) {
+        if (!content.tables.empty() && below(2) == 0) {
+            content.tables.erase(content.tables.begin() + below(static_cast<int>(content.tables.size())));
+            return;
+        }
+        for (const QString &name : {u"A"_s, u"B"_s, u"C"_s})
+            if (content.find(name) == nullptr && below(2) == 0) {
+                content.tables.push_back(table(name));
+                return;
+            }
+    }
+
+    void editFields(TableContent &table) {
+        const int kind = below(3);
+        if (kind == 0 || table.fields.empty()) {
+            for (const QString &name : {u"Id"_s, u"X"_s, u"Y"_s, u"Z"_s, u"W"_s}) {
+                if (Side{&table}.has(name) || below(2) == 0)
+                    continue;
+                table.fields.push_back(field(name));
+                for (RecordValues &values : table.records)
+                    values.push_back(below(2) == 0                                 ? value(table.fields.back())
+                                     : table.fields.back().type == FieldType::Text ? QVariant(QString())
+                                                                                   : QVariant(0.0));
+                return;
+            }
+            return;
+        }
+        const std::size_t at = place(table.fields.size());
+        if (kind == 1) {
+            table.fields.erase(table.fields.begin() + static_cast<std::ptrdiff_t>(at));
+            for (RecordValues &values : table.records)
+                values.erase(values.begin() + static_cast<std::ptrdiff_t>(at));
+            return;
+        }
+        table.fields[at] = field(table.fields[at].name);
+        for (RecordValues &values : table.records) {
+            const FieldInfo &now = table.fields[at];
+            const QString text = show(values[at]).mid(1);
+            values[at] = now.type == FieldType::Text ? QVariant(text.left(now.size)) : QVariant(text.toDouble());
+        }
+    }
+
+    std::mt19937_64 m_random;
+};
+
+QString shown(const DatabaseContent &content) {
+    QString text;
+    for (const TableContent &table : content.tables) {
+        text += u"  %1:"_s.arg(table.name);
+        for (const FieldInfo &field : table.fields)
+            text += u" %1[%2:%3]"_s.arg(field.name).arg(static_cast<int>(field.type)).arg(field.size);
+        text += u'\n';
+        for (const RecordValues &values : table.records) {
+            text += u"   "_s;
+            for (const QVariant &value : values)
+                text += u' ' + show(value);
+            text += u'\n';
+        }
+    }
+    return text;
+}
+
+TEST(MergeProperty, NoEditOfEitherSideIsLostUnlessAConflictTellsOfIt) {
+    constexpr std::uint64_t triples = 20000;
+    std::size_t conflicts = 0;
+    std::size_t merges = 0;
+    for (std::uint64_t seed = 1; seed <= triples; ++seed) {
+        Drawing drawing(seed);
+        const DatabaseContent base = drawing.database();
+        DatabaseContent ours = base;
+        DatabaseContent theirs = base;
+        for (DatabaseContent *side : {&ours, &theirs})
+            for (int edits = drawing.below(4); edits > 0; --edits)
+                drawing.edit(*side);
+        const bool hasKey = drawing.below(2) == 0;
+        const KeyChoice keys(hasKey ? std::vector<ChosenKey>{{{}, {u"Id"_s}}} : std::vector<ChosenKey>());
+        const MergedContent result = mergeContents(base, ours, theirs, keys);
+        (result.conflicts.empty() ? merges : conflicts) += 1;
+        const QString problem = Check(base, ours, theirs, result, hasKey).problem();
+        QByteArray lines;
+        for (const Conflict &conflict : result.conflicts)
+            conflict.appendJson(lines);
+        ASSERT_EQ(problem.toStdString(), "") << "seed " << seed << (hasKey ? ", by Id" : ", by position") << "\nBASE\n"
+                                             << shown(base).toStdString() << "OURS\n"
+                                             << shown(ours).toStdString() << "THEIRS\n"
+                                             << shown(theirs).toStdString() << "RESULT\n"
+                                             << shown(result.content).toStdString() << lines.toStdString();
+    }
+    // Both kinds are among what was drawn, or the rest says little.
+    EXPECT_GT(conflicts, triples / 20);
+    EXPECT_GT(merges, triples / 4);
+}
+
+} // namespace
+
+} // namespace qir

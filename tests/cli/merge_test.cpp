@@ -1,0 +1,156 @@
+#include "cli/ComparisonArguments.h"
+#include "cli/git/ContentMerge.h"
+
+#include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+
+namespace qir {
+
+namespace {
+
+const FieldInfo id{u"Id"_s, FieldType::Long, 0};
+const FieldInfo note{u"Note"_s, FieldType::Text, 5};
+
+RecordValues record(double number, const QString &text) {
+    return {number, text};
+}
+
+DatabaseContent tables(std::vector<RecordValues> records, const QString &name = u"T"_s) {
+    return {{{name, {id, note}, std::move(records)}}};
+}
+
+MergedContent merged(const DatabaseContent &base, const DatabaseContent &ours, const DatabaseContent &theirs,
+                     const QStringList &keys = {}) {
+    std::vector<ChosenKey> chosen;
+    for (const QString &key : keys)
+        chosen.push_back(*parseKey(key));
+    return mergeContents(base, ours, theirs, KeyChoice(chosen));
+}
+
+std::string linesOf(const std::vector<Conflict> &conflicts) {
+    QByteArray lines;
+    for (const Conflict &conflict : conflicts)
+        conflict.appendJson(lines);
+    return lines.toStdString();
+}
+
+void expectRecords(const MergedContent &result, const std::vector<RecordValues> &records) {
+    ASSERT_EQ(result.content.tables.size(), 1U);
+    EXPECT_TRUE(sameContent(result.content.tables[0], {result.content.tables[0].name, {id, note}, records}));
+}
+
+TEST(MergeTest, CellsOfOneRecordAreMerged) {
+    const MergedContent result =
+        merged(tables({record(1, u"a"_s)}), tables({record(2, u"a"_s)}), tables({record(1, u"b"_s)}));
+    EXPECT_EQ(linesOf(result.conflicts), "");
+    expectRecords(result, {record(2, u"b"_s)});
+}
+
+TEST(MergeTest, ACellThatBothChangedIsAConflictAndStaysOurs) {
+    const MergedContent result =
+        merged(tables({record(1, u"a"_s)}), tables({record(1, u"b"_s)}), tables({record(1, u"c"_s)}));
+    EXPECT_EQ(linesOf(result.conflicts), "{\"what\": \"cell\", \"table\": \"T\", \"record\": 1, \"field\": \"Note\", "
+                                         "\"base\": \"a\", \"ours\": \"b\", \"theirs\": \"c\"}\n");
+    expectRecords(result, {record(1, u"b"_s)});
+}
+
+TEST(MergeTest, TheSameEditOnBothSidesIsNoConflict) {
+    const DatabaseContent same = tables({record(1, u"b"_s), record(2, u"new"_s)});
+    const MergedContent result = merged(tables({record(1, u"a"_s)}), same, same);
+    EXPECT_EQ(linesOf(result.conflicts), "");
+    expectRecords(result, same.tables[0].records);
+}
+
+TEST(MergeTest, RecordsThatBothAddedAtTheEndAreAllThere) {
+    const RecordValues first = record(1, u"a"_s);
+    const MergedContent result = merged(tables({first}), tables({first, record(2, u"o"_s)}),
+                                        tables({first, record(3, u"t"_s), record(4, u"t"_s)}));
+    EXPECT_EQ(linesOf(result.conflicts), "");
+    expectRecords(result, {first, record(2, u"o"_s), record(3, u"t"_s), record(4, u"t"_s)});
+}
+
+TEST(MergeTest, AnInsertionBesideEditsNeedsAKey) {
+    const DatabaseContent base = tables({record(1, u"a"_s), record(2, u"b"_s)});
+    const DatabaseContent ours = tables({record(1, u"a"_s), record(9, u"n"_s), record(2, u"b"_s)});
+    const DatabaseContent theirs = tables({record(1, u"a"_s), record(2, u"c"_s)});
+    const MergedContent without = merged(base, ours, theirs);
+    EXPECT_THAT(linesOf(without.conflicts),
+                HasSubstr("{\"what\": \"table\", \"table\": \"T\", \"base\": [\"Id[long]\""));
+    EXPECT_THAT(linesOf(without.conflicts), HasSubstr("a key would help: --key \\\"T:FIELD\\\""));
+    expectRecords(without, ours.tables[0].records);
+    const MergedContent with = merged(base, ours, theirs, {u"T:Id"_s});
+    EXPECT_EQ(linesOf(with.conflicts), "");
+    expectRecords(with, {record(1, u"a"_s), record(9, u"n"_s), record(2, u"c"_s)});
+}
+
+TEST(MergeTest, ARecordRemovedHereAndChangedThereIsAConflict) {
+    const MergedContent result = merged(tables({record(1, u"a"_s), record(2, u"b"_s)}), tables({record(2, u"b"_s)}),
+                                        tables({record(1, u"x"_s), record(2, u"b"_s)}), {u"Id"_s});
+    EXPECT_EQ(
+        linesOf(result.conflicts),
+        "{\"what\": \"record\", \"table\": \"T\", \"key\": [1], \"base\": [1, \"a\"], \"ours\": null, \"theirs\": "
+        "[1, \"x\"], \"reason\": \"OURS has removed it, THEIRS has changed it\"}\n");
+    expectRecords(result, {record(2, u"b"_s)});
+}
+
+TEST(MergeTest, AFieldThatOneSideAddsAndOneThatTheOtherRemovesAreMerged) {
+    const DatabaseContent base = tables({record(1, u"a"_s)});
+    DatabaseContent ours = base;
+    ours.tables[0].fields.push_back({u"New"_s, FieldType::Double, 0});
+    ours.tables[0].records[0].push_back(2.5);
+    DatabaseContent theirs{{{u"T"_s, {id}, {{1.0}}}}};
+    const MergedContent result = merged(base, ours, theirs);
+    EXPECT_EQ(linesOf(result.conflicts), "");
+    EXPECT_TRUE(sameContent(result.content.tables[0], {u"T"_s, {id, {u"New"_s, FieldType::Double, 0}}, {{1.0, 2.5}}}));
+    theirs.tables[0] = {u"T"_s, {id}, {{7.0}}};
+    ours.tables[0].records[0][1] = u"b"_s; // a value of the field that the other side removes
+    const MergedContent conflict = merged(base, ours, theirs);
+    EXPECT_THAT(linesOf(conflict.conflicts), HasSubstr("{\"what\": \"field\", \"table\": \"T\", \"field\": \"Note\", "
+                                                       "\"base\": \"Note[text:5]\", \"ours\": \"Note[text:5]\", "
+                                                       "\"theirs\": null"));
+    EXPECT_TRUE(sameContent(conflict.content.tables[0], {u"T"_s, ours.tables[0].fields, {{7.0, u"b"_s, 2.5}}}));
+}
+
+TEST(MergeTest, AShorterFieldDoesNotCutWhatTheOtherSideWrote) {
+    const DatabaseContent base = tables({record(1, u"a"_s)});
+    DatabaseContent ours = base;
+    ours.tables[0].fields[1].size = 1;
+    const MergedContent result = merged(base, ours, tables({record(1, u"long"_s)}));
+    EXPECT_THAT(linesOf(result.conflicts), HasSubstr("\"what\": \"field\""));
+    EXPECT_TRUE(sameContent(result.content.tables[0], ours.tables[0]));
+}
+
+TEST(MergeTest, TablesComeAndGo) {
+    const DatabaseContent one = tables({record(1, u"a"_s)}, u"One"_s);
+    const DatabaseContent two = tables({record(2, u"b"_s)}, u"Two"_s);
+    DatabaseContent both = one;
+    both.tables.push_back(two.tables[0]);
+    const MergedContent added = merged({}, one, two);
+    EXPECT_EQ(linesOf(added.conflicts), "");
+    EXPECT_EQ(added.content.tables.size(), 2U);
+    const MergedContent removed = merged(both, one, both);
+    EXPECT_EQ(linesOf(removed.conflicts), "");
+    EXPECT_EQ(removed.content.tables.size(), 1U);
+    DatabaseContent changed = both;
+    changed.tables[1].records[0][0] = 3.0;
+    const MergedContent conflict = merged(both, one, changed);
+    EXPECT_THAT(linesOf(conflict.conflicts),
+                HasSubstr("\"table\": \"Two\", \"base\": [\"Id[long]\", \"Note[text:5]\"], "
+                          "\"ours\": null"));
+    EXPECT_EQ(conflict.content.tables.size(), 1U);
+}
+
+TEST(KeyChoiceTest, TheKeyOfATableGoesBeforeOneOfAll) {
+    const KeyChoice keys({{u"T"_s, {u"A"_s, u"B"_s}}, {{}, {u"A"_s}}});
+    EXPECT_EQ(keys.keyOf(u"t"_s, {u"a"_s, u"b"_s}), (QStringList{u"A"_s, u"B"_s}));
+    EXPECT_THROW(keys.keyOf(u"T"_s, {u"A"_s}), WrongChoice);
+    EXPECT_EQ(keys.keyOf(u"Other"_s, {u"A"_s}), QStringList{u"A"_s});
+    EXPECT_EQ(keys.keyOf(u"Other"_s, {u"B"_s}), QStringList());
+    EXPECT_THROW(keys.requireTables({u"Other"_s}), WrongChoice);
+}
+
+} // namespace
+
+} // namespace qir

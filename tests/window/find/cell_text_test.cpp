@@ -1,0 +1,105 @@
+#include "tests/window/WindowTest.h"
+#include "tests/window/find/FindHands.h"
+
+#include <QPlainTextEdit>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Types a text behind the one in the box, with what stands there checked, and presses a button.
+std::function<QString(QDialog &)> typing(const QString &before, const QString &typed, const QString &button) {
+    return [=](QDialog &dialog) -> QString {
+        auto *box = dialog.findChild<QPlainTextEdit *>(u"cellTextEdit"_s);
+        if (dialog.objectName() != u"cellText"_s || box == nullptr)
+            return u"no box for a cell's text"_s;
+        if (box->toPlainText() != before)
+            return u"the box holds '%1'"_s.arg(box->toPlainText());
+        for (const QChar key : typed) {
+            if (key == u'\n')
+                hands::key(box, Qt::Key_Return);
+            else
+                hands::type(box, key);
+        }
+        return pressButton(dialog, button);
+    };
+}
+
+} // namespace
+
+/// A cell's text in a box of its own, and what shows of characters that show nothing.
+class CellTextTest : public WindowTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void shiftF2OpensTheBoxAndItsTextIsWritten() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"List"_s, {u"one\r\ntwo"_s, u"b"_s})}));
+        fixture.clickCell(0, 1, 1);
+        fixture.dialogs().expect(typing(u"one\ntwo"_s, u"\nx"_s, u"OK"_s));
+        hands::key(&fixture.grid(0), Qt::Key_F2, Qt::ShiftModifier);
+        QCOMPARE(recordsOf(fixture, 0)[0][0], u"one\r\ntwo\r\nx"_s);
+        QCOMPARE(fixture.texts(0), recordsOf(fixture, 0));
+    }
+
+    void itOpensOutOfTheCellEditorToo() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"List"_s, {u"one"_s})}));
+        beginEdit(fixture, 0, 1, 1);
+        hands::type(&fixture.cellEditor(0), u"s"_s);
+        fixture.dialogs().expect(typing(u"ones"_s, u"!"_s, u"OK"_s));
+        hands::key(&fixture.cellEditor(0), Qt::Key_F2, Qt::ShiftModifier);
+        QCOMPARE(recordsOf(fixture, 0)[0][0], u"ones!"_s);
+        QVERIFY(!editing(fixture, 0));
+    }
+
+    void aCancelAndAnUntouchedTextWriteNothing() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"List"_s, {u"a\r\nb\nc\rd"_s})}));
+        fixture.clickCell(0, 1, 1);
+        fixture.dialogs().expect(typing(u"a\nb\nc\nd"_s, u"x"_s, u"Cancel"_s));
+        hands::key(&fixture.grid(0), Qt::Key_F2, Qt::ShiftModifier);
+        fixture.dialogs().expect(typing(u"a\nb\nc\nd"_s, QString(), u"OK"_s));
+        hands::key(&fixture.grid(0), Qt::Key_F2, Qt::ShiftModifier);
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+        QCOMPARE(recordsOf(fixture, 0)[0][0], u"a\r\nb\nc\rd"_s);
+    }
+
+    void theOtherPaneIsComparedWithIt() {
+        EditorFixture fixture;
+        openBoth(fixture, {listOf(u"List"_s, {u"one"_s})}, {listOf(u"List"_s, {u"one"_s})});
+        fixture.clickCell(1, 1, 1);
+        fixture.dialogs().expect(typing(u"one"_s, u"2"_s, u"OK"_s));
+        hands::key(&fixture.grid(1), Qt::Key_F2, Qt::ShiftModifier);
+        QCOMPARE(redCells(fixture, 0), (Cells{{1, 1}}));
+        QCOMPARE(fixture.lines(0), QStringList{u"List !"_s});
+    }
+
+    void invisibleCharactersAreDrawnInCellsAndInTheEditor() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"List"_s, {u"a\nb"_s, u"a b"_s})}));
+        const auto inked = [&](QWidget *widget, const QRect &part) {
+            const QImage image = widget->grab(part).toImage();
+            int blue = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    const QColor colour = image.pixelColor(x, y);
+                    blue += colour.blue() > colour.red() + 20 && colour.blue() > colour.green() + 20 ? 1 : 0;
+                }
+            }
+            return blue;
+        };
+        Grid &grid = fixture.grid(0);
+        fixture.clickLine(0, 0); // the keyboard elsewhere
+        const auto cell = [&](int row) {
+            return grid.visualRect(grid.model()->index(row - 1, 0)).adjusted(4, 4, -4, -4);
+        };
+        grid.setSelection(singleCell(2, 1));
+        QVERIFY(inked(grid.viewport(), cell(1)) > 0);
+        grid.setSelection(singleCell(1, 1));
+        QCOMPARE(inked(grid.viewport(), cell(2)), 0);
+        beginEdit(fixture, 0, 1, 1);
+        QVERIFY(inked(&fixture.cellEditor(0), fixture.cellEditor(0).rect()) > 0);
+    }
+};
+
+QTEST_MAIN(CellTextTest)
+#include "cell_text_test.moc"

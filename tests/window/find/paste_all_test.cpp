@@ -1,0 +1,70 @@
+#include "tests/window/WindowTest.h"
+#include "tests/window/find/FindHands.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+/// Pasting a whole block.
+class PasteAllTest : public WindowTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theWholeBlockIsLaidFromTheFirstSelectedCellOn() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 2, 1);
+        QGuiApplication::clipboard()->setText(u"7\tseven\r8\teight"_s);
+        fixture.choose(Command::PasteAllMenu);
+        QCOMPARE(recordsOf(fixture, 0),
+                 (QList<QStringList>{{u"1200"_s, u"Main"_s}, {u"7"_s, u"seven"_s}, {u"8"_s, u"eight"_s}}));
+        QCOMPARE(fixture.grid(0).selection(), (GridSelection{2, 1, 3, 2}));
+    }
+
+    void missingRecordsAreAddedWhenTheUserWantsThem() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 3, 2);
+        QGuiApplication::clipboard()->setText(u"a\rb\rc"_s);
+        fixture.dialogs().expectMessage(u"The block needs 2 records more. Add them?"_s, u"?"_s, u"Yes"_s);
+        fixture.choose(Command::PasteAllMenu);
+        QCOMPARE(recordsOf(fixture, 0).mid(2),
+                 (QList<QStringList>{{u"60"_s, u"a"_s}, {u"0"_s, u"b"_s}, {u"0"_s, u"c"_s}}));
+        QCOMPARE(fixture.texts(0), recordsOf(fixture, 0));
+    }
+
+    void withoutThemTheRestIsDropped() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 3, 2);
+        QGuiApplication::clipboard()->setText(u"a\rb\rc"_s);
+        fixture.dialogs().expectMessage(u"The block needs 2 records more. Add them?"_s, u"?"_s, u"No"_s);
+        fixture.choose(Command::PasteAllMenu);
+        QCOMPARE(recordsOf(fixture, 0).mid(2), (QList<QStringList>{{u"60"_s, u"a"_s}}));
+    }
+
+    void aCancelPastesNothing() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 3, 2);
+        QGuiApplication::clipboard()->setText(u"a\rb"_s);
+        fixture.dialogs().expectMessage(u"The block needs 1 record more. Add it?"_s, u"?"_s, u"Cancel"_s);
+        fixture.choose(Command::PasteAllMenu);
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+    }
+
+    void aPasteTellsWhatLayOutsideAndWhatWasChanged() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        selectBlock(fixture, 0, {1, 1, 2, 1});
+        QGuiApplication::clipboard()->setText(u"12x\ta\r5\tb\r7"_s);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(fixture.window().pasteOutcome(),
+                 u"3 pasted values lay outside the selection (first: row 1, column 2 of the block); 1 are stored "
+                 "otherwise (first: record 1, Speed [long], \"12x\")"_s);
+        QGuiApplication::clipboard()->setText(u"6"_s);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(fixture.window().pasteOutcome(), QString());
+    }
+};
+
+QTEST_MAIN(PasteAllTest)
+#include "paste_all_test.moc"

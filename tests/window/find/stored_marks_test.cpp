@@ -1,0 +1,103 @@
+#include "platform/grid/GridModel.h"
+#include "tests/window/WindowTest.h"
+#include "tests/window/find/FindHands.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TableOfTexts bytes() {
+    return {u"Bytes"_s,
+            {{u"B"_s, FieldType::Byte, {u"3"_s, u"1"_s, u"2"_s}},
+             {u"T"_s, FieldType::Text, {u"long enough"_s, u"b"_s, u"c"_s}, 20}}};
+}
+
+QString wordsOf(EditorFixture &fixture, int row, int column) {
+    return fixture.grid(0).model()->index(row - 1, column - 1).data(GridModel::StoredWordsRole).toString();
+}
+
+} // namespace
+
+/// Cells that show another text than is stored.
+class StoredMarksTest : public WindowTest {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aTypedTextThatIsStoredOtherwiseIsMarked() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        edit(fixture, 0, 1, 1, u"999"_s);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"999"_s);
+        QVERIFY(fixture.grid(0).isUnlikeStored(1, 1));
+        QCOMPARE(wordsOf(fixture, 1, 1), u"stored: 255"_s);
+        QCOMPARE(wordsOf(fixture, 2, 1), QString());
+    }
+
+    void theMarkGoesWithATextThatIsStoredAsItShows() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        edit(fixture, 0, 1, 1, u"yes"_s);
+        QCOMPARE(wordsOf(fixture, 1, 1), u"stored: 0"_s);
+        edit(fixture, 0, 1, 1, u"7"_s);
+        QVERIFY(!fixture.grid(0).isUnlikeStored(1, 1));
+    }
+
+    void aReloadTakesTheMarksAway() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes(), pumps()}));
+        edit(fixture, 0, 1, 1, u"999"_s);
+        fixture.clickLine(0, 1);
+        fixture.clickLine(0, 0);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"255"_s);
+        QVERIFY(!fixture.grid(0).isUnlikeStored(1, 1));
+    }
+
+    void textsThatASmallerSizeHasCutAreMarked() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        fixture.clickCell(0, 1, 2);
+        fixture.dialogs().expectInput(u"Field size"_s, u"?"_s, u"20"_s, u"4"_s);
+        fixture.choose(Command::ResizeTextField);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 2), u"long enough"_s);
+        QCOMPARE(wordsOf(fixture, 1, 2), u"stored: long"_s);
+        QVERIFY(!fixture.grid(0).isUnlikeStored(2, 2));
+    }
+
+    void aSortMovesTheMarksWithTheirCells() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        edit(fixture, 0, 1, 1, u"999"_s);
+        fixture.editor().setOrigin(0);
+        fixture.choose(Command::SortFPOP);
+        QCOMPARE(fixture.grid(0).TextMatrix(3, 1), u"999"_s);
+        QVERIFY(!fixture.grid(0).isUnlikeStored(1, 1));
+        QCOMPARE(wordsOf(fixture, 3, 1), u"stored: 255"_s);
+    }
+
+    void aPastedTextIsMarkedToo() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        selectBlock(fixture, 0, {1, 1, 2, 1});
+        QGuiApplication::clipboard()->setText(u"300\r4"_s);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(wordsOf(fixture, 1, 1), u"stored: 255"_s);
+        QVERIFY(!fixture.grid(0).isUnlikeStored(2, 1));
+    }
+
+    void emptiedNumbersAreMarked() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        fixture.clickCell(0, 2, 1);
+        hands::key(&fixture.grid(0), Qt::Key_Delete);
+        QCOMPARE(wordsOf(fixture, 2, 1), u"stored: 0"_s);
+    }
+
+    void theOtherPaneHasMarksOfItsOwn() {
+        EditorFixture fixture;
+        openBoth(fixture, {bytes()}, {bytes()});
+        edit(fixture, 1, 1, 1, u"999"_s);
+        QVERIFY(fixture.grid(1).isUnlikeStored(1, 1));
+        QVERIFY(!fixture.grid(0).isUnlikeStored(1, 1));
+    }
+};
+
+QTEST_MAIN(StoredMarksTest)
+#include "stored_marks_test.moc"

@@ -1,0 +1,94 @@
+#include "view/EditCommands.h"
+
+#include "base/UndoOnError.h"
+#include "pane/StoredMarks.h"
+#include "platform/grid/Grid.h"
+#include "platform/loop/Guards.h"
+#include "view/AreaClipboard.h"
+#include "view/GridSave.h"
+#include "view/TableLoader.h"
+
+#include <QAction>
+
+namespace qir {
+
+void EditCommands::addCommands() {
+    CommandTable &commands = m_editor.controls.commands;
+    commands.add(Command::DeleteCellsMenu, tr("&Delete"), [this] { deleteCells(workingPane()); },
+                 {.shortcut = QKeySequence(Qt::Key_Delete), .needs = Needs::Database});
+    commands.add(Command::FillDownMenu, tr("Fill Do&wn"), [this] { fillDown(workingPane()); },
+                 {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_D), .needs = Needs::Database});
+    commands.add(Command::SelectAllMenu, tr("Select &All"), [this] { selectAll(workingPane()); },
+                 {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_A), .needs = Needs::Database});
+}
+
+void EditCommands::connectPane(int pane) {
+    for (const Command command : {Command::DeleteCellsMenu, Command::FillDownMenu, Command::SelectAllMenu}) {
+        QAction &action = m_editor.controls.action(command);
+        action.setShortcutContext(Qt::WidgetShortcut);
+        m_editor.Tabella(pane).addAction(&action);
+    }
+}
+
+int EditCommands::workingPane() const {
+    for (const int pane : {0, 1}) {
+        if (m_editor.Tabella(pane).hasFocus())
+            return pane;
+    }
+    return m_editor.IndexAttivo();
+}
+
+void EditCommands::deleteCells(int pane) {
+    if (!showsFields(m_editor, pane))
+        return;
+    Grid &grid = m_editor.Tabella(pane);
+    const GridRange cells = recordCells(grid);
+    rewrite(pane, cells, tr("Emptying cells"), [&] {
+        grid.setTexts([&](const Grid::SetText &set) {
+            for (int row = cells.firstRow; row <= cells.lastRow; ++row) {
+                for (int column = cells.firstColumn; column <= cells.lastColumn; ++column)
+                    set(row, column, QStringView());
+            }
+        });
+    });
+}
+
+void EditCommands::fillDown(int pane) {
+    if (!showsFields(m_editor, pane))
+        return;
+    Grid &grid = m_editor.Tabella(pane);
+    GridRange cells = recordCells(grid);
+    const int source = cells.firstRow == cells.lastRow ? cells.firstRow - 1 : cells.firstRow++;
+    if (source < 1 || cells.isEmpty())
+        return;
+    rewrite(pane, cells, tr("Filling down"), [&] {
+        grid.setTexts([&](const Grid::SetText &set) {
+            for (int column = cells.firstColumn; column <= cells.lastColumn; ++column) {
+                const QString text = grid.TextMatrix(source, column);
+                for (int row = cells.firstRow; row <= cells.lastRow; ++row)
+                    set(row, column, text);
+            }
+        });
+    });
+}
+
+void EditCommands::selectAll(int pane) {
+    if (showsFields(m_editor, pane))
+        m_editor.Tabella(pane).selectAll();
+}
+
+void EditCommands::rewrite(int pane, const GridRange &cells, const QString &step, const std::function<void()> &lay) {
+    m_editor.pane(pane).requireWhole();
+    const BusyPointer busy;
+    m_editor.endEdit(); // of a cell that is written now
+    undoneOnError(
+        [&] {
+            lay();
+            const ChangeStep named(m_editor.OggettoDtb(pane), step);
+            m_save.SalvaGridInDatabase(pane, cells);
+            m_stored.look(pane, cells);
+        },
+        [&] { m_tables.reloadAfterFailure(pane); });
+}
+
+} // namespace qir
