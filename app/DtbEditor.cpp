@@ -79,9 +79,6 @@ DtbEditor::DtbEditor()
     addCommands();
     buildMenus(*this, m_editor.controls);
     buildParts();
-    m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
-    SettaColoriIndexAttivo(m_editor);
-    AbilitaMenu(m_editor, -1);
     settleWithLoop();
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &DtbEditor::endWithSession, Qt::DirectConnection);
 }
@@ -99,6 +96,9 @@ void DtbEditor::buildParts() {
     m_strips.build();
     connect(&m_find->bar(), &FindBar::resized, this, &DtbEditor::Form_Resize);
     connect(&m_tableFilter, &TableFilter::resized, this, &DtbEditor::Form_Resize);
+    m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
+    SettaColoriIndexAttivo(m_editor);
+    AbilitaMenu(m_editor, -1);
 }
 
 void DtbEditor::settleWithLoop() {

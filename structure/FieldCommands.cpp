@@ -188,13 +188,12 @@ void FieldCommands::ResizeTextFieldSecco() {
     if (field < 1 || database().QIRTableFieldType(field).toInt() != static_cast<int>(FieldType::Text))
         return;
     const QString size = database().QIRTableFieldSize(field).toString().trimmed();
-    const Grid &grid = m_editor.Tabella(m_editor.IndexAttivo());
+    const int pane = m_editor.IndexAttivo();
+    const Grid &grid = m_editor.Tabella(pane);
     if (const std::optional<double> newSize = askSize(tr("Field size"), size)) {
         const ChangeStep step(database(), tr("Resizing field %1").arg(fieldNameOf(grid, grid.Col())));
         database().ResizeField(field, *newSize);
         // The grid goes on showing its texts whole.
-        const int pane = m_editor.IndexAttivo();
-        const Grid &grid = m_editor.Tabella(pane);
         m_editor.pane(pane).setTextsUnstored(true);
         m_stored.look(pane, {1, grid.Col(), grid.Rows() - 1, grid.Col()});
     }
