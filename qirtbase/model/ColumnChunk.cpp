@@ -24,7 +24,7 @@ ColumnChunk::ColumnChunk(ColumnType type, std::size_t count)
 
 ColumnChunk::ColumnChunk(QByteArray values, QByteArray bytes, std::size_t textBytes)
     : m_values(std::move(values)) {
-    if (textBytes != 0)
+    if (!bytes.isEmpty()) // also for nothing but empty texts: they may have stood somewhere in there
         m_texts = std::make_unique<Texts>(Texts{std::move(bytes), textBytes});
 }
 

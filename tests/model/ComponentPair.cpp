@@ -90,7 +90,9 @@ void ComponentPair::writeColumn() {
 void ComponentPair::compareColumn(int place, const PlainTable &table) {
     for (int record = 1; record <= table.recordCount();) {
         const auto block = ColumnBlock::fromVariant(m_database->ReadColumn(place, record, table.recordCount()));
-        expect(block && block->count() > 0, "a block");
+        if (!block)
+            throw Differs(block.error().text.toStdString());
+        expect(block->count() > 0, "a block");
         for (qsizetype i = 0; i < block->count(); ++i, ++record) {
             const QVariant &value = table.value(record - 1, place - 1);
             expect(block->isText() ? block->text(i) == value.toString()

@@ -1,3 +1,4 @@
+#include "base/columns/ColumnBlock.h"
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/Database.h"
 
@@ -174,6 +175,17 @@ TEST_F(Steps, RecordsDroppedByASaveComeBackWithTheirFields) {
     EXPECT_EQ(encodeBody(database), before);
     database.redoStep();
     EXPECT_EQ(table().recordCount(), 0U);
+}
+
+TEST(TextColumn, CutToNothingIsStillAColumn) {
+    Database database;
+    database.addTable(u"T"_s);
+    Table &table = database.table(0);
+    database.addRecord(table);
+    for (const std::size_t record : {0U, 1U})
+        database.setText(table, 0, record, u"text"_s);
+    database.resizeField(table, 0, 0);
+    EXPECT_TRUE(ColumnBlock::fromVariant(table.field(0).column.block(0, 2).toVariant()));
 }
 
 } // namespace
