@@ -48,7 +48,7 @@ void PasteAll::PasteAllMenu_Click() {
 void PasteAll::paste(int pane, const CellTexts &block, int newRecords) {
     m_editor.pane(pane).makeShownTableCurrent();
     const QirDatabase &database = m_editor.OggettoDtb(pane);
-    const ChangeStep step(database, tr("Paste"));
+    const ChangeStep step(database, tr("Paste All"));
     ChangeGroup changes(database);
     YieldTimer timer;
     for (int record = 0; record < newRecords; ++record) {
