@@ -68,7 +68,7 @@ private:
 
 void KeyedWindowTest::proposesAKeyAndComputesAsItIsShown() {
     KeyedWindow window(nullptr);
-    const QAbstractItemModelTester tester(&window.changes());
+    const QAbstractItemModelTester tester(control<QTableView>(window, "keyedChanges")->model());
     show(window, oldPumps, newPumps);
     auto *keys = control<QListView>(window, "keyFields");
     auto *changes = control<QTableView>(window, "keyedChanges");

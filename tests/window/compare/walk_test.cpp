@@ -1,4 +1,4 @@
-#include "app/StatusState.h"
+#include "app/desktop/StatusState.h"
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/WindowTest.h"

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString failure = u"broken on purpose"_s;
+const QString onPurpose = u"broken on purpose"_s;
 
 /// A command as a person gives it: what is done before it, how it is given, and what is answered to its prompts.
 struct Gesture {
@@ -163,7 +163,7 @@ private Q_SLOTS:
             for (const std::size_t pane : {std::size_t{0}, std::size_t{1}})
                 if (outcome.content[pane] != whole.before[pane] && outcome.content[pane] != whole.content[pane])
                     problems += u"a part of the command was done:\n"_s + outcome.content[pane];
-            if (outcome.errors.size() > 1 || (outcome.errors.size() == 1 && outcome.errors.first() != failure))
+            if (outcome.errors.size() > 1 || (outcome.errors.size() == 1 && outcome.errors.first() != onPurpose))
                 problems += u"errors shown: "_s + outcome.errors.join(u", "_s);
             QVERIFY2(problems.isEmpty(), qPrintable(place + problems));
         }
@@ -222,7 +222,7 @@ private:
         Answers answers(fixture, given);
         fake->clearLog();
         if (failingCall > 0)
-            fake->failAtCall(failingCall, failure);
+            fake->failAtCall(failingCall, onPurpose);
         given.give(fixture);
         fake->stopFailing();
 
