@@ -78,7 +78,7 @@ PaneControls buildPane(QWidget &parent, int pane) {
 } // namespace
 
 void showHint(const EditorContext &editor, int pane, const QString &failure) {
-    QString text = QObject::tr("No database is open here.\nFile > Open (Ctrl+O) opens one, or drop a file here.");
+    QString text = QObject::tr("No database is open here.\nOpen one (Ctrl+O), or drop a file here.");
     if (!failure.isEmpty())
         text.prepend(failure + u"\n\n"_s);
     QLabel &hint = *editor.pane(pane).controls().hint;

@@ -294,7 +294,7 @@ private Q_SLOTS:
         const QByteArray left = fileBytes(path(u"LEFT.DDB"_s));
         const QByteArray right = fileBytes(path(u"RIGHT.DDB"_s));
         connect(&fixture.progressBar(), &QProgressBar::valueChanged, this, [&](int value) {
-            if (value == 1)
+            if (value > 0)
                 QMetaObject::invokeMethod(
                     &fixture.window(), [&] { fixture.window().close(); }, Qt::QueuedConnection);
         });

@@ -13,11 +13,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The calls that a component got, each as "member argument argument".
+/// The calls that a component got, each as "member argument argument"; not the look at the changed flag that ends each
+/// command, which the sign at the file name follows.
 QStringList calls(const UseFake &fake, int instance = 0) {
     QStringList lines;
     for (const FakeCall &call : fake->log()) {
-        if (instance != 0 && call.instance != instance)
+        if ((instance != 0 && call.instance != instance) || call.member == u"DtbHasChanged"_s)
             continue;
         QString line = call.member;
         for (const QVariant &argument : call.arguments)
@@ -161,7 +162,7 @@ private Q_SLOTS:
         beginEdit(fixture, 0, 1000, 1);
         fake->clearLog();
         hands::key(&fixture.cellEditor(0), '5');
-        QCOMPARE(fake->log().size(), 4);
+        QCOMPARE(fake->log().size(), 5);
     }
 
     void anErrorOfTheComponentIsShownAndTheEditGoesOn() {

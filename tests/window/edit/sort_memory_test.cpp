@@ -1,3 +1,4 @@
+#include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/WindowTest.h"
 
@@ -25,6 +26,9 @@ void *operator new(std::size_t size) {
         return memory;
     throw std::bad_alloc();
 }
+void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept {
+    return std::malloc(size == 0 ? 1 : size);
+}
 void operator delete(void *memory) noexcept {
     std::free(memory);
 }
@@ -45,6 +49,7 @@ private Q_SLOTS:
 
     void recordsAreNeverTornApart() {
         QFETCH(const int, columnsDone);
+        const UseFake fake; // has no columns: the grid has texts of its own, which are put in order one by one
         TableOfTexts table{u"T"_s, {{u"Key"_s, FieldType::Long, {}}, {u"Same"_s, FieldType::Text, {}}}};
         for (int r = 1; r <= records; ++r) {
             table.fields[0].texts.append(QString::number(r * 31 % records));
