@@ -4,10 +4,8 @@
 #include "base/columns/UnicodeText.h"
 
 #include <QVariantList>
-#include <QtEndian>
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -19,15 +17,11 @@ namespace {
 constexpr qsizetype numbersLength = 2; // of the list that carries a block
 constexpr qsizetype textsLength = 3;
 
-std::uint32_t wordAt(const char *bytes) {
-    return qFromLittleEndian<std::uint32_t>(bytes);
-}
-
 /// How far the texts reach at most.
 std::uint64_t endOfTexts(const QByteArray &places) {
     std::uint64_t end = 0;
     for (const char *at = places.constData(); at != places.constData() + places.size(); at += sizeof(TextPlace))
-        end = std::max(end, std::uint64_t{wordAt(at)} + wordAt(at + sizeof(std::uint32_t)));
+        end = std::max(end, std::uint64_t{placeAt(at).start} + placeAt(at).length);
     return end;
 }
 
@@ -36,24 +30,6 @@ Result<ColumnBlock> wrong(const QString &what) {
 }
 
 } // namespace
-
-std::size_t valueSize(ColumnType type) {
-    switch (type) {
-    case ColumnType::Bool:
-    case ColumnType::Byte:
-        return sizeof(std::uint8_t);
-    case ColumnType::Int:
-        return sizeof(std::int16_t);
-    case ColumnType::Long:
-        return sizeof(std::int32_t);
-    case ColumnType::Double:
-    case ColumnType::Date:
-    case ColumnType::Text:
-        break;
-    }
-    static_assert(sizeof(double) == sizeof(TextPlace));
-    return sizeof(double);
-}
 
 ColumnBlock::ColumnBlock(ColumnType type, QByteArray values, QByteArray bytes)
     : m_type(type)
@@ -100,32 +76,12 @@ QVariant ColumnBlock::toVariant() const {
 }
 
 double ColumnBlock::number(qsizetype index) const {
-    const char *at = m_values.constData() + index * static_cast<qsizetype>(valueSize(m_type));
-    switch (m_type) {
-    case ColumnType::Bool:
-    case ColumnType::Byte:
-        return static_cast<unsigned char>(*at);
-    case ColumnType::Int:
-        return qFromLittleEndian<std::int16_t>(at);
-    case ColumnType::Long:
-        return qFromLittleEndian<std::int32_t>(at);
-    case ColumnType::Double:
-    case ColumnType::Date:
-        return qFromLittleEndian<double>(at);
-    case ColumnType::Text:
-        break;
-    }
-    Q_UNREACHABLE();
-}
-
-TextPlace ColumnBlock::place(qsizetype index) const {
-    const char *at = m_values.constData() + index * static_cast<qsizetype>(sizeof(TextPlace));
-    return {wordAt(at), wordAt(at + sizeof(std::uint32_t))};
+    return numberAt(m_type, m_values.constData() + (index << valueShift(m_type)));
 }
 
 QByteArrayView ColumnBlock::textBytes(qsizetype index) const {
-    const TextPlace at = place(index);
-    return {m_bytes.constData() + at.start, static_cast<qsizetype>(at.length)};
+    const TextPlace place = placeAt(m_values.constData() + (index << valueShift(ColumnType::Text)));
+    return {m_bytes.constData() + place.start, static_cast<qsizetype>(place.length)};
 }
 
 QString ColumnBlock::text(qsizetype index) const {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
-#include "base/columns/ColumnType.h"
+#include "base/columns/ColumnValues.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -9,20 +9,8 @@
 #include <QVariant>
 
 #include <cstddef>
-#include <cstdint>
 
 namespace qir {
-
-/// Bytes that a value of a type takes in a block, little-endian: bool and byte 1, int 2, long 4, double and date 8; a
-/// text its place in the block's bytes.
-std::size_t valueSize(ColumnType type);
-
-/// Where a text stands in the bytes of its block. Two numbers each, rather than one boundary between neighbours: a text
-/// that is replaced goes behind the others, and records that change places take these along, not their texts.
-struct TextPlace {
-    std::uint32_t start;
-    std::uint32_t length; ///< Both in bytes.
-};
 
 /// Consecutive values of one column. Copies share their memory with whoever made the block, and never change: who
 /// changes what it has handed out copies it first. Values count from 0 and are the caller's to keep in range.
@@ -48,7 +36,7 @@ public:
 
     ColumnType type() const { return m_type; }
     bool isText() const { return m_type == ColumnType::Text; }
-    qsizetype count() const { return m_values.size() / static_cast<qsizetype>(valueSize(m_type)); }
+    qsizetype count() const { return m_values.size() >> valueShift(m_type); }
     bool isEmpty() const { return m_values.isEmpty(); }
 
     /// Of a column of numbers.
@@ -75,7 +63,6 @@ public:
 
 private:
     ColumnBlock(ColumnType type, QByteArray values, QByteArray bytes);
-    TextPlace place(qsizetype index) const;
 
     ColumnType m_type = ColumnType::Text;
     QByteArray m_values;

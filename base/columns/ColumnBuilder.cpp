@@ -21,10 +21,9 @@ TextPlace placeBehind(const QByteArray &bytes, std::size_t length) {
     return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(length)};
 }
 
-void addPlace(QByteArray &places, TextPlace place) {
-    ByteWriter out(places);
-    out.number(place.start);
-    out.number(place.length);
+/// Room for one more value at the end.
+char *grow(QByteArray &values, ColumnType type) {
+    return ByteWriter(values).room(valueSize(type)).data();
 }
 
 } // namespace
@@ -35,23 +34,7 @@ ColumnBuilder::ColumnBuilder(ColumnType type, qsizetype count)
 }
 
 void ColumnBuilder::add(double number) {
-    const double fitting = fittingNumber(m_type, number);
-    ByteWriter out(m_values);
-    switch (m_type) {
-    case ColumnType::Bool:
-    case ColumnType::Byte:
-        return out.number(static_cast<std::uint8_t>(fitting));
-    case ColumnType::Int:
-        return out.number(static_cast<std::int16_t>(fitting));
-    case ColumnType::Long:
-        return out.number(static_cast<std::int32_t>(fitting));
-    case ColumnType::Double:
-    case ColumnType::Date:
-        return out.number(fitting);
-    case ColumnType::Text:
-        break;
-    }
-    Q_UNREACHABLE();
+    putNumber(m_type, grow(m_values, m_type), fittingNumber(m_type, number));
 }
 
 void ColumnBuilder::add(QStringView text) {
@@ -60,13 +43,13 @@ void ColumnBuilder::add(QStringView text) {
     const std::size_t size = utf8Size(text);
     const TextPlace place = placeBehind(m_bytes, size);
     writeUtf8(ByteWriter(m_bytes).room(size).data(), text);
-    addPlace(m_values, place);
+    putPlace(grow(m_values, m_type), place);
 }
 
 void ColumnBuilder::addUtf8(QByteArrayView bytes) {
     const TextPlace place = placeBehind(m_bytes, static_cast<std::size_t>(bytes.size()));
     m_bytes.append(bytes);
-    addPlace(m_values, place);
+    putPlace(grow(m_values, m_type), place);
 }
 
 ColumnBlock ColumnBuilder::take() {

@@ -1,5 +1,7 @@
 #include "base/columns/UnicodeText.h"
 
+#include "base/ByteReader.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -102,6 +104,16 @@ Decoded readCodePoint(const unsigned char *bytes, std::size_t available) {
     return {code, length};
 }
 
+/// False where a byte was no ASCII; what was written then is of no use.
+bool widenAscii(const unsigned char *in, const unsigned char *end, char16_t *out) {
+    unsigned char all = 0;
+    for (; in != end; ++in, ++out) {
+        all |= *in;
+        *out = *in;
+    }
+    return all < 0x80;
+}
+
 } // namespace
 
 QString wellFormed(const QString &text) {
@@ -196,11 +208,40 @@ char *writeUtf8(char *out, QStringView text) {
     return writeUtf8(out, viewOf(text));
 }
 
+std::optional<std::size_t> utf8CodePoints(QByteArrayView bytes) {
+    const auto *in = bytesOf(bytes);
+    auto left = static_cast<std::size_t>(bytes.size());
+    std::size_t count = 0;
+    for (; left > 0; ++count) {
+        const std::size_t length = readCodePoint(in, left).length;
+        if (length == 0)
+            return std::nullopt;
+        in += length;
+        left -= length;
+    }
+    return count;
+}
+
+std::size_t fittingUtf8Size(QByteArrayView bytes, std::size_t size) {
+    if (static_cast<std::size_t>(bytes.size()) <= size)
+        return static_cast<std::size_t>(bytes.size());
+    const auto *first = bytesOf(bytes);
+    const auto *end = first + bytes.size();
+    const auto *in = first;
+    for (; size > 0 && in < end; --size)
+        do
+            ++in;
+        while (in < end && (*in & 0xC0) == 0x80);
+    return static_cast<std::size_t>(in - first);
+}
+
 std::optional<std::size_t> readUtf8(QByteArrayView bytes, QString &text) {
     // UTF-16 never takes more units than UTF-8 takes bytes.
     text.resize(bytes.size());
     QChar *out = text.data();
     const auto *in = reinterpret_cast<const unsigned char *>(bytes.data());
+    if (widenAscii(in, in + bytes.size(), reinterpret_cast<char16_t *>(out)))
+        return static_cast<std::size_t>(bytes.size());
     auto left = static_cast<std::size_t>(bytes.size());
     std::size_t count = 0;
     while (left > 0) {

@@ -33,6 +33,12 @@ std::size_t utf8Size(const PackedTexts::View &text);
 char *writeUtf8(char *out, const PackedTexts::View &text);
 char *writeUtf8(char *out, QStringView text);
 
+/// How many code points UTF-8 has; nothing where readUtf8() refuses it.
+std::optional<std::size_t> utf8CodePoints(QByteArrayView bytes);
+
+/// How many bytes of UTF-8, which is well-formed, its first `size` code points take.
+std::size_t fittingUtf8Size(QByteArrayView bytes, std::size_t size);
+
 /// Decodes UTF-8 into `text`, which keeps its memory, and gives the number of code points. Strict, so that encoding
 /// gives the same bytes back: nothing for overlong forms, surrogates, values past U+10FFFF and incomplete sequences.
 std::optional<std::size_t> readUtf8(QByteArrayView bytes, QString &text);

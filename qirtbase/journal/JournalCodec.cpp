@@ -4,6 +4,7 @@
 #include "base/ByteWriter.h"
 #include "base/ErrorWords.h"
 #include "base/columns/UnicodeText.h"
+#include "qirtbase/journal/JournalBlock.h"
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/DatabaseError.h"
 
@@ -92,6 +93,16 @@ bool takeChange(ByteReader &reader, ReadOperation &operation) {
         else
             operation.bytes = reader.sizedBytes<std::uint32_t>();
         return true;
+    case ChangeKind::SetBlock:
+        operation.table = reader.number<std::uint32_t>();
+        operation.field = reader.number<std::uint32_t>();
+        operation.record = reader.number<std::uint32_t>();
+        operation.bytes = reader.sizedBytes<std::uint32_t>();
+        return true;
+    case ChangeKind::AddRecords:
+        operation.table = reader.number<std::uint32_t>();
+        operation.record = reader.number<std::uint32_t>();
+        return true;
     }
     return false;
 }
@@ -132,9 +143,9 @@ bool hasPlaces(const ReadOperation &operation, const Database &database) {
     const Table &table = database.table(operation.table);
     const bool namesField = kind == ChangeKind::RenameField || kind == ChangeKind::RemoveField ||
                             kind == ChangeKind::ResizeField || kind == ChangeKind::SetNumber ||
-                            kind == ChangeKind::SetText;
-    const bool namesRecord =
-        kind == ChangeKind::RemoveRecord || kind == ChangeKind::SetNumber || kind == ChangeKind::SetText;
+                            kind == ChangeKind::SetText || kind == ChangeKind::SetBlock;
+    const bool namesRecord = kind == ChangeKind::RemoveRecord || kind == ChangeKind::SetNumber ||
+                             kind == ChangeKind::SetText || kind == ChangeKind::SetBlock;
     return (!namesField || operation.field < table.fieldCount()) &&
            (!namesRecord || operation.record < table.recordCount());
 }
@@ -145,6 +156,15 @@ QString textOf(const ReadOperation &operation) {
     if (!readUtf8(operation.bytes, text))
         throw DatabaseError(u"a text in a journal is not in UTF-8"_s);
     return text;
+}
+
+void setBlock(const ReadOperation &operation, Database &database) {
+    Table &table = database.table(operation.table);
+    const auto block = decodeBlock(operation.bytes);
+    if (!block || block->type() != table.field(operation.field).type() ||
+        static_cast<std::size_t>(block->count()) > table.recordCount() - operation.record)
+        throw DatabaseError(u"a block in a journal does not fit its field"_s);
+    database.setBlock(table, operation.field, operation.record, *block);
 }
 
 void makeChange(const ReadOperation &operation, Database &database) {
@@ -178,6 +198,10 @@ void makeChange(const ReadOperation &operation, Database &database) {
     case ChangeKind::SetText:
         database.setText(table(), operation.field, operation.record, text());
         return;
+    case ChangeKind::SetBlock:
+        return setBlock(operation, database);
+    case ChangeKind::AddRecords:
+        return database.addRecords(table(), operation.record);
     }
 }
 
@@ -237,6 +261,12 @@ void encodeChange(QByteArray &out, const Change &change, std::size_t table) {
         break;
     case ChangeKind::SetText:
         operation.index(table).index(change.index).index(change.record).bytes(change.text.toUtf8());
+        break;
+    case ChangeKind::SetBlock:
+        operation.index(table).index(change.index).index(change.record).bytes(encodeBlock(*change.block));
+        break;
+    case ChangeKind::AddRecords:
+        operation.index(table).index(change.record);
         break;
     }
 }

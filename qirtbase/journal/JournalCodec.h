@@ -24,16 +24,18 @@
 ///     9 remove record   u32 table, u32 record    25 table image      u32 table (the parts before it are the table)
 ///    10 set number      u32 table, u32 field, u32 record, f64
 ///    11 set text        u32 table, u32 field, u32 record, text
-///                                                26 body image       - (the parts before it are the body)
+///    12 set block       u32 table, u32 field, u32 first record, u32 length, block
+///    13 add records     u32 table, u32 count     26 body image       - (the parts before it are the body)
 ///    30 being saved as  save id [16]             31 ended            -
 ///
 ///     text = u32 length | UTF-8
+///     block = u8 type | u32 count | values as in a body's column
 ///
 /// Tables, fields and records count from 0. A change outside any group is a group of its own.
 namespace qir {
 
 enum class JournalOperation : std::uint8_t {
-    // 1 to 11: ChangeKind
+    // 1 to 13: ChangeKind
     GroupBegin = 20,
     GroupEnd = 21,
     GroupUndo = 22,
@@ -59,7 +61,7 @@ struct ReadOperation {
     std::uint32_t record = 0;
     int type = 0;
     double number = 0;
-    QByteArrayView bytes; ///< A text in UTF-8, an image part or a save id.
+    QByteArrayView bytes; ///< A text in UTF-8, a block, an image part or a save id.
 
     bool is(JournalOperation operation) const { return kind == std::uint8_t(operation); }
 };

@@ -4,6 +4,7 @@
 #include "base/ByteWriter.h"
 #include "base/Collation.h"
 #include "base/columns/UnicodeText.h"
+#include "qirtbase/model/ColumnReader.h"
 
 #include <QSet>
 
@@ -30,12 +31,7 @@ std::size_t encodedSize(const QString &name) {
 }
 
 std::size_t encodedSize(const Column &column) {
-    return column.visit([&]<class Values>(const Values &values) -> std::size_t {
-        if constexpr (std::is_same_v<Values, PackedTexts>)
-            return values.size() * lengthSize + column.textBytes();
-        else
-            return values.size() * sizeof(typename Values::value_type);
-    });
+    return column.size() * (column.isText() ? lengthSize : valueSize(column.type())) + column.textBytes();
 }
 
 std::size_t encodedSize(const Table &table) {
@@ -71,7 +67,7 @@ public:
             m_out.sizedBytes<std::uint16_t>(QByteArrayView(field.name.utf8()));
         }
         for (const Field &field : table.fields())
-            field.column.visit([&](const auto &values) { column(values, field.column.textBytes()); });
+            column(field.column);
     }
 
 private:
@@ -81,27 +77,30 @@ private:
         writeUtf8(m_out.room(size).data(), QStringView(text));
     }
 
-    template<class Number>
-    void column(const std::vector<Number> &numbers, std::size_t /*textBytes*/) {
-        m_out.numbers(std::span<const Number>(numbers));
+    void column(const Column &column) {
+        for (std::size_t i = 0; i < column.chunkCount(); ++i) {
+            const ColumnChunk &chunk = column.chunk(i);
+            if (column.isText())
+                m_out.numbers<std::uint32_t>(chunk.size(column.type()),
+                                             [places = chunk.values().constData()](std::size_t k) {
+                                                 return placeAt(places + k * sizeof(TextPlace)).length;
+                                             });
+            else
+                bytes(chunk.values());
+        }
+        for (std::size_t i = 0; column.isText() && i < column.chunkCount(); ++i)
+            texts(column.chunk(i));
     }
 
-    void column(const PackedTexts &texts, std::size_t textBytes) {
-        const auto together = texts.contiguousLatin1();
-        if (together && together->size() == textBytes) { // no character takes more than a byte: all ASCII
-            m_out.numbers<std::uint32_t>(texts.size(), [&](std::size_t i) { return texts.view(i).size; });
-            bytes(QByteArrayView(together->data(), static_cast<qsizetype>(together->size())));
+    void texts(const ColumnChunk &chunk) {
+        const QByteArray held = chunk.bytes();
+        if (chunk.isInOrder()) {
+            bytes(QByteArrayView(held).first(static_cast<qsizetype>(chunk.textBytes())));
             return;
         }
-        std::size_t size = 0;
-        m_out.numbers<std::uint32_t>(texts.size(), [&](std::size_t i) {
-            const std::size_t length = utf8Size(texts.view(i));
-            size += length;
-            return static_cast<std::uint32_t>(length);
-        });
-        char *out = m_out.room(size).data();
-        for (std::size_t i = 0; i < texts.size(); ++i)
-            out = writeUtf8(out, texts.view(i));
+        char *out = m_out.room(chunk.textBytes()).data();
+        for (std::size_t i = 0; i < chunk.size(ColumnType::Text); ++i)
+            out = std::ranges::copy(chunk.text(i), out).out;
     }
 
     ByteWriter m_out;
@@ -219,8 +218,13 @@ public:
         }
         std::vector<Field> fields;
         fields.reserve(fieldCount);
-        for (FieldHead &head : heads)
-            fields.push_back({FieldName(head.name), head.size, readColumn(head.type, head.size)});
+        std::vector<ColumnBytes> places;
+        places.reserve(fieldCount);
+        for (const FieldHead &head : heads)
+            places.push_back(locateColumn(head.type, head.size));
+        std::vector<Column> columns = readColumns(places);
+        for (std::size_t i = 0; i < fieldCount; ++i)
+            fields.push_back({FieldName(heads[i].name), heads[i].size, std::move(columns[i])});
         if (m_payload.left() != 0)
             refuse(u"a table has bytes left over"_s);
         return std::make_unique<Table>(std::move(tableName), std::move(fields), m_records);
@@ -242,90 +246,20 @@ private:
         return name;
     }
 
-    Column readColumn(ColumnType type, std::size_t size) {
-        switch (type) {
-        case ColumnType::Bool: {
-            auto flags = readNumbers<std::uint8_t>();
-            if (std::ranges::any_of(flags, [](std::uint8_t flag) { return flag > 1; }))
-                refuse(u"a bool is neither 0 nor 1"_s);
-            return {type, std::move(flags), 0};
+    /// Texts are found by their lengths alone: no column is read before its neighbours' places are known.
+    ColumnBytes locateColumn(ColumnType type, std::size_t size) {
+        if (type != ColumnType::Text) {
+            const QByteArrayView values = m_payload.take(std::uint64_t{m_records} * valueSize(type));
+            m_budget.take(static_cast<std::uint64_t>(values.size()));
+            return {type, size, values, {}};
         }
-        case ColumnType::Byte:
-            return {type, readNumbers<std::uint8_t>(), 0};
-        case ColumnType::Int:
-            return {type, readNumbers<std::int16_t>(), 0};
-        case ColumnType::Long:
-            return {type, readNumbers<std::int32_t>(), 0};
-        case ColumnType::Double:
-        case ColumnType::Date: {
-            auto numbers = readNumbers<double>();
-            if (!allFinite(numbers))
-                refuse(u"a number is not finite"_s);
-            return {type, std::move(numbers), 0};
-        }
-        case ColumnType::Text:
-            break;
-        }
-        return readTexts(size);
-    }
-
-    template<class Number>
-    std::vector<Number> readNumbers() {
-        const QByteArrayView bytes = m_payload.take(std::uint64_t{m_records} * sizeof(Number));
-        m_budget.take(static_cast<std::uint64_t>(bytes.size()));
-        return numbersIn<Number>(bytes);
-    }
-
-    template<class Number>
-    std::vector<Number> numbersIn(QByteArrayView bytes) const {
-        std::vector<Number> numbers(m_records);
-        ByteReader(bytes).numbers<Number>(numbers);
-        return numbers;
-    }
-
-    static bool allFinite(std::span<const double> numbers) {
-        constexpr std::uint64_t exponent = 0x7FF0000000000000U;
-        bool finite = true;
-        for (const double number : numbers)
-            finite &= (std::bit_cast<std::uint64_t>(number) & exponent) != exponent;
-        return finite;
-    }
-
-    Column readTexts(std::size_t size) {
-        const QByteArrayView lengthBytes = m_payload.take(std::uint64_t{m_records} * lengthSize);
-        m_budget.take(std::uint64_t{m_records} * (lengthSize + sizeof(std::uint64_t)));
-        const auto lengths = numbersIn<std::uint32_t>(lengthBytes);
-        const std::uint64_t total = std::accumulate(lengths.begin(), lengths.end(), std::uint64_t{0});
-        const QByteArrayView bytes = m_payload.take(total);
-        PackedTexts texts;
-        if (isAscii(bytes)) {
-            m_budget.take(total);
-            if (std::ranges::any_of(lengths, [size](std::uint32_t length) { return length > size; }))
-                refuse(u"a text is longer than its field"_s);
-            texts.appendLatin1(bytes.data(), lengths);
-        } else {
-            m_budget.take(total * 2); // a text with a single wide character takes two bytes for each of its others
-            readUnicodeTexts(Bytes(bytes), lengths, size, texts);
-        }
-        return {ColumnType::Text, std::move(texts), static_cast<std::size_t>(total)};
-    }
-
-    static void readUnicodeTexts(Bytes bytes, std::span<const std::uint32_t> lengths, std::size_t size,
-                                 PackedTexts &texts) {
-        constexpr std::size_t utf8Longest = 4;
-        texts.reserve(lengths.size(), static_cast<std::size_t>(bytes.left()));
-        QString text;
-        for (const std::uint32_t length : lengths) {
-            const QByteArrayView utf8 = bytes.take(length);
-            if (length > size * utf8Longest)
-                refuse(u"a text is longer than its field"_s);
-            const auto codePoints = readUtf8(utf8, text);
-            if (!codePoints)
-                refuse(u"a text is not in UTF-8"_s);
-            if (*codePoints > size)
-                refuse(u"a text is longer than its field"_s);
-            texts.append(text);
-        }
+        const QByteArrayView lengths = m_payload.take(std::uint64_t{m_records} * lengthSize);
+        std::uint64_t total = 0;
+        for (qsizetype i = 0; i < lengths.size(); i += lengthSize)
+            total += qFromLittleEndian<std::uint32_t>(lengths.data() + i);
+        const QByteArrayView texts = m_payload.take(total);
+        m_budget.take(std::uint64_t{m_records} * sizeof(TextPlace) + total);
+        return {type, size, lengths, texts};
     }
 
     Bytes m_payload;
@@ -401,6 +335,8 @@ LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits) {
         return readDatabase(Bytes(body), limits);
     } catch (const Refusal &refusal) {
         return refused(refusal.kind, refusal.text);
+    } catch (const ColumnRefusal &refusal) {
+        return refused(LoadErrorKind::Damaged, refusal.text);
     }
 }
 
@@ -416,6 +352,8 @@ LoadResult<std::unique_ptr<Table>> decodeTable(QByteArrayView payload, const Bod
         return TableReader(Bytes(payload), limits, budget).read();
     } catch (const Refusal &refusal) {
         return refused(refusal.kind, refusal.text);
+    } catch (const ColumnRefusal &refusal) {
+        return refused(LoadErrorKind::Damaged, refusal.text);
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/columns/ColumnBlock.h"
+
 #include <QStringView>
 
 #include <cstddef>
@@ -22,6 +24,8 @@ enum class ChangeKind : std::uint8_t {
     RemoveRecord = 9,
     SetNumber = 10,
     SetText = 11,
+    SetBlock = 12,
+    AddRecords = 13,
 };
 
 /// One change as it was made, enough to make it again. What a kind has no use for stays as it is here. Names and texts
@@ -30,10 +34,11 @@ struct Change {
     ChangeKind kind;
     const Table *table = nullptr; ///< Whose fields or records changed; null for changes of the list of tables.
     std::size_t index = 0;        ///< Of the field, or of the table where the list of tables changed.
-    std::size_t record = 0;
-    int type = 0;          ///< Of a new field: its code.
-    double number = 0;     ///< A value or a size.
-    QStringView text = {}; ///< A name or a value.
+    std::size_t record = 0;       ///< The first of a block; how many were added.
+    int type = 0;                 ///< Of a new field: its code.
+    double number = 0;            ///< A value or a size.
+    QStringView text = {};        ///< A name or a value.
+    const ColumnBlock *block = nullptr;
 };
 
 /// Is told of every change of a database right after it was made. Must not throw and must not change the database.

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "base/PackedTexts.h"
-#include "base/columns/ColumnBlock.h"
 #include "base/columns/FittingNumber.h"
+#include "qirtbase/model/ColumnChunk.h"
 
 #include <QString>
 #include <QVariant>
@@ -10,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -18,96 +18,98 @@ namespace qir {
 /// A value of any field: a number, or a text for text fields. Every number that a field can hold is a double's.
 using CellValue = std::variant<double, QString>;
 
-/// The values of one field, one for each record, packed by type. Records count from 0 here and are the caller's to keep
-/// in range; texts are well-formed and fit their field, numbers come from fittingNumber().
+/// The values of one field, one for each record, in chunks of many records each. Records count from 0 here and are the
+/// caller's to keep in range; texts are well-formed and fit their field, numbers come from fittingNumber().
+///
+/// Copies and blocks share the chunks: making one costs nothing a record, and the first change to a chunk afterwards
+/// copies that chunk alone.
 class Column {
 public:
-    using Storage = std::variant<std::vector<std::uint8_t>, // bool, byte
-                                 std::vector<std::int16_t>, // int
-                                 std::vector<std::int32_t>, // long
-                                 std::vector<double>,       // double, date
-                                 PackedTexts>;              // text
+    /// A chunk has so many records, fewer once some were removed, up to twice as many where some were brought back, and
+    /// fewer where texts are long.
+    static constexpr std::size_t chunkRecords = 65536;
+    /// With more than this much text a chunk is cut in two.
+    static constexpr std::size_t chunkBytes = std::size_t{32} << 20;
 
     /// `records` zeros or empty texts.
     explicit Column(ColumnType type, std::size_t records = 0);
-    /// Takes values that obey the rules of the type; the storage is the type's own. `textBytes` is what the texts take
-    /// in UTF-8, all together.
-    Column(ColumnType type, Storage storage, std::size_t textBytes);
+    /// Takes chunks of values that obey the rules of the type.
+    Column(ColumnType type, std::vector<ColumnChunk> chunks);
+    Column(const Column &other);
+    Column(Column &&) noexcept = default;
+    Column &operator=(const Column &other) { return *this = Column(other); }
+    Column &operator=(Column &&) noexcept = default;
+    ~Column() = default;
 
     ColumnType type() const { return m_type; }
     bool isText() const { return m_type == ColumnType::Text; }
-    std::size_t size() const;
-    /// Calls a function with the values: one of the alternatives of Storage.
-    template<class Function>
-    decltype(auto) visit(Function &&function) const {
-        return std::visit([&](const auto &held) -> decltype(auto) { return function(valuesOf(held)); }, m_held);
-    }
+    std::size_t size() const { return m_many ? m_many->ends.back() : m_only.size(m_type); }
     /// Bytes of all texts in UTF-8; 0 for numbers.
-    std::size_t textBytes() const { return m_textBytes; }
-    /// Bytes of memory held.
+    std::size_t textBytes() const;
+    /// Bytes of memory held, shared or not.
     std::size_t memory() const;
+    /// The chunks in their order, one at least.
+    std::size_t chunkCount() const { return m_many ? m_many->chunks.size() : 1; }
+    const ColumnChunk &chunk(std::size_t index) const { return m_many ? m_many->chunks[index] : m_only; }
 
     CellValue value(std::size_t record) const;
     /// As the component hands it out: int, double or QString.
     QVariant variant(std::size_t record) const;
     /// The text of the value into a string that keeps its memory: nothing is allocated once it is large enough.
     void readText(std::size_t record, QString &text) const;
-
-    /// Values from `first` on, at least one and at most `count`: as many as stand together in memory.
+    /// Values from `first` on, at least one and at most `count`: as many as stand together in a chunk, whose memory the
+    /// block shares.
     ColumnBlock block(std::size_t first, std::size_t count) const;
 
     /// True when the value is `number` bit for bit: 0 and -0 are two values.
     bool holds(std::size_t record, double number) const;
     bool holds(std::size_t record, const QString &text) const;
+    /// True when the values from `first` on are those of the block, bit for bit.
+    bool holds(std::size_t first, const ColumnBlock &block) const;
 
-    /// Replace a value; the kind is the column's. Unchanged when they throw (std::bad_alloc, std::length_error).
+    // The kind of a value is the column's. What throws (std::bad_alloc, std::length_error) has changed nothing.
     void set(std::size_t record, double number);
     void set(std::size_t record, const QString &text);
     void set(std::size_t record, const CellValue &value);
+    /// Values that obey the rules of the type. Where they are just those of a chunk it goes on with the block's memory.
+    void setBlock(std::size_t first, const ColumnBlock &block);
+    /// The column with every text cut to `size` code points, nothing when none is longer.
+    std::optional<Column> cut(std::size_t size) const;
 
-    /// Makes sure that the next append() does not throw.
-    void makeRoom();
-    /// Appends a zero or an empty text.
-    void append();
+    /// Appends zeros or empty texts.
+    void append(std::size_t records);
     void insert(std::size_t record, const CellValue &value);
+    /// Makes sure that removing this record throws nothing.
+    void prepareRemoval(std::size_t record);
     void remove(std::size_t record);
+    /// Leaves the first `records`. Throws nothing where the others have just been appended.
+    void truncate(std::size_t records);
 
 private:
-    /// Texts in memory of their own, none as long as there are no texts: most of what a column is, it is for them.
-    class Texts {
-    public:
-        Texts() = default;
-        Texts(const Texts &other)
-            : m_texts(other.m_texts ? std::make_unique<PackedTexts>(*other.m_texts) : nullptr) {}
-        Texts(Texts &&) noexcept = default;
-        Texts &operator=(const Texts &other) { return *this = Texts(other); }
-        Texts &operator=(Texts &&) noexcept = default;
-        ~Texts() = default;
-
-        const PackedTexts &values() const;
-        PackedTexts &values();
-
-    private:
-        std::unique_ptr<PackedTexts> m_texts;
+    /// More chunks than one, of any length but 0.
+    struct Many {
+        std::vector<ColumnChunk> chunks;
+        std::vector<std::uint32_t> ends; // for each chunk the number of records up to its end
+    };
+    struct Place {
+        std::size_t chunk;
+        std::size_t offset;
     };
 
-    template<class Numbers>
-    static Numbers &valuesOf(Numbers &numbers) {
-        return numbers;
-    }
-    static const PackedTexts &valuesOf(const Texts &texts) { return texts.values(); }
-    static PackedTexts &valuesOf(Texts &texts) { return texts.values(); }
-    template<class Function>
-    decltype(auto) change(Function &&function) {
-        return std::visit([&](auto &held) -> decltype(auto) { return function(valuesOf(held)); }, m_held);
-    }
-    PackedTexts &texts() { return std::get<Texts>(m_held).values(); }
+    Place find(std::size_t record) const;
+    std::size_t startOf(std::size_t chunk) const { return chunk == 0 || !m_many ? 0 : m_many->ends[chunk - 1]; }
+    ColumnChunk &change(std::size_t index) { return m_many ? m_many->chunks[index] : m_only; }
+    double number(std::size_t record) const;
+    QByteArrayView text(std::size_t record) const;
+    void setUtf8(std::size_t record, QByteArrayView text);
+    void lengthen(std::size_t chunk, std::ptrdiff_t records);
+    void addChunk(std::size_t index, ColumnChunk chunk);
+    void divide(std::size_t chunk);
+    ColumnChunk changedChunk(std::size_t chunk, std::size_t offset, const ColumnBlock &part) const;
 
     ColumnType m_type;
-    std::variant<std::vector<std::uint8_t>, std::vector<std::int16_t>, std::vector<std::int32_t>, std::vector<double>,
-                 Texts>
-        m_held;
-    std::size_t m_textBytes = 0;
+    ColumnChunk m_only; // as long as there is but one
+    std::unique_ptr<Many> m_many;
 };
 
 } // namespace qir

@@ -4,6 +4,7 @@
 #include "base/LeadingNumber.h"
 #include "base/NumberText.h"
 #include "base/UndoOnError.h"
+#include "base/columns/ColumnBuilder.h"
 #include "base/columns/UnicodeText.h"
 #include "qirtbase/model/DatabaseError.h"
 #include "qirtbase/model/ModelLimits.h"
@@ -29,20 +30,56 @@ Field newField(const Name &name, ColumnType type, double size, std::size_t recor
     return {FieldName(name), type == ColumnType::Text ? fittingSize(size) : 0, Column(type, records)};
 }
 
-/// The column with every text cut to `size`, nothing when none is longer.
-std::optional<Column> cutColumn(const Column &column, std::size_t size) {
-    std::optional<Column> result;
-    QString text;
-    for (std::size_t record = 0; record < column.size(); ++record) {
-        column.readText(record, text);
-        const QString cut = fittingText(text, size);
-        if (cut.size() == text.size())
+/// Whether every number is one that fits as it stands.
+bool allFit(const ColumnBlock &block) {
+    if (block.type() == ColumnType::Bool)
+        return std::ranges::none_of(block.values(), [](char flag) { return static_cast<unsigned char>(flag) > 1; });
+    if (block.type() != ColumnType::Double && block.type() != ColumnType::Date)
+        return true; // whole numbers
+    bool finite = true;
+    for (qsizetype i = 0; i < block.count(); ++i)
+        finite &= std::isfinite(block.number(i));
+    return finite;
+}
+
+ColumnBlock fittingNumbers(const ColumnBlock &block) {
+    if (allFit(block))
+        return block;
+    ColumnBuilder builder(block.type(), block.count());
+    for (qsizetype i = 0; i < block.count(); ++i)
+        builder.add(block.number(i));
+    return builder.take();
+}
+
+/// Texts cut at `size` code points, in the same bytes.
+ColumnBlock fittingTexts(const ColumnBlock &block, std::size_t size) {
+    QByteArray places = block.values();
+    const bool ascii = isAscii(block.bytes());
+    for (qsizetype i = 0; i < block.count(); ++i) {
+        const QByteArrayView text = block.textBytes(i);
+        if (!ascii && !utf8CodePoints(text))
+            throw DatabaseError(u"A text of a block is not in UTF-8."_s);
+        const std::size_t fitting = fittingUtf8Size(text, size);
+        if (fitting == static_cast<std::size_t>(text.size()))
             continue;
-        if (!result)
-            result = column;
-        result->set(record, cut);
+        char *at = places.data() + (i << valueShift(ColumnType::Text));
+        putPlace(at, {placeAt(at).start, static_cast<std::uint32_t>(fitting)});
     }
-    return result;
+    return ColumnBlock::ofTexts(places, block.bytes());
+}
+
+/// The next part of a block, from `first` on, of so little that it may be told as one change.
+ColumnBlock partToTell(const ColumnBlock &block, qsizetype first) {
+    constexpr qsizetype most = qsizetype{1} << 20; // bytes
+    if (!block.isText())
+        return block.sliced(first, std::min(block.count() - first, most >> valueShift(block.type())));
+    qsizetype bytes = 0;
+    qsizetype end = first;
+    while (end < block.count() && (end == first || bytes < most)) {
+        bytes += block.textBytes(end).size() + static_cast<qsizetype>(sizeof(std::uint32_t));
+        ++end;
+    }
+    return block.sliced(first, end - first);
 }
 
 } // namespace
@@ -66,7 +103,7 @@ void Database::addTable(const QString &name) {
         throw DatabaseError(u"A database holds at most %1 tables."_s.arg(limits::tables));
     auto table = std::make_unique<Table>(std::move(checked));
     table->insertField(0, newField(Name::checked(u"Field1"_s), ColumnType::Text, newFieldSize, 0));
-    table->appendRecord();
+    table->appendRecords(1);
     m_tables.reserve(m_tables.size() + 1);
     m_undo.makeRoom();
     m_undo.coverNewTable(*table);
@@ -153,7 +190,7 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
     const int wanted = fittingSize(size);
     std::optional<Column> cut;
     if (wanted < field.size)
-        cut = cutColumn(field.column, static_cast<std::size_t>(wanted));
+        cut = field.column.cut(static_cast<std::size_t>(wanted));
     if (m_undo.keeps(table)) {
         m_undo.makeRoom();
         auto before = cut ? std::make_unique<Column>(std::move(field.column)) : nullptr;
@@ -167,14 +204,21 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
 }
 
 void Database::addRecord(Table &table) {
-    if (table.recordCount() >= limits::records)
+    addRecords(table, 1);
+}
+
+void Database::addRecords(Table &table, std::size_t count) {
+    if (count > limits::records - std::min(table.recordCount(), limits::records))
         throw DatabaseError(u"A table holds at most %1 records."_s.arg(limits::records));
     const bool kept = m_undo.keeps(table);
     m_undo.makeRoom();
-    table.appendRecord();
+    table.appendRecords(count);
     if (kept)
-        m_undo.add(undo::RecordAppended{&table});
-    tell(table, {.kind = ChangeKind::AddRecord, .table = &table});
+        m_undo.add(undo::RecordAppended{&table, count});
+    if (count == 1)
+        tell(table, {.kind = ChangeKind::AddRecord, .table = &table});
+    else
+        tell(table, {.kind = ChangeKind::AddRecords, .table = &table, .record = count});
 }
 
 void Database::removeRecord(Table &table, std::size_t record) {
@@ -184,16 +228,6 @@ void Database::removeRecord(Table &table, std::size_t record) {
     }
     table.removeRecord(record);
     tell(table, {.kind = ChangeKind::RemoveRecord, .table = &table, .record = record});
-}
-
-void Database::addRecords(Table &table, std::size_t count) {
-    if (count > limits::records - table.recordCount())
-        throw DatabaseError(u"A table holds at most %1 records."_s.arg(limits::records));
-    beginGroup();
-    const UndoOnError undo([this] { undoGroup(); });
-    for (; count > 0; --count)
-        addRecord(table);
-    endGroup();
 }
 
 void Database::dropRecordsWithoutFields() {
@@ -236,23 +270,38 @@ bool Database::setText(Table &table, std::size_t field, std::size_t record, cons
 }
 
 bool Database::setBlock(Table &table, std::size_t field, std::size_t first, const ColumnBlock &block) {
-    QString text;
-    for (qsizetype i = 0; block.isText() && i < block.count(); ++i)
-        if (!readUtf8(block.textBytes(i), text))
-            throw DatabaseError(u"A text of a block is not in UTF-8."_s);
-    beginGroup();
-    const UndoOnError undo([this] { undoGroup(); });
-    bool changed = false;
-    for (qsizetype i = 0; i < block.count(); ++i)
-        changed |= setValue(table, field, first + static_cast<std::size_t>(i), block, i);
-    endGroup();
-    return changed;
+    Field &target = table.field(field);
+    const ColumnBlock fitting =
+        block.isText() ? fittingTexts(block, static_cast<std::size_t>(target.size)) : fittingNumbers(block);
+    if (target.column.holds(first, fitting))
+        return false;
+    constexpr qsizetype few = 64;
+    if (fitting.count() > few)
+        m_undo.keepTable(table);
+    else
+        for (std::size_t i = 0; i < static_cast<std::size_t>(fitting.count()); ++i)
+            m_undo.keepCell(table, field, first + i);
+    target.column.setBlock(first, fitting);
+    tellBlock(table, field, first, fitting);
+    return true;
 }
 
-bool Database::setValue(Table &table, std::size_t field, std::size_t record, const ColumnBlock &block,
-                        qsizetype index) {
-    return block.isText() ? setText(table, field, record, block.text(index))
-                          : setNumber(table, field, record, block.number(index));
+/// A block that is too large for one change is told as several, which belong together.
+void Database::tellBlock(Table &table, std::size_t field, std::size_t first, const ColumnBlock &block) const {
+    table.touch();
+    if (!m_listener)
+        return;
+    m_listener->groupBegan();
+    for (qsizetype done = 0; done < block.count();) {
+        const ColumnBlock part = partToTell(block, done);
+        m_listener->changed({.kind = ChangeKind::SetBlock,
+                             .table = &table,
+                             .index = field,
+                             .record = first + static_cast<std::size_t>(done),
+                             .block = &part});
+        done += part.count();
+    }
+    m_listener->groupEnded();
 }
 
 void Database::beginGroup() {

@@ -91,7 +91,7 @@ public:
 
 private:
     std::optional<std::size_t> findKey(const QString &key) const;
-    bool setValue(Table &table, std::size_t field, std::size_t record, const ColumnBlock &block, qsizetype index);
+    void tellBlock(Table &table, std::size_t field, std::size_t first, const ColumnBlock &block) const;
     void tell(const Change &change) const {
         if (m_listener)
             m_listener->changed(change);

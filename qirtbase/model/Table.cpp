@@ -70,12 +70,21 @@ Field Table::takeField(std::size_t index) {
     return field;
 }
 
-void Table::appendRecord() {
+void Table::appendRecords(std::size_t count) {
+    std::size_t done = 0;
+    const UndoOnError undo([&] {
+        while (done-- > 0)
+            m_fields[done].column.truncate(m_records);
+    });
+    for (; done < m_fields.size(); ++done)
+        m_fields[done].column.append(count);
+    m_records += count;
+}
+
+void Table::dropRecords(std::size_t count) {
+    m_records -= count;
     for (Field &field : m_fields)
-        field.column.makeRoom();
-    for (Field &field : m_fields)
-        field.column.append();
-    ++m_records;
+        field.column.truncate(m_records);
 }
 
 void Table::insertRecord(std::size_t record, const std::vector<CellValue> &values) {
@@ -98,6 +107,8 @@ std::vector<CellValue> Table::record(std::size_t record) const {
 }
 
 void Table::removeRecord(std::size_t record) {
+    for (Field &field : m_fields)
+        field.column.prepareRemoval(record);
     for (Field &field : m_fields)
         field.column.remove(record);
     --m_records;

@@ -72,11 +72,14 @@ public:
     Field &field(std::size_t index) { return m_fields[index]; }
     void insertField(std::size_t index, Field field);
     Field takeField(std::size_t index);
-    /// Appends a record of zeros and empty texts; unchanged when it throws.
-    void appendRecord();
+    /// Appends records of zeros and empty texts; unchanged when it throws.
+    void appendRecords(std::size_t count);
+    /// Removes the last records.
+    void dropRecords(std::size_t count);
     /// Puts a record before the one at `record`; unchanged when it throws.
     void insertRecord(std::size_t record, const std::vector<CellValue> &values);
     std::vector<CellValue> record(std::size_t record) const;
+    /// Unchanged when it throws.
     void removeRecord(std::size_t record);
 
 private:

@@ -16,7 +16,7 @@ public:
     void operator()(undo::CellChanged &entry) const {
         entry.table->field(entry.field).column.set(entry.record, entry.before);
     }
-    void operator()(undo::RecordAppended &entry) const { entry.table->removeRecord(entry.table->recordCount() - 1); }
+    void operator()(undo::RecordAppended &entry) const { entry.table->dropRecords(entry.count); }
     void operator()(undo::RecordRemoved &entry) const { entry.table->insertRecord(entry.record, entry.values); }
     void operator()(undo::FieldAppended &entry) const { entry.table->takeField(entry.table->fieldCount() - 1); }
     void operator()(undo::FieldRemoved &entry) const { entry.table->insertField(entry.index, std::move(*entry.field)); }
@@ -118,6 +118,13 @@ void UndoLog::keepCell(Table &table, std::size_t field, std::size_t record) {
     kept.bytes += costOf(before);
     m_entries.emplace_back(undo::CellChanged{&table, static_cast<std::uint32_t>(record),
                                              static_cast<std::uint16_t>(field), std::move(before)});
+}
+
+void UndoLog::keepTable(Table &table) {
+    if (!isOpen() || coverage(table).whole)
+        return;
+    m_entries.emplace_back(undo::TableImage{&table, std::make_unique<Table>(table)});
+    coverage(table).whole = true;
 }
 
 void UndoLog::coverNewTable(const Table &table) {

@@ -23,6 +23,7 @@ struct CellChanged {
 };
 struct RecordAppended {
     Table *table;
+    std::size_t count = 1;
 };
 struct RecordRemoved {
     Table *table;
@@ -92,6 +93,8 @@ public:
     void add(undo::Entry entry);
     /// Keeps the value of a cell that is about to change, or the whole table.
     void keepCell(Table &table, std::size_t field, std::size_t record);
+    /// Keeps the whole table, whose values are shared until they change.
+    void keepTable(Table &table);
     /// Says that undoing removes the table altogether.
     void coverNewTable(const Table &table);
 

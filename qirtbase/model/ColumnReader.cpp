@@ -1,0 +1,211 @@
+#include "qirtbase/model/ColumnReader.h"
+
+#include "base/columns/UnicodeText.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <atomic>
+#include <bit>
+#include <exception>
+#include <optional>
+#include <system_error>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+constexpr std::size_t lengthSize = sizeof(std::uint32_t);
+// What a thread of its own is worth.
+constexpr std::size_t largeBytes = std::size_t{4} << 20;
+
+[[noreturn]] void refuse(const QString &text) {
+    throw ColumnRefusal{text};
+}
+
+bool allFinite(QByteArrayView numbers) {
+    constexpr std::uint64_t exponent = 0x7FF0000000000000U;
+    bool finite = true;
+    for (qsizetype i = 0; i < numbers.size(); i += sizeof(double))
+        finite &= (qFromLittleEndian<std::uint64_t>(numbers.data() + i) & exponent) != exponent;
+    return finite;
+}
+
+void checkNumbers(ColumnType type, QByteArrayView values) {
+    if (type == ColumnType::Bool) {
+        unsigned char all = 0;
+        for (const char flag : values)
+            all = static_cast<unsigned char>(all | static_cast<unsigned char>(flag));
+        if (all > 1)
+            refuse(u"a bool is neither 0 nor 1"_s);
+    }
+    if ((type == ColumnType::Double || type == ColumnType::Date) && !allFinite(values))
+        refuse(u"a number is not finite"_s);
+}
+
+Column readNumbers(const ColumnBytes &column) {
+    checkNumbers(column.type, column.values);
+    const auto step = static_cast<qsizetype>(Column::chunkRecords << valueShift(column.type));
+    std::vector<ColumnChunk> chunks;
+    chunks.reserve(static_cast<std::size_t>((column.values.size() + step - 1) / step));
+    for (qsizetype at = 0; at < column.values.size(); at += step)
+        chunks.emplace_back(column.values.sliced(at, std::min(step, column.values.size() - at)).toByteArray(),
+                            QByteArray(), 0);
+    return {column.type, std::move(chunks)};
+}
+
+/// Reads the texts of a column chunk by chunk.
+class TextsReader {
+public:
+    explicit TextsReader(const ColumnBytes &column)
+        : m_lengths(column.values)
+        , m_texts(column.texts)
+        , m_size(column.size) {}
+
+    bool isAtEnd() const { return m_lengths.isEmpty(); }
+    ColumnChunk next() {
+        const qsizetype count = countOfNext();
+        QByteArray places(count * static_cast<qsizetype>(sizeof(TextPlace)), Qt::Uninitialized);
+        std::uint32_t start = 0;
+        std::uint32_t longest = 0;
+        char *out = places.data();
+        for (qsizetype i = 0; i < count; ++i, out += sizeof(TextPlace)) {
+            const std::uint32_t length = lengthAt(i);
+            putPlace(out, {start, length});
+            longest = std::max(longest, length);
+            start += length;
+        }
+        const QByteArrayView bytes = m_texts.first(start);
+        check(bytes, count, longest);
+        m_lengths = m_lengths.sliced(count * static_cast<qsizetype>(lengthSize));
+        m_texts = m_texts.sliced(start);
+        return {std::move(places), bytes.toByteArray(), start};
+    }
+
+private:
+    std::uint32_t lengthAt(qsizetype index) const {
+        return qFromLittleEndian<std::uint32_t>(m_lengths.data() + index * static_cast<qsizetype>(lengthSize));
+    }
+    /// So many records, and no more bytes than a chunk is to have.
+    qsizetype countOfNext() const {
+        const qsizetype most = std::min(m_lengths.size() / static_cast<qsizetype>(lengthSize),
+                                        static_cast<qsizetype>(Column::chunkRecords));
+        std::uint64_t bytes = 0;
+        for (qsizetype i = 0; i < most; ++i)
+            bytes += lengthAt(i);
+        if (bytes <= Column::chunkBytes / 2)
+            return most;
+        qsizetype count = 0;
+        for (bytes = 0; count < most; ++count) {
+            bytes += lengthAt(count);
+            if (count > 0 && bytes > Column::chunkBytes / 2)
+                break;
+        }
+        return count;
+    }
+    void check(QByteArrayView bytes, qsizetype count, std::uint32_t longest) const {
+        constexpr std::size_t utf8Longest = 4;
+        const bool ascii = isAscii(bytes);
+        if (longest > m_size * (ascii ? 1 : utf8Longest))
+            refuse(u"a text is longer than its field"_s);
+        for (qsizetype i = 0, at = 0; !ascii && i < count; at += lengthAt(i), ++i) {
+            const auto codePoints = utf8CodePoints(bytes.sliced(at, lengthAt(i)));
+            if (!codePoints)
+                refuse(u"a text is not in UTF-8"_s);
+            if (*codePoints > m_size)
+                refuse(u"a text is longer than its field"_s);
+        }
+    }
+
+    QByteArrayView m_lengths;
+    QByteArrayView m_texts;
+    std::size_t m_size;
+};
+
+Column readColumn(const ColumnBytes &column) {
+    if (column.type != ColumnType::Text)
+        return readNumbers(column);
+    TextsReader reader(column);
+    std::vector<ColumnChunk> chunks;
+    while (!reader.isAtEnd())
+        chunks.push_back(reader.next());
+    return {column.type, std::move(chunks)};
+}
+
+/// Reads each of the columns once, from any number of threads.
+class SharedReading {
+public:
+    explicit SharedReading(std::span<const ColumnBytes> columns)
+        : m_columns(columns)
+        , m_read(columns.size())
+        , m_errors(columns.size()) {}
+
+    void work() noexcept {
+        while (true) {
+            const std::size_t index = m_next++;
+            if (index >= m_columns.size())
+                return;
+            try {
+                m_read[index] = readColumn(m_columns[index]);
+            } catch (...) {
+                m_errors[index] = std::current_exception();
+            }
+        }
+    }
+
+    std::vector<Column> result() {
+        for (const std::exception_ptr &error : m_errors)
+            if (error)
+                std::rethrow_exception(error);
+        std::vector<Column> columns;
+        columns.reserve(m_read.size());
+        for (std::optional<Column> &column : m_read)
+            columns.push_back(std::move(*column));
+        return columns;
+    }
+
+private:
+    std::span<const ColumnBytes> m_columns;
+    std::vector<std::optional<Column>> m_read;
+    std::vector<std::exception_ptr> m_errors;
+    std::atomic<std::size_t> m_next = 0;
+};
+
+std::size_t helpersFor(std::span<const ColumnBytes> columns) {
+    std::size_t bytes = 0;
+    for (const ColumnBytes &column : columns)
+        bytes += static_cast<std::size_t>(column.values.size() + column.texts.size());
+    const std::size_t useful =
+        std::min({bytes / largeBytes, columns.size(), static_cast<std::size_t>(std::thread::hardware_concurrency())});
+    return useful < 2 ? 0 : useful - 1;
+}
+
+} // namespace
+
+std::vector<Column> readColumns(std::span<const ColumnBytes> columns) {
+    const std::size_t helpers = helpersFor(columns);
+    if (helpers == 0) {
+        std::vector<Column> read;
+        read.reserve(columns.size());
+        for (const ColumnBytes &column : columns)
+            read.push_back(readColumn(column));
+        return read;
+    }
+    SharedReading reading(columns);
+    {
+        std::vector<std::jthread> threads;
+        threads.reserve(helpers);
+        try {
+            while (threads.size() < helpers)
+                threads.emplace_back([&reading] { reading.work(); });
+        } catch (const std::system_error &) { // NOLINT(bugprone-empty-catch): those that there are do it
+        }
+        reading.work();
+    }
+    return reading.result();
+}
+
+} // namespace qir

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "qirtbase/model/Column.h"
+
+#include <QByteArrayView>
+#include <QString>
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace qir {
+
+/// A column as it stands in a body; its place is known before its values are looked at.
+struct ColumnBytes {
+    ColumnType type;
+    std::size_t size;      ///< Of a text field, in code points.
+    QByteArrayView values; ///< Numbers, or the length of each text in 4 bytes.
+    QByteArrayView texts;  ///< As many bytes as these lengths together.
+};
+
+/// What is wrong with a column's values, in words.
+struct ColumnRefusal {
+    QString text;
+};
+
+/// The columns that stand there. Large ones are read side by side, on the cores that there are. Throws ColumnRefusal,
+/// for the first that is wrong, and std::bad_alloc.
+std::vector<Column> readColumns(std::span<const ColumnBytes> columns);
+
+} // namespace qir
