@@ -60,11 +60,17 @@ function(qir_register_test name)
     "QT_QPA_PLATFORM=offscreen;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state;QIR_COMPONENT_PATH=${QIR_COMPONENT_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
 endfunction()
 
-# qir_benchmark(NAME SOURCES file... [LINK target...]): a Google Benchmark program; run by hand, never by ctest.
-function(qir_benchmark name)
+# qir_bench_program(NAME SOURCES file... [LINK target...]): a program that measures; run by hand, never by ctest. It stands
+# beside the component's folder and finds the component there.
+function(qir_bench_program name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
   add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE qir_flags benchmark::benchmark ${arg_LINK})
+  target_link_libraries(${name} PRIVATE qir_flags ${arg_LINK})
   add_dependencies(${name} QIRTBase) # found at run time, not linked
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
+endfunction()
+
+# qir_benchmark(NAME SOURCES file... [LINK target...]): a Google Benchmark program.
+function(qir_benchmark name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
+  qir_bench_program(${name} SOURCES ${arg_SOURCES} LINK benchmark::benchmark ${arg_LINK})
 endfunction()
