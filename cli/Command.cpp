@@ -23,6 +23,14 @@ CLI::Option *plain(CLI::Option *option) {
     return option->transform(CLI::Validator(unmark, ""));
 }
 
+/// All values of an option that may be given again and again; CLI11 lets a list take further words each time.
+CLI::Option *repeated(CLI::App &command, const std::string &name, std::vector<std::string> &values,
+                      const std::string &description) {
+    return plain(command.add_option(name, values, description))
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
 } // namespace
 
 std::vector<std::string> markedWords(int count, const char *const *arguments) {
@@ -82,10 +90,13 @@ Command &Command::requiredOption(const std::string &name, std::string &value, co
 
 Command &Command::options(const std::string &name, std::vector<std::string> &values, const std::string &type,
                           const std::string &description) {
-    plain(m_app->add_option(name, values, description))
-        ->type_name(type)
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    repeated(*m_app, name, values, description)->type_name(type)->allow_extra_args(false);
+    return *this;
+}
+
+Command &Command::lists(const std::string &name, std::vector<std::string> &values, const std::string &type,
+                        const std::string &description) {
+    repeated(*m_app, name, values, description)->type_name(type)->allow_extra_args();
     return *this;
 }
 

@@ -41,9 +41,12 @@ public:
     /// One that must be there.
     Command &requiredOption(const std::string &name, std::string &value, const std::string &type,
                             const std::string &description);
-    /// One that may be repeated.
+    /// One that may be repeated, with a value each time; the words after that are the command's arguments.
     Command &options(const std::string &name, std::vector<std::string> &values, const std::string &type,
                      const std::string &description);
+    /// One that takes all words up to the next option.
+    Command &lists(const std::string &name, std::vector<std::string> &values, const std::string &type,
+                   const std::string &description);
 
     /// The password of the command's one file.
     Command &passwordFile(std::string &file);

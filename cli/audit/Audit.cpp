@@ -179,8 +179,8 @@ void addAudit(CLI::App &program, Exit &exit) {
                    "That one; then the others: files, and folders that are searched whole for databases")
         .option("--list", arguments->list, "FILE",
                 "Read more names from this file, one a line; - is the standard input")
-        .options("--join", arguments->join, "FILE",
-                 "Compare nothing, but make one report of what audits have printed with --json; repeated")
+        .lists("--join", arguments->join, "FILE",
+               "Compare nothing, but make one report of what audits have printed with --json; repeated")
         .option("--html", arguments->html, "OUT", "Write a page too: what deviates, the most frequent first")
         .readingOptions(arguments->json);
     arguments->comparison.addKeys(command);

@@ -105,6 +105,23 @@ TEST_P(AuditTest, AKeyPutsRecordsThatMovedTogether) {
     EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"fleet/A.DDB"_s, u"--key"_s, u"Pumps:Name"_s}).status, 0);
 }
 
+TEST_P(AuditTest, OptionsThatMayBeRepeatedStandBeforeTheFilesToo) {
+    done({u"sort"_s, u"fleet/A.DDB"_s, u"Pumps"_s, u"Speed"_s});
+    write(u"keys"_s, "Pumps:Name\n");
+    write(u"word"_s, "hidden\n");
+    const QStringList files{u"PUMP.DDB"_s, u"fleet/A.DDB"_s};
+    const QList<QStringList> choices{{u"--key"_s, u"Pumps:Name"_s},
+                                     {u"--key"_s, u"Pumps:Speed"_s, u"--key"_s, u"Pumps:Name"_s},
+                                     {u"--key-file"_s, u"keys"_s},
+                                     {u"--table"_s, u"Pumps"_s, u"--key=Pumps:Name"_s},
+                                     {u"--password-file"_s, u"word"_s, u"--key"_s, u"Pumps:Name"_s}};
+    for (const QStringList &options : choices) {
+        const Outcome result = run(QStringList{u"audit"_s} + options + files);
+        EXPECT_EQ(result.status, 0) << options.join(u' ').toStdString() << result.errors.toStdString();
+        EXPECT_EQ(result.output, "1 files: 1 same, 0 different, 0 with trouble\n") << options.join(u' ').toStdString();
+    }
+}
+
 TEST_P(AuditTest, AProtectedFileNeedsAPasswordFile) {
     write(u"word"_s, "hidden\n");
     done({u"passwd"_s, u"fleet/A.DDB"_s, u"--new-password-file"_s, u"word"_s});

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -127,6 +128,8 @@ TEST_P(DiffFormsTest, IgnoresFieldsCaseBlanksAndSmallDistances) {
 TEST_P(DiffFormsTest, OnlyTheNamedTables) {
     makePair();
     EXPECT_EQ(done({u"diff"_s, u"--table"_s, u"same"_s, u"L.DDB"_s, u"R.DDB"_s}), "same: Same\n");
+    ASSERT_TRUE(QFile::copy(path(u"L.DDB"_s), path(u"-L.DDB"_s)));
+    EXPECT_EQ(done({u"diff"_s, u"--table"_s, u"same"_s, u"--"_s, u"-L.DDB"_s, u"R.DDB"_s}), "same: Same\n");
     trouble({u"diff"_s, u"--table"_s, u"Other"_s, u"L.DDB"_s, u"R.DDB"_s},
             "qirdb: L.DDB, R.DDB: there is no table \"Other\"");
 }

@@ -214,6 +214,9 @@ TEST_P(EditTest, EachFileHasAPasswordOfItsOwn) {
     done({u"passwd"_s, u"OTHER.DDB"_s, u"--new-password-file"_s, u"two"_s});
     done({u"copy"_s, u"PUMP.DDB"_s, u"Pumps"_s, u"OTHER.DDB"_s, u"--password-file"_s, u"one"_s, u"--password-file"_s,
           u"two"_s});
+    done({u"copy"_s, u"--password-file"_s, u"one"_s, u"--password-file"_s, u"two"_s, u"PUMP.DDB"_s, u"Pumps"_s,
+          u"OTHER.DDB"_s, u"Again"_s});
+    EXPECT_EQ(done({u"get"_s, u"--password-file=two"_s, u"OTHER.DDB"_s, u"Again"_s, u"1"_s, u"Speed"_s}), "1500\n");
     done({u"run"_s, u"OTHER.DDB"_s, u"-"_s, u"--password-file"_s, u"two"_s, u"--password-file"_s, u"one"_s},
          "copy PUMP.DDB Pumps More\nset More 1 Speed 8\n");
     EXPECT_EQ(done({u"get"_s, u"OTHER.DDB"_s, u"More"_s, u"1"_s, u"Speed"_s, u"--password-file"_s, u"two"_s}), "8\n");
