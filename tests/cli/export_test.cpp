@@ -133,8 +133,9 @@ TEST_P(ExportTest, FormulasAreEscapedWhenAskedFor) {
          "=Name[text:20],N[long]\n=1+2,-5\n\" @SUM(A1)\",1\n+49 30,2\n-x,3\n\"\t=1\",4\nplain=1,5\n'=x,6\n");
     EXPECT_EQ(done({u"export"_s, u"F.DDB"_s, u"T"_s, u"-"_s}),
               "=Name[text:20],N[long]\n=1+2,-5\n\" @SUM(A1)\",1\n+49 30,2\n-x,3\n\"\t=1\",4\nplain=1,5\n'=x,6\n");
-    const QByteArray escaped = "'=Name[text:20],N[long]\n'=1+2,-5\n' @SUM(A1),1\n'+49 30,2\n'-x,3\n'\t=1,4\nplain=1,5\n"
-                               "'=x,6\n";
+    const QByteArray escaped =
+        "'=Name[text:20],N[long]\n'=1+2,-5\n' @SUM(A1),1\n'+49 30,2\n'-x,3\n\"'\t=1\",4\nplain=1,5\n"
+        "'=x,6\n";
     EXPECT_EQ(done({u"export"_s, u"--escape-formulas"_s, u"F.DDB"_s, u"T"_s, u"-"_s}), escaped);
     EXPECT_EQ(done({u"dump"_s, u"--format=csv"_s, u"--escape-formulas"_s, u"F.DDB"_s, u"T"_s}), escaped);
 }
