@@ -7,7 +7,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <csignal>
+#include <cstring>
 #include <functional>
+#include <span>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -123,6 +128,70 @@ TEST_F(Secrets, AnOrdinaryUserSavesAProtectedFileAllTheSame) {
         clsQirDatabase again(FileOps::system(), options());
         return again.LoadDtb(other, u"p"_s) && again.QIRTablesCount() == 2;
     }));
+}
+
+/// What stands in the processor's registers: the system stores them on the stack of whoever gets a signal.
+class Registers {
+public:
+    Registers()
+        : m_stack(std::size_t{64} << 10) {
+        stack_t stack{};
+        stack.ss_sp = m_stack.data();
+        stack.ss_size = m_stack.size();
+        ::sigaltstack(&stack, &m_stackBefore);
+        struct sigaction action {};
+        action.sa_handler = [](int) {};
+        action.sa_flags = SA_ONSTACK;
+        ::sigaction(SIGUSR1, &action, &m_actionBefore);
+    }
+    Registers(const Registers &) = delete;
+    Registers &operator=(const Registers &) = delete;
+    ~Registers() {
+        ::sigaction(SIGUSR1, &m_actionBefore, nullptr);
+        ::sigaltstack(&m_stackBefore, nullptr);
+    }
+
+    void store() { ::raise(SIGUSR1); }
+    bool held(std::span<const unsigned char> bytes) const { return !std::ranges::search(m_stack, bytes).empty(); }
+
+private:
+    std::vector<unsigned char> m_stack;
+    stack_t m_stackBefore{};
+    struct sigaction m_actionBefore {};
+};
+
+/// Filled byte by byte, so that no register holds more than one of them.
+SecretBytes secretOf(std::size_t size) {
+    SecretBytes secret(size);
+    volatile unsigned char *bytes = secret.data();
+    for (std::size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<unsigned char>(31 * i + 7);
+    return secret;
+}
+
+// What they hold goes to the stack with the next call that the loader binds, and stays there.
+TEST(SecretBytesTest, ACopyLeavesNothingInTheRegisters) {
+    constexpr std::size_t piece = 8;
+    for (const std::size_t size : {16U, 32U, 64U, 200U}) {
+        const SecretBytes secret = secretOf(size);
+        Registers registers;
+        const SecretBytes copy = secret.clone();
+        registers.store();
+        EXPECT_TRUE(copy.equals(secret));
+        for (std::size_t at = 0; at + piece <= size; at += piece)
+            EXPECT_FALSE(registers.held({secret.data() + at, piece})) << at << " of " << size;
+    }
+}
+
+// That the look at the registers sees what is in them.
+TEST(SecretBytesTest, ACopyInOneGoIsSeenInTheRegisters) {
+    const SecretBytes secret = secretOf(32);
+    SecretBytes copy(secret.size());
+    Registers registers;
+    const volatile std::size_t size = secret.size();
+    std::memcpy(copy.data(), secret.data(), size);
+    registers.store();
+    EXPECT_TRUE(registers.held({secret.data(), 8}));
 }
 
 TEST(SecretBytesTest, NoCoreDumpIsLeftFromTheFirstToTheLastOfThem) {
