@@ -10,7 +10,7 @@ QString quoted(const QString &text) {
     return u'\'' + QString(text).replace(u'\'', u"'\\''"_s) + u'\'';
 }
 
-/// Inside the brackets of a specification of zsh.
+/// As it stands inside the brackets that zsh reads an option from.
 QString zshText(const QString &text) {
     QString escaped;
     for (const QChar unit : text) {
