@@ -314,8 +314,7 @@ private:
             }
         }
         std::ranges::sort(removed, std::greater{});
-        const auto repeated = std::ranges::unique(removed);
-        removed.erase(repeated.begin(), repeated.end());
+        removed.erase(std::unique(removed.begin(), removed.end()), removed.end());
         for (const int record : removed)
             m_database.RemoveRecord(record);
     }
