@@ -46,7 +46,8 @@ std::size_t stepBudget() {
 
 /// What trying a password costs, where that is more than usual.
 QString noteOn(const KdfCosts &costs, const KdfCosts &usual) {
-    const double times = double(costs.passes) * costs.memoryKiB / (double(usual.passes) * usual.memoryKiB);
+    const double times =
+        static_cast<double>(costs.passes) * costs.memoryKiB / (static_cast<double>(usual.passes) * usual.memoryKiB);
     if (times <= 1 && costs.memoryKiB <= usual.memoryKiB)
         return {};
     const QString longer = times > 1 ? u"about %1 times as long, and "_s.arg(std::ceil(times * 10) / 10) : QString();

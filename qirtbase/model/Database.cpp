@@ -188,7 +188,7 @@ void Database::addField(Table &table, const QString &name, int typeCode, double 
     tell(table, {.kind = ChangeKind::AddField,
                  .table = &table,
                  .type = typeCode,
-                 .number = double(added.size),
+                 .number = static_cast<double>(added.size),
                  .text = checked.text});
 }
 
@@ -241,7 +241,8 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
         field.column = std::move(*cut);
     field.size = wanted;
     single.made();
-    tell(table, {.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = double(wanted)});
+    tell(table,
+         {.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = static_cast<double>(wanted)});
     return true;
 }
 

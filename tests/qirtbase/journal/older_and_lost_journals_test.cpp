@@ -78,7 +78,7 @@ TEST_P(TakenAway, RecordsOfATableWithoutFieldsAreInTheOneThatIsWrittenAnew) {
         bench.database().removeField(table(), 0);
     ASSERT_TRUE(QFile::remove(bench.journalPath()));
     bench.database().addRecord(table()); // seen to be gone here
-    bench.database().addField(table(), u"Name"_s, int(ColumnType::Text), 200);
+    bench.database().addField(table(), u"Name"_s, static_cast<int>(ColumnType::Text), 200);
     bench.database().setText(table(), 0, 4, u"typed"_s);
     EXPECT_EQ(bench.body(), crashAndOpen());
     ASSERT_GT(table().recordCount(), 4U);
