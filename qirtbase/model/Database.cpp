@@ -465,6 +465,14 @@ void Database::replaceTable(std::size_t index, std::unique_ptr<Table> table) {
     m_undo.add(undo::TableImage{m_tables[index].get(), std::move(table)});
 }
 
+Database Database::copy() const {
+    Database made;
+    for (const auto &table : m_tables)
+        made.append(std::make_unique<Table>(table->name(), table->fields(), table->recordCount()));
+    made.m_foreignSections = m_foreignSections;
+    return made;
+}
+
 void Database::replaceTables(Database &&other) {
     m_undo.makeRoom();
     std::swap(m_tables, other.m_tables);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -77,6 +79,22 @@ TEST_F(FreedMemory, ABlockThatShrinksKeepsItsBeginningAlone) {
     EXPECT_EQ(lettersAt(before + small, large - small), 0U);
     EXPECT_EQ(std::realloc(after, 0), nullptr);
     EXPECT_EQ(lettersAt(before, small), 0U);
+}
+
+/// The most memory that the process has had at once, in bytes.
+std::size_t peakMemory() {
+    rusage usage{};
+    EXPECT_EQ(::getrusage(RUSAGE_SELF, &usage), 0);
+    return static_cast<std::size_t>(usage.ru_maxrss) << 10;
+}
+
+TEST_F(FreedMemory, ABlockThatTheSystemTakesBackIsNotBroughtInAgain) {
+    const FreedMemoryWipe wipe;
+    constexpr std::size_t size = std::size_t{64} << 20;
+    void *block = std::malloc(size); // none of its pages is there yet
+    const std::size_t before = peakMemory();
+    std::free(block);
+    EXPECT_LT(peakMemory() - before, size / 8);
 }
 
 TEST_F(FreedMemory, ReachesWhatLibrariesFree) {

@@ -118,7 +118,6 @@ void JournalBench::open() {
                                                .password = password,
                                                .deriveKey = derive,
                                                .random = RandomSource::system(),
-                                               .body = m_saved,
                                                .keepAside = [this](QByteArrayView aside) -> SystemResult<QString> {
                                                    m_aside.push_back(aside.toByteArray());
                                                    return u"aside"_s;

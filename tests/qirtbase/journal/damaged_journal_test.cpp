@@ -110,7 +110,6 @@ TEST_P(DamagedJournal, ACrashAtAnyCallOfItsRecoveryLosesNothingOfIt) {
                                .password = {},
                                .deriveKey = deriveMasterKey,
                                .random = RandomSource::system(),
-                               .body = body,
                                .keepAside = {}},
                               database);
         bench.open();

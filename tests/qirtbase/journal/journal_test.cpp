@@ -271,7 +271,6 @@ TEST_P(JournalTest, ACrashAtAnyCallOfARecoveryLosesNothing) {
                                .password = {},
                                .deriveKey = deriveMasterKey,
                                .random = RandomSource::system(),
-                               .body = {},
                                .keepAside = {}},
                               database);
         bench.open();

@@ -145,7 +145,6 @@ TEST_P(OlderJournal, ThatCannotBeWrittenAnewIsGoneOnWithAsItIs) {
     });
     Database database = std::move(*decodeBody(pumps()));
     const JournalBase base = bench.base();
-    const QByteArray body = pumps();
     RecoveryOutcome outcome = recoverJournals(ops,
                                               {.stateFolder = bench.folder(),
                                                .base = base,
@@ -153,7 +152,6 @@ TEST_P(OlderJournal, ThatCannotBeWrittenAnewIsGoneOnWithAsItIs) {
                                                .password = {},
                                                .deriveKey = deriveMasterKey,
                                                .random = RandomSource::system(),
-                                               .body = body,
                                                .keepAside = {}},
                                               database);
     full = false;
