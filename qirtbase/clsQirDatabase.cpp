@@ -277,6 +277,17 @@ void clsQirDatabase::failLoad(const QString &reason) {
     m_lastError = reason;
 }
 
+/// What stays open is what was saved: records without fields, which no file keeps, go.
+void clsQirDatabase::becomeAsSaved() {
+    try {
+        m_database.dropRecordsWithoutFields();
+    } catch (const std::bad_alloc &) {
+        return; // they go with the next save
+    }
+    if (m_currentTable && m_currentRecord > m_currentTable->recordCount())
+        m_currentRecord = 0;
+}
+
 void clsQirDatabase::SaveDtb() {
     guarded([&] {
         requireUsable();
@@ -285,17 +296,15 @@ void clsQirDatabase::SaveDtb() {
             return;
         if (GetDatabaseFileName().isEmpty())
             raise(u"The database has no file name yet."_s);
-        m_database.dropRecordsWithoutFields(); // what stays open is what is saved
-        if (m_currentTable && m_currentRecord > m_currentTable->recordCount())
-            m_currentRecord = 0;
         const QByteArray body = encodeBody(m_database);
         expectKeys();
         if (const Result<void> saved = m_file.save(body); !saved)
             raise(saved.error().text);
         m_changed = m_changedAnyway = false;
+        m_journal.discard();
+        becomeAsSaved();
         m_savedState = m_database.history().state();
         m_database.endJoining();
-        m_journal.discard();
         followFile(static_cast<std::uint64_t>(body.size()));
     });
 }
@@ -546,7 +555,7 @@ void clsQirDatabase::BeginChanges() {
         requireUsable();
         m_groups.reserve(m_groups.size() + 1);
         m_database.beginGroup();
-        m_groups.push_back({m_changed, m_currentTable, m_currentRecord, false});
+        m_groups.push_back({m_changed, m_changedAnyway, m_currentTable, m_currentRecord, false});
     });
 }
 
@@ -577,6 +586,7 @@ void clsQirDatabase::undoGroup() {
     const Group group = m_groups.back();
     m_groups.pop_back();
     m_changed = group.changed;
+    m_changedAnyway = group.changedAnyway;
     m_currentTable = group.currentTable;
     m_currentRecord = group.currentRecord;
 }
@@ -596,7 +606,7 @@ void clsQirDatabase::BeginStep(const QString &name, const QString &key) {
         if (m_groups.empty())
             keepSteps();
         m_database.beginStep(name, key);
-        m_groups.push_back({m_changed, m_currentTable, m_currentRecord, false, true});
+        m_groups.push_back({m_changed, m_changedAnyway, m_currentTable, m_currentRecord, false, true});
     });
 }
 

@@ -77,7 +77,10 @@ public:
     /// From now on an outermost group that is kept becomes a step that can be undone, and so does each change outside
     /// groups. `budget` is how many bytes of memory the steps may hold.
     void keepSteps(std::size_t budget) { m_undo.keepSteps(budget); }
+    bool keepsSteps() const { return m_undo.keepsSteps(); }
     const History &history() const { return m_undo.history(); }
+    /// As History::takeEmpty().
+    void takeEmptySteps(bool empty) { m_undo.history().takeEmpty(empty); }
     /// A group that is a step of this name. Where it is the outermost one and the step before has the same key, which
     /// is not "", it is more of that.
     void beginStep(const QString &name, const QString &key);
