@@ -63,8 +63,9 @@ DtbEditor::DtbEditor()
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
     , m_carryCommands(m_editor, m_differences, m_tables, m_cloneCommands, m_walk)
     , m_modes(m_editor, m_alignment, m_differences, m_tables)
-    , m_filesAtHand(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
-                               .showTwoPanes = [this] { showTwoPanes(); }})
+    , m_filesAtHand(m_editor,
+                    {.openFile = [this](int pane, const QString &path) { return m_open.openFile(pane, path); },
+                     .showTwoPanes = [this] { showTwoPanes(); }})
     , m_colours(m_editor)
     , m_toolBar(m_editor, [this] { layOutAnew(); })
     , m_keyed(m_editor)
@@ -140,9 +141,13 @@ void DtbEditor::showTwoPanes() {
 }
 
 void DtbEditor::openBeside(int pane, const QString &path) {
+    if (!m_open.mayReplace(1 - pane)) // the bar's button says nothing of that database
+        return;
     showTwoPanes();
     m_open.openFile(1 - pane, path);
     activatePane(m_editor, pane);
+    if (!m_editor.ListaTabelle(pane).isHidden())
+        m_editor.ListaTabelle(pane).setFocus();
 }
 
 void DtbEditor::connectPane(int pane) {

@@ -68,6 +68,7 @@ public:
     /// The start: opens what the command line names. To be called once, when the event loop runs and the window shows.
     StartResult Form_Load(const QString &commandLine);
     /// After that: opens one more file that the command line names in the right pane.
+    StartResult openLeft(const QString &fileName) { return m_open.openLeft(fileName); }
     StartResult openRight(const QString &fileName);
 
     /// State and controls, for tests that check that panes, lists and component are in step.

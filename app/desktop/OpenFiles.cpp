@@ -29,6 +29,8 @@ void rememberOpenFile(EditorContext &editor, int pane) {
     editor.remembered().noteFile(openFilePath(editor, pane), own);
     if (!editor.DtbAperto(0) || !editor.DtbAperto(1))
         return;
+    if (openFilePath(editor, 0) == openFilePath(editor, 1))
+        return; // a file beside itself is no pair to come back to
     const Protection other = protectionOf(openFileName(editor, 1 - pane));
     editor.remembered().notePair({openFilePath(editor, 0), openFilePath(editor, 1)},
                                  own == Protection::Open ? other : own);
