@@ -14,53 +14,60 @@ namespace qir {
 
 namespace {
 
-constexpr int figuresOfColumn = 7; // of a column, as columnFigures() asks for them
-
 /// What stands in a column.
 struct ColumnFigures {
-    qint64 whole;
-    qint64 real;
-    qint64 text;
-    qint64 bytes;
-    qint64 least; ///< Of the whole numbers.
-    qint64 most;
-    qint64 longest; ///< In characters, as texts.
+    bool hasNumbers = false;
+    bool hasFractions = false; ///< Numbers that are no whole ones to SQLite.
+    bool hasTexts = false;
+    bool hasBytes = false;
+    qint64 least = 0; ///< Of the whole numbers and 0.
+    qint64 most = 0;
+    qsizetype longest = 0; ///< In bytes, of the texts.
 
-    static ColumnFigures of(const SqliteStatement &row, int first) {
-        const auto figure = [&](int index) { return row.whole(first + index); };
-        return {figure(0), figure(1), figure(2), figure(3), figure(4), figure(5), figure(6)};
+    void see(const SqliteStatement &row, int column) {
+        switch (row.kind(column)) {
+        case SqliteStatement::Kind::Null:
+            return;
+        case SqliteStatement::Kind::Whole:
+            hasNumbers = true;
+            least = std::min(least, row.whole(column));
+            most = std::max(most, row.whole(column));
+            return;
+        case SqliteStatement::Kind::Real:
+            hasNumbers = hasFractions = true;
+            return;
+        case SqliteStatement::Kind::Text:
+            hasTexts = true;
+            longest = std::max(longest, row.text(column).size());
+            return;
+        case SqliteStatement::Kind::Bytes:
+            hasBytes = true;
+            return;
+        }
     }
 };
 
-QByteArray columnFigures(const QByteArray &column) {
-    const auto count = [&](const char *kind) { return "sum(typeof(" + column + ") = '" + QByteArray(kind) + "'), "; };
-    const auto extreme = [&](const char *which) {
-        return QByteArray(which) + "(CASE WHEN typeof(" + column + ") = 'integer' THEN " + column + " END), ";
-    };
-    return count("integer") + count("real") + count("text") + count("blob") + extreme("min") + extreme("max") +
-           "max(length(" + column + "))";
-}
-
 /// The field that a declared type names as an export declares it, nothing for any other.
 std::optional<FieldInfo> declaredField(const QString &name, const QString &type) {
-    QString header = u"["_s + type + u']';
+    QString header = u"["_s + type.toLower() + u']'; // SQLite tells some in capitals
     header.replace(u'(', u':').remove(u')');
     const auto found = std::ranges::find_if(fieldTypeNames, [&](const FieldTypeName &known) {
         return header == u"[%1]"_s.arg(QLatin1StringView(known.name)) ||
                (known.code == FieldType::Text && header.startsWith(u"[text:"_s));
     });
     const Result<FieldHeader> parsed = found == fieldTypeNames.end() ? failure({}) : parseFieldHeader(header);
-    if (!parsed || !parsed->type)
+    if (!parsed || !parsed->type || (parsed->type == FieldType::Text && !parsed->size))
         return std::nullopt;
     return FieldInfo{name, *parsed->type, parsed->size.value_or(0)};
 }
 
 bool fits(const FieldInfo &field, const ColumnFigures &figures) {
     if (field.type == FieldType::Text)
-        return field.size >= figures.longest && figures.bytes == 0;
+        return !figures.hasBytes; // texts that are too long are told
+    if (figures.hasTexts || figures.hasBytes)
+        return false;
     const auto within = [&](qint64 least, qint64 most) {
-        return figures.text == 0 && figures.bytes == 0 && figures.real == 0 &&
-               (figures.whole == 0 || (figures.least >= least && figures.most <= most));
+        return !figures.hasFractions && figures.least >= least && figures.most <= most;
     };
     constexpr qint64 exact = qint64{1} << 53;
     switch (field.type) {
@@ -73,8 +80,7 @@ bool fits(const FieldInfo &field, const ColumnFigures &figures) {
     case FieldType::Long:
         return within(std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
     default:
-        return figures.text == 0 && figures.bytes == 0 &&
-               (figures.whole == 0 || (figures.least >= -exact && figures.most <= exact));
+        return figures.least >= -exact && figures.most <= exact;
     }
 }
 
@@ -82,33 +88,37 @@ FieldInfo fieldOf(const QString &name, const QString &declared, const ColumnFigu
     const std::optional<FieldInfo> said = declaredField(name, declared);
     if (said && fits(*said, figures))
         return *said;
-    const bool isEmpty = figures.whole + figures.real + figures.text == 0;
     for (const FieldType type : {FieldType::Long, FieldType::Double})
-        if (!isEmpty && fits({name, type, 0}, figures))
+        if (figures.hasNumbers && fits({name, type, 0}, figures))
             return {name, type, 0};
-    constexpr qint64 largest = 65535;
-    return {name, FieldType::Text, static_cast<int>(std::clamp<qint64>(figures.longest, usualTextSize, largest))};
+    constexpr qsizetype largest = 65535;
+    return {name, FieldType::Text, static_cast<int>(std::clamp<qsizetype>(figures.longest, usualTextSize, largest))};
 }
 
 QString textOf(QByteArrayView utf8) {
     return QString::fromUtf8(utf8);
 }
 
+/// Every record of a table, in their order.
+QByteArray recordsOf(const QString &table) {
+    return "SELECT * FROM " + sqlName(table) + " NOT INDEXED";
+}
+
 std::vector<FieldInfo> fieldsOf(const Sqlite &database, const QString &table) {
     std::vector<FieldInfo> fields;
     std::vector<QString> types;
-    QByteArray asked;
     SqliteStatement columns(database, "SELECT name, type FROM pragma_table_info(" + sqlText(table.toUtf8()) + ')');
     while (columns.step()) {
         fields.push_back({textOf(columns.text(0)), FieldType::Text, 0});
         types.push_back(textOf(columns.text(1)));
-        asked += (asked.isEmpty() ? "" : ", ") + columnFigures(sqlName(fields.back().name));
     }
-    SqliteStatement row(database, "SELECT " + asked + " FROM " + sqlName(table));
-    row.step();
+    std::vector<ColumnFigures> figures(fields.size());
+    SqliteStatement row(database, recordsOf(table));
+    while (row.step())
+        for (std::size_t column = 0; column < fields.size(); ++column)
+            figures[column].see(row, static_cast<int>(column));
     for (std::size_t column = 0; column < fields.size(); ++column)
-        fields[column] = fieldOf(fields[column].name, types[column],
-                                 ColumnFigures::of(row, figuresOfColumn * static_cast<int>(column)));
+        fields[column] = fieldOf(fields[column].name, types[column], figures[column]);
     return fields;
 }
 
@@ -131,7 +141,7 @@ void takeTable(const Sqlite &database, const QString &file, const QString &name,
     const std::vector<FieldInfo> fields = intake.begin(file, name, fieldsOf(database, name));
     RecordIntake records(intake, file + u": "_s + name, fields);
     Progress progress(file);
-    SqliteStatement row(database, "SELECT * FROM " + sqlName(name) + " NOT INDEXED"); // in their order
+    SqliteStatement row(database, recordsOf(name));
     while (row.step()) {
         for (std::size_t column = 0; column < fields.size(); ++column)
             takeValue(records, row, static_cast<int>(column), fields[column].type);

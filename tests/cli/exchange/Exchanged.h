@@ -12,6 +12,7 @@ class DrawnTables {
 public:
     struct Limits {
         bool hasNul = true;         ///< Texts and names may have one.
+        bool hasMark = true;        ///< Texts may begin with a byte order mark.
         bool hasMinusZero = true;   ///< Numbers may be -0.
         bool hasEmptyTables = true; ///< Tables may have no field.
     };

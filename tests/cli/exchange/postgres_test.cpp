@@ -1,6 +1,6 @@
-#include "tests/cli/Exchanged.h"
-#include "tests/cli/PostgresServer.h"
 #include "tests/cli/Program.h"
+#include "tests/cli/exchange/Exchanged.h"
+#include "tests/cli/exchange/PostgresServer.h"
 
 #include <QFile>
 
@@ -17,6 +17,11 @@ namespace {
 /// Tables to a real server and back.
 class PostgresTest : public ProgramTest {
 protected:
+    /// The fake keeps its tables in a form that has no byte order marks.
+    static DrawnTables::Limits limits(DrawnTables::Limits limits = {}) {
+        limits.hasMark = GetParam().name == std::string("Real");
+        return limits;
+    }
     static void SetUpTestSuite() { s_server = new PostgresServer; }
     static void TearDownTestSuite() {
         delete s_server;
@@ -52,7 +57,7 @@ private:
 TEST_P(PostgresTest, DrawnTablesComeBack) {
     constexpr unsigned seeds = 12;
     for (unsigned seed = 1; seed <= seeds; ++seed) {
-        const QByteArray lines = DrawnTables(seed, {.hasNul = false}).lines();
+        const QByteArray lines = DrawnTables(seed, limits({.hasNul = false})).lines();
         if (lines.isEmpty())
             continue;
         server().ask(u"DROP SCHEMA IF EXISTS \"A\" CASCADE"_s);
@@ -65,7 +70,7 @@ TEST_P(PostgresTest, DrawnTablesComeBack) {
 TEST_P(PostgresTest, LoadsTheStatementsThatAreWritten) {
     constexpr unsigned seeds = 6;
     for (unsigned seed = 1; seed <= seeds; ++seed) {
-        const QByteArray lines = DrawnTables(seed, {.hasNul = false, .hasEmptyTables = false}).lines();
+        const QByteArray lines = DrawnTables(seed, limits({.hasNul = false, .hasEmptyTables = false})).lines();
         if (lines.isEmpty())
             continue;
         server().ask(u"DROP SCHEMA IF EXISTS \"A\" CASCADE; DROP SCHEMA IF EXISTS other CASCADE"_s);
@@ -78,9 +83,10 @@ TEST_P(PostgresTest, LoadsTheStatementsThatAreWritten) {
         EXPECT_EQ(server().ask(listed.arg(u"\"A\""_s)), tables);
         for (const QByteArray &table : tables.split('\n')) {
             const QString name = u".\"%1\""_s.arg(QString::fromUtf8(table).replace(u'"', u"\"\""_s));
-            if (!table.isEmpty())
-                EXPECT_EQ(server().ask(u"SELECT * FROM other"_s + name), server().ask(u"SELECT * FROM \"A\""_s + name))
-                    << seed;
+            if (table.isEmpty())
+                continue;
+            EXPECT_EQ(server().ask(u"SELECT * FROM other"_s + name), server().ask(u"SELECT * FROM \"A\""_s + name))
+                << seed;
         }
     }
 }

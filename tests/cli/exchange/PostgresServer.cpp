@@ -1,4 +1,4 @@
-#include "tests/cli/PostgresServer.h"
+#include "tests/cli/exchange/PostgresServer.h"
 
 #include <QDir>
 #include <QFile>

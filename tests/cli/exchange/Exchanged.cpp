@@ -1,4 +1,4 @@
-#include "tests/cli/Exchanged.h"
+#include "tests/cli/exchange/Exchanged.h"
 
 #include "base/NumberText.h"
 
@@ -66,7 +66,7 @@ QByteArray DrawnTables::number(const QByteArray &type) {
 
 QByteArray DrawnTables::text(int size) {
     // As JSON writes them; each is one character.
-    static const std::array<QByteArray, 21> pieces{"a",
+    static const std::array<QByteArray, 19> pieces{"a",
                                                    "B",
                                                    " ",
                                                    "\\\"",
@@ -84,12 +84,17 @@ QByteArray DrawnTables::text(int size) {
                                                    "=",
                                                    "0",
                                                    "\\u0001",
-                                                   "\xF0\x9F\x98\x80",
-                                                   "\xEF\xBB\xBF",
-                                                   "\\u0000"};
+                                                   "\xF0\x9F\x98\x80"};
     QByteArray text;
-    for (int length = drawn(0, std::min(size, 12)); length > 0; --length)
-        text += pieces[static_cast<std::size_t>(drawn(0, static_cast<int>(pieces.size()) - (m_limits.hasNul ? 1 : 2)))];
+    for (int length = drawn(0, std::min(size, 12)); length > 0; --length) {
+        const int piece = drawn(0, static_cast<int>(pieces.size()) + 1);
+        if (piece < static_cast<int>(pieces.size()))
+            text += pieces[static_cast<std::size_t>(piece)];
+        else if (piece == static_cast<int>(pieces.size()))
+            text += m_limits.hasNul ? "\\u0000" : "x";
+        else
+            text += m_limits.hasMark ? "\xEF\xBB\xBF" : "y";
+    }
     return '"' + text + '"';
 }
 
