@@ -49,7 +49,7 @@ public:
         const auto append = [this](QByteArray &out, const Portion &records, int from, int to) {
             appendCsvRecords(out, records, from, to, m_formulas);
         };
-        forEachText(portion, append, [this](QByteArrayView text) { m_files.back()->write(text); });
+        m_texts.make(portion, append, [this](QByteArrayView text) { m_files.back()->write(text); });
     }
     void finish() override {
         for (const std::unique_ptr<NewContent> &file : m_files)
@@ -62,6 +62,7 @@ private:
     ExportRules m_rules;
     Formulas m_formulas;
     std::vector<std::unique_ptr<NewContent>> m_files;
+    PortionTexts m_texts;
     bool m_isMade = false;
     bool m_isDone = false;
 };

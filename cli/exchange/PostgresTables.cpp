@@ -34,7 +34,7 @@ public:
     void append(const Portion &portion) override {
         namedPostgres([&] {
             requireNoNul(m_table, portion);
-            forEachText(portion, appendRows(), [this](QByteArrayView text) { m_database->copyIn(text); });
+            m_texts.make(portion, appendRows(), [this](QByteArrayView text) { m_database->copyIn(text); });
         });
     }
     void end() override {
@@ -84,6 +84,7 @@ protected:
     PostgresChoice m_choice;
     std::unique_ptr<Postgres> m_database;
     TableInfo m_table{{}, {}, 0};
+    PortionTexts m_texts;
 };
 
 /// Tables that many files share: a row tells its file and the number of its record there.

@@ -30,7 +30,7 @@ protected:
             print(text);
     }
     void writeRecords(const Portion &portion, const AppendRecords &append) {
-        forEachText(portion, append, [this](QByteArrayView text) { write(text); });
+        m_texts.make(portion, append, [this](QByteArrayView text) { write(text); });
     }
     void close() {
         if (m_content)
@@ -39,6 +39,7 @@ protected:
 
 private:
     std::optional<NewContent> m_content;
+    PortionTexts m_texts;
 };
 
 class JsonLines : public TextTarget {

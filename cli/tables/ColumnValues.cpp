@@ -305,8 +305,9 @@ std::vector<Result<FieldInfo>> columnFields(const CsvTable &table) {
     });
     std::vector<Result<FieldInfo>> fields;
     for (std::size_t column = 0; column < columns; ++column)
-        fields.push_back(headed[column] ? *headed[column]
-                                        : guessedField(table.header().at(qsizetype(column)), guesses[column]));
+        fields.push_back(headed[column]
+                             ? *headed[column]
+                             : guessedField(table.header().at(static_cast<qsizetype>(column)), guesses[column]));
     return fields;
 }
 

@@ -64,20 +64,23 @@ void forEachPortion(const QirDatabase &database, const TableInfo &table,
     }
 }
 
-void forEachText(const Portion &portion, const AppendRecords &append, const TakeText &take) {
+void PortionTexts::make(const Portion &portion, const AppendRecords &append, const TakeText &take) {
     constexpr int share = 8192;
-    std::vector<QByteArray> texts(static_cast<std::size_t>((portion.count + share - 1) / share));
-    inParallel(texts.size(), [&](std::size_t index) {
+    const auto shares = static_cast<std::size_t>((portion.count + share - 1) / share);
+    m_texts.resize(std::max(m_texts.size(), shares));
+    inParallel(shares, [&](std::size_t index) {
         const int from = static_cast<int>(index) * share;
-        append(texts[index], portion, from, std::min(from + share, portion.count));
+        m_texts[index].resize(0); // keeps its memory
+        append(m_texts[index], portion, from, std::min(from + share, portion.count));
     });
-    for (const QByteArray &text : texts)
-        take(text);
+    for (std::size_t index = 0; index < shares; ++index)
+        take(m_texts[index]);
 }
 
 void forEachText(const QirDatabase &database, const TableInfo &table, const AppendRecords &append,
                  const TakeText &take) {
-    forEachPortion(database, table, [&](const Portion &portion) { forEachText(portion, append, take); });
+    PortionTexts texts;
+    forEachPortion(database, table, [&](const Portion &portion) { texts.make(portion, append, take); });
 }
 
 RecordAppender::RecordAppender(const QirDatabase &database, int records, std::vector<int> fields)

@@ -23,12 +23,21 @@ ColumnType columnTypeOf(FieldType type);
 void forEachPortion(const QirDatabase &database, const TableInfo &table,
                     const std::function<void(const Portion &portion)> &take);
 
-/// The records of a portion as text: `append` writes some of them, counted from 0, the cores share the work, and `take`
-/// gets the texts in the order of the records.
+/// Writes some records of a portion, counted from 0.
 using AppendRecords = std::function<void(QByteArray &out, const Portion &portion, int from, int to)>;
 using TakeText = std::function<void(QByteArrayView text)>;
-void forEachText(const Portion &portion, const AppendRecords &append, const TakeText &take);
-/// The same for all records of the chosen table.
+
+/// Portions as text; the cores share the work, and the memory is that of the portion before.
+class PortionTexts {
+public:
+    /// `take` gets the texts in the order of the records.
+    void make(const Portion &portion, const AppendRecords &append, const TakeText &take);
+
+private:
+    std::vector<QByteArray> m_texts;
+};
+
+/// All records of the chosen table as text.
 void forEachText(const QirDatabase &database, const TableInfo &table, const AppendRecords &append,
                  const TakeText &take);
 
