@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QRegularExpression>
 
 namespace qir {
@@ -42,7 +43,13 @@ Result<QString> reachedByTyping(const QString &typed, const QString &extension) 
     return failure(QObject::tr("'%1' was not found").arg(typed));
 }
 
-/// Finds the file itself: Qt's own would append the extension before it looks.
+/// Whether a dialog is the desktop's: Qt's own has its controls before it shows.
+bool isDesktops(const QFileDialog &dialog) {
+    return dialog.findChild<QLineEdit *>(u"fileNameEdit"_s) == nullptr;
+}
+
+/// Finds the file itself: Qt's own would append the extension before it looks. The desktop's dialog is gone when it
+/// tells what was chosen, so that it ends however that is; refused() says whether it is to come once more.
 class OpenDialog : public QFileDialog {
 public:
     OpenDialog(QWidget *parent, const FileDialogRequest &request, const QString &folder)
@@ -53,27 +60,33 @@ public:
     }
 
     const QString &found() const { return m_found; }
+    bool refused() const { return m_refused; }
 
     void accept() override {
         const QString typed = selectedFiles().value(0);
-        if (typed.isEmpty() || QFileInfo(typed).isDir()) {
+        const bool desktops = isDesktops(*this);
+        if (!desktops && (typed.isEmpty() || QFileInfo(typed).isDir())) {
             QFileDialog::accept(); // goes into the folder
             return;
         }
         const Result<QString> reached = reachedByTyping(typed, m_extension);
         if (!reached) {
-            messageBox(this, reached.error().text, u"!"_s);
+            messageBox(desktops ? parentWidget() : this, reached.error().text, u"!"_s);
+            m_refused = desktops;
         } else if (QFileInfo(*reached).isDir()) {
             setDirectory(*reached);
+            m_refused = desktops;
         } else {
             m_found = *reached;
-            QDialog::accept();
         }
+        if (desktops || !m_found.isEmpty())
+            QDialog::accept();
     }
 
 private:
     QString m_extension;
     QString m_found;
+    bool m_refused = false;
 };
 
 /// The extension that a name filter stands for: that of its first pattern, "" for none.
@@ -102,8 +115,15 @@ bool show(QFileDialog &dialog, const FileDialogRequest &request) {
 }
 
 QString askForFileToOpen(QWidget *parent, const FileDialogRequest &request, const QString &folder) {
-    OpenDialog dialog(parent, request, folder);
-    return show(dialog, request) ? dialog.found() : QString();
+    QString start = folder;
+    for (;;) {
+        OpenDialog dialog(parent, request, start);
+        if (!show(dialog, request))
+            return {};
+        if (!dialog.refused())
+            return dialog.found();
+        start = dialog.directory().absolutePath();
+    }
 }
 
 QString askForFileToSave(QWidget *parent, const FileDialogRequest &request, const QString &folder) {

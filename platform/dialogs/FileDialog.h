@@ -14,7 +14,7 @@ struct FileDialogRequest {
     enum Action { Open, Save };
     enum Look {
         Own,     ///< Qt's own dialog: the same everywhere.
-        Desktop, ///< The desktop's, where it has one.
+        Desktop, ///< The desktop's, where it has one and Qt::AA_DontUseNativeDialogs is not set.
     };
 
     Action action = Open;
@@ -24,7 +24,7 @@ struct FileDialogRequest {
     QString initialName;
     QString filter; ///< Descriptions and patterns in turn, all separated by "|"; patterns of one filter by ";".
     QString kind;   ///< The extension of the filter to start with; "" for the first one.
-    Look look = Own;
+    Look look = Desktop;
 };
 
 struct FileDialogAnswer {
