@@ -1171,15 +1171,15 @@ Sollen die Änderungen gespeichert werden?</translation>
     </message>
     <message>
         <source>Find &amp;Next</source>
-        <translation>&amp;Weitersuchen</translation>
+        <translation>We&amp;itersuchen</translation>
     </message>
     <message>
         <source>Find Pre&amp;vious</source>
-        <translation>&amp;Rückwärts suchen</translation>
+        <translation>Rückwär&amp;ts suchen</translation>
     </message>
     <message>
         <source>R&amp;eplace...</source>
-        <translation>Ers&amp;etzen...</translation>
+        <translation>Erset&amp;zen...</translation>
     </message>
     <message>
         <source>Searching... Escape stops it</source>

@@ -197,6 +197,8 @@ void Grid::draw(int section, int pixels) {
 
 void Grid::stretchLastColumn() {
     const int last = m_columnHeader->count() - 1;
+    if (m_columnTwips.size() != static_cast<std::size_t>(last + 1))
+        return; // another table is coming: its widths are taken up first
     const auto own = [this](int section) { return drawnWidth(m_columnTwips[static_cast<std::size_t>(section)]); };
     if (m_stretched >= 0 && m_stretched <= last && (m_stretched != last || !m_stretchLast))
         draw(m_stretched, own(m_stretched)); // not the last one any more

@@ -156,9 +156,10 @@ private Q_SLOTS:
     }
 
     void aStretchedColumnIsNeverNarrowerThanItsTexts() {
-        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        const auto wide = [](const QString &name) { return FieldOfTexts{name, FieldType::Text, {QString(40, u'x')}}; };
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {{u"T"_s, {wide(u"a"_s), wide(u"b"_s)}}}));
         Grid &grid = fixture.grid(0);
-        fixture.window().resize(230, 500);
+        fixture.window().resize(400, 500);
         const int last = grid.Cols() - 1;
         const int drawn = grid.horizontalHeader()->sectionSize(last - 1);
         QVERIFY(grid.horizontalHeader()->length() > grid.viewport()->width());
