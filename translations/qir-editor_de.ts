@@ -743,6 +743,26 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>Re&amp;move Record</source>
         <translation>Datensatz &amp;entfernen</translation>
     </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Datensatz</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Cells</source>
+        <translation>Zellen</translation>
+    </message>
+    <message>
+        <source>Menus</source>
+        <translation>Menüs</translation>
+    </message>
 </context>
 <context>
     <name>RecordCommands</name>

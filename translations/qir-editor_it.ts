@@ -743,6 +743,26 @@ Salvare le modifiche?</translation>
         <source>Re&amp;move Record</source>
         <translation>Ri&amp;muovi il record</translation>
     </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabella</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Record</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Campo</translation>
+    </message>
+    <message>
+        <source>Cells</source>
+        <translation>Celle</translation>
+    </message>
+    <message>
+        <source>Menus</source>
+        <translation>Menu</translation>
+    </message>
 </context>
 <context>
     <name>RecordCommands</name>
