@@ -82,8 +82,9 @@ void FileNameLabel::paintEvent(QPaintEvent *) {
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, place.width());
     // A path begins with its separator, which is of no direction: it would go to the other end.
     const Qt::TextFlag direction = shown.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight;
-    style()->drawItemText(&painter, place, Qt::AlignLeft | Qt::AlignVCenter | direction, palette(), isEnabled(), shown,
-                          foregroundRole());
+    const Qt::Alignment start = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+    style()->drawItemText(&painter, place, start | Qt::AlignAbsolute | Qt::AlignVCenter | direction, palette(),
+                          isEnabled(), shown, foregroundRole());
     const qreal side = contentsRect().height();
     painter.setRenderHint(QPainter::Antialiasing);
     // Right behind the name, where it leaves room.

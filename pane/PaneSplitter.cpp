@@ -79,7 +79,7 @@ void PaneSplitter::paintEvent(QPaintEvent *) {
     if (hasFocus())
         drawDoubleLine(painter, rect(), 2);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(palette().color(QPalette::WindowText));
+    painter.setBrush(window()->palette().color(QPalette::WindowText)); // not the frame's: the ground is the window's
     for (int dot = -dots / 2; dot <= dots / 2; ++dot) {
         const QPoint aside =
             m_orientation == Qt::Vertical ? QPoint(dot * dotDistance, 0) : QPoint(0, dot * dotDistance);

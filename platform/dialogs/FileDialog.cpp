@@ -9,6 +9,8 @@
 #include <QLineEdit>
 #include <QRegularExpression>
 
+#include <optional>
+
 namespace qir {
 
 using namespace Qt::StringLiterals;
@@ -49,7 +51,7 @@ bool isDesktops(const QFileDialog &dialog) {
 }
 
 /// Finds the file itself: Qt's own would append the extension before it looks. The desktop's dialog is gone when it
-/// tells what was chosen, so that it ends however that is; refused() says whether it is to come once more.
+/// tells what was chosen, so that it ends however that is, and what is wrong is told afterwards.
 class OpenDialog : public QFileDialog {
 public:
     OpenDialog(QWidget *parent, const FileDialogRequest &request, const QString &folder)
@@ -60,7 +62,8 @@ public:
     }
 
     const QString &found() const { return m_found; }
-    bool refused() const { return m_refused; }
+    /// What the desktop's dialog gave is none that can be opened: why, where there is anything to say.
+    std::optional<QString> refusal() const { return m_refusal; }
 
     void accept() override {
         const QString typed = selectedFiles().value(0);
@@ -71,11 +74,14 @@ public:
         }
         const Result<QString> reached = reachedByTyping(typed, m_extension);
         if (!reached) {
-            messageBox(desktops ? parentWidget() : this, reached.error().text, u"!"_s);
-            m_refused = desktops;
+            if (desktops)
+                m_refusal = reached.error().text;
+            else
+                messageBox(this, reached.error().text, u"!"_s);
         } else if (QFileInfo(*reached).isDir()) {
             setDirectory(*reached);
-            m_refused = desktops;
+            if (desktops)
+                m_refusal = QString();
         } else {
             m_found = *reached;
         }
@@ -86,7 +92,7 @@ public:
 private:
     QString m_extension;
     QString m_found;
-    bool m_refused = false;
+    std::optional<QString> m_refusal;
 };
 
 /// The extension that a name filter stands for: that of its first pattern, "" for none.
@@ -120,8 +126,10 @@ QString askForFileToOpen(QWidget *parent, const FileDialogRequest &request, cons
         OpenDialog dialog(parent, request, start);
         if (!show(dialog, request))
             return {};
-        if (!dialog.refused())
+        if (!dialog.refusal())
             return dialog.found();
+        if (!dialog.refusal()->isEmpty())
+            messageBox(parent, *dialog.refusal(), u"!"_s);
         start = dialog.directory().absolutePath();
     }
 }
