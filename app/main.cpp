@@ -91,6 +91,8 @@ bool asksForText(int argc, char *argv[]) {
             return false;
         if (option == "--help" || option == "-h" || option == "--help-all" || option == "--version" || option == "-v")
             return true;
+        if (option == "--left" || option == "--right" || option == "--language" || option == "--picture")
+            ++i; // its value
     }
     return false;
 }

@@ -9,8 +9,6 @@
 #include <QLineEdit>
 #include <QRegularExpression>
 
-#include <optional>
-
 namespace qir {
 
 using namespace Qt::StringLiterals;
@@ -62,8 +60,8 @@ public:
     }
 
     const QString &found() const { return m_found; }
-    /// What the desktop's dialog gave is none that can be opened: why, where there is anything to say.
-    std::optional<QString> refusal() const { return m_refusal; }
+    /// Why what the desktop's dialog gave cannot be opened; "" when it can.
+    const QString &refusal() const { return m_refusal; }
 
     void accept() override {
         const QString typed = selectedFiles().value(0);
@@ -80,8 +78,6 @@ public:
                 messageBox(this, reached.error().text, u"!"_s);
         } else if (QFileInfo(*reached).isDir()) {
             setDirectory(*reached);
-            if (desktops)
-                m_refusal = QString();
         } else {
             m_found = *reached;
         }
@@ -92,7 +88,7 @@ public:
 private:
     QString m_extension;
     QString m_found;
-    std::optional<QString> m_refusal;
+    QString m_refusal;
 };
 
 /// The extension that a name filter stands for: that of its first pattern, "" for none.
@@ -121,17 +117,11 @@ bool show(QFileDialog &dialog, const FileDialogRequest &request) {
 }
 
 QString askForFileToOpen(QWidget *parent, const FileDialogRequest &request, const QString &folder) {
-    QString start = folder;
-    for (;;) {
-        OpenDialog dialog(parent, request, start);
-        if (!show(dialog, request))
-            return {};
-        if (!dialog.refusal())
-            return dialog.found();
-        if (!dialog.refusal()->isEmpty())
-            messageBox(parent, *dialog.refusal(), u"!"_s);
-        start = dialog.directory().absolutePath();
-    }
+    OpenDialog dialog(parent, request, folder);
+    const bool accepted = show(dialog, request);
+    if (!dialog.refusal().isEmpty())
+        messageBox(parent, dialog.refusal(), u"!"_s);
+    return accepted ? dialog.found() : QString();
 }
 
 QString askForFileToSave(QWidget *parent, const FileDialogRequest &request, const QString &folder) {

@@ -106,8 +106,13 @@ private Q_SLOTS:
             auto *box = dialog.findChild<QLineEdit *>(u"Testo"_s);
             QAccessibleInterface *told = QAccessible::queryAccessibleInterface(box);
             const bool hidden = told->state().passwordEdit && !told->text(QAccessible::Name).isEmpty();
+            // By keyboard alone: the eye's key shows the text, and hides it.
+            hands::key(box, Qt::Key_S, Qt::AltModifier);
+            const bool shown = !told->state().passwordEdit && box->echoMode() == QLineEdit::Normal;
+            hands::key(box, Qt::Key_S, Qt::AltModifier);
+            const bool hiddenAgain = told->state().passwordEdit && box->text().isEmpty();
             const QString wrong = pressButton(dialog, u"Cancel"_s);
-            return hidden ? wrong : u"the box is no password box"_s;
+            return hidden && shown && hiddenAgain ? wrong : u"the box is no password box"_s;
         });
         fixture.choose(Command::ChangePassword);
     }
