@@ -46,7 +46,8 @@ std::size_t stepBudget() {
 
 /// What trying a password costs, where that is more than usual.
 QString noteOn(const KdfCosts &costs, const KdfCosts &usual) {
-    const double times = double(costs.passes) * costs.memoryKiB / (double(usual.passes) * usual.memoryKiB);
+    const double times =
+        static_cast<double>(costs.passes) * costs.memoryKiB / (static_cast<double>(usual.passes) * usual.memoryKiB);
     if (times <= 1 && costs.memoryKiB <= usual.memoryKiB)
         return {};
     const QString longer = times > 1 ? u"about %1 times as long, and "_s.arg(std::ceil(times * 10) / 10) : QString();
@@ -186,11 +187,11 @@ void clsQirDatabase::tellOfFile(const QStringList &notices) {
 }
 
 /// Brings back what a session that died had changed since it saved.
-void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &password) {
+void clsQirDatabase::recoverChanges(std::uint64_t bodySize, const QString &password) {
     followKeys();
     if (m_leaveJournal)
         return;
-    const JournalBase base = journalBase(static_cast<std::uint64_t>(body.size()));
+    const JournalBase base = journalBase(bodySize);
     RecoveryOutcome outcome =
         recoverJournals(m_ops,
                         {.stateFolder = m_file.stateFolder(),
@@ -199,7 +200,6 @@ void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &passw
                          .password = password,
                          .deriveKey = m_file.keyDeriver(),
                          .random = m_file.random(),
-                         .body = body,
                          .keepAside = [this](QByteArrayView aside) { return m_file.writeAside(aside); },
                          .limits = m_file.limits()},
                         m_database);
@@ -250,12 +250,13 @@ void clsQirDatabase::CancelUnlock() {
 
 bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) {
     m_lastError.clear();
-    const LoadResult<QByteArray> body = m_file.load(fileName, password);
+    LoadResult<QByteArray> body = m_file.load(fileName, password);
     if (!body) {
         failLoad(body.error().text);
         return false;
     }
-    LoadResult<Database> database = decodeBody(*body);
+    const auto bodySize = static_cast<std::uint64_t>(body->size());
+    LoadResult<Database> database = decodeBody(std::move(*body));
     if (!database) {
         failLoad(u"%1: %2"_s.arg(fileName, database.error().text));
         return false;
@@ -264,7 +265,7 @@ bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) 
     m_state = State::Open;
     m_changed = m_changedAnyway = false;
     m_savedState = m_database.history().state();
-    recoverChanges(*body, password);
+    recoverChanges(bodySize, password);
     keepSteps();
     m_file.endLoad();
     return true;
@@ -689,10 +690,10 @@ void clsQirDatabase::RevertToSaved(const QString &name) {
     guarded([&] {
         requireUsable();
         requireNoGroup("The database cannot go back to what is saved");
-        const LoadResult<QByteArray> body = m_file.readAgain();
+        LoadResult<QByteArray> body = m_file.readAgain();
         if (!body)
             raise(body.error().text);
-        LoadResult<Database> saved = decodeBody(*body);
+        LoadResult<Database> saved = decodeBody(std::move(*body));
         if (!saved)
             raise(u"%1: %2"_s.arg(GetDatabaseFileName(), saved.error().text));
         const QString current = currentTableName();

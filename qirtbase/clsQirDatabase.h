@@ -230,7 +230,7 @@ private:
     bool loadFile(const QString &fileName, const QString &password);
     void failLoad(const QString &reason);
     JournalOptions journalOptions();
-    void recoverChanges(const QByteArray &body, const QString &password);
+    void recoverChanges(std::uint64_t bodySize, const QString &password);
     JournalBase journalBase(std::uint64_t bodySize) const;
     void followFile(std::uint64_t bodySize);
     void expectKeys();

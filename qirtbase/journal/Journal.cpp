@@ -143,7 +143,7 @@ void Journal::noteMark(JournalOperation mark) {
 
 /// After something of a group was put behind `before` bytes.
 void Journal::gathered(qsizetype before) {
-    m_groupSize += std::uint64_t(m_pending.size() - before);
+    m_groupSize += static_cast<std::uint64_t>(m_pending.size() - before);
     if (m_groupSize > std::max(smallestLimit, m_base.bodySize / 4)) {
         m_asImages = true;
         m_pending.clear();
@@ -289,7 +289,7 @@ void Journal::writeImages() {
     encodeGroupMark();
     if (m_tablesChanged) {
         const QByteArray body = encodeBody(*m_database, BodyFor::Journal);
-        m_base.bodySize = std::uint64_t(body.size());
+        m_base.bodySize = static_cast<std::uint64_t>(body.size());
         writeImage(body);
         encodeMark(m_pending, JournalOperation::BodyImage);
         return;

@@ -77,7 +77,7 @@ struct ReadOperation {
     bool joins = false;
     QByteArrayView bytes; ///< A text in UTF-8, a block, an image part or a save id.
 
-    bool is(JournalOperation operation) const { return kind == std::uint8_t(operation); }
+    bool is(JournalOperation operation) const { return kind == static_cast<std::uint8_t>(operation); }
 };
 
 /// Takes the next operation off the front; nothing, and nothing taken, when the bytes are none.

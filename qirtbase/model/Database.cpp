@@ -188,7 +188,7 @@ void Database::addField(Table &table, const QString &name, int typeCode, double 
     tell(table, {.kind = ChangeKind::AddField,
                  .table = &table,
                  .type = typeCode,
-                 .number = double(added.size),
+                 .number = static_cast<double>(added.size),
                  .text = checked.text});
 }
 
@@ -241,7 +241,8 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
         field.column = std::move(*cut);
     field.size = wanted;
     single.made();
-    tell(table, {.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = double(wanted)});
+    tell(table,
+         {.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = static_cast<double>(wanted)});
     return true;
 }
 
@@ -462,6 +463,14 @@ void Database::replaceTable(std::size_t index, std::unique_ptr<Table> table) {
     std::swap(*m_tables[index], *table);
     m_tables[index]->touch();
     m_undo.add(undo::TableImage{m_tables[index].get(), std::move(table)});
+}
+
+Database Database::copy() const {
+    Database made;
+    for (const auto &table : m_tables)
+        made.append(std::make_unique<Table>(table->name(), table->fields(), table->recordCount()));
+    made.m_foreignSections = m_foreignSections;
+    return made;
 }
 
 void Database::replaceTables(Database &&other) {

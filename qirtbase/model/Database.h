@@ -102,6 +102,9 @@ public:
     void replaceTable(std::size_t index, std::unique_ptr<Table> table);
     /// The same for all of them; they have another address then.
     void replaceTables(Database &&other);
+    /// The same tables and foreign sections, without listener, groups and steps; shares the columns' memory until one
+    /// of the two changes it.
+    Database copy() const;
     std::vector<ForeignSection> &foreignSections() { return m_foreignSections; }
     const std::vector<ForeignSection> &foreignSections() const { return m_foreignSections; }
 
