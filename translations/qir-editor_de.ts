@@ -1178,10 +1178,6 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>B&amp;oth panes</source>
         <translation>&amp;Beide Seiten</translation>
     </message>
-    <message>
-        <source>What became of the search</source>
-        <translation>Ergebnis der Suche</translation>
-    </message>
 </context>
 <context>
     <name>qir::FindCommands</name>
@@ -1489,10 +1485,6 @@ Sollen die Änderungen gespeichert werden?</translation>
 </context>
 <context>
     <name>qir::NoticeBar</name>
-    <message>
-        <source>What is told of the file</source>
-        <translation>Was über die Datei gesagt wird</translation>
-    </message>
     <message>
         <source>&amp;Reload</source>
         <translation>&amp;Neu laden</translation>

@@ -1178,10 +1178,6 @@ Salvare le modifiche?</translation>
         <source>B&amp;oth panes</source>
         <translation>Entrambi i &amp;pannelli</translation>
     </message>
-    <message>
-        <source>What became of the search</source>
-        <translation>Esito della ricerca</translation>
-    </message>
 </context>
 <context>
     <name>qir::FindCommands</name>
@@ -1489,10 +1485,6 @@ Salvare le modifiche?</translation>
 </context>
 <context>
     <name>qir::NoticeBar</name>
-    <message>
-        <source>What is told of the file</source>
-        <translation>Che cosa si dice del file</translation>
-    </message>
     <message>
         <source>&amp;Reload</source>
         <translation>&amp;Ricarica</translation>

@@ -50,6 +50,8 @@ private:
 } // namespace
 
 QIcon lineIcon(const QString &name) {
+    if (!QImageReader::supportedImageFormats().contains(format))
+        return {}; // Qt's module for such drawings is missing: a button shows its text then
     QFile file(u":/icons/%1.svg"_s.arg(name));
     return file.open(QIODevice::ReadOnly) ? QIcon(new LineIconEngine(file.readAll())) : QIcon();
 }

@@ -211,7 +211,7 @@ private Q_SLOTS:
             for (int x = 0; x < picture.width(); ++x) {
                 int pixels = 0;
                 for (int y = 0; y < picture.height(); ++y)
-                    pixels += int(picture.pixel(x, y) & 0xffffff) != ground ? 1 : 0;
+                    pixels += static_cast<int>(picture.pixel(x, y) & 0xffffff) != ground ? 1 : 0;
                 ink.append(pixels);
             }
             while (!ink.isEmpty() && ink.first() == 0)
@@ -232,7 +232,7 @@ private Q_SLOTS:
                 unlike += std::abs(before[x] - mirrored[x + shift]);
             least = std::min(least, unlike);
         }
-        const auto ink = std::accumulate(before.cbegin(), before.cend(), qsizetype(0));
+        const qsizetype ink = std::accumulate(before.cbegin(), before.cend(), qsizetype{0});
         QVERIFY2(least < ink / 3, qPrintable(u"%1 of %2"_s.arg(least).arg(ink)));
     }
 
