@@ -68,6 +68,7 @@ DtbEditor::DtbEditor()
                      .showTwoPanes = [this] { showTwoPanes(); }})
     , m_colours(m_editor)
     , m_toolBar(m_editor, [this] { layOutAnew(); })
+    , m_room(m_editor, [this] { layOutAnew(); })
     , m_keyed(m_editor)
     , m_undo(m_editor, m_alignment, m_differences, m_tables) {
     setObjectName(u"DtbEditor"_s);
@@ -152,6 +153,7 @@ void DtbEditor::openBeside(int pane, const QString &path) {
 
 void DtbEditor::connectPane(int pane) {
     m_filesAtHand.connectPane(pane);
+    m_room.connectPane(pane);
     m_tables.connectPane(pane);
     m_gridEvents.connectPane(pane);
     m_cellEditor.connectPane(pane);
@@ -188,6 +190,7 @@ void DtbEditor::addCommands() {
     m_filesAtHand.addCommands();
     m_colours.addCommands();
     m_toolBar.addCommands();
+    m_room.addCommands();
     m_edits.addCommands();
     m_pasteAll.addCommands();
     m_find->addCommands();

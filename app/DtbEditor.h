@@ -11,6 +11,7 @@
 #include "app/desktop/StatusState.h"
 #include "app/history/UndoCommands.h"
 #include "app/look/Colours.h"
+#include "app/look/Room.h"
 #include "app/look/ToolBar.h"
 #include "compare/CellDifferences.h"
 #include "compare/DifferenceStrip.h"
@@ -142,6 +143,7 @@ private:
     FilesAtHand m_filesAtHand;
     Colours m_colours;
     ToolBar m_toolBar;
+    Room m_room;
     KeyedCommands m_keyed;
     UndoCommands m_undo;
 };

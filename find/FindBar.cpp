@@ -41,7 +41,6 @@ FindBar::FindBar(QWidget *parent)
     connect(addButton(*rows, 0, 3, u"findClose"_s, tr("Clo&se")), &QAbstractButton::clicked, this, &FindBar::closed);
     m_count = new QLabel(this);
     m_count->setObjectName(u"findCount"_s);
-    m_count->setAccessibleName(tr("Cells found"));
     rows->addWidget(m_count, 0, 2);
     auto *boxes = new QHBoxLayout;
     rows->addLayout(boxes, 2, 0, 1, 4);
@@ -52,7 +51,6 @@ FindBar::FindBar(QWidget *parent)
     m_bothPanes = addBox(*boxes, u"findBothPanes"_s, tr("B&oth panes"));
     m_note = new QLabel(this);
     m_note->setObjectName(u"findNote"_s);
-    m_note->setAccessibleName(tr("What became of the search"));
     m_note->setTextFormat(Qt::PlainText);
     boxes->addWidget(m_note, 1);
     m_note->setMinimumWidth(1); // a long message is cut, the bar stays as wide as the window

@@ -65,6 +65,9 @@ namespace qir {
         COMMAND(OtherPaneMenu)                              \
         LINE                                                \
         COMMAND(ToolBarMenu)                                \
+        COMMAND(StretchColumnMenu)                          \
+        COMMAND(ListBesideMenu)                             \
+        COMMAND(DesktopDialogsMenu)                         \
     MENU(ColoursMenu)                                       \
         COMMAND(ColoursSystemMenu)                          \
         COMMAND(ColoursLightMenu)                           \

@@ -185,7 +185,8 @@ void CellEditor::writeCell(int pane, int row, int column, const QString &text) {
             const QirDatabase &database = m_editor.OggettoDtb(pane);
             // All keystrokes of one edit are one step.
             const ChangeStep step(
-                database, tr("Edit of %1.%2").arg(m_editor.pane(pane).TabellaMostrata(), fieldNameOf(grid, column)),
+                database,
+                QObject::tr("Edit of %1.%2").arg(m_editor.pane(pane).TabellaMostrata(), fieldNameOf(grid, column)),
                 m_editor.RigaEdit() >= 1 ? QString::number(m_editor.cellEdit().number()) : QString());
             database.setQIRTableRecordsPointerOut(grid.RowData(row));
             AssegnaARecordset(database, grid.ColData(column), text);

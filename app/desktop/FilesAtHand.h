@@ -47,6 +47,7 @@ private:
     void fillPairs();
     void addProtectedChoice(QMenu &menu);
     void ForgetMenu_Click();
+    void DesktopDialogsMenu_Click();
     bool takeDrop(int pane, QDropEvent &event);
 
     EditorContext &m_editor;

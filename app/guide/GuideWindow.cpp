@@ -151,6 +151,10 @@ void GuideWindow::showPlace(const QWidget *control) {
     goTo(*section);
 }
 
+void GuideWindow::showStart() {
+    m_text->moveCursor(QTextCursor::Start);
+}
+
 void GuideWindow::goTo(const Section &section) {
     // From below, so that the heading stands at the top of the window and not at its bottom.
     m_text->moveCursor(QTextCursor::End);

@@ -89,7 +89,8 @@ void Grid::connectHeaders() {
         Q_EMIT MouseDown(button, row, row < 0 ? -1 : 0, at);
     });
     connect(m_columnHeader, &QHeaderView::sectionResized, this, [this](int section, int, int pixels) {
-        m_columnTwips[static_cast<std::size_t>(section)] = toTwips(pixels);
+        if (!m_stretching)
+            m_columnTwips[static_cast<std::size_t>(section)] = toTwips(pixels);
     });
     connect(m_columnHeader, &GridHeader::resizedByUser, this,
             [this](int section) { Q_EMIT ColumnResized(section + 1); });
@@ -150,7 +151,8 @@ void Grid::adoptShape() {
     m_columnTwips.resize(fields);
     for (std::size_t i = 0; i < fields; ++i) {
         const int pixels = m_columnHeader->sectionSize(static_cast<int>(i));
-        if (i >= known || drawnWidth(m_columnTwips[i]) != pixels)
+        const bool stretched = i < known && static_cast<int>(i) == m_stretched;
+        if (!stretched && (i >= known || drawnWidth(m_columnTwips[i]) != pixels))
             m_columnTwips[i] = toTwips(pixels);
     }
     m_selection = cutTo(m_selection, extent());
@@ -312,6 +314,7 @@ void Grid::adoptSelection() {
 }
 
 void Grid::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
+    m_model->tellCurrent(current.row() + 1, current.column() + 1); // before anybody is told of it
     QTableView::currentChanged(current, previous);
     if (!m_showing)
         adoptSelection();

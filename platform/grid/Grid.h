@@ -181,6 +181,8 @@ public:
     int ColWidth(int column) const;
     /// Kept to the twip and read back so; drawn rounded up to whole pixels.
     void setColWidth(int column, int twips);
+    /// Draws the last column to the grid's edge where room is left beside it; its own width stays as it is.
+    void setStretchLastColumn(bool stretch);
     /// Whether the user may resize rows and columns.
     void setUserResizing(bool allowed);
     bool userResizing() const { return m_userResizing; }
@@ -241,6 +243,8 @@ private:
     void adoptShape();
     void fitRowHeight();
     int drawnWidth(int twips) const;
+    void stretchLastColumn();
+    void draw(int section, int pixels);
     void layOut();
     void alignHeaders();
     void setRowHeight(int row, int pixels);
@@ -289,6 +293,9 @@ private:
     bool m_userResizing = true;
     bool m_filling = false; // by a GridFill
     bool m_updatingGeometries = false;
+    bool m_stretchLast = false;
+    int m_stretched = -1;      // the column that is drawn wider than it is
+    bool m_stretching = false; // its drawn width is being set
 };
 
 /// While it lives, the grid raises nothing: for a grid that follows another one.

@@ -4,6 +4,7 @@
 
 #include "platform/controls/KeyCodes.h"
 #include "platform/controls/PointerPlace.h"
+#include "platform/grid/GridModel.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -19,6 +20,15 @@ namespace {
 
 constexpr int dragStepMilliseconds = 40; // between two rows when a drag points outside
 constexpr int enterCode = 13;
+
+/// The key that moves from left to right what it moves from right to left.
+int asSeen(int key, bool fromRight) {
+    if (fromRight && key == Qt::Key_Left)
+        return Qt::Key_Right;
+    if (fromRight && key == Qt::Key_Right)
+        return Qt::Key_Left;
+    return key;
+}
 
 } // namespace
 
@@ -101,7 +111,8 @@ void Grid::endDrag() {
 
 void Grid::focusOutEvent(QFocusEvent *event) {
     QTableView::focusOutEvent(event);
-    endDrag(); // whoever has the focus now may get the button's release too
+    m_model->tellInFull(); // to who comes back
+    endDrag();             // whoever has the focus now may get the button's release too
 }
 
 void Grid::mouseDoubleClickEvent(QMouseEvent *event) {
@@ -157,7 +168,7 @@ void Grid::keyPressEvent(QKeyEvent *event) {
     } else if (event->matches(QKeySequence::SelectAll)) {
         event->accept();
         selectAll();
-    } else if (const auto next = moved(m_selection, key, event->modifiers(), extent())) {
+    } else if (const auto next = moved(m_selection, asSeen(key, isRightToLeft()), event->modifiers(), extent())) {
         event->accept();
         select(*next, Reveal::FarCorner);
         revealFarCorner(); // a key that moves no further shows the cell all the same

@@ -35,9 +35,12 @@ void Grid::updateGeometries() {
     const int top = verticalScrollBar()->value();
     const int left = horizontalScrollBar()->value();
     const QSize before = viewport()->size();
+    stretchLastColumn();
     QTableView::updateGeometries();
-    if (viewport()->size() != before)
+    if (viewport()->size() != before) {
+        stretchLastColumn();
         QTableView::updateGeometries(); // the ranges were those of the viewport before
+    }
     if (!m_filling)
         m_reach = {verticalScrollBar()->maximum() + 1, horizontalScrollBar()->maximum() + 1};
     extend(*verticalScrollBar(), m_leastReach.row - 1, top);

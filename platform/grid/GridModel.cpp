@@ -8,6 +8,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QVariant &backgroundOf(CellColour colour) {
@@ -64,8 +66,11 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
         return foreground();
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(alignmentOf(m_texts.at(column, row)));
-    case Qt::ToolTipRole:
+    case Qt::AccessibleTextRole:
+        return spokenText(row, column);
     case Qt::AccessibleDescriptionRole:
+        return spokenDescription(row, column);
+    case Qt::ToolTipRole:
         return m_cellWords && m_colours.at(row, column) == CellColour::Red ? m_cellWords(row, column) : QVariant();
     case UnlikeRole:
         return m_unlike.at(row, column);
@@ -74,6 +79,47 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
     default:
         return {};
     }
+}
+
+void GridModel::tellCurrent(int row, int column) {
+    if (row == m_toldRow && column == m_toldColumn)
+        return;
+    m_tellsRecord = m_inFull || row != m_toldRow;
+    m_tellsField = m_inFull || column != m_toldColumn;
+    m_inFull = false;
+    m_toldRow = row;
+    m_toldColumn = column;
+}
+
+void GridModel::tellInFull() {
+    m_tellsRecord = true;
+    m_tellsField = true;
+    m_inFull = true;
+}
+
+QString GridModel::spokenText(int row, int column) const {
+    QStringList said{m_texts.at(column, row)};
+    if (said[0].isEmpty())
+        said[0] = tr("empty");
+    const bool current = row == m_toldRow && column == m_toldColumn;
+    if (current && m_tellsField)
+        said.append(text(0, column));
+    if (current && m_tellsRecord)
+        said.append(tr("record %1").arg(m_rowData.at(row)));
+    if (m_colours.at(row, column) == CellColour::Red)
+        said.append(tr("differs"));
+    if (m_unlike.at(row, column))
+        said.append(tr("not as stored"));
+    return said.join(u", "_s);
+}
+
+QString GridModel::spokenDescription(int row, int column) const {
+    QStringList said;
+    if (m_cellWords && m_colours.at(row, column) == CellColour::Red)
+        said.append(m_cellWords(row, column));
+    if (m_storedWords && m_unlike.at(row, column))
+        said.append(m_storedWords(row, column));
+    return said.join(u"; "_s);
 }
 
 QVariant GridModel::rowHeaderData(int row, int role) const {

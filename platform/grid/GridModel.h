@@ -57,6 +57,12 @@ public:
     /// True when that changes something; the view is not told.
     bool setUnlike(int row, int column, bool unlike);
 
+    /// The current cell is another one: what assistive tools say of it, behind its text, is its field when the column
+    /// is another than before, and its record when the row is.
+    void tellCurrent(int row, int column);
+    /// The next current cell is told of in full, as is the present one: who hears it comes from elsewhere.
+    void tellInFull();
+
     IdentityNumbers &rowData() { return m_rowData; }
     const IdentityNumbers &rowData() const { return m_rowData; }
     IdentityNumbers &columnData() { return m_columnData; }
@@ -67,6 +73,8 @@ public:
 private:
     void notify(const GridRange &cells, const QList<int> &roles);
     QVariant rowHeaderData(int row, int role) const;
+    QString spokenText(int row, int column) const;
+    QString spokenDescription(int row, int column) const;
 
     CellTexts m_texts;
     CellColours m_colours;
@@ -76,6 +84,11 @@ private:
     IdentityNumbers m_rowData;
     IdentityNumbers m_columnData;
     CellWords m_cellWords;
+    int m_toldRow = 0;
+    int m_toldColumn = 0;
+    bool m_tellsRecord = true;
+    bool m_tellsField = true;
+    bool m_inFull = true;
 };
 
 /// Writes many texts of a model and gives one notice when it goes.

@@ -16,7 +16,7 @@ namespace qir {
 
 namespace {
 
-constexpr int rowPadding = 4; // pixels beside a line's height
+constexpr int rowPadding = 8; // pixels beside a line's height
 
 } // namespace
 
@@ -182,6 +182,34 @@ void Grid::setColWidth(int column, int twips) {
     }
     m_columnHeader->resizeSection(column - 1, drawnWidth(twips));
     m_columnTwips[static_cast<std::size_t>(column) - 1] = twips;
+}
+
+void Grid::setStretchLastColumn(bool stretch) {
+    m_stretchLast = stretch;
+    layOut();
+}
+
+void Grid::draw(int section, int pixels) {
+    m_stretching = true;
+    m_columnHeader->resizeSection(section, pixels);
+    m_stretching = false;
+}
+
+void Grid::stretchLastColumn() {
+    const int last = m_columnHeader->count() - 1;
+    if (m_columnTwips.size() != static_cast<std::size_t>(last + 1))
+        return; // another table is coming: its widths are taken up first
+    const auto own = [this](int section) { return drawnWidth(m_columnTwips[static_cast<std::size_t>(section)]); };
+    if (m_stretched >= 0 && m_stretched <= last && (m_stretched != last || !m_stretchLast))
+        draw(m_stretched, own(m_stretched)); // not the last one any more
+    m_stretched = -1;
+    if (!m_stretchLast || last < 0)
+        return;
+    const int before = m_columnHeader->length() - m_columnHeader->sectionSize(last);
+    const int width = std::max(own(last), viewport()->width() - before);
+    if (width > own(last))
+        m_stretched = last;
+    draw(last, width);
 }
 
 void Grid::setUserResizing(bool allowed) {

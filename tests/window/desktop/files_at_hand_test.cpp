@@ -391,6 +391,43 @@ private Q_SLOTS:
         fixture.openBoth(file, file);
         QCOMPARE(fixture.editor().remembered().pairs().size(), 0);
     }
+
+    void theFileDialogStartsInTheFolderUsedLast() {
+        const QString file = makeFile(u"SUB/A.DDB"_s, {pumps()});
+        const auto folderOfNextDialog = [](EditorFixture &fixture) {
+            QString folder;
+            fixture.dialogs().expect([&](QDialog &dialog) {
+                folder = dynamic_cast<QFileDialog &>(dialog).directory().canonicalPath();
+                dialog.reject();
+                return QString();
+            });
+            fixture.choose(Command::OpenDatabase);
+            return folder;
+        };
+        {
+            EditorFixture fixture;
+            fixture.open(file);
+            QCOMPARE(folderOfNextDialog(fixture), QFileInfo(file).canonicalPath());
+        }
+        EditorFixture fixture; // the next session
+        QCOMPARE(folderOfNextDialog(fixture), QFileInfo(file).canonicalPath());
+    }
+
+    void theDesktopsDialogsAreUsedUntilTheUserWantsOurs() {
+        const auto back = qScopeGuard([] { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false); });
+        {
+            EditorFixture fixture;
+            QVERIFY(fixture.action(Command::DesktopDialogsMenu).isChecked());
+            QVERIFY(!QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+            fixture.choose(Command::DesktopDialogsMenu);
+            QVERIFY(QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+        }
+        EditorFixture fixture;
+        QVERIFY(!fixture.action(Command::DesktopDialogsMenu).isChecked());
+        QVERIFY(QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+        fixture.choose(Command::DesktopDialogsMenu);
+        QVERIFY(!QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+    }
 };
 
 QTEST_MAIN(FilesAtHandTest)
