@@ -9,6 +9,7 @@
 #include "app/desktop/FilesAtHand.h"
 #include "app/desktop/OutsideChanges.h"
 #include "app/desktop/StatusState.h"
+#include "app/history/KeptVersions.h"
 #include "app/history/UndoCommands.h"
 #include "app/look/Colours.h"
 #include "app/look/ToolBar.h"
@@ -143,6 +144,7 @@ private:
     ToolBar m_toolBar;
     KeyedCommands m_keyed;
     UndoCommands m_undo;
+    KeptVersions m_kept;
 };
 
 } // namespace qir

@@ -83,6 +83,7 @@ namespace qir {
         COMMAND(RemoveRecordMenu)                           \
     MENU(HelpMenu)                                          \
         COMMAND(HelpKeysMenu)                               \
+        COMMAND(KeptVersionsMenu)                           \
         COMMAND(AboutMenu)                                  \
     MENU(popmenuCopyToOther)                                \
         COMMAND(ClonePOP)                                   \

@@ -2,7 +2,7 @@
 #include "cli/Commands.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
-#include "cli/kept/KeptFiles.h"
+#include "base/state/KeptFiles.h"
 #include "cli/kept/Restore.h"
 #include "cli/tables/JsonText.h"
 #include "cli/tables/TextTable.h"

@@ -3,7 +3,7 @@
 #include "base/StagedFile.h"
 #include "cli/FileError.h"
 #include "cli/WholeFile.h"
-#include "cli/kept/KeptFiles.h"
+#include "base/state/KeptFiles.h"
 
 #include <QFile>
 
