@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 bool isEnded(const KeptFile &kept) {
-    return kept.what == u"ended"_s;
+    return kept.kind == KeptKind::Ended;
 }
 
 QString canonical(const QString &path) {
@@ -89,16 +89,19 @@ void KeptVersions::KeptVersionsMenu_Click() {
                        .remove = [this](const KeptFile &kept, QWidget *parent) { remove(kept, parent); }},
                       m_editor.controls.window);
     window.exec();
+    if (window.choice() == KeptWindow::Choice::None)
+        return;
     const KeptFile &kept = window.chosen();
     const QString file = fileToOpen(kept);
-    if (window.choice() == KeptWindow::Choice::Open) {
+    const int current = currentPane(kept);
+    // Changes that were given up would take the place of the file that they were made to, where that is open.
+    if (window.choice() == KeptWindow::Choice::Compare || (isEnded(kept) && current >= 0)) {
+        open(
+            kept, file, [&] { m_opening.openBeside(current, file); }, 1 - current);
+    } else {
         const int pane = std::max(m_editor.IndexAttivo(), 0);
         open(
             kept, file, [&] { m_opening.openFile(pane, file); }, pane);
-    } else if (window.choice() == KeptWindow::Choice::Compare) {
-        const int pane = currentPane(kept);
-        open(
-            kept, file, [&] { m_opening.openBeside(pane, file); }, 1 - pane);
     }
 }
 

@@ -23,12 +23,16 @@ constexpr int columns = 100; // size in characters
 constexpr int lines = 18;
 
 QString kindWords(const KeptFile &kept) {
-    if (kept.what == u"conflict"_s)
+    switch (kept.kind) {
+    case KeptKind::Conflict:
         return KeptWindow::tr("Another program's version");
-    if (kept.what == u"rescued"_s)
+    case KeptKind::Rescued:
         return KeptWindow::tr("Could not be saved");
-    if (kept.what == u"replaced"_s)
+    case KeptKind::Replaced:
         return KeptWindow::tr("Replaced by a restored one");
+    case KeptKind::Ended:
+        break;
+    }
     return KeptWindow::tr("Changes not saved");
 }
 

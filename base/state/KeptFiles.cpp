@@ -21,7 +21,7 @@ namespace {
 
 const QString timeForm = u"yyyy-MM-dd HH.mm.ss"_s;
 
-const QStringList besides{u"conflict"_s, u"replaced"_s};
+const QList<KeptKind> besides{KeptKind::Conflict, KeptKind::Replaced};
 const QString endedSuffix = u".ended"_s;
 const QString expiredSuffix = u".expired"_s;
 
@@ -42,7 +42,7 @@ bool isNameOf(const QString &stem, const QString &whole, const QString &name) {
 /// What an entry's name says of it; none where it is no kept version's.
 struct KeptName {
     QString name;
-    QString what;
+    KeptKind kind;
     QDateTime time;
     int number;
     QString extension;
@@ -55,7 +55,11 @@ std::optional<KeptName> readName(const QString &entry) {
     const QRegularExpressionMatch match = form.match(entry);
     if (!match.hasMatch())
         return std::nullopt;
-    return KeptName{match.captured(1), match.captured(2), QDateTime::fromString(match.captured(3), timeForm),
+    KeptKind kind = KeptKind::Conflict;
+    for (const KeptKind each : {KeptKind::Rescued, KeptKind::Replaced})
+        if (match.captured(2) == keptWord(each))
+            kind = each;
+    return KeptName{match.captured(1), kind, QDateTime::fromString(match.captured(3), timeForm),
                     std::max(1, match.captured(4).toInt()), match.captured(5)};
 }
 
@@ -63,12 +67,12 @@ QStringList entriesOf(const QString &folder) {
     return QDir(folder).entryList(QDir::Files | QDir::Hidden);
 }
 
-void findIn(const QString &folder, const QString &name, const QString &extension, const QStringList &kinds,
+void findIn(const QString &folder, const QString &name, const QString &extension, const QList<KeptKind> &kinds,
             std::vector<KeptFile> &found) {
     for (const QString &entry : entriesOf(folder)) {
         const std::optional<KeptName> kept = readName(entry);
-        if (kept && kinds.contains(kept->what) && kept->extension == extension && isNameOf(kept->name, entry, name))
-            found.push_back({folder + u'/' + entry, kept->what, kept->time, kept->number, name + extension});
+        if (kept && kinds.contains(kept->kind) && kept->extension == extension && isNameOf(kept->name, entry, name))
+            found.push_back({folder + u'/' + entry, kept->kind, kept->time, kept->number, name + extension});
     }
 }
 
@@ -117,6 +121,20 @@ SystemResult<void> rename(FileOps &ops, const QString &from, const QString &to) 
 
 } // namespace
 
+QString keptWord(KeptKind kind) {
+    switch (kind) {
+    case KeptKind::Conflict:
+        return u"conflict"_s;
+    case KeptKind::Rescued:
+        return u"rescued"_s;
+    case KeptKind::Replaced:
+        return u"replaced"_s;
+    case KeptKind::Ended:
+        break;
+    }
+    return u"ended"_s;
+}
+
 std::vector<KeptFile> keptFiles(const QString &file) {
     const QFileInfo info(QFileInfo(file).canonicalFilePath().isEmpty() ? QFileInfo(file).absoluteFilePath()
                                                                        : QFileInfo(file).canonicalFilePath());
@@ -124,7 +142,7 @@ std::vector<KeptFile> keptFiles(const QString &file) {
     findIn(info.absolutePath(), info.fileName(), {}, besides, found);
     findIn(rescueFolder(), info.fileName(), {}, besides, found);
     const QString extension = info.suffix().isEmpty() ? QString() : u'.' + info.suffix();
-    findIn(rescueFolder(), info.completeBaseName(), extension, {u"rescued"_s}, found);
+    findIn(rescueFolder(), info.completeBaseName(), extension, {KeptKind::Rescued}, found);
     sortByTime(found);
     return found;
 }
@@ -134,11 +152,11 @@ std::vector<KeptFile> keptInStateFolder() {
     for (const QString &entry : entriesOf(rescueFolder()))
         if (const std::optional<KeptName> kept = readName(entry))
             found.push_back(
-                {rescueFolder() + u'/' + entry, kept->what, kept->time, kept->number, kept->name + kept->extension});
+                {rescueFolder() + u'/' + entry, kept->kind, kept->time, kept->number, kept->name + kept->extension});
     for (const QString &entry : entriesOf(journalFolder())) {
         const QString path = journalFolder() + u'/' + entry;
         if (!nameBeforeEnd(entry).isEmpty())
-            found.push_back({path, u"ended"_s, QFileInfo(path).lastModified(), 1, pathInJournal(path)});
+            found.push_back({path, KeptKind::Ended, QFileInfo(path).lastModified(), 1, pathInJournal(path)});
     }
     sortByTime(found);
     return found;
@@ -154,8 +172,8 @@ SystemResult<void> endAgain(FileOps &ops, const QString &path) {
     return rename(ops, path, path + endedSuffix);
 }
 
-QString keptName(const QString &name, const QString &what, int number) {
-    QString tail = u" (%1 %2"_s.arg(what, QDateTime::currentDateTime().toString(timeForm));
+QString keptName(const QString &name, KeptKind kind, int number) {
+    QString tail = u" (%1 %2"_s.arg(keptWord(kind), QDateTime::currentDateTime().toString(timeForm));
     if (number > 1)
         tail += u' ' + QString::number(number);
     tail += u')';

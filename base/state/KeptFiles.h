@@ -9,15 +9,26 @@
 
 namespace qir {
 
+/// Why something was kept.
+enum class KeptKind {
+    Conflict, ///< A save met another program's version.
+    Rescued,  ///< A session could not save.
+    Replaced, ///< Another version was restored in its place.
+    Ended,    ///< Changes that were given up.
+};
+
 /// A version of a file that was kept: by a save that met another program's one, by a session that could not save, or
 /// by a restore.
 struct KeptFile {
     QString path;
-    QString what; ///< "conflict", "rescued" or "replaced", as its name says; "ended" for changes given up.
+    KeptKind kind = KeptKind::Conflict;
     QDateTime time;
     int number = 1; ///< Of those of one second.
     QString of;     ///< The file's name; its path where that is known; "" for changes to a protected file.
 };
+
+/// The word for a kind, as names of kept versions have it.
+QString keptWord(KeptKind kind);
 
 /// "NAME (conflict 2026-01-31 12.00.00)" and its like of a file: beside it, and in the folder where such versions go
 /// that have no place there, by the name alone. The oldest first, so that a number stays when others join.
@@ -34,6 +45,6 @@ SystemResult<QString> bringBackEnded(FileOps &ops, const QString &path);
 SystemResult<void> endAgain(FileOps &ops, const QString &path);
 
 /// The first name for a version of this file that is kept now.
-QString keptName(const QString &name, const QString &what, int number);
+QString keptName(const QString &name, KeptKind kind, int number);
 
 } // namespace qir

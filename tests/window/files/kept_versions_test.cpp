@@ -175,6 +175,22 @@ private Q_SLOTS:
         fixture.database(1).setDtbHasChanged(false);
     }
 
+    void changesGivenUpAreOpenedBesideTheirFile() {
+        makeFile(u"A.DDB"_s, {pumps()});
+        giveUpAChange(u"A.DDB"_s, u"given up"_s);
+        EditorFixture fixture(path(u"A.DDB"_s));
+        edit(fixture, 0, 2, 2, u"not saved"_s);
+        QStringList lines;
+        expectKept(fixture, lines, 0, u"Open"_s);
+        fixture.dialogs().expect(messageNaming({u"are there again; they are still unsaved"_s}));
+        fixture.choose(Command::KeptVersionsMenu);
+        QCOMPARE(fixture.texts(0)[1][1], u"not saved"_s);
+        QVERIFY(fixture.database(0).DtbHasChanged()); // nothing was written by it
+        QCOMPARE(fixture.texts(1)[0][1], u"given up"_s);
+        for (const int pane : {0, 1})
+            fixture.database(pane).setDtbHasChanged(false);
+    }
+
     void changesToAProtectedFileAreComparedWithTheOneThatIsOpen() {
         makeFile(u"A.DDB"_s, {pumps()}, u"key"_s);
         giveUpAChange(u"A.DDB"_s, u"given up"_s, u"key"_s);
