@@ -77,7 +77,7 @@ private:
 TEST(TextAutomatonTest, SaysOfRandomPatternsAndTextsWhatARegularExpressionSays) {
     Patterns patterns(17);
     int made = 0;
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 800; ++round) {
         const QString pattern = patterns.pattern(2);
         if (!QRegularExpression(pattern).isValid())
             continue;
@@ -87,7 +87,7 @@ TEST(TextAutomatonTest, SaysOfRandomPatternsAndTextsWhatARegularExpressionSays) 
         if (HasFatalFailure())
             return;
     }
-    EXPECT_GT(made, 1000); // or nothing was tried
+    EXPECT_GT(made, 300); // or nothing was tried
 }
 
 TEST(TextAutomatonTest, TakesEachByteOfAscii) {
