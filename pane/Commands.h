@@ -82,6 +82,7 @@ namespace qir {
         COMMAND(AddRecordMenu)                              \
         COMMAND(RemoveRecordMenu)                           \
     MENU(HelpMenu)                                          \
+        COMMAND(GuideMenu)                                  \
         COMMAND(HelpKeysMenu)                               \
         COMMAND(KeptVersionsMenu)                           \
         COMMAND(AboutMenu)                                  \

@@ -203,6 +203,7 @@ private:
     /// What a group goes back to besides the tables.
     struct Group {
         bool changed;
+        bool changedAnyway;
         Table *currentTable;
         std::size_t currentRecord;
         bool failed;
@@ -231,7 +232,8 @@ private:
     bool loadFile(const QString &fileName, const QString &password);
     void failLoad(const QString &reason);
     JournalOptions journalOptions();
-    void recoverChanges(const QByteArray &body, const QString &password);
+    void becomeAsSaved();
+    void recoverChanges(std::uint64_t bodySize, const QString &password);
     JournalBase journalBase(std::uint64_t bodySize) const;
     void followFile(std::uint64_t bodySize);
     void expectKeys();
