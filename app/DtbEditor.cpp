@@ -70,7 +70,9 @@ DtbEditor::DtbEditor()
     , m_toolBar(m_editor, [this] { layOutAnew(); })
     , m_room(m_editor, [this] { layOutAnew(); })
     , m_keyed(m_editor)
-    , m_undo(m_editor, m_alignment, m_differences, m_tables) {
+    , m_undo(m_editor, m_alignment, m_differences, m_tables)
+    , m_kept(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
+                        .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); }}) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
@@ -195,6 +197,7 @@ void DtbEditor::addCommands() {
     m_pasteAll.addCommands();
     m_find->addCommands();
     m_goTo.addCommands();
+    m_kept.addCommands();
     addHelpCommands(m_editor);
 }
 

@@ -9,6 +9,7 @@
 #include "app/desktop/FilesAtHand.h"
 #include "app/desktop/OutsideChanges.h"
 #include "app/desktop/StatusState.h"
+#include "app/history/KeptVersions.h"
 #include "app/history/UndoCommands.h"
 #include "app/look/Colours.h"
 #include "app/look/Room.h"
@@ -146,6 +147,7 @@ private:
     Room m_room;
     KeyedCommands m_keyed;
     UndoCommands m_undo;
+    KeptVersions m_kept;
 };
 
 } // namespace qir

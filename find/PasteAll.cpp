@@ -65,6 +65,8 @@ void PasteAll::paste(int pane, const CellTexts &block, int newRecords) {
     m_save.SalvaGridInDatabase(pane, grid.selection().range());
     changes.commit();
     m_stored.look(pane, grid.selection().range());
+    if (const QString words = storedOtherwise(grid, grid.selection().range()); !words.isEmpty())
+        m_editor.status().showMessage(tr("Of the pasted values %1").arg(words));
 }
 
 } // namespace qir

@@ -87,6 +87,7 @@ namespace qir {
     MENU(HelpMenu)                                          \
         COMMAND(GuideMenu)                                  \
         COMMAND(HelpKeysMenu)                               \
+        COMMAND(KeptVersionsMenu)                           \
         COMMAND(AboutMenu)                                  \
     MENU(popmenuCopyToOther)                                \
         COMMAND(ClonePOP)                                   \

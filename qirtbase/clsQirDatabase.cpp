@@ -1,5 +1,6 @@
 #include "qirtbase/clsQirDatabase.h"
 
+#include "base/ByteReader.h"
 #include "base/ErrorWords.h"
 #include "base/VariantKind.h"
 #include "qirtbase/journal/JournalRecovery.h"
@@ -529,6 +530,19 @@ void clsQirDatabase::WriteColumn(int field, int first, const QVariant &block) {
             raise(u"The block has more values than there are records from number %1 on."_s.arg(first));
         if (m_database.setBlock(table, index, record, *values))
             m_changed = true;
+    });
+}
+
+void clsQirDatabase::RecordsReordered(const QVariant &order) {
+    guarded([&] {
+        Table &table = currentTable();
+        const QByteArray bytes = order.toByteArray();
+        RecordOrder records(static_cast<std::size_t>(bytes.size()) / sizeof(std::uint32_t));
+        ByteReader(bytes).numbers(std::span(records));
+        if (records.size() * sizeof(std::uint32_t) != static_cast<std::size_t>(bytes.size()) ||
+            !isPermutation(records, table.recordCount()))
+            raise(u"That is no order of the table's records."_s);
+        m_database.recordsReordered(table, records);
     });
 }
 

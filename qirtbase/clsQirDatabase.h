@@ -142,6 +142,7 @@ public:
     /// Replaces values from record `first` on; each is stored as QIRTableRecordSetByIndex() stores it. The block is one
     /// of the field's type.
     Q_INVOKABLE void WriteColumn(int field, int first, const QVariant &block);
+    Q_INVOKABLE void RecordsReordered(const QVariant &order);
     /// AddRecord() as often as `count` says.
     Q_INVOKABLE void AppendRecords(int count);
     /// Another number whenever fields or records of the current table have changed; no two states and no two tables

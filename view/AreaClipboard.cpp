@@ -66,6 +66,17 @@ void forEachClipboardValue(const std::function<void(int row, int column, QString
     layClipText(gridClip(clipboard::text()), {0, 0, last, last}, value);
 }
 
+/// Of a value that is stored otherwise.
+QString placeWords(const Grid &grid, int row, int column, QStringView value) {
+    return AreaClipboard::tr("record %1, %2, \"%3\"")
+        .arg(grid.RowData(row))
+        .arg(grid.TextMatrix(0, column), value.left(mostShown).toString());
+}
+
+QString otherwiseWords(std::int64_t count, const QString &first) {
+    return AreaClipboard::tr("%1 are stored otherwise (first: %2)").arg(count).arg(first);
+}
+
 /// The selected record cells of a grid under the headers of their columns, as one block.
 CellTexts withHeaders(const Grid &grid) {
     const GridRange cells = recordCells(grid);
@@ -194,17 +205,32 @@ void AreaClipboard::tellOutcome(int pane) {
             if (outside++ == 0)
                 firstOutside = tr("row %1, column %2 of the block").arg(row + 1).arg(column + 1);
         } else if (grid.isUnlikeStored(gridRow, gridColumn) && changed++ == 0) {
-            firstChanged = tr("record %1, %2, \"%3\"")
-                               .arg(grid.RowData(gridRow))
-                               .arg(grid.TextMatrix(0, gridColumn), value.left(mostShown).toString());
+            firstChanged = placeWords(grid, gridRow, gridColumn, value);
         }
     });
     QStringList parts;
     if (outside > 0)
         parts.append(tr("%1 pasted values lay outside the selection (first: %2)").arg(outside).arg(firstOutside));
     if (changed > 0)
-        parts.append(tr("%1 are stored otherwise (first: %2)").arg(changed).arg(firstChanged));
+        parts.append(otherwiseWords(changed, firstChanged));
     m_outcome = parts.join(u"; "_s);
+    if (!m_outcome.isEmpty())
+        m_editor.status().showMessage(m_outcome);
+}
+
+QString storedOtherwise(const Grid &grid, const GridRange &cells) {
+    std::int64_t changed = 0;
+    QString first;
+    YieldTimer timer;
+    for (int row = std::max(cells.firstRow, 1); row <= std::min(cells.lastRow, grid.Rows() - 1); ++row) {
+        for (int column = std::max(cells.firstColumn, 1); column <= std::min(cells.lastColumn, grid.Cols() - 1);
+             ++column) {
+            if (grid.isUnlikeStored(row, column) && changed++ == 0)
+                first = placeWords(grid, row, column, grid.TextMatrix(row, column));
+        }
+        timer.yieldIfDue();
+    }
+    return changed == 0 ? QString() : otherwiseWords(changed, first);
 }
 
 void layClipboard(Grid &grid) {

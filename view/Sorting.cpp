@@ -25,24 +25,31 @@ void Sorting::SortFPOP_Click() {
     m_editor.setColonnaOrdinamento(grid.Col());
     undoneOnError(
         [&] {
-            OrdinaPerColonna(grid, m_editor.ColonnaOrdinamento());
+            const std::vector<std::uint32_t> order = OrdinaPerColonna(grid, m_editor.ColonnaOrdinamento());
             grid.renumberRows(); // row r stands for record r from now on, whatever it showed
             const ChangeStep step(m_editor.OggettoDtb(pane),
                                   tr("Sort by %1").arg(fieldNameOf(grid, m_editor.ColonnaOrdinamento())));
             m_save.SalvaGridInDatabase(pane);
+            if (order.empty())
+                return;
+            m_editor.pane(pane).makeShownTableCurrent();
+            m_editor.OggettoDtb(pane).RecordsReordered(order);
         },
         [&] { m_tables.reloadAfterFailure(pane); });
 }
 
-void Sorting::OrdinaPerColonna(Grid &grid, int Column) {
+std::vector<std::uint32_t> Sorting::OrdinaPerColonna(Grid &grid, int Column) {
+    std::vector<std::uint32_t> order;
     if (m_editor.ColonnaOrdinamento() < 0)
-        return;
+        return order;
     const BusyPointer busy;
     if (grid.Rows() > 1 && Column >= 1 && Column < grid.Cols()) {
         grid.setSelection({1, Column, grid.Rows() - 1, Column});
-        grid.reorderRecords(ascendingOrder(grid.texts().column(Column)));
+        order = ascendingOrder(grid.texts().column(Column));
+        grid.reorderRecords(order);
     }
     m_editor.setColonnaOrdinamento(Column);
+    return order;
 }
 
 } // namespace qir

@@ -67,6 +67,11 @@ public:
     /// All of them or none.
     bool setBlock(Table &table, std::size_t field, std::size_t first, const ColumnBlock &block);
 
+    /// The innermost group has only brought the table's records into another order: the one at i stood at order[i]. So
+    /// its undoing needs no more than that. Nothing happens where it has done something else. `order` is a permutation
+    /// of the records.
+    void recordsReordered(Table &table, const RecordOrder &order) { m_undo.keepAsOrder(table, order); }
+
     /// Groups of changes; they nest. `endGroup` keeps what the innermost did, `undoGroup` brings back what stood
     /// before.
     bool hasOpenGroup() const { return m_undo.isOpen(); }

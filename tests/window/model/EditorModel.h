@@ -124,8 +124,17 @@ public:
     void paste(int pane, int firstRow, int firstColumn, int lastRow, int lastColumn,
                const std::vector<QStringList> &cells);
     void sort(int pane, int column);
+    /// Lays a block from a cell on, over records that are added for it where the user wants that.
+    void pasteAll(int pane, int firstRow, int firstColumn, const std::vector<QStringList> &cells, int newRecords);
+
+    // Going back and forth
+
+    /// The database holds what it held once. What has changed, a table's name and how many tables, the component tells.
+    void goToState(int pane, const PlainDatabase &content, bool isChanged, const QString &table, int changedTables);
 
 private:
+    void adopt(ModelPane &it, PlainDatabase content);
+    void selectAfterRefill(int pane, const QString &table, const QString &selected, int before);
     /// Gives a line of both lists the marker of a differing table, or takes it away.
     void mark(int line, bool different);
     void markTable(const QString &name);

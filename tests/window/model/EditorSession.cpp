@@ -66,6 +66,9 @@ void EditorSession::expectAgreement() {
     if (const QString wrong = disagreement(*m_fixture, m_model); !wrong.isEmpty())
         throw std::runtime_error(wrong.toStdString());
     m_model.beginStep();
+    for (const int index : {0, 1})
+        if (m_model.pane(index).open)
+            historyOf(index).begin(m_model.pane(index).content, m_model.pane(index).changed);
 }
 
 QString EditorSession::path(int file) const {
@@ -108,6 +111,8 @@ QString EditorSession::run(const Step &step) {
         return {}; // nothing was done
     note(listsText());
     QString wrong = disagreement(*m_fixture, m_model);
+    if (wrong.isEmpty())
+        wrong = historyDisagreement(step);
     if (wrong.isEmpty() && m_filesTouched)
         wrong = filesDisagreement();
     return wrong;
@@ -170,6 +175,12 @@ void EditorSession::take(const Step &step) {
     case Step::RemoveField:
     case Step::ResizeField:
         return takeFieldStep(step);
+    case Step::Undo:
+    case Step::Redo:
+    case Step::GoToState:
+    case Step::Revert:
+    case Step::PasteAll:
+        return takeHistoryStep(step);
     case Step::AddRecord:
     case Step::RemoveRecord:
     case Step::CloneSize:

@@ -52,6 +52,11 @@ constexpr std::array<KindOfStep, Step::KindCount> kinds{{
     {"one pane", 1},
     {"two panes", 2},
     {"restart", 1},
+    {"undo", 10},
+    {"redo", 6},
+    {"go to a state", 3},
+    {"revert to what is saved", 1},
+    {"paste all", 3},
 }};
 
 } // namespace

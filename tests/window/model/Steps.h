@@ -46,6 +46,11 @@ struct Step {
         OneMenu,
         TwoMenu,
         Restart,
+        Undo,
+        Redo,
+        GoToState,
+        Revert,
+        PasteAll,
         KindCount
     };
 
