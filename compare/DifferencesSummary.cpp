@@ -88,7 +88,8 @@ void DifferencesSummary::build() {
     filter->setClearButtonEnabled(true);
     connect(filter, &QLineEdit::textChanged, sorted, &QSortFilterProxyModel::setFilterFixedString);
     auto *view = new QTableView;
-    makeRowsView(*view, u"summaryTable"_s, tr("Tables and how they differ"));
+    view->setObjectName(u"summaryTable"_s);
+    makeRowsView(*view, tr("Tables and how they differ"));
     view->setModel(sorted);
     view->setSelectionMode(QAbstractItemView::SingleSelection);
     view->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);

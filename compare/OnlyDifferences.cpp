@@ -59,9 +59,6 @@ void OnlyDifferences::connectGrids() {
     m_differences.setCompared([this] { apply(); });
     for (const int pane : {0, 1})
         connect(&m_editor.Tabella(pane), &Grid::CellShown, &m_editor.Tabella(1 - pane), &Grid::showCell);
-    // A disabled command says why where menus show it.
-    for (const Menu menu : {Menu::EditMenu, Menu::popmenuGrid, Menu::popmenuGridFields, Menu::popmenuCP})
-        m_editor.controls.menu(menu).setToolTipsVisible(true);
 }
 
 bool OnlyDifferences::comparable() const {
@@ -167,6 +164,7 @@ void OnlyDifferences::follow() {
 void OnlyDifferences::disableCommands(bool disable) {
     if (!disable && !m_disabled)
         return;
+    // Where a menu shows them they say why.
     for (const Command command : wholeTableCommands) {
         QAction &action = m_editor.controls.action(command);
         action.setEnabled(!disable);
@@ -176,6 +174,8 @@ void OnlyDifferences::disableCommands(bool disable) {
     if (!disable)
         m_editor.controls.commands.enable(m_editor,
                                           m_editor.IndexAttivo() >= 0 && m_editor.DtbAperto(m_editor.IndexAttivo()));
+    for (const Menu menu : {Menu::EditMenu, Menu::popmenuGrid, Menu::popmenuGridFields, Menu::popmenuCP})
+        m_editor.controls.menu(menu).setToolTipsVisible(disable);
     m_disabled = disable;
 }
 

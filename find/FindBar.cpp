@@ -95,7 +95,8 @@ QAbstractButton *FindBar::addButton(QGridLayout &rows, int row, int column, cons
 
 QTableView *FindBar::makeHits() {
     auto *hits = new QTableView(this);
-    makeRowsView(*hits, u"findHits"_s, tr("Cells found"));
+    hits->setObjectName(u"findHits"_s);
+    makeRowsView(*hits, tr("Cells found"));
     hits->setSelectionMode(QAbstractItemView::SingleSelection);
     hits->setShowGrid(false);
     hits->hide();

@@ -37,21 +37,22 @@ void CarryCommands::addCommands() {
                  [this] { carryRecord(activePane(), chosenThen()); }, {.needs = Needs::BothDatabases});
     commands.add(Command::CarryTableMenu, tr("Carry Ta&ble Across"), [this] { carryTable(activePane(), chosenThen()); },
                  {.needs = Needs::BothDatabases});
-    for (const int from : {0, 1}) {
-        const QString to = from == 0 ? u"Right"_s : u"Left"_s;
-        const Qt::Key key = from == 0 ? Qt::Key_Right : Qt::Key_Left;
-        const auto add = [&](Qt::KeyboardModifiers modifiers, const QString &name, auto carry) {
-            addKey(QKeySequence(QKeyCombination(modifiers, key)), [carry] {
-                carry(Then::Stay);
-            }).setObjectName(name + to);
-            addKey(QKeySequence(QKeyCombination(modifiers | Qt::ControlModifier, key)), [carry] {
-                carry(Then::GoOn);
-            }).setObjectName(name + to + u"AndGoOn"_s);
-        };
-        add(Qt::AltModifier, u"CarryCells"_s, [this, from](Then then) { carryCells(from, then); });
-        add(Qt::AltModifier | Qt::ShiftModifier, u"CarryRecord"_s,
-            [this, from](Then then) { carryRecord(from, then); });
-    }
+    addKey(Qt::ALT | Qt::Key_Right, [this] { carryCells(0); }).setObjectName(u"CarryCellsRight"_s);
+    addKey(Qt::ALT | Qt::Key_Left, [this] { carryCells(1); }).setObjectName(u"CarryCellsLeft"_s);
+    addKey(Qt::CTRL | Qt::ALT | Qt::Key_Right, [this] {
+        carryCells(0, Then::GoOn);
+    }).setObjectName(u"CarryCellsRightAndGoOn"_s);
+    addKey(Qt::CTRL | Qt::ALT | Qt::Key_Left, [this] {
+        carryCells(1, Then::GoOn);
+    }).setObjectName(u"CarryCellsLeftAndGoOn"_s);
+    addKey(Qt::ALT | Qt::SHIFT | Qt::Key_Right, [this] { carryRecord(0); }).setObjectName(u"CarryRecordRight"_s);
+    addKey(Qt::ALT | Qt::SHIFT | Qt::Key_Left, [this] { carryRecord(1); }).setObjectName(u"CarryRecordLeft"_s);
+    addKey(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_Right, [this] {
+        carryRecord(0, Then::GoOn);
+    }).setObjectName(u"CarryRecordRightAndGoOn"_s);
+    addKey(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_Left, [this] {
+        carryRecord(1, Then::GoOn);
+    }).setObjectName(u"CarryRecordLeftAndGoOn"_s);
 }
 
 /// A menu's command goes on where it is chosen with Ctrl held.

@@ -26,9 +26,11 @@ KeyedOptions::KeyedOptions(QWidget *parent)
     m_title = new QLabel;
     m_title->setObjectName(u"keyedTable"_s);
     m_title->setTextFormat(Qt::PlainText);
-    QListView *key = makeList(m_key, u"keyFields"_s, tr("Key fields"));
+    QListView *key = makeList(m_key, tr("Key fields"));
+    key->setObjectName(u"keyFields"_s);
     m_title->setBuddy(key);
-    QListView *ignored = makeList(m_ignored, u"keyedIgnored"_s, tr("Fields that are not compared"));
+    QListView *ignored = makeList(m_ignored, tr("Fields that are not compared"));
+    ignored->setObjectName(u"keyedIgnored"_s);
     auto *ignoredTitle = new QLabel(tr("&Not compared:"));
     ignoredTitle->setBuddy(ignored);
     m_tolerance = new QLineEdit;
@@ -69,9 +71,8 @@ KeyedOptions::KeyedOptions(QWidget *parent)
     });
 }
 
-QListView *KeyedOptions::makeList(KeyFields &fields, const QString &objectName, const QString &accessibleName) {
+QListView *KeyedOptions::makeList(KeyFields &fields, const QString &accessibleName) {
     auto *list = new QListView;
-    list->setObjectName(objectName);
     list->setAccessibleName(accessibleName);
     list->setModel(&fields);
     list->setUniformItemSizes(true);

@@ -40,7 +40,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    QListView *makeList(KeyFields &fields, const QString &objectName, const QString &accessibleName);
+    QListView *makeList(KeyFields &fields, const QString &accessibleName);
 
     KeyFields m_key;
     KeyFields m_ignored;

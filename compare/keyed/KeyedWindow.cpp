@@ -59,10 +59,16 @@ void KeyedWindow::build() {
     m_status->setObjectName(u"keyedStatus"_s);
     m_status->setTextFormat(Qt::PlainText);
     m_status->setWordWrap(true);
-    m_cancel = addButton(u"keyedCancel"_s, tr("&Stop"), [this] { m_cancelled = true; });
-    m_again = addButton(u"keyedAgain"_s, tr("Compare &Again"), [this] { Q_EMIT againAsked(); });
+    m_cancel = addButton(tr("&Stop"), [this] { m_cancelled = true; });
+    m_cancel->setObjectName(u"keyedCancel"_s);
+    m_again = addButton(tr("Compare &Again"), [this] { runCommand([this] { Q_EMIT againAsked(); }); });
+    m_again->setObjectName(u"keyedAgain"_s);
     for (QPushButton *button : {m_cancel, m_again})
         button->hide();
+    // Its coming and going must not move what a person is about to click.
+    QSizePolicy kept = m_cancel->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    m_cancel->setSizePolicy(kept);
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(m_status, 1);
     bottom->addWidget(m_again);
@@ -75,13 +81,11 @@ void KeyedWindow::build() {
     resize(fontMetrics().averageCharWidth() * columns, fontMetrics().lineSpacing() * lines);
 }
 
-/// A button that runs a command; never the one that Return in another control presses.
-QPushButton *KeyedWindow::addButton(const QString &objectName, const QString &caption,
-                                    const std::function<void()> &pressed) {
+/// A button; never the one that Return in another control presses.
+QPushButton *KeyedWindow::addButton(const QString &caption, const std::function<void()> &pressed) {
     auto *button = new QPushButton(caption);
-    button->setObjectName(objectName);
     button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, [pressed] { runCommand(pressed); });
+    connect(button, &QPushButton::clicked, this, pressed);
     return button;
 }
 
@@ -97,7 +101,8 @@ QWidget *KeyedWindow::buildChanges() {
     m_kinds->setAccessibleName(tr("Which changes are shown"));
     m_kinds->addItems({tr("All"), tr("Added"), tr("Removed"), tr("Changed"), tr("Moved"), tr("Fields and doubles")});
     m_view = new QTableView;
-    makeRowsView(*m_view, u"keyedChanges"_s, tr("Changes by key"));
+    m_view->setObjectName(u"keyedChanges"_s);
+    makeRowsView(*m_view, tr("Changes by key"));
     m_view->setModel(&m_changes);
     auto *top = new QHBoxLayout;
     top->addWidget(m_search, 1);
@@ -114,9 +119,12 @@ QWidget *KeyedWindow::buildCarrying() {
     auto *row = new QWidget;
     m_tickAll = new QCheckBox(tr("&Tick all"));
     m_tickAll->setObjectName(u"keyedTickAll"_s);
-    m_carry[0] = addButton(u"keyedCarryLeft"_s, tr("Carry to the &Left..."), [this] { carry(0); });
-    m_carry[1] = addButton(u"keyedCarryRight"_s, tr("Carry to the &Right..."), [this] { carry(1); });
-    m_report = addButton(u"keyedReport"_s, tr("Re&port..."), [this] { Q_EMIT reportAsked(); });
+    m_carry[0] = addButton(tr("Carry to the &Left..."), [this] { runCommand([this] { carry(0); }); });
+    m_carry[0]->setObjectName(u"keyedCarryLeft"_s);
+    m_carry[1] = addButton(tr("Carry to the &Right..."), [this] { runCommand([this] { carry(1); }); });
+    m_carry[1]->setObjectName(u"keyedCarryRight"_s);
+    m_report = addButton(tr("Re&port..."), [this] { runCommand([this] { Q_EMIT reportAsked(); }); });
+    m_report->setObjectName(u"keyedReport"_s);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
     layout->addWidget(m_tickAll);

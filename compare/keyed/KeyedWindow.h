@@ -64,7 +64,7 @@ private:
     void build();
     QWidget *buildChanges();
     QWidget *buildCarrying();
-    QPushButton *addButton(const QString &objectName, const QString &caption, const std::function<void()> &pressed);
+    QPushButton *addButton(const QString &caption, const std::function<void()> &pressed);
     void connectControls();
     void compare();
     /// Runs what takes long, with a button that ends it. False when it was ended.

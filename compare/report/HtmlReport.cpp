@@ -41,6 +41,7 @@ th { background: var(--head); }
 td { white-space: pre-wrap; }
 td.number { text-align: right; }
 td.differs { background: var(--red); border-left: 4px solid var(--edge); }
+a { color: inherit; }
 del { text-decoration: line-through; }
 ins { text-decoration: underline; }
 .sign { font-weight: bold; }

@@ -11,8 +11,7 @@ constexpr int rowPadding = 4; // pixels beside a line's height
 
 } // namespace
 
-void makeRowsView(QTableView &view, const QString &objectName, const QString &accessibleName) {
-    view.setObjectName(objectName);
+void makeRowsView(QTableView &view, const QString &accessibleName) {
     view.setAccessibleName(accessibleName);
     view.setSelectionBehavior(QAbstractItemView::SelectRows);
     view.setEditTriggers(QAbstractItemView::NoEditTriggers);

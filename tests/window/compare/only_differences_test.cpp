@@ -267,6 +267,7 @@ private Q_SLOTS:
         QCOMPARE(view(fixture, 0), QList<QStringList>());
         QCOMPARE(view(fixture, 1), QList<QStringList>());
         QVERIFY(fixture.grid(0).Visible());
+        QCOMPARE(message(fixture), u"B, no differences to show"_s);
         QCOMPARE(fixture.grid(0).Row(), 0);
         hands::click(fixture.grid(0).viewport(), Qt::LeftButton, {}, QPoint(20, 20));
         hands::key(&fixture.grid(0), Qt::Key_Down);
@@ -274,6 +275,7 @@ private Q_SLOTS:
         QVERIFY(!editing(fixture, 0));
         fixture.clickLine(0, 0);
         QCOMPARE(view(fixture, 0).size(), 2);
+        QCOMPARE(message(fixture), u"A, record 2 of 6, 2 shown, Field2: long, 202"_s);
         fixture.clickLine(0, 1);
         fixture.choose(Command::OnlyDifferencesMenu);
         QCOMPARE(view(fixture, 0).size(), 3);

@@ -40,6 +40,7 @@ private:
     void takeFieldStep(const Step &step);
     void takeRecordStep(const Step &step);
     void takeCellStep(const Step &step);
+    void takeDifferenceStep(const Step &step);
 
     void selectLine(int pane, int line);
     void selectByKey(bool down);
@@ -73,6 +74,14 @@ private:
     void paste(int pane, const GridSelection &block);
     void fillDown(int pane, const GridSelection &block);
     void sortByColumn(int pane, int column);
+
+    bool isStop(int line) const;
+    void walk(bool forward);
+    void carryCells(const std::array<unsigned, 6> &picks);
+    void carryRecord(int from, unsigned rowPick, unsigned columnPick);
+    void carryTable(bool yes);
+    void lookAtDifferences();
+    void lookAtWindows(bool summary);
 
     void open(int file, bool cancel);
     void saveAs(int file);
