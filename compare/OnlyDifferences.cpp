@@ -50,7 +50,7 @@ OnlyDifferences::OnlyDifferences(EditorContext &editor, CellDifferences &differe
     , m_differences(differences) {}
 
 void OnlyDifferences::addCommands() {
-    m_editor.controls.commands.add(Command::OnlyDifferencesMenu, tr("&Only Differences"),
+    m_editor.controls.commands.add(Command::OnlyDifferencesMenu, tr("Only &Differences"),
                                    [this] { OnlyDifferencesMenu_Click(); }, {.needs = Needs::BothDatabases});
     m_editor.controls.action(Command::OnlyDifferencesMenu).setCheckable(true);
 }

@@ -8,6 +8,7 @@
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -104,6 +105,8 @@ QWidget *KeyedWindow::buildChanges() {
     m_view->setObjectName(u"keyedChanges"_s);
     makeRowsView(*m_view, tr("Changes by key"));
     m_view->setModel(&m_changes);
+    constexpr int columnCharacters = 12;
+    m_view->horizontalHeader()->setDefaultSectionSize(fontMetrics().averageCharWidth() * columnCharacters);
     auto *top = new QHBoxLayout;
     top->addWidget(m_search, 1);
     top->addWidget(m_kinds);

@@ -17,33 +17,38 @@ protected:
         const QString chosen = qEnvironmentVariable("QIR_DAFF");
         return chosen.isEmpty() ? QStandardPaths::findExecutable(u"daff"_s) : chosen;
     }
-    /// What daff makes of the left table by the tabular diff of both.
-    QByteArray patched(const QByteArray &types, const QByteArray &left, const QByteArray &right,
-                       const QStringList &options) const {
-        make(u"L.DDB"_s, {{u"T"_s, types + left.mid(left.indexOf('\n'))}});
-        make(u"R.DDB"_s, {{u"T"_s, types + right.mid(right.indexOf('\n'))}});
+    /// daff must make the right table of the left one by the tabular diff of both.
+    void readBack(const QStringList &options) const {
+        const QByteArray types = "Tag[text:20],Speed[long],Note[text:30]\n";
+        const QByteArray names = "Tag,Speed,Note\n";
+        const QByteArray left = "P-1,1500,a\nP-2,700,\"x, \"\"y\"\"\"\nP-3,900,->\nP-5,1,NULL\n";
+        const QByteArray right = "P-2,800,\"x, \"\"z\"\"\"\nP-3,900,-->\nP-5,1,\nP-4,400,new\n";
+        make(u"L.DDB"_s, {{u"T"_s, types + left}});
+        make(u"R.DDB"_s, {{u"T"_s, types + right}});
         const Outcome diff =
             run(QStringList{u"diff"_s, u"--tabular"_s} + options + QStringList{u"L.DDB"_s, u"R.DDB"_s});
         EXPECT_EQ(diff.status, 1) << diff.errors.toStdString();
-        write(u"LEFT.csv"_s, left);
+        write(u"LEFT.csv"_s, names + left);
         write(u"DIFF.csv"_s, diff.output.mid(diff.output.indexOf('\n') + 1)); // without the table's line
         QProcess program;
         program.start(daff(),
                       {u"patch"_s, u"--output"_s, path(u"MADE.csv"_s), path(u"LEFT.csv"_s), path(u"DIFF.csv"_s)});
         EXPECT_TRUE(program.waitForFinished() && program.exitCode() == 0)
             << program.readAllStandardError().toStdString();
-        return bytesOf(u"MADE.csv"_s).replace("\r\n", "\n");
+        EXPECT_EQ(bytesOf(u"MADE.csv"_s).replace("\r\n", "\n"), names + right);
+    }
+    void SetUp() override {
+        if (daff().isEmpty())
+            GTEST_SKIP() << "daff is not installed, and $QIR_DAFF names none";
     }
 };
 
-TEST_P(DaffTest, ReadsTheTabularFormsBack) {
-    if (daff().isEmpty())
-        GTEST_SKIP() << "daff is not installed, and $QIR_DAFF names none";
-    const QByteArray types = "Tag[text:20],Speed[long],Note[text:30]";
-    const QByteArray left = "Tag,Speed,Note\nP-1,1500,a\nP-2,700,\"x, \"\"y\"\"\"\nP-3,900,->\nP-5,1,NULL\n";
-    const QByteArray right = "Tag,Speed,Note\nP-2,800,\"x, \"\"z\"\"\"\nP-3,900,-->\nP-5,1,\nP-4,400,new\n";
-    EXPECT_EQ(patched(types, left, right, {}), right);
-    EXPECT_EQ(patched(types, left, right, {u"--key"_s, u"Tag"_s}), right);
+TEST_P(DaffTest, ReadsDifferencesByPositionBack) {
+    readBack({});
+}
+
+TEST_P(DaffTest, ReadsDifferencesByKeyBack) {
+    readBack({u"--key"_s, u"Tag"_s});
 }
 
 } // namespace

@@ -66,7 +66,7 @@ void EditorSession::walk(bool forward) {
     for (const auto &[r, c] : m_model.marks)
         stops.emplace(r, c);
     std::optional<std::pair<int, int>> wanted;
-    for (const auto &stop : stops) {
+    for (const std::pair<int, int> stop : stops) {
         if (forward ? stop > std::pair(row, column) && !wanted : stop < std::pair(row, column))
             wanted = stop;
     }
