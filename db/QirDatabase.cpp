@@ -242,6 +242,7 @@ void QirDatabase::BeginChanges() const {
 }
 
 void QirDatabase::EndChanges() const {
+    changed(); // it may undo the group
     if (endChanges.isIn(m_object))
         endChanges(m_object);
 }

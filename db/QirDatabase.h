@@ -93,8 +93,11 @@ public:
 
     // ---------------------------------------------------------------------------------------------------- the tables
 
+    /// 0 on a fresh or failed instance.
     int QIRTablesCount() const;
+    /// The name as it was given; throws for a number that no table has.
     QString QIRTableName(int table) const;
+    /// Whether a table has this name, told apart as above; False for a name that none could have.
     bool ExistTable(const QString &name) const;
     /// Appends a table of one text field and one record. Current table and record stay.
     void AddTable(const QString &name) const;
@@ -110,6 +113,7 @@ public:
 
     /// 0 without a current table.
     int QirTableFieldsCount() const;
+    /// The name as it was given, without type and size.
     QString QIRTableFieldName(int field) const;
     /// A number: a code of FieldType.
     QVariant QIRTableFieldType(int field) const;
@@ -119,6 +123,7 @@ public:
     /// refused. `size` counts for text fields only, is rounded and kept within 0 to 65535; 50 where it is not given.
     void AddField(const QString &name, int type) const;
     void AddField(const QString &name, int type, double size) const;
+    /// The field keeps its place, type and values. The name it has already is no change.
     void RenameField(int field, const QString &name) const;
     /// Removing the last field leaves the records.
     void RemoveField(int field) const;

@@ -83,6 +83,7 @@ namespace qir {
         COMMAND(AddRecordMenu)                              \
         COMMAND(RemoveRecordMenu)                           \
     MENU(HelpMenu)                                          \
+        COMMAND(GuideMenu)                                  \
         COMMAND(HelpKeysMenu)                               \
         COMMAND(AboutMenu)                                  \
     MENU(popmenuCopyToOther)                                \

@@ -11,7 +11,7 @@ namespace qir {
 namespace {
 
 int signCount(const FileNameLabel::Signs &signs) {
-    return int(signs.unsaved) + int(signs.isProtected) + int(signs.readOnly);
+    return static_cast<int>(signs.unsaved) + static_cast<int>(signs.isProtected) + static_cast<int>(signs.readOnly);
 }
 
 // Each sign in a square of one by one.

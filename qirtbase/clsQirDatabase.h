@@ -202,6 +202,7 @@ private:
     /// What a group goes back to besides the tables.
     struct Group {
         bool changed;
+        bool changedAnyway;
         Table *currentTable;
         std::size_t currentRecord;
         bool failed;
@@ -230,7 +231,8 @@ private:
     bool loadFile(const QString &fileName, const QString &password);
     void failLoad(const QString &reason);
     JournalOptions journalOptions();
-    void recoverChanges(const QByteArray &body, const QString &password);
+    void becomeAsSaved();
+    void recoverChanges(std::uint64_t bodySize, const QString &password);
     JournalBase journalBase(std::uint64_t bodySize) const;
     void followFile(std::uint64_t bodySize);
     void expectKeys();

@@ -29,7 +29,7 @@ constexpr Entry entries[] = {
     {Command::CloseDatabaseMenu, "document-close", QStyle::SP_DialogCloseButton},
     {Command::TwoMenu, "view-split-left-right", QStyle::SP_FileDialogListView},
     {Command::CompareAgainMenu, "view-refresh", QStyle::SP_BrowserReload},
-    {Command::HelpKeysMenu, "help-contents", QStyle::SP_DialogHelpButton},
+    {Command::GuideMenu, "help-contents", QStyle::SP_DialogHelpButton},
 };
 
 } // namespace

@@ -51,7 +51,8 @@ public:
 
 private:
     static void takeValue(void *value, std::size_t size, void *self) {
-        static_cast<CsvReading *>(self)->addValue(QByteArrayView(static_cast<const char *>(value), qsizetype(size)));
+        static_cast<CsvReading *>(self)->addValue(
+            QByteArrayView(static_cast<const char *>(value), static_cast<qsizetype>(size)));
     }
     static void takeRecord(int end, void *self) { static_cast<CsvReading *>(self)->endLine(end); }
 

@@ -71,6 +71,7 @@ private:
     void takeOver(const Group &inner) noexcept;
     Coverage &coverage(const Table &table);
     bool outweighs(Coverage &kept) const;
+    void prepareStep();
     void finish();
 
     std::vector<undo::Entry> m_entries;

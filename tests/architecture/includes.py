@@ -54,8 +54,9 @@ ROWS = {
     "app/history": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
     "app/desktop": WINDOW + ["compare", "compare/engine", "view"],
     "app/look": WINDOW,
+    "app/guide": PLAIN,
     "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view", "find",
-            "structure", "app/desktop", "app/history", "app/look"],
+            "structure", "app/desktop", "app/guide", "app/history", "app/look"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
