@@ -21,6 +21,7 @@
 #include "compare/DifferencesSummary.h"
 #include "compare/DifferingTables.h"
 #include "compare/EqualTables.h"
+#include "compare/OnlyDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "compare/TableMarks.h"
 #include "compare/keyed/KeyedCommands.h"
@@ -36,6 +37,7 @@
 #include "structure/CarryCommands.h"
 #include "structure/CloneCommands.h"
 #include "structure/FieldCommands.h"
+#include "structure/KeyedCarry.h"
 #include "structure/RecordCommands.h"
 #include "structure/TableCommands.h"
 #include "view/AreaClipboard.h"
@@ -97,6 +99,8 @@ private:
     void showTwoPanes();
     /// What stands above the panes, or its height, is another.
     void layOutAnew();
+    /// What the window of differences by key asks of the rest.
+    KeyedActions keyedActions();
     void openBeside(int pane, const QString &path);
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);
@@ -114,6 +118,7 @@ private:
     DifferenceWalk m_walk;
     DifferenceStrips m_strips;
     DifferencesSummary m_summary;
+    OnlyDifferences m_onlyDifferences;
     TableLoader m_tables;
     GridSave m_gridSave;
     StoredMarks m_stored;
@@ -145,6 +150,7 @@ private:
     Colours m_colours;
     ToolBar m_toolBar;
     Room m_room;
+    KeyedCarry m_keyedCarry;
     KeyedCommands m_keyed;
     UndoCommands m_undo;
     KeptVersions m_kept;

@@ -55,6 +55,7 @@ namespace qir {
         COMMAND(NextDifferingCellMenu)                      \
         COMMAND(PreviousDifferingCellMenu)                  \
         LINE                                                \
+        COMMAND(OnlyDifferencesMenu)                        \
         COMMAND(DifferencesSummaryMenu)                     \
         LINE                                                \
         COMMAND(CarryCellsMenu)                             \
