@@ -50,10 +50,14 @@ bool DifferenceWalk::cellsKnown() const {
     return m_editor.gridsShowSameTable() && m_editor.Tabella(0).Visible() && m_editor.Tabella(1).Visible();
 }
 
-/// A grid that is too small for the other's current cell keeps its own; the one behind is where the person is.
+/// The active pane's cell; but a grid that is too small for the other's current cell keeps its own, and the other's is
+/// where the person is then.
 DifferenceWalk::Cell DifferenceWalk::current() const {
-    return {std::max(m_editor.Tabella(0).Row(), m_editor.Tabella(1).Row()),
-            std::max(m_editor.Tabella(0).Col(), m_editor.Tabella(1).Col())};
+    const int pane = std::max(m_editor.IndexAttivo(), 0);
+    const Grid &active = m_editor.Tabella(pane);
+    const Grid &other = m_editor.Tabella(1 - pane);
+    return {other.Row() >= active.Rows() ? other.Row() : active.Row(),
+            other.Col() >= active.Cols() ? other.Col() : active.Col()};
 }
 
 bool DifferenceWalk::exists(const Cell &cell) const {

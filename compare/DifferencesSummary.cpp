@@ -26,6 +26,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// A table without fields shows one empty column, which stands for none.
+int shownFields(const Grid &grid) {
+    return grid.ColData(1) < 1 ? 0 : grid.Cols() - 1;
+}
+
 constexpr int columns = 100; // size in characters
 constexpr int lines = 18;
 
@@ -163,9 +168,11 @@ TableSummary DifferencesSummary::read(const QString &left, const QString &right)
     compareFields(first, second, table);
     YieldTimer timer;
     const BitMatrix different = differingCells(first, second, [&](int) { timer.yieldIfDue(); });
-    table.cells = different.count();
+    table.cells = cellsOfEither(
+        different, {table.records[0], table.records[1], first.QirTableFieldsCount(), second.QirTableFieldsCount()});
     table.differingRecords = different.rowCount();
-    const bool equal = table.cells == 0 && table.records[0] == table.records[1];
+    const bool equal = table.cells == 0 && table.records[0] == table.records[1] &&
+                       first.QirTableFieldsCount() == second.QirTableFieldsCount();
     table.standing = equal ? Standing::Equal : Standing::Differ;
     return table;
 }
@@ -183,11 +190,17 @@ void DifferencesSummary::readShownTable() {
         const Grid &left = m_editor.Tabella(0);
         const Grid &right = m_editor.Tabella(1);
         table.records = {left.Rows() - 1, right.Rows() - 1};
+        const std::array<int, 2> fields = {shownFields(left), shownFields(right)};
         if (left.Visible() && right.Visible()) {
-            table.cells = m_editor.CelleDiverse().count();
+            table.cells =
+                cellsOfEither(m_editor.CelleDiverse(), {table.records[0], table.records[1], fields[0], fields[1]});
             table.differingRecords = m_editor.CelleDiverse().rowCount();
+        } else { // one has no records: all of the other's are different
+            const std::size_t side = table.records[0] > 0 ? 0 : 1;
+            table.differingRecords = static_cast<std::size_t>(table.records.at(side));
+            table.cells = table.differingRecords * static_cast<std::size_t>(fields.at(side));
         }
-        const bool equal = table.cells == 0 && table.records[0] == table.records[1];
+        const bool equal = table.cells == 0 && table.records[0] == table.records[1] && fields[0] == fields[1];
         table.standing = equal ? Standing::Equal : Standing::Differ;
         bool headersAlike = left.Cols() == right.Cols();
         for (int column = 1; column < left.Cols() && headersAlike; ++column)

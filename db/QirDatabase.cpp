@@ -100,6 +100,7 @@ bool QirDatabase::LoadDtb(const QString &fileName, const QString &password) cons
 }
 
 void QirDatabase::SaveDtb() const {
+    changed(); // records without fields go
     saveDtb(m_object);
 }
 
@@ -107,8 +108,9 @@ bool QirDatabase::DtbHasChanged() const {
     return dtbHasChanged.read(m_object);
 }
 
-void QirDatabase::setDtbHasChanged(bool changed) const {
-    dtbHasChanged.write(m_object, changed);
+void QirDatabase::setDtbHasChanged(bool flag) const {
+    changed();
+    dtbHasChanged.write(m_object, flag);
 }
 
 QString QirDatabase::GetDatabaseFileName() const {
@@ -120,6 +122,7 @@ bool QirDatabase::SetDatabaseFileName(const QString &fileName) const {
 }
 
 void QirDatabase::NewPassword(const QString &current, const QString &replacement) const {
+    changed();
     newPassword(m_object, current, replacement);
 }
 

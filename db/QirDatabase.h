@@ -59,7 +59,7 @@ public:
     /// The instance itself; null when empty.
     QObject *object() const { return m_object.object(); }
     /// A number that changes with every call here that may have changed a table, its fields or its records, and that no
-    /// other instance ever has: what was found out about the tables holds as long as it stays.
+    /// other instance ever has, or the flag of changes: what was found out about the tables holds as long as it stays.
     std::uint64_t revision() const { return m_revision; }
 
     // ------------------------------------------------------------------------------------------------------ the file
@@ -78,9 +78,9 @@ public:
     /// A plain flag: True after each change of content, name of a table or field, or password; False after load and
     /// save. Writing what is there already is no change.
     bool DtbHasChanged() const;
-    /// Takes the flag as it is given: True makes SaveDtb() and the release write, False keeps them from it. Drops
+    /// Takes `flag` as it is given: True makes SaveDtb() and the release write, False keeps them from it. Drops
     /// nothing.
-    void setDtbHasChanged(bool changed) const;
+    void setDtbHasChanged(bool flag) const;
     /// The name that the next save writes to, as it was given; "" when there is none.
     QString GetDatabaseFileName() const;
     /// Where the next save goes; a fresh instance becomes an open one. Does not set DtbHasChanged. False, with nothing

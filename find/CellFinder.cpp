@@ -101,6 +101,23 @@ std::vector<CellFinder::Source> CellFinder::wantedSources() const {
     return wanted;
 }
 
+/// Nobody tells of changes to a table that is not shown.
+bool CellFinder::isOutdated(Source &source) {
+    Pane &pane = m_editor.pane(source.pane);
+    const QirDatabase &database = pane.OggettoDtb();
+    if (!source.opened || source.revision == database.revision())
+        return false;
+    if (!database.hasColumns())
+        return true;
+    pane.makeTableCurrent(source.table);
+    const bool same = database.TableRevision() == source.tableRevision;
+    if (!pane.TabellaMostrata().isEmpty())
+        pane.makeShownTableCurrent();
+    if (same)
+        source.revision = database.revision();
+    return !same;
+}
+
 void CellFinder::adoptSources() {
     std::vector<Source> wanted = wantedSources();
     bool another = wanted.size() != m_sources.size();
@@ -108,7 +125,9 @@ void CellFinder::adoptSources() {
         const auto known = std::find_if(m_sources.begin(), m_sources.end(), [&](const Source &each) {
             return each.pane == source.pane && each.table == source.table && each.shown == source.shown;
         });
-        const bool stale = source.shown && m_stale[static_cast<std::size_t>(source.pane)];
+        // Nobody tells of changes to a table that is not shown.
+        const bool stale = source.shown ? m_stale[static_cast<std::size_t>(source.pane)]
+                                        : known != m_sources.end() && isOutdated(*known);
         if (known != m_sources.end() && !stale)
             source = std::move(*known);
         else
@@ -117,6 +136,7 @@ void CellFinder::adoptSources() {
     m_sources = std::move(wanted);
     m_stale = {};
     if (another) {
+        m_cancelled = false; // that was about what stood there before
         m_timer.start(0);
         Q_EMIT changed();
     }
@@ -207,6 +227,10 @@ void CellFinder::open(Source &source, int records, int fields) {
     source.blocksLeft = static_cast<std::size_t>((std::int64_t{records} + blockRecords - 1) / blockRecords);
     source.searched.assign(source.blocksLeft, false);
     source.opened = true;
+    const QirDatabase &database = m_editor.OggettoDtb(source.pane);
+    source.revision = database.revision();
+    if (!source.shown && database.hasColumns())
+        source.tableRevision = database.TableRevision();
     if (source.shown && source.pane == m_editor.IndexAttivo() && source.blocksLeft > 0)
         source.nextBlock = blockOf(std::clamp(m_editor.Tabella(source.pane).Row(), 1, records), blockRecords);
 }

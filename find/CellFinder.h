@@ -90,7 +90,9 @@ private:
         std::size_t nextBlock = 0;
         std::size_t blocksLeft = 1; // more are known once it is opened
         bool opened = false;
-        QStringList texts; // of the first hits, of a table that is not shown
+        QStringList texts;          // of the first hits, of a table that is not shown
+        std::uint64_t revision = 0; // of the database and the table that they were found in, where that is not shown
+        double tableRevision = 0;
     };
 
     static constexpr int blockRecords = 4096;
@@ -99,6 +101,7 @@ private:
     const Source *sourceOf(int pane, const QString &table) const;
     std::vector<Source> wantedSources() const;
     void adoptSources();
+    bool isOutdated(Source &source);
     void connectGrid(int pane);
     void cellsChanged(int pane, const GridRange &cells);
     void tableChanged(int pane);

@@ -33,11 +33,11 @@ FindBar::FindBar(QWidget *parent)
     auto *rows = new QGridLayout(this);
     rows->setContentsMargins(margin, margin, margin, margin);
     rows->setSpacing(margin);
-    m_text = addText(*rows, 0, u"findText"_s, tr("&Find:"), tr("Text to find"));
-    m_replacement = addText(*rows, 1, u"replaceText"_s, tr("Re&place with:"), tr("Text to replace it with"));
-    connect(addButton(*rows, 1, 2, u"replaceOne"_s, tr("Rep&lace")), &QAbstractButton::clicked, this,
+    m_text = addText(*rows, 0, u"findText"_s, tr("Fi&nd:"), tr("Text to find"));
+    m_replacement = addText(*rows, 1, u"replaceText"_s, tr("Replace w&ith:"), tr("Text to replace it with"));
+    connect(addButton(*rows, 1, 2, u"replaceOne"_s, tr("Re&place")), &QAbstractButton::clicked, this,
             [this] { Q_EMIT replaceAsked(false); });
-    connect(addButton(*rows, 1, 3, u"replaceAll"_s, tr("Replace A&ll")), &QAbstractButton::clicked, this,
+    connect(addButton(*rows, 1, 3, u"replaceAll"_s, tr("Replace &All")), &QAbstractButton::clicked, this,
             [this] { Q_EMIT replaceAsked(true); });
     connect(addButton(*rows, 0, 3, u"findClose"_s, tr("Clo&se")), &QAbstractButton::clicked, this, &FindBar::closed);
     m_count = new QLabel(this);

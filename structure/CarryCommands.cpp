@@ -4,6 +4,7 @@
 #include "compare/CellDifferences.h"
 #include "compare/DifferenceWalk.h"
 #include "pane/ActivePane.h"
+#include "pane/StoredMarks.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
@@ -28,6 +29,17 @@ struct CarryCommands::Work {
     int added = 0;
     int removed = 0;
 };
+
+namespace {
+
+bool differsWithin(const BitMatrix &different, std::size_t row, std::size_t fields) {
+    for (std::size_t field = 1; field <= fields && field < different.columns(); ++field)
+        if (different.at(row, field))
+            return true;
+    return false;
+}
+
+} // namespace
 
 void CarryCommands::addCommands() {
     CommandTable &commands = m_editor.controls.commands;
@@ -162,6 +174,7 @@ CarryCommands::Takes CarryCommands::onlyShown(int from, const Takes &takes) cons
 void CarryCommands::copyBlock(int from, const GridRange &cells, const Takes &takes) {
     m_editor.setOrigin(from);
     m_clone.copyArea(cells, takes);
+    StoredMarks(m_editor).look(1 - from, cells);
     m_differences.recheck(cells);
 }
 
@@ -177,6 +190,8 @@ void CarryCommands::carryRecord(int from, Then then) {
     const std::optional<Takes> takes = ask(QString(), losses);
     if (!takes)
         return;
+    if (m_editor.Tabella(0).Cols() != m_editor.Tabella(1).Cols())
+        m_editor.status().showMessage(otherFieldsWords());
     const bool there = row < m_editor.Tabella(1 - from).Rows();
     if (there)
         copyBlock(from, cells, *takes);
@@ -189,18 +204,22 @@ void CarryCommands::carryRecord(int from, Then then) {
     goOn(then);
 }
 
-void CarryCommands::writeRecord(int from, int source, int target, const Takes &takes) {
+/// Gives how many values were written.
+int CarryCommands::writeRecord(int from, int source, int target, const Takes &takes) {
     const QirDatabase &left = m_editor.OggettoDtb(from);
     const QirDatabase &right = m_editor.OggettoDtb(1 - from);
     left.setQIRTableRecordsPointerOut(source);
     right.setQIRTableRecordsPointerOut(target);
     QVariant value;
+    int written = 0;
     for (int field = 1; field <= commonFields(); ++field) {
         if (takes && !takes(source, field))
             continue;
         left.readQIRTableRecordSetByIndex(field, value);
         right.setQIRTableRecordSetByIndex(field, value);
+        ++written;
     }
+    return written;
 }
 
 void CarryCommands::addRecord(int from, int row, const Takes &takes) {
@@ -217,7 +236,10 @@ void CarryCommands::addRecord(int from, int row, const Takes &takes) {
     }
     m_tables.CaricaTabellaAVideo(1 - from);
     m_differences.EvidenziaDifferenzeTabella();
-    m_editor.status().showMessage(tr("Added as record %1").arg(m_editor.Tabella(1 - from).Rows() - 1));
+    QString words = tr("Added as record %1").arg(m_editor.Tabella(1 - from).Rows() - 1);
+    if (m_editor.Tabella(0).Cols() != m_editor.Tabella(1).Cols())
+        words += u". "_s + otherFieldsWords();
+    m_editor.status().showMessage(words);
 }
 
 void CarryCommands::carryTable(int from, Then then) {
@@ -246,12 +268,20 @@ void CarryCommands::carryTable(int from, Then then) {
     goOn(then);
 }
 
+QString CarryCommands::otherFieldsWords() {
+    return tr("Fields that only one side has stay as they are.");
+}
+
 CarryCommands::Work CarryCommands::workFor(int from) const {
     const int source = m_editor.Tabella(from).Rows() - 1;
     const int target = m_editor.Tabella(1 - from).Rows() - 1;
     Work work;
     work.common = std::min(source, target);
-    work.changed = static_cast<int>(m_editor.CelleDiverse().countRows(1, static_cast<std::size_t>(work.common) + 1));
+    const BitMatrix &different = m_editor.CelleDiverse();
+    const auto fields = static_cast<std::size_t>(commonFields());
+    for (std::size_t row = different.nextRow(1); row <= static_cast<std::size_t>(work.common) && row < different.rows();
+         row = different.nextRow(row + 1))
+        work.changed += differsWithin(different, row, fields) ? 1 : 0;
     work.added = std::max(source - target, 0);
     work.removed = std::max(target - source, 0);
     return work;
@@ -274,25 +304,25 @@ bool CarryCommands::carryWholeTable(int from) {
     QString question = tr("Make the records of table '%1' on the %2 equal to those on the %3?\n"
                           "Changed: %4, added: %5, removed: %6.")
                            .arg(m_editor.pane(from).selectedTableName(), from == 0 ? tr("right") : tr("left"),
-                                from == 0 ? tr("left") : tr("right"))
-                           .arg(work.changed)
-                           .arg(work.added)
-                           .arg(work.removed);
+                                from == 0 ? tr("left") : tr("right"), QString::number(work.changed),
+                                QString::number(work.added), QString::number(work.removed));
     if (m_editor.Tabella(0).Cols() != m_editor.Tabella(1).Cols())
-        question += u'\n' + tr("Fields that only one side has stay as they are.");
+        question += u'\n' + otherFieldsWords();
     const std::optional<Takes> takes = ask(question, losses);
     if (!takes)
         return false;
     const ActivePaneScope active(m_editor);
-    undoneOnError([&] { write(from, work, *takes); }, [&] { m_tables.reloadAfterFailure(1 - from); });
+    int changed = 0;
+    undoneOnError([&] { changed = write(from, work, *takes); }, [&] { m_tables.reloadAfterFailure(1 - from); });
     m_tables.CaricaTabellaAVideo(1 - from);
     m_differences.EvidenziaDifferenzeTabella();
     m_editor.status().showMessage(
-        tr("Changed: %1, added: %2, removed: %3").arg(work.changed).arg(work.added).arg(work.removed));
+        tr("Changed: %1, added: %2, removed: %3").arg(changed).arg(work.added).arg(work.removed));
     return true;
 }
 
-void CarryCommands::write(int from, const Work &work, const Takes &takes) {
+/// Gives how many records that both sides have were changed.
+int CarryCommands::write(int from, const Work &work, const Takes &takes) {
     for (const int pane : {0, 1})
         m_editor.pane(pane).makeShownTableCurrent();
     const QirDatabase &target = m_editor.OggettoDtb(1 - from);
@@ -300,11 +330,13 @@ void CarryCommands::write(int from, const Work &work, const Takes &takes) {
     const ChangeStep step(target, tr("Carried table %1").arg(m_editor.pane(1 - from).TabellaMostrata()));
     ChangeGroup changes(target);
     YieldTimer timer;
+    int changed = 0;
     for (std::size_t row = different.nextRow(1); row <= static_cast<std::size_t>(work.common) && row < different.rows();
          row = different.nextRow(row + 1)) {
-        writeRecord(from, static_cast<int>(row), static_cast<int>(row), [&](int record, int field) {
+        const int written = writeRecord(from, static_cast<int>(row), static_cast<int>(row), [&](int record, int field) {
             return different.at(row, static_cast<std::size_t>(field)) && (!takes || takes(record, field));
         });
+        changed += written > 0 ? 1 : 0;
         timer.yieldIfDue();
     }
     for (int record = work.common + work.removed; record > work.common; --record) {
@@ -317,6 +349,7 @@ void CarryCommands::write(int from, const Work &work, const Takes &takes) {
         timer.yieldIfDue();
     }
     changes.commit();
+    return changed;
 }
 
 } // namespace qir

@@ -65,8 +65,9 @@ private:
     void addRecord(int from, int row, const Takes &takes);
     bool carryWholeTable(int from);
     Work workFor(int from) const;
-    void write(int from, const Work &work, const Takes &takes);
-    void writeRecord(int from, int source, int target, const Takes &takes);
+    int write(int from, const Work &work, const Takes &takes);
+    static QString otherFieldsWords();
+    int writeRecord(int from, int source, int target, const Takes &takes);
 
     EditorContext &m_editor;
     CellDifferences &m_differences;

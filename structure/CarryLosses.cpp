@@ -1,13 +1,10 @@
 #include "structure/CarryLosses.h"
 
-#include "base/LeadingNumber.h"
+#include "db/StoredText.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <limits>
 
 namespace qir {
 
@@ -16,31 +13,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int longestExample = 60; // characters of a value that is named
-
-template<typename Integer>
-bool fits(double number) {
-    return number >= double{std::numeric_limits<Integer>::min()} &&
-           number <= double{std::numeric_limits<Integer>::max()} && std::trunc(number) == number;
-}
-
-bool holds(FieldType type, double number) {
-    switch (type) {
-    case FieldType::Bool:
-        return number == 0.0 || number == 1.0;
-    case FieldType::Byte:
-        return fits<std::uint8_t>(number);
-    case FieldType::Int:
-        return fits<std::int16_t>(number);
-    case FieldType::Long:
-        return fits<std::int32_t>(number);
-    default:
-        return true;
-    }
-}
-
-qsizetype codePoints(const QString &text) {
-    return std::ranges::count_if(text, [](QChar unit) { return !unit.isLowSurrogate(); });
-}
 
 QString shapeWords(const FieldShape &shape) {
     const QString name = DBTypeName(static_cast<int>(shape.type));
@@ -59,13 +31,8 @@ QString fieldShapesWords(const QString &name, const FieldShape &left, const Fiel
         .arg(name, shapeWords(left), shapeWords(right));
 }
 
-bool survives(const QString &text, const FieldShape &from, const FieldShape &to) {
-    if (to.type == FieldType::Text)
-        return codePoints(text) <= to.size;
-    if (from.type != FieldType::Text)
-        return holds(to.type, leadingNumber(text));
-    const std::optional<double> number = wholeNumber(text);
-    return number && holds(to.type, *number);
+bool survives(const QString &text, const FieldShape &to) {
+    return storedText(static_cast<int>(to.type), to.size, text) == text;
 }
 
 CarryLosses::CarryLosses(EditorContext &editor, int from, const GridRange &cells)
@@ -99,17 +66,17 @@ void CarryLosses::countLost(const GridRange &cells) {
             if (!m_editor.Tabella(m_from).shows(row, field.column))
                 continue;
             const QString text = texts.at(field.column, row);
-            if (survives(text, field.from, field.to) || m_lost++ > 0)
+            if (survives(text, field.to) || m_lost++ > 0)
                 continue;
             const QString shown = text.size() > longestExample ? text.left(longestExample) + u'…' : text;
-            m_firstLost = tr("'%1' in record %2, field '%3'").arg(shown).arg(row).arg(field.name);
+            m_firstLost = tr("'%1' in record %2, field '%3'").arg(shown, QString::number(row), field.name);
         }
     }
 }
 
 bool CarryLosses::loses(int row, int column) const {
     const auto field = std::ranges::find(m_fields, column, &Field::column);
-    return field != m_fields.end() && !survives(m_editor.TestiCelle(m_from).at(column, row), field->from, field->to);
+    return field != m_fields.end() && !survives(m_editor.TestiCelle(m_from).at(column, row), field->to);
 }
 
 QString CarryLosses::fieldWords(const Field &field) const {
@@ -126,7 +93,8 @@ QString CarryLosses::words() const {
     if (m_lost == 1)
         lines.append(tr("One value would not stay what it is: %1.").arg(m_firstLost));
     else if (m_lost > 1)
-        lines.append(tr("%1 values would not stay what they are, the first is %2.").arg(m_lost).arg(m_firstLost));
+        lines.append(
+            tr("%1 values would not stay what they are, the first is %2.").arg(QString::number(m_lost), m_firstLost));
     return lines.join(u'\n');
 }
 

@@ -20,8 +20,8 @@ FieldShape shapeOf(const QirDatabase &database, int field);
 /// What is said of a field whose shape is not the same on both sides.
 QString fieldShapesWords(const QString &name, const FieldShape &left, const FieldShape &right);
 
-/// Whether a text of one field is the same value in another.
-bool survives(const QString &text, const FieldShape &from, const FieldShape &to);
+/// Whether a text is what a field would give back for it.
+bool survives(const QString &text, const FieldShape &to);
 
 /// What is to be told before cells go to the same place on the other side: fields of another type or size, and values
 /// that these would not hold.

@@ -64,9 +64,10 @@ KeyedCarry::Work KeyedCarry::workFor(const CarriedChanges &carried) {
             work.fields.append(fieldShapesWords(name, left, right));
         const int record = recordOn(change, 1 - to);
         const QString text = m_editor.TestiCelle(1 - to).at(fieldOn(change.field, 1 - to), record);
-        const bool stays = survives(text, from, target);
+        const bool stays = survives(text, target);
         if (!stays && work.lost++ == 0)
-            work.firstLost = tr("'%1' in record %2, field '%3'").arg(text.left(longestExample)).arg(record).arg(name);
+            work.firstLost =
+                tr("'%1' in record %2, field '%3'").arg(text.left(longestExample), QString::number(record), name);
         return Work::Value{change, stays};
     };
     for (const CarriedChange &change : carried.changes) {

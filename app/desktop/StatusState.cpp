@@ -1,6 +1,7 @@
 #include "app/desktop/StatusState.h"
 
 #include "compare/DifferingTables.h"
+#include "compare/engine/TableComparison.h"
 #include "db/FieldTypes.h"
 #include "db/StoredText.h"
 #include "pane/StatusLine.h"
@@ -198,7 +199,10 @@ QString StatusState::records() const {
     const int right = m_editor.Tabella(1).Rows() - 1;
     if ((left == 0) != (right == 0))
         return tr("%1 and %2 records").arg(left).arg(right);
-    const qulonglong cells = m_editor.Tabella(0).Visible() ? m_editor.CelleDiverse().count() : 0;
+    const qulonglong cells = m_editor.Tabella(0).Visible()
+                                 ? cellsOfEither(m_editor.CelleDiverse(), {left, right, m_editor.Tabella(0).Cols() - 1,
+                                                                           m_editor.Tabella(1).Cols() - 1})
+                                 : 0;
     if (cells == 0)
         return {};
     return cells == 1 ? tr("1 cell here") : tr("%1 cells here").arg(cells);

@@ -4,6 +4,7 @@
 #include "compare/engine/ValueEquality.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 namespace qir {
@@ -129,6 +130,17 @@ BitMatrix differingCells(const QirDatabase &left, const QirDatabase &right, cons
     compareCurrentTables(left, right, sizes.commonRecords(), sizes.commonFields(), matrix, step);
     markOneSided(matrix, sizes.commonRecords(), sizes.commonFields());
     return matrix;
+}
+
+std::size_t cellsOfEither(const BitMatrix &different, const TableSizes &sizes) {
+    const auto record = static_cast<std::size_t>(sizes.mostRecords());
+    const auto field = static_cast<std::size_t>(sizes.mostFields());
+    const int records = sizes.leftRecords - sizes.rightRecords;
+    const int fields = sizes.leftFields - sizes.rightFields;
+    const bool isCorner = (records > 0 && fields < 0) || (records < 0 && fields > 0);
+    if (!isCorner || record >= different.rows() || field >= different.columns() || !different.at(record, field))
+        return different.count();
+    return different.count() - static_cast<std::size_t>(std::abs(records)) * static_cast<std::size_t>(std::abs(fields));
 }
 
 } // namespace qir

@@ -53,4 +53,8 @@ void markOneSided(BitMatrix &matrix, int commonRecords, int commonFields);
 /// included. Row and column 0 are never set; count() is the number of differing cells.
 BitMatrix differingCells(const QirDatabase &left, const QirDatabase &right, const ComparisonStep &step = {});
 
+/// How many flags of such a matrix stand for a cell of a table: where one side has more records and the other more
+/// fields, the corner beyond both may be set as well.
+std::size_t cellsOfEither(const BitMatrix &different, const TableSizes &sizes);
+
 } // namespace qir

@@ -1,5 +1,6 @@
 #include "compare/keyed/KeyedCommands.h"
 
+#include "base/UndoOnError.h"
 #include "platform/controls/BesideWindow.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
@@ -25,6 +26,11 @@ KeyedCommands::KeyedCommands(EditorContext &editor, KeyedActions actions)
     m_due.setSingleShot(true);
     m_due.setInterval(pauseBeforeComparing);
     connect(&m_due, &QTimer::timeout, this, [this] {
+        const MessageLoop *loop = MessageLoop::instance();
+        if (loop != nullptr && loop->commandRunning()) {
+            m_due.start(); // current tables and records are that command's
+            return;
+        }
         runCommand([this] {
             if (windowOpen() && !m_window->isComparing())
                 refresh();
@@ -76,14 +82,16 @@ void KeyedCommands::refresh() {
         m_window->showNothing(tr("Select a table that both databases have."));
         return;
     }
+    // What cannot be read now is not read again before something has changed.
+    m_table = m_editor.pane(0).TabellaMostrata();
+    m_revisions = revisions();
+    const UndoOnError stale([this] { m_window->setStale(); });
     std::array<std::shared_ptr<TableSnapshot>, 2> tables;
     for (const int number : {0, 1}) {
         Pane &pane = m_editor.pane(number);
         pane.makeShownTableCurrent();
         tables[static_cast<std::size_t>(number)] = std::make_shared<TableSnapshot>(pane.OggettoDtb());
     }
-    m_table = m_editor.pane(0).TabellaMostrata();
-    m_revisions = revisions();
     m_window->showTables(m_table, tables[0], tables[1], m_actions.rememberedKey(m_table));
 }
 

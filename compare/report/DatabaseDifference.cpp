@@ -252,15 +252,7 @@ std::vector<FieldDefinition> currentFields(const QirDatabase &database) {
 std::size_t TableDifference::cellCount() const {
     if (keyed)
         return keyed->cellCount();
-    // Where one side has more records and the other more fields, the corner beyond both may be set as well.
-    const auto corner =
-        cells.at(static_cast<std::size_t>(sizes.mostRecords()), static_cast<std::size_t>(sizes.mostFields()));
-    const int records = sizes.leftRecords - sizes.rightRecords;
-    const int fields = sizes.leftFields - sizes.rightFields;
-    const bool hasCorner = corner && ((records > 0 && fields < 0) || (records < 0 && fields > 0));
-    const auto cornerSize =
-        hasCorner ? static_cast<std::size_t>(std::abs(records)) * static_cast<std::size_t>(std::abs(fields)) : 0;
-    return cells.count() - cornerSize;
+    return cellsOfEither(cells, sizes);
 }
 
 DatabaseDifference compareDatabases(const QirDatabase &left, const QirDatabase &right, const ComparisonChoice &choice,

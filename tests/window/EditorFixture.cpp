@@ -1,6 +1,7 @@
 #include "tests/window/EditorFixture.h"
 
 #include "base/Collation.h"
+#include "compare/engine/TableComparison.h"
 #include "db/AssegnaARecordset.h"
 #include "tests/support/Hands.h"
 namespace qir::test {
@@ -92,7 +93,8 @@ QString statusProblems(const DtbEditor &window, EditorContext &editor) {
         problems += u"the status line says '%1' with changed %2; "_s.arg(right.join(u'|')).arg(changed);
     std::size_t cells = 0;
     if (editor.gridsShowSameTable() && editor.Tabella(0).Visible() && editor.Tabella(1).Visible())
-        cells = editor.CelleDiverse().count();
+        cells = cellsOfEither(editor.CelleDiverse(), {editor.Tabella(0).Rows() - 1, editor.Tabella(1).Rows() - 1,
+                                                      editor.Tabella(0).Cols() - 1, editor.Tabella(1).Cols() - 1});
     const QString cellsText = cells == 1 ? words("1 cell here") : words("%1 cells here").arg(cells);
     if ((cells > 0) != right.last().endsWith(words("1 cell here").section(u' ', -1)) ||
         (cells > 0 && right.last() != cellsText))

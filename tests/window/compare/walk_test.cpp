@@ -79,7 +79,7 @@ private Q_SLOTS:
         QCOMPARE(left(fixture), u"Trend, record 2 of 2, Name: text"_s);
         hands::key(&fixture.grid(0), Qt::Key_Return);
         hands::type(&fixture.cellEditor(0), u"x"_s);
-        QCOMPARE(left(fixture), u"Trend, record 2 of 2, Name: text, x"_s);
+        QCOMPARE(left(fixture), u"Trend, record 2 of 2, Name: text, x, 1 of 20 characters"_s);
         QCOMPARE(right(fixture), u"changed"_s);
         fixture.database(0).setDtbHasChanged(false);
         fixture.choose(Command::CloseDatabaseMenu);
