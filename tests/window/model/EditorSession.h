@@ -78,6 +78,7 @@ private:
     void sortByColumn(int pane, int column);
 
     bool isStop(int line) const;
+    bool linedUp() const;
     void walk(bool forward);
     void carryCells(const std::array<unsigned, 6> &picks);
     void carryRecord(int from, unsigned rowPick, unsigned columnPick);

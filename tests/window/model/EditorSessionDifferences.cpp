@@ -54,6 +54,16 @@ bool EditorSession::isStop(int line) const {
     return left.number == 0 || right.number == 0 || left.text.endsWith(u" !"_s);
 }
 
+/// Both lists have the same tables in the same lines: after adding or renaming one they may not.
+bool EditorSession::linedUp() const {
+    const ModelPane &left = m_model.pane(0);
+    const ModelPane &right = m_model.pane(1);
+    bool same = left.lineCount() == right.lineCount();
+    for (int line = 0; same && line < left.lineCount(); ++line)
+        same = nameKey(left.line(line).text) == nameKey(right.line(line).text);
+    return same;
+}
+
 void EditorSession::walk(bool forward) {
     const bool known = m_model.sameTableShown();
     const int row = std::max(m_fixture->grid(0).Row(), m_fixture->grid(1).Row());
@@ -78,7 +88,7 @@ void EditorSession::walk(bool forward) {
             fail(u"the walk is not at (%1, %2)"_s.arg(wanted->first).arg(wanted->second));
         return;
     }
-    if (m_model.pane(0).lineCount() != m_model.pane(1).lineCount()) {
+    if (!linedUp()) {
         if (now != line)
             fail(u"the walk went on in lists that are not lined up"_s);
         return;
