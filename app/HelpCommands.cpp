@@ -43,8 +43,10 @@ void HelpKeysMenu_Click(EditorContext &editor) {
 void AboutMenu_Click(EditorContext &editor) {
     const QString text = applicationTitle() + u' ' + QStringLiteral(QIR_VERSION) + u"\n\n"_s +
                          QObject::tr("Edits and compares small typed table databases.\nMIT license.") + u"\n\n"_s +
-                         QObject::tr("Qt %1. Help > Keys (F1) opens the guide.").arg(QLatin1StringView(qVersion()));
-    messageBox(editor.controls.window, text, QObject::tr("About %1").arg(applicationTitle()));
+                         QObject::tr("Qt %1. Help > Guide (F1) opens the guide.").arg(QLatin1StringView(qVersion()));
+    if (messageBoxOffering(editor.controls.window, text, QObject::tr("About %1").arg(applicationTitle()),
+                           QObject::tr("User &Guide")))
+        shownGuide(editor).showStart();
 }
 
 } // namespace qir

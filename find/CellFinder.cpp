@@ -40,13 +40,9 @@ CellFinder::CellFinder(EditorContext &editor)
 }
 
 void CellFinder::connectGrid(int pane) {
-    const QAbstractItemModel *model = m_editor.Tabella(pane).model();
-    connect(model, &QAbstractItemModel::modelReset, this, [this, pane] { tableChanged(pane); });
-    connect(model, &QAbstractItemModel::dataChanged, this,
-            [this, pane](const QModelIndex &first, const QModelIndex &last, const QList<int> &roles) {
-                if (roles.isEmpty() || roles.contains(Qt::DisplayRole))
-                    cellsChanged(pane, {first.row() + 1, first.column() + 1, last.row() + 1, last.column() + 1});
-            });
+    const Grid &grid = m_editor.Tabella(pane);
+    connect(grid.model(), &QAbstractItemModel::modelReset, this, [this, pane] { tableChanged(pane); });
+    connect(&grid, &Grid::TextsChanged, this, [this, pane](const GridRange &cells) { cellsChanged(pane, cells); });
 }
 
 void CellFinder::start(const CellSearch &search, SearchScope scope) {

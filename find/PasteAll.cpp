@@ -1,6 +1,7 @@
 #include "find/PasteAll.h"
 
 #include "base/UndoOnError.h"
+#include "pane/OnlyDifferencesShown.h"
 #include "pane/StoredMarks.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
@@ -25,6 +26,8 @@ void PasteAll::PasteAllMenu_Click() {
     const int pane = m_editor.IndexAttivo();
     const std::optional<CellTexts> block = clipboardCells();
     if (!block || block->records() == 0 || !showsFields(m_editor, pane))
+        return;
+    if (refusedOnlyDifferences(m_editor, pane))
         return;
     m_editor.pane(pane).requireWhole();
     const int last = recordCells(m_editor.Tabella(pane)).firstRow + block->records() - 1;

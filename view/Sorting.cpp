@@ -1,6 +1,7 @@
 #include "view/Sorting.h"
 
 #include "base/UndoOnError.h"
+#include "pane/OnlyDifferencesShown.h"
 #include "platform/cells/RecordOrder.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
@@ -18,6 +19,8 @@ void Sorting::addCommands() {
 void Sorting::SortFPOP_Click() {
     const int pane = m_editor.IndexOrigine();
     if (!m_editor.DtbAperto(pane) || !m_editor.pane(pane).realTableSelected())
+        return;
+    if (refusedOnlyDifferences(m_editor, pane))
         return;
     m_editor.pane(pane).requireWhole();
     m_editor.endEdit();

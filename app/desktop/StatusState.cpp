@@ -95,9 +95,12 @@ QString StatusState::tableAndRecord(int pane) const {
     const Grid &grid = m_editor.Tabella(pane);
     if (!m_editor.pane(pane).realTableSelected())
         return joined({table, tr("missing here")});
+    const QString shown = grid.showsAll()             ? QString()
+                          : grid.shownRowCount() == 0 ? tr("no differences to show")
+                                                      : tr("%1 shown").arg(grid.shownRowCount());
     if (!grid.Visible() || grid.Row() < 1)
-        return table;
-    return joined({table, tr("record %1 of %2").arg(grid.RowData(grid.Row())).arg(grid.Rows() - 1)});
+        return joined({table, shown});
+    return joined({table, tr("record %1 of %2").arg(grid.RowData(grid.Row())).arg(grid.Rows() - 1), shown});
 }
 
 QString StatusState::cell(int pane) {

@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto keysPage = "keys"_L1; // what the guide calls its page on keys
-constexpr int contentsColumns = 34;  // sizes in characters
+constexpr int contentsColumns = 40;  // sizes in characters
 constexpr int textColumns = 86;
 constexpr int lines = 40;
 
@@ -149,6 +149,10 @@ void GuideWindow::showPlace(const QWidget *control) {
         return;
     m_contents->setCurrentItem(section->line);
     goTo(*section);
+}
+
+void GuideWindow::showStart() {
+    m_text->moveCursor(QTextCursor::Start);
 }
 
 void GuideWindow::goTo(const Section &section) {

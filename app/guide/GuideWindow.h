@@ -21,6 +21,7 @@ class GuideWindow : public QDialog {
 public:
     explicit GuideWindow(QWidget *parent);
 
+    void showStart();
     /// Scrolls to the section that tells of a control or of what it is in; to the page on keys when none does.
     void showPlace(const QWidget *control);
 

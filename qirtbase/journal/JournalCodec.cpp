@@ -8,6 +8,7 @@
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/DatabaseError.h"
 
+#include <algorithm>
 #include <cmath>
 #include <exception>
 #include <memory>
@@ -486,10 +487,16 @@ bool JournalReplay::applyImages(QByteArrayView images) {
     for (const auto &[index, table] : tables)
         if (m_database.findTable(table->name().text).value_or(index) != index)
             return false;
-    for (auto &[index, table] : tables)
+    // An image holds all values of a table: those that are there already are not kept twice, as in the session itself.
+    for (auto &[index, table] : tables) {
+        table->shareWith(m_database.table(index));
         m_database.replaceTable(index, std::move(table));
-    if (whole)
+    }
+    if (whole) {
+        for (std::size_t i = 0; i < std::min(whole->tableCount(), m_database.tableCount()); ++i)
+            whole->table(i).shareWith(m_database.table(i));
         m_database.replaceTables(std::move(*whole));
+    }
     return true;
 }
 

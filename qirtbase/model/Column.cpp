@@ -356,4 +356,12 @@ void Column::truncate(std::size_t records) {
     lengthen(last, -static_cast<std::ptrdiff_t>(surplus));
 }
 
+void Column::shareWith(const Column &other) {
+    if (type() != other.type())
+        return;
+    for (std::size_t i = 0; i < std::min(chunkCount(), other.chunkCount()) && startOf(i) == other.startOf(i); ++i)
+        if (chunk(i).values() == other.chunk(i).values() && chunk(i).bytes() == other.chunk(i).bytes())
+            change(i) = ColumnChunk(other.chunk(i));
+}
+
 } // namespace qir

@@ -48,6 +48,8 @@ public:
     std::size_t textBytes() const;
     /// Bytes of memory held, shared or not.
     std::size_t memory() const;
+    /// Goes on with the memory of those chunks of another column that hold the same values in the same places.
+    void shareWith(const Column &other);
     /// The chunks in their order, one at least.
     std::size_t chunkCount() const { return m_many ? m_many->chunks.size() : 1; }
     const ColumnChunk &chunk(std::size_t index) const { return m_many ? m_many->chunks[index] : m_only; }

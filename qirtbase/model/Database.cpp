@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -268,11 +269,10 @@ void Database::addRecords(Table &table, std::size_t count) {
 
 void Database::removeRecord(Table &table, std::size_t record) {
     SingleChange single(m_undo);
-    if (m_undo.keeps(table)) {
-        m_undo.makeRoom();
-        m_undo.add(undo::RecordRemoved{&table, record, table.record(record)});
-    }
+    std::optional<undo::Entry> removal = m_undo.removal(table, record);
     table.removeRecord(record);
+    if (removal)
+        m_undo.add(std::move(*removal));
     single.made();
     tell(table, {.kind = ChangeKind::RemoveRecord, .table = &table, .record = record});
 }

@@ -81,6 +81,11 @@ void Table::appendRecords(std::size_t count) {
     m_records += count;
 }
 
+void Table::shareWith(const Table &other) {
+    for (std::size_t field = 0; field < std::min(fieldCount(), other.fieldCount()); ++field)
+        m_fields[field].column.shareWith(other.m_fields[field].column);
+}
+
 void Table::dropRecords(std::size_t count) {
     m_records -= count;
     for (Field &field : m_fields)

@@ -61,6 +61,8 @@ public:
     const Field &field(std::size_t index) const { return m_fields[index]; }
     const std::vector<Field> &fields() const { return m_fields; }
     std::optional<std::size_t> findField(const QString &key) const;
+    /// Goes on with the memory of another table where that holds the same values in the same fields.
+    void shareWith(const Table &other);
     /// Bytes of memory that the values take.
     std::size_t memory() const;
     /// Stands for fields and records as they are now: no other table, and no other state of this one, has the number.

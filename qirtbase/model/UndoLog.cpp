@@ -123,21 +123,38 @@ void UndoLog::add(undo::Entry entry) {
 }
 
 void UndoLog::keepCell(Table &table, std::size_t field, std::size_t record) {
-    if (!isOpen())
+    if (!logs(table))
         return;
-    Coverage *kept = m_isSingle ? nullptr : &coverage(table);
-    if (kept && kept->whole)
-        return;
-    if (kept && outweighs(*kept)) {
-        m_entries.emplace_back(undo::TableImage{&table, std::make_unique<Table>(table)});
-        kept->whole = true;
-        return;
-    }
     undo::Entry entry = undo::CellChanged{&table, static_cast<std::uint32_t>(record), static_cast<std::uint16_t>(field),
                                           table.field(field).column.value(record)};
-    if (kept)
-        kept->bytes += undo::costOf(entry);
+    count(table, entry);
     m_entries.push_back(std::move(entry));
+}
+
+bool UndoLog::logs(Table &table) {
+    if (!isOpen() || m_isSingle)
+        return isOpen();
+    Coverage &kept = coverage(table);
+    if (!kept.whole && outweighs(kept)) {
+        m_entries.emplace_back(undo::TableImage{&table, std::make_unique<Table>(table)});
+        kept.whole = true;
+    }
+    return !kept.whole;
+}
+
+/// What its changes take, against the table itself.
+void UndoLog::count(const Table &table, const undo::Entry &entry) {
+    if (!m_isSingle)
+        coverage(table).bytes += undo::costOf(entry);
+}
+
+std::optional<undo::Entry> UndoLog::removal(Table &table, std::size_t record) {
+    if (!logs(table))
+        return std::nullopt;
+    makeRoom();
+    std::optional<undo::Entry> entry = undo::RecordRemoved{&table, record, table.record(record)};
+    count(table, *entry);
+    return entry;
 }
 
 void UndoLog::keepTable(Table &table) {

@@ -48,6 +48,9 @@ public:
     void add(undo::Entry entry);
     /// Keeps the value of a cell that is about to change, or the whole table.
     void keepCell(Table &table, std::size_t field, std::size_t record);
+    /// What takes the removal of a record back, to be added once that is done, which needs no more memory then; nothing
+    /// where the table is kept whole.
+    std::optional<undo::Entry> removal(Table &table, std::size_t record);
     /// Keeps the whole table, whose values are shared until they change.
     void keepTable(Table &table);
     /// All that the innermost group has done to a table is to bring its records into this order: it is kept in place of
@@ -74,6 +77,8 @@ private:
     void takeOver(const Group &inner) noexcept;
     Coverage &coverage(const Table &table);
     bool outweighs(Coverage &kept) const;
+    bool logs(Table &table);
+    void count(const Table &table, const undo::Entry &entry);
     void prepareStep();
     void finish();
 

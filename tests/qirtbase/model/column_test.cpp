@@ -89,6 +89,24 @@ private:
     std::vector<QString> m_values;
 };
 
+TEST(Column, GoesOnWithTheMemoryOfOneThatHoldsTheSame) {
+    for (const auto &make : {longs, texts}) {
+        const Column kept = make(3 * chunk);
+        Column image = make(3 * chunk);
+        if (image.isText())
+            image.set(chunk + 1, u"another"_s);
+        else
+            image.set(chunk + 1, 7.0);
+        image.shareWith(kept);
+        EXPECT_EQ(image.chunk(0).values().constData(), kept.chunk(0).values().constData());
+        EXPECT_NE(image.chunk(1).values().constData(), kept.chunk(1).values().constData());
+        EXPECT_EQ(image.chunk(2).values().constData(), kept.chunk(2).values().constData());
+        EXPECT_NE(image.value(chunk + 1), kept.value(chunk + 1));
+        image.shareWith(Column(ColumnType::Date, 3 * chunk)); // of another type: nothing happens
+        EXPECT_EQ(image.chunk(0).values().constData(), kept.chunk(0).values().constData());
+    }
+}
+
 TEST(Column, ABlockOfAWholeChunkIsTheColumnsOwnMemory) {
     for (const Column &column : {longs(3 * chunk), texts(3 * chunk)}) {
         const ColumnBlock block = column.block(chunk, 5 * chunk);

@@ -143,6 +143,20 @@ TEST_F(Steps, AThousandEditsHoldLessThanHalfAMegabyte) {
     EXPECT_LT(history().bytes(), 512U * 1024);
 }
 
+TEST_F(Steps, ManyRemovalsHoldNoMoreThanTheTable) {
+    const QByteArray before = encodeBody(database);
+    database.beginStep(u"Removing"_s, {});
+    while (table().recordCount() > 1)
+        database.removeRecord(table(), table().recordCount() / 2);
+    database.endGroup();
+    const std::size_t whole = static_cast<std::size_t>(before.size()) * 3; // two columns of 12 bytes a record
+    EXPECT_LT(history().bytes(), whole);
+    database.undoStep();
+    EXPECT_EQ(encodeBody(database), before);
+    database.redoStep();
+    EXPECT_EQ(table().recordCount(), 1U);
+}
+
 TEST_F(Steps, ThePlaceOfAChangeIsTold) {
     rewrite(1);
     database.setNumber(table(), 1, 7, 3);

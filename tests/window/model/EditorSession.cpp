@@ -95,6 +95,8 @@ void EditorSession::startEditor(std::optional<int> file) {
     m_fixture.reset(); // one window at a time
     const QString commandLine = file ? path(*file) : QString();
     m_fixture = std::make_unique<EditorFixture>(commandLine);
+    for (const QString &window : {u"differencesSummary"_s, u"differencesByKey"_s})
+        m_fixture->dialogs().allow(window);
     m_model.start(file, commandLine);
 }
 
@@ -186,6 +188,13 @@ void EditorSession::take(const Step &step) {
     case Step::CloneSize:
     case Step::CloneArea:
         return takeRecordStep(step);
+    case Step::Walk:
+    case Step::CarryCells:
+    case Step::CarryRecord:
+    case Step::CarryTable:
+    case Step::LookAtDifferences:
+    case Step::LookAtWindows:
+        return takeDifferenceStep(step);
     default:
         return takeCellStep(step);
     }

@@ -42,6 +42,7 @@ private:
     void takeRecordStep(const Step &step);
     void takeCellStep(const Step &step);
     void takeHistoryStep(const Step &step);
+    void takeDifferenceStep(const Step &step);
 
     void selectLine(int pane, int line);
     void selectByKey(bool down);
@@ -75,6 +76,14 @@ private:
     void paste(int pane, const GridSelection &block);
     void fillDown(int pane, const GridSelection &block);
     void sortByColumn(int pane, int column);
+
+    bool isStop(int line) const;
+    void walk(bool forward);
+    void carryCells(const std::array<unsigned, 6> &picks);
+    void carryRecord(int from, unsigned rowPick, unsigned columnPick);
+    void carryTable(bool yes);
+    void lookAtDifferences();
+    void lookAtWindows(bool summary);
 
     void open(int file, bool cancel);
     void saveAs(int file);

@@ -111,6 +111,17 @@ private Q_SLOTS:
             return missing + pressButton(dialog, u"OK"_s);
         });
         fixture.choose(Command::AboutMenu);
+        QVERIFY(fixture.window().findChild<QTextBrowser *>(u"GuideText"_s) == nullptr);
+    }
+
+    void aboutLeadsToTheGuide() {
+        EditorFixture fixture;
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"User Guide"_s); });
+        fixture.dialogs().allow(u"Guide"_s);
+        fixture.choose(Command::AboutMenu);
+        const auto *text = fixture.window().findChild<QTextBrowser *>(u"GuideText"_s);
+        QVERIFY(text != nullptr && text->isVisible());
+        QCOMPARE(text->textCursor().position(), 0);
     }
 };
 
