@@ -20,32 +20,61 @@ std::vector<ColumnBlock> blocksOf(const Column &column) {
     return blocks;
 }
 
-/// Each value's bytes, in the memory of the blocks.
-std::vector<QByteArrayView> bytesOfValues(const std::vector<ColumnBlock> &blocks) {
-    std::vector<QByteArrayView> all;
-    for (const ColumnBlock &block : blocks) {
-        const auto size = qsizetype{1} << valueShift(block.type());
-        for (qsizetype i = 0; i < block.count(); ++i)
-            all.push_back(block.isText() ? block.textBytes(i)
-                                         : QByteArrayView(block.values().constData() + i * size, size));
-    }
-    return all;
-}
-
 bool areEqual(QByteArrayView left, QByteArrayView right) {
     return left.size() == right.size() &&
            (left.isEmpty() || std::memcmp(left.data(), right.data(), static_cast<std::size_t>(left.size())) == 0);
 }
 
-bool isReordered(const Column &now, const Column &before, std::span<const std::uint32_t> order) {
-    const std::vector<ColumnBlock> blocks = blocksOf(before);
-    const std::vector<QByteArrayView> values = bytesOfValues(blocks);
-    std::size_t at = 0;
-    for (const ColumnBlock &block : blocksOf(now))
-        for (const QByteArrayView value : bytesOfValues({block}))
-            if (!areEqual(value, values[order[at++]]))
+/// Numbers are compared bit for bit, as numbers without sign.
+template<class Number>
+bool areReordered(std::span<const ColumnBlock> now, std::span<const ColumnBlock> before,
+                  std::span<const std::uint32_t> order) {
+    QByteArray all; // in one piece: each value is then found without a search
+    for (const ColumnBlock &block : before)
+        all.append(block.values());
+    const auto at = [](const QByteArray &values, std::size_t index) {
+        Number number{};
+        std::memcpy(&number, values.constData() + index * sizeof number, sizeof number);
+        return number;
+    };
+    std::size_t record = 0;
+    for (const ColumnBlock &block : now)
+        for (std::size_t i = 0; i < static_cast<std::size_t>(block.count()); ++i)
+            if (at(block.values(), i) != at(all, order[record++]))
                 return false;
     return true;
+}
+
+bool areTextsReordered(std::span<const ColumnBlock> now, std::span<const ColumnBlock> before,
+                       std::span<const std::uint32_t> order) {
+    std::vector<QByteArrayView> all;
+    all.reserve(order.size());
+    for (const ColumnBlock &block : before)
+        for (qsizetype i = 0; i < block.count(); ++i)
+            all.push_back(block.textBytes(i));
+    std::size_t record = 0;
+    for (const ColumnBlock &block : now)
+        for (qsizetype i = 0; i < block.count(); ++i)
+            if (!areEqual(block.textBytes(i), all[order[record++]]))
+                return false;
+    return true;
+}
+
+bool isReordered(const Column &now, const Column &before, std::span<const std::uint32_t> order) {
+    const std::vector<ColumnBlock> left = blocksOf(now);
+    const std::vector<ColumnBlock> right = blocksOf(before);
+    if (now.isText())
+        return areTextsReordered(left, right, order);
+    switch (valueSize(now.type())) {
+    case 1:
+        return areReordered<std::uint8_t>(left, right, order);
+    case 2:
+        return areReordered<std::uint16_t>(left, right, order);
+    case 4:
+        return areReordered<std::uint32_t>(left, right, order);
+    default:
+        return areReordered<std::uint64_t>(left, right, order);
+    }
 }
 
 bool areSameFields(const Table &left, const Table &right) {

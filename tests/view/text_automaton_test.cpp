@@ -13,23 +13,21 @@ namespace qir {
 
 namespace {
 
-bool says(const QString &pattern, TextAutomaton::Options options, const QByteArray &text) {
-    const QRegularExpression expression(options.whole ? QRegularExpression::anchoredPattern(pattern) : pattern,
-                                        options.matchCase ? QRegularExpression::NoPatternOption
-                                                          : QRegularExpression::CaseInsensitiveOption);
-    return expression.match(QString::fromLatin1(text)).hasMatch();
-}
-
-void expectAlike(const QString &pattern, const QByteArray &text) {
+/// Both say the same of each text, where there is such a table of states.
+void expectAlike(const QString &pattern, const QByteArrayList &texts) {
     for (const bool matchCase : {false, true}) {
         for (const bool whole : {false, true}) {
-            const TextAutomaton::Options options{matchCase, whole};
-            const auto automaton = TextAutomaton::of(pattern, options);
+            const auto automaton = TextAutomaton::of(pattern, {matchCase, whole});
             if (!automaton)
-                continue;
-            ASSERT_EQ(automaton->hits(text.constData(), static_cast<std::size_t>(text.size())),
-                      says(pattern, options, text))
-                << qPrintable(pattern) << " in '" << text.constData() << "', case " << matchCase << ", whole " << whole;
+                return;
+            const QRegularExpression expression(whole ? QRegularExpression::anchoredPattern(pattern) : pattern,
+                                                matchCase ? QRegularExpression::NoPatternOption
+                                                          : QRegularExpression::CaseInsensitiveOption);
+            for (const QByteArray &text : texts)
+                ASSERT_EQ(automaton->hits(text.constData(), static_cast<std::size_t>(text.size())),
+                          expression.match(QString::fromLatin1(text)).hasMatch())
+                    << qPrintable(pattern) << " in '" << text.constData() << "', case " << matchCase << ", whole "
+                    << whole;
         }
     }
 }
@@ -82,8 +80,10 @@ TEST(TextAutomatonTest, SaysOfRandomPatternsAndTextsWhatARegularExpressionSays) 
         if (!QRegularExpression(pattern).isValid())
             continue;
         made += TextAutomaton::of(pattern, {}) ? 1 : 0;
+        QByteArrayList texts;
         for (int text = 0; text < 8; ++text)
-            expectAlike(pattern, patterns.text());
+            texts.append(patterns.text());
+        expectAlike(pattern, texts);
         if (HasFatalFailure())
             return;
     }
@@ -95,14 +95,13 @@ TEST(TextAutomatonTest, TakesEachByteOfAscii) {
         const QByteArray text(1, static_cast<char>(code));
         for (const QString &pattern : {u"."_s, u"\\w"_s, u"\\s"_s, u"\\D"_s, u"[^a-z]"_s, u"[!-~]"_s, u"k"_s, u"S"_s,
                                        QRegularExpression::escape(QString::fromLatin1(text))})
-            expectAlike(pattern, text);
+            expectAlike(pattern, {text});
     }
 }
 
 TEST(TextAutomatonTest, ALastLineFeedIsPassedOverByAnEnd) {
-    for (const char *text : {"a", "a\n", "a\n\n", "\n", ""})
-        for (const QString &pattern : {u"a$"_s, u"^a$"_s, u"^$"_s, u"$"_s, u"a*$"_s})
-            expectAlike(pattern, text);
+    for (const QString &pattern : {u"a$"_s, u"^a$"_s, u"^$"_s, u"$"_s, u"a*$"_s})
+        expectAlike(pattern, {"a", "a\n", "a\n\n", "\n", ""});
 }
 
 TEST(TextAutomatonTest, WhatItCannotTellIsLeftToOthers) {
