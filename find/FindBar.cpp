@@ -1,6 +1,7 @@
 #include "find/FindBar.h"
 
 #include "find/HitList.h"
+#include "platform/controls/RowsView.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -93,17 +94,9 @@ QAbstractButton *FindBar::addButton(QGridLayout &rows, int row, int column, cons
 QTableView *FindBar::makeHits() {
     auto *hits = new QTableView(this);
     hits->setObjectName(u"findHits"_s);
-    hits->setAccessibleName(tr("Cells found"));
-    hits->setSelectionBehavior(QAbstractItemView::SelectRows);
+    makeRowsView(*hits, tr("Cells found"));
     hits->setSelectionMode(QAbstractItemView::SingleSelection);
-    hits->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    hits->setTabKeyNavigation(false);
     hits->setShowGrid(false);
-    hits->setWordWrap(false);
-    hits->verticalHeader()->hide();
-    hits->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    hits->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
-    hits->horizontalHeader()->setStretchLastSection(true);
     hits->hide();
     connect(hits, &QAbstractItemView::activated, this, [this](const QModelIndex &hit) { Q_EMIT chosen(hit.row()); });
     return hits;

@@ -154,8 +154,8 @@ void FilesAtHand::openFile(const QString &path) {
 
 void FilesAtHand::openPair(const FilePair &pair) {
     m_opening.showTwoPanes();
-    m_opening.openFile(0, pair.left);
-    m_opening.openFile(1, pair.right);
+    if (m_opening.openFile(0, pair.left))
+        m_opening.openFile(1, pair.right);
     activatePane(m_editor, 0);
 }
 

@@ -35,7 +35,7 @@ constexpr Entry entries[] = {
     {Command::CompareAgainMenu, "view-refresh"},
     {Command::PreviousDifferenceMenu, "go-up"},
     {Command::NextDifferenceMenu, "go-down", true},
-    {Command::HelpKeysMenu, "help-contents"},
+    {Command::GuideMenu, "help-contents"},
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/cells/CellTexts.h"
+#include "platform/cells/ShownLines.h"
 #include "platform/grid/CellColours.h"
 #include "platform/grid/IdentityNumbers.h"
 #include "platform/grid/UnlikeCells.h"
@@ -14,6 +15,9 @@ namespace qir {
 
 /// The contents of a grid as Qt's item model: model cell (r - 1, k - 1) is grid cell (r, k), the header row is the
 /// horizontal header. All members but the model's own count rows and columns as the grid does.
+///
+/// While only some rows and columns are shown, they alone are the model's, one behind the other, and the vertical
+/// header tells their numbers; the grid has all of them still.
 class GridModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -32,6 +36,15 @@ public:
     void setShape(int rows, int columns);
     /// Takes a whole table; `headers` holds the text of column k at k - 1. Resets the model.
     void setTable(const QStringList &headers, CellTexts texts);
+
+    /// Whatever changes the shape, or brings another table, shows everything again.
+    const ShownLines &shownRows() const { return m_shownRows; }
+    const ShownLines &shownColumns() const { return m_shownColumns; }
+    bool showsAll() const { return m_shownRows.isAll() && m_shownColumns.isAll(); }
+    /// Resets the model.
+    void setShown(ShownLines rows, ShownLines columns);
+    /// The model's index of a grid cell; invalid for one that is not shown.
+    QModelIndex cellIndex(int row, int column) const;
 
     QString text(int row, int column) const;
     void setText(int row, int column, const QString &text);
@@ -70,14 +83,22 @@ public:
 
     void reorderRecords(const std::vector<std::uint32_t> &order);
 
+Q_SIGNALS:
+    /// Cells were given other texts, whether they are shown or not.
+    void textsChanged(const GridRange &cells);
+
 private:
     void notify(const GridRange &cells, const QList<int> &roles);
     QVariant rowHeaderData(int row, int role) const;
     QString spokenText(int row, int column) const;
     QString spokenDescription(int row, int column) const;
 
+    void showEverything();
+
     CellTexts m_texts;
     CellColours m_colours;
+    ShownLines m_shownRows;
+    ShownLines m_shownColumns;
     UnlikeCells m_unlike;
     StoredWords m_storedWords;
     QStringList m_headers; // text of column k at k - 1
