@@ -365,6 +365,64 @@ Geändert: %4, hinzugefügt: %5, entfernt: %6.</translation>
     </message>
 </context>
 <context>
+    <name>KeptVersions</name>
+    <message>
+        <source>Kept &amp;Versions...</source>
+        <translation>Aufbewahrte &amp;Versionen...</translation>
+    </message>
+    <message>
+        <source>Do you want to remove &apos;%1&apos; for good ?</source>
+        <translation>Soll &apos;%1&apos; endgültig entfernt werden?</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; could not be removed</source>
+        <translation>&apos;%1&apos; konnte nicht entfernt werden</translation>
+    </message>
+</context>
+<context>
+    <name>KeyedCarry</name>
+    <message>
+        <source>&apos;%1&apos; in record %2, field &apos;%3&apos;</source>
+        <translation>&apos;%1&apos; in Datensatz %2, Feld &apos;%3&apos;</translation>
+    </message>
+    <message>
+        <source>Make these changes on the left?</source>
+        <translation>Diese Änderungen links vornehmen?</translation>
+    </message>
+    <message>
+        <source>Make these changes on the right?</source>
+        <translation>Diese Änderungen rechts vornehmen?</translation>
+    </message>
+    <message>
+        <source>Values changed: %1, records added: %2, removed: %3.</source>
+        <translation>Werte geändert: %1, Datensätze hinzugefügt: %2, entfernt: %3.</translation>
+    </message>
+    <message>
+        <source>and %1 more.</source>
+        <translation>und %1 weitere.</translation>
+    </message>
+    <message>
+        <source>One value would not stay what it is: %1.</source>
+        <translation>Ein Wert bliebe nicht, was er ist: %1.</translation>
+    </message>
+    <message>
+        <source>%1 values would not stay what they are, the first is %2.</source>
+        <translation>%1 Werte blieben nicht, was sie sind, der erste ist %2.</translation>
+    </message>
+    <message>
+        <source>Carry these values too? With No they are left out.</source>
+        <translation>Auch diese Werte übertragen? Mit Nein werden sie ausgelassen.</translation>
+    </message>
+    <message>
+        <source>Values changed: %1, records added: %2, removed: %3</source>
+        <translation>Werte geändert: %1, Datensätze hinzugefügt: %2, entfernt: %3</translation>
+    </message>
+    <message>
+        <source>Changes by key carried to %1</source>
+        <translation>Änderungen nach Schlüssel nach %1 übertragen</translation>
+    </message>
+</context>
+<context>
     <name>ModeCommands</name>
     <message>
         <source>&amp;One Database</source>
@@ -381,6 +439,13 @@ Geändert: %4, hinzugefügt: %5, entfernt: %6.</translation>
     <message>
         <source>Other &amp;Pane</source>
         <translation>&amp;Andere Seite</translation>
+    </message>
+</context>
+<context>
+    <name>OnlyDifferences</name>
+    <message>
+        <source>Not while only differences are shown: turn off Mode &gt; Only Differences first</source>
+        <translation>Nicht, solange nur Unterschiede gezeigt werden: erst Modus &gt; Nur Unterschiede ausschalten</translation>
     </message>
 </context>
 <context>
@@ -415,6 +480,18 @@ Neu laden und sie verwerfen?</translation>
         <source>Input password</source>
         <translation>Kennwort eingeben</translation>
     </message>
+    <message>
+        <source>&apos;%1&apos; was not found.<byte value="xd"/>
+Take it off the recent files?</source>
+        <translation>&apos;%1&apos; wurde nicht gefunden.<byte value="xd"/>
+Aus den zuletzt geöffneten Dateien streichen?</translation>
+    </message>
+    <message>
+        <source>Database &apos;%1&apos; has changes that are not saved.<byte value="xd"/>
+Save them before another file takes its place?</source>
+        <translation>Die Datenbank &apos;%1&apos; hat nicht gespeicherte Änderungen.<byte value="xd"/>
+Speichern, bevor eine andere Datei ihren Platz einnimmt?</translation>
+    </message>
 </context>
 <context>
     <name>PasteAll</name>
@@ -433,6 +510,10 @@ Neu laden und sie verwerfen?</translation>
     <message>
         <source>Paste All</source>
         <translation>Alles einfügen</translation>
+    </message>
+    <message>
+        <source>Of the pasted values %1</source>
+        <translation>Von den eingefügten Werten %1</translation>
     </message>
 </context>
 <context>
@@ -552,10 +633,6 @@ Open one (Ctrl+O), or drop a file here.</source>
 MIT license.</source>
         <translation>Bearbeitet und vergleicht kleine Datenbanken aus typisierten Tabellen.
 MIT-Lizenz.</translation>
-    </message>
-    <message>
-        <source>Qt %1. Help &gt; Keys (F1) opens the guide.</source>
-        <translation>Qt %1. Hilfe &gt; Tasten (F1) öffnet das Handbuch.</translation>
     </message>
     <message>
         <source>About %1</source>
@@ -763,6 +840,14 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>Menus</source>
         <translation>Menüs</translation>
     </message>
+    <message>
+        <source>&amp;Guide</source>
+        <translation>&amp;Handbuch</translation>
+    </message>
+    <message>
+        <source>Qt %1. Help &gt; Guide (F1) opens the guide.</source>
+        <translation>Qt %1. Hilfe &gt; Handbuch (F1) öffnet das Handbuch.</translation>
+    </message>
 </context>
 <context>
     <name>RecordCommands</name>
@@ -893,6 +978,30 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>%1 cells here</source>
         <translation>%1 Zellen hier</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>no differences to show</source>
+        <translation>keine Unterschiede zu zeigen</translation>
+    </message>
+    <message>
+        <source>%1 shown</source>
+        <translation>%1 gezeigt</translation>
+    </message>
+    <message>
+        <source>stored: %1</source>
+        <translation>gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>0 or 1</source>
+        <translation>0 oder 1</translation>
+    </message>
+    <message>
+        <source>%1 of %2 characters</source>
+        <translation>%1 von %2 Zeichen</translation>
     </message>
 </context>
 <context>
@@ -1259,6 +1368,18 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>User guide</source>
         <translation>Benutzerhandbuch</translation>
     </message>
+    <message>
+        <source>Search the guide</source>
+        <translation>Im Handbuch suchen</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Contents of the guide</source>
+        <translation>Inhalt des Handbuchs</translation>
+    </message>
 </context>
 <context>
     <name>qir::HistoryWindow</name>
@@ -1323,6 +1444,77 @@ Sollen die Änderungen gespeichert werden?</translation>
     </message>
 </context>
 <context>
+    <name>qir::KeptWindow</name>
+    <message>
+        <source>Another program&apos;s version</source>
+        <translation>Version eines anderen Programms</translation>
+    </message>
+    <message>
+        <source>Could not be saved</source>
+        <translation>Konnte nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>Replaced by a restored one</source>
+        <translation>Durch eine wiederhergestellte ersetzt</translation>
+    </message>
+    <message>
+        <source>Changes not saved</source>
+        <translation>Nicht gespeicherte Änderungen</translation>
+    </message>
+    <message>
+        <source>A protected file</source>
+        <translation>Eine geschützte Datei</translation>
+    </message>
+    <message>
+        <source>No versions are kept.</source>
+        <translation>Es sind keine Versionen aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>Kept Versions</source>
+        <translation>Aufbewahrte Versionen</translation>
+    </message>
+    <message>
+        <source>Kept versions</source>
+        <translation>Aufbewahrte Versionen</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>What it is</source>
+        <translation>Was es ist</translation>
+    </message>
+    <message>
+        <source>Where it stands</source>
+        <translation>Wo es steht</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>&amp;Vergleichen</translation>
+    </message>
+    <message>
+        <source>Opens it in the other pane, beside the file as it is now</source>
+        <translation>Öffnet sie auf der anderen Seite, neben der Datei, wie sie jetzt ist</translation>
+    </message>
+    <message>
+        <source>&amp;Remove...</source>
+        <translation>&amp;Entfernen...</translation>
+    </message>
+    <message>
+        <source>yyyy-MM-dd HH:mm:ss</source>
+        <translation>yyyy-MM-dd HH:mm:ss</translation>
+    </message>
+</context>
+<context>
     <name>qir::KeyedChanges</name>
     <message>
         <source>Key</source>
@@ -1376,6 +1568,18 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>record %1</source>
         <translation>Datensatz %1</translation>
     </message>
+    <message>
+        <source>%1: %2 becomes %3, not %4</source>
+        <translation>%1: %2 wird %3, nicht %4</translation>
+    </message>
+    <message>
+        <source>%1: the record is removed</source>
+        <translation>%1: der Datensatz wird entfernt</translation>
+    </message>
+    <message>
+        <source>%1: the record is added</source>
+        <translation>%1: der Datensatz wird hinzugefügt</translation>
+    </message>
 </context>
 <context>
     <name>qir::KeyedCommands</name>
@@ -1386,6 +1590,41 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Select a table that both databases have.</source>
         <translation>Wählen Sie eine Tabelle, die beide Datenbanken haben.</translation>
+    </message>
+</context>
+<context>
+    <name>qir::KeyedOptions</name>
+    <message>
+        <source>Key fields</source>
+        <translation>Schlüsselfelder</translation>
+    </message>
+    <message>
+        <source>Fields that are not compared</source>
+        <translation>Felder, die nicht verglichen werden</translation>
+    </message>
+    <message>
+        <source>&amp;Not compared:</source>
+        <translation>&amp;Nicht verglichen:</translation>
+    </message>
+    <message>
+        <source>How far numbers may be apart</source>
+        <translation>Wie weit Zahlen auseinander liegen dürfen</translation>
+    </message>
+    <message>
+        <source>N&amp;umbers up to so far apart:</source>
+        <translation>&amp;Zahlen höchstens so weit auseinander:</translation>
+    </message>
+    <message>
+        <source>&amp;Case does not count</source>
+        <translation>&amp;Groß-/Kleinschreibung zählt nicht</translation>
+    </message>
+    <message>
+        <source>&amp;Blanks do not count</source>
+        <translation>&amp;Leerzeichen zählen nicht</translation>
+    </message>
+    <message>
+        <source>Key of %1:</source>
+        <translation>Schlüssel von %1:</translation>
     </message>
 </context>
 <context>
@@ -1401,10 +1640,6 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Compare &amp;Again</source>
         <translation>Erneut &amp;vergleichen</translation>
-    </message>
-    <message>
-        <source>Key fields</source>
-        <translation>Schlüsselfelder</translation>
     </message>
     <message>
         <source>Search in the changes</source>
@@ -1447,10 +1682,6 @@ Sollen die Änderungen gespeichert werden?</translation>
         <translation>Änderungen nach Schlüssel</translation>
     </message>
     <message>
-        <source>Key of %1:</source>
-        <translation>Schlüssel von %1:</translation>
-    </message>
-    <message>
         <source>Stopped. Check the fields of the key.</source>
         <translation>Angehalten. Prüfen Sie die Felder des Schlüssels.</translation>
     </message>
@@ -1481,6 +1712,22 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>The key is not unique: on the right the records %1 and %2 have the same.</source>
         <translation>Der Schlüssel ist nicht eindeutig: rechts haben die Datensätze %1 und %2 denselben.</translation>
+    </message>
+    <message>
+        <source>&amp;Tick all</source>
+        <translation>Alle an&amp;haken</translation>
+    </message>
+    <message>
+        <source>Carry to the &amp;Left...</source>
+        <translation>Nach &amp;links übertragen...</translation>
+    </message>
+    <message>
+        <source>Carry to the &amp;Right...</source>
+        <translation>Nach &amp;rechts übertragen...</translation>
+    </message>
+    <message>
+        <source>Re&amp;port...</source>
+        <translation>&amp;Bericht...</translation>
     </message>
 </context>
 <context>
@@ -1516,6 +1763,25 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Close this line. Nothing is decided by that.</source>
         <translation>Schließt diese Zeile. Damit wird nichts entschieden.</translation>
+    </message>
+</context>
+<context>
+    <name>qir::OnlyDifferences</name>
+    <message>
+        <source>Only &amp;Differences</source>
+        <translation>Nur &amp;Unterschiede</translation>
+    </message>
+    <message>
+        <source>Tables that only one side has, or has records in, are shown whole</source>
+        <translation>Tabellen, die nur eine Seite hat oder in der nur eine Seite Datensätze hat, werden ganz gezeigt</translation>
+    </message>
+    <message>
+        <source>The tables are equal: there is nothing to show</source>
+        <translation>Die Tabellen sind gleich: es gibt nichts zu zeigen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 records differ</source>
+        <translation>%1 von %2 Datensätzen verschieden</translation>
     </message>
 </context>
 <context>

@@ -365,6 +365,64 @@ Modificati: %4, aggiunti: %5, rimossi: %6.</translation>
     </message>
 </context>
 <context>
+    <name>KeptVersions</name>
+    <message>
+        <source>Kept &amp;Versions...</source>
+        <translation>&amp;Versioni conservate...</translation>
+    </message>
+    <message>
+        <source>Do you want to remove &apos;%1&apos; for good ?</source>
+        <translation>Rimuovere &apos;%1&apos; per sempre?</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; could not be removed</source>
+        <translation>&apos;%1&apos; non ha potuto essere rimosso</translation>
+    </message>
+</context>
+<context>
+    <name>KeyedCarry</name>
+    <message>
+        <source>&apos;%1&apos; in record %2, field &apos;%3&apos;</source>
+        <translation>&apos;%1&apos; nel record %2, campo &apos;%3&apos;</translation>
+    </message>
+    <message>
+        <source>Make these changes on the left?</source>
+        <translation>Fare queste modifiche a sinistra?</translation>
+    </message>
+    <message>
+        <source>Make these changes on the right?</source>
+        <translation>Fare queste modifiche a destra?</translation>
+    </message>
+    <message>
+        <source>Values changed: %1, records added: %2, removed: %3.</source>
+        <translation>Valori modificati: %1, record aggiunti: %2, rimossi: %3.</translation>
+    </message>
+    <message>
+        <source>and %1 more.</source>
+        <translation>e altri %1.</translation>
+    </message>
+    <message>
+        <source>One value would not stay what it is: %1.</source>
+        <translation>Un valore non resterebbe quello che è: %1.</translation>
+    </message>
+    <message>
+        <source>%1 values would not stay what they are, the first is %2.</source>
+        <translation>%1 valori non resterebbero quelli che sono, il primo è %2.</translation>
+    </message>
+    <message>
+        <source>Carry these values too? With No they are left out.</source>
+        <translation>Trasferire anche questi valori? Con No si tralasciano.</translation>
+    </message>
+    <message>
+        <source>Values changed: %1, records added: %2, removed: %3</source>
+        <translation>Valori modificati: %1, record aggiunti: %2, rimossi: %3</translation>
+    </message>
+    <message>
+        <source>Changes by key carried to %1</source>
+        <translation>Modifiche per chiave trasferite a %1</translation>
+    </message>
+</context>
+<context>
     <name>ModeCommands</name>
     <message>
         <source>&amp;One Database</source>
@@ -381,6 +439,13 @@ Modificati: %4, aggiunti: %5, rimossi: %6.</translation>
     <message>
         <source>Other &amp;Pane</source>
         <translation>Altro &amp;pannello</translation>
+    </message>
+</context>
+<context>
+    <name>OnlyDifferences</name>
+    <message>
+        <source>Not while only differences are shown: turn off Mode &gt; Only Differences first</source>
+        <translation>Non mentre si mostrano solo le differenze: prima spegnere Modo &gt; Solo differenze</translation>
     </message>
 </context>
 <context>
@@ -415,6 +480,18 @@ Ricaricarlo e lasciarle cadere?</translation>
         <source>Input password</source>
         <translation>Inserire la password</translation>
     </message>
+    <message>
+        <source>&apos;%1&apos; was not found.<byte value="xd"/>
+Take it off the recent files?</source>
+        <translation>&apos;%1&apos; non è stato trovato.<byte value="xd"/>
+Toglierlo dai file recenti?</translation>
+    </message>
+    <message>
+        <source>Database &apos;%1&apos; has changes that are not saved.<byte value="xd"/>
+Save them before another file takes its place?</source>
+        <translation>Il database &apos;%1&apos; ha modifiche non salvate.<byte value="xd"/>
+Salvarle prima che un altro file prenda il suo posto?</translation>
+    </message>
 </context>
 <context>
     <name>PasteAll</name>
@@ -433,6 +510,10 @@ Ricaricarlo e lasciarle cadere?</translation>
     <message>
         <source>Paste All</source>
         <translation>Incolla tutto</translation>
+    </message>
+    <message>
+        <source>Of the pasted values %1</source>
+        <translation>Dei valori incollati %1</translation>
     </message>
 </context>
 <context>
@@ -552,10 +633,6 @@ Aprirne uno (Ctrl+O) o trascinare qui un file.</translation>
 MIT license.</source>
         <translation>Modifica e confronta piccoli database di tabelle tipizzate.
 Licenza MIT.</translation>
-    </message>
-    <message>
-        <source>Qt %1. Help &gt; Keys (F1) opens the guide.</source>
-        <translation>Qt %1. Aiuto &gt; Tasti (F1) apre la guida.</translation>
     </message>
     <message>
         <source>About %1</source>
@@ -763,6 +840,14 @@ Salvare le modifiche?</translation>
         <source>Menus</source>
         <translation>Menu</translation>
     </message>
+    <message>
+        <source>&amp;Guide</source>
+        <translation>&amp;Guida</translation>
+    </message>
+    <message>
+        <source>Qt %1. Help &gt; Guide (F1) opens the guide.</source>
+        <translation>Qt %1. Aiuto &gt; Guida (F1) apre la guida.</translation>
+    </message>
 </context>
 <context>
     <name>RecordCommands</name>
@@ -893,6 +978,30 @@ Salvare le modifiche?</translation>
     <message>
         <source>%1 cells here</source>
         <translation>%1 celle qui</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>da %1 a %2</translation>
+    </message>
+    <message>
+        <source>no differences to show</source>
+        <translation>nessuna differenza da mostrare</translation>
+    </message>
+    <message>
+        <source>%1 shown</source>
+        <translation>%1 mostrati</translation>
+    </message>
+    <message>
+        <source>stored: %1</source>
+        <translation>memorizzato: %1</translation>
+    </message>
+    <message>
+        <source>0 or 1</source>
+        <translation>0 o 1</translation>
+    </message>
+    <message>
+        <source>%1 of %2 characters</source>
+        <translation>%1 di %2 caratteri</translation>
     </message>
 </context>
 <context>
@@ -1259,6 +1368,18 @@ Salvare le modifiche?</translation>
         <source>User guide</source>
         <translation>Guida per l&apos;utente</translation>
     </message>
+    <message>
+        <source>Search the guide</source>
+        <translation>Cerca nella guida</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Cerca</translation>
+    </message>
+    <message>
+        <source>Contents of the guide</source>
+        <translation>Indice della guida</translation>
+    </message>
 </context>
 <context>
     <name>qir::HistoryWindow</name>
@@ -1323,6 +1444,77 @@ Salvare le modifiche?</translation>
     </message>
 </context>
 <context>
+    <name>qir::KeptWindow</name>
+    <message>
+        <source>Another program&apos;s version</source>
+        <translation>Versione di un altro programma</translation>
+    </message>
+    <message>
+        <source>Could not be saved</source>
+        <translation>Non ha potuto essere salvato</translation>
+    </message>
+    <message>
+        <source>Replaced by a restored one</source>
+        <translation>Sostituita da una ripristinata</translation>
+    </message>
+    <message>
+        <source>Changes not saved</source>
+        <translation>Modifiche non salvate</translation>
+    </message>
+    <message>
+        <source>A protected file</source>
+        <translation>Un file protetto</translation>
+    </message>
+    <message>
+        <source>No versions are kept.</source>
+        <translation>Nessuna versione è conservata.</translation>
+    </message>
+    <message>
+        <source>Kept Versions</source>
+        <translation>Versioni conservate</translation>
+    </message>
+    <message>
+        <source>Kept versions</source>
+        <translation>Versioni conservate</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Ora</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>What it is</source>
+        <translation>Che cos&apos;è</translation>
+    </message>
+    <message>
+        <source>Where it stands</source>
+        <translation>Dove si trova</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>&amp;Apri</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>&amp;Confronta</translation>
+    </message>
+    <message>
+        <source>Opens it in the other pane, beside the file as it is now</source>
+        <translation>La apre nell&apos;altro pannello, accanto al file com&apos;è ora</translation>
+    </message>
+    <message>
+        <source>&amp;Remove...</source>
+        <translation>&amp;Rimuovi...</translation>
+    </message>
+    <message>
+        <source>yyyy-MM-dd HH:mm:ss</source>
+        <translation>yyyy-MM-dd HH:mm:ss</translation>
+    </message>
+</context>
+<context>
     <name>qir::KeyedChanges</name>
     <message>
         <source>Key</source>
@@ -1376,6 +1568,18 @@ Salvare le modifiche?</translation>
         <source>record %1</source>
         <translation>record %1</translation>
     </message>
+    <message>
+        <source>%1: %2 becomes %3, not %4</source>
+        <translation>%1: %2 diventa %3, non %4</translation>
+    </message>
+    <message>
+        <source>%1: the record is removed</source>
+        <translation>%1: il record è rimosso</translation>
+    </message>
+    <message>
+        <source>%1: the record is added</source>
+        <translation>%1: il record è aggiunto</translation>
+    </message>
 </context>
 <context>
     <name>qir::KeyedCommands</name>
@@ -1386,6 +1590,41 @@ Salvare le modifiche?</translation>
     <message>
         <source>Select a table that both databases have.</source>
         <translation>Selezionare una tabella che hanno entrambi i database.</translation>
+    </message>
+</context>
+<context>
+    <name>qir::KeyedOptions</name>
+    <message>
+        <source>Key fields</source>
+        <translation>Campi chiave</translation>
+    </message>
+    <message>
+        <source>Fields that are not compared</source>
+        <translation>Campi che non si confrontano</translation>
+    </message>
+    <message>
+        <source>&amp;Not compared:</source>
+        <translation>&amp;Non confrontati:</translation>
+    </message>
+    <message>
+        <source>How far numbers may be apart</source>
+        <translation>Quanto possono distare i numeri</translation>
+    </message>
+    <message>
+        <source>N&amp;umbers up to so far apart:</source>
+        <translation>N&amp;umeri distanti al più:</translation>
+    </message>
+    <message>
+        <source>&amp;Case does not count</source>
+        <translation>&amp;Maiuscole e minuscole non contano</translation>
+    </message>
+    <message>
+        <source>&amp;Blanks do not count</source>
+        <translation>Gli spa&amp;zi non contano</translation>
+    </message>
+    <message>
+        <source>Key of %1:</source>
+        <translation>Chiave di %1:</translation>
     </message>
 </context>
 <context>
@@ -1401,10 +1640,6 @@ Salvare le modifiche?</translation>
     <message>
         <source>Compare &amp;Again</source>
         <translation>Confronta di &amp;nuovo</translation>
-    </message>
-    <message>
-        <source>Key fields</source>
-        <translation>Campi chiave</translation>
     </message>
     <message>
         <source>Search in the changes</source>
@@ -1447,10 +1682,6 @@ Salvare le modifiche?</translation>
         <translation>Modifiche per chiave</translation>
     </message>
     <message>
-        <source>Key of %1:</source>
-        <translation>Chiave di %1:</translation>
-    </message>
-    <message>
         <source>Stopped. Check the fields of the key.</source>
         <translation>Fermato. Controllare i campi della chiave.</translation>
     </message>
@@ -1481,6 +1712,22 @@ Salvare le modifiche?</translation>
     <message>
         <source>The key is not unique: on the right the records %1 and %2 have the same.</source>
         <translation>La chiave non è unica: a destra i record %1 e %2 hanno la stessa.</translation>
+    </message>
+    <message>
+        <source>&amp;Tick all</source>
+        <translation>&amp;Spunta tutto</translation>
+    </message>
+    <message>
+        <source>Carry to the &amp;Left...</source>
+        <translation>Trasferisci a &amp;sinistra...</translation>
+    </message>
+    <message>
+        <source>Carry to the &amp;Right...</source>
+        <translation>Trasferisci a &amp;destra...</translation>
+    </message>
+    <message>
+        <source>Re&amp;port...</source>
+        <translation>Ra&amp;pporto...</translation>
     </message>
 </context>
 <context>
@@ -1516,6 +1763,25 @@ Salvare le modifiche?</translation>
     <message>
         <source>Close this line. Nothing is decided by that.</source>
         <translation>Chiude questa riga. Con ciò non si decide nulla.</translation>
+    </message>
+</context>
+<context>
+    <name>qir::OnlyDifferences</name>
+    <message>
+        <source>Only &amp;Differences</source>
+        <translation>Solo d&amp;ifferenze</translation>
+    </message>
+    <message>
+        <source>Tables that only one side has, or has records in, are shown whole</source>
+        <translation>Le tabelle che ha un lato solo, o che hanno record da un lato solo, si mostrano intere</translation>
+    </message>
+    <message>
+        <source>The tables are equal: there is nothing to show</source>
+        <translation>Le tabelle sono uguali: non c&apos;è nulla da mostrare</translation>
+    </message>
+    <message>
+        <source>%1 of %2 records differ</source>
+        <translation>%1 di %2 record diversi</translation>
     </message>
 </context>
 <context>

@@ -30,7 +30,7 @@ QStringList Languages::all() {
 QString Languages::ofLocale() {
     const QStringList spoken = all();
     for (const QString &tag : QLocale::system().uiLanguages()) {
-        const QString code = tag.section(u'-', 0, 0);
+        QString code = tag.section(u'-', 0, 0);
         if (spoken.contains(code))
             return code;
     }

@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QPalette>
 
+#include <utility>
+
 namespace qir {
 
 using namespace Qt::StringLiterals;
@@ -19,8 +21,8 @@ constexpr auto format = "svg";
 
 class LineIconEngine : public QIconEngine {
 public:
-    explicit LineIconEngine(const QByteArray &drawing)
-        : m_drawing(drawing) {}
+    explicit LineIconEngine(QByteArray drawing)
+        : m_drawing(std::move(drawing)) {}
 
     QIconEngine *clone() const override { return new LineIconEngine(*this); }
 
