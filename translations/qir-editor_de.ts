@@ -1236,28 +1236,12 @@ Sollen die Änderungen gespeichert werden?</translation>
         <translation>Suchen und ersetzen</translation>
     </message>
     <message>
-        <source>&amp;Find:</source>
-        <translation>&amp;Suchen:</translation>
-    </message>
-    <message>
         <source>Text to find</source>
         <translation>Gesuchter Text</translation>
     </message>
     <message>
-        <source>Re&amp;place with:</source>
-        <translation>Ersetzen &amp;durch:</translation>
-    </message>
-    <message>
         <source>Text to replace it with</source>
         <translation>Text, der ihn ersetzt</translation>
-    </message>
-    <message>
-        <source>Rep&amp;lace</source>
-        <translation>E&amp;rsetzen</translation>
-    </message>
-    <message>
-        <source>Replace A&amp;ll</source>
-        <translation>Alle ers&amp;etzen</translation>
     </message>
     <message>
         <source>Clo&amp;se</source>
@@ -1286,6 +1270,22 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>B&amp;oth panes</source>
         <translation>&amp;Beide Seiten</translation>
+    </message>
+    <message>
+        <source>Fi&amp;nd:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+    <message>
+        <source>Replace w&amp;ith:</source>
+        <translation>Ersetzen &amp;durch:</translation>
+    </message>
+    <message>
+        <source>Re&amp;place</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>Replace &amp;All</source>
+        <translation>A&amp;lle ersetzen</translation>
     </message>
 </context>
 <context>

@@ -1236,28 +1236,12 @@ Salvare le modifiche?</translation>
         <translation>Trova e sostituisci</translation>
     </message>
     <message>
-        <source>&amp;Find:</source>
-        <translation>&amp;Trova:</translation>
-    </message>
-    <message>
         <source>Text to find</source>
         <translation>Testo da trovare</translation>
     </message>
     <message>
-        <source>Re&amp;place with:</source>
-        <translation>Sostituisci c&amp;on:</translation>
-    </message>
-    <message>
         <source>Text to replace it with</source>
         <translation>Testo con cui sostituirlo</translation>
-    </message>
-    <message>
-        <source>Rep&amp;lace</source>
-        <translation>Sostit&amp;uisci</translation>
-    </message>
-    <message>
-        <source>Replace A&amp;ll</source>
-        <translation>Sostituisci tut&amp;to</translation>
     </message>
     <message>
         <source>Clo&amp;se</source>
@@ -1286,6 +1270,22 @@ Salvare le modifiche?</translation>
     <message>
         <source>B&amp;oth panes</source>
         <translation>Entrambi i &amp;pannelli</translation>
+    </message>
+    <message>
+        <source>Fi&amp;nd:</source>
+        <translation>&amp;Trova:</translation>
+    </message>
+    <message>
+        <source>Replace w&amp;ith:</source>
+        <translation>Sostituisci co&amp;n:</translation>
+    </message>
+    <message>
+        <source>Re&amp;place</source>
+        <translation>Sostit&amp;uisci</translation>
+    </message>
+    <message>
+        <source>Replace &amp;All</source>
+        <translation>Sostituisci t&amp;utto</translation>
     </message>
 </context>
 <context>
