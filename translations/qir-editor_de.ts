@@ -8,7 +8,7 @@
         <translation>&amp;Kopieren</translation>
     </message>
     <message>
-        <source>Copy with &amp;Headers</source>
+        <source>Cop&amp;y with Headers</source>
         <translation>Mit Ü&amp;berschriften kopieren</translation>
     </message>
     <message>

@@ -8,7 +8,7 @@
         <translation>C&amp;opia</translation>
     </message>
     <message>
-        <source>Copy with &amp;Headers</source>
+        <source>Cop&amp;y with Headers</source>
         <translation>Copia con i&amp;ntestazioni</translation>
     </message>
     <message>

@@ -147,7 +147,7 @@ void AreaClipboard::addCommands() {
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::CopyMenu, tr("&Copy"), [this] { COPIA_AreaTabella(m_editor.IndexAttivo()); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_C), .needs = Needs::Database});
-    commands.add(Command::CopyWithHeadersMenu, tr("Copy with &Headers"),
+    commands.add(Command::CopyWithHeadersMenu, tr("Cop&y with Headers"),
                  [this] { copyWithHeaders(m_editor.IndexAttivo()); }, {.needs = Needs::Database});
     commands.add(Command::PasteMenu, tr("&Paste"), [this] { INCOLLA_AreaTabella(m_editor.IndexAttivo()); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_V), .needs = Needs::Database});

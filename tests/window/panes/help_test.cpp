@@ -2,6 +2,7 @@
 #include "tests/window/WindowTest.h"
 
 #include <QLineEdit>
+#include <QMenu>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTreeWidget>
@@ -85,6 +86,20 @@ private Q_SLOTS:
         QVERIFY(fixture.window().findChild<QDialog *>(u"Guide"_s)->isVisible());
         hands::type(&search, u"no such words stand there"_s);
         QVERIFY(isHidden(u"Put files into git"_s));
+    }
+
+    void noTwoCommandsOfAMenuShareAKey() {
+        EditorFixture fixture;
+        for (const QMenu *menu : fixture.window().findChildren<QMenu *>()) {
+            QMap<QString, QString> known;
+            for (const QAction *action : menu->actions()) {
+                const QString key = QKeySequence::mnemonic(action->text()).toString();
+                if (key.isEmpty() || !action->isVisible())
+                    continue;
+                QVERIFY2(!known.contains(key), qPrintable(known.value(key) + u" and "_s + action->text()));
+                known.insert(key, action->text());
+            }
+        }
     }
 
     void everyShortcutOfTheMenusStandsInTheGuide() {
