@@ -213,7 +213,7 @@ SystemResult<void> writeAll(QByteArrayView bytes, Write write) {
             return tl::unexpected(written.error());
         if (*written == 0) // no file system should; going on would never end
             return tl::unexpected(SystemError{EIO});
-        bytes = bytes.sliced(qsizetype(*written));
+        bytes = bytes.sliced(static_cast<qsizetype>(*written));
     }
     return {};
 }
@@ -227,7 +227,7 @@ SystemResult<void> writeFully(FileOps &ops, int file, QByteArrayView bytes) {
 SystemResult<void> writeFullyAt(FileOps &ops, int file, QByteArrayView bytes, std::uint64_t offset) {
     const qsizetype size = bytes.size();
     return writeAll(bytes, [&](QByteArrayView rest) {
-        return ops.writeAt(file, rest, offset + std::uint64_t(size - rest.size()));
+        return ops.writeAt(file, rest, offset + static_cast<std::uint64_t>(size - rest.size()));
     });
 }
 

@@ -45,19 +45,32 @@ bool FreedMemoryWipe::works() {
 // The allocator's own overwriting (M_PERTURB) leaves out the blocks that it keeps for the next request of their size,
 // which are all small ones. Seen from the executable, these two come before the C library's for every library.
 
+namespace {
+
+// A block with a mapping of its own goes back to the system, which wipes it before anybody has it; to write it over
+// would bring in again all pages of it that were given back before. The allocator's mark for it, below the size:
+bool isMapped(const void *memory) {
+    constexpr std::size_t mappedBit = 2;
+    std::size_t head = 0;
+    std::memcpy(&head, static_cast<const char *>(memory) - sizeof head, sizeof head);
+    return (head & mappedBit) != 0;
+}
+
+} // namespace
+
 extern "C" {
 
 void __libc_free(void *memory);                       // NOLINT(bugprone-reserved-identifier)
 void *__libc_realloc(void *memory, std::size_t size); // NOLINT(bugprone-reserved-identifier)
 
 __attribute__((visibility("default"))) void free(void *memory) {
-    if (memory != nullptr && wipers.load(std::memory_order_relaxed) > 0)
+    if (memory != nullptr && wipers.load(std::memory_order_relaxed) > 0 && !isMapped(memory))
         explicit_bzero(memory, malloc_usable_size(memory));
     __libc_free(memory);
 }
 
 __attribute__((visibility("default"))) void *realloc(void *memory, std::size_t size) {
-    if (memory == nullptr || wipers.load(std::memory_order_relaxed) == 0)
+    if (memory == nullptr || wipers.load(std::memory_order_relaxed) == 0 || (isMapped(memory) && size > 0))
         return __libc_realloc(memory, size);
     if (size == 0) {
         free(memory);

@@ -130,17 +130,6 @@ void PackedTexts::set(std::size_t index, QStringView text) {
     packWhenWasteful();
 }
 
-void PackedTexts::insertAt(std::size_t index, QStringView text) {
-    makeRoom();
-    m_cells.insert(m_cells.begin() + static_cast<std::ptrdiff_t>(index), store(text));
-}
-
-void PackedTexts::removeAt(std::size_t index) {
-    m_garbage += bytesOf(m_cells[index]);
-    m_cells.erase(m_cells.begin() + static_cast<std::ptrdiff_t>(index));
-    packWhenWasteful();
-}
-
 void PackedTexts::permute(const std::vector<std::uint32_t> &order) {
     std::vector<std::uint64_t> cells(m_cells.size());
     for (std::size_t i = 0; i < cells.size(); ++i)
@@ -148,16 +137,6 @@ void PackedTexts::permute(const std::vector<std::uint32_t> &order) {
     m_cells = std::move(cells);
     // Texts in the order of their indexes: who reads many in a row reads memory in a row.
     pack();
-}
-
-std::optional<std::span<const char>> PackedTexts::contiguousLatin1() const {
-    std::size_t end = 0;
-    for (const std::uint64_t cell : m_cells) {
-        if (isWideCell(cell) || (lengthOf(cell) != 0 && offsetOf(cell) != end))
-            return std::nullopt;
-        end += lengthOf(cell);
-    }
-    return std::span<const char>(m_block.data(), end);
 }
 
 std::size_t PackedTexts::memory() const {

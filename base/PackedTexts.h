@@ -4,7 +4,6 @@
 #include <QStringView>
 
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -55,15 +54,8 @@ public:
     /// Appends a text for each length; they stand one after another in `bytes`.
     void appendLatin1(const char *bytes, std::span<const std::uint32_t> lengths);
     void set(std::size_t index, QStringView text);
-    /// Puts a text before the one at `index`; at size() it appends.
-    void insertAt(std::size_t index, QStringView text);
-    void removeAt(std::size_t index);
     /// Reorders so that the text at i is the one that stood at order[i]; `order` is a permutation of the indexes.
     void permute(const std::vector<std::uint32_t> &order);
-
-    /// All texts one after another, where the block holds exactly that: each in one byte a unit, in order, nothing in
-    /// between. For writing a whole column at once; nothing where texts must be taken one by one.
-    std::optional<std::span<const char>> contiguousLatin1() const;
 
     /// Bytes of memory held, capacity included.
     std::size_t memory() const;

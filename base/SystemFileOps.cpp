@@ -28,13 +28,13 @@ SystemResult<void> checked(int result) {
 SystemResult<std::size_t> counted(ssize_t result) {
     if (result < 0)
         return lastError();
-    return std::size_t(result);
+    return static_cast<std::size_t>(result);
 }
 
 SystemResult<off_t> asOffset(std::uint64_t value) {
-    if (value > std::uint64_t(std::numeric_limits<off_t>::max()))
+    if (value > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max()))
         return tl::unexpected(SystemError{EFBIG});
-    return off_t(value);
+    return static_cast<off_t>(value);
 }
 
 /// Reads what the system gives in one piece whose size only a first call tells.
@@ -44,12 +44,12 @@ SystemResult<std::string> sized(Call call) {
         const ssize_t size = call(nullptr, 0);
         if (size < 0)
             return lastError();
-        std::string text(std::size_t(size), '\0');
+        std::string text(static_cast<std::size_t>(size), '\0');
         if (size == 0)
             return text;
         const ssize_t read = call(text.data(), text.size());
         if (read >= 0) {
-            text.resize(std::size_t(read));
+            text.resize(static_cast<std::size_t>(read));
             return text;
         }
         if (errno != ERANGE) // grown meanwhile: once more
@@ -112,9 +112,9 @@ protected:
         const ssize_t size = ::readlinkat(folder, name.c_str(), target.data(), target.size());
         if (size < 0)
             return lastError();
-        if (std::size_t(size) == target.size())
+        if (static_cast<std::size_t>(size) == target.size())
             return tl::unexpected(SystemError{ENAMETOOLONG});
-        target.resize(std::size_t(size));
+        target.resize(static_cast<std::size_t>(size));
         return target;
     }
 
@@ -126,14 +126,14 @@ protected:
     }
 
     SystemResult<std::size_t> doWrite(int file, QByteArrayView bytes) override {
-        return counted(::write(file, bytes.data(), std::size_t(bytes.size())));
+        return counted(::write(file, bytes.data(), static_cast<std::size_t>(bytes.size())));
     }
 
     SystemResult<std::size_t> doWriteAt(int file, QByteArrayView bytes, std::uint64_t offset) override {
         const auto place = asOffset(offset);
         if (!place)
             return tl::unexpected(place.error());
-        return counted(::pwrite(file, bytes.data(), std::size_t(bytes.size()), *place));
+        return counted(::pwrite(file, bytes.data(), static_cast<std::size_t>(bytes.size()), *place));
     }
 
     SystemResult<void> doAllocate(int file, std::uint64_t size) override {

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace qir {
 
@@ -93,8 +94,11 @@ public:
 
     // ---------------------------------------------------------------------------------------------------- the tables
 
+    /// 0 on a fresh or failed instance.
     int QIRTablesCount() const;
+    /// The name as it was given; throws for a number that no table has.
     QString QIRTableName(int table) const;
+    /// Whether a table has this name, told apart as above; False for a name that none could have.
     bool ExistTable(const QString &name) const;
     /// Appends a table of one text field and one record. Current table and record stay.
     void AddTable(const QString &name) const;
@@ -110,6 +114,7 @@ public:
 
     /// 0 without a current table.
     int QirTableFieldsCount() const;
+    /// The name as it was given, without type and size.
     QString QIRTableFieldName(int field) const;
     /// A number: a code of FieldType.
     QVariant QIRTableFieldType(int field) const;
@@ -119,6 +124,7 @@ public:
     /// refused. `size` counts for text fields only, is rounded and kept within 0 to 65535; 50 where it is not given.
     void AddField(const QString &name, int type) const;
     void AddField(const QString &name, int type, double size) const;
+    /// The field keeps its place, type and values. The name it has already is no change.
     void RenameField(int field, const QString &name) const;
     /// Removing the last field leaves the records.
     void RemoveField(int field) const;
@@ -253,6 +259,11 @@ public:
     /// stored as setQIRTableRecordSetByIndex() stores it. The component may go on with the block's memory. Throws for
     /// a block of another type, one that reaches beyond the last record, and texts that are no UTF-8.
     void WriteColumn(int field, int first, const ColumnBlock &block) const;
+    /// What was written in the step that goes on, or the group, has put the current table's records into another order
+    /// and has done nothing else to it: the record at i, from 0 on, is the one that stood at order[i]. Taking that back
+    /// needs less memory then. Nothing happens where it was something else, and where the component lacks it. Throws
+    /// where `order` does not have each record once.
+    void RecordsReordered(const std::vector<std::uint32_t> &order) const;
     /// AddRecord() as often as `count`, 0 or more, says: all or none.
     void AppendRecords(int count) const;
     /// Another number after each call that has changed fields or records of the current table, a cancelled group

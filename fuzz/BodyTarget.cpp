@@ -5,7 +5,7 @@ using namespace qir;
 
 /// Bodies: what is accepted is the one way to write down what it says.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    const QByteArrayView body(data, qsizetype(size));
+    const QByteArrayView body(data, static_cast<qsizetype>(size));
     const auto database = decodeBody(body);
     if (database)
         fuzz::require(encodeBody(*database) == body, "encode(decode(x)) == x");

@@ -28,20 +28,23 @@ struct Shape {
 
 std::optional<Shape> shapeOf(const QByteArray &file, bool sealed) {
     const auto length = decodeHeaderLength(file);
-    if (!length || file.size() < qsizetype(layout::lengthDigits + *length))
+    if (!length || file.size() < static_cast<qsizetype>(layout::lengthDigits + *length))
         return std::nullopt;
-    const auto log2 = static_cast<unsigned char>(file[qsizetype(layout::lengthDigits + layout::chunkSizeLog2)]);
+    const auto log2 =
+        static_cast<unsigned char>(file[static_cast<qsizetype>(layout::lengthDigits + layout::chunkSizeLog2)]);
     if (log2 < layout::chunkLog2Min || log2 > layout::chunkLog2Max)
         return std::nullopt;
-    const Shape shape{qsizetype(layout::lengthDigits + *length + (sealed ? layout::streamHeaderSize : 0)),
-                      qsizetype{1} << log2, qsizetype(sealed ? layout::protectedTagSize : layout::openTagSize)};
+    const Shape shape{static_cast<qsizetype>(layout::lengthDigits + *length + (sealed ? layout::streamHeaderSize : 0)),
+                      qsizetype{1} << log2,
+                      static_cast<qsizetype>(sealed ? layout::protectedTagSize : layout::openTagSize)};
     return file.size() >= shape.header ? std::optional(shape) : std::nullopt;
 }
 
 std::uint64_t bodyLengthOf(const Shape &shape, qsizetype fileSize) {
     const qsizetype rest = fileSize - shape.header;
     const qsizetype last = rest % shape.pieceSize();
-    return std::uint64_t(rest / shape.pieceSize() * shape.chunkSize + std::max<qsizetype>(0, last - shape.tagSize));
+    return static_cast<std::uint64_t>(rest / shape.pieceSize() * shape.chunkSize +
+                                      std::max<qsizetype>(0, last - shape.tagSize));
 }
 
 void sealPiece(char *piece, qsizetype plainSize, unsigned char messageTag,
@@ -49,7 +52,7 @@ void sealPiece(char *piece, qsizetype plainSize, unsigned char messageTag,
     const QByteArray plain(piece, plainSize);
     crypto_secretstream_xchacha20poly1305_push(&state, reinterpret_cast<unsigned char *>(piece), nullptr,
                                                reinterpret_cast<const unsigned char *>(plain.constData()),
-                                               std::size_t(plainSize), nullptr, 0, messageTag);
+                                               static_cast<std::size_t>(plainSize), nullptr, 0, messageTag);
 }
 
 void mendChunks(QByteArray &file, const Shape &shape, const HeaderDigest &digest, const SecretBytes *master,
@@ -59,7 +62,7 @@ void mendChunks(QByteArray &file, const Shape &shape, const HeaderDigest &digest
         crypto_secretstream_xchacha20poly1305_init_pull(
             &state,
             reinterpret_cast<const unsigned char *>(file.constData() + shape.header -
-                                                    qsizetype(layout::streamHeaderSize)),
+                                                    static_cast<qsizetype>(layout::streamHeaderSize)),
             deriveBodyKey(*master, digest).data());
     std::uint64_t index = 0;
     for (qsizetype at = shape.header; file.size() - at >= shape.tagSize; at += shape.pieceSize()) {
@@ -100,7 +103,7 @@ QByteArray fileOfInput(QByteArrayView input, const SecretBytes *master) {
     if (mending & MendBodyLength)
         qToLittleEndian<std::uint64_t>(bodyLengthOf(*shape, file.size()),
                                        file.data() + layout::lengthDigits + layout::bodyLength);
-    const qsizetype blockSize = shape->header - qsizetype(master ? layout::streamHeaderSize : 0);
+    const qsizetype blockSize = shape->header - static_cast<qsizetype>(master ? layout::streamHeaderSize : 0);
     QByteArray block = file.first(blockSize);
     HeaderDigest digest;
     if (mending & MendHeader) {
@@ -110,7 +113,8 @@ QByteArray fileOfInput(QByteArrayView input, const SecretBytes *master) {
         digest = sealHeader(block, headKey ? &*headKey : nullptr);
         file.replace(0, blockSize, block);
     } else {
-        std::memcpy(digest.data(), block.constData() + blockSize - qsizetype(layout::digestFromEnd), digest.size());
+        std::memcpy(digest.data(), block.constData() + blockSize - static_cast<qsizetype>(layout::digestFromEnd),
+                    digest.size());
     }
     if (mending & MendChunks)
         mendChunks(file, *shape, digest, master, mending & OddMessageTags);
@@ -123,7 +127,8 @@ void readAndWriteAgain(QByteArrayView bytes, const QString &password, const KeyD
         require(!loaded.error().text.isEmpty(), "a refusal has a reason");
         return;
     }
-    require(std::uint64_t(loaded->body.size()) == loaded->header.bodyLength, "the body is as long as its header says");
+    require(static_cast<std::uint64_t>(loaded->body.size()) == loaded->header.bodyLength,
+            "the body is as long as its header says");
 
     ContainerWriter writer(loaded->header, loaded->keys, loaded->body, RandomSource::system());
     QByteArray again;

@@ -6,7 +6,7 @@ using namespace qir;
 
 /// Open files: digits, header, checksums, sizes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    const QByteArrayView input(data, qsizetype(size));
+    const QByteArrayView input(data, static_cast<qsizetype>(size));
     const KeyDeriver noKey = [](const SecretBytes &, const KdfParameters &) -> LoadResult<SecretBytes> {
         return SecretBytes(32);
     };

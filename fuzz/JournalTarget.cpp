@@ -20,7 +20,7 @@ namespace {
 
 enum Mode : unsigned char { Replay, RawFile, WrittenOpen, WrittenSealed, Modes };
 
-constexpr qsizetype digestSize = qsizetype(layout::digestSize);
+constexpr qsizetype digestSize = static_cast<qsizetype>(layout::digestSize);
 
 // ---- what records say
 
@@ -124,10 +124,10 @@ ContainerKeys keysOf(Mode mode) {
 /// Any bytes as a journal, its head's digest made right.
 void readRaw(QByteArray bytes) {
     const auto length = ByteReader(bytes).from(journal::head::length).number<std::uint32_t>();
-    if (length > digestSize && qsizetype(length) <= bytes.size())
+    if (length > digestSize && static_cast<qsizetype>(length) <= bytes.size())
         crypto_generichash(reinterpret_cast<unsigned char *>(bytes.data() + length - digestSize), layout::digestSize,
-                           reinterpret_cast<const unsigned char *>(bytes.constData()), length - std::size_t(digestSize),
-                           nullptr, 0);
+                           reinterpret_cast<const unsigned char *>(bytes.constData()),
+                           length - static_cast<std::size_t>(digestSize), nullptr, 0);
     JournalPlace place;
     place.write(bytes);
     auto journal = place.open();
@@ -136,7 +136,7 @@ void readRaw(QByteArray bytes) {
     journal->unlock(keysOf(journal->head().sealed ? WrittenSealed : WrittenOpen));
     QByteArray payload;
     while (journal->readRecord(payload))
-        fuzz::require(journal->offset() <= std::uint64_t(bytes.size()), "no record ends behind the file");
+        fuzz::require(journal->offset() <= static_cast<std::uint64_t>(bytes.size()), "no record ends behind the file");
 }
 
 /// Records written in two sessions and then damaged: what is read are the first ones of them, unchanged.
@@ -169,16 +169,16 @@ void writeDamageRead(fuzz::InputBytes &choices, Mode mode) {
         append(*second);
     }
     const OpenFile file = place.descriptor(O_RDWR);
-    const auto size = int(FileOps::system().status(file.descriptor())->st_size);
+    const auto size = static_cast<int>(FileOps::system().status(file.descriptor())->st_size);
     const bool damaged = choices.yesOrNo();
     const int at = choices.inRange(0, size);
     if (damaged && choices.yesOrNo()) {
-        (void)FileOps::system().truncate(file.descriptor(), std::uint64_t(at));
+        (void)FileOps::system().truncate(file.descriptor(), static_cast<std::uint64_t>(at));
     } else if (damaged) {
         char byte = 0;
-        (void)FileOps::system().readAt(file.descriptor(), {&byte, 1}, std::uint64_t(at));
+        (void)FileOps::system().readAt(file.descriptor(), {&byte, 1}, static_cast<std::uint64_t>(at));
         byte = static_cast<char>(byte ^ (1 << choices.inRange(0, 8)));
-        (void)FileOps::system().writeAt(file.descriptor(), {&byte, 1}, std::uint64_t(at));
+        (void)FileOps::system().writeAt(file.descriptor(), {&byte, 1}, static_cast<std::uint64_t>(at));
     }
     auto journal = place.open();
     if (!journal) {
@@ -200,7 +200,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (size == 0)
         return 0;
     const auto mode = static_cast<Mode>(data[0] % Modes);
-    const QByteArrayView rest(data + 1, qsizetype(size) - 1);
+    const QByteArrayView rest(data + 1, static_cast<qsizetype>(size) - 1);
     if (mode == Replay) {
         replay(rest);
     } else if (mode == RawFile) {

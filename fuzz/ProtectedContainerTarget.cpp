@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const KeyDeriver deriveKey = [](const SecretBytes &, const KdfParameters &) -> LoadResult<SecretBytes> {
         return fixedKey().clone();
     };
-    const QByteArrayView input(data, qsizetype(size));
+    const QByteArrayView input(data, static_cast<qsizetype>(size));
     fuzz::readAndWriteAgain(fuzz::fileOfInput(input, &fixedKey()), u"p"_s, deriveKey);
     return 0;
 }

@@ -91,7 +91,7 @@ void writeContainers(const QString &path, const QString &target, const Container
     const QByteArray extension = QByteArray::fromHex("0100020041420200"
                                                      "0000");
     for (const char mending : {'\x00', '\x07', '\x0f'}) {
-        const QString kind = u"_%1"_s.arg(int(mending));
+        const QString kind = u"_%1"_s.arg(static_cast<int>(mending));
         folder.write(u"empty"_s + kind, mending + container({}, {}, keys));
         folder.write(u"small"_s + kind, mending + container("hello", {}, keys));
         folder.write(u"two_chunks"_s + kind, mending + container(two, {}, keys));
@@ -133,7 +133,7 @@ void writeJournals(const QString &path, const ContainerKeys &keys) {
     folder.write(u"table_image"_s, '\0' + ('\x14' + image) + '\x19' + zero.first(4) + '\x15');
     for (const char mode : {'\x02', '\x03'})
         for (int i = 0; i < 6; ++i)
-            folder.write(u"written_%1_%2"_s.arg(int(mode)).arg(i),
+            folder.write(u"written_%1_%2"_s.arg(static_cast<int>(mode)).arg(i),
                          mode + QByteArray::fromHex("03050a080b000c03020d110e01") + static_cast<char>(i % 2) +
                              static_cast<char>(40 * i) + static_cast<char>(i / 2) + static_cast<char>(i));
     QByteArray head("QIRJRNL1");

@@ -1,5 +1,6 @@
 #include "qirtbase/clsQirDatabase.h"
 
+#include "base/ByteReader.h"
 #include "base/ErrorWords.h"
 #include "base/VariantKind.h"
 #include "qirtbase/journal/JournalRecovery.h"
@@ -46,7 +47,8 @@ std::size_t stepBudget() {
 
 /// What trying a password costs, where that is more than usual.
 QString noteOn(const KdfCosts &costs, const KdfCosts &usual) {
-    const double times = double(costs.passes) * costs.memoryKiB / (double(usual.passes) * usual.memoryKiB);
+    const double times =
+        static_cast<double>(costs.passes) * costs.memoryKiB / (static_cast<double>(usual.passes) * usual.memoryKiB);
     if (times <= 1 && costs.memoryKiB <= usual.memoryKiB)
         return {};
     const QString longer = times > 1 ? u"about %1 times as long, and "_s.arg(std::ceil(times * 10) / 10) : QString();
@@ -186,11 +188,11 @@ void clsQirDatabase::tellOfFile(const QStringList &notices) {
 }
 
 /// Brings back what a session that died had changed since it saved.
-void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &password) {
+void clsQirDatabase::recoverChanges(std::uint64_t bodySize, const QString &password) {
     followKeys();
     if (m_leaveJournal)
         return;
-    const JournalBase base = journalBase(static_cast<std::uint64_t>(body.size()));
+    const JournalBase base = journalBase(bodySize);
     RecoveryOutcome outcome =
         recoverJournals(m_ops,
                         {.stateFolder = m_file.stateFolder(),
@@ -199,7 +201,6 @@ void clsQirDatabase::recoverChanges(const QByteArray &body, const QString &passw
                          .password = password,
                          .deriveKey = m_file.keyDeriver(),
                          .random = m_file.random(),
-                         .body = body,
                          .keepAside = [this](QByteArrayView aside) { return m_file.writeAside(aside); },
                          .limits = m_file.limits()},
                         m_database);
@@ -250,12 +251,13 @@ void clsQirDatabase::CancelUnlock() {
 
 bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) {
     m_lastError.clear();
-    const LoadResult<QByteArray> body = m_file.load(fileName, password);
+    LoadResult<QByteArray> body = m_file.load(fileName, password);
     if (!body) {
         failLoad(body.error().text);
         return false;
     }
-    LoadResult<Database> database = decodeBody(*body);
+    const auto bodySize = static_cast<std::uint64_t>(body->size());
+    LoadResult<Database> database = decodeBody(std::move(*body));
     if (!database) {
         failLoad(u"%1: %2"_s.arg(fileName, database.error().text));
         return false;
@@ -264,7 +266,7 @@ bool clsQirDatabase::loadFile(const QString &fileName, const QString &password) 
     m_state = State::Open;
     m_changed = m_changedAnyway = false;
     m_savedState = m_database.history().state();
-    recoverChanges(*body, password);
+    recoverChanges(bodySize, password);
     keepSteps();
     m_file.endLoad();
     return true;
@@ -276,6 +278,17 @@ void clsQirDatabase::failLoad(const QString &reason) {
     m_lastError = reason;
 }
 
+/// What stays open is what was saved: records without fields, which no file keeps, go.
+void clsQirDatabase::becomeAsSaved() {
+    try {
+        m_database.dropRecordsWithoutFields();
+    } catch (const std::bad_alloc &) {
+        return; // they go with the next save
+    }
+    if (m_currentTable && m_currentRecord > m_currentTable->recordCount())
+        m_currentRecord = 0;
+}
+
 void clsQirDatabase::SaveDtb() {
     guarded([&] {
         requireUsable();
@@ -284,17 +297,15 @@ void clsQirDatabase::SaveDtb() {
             return;
         if (GetDatabaseFileName().isEmpty())
             raise(u"The database has no file name yet."_s);
-        m_database.dropRecordsWithoutFields(); // what stays open is what is saved
-        if (m_currentTable && m_currentRecord > m_currentTable->recordCount())
-            m_currentRecord = 0;
         const QByteArray body = encodeBody(m_database);
         expectKeys();
         if (const Result<void> saved = m_file.save(body); !saved)
             raise(saved.error().text);
         m_changed = m_changedAnyway = false;
+        m_journal.discard();
+        becomeAsSaved();
         m_savedState = m_database.history().state();
         m_database.endJoining();
-        m_journal.discard();
         followFile(static_cast<std::uint64_t>(body.size()));
     });
 }
@@ -522,6 +533,19 @@ void clsQirDatabase::WriteColumn(int field, int first, const QVariant &block) {
     });
 }
 
+void clsQirDatabase::RecordsReordered(const QVariant &order) {
+    guarded([&] {
+        Table &table = currentTable();
+        const QByteArray bytes = order.toByteArray();
+        RecordOrder records(static_cast<std::size_t>(bytes.size()) / sizeof(std::uint32_t));
+        ByteReader(bytes).numbers(std::span(records));
+        if (records.size() * sizeof(std::uint32_t) != static_cast<std::size_t>(bytes.size()) ||
+            !isPermutation(records, table.recordCount()))
+            raise(u"That is no order of the table's records."_s);
+        m_database.recordsReordered(table, records);
+    });
+}
+
 void clsQirDatabase::AppendRecords(int count) {
     guarded([&] {
         Table &table = currentTable();
@@ -545,7 +569,7 @@ void clsQirDatabase::BeginChanges() {
         requireUsable();
         m_groups.reserve(m_groups.size() + 1);
         m_database.beginGroup();
-        m_groups.push_back({m_changed, m_currentTable, m_currentRecord, false});
+        m_groups.push_back({m_changed, m_changedAnyway, m_currentTable, m_currentRecord, false});
     });
 }
 
@@ -576,6 +600,7 @@ void clsQirDatabase::undoGroup() {
     const Group group = m_groups.back();
     m_groups.pop_back();
     m_changed = group.changed;
+    m_changedAnyway = group.changedAnyway;
     m_currentTable = group.currentTable;
     m_currentRecord = group.currentRecord;
 }
@@ -595,7 +620,7 @@ void clsQirDatabase::BeginStep(const QString &name, const QString &key) {
         if (m_groups.empty())
             keepSteps();
         m_database.beginStep(name, key);
-        m_groups.push_back({m_changed, m_currentTable, m_currentRecord, false, true});
+        m_groups.push_back({m_changed, m_changedAnyway, m_currentTable, m_currentRecord, false, true});
     });
 }
 
@@ -689,10 +714,10 @@ void clsQirDatabase::RevertToSaved(const QString &name) {
     guarded([&] {
         requireUsable();
         requireNoGroup("The database cannot go back to what is saved");
-        const LoadResult<QByteArray> body = m_file.readAgain();
+        LoadResult<QByteArray> body = m_file.readAgain();
         if (!body)
             raise(body.error().text);
-        LoadResult<Database> saved = decodeBody(*body);
+        LoadResult<Database> saved = decodeBody(std::move(*body));
         if (!saved)
             raise(u"%1: %2"_s.arg(GetDatabaseFileName(), saved.error().text));
         const QString current = currentTableName();

@@ -17,7 +17,7 @@ struct FreeState {
 };
 
 std::int64_t nanoseconds(const struct timespec &time) {
-    return std::int64_t(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+    return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
 
 FileContent::State stateOf(SystemError error) {

@@ -17,7 +17,6 @@ struct GridSelection {
 
     /// The selected block with its bounds in order.
     GridRange range() const;
-    bool isSingleCell() const { return row == rowEnd && column == columnEnd; }
     friend bool operator==(const GridSelection &, const GridSelection &) = default;
 };
 

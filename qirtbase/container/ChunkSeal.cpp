@@ -20,7 +20,7 @@ unsigned char messageTag(bool isLast) {
 
 OpenTag openChunkTag(QByteArrayView plain, const HeaderDigest &digest, std::uint64_t index) {
     const std::uint64_t seed = ByteReader(viewOf(digest)).number<std::uint64_t>() + index;
-    const XXH128_hash_t hash = XXH3_128bits_withSeed(plain.data(), std::size_t(plain.size()), seed);
+    const XXH128_hash_t hash = XXH3_128bits_withSeed(plain.data(), static_cast<std::size_t>(plain.size()), seed);
     OpenTag tag;
     qToLittleEndian<std::uint64_t>(hash.low64, tag.data());
     qToLittleEndian<std::uint64_t>(hash.high64, tag.data() + sizeof hash.low64);
@@ -40,19 +40,19 @@ crypto_secretstream_xchacha20poly1305_state *ChunkStream::state() {
 
 void ChunkStream::seal(QByteArrayView plain, bool isLast, QByteArray &out) {
     const qsizetype at = out.size();
-    out.resize(at + plain.size() + qsizetype(layout::protectedTagSize));
+    out.resize(at + plain.size() + static_cast<qsizetype>(layout::protectedTagSize));
     crypto_secretstream_xchacha20poly1305_push(state(), reinterpret_cast<unsigned char *>(out.data() + at), nullptr,
-                                               bytesOf(plain), std::size_t(plain.size()), nullptr, 0,
+                                               bytesOf(plain), static_cast<std::size_t>(plain.size()), nullptr, 0,
                                                messageTag(isLast));
 }
 
 bool ChunkStream::open(QByteArrayView sealed, bool isLast, std::span<char> plain) {
-    if (std::size_t(sealed.size()) != plain.size() + layout::protectedTagSize)
+    if (static_cast<std::size_t>(sealed.size()) != plain.size() + layout::protectedTagSize)
         return false;
     unsigned char tag = 0;
-    const int done =
-        crypto_secretstream_xchacha20poly1305_pull(state(), reinterpret_cast<unsigned char *>(plain.data()), nullptr,
-                                                   &tag, bytesOf(sealed), std::size_t(sealed.size()), nullptr, 0);
+    const int done = crypto_secretstream_xchacha20poly1305_pull(
+        state(), reinterpret_cast<unsigned char *>(plain.data()), nullptr, &tag, bytesOf(sealed),
+        static_cast<std::size_t>(sealed.size()), nullptr, 0);
     return done == 0 && tag == messageTag(isLast);
 }
 

@@ -33,13 +33,13 @@ LoadResult<std::uint64_t> regularFileSize(FileOps &ops, int file) {
         return refused(LoadErrorKind::NotAFile, u"it is a folder"_s);
     if (!S_ISREG(status->st_mode))
         return refused(LoadErrorKind::NotAFile, u"it is a device, not a file"_s);
-    return std::uint64_t(status->st_size);
+    return static_cast<std::uint64_t>(status->st_size);
 }
 
 LoadResult<void> checkSize(const HeaderBlock &block, std::uint64_t size, const ContainerLimits &limits) {
     // A body length beyond the file's own size would make the equation wrap around.
     if (block.header.bodyLength > size)
-        return truncated(size, std::uint64_t(block.bytes.size()) + block.header.bodyLength);
+        return truncated(size, static_cast<std::uint64_t>(block.bytes.size()) + block.header.bodyLength);
     const std::uint64_t wanted = fileSizeOf(block);
     if (size < wanted)
         return truncated(size, wanted);
@@ -77,7 +77,7 @@ public:
         : m_ops(ops)
         , m_file(file)
         , m_block(block)
-        , m_offset(std::uint64_t(block.bytes.size()))
+        , m_offset(static_cast<std::uint64_t>(block.bytes.size()))
         , m_keys(keys) {}
 
     /// Reads what stands between header and chunks.
@@ -114,8 +114,9 @@ private:
     LoadResult<void> nextOpen(char *out) {
         const std::size_t size = nextSize();
         return read({out, size + openTagSize}).and_then([&]() -> LoadResult<void> {
-            const OpenTag tag = openChunkTag(QByteArrayView(out, qsizetype(size)), m_block.digest, m_index);
-            if (QByteArrayView(out + size, qsizetype(openTagSize)) != viewOf(tag))
+            const OpenTag tag =
+                openChunkTag(QByteArrayView(out, static_cast<qsizetype>(size)), m_block.digest, m_index);
+            if (QByteArrayView(out + size, static_cast<qsizetype>(openTagSize)) != viewOf(tag))
                 return damaged();
             return {};
         });
@@ -123,8 +124,8 @@ private:
 
     LoadResult<void> nextProtected(char *out) {
         const std::size_t size = nextSize();
-        m_buffer.resize(qsizetype(size + protectedTagSize));
-        return read({m_buffer.data(), std::size_t(m_buffer.size())}).and_then([&]() -> LoadResult<void> {
+        m_buffer.resize(static_cast<qsizetype>(size + protectedTagSize));
+        return read({m_buffer.data(), static_cast<std::size_t>(m_buffer.size())}).and_then([&]() -> LoadResult<void> {
             if (!m_stream->open(m_buffer, m_index + 1 == chunkCountOf(m_block.header), {out, size}))
                 return damaged();
             return {};
@@ -149,10 +150,10 @@ private:
 
 /// Memory grows with what has been checked, so that a file that lies about its content costs no more than it is long.
 void makeRoom(QByteArray &body, std::uint64_t size, std::uint64_t wholeSize) {
-    if (size <= std::uint64_t(body.capacity()))
+    if (size <= static_cast<std::uint64_t>(body.capacity()))
         return;
-    const std::uint64_t twice = std::max(firstRoom, std::uint64_t(body.capacity()) * 2);
-    body.reserve(qsizetype(std::max(size, std::min(twice, wholeSize + protectedTagSize))));
+    const std::uint64_t twice = std::max(firstRoom, static_cast<std::uint64_t>(body.capacity()) * 2);
+    body.reserve(static_cast<qsizetype>(std::max(size, std::min(twice, wholeSize + protectedTagSize))));
 }
 
 LoadResult<QByteArray> readBody(FileOps &ops, int file, const HeaderBlock &block, const ContainerKeys &keys) {
@@ -164,12 +165,12 @@ LoadResult<QByteArray> readBody(FileOps &ops, int file, const HeaderBlock &block
     while (!reader.atEnd()) {
         const std::size_t size = reader.nextSize();
         makeRoom(body, done + size + protectedTagSize, block.header.bodyLength);
-        body.resize(qsizetype(done + size + protectedTagSize));
+        body.resize(static_cast<qsizetype>(done + size + protectedTagSize));
         if (auto read = reader.next(body.data() + done); !read)
             return tl::unexpected(read.error());
         done += size;
     }
-    body.resize(qsizetype(done));
+    body.resize(static_cast<qsizetype>(done));
     return body;
 }
 
@@ -179,7 +180,7 @@ ContainerWriter::ContainerWriter(FileHeader header, const ContainerKeys &keys, Q
                                  RandomSource &random)
     : m_body(body) {
     header.isProtected = keys.isProtected();
-    header.bodyLength = std::uint64_t(body.size());
+    header.bodyLength = static_cast<std::uint64_t>(body.size());
     header.kdf = keys.kdf;
     if (!keys.isProtected()) {
         m_block = encodeHeader(header, nullptr);
@@ -200,7 +201,7 @@ QByteArrayView ContainerWriter::next() {
             m_buffer.append(viewOf(m_streamHeader));
     }
     const std::uint64_t count = chunkCountOf(m_block.header);
-    const auto sealedMax = (qsizetype{1} << m_block.header.chunkLog2) + qsizetype(protectedTagSize);
+    const auto sealedMax = (qsizetype{1} << m_block.header.chunkLog2) + static_cast<qsizetype>(protectedTagSize);
     m_buffer.reserve(pieceSize + sealedMax);
     while (m_chunk < count && m_buffer.size() < pieceSize)
         sealNextChunk();
@@ -209,8 +210,8 @@ QByteArrayView ContainerWriter::next() {
 
 void ContainerWriter::sealNextChunk() {
     const FileHeader &header = m_block.header;
-    const auto plain =
-        m_body.sliced(qsizetype(m_chunk << header.chunkLog2), qsizetype(chunkPlainSize(header, m_chunk)));
+    const auto plain = m_body.sliced(static_cast<qsizetype>(m_chunk << header.chunkLog2),
+                                     static_cast<qsizetype>(chunkPlainSize(header, m_chunk)));
     if (m_stream) {
         m_stream->seal(plain, m_chunk + 1 == chunkCountOf(header), m_buffer);
     } else {
@@ -226,21 +227,21 @@ SystemResult<void> writeContainer(FileOps &ops, int file, ContainerWriter &write
     for (QByteArrayView piece = writer.next(); !piece.isEmpty(); piece = writer.next()) {
         if (const auto written = writeFullyAt(ops, file, piece, done); !written)
             return written;
-        done += std::uint64_t(piece.size());
+        done += static_cast<std::uint64_t>(piece.size());
     }
     return {};
 }
 
 LoadResult<HeaderBlock> readHeaderBlock(FileOps &ops, int file) {
-    QByteArray bytes(qsizetype(lengthDigits + headerLengthMax), Qt::Uninitialized);
-    const auto count = readFully(ops, file, {bytes.data(), std::size_t(bytes.size())}, 0);
+    QByteArray bytes(static_cast<qsizetype>(lengthDigits + headerLengthMax), Qt::Uninitialized);
+    const auto count = readFully(ops, file, {bytes.data(), static_cast<std::size_t>(bytes.size())}, 0);
     if (!count)
         return unreadable(count.error());
-    return decodeHeaderLength(QByteArrayView(bytes).first(qsizetype(*count)))
+    return decodeHeaderLength(QByteArrayView(bytes).first(static_cast<qsizetype>(*count)))
         .and_then([&](std::size_t length) -> LoadResult<HeaderBlock> {
             if (*count < lengthDigits + length)
                 return truncated(*count, lengthDigits + length);
-            bytes.resize(qsizetype(lengthDigits + length));
+            bytes.resize(static_cast<qsizetype>(lengthDigits + length));
             return decodeHeader(std::move(bytes));
         });
 }
@@ -277,7 +278,8 @@ LoadResult<void> verifyContainer(FileOps &ops, int file, const HeaderBlock &expe
         return checked;
     ChunkReader reader(ops, file, *block, keys);
     auto done = reader.start();
-    QByteArray room(qsizetype((std::size_t{1} << block->header.chunkLog2) + protectedTagSize), Qt::Uninitialized);
+    QByteArray room(static_cast<qsizetype>((std::size_t{1} << block->header.chunkLog2) + protectedTagSize),
+                    Qt::Uninitialized);
     while (done && !reader.atEnd())
         done = reader.next(room.data());
     return done;

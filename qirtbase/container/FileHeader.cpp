@@ -44,7 +44,7 @@ public:
     explicit Fields(QByteArrayView block)
         : m_header(ByteReader(block).from(lengthDigits)) {}
 
-    std::size_t size() const { return std::size_t(m_header.left()); }
+    std::size_t size() const { return static_cast<std::size_t>(m_header.left()); }
     QByteArrayView bytes(std::size_t offset, std::size_t count) const { return m_header.from(offset).bytes(count); }
     std::uint8_t byte(std::size_t offset) const { return number<std::uint8_t>(offset); }
     template<class T>
@@ -57,7 +57,7 @@ public:
     }
     bool isZero(std::size_t offset, std::size_t count) const {
         const QByteArrayView field = bytes(offset, count);
-        return std::size_t(field.size()) == count && sodium_is_zero(bytesOf(field), count) == 1;
+        return static_cast<std::size_t>(field.size()) == count && sodium_is_zero(bytesOf(field), count) == 1;
     }
     bool isProtected() const { return byte(protection) == protectedMark; }
 
@@ -67,23 +67,23 @@ private:
 
 HeaderDigest digestOf(QByteArrayView bytes, const SecretBytes *key) {
     HeaderDigest digest;
-    crypto_generichash(digest.data(), digest.size(), bytesOf(bytes), std::size_t(bytes.size()),
+    crypto_generichash(digest.data(), digest.size(), bytesOf(bytes), static_cast<std::size_t>(bytes.size()),
                        key ? key->data() : nullptr, key ? key->size() : 0);
     return digest;
 }
 
 HeaderDigest macOf(QByteArrayView block, const SecretBytes &headKey) {
-    return digestOf(block.chopped(qsizetype(macFromEnd)), &headKey);
+    return digestOf(block.chopped(static_cast<qsizetype>(macFromEnd)), &headKey);
 }
 
 Check checkMagic(const Fields &fields) {
-    if (fields.bytes(magic, std::size_t(magicText.size())) != magicText)
+    if (fields.bytes(magic, static_cast<std::size_t>(magicText.size())) != magicText)
         return notADatabase();
     return {};
 }
 
 Check checkDigest(const Fields &fields, QByteArrayView block) {
-    const HeaderDigest digest = digestOf(block.chopped(qsizetype(digestFromEnd)), nullptr);
+    const HeaderDigest digest = digestOf(block.chopped(static_cast<qsizetype>(digestFromEnd)), nullptr);
     if (fields.array<digestSize>(fields.size() - digestFromEnd) != digest)
         return contradiction(u"its header does not match its checksum"_s);
     return {};
@@ -195,9 +195,10 @@ void encodeFields(QByteArray &block, const FileHeader &header) {
     out.number(minorVersion, currentMinor);
     out.number(optionalBits, header.optionalBits);
     out.number(chunkSizeLog2, header.chunkLog2);
-    out.number(kdfMethod, std::uint8_t(header.isProtected ? Kdf::Argon2id13 : Kdf::None));
-    out.number(cipherMethod, std::uint8_t(header.isProtected ? Cipher::XChaCha20Poly1305Stream : Cipher::None));
-    out.number(digestMethod, std::uint8_t(Digest::Blake2bXxh3));
+    out.number(kdfMethod, static_cast<std::uint8_t>(header.isProtected ? Kdf::Argon2id13 : Kdf::None));
+    out.number(cipherMethod,
+               static_cast<std::uint8_t>(header.isProtected ? Cipher::XChaCha20Poly1305Stream : Cipher::None));
+    out.number(digestMethod, static_cast<std::uint8_t>(Digest::Blake2bXxh3));
     out.number(bodyLength, header.bodyLength);
     out.bytes(fileId, viewOf(header.fileId));
     out.bytes(saveId, viewOf(header.saveId));
@@ -214,9 +215,10 @@ void encodeFields(QByteArray &block, const FileHeader &header) {
 } // namespace
 
 HeaderBlock encodeHeader(const FileHeader &header, const SecretBytes *headKey) {
-    const std::size_t length = headerLength + std::size_t(header.extensions.size());
-    HeaderBlock block{header, QByteArray(qsizetype(lengthDigits + length), '\0'), {}};
-    const QByteArray digits = QByteArray::number(qulonglong(length)).rightJustified(qsizetype(lengthDigits), '0');
+    const std::size_t length = headerLength + static_cast<std::size_t>(header.extensions.size());
+    HeaderBlock block{header, QByteArray(static_cast<qsizetype>(lengthDigits + length), '\0'), {}};
+    const QByteArray digits =
+        QByteArray::number(static_cast<qulonglong>(length)).rightJustified(static_cast<qsizetype>(lengthDigits), '0');
     ByteWriter(block.bytes).at(0).bytes(digits);
     encodeFields(block.bytes, header);
     block.digest = sealHeader(block.bytes, headKey);
@@ -226,24 +228,24 @@ HeaderBlock encodeHeader(const FileHeader &header, const SecretBytes *headKey) {
 HeaderDigest sealHeader(QByteArray &block, const SecretBytes *headKey) {
     if (headKey) {
         const HeaderDigest mac = macOf(block, *headKey);
-        ByteWriter(block).at(std::size_t(block.size()) - macFromEnd).array(mac);
+        ByteWriter(block).at(static_cast<std::size_t>(block.size()) - macFromEnd).array(mac);
     }
-    const HeaderDigest digest = digestOf(QByteArrayView(block).chopped(qsizetype(digestFromEnd)), nullptr);
-    ByteWriter(block).at(std::size_t(block.size()) - digestFromEnd).array(digest);
+    const HeaderDigest digest = digestOf(QByteArrayView(block).chopped(static_cast<qsizetype>(digestFromEnd)), nullptr);
+    ByteWriter(block).at(static_cast<std::size_t>(block.size()) - digestFromEnd).array(digest);
     return digest;
 }
 
 LoadResult<std::size_t> decodeHeaderLength(QByteArrayView firstBytes) {
-    const QByteArrayView digits = firstBytes.first(std::min(firstBytes.size(), qsizetype(lengthDigits)));
+    const QByteArrayView digits = firstBytes.first(std::min(firstBytes.size(), static_cast<qsizetype>(lengthDigits)));
     if (digits.isEmpty())
         return refused(LoadErrorKind::Empty, u"it is empty"_s);
     std::size_t length = 0;
     for (const char digit : digits) {
         if (digit < '0' || digit > '9')
             return notADatabase();
-        length = length * 10 + std::size_t(digit - '0');
+        length = length * 10 + static_cast<std::size_t>(digit - '0');
     }
-    if (std::size_t(digits.size()) < lengthDigits)
+    if (static_cast<std::size_t>(digits.size()) < lengthDigits)
         return refused(LoadErrorKind::Truncated, u"it ends after %1 bytes"_s.arg(digits.size()));
     if (length < headerLength || length > headerLengthMax)
         return notADatabase();
@@ -264,7 +266,8 @@ LoadResult<HeaderBlock> decodeHeader(QByteArray bytes) {
         header.generation = fields.number<std::uint64_t>(generation);
         header.kdf.costs = {fields.number<std::uint32_t>(kdfPasses), fields.number<std::uint32_t>(kdfMemoryKiB)};
         header.kdf.salt = fields.array<saltSize>(salt);
-        header.extensions = bytes.mid(qsizetype(lengthDigits + extensions), qsizetype(fields.size() - headerLength));
+        header.extensions = bytes.mid(static_cast<qsizetype>(lengthDigits + extensions),
+                                      static_cast<qsizetype>(fields.size() - headerLength));
         block.digest = fields.array<digestSize>(fields.size() - digestFromEnd);
         block.bytes = std::move(bytes);
         return block;
@@ -274,7 +277,7 @@ LoadResult<HeaderBlock> decodeHeader(QByteArray bytes) {
 bool headerMacMatches(const HeaderBlock &block, const SecretBytes &headKey) {
     const HeaderDigest mac = macOf(block.bytes, headKey);
     const auto written =
-        Fields(block.bytes).array<digestSize>(std::size_t(block.bytes.size()) - lengthDigits - macFromEnd);
+        Fields(block.bytes).array<digestSize>(static_cast<std::size_t>(block.bytes.size()) - lengthDigits - macFromEnd);
     return sodium_memcmp(mac.data(), written.data(), mac.size()) == 0;
 }
 
@@ -295,13 +298,13 @@ std::uint64_t chunkCountOf(const FileHeader &header) {
 
 std::size_t chunkPlainSize(const FileHeader &header, std::uint64_t index) {
     const std::uint64_t size = std::uint64_t{1} << header.chunkLog2;
-    return std::size_t(std::min(size, header.bodyLength - index * size));
+    return static_cast<std::size_t>(std::min(size, header.bodyLength - index * size));
 }
 
 std::uint64_t fileSizeOf(const HeaderBlock &block) {
     const FileHeader &header = block.header;
-    return std::uint64_t(block.bytes.size()) + (header.isProtected ? streamHeaderSize : 0) + header.bodyLength +
-           chunkCountOf(header) * (header.isProtected ? protectedTagSize : openTagSize);
+    return static_cast<std::uint64_t>(block.bytes.size()) + (header.isProtected ? streamHeaderSize : 0) +
+           header.bodyLength + chunkCountOf(header) * (header.isProtected ? protectedTagSize : openTagSize);
 }
 
 } // namespace qir

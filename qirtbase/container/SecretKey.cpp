@@ -96,15 +96,15 @@ void wipeStack() {
 SecretBytes passwordBytes(const QString &password) {
     QString normalised = password.normalized(QString::NormalizationForm_C);
     QStringEncoder encoder(QStringConverter::Utf8);
-    SecretBytes bytes(std::size_t(encoder.requiredSpace(normalised.size())));
+    SecretBytes bytes(static_cast<std::size_t>(encoder.requiredSpace(normalised.size())));
     if (!bytes.isEmpty()) {
         auto *begin = reinterpret_cast<char *>(bytes.data());
         const char *end = encoder.appendToBuffer(begin, normalised);
-        bytes.shorten(std::size_t(end - begin));
+        bytes.shorten(static_cast<std::size_t>(end - begin));
     }
     // Where normalising made a copy, that copy is ours to wipe; where it did not, this is the caller's string.
     if (normalised.constData() != password.constData() && normalised.isDetached())
-        sodium_memzero(normalised.data(), std::size_t(normalised.size()) * sizeof(QChar));
+        sodium_memzero(normalised.data(), static_cast<std::size_t>(normalised.size()) * sizeof(QChar));
     return bytes;
 }
 

@@ -58,18 +58,18 @@ SystemResult<void> writeVersions(FileOps &ops, int copy, int file, ContainerWrit
     const auto put = [&](QByteArrayView bytes) {
         digest.add(bytes);
         const auto written = writeFullyAt(ops, copy, bytes, at);
-        at += std::uint64_t(bytes.size());
+        at += static_cast<std::uint64_t>(bytes.size());
         return written;
     };
-    std::vector<char> piece(std::size_t(std::min(pieceSize, head.baseSize)));
+    std::vector<char> piece(static_cast<std::size_t>(std::min(pieceSize, head.baseSize)));
     for (std::uint64_t done = 0; done < head.baseSize; done += piece.size()) {
-        piece.resize(std::size_t(std::min(pieceSize, head.baseSize - done)));
+        piece.resize(static_cast<std::size_t>(std::min(pieceSize, head.baseSize - done)));
         const auto count = readFully(ops, file, piece, done);
         if (!count)
             return tl::unexpected(count.error());
         if (*count < piece.size())
             return tl::unexpected(SystemError{EIO});
-        if (const auto written = put(QByteArrayView(piece.data(), qsizetype(piece.size()))); !written)
+        if (const auto written = put(QByteArrayView(piece.data(), static_cast<qsizetype>(piece.size()))); !written)
             return written;
     }
     for (QByteArrayView bytes = writer.next(); !bytes.isEmpty(); bytes = writer.next())
@@ -119,7 +119,7 @@ SystemResult<InPlaceCopy> InPlaceCopy::store(FileOps &ops, OpenFile folder, bool
                       .path = placeHash(canonicalPath(ops, file.place)),
                       .base = base,
                       .next = writer.headerBlock().header.saveId,
-                      .baseSize = std::uint64_t(file.status.st_size)};
+                      .baseSize = static_cast<std::uint64_t>(file.status.st_size)};
     if (const auto written = writeVersions(ops, staged->descriptor(), file.descriptor, writer, head); !written)
         return tl::unexpected(written.error());
     if (isShared)
@@ -170,7 +170,7 @@ QString InPlaceCopy::location() const {
 
 SystemResult<void> InPlaceCopy::readPart(const Part &part, std::uint64_t at, std::vector<char> &bytes,
                                          std::size_t count) const {
-    bytes.resize(at < part.size ? std::size_t(std::min<std::uint64_t>(count, part.size - at)) : 0);
+    bytes.resize(at < part.size ? static_cast<std::size_t>(std::min<std::uint64_t>(count, part.size - at)) : 0);
     const auto read = readFully(*m_ops, m_file.descriptor(), bytes, part.offset + at);
     if (!read)
         return tl::unexpected(read.error());
@@ -183,7 +183,9 @@ SystemResult<void> InPlaceCopy::forEachPiece(const Part &part, Take take) const 
     for (std::uint64_t at = 0; at < part.size; at += piece.size()) {
         if (const auto read = readPart(part, at, piece, pieceSize); !read)
             return read;
-        if (const SystemResult<void> taken = take(QByteArrayView(piece.data(), qsizetype(piece.size())), at); !taken)
+        if (const SystemResult<void> taken =
+                take(QByteArrayView(piece.data(), static_cast<qsizetype>(piece.size())), at);
+            !taken)
             return taken;
     }
     return {};
@@ -193,7 +195,7 @@ SystemResult<bool> InPlaceCopy::isSound() const {
     const auto status = m_ops->status(m_file.descriptor());
     if (!status)
         return tl::unexpected(status.error());
-    const std::uint64_t room = std::uint64_t(status->st_size) - SafeCopyHead::size;
+    const std::uint64_t room = static_cast<std::uint64_t>(status->st_size) - SafeCopyHead::size;
     if (m_head.baseSize > room || m_head.nextSize != room - m_head.baseSize)
         return false;
     VersionsDigest digest;
@@ -210,7 +212,7 @@ SystemResult<InPlaceCopy::Content> InPlaceCopy::contentOf(int file) const {
     const auto status = m_ops->status(file);
     if (!status)
         return tl::unexpected(status.error());
-    const auto size = std::uint64_t(status->st_size);
+    const auto size = static_cast<std::uint64_t>(status->st_size);
     const auto [least, most] = std::minmax(m_head.baseSize, m_head.nextSize);
     if (size < least || size > most)
         return Content::Foreign;
@@ -220,7 +222,7 @@ SystemResult<InPlaceCopy::Content> InPlaceCopy::contentOf(int file) const {
     std::vector<char> before;
     std::vector<char> after;
     for (std::uint64_t at = 0; at < size; at += there.size()) {
-        there.resize(std::size_t(std::min(pieceSize, size - at)));
+        there.resize(static_cast<std::size_t>(std::min(pieceSize, size - at)));
         const auto count = readFully(*m_ops, file, there, at);
         if (!count)
             return tl::unexpected(count.error());

@@ -129,13 +129,14 @@ private:
     /// Reads what was found, and once more when it is held: only then it stays as it is.
     Step take(OpenFile folder, const std::string &name, OpenFile file, bool isWritable, bool isShared) {
         for (bool isHeld : {false, true}) {
-            QByteArray bytes(qsizetype(SafeCopyPointer::sizeMax), Qt::Uninitialized);
-            const auto count = readFully(m_ops, file.descriptor(), {bytes.data(), std::size_t(bytes.size())}, 0);
+            QByteArray bytes(static_cast<qsizetype>(SafeCopyPointer::sizeMax), Qt::Uninitialized);
+            const auto count =
+                readFully(m_ops, file.descriptor(), {bytes.data(), static_cast<std::size_t>(bytes.size())}, 0);
             if (!count)
                 return tl::unexpected(count.error());
-            bytes.truncate(qsizetype(*count));
+            bytes.truncate(static_cast<qsizetype>(*count));
             const auto head = SafeCopyHead::decode(
-                QByteArrayView(bytes).first(std::min(bytes.size(), qsizetype(SafeCopyHead::size))));
+                QByteArrayView(bytes).first(std::min(bytes.size(), static_cast<qsizetype>(SafeCopyHead::size))));
             if (!head && !isShared)
                 if (const auto pointer = SafeCopyPointer::decode(bytes))
                     return follow(*pointer, folder.descriptor(), name);

@@ -45,7 +45,9 @@ SystemResult<void> copyAll(FileOps &ops, int from, int to) {
         const auto count = readFully(ops, from, piece, at);
         if (!count)
             return tl::unexpected(count.error());
-        if (const auto written = writeFullyAt(ops, to, QByteArrayView(piece.data(), qsizetype(*count)), at); !written)
+        if (const auto written =
+                writeFullyAt(ops, to, QByteArrayView(piece.data(), static_cast<qsizetype>(*count)), at);
+            !written)
             return written;
         at += *count;
         if (*count < piece.size())

@@ -29,7 +29,7 @@ Fate fateOf(FileOps &ops, int file, const std::string &tag, const FileIdentifier
     if (!status || !S_ISREG(status->st_mode) || !ops.lock(file, LockKind::Exclusive))
         return Fate::Stays;
     const auto block = readHeaderBlock(ops, file);
-    const bool isWhole = block && fileSizeOf(*block) == std::uint64_t(status->st_size);
+    const bool isWhole = block && fileSizeOf(*block) == static_cast<std::uint64_t>(status->st_size);
     if (isWhole && block->header.fileId != fileId)
         return Fate::Stays; // another file's: its own next save sees to it
     if (isWhole)

@@ -23,15 +23,16 @@ constexpr std::size_t nameDigits = 16;
 
 void appendDigest(QByteArray &out) {
     std::array<unsigned char, digestSize> digest;
-    crypto_generichash(digest.data(), digest.size(), bytesOf(out), std::size_t(out.size()), nullptr, 0);
+    crypto_generichash(digest.data(), digest.size(), bytesOf(out), static_cast<std::size_t>(out.size()), nullptr, 0);
     out.append(viewOf(digest));
 }
 
 /// Whether bytes start with a magic and end with the digest of what stands before it.
 bool isWhole(QByteArrayView bytes, QByteArrayView magic) {
-    if (std::size_t(bytes.size()) < std::size_t(magic.size()) + digestSize || !bytes.startsWith(magic))
+    if (static_cast<std::size_t>(bytes.size()) < static_cast<std::size_t>(magic.size()) + digestSize ||
+        !bytes.startsWith(magic))
         return false;
-    QByteArray again = bytes.chopped(qsizetype(digestSize)).toByteArray();
+    QByteArray again = bytes.chopped(static_cast<qsizetype>(digestSize)).toByteArray();
     appendDigest(again);
     return bytes == again;
 }
@@ -40,7 +41,7 @@ bool isWhole(QByteArrayView bytes, QByteArrayView magic) {
 
 PlaceHash placeHash(const std::string &text) {
     PlaceHash hash;
-    const QByteArrayView bytes(text.data(), qsizetype(text.size()));
+    const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
     crypto_generichash(hash.data(), hash.size(), bytesOf(bytes), text.size(), nullptr, 0);
     return hash;
 }
@@ -71,12 +72,12 @@ QByteArray SafeCopyHead::encode() const {
     out.number(nextSize);
     out.array(digest);
     appendDigest(bytes);
-    Q_ASSERT(std::size_t(bytes.size()) == size);
+    Q_ASSERT(static_cast<std::size_t>(bytes.size()) == size);
     return bytes;
 }
 
 std::optional<SafeCopyHead> SafeCopyHead::decode(QByteArrayView bytes) {
-    if (std::size_t(bytes.size()) != size || !isWhole(bytes, headMagic))
+    if (static_cast<std::size_t>(bytes.size()) != size || !isWhole(bytes, headMagic))
         return std::nullopt;
     SafeCopyHead head;
     ByteReader rest(bytes.sliced(headMagic.size()));
@@ -99,17 +100,17 @@ QByteArray SafeCopyPointer::encode() const {
     QByteArray bytes = pointerMagic.toByteArray();
     ByteWriter out(bytes);
     out.number(inode);
-    out.bytes(QByteArrayView(path.data(), qsizetype(path.size())));
+    out.bytes(QByteArrayView(path.data(), static_cast<qsizetype>(path.size())));
     appendDigest(bytes);
     return bytes;
 }
 
 std::optional<SafeCopyPointer> SafeCopyPointer::decode(QByteArrayView bytes) {
-    constexpr std::size_t fixed = std::size_t(pointerMagic.size()) + sizeof(std::uint64_t) + digestSize;
-    if (std::size_t(bytes.size()) <= fixed || !isWhole(bytes, pointerMagic))
+    constexpr std::size_t fixed = static_cast<std::size_t>(pointerMagic.size()) + sizeof(std::uint64_t) + digestSize;
+    if (static_cast<std::size_t>(bytes.size()) <= fixed || !isWhole(bytes, pointerMagic))
         return std::nullopt;
     SafeCopyPointer pointer;
-    ByteReader rest(bytes.sliced(pointerMagic.size()).chopped(qsizetype(digestSize)));
+    ByteReader rest(bytes.sliced(pointerMagic.size()).chopped(static_cast<qsizetype>(digestSize)));
     pointer.inode = rest.number<std::uint64_t>();
     pointer.path.assign(rest.rest().begin(), rest.rest().end());
     return pointer;
@@ -125,7 +126,8 @@ std::string newSafeCopyName() {
 bool isSafeCopyName(const std::string &name) {
     return name.size() == nameStart.size() + nameDigits + nameEnd.size() && name.starts_with(nameStart) &&
            name.ends_with(nameEnd) &&
-           std::all_of(name.begin() + std::ptrdiff_t(nameStart.size()), name.end() - std::ptrdiff_t(nameEnd.size()),
+           std::all_of(name.begin() + static_cast<std::ptrdiff_t>(nameStart.size()),
+                       name.end() - static_cast<std::ptrdiff_t>(nameEnd.size()),
                        [](unsigned char c) { return std::isxdigit(c) != 0; });
 }
 

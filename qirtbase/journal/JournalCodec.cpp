@@ -31,14 +31,14 @@ public:
         number(kind);
     }
     OperationWriter(QByteArray &out, JournalOperation operation)
-        : OperationWriter(out, std::uint8_t(operation)) {}
+        : OperationWriter(out, static_cast<std::uint8_t>(operation)) {}
 
     template<class Number>
     OperationWriter &number(Number value) {
         m_out.number(value);
         return *this;
     }
-    OperationWriter &index(std::size_t index) { return number(std::uint32_t(index)); }
+    OperationWriter &index(std::size_t index) { return number(static_cast<std::uint32_t>(index)); }
     void bytes(QByteArrayView bytes) { m_out.sizedBytes<std::uint32_t>(bytes); }
     void saveId(const FileIdentifier &id) { m_out.array(id); }
 
@@ -144,7 +144,7 @@ bool isStepMark(const ReadOperation &operation) {
 }
 
 bool isChange(const ReadOperation &operation) {
-    return operation.kind < std::uint8_t(JournalOperation::GroupBegin);
+    return operation.kind < static_cast<std::uint8_t>(JournalOperation::GroupBegin);
 }
 
 /// Whether the places that a change names are there.
@@ -261,7 +261,7 @@ std::optional<bool> holdsImages(QByteArrayView group) {
 // ----------------------------------------------------------------------------------------------------------- encoding
 
 void encodeChange(QByteArray &out, const Change &change, std::size_t table) {
-    OperationWriter operation(out, std::uint8_t(change.kind));
+    OperationWriter operation(out, static_cast<std::uint8_t>(change.kind));
     switch (change.kind) {
     case ChangeKind::AddTable:
         operation.bytes(change.text.toUtf8());
@@ -273,7 +273,10 @@ void encodeChange(QByteArray &out, const Change &change, std::size_t table) {
         operation.index(change.index);
         break;
     case ChangeKind::AddField:
-        operation.index(table).number(std::uint8_t(change.type)).number(change.number).bytes(change.text.toUtf8());
+        operation.index(table)
+            .number(static_cast<std::uint8_t>(change.type))
+            .number(change.number)
+            .bytes(change.text.toUtf8());
         break;
     case ChangeKind::RenameField:
         operation.index(table).index(change.index).bytes(change.text.toUtf8());
@@ -321,7 +324,7 @@ void encodeStepMark(QByteArray &out, const StepMark &mark) {
     const bool isStep = mark.kind != StepKind::Undone;
     OperationWriter operation(out, isStep ? JournalOperation::Step : JournalOperation::Undone);
     if (isStep)
-        operation.number(std::uint8_t(mark.kind == StepKind::Joined ? 1 : 0));
+        operation.number(static_cast<std::uint8_t>(mark.kind == StepKind::Joined ? 1 : 0));
     operation.number(mark.time).bytes(mark.name.toUtf8());
 }
 

@@ -77,7 +77,7 @@ struct ReadOperation {
     bool joins = false;
     QByteArrayView bytes; ///< A text in UTF-8, a block, an image part or a save id.
 
-    bool is(JournalOperation operation) const { return kind == std::uint8_t(operation); }
+    bool is(JournalOperation operation) const { return kind == static_cast<std::uint8_t>(operation); }
 };
 
 /// Takes the next operation off the front; nothing, and nothing taken, when the bytes are none.
@@ -96,7 +96,11 @@ public:
     explicit JournalReplay(Database &database)
         : m_database(database) {
         database.keepSteps(stepsBudget);
+        database.takeEmptySteps(true); // each that stands in the journal was one
     }
+    ~JournalReplay() { m_database.takeEmptySteps(false); }
+    JournalReplay(const JournalReplay &) = delete;
+    JournalReplay &operator=(const JournalReplay &) = delete;
 
     /// The next record. False where it makes no sense or cannot be made again: nothing of its group has been done then,
     /// and the replay ends here. Throws std::bad_alloc: nothing more can be done with the database then.

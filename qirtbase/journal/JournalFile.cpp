@@ -29,8 +29,8 @@ HeaderDigest digestOf(QByteArrayView first, QByteArrayView second = {}) {
     HeaderDigest digest;
     crypto_generichash_state state;
     crypto_generichash_init(&state, nullptr, 0, digest.size());
-    crypto_generichash_update(&state, bytesOf(first), std::size_t(first.size()));
-    crypto_generichash_update(&state, bytesOf(second), std::size_t(second.size()));
+    crypto_generichash_update(&state, bytesOf(first), static_cast<std::size_t>(first.size()));
+    crypto_generichash_update(&state, bytesOf(second), static_cast<std::size_t>(second.size()));
     crypto_generichash_final(&state, digest.data(), digest.size());
     return digest;
 }
@@ -49,7 +49,7 @@ std::string tagOf(const JournalHead &head, const ContainerKeys &keys) {
 QByteArray padded(QByteArrayView payload) {
     QByteArray out;
     ByteWriter(out).sizedBytes<std::uint32_t>(payload);
-    const auto step = qsizetype(journal::step);
+    const auto step = static_cast<qsizetype>(journal::step);
     out.resize((out.size() + step - 1) / step * step, '\0');
     return out;
 }
@@ -89,14 +89,14 @@ SystemResult<void> hold(FileOps &ops, int file) {
 }
 
 JournalResult<JournalHead> readHead(FileOps &ops, int file, QByteArray &bytes) {
-    bytes.resize(qsizetype(journal::headSizeMax));
-    const auto count = readFully(ops, file, {bytes.data(), std::size_t(bytes.size())}, 0);
+    bytes.resize(static_cast<qsizetype>(journal::headSizeMax));
+    const auto count = readFully(ops, file, {bytes.data(), static_cast<std::size_t>(bytes.size())}, 0);
     if (!count)
         return tl::unexpected(unreadable(count.error()));
     if (*count == 0) // its first record was never written
         return tl::unexpected(JournalRefusal{JournalRefusal::Kind::Gone, {}});
     QByteArrayView whole;
-    auto head = decodeJournalHead(QByteArrayView(bytes).first(qsizetype(*count)), whole);
+    auto head = decodeJournalHead(QByteArrayView(bytes).first(static_cast<qsizetype>(*count)), whole);
     bytes.resize(whole.size());
     return head;
 }
@@ -107,7 +107,8 @@ SystemResult<void> copyBytes(FileOps &ops, int from, int to) {
         const auto count = readFully(ops, from, piece, at);
         if (!count)
             return tl::unexpected(count.error());
-        if (const auto written = writeFullyAt(ops, to, QByteArrayView(piece.data(), qsizetype(*count)), at);
+        if (const auto written =
+                writeFullyAt(ops, to, QByteArrayView(piece.data(), static_cast<qsizetype>(*count)), at);
             !written || *count < piece.size())
             return written;
     }
@@ -117,7 +118,8 @@ SecretBytes segmentKey(const SecretBytes &master, const HeaderDigest &headDigest
     QByteArray over = viewOf(headDigest).toByteArray();
     ByteWriter(over).number(offset);
     SecretBytes key(crypto_secretstream_xchacha20poly1305_KEYBYTES);
-    crypto_generichash(key.data(), key.size(), bytesOf(over), std::size_t(over.size()), master.data(), master.size());
+    crypto_generichash(key.data(), key.size(), bytesOf(over), static_cast<std::size_t>(over.size()), master.data(),
+                       master.size());
     return key;
 }
 
@@ -186,7 +188,7 @@ JournalResult<JournalFile> JournalFile::open(FileOps &ops, OpenFile folder, cons
     journal.m_name = name;
     journal.m_head = std::move(*head);
     journal.m_headDigest = digestOf(journal.m_headBytes);
-    journal.m_size = std::uint64_t(status->st_size);
+    journal.m_size = static_cast<std::uint64_t>(status->st_size);
     journal.rewind();
     return journal;
 }
@@ -212,7 +214,7 @@ bool JournalFile::unlock(const ContainerKeys &keys) {
 // ------------------------------------------------------------------------------------------------------------ reading
 
 void JournalFile::rewind() {
-    m_offset = std::uint64_t(m_headBytes.size());
+    m_offset = static_cast<std::uint64_t>(m_headBytes.size());
     m_readError.reset();
     m_damaged = false;
     m_stream.reset();
@@ -251,7 +253,7 @@ bool JournalFile::readRecord(QByteArray &payload) {
     const std::size_t tagSize = m_head.sealed ? sealedTagSize : openTagSize;
     const std::size_t sizeMax = tagSize + journal::payloadMax + (isPadded() ? journal::step : 0);
     const std::uint64_t begin = m_offset;
-    bool inSegment = begin > std::uint64_t(m_headBytes.size());
+    bool inSegment = begin > static_cast<std::uint64_t>(m_headBytes.size());
     char lengthBytes[lengthSize];
     while (readBytes(lengthBytes, m_offset)) {
         const auto length = ByteReader(QByteArrayView(lengthBytes, lengthSize)).number<std::uint32_t>();
@@ -264,8 +266,8 @@ bool JournalFile::readRecord(QByteArray &payload) {
         m_damaged = !inSegment || length < tagSize || length > sizeMax;
         if (m_damaged || length > m_size - m_offset - lengthSize)
             break;
-        QByteArray record(qsizetype(length), Qt::Uninitialized);
-        if (!readBytes({record.data(), std::size_t(record.size())}, m_offset + lengthSize))
+        QByteArray record(static_cast<qsizetype>(length), Qt::Uninitialized);
+        if (!readBytes({record.data(), static_cast<std::size_t>(record.size())}, m_offset + lengthSize))
             break;
         m_damaged = !openRecord(record, payload);
         if (m_damaged)
@@ -280,17 +282,17 @@ bool JournalFile::readRecord(QByteArray &payload) {
 /// False where the record is not what was written.
 bool JournalFile::openRecord(QByteArrayView record, QByteArray &payload) {
     const std::size_t tagSize = m_head.sealed ? sealedTagSize : openTagSize;
-    const QByteArrayView plain = record.chopped(qsizetype(tagSize));
+    const QByteArrayView plain = record.chopped(static_cast<qsizetype>(tagSize));
     if (!m_head.sealed) {
         const HeaderDigest link = digestOf(viewOf(m_link), plain);
-        if (record.sliced(plain.size()) != viewOf(link).first(qsizetype(tagSize)))
+        if (record.sliced(plain.size()) != viewOf(link).first(static_cast<qsizetype>(tagSize)))
             return false;
         m_link = link;
         payload = plain.toByteArray();
         return true;
     }
     payload.resize(plain.size());
-    if (!m_stream->open(record, false, {payload.data(), std::size_t(payload.size())}))
+    if (!m_stream->open(record, false, {payload.data(), static_cast<std::size_t>(payload.size())}))
         return false;
     if (!isPadded())
         return true;
@@ -317,24 +319,24 @@ SystemResult<void> JournalFile::append(QByteArrayView payload) {
     if (isFirst)
         out = m_headBytes;
     else if (const auto status = m_ops->status(m_file.descriptor()))
-        m_cut = m_cut || std::uint64_t(status->st_size) < begin;
+        m_cut = m_cut || static_cast<std::uint64_t>(status->st_size) < begin;
     ByteWriter writer(out);
     if (!m_appending) {
         ChunkStream::Header header;
         m_random->fill(header);
-        startSegment(begin + std::uint64_t(out.size()), header);
+        startSegment(begin + static_cast<std::uint64_t>(out.size()), header);
         writer.number(journal::segment::mark);
         writer.array(header);
     }
     if (m_head.sealed) {
         const QByteArray plain = isPadded() ? padded(payload) : payload.toByteArray();
-        writer.number(std::uint32_t(std::size_t(plain.size()) + sealedTagSize));
+        writer.number(static_cast<std::uint32_t>(static_cast<std::size_t>(plain.size()) + sealedTagSize));
         m_stream->seal(plain, false, out);
     } else {
         m_link = digestOf(viewOf(m_link), payload);
-        writer.number(std::uint32_t(std::size_t(payload.size()) + openTagSize));
+        writer.number(static_cast<std::uint32_t>(static_cast<std::size_t>(payload.size()) + openTagSize));
         writer.bytes(payload);
-        writer.bytes(viewOf(m_link).first(qsizetype(openTagSize)));
+        writer.bytes(viewOf(m_link).first(static_cast<qsizetype>(openTagSize)));
     }
     if (const auto written = writeFullyAt(*m_ops, m_file.descriptor(), out, begin); !written) {
         m_appending = false;                               // what the record was sealed with is not used again
@@ -342,7 +344,7 @@ SystemResult<void> JournalFile::append(QByteArrayView payload) {
         return written;
     }
     m_appending = true;
-    m_offset = begin + std::uint64_t(out.size());
+    m_offset = begin + static_cast<std::uint64_t>(out.size());
     return {};
 }
 
@@ -437,7 +439,7 @@ SystemResult<JournalFile> JournalFile::replace(JournalFile &other, JournalHead h
     const auto status = ops.status(other.m_file.descriptor());
     if (!status)
         return abandoned(status.error());
-    other.m_size = std::uint64_t(status->st_size);
+    other.m_size = static_cast<std::uint64_t>(status->st_size);
     other.rewind();
     for (QByteArray payload; other.readRecord(payload);)
         if (const auto appended = journal->append(payload); !appended)

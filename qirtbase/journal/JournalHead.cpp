@@ -27,14 +27,16 @@ using Bytes = QByteArrayView;
 
 HeaderDigest digestOf(Bytes bytes) {
     HeaderDigest digest;
-    crypto_generichash(digest.data(), digest.size(), bytesOf(bytes), std::size_t(bytes.size()), nullptr, 0);
+    crypto_generichash(digest.data(), digest.size(), bytesOf(bytes), static_cast<std::size_t>(bytes.size()), nullptr,
+                       0);
     return digest;
 }
 
 SecretBytes headKey(const SecretBytes &master, Bytes start) {
     const QByteArray over = headPurpose.toByteArray() + start.toByteArray();
     SecretBytes key(crypto_aead_xchacha20poly1305_ietf_KEYBYTES);
-    crypto_generichash(key.data(), key.size(), bytesOf(over), std::size_t(over.size()), master.data(), master.size());
+    crypto_generichash(key.data(), key.size(), bytesOf(over), static_cast<std::size_t>(over.size()), master.data(),
+                       master.size());
     wipeStack();
     return key;
 }
@@ -47,7 +49,8 @@ QByteArray encodeIdentity(const JournalHead &head) {
     out.at(journal::identity::device).number(head.place.device);
     out.at(journal::identity::inode).number(head.place.inode);
     const std::string &path = head.place.path;
-    out.at(journal::identity::pathLength).sizedBytes<std::uint16_t>(Bytes(path.data(), qsizetype(path.size())));
+    out.at(journal::identity::pathLength)
+        .sizedBytes<std::uint16_t>(Bytes(path.data(), static_cast<qsizetype>(path.size())));
     return bytes;
 }
 
@@ -67,13 +70,13 @@ bool decodeIdentity(Bytes bytes, JournalHead &head) {
 }
 
 QByteArray seal(QByteArray plain, const SecretBytes &master, Bytes start) {
-    const auto step = qsizetype(journal::step);
+    const auto step = static_cast<qsizetype>(journal::step);
     plain.resize((plain.size() + step - 1) / step * step, '\0');
-    QByteArray sealed(plain.size() + qsizetype(sealSize), Qt::Uninitialized);
+    QByteArray sealed(plain.size() + static_cast<qsizetype>(sealSize), Qt::Uninitialized);
     const SecretBytes key = headKey(master, start);
     crypto_aead_xchacha20poly1305_ietf_encrypt(reinterpret_cast<unsigned char *>(sealed.data()), nullptr,
-                                               bytesOf(plain), std::size_t(plain.size()), nullptr, 0, nullptr,
-                                               zeroNonce, key.data());
+                                               bytesOf(plain), static_cast<std::size_t>(plain.size()), nullptr, 0,
+                                               nullptr, zeroNonce, key.data());
     return sealed;
 }
 
@@ -109,7 +112,7 @@ bool decodeNew(Bytes covered, JournalHead &head) {
 
 /// What the digest at the end is made of.
 Bytes coveredBy(Bytes whole) {
-    return whole.chopped(qsizetype(journal::head::digestFromEnd));
+    return whole.chopped(static_cast<qsizetype>(journal::head::digestFromEnd));
 }
 
 } // namespace
@@ -123,8 +126,8 @@ QByteArray encodeJournalHead(const JournalHead &head, const SecretBytes &master)
     QByteArray bytes;
     ByteWriter out(bytes);
     out.bytes(Bytes(journal::magic, sizeof journal::magic));
-    out.at(journal::head::version).number(char('0' + journal::newestVersion));
-    out.at(journal::head::sealed).number(std::uint32_t(head.sealed ? 1 : 0));
+    out.at(journal::head::version).number(static_cast<char>('0' + journal::newestVersion));
+    out.at(journal::head::sealed).number(static_cast<std::uint32_t>(head.sealed ? 1 : 0));
     out.at(journal::head::nonce).array(head.nonce);
     if (tellsKdf) {
         out.at(journal::head::kdfPasses).number(head.kdf.costs.passes);
@@ -133,10 +136,11 @@ QByteArray encodeJournalHead(const JournalHead &head, const SecretBytes &master)
         out.at(journal::head::salt).array(head.kdf.salt);
     }
     QByteArray identity = encodeIdentity(head);
-    const auto step = qsizetype(journal::step);
+    const auto step = static_cast<qsizetype>(journal::step);
     const qsizetype size =
-        head.sealed ? (identity.size() + step - 1) / step * step + qsizetype(sealSize) : identity.size();
-    const auto length = std::uint32_t(journal::head::identity + std::size_t(size) + journal::head::digestFromEnd);
+        head.sealed ? (identity.size() + step - 1) / step * step + static_cast<qsizetype>(sealSize) : identity.size();
+    const auto length = static_cast<std::uint32_t>(journal::head::identity + static_cast<std::size_t>(size) +
+                                                   journal::head::digestFromEnd);
     out.at(journal::head::length).number(length);
     out.at(journal::head::identity);
     out.bytes(head.sealed ? seal(std::move(identity), master, bytes) : identity);
@@ -159,7 +163,7 @@ JournalResult<JournalHead> decodeJournalHead(Bytes bytes, Bytes &whole) {
         return refused(JournalRefusal::Kind::Newer, "a newer version of this program wrote it");
     const auto size = fields.from(journal::head::length).number<std::uint32_t>();
     if (head.version < 1 || head.version > journal::newestVersion ||
-        size < journal::head::identity + journal::head::digestFromEnd || qsizetype(size) > bytes.size())
+        size < journal::head::identity + journal::head::digestFromEnd || static_cast<qsizetype>(size) > bytes.size())
         return refused(JournalRefusal::Kind::Damaged, "it is damaged");
     whole = bytes.first(size);
     const auto sealed = fields.from(journal::head::sealed).number<std::uint32_t>();
@@ -176,13 +180,13 @@ bool identifyJournal(JournalHead &head, Bytes whole, const SecretBytes &master) 
     if (head.isIdentified)
         return true;
     const Bytes sealed = ByteReader(coveredBy(whole)).from(journal::head::identity).rest();
-    if (sealed.size() < qsizetype(sealSize) || master.isEmpty())
+    if (sealed.size() < static_cast<qsizetype>(sealSize) || master.isEmpty())
         return false;
-    QByteArray plain(sealed.size() - qsizetype(sealSize), Qt::Uninitialized);
-    const SecretBytes key = headKey(master, whole.first(qsizetype(journal::head::identity)));
+    QByteArray plain(sealed.size() - static_cast<qsizetype>(sealSize), Qt::Uninitialized);
+    const SecretBytes key = headKey(master, whole.first(static_cast<qsizetype>(journal::head::identity)));
     const bool opened = crypto_aead_xchacha20poly1305_ietf_decrypt(
                             reinterpret_cast<unsigned char *>(plain.data()), nullptr, nullptr, bytesOf(sealed),
-                            std::size_t(sealed.size()), nullptr, 0, zeroNonce, key.data()) == 0;
+                            static_cast<std::size_t>(sealed.size()), nullptr, 0, zeroNonce, key.data()) == 0;
     head.isIdentified = opened && decodeIdentity(plain, head);
     return head.isIdentified;
 }
@@ -191,8 +195,8 @@ std::string journalTag(const FileIdentifier &fileId, const ContainerKeys &keysOf
     FileIdentifier tag = fileId;
     if (keysOfFile.isProtected()) {
         const QByteArray over = namePurpose.toByteArray() + viewOf(fileId).toByteArray();
-        crypto_generichash(tag.data(), tag.size(), bytesOf(over), std::size_t(over.size()), keysOfFile.master.data(),
-                           keysOfFile.master.size());
+        crypto_generichash(tag.data(), tag.size(), bytesOf(over), static_cast<std::size_t>(over.size()),
+                           keysOfFile.master.data(), keysOfFile.master.size());
         wipeStack();
     }
     return viewOf(tag).toByteArray().toHex().toStdString();

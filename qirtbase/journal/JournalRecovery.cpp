@@ -217,10 +217,10 @@ private:
     void takeUp(JournalFile journal, JournalContents contents) {
         const std::uint64_t whole = contents.end;
         const std::uint64_t saved = m_database.history().state();
+        m_loaded = m_database.copy();
         const int groups = replayJournal(journal, contents, m_database);
         if (journal.readError()) {
-            if (auto loaded = decodeBody(m_request.body))
-                m_database = std::move(*loaded); // not with a part of them
+            m_database = m_loaded->copy(); // not with a part of them
             cannotRead(journal);
             return;
         }
@@ -305,10 +305,7 @@ private:
         if (!contents.belongs)
             copy = versionBeside(journal.head().base);
         if (!copy)
-            if (auto loaded = decodeBody(m_request.body))
-                copy = std::move(*loaded);
-        if (!copy)
-            return;
+            copy = (m_loaded ? *m_loaded : m_database).copy();
         const std::uint64_t whole = contents.end;
         const int groups = replayJournal(journal, contents, *copy);
         if (journal.readError()) {
@@ -338,6 +335,7 @@ private:
     FileOps &m_ops;
     const RecoveryRequest &m_request;
     Database &m_database;
+    std::optional<Database> m_loaded; // as it was loaded, where changes have been made since
     JournalFolder m_folder;
     RecoveryOutcome m_outcome;
     bool m_strangersUnderOtherPasswords = false;

@@ -23,7 +23,6 @@ struct RecoveryRequest {
     const QString &password;   ///< As it was given: a journal may be sealed with one that was not saved yet.
     const KeyDeriver &deriveKey;
     RandomSource &random;
-    QByteArrayView body; ///< What was loaded: changes that do not belong to it are tried on a copy.
     /// Writes a database as a file aside; gives its path.
     std::function<SystemResult<QString>(QByteArrayView body)> keepAside;
     ContainerLimits limits = {}; ///< For versions that are read beside the file.

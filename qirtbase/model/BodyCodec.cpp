@@ -178,9 +178,10 @@ SectionHead readSection(Bytes &body) {
 
 class TableReader {
 public:
-    TableReader(Bytes payload, const BodyLimits &limits, Budget &budget)
+    TableReader(Bytes payload, const BodyLimits &limits, Budget &budget, BodyMemory memory)
         : m_payload(payload)
         , m_limits(limits)
+        , m_memory(memory)
         , m_budget(budget) {}
 
     std::unique_ptr<Table> read() {
@@ -222,7 +223,7 @@ public:
         places.reserve(fieldCount);
         for (const FieldHead &head : heads)
             places.push_back(locateColumn(head.type, head.size));
-        std::vector<Column> columns = readColumns(places);
+        std::vector<Column> columns = readColumns(places, m_memory);
         for (std::size_t i = 0; i < fieldCount; ++i)
             fields.push_back({FieldName(heads[i].name), heads[i].size, std::move(columns[i])});
         if (m_payload.left() != 0)
@@ -264,11 +265,12 @@ private:
 
     Bytes m_payload;
     const BodyLimits &m_limits;
+    BodyMemory m_memory;
     Budget &m_budget;
     std::size_t m_records = 0;
 };
 
-Database readDatabase(Bytes body, const BodyLimits &limits) {
+Database readDatabase(Bytes body, const BodyLimits &limits, BodyMemory memory) {
     Budget budget(limits.memory);
     Database database;
     QSet<QString> keys;
@@ -289,7 +291,7 @@ Database readDatabase(Bytes body, const BodyLimits &limits) {
                 refuse(u"a table stands after other sections"_s);
             if (database.tableCount() >= limits.tables)
                 refuseLimit(u"it has more than %1 tables"_s.arg(limits.tables));
-            auto table = TableReader(section.payload, limits, budget).read();
+            auto table = TableReader(section.payload, limits, budget, memory).read();
             if (keys.contains(table->name().key))
                 refuse(u"two tables have the same name \"%1\""_s.arg(table->name().text));
             keys.insert(table->name().key);
@@ -301,6 +303,16 @@ Database readDatabase(Bytes body, const BodyLimits &limits) {
             budget.take(sizeof(ForeignSection) + static_cast<std::uint64_t>(payload.size()));
             database.foreignSections().push_back({section.type, section.flags, payload.toByteArray()});
         }
+    }
+}
+
+LoadResult<Database> decodeBytes(QByteArrayView body, const BodyLimits &limits, BodyMemory memory) {
+    try {
+        return readDatabase(Bytes(body), limits, memory);
+    } catch (const Refusal &refusal) {
+        return refused(refusal.kind, refusal.text);
+    } catch (const ColumnRefusal &refusal) {
+        return refused(LoadErrorKind::Damaged, refusal.text);
     }
 }
 
@@ -331,13 +343,12 @@ QByteArray encodeBody(const Database &database, BodyFor use) {
 }
 
 LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits) {
-    try {
-        return readDatabase(Bytes(body), limits);
-    } catch (const Refusal &refusal) {
-        return refused(refusal.kind, refusal.text);
-    } catch (const ColumnRefusal &refusal) {
-        return refused(LoadErrorKind::Damaged, refusal.text);
-    }
+    return decodeBytes(body, limits, BodyMemory::Kept);
+}
+
+LoadResult<Database> decodeBody(QByteArray &&body, const BodyLimits &limits) {
+    const QByteArray taken = std::move(body);
+    return decodeBytes(taken, limits, taken.isDetached() ? BodyMemory::GivenBack : BodyMemory::Kept);
 }
 
 QByteArray encodeTable(const Table &table, BodyFor use) {
@@ -349,7 +360,7 @@ QByteArray encodeTable(const Table &table, BodyFor use) {
 LoadResult<std::unique_ptr<Table>> decodeTable(QByteArrayView payload, const BodyLimits &limits) {
     try {
         Budget budget(limits.memory);
-        return TableReader(Bytes(payload), limits, budget).read();
+        return TableReader(Bytes(payload), limits, budget, BodyMemory::Kept).read();
     } catch (const Refusal &refusal) {
         return refused(refusal.kind, refusal.text);
     } catch (const ColumnRefusal &refusal) {

@@ -64,6 +64,9 @@ QByteArray encodeBody(const Database &database, BodyFor use = BodyFor::File);
 /// The database of a body, or why it is none: Damaged, NewerVersion or Limits, the reason without a file name. Bytes
 /// are not trusted. Throws std::bad_alloc.
 LoadResult<Database> decodeBody(QByteArrayView body, const BodyLimits &limits = {});
+/// The same, but gives the memory of the body back as it goes, where nobody else shares it: body and tables are never
+/// there as a whole at once.
+LoadResult<Database> decodeBody(QByteArray &&body, const BodyLimits &limits = {});
 
 /// A single table as the payload of its section.
 QByteArray encodeTable(const Table &table, BodyFor use = BodyFor::File);

@@ -46,24 +46,28 @@ void checkNumbers(ColumnType type, QByteArrayView values) {
         refuse(u"a number is not finite"_s);
 }
 
-Column readNumbers(const ColumnBytes &column) {
+Column readNumbers(const ColumnBytes &column, BodyMemory memory) {
     checkNumbers(column.type, column.values);
     const auto step = static_cast<qsizetype>(Column::chunkRecords << valueShift(column.type));
     std::vector<ColumnChunk> chunks;
     chunks.reserve(static_cast<std::size_t>((column.values.size() + step - 1) / step));
-    for (qsizetype at = 0; at < column.values.size(); at += step)
-        chunks.emplace_back(column.values.sliced(at, std::min(step, column.values.size() - at)).toByteArray(),
-                            QByteArray(), 0);
+    for (qsizetype at = 0; at < column.values.size(); at += step) {
+        const QByteArrayView values = column.values.sliced(at, std::min(step, column.values.size() - at));
+        chunks.emplace_back(values.toByteArray(), QByteArray(), 0);
+        if (memory == BodyMemory::GivenBack)
+            giveBack(values);
+    }
     return {column.type, std::move(chunks)};
 }
 
 /// Reads the texts of a column chunk by chunk.
 class TextsReader {
 public:
-    explicit TextsReader(const ColumnBytes &column)
+    TextsReader(const ColumnBytes &column, BodyMemory memory)
         : m_lengths(column.values)
         , m_texts(column.texts)
-        , m_size(column.size) {}
+        , m_size(column.size)
+        , m_memory(memory) {}
 
     bool isAtEnd() const { return m_lengths.isEmpty(); }
     ColumnChunk next() {
@@ -80,9 +84,15 @@ public:
         }
         const QByteArrayView bytes = m_texts.first(start);
         check(bytes, count, longest);
-        m_lengths = m_lengths.sliced(count * static_cast<qsizetype>(lengthSize));
+        ColumnChunk chunk{std::move(places), bytes.toByteArray(), start};
+        const qsizetype lengths = count * static_cast<qsizetype>(lengthSize);
+        if (m_memory == BodyMemory::GivenBack) {
+            giveBack(m_lengths.first(lengths));
+            giveBack(bytes);
+        }
+        m_lengths = m_lengths.sliced(lengths);
         m_texts = m_texts.sliced(start);
-        return {std::move(places), bytes.toByteArray(), start};
+        return chunk;
     }
 
 private:
@@ -123,12 +133,13 @@ private:
     QByteArrayView m_lengths;
     QByteArrayView m_texts;
     std::size_t m_size;
+    BodyMemory m_memory;
 };
 
-Column readColumn(const ColumnBytes &column) {
+Column readColumn(const ColumnBytes &column, BodyMemory memory) {
     if (column.type != ColumnType::Text)
-        return readNumbers(column);
-    TextsReader reader(column);
+        return readNumbers(column, memory);
+    TextsReader reader(column, memory);
     std::vector<ColumnChunk> chunks;
     while (!reader.isAtEnd())
         chunks.push_back(reader.next());
@@ -138,8 +149,9 @@ Column readColumn(const ColumnBytes &column) {
 /// Reads each of the columns once, from any number of threads.
 class SharedReading {
 public:
-    explicit SharedReading(std::span<const ColumnBytes> columns)
+    SharedReading(std::span<const ColumnBytes> columns, BodyMemory memory)
         : m_columns(columns)
+        , m_memory(memory)
         , m_read(columns.size())
         , m_errors(columns.size()) {}
 
@@ -149,7 +161,7 @@ public:
             if (index >= m_columns.size())
                 return;
             try {
-                m_read[index] = readColumn(m_columns[index]);
+                m_read[index] = readColumn(m_columns[index], m_memory);
             } catch (...) {
                 m_errors[index] = std::current_exception();
             }
@@ -169,6 +181,7 @@ public:
 
 private:
     std::span<const ColumnBytes> m_columns;
+    BodyMemory m_memory;
     std::vector<std::optional<Column>> m_read;
     std::vector<std::exception_ptr> m_errors;
     std::atomic<std::size_t> m_next = 0;
@@ -185,16 +198,16 @@ std::size_t helpersFor(std::span<const ColumnBytes> columns) {
 
 } // namespace
 
-std::vector<Column> readColumns(std::span<const ColumnBytes> columns) {
+std::vector<Column> readColumns(std::span<const ColumnBytes> columns, BodyMemory memory) {
     const std::size_t helpers = helpersFor(columns);
     if (helpers == 0) {
         std::vector<Column> read;
         read.reserve(columns.size());
         for (const ColumnBytes &column : columns)
-            read.push_back(readColumn(column));
+            read.push_back(readColumn(column, memory));
         return read;
     }
-    SharedReading reading(columns);
+    SharedReading reading(columns, memory);
     {
         std::vector<std::jthread> threads;
         threads.reserve(helpers);

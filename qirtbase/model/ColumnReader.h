@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qirtbase/model/BodyMemory.h"
 #include "qirtbase/model/Column.h"
 
 #include <QByteArrayView>
@@ -26,6 +27,6 @@ struct ColumnRefusal {
 
 /// The columns that stand there. Large ones are read side by side, on the cores that there are. Throws ColumnRefusal,
 /// for the first that is wrong, and std::bad_alloc.
-std::vector<Column> readColumns(std::span<const ColumnBytes> columns);
+std::vector<Column> readColumns(std::span<const ColumnBytes> columns, BodyMemory memory);
 
 } // namespace qir

@@ -188,7 +188,7 @@ void Database::addField(Table &table, const QString &name, int typeCode, double 
     tell(table, {.kind = ChangeKind::AddField,
                  .table = &table,
                  .type = typeCode,
-                 .number = double(added.size),
+                 .number = static_cast<double>(added.size),
                  .text = checked.text});
 }
 
@@ -241,7 +241,8 @@ bool Database::resizeField(Table &table, std::size_t index, double size) {
         field.column = std::move(*cut);
     field.size = wanted;
     single.made();
-    tell(table, {.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = double(wanted)});
+    tell(table,
+         {.kind = ChangeKind::ResizeField, .table = &table, .index = index, .number = static_cast<double>(wanted)});
     return true;
 }
 
@@ -281,11 +282,21 @@ void Database::dropRecordsWithoutFields() {
     if (std::ranges::none_of(m_tables, isDropped))
         return;
     beginMarked({.kind = StepKind::Joined, .name = {}, .time = 0}); // many records are one change
+    try {
+        for (const auto &table : m_tables)
+            if (isDropped(table))
+                m_undo.keepTable(*table);
+    } catch (const std::bad_alloc &) {
+        undoGroup();
+        throw;
+    }
     for (const auto &table : m_tables) {
         if (!isDropped(table))
             continue;
-        for (std::size_t left = table->recordCount(); left > 0; --left)
-            removeRecord(*table, left - 1);
+        table->dropRecords(table->recordCount());
+        table->touch();
+        if (m_listener)
+            m_listener->replaced(table.get());
     }
     endGroup();
 }
@@ -453,8 +464,10 @@ void Database::revertTo(Database &&other, const QString &name, std::uint64_t sta
     }
     if (m_listener)
         m_listener->replaced(nullptr);
-    endGroup();
-    m_undo.history().enter(state);
+    m_undo.commit();
+    m_undo.history().enter(state); // before the listener looks at it
+    if (m_listener)
+        m_listener->groupEnded();
 }
 
 void Database::replaceTable(std::size_t index, std::unique_ptr<Table> table) {
@@ -462,6 +475,14 @@ void Database::replaceTable(std::size_t index, std::unique_ptr<Table> table) {
     std::swap(*m_tables[index], *table);
     m_tables[index]->touch();
     m_undo.add(undo::TableImage{m_tables[index].get(), std::move(table)});
+}
+
+Database Database::copy() const {
+    Database made;
+    for (const auto &table : m_tables)
+        made.append(std::make_unique<Table>(table->name(), table->fields(), table->recordCount()));
+    made.m_foreignSections = m_foreignSections;
+    return made;
 }
 
 void Database::replaceTables(Database &&other) {

@@ -143,7 +143,7 @@ TEST_F(MemberTest, AResultInAVariantIsTakenByWhatItHolds) {
     const Method<int(QVariant)> number{"Echo"};
     const Method<bool(QVariant)> truth{"Echo"};
     const Method<QString(QVariant)> text{"Echo"};
-    EXPECT_EQ(number(object, QVariant::fromValue(qlonglong(3))), 3);
+    EXPECT_EQ(number(object, QVariant::fromValue(static_cast<qlonglong>(3))), 3);
     EXPECT_EQ(number(object, 3.0), 3);
     EXPECT_TRUE(truth(object, -1));
     EXPECT_EQ(text(object, u"Öl"_s), u"Öl"_s);

@@ -21,7 +21,7 @@ TEST(ByteReader, TakesNumbersWithTheLowestByteFirst) {
     EXPECT_EQ(reader.number<std::uint8_t>(), 0x01);
     EXPECT_EQ(reader.number<std::uint16_t>(), 0x0302);
     EXPECT_EQ(reader.number<std::uint32_t>(), 0x07060504U);
-    EXPECT_EQ(reader.number<std::int16_t>(), std::int16_t(0xfeff));
+    EXPECT_EQ(reader.number<std::int16_t>(), static_cast<std::int16_t>(0xfeff));
     EXPECT_TRUE(reader.isComplete());
     EXPECT_EQ(reader.left(), 0U);
 }
@@ -93,23 +93,23 @@ TEST(ByteReader, FillsManyNumbersOrNone) {
 
 RC_GTEST_PROP(ByteReader, NeverGivesBytesFromOutside, ()) {
     const auto text = *rc::gen::container<std::string>(rc::gen::arbitrary<char>());
-    const QByteArrayView whole(text.data(), qsizetype(text.size()));
+    const QByteArrayView whole(text.data(), static_cast<qsizetype>(text.size()));
     ByteReader reader(whole);
     const auto counts = *rc::gen::container<std::vector<std::uint64_t>>(
         rc::gen::oneOf(rc::gen::inRange<std::uint64_t>(0, 9), rc::gen::arbitrary<std::uint64_t>()));
     std::uint64_t taken = 0;
     bool isComplete = true;
     for (const std::uint64_t count : counts) {
-        isComplete = isComplete && count <= std::uint64_t(whole.size()) - taken;
+        isComplete = isComplete && count <= static_cast<std::uint64_t>(whole.size()) - taken;
         const QByteArrayView given = reader.bytes(count);
         RC_ASSERT(reader.isComplete() == isComplete);
         if (!isComplete) {
             RC_ASSERT(given.isEmpty());
             continue;
         }
-        RC_ASSERT(given == whole.sliced(qsizetype(taken), qsizetype(count)));
+        RC_ASSERT(given == whole.sliced(static_cast<qsizetype>(taken), static_cast<qsizetype>(count)));
         taken += count;
-        RC_ASSERT(reader.left() == std::uint64_t(whole.size()) - taken);
+        RC_ASSERT(reader.left() == static_cast<std::uint64_t>(whole.size()) - taken);
     }
 }
 
@@ -122,7 +122,7 @@ TEST(ByteWriter, AppendsWhatTheReaderTakes) {
     writer.array(std::array<unsigned char, 2>{7, 8});
     writer.sizedBytes<std::uint16_t>("text");
     writer.numbers<std::uint16_t>(std::vector<std::uint16_t>{1, 2});
-    writer.numbers<std::uint32_t>(2, [](std::size_t i) { return std::uint32_t(i + 5); });
+    writer.numbers<std::uint32_t>(2, [](std::size_t i) { return static_cast<std::uint32_t>(i + 5); });
     ByteReader reader(out);
     EXPECT_EQ(reader.bytes(5), QByteArrayView("start"));
     EXPECT_EQ(reader.number<std::uint8_t>(), 0x80);

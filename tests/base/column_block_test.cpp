@@ -25,7 +25,7 @@ TEST(ColumnBlock, KeepsTheValuesOfEachType) {
         EXPECT_EQ(block.number(0), 1);
         EXPECT_EQ(block.text(0), u"1"_s);
         EXPECT_EQ(block.text(1), u"0"_s);
-        EXPECT_EQ(block.values().size(), qsizetype(2 * valueSize(type)));
+        EXPECT_EQ(block.values().size(), static_cast<qsizetype>(2 * valueSize(type)));
     }
 }
 

@@ -197,7 +197,7 @@ class Staged : public FileOpsTest, public testing::WithParamInterface<bool> {
 protected:
     Staged() {
         m_hooked.onOpen = [](unsigned flags) {
-            const bool unnamed = (flags & O_TMPFILE) == unsigned(O_TMPFILE);
+            const bool unnamed = (flags & O_TMPFILE) == static_cast<unsigned>(O_TMPFILE);
             return unnamed && !GetParam() ? std::optional(SystemError{EOPNOTSUPP}) : std::nullopt;
         };
     }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -30,15 +32,11 @@ std::uintptr_t filled(std::size_t size) {
     return reinterpret_cast<std::uintptr_t>(memory);
 }
 
-class FreedMemory : public testing::Test {
-protected:
-    void SetUp() override {
-        if (!FreedMemoryWipe::works())
-            GTEST_SKIP() << "the sanitizer's own allocator is at work";
-    }
-};
+TEST(FreedMemory, IsWipedInThisBuild) {
+    EXPECT_TRUE(FreedMemoryWipe::works());
+}
 
-TEST_F(FreedMemory, IsOverwrittenWhileAWipeLivesAndOnlyThen) {
+TEST(FreedMemory, IsOverwrittenWhileAWipeLivesAndOnlyThen) {
     for (const std::size_t size : {small, large}) {
         const std::uintptr_t kept = filled(size);
         std::free(reinterpret_cast<void *>(kept));
@@ -56,7 +54,7 @@ TEST_F(FreedMemory, IsOverwrittenWhileAWipeLivesAndOnlyThen) {
     }
 }
 
-TEST_F(FreedMemory, ABlockThatGrowsLeavesNothingBehind) {
+TEST(FreedMemory, ABlockThatGrowsLeavesNothingBehind) {
     const FreedMemoryWipe wipe;
     const std::uintptr_t before = filled(small);
     void *fence = std::malloc(small); // so that it cannot grow in place
@@ -68,7 +66,7 @@ TEST_F(FreedMemory, ABlockThatGrowsLeavesNothingBehind) {
     std::free(fence);
 }
 
-TEST_F(FreedMemory, ABlockThatShrinksKeepsItsBeginningAlone) {
+TEST(FreedMemory, ABlockThatShrinksKeepsItsBeginningAlone) {
     const FreedMemoryWipe wipe;
     const std::uintptr_t before = filled(large);
     auto *after = static_cast<char *>(std::realloc(reinterpret_cast<void *>(before), small));
@@ -79,7 +77,24 @@ TEST_F(FreedMemory, ABlockThatShrinksKeepsItsBeginningAlone) {
     EXPECT_EQ(lettersAt(before, small), 0U);
 }
 
-TEST_F(FreedMemory, ReachesWhatLibrariesFree) {
+/// The most memory that the process has had at once, in bytes.
+std::size_t peakMemory() {
+    rusage usage{};
+    EXPECT_EQ(::getrusage(RUSAGE_SELF, &usage), 0);
+    return static_cast<std::size_t>(usage.ru_maxrss) << 10;
+}
+
+TEST(FreedMemory, ABlockThatTheSystemTakesBackIsNotBroughtInAgain) {
+    const FreedMemoryWipe wipe;
+    constexpr std::size_t size = std::size_t{64} << 20;
+    void *block = std::malloc(size); // but for one none of its pages is there yet
+    std::memset(block, 0, 1);
+    const std::size_t before = peakMemory();
+    std::free(block);
+    EXPECT_LT(peakMemory() - before, size / 8);
+}
+
+TEST(FreedMemory, ReachesWhatLibrariesFree) {
     const FreedMemoryWipe wipe;
     std::uintptr_t place = 0;
     {

@@ -45,7 +45,7 @@ TEST(VariantKind, IsANumberNeitherAsTruthNorAsACharacter) {
     EXPECT_TRUE(qir::isNumber(VariantKind::Real));
     for (const auto kind :
          {VariantKind::Empty, VariantKind::Truth, VariantKind::Character, VariantKind::Text, VariantKind::Other})
-        EXPECT_FALSE(qir::isNumber(kind)) << int(kind);
+        EXPECT_FALSE(qir::isNumber(kind)) << static_cast<int>(kind);
 }
 
 } // namespace

@@ -72,8 +72,8 @@ void KeyedWindowTest::proposesAKeyAndComputesAsItIsShown() {
     show(window, oldPumps, newPumps);
     auto *keys = control<QListView>(window, "keyFields");
     auto *changes = control<QTableView>(window, "keyedChanges");
-    QCOMPARE(keys->model()->index(0, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
-    QCOMPARE(keys->model()->index(1, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+    QCOMPARE(keys->model()->index(0, 0).data(Qt::CheckStateRole).toInt(), static_cast<int>(Qt::Checked));
+    QCOMPARE(keys->model()->index(1, 0).data(Qt::CheckStateRole).toInt(), static_cast<int>(Qt::Unchecked));
     QCOMPARE(changes->model()->rowCount(), 3);
     const QString field = keys->model()->index(1, 0).data().toString();
     QCOMPARE(rowTexts(*changes->model(), 0),

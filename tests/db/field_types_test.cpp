@@ -26,7 +26,7 @@ TEST(FieldTypesTest, EveryOtherCodeHasNone) {
 TEST(FieldTypesTest, TheCodeIsTakenFromAnyKindOfNumber) {
     EXPECT_EQ(DBTypeName(4.0), u"long"_s);
     EXPECT_EQ(DBTypeName(QVariant::fromValue(short(10))), u"text"_s);
-    EXPECT_EQ(DBTypeName(QVariant::fromValue(qlonglong(8))), u"date"_s);
+    EXPECT_EQ(DBTypeName(QVariant::fromValue(static_cast<qlonglong>(8))), u"date"_s);
     EXPECT_EQ(DBTypeName(4.5), QString());
 }
 

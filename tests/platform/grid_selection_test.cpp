@@ -84,13 +84,15 @@ TEST(GridSelection, KeysMoveTheCurrentCellOrExtendTheSelection) {
 }
 
 TEST(GridSelection, OtherKeysMoveNothing) {
-    for (const int key : {int(Qt::Key_A), int(Qt::Key_Return), int(Qt::Key_Tab), int(Qt::Key_Escape), int(Qt::Key_F2)})
+    for (const int key : {static_cast<int>(Qt::Key_A), static_cast<int>(Qt::Key_Return), static_cast<int>(Qt::Key_Tab),
+                          static_cast<int>(Qt::Key_Escape), static_cast<int>(Qt::Key_F2)})
         EXPECT_FALSE(moved(singleCell(1, 1), key, Qt::NoModifier, tenByFour).has_value());
 }
 
 TEST(GridSelection, KeysInATableWithoutRecordsOrFieldsStayInside) {
     for (const int key :
-         {int(Qt::Key_Down), int(Qt::Key_Up), int(Qt::Key_PageDown), int(Qt::Key_End), int(Qt::Key_Home)}) {
+         {static_cast<int>(Qt::Key_Down), static_cast<int>(Qt::Key_Up), static_cast<int>(Qt::Key_PageDown),
+          static_cast<int>(Qt::Key_End), static_cast<int>(Qt::Key_Home)}) {
         EXPECT_EQ(moved(singleCell(0, 1), key, Qt::NoModifier, {1, 2, 1}), singleCell(0, 1));
         EXPECT_EQ(moved(singleCell(0, 0), key, Qt::ControlModifier, {1, 1, 1}), singleCell(0, 0));
     }

@@ -25,7 +25,7 @@ constexpr long tmpfsType = 0x01021994;
 
 long typeOf(const QString &folder) {
     struct statfs status {};
-    return ::statfs(QFile::encodeName(folder).constData(), &status) == 0 ? long(status.f_type) : 0;
+    return ::statfs(QFile::encodeName(folder).constData(), &status) == 0 ? static_cast<long>(status.f_type) : 0;
 }
 
 } // namespace
@@ -54,7 +54,7 @@ Process::Process(const std::function<void(const Tell &tell)> &body) {
     int status = 1;
     try {
         body([&](QByteArrayView bytes) {
-            if (::write(ends[1], bytes.data(), std::size_t(bytes.size())) != bytes.size())
+            if (::write(ends[1], bytes.data(), static_cast<std::size_t>(bytes.size())) != bytes.size())
                 ::_exit(2);
         });
         status = 0;

@@ -30,7 +30,7 @@ public:
     bool hear();
     /// All that was told until now.
     const QByteArray &told() const { return m_told; }
-    int toldCount(char byte) const { return int(m_told.count(byte)); }
+    int toldCount(char byte) const { return static_cast<int>(m_told.count(byte)); }
 
     /// kill -9; what was told in the end counts too.
     void kill();

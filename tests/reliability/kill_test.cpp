@@ -54,7 +54,7 @@ struct Way {
 
 QByteArray versionOf(int number) {
     QByteArray body = "version " + QByteArray::number(number) + ' ';
-    return body.append(number * 7919 % 100000, char('a' + number % 26));
+    return body.append(number * 7919 % 100000, static_cast<char>('a' + number % 26));
 }
 
 int numberOf(const QByteArray &body) {
@@ -72,8 +72,8 @@ protected:
         });
         if (way.noUnnamed)
             system->onOpen = [](unsigned flags) {
-                return (flags & O_TMPFILE) == unsigned(O_TMPFILE) ? std::optional(SystemError{EOPNOTSUPP})
-                                                                  : std::nullopt;
+                return (flags & O_TMPFILE) == static_cast<unsigned>(O_TMPFILE) ? std::optional(SystemError{EOPNOTSUPP})
+                                                                               : std::nullopt;
             };
         if (way.noExchange)
             system->onRename = [](unsigned flags) { return flags ? std::optional(SystemError{EINVAL}) : std::nullopt; };
@@ -153,7 +153,7 @@ TEST_P(KillWhileSaving, TheFileIsAlwaysTheOldOrTheNewVersion) {
         make(way);
     const int kills = countFrom("QIR_KILLS_SAVING", 300) / 2; // there are two places
     for (int kill = 0; kill < kills; ++kill) {
-        const std::size_t at = std::size_t(kill) % ways.size();
+        const std::size_t at = static_cast<std::size_t>(kill) % ways.size();
         numbers[at] = round(ways[at], numbers[at], std::uniform_int_distribution(0, 160)(m_random));
         ASSERT_GE(numbers[at], 0);
         if (kill % 200 == 199)

@@ -67,7 +67,7 @@ protected:
 };
 
 void ManySavers::saveOften(const Process::Tell &tell, int process, int saves) const {
-    std::mt19937 random(unsigned(process) + 1);
+    std::mt19937 random(static_cast<unsigned>(process) + 1);
     std::unique_ptr<DatabaseFile> file;
     QByteArray body;
     for (int done = 0; done < saves;) {
@@ -108,7 +108,7 @@ int ManySavers::round(int processes, int saves, bool hardLinked) {
         EXPECT_EQ(::link(systemPath(path()).c_str(), systemPath(m_folder.filePath(u"other"_s)).c_str()), 0);
     }
     std::vector<Process> savers;
-    savers.reserve(std::size_t(processes));
+    savers.reserve(static_cast<std::size_t>(processes));
     for (int process = 0; process < processes; ++process)
         savers.emplace_back([=, this](const Process::Tell &tell) { saveOften(tell, process, saves); });
     std::set<QByteArray> missing;
@@ -116,7 +116,7 @@ int ManySavers::round(int processes, int saves, bool hardLinked) {
         EXPECT_TRUE(saver.finish());
         missing.merge(tokensIn(saver.told()));
     }
-    EXPECT_EQ(int(missing.size()), processes * saves);
+    EXPECT_EQ(static_cast<int>(missing.size()), processes * saves);
     int copies = 0;
     for (const QString &name : namesIn(m_folder.path())) {
         if (name == u"state")
@@ -238,14 +238,14 @@ TEST_P(ManyEditors, WhatSomebodyTypedIsSomewhereWhateverHappensToThem) {
     int number = 0;
     const auto startOne = [&] {
         const QByteArray person = "e" + QByteArray::number(number);
-        const unsigned seed = unsigned(++number);
+        const unsigned seed = static_cast<unsigned>(++number);
         editors.emplace_back([=, this](const Process::Tell &tell) { editFor(tell, person, seed); });
     };
-    editors.reserve(std::size_t(kills + editorsAtOnce));
+    editors.reserve(static_cast<std::size_t>(kills + editorsAtOnce));
     for (int i = 0; i < editorsAtOnce; ++i)
         startOne();
     for (int kill = 0; kill < kills; ++kill) {
-        Process &victim = editors[std::size_t(kill)]; // the one that has lived longest
+        Process &victim = editors[static_cast<std::size_t>(kill)]; // the one that has lived longest
         const int words = std::uniform_int_distribution(1, 30)(m_random);
         while (victim.toldCount(' ') < words)
             ASSERT_TRUE(victim.hear()) << "an editor ended by itself";
@@ -253,7 +253,7 @@ TEST_P(ManyEditors, WhatSomebodyTypedIsSomewhereWhateverHappensToThem) {
         typed.merge(tokensIn(victim.told()));
         startOne();
     }
-    for (std::size_t last = std::size_t(kills); last < editors.size(); ++last) {
+    for (std::size_t last = static_cast<std::size_t>(kills); last < editors.size(); ++last) {
         editors[last].kill();
         typed.merge(tokensIn(editors[last].told()));
     }

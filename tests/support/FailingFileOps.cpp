@@ -28,11 +28,11 @@ std::size_t FailingFileOps::allowed(FileCall, std::size_t size) {
 
 SystemResult<int> HookedFileOps::doOpenAt(int folder, const std::string &name, int flags, mode_t mode) {
     if (onOpen)
-        if (const auto error = onOpen(unsigned(flags)))
+        if (const auto error = onOpen(static_cast<unsigned>(flags)))
             return tl::unexpected(*error);
     if (onOpenIn) {
         const auto path = under().readLinkAt(AT_FDCWD, "/proc/self/fd/" + std::to_string(folder));
-        if (const auto error = onOpenIn(path.value_or(std::string()), unsigned(flags)))
+        if (const auto error = onOpenIn(path.value_or(std::string()), static_cast<unsigned>(flags)))
             return tl::unexpected(*error);
     }
     return ForwardingFileOps::doOpenAt(folder, name, flags, mode);

@@ -28,7 +28,7 @@ public:
         : ForwardingFileOps(under)
         , m_fault(fault) {}
 
-    int calls() const { return int(m_made.size()); }
+    int calls() const { return static_cast<int>(m_made.size()); }
     bool faultMet() const { return m_fault.at >= 0 && calls() > m_fault.at; }
     /// From now on all is well.
     void heal() { m_fault = {}; }

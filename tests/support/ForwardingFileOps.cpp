@@ -109,14 +109,17 @@ SystemResult<std::size_t> ForwardingFileOps::doReadAt(int file, std::span<char> 
 
 SystemResult<std::size_t> ForwardingFileOps::doWrite(int file, QByteArrayView bytes) {
     return guarded(FileCall::Write, {}, [&] {
-        return m_under.write(file, bytes.first(qsizetype(allowed(FileCall::Write, std::size_t(bytes.size())))));
+        return m_under.write(file, bytes.first(static_cast<qsizetype>(
+                                       allowed(FileCall::Write, static_cast<std::size_t>(bytes.size())))));
     });
 }
 
 SystemResult<std::size_t> ForwardingFileOps::doWriteAt(int file, QByteArrayView bytes, std::uint64_t offset) {
     return guarded(FileCall::WriteAt, {}, [&] {
-        return m_under.writeAt(file, bytes.first(qsizetype(allowed(FileCall::WriteAt, std::size_t(bytes.size())))),
-                               offset);
+        return m_under.writeAt(
+            file,
+            bytes.first(static_cast<qsizetype>(allowed(FileCall::WriteAt, static_cast<std::size_t>(bytes.size())))),
+            offset);
     });
 }
 

@@ -111,8 +111,8 @@ SystemResult<std::size_t> RecordingFileOps::doWrite(int file, QByteArrayView byt
     if (const int number = numberOf(file); written && number >= 0)
         m_events.push_back({.kind = FileEvent::Kind::Write,
                             .file = number,
-                            .bytes = bytes.first(qsizetype(*written)).toByteArray(),
-                            .offset = std::uint64_t(at)});
+                            .bytes = bytes.first(static_cast<qsizetype>(*written)).toByteArray(),
+                            .offset = static_cast<std::uint64_t>(at)});
     return written;
 }
 
@@ -121,7 +121,7 @@ SystemResult<std::size_t> RecordingFileOps::doWriteAt(int file, QByteArrayView b
     if (const int number = numberOf(file); written && number >= 0)
         m_events.push_back({.kind = FileEvent::Kind::Write,
                             .file = number,
-                            .bytes = bytes.first(qsizetype(*written)).toByteArray(),
+                            .bytes = bytes.first(static_cast<qsizetype>(*written)).toByteArray(),
                             .offset = offset});
     return written;
 }

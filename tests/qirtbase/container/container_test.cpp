@@ -17,7 +17,7 @@ const QString password = u"p\u00f3mp-7"_s;
 QByteArray bytesUpTo(qsizetype size) {
     QByteArray bytes(size, Qt::Uninitialized);
     for (qsizetype i = 0; i < size; ++i)
-        bytes[i] = char(i * 31 + (i >> 8));
+        bytes[i] = static_cast<char>(i * 31 + (i >> 8));
     return bytes;
 }
 
@@ -104,8 +104,8 @@ TEST_P(ContainerOfEachForm, EveryChunkSizeIsRead) {
         FileHeader header;
         header.chunkLog2 = log2;
         const auto read = readBytes(containerBytes(body, GetParam(), header), GetParam());
-        ASSERT_TRUE(read) << int(log2);
-        EXPECT_TRUE(read->body == body) << int(log2);
+        ASSERT_TRUE(read) << static_cast<int>(log2);
+        EXPECT_TRUE(read->body == body) << static_cast<int>(log2);
     }
 }
 
@@ -132,7 +132,8 @@ TEST_P(ContainerOfEachForm, AHeaderAsLongAsAllowedIsRead) {
     FileHeader header;
     const qsizetype room = layout::headerLengthMax - layout::headerLength;
     header.extensions = QByteArray(room, '\x07');
-    header.extensions.replace(0, 4, QByteArray("\x01\x00", 2) + char((room - 4) & 0xff) + char((room - 4) >> 8));
+    header.extensions.replace(
+        0, 4, QByteArray("\x01\x00", 2) + static_cast<char>((room - 4) & 0xff) + static_cast<char>((room - 4) >> 8));
     const QByteArray bytes = containerBytes("x", GetParam(), header);
     EXPECT_TRUE(bytes.startsWith("0000004096"));
     EXPECT_TRUE(readBytes(bytes, GetParam()));
@@ -153,19 +154,19 @@ TEST_P(ContainerOfEachForm, EverySingleBitChangeIsRefusedAsNoDatabaseOrDamaged) 
     QByteArray bytes = containerBytes("hello", GetParam());
     for (qsizetype i = 0; i < bytes.size(); ++i) {
         for (int bit = 0; bit < 8; ++bit) {
-            bytes[i] = char(bytes[i] ^ (1 << bit));
+            bytes[i] = static_cast<char>(bytes[i] ^ (1 << bit));
             const LoadErrorKind kind = kindOf(readBytes(bytes, GetParam()));
             // The ten digits and "QIR" tell whose file it is; longer header lengths ask for more than is there.
-            if (i < qsizetype(layout::lengthDigits)) {
+            if (i < static_cast<qsizetype>(layout::lengthDigits)) {
                 EXPECT_TRUE(kind == LoadErrorKind::NotADatabase || kind == LoadErrorKind::Truncated ||
                             kind == LoadErrorKind::Damaged)
                     << i;
             } else {
-                const bool magic = i < qsizetype(layout::lengthDigits) + 3;
+                const bool magic = i < static_cast<qsizetype>(layout::lengthDigits) + 3;
                 EXPECT_EQ(kind, magic ? LoadErrorKind::NotADatabase : LoadErrorKind::Damaged)
                     << "byte " << i << " bit " << bit;
             }
-            bytes[i] = char(bytes[i] ^ (1 << bit));
+            bytes[i] = static_cast<char>(bytes[i] ^ (1 << bit));
         }
     }
     EXPECT_TRUE(readBytes(bytes, GetParam()));
@@ -176,8 +177,8 @@ TEST_P(ContainerOfEachForm, EveryByteValueAtThePlaceOfTheProtectionMarkIsRefused
     const qsizetype place = layout::lengthDigits + layout::protection;
     const char original = bytes[place];
     for (int value = 0; value < 256; ++value) {
-        bytes[place] = char(value);
-        if (char(value) != original) {
+        bytes[place] = static_cast<char>(value);
+        if (static_cast<char>(value) != original) {
             EXPECT_EQ(kindOf(readBytes(bytes, GetParam())), LoadErrorKind::Damaged) << value;
         }
     }
@@ -204,7 +205,7 @@ TEST_P(ContainerOfEachForm, ChunksThatChangePlacesAreRefused) {
     header.chunkLog2 = layout::chunkLog2Min;
     const bool isOpen = GetParam().isEmpty();
     const QByteArray bytes = containerBytes(QByteArray(4 * 4096, 'a'), GetParam(), header); // equal plain chunks
-    const qsizetype chunk = 4096 + qsizetype(isOpen ? layout::openTagSize : layout::protectedTagSize);
+    const qsizetype chunk = 4096 + static_cast<qsizetype>(isOpen ? layout::openTagSize : layout::protectedTagSize);
     const qsizetype start = bytes.size() - 4 * chunk;
     for (int i = 0; i < 4; ++i) {
         for (int k = 0; k < i; ++k) {
@@ -282,7 +283,7 @@ protected:
         return verifyContainer(FileOps::system(), file.descriptor(), block(), {});
     }
     HeaderBlock block() const {
-        return decodeHeader(good.first(qsizetype(layout::lengthDigits + layout::headerLength))).value();
+        return decodeHeader(good.first(static_cast<qsizetype>(layout::lengthDigits + layout::headerLength))).value();
     }
     const QByteArray good = containerBytes(bytesUpTo(200000));
 };
@@ -294,7 +295,7 @@ TEST_F(VerifiedContainer, WhatWasWrittenPasses) {
 TEST_F(VerifiedContainer, AChangedByteIsFound) {
     for (const qsizetype at : {0, 20, 201, 202, 65000, 131000, 200000}) {
         QByteArray bytes = good;
-        bytes[at] = char(bytes[at] ^ 1);
+        bytes[at] = static_cast<char>(bytes[at] ^ 1);
         EXPECT_FALSE(verify(bytes)) << at;
     }
 }

@@ -178,7 +178,7 @@ protected:
     /// A protected file whose one chunk is damaged.
     void makeDamaged() const {
         QByteArray bytes = containerBytes("body", u"p"_s);
-        bytes.back() = char(bytes.back() ^ 1);
+        bytes.back() = static_cast<char>(bytes.back() ^ 1);
         writeContent(name, bytes);
     }
     void setAge(std::time_t seconds) const {

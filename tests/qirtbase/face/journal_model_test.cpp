@@ -67,10 +67,10 @@ struct Case {
     }
     QString text() const {
         return u"protected %1, way %2, content %3, end %4, owner %5"_s.arg(isProtected)
-            .arg(int(way))
-            .arg(int(content))
-            .arg(int(end))
-            .arg(int(owner));
+            .arg(static_cast<int>(way))
+            .arg(static_cast<int>(content))
+            .arg(static_cast<int>(end))
+            .arg(static_cast<int>(owner));
     }
 };
 
@@ -303,10 +303,10 @@ QString JournalModel::run() {
 
 std::vector<Case> allCases(bool mounts, bool givesAway) {
     std::vector<Case> cases;
-    for (int way = 0; way < int(Way::Count); ++way)
-        for (int content = 0; content < int(Content::Count); ++content)
-            for (int end = 0; end < int(End::Count); ++end)
-                for (int owner = 0; owner < int(Owner::Count); ++owner)
+    for (int way = 0; way < static_cast<int>(Way::Count); ++way)
+        for (int content = 0; content < static_cast<int>(Content::Count); ++content)
+            for (int end = 0; end < static_cast<int>(End::Count); ++end)
+                for (int owner = 0; owner < static_cast<int>(Owner::Count); ++owner)
                     for (const bool isProtected : {false, true})
                         if ((Way(way) != Way::BindMount || mounts) && (Owner(owner) != Owner::AnotherUser || givesAway))
                             cases.push_back({isProtected, Way(way), Content(content), End(end), Owner(owner)});
@@ -331,7 +331,7 @@ TEST(JournalModelTest, EachTypedWordIsShownKeptOrNamed) {
         std::printf("not run: what takes a mount or another user's file\n");
     const std::vector<Case> cases = allCases(mounts, isRoot);
     // Each so many of them, a number that has no divisor in common with the counts above.
-    const std::size_t step = std::size_t(countFrom("QIR_JOURNAL_MODEL_STEP", 7));
+    const std::size_t step = static_cast<std::size_t>(countFrom("QIR_JOURNAL_MODEL_STEP", 7));
     std::map<QString, int> counts;
     int done = 0;
     int wrong = 0;

@@ -392,9 +392,9 @@ TEST_F(JournalPlaces, OfADamagedOneTheUserIsTold) {
     typeAndDie(u"typed"_s);
     const QByteArray content = contentOf(journalPath());
     const QString name = journals().value(0);
-    for (const qsizetype at : {qsizetype(20), content.size() - 20}) { // in the head, in a record
+    for (const qsizetype at : {static_cast<qsizetype>(20), content.size() - 20}) { // in the head, in a record
         QByteArray damaged = content;
-        damaged[at] = char(damaged[at] ^ 1);
+        damaged[at] = static_cast<char>(damaged[at] ^ 1);
         writeContent(state() + u"/journal/"_s + name, damaged);
         open().reset();
         EXPECT_EQ(m_notices.size(), 1) << at;

@@ -20,8 +20,10 @@ public:
     explicit SeededChoices(std::uint32_t seed)
         : m_random(seed) {}
 
-    int inRange(int from, int to) override { return from + static_cast<int>(m_random() % std::uint32_t(to - from)); }
-    std::uint64_t bits() override { return std::uint64_t(m_random()) << 32 | m_random(); }
+    int inRange(int from, int to) override {
+        return from + static_cast<int>(m_random() % static_cast<std::uint32_t>(to - from));
+    }
+    std::uint64_t bits() override { return static_cast<std::uint64_t>(m_random()) << 32 | m_random(); }
 
 private:
     std::mt19937 m_random;

@@ -46,7 +46,7 @@ bool isReached(const DiskState &state, const std::string &path) {
 QByteArray digestOf(const DiskState &state) {
     QCryptographicHash hash(QCryptographicHash::Md5);
     const auto add = [&](const std::string &text) {
-        hash.addData(QByteArrayView(text.data(), qsizetype(text.size())));
+        hash.addData(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
         hash.addData(QByteArrayView("\0", 1));
     };
     for (const std::string &folder : state.folders)
@@ -106,18 +106,18 @@ void CrashStates::apply(const Pending &pending, DiskState &state) {
     switch (event.kind) {
     case Kind::Write: {
         QByteArray &content = state.contents[event.file];
-        if (content.size() < qsizetype(pending.end))
-            content.append(QByteArray(qsizetype(pending.end) - content.size(), '\0'));
-        content.replace(
-            qsizetype(pending.begin), qsizetype(pending.end - pending.begin),
-            event.bytes.mid(qsizetype(pending.begin - event.offset), qsizetype(pending.end - pending.begin)));
+        if (content.size() < static_cast<qsizetype>(pending.end))
+            content.append(QByteArray(static_cast<qsizetype>(pending.end) - content.size(), '\0'));
+        content.replace(static_cast<qsizetype>(pending.begin), static_cast<qsizetype>(pending.end - pending.begin),
+                        event.bytes.mid(static_cast<qsizetype>(pending.begin - event.offset),
+                                        static_cast<qsizetype>(pending.end - pending.begin)));
         break;
     }
     case Kind::Truncate: {
         QByteArray &content = state.contents[event.file];
-        if (content.size() < qsizetype(event.offset))
-            content.append(QByteArray(qsizetype(event.offset) - content.size(), '\0'));
-        content.truncate(qsizetype(event.offset));
+        if (content.size() < static_cast<qsizetype>(event.offset))
+            content.append(QByteArray(static_cast<qsizetype>(event.offset) - content.size(), '\0'));
+        content.truncate(static_cast<qsizetype>(event.offset));
         break;
     }
     case Kind::Make:
@@ -164,7 +164,7 @@ void CrashStates::settle(DiskState &durable, const std::function<bool(const File
 void CrashStates::take(const FileEvent &event, DiskState &durable) {
     switch (event.kind) {
     case Kind::Write: {
-        const std::uint64_t end = event.offset + std::uint64_t(event.bytes.size());
+        const std::uint64_t end = event.offset + static_cast<std::uint64_t>(event.bytes.size());
         for (std::uint64_t at = event.offset; at < end;) {
             const std::uint64_t pageEnd = std::min(end, (at / pageSize + 1) * pageSize);
             m_pending.push_back({&event, at, pageEnd});
@@ -192,7 +192,7 @@ DiskState CrashStates::stateOf(const DiskState &durable, const std::vector<bool>
         if (kept[i])
             apply(m_pending[i], state);
         if (m_pending[i].event->kind == Kind::Write)
-            lengths[m_pending[i].event->file] = qsizetype(m_pending[i].end);
+            lengths[m_pending[i].event->file] = static_cast<qsizetype>(m_pending[i].end);
         else if (m_pending[i].event->kind == Kind::Truncate)
             lengths.erase(m_pending[i].event->file);
     }

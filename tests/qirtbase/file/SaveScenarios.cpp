@@ -49,7 +49,8 @@ bool loadIt(DatabaseFile &file, const QString &folder) {
 
 void withoutUnnamedFiles(HookedFileOps &ops) {
     ops.onOpen = [](unsigned flags) {
-        return (flags & O_TMPFILE) == unsigned(O_TMPFILE) ? std::optional(SystemError{EOPNOTSUPP}) : std::nullopt;
+        return (flags & O_TMPFILE) == static_cast<unsigned>(O_TMPFILE) ? std::optional(SystemError{EOPNOTSUPP})
+                                                                       : std::nullopt;
     };
 }
 
@@ -154,7 +155,8 @@ void addSavesInPlace(std::vector<Scenario> &all) {
                    .copyElsewhere = true,
                    .lacks = [](HookedFileOps &ops) {
                        ops.onOpenIn = [](const std::string &in, unsigned flags) {
-                           const bool makes = flags & O_CREAT || (flags & O_TMPFILE) == unsigned(O_TMPFILE);
+                           const bool makes =
+                               flags & O_CREAT || (flags & O_TMPFILE) == static_cast<unsigned>(O_TMPFILE);
                            return makes && in.find("state") == std::string::npos ? std::optional(SystemError{EACCES})
                                                                                  : std::nullopt;
                        };

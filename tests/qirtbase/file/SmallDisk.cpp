@@ -21,7 +21,7 @@ namespace {
 
 bool writeText(const char *path, const std::string &text) {
     QFile file(QString::fromLatin1(path));
-    return file.open(QIODevice::WriteOnly) && file.write(text.c_str()) == qint64(text.size());
+    return file.open(QIODevice::WriteOnly) && file.write(text.c_str()) == static_cast<qint64>(text.size());
 }
 
 /// Puts this process into a mount namespace of its own, with a user namespace around it where it is not privileged.
@@ -71,7 +71,7 @@ std::uint64_t SmallDisk::freeBytes() const {
     struct statvfs status {};
     if (::statvfs(systemPath(m_folder->path()).c_str(), &status) != 0)
         throw std::runtime_error("statvfs failed");
-    return std::uint64_t(status.f_bfree) * status.f_bsize;
+    return static_cast<std::uint64_t>(status.f_bfree) * status.f_bsize;
 }
 
 void SmallDisk::leaveFree(std::uint64_t bytes) const {

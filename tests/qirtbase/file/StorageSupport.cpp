@@ -36,7 +36,7 @@ void PrintTo(LoadErrorKind kind, std::ostream *out) {
     static constexpr const char *names[] = {"Missing",      "AmbiguousName", "NotAFile",  "Unreadable",
                                             "Empty",        "NotADatabase",  "Truncated", "Damaged",
                                             "NewerVersion", "WrongPassword", "Limits"};
-    *out << names[int(kind)];
+    *out << names[static_cast<int>(kind)];
 }
 
 void CountingRandom::fill(std::span<unsigned char> bytes) {

@@ -139,9 +139,9 @@ std::vector<QByteArray> Reopen::thirdFiles() const {
     QByteArray newer = m_before;
     newer[14] = 2; // the version's number
     QByteArray damaged = m_before;
-    damaged.back() = char(damaged.back() ^ 1);
+    damaged.back() = static_cast<char>(damaged.back() ^ 1);
     QByteArray patched = m_after;
-    patched[patched.size() / 2] = char(patched[patched.size() / 2] ^ 1);
+    patched[patched.size() / 2] = static_cast<char>(patched[patched.size() / 2] ^ 1);
     return {"a shopping list\n",
             "",
             newer,
@@ -155,9 +155,9 @@ std::vector<QByteArray> Reopen::thirdFiles() const {
 /// A third file takes the name, or is written into the file, by turns.
 void Reopen::reopenThirdFile(const DiskState &state, int number) {
     const std::vector<QByteArray> files = thirdFiles();
-    const QByteArray &third = files[std::size_t(number) % files.size()];
+    const QByteArray &third = files[static_cast<std::size_t>(number) % files.size()];
     SameInodes ops(putOnDisk(state, systemPath(m_root)));
-    const bool isOther = number / int(files.size()) % 2 == 0;
+    const bool isOther = number / static_cast<int>(files.size()) % 2 == 0;
     if (isOther) {
         writeContent(m_root + u"/third"_s, third);
         ASSERT_EQ(std::rename(systemPath(m_root + u"/third"_s).c_str(), systemPath(path()).c_str()), 0);
@@ -167,14 +167,15 @@ void Reopen::reopenThirdFile(const DiskState &state, int number) {
     (void)load(ops, path(), number % 3 == 0);
     ++m_checked;
     if (contentOf(path()) != third)
-        wrong(u"third file %1, %2: an open has changed it"_s.arg(number % int(files.size()))
+        wrong(u"third file %1, %2: an open has changed it"_s.arg(number % static_cast<int>(files.size()))
                   .arg(isOther ? u"that took the name"_s : u"that was written into the file"_s));
 }
 
 TEST_P(Reopen, AnybodyFindsTheOldOrTheNewVersionAndNothingElseIsWrittenOver) {
-    const auto statesPerMoment = std::size_t(countFrom("QIR_CRASH_STATES_PER_MOMENT", 30));
+    const auto statesPerMoment = static_cast<std::size_t>(countFrom("QIR_CRASH_STATES_PER_MOMENT", 30));
     std::size_t different = 0;
-    for (const qsizetype size : {qsizetype(5), qsizetype(9000), qsizetype(70000)}) {
+    for (const qsizetype size :
+         {static_cast<qsizetype>(5), static_cast<qsizetype>(9000), static_cast<qsizetype>(70000)}) {
         HookedFileOps system({});
         GetParam().lacks(system);
         RecordingFileOps ops(system);
@@ -193,7 +194,7 @@ TEST_P(Reopen, AnybodyFindsTheOldOrTheNewVersionAndNothingElseIsWrittenOver) {
 TEST_P(Reopen, APowerFailureWhileAFileIsMadeWholeIsNoHarm) {
     const Scenario &scenario = GetParam();
     std::size_t different = 0;
-    for (const qsizetype size : {qsizetype(5), qsizetype(70000)}) {
+    for (const qsizetype size : {static_cast<qsizetype>(5), static_cast<qsizetype>(70000)}) {
         QDir(m_root).removeRecursively();
         ASSERT_TRUE(QDir().mkpath(m_root));
         scenario.prepare(m_root);

@@ -21,7 +21,7 @@ namespace qir {
 namespace {
 
 std::size_t statesPerMoment() {
-    return std::size_t(countFrom("QIR_CRASH_STATES_PER_MOMENT", 30));
+    return static_cast<std::size_t>(countFrom("QIR_CRASH_STATES_PER_MOMENT", 30));
 }
 
 /// Bytes no page of which is like another.
@@ -93,7 +93,8 @@ void SaveCrash::check(const DiskState &state, const CrashStates::Moment &moment)
 TEST_P(SaveCrash, EveryStateAfterAPowerFailureIsTheOldOrTheNewVersion) {
     const Scenario &scenario = GetParam();
     std::size_t different = 0;
-    for (const qsizetype size : {qsizetype(300), qsizetype(40000), qsizetype(150000)}) {
+    for (const qsizetype size :
+         {static_cast<qsizetype>(300), static_cast<qsizetype>(40000), static_cast<qsizetype>(150000)}) {
         QDir(m_root).removeRecursively();
         ASSERT_TRUE(QDir().mkpath(m_root));
         scenario.prepare(m_root);

@@ -262,7 +262,7 @@ TEST_F(DatabaseFileTest, WhatDoesNotReadBackIsNotPublished) {
     class : public ForwardingFileOps { // a disk that loses a bit on the way
         SystemResult<std::size_t> doWriteAt(int file, QByteArrayView bytes, std::uint64_t offset) override {
             QByteArray changed = bytes.toByteArray();
-            changed.back() = char(changed.back() ^ 1);
+            changed.back() = static_cast<char>(changed.back() ^ 1);
             return ForwardingFileOps::doWriteAt(file, changed, offset);
         }
     } ops;

@@ -185,7 +185,7 @@ protected:
             return std::nullopt;
         }) {
         m_ops.onOpen = [](unsigned flags) {
-            const bool unnamed = (flags & O_TMPFILE) == unsigned(O_TMPFILE);
+            const bool unnamed = (flags & O_TMPFILE) == static_cast<unsigned>(O_TMPFILE);
             return unnamed && !GetParam().unnamedFiles ? std::optional(SystemError{EOPNOTSUPP}) : std::nullopt;
         };
         m_ops.onRename = [](unsigned flags) {

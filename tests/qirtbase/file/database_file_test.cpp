@@ -255,7 +255,7 @@ TEST_F(DatabaseFileTest, ANewNameGetsItsOwnFileAndIdentity) {
     EXPECT_EQ(bodyOf(path(u"a.ddb"_s)), "one");
     EXPECT_EQ(bodyOf(path(u"b.ddb"_s)), "two");
     const auto headerOf = [](const QByteArray &content) {
-        return decodeHeader(content.first(qsizetype(layout::lengthDigits + layout::headerLength)))->header;
+        return decodeHeader(content.first(static_cast<qsizetype>(layout::lengthDigits + layout::headerLength)))->header;
     };
     const FileHeader one = headerOf(contentOf(path(u"a.ddb"_s)));
     const FileHeader two = headerOf(contentOf(path(u"b.ddb"_s)));

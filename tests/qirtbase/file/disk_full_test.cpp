@@ -65,9 +65,10 @@ TEST_P(FullDisk, AtEveryFreeSizeTheFileIsOldOrNewAndTheReasonShown) {
     const QByteArray oldBody(20000, 'o');
     int saves = 0;
     int failures = 0;
-    for (const qsizetype size : {qsizetype(30000), qsizetype(120000), qsizetype(350000), qsizetype(600000)}) {
+    for (const qsizetype size : {static_cast<qsizetype>(30000), static_cast<qsizetype>(120000),
+                                 static_cast<qsizetype>(350000), static_cast<qsizetype>(600000)}) {
         const QByteArray newBody(size, 'n');
-        const std::uint64_t wanted = std::uint64_t(size) / pageSize + 4;
+        const std::uint64_t wanted = static_cast<std::uint64_t>(size) / pageSize + 4;
         for (std::uint64_t pages = 0; pages <= wanted; ++pages) {
             m_disk->releaseRoom();
             QFile::remove(file());

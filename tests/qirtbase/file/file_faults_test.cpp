@@ -80,8 +80,8 @@ void FileFaults::check(const Outcome &outcome, const QString &folder, const Faul
               << (outcome.error ? outcome.error->toStdString() : "not loaded") << "; ";
     ++m_cases;
     if (!wrong.str().empty() && ++m_wrong <= 5)
-        ADD_FAILURE() << scenario.name << ", call " << fault.at << ", kind " << int(fault.kind) << ", errno "
-                      << fault.number << (fault.forever ? ", for ever: " : ", once: ") << wrong.str();
+        ADD_FAILURE() << scenario.name << ", call " << fault.at << ", kind " << static_cast<int>(fault.kind)
+                      << ", errno " << fault.number << (fault.forever ? ", for ever: " : ", once: ") << wrong.str();
 }
 
 std::pair<int, bool> FileFaults::run(const Fault &fault) {
@@ -102,7 +102,7 @@ std::pair<int, bool> FileFaults::run(const Fault &fault) {
     if (scenario.saves && outcome.loaded)
         if (const auto saved = file.save(newBody); !saved)
             outcome.error = saved.error().text;
-    const bool removingFailed = ops.faultMet() && ops.made()[std::size_t(fault.at)] == FileCall::UnlinkAt;
+    const bool removingFailed = ops.faultMet() && ops.made()[static_cast<std::size_t>(fault.at)] == FileCall::UnlinkAt;
     check(outcome, folder.path(), fault, removingFailed);
     const std::pair<int, bool> met{ops.calls(), ops.faultMet()};
 

@@ -48,7 +48,7 @@ public:
         FileHeader header;
         header.isProtected = isProtected;
         header.chunkLog2 = chunkLog2;
-        header.bodyLength = std::uint64_t(body.size());
+        header.bodyLength = static_cast<std::uint64_t>(body.size());
         header.fileId.fill(1);
         header.saveId.fill(2);
         header.kdf = cheapParameters();
@@ -57,11 +57,11 @@ public:
 
     template<class T>
     Forged &set(std::size_t offset, T value) {
-        qToLittleEndian<T>(value, m_block.data() + start + qsizetype(offset));
+        qToLittleEndian<T>(value, m_block.data() + start + static_cast<qsizetype>(offset));
         return *this;
     }
     Forged &setBytes(std::size_t offset, const QByteArray &bytes) {
-        m_block.replace(start + qsizetype(offset), bytes.size(), bytes);
+        m_block.replace(start + static_cast<qsizetype>(offset), bytes.size(), bytes);
         return *this;
     }
     Forged &setDigits(const QByteArray &digits) {
@@ -70,7 +70,7 @@ public:
     }
     /// Puts these bytes where extensions stand and makes the header that much longer.
     Forged &setExtensions(const QByteArray &bytes) {
-        m_block.insert(start + qsizetype(layout::extensions), bytes);
+        m_block.insert(start + static_cast<qsizetype>(layout::extensions), bytes);
         return setDigits(QByteArray::number(m_block.size() - start).rightJustified(start, '0'));
     }
     /// Leaves the MAC as it was set instead of making the right one.
@@ -102,12 +102,13 @@ public:
     QByteArray bytes() const {
         QByteArray out = head();
         HeaderDigest digest;
-        std::memcpy(digest.data(), out.constData() + out.size() - qsizetype(layout::digestFromEnd), digest.size());
+        std::memcpy(digest.data(), out.constData() + out.size() - static_cast<qsizetype>(layout::digestFromEnd),
+                    digest.size());
         const qsizetype size = 1 << layout::chunkLog2Min;
         const qsizetype count = std::max<qsizetype>(1, (m_body.size() + size - 1) / size);
         crypto_secretstream_xchacha20poly1305_state state;
         if (m_protected) {
-            const QByteArray streamHeader(qsizetype(layout::streamHeaderSize), 's');
+            const QByteArray streamHeader(static_cast<qsizetype>(layout::streamHeaderSize), 's');
             out.append(streamHeader);
             crypto_secretstream_xchacha20poly1305_init_pull(
                 &state, reinterpret_cast<const unsigned char *>(streamHeader.constData()),
@@ -116,16 +117,17 @@ public:
         for (qsizetype i = 0; i < count; ++i) {
             const QByteArray plain = m_body.mid(i * size, size);
             if (!m_protected) {
-                const OpenTag tag = openChunkTag(plain, digest, std::uint64_t(i) + m_indexOffset);
-                out.append(plain).append(reinterpret_cast<const char *>(tag.data()), qsizetype(tag.size()));
+                const OpenTag tag = openChunkTag(plain, digest, static_cast<std::uint64_t>(i) + m_indexOffset);
+                out.append(plain).append(reinterpret_cast<const char *>(tag.data()),
+                                         static_cast<qsizetype>(tag.size()));
                 continue;
             }
-            QByteArray sealed(plain.size() + qsizetype(layout::protectedTagSize), '\0');
+            QByteArray sealed(plain.size() + static_cast<qsizetype>(layout::protectedTagSize), '\0');
             const unsigned char right = i + 1 == count ? crypto_secretstream_xchacha20poly1305_TAG_FINAL : 0;
             crypto_secretstream_xchacha20poly1305_push(
                 &state, reinterpret_cast<unsigned char *>(sealed.data()), nullptr,
-                reinterpret_cast<const unsigned char *>(plain.constData()), std::size_t(plain.size()), nullptr, 0,
-                std::size_t(i) < m_tags.size() ? m_tags[std::size_t(i)] : right);
+                reinterpret_cast<const unsigned char *>(plain.constData()), static_cast<std::size_t>(plain.size()),
+                nullptr, 0, static_cast<std::size_t>(i) < m_tags.size() ? m_tags[static_cast<std::size_t>(i)] : right);
             out.append(sealed);
         }
         return out;
@@ -234,7 +236,7 @@ TEST_F(HostileFiles, VersionsAndBitsThatMustBeKnown) {
                 "major 0");
         for (int bit = 0; bit < 32; bit += 5)
             refused(Forged(isProtected).set(layout::requiredBits, std::uint32_t{1} << bit).bytes(),
-                    LoadErrorKind::NewerVersion, with("required bit", std::uint64_t(bit), isProtected));
+                    LoadErrorKind::NewerVersion, with("required bit", static_cast<std::uint64_t>(bit), isProtected));
     }
 }
 
@@ -299,16 +301,19 @@ TEST_F(HostileFiles, LengthsThatAHugeSparseFileMakesTrue) {
                 const QByteArray bytes = withFirstChunk ? forged.bytes() : forged.head();
                 const std::uint64_t tags =
                     length / 4096 * (isProtected ? layout::protectedTagSize : layout::openTagSize);
-                const auto size = off_t(forged.head().size() + (isProtected ? 24 : 0) + off_t(length + tags));
-                refused(bytes, LoadErrorKind::Damaged, with("sparse 2^", std::uint64_t(log2), isProtected), size);
+                const auto size = static_cast<off_t>(forged.head().size() + (isProtected ? 24 : 0) +
+                                                     static_cast<off_t>(length + tags));
+                refused(bytes, LoadErrorKind::Damaged, with("sparse 2^", static_cast<std::uint64_t>(log2), isProtected),
+                        size);
             }
         }
     }
     Forged forged(false);
     const std::uint64_t length = std::uint64_t{1} << 37;
     forged.set(layout::bodyLength, length);
-    refused(forged.head(), LoadErrorKind::Limits, "more than is accepted",
-            off_t(forged.head().size() + off_t(length + length / 4096 * layout::openTagSize)));
+    refused(
+        forged.head(), LoadErrorKind::Limits, "more than is accepted",
+        static_cast<off_t>(forged.head().size() + static_cast<off_t>(length + length / 4096 * layout::openTagSize)));
 }
 
 TEST_F(HostileFiles, NoIdentity) {
@@ -393,7 +398,7 @@ TEST_F(HostileFiles, PartsOfTwoFiles) {
     const QByteArray one = Forged(true).bytes();
     const QByteArray two = Forged(true).setBytes(layout::saveId, QByteArray(16, '9')).bytes();
     const QByteArray open = Forged(false).bytes();
-    const qsizetype head = start + qsizetype(layout::headerLength);
+    const qsizetype head = start + static_cast<qsizetype>(layout::headerLength);
     refused(one.first(head) + two.sliced(head), LoadErrorKind::Damaged, "chunks of another save");
     refused(one.first(head) + open.sliced(head), LoadErrorKind::Truncated, "open chunks below a protected head");
     refused(open.first(head) + one.sliced(head), LoadErrorKind::Damaged, "protected chunks below an open head");

@@ -105,7 +105,7 @@ protected:
         QByteArray newer = containerBytes("from a later program");
         newer[14] = 2; // the version's number
         QByteArray damaged = containerBytes(longBody);
-        damaged[damaged.size() / 2] = char(damaged[damaged.size() / 2] ^ 1);
+        damaged[damaged.size() / 2] = static_cast<char>(damaged[damaged.size() / 2] ^ 1);
         return {{"text", "a shopping list\n"},
                 {"nothing", ""},
                 {"one byte", "0"},
@@ -294,8 +294,8 @@ protected:
         digest.add(m_there);
         m_head = {.inode = status.st_ino,
                   .name = placeHash("a.ddb"),
-                  .baseSize = std::uint64_t(m_base.size()),
-                  .nextSize = std::uint64_t(m_there.size()),
+                  .baseSize = static_cast<std::uint64_t>(m_base.size()),
+                  .nextSize = static_cast<std::uint64_t>(m_there.size()),
                   .digest = digest.value()};
     }
     void expectIgnored(const QByteArray &copy, const char *what) {
@@ -320,9 +320,9 @@ TEST_F(HostileCopy, AWholeOneIsBelieved) {
 
 TEST_F(HostileCopy, ADamagedOneIsNot) {
     const QByteArray whole = m_head.encode() + m_base + m_there;
-    for (qsizetype at = 0; at < whole.size(); at += at < qsizetype(SafeCopyHead::size) ? 1 : 41) {
+    for (qsizetype at = 0; at < whole.size(); at += at < static_cast<qsizetype>(SafeCopyHead::size) ? 1 : 41) {
         QByteArray damaged = whole;
-        damaged[at] = char(damaged[at] ^ 4);
+        damaged[at] = static_cast<char>(damaged[at] ^ 4);
         expectIgnored(damaged, "a flipped bit");
         expectIgnored(whole.first(at), "cut short");
     }

@@ -104,7 +104,7 @@ TEST_F(InPlace, AnotherDamagedFileIsNotTouchedWithIt) {
     FileHeader header;
     header.fileId.fill(77);
     QByteArray other = containerBytes("other", {}, header);
-    other.back() = char(other.back() ^ 1);
+    other.back() = static_cast<char>(other.back() ^ 1);
     writeContent(path(u"c.ddb"_s), other);
     EXPECT_TRUE(bodyOf(path(u"c.ddb"_s)).startsWith("ERROR"));
     EXPECT_EQ(contentOf(path(u"c.ddb"_s)), other);

@@ -214,8 +214,8 @@ TEST_F(Users, AForgedCopyIsNotBelieved) {
     digest.add(there);
     const SafeCopyHead head{.inode = status.st_ino,
                             .name = placeHash("a.ddb"),
-                            .baseSize = std::uint64_t(evil.size()),
-                            .nextSize = std::uint64_t(there.size()),
+                            .baseSize = static_cast<std::uint64_t>(evil.size()),
+                            .nextSize = static_cast<std::uint64_t>(there.size()),
                             .digest = digest.value()};
     const auto plant = [&](const DatabaseFileOptions &) {
         writeContent(shared() + u"/.qir-0123456789abcdef.safe"_s, head.encode() + evil + there);

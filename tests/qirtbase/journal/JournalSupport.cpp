@@ -31,14 +31,14 @@ QByteArray bytesOf(Number value) {
 
 template<std::size_t size>
 QByteArray bytesOf(const std::array<unsigned char, size> &array) {
-    return {reinterpret_cast<const char *>(array.data()), qsizetype(size)};
+    return {reinterpret_cast<const char *>(array.data()), static_cast<qsizetype>(size)};
 }
 
 QByteArray blake(const QByteArray &over, const SecretBytes &key = {}) {
-    QByteArray digest(qsizetype(layout::digestSize), '\0');
+    QByteArray digest(static_cast<qsizetype>(layout::digestSize), '\0');
     crypto_generichash(reinterpret_cast<unsigned char *>(digest.data()), layout::digestSize,
-                       reinterpret_cast<const unsigned char *>(over.constData()), std::size_t(over.size()), key.data(),
-                       key.size());
+                       reinterpret_cast<const unsigned char *>(over.constData()), static_cast<std::size_t>(over.size()),
+                       key.data(), key.size());
     return digest;
 }
 
@@ -46,12 +46,13 @@ QByteArray headOfVersion1(const JournalBase &base, const ContainerKeys &keys) {
     const bool sealed = keys.isProtected();
     const std::string &path = base.place.path;
     const auto number = [](std::uint32_t value) { return bytesOf(value); };
-    const QByteArray head = "QIRJRNL1" + number(std::uint32_t(98 + path.size() + layout::digestSize)) +
-                            number(sealed ? 1 : 0) + bytesOf(base.fileId) + bytesOf(base.saveId) + QByteArray(16, 'n') +
-                            number(sealed ? keys.kdf.costs.passes : 0) + number(sealed ? keys.kdf.costs.memoryKiB : 0) +
-                            number(sealed ? 1 : 0) + number(0) +
-                            (sealed ? bytesOf(keys.kdf.salt) : QByteArray(qsizetype(layout::saltSize), '\0')) +
-                            bytesOf(std::uint16_t(path.size())) + QByteArray::fromStdString(path);
+    const QByteArray head =
+        "QIRJRNL1" + number(static_cast<std::uint32_t>(98 + path.size() + layout::digestSize)) +
+        number(sealed ? 1 : 0) + bytesOf(base.fileId) + bytesOf(base.saveId) + QByteArray(16, 'n') +
+        number(sealed ? keys.kdf.costs.passes : 0) + number(sealed ? keys.kdf.costs.memoryKiB : 0) +
+        number(sealed ? 1 : 0) + number(0) +
+        (sealed ? bytesOf(keys.kdf.salt) : QByteArray(static_cast<qsizetype>(layout::saltSize), '\0')) +
+        bytesOf(static_cast<std::uint16_t>(path.size())) + QByteArray::fromStdString(path);
     return head + blake(head);
 }
 
@@ -60,7 +61,7 @@ QByteArray headOfVersion1(const JournalBase &base, const ContainerKeys &keys) {
 QByteArray journalOfVersion1(const JournalBase &base, const ContainerKeys &keys,
                              const std::vector<QByteArray> &payloads) {
     QByteArray out = headOfVersion1(base, keys);
-    const QByteArray place = blake(out) + bytesOf(std::uint64_t(out.size()));
+    const QByteArray place = blake(out) + bytesOf(static_cast<std::uint64_t>(out.size()));
     ChunkStream::Header header;
     header.fill('h');
     out += QByteArray(4, '\xff') + bytesOf(header);
@@ -77,7 +78,7 @@ QByteArray journalOfVersion1(const JournalBase &base, const ContainerKeys &keys,
             link = blake(link + payload);
             record = payload + link.first(16);
         }
-        out += bytesOf(std::uint32_t(record.size())) + record;
+        out += bytesOf(static_cast<std::uint32_t>(record.size())) + record;
     }
     return out;
 }
@@ -117,7 +118,6 @@ void JournalBench::open() {
                                                .password = password,
                                                .deriveKey = derive,
                                                .random = RandomSource::system(),
-                                               .body = m_saved,
                                                .keepAside = [this](QByteArrayView aside) -> SystemResult<QString> {
                                                    m_aside.push_back(aside.toByteArray());
                                                    return u"aside"_s;

@@ -36,7 +36,7 @@ public:
     /// What the file holds: the body that sessions start from.
     void setSaved(const QByteArray &body) {
         m_saved = body;
-        m_base.bodySize = std::uint64_t(body.size());
+        m_base.bodySize = static_cast<std::uint64_t>(body.size());
     }
     QByteArray body() const { return encodeBody(m_database, BodyFor::Journal); }
 

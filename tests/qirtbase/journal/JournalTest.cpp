@@ -13,9 +13,9 @@ QByteArray pumps() {
     database.addTable(u"Pump"_s);
     Table &table = database.table(0);
     database.removeField(table, 0);
-    database.addField(table, u"On"_s, int(ColumnType::Bool), 0);
-    database.addField(table, u"Speed"_s, int(ColumnType::Long), 0);
-    database.addField(table, u"Name"_s, int(ColumnType::Text), 200);
+    database.addField(table, u"On"_s, static_cast<int>(ColumnType::Bool), 0);
+    database.addField(table, u"Speed"_s, static_cast<int>(ColumnType::Long), 0);
+    database.addField(table, u"Name"_s, static_cast<int>(ColumnType::Text), 200);
     database.addRecord(table);
     database.addRecord(table);
     return encodeBody(database);

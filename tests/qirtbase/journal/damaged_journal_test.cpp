@@ -44,7 +44,7 @@ protected:
         writeContent(m_path, content);
         bench.open();
         const auto found = std::find(m_states.begin(), m_states.end(), bench.body());
-        return found == m_states.end() ? -1 : int(found - m_states.begin());
+        return found == m_states.end() ? -1 : static_cast<int>(found - m_states.begin());
     }
 
     std::vector<QByteArray> m_states;
@@ -60,21 +60,21 @@ TEST_P(DamagedJournal, CutAnywhereGivesAPrefix) {
         EXPECT_GE(state, last) << size;
         last = state;
     }
-    EXPECT_EQ(last, int(m_states.size()) - 1);
+    EXPECT_EQ(last, static_cast<int>(m_states.size()) - 1);
 }
 
 TEST_P(DamagedJournal, EverySingleBitChangeGivesAPrefix) {
     for (qsizetype i = 0; i < m_content.size(); ++i) {
         QByteArray content = m_content;
-        content[i] = char(content[i] ^ (1 << (i % 8)));
+        content[i] = static_cast<char>(content[i] ^ (1 << (i % 8)));
         const int state = stateWith(content);
         EXPECT_GE(state, 0) << i;
-        EXPECT_LT(state, int(m_states.size()) - 1) << i;
+        EXPECT_LT(state, static_cast<int>(m_states.size()) - 1) << i;
     }
 }
 
 TEST_P(DamagedJournal, BytesBehindTheEndAreCutAndWritingGoesOn) {
-    EXPECT_EQ(stateWith(m_content + QByteArray(1000, '\x7f')), int(m_states.size()) - 1);
+    EXPECT_EQ(stateWith(m_content + QByteArray(1000, '\x7f')), static_cast<int>(m_states.size()) - 1);
     setName(0, u"after"_s);
     EXPECT_EQ(bench.body(), crashAndOpen());
     EXPECT_EQ(nameAt(0), u"after"_s);
@@ -91,8 +91,8 @@ TEST_P(DamagedJournal, AfterATornRecordWritingGoesOn) {
 
 TEST_P(DamagedJournal, ACrashAtAnyCallOfItsRecoveryLosesNothingOfIt) {
     QByteArray content = m_content;
-    content[content.size() - 1] = char(content[content.size() - 1] ^ 1);
-    ASSERT_EQ(stateWith(content), int(m_states.size()) - 2);
+    content[content.size() - 1] = static_cast<char>(content[content.size() - 1] ^ 1);
+    ASSERT_EQ(stateWith(content), static_cast<int>(m_states.size()) - 2);
     const JournalBase base = bench.base();
     const QByteArray body = pumps();
     int cases = 0;
@@ -110,7 +110,6 @@ TEST_P(DamagedJournal, ACrashAtAnyCallOfItsRecoveryLosesNothingOfIt) {
                                .password = {},
                                .deriveKey = deriveMasterKey,
                                .random = RandomSource::system(),
-                               .body = body,
                                .keepAside = {}},
                               database);
         bench.open();
@@ -140,9 +139,10 @@ TEST_P(DamagedJournal, OtherFilesInTheFolderAreLeftAlone) {
 TEST_P(DamagedJournal, WhatCannotBeReadIsKeptWhereTheUserIsToldThatItIs) {
     // In the head, in the first record, in the last one.
     for (const qsizetype at :
-         {qsizetype(100), qsizetype(m_content.indexOf("\xff\xff\xff\xff") + 60), qsizetype(m_content.size() - 1)}) {
+         {static_cast<qsizetype>(100), static_cast<qsizetype>(m_content.indexOf("\xff\xff\xff\xff") + 60),
+          static_cast<qsizetype>(m_content.size() - 1)}) {
         QByteArray content = m_content;
-        content[at] = char(content[at] ^ 1);
+        content[at] = static_cast<char>(content[at] ^ 1);
         bench.clearNotices();
         stateWith(content);
         const QStringList kept = bench.journals().filter(u".ended"_s);

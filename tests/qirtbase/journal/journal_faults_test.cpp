@@ -254,7 +254,7 @@ void JournalFaults::check(const QString &folder, const Fault &fault, bool loaded
         wrong << "what should not have mattered did: " << (course.notices + course.error).toStdString() << "; ";
     ++m_cases;
     if (!wrong.str().empty() && ++m_wrong <= 5)
-        ADD_FAILURE() << work.name << ", call " << fault.at << ", kind " << int(fault.kind) << ", errno "
+        ADD_FAILURE() << work.name << ", call " << fault.at << ", kind " << static_cast<int>(fault.kind) << ", errno "
                       << fault.number << (fault.forever ? ", for ever: " : ", once: ") << wrong.str();
 }
 

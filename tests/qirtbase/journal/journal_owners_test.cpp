@@ -29,7 +29,6 @@ TEST_P(JournalTest, OneThatALivingEditorHoldsIsNotTouched) {
                                                      .password = {},
                                                      .deriveKey = deriveMasterKey,
                                                      .random = RandomSource::system(),
-                                                     .body = {},
                                                      .keepAside = {}},
                                                     other);
     EXPECT_FALSE(outcome.journal);

@@ -31,9 +31,9 @@ TEST_P(JournalTest, EveryKindOfChangeIsThereAgainAfterACrash) {
     database.setNumber(table(), 0, 2, 1);
     database.addRecord(table());
     database.removeRecord(table(), 1);
-    database.addField(table(), u"When"_s, int(ColumnType::Date), 0);
+    database.addField(table(), u"When"_s, static_cast<int>(ColumnType::Date), 0);
     database.setNumber(table(), 3, 0, 20240131.235959);
-    database.addField(table(), u"Short"_s, int(ColumnType::Text), 3);
+    database.addField(table(), u"Short"_s, static_cast<int>(ColumnType::Text), 3);
     database.setText(table(), 4, 0, u"abcdef"_s);
     database.resizeField(table(), 4, 2);
     database.renameField(table(), 4, u"Shorter"_s);
@@ -271,7 +271,6 @@ TEST_P(JournalTest, ACrashAtAnyCallOfARecoveryLosesNothing) {
                                .password = {},
                                .deriveKey = deriveMasterKey,
                                .random = RandomSource::system(),
-                               .body = {},
                                .keepAside = {}},
                               database);
         bench.open();

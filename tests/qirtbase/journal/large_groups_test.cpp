@@ -155,7 +155,7 @@ TEST_P(LargeGroups, AnImageOfManyPiecesComesBack) {
     bench.open();
     bench.database().beginGroup();
     for (std::size_t i = 0; i < 50; ++i)
-        setName(i, QString(60000, QChar(u'a' + int(i % 26))));
+        setName(i, QString(60000, QChar(u'a' + static_cast<int>(i % 26))));
     bench.database().endGroup();
     EXPECT_GT(size(), 3000000);
     EXPECT_TRUE(bench.body() == crashAndOpen());

@@ -78,7 +78,7 @@ TEST_P(TakenAway, RecordsOfATableWithoutFieldsAreInTheOneThatIsWrittenAnew) {
         bench.database().removeField(table(), 0);
     ASSERT_TRUE(QFile::remove(bench.journalPath()));
     bench.database().addRecord(table()); // seen to be gone here
-    bench.database().addField(table(), u"Name"_s, int(ColumnType::Text), 200);
+    bench.database().addField(table(), u"Name"_s, static_cast<int>(ColumnType::Text), 200);
     bench.database().setText(table(), 0, 4, u"typed"_s);
     EXPECT_EQ(bench.body(), crashAndOpen());
     ASSERT_GT(table().recordCount(), 4U);
@@ -145,7 +145,6 @@ TEST_P(OlderJournal, ThatCannotBeWrittenAnewIsGoneOnWithAsItIs) {
     });
     Database database = std::move(*decodeBody(pumps()));
     const JournalBase base = bench.base();
-    const QByteArray body = pumps();
     RecoveryOutcome outcome = recoverJournals(ops,
                                               {.stateFolder = bench.folder(),
                                                .base = base,
@@ -153,7 +152,6 @@ TEST_P(OlderJournal, ThatCannotBeWrittenAnewIsGoneOnWithAsItIs) {
                                                .password = {},
                                                .deriveKey = deriveMasterKey,
                                                .random = RandomSource::system(),
-                                               .body = body,
                                                .keepAside = {}},
                                               database);
     full = false;

@@ -63,7 +63,8 @@ private:
             return;
         }
         for (std::size_t record = 0; record < records; ++record)
-            put<std::uint32_t>(out, record < field.texts.size() ? std::uint64_t(field.texts[record].size()) : 0);
+            put<std::uint32_t>(out, record < field.texts.size() ? static_cast<std::uint64_t>(field.texts[record].size())
+                                                                : 0);
         for (const QByteArray &text : field.texts)
             out += text;
     }

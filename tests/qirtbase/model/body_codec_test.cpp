@@ -1,5 +1,6 @@
 #include "qirtbase/model/BodyCodec.h"
 
+#include "qirtbase/model/BodyMemory.h"
 #include "qirtbase/model/DatabaseError.h"
 #include "tests/qirtbase/model/DatabaseTestSupport.h"
 
@@ -142,6 +143,66 @@ TEST(BodyCodec, WritesTheseExactBytes) {
                                            "010100000900000000000000"
                                            "000000000000010045"
                                            "000100000000000000000000");
+}
+
+/// A body of some megabytes with numbers and texts, of which each column takes many pages.
+QByteArray largeBody() {
+    Database database;
+    database.addTable(u"Long"_s);
+    Table &table = database.table(0);
+    database.addField(table, u"Number"_s, 7, 0);
+    constexpr int records = 200'000;
+    database.addRecords(table, records - 1);
+    for (std::size_t i = 0; i < records; i += 7) {
+        database.setText(table, 0, i, QString::number(i).repeated(3));
+        database.setNumber(table, 1, i, static_cast<double>(i) / 4);
+    }
+    return encodeBody(database);
+}
+
+TEST(BodyCodec, ABodyThatIsGivenAwayIsReadAsOneThatIsLent) {
+    const QByteArray body = largeBody();
+    QByteArray given(body.constData(), body.size());
+    const auto decoded = decodeBody(std::move(given));
+    ASSERT_TRUE(decoded.has_value());
+    EXPECT_EQ(encodeBody(*decoded), body);
+}
+
+TEST(BodyCodec, ABodyThatIsSharedStaysForTheOthers) {
+    const QByteArray body = largeBody();
+    const QByteArray kept(body.constData(), body.size());
+    QByteArray given = body;
+    EXPECT_TRUE(decodeBody(std::move(given)).has_value());
+    EXPECT_EQ(body, kept);
+}
+
+TEST(BodyCodec, PagesAreGivenBackAndTheirNeighboursAreNot) {
+    constexpr qsizetype size = 1 << 20;
+    constexpr qsizetype begin = 1000;
+    constexpr qsizetype left = 3000;
+    const QByteArray bytes(size, 'x');
+    giveBack(QByteArrayView(bytes).sliced(begin, size - begin - left));
+    EXPECT_EQ(bytes.first(begin), QByteArray(begin, 'x'));
+    EXPECT_EQ(bytes.last(left), QByteArray(left, 'x'));
+    const qsizetype held = bytes.count('x');
+    EXPECT_GE(held, begin + left);
+    EXPECT_LT(held, size / 8) << "pages are still there";
+    giveBack(QByteArrayView(bytes).first(10)); // not a page
+    EXPECT_EQ(bytes.count('x'), held);
+}
+
+TEST(Database, ACopyHasTheSameTablesAndNoneOfTheSteps) {
+    Database database = smallDatabase();
+    database.keepSteps(1 << 20);
+    database.setText(database.table(0), 6, 0, u"b"_s);
+    database.foreignSections().push_back({7, 0, "later"_ba});
+    const Database copy = database.copy();
+    const QByteArray body = encodeBody(database);
+    EXPECT_EQ(encodeBody(copy), body);
+    EXPECT_EQ(copy.history().count(), 0U);
+    EXPECT_NE(copy.table(0).revision(), database.table(0).revision());
+    database.setText(database.table(0), 6, 0, u"c"_s);
+    EXPECT_EQ(encodeBody(copy), body);
 }
 
 TEST(BodyCodec, ReadsWhatItWrote) {

@@ -26,7 +26,7 @@ void expectWithinBudget(const GeneratedBody &made) {
     const std::size_t allocations = counted.allocations();
     EXPECT_EQ(encodeBody(*database), made.bytes);
     std::printf("%-40s %8zu bytes, %8zu cells: %5.1f times the bytes, %zu allocations\n", made.name.c_str(), bytes,
-                made.cells, double(peak) / double(bytes), allocations);
+                made.cells, static_cast<double>(peak) / static_cast<double>(bytes), allocations);
     EXPECT_LE(peak, 14 * bytes + fixedBytes);
     EXPECT_LE(allocations, 8 * (made.tables + made.fields) + 64);
     EXPECT_LE(counted.peak(), 15 * bytes + fixedBytes);

@@ -41,27 +41,27 @@ public:
         if (m_column.isText())
             m_column.set(record, textOf(value));
         else
-            m_column.set(record, double(value));
+            m_column.set(record, static_cast<double>(value));
         m_values[record] = textOf(value);
     }
     void setBlock(std::size_t first, std::size_t count, int value) {
         ColumnBuilder builder(m_column.type());
         for (std::size_t i = 0; i < count; ++i) {
-            m_values[first + i] = textOf(value + int(i));
+            m_values[first + i] = textOf(value + static_cast<int>(i));
             if (m_column.isText())
                 builder.add(QStringView(m_values[first + i]));
             else
-                builder.add(double(value + int(i)));
+                builder.add(static_cast<double>(value + static_cast<int>(i)));
         }
         m_column.setBlock(first, builder.take());
     }
     void remove(std::size_t record) {
         m_column.remove(record);
-        m_values.erase(m_values.begin() + std::ptrdiff_t(record));
+        m_values.erase(m_values.begin() + static_cast<std::ptrdiff_t>(record));
     }
     void insert(std::size_t record, int value) {
-        m_column.insert(record, m_column.isText() ? CellValue(textOf(value)) : CellValue(double(value)));
-        m_values.insert(m_values.begin() + std::ptrdiff_t(record), textOf(value));
+        m_column.insert(record, m_column.isText() ? CellValue(textOf(value)) : CellValue(static_cast<double>(value)));
+        m_values.insert(m_values.begin() + static_cast<std::ptrdiff_t>(record), textOf(value));
     }
     void truncate(std::size_t records) {
         m_column.truncate(records);
@@ -92,7 +92,7 @@ private:
 TEST(Column, ABlockOfAWholeChunkIsTheColumnsOwnMemory) {
     for (const Column &column : {longs(3 * chunk), texts(3 * chunk)}) {
         const ColumnBlock block = column.block(chunk, 5 * chunk);
-        EXPECT_EQ(block.count(), qsizetype(chunk));
+        EXPECT_EQ(block.count(), static_cast<qsizetype>(chunk));
         EXPECT_EQ(block.values().constData(), column.chunk(1).values().constData());
         EXPECT_EQ(block.bytes().constData(), column.chunk(1).bytes().constData());
         EXPECT_TRUE(block.sharesMemoryWith(column.block(chunk, chunk)));
@@ -145,7 +145,7 @@ TEST(Column, ReadingAWholeColumnAllocatesForItsChunksAlone) {
     const CountedMemory counted;
     std::size_t blocks = 0;
     for (std::size_t record = 0; record < column.size(); ++blocks)
-        record += std::size_t(column.block(record, column.size()).count());
+        record += static_cast<std::size_t>(column.block(record, column.size()).count());
     EXPECT_EQ(blocks, (1'000'000 + chunk - 1) / chunk);
     EXPECT_LE(counted.allocations(), 4 * blocks);
     EXPECT_LE(counted.peak(), std::size_t{4096});
@@ -156,7 +156,7 @@ TEST(Column, AChangeAfterABlockWasReadTakesNoMoreThanAChunk) {
         GTEST_SKIP() << "allocations are not counted in this build";
     Column column = longs(1'000'000);
     std::vector<ColumnBlock> blocks;
-    for (std::size_t record = 0; record < column.size(); record += std::size_t(blocks.back().count()))
+    for (std::size_t record = 0; record < column.size(); record += static_cast<std::size_t>(blocks.back().count()))
         blocks.push_back(column.block(record, column.size()));
     const CountedMemory counted;
     for (std::size_t record = 0; record < 100; ++record)

@@ -63,9 +63,9 @@ class UnlockTest : public WindowTest {
     QString makeForged(const QString &name, KdfCosts costs) {
         const QString file = makeProtected(name, u"p"_s, {1, 8 * 1024});
         QByteArray bytes = fileBytes(file);
-        bytes[10 + 80] = char(costs.passes);
+        bytes[10 + 80] = static_cast<char>(costs.passes);
         for (int byte = 0; byte < 4; ++byte)
-            bytes[10 + 84 + byte] = char(costs.memoryKiB >> 8 * byte);
+            bytes[10 + 84 + byte] = static_cast<char>(costs.memoryKiB >> 8 * byte);
         sealDigest(bytes);
         QFile out(file);
         if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size())

@@ -109,8 +109,8 @@ private Q_SLOTS:
 
     void everyWayOfConfirmingThePickerTakesItsType_data() {
         QTest::addColumn<int>("how");
-        QTest::newRow("double click") << int(Pick::DoubleClick);
-        QTest::newRow("Enter") << int(Pick::Enter);
+        QTest::newRow("double click") << static_cast<int>(Pick::DoubleClick);
+        QTest::newRow("Enter") << static_cast<int>(Pick::Enter);
     }
     void everyWayOfConfirmingThePickerTakesItsType() {
         QFETCH(int, how);
