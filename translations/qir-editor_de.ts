@@ -365,64 +365,6 @@ Geändert: %4, hinzugefügt: %5, entfernt: %6.</translation>
     </message>
 </context>
 <context>
-    <name>KeptVersions</name>
-    <message>
-        <source>Kept &amp;Versions...</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Do you want to remove &apos;%1&apos; for good ?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&apos;%1&apos; could not be removed</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>KeyedCarry</name>
-    <message>
-        <source>&apos;%1&apos; in record %2, field &apos;%3&apos;</source>
-        <translation type="unfinished">&apos;%1&apos; in Datensatz %2, Feld &apos;%3&apos;</translation>
-    </message>
-    <message>
-        <source>Make these changes on the left?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Make these changes on the right?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Values changed: %1, records added: %2, removed: %3.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>and %1 more.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>One value would not stay what it is: %1.</source>
-        <translation type="unfinished">Ein Wert bliebe nicht, was er ist: %1.</translation>
-    </message>
-    <message>
-        <source>%1 values would not stay what they are, the first is %2.</source>
-        <translation type="unfinished">%1 Werte blieben nicht, was sie sind, der erste ist %2.</translation>
-    </message>
-    <message>
-        <source>Carry these values too? With No they are left out.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Values changed: %1, records added: %2, removed: %3</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Changes by key carried to %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
     <name>ModeCommands</name>
     <message>
         <source>&amp;One Database</source>
@@ -439,13 +381,6 @@ Geändert: %4, hinzugefügt: %5, entfernt: %6.</translation>
     <message>
         <source>Other &amp;Pane</source>
         <translation>&amp;Andere Seite</translation>
-    </message>
-</context>
-<context>
-    <name>OnlyDifferences</name>
-    <message>
-        <source>Not while only differences are shown: turn off Mode &gt; Only Differences first</source>
-        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -480,16 +415,6 @@ Neu laden und sie verwerfen?</translation>
         <source>Input password</source>
         <translation>Kennwort eingeben</translation>
     </message>
-    <message>
-        <source>&apos;%1&apos; was not found.<byte value="xd"/>
-Take it off the recent files?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Database &apos;%1&apos; has changes that are not saved.<byte value="xd"/>
-Save them before another file takes its place?</source>
-        <translation type="unfinished"></translation>
-    </message>
 </context>
 <context>
     <name>PasteAll</name>
@@ -508,10 +433,6 @@ Save them before another file takes its place?</source>
     <message>
         <source>Paste All</source>
         <translation>Alles einfügen</translation>
-    </message>
-    <message>
-        <source>Of the pasted values %1</source>
-        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -633,6 +554,10 @@ MIT license.</source>
 MIT-Lizenz.</translation>
     </message>
     <message>
+        <source>Qt %1. Help &gt; Keys (F1) opens the guide.</source>
+        <translation>Qt %1. Hilfe &gt; Tasten (F1) öffnet das Handbuch.</translation>
+    </message>
+    <message>
         <source>About %1</source>
         <translation>Über %1</translation>
     </message>
@@ -647,6 +572,14 @@ MIT-Lizenz.</translation>
     <message>
         <source>The database to open beside it, in the right pane.</source>
         <translation>Die Datenbank, die daneben, rechts, geöffnet wird.</translation>
+    </message>
+    <message>
+        <source>Show two panes, and ask for each file that is not named.</source>
+        <translation>Zwei Bereiche zeigen und nach jeder Datei fragen, die nicht genannt ist.</translation>
+    </message>
+    <message>
+        <source>--compare asks for files, and with --picture nobody is there to answer.</source>
+        <translation>--compare fragt nach Dateien, und mit --picture ist niemand da, der antwortet.</translation>
     </message>
     <message>
         <source>The window&apos;s language: %1.</source>
@@ -838,22 +771,6 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>Menus</source>
         <translation>Menüs</translation>
     </message>
-    <message>
-        <source>&amp;Guide</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Qt %1. Help &gt; Guide (F1) opens the guide.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Show two panes, and ask for each file that is not named.</source>
-        <translation>Zwei Bereiche zeigen und nach jeder Datei fragen, die nicht genannt ist.</translation>
-    </message>
-    <message>
-        <source>--compare asks for files, and with --picture nobody is there to answer.</source>
-        <translation>--compare fragt nach Dateien, und mit --picture ist niemand da, der antwortet.</translation>
-    </message>
 </context>
 <context>
     <name>RecordCommands</name>
@@ -984,30 +901,6 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>%1 cells here</source>
         <translation>%1 Zellen hier</translation>
-    </message>
-    <message>
-        <source>%1 to %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>no differences to show</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 shown</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>stored: %1</source>
-        <translation type="unfinished">gespeichert: %1</translation>
-    </message>
-    <message>
-        <source>0 or 1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 of %2 characters</source>
-        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -1374,18 +1267,6 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>User guide</source>
         <translation>Benutzerhandbuch</translation>
     </message>
-    <message>
-        <source>Search the guide</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Search</source>
-        <translation type="unfinished">Suchen</translation>
-    </message>
-    <message>
-        <source>Contents of the guide</source>
-        <translation type="unfinished"></translation>
-    </message>
 </context>
 <context>
     <name>qir::HistoryWindow</name>
@@ -1450,77 +1331,6 @@ Sollen die Änderungen gespeichert werden?</translation>
     </message>
 </context>
 <context>
-    <name>qir::KeptWindow</name>
-    <message>
-        <source>Another program&apos;s version</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Could not be saved</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Replaced by a restored one</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Changes not saved</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>A protected file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>No versions are kept.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Kept Versions</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Kept versions</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Time</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>File</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>What it is</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Where it stands</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Open</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Compare</source>
-        <translation type="unfinished">&amp;Vergleichen</translation>
-    </message>
-    <message>
-        <source>Opens it in the other pane, beside the file as it is now</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Remove...</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>yyyy-MM-dd HH:mm:ss</source>
-        <translation type="unfinished">yyyy-MM-dd HH:mm:ss</translation>
-    </message>
-</context>
-<context>
     <name>qir::KeyedChanges</name>
     <message>
         <source>Key</source>
@@ -1574,18 +1384,6 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>record %1</source>
         <translation>Datensatz %1</translation>
     </message>
-    <message>
-        <source>%1: %2 becomes %3, not %4</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1: the record is removed</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1: the record is added</source>
-        <translation type="unfinished"></translation>
-    </message>
 </context>
 <context>
     <name>qir::KeyedCommands</name>
@@ -1596,41 +1394,6 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Select a table that both databases have.</source>
         <translation>Wählen Sie eine Tabelle, die beide Datenbanken haben.</translation>
-    </message>
-</context>
-<context>
-    <name>qir::KeyedOptions</name>
-    <message>
-        <source>Key fields</source>
-        <translation type="unfinished">Schlüsselfelder</translation>
-    </message>
-    <message>
-        <source>Fields that are not compared</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Not compared:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>How far numbers may be apart</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>N&amp;umbers up to so far apart:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Case does not count</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Blanks do not count</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Key of %1:</source>
-        <translation type="unfinished">Schlüssel von %1:</translation>
     </message>
 </context>
 <context>
@@ -1646,6 +1409,10 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Compare &amp;Again</source>
         <translation>Erneut &amp;vergleichen</translation>
+    </message>
+    <message>
+        <source>Key fields</source>
+        <translation>Schlüsselfelder</translation>
     </message>
     <message>
         <source>Search in the changes</source>
@@ -1688,6 +1455,10 @@ Sollen die Änderungen gespeichert werden?</translation>
         <translation>Änderungen nach Schlüssel</translation>
     </message>
     <message>
+        <source>Key of %1:</source>
+        <translation>Schlüssel von %1:</translation>
+    </message>
+    <message>
         <source>Stopped. Check the fields of the key.</source>
         <translation>Angehalten. Prüfen Sie die Felder des Schlüssels.</translation>
     </message>
@@ -1718,22 +1489,6 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>The key is not unique: on the right the records %1 and %2 have the same.</source>
         <translation>Der Schlüssel ist nicht eindeutig: rechts haben die Datensätze %1 und %2 denselben.</translation>
-    </message>
-    <message>
-        <source>&amp;Tick all</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Carry to the &amp;Left...</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Carry to the &amp;Right...</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Re&amp;port...</source>
-        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -1769,25 +1524,6 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Close this line. Nothing is decided by that.</source>
         <translation>Schließt diese Zeile. Damit wird nichts entschieden.</translation>
-    </message>
-</context>
-<context>
-    <name>qir::OnlyDifferences</name>
-    <message>
-        <source>Only &amp;Differences</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Tables that only one side has, or has records in, are shown whole</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The tables are equal: there is nothing to show</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 of %2 records differ</source>
-        <translation type="unfinished">%1 von %2 Datensätzen verschieden</translation>
     </message>
 </context>
 <context>

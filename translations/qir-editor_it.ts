@@ -365,64 +365,6 @@ Modificati: %4, aggiunti: %5, rimossi: %6.</translation>
     </message>
 </context>
 <context>
-    <name>KeptVersions</name>
-    <message>
-        <source>Kept &amp;Versions...</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Do you want to remove &apos;%1&apos; for good ?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&apos;%1&apos; could not be removed</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>KeyedCarry</name>
-    <message>
-        <source>&apos;%1&apos; in record %2, field &apos;%3&apos;</source>
-        <translation type="unfinished">&apos;%1&apos; nel record %2, campo &apos;%3&apos;</translation>
-    </message>
-    <message>
-        <source>Make these changes on the left?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Make these changes on the right?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Values changed: %1, records added: %2, removed: %3.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>and %1 more.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>One value would not stay what it is: %1.</source>
-        <translation type="unfinished">Un valore non resterebbe quello che è: %1.</translation>
-    </message>
-    <message>
-        <source>%1 values would not stay what they are, the first is %2.</source>
-        <translation type="unfinished">%1 valori non resterebbero quelli che sono, il primo è %2.</translation>
-    </message>
-    <message>
-        <source>Carry these values too? With No they are left out.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Values changed: %1, records added: %2, removed: %3</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Changes by key carried to %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
     <name>ModeCommands</name>
     <message>
         <source>&amp;One Database</source>
@@ -439,13 +381,6 @@ Modificati: %4, aggiunti: %5, rimossi: %6.</translation>
     <message>
         <source>Other &amp;Pane</source>
         <translation>Altro &amp;pannello</translation>
-    </message>
-</context>
-<context>
-    <name>OnlyDifferences</name>
-    <message>
-        <source>Not while only differences are shown: turn off Mode &gt; Only Differences first</source>
-        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -480,16 +415,6 @@ Ricaricarlo e lasciarle cadere?</translation>
         <source>Input password</source>
         <translation>Inserire la password</translation>
     </message>
-    <message>
-        <source>&apos;%1&apos; was not found.<byte value="xd"/>
-Take it off the recent files?</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Database &apos;%1&apos; has changes that are not saved.<byte value="xd"/>
-Save them before another file takes its place?</source>
-        <translation type="unfinished"></translation>
-    </message>
 </context>
 <context>
     <name>PasteAll</name>
@@ -508,10 +433,6 @@ Save them before another file takes its place?</source>
     <message>
         <source>Paste All</source>
         <translation>Incolla tutto</translation>
-    </message>
-    <message>
-        <source>Of the pasted values %1</source>
-        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -633,6 +554,10 @@ MIT license.</source>
 Licenza MIT.</translation>
     </message>
     <message>
+        <source>Qt %1. Help &gt; Keys (F1) opens the guide.</source>
+        <translation>Qt %1. Aiuto &gt; Tasti (F1) apre la guida.</translation>
+    </message>
+    <message>
         <source>About %1</source>
         <translation>Informazioni su %1</translation>
     </message>
@@ -647,6 +572,14 @@ Licenza MIT.</translation>
     <message>
         <source>The database to open beside it, in the right pane.</source>
         <translation>Il database da aprire accanto, nel pannello destro.</translation>
+    </message>
+    <message>
+        <source>Show two panes, and ask for each file that is not named.</source>
+        <translation>Mostra due riquadri e chiede ogni file che non è indicato.</translation>
+    </message>
+    <message>
+        <source>--compare asks for files, and with --picture nobody is there to answer.</source>
+        <translation>--compare chiede dei file, e con --picture nessuno può rispondere.</translation>
     </message>
     <message>
         <source>The window&apos;s language: %1.</source>
@@ -838,22 +771,6 @@ Salvare le modifiche?</translation>
         <source>Menus</source>
         <translation>Menu</translation>
     </message>
-    <message>
-        <source>&amp;Guide</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Qt %1. Help &gt; Guide (F1) opens the guide.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Show two panes, and ask for each file that is not named.</source>
-        <translation>Mostra due riquadri e chiede ogni file che non è indicato.</translation>
-    </message>
-    <message>
-        <source>--compare asks for files, and with --picture nobody is there to answer.</source>
-        <translation>--compare chiede dei file, e con --picture nessuno può rispondere.</translation>
-    </message>
 </context>
 <context>
     <name>RecordCommands</name>
@@ -984,30 +901,6 @@ Salvare le modifiche?</translation>
     <message>
         <source>%1 cells here</source>
         <translation>%1 celle qui</translation>
-    </message>
-    <message>
-        <source>%1 to %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>no differences to show</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 shown</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>stored: %1</source>
-        <translation type="unfinished">memorizzato: %1</translation>
-    </message>
-    <message>
-        <source>0 or 1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 of %2 characters</source>
-        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -1374,18 +1267,6 @@ Salvare le modifiche?</translation>
         <source>User guide</source>
         <translation>Guida per l&apos;utente</translation>
     </message>
-    <message>
-        <source>Search the guide</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Search</source>
-        <translation type="unfinished">Cerca</translation>
-    </message>
-    <message>
-        <source>Contents of the guide</source>
-        <translation type="unfinished"></translation>
-    </message>
 </context>
 <context>
     <name>qir::HistoryWindow</name>
@@ -1450,77 +1331,6 @@ Salvare le modifiche?</translation>
     </message>
 </context>
 <context>
-    <name>qir::KeptWindow</name>
-    <message>
-        <source>Another program&apos;s version</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Could not be saved</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Replaced by a restored one</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Changes not saved</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>A protected file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>No versions are kept.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Kept Versions</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Kept versions</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Time</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>File</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>What it is</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Where it stands</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Open</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Compare</source>
-        <translation type="unfinished">&amp;Confronta</translation>
-    </message>
-    <message>
-        <source>Opens it in the other pane, beside the file as it is now</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Remove...</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>yyyy-MM-dd HH:mm:ss</source>
-        <translation type="unfinished">yyyy-MM-dd HH:mm:ss</translation>
-    </message>
-</context>
-<context>
     <name>qir::KeyedChanges</name>
     <message>
         <source>Key</source>
@@ -1574,18 +1384,6 @@ Salvare le modifiche?</translation>
         <source>record %1</source>
         <translation>record %1</translation>
     </message>
-    <message>
-        <source>%1: %2 becomes %3, not %4</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1: the record is removed</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1: the record is added</source>
-        <translation type="unfinished"></translation>
-    </message>
 </context>
 <context>
     <name>qir::KeyedCommands</name>
@@ -1596,41 +1394,6 @@ Salvare le modifiche?</translation>
     <message>
         <source>Select a table that both databases have.</source>
         <translation>Selezionare una tabella che hanno entrambi i database.</translation>
-    </message>
-</context>
-<context>
-    <name>qir::KeyedOptions</name>
-    <message>
-        <source>Key fields</source>
-        <translation type="unfinished">Campi chiave</translation>
-    </message>
-    <message>
-        <source>Fields that are not compared</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Not compared:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>How far numbers may be apart</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>N&amp;umbers up to so far apart:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Case does not count</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Blanks do not count</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Key of %1:</source>
-        <translation type="unfinished">Chiave di %1:</translation>
     </message>
 </context>
 <context>
@@ -1646,6 +1409,10 @@ Salvare le modifiche?</translation>
     <message>
         <source>Compare &amp;Again</source>
         <translation>Confronta di &amp;nuovo</translation>
+    </message>
+    <message>
+        <source>Key fields</source>
+        <translation>Campi chiave</translation>
     </message>
     <message>
         <source>Search in the changes</source>
@@ -1688,6 +1455,10 @@ Salvare le modifiche?</translation>
         <translation>Modifiche per chiave</translation>
     </message>
     <message>
+        <source>Key of %1:</source>
+        <translation>Chiave di %1:</translation>
+    </message>
+    <message>
         <source>Stopped. Check the fields of the key.</source>
         <translation>Fermato. Controllare i campi della chiave.</translation>
     </message>
@@ -1718,22 +1489,6 @@ Salvare le modifiche?</translation>
     <message>
         <source>The key is not unique: on the right the records %1 and %2 have the same.</source>
         <translation>La chiave non è unica: a destra i record %1 e %2 hanno la stessa.</translation>
-    </message>
-    <message>
-        <source>&amp;Tick all</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Carry to the &amp;Left...</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Carry to the &amp;Right...</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Re&amp;port...</source>
-        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -1769,25 +1524,6 @@ Salvare le modifiche?</translation>
     <message>
         <source>Close this line. Nothing is decided by that.</source>
         <translation>Chiude questa riga. Con ciò non si decide nulla.</translation>
-    </message>
-</context>
-<context>
-    <name>qir::OnlyDifferences</name>
-    <message>
-        <source>Only &amp;Differences</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Tables that only one side has, or has records in, are shown whole</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The tables are equal: there is nothing to show</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 of %2 records differ</source>
-        <translation type="unfinished">%1 di %2 record diversi</translation>
     </message>
 </context>
 <context>
