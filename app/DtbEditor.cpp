@@ -143,6 +143,19 @@ StartResult DtbEditor::openRight(const QString &fileName) {
     return m_open.openRight(fileName);
 }
 
+void DtbEditor::askForBoth() {
+    showTwoPanes();
+    for (const int pane : {0, 1}) {
+        if (m_editor.DtbAperto(pane))
+            continue;
+        activatePane(m_editor, pane);
+        m_open.OpenDatabase_Click();
+        if (!m_editor.DtbAperto(pane))
+            break;
+    }
+    activatePane(m_editor, 0);
+}
+
 KeyedActions DtbEditor::keyedActions() {
     return {.rememberedKey =
                 [this](const QString &table) { return m_editor.remembered().keyFields(openPair(m_editor), table); },

@@ -74,6 +74,9 @@ public:
     /// After that: opens one more file that the command line names in the right pane.
     StartResult openLeft(const QString &fileName) { return m_open.openLeft(fileName); }
     StartResult openRight(const QString &fileName);
+    /// Shows two panes and asks for a file for each that has none, until one is not given; the left pane is active
+    /// then.
+    void askForBoth();
 
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }

@@ -119,6 +119,8 @@ void start(DtbEditor &window, const ProgramArguments &arguments) {
         QCoreApplication::exit(1);
         return;
     }
+    if (arguments.compare)
+        window.askForBoth();
     // After the first load has settled and the window was painted once.
     if (!arguments.picture.isEmpty())
         QTimer::singleShot(0, &window, [&window, picture = arguments.picture] { writePicture(window, picture); });

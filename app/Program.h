@@ -7,10 +7,11 @@ namespace qir {
 
 /// What the program was started with.
 struct ProgramArguments {
-    QStringList words;  ///< Everything that is no option: together one file name.
-    QString picture;    ///< Where to write a picture of the window; "" for an editor that people use.
-    QString left = {};  ///< The file for the left pane, where an option names it; "" for none.
-    QString right = {}; ///< The same for the right pane.
+    QStringList words;    ///< Everything that is no option: together one file name.
+    QString picture;      ///< Where to write a picture of the window; "" for an editor that people use.
+    QString left = {};    ///< The file for the left pane, where an option names it; "" for none.
+    QString right = {};   ///< The same for the right pane.
+    bool compare = false; ///< Two panes are to be compared: each file that is not named is asked for.
 
     /// The file for the left pane, named in either way.
     QString fileName() const { return left.isEmpty() ? words.join(u' ') : left; }

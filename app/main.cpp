@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 
 #include <cstdio>
 #include <cstdlib>
@@ -21,6 +22,7 @@ public:
     CommandLine()
         : m_left(u"left"_s, QObject::tr("The database to open in the left pane."), u"FILE"_s)
         , m_right(u"right"_s, QObject::tr("The database to open beside it, in the right pane."), u"FILE"_s)
+        , m_compare(u"compare"_s, QObject::tr("Show two panes, and ask for each file that is not named."))
         , m_language(u"language"_s, QObject::tr("The window's language: %1.").arg(languages()), u"CODE"_s)
         , m_picture(u"picture"_s, QObject::tr("Load the file, write a picture of the window and end."), u"OUT.png"_s)
         , m_help(m_parser.addHelpOption())
@@ -28,7 +30,7 @@ public:
         // Options stand before the first other argument only: a file name may look like one.
         m_parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
         m_parser.setApplicationDescription(QObject::tr("Edits and compares QIR databases."));
-        m_parser.addOptions({m_left, m_right, m_language, m_picture});
+        m_parser.addOptions({m_left, m_right, m_compare, m_language, m_picture});
         m_parser.addPositionalArgument(u"FILE"_s, QObject::tr("The database to open in the left pane."), u"[FILE]"_s);
     }
 
@@ -53,10 +55,13 @@ public:
         for (const QCommandLineOption &option : {m_left, m_right})
             if (m_parser.values(option).size() > 1)
                 refuse(QObject::tr("--%1 takes one file.").arg(option.names().constFirst()));
+        if (m_parser.isSet(m_compare) && m_parser.isSet(m_picture))
+            refuse(QObject::tr("--compare asks for files, and with --picture nobody is there to answer."));
         return {.words = m_parser.positionalArguments(),
                 .picture = m_parser.value(m_picture),
                 .left = m_parser.value(m_left),
-                .right = m_parser.value(m_right)};
+                .right = m_parser.value(m_right),
+                .compare = m_parser.isSet(m_compare)};
     }
 
 private:
@@ -71,6 +76,7 @@ private:
     QCommandLineParser m_parser;
     QCommandLineOption m_left;
     QCommandLineOption m_right;
+    QCommandLineOption m_compare;
     QCommandLineOption m_language;
     QCommandLineOption m_picture;
     QCommandLineOption m_help;
@@ -95,6 +101,15 @@ bool asksForText(int argc, char *argv[]) {
             ++i; // its value
     }
     return false;
+}
+
+/// By what a desktop knows the program: its entry and, where the theme has none, its icon.
+void tellDesktop() {
+    QGuiApplication::setDesktopFileName(QStringLiteral(QIR_APPLICATION_ID));
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128})
+        icon.addFile(u":/icons/application-%1.png"_s.arg(size));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(QIR_APPLICATION_ID), icon));
 }
 
 /// The first thing that the window system's plug-in complained of.
@@ -134,6 +149,7 @@ int main(int argc, char *argv[]) {
     usualHandler = qInstallMessageHandler(tellNoDisplay);
     const QApplication application(argc, argv);
     qInstallMessageHandler(nullptr);
+    tellDesktop();
     // As bytes, not as QApplication has them: a name that is no text would become that of another file.
     const qir::Result<QStringList> arguments = qir::argumentTexts(argc, argv);
     if (!arguments)

@@ -6,6 +6,9 @@ target_compile_options(qir_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wn
 target_compile_definitions(qir_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
                                                QT_NO_KEYWORDS)
 target_include_directories(qir_flags INTERFACE ${PROJECT_SOURCE_DIR})
+if(QIR_NO_PLACES)
+  target_compile_options(qir_flags INTERFACE -ffile-prefix-map=${PROJECT_BINARY_DIR}=. -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+endif()
 if(QIR_WARNINGS_AS_ERRORS)
   target_compile_options(qir_flags INTERFACE -Werror)
 endif()

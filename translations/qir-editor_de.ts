@@ -651,6 +651,14 @@ MIT-Lizenz.</translation>
         <translation>Die Datenbank, die daneben, rechts, geöffnet wird.</translation>
     </message>
     <message>
+        <source>Show two panes, and ask for each file that is not named.</source>
+        <translation>Zwei Bereiche zeigen und nach jeder Datei fragen, die nicht genannt ist.</translation>
+    </message>
+    <message>
+        <source>--compare asks for files, and with --picture nobody is there to answer.</source>
+        <translation>--compare fragt nach Dateien, und mit --picture ist niemand da, der antwortet.</translation>
+    </message>
+    <message>
         <source>The window&apos;s language: %1.</source>
         <translation>Die Sprache des Fensters: %1.</translation>
     </message>

@@ -651,6 +651,14 @@ Licenza MIT.</translation>
         <translation>Il database da aprire accanto, nel pannello destro.</translation>
     </message>
     <message>
+        <source>Show two panes, and ask for each file that is not named.</source>
+        <translation>Mostra due riquadri e chiede ogni file che non è indicato.</translation>
+    </message>
+    <message>
+        <source>--compare asks for files, and with --picture nobody is there to answer.</source>
+        <translation>--compare chiede dei file, e con --picture nessuno può rispondere.</translation>
+    </message>
+    <message>
         <source>The window&apos;s language: %1.</source>
         <translation>La lingua della finestra: %1.</translation>
     </message>

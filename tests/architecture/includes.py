@@ -29,6 +29,7 @@ ROWS = {
     "compare/engine": CONTRACT,
     "compare/report": CONTRACT + ["compare/engine"],
     "cli/tables": CONTRACT,
+    "samples": CONTRACT + ["cli/tables"],
     "cli/diff": CONTRACT + ["compare/engine", "compare/report", "cli/tables"],
     "cli": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli/diff"],
     "cli/audit": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli"],
@@ -65,7 +66,7 @@ LOW_MODULES = ("Funzioni", "utility")
 MOST_FILES = 32
 CORE_ONLY = {"base", "base/columns", "base/state", "platform/automation", "platform/cells", "db", "compare/engine",
              "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
-             "cli/tables", "cli/diff", "cli/audit", "cli/edit", "cli/exchange", "cli/git", "cli/help", "cli/kept"}
+             "cli/tables", "cli/diff", "cli/audit", "cli/edit", "cli/exchange", "cli/git", "cli/help", "cli/kept", "samples"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"
     r"QColor|QFont|QPixmap|QPainter|QTableView|QListView|QGuiApplication|QClipboard)")

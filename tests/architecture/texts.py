@@ -20,7 +20,7 @@ ALL_FOLDERS = FOLDERS + ["platform/automation", "base", "base/state", "bench", "
 # What stands before a literal that no person reads.
 NOT_SHOWN = re.compile(
     r"(?:setObjectName\(|findChild<[^>]*>\(|\bname\(\*?[\w.>-]+, |RichiamaTabella\(\w+, |\.method\([^\"]*|QFile \w+\(|"
-    r"startsWith\(|option == |isSet\(|m_picture\(|m_left\(|m_right\(|m_language\(|constexpr auto \w+ = |names\{[^}]*|\{Command::\w+, |addPositionalArgument\(|setStyleSheet\(|qEnvironmentVariable\w*\(|"
+    r"startsWith\(|option == |isSet\(|m_picture\(|m_left\(|m_right\(|m_language\(|m_compare\(|addFile\(|constexpr auto \w+ = |names\{[^}]*|\{Command::\w+, |addPositionalArgument\(|setStyleSheet\(|qEnvironmentVariable\w*\(|"
     r"html (?:\+?=) ?(?:[^;]*\+ )?|\.replace\([^;]*|static_assert\([^\"]*|Q_ASSERT_X\([^\"]*|"
     r"allowedIn\w+ = |[fF]ormat = |magic = |plugin\w* = )(?:u|QLatin1StringView\()?$", re.S)
 # Literals that are data, not words.

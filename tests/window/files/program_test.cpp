@@ -92,6 +92,8 @@ private Q_SLOTS:
         QTest::newRow("two left files") << QStringList{u"--left"_s, u"A.DDB"_s, u"B.DDB"_s} << QByteArray("--left");
         QTest::newRow("a right one twice")
             << QStringList{u"--right"_s, u"A.DDB"_s, u"--right"_s, u"B.DDB"_s} << QByteArray("--right");
+        QTest::newRow("a picture of what would be asked for")
+            << QStringList{u"--compare"_s, u"--picture"_s, u"P.png"_s} << QByteArray("--compare");
         QTest::newRow("a language that is not spoken")
             << QStringList{u"--language"_s, u"xx"_s} << QByteArray("--language takes one of these: en, de, it");
         QTest::newRow("without its value") << QStringList{u"--picture"_s} << QByteArray("picture");

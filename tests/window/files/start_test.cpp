@@ -3,6 +3,7 @@
 #include "app/Program.h"
 #include "app/shared/Funzioni.h"
 #include "base/FileNames.h"
+#include "platform/loop/MessageLoop.h"
 #include "tests/tools/fake/FakeControl.h"
 
 #include <QApplication>
@@ -72,6 +73,41 @@ private Q_SLOTS:
         EditorFixture fixture(path(u"MISSING.DDB"_s));
         QCOMPARE(fixture.startResult(), StartResult::NothingToOpen);
         QCOMPARE(fixture.fileName(0), QString());
+    }
+
+    void toCompareItShowsTwoPanesAndAsksForBothFiles() {
+        const QString left = makeFile(u"A.DDB"_s, {pumps()});
+        const QString right = makeFile(u"B.DDB"_s, {pumps(), valves()});
+        EditorFixture fixture;
+        fixture.dialogs().expectFile(fileDialogTitle, left);
+        fixture.dialogs().expectFile(fileDialogTitle, right);
+        runCommand([&] { fixture.window().askForBoth(); });
+        QVERIFY(fixture.editor().twoPanes());
+        QCOMPARE(fixture.fileName(0), left.toUpper());
+        QCOMPARE(fixture.fileName(1), right.toUpper());
+        QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s, u"Valves ?"_s}));
+        QCOMPARE(fixture.activePane(), 0);
+    }
+
+    void toCompareItAsksForTheFileAloneThatIsNotNamed() {
+        const QString left = makeFile(u"A.DDB"_s, {pumps()});
+        const QString right = makeFile(u"B.DDB"_s, {pumps()});
+        EditorFixture fixture(left);
+        fixture.dialogs().expectFile(fileDialogTitle, right);
+        runCommand([&] { fixture.window().askForBoth(); });
+        QCOMPARE(fixture.fileName(0), left);
+        QCOMPARE(fixture.fileName(1), right.toUpper());
+        runCommand([&] { fixture.window().askForBoth(); }); // nothing is missing, nobody is asked
+        QCOMPARE(fixture.dialogs().answered(), 1);
+    }
+
+    void toCompareACancelEndsTheQuestions() {
+        EditorFixture fixture;
+        fixture.dialogs().expectFileCancelled(fileDialogTitle);
+        runCommand([&] { fixture.window().askForBoth(); });
+        QVERIFY(fixture.editor().twoPanes());
+        QVERIFY(!fixture.isOpen(0));
+        QVERIFY(!fixture.isOpen(1));
     }
 
     void tellsBothFilesThatTheCommandLineMayMean() {
