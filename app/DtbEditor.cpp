@@ -94,6 +94,7 @@ void DtbEditor::buildParts() {
     addCommands();
     buildMenus(*this, m_editor.controls);
     m_filesAtHand.addMenus();
+    m_undo.watchMenu();
     m_toolBar.build(*this);
     m_changes.build(*this);
     m_signs.build();
