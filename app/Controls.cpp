@@ -1,7 +1,9 @@
 #include "app/Controls.h"
 
+#include "app/look/AccessibleParts.h"
 #include "pane/FileNameLabel.h"
 #include "pane/PaneFrame.h"
+#include "pane/PaneSplitter.h"
 #include "platform/controls/CellTextBox.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
@@ -71,7 +73,13 @@ PaneControls buildPane(QWidget &parent, int pane) {
     controls.txtEdit = new CellTextBox(controls.IDtb);
     name(*controls.txtEdit, "txtEdit", pane, {QObject::tr("Left cell editor"), QObject::tr("Right cell editor")});
     controls.txtEdit->setFrame(false);
+    controls.txtEdit->setLayoutDirection(Qt::LeftToRight); // a number's sign stays before it
     controls.txtEdit->hide();
+
+    controls.splitter = new PaneSplitter(controls.IDtb); // made last: the keyboard comes to it behind list and grid
+    name(*controls.splitter, "splitter", pane,
+         {QObject::tr("Border below left tables"), QObject::tr("Border below right tables")});
+    controls.splitter->hide();
     return controls;
 }
 
@@ -88,7 +96,9 @@ void showHint(const EditorContext &editor, int pane, const QString &failure) {
 
 void buildControls(QMainWindow &window, EditorContext &editor) {
     EditorControls &controls = editor.controls;
+    installAccessibleParts();
     auto *area = new QWidget(&window);
+    area->setObjectName(u"panes"_s);
     window.setCentralWidget(area);
     controls.window = &window;
     controls.commands.setOwner(window);

@@ -6,6 +6,7 @@
 #include "app/Menus.h"
 #include "app/PasswordCommand.h"
 #include "app/ReportCommand.h"
+#include "app/desktop/OpenFiles.h"
 #include "app/desktop/WindowState.h"
 #include "app/shared/Funzioni.h"
 #include "pane/ActivePane.h"
@@ -36,6 +37,7 @@ DtbEditor::DtbEditor()
     , m_walk(m_editor, m_differences, m_differingTables)
     , m_strips(m_editor, m_walk)
     , m_summary(m_editor, m_differingTables, m_walk)
+    , m_onlyDifferences(m_editor, m_differences)
     , m_tables(m_editor, m_differences)
     , m_gridSave(m_editor, m_differences)
     , m_stored(m_editor)
@@ -63,12 +65,17 @@ DtbEditor::DtbEditor()
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
     , m_carryCommands(m_editor, m_differences, m_tables, m_cloneCommands, m_walk)
     , m_modes(m_editor, m_alignment, m_differences, m_tables)
-    , m_filesAtHand(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
-                               .showTwoPanes = [this] { showTwoPanes(); }})
+    , m_filesAtHand(m_editor,
+                    {.openFile = [this](int pane, const QString &path) { return m_open.openFile(pane, path); },
+                     .showTwoPanes = [this] { showTwoPanes(); }})
     , m_colours(m_editor)
     , m_toolBar(m_editor, [this] { layOutAnew(); })
-    , m_keyed(m_editor)
-    , m_undo(m_editor, m_alignment, m_differences, m_tables) {
+    , m_room(m_editor, [this] { layOutAnew(); })
+    , m_keyedCarry(m_editor, m_differences, m_tables)
+    , m_keyed(m_editor, keyedActions())
+    , m_undo(m_editor, m_alignment, m_differences, m_tables)
+    , m_kept(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
+                        .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); }}) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
@@ -96,6 +103,7 @@ void DtbEditor::buildParts() {
     m_differingTables.watchLists();
     m_differenceWords.install();
     m_strips.build();
+    m_onlyDifferences.connectGrids();
     m_gridPair.emplace(m_editor.Tabella(0), m_editor.Tabella(1));
     connect(&m_find->bar(), &FindBar::resized, this, &DtbEditor::Form_Resize);
     connect(&m_tableFilter, &TableFilter::resized, this, &DtbEditor::Form_Resize);
@@ -108,6 +116,7 @@ void DtbEditor::settleWithLoop() {
     loop->setWindow(this);
     loop->setErrorTitle(applicationTitle());
     loop->addSettling([this] { m_tables.settlePanes(); });
+    loop->addSettling([this] { m_onlyDifferences.follow(); });
     loop->addSettling([this] { m_tableFilter.follow(); });
     loop->addSettling([this] { m_find->follow(); });
     loop->addSettling([this] { m_undo.follow(); });
@@ -134,19 +143,44 @@ StartResult DtbEditor::openRight(const QString &fileName) {
     return m_open.openRight(fileName);
 }
 
+KeyedActions DtbEditor::keyedActions() {
+    return {.rememberedKey =
+                [this](const QString &table) { return m_editor.remembered().keyFields(openPair(m_editor), table); },
+            .rememberKey =
+                [this](const QString &table, const QStringList &key) {
+                    m_editor.remembered().noteKeyFields(openPair(m_editor), table, key, protectionOfPair(m_editor));
+                },
+            .carry = [this](const CarriedChanges &changes) { m_keyedCarry.carry(changes); },
+            .report =
+                [this](const QString &table, const KeyedRules &rules) {
+                    ComparisonChoice choice;
+                    if (!rules.key.isEmpty()) // by position else
+                        choice.keys = {{table, rules.key}};
+                    choice.tables = {table};
+                    choice.ignore = rules.ignore;
+                    choice.tolerance = rules.tolerance;
+                    ReportMenu_Click(m_editor, choice);
+                }};
+}
+
 void DtbEditor::showTwoPanes() {
     if (!m_editor.twoPanes())
         m_modes.TwoMenu_Click();
 }
 
 void DtbEditor::openBeside(int pane, const QString &path) {
+    if (!m_open.mayReplace(1 - pane)) // the bar's button says nothing of that database
+        return;
     showTwoPanes();
     m_open.openFile(1 - pane, path);
     activatePane(m_editor, pane);
+    if (!m_editor.ListaTabelle(pane).isHidden())
+        m_editor.ListaTabelle(pane).setFocus();
 }
 
 void DtbEditor::connectPane(int pane) {
     m_filesAtHand.connectPane(pane);
+    m_room.connectPane(pane);
     m_tables.connectPane(pane);
     m_gridEvents.connectPane(pane);
     m_cellEditor.connectPane(pane);
@@ -177,16 +211,19 @@ void DtbEditor::addCommands() {
     m_cloneCommands.addCommands();
     m_walk.addCommands();
     m_summary.addCommands();
+    m_onlyDifferences.addCommands();
     m_carryCommands.addCommands();
     m_sorting.addCommands();
     m_clipboard.addCommands();
     m_filesAtHand.addCommands();
     m_colours.addCommands();
     m_toolBar.addCommands();
+    m_room.addCommands();
     m_edits.addCommands();
     m_pasteAll.addCommands();
     m_find->addCommands();
     m_goTo.addCommands();
+    m_kept.addCommands();
     addHelpCommands(m_editor);
 }
 

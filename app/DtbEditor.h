@@ -9,8 +9,10 @@
 #include "app/desktop/FilesAtHand.h"
 #include "app/desktop/OutsideChanges.h"
 #include "app/desktop/StatusState.h"
+#include "app/history/KeptVersions.h"
 #include "app/history/UndoCommands.h"
 #include "app/look/Colours.h"
+#include "app/look/Room.h"
 #include "app/look/ToolBar.h"
 #include "compare/CellDifferences.h"
 #include "compare/DifferenceStrip.h"
@@ -19,6 +21,7 @@
 #include "compare/DifferencesSummary.h"
 #include "compare/DifferingTables.h"
 #include "compare/EqualTables.h"
+#include "compare/OnlyDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "compare/TableMarks.h"
 #include "compare/keyed/KeyedCommands.h"
@@ -34,6 +37,7 @@
 #include "structure/CarryCommands.h"
 #include "structure/CloneCommands.h"
 #include "structure/FieldCommands.h"
+#include "structure/KeyedCarry.h"
 #include "structure/RecordCommands.h"
 #include "structure/TableCommands.h"
 #include "view/AreaClipboard.h"
@@ -68,6 +72,7 @@ public:
     /// The start: opens what the command line names. To be called once, when the event loop runs and the window shows.
     StartResult Form_Load(const QString &commandLine);
     /// After that: opens one more file that the command line names in the right pane.
+    StartResult openLeft(const QString &fileName) { return m_open.openLeft(fileName); }
     StartResult openRight(const QString &fileName);
 
     /// State and controls, for tests that check that panes, lists and component are in step.
@@ -94,6 +99,8 @@ private:
     void showTwoPanes();
     /// What stands above the panes, or its height, is another.
     void layOutAnew();
+    /// What the window of differences by key asks of the rest.
+    KeyedActions keyedActions();
     void openBeside(int pane, const QString &path);
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);
@@ -111,6 +118,7 @@ private:
     DifferenceWalk m_walk;
     DifferenceStrips m_strips;
     DifferencesSummary m_summary;
+    OnlyDifferences m_onlyDifferences;
     TableLoader m_tables;
     GridSave m_gridSave;
     StoredMarks m_stored;
@@ -141,8 +149,11 @@ private:
     FilesAtHand m_filesAtHand;
     Colours m_colours;
     ToolBar m_toolBar;
+    Room m_room;
+    KeyedCarry m_keyedCarry;
     KeyedCommands m_keyed;
     UndoCommands m_undo;
+    KeptVersions m_kept;
 };
 
 } // namespace qir

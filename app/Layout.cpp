@@ -1,5 +1,6 @@
 #include "app/Layout.h"
 
+#include "pane/PaneSplitter.h"
 #include "platform/controls/Twips.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
@@ -28,28 +29,69 @@ constexpr int frameHeightBesideListAndGrid = 900;
 constexpr int gap = 90; // between controls, and round the progress bar
 constexpr int progressBarHeight = 180;
 
-void placeInFrame(const PaneControls &pane) {
-    const QSize frame = pane.IDtb->size();
-    const int width = std::max(0, frame.width() - toPixels(frameWidthBesideControls));
-    const int left = (frame.width() - width) / 2;
-    const int line = pane.IDtb->fontMetrics().height();
-    const int captionHeight = line + 2;
-    const int labelHeight = line + 2;
-    const int listTop = captionHeight + labelHeight;
-    const int listHeight = std::max(3 * line, frame.height() / 4);
-    const int gridTop = listTop + listHeight + toPixels(gap);
+constexpr int leastGridLines = 6;
+constexpr int leastListColumns = 12; // average characters
+
+/// Where list and grid stand in a frame, and the border between them.
+struct Halves {
+    QRect list;
+    QRect border;
+    QRect grid;
+};
+
+/// The height of a list above its grid: what the user gave it, as far as both have room.
+int listHeightIn(const QGroupBox &frame, double share) {
+    const int line = frame.fontMetrics().height();
+    const int given = std::max(3 * line, frame.height() / 4);
+    const int most = frame.height() - toPixels(frameHeightBesideListAndGrid) - leastGridLines * line;
+    if (share <= 0 || most <= 3 * line)
+        return given;
+    return std::clamp(static_cast<int>(frame.height() * share), 3 * line, most);
+}
+
+Halves listAboveGrid(const QGroupBox &frame, const QRect &room, double share) {
+    const int listHeight = listHeightIn(frame, share);
+    const int gridTop = room.top() + listHeight + toPixels(gap);
     // A large font takes more than the figures leave for caption and label: the grid gives way, nothing overlaps.
     const int gridHeight = std::min(frame.height() - listHeight - toPixels(frameHeightBesideListAndGrid),
                                     frame.height() - gridTop - toPixels(gap));
+    return {.list = {room.left(), room.top(), room.width(), listHeight},
+            .border = {room.left(), room.top() + listHeight, room.width(), toPixels(gap)},
+            .grid = {room.left(), gridTop, room.width(), std::max(0, gridHeight)}};
+}
+
+Halves listBesideGrid(const QGroupBox &frame, const QRect &room, double share) {
+    const int least = leastListColumns * frame.fontMetrics().averageCharWidth();
+    const double usual = 0.25;
+    const int wanted = static_cast<int>(frame.width() * (share > 0 ? share : usual));
+    const int listWidth = std::clamp(wanted, std::min(least, room.width() / 2), room.width() / 2);
+    const int gridLeft = room.left() + listWidth + toPixels(gap);
+    return {.list = {room.left(), room.top(), listWidth, room.height()},
+            .border = {room.left() + listWidth, room.top(), toPixels(gap), room.height()},
+            .grid = {gridLeft, room.top(), room.right() + 1 - gridLeft, room.height()}};
+}
+
+void placeInFrame(const PaneControls &pane, const PaneRoom &shares, PaneRoom::Placing placing) {
+    const QSize frame = pane.IDtb->size();
+    const int width = std::max(0, frame.width() - toPixels(frameWidthBesideControls));
+    const int left = (frame.width() - width) / 2;
+    const int captionHeight = pane.IDtb->fontMetrics().height() + 2;
+    const int labelHeight = captionHeight;
+    const int listTop = captionHeight + labelHeight;
+    const QRect room(left, listTop, width, std::max(0, frame.height() - listTop - toPixels(gap)));
+    const bool above = placing == PaneRoom::Placing::Above;
+    const Halves halves = (above ? listAboveGrid : listBesideGrid)(*pane.IDtb, room, shares.listShare(placing));
 
     pane.nomelab->setGeometry(left, captionHeight, width, labelHeight);
-    const int filterHeight = pane.filter->isHidden() ? 0 : std::min(pane.filter->sizeHint().height(), listHeight / 2);
-    pane.filter->setGeometry(left, listTop, width, filterHeight);
-    pane.ListaTabelle->setGeometry(left, listTop + filterHeight, width, listHeight - filterHeight);
-    pane.Tabella->setGeometry(left, gridTop, width, std::max(0, gridHeight));
-    const QRect ground(left, listTop, width, std::max(0, frame.height() - listTop - toPixels(gap)));
-    pane.ground->setGeometry(ground);
-    pane.hint->setGeometry(ground);
+    const int filterHeight =
+        pane.filter->isHidden() ? 0 : std::min(pane.filter->sizeHint().height(), halves.list.height() / 2);
+    pane.filter->setGeometry(QRect(halves.list.topLeft(), QSize(halves.list.width(), filterHeight)));
+    pane.ListaTabelle->setGeometry(halves.list.adjusted(0, filterHeight, 0, 0));
+    pane.splitter->setOrientation(above ? Qt::Vertical : Qt::Horizontal);
+    pane.splitter->setGeometry(halves.border);
+    pane.Tabella->setGeometry(halves.grid);
+    pane.ground->setGeometry(room);
+    pane.hint->setGeometry(room);
 }
 
 } // namespace
@@ -84,7 +126,7 @@ void RicalcolaSistemazioneForm(EditorContext &editor) {
     editor.IDtb(1).setGeometry(left + width, 0, width, height);
     editor.IDtb(1).setVisible(two);
     for (const int pane : {0, 1})
-        placeInFrame(editor.pane(pane).controls());
+        placeInFrame(editor.pane(pane).controls(), editor.room(), editor.room().placingIn(window.width()));
     editor.controls.ProgressBarCompare->setGeometry(left, height + (room - height - barHeight) / 2,
                                                     two ? 2 * width : width, barHeight);
     editor.status().place({left, height + (room - height - stripHeight) / 2, two ? 2 * width : width, stripHeight});

@@ -33,10 +33,27 @@ QString captionOf(Menu menu) {
     }
 }
 
+/// What assistive tools call a pop-up.
+QString nameOf(Menu popUp) {
+    switch (popUp) {
+    case Menu::popmenuCopyToOther:
+        return QObject::tr("Table");
+    case Menu::popmenuGrid:
+        return QObject::tr("Record");
+    case Menu::popmenuGridFields:
+        return QObject::tr("Field");
+    case Menu::popmenuCP:
+        return QObject::tr("Cells");
+    default:
+        return {};
+    }
+}
+
 QMenu *makeMenu(QMainWindow &window, Menu which) {
     const QString caption = captionOf(which);
     QMenu *menu = caption.isEmpty() ? new QMenu(&window) : window.menuBar()->addMenu(caption);
     menu->setObjectName(QLatin1StringView(menuName(which)));
+    menu->setAccessibleName(caption.isEmpty() ? nameOf(which) : QString(caption).remove(u'&'));
     return menu;
 }
 
@@ -48,6 +65,7 @@ QAction *nextOf(const QMenu &menu, Command command, const EditorControls &contro
 } // namespace
 
 void buildMenus(QMainWindow &window, EditorControls &controls) {
+    window.menuBar()->setAccessibleName(QObject::tr("Menus"));
     QMenu *menu = nullptr;
 #define QIR_BEGIN_MENU(name)                                                                                           \
     menu = makeMenu(window, Menu::name);                                                                               \
@@ -61,6 +79,7 @@ void buildMenus(QMainWindow &window, EditorControls &controls) {
 #undef QIR_ADD_COMMAND
     QMenu &colours = controls.menu(Menu::ColoursMenu);
     colours.setTitle(QObject::tr("&Colours"));
+    colours.setAccessibleName(QString(colours.title()).remove(u'&'));
     controls.menu(Menu::ViewMenu).addMenu(&colours);
 #undef QIR_BEGIN_MENU
 }

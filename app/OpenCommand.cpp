@@ -83,16 +83,50 @@ void OpenCommand::OpenDatabase_Click() {
     openChosen([this](QString &name, bool &chosen) { CaricaSecco(name, chosen); });
 }
 
-void OpenCommand::openFile(int pane, const QString &path) {
+bool OpenCommand::openFile(int pane, const QString &path) {
+    QWidget *window = m_editor.controls.window;
     if (!QFileInfo::exists(path)) {
-        m_editor.remembered().dropFile(path);
-        messageBox(m_editor.controls.window, tr("'%1' was not found").arg(path), u"!"_s);
-        return;
+        // Its disk may come back.
+        const bool isKept = m_editor.remembered().files().contains(path);
+        if (!isKept)
+            messageBox(window, tr("'%1' was not found").arg(path), u"!"_s);
+        else if (askYesNo(window, tr("'%1' was not found.\r\nTake it off the recent files?").arg(path), u"!"_s) ==
+                 Answer::Yes)
+            m_editor.remembered().dropFile(path);
+        return false;
     }
     activatePane(m_editor, pane);
-    openChosen([&](QString &name, bool &chosen) {
+    const StartResult result = openChosen([&](QString &name, bool &chosen) {
         name = nomeScelto(path);
         chosen = isReached(name);
+    });
+    return result == StartResult::Opened;
+}
+
+bool OpenCommand::mayReplace(int pane) {
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    if (!m_editor.DtbAperto(pane) || !database.DtbHasChanged())
+        return true;
+    const QString text =
+        tr("Database '%1' has changes that are not saved.\r\nSave them before another file takes its place?")
+            .arg(m_editor.nomelab(pane).text());
+    switch (askYesNoCancel(m_editor.controls.window, text, applicationTitle())) {
+    case Answer::Yes:
+        database.SaveDtb();
+        return true;
+    case Answer::No:
+        database.setDtbHasChanged(false);
+        return true;
+    default:
+        return false;
+    }
+}
+
+StartResult OpenCommand::openLeft(const QString &name) {
+    Form_Load(QString());
+    return openChosen([&](QString &fileName, bool &chosen) {
+        fileName = name;
+        chosen = true;
     });
 }
 
@@ -103,6 +137,7 @@ StartResult OpenCommand::openRight(const QString &name) {
         chosen = true;
     });
     activatePane(m_editor, 0);
+    m_editor.ListaTabelle(0).setFocus();
     return result;
 }
 
@@ -112,6 +147,10 @@ bool OpenCommand::reload(int pane, const QString &name) {
         askYesNo(window, tr("Database '%1' has changes that are not saved.\r\nReload it and drop them?").arg(name),
                  applicationTitle()) != Answer::Yes)
         return false;
+    std::optional<FreedMemoryWipe> wipe;
+    if (DatabaseProtetto(name))
+        wipe.emplace();
+    const UndoOnError forget([this] { m_tried.reset(); });
     if (!isLoadable(name))
         return false;
     const ShownPlace shown(m_editor, pane);
@@ -126,15 +165,25 @@ bool OpenCommand::reload(int pane, const QString &name) {
     return result == StartResult::Opened;
 }
 
+SecretText OpenCommand::askPassword(const QirDatabase &database, const QString &name) {
+    return SecretText(inputBox(m_editor.controls.window, tr("Password:"), tr("Input password"), QString(),
+                               database.PasswordNote(name)));
+}
+
 bool OpenCommand::isLoadable(const QString &name) {
-    if (DatabaseProtetto(name))
-        return true; // its password alone can tell
     const QirDatabase trial = QirDatabase::create();
     trial.setLeaveJournal(true);
     tellPlace(trial, name);
-    const bool loadable = trial.LoadDtb(name, QString());
+    SecretText password;
+    if (DatabaseProtetto(name))
+        password = askPassword(trial, name);
+    if (!unlockWithoutStandingStill(m_editor.controls.window, trial, name, password.text()))
+        password.wipe();
+    const bool loadable = trial.LoadDtb(name, password.text());
     if (!loadable)
         messageBox(m_editor.controls.window, tr("Can't load '%1'").arg(name), u"!!"_s, trial.LastError());
+    else
+        m_tried = std::move(password);
     return loadable;
 }
 
@@ -217,10 +266,13 @@ bool OpenCommand::loadFreshComponent(int pane) {
     createComponent(pane);
     std::optional<FreedMemoryWipe> wipe;
     SecretText password;
-    if (DatabaseProtetto(name)) {
+    if (m_tried) {
         wipe.emplace();
-        password = SecretText(inputBox(m_editor.controls.window, tr("Password:"), tr("Input password"), QString(),
-                                       m_editor.OggettoDtb(pane).PasswordNote(name)));
+        password = std::move(*m_tried);
+        m_tried.reset();
+    } else if (DatabaseProtetto(name)) {
+        wipe.emplace();
+        password = askPassword(m_editor.OggettoDtb(pane), name);
     }
     // The component that was made before the question is replaced by a fresh one.
     m_editor.pane(pane).releaseDatabase();

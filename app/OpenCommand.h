@@ -1,10 +1,12 @@
 #pragma once
 
+#include "base/SecretText.h"
 #include "pane/EditorContext.h"
 
 #include <QCoreApplication>
 
 #include <functional>
+#include <optional>
 
 namespace qir {
 
@@ -41,8 +43,13 @@ public:
     StartResult Form_Load(const QString &commandLine);
     /// Asks for a file and opens it in the active pane, in pane 0 when none is active.
     void OpenDatabase_Click();
-    /// Opens a file in a pane as if it had been chosen in the dialog. One that is not there is told of and forgotten.
-    void openFile(int pane, const QString &path);
+    /// Asks what becomes of a pane's changes before another file takes its place; False where nothing is to happen.
+    bool mayReplace(int pane);
+    /// Opens a file in a pane as if it had been chosen in the dialog. One that is not there is told of. False where it
+    /// did not come to that.
+    bool openFile(int pane, const QString &path);
+    /// The initial state, and a file in pane 0 whose name is taken as it is.
+    StartResult openLeft(const QString &name);
     /// Opens a file of the command line beside the first one, in pane 1; the left pane is the active one then.
     StartResult openRight(const QString &name);
     /// Loads a pane's file again and comes back to the table and the cell that it shows; asks first where that drops
@@ -58,8 +65,9 @@ private:
     StartResult openChosen(const Choice &choose);
     /// Whether the component reaches the file chosen under a name; tells why not.
     bool isReached(const QString &name);
-    /// Whether a file without a password can be loaded now; tells why not.
+    /// Whether a file can be loaded now, its password asked for and kept for the load; tells why not.
     bool isLoadable(const QString &name);
+    SecretText askPassword(const QirDatabase &database, const QString &name);
     /// The pane holds what is on disk, under its name.
     void opened(int pane);
     /// A new component into a pane, whose notices will be shown and which knows the place of the pane's file.
@@ -80,6 +88,7 @@ private:
     TableLoader &m_tables;
     Notices &m_notices;
     OutsideChanges &m_changes;
+    std::optional<SecretText> m_tried; // the password that a reload has found to be right
 };
 
 } // namespace qir

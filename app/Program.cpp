@@ -103,7 +103,8 @@ void start(DtbEditor &window, const ProgramArguments &arguments) {
         QCoreApplication::exit(1);
         return;
     }
-    const StartResult result = window.Form_Load(arguments.fileName());
+    const StartResult result =
+        arguments.left.isEmpty() ? window.Form_Load(arguments.fileName()) : window.openLeft(arguments.left);
     if (result == StartResult::CannotLoad) {
         QCoreApplication::exit(1);
         return;

@@ -89,7 +89,7 @@ void addReportCommand(EditorContext &editor) {
                                  [&editor] { ReportMenu_Click(editor); }, {.needs = Needs::BothDatabases});
 }
 
-void ReportMenu_Click(EditorContext &editor) {
+void ReportMenu_Click(EditorContext &editor, const ComparisonChoice &choice) {
     editor.endEdit();
     FileDialogRequest request;
     request.action = FileDialogRequest::Save;
@@ -108,7 +108,7 @@ void ReportMenu_Click(EditorContext &editor) {
     for (const int pane : {0, 1})
         editor.pane(pane).currentTableLost();
     const DatabaseDifference difference =
-        compareDatabases(editor.OggettoDtb(0), editor.OggettoDtb(1), {}, [&] { timer.yieldIfDue(); });
+        compareDatabases(editor.OggettoDtb(0), editor.OggettoDtb(1), choice, [&] { timer.yieldIfDue(); });
     writeReport(editor, answer.path, difference);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "compare/report/DatabaseDifference.h"
 #include "pane/EditorContext.h"
 
 namespace qir {
@@ -8,6 +9,6 @@ namespace qir {
 void addReportCommand(EditorContext &editor);
 
 /// Asks for the file and writes the page; nothing is left half.
-void ReportMenu_Click(EditorContext &editor);
+void ReportMenu_Click(EditorContext &editor, const ComparisonChoice &choice = {});
 
 } // namespace qir

@@ -1,4 +1,5 @@
 #include "app/Program.h"
+#include "app/language/Languages.h"
 #include "app/shared/Funzioni.h"
 #include "base/ArgumentTexts.h"
 
@@ -20,14 +21,20 @@ public:
     CommandLine()
         : m_left(u"left"_s, QObject::tr("The database to open in the left pane."), u"FILE"_s)
         , m_right(u"right"_s, QObject::tr("The database to open beside it, in the right pane."), u"FILE"_s)
+        , m_language(u"language"_s, QObject::tr("The window's language: %1.").arg(languages()), u"CODE"_s)
         , m_picture(u"picture"_s, QObject::tr("Load the file, write a picture of the window and end."), u"OUT.png"_s)
         , m_help(m_parser.addHelpOption())
         , m_version(m_parser.addVersionOption()) {
         // Options stand before the first other argument only: a file name may look like one.
         m_parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
         m_parser.setApplicationDescription(QObject::tr("Edits and compares QIR databases."));
-        m_parser.addOptions({m_left, m_right, m_picture});
+        m_parser.addOptions({m_left, m_right, m_language, m_picture});
         m_parser.addPositionalArgument(u"FILE"_s, QObject::tr("The database to open in the left pane."), u"[FILE]"_s);
+    }
+
+    /// The language that the arguments ask for, "" where they do not; read() refuses one that is not spoken.
+    QString language(const QStringList &arguments) {
+        return m_parser.parse(arguments) ? m_parser.value(m_language) : QString();
     }
 
     /// Reads the arguments; ends the program when they are not understood, or ask for a text only.
@@ -38,6 +45,8 @@ public:
             m_parser.showVersion();
         if (m_parser.isSet(m_help) || m_parser.isSet(u"help-all"_s))
             m_parser.showHelp();
+        if (m_parser.isSet(m_language) && !qir::Languages::all().contains(m_parser.value(m_language)))
+            refuse(QObject::tr("--language takes one of these: %1.").arg(languages()));
         if (m_parser.isSet(m_left) && !m_parser.positionalArguments().isEmpty())
             refuse(QObject::tr("The left pane takes one file: --left and '%1' are two.")
                        .arg(m_parser.positionalArguments().join(u' ')));
@@ -51,6 +60,8 @@ public:
     }
 
 private:
+    static QString languages() { return qir::Languages::all().join(u", "_s); }
+
     [[noreturn]] static void refuse(const QString &reason) {
         std::fprintf(stderr, "qir-editor: %s\n%s\n", qUtf8Printable(reason),
                      qUtf8Printable(QObject::tr("qir-editor --help lists the options.")));
@@ -60,10 +71,17 @@ private:
     QCommandLineParser m_parser;
     QCommandLineOption m_left;
     QCommandLineOption m_right;
+    QCommandLineOption m_language;
     QCommandLineOption m_picture;
     QCommandLineOption m_help;
     QCommandLineOption m_version;
 };
+
+/// The language that the options ask for, else the locale's. Before any text is made.
+void speak(qir::Languages &languages, const QStringList &arguments) {
+    if (!languages.speak(CommandLine().language(arguments)))
+        languages.speak(qir::Languages::ofLocale());
+}
 
 /// Whether the options ask for help or version: neither needs a display.
 bool asksForText(int argc, char *argv[]) {
@@ -73,6 +91,8 @@ bool asksForText(int argc, char *argv[]) {
             return false;
         if (option == "--help" || option == "-h" || option == "--help-all" || option == "--version" || option == "-v")
             return true;
+        if (option == "--left" || option == "--right" || option == "--language" || option == "--picture")
+            ++i; // its value
     }
     return false;
 }
@@ -105,10 +125,11 @@ int main(int argc, char *argv[]) {
     // No display name: it would be added to the title of every dialog.
     QCoreApplication::setApplicationName(qir::applicationTitle());
     QCoreApplication::setApplicationVersion(QStringLiteral(QIR_VERSION));
-    CommandLine commandLine;
     if (asksForText(argc, argv)) {
         const QCoreApplication application(argc, argv);
-        static_cast<void>(commandLine.read(QCoreApplication::arguments()));
+        qir::Languages languages;
+        speak(languages, QCoreApplication::arguments());
+        static_cast<void>(CommandLine().read(QCoreApplication::arguments()));
     }
     usualHandler = qInstallMessageHandler(tellNoDisplay);
     const QApplication application(argc, argv);
@@ -117,5 +138,7 @@ int main(int argc, char *argv[]) {
     const qir::Result<QStringList> arguments = qir::argumentTexts(argc, argv);
     if (!arguments)
         return qir::refuseArguments(arguments.error().text);
-    return qir::runProgram(commandLine.read(*arguments));
+    qir::Languages languages;
+    speak(languages, *arguments);
+    return qir::runProgram(CommandLine().read(*arguments));
 }

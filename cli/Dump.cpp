@@ -23,21 +23,18 @@ namespace {
 void dumpJson(const QirDatabase &database, const TableInfo &table) {
     QByteArray out;
     appendJsonTable(out, table);
-    forEachRecord(database, table, [&](const QStringList &values) {
-        appendJsonRecord(out, table, values);
-        printWhenMany(out);
-    });
     print(out);
+    forEachText(database, table, appendJsonRecords, print);
 }
 
 void dumpCsv(const QirDatabase &database, const TableInfo &table, Formulas formulas) {
     QByteArray out;
     appendCsvHeader(out, table, formulas);
-    forEachRecord(database, table, [&](const QStringList &values) {
-        appendCsvRecord(out, table, values, formulas);
-        printWhenMany(out);
-    });
     print(out);
+    const auto append = [formulas](QByteArray &text, const Portion &portion, int from, int to) {
+        appendCsvRecords(text, portion, from, to, formulas);
+    };
+    forEachText(database, table, append, print);
 }
 
 void dumpText(const QirDatabase &database, const TableInfo &table) {

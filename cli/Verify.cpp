@@ -4,6 +4,7 @@
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
 #include "cli/tables/JsonText.h"
+#include "cli/tables/Portions.h"
 #include "cli/tables/TableReader.h"
 #include "cli/tables/TextTable.h"
 
@@ -50,7 +51,7 @@ Exit verify(const QString &file, const std::string &passwordFile, bool json) {
         session->run([&] {
             for (const QString &name : tableNames(session->database())) {
                 const TableInfo table = chooseTable(session->database(), name);
-                forEachRecord(session->database(), table, [](const QStringList &) {});
+                forEachPortion(session->database(), table, [](const Portion &) {});
             }
         });
     } catch (const FileError &error) { // a table that was loaded and cannot be read

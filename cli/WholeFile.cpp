@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <optional>
+#include <type_traits>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -22,67 +24,101 @@ constexpr mode_t permissionBits = 07777;
 
 bool printsNothing = false;
 
-SystemResult<void> writeStanding(FileOps &ops, const ResolvedPath &path, QByteArrayView bytes) {
-    const auto file = OpenFile::openAt(ops, path.folder.descriptor(), path.name, O_WRONLY);
-    if (!file)
-        return tl::unexpected(file.error());
-    return writeFully(ops, file->descriptor(), bytes);
-}
-
-SystemResult<void> writeStaged(FileOps &ops, const ResolvedPath &path, const SystemResult<struct stat> &before,
-                               QByteArrayView bytes, bool isPrivate) {
-    auto staged = StagedFile::create(ops, path.folder.descriptor(), before || isPrivate ? privateMode : newFileMode);
-    if (!staged)
-        return tl::unexpected(staged.error());
-    SystemResult<void> done = writeFully(ops, staged->descriptor(), bytes);
-    if (done && before)
-        done = ops.setMode(staged->descriptor(), before->st_mode & (isPrivate ? privateMode : permissionBits));
-    if (done)
-        done = ops.sync(staged->descriptor());
-    if (done)
-        done = staged->publishOver(path.name);
-    if (done)
-        done = path.syncFolder(ops);
-    return done;
-}
-
-/// Throws where what stands there is a database, by what it holds and not by its name.
-void requireNoDatabase(FileOps &ops, const ResolvedPath &path, const struct stat &status, const QString &file,
-                       const QString &source) {
-    const auto refuse = [&](const QString &what) { throw FileError(file, what + u"; use --force to replace it"_s); };
+/// Why what stands there counts as a database, by what it holds and not by its name; "" where it is none.
+QString databaseReason(FileOps &ops, const ResolvedPath &path, const struct stat &status, const QString &source) {
     const auto from = ops.statusAt(AT_FDCWD, systemPath(source), FollowLinks::Yes);
     if (from && from->st_dev == status.st_dev && from->st_ino == status.st_ino)
-        refuse(u"it is the database that is exported"_s);
+        return u"it is the database that is exported"_s;
     const auto opened =
         OpenFile::openAt(ops, path.folder.descriptor(), path.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
     std::array<char, databaseHeadSize> head{};
     const auto read = opened ? readFully(ops, opened->descriptor(), head, 0)
                              : SystemResult<std::size_t>(tl::unexpected(opened.error()));
     if (!read)
-        refuse(u"whether it is a database cannot be seen: %1"_s.arg(systemErrorWords(read.error())));
-    else if (beginsAsDatabase(QByteArrayView(head.data(), static_cast<qsizetype>(*read))))
-        refuse(u"it is a database"_s);
+        return u"whether it is a database cannot be seen: %1"_s.arg(systemErrorWords(read.error()));
+    if (beginsAsDatabase(QByteArrayView(head.data(), static_cast<qsizetype>(*read))))
+        return u"it is a database"_s;
+    return {};
+}
+
+void requireNoDatabase(FileOps &ops, const ResolvedPath &path, const struct stat &status, const QString &file,
+                       const QString &source) {
+    if (const QString reason = databaseReason(ops, path, status, source); !reason.isEmpty())
+        throw FileError(file, reason + u"; use --force to replace it"_s);
 }
 
 } // namespace
 
-void writeWholeFile(const QString &file, QByteArrayView bytes, const ExportRules &rules, FileOps &ops) {
-    const auto fail = [&](SystemError error) { throw FileError(file, systemErrorWords(error)); };
+/// Where the bytes go: a staged file, or what stands there and is no regular one.
+struct NewContent::Target {
+    FileOps &ops;
+    QString file;
+    ResolvedPath path;
+    std::optional<StagedFile> staged = {};
+    OpenFile standing = {};
+
+    template<class Value>
+    Value checked(SystemResult<Value> &&result) const {
+        if (!result)
+            throw FileError(file, systemErrorWords(result.error()));
+        if constexpr (!std::is_void_v<Value>)
+            return std::move(*result);
+    }
+    int descriptor() const { return staged ? staged->descriptor() : standing.descriptor(); }
+};
+
+bool requireReplaceable(const QString &file, const ExportRules &rules, FileOps &ops) {
     const auto path = ResolvedPath::of(ops, systemPath(file));
-    if (!path) {
-        fail(path.error());
+    if (!path)
+        throw FileError(file, systemErrorWords(path.error()));
+    const auto status = ops.statusAt(path->folder.descriptor(), path->name, FollowLinks::No);
+    if (!status || !S_ISREG(status->st_mode))
+        return false;
+    if (!rules.replacesDatabases)
+        requireNoDatabase(ops, *path, *status, file, rules.source);
+    return !databaseReason(ops, *path, *status, rules.source).isEmpty();
+}
+
+NewContent::NewContent(const QString &file, const ExportRules &rules, FileOps &ops) {
+    auto path = ResolvedPath::of(ops, systemPath(file));
+    if (!path)
+        throw FileError(file, systemErrorWords(path.error()));
+    m_target = std::make_unique<Target>(Target{ops, file, std::move(*path)});
+    const int folder = m_target->path.folder.descriptor();
+    const auto before = ops.statusAt(folder, m_target->path.name, FollowLinks::No);
+    if (!before && before.error().number != ENOENT)
+        throw FileError(file, systemErrorWords(before.error()));
+    if (before && !S_ISREG(before->st_mode)) {
+        m_target->standing = m_target->checked(OpenFile::openAt(ops, folder, m_target->path.name, O_WRONLY));
         return;
     }
-    const auto before = ops.statusAt(path->folder.descriptor(), path->name, FollowLinks::No);
-    if (!before && before.error().number != ENOENT)
-        fail(before.error());
-    const bool isSpecial = before && !S_ISREG(before->st_mode);
-    if (before && !isSpecial && !rules.replacesDatabases)
-        requireNoDatabase(ops, *path, *before, file, rules.source);
-    const auto written =
-        isSpecial ? writeStanding(ops, *path, bytes) : writeStaged(ops, *path, before, bytes, rules.isPrivate);
-    if (!written)
-        fail(written.error());
+    if (before && !rules.replacesDatabases)
+        requireNoDatabase(ops, m_target->path, *before, file, rules.source);
+    const mode_t mode = before || rules.isPrivate ? privateMode : newFileMode;
+    m_target->staged.emplace(m_target->checked(StagedFile::create(ops, folder, mode)));
+    if (before)
+        m_target->checked(
+            ops.setMode(m_target->descriptor(), before->st_mode & (rules.isPrivate ? privateMode : permissionBits)));
+}
+
+NewContent::~NewContent() = default;
+
+void NewContent::write(QByteArrayView bytes) {
+    m_target->checked(writeFully(m_target->ops, m_target->descriptor(), bytes));
+}
+
+void NewContent::finish() {
+    if (!m_target->staged)
+        return;
+    m_target->checked(m_target->ops.sync(m_target->descriptor()));
+    m_target->checked(m_target->staged->publishOver(m_target->path.name));
+    m_target->checked(m_target->path.syncFolder(m_target->ops));
+}
+
+void writeWholeFile(const QString &file, QByteArrayView bytes, const ExportRules &rules, FileOps &ops) {
+    NewContent content(file, rules, ops);
+    content.write(bytes);
+    content.finish();
 }
 
 QByteArray readWholeFile(const QString &file) {

@@ -58,7 +58,7 @@ function(qir_register_test name)
   # Test programs find the component where the build put it, whatever folder they stand in.
   add_test(NAME ${name} COMMAND ${arg_PROGRAM} ${arg_ARGUMENTS})
   set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} ENVIRONMENT
-    "QTEST_FUNCTION_TIMEOUT=900000;QT_QPA_PLATFORM=offscreen;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state;QIR_COMPONENT_PATH=${QIR_COMPONENT_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+    "QTEST_FUNCTION_TIMEOUT=900000;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/tests/state;QIR_COMPONENT_PATH=${QIR_COMPONENT_OUTPUT_DIRECTORY};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
 endfunction()
 
 # qir_bench_program(NAME SOURCES file... [LINK target...]): a program that measures; run by hand, never by ctest. It stands

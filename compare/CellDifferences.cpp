@@ -34,7 +34,8 @@ public:
     void show() { m_hidden.reset(); }
     void restoreSelection() {
         const GridSilence silence(m_grid);
-        m_grid.setSelection(m_selection);
+        if (m_grid.shows(m_selection.row, m_selection.column))
+            m_grid.setSelection(m_selection);
     }
 
 private:
@@ -117,6 +118,8 @@ void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow 
                 clearGrid(pane, window);
         }
     }
+    if (m_compared)
+        m_compared();
     for (std::optional<PaintedGrid> &grid : grids) {
         if (!grid)
             continue;

@@ -4,6 +4,9 @@
 #include "compare/engine/TableComparison.h"
 #include "platform/grid/GridRange.h"
 
+#include <functional>
+#include <utility>
+
 namespace qir {
 
 class EqualTables;
@@ -36,6 +39,9 @@ public:
     /// after each record. Yields. Two tables that were found equal, and not written to since, are not read again.
     void TabelleDiverseBool(int R, int F, BitMatrix &matrix, const ComparisonStep &step = {});
 
+    /// Called after each comparison, before the grids are drawn.
+    void setCompared(std::function<void()> compared) { m_compared = std::move(compared); }
+
     /// A grid shows another table, or none any more: the cells are to be compared before the command ends.
     void becomeDue() { m_due = true; }
     /// True when that happened since they were compared last.
@@ -48,6 +54,7 @@ private:
     EditorContext &m_editor;
     TableMarks &m_marks;
     const EqualTables &m_equal;
+    std::function<void()> m_compared;
     bool m_due = false;
 };
 

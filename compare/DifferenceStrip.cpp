@@ -77,6 +77,17 @@ void DifferenceStrip::count() {
     update();
 }
 
+/// From the first record that the grid shows to the last one, what it leaves out between them included.
+qreal DifferenceStrip::recordsInView(const Grid &grid) {
+    const int rowHeight = std::max(grid.verticalHeader()->defaultSectionSize(), 1);
+    const qreal rows = static_cast<qreal>(grid.viewport()->height()) / rowHeight;
+    if (grid.showsAll())
+        return rows;
+    const int bottom = grid.rowAt(grid.viewport()->height() - 1);
+    const int last = grid.model()->headerData(bottom < 0 ? grid.shownRowCount() - 1 : bottom, Qt::Vertical).toInt();
+    return std::max(last - grid.TopRow() + 1, 0);
+}
+
 void DifferenceStrip::paintEvent(QPaintEvent *event) {
     Q_UNUSED(event)
     QPainter painter(this);
@@ -88,10 +99,9 @@ void DifferenceStrip::paintEvent(QPaintEvent *event) {
             painter.fillRect(0, y, width(), 1, colours.color(QPalette::Active, QPalette::Text));
     }
     const Grid &grid = m_editor.Tabella(m_pane);
-    const int rowHeight = std::max(grid.verticalHeader()->defaultSectionSize(), 1);
     const qreal scale = static_cast<qreal>(height()) / std::max(records(), 1);
     const qreal top = (grid.TopRow() - 1) * scale;
-    const qreal high = std::max<qreal>(scale * grid.viewport()->height() / rowHeight, 4);
+    const qreal high = std::max<qreal>(scale * recordsInView(grid), 4);
     QColor view = colours.color(QPalette::Active, QPalette::Highlight);
     painter.setPen(view);
     view.setAlpha(70);

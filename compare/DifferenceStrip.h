@@ -36,6 +36,7 @@ protected:
 private:
     int records() const; ///< Of the longer table.
     int recordAt(int y) const;
+    static qreal recordsInView(const Grid &grid);
     void placeBesideGrid();
     void count();
     void ask(const QMouseEvent &event);

@@ -195,7 +195,7 @@ void DifferenceWalk::show(const Cell &cell, Scroll scroll) {
     Grid &grid = m_editor.Tabella(pane);
     grid.setSelection(singleCell(cell.row, cell.column)); // the other grid follows as far as it is large enough
     if (scroll == Scroll::ToMiddle)
-        grid.scrollTo(grid.model()->index(cell.row - 1, cell.column - 1), QAbstractItemView::PositionAtCenter);
+        grid.scrollTo(grid.cellIndex(cell.row, cell.column), QAbstractItemView::PositionAtCenter);
     grid.bringCellIntoView();
     m_editor.Tabella(1 - pane).followScroll(grid);
 }

@@ -4,6 +4,8 @@
 #include "compare/DifferenceWalk.h"
 #include "compare/engine/NameAlignment.h"
 #include "compare/engine/TableComparison.h"
+#include "platform/controls/BesideWindow.h"
+#include "platform/controls/RowsView.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
@@ -26,7 +28,6 @@ namespace {
 
 constexpr int columns = 100; // size in characters
 constexpr int lines = 18;
-constexpr int rowPadding = 4; // pixels beside a line's height
 
 QStringList sortedNames(const QirDatabase &database) {
     QStringList names = tableNames(database, database.QIRTablesCount());
@@ -88,17 +89,10 @@ void DifferencesSummary::build() {
     connect(filter, &QLineEdit::textChanged, sorted, &QSortFilterProxyModel::setFilterFixedString);
     auto *view = new QTableView;
     view->setObjectName(u"summaryTable"_s);
-    view->setAccessibleName(tr("Tables and how they differ"));
+    makeRowsView(*view, tr("Tables and how they differ"));
     view->setModel(sorted);
-    view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setSelectionMode(QAbstractItemView::SingleSelection);
-    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view->setTabKeyNavigation(false);
-    view->setWordWrap(false);
-    view->verticalHeader()->hide();
-    view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + rowPadding);
     view->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    view->horizontalHeader()->setStretchLastSection(true);
     view->setSortingEnabled(true);
     view->sortByColumn(SummaryModel::Name, Qt::AscendingOrder);
     const auto goTo = [this](const QModelIndex &index) {
@@ -114,6 +108,7 @@ void DifferencesSummary::build() {
     layout->addWidget(view);
     m_window->resize(m_window->fontMetrics().averageCharWidth() * columns,
                      m_window->fontMetrics().lineSpacing() * lines);
+    moveBeside(*m_window, *m_editor.controls.window);
 }
 
 void DifferencesSummary::follow() {

@@ -4,6 +4,8 @@
 #include "platform/automation/ComponentLoader.h"
 #include "platform/automation/Member.h"
 
+#include <QtEndian>
+
 using namespace Qt::StringLiterals;
 
 namespace qir {
@@ -74,6 +76,7 @@ const Method<int()> changedTables{"ChangedTables"};
 const Method<void(QString)> revertToSaved{"RevertToSaved"};
 const Method<QVariant(int, int, int)> readColumn{"ReadColumn"};
 const Method<void(int, int, QVariant)> writeColumn{"WriteColumn"};
+const Method<void(QVariant)> recordsReordered{"RecordsReordered"};
 const Method<void(int)> appendRecords{"AppendRecords"};
 const Method<double()> tableRevision{"TableRevision"};
 
@@ -242,6 +245,7 @@ void QirDatabase::BeginChanges() const {
 }
 
 void QirDatabase::EndChanges() const {
+    changed(); // it may undo the group
     if (endChanges.isIn(m_object))
         endChanges(m_object);
 }
@@ -306,6 +310,14 @@ ColumnBlock QirDatabase::ReadColumn(int field, int first, int count) const {
     if (block->count() < 1 || block->count() > count)
         throw wrong(u"%1 values, asked for 1 to %2."_s.arg(block->count()).arg(count));
     return *block;
+}
+
+void QirDatabase::RecordsReordered(const std::vector<std::uint32_t> &order) const {
+    if (!recordsReordered.isIn(m_object))
+        return;
+    QByteArray bytes(static_cast<qsizetype>(order.size() * sizeof(std::uint32_t)), Qt::Uninitialized);
+    qToLittleEndian<std::uint32_t>(order.data(), static_cast<qsizetype>(order.size()), bytes.data());
+    recordsReordered(m_object, bytes);
 }
 
 void QirDatabase::WriteColumn(int field, int first, const ColumnBlock &block) const {

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace qir {
 
@@ -258,6 +259,11 @@ public:
     /// stored as setQIRTableRecordSetByIndex() stores it. The component may go on with the block's memory. Throws for
     /// a block of another type, one that reaches beyond the last record, and texts that are no UTF-8.
     void WriteColumn(int field, int first, const ColumnBlock &block) const;
+    /// What was written in the step that goes on, or the group, has put the current table's records into another order
+    /// and has done nothing else to it: the record at i, from 0 on, is the one that stood at order[i]. Taking that back
+    /// needs less memory then. Nothing happens where it was something else, and where the component lacks it. Throws
+    /// where `order` does not have each record once.
+    void RecordsReordered(const std::vector<std::uint32_t> &order) const;
     /// AddRecord() as often as `count`, 0 or more, says: all or none.
     void AppendRecords(int count) const;
     /// Another number after each call that has changed fields or records of the current table, a cancelled group

@@ -56,6 +56,8 @@ PasswordAids::PasswordAids(QLineEdit &box)
     , m_capsLock(new QLabel(tr("Caps Lock is on."))) {
     m_eye->setObjectName(u"showPassword"_s);
     m_eye->setCheckable(true);
+    m_eye->setShortcut(QKeySequence(Qt::ALT | Qt::Key_S));
+    m_eye->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     connect(m_eye, &QAction::toggled, this, &PasswordAids::showText);
     box.addAction(m_eye, QLineEdit::TrailingPosition);
     m_capsLock->setObjectName(u"capsLock"_s);
@@ -71,6 +73,7 @@ PasswordAids::PasswordAids(QLineEdit &box)
 void PasswordAids::showText(bool shown) {
     m_box.setEchoMode(shown ? QLineEdit::Normal : QLineEdit::Password);
     m_eye->setText(shown ? tr("Hide what is typed") : tr("Show what is typed"));
+    m_eye->setToolTip(m_eye->text() + u" ("_s + m_eye->shortcut().toString(QKeySequence::NativeText) + u')');
     m_eye->setIcon(QIcon(eye(m_box, shown)));
 }
 

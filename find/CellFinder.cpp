@@ -9,6 +9,10 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <functional>
+#include <future>
+#include <iterator>
+#include <map>
 
 namespace qir {
 
@@ -18,6 +22,7 @@ constexpr int sliceMilliseconds = 10;
 constexpr int firstMilliseconds = 20;
 constexpr int waitMilliseconds = 20; // for a command that still runs
 constexpr qsizetype mostTexts = 1000;
+constexpr std::int64_t leastForTwo = 20'000;   // cells for which a second thread is worth its start
 constexpr std::int64_t mostCellsAtOnce = 4096; // looked at again as they are written
 
 std::size_t blockOf(int record, int blockRecords) {
@@ -35,13 +40,9 @@ CellFinder::CellFinder(EditorContext &editor)
 }
 
 void CellFinder::connectGrid(int pane) {
-    const QAbstractItemModel *model = m_editor.Tabella(pane).model();
-    connect(model, &QAbstractItemModel::modelReset, this, [this, pane] { tableChanged(pane); });
-    connect(model, &QAbstractItemModel::dataChanged, this,
-            [this, pane](const QModelIndex &first, const QModelIndex &last, const QList<int> &roles) {
-                if (roles.isEmpty() || roles.contains(Qt::DisplayRole))
-                    cellsChanged(pane, {first.row() + 1, first.column() + 1, last.row() + 1, last.column() + 1});
-            });
+    const Grid &grid = m_editor.Tabella(pane);
+    connect(grid.model(), &QAbstractItemModel::modelReset, this, [this, pane] { tableChanged(pane); });
+    connect(&grid, &Grid::TextsChanged, this, [this, pane](const GridRange &cells) { cellsChanged(pane, cells); });
 }
 
 void CellFinder::start(const CellSearch &search, SearchScope scope) {
@@ -249,12 +250,30 @@ void CellFinder::searchNext(Source &source) {
 
 void CellFinder::searchShown(Source &source, int first, int last) {
     const CellTexts &texts = m_editor.TestiCelle(source.pane);
-    for (int field = 1; field <= texts.fields(); ++field)
-        m_search.searchColumn(texts, field, first, last, [&](int record) { source.hits.set({record, field}, true); });
+    const auto search = [&texts, this](int from, int to, const std::function<void(HitCell)> &hit) {
+        for (int field = 1; field <= texts.fields(); ++field)
+            m_search.searchColumn(texts, field, from, to, [&](int record) { hit({record, field}); });
+    };
+    const auto set = [&source](HitCell cell) { source.hits.set(cell, true); };
+    const int middle = std::int64_t{last - first} * texts.fields() < leastForTwo ? last : first + (last - first) / 2;
+    // Half of a large block is looked at in another thread; the texts stay as they are meanwhile.
+    std::vector<HitCell> found;
+    std::future<void> other;
+    if (middle < last)
+        other = std::async(std::launch::async,
+                           [&] { search(middle + 1, last, [&found](HitCell cell) { found.push_back(cell); }); });
+    search(first, middle, set);
+    if (other.valid())
+        other.get();
+    std::ranges::for_each(found, set);
 }
 
 void CellFinder::searchOther(Source &source, int first, int last) {
     const QirDatabase &database = m_editor.OggettoDtb(source.pane);
+    if (database.hasColumns()) {
+        searchColumns(source, first, last);
+        return;
+    }
     QStringList values;
     for (int record = first; record <= last; ++record) {
         database.GetQirRecord(record, values);
@@ -266,6 +285,30 @@ void CellFinder::searchOther(Source &source, int first, int last) {
                 source.texts.append(values[field]);
         }
     }
+}
+
+void CellFinder::searchColumns(Source &source, int first, int last) {
+    const QirDatabase &database = m_editor.OggettoDtb(source.pane);
+    // The texts of the first hits, record by record as they are listed.
+    std::map<std::pair<int, int>, QString> texts;
+    const auto wanted = mostTexts - source.texts.size();
+    for (int field = 1; field <= source.hits.fields(); ++field) {
+        for (int from = first; from <= last;) {
+            const ColumnBlock block = database.ReadColumn(field, from, last - from + 1);
+            m_search.searchBlock(block, [&](qsizetype index) {
+                const int record = from + static_cast<int>(index);
+                source.hits.set({record, field}, true);
+                if (wanted <= 0)
+                    return;
+                texts.emplace(std::pair(record, field), block.text(index));
+                if (static_cast<qsizetype>(texts.size()) > wanted)
+                    texts.erase(std::prev(texts.end()));
+            });
+            from += static_cast<int>(block.count());
+        }
+    }
+    for (auto &[cell, text] : texts)
+        source.texts.append(std::move(text));
 }
 
 const CellFinder::Source *CellFinder::unfinished() const {

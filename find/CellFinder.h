@@ -110,6 +110,7 @@ private:
     void open(Source &source, int records, int fields);
     void searchShown(Source &source, int first, int last);
     void searchOther(Source &source, int first, int last);
+    void searchColumns(Source &source, int first, int last);
     std::optional<HitCell> edgeHit(const Source &source, std::optional<HitCell> from, int step, bool &known) const;
 
     EditorContext &m_editor;

@@ -47,7 +47,7 @@ public:
         setObjectName(u"cellText"_s);
         setWindowTitle(title);
         m_box->setObjectName(u"cellTextEdit"_s);
-        m_box->setAccessibleName(tr("Text of the cell"));
+        m_box->setAccessibleName(QObject::tr("Text of the cell"));
         m_box->setTabChangesFocus(false);
         QTextOption option = m_box->document()->defaultTextOption();
         option.setFlags(option.flags() | QTextOption::ShowTabsAndSpaces | QTextOption::ShowLineAndParagraphSeparators);

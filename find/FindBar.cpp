@@ -1,6 +1,7 @@
 #include "find/FindBar.h"
 
 #include "find/HitList.h"
+#include "platform/controls/RowsView.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -41,7 +42,6 @@ FindBar::FindBar(QWidget *parent)
     connect(addButton(*rows, 0, 3, u"findClose"_s, tr("Clo&se")), &QAbstractButton::clicked, this, &FindBar::closed);
     m_count = new QLabel(this);
     m_count->setObjectName(u"findCount"_s);
-    m_count->setAccessibleName(tr("Cells found"));
     rows->addWidget(m_count, 0, 2);
     auto *boxes = new QHBoxLayout;
     rows->addLayout(boxes, 2, 0, 1, 4);
@@ -52,7 +52,6 @@ FindBar::FindBar(QWidget *parent)
     m_bothPanes = addBox(*boxes, u"findBothPanes"_s, tr("B&oth panes"));
     m_note = new QLabel(this);
     m_note->setObjectName(u"findNote"_s);
-    m_note->setAccessibleName(tr("What became of the search"));
     m_note->setTextFormat(Qt::PlainText);
     boxes->addWidget(m_note, 1);
     m_note->setMinimumWidth(1); // a long message is cut, the bar stays as wide as the window
@@ -95,17 +94,9 @@ QAbstractButton *FindBar::addButton(QGridLayout &rows, int row, int column, cons
 QTableView *FindBar::makeHits() {
     auto *hits = new QTableView(this);
     hits->setObjectName(u"findHits"_s);
-    hits->setAccessibleName(tr("Cells found"));
-    hits->setSelectionBehavior(QAbstractItemView::SelectRows);
+    makeRowsView(*hits, tr("Cells found"));
     hits->setSelectionMode(QAbstractItemView::SingleSelection);
-    hits->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    hits->setTabKeyNavigation(false);
     hits->setShowGrid(false);
-    hits->setWordWrap(false);
-    hits->verticalHeader()->hide();
-    hits->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    hits->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
-    hits->horizontalHeader()->setStretchLastSection(true);
     hits->hide();
     connect(hits, &QAbstractItemView::activated, this, [this](const QModelIndex &hit) { Q_EMIT chosen(hit.row()); });
     return hits;

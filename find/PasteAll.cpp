@@ -1,6 +1,7 @@
 #include "find/PasteAll.h"
 
 #include "base/UndoOnError.h"
+#include "pane/OnlyDifferencesShown.h"
 #include "pane/StoredMarks.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
@@ -25,6 +26,8 @@ void PasteAll::PasteAllMenu_Click() {
     const int pane = m_editor.IndexAttivo();
     const std::optional<CellTexts> block = clipboardCells();
     if (!block || block->records() == 0 || !showsFields(m_editor, pane))
+        return;
+    if (refusedOnlyDifferences(m_editor, pane))
         return;
     m_editor.pane(pane).requireWhole();
     const int last = recordCells(m_editor.Tabella(pane)).firstRow + block->records() - 1;
@@ -65,6 +68,8 @@ void PasteAll::paste(int pane, const CellTexts &block, int newRecords) {
     m_save.SalvaGridInDatabase(pane, grid.selection().range());
     changes.commit();
     m_stored.look(pane, grid.selection().range());
+    if (const QString words = storedOtherwise(grid, grid.selection().range()); !words.isEmpty())
+        m_editor.status().showMessage(tr("Of the pasted values %1").arg(words));
 }
 
 } // namespace qir

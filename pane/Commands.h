@@ -55,6 +55,7 @@ namespace qir {
         COMMAND(NextDifferingCellMenu)                      \
         COMMAND(PreviousDifferingCellMenu)                  \
         LINE                                                \
+        COMMAND(OnlyDifferencesMenu)                        \
         COMMAND(DifferencesSummaryMenu)                     \
         LINE                                                \
         COMMAND(CarryCellsMenu)                             \
@@ -65,6 +66,9 @@ namespace qir {
         COMMAND(OtherPaneMenu)                              \
         LINE                                                \
         COMMAND(ToolBarMenu)                                \
+        COMMAND(StretchColumnMenu)                          \
+        COMMAND(ListBesideMenu)                             \
+        COMMAND(DesktopDialogsMenu)                         \
     MENU(ColoursMenu)                                       \
         COMMAND(ColoursSystemMenu)                          \
         COMMAND(ColoursLightMenu)                           \
@@ -82,7 +86,9 @@ namespace qir {
         COMMAND(AddRecordMenu)                              \
         COMMAND(RemoveRecordMenu)                           \
     MENU(HelpMenu)                                          \
+        COMMAND(GuideMenu)                                  \
         COMMAND(HelpKeysMenu)                               \
+        COMMAND(KeptVersionsMenu)                           \
         COMMAND(AboutMenu)                                  \
     MENU(popmenuCopyToOther)                                \
         COMMAND(ClonePOP)                                   \

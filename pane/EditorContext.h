@@ -7,6 +7,7 @@
 #include "pane/GridCommands.h"
 #include "pane/ListClicks.h"
 #include "pane/Pane.h"
+#include "pane/PaneRoom.h"
 #include "pane/StatusLine.h"
 
 #include <array>
@@ -107,6 +108,8 @@ public:
 
     /// The line below the panes, which also shows a message for a while.
     StatusLine &status() { return m_status; }
+    /// How a pane's room is shared between list and grid.
+    PaneRoom &room() { return m_room; }
     /// What is kept from one session to the next.
     Remembered &remembered() { return m_remembered; }
 
@@ -122,6 +125,7 @@ private:
     BitMatrix m_different;
     GridCommands m_gridCommands;
     StatusLine m_status;
+    PaneRoom m_room;
     Remembered m_remembered;
 };
 

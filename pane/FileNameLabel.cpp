@@ -58,7 +58,8 @@ QSize FileNameLabel::minimumSizeHint() const {
 }
 
 QRect FileNameLabel::nameRect() const {
-    return contentsRect().adjusted(0, 0, -signCount(m_signs) * contentsRect().height(), 0);
+    const QRect all = contentsRect();
+    return QStyle::visualRect(layoutDirection(), all, all.adjusted(0, 0, -signCount(m_signs) * all.height(), 0));
 }
 
 bool FileNameLabel::isCut() const {
@@ -79,12 +80,17 @@ void FileNameLabel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     const QRect place = nameRect();
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, place.width());
-    style()->drawItemText(&painter, place, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
-                          foregroundRole());
+    // A path begins with its separator, which is of no direction: it would go to the other end.
+    const Qt::TextFlag direction = shown.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight;
+    const Qt::Alignment start = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+    style()->drawItemText(&painter, place, start | Qt::AlignAbsolute | Qt::AlignVCenter | direction, palette(),
+                          isEnabled(), shown, foregroundRole());
     const qreal side = contentsRect().height();
     painter.setRenderHint(QPainter::Antialiasing);
     // Right behind the name, where it leaves room.
-    painter.translate(std::min<qreal>(place.left() + fontMetrics().horizontalAdvance(shown) + side / 3, place.right()),
+    const qreal behind = std::min<qreal>(fontMetrics().horizontalAdvance(shown) + side / 3, place.width());
+    const bool mirrored = isRightToLeft();
+    painter.translate(mirrored ? place.right() - behind - side * signCount(m_signs) : place.left() + behind,
                       contentsRect().top());
     painter.scale(side, side);
     const auto draw = [&](bool isSet, const QPainterPath &sign) {

@@ -3,6 +3,7 @@
 #include "app/shared/utility.h"
 #include "pane/CellEdit.h"
 #include "pane/ListClicks.h"
+#include "pane/PaneSplitter.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 
@@ -41,6 +42,7 @@ void Pane::showWhetherOpen() {
     const bool keyboardInside = m_controls.IDtb->isAncestorOf(m_controls.IDtb->window()->focusWidget());
     m_controls.ListaTabelle->setVisibleFlag(m_open);
     m_controls.nomelab->setVisible(m_open);
+    m_controls.splitter->setVisible(m_open);
     m_controls.ground->setVisible(m_open);
     m_controls.hint->setVisible(!m_open);
     if (keyboardInside && !m_open)

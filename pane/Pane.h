@@ -17,6 +17,7 @@ class CellEdit;
 class Grid;
 class ListBox;
 class ListClicks;
+class PaneSplitter;
 
 /// The controls of a pane. The window that built them owns them.
 struct PaneControls {
@@ -24,6 +25,7 @@ struct PaneControls {
     QLabel *nomelab = nullptr;
     QLineEdit *filter = nullptr; ///< Above a long list: what the names of its lines have to hold. Hidden else.
     ListBox *ListaTabelle = nullptr;
+    PaneSplitter *splitter = nullptr; ///< Between list and grid; hidden while the pane is empty.
     Grid *Tabella = nullptr;
     QLineEdit *txtEdit = nullptr;
     QWidget *ground = nullptr; ///< Under list and grid, in the window's own colour; hidden while the pane is empty.

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QLabel>
+#include <QStyle>
 
 #include <algorithm>
 #include <chrono>
@@ -37,8 +38,11 @@ void StatusLine::place(const QRect &room) {
     const int most = std::max(0, room.width() - gap);
     // Where there is no room for both, neither is left without any.
     const int right = std::min(m_rightLabel->fontMetrics().horizontalAdvance(m_rightLabel->text()) + 2, most / 2);
-    m_leftLabel->setGeometry(room.x(), room.y(), most - right, room.height());
-    m_rightLabel->setGeometry(room.x() + room.width() - right, room.y(), right, room.height());
+    const QRect leftPlace(room.x(), room.y(), most - right, room.height());
+    const QRect rightPlace(room.x() + room.width() - right, room.y(), right, room.height());
+    const Qt::LayoutDirection direction = m_leftLabel->layoutDirection();
+    m_leftLabel->setGeometry(QStyle::visualRect(direction, room, leftPlace));
+    m_rightLabel->setGeometry(QStyle::visualRect(direction, room, rightPlace));
 }
 
 void StatusLine::setState(const QString &left, const QString &right) {

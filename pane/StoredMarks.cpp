@@ -44,6 +44,9 @@ void StoredMarks::look(int pane, const GridRange &cells) {
 QString StoredMarks::words(int pane, int row, int column) const {
     if (!m_editor.Tabella(pane).isUnlikeStored(row, column) || !m_editor.DtbAperto(pane))
         return {};
+    const MessageLoop *loop = MessageLoop::instance();
+    if (loop != nullptr && loop->commandRunning())
+        return {}; // current table and record are the command's
     try {
         m_editor.pane(pane).makeShownTableCurrent();
         m_editor.OggettoDtb(pane).setQIRTableRecordsPointerOut(m_editor.Tabella(pane).RowData(row));

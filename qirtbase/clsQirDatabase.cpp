@@ -1,5 +1,6 @@
 #include "qirtbase/clsQirDatabase.h"
 
+#include "base/ByteReader.h"
 #include "base/ErrorWords.h"
 #include "base/VariantKind.h"
 #include "qirtbase/journal/JournalRecovery.h"
@@ -277,6 +278,17 @@ void clsQirDatabase::failLoad(const QString &reason) {
     m_lastError = reason;
 }
 
+/// What stays open is what was saved: records without fields, which no file keeps, go.
+void clsQirDatabase::becomeAsSaved() {
+    try {
+        m_database.dropRecordsWithoutFields();
+    } catch (const std::bad_alloc &) {
+        return; // they go with the next save
+    }
+    if (m_currentTable && m_currentRecord > m_currentTable->recordCount())
+        m_currentRecord = 0;
+}
+
 void clsQirDatabase::SaveDtb() {
     guarded([&] {
         requireUsable();
@@ -285,17 +297,15 @@ void clsQirDatabase::SaveDtb() {
             return;
         if (GetDatabaseFileName().isEmpty())
             raise(u"The database has no file name yet."_s);
-        m_database.dropRecordsWithoutFields(); // what stays open is what is saved
-        if (m_currentTable && m_currentRecord > m_currentTable->recordCount())
-            m_currentRecord = 0;
         const QByteArray body = encodeBody(m_database);
         expectKeys();
         if (const Result<void> saved = m_file.save(body); !saved)
             raise(saved.error().text);
         m_changed = m_changedAnyway = false;
+        m_journal.discard();
+        becomeAsSaved();
         m_savedState = m_database.history().state();
         m_database.endJoining();
-        m_journal.discard();
         followFile(static_cast<std::uint64_t>(body.size()));
     });
 }
@@ -523,6 +533,19 @@ void clsQirDatabase::WriteColumn(int field, int first, const QVariant &block) {
     });
 }
 
+void clsQirDatabase::RecordsReordered(const QVariant &order) {
+    guarded([&] {
+        Table &table = currentTable();
+        const QByteArray bytes = order.toByteArray();
+        RecordOrder records(static_cast<std::size_t>(bytes.size()) / sizeof(std::uint32_t));
+        ByteReader(bytes).numbers(std::span(records));
+        if (records.size() * sizeof(std::uint32_t) != static_cast<std::size_t>(bytes.size()) ||
+            !isPermutation(records, table.recordCount()))
+            raise(u"That is no order of the table's records."_s);
+        m_database.recordsReordered(table, records);
+    });
+}
+
 void clsQirDatabase::AppendRecords(int count) {
     guarded([&] {
         Table &table = currentTable();
@@ -546,7 +569,7 @@ void clsQirDatabase::BeginChanges() {
         requireUsable();
         m_groups.reserve(m_groups.size() + 1);
         m_database.beginGroup();
-        m_groups.push_back({m_changed, m_currentTable, m_currentRecord, false});
+        m_groups.push_back({m_changed, m_changedAnyway, m_currentTable, m_currentRecord, false});
     });
 }
 
@@ -577,6 +600,7 @@ void clsQirDatabase::undoGroup() {
     const Group group = m_groups.back();
     m_groups.pop_back();
     m_changed = group.changed;
+    m_changedAnyway = group.changedAnyway;
     m_currentTable = group.currentTable;
     m_currentRecord = group.currentRecord;
 }
@@ -596,7 +620,7 @@ void clsQirDatabase::BeginStep(const QString &name, const QString &key) {
         if (m_groups.empty())
             keepSteps();
         m_database.beginStep(name, key);
-        m_groups.push_back({m_changed, m_currentTable, m_currentRecord, false, true});
+        m_groups.push_back({m_changed, m_changedAnyway, m_currentTable, m_currentRecord, false, true});
     });
 }
 

@@ -142,6 +142,7 @@ public:
     /// Replaces values from record `first` on; each is stored as QIRTableRecordSetByIndex() stores it. The block is one
     /// of the field's type.
     Q_INVOKABLE void WriteColumn(int field, int first, const QVariant &block);
+    Q_INVOKABLE void RecordsReordered(const QVariant &order);
     /// AddRecord() as often as `count` says.
     Q_INVOKABLE void AppendRecords(int count);
     /// Another number whenever fields or records of the current table have changed; no two states and no two tables
@@ -202,6 +203,7 @@ private:
     /// What a group goes back to besides the tables.
     struct Group {
         bool changed;
+        bool changedAnyway;
         Table *currentTable;
         std::size_t currentRecord;
         bool failed;
@@ -230,6 +232,7 @@ private:
     bool loadFile(const QString &fileName, const QString &password);
     void failLoad(const QString &reason);
     JournalOptions journalOptions();
+    void becomeAsSaved();
     void recoverChanges(std::uint64_t bodySize, const QString &password);
     JournalBase journalBase(std::uint64_t bodySize) const;
     void followFile(std::uint64_t bodySize);

@@ -13,6 +13,7 @@
 #include "view/TableLoader.h"
 
 #include <QAction>
+#include <QGuiApplication>
 
 #include <algorithm>
 
@@ -32,23 +33,44 @@ void CarryCommands::addCommands() {
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::CarryCellsMenu, tr("&Carry Cells Across"), [this] { carryCells(activePane()); },
                  {.needs = Needs::BothDatabases});
-    commands.add(Command::CarryRecordMenu, tr("Carry &Record Across"), [this] { carryRecord(activePane()); },
+    commands.add(Command::CarryRecordMenu, tr("Carry &Record Across"),
+                 [this] { carryRecord(activePane(), chosenThen()); }, {.needs = Needs::BothDatabases});
+    commands.add(Command::CarryTableMenu, tr("Carry Ta&ble Across"), [this] { carryTable(activePane(), chosenThen()); },
                  {.needs = Needs::BothDatabases});
-    commands.add(Command::CarryTableMenu, tr("Carry Ta&ble Across"), [this] { carryTable(activePane()); },
-                 {.needs = Needs::BothDatabases});
-    addKey(QKeySequence(Qt::ALT | Qt::Key_Right), 0, Then::Stay).setObjectName(u"CarryCellsRight"_s);
-    addKey(QKeySequence(Qt::ALT | Qt::Key_Left), 1, Then::Stay).setObjectName(u"CarryCellsLeft"_s);
-    addKey(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Right), 0, Then::GoOn).setObjectName(u"CarryCellsRightAndGoOn"_s);
-    addKey(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Left), 1, Then::GoOn).setObjectName(u"CarryCellsLeftAndGoOn"_s);
+    addKey(Qt::ALT | Qt::Key_Right, [this] { carryCells(0); }).setObjectName(u"CarryCellsRight"_s);
+    addKey(Qt::ALT | Qt::Key_Left, [this] { carryCells(1); }).setObjectName(u"CarryCellsLeft"_s);
+    addKey(Qt::CTRL | Qt::ALT | Qt::Key_Right, [this] {
+        carryCells(0, Then::GoOn);
+    }).setObjectName(u"CarryCellsRightAndGoOn"_s);
+    addKey(Qt::CTRL | Qt::ALT | Qt::Key_Left, [this] {
+        carryCells(1, Then::GoOn);
+    }).setObjectName(u"CarryCellsLeftAndGoOn"_s);
+    addKey(Qt::ALT | Qt::SHIFT | Qt::Key_Right, [this] { carryRecord(0); }).setObjectName(u"CarryRecordRight"_s);
+    addKey(Qt::ALT | Qt::SHIFT | Qt::Key_Left, [this] { carryRecord(1); }).setObjectName(u"CarryRecordLeft"_s);
+    addKey(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_Right, [this] {
+        carryRecord(0, Then::GoOn);
+    }).setObjectName(u"CarryRecordRightAndGoOn"_s);
+    addKey(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_Left, [this] {
+        carryRecord(1, Then::GoOn);
+    }).setObjectName(u"CarryRecordLeftAndGoOn"_s);
+}
+
+/// A menu's command goes on where it is chosen with Ctrl held.
+CarryCommands::Then CarryCommands::chosenThen() {
+    return QGuiApplication::keyboardModifiers().testFlag(Qt::ControlModifier) ? Then::GoOn : Then::Stay;
+}
+
+void CarryCommands::goOn(Then then) {
+    if (then == Then::GoOn)
+        m_walk.go(DifferenceWalk::Direction::Forward, DifferenceWalk::Stops::Records);
 }
 
 /// A key that stands in no menu: it goes from one side to the other, whichever is active.
-QAction &CarryCommands::addKey(const QKeySequence &key, int from, Then then) {
+QAction &CarryCommands::addKey(const QKeySequence &key, const std::function<void()> &carry) {
     QWidget *window = m_editor.controls.window;
     auto *action = new QAction(window);
     action->setShortcut(key);
-    QObject::connect(action, &QAction::triggered, action,
-                     [this, from, then] { runCommand([&] { carryCells(from, then); }); });
+    QObject::connect(action, &QAction::triggered, action, [carry] { runCommand(carry); });
     window->addAction(action);
     return *action;
 }
@@ -121,13 +143,20 @@ void CarryCommands::carryCells(int from, Then then) {
     const std::optional<Takes> takes = ask(QString(), losses);
     if (!takes)
         return;
-    copyBlock(from, cells, *takes);
+    copyBlock(from, cells, onlyShown(from, *takes));
     if (losses.valuesGetLost()) { // the texts are not what was stored
         m_tables.CaricaTabellaAVideo(1 - from);
         m_differences.EvidenziaDifferenzeTabella();
     }
-    if (then == Then::GoOn)
-        m_walk.go(DifferenceWalk::Direction::Forward, DifferenceWalk::Stops::Records);
+    goOn(then);
+}
+
+/// Of a selection what is shown of it.
+CarryCommands::Takes CarryCommands::onlyShown(int from, const Takes &takes) const {
+    const Grid &grid = m_editor.Tabella(from);
+    if (grid.showsAll())
+        return takes;
+    return [&grid, takes](int row, int column) { return grid.shows(row, column) && (!takes || takes(row, column)); };
 }
 
 void CarryCommands::copyBlock(int from, const GridRange &cells, const Takes &takes) {
@@ -136,7 +165,7 @@ void CarryCommands::copyBlock(int from, const GridRange &cells, const Takes &tak
     m_differences.recheck(cells);
 }
 
-void CarryCommands::carryRecord(int from) {
+void CarryCommands::carryRecord(int from, Then then) {
     const Grid &source = m_editor.Tabella(from);
     const int row = source.Row();
     if (!sameTableShown() || !source.Visible() || row < 1) {
@@ -157,6 +186,7 @@ void CarryCommands::carryRecord(int from) {
         m_tables.CaricaTabellaAVideo(1 - from);
         m_differences.EvidenziaDifferenzeTabella();
     }
+    goOn(then);
 }
 
 void CarryCommands::writeRecord(int from, int source, int target, const Takes &takes) {
@@ -190,7 +220,7 @@ void CarryCommands::addRecord(int from, int row, const Takes &takes) {
     m_editor.status().showMessage(tr("Added as record %1").arg(m_editor.Tabella(1 - from).Rows() - 1));
 }
 
-void CarryCommands::carryTable(int from) {
+void CarryCommands::carryTable(int from, Then then) {
     m_editor.endEdit();
     const Pane &source = m_editor.pane(from);
     const ListBox &others = m_editor.ListaTabelle(1 - from);
@@ -202,7 +232,8 @@ void CarryCommands::carryTable(int from) {
     const int line = m_editor.ListaTabelle(from).ListIndex();
     const bool missing = m_editor.panesShowSameTable() && others.ItemData(line) == 0;
     if (!missing) {
-        carryWholeTable(from);
+        if (carryWholeTable(from))
+            goOn(then);
         return;
     }
     const QString question = tr("Copy table '%1' to the other side, which has none of this name? Records: %2.")
@@ -212,6 +243,7 @@ void CarryCommands::carryTable(int from) {
         return;
     m_editor.setOrigin(from);
     m_clone.CloneSecco();
+    goOn(then);
 }
 
 CarryCommands::Work CarryCommands::workFor(int from) const {
@@ -225,17 +257,18 @@ CarryCommands::Work CarryCommands::workFor(int from) const {
     return work;
 }
 
-void CarryCommands::carryWholeTable(int from) {
+/// False where nothing was to be carried, or nobody wanted it.
+bool CarryCommands::carryWholeTable(int from) {
     if (!sameTableShown()) {
         tell(tr("A table is carried where both sides show the same one."));
-        return;
+        return false;
     }
     // What a copied block has left to the next comparison counts too.
     m_differences.EvidenziaDifferenzeTabella();
     const Work work = workFor(from);
     if (work.changed + work.added + work.removed == 0) {
         m_editor.status().showMessage(tr("The records are equal"));
-        return;
+        return false;
     }
     const CarryLosses losses(m_editor, from, {1, 1, m_editor.Tabella(from).Rows() - 1, commonFields()});
     QString question = tr("Make the records of table '%1' on the %2 equal to those on the %3?\n"
@@ -249,13 +282,14 @@ void CarryCommands::carryWholeTable(int from) {
         question += u'\n' + tr("Fields that only one side has stay as they are.");
     const std::optional<Takes> takes = ask(question, losses);
     if (!takes)
-        return;
+        return false;
     const ActivePaneScope active(m_editor);
     undoneOnError([&] { write(from, work, *takes); }, [&] { m_tables.reloadAfterFailure(1 - from); });
     m_tables.CaricaTabellaAVideo(1 - from);
     m_differences.EvidenziaDifferenzeTabella();
     m_editor.status().showMessage(
         tr("Changed: %1, added: %2, removed: %3").arg(work.changed).arg(work.added).arg(work.removed));
+    return true;
 }
 
 void CarryCommands::write(int from, const Work &work, const Takes &takes) {

@@ -43,24 +43,27 @@ public:
     /// The selected cells of a pane's grid.
     void carryCells(int from, Then then = Then::Stay);
     /// The current record; added at the end where the other side lacks it.
-    void carryRecord(int from);
+    void carryRecord(int from, Then then = Then::Stay);
     /// The shown table: afterwards the other side's records are equal to it. Asks before.
-    void carryTable(int from);
+    void carryTable(int from, Then then = Then::Stay);
 
 private:
     /// Whether a cell is to be carried; empty for all.
     using Takes = std::function<bool(int row, int column)>;
     struct Work;
 
-    QAction &addKey(const QKeySequence &key, int from, Then then);
+    QAction &addKey(const QKeySequence &key, const std::function<void()> &carry);
+    static Then chosenThen();
+    void goOn(Then then);
     int activePane() const;
     bool sameTableShown();
     void tell(const QString &text);
     int commonFields() const;
     std::optional<Takes> ask(const QString &question, const CarryLosses &losses);
+    Takes onlyShown(int from, const Takes &takes) const;
     void copyBlock(int from, const GridRange &cells, const Takes &takes);
     void addRecord(int from, int row, const Takes &takes);
-    void carryWholeTable(int from);
+    bool carryWholeTable(int from);
     Work workFor(int from) const;
     void write(int from, const Work &work, const Takes &takes);
     void writeRecord(int from, int source, int target, const Takes &takes);

@@ -42,17 +42,22 @@ qsizetype codePoints(const QString &text) {
     return std::ranges::count_if(text, [](QChar unit) { return !unit.isLowSurrogate(); });
 }
 
-FieldShape shapeOf(const QirDatabase &database, int field) {
-    const auto type = static_cast<FieldType>(database.QIRTableFieldType(field).toInt());
-    return {type, type == FieldType::Text ? database.QIRTableFieldSize(field).toInt() : 0};
-}
-
 QString shapeWords(const FieldShape &shape) {
     const QString name = DBTypeName(static_cast<int>(shape.type));
     return shape.type == FieldType::Text ? u"%1 (%2)"_s.arg(name).arg(shape.size) : name;
 }
 
 } // namespace
+
+FieldShape shapeOf(const QirDatabase &database, int field) {
+    const auto type = static_cast<FieldType>(database.QIRTableFieldType(field).toInt());
+    return {type, type == FieldType::Text ? database.QIRTableFieldSize(field).toInt() : 0};
+}
+
+QString fieldShapesWords(const QString &name, const FieldShape &left, const FieldShape &right) {
+    return QCoreApplication::translate("CarryLosses", "Field '%1' is %2 on the left and %3 on the right.")
+        .arg(name, shapeWords(left), shapeWords(right));
+}
 
 bool survives(const QString &text, const FieldShape &from, const FieldShape &to) {
     if (to.type == FieldType::Text)
@@ -76,6 +81,8 @@ void CarryLosses::compareFields(const GridRange &cells) {
     const QirDatabase &source = m_editor.OggettoDtb(m_from);
     const QirDatabase &target = m_editor.OggettoDtb(1 - m_from);
     for (int column = cells.firstColumn; column <= cells.lastColumn; ++column) {
+        if (!m_editor.Tabella(m_from).shows(0, column))
+            continue; // its cells are equal
         const FieldShape from = shapeOf(source, column);
         const FieldShape to = shapeOf(target, column);
         if (from.type != to.type || to.size < from.size)
@@ -89,6 +96,8 @@ void CarryLosses::countLost(const GridRange &cells) {
     for (const Field &field : m_fields) {
         for (int row = cells.firstRow; row <= cells.lastRow; ++row) {
             timer.yieldIfDue();
+            if (!m_editor.Tabella(m_from).shows(row, field.column))
+                continue;
             const QString text = texts.at(field.column, row);
             if (survives(text, field.from, field.to) || m_lost++ > 0)
                 continue;
@@ -104,9 +113,7 @@ bool CarryLosses::loses(int row, int column) const {
 }
 
 QString CarryLosses::fieldWords(const Field &field) const {
-    const FieldShape &left = m_from == 0 ? field.from : field.to;
-    const FieldShape &right = m_from == 0 ? field.to : field.from;
-    return tr("Field '%1' is %2 on the left and %3 on the right.").arg(field.name, shapeWords(left), shapeWords(right));
+    return fieldShapesWords(field.name, m_from == 0 ? field.from : field.to, m_from == 0 ? field.to : field.from);
 }
 
 QString CarryLosses::words() const {

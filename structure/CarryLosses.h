@@ -16,6 +16,10 @@ struct FieldShape {
     int size = 0;
 };
 
+FieldShape shapeOf(const QirDatabase &database, int field);
+/// What is said of a field whose shape is not the same on both sides.
+QString fieldShapesWords(const QString &name, const FieldShape &left, const FieldShape &right);
+
 /// Whether a text of one field is the same value in another.
 bool survives(const QString &text, const FieldShape &from, const FieldShape &to);
 

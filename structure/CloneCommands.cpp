@@ -6,6 +6,7 @@
 #include "compare/TableListAlignment.h"
 #include "db/AssegnaARecordset.h"
 #include "pane/ActivePane.h"
+#include "pane/OnlyDifferencesShown.h"
 
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
@@ -141,6 +142,8 @@ void CloneCommands::appendCopies(int count, bool withContent) {
 }
 
 void CloneCommands::CloneSelectedAreaSecco() {
+    if (refusedOnlyDifferences(m_editor, m_editor.IndexOrigine()))
+        return;
     requireWholeTables();
     const Grid &grid = m_editor.Tabella(m_editor.IndexOrigine());
     const int firstRow = Minimo(grid.Row(), grid.RowSel()).toInt();

@@ -2,6 +2,7 @@
 
 #include "app/shared/utility.h"
 
+#include "pane/OnlyDifferencesShown.h"
 #include "pane/StoredMarks.h"
 #include "platform/dialogs/Clipboard.h"
 #include "platform/grid/ClipText.h"
@@ -17,6 +18,7 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <vector>
 
 namespace qir {
 
@@ -66,20 +68,45 @@ void forEachClipboardValue(const std::function<void(int row, int column, QString
     layClipText(gridClip(clipboard::text()), {0, 0, last, last}, value);
 }
 
-/// The selected record cells of a grid under the headers of their columns, as one block.
-CellTexts withHeaders(const Grid &grid) {
+/// Of a value that is stored otherwise.
+QString placeWords(const Grid &grid, int row, int column, QStringView value) {
+    return AreaClipboard::tr("record %1, %2, \"%3\"")
+        .arg(grid.RowData(row))
+        .arg(grid.TextMatrix(0, column), value.left(mostShown).toString());
+}
+
+QString otherwiseWords(std::int64_t count, const QString &first) {
+    return AreaClipboard::tr("%1 are stored otherwise (first: %2)").arg(count).arg(first);
+}
+
+enum class Headers { Without, With };
+
+/// The selected record cells of a grid that are shown, under the headers of their columns, as one block.
+CellTexts selectedBlock(const Grid &grid, Headers headers) {
     const GridRange cells = recordCells(grid);
-    CellTexts block(cells.lastColumn - cells.firstColumn + 1, 0);
-    QStringList record(block.fields() + 1);
+    std::vector<int> columns;
+    for (int column = grid.nextShownColumn(cells.firstColumn); column > 0 && column <= cells.lastColumn;
+         column = grid.nextShownColumn(column + 1))
+        columns.push_back(column);
+    CellTexts block(static_cast<int>(columns.size()), 0);
     const auto append = [&](int row) {
-        for (int column = cells.firstColumn; column <= cells.lastColumn; ++column)
-            record[column - cells.firstColumn + 1] = grid.TextMatrix(row, column);
+        QStringList record(1);
+        for (const int column : columns)
+            record.append(grid.TextMatrix(row, column));
         block.appendRecord(record);
     };
-    append(0);
-    for (int row = cells.firstRow; row <= cells.lastRow; ++row)
+    if (headers == Headers::With)
+        append(0);
+    for (int row = grid.nextShownRow(cells.firstRow); row > 0 && row <= cells.lastRow; row = grid.nextShownRow(row + 1))
         append(row);
     return block;
+}
+
+QByteArray encodedSelection(const Grid &grid) {
+    if (grid.showsAll())
+        return encodeCellBlock(grid.texts(), grid.selection().range());
+    const CellTexts block = selectedBlock(grid, Headers::Without);
+    return encodeCellBlock(block, {1, 1, block.records(), block.fields()});
 }
 
 } // namespace
@@ -136,8 +163,7 @@ void AreaClipboard::COPIA_AreaTabella(int pane) {
         const BusyPointer busy;
         const Grid &grid = m_editor.Tabella(pane);
         clipboard::clear();
-        clipboard::setContents(
-            std::make_unique<CopiedBlock>(grid.Clip(), encodeCellBlock(grid.texts(), grid.selection().range())));
+        clipboard::setContents(std::make_unique<CopiedBlock>(grid.Clip(), encodedSelection(grid)));
     } catch (const std::exception &) { // as the clipboard left it
     }
 }
@@ -147,7 +173,7 @@ void AreaClipboard::copyWithHeaders(int pane) {
         return;
     try {
         const BusyPointer busy;
-        const CellTexts block = withHeaders(m_editor.Tabella(pane));
+        const CellTexts block = selectedBlock(m_editor.Tabella(pane), Headers::With);
         clipboard::clear();
         clipboard::setContents(std::make_unique<CopiedBlock>(
             cellBlockText(block), encodeCellBlock(block, {1, 1, block.records(), block.fields()})));
@@ -156,7 +182,7 @@ void AreaClipboard::copyWithHeaders(int pane) {
 }
 
 void AreaClipboard::INCOLLA_AreaTabella(int pane) {
-    if (!showsFields(m_editor, pane))
+    if (!showsFields(m_editor, pane) || refusedOnlyDifferences(m_editor, pane))
         return;
     m_editor.pane(pane).requireWhole();
     m_outcome.clear();
@@ -194,17 +220,32 @@ void AreaClipboard::tellOutcome(int pane) {
             if (outside++ == 0)
                 firstOutside = tr("row %1, column %2 of the block").arg(row + 1).arg(column + 1);
         } else if (grid.isUnlikeStored(gridRow, gridColumn) && changed++ == 0) {
-            firstChanged = tr("record %1, %2, \"%3\"")
-                               .arg(grid.RowData(gridRow))
-                               .arg(grid.TextMatrix(0, gridColumn), value.left(mostShown).toString());
+            firstChanged = placeWords(grid, gridRow, gridColumn, value);
         }
     });
     QStringList parts;
     if (outside > 0)
         parts.append(tr("%1 pasted values lay outside the selection (first: %2)").arg(outside).arg(firstOutside));
     if (changed > 0)
-        parts.append(tr("%1 are stored otherwise (first: %2)").arg(changed).arg(firstChanged));
+        parts.append(otherwiseWords(changed, firstChanged));
     m_outcome = parts.join(u"; "_s);
+    if (!m_outcome.isEmpty())
+        m_editor.status().showMessage(m_outcome);
+}
+
+QString storedOtherwise(const Grid &grid, const GridRange &cells) {
+    std::int64_t changed = 0;
+    QString first;
+    YieldTimer timer;
+    for (int row = std::max(cells.firstRow, 1); row <= std::min(cells.lastRow, grid.Rows() - 1); ++row) {
+        for (int column = std::max(cells.firstColumn, 1); column <= std::min(cells.lastColumn, grid.Cols() - 1);
+             ++column) {
+            if (grid.isUnlikeStored(row, column) && changed++ == 0)
+                first = placeWords(grid, row, column, grid.TextMatrix(row, column));
+        }
+        timer.yieldIfDue();
+    }
+    return changed == 0 ? QString() : otherwiseWords(changed, first);
 }
 
 void layClipboard(Grid &grid) {

@@ -54,6 +54,10 @@ private:
 /// True where a pane shows cells of records: not the empty column of a table without fields.
 bool showsFields(const EditorContext &editor, int pane);
 
+/// What to tell of cells that were just written, where some are stored otherwise than they show: how many, and the
+/// first of them; "" for none.
+QString storedOtherwise(const Grid &grid, const GridRange &cells);
+
 /// The record cells of a grid's selection, which may hold the header row.
 GridRange recordCells(const Grid &grid);
 

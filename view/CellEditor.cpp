@@ -39,9 +39,9 @@ QPalette editorPalette() {
     return palette;
 }
 
-/// The first column from `column` on, in steps of 1 or -1, that has a width; 0 when there is none.
+/// The first column from `column` on, in steps of 1 or -1, that is shown and has a width; 0 when there is none.
 int columnThatShows(const Grid &grid, int column, int step) {
-    while (column >= 1 && column < grid.Cols() && grid.ColWidth(column) < 1)
+    while (column >= 1 && column < grid.Cols() && (grid.ColWidth(column) < 1 || !grid.shows(0, column)))
         column += step;
     return column < grid.Cols() ? std::max(column, 0) : 0;
 }
@@ -49,7 +49,7 @@ int columnThatShows(const Grid &grid, int column, int step) {
 std::optional<GridSelection> cellBeside(const Grid &grid, int row, int column, int step) {
     int next = columnThatShows(grid, column + step, step);
     if (next == 0) {
-        row += step;
+        row = grid.nextShownRow(row + step, step);
         next = columnThatShows(grid, step > 0 ? 1 : grid.Cols() - 1, step);
     }
     if (next == 0 || row < 1 || row >= grid.Rows())
@@ -129,7 +129,7 @@ void CellEditor::dressEditor(int pane) {
     txtEdit.setFont(grid.font());
     txtEdit.setPalette(editorPalette());
     // The text stands where the cell showed it.
-    const QModelIndex cell = grid.model()->index(grid.Row() - 1, grid.Col() - 1);
+    const QModelIndex cell = grid.cellIndex(grid.Row(), grid.Col());
     const auto alignment = static_cast<Qt::Alignment>(cell.data(Qt::TextAlignmentRole).toInt());
     txtEdit.setAlignment(alignment);
     txtEdit.setTextMargins(0, 0, alignment.testFlag(Qt::AlignRight) ? -caretRoom : 0, 0);
@@ -185,7 +185,8 @@ void CellEditor::writeCell(int pane, int row, int column, const QString &text) {
             const QirDatabase &database = m_editor.OggettoDtb(pane);
             // All keystrokes of one edit are one step.
             const ChangeStep step(
-                database, tr("Edit of %1.%2").arg(m_editor.pane(pane).TabellaMostrata(), fieldNameOf(grid, column)),
+                database,
+                QObject::tr("Edit of %1.%2").arg(m_editor.pane(pane).TabellaMostrata(), fieldNameOf(grid, column)),
                 m_editor.RigaEdit() >= 1 ? QString::number(m_editor.cellEdit().number()) : QString());
             database.setQIRTableRecordsPointerOut(grid.RowData(row));
             AssegnaARecordset(database, grid.ColData(column), text);

@@ -33,6 +33,8 @@ CellSearch::CellSearch(const SearchTerms &terms)
             m_error = wordsFor(alone);
         else
             m_expression.optimize();
+        if (auto automaton = TextAutomaton::of(terms.text, {terms.matchCase, terms.wholeCell}); automaton && !isEmpty())
+            m_automaton = std::make_shared<const TextAutomaton>(std::move(*automaton));
         return;
     }
     for (const QChar unit : terms.text)
@@ -69,28 +71,43 @@ bool CellSearch::hitsNarrow(const char *text, std::size_t size) const {
     return false;
 }
 
+bool CellSearch::hitsAscii(const char *text, std::size_t size) const {
+    return m_automaton ? m_automaton->hits(text, size) : hitsNarrow(text, size);
+}
+
 bool CellSearch::hitsOwn(const PackedTexts &texts, std::size_t index, QString &text) const {
     const PackedTexts::View view = texts.view(index);
     if (!m_terms.pattern && !view.wide)
         return hitsNarrow(view.bytes, view.size);
+    if (m_automaton && !view.wide && isAscii(QByteArrayView(view.bytes, static_cast<qsizetype>(view.size))))
+        return m_automaton->hits(view.bytes, view.size);
     texts.read(index, text);
     return hits(text);
 }
 
 bool CellSearch::hitsValue(const ColumnBlock &block, qsizetype index, QString &text) const {
-    if (!m_terms.pattern) {
+    if (looksAtBytes()) {
         if (!block.isText()) {
             std::array<char, numberTextCapacity> digits{};
             const bool fraction = block.type() == ColumnType::Double || block.type() == ColumnType::Date;
             const char *end = fraction ? formatNumber(digits.data(), block.number(index))
                                        : formatNumber(digits.data(), static_cast<int>(block.number(index)));
-            return hitsNarrow(digits.data(), static_cast<std::size_t>(end - digits.data()));
+            return hitsAscii(digits.data(), static_cast<std::size_t>(end - digits.data()));
         }
         if (const QByteArrayView bytes = block.textBytes(index); isAscii(bytes))
-            return hitsNarrow(bytes.data(), static_cast<std::size_t>(bytes.size()));
+            return hitsAscii(bytes.data(), static_cast<std::size_t>(bytes.size()));
     }
     block.readText(index, text);
     return hits(text);
+}
+
+void CellSearch::searchBlock(const ColumnBlock &block, const std::function<void(qsizetype index)> &hit) const {
+    if (isEmpty())
+        return;
+    QString text;
+    for (qsizetype index = 0; index < block.count(); ++index)
+        if (hitsValue(block, index, text))
+            hit(index);
 }
 
 void CellSearch::searchColumn(const CellTexts &texts, int field, int first, int last,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/cells/CellTexts.h"
+#include "view/TextAutomaton.h"
 
 #include <QRegularExpression>
 #include <QString>
@@ -8,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace qir {
@@ -34,7 +36,10 @@ public:
     const QString &error() const { return m_error; }
 
     bool hits(const QString &text) const;
-    /// Calls `hit` for each of the records `first` to `last` whose text in a field hits.
+    /// Calls `hit` for each of the values of a block that hits, counted from 0; as searchColumn().
+    void searchBlock(const ColumnBlock &block, const std::function<void(qsizetype index)> &hit) const;
+    /// May be called in any thread as long as the texts stay. Calls `hit` for each of the records `first` to `last`
+    /// whose text in a field hits.
     void searchColumn(const CellTexts &texts, int field, int first, int last,
                       const std::function<void(int record)> &hit) const;
 
@@ -45,15 +50,20 @@ public:
 private:
     /// The same for a text whose units all are below 256, a byte each.
     bool hitsNarrow(const char *text, std::size_t size) const;
+    /// The same for a text of ASCII, also for a regular expression that looksAtBytes().
+    bool hitsAscii(const char *text, std::size_t size) const;
+    /// Texts of ASCII are looked at as they stand.
+    bool looksAtBytes() const { return !m_terms.pattern || m_automaton != nullptr; }
     bool hitsValue(const ColumnBlock &block, qsizetype index, QString &text) const;
     bool hitsOwn(const PackedTexts &texts, std::size_t index, QString &text) const;
 
     SearchTerms m_terms;
     QRegularExpression m_expression;
     QString m_error;
-    std::vector<char16_t> m_sought;     // case folded where case does not count
-    std::array<char16_t, 256> m_fold{}; // what a unit below 256 counts as
-    bool m_inNarrow = false;            // the sought text can stand in a text of such units
+    std::shared_ptr<const TextAutomaton> m_automaton; // for the expression, where it can be made; null else
+    std::vector<char16_t> m_sought;                   // case folded where case does not count
+    std::array<char16_t, 256> m_fold{};               // what a unit below 256 counts as
+    bool m_inNarrow = false;                          // the sought text can stand in a text of such units
 };
 
 } // namespace qir

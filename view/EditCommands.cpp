@@ -12,6 +12,20 @@
 
 namespace qir {
 
+namespace {
+
+/// A selection stands for what is shown of it.
+void forShownCells(const Grid &grid, const GridRange &cells, const std::function<void(int row, int column)> &visit) {
+    for (int row = grid.nextShownRow(cells.firstRow); row > 0 && row <= cells.lastRow;
+         row = grid.nextShownRow(row + 1)) {
+        for (int column = grid.nextShownColumn(cells.firstColumn); column > 0 && column <= cells.lastColumn;
+             column = grid.nextShownColumn(column + 1))
+            visit(row, column);
+    }
+}
+
+} // namespace
+
 void EditCommands::addCommands() {
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::DeleteCellsMenu, tr("&Delete"), [this] { deleteCells(workingPane()); },
@@ -45,10 +59,7 @@ void EditCommands::deleteCells(int pane) {
     const GridRange cells = recordCells(grid);
     rewrite(pane, cells, tr("Delete"), [&] {
         grid.setTexts([&](const Grid::SetText &set) {
-            for (int row = cells.firstRow; row <= cells.lastRow; ++row) {
-                for (int column = cells.firstColumn; column <= cells.lastColumn; ++column)
-                    set(row, column, QStringView());
-            }
+            forShownCells(grid, cells, [&](int row, int column) { set(row, column, QStringView()); });
         });
     });
 }
@@ -58,16 +69,15 @@ void EditCommands::fillDown(int pane) {
         return;
     Grid &grid = m_editor.Tabella(pane);
     GridRange cells = recordCells(grid);
-    const int source = cells.firstRow == cells.lastRow ? cells.firstRow - 1 : cells.firstRow++;
+    const bool fromAbove = cells.firstRow == cells.lastRow;
+    const int source = fromAbove ? grid.nextShownRow(cells.firstRow - 1, -1) : grid.nextShownRow(cells.firstRow);
+    if (!fromAbove)
+        cells.firstRow = source + 1;
     if (source < 1 || cells.isEmpty())
         return;
     rewrite(pane, cells, tr("Fill Down"), [&] {
         grid.setTexts([&](const Grid::SetText &set) {
-            for (int column = cells.firstColumn; column <= cells.lastColumn; ++column) {
-                const QString text = grid.TextMatrix(source, column);
-                for (int row = cells.firstRow; row <= cells.lastRow; ++row)
-                    set(row, column, text);
-            }
+            forShownCells(grid, cells, [&](int row, int column) { set(row, column, grid.TextMatrix(source, column)); });
         });
     });
 }

@@ -95,7 +95,9 @@ void GridEvents::Tabella_LeaveCell(int pane) {
 void GridEvents::Tabella_Scroll(int pane) {
     Grid &grid = m_editor.Tabella(pane);
     // Beyond the last row or column there is room only to stay level with the other grid.
-    grid.setSelection(singleCell(std::min(grid.TopRow(), grid.Rows() - 1), std::min(grid.LeftCol(), grid.Cols() - 1)));
+    const int row = std::max(grid.nextShownRow(std::min(grid.TopRow(), grid.Rows() - 1), -1), 0);
+    const int column = std::max(grid.nextShownColumn(std::min(grid.LeftCol(), grid.Cols() - 1), -1), 1);
+    grid.setSelection(singleCell(row, column));
     m_cellEditor.Interrompiedit(pane); // also when that cell was current already
     AllineaTopLeftTabelle(m_editor, pane);
 }

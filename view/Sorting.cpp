@@ -1,6 +1,7 @@
 #include "view/Sorting.h"
 
 #include "base/UndoOnError.h"
+#include "pane/OnlyDifferencesShown.h"
 #include "platform/cells/RecordOrder.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
@@ -19,30 +20,39 @@ void Sorting::SortFPOP_Click() {
     const int pane = m_editor.IndexOrigine();
     if (!m_editor.DtbAperto(pane) || !m_editor.pane(pane).realTableSelected())
         return;
+    if (refusedOnlyDifferences(m_editor, pane))
+        return;
     m_editor.pane(pane).requireWhole();
     m_editor.endEdit();
     Grid &grid = m_editor.Tabella(pane);
     m_editor.setColonnaOrdinamento(grid.Col());
     undoneOnError(
         [&] {
-            OrdinaPerColonna(grid, m_editor.ColonnaOrdinamento());
+            const std::vector<std::uint32_t> order = OrdinaPerColonna(grid, m_editor.ColonnaOrdinamento());
             grid.renumberRows(); // row r stands for record r from now on, whatever it showed
             const ChangeStep step(m_editor.OggettoDtb(pane),
                                   tr("Sort by %1").arg(fieldNameOf(grid, m_editor.ColonnaOrdinamento())));
             m_save.SalvaGridInDatabase(pane);
+            if (order.empty())
+                return;
+            m_editor.pane(pane).makeShownTableCurrent();
+            m_editor.OggettoDtb(pane).RecordsReordered(order);
         },
         [&] { m_tables.reloadAfterFailure(pane); });
 }
 
-void Sorting::OrdinaPerColonna(Grid &grid, int Column) {
+std::vector<std::uint32_t> Sorting::OrdinaPerColonna(Grid &grid, int Column) {
+    std::vector<std::uint32_t> order;
     if (m_editor.ColonnaOrdinamento() < 0)
-        return;
+        return order;
     const BusyPointer busy;
     if (grid.Rows() > 1 && Column >= 1 && Column < grid.Cols()) {
         grid.setSelection({1, Column, grid.Rows() - 1, Column});
-        grid.reorderRecords(ascendingOrder(grid.texts().column(Column)));
+        order = ascendingOrder(grid.texts().column(Column));
+        grid.reorderRecords(order);
     }
     m_editor.setColonnaOrdinamento(Column);
+    return order;
 }
 
 } // namespace qir

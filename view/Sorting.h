@@ -4,6 +4,9 @@
 
 #include <QCoreApplication>
 
+#include <cstdint>
+#include <vector>
+
 namespace qir {
 
 class GridSave;
@@ -29,8 +32,9 @@ public:
     void SortFPOP_Click();
     /// Sorts the record rows of a grid by a column, ascending, and selects that column's records; does nothing while
     /// ColonnaOrdinamento is negative. Nothing is written to the database. After an error the grid's texts may be out
-    /// of step with each other.
-    void OrdinaPerColonna(Grid &grid, int Column);
+    /// of step with each other. Gives the order that the rows have now, by where they stood (from 0); nothing where
+    /// they stand as before.
+    std::vector<std::uint32_t> OrdinaPerColonna(Grid &grid, int Column);
 
 private:
     EditorContext &m_editor;

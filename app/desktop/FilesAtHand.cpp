@@ -8,11 +8,13 @@
 #include "platform/loop/MessageLoop.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QFontMetrics>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMimeData>
 #include <QUrl>
@@ -25,6 +27,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr auto dialogsKey = "fileDialogs"_L1;
+constexpr auto desktopDialogs = "desktop"_L1;
+constexpr auto ownDialogs = "own"_L1;
 constexpr int pathColumns = 60; // of a long path in a menu, in average characters
 
 /// A path as a menu shows it: the home folder short, the middle of a long one left out, no shortcut in it.
@@ -33,7 +38,11 @@ QString menuText(const QMenu &menu, const QString &path) {
     const QFontMetrics metrics = menu.fontMetrics();
     QString shown = path.startsWith(home) ? u"~/"_s + path.sliced(home.size()) : path;
     shown = metrics.elidedText(shown, Qt::ElideMiddle, metrics.averageCharWidth() * pathColumns);
-    return shown.replace(u'&', u"&&"_s);
+    shown.replace(u'&', u"&&"_s);
+    // By itself a path goes from left to right, whatever stands round it.
+    constexpr QChar isolated(0x2066);
+    constexpr QChar isolatedEnd(0x2069);
+    return QGuiApplication::isRightToLeft() ? isolated + shown + isolatedEnd : shown;
 }
 
 /// The number that chooses an entry by its key: 1 to 9, then 0.
@@ -64,6 +73,17 @@ void FilesAtHand::addCommands() {
                  [this] { NewDatabase_Click(m_editor, [this](const QString &path) { openFile(path); }); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_N)});
     commands.add(Command::ForgetMenu, tr("&Forget..."), [this] { ForgetMenu_Click(); });
+    commands.add(Command::DesktopDialogsMenu, tr("&Desktop's File Dialogs"), [this] { DesktopDialogsMenu_Click(); });
+    QAction &desktops = m_editor.controls.action(Command::DesktopDialogsMenu);
+    desktops.setCheckable(true);
+    desktops.setChecked(m_editor.remembered().choice(dialogsKey, desktopDialogs) != ownDialogs);
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, !desktops.isChecked());
+}
+
+void FilesAtHand::DesktopDialogsMenu_Click() {
+    const bool desktops = m_editor.controls.action(Command::DesktopDialogsMenu).isChecked();
+    m_editor.remembered().setChoice(dialogsKey, desktops ? desktopDialogs : ownDialogs);
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, !desktops);
 }
 
 void FilesAtHand::addMenus() {
@@ -134,8 +154,8 @@ void FilesAtHand::openFile(const QString &path) {
 
 void FilesAtHand::openPair(const FilePair &pair) {
     m_opening.showTwoPanes();
-    m_opening.openFile(0, pair.left);
-    m_opening.openFile(1, pair.right);
+    if (m_opening.openFile(0, pair.left))
+        m_opening.openFile(1, pair.right);
     activatePane(m_editor, 0);
 }
 

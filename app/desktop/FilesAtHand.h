@@ -14,8 +14,9 @@ namespace qir {
 
 /// How files are opened, by those who can.
 struct FileOpening {
-    std::function<void(int pane, const QString &path)> openFile; ///< As the open command does with a chosen file.
-    std::function<void()> showTwoPanes;                          ///< Two-pane mode, where it is not that already.
+    /// As the open command does with a chosen file; False where it did not come to that.
+    std::function<bool(int pane, const QString &path)> openFile;
+    std::function<void()> showTwoPanes; ///< Two-pane mode, where it is not that already.
 };
 
 /// Files within reach: new ones, those opened last, alone or side by side, and those dropped on a pane.
@@ -46,6 +47,7 @@ private:
     void fillPairs();
     void addProtectedChoice(QMenu &menu);
     void ForgetMenu_Click();
+    void DesktopDialogsMenu_Click();
     bool takeDrop(int pane, QDropEvent &event);
 
     EditorContext &m_editor;

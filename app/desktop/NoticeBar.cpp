@@ -17,7 +17,6 @@ NoticeBar::NoticeBar(QWidget *parent, int pane)
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::ToolTipBase);
     m_text->setObjectName(u"noticeText"_s);
-    m_text->setAccessibleName(tr("What is told of the file"));
     m_text->setTextFormat(Qt::PlainText);
     m_text->setWordWrap(true);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);

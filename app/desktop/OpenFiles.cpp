@@ -24,14 +24,22 @@ Protection protectionOf(const QString &fileName) {
     return DatabaseProtetto(fileName) ? Protection::Protected : Protection::Open;
 }
 
+FilePair openPair(const EditorContext &editor) {
+    return {openFilePath(editor, 0), openFilePath(editor, 1)};
+}
+
+Protection protectionOfPair(const EditorContext &editor) {
+    const Protection left = protectionOf(openFileName(editor, 0));
+    return left == Protection::Open ? protectionOf(openFileName(editor, 1)) : left;
+}
+
 void rememberOpenFile(EditorContext &editor, int pane) {
-    const Protection own = protectionOf(openFileName(editor, pane));
-    editor.remembered().noteFile(openFilePath(editor, pane), own);
+    editor.remembered().noteFile(openFilePath(editor, pane), protectionOf(openFileName(editor, pane)));
     if (!editor.DtbAperto(0) || !editor.DtbAperto(1))
         return;
-    const Protection other = protectionOf(openFileName(editor, 1 - pane));
-    editor.remembered().notePair({openFilePath(editor, 0), openFilePath(editor, 1)},
-                                 own == Protection::Open ? other : own);
+    const FilePair pair = openPair(editor);
+    if (pair.left != pair.right) // a file beside itself is no pair to come back to
+        editor.remembered().notePair(pair, protectionOfPair(editor));
 }
 
 } // namespace qir

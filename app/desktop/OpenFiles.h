@@ -10,6 +10,10 @@ QString openFileName(const EditorContext &editor, int pane);
 /// The absolute path of the file that this name stands for; "" for a pane without one.
 QString openFilePath(const EditorContext &editor, int pane);
 
+/// The files of both panes, and whether either is protected.
+FilePair openPair(const EditorContext &editor);
+Protection protectionOfPair(const EditorContext &editor);
+
 Protection protectionOf(const QString &fileName);
 
 /// What a pane has just opened or saved is the newest of the recent files, and with the other pane's the newest pair.

@@ -2,12 +2,17 @@
 
 #include "compare/DifferingTables.h"
 #include "db/FieldTypes.h"
+#include "db/StoredText.h"
 #include "pane/StatusLine.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 
 #include <QDate>
 #include <QTime>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
 
 namespace qir {
 
@@ -31,6 +36,25 @@ struct FieldWords {
 FieldWords fieldWords(const QString &header) {
     const qsizetype bracket = header.lastIndexOf(u" ["_s);
     return bracket < 0 ? FieldWords{header, {}} : FieldWords{header.left(bracket), header.mid(bracket + 2).chopped(1)};
+}
+
+/// The code of a type's name, 0 for none.
+int typeCode(const QString &name) {
+    for (const auto &type : fieldTypeNames)
+        if (name == DBTypeName(static_cast<int>(type.code)))
+            return static_cast<int>(type.code);
+    return 0;
+}
+
+template<class Integer>
+QString rangeWords() {
+    using Limits = std::numeric_limits<Integer>;
+    return StatusState::tr("%1 to %2").arg(Limits::min()).arg(Limits::max());
+}
+
+/// As a field's size counts them.
+qsizetype codePoints(const QString &text) {
+    return text.size() - std::ranges::count_if(text, [](QChar unit) { return unit.isLowSurrogate(); });
 }
 
 QString joined(QStringList parts) {
@@ -59,7 +83,7 @@ void StatusState::show() {
     m_editor.status().setState(left(), right());
 }
 
-QString StatusState::left() const {
+QString StatusState::left() {
     const int pane = m_editor.IndexAttivo();
     if (pane < 0 || !m_editor.DtbAperto(pane) || m_editor.ListaTabelle(pane).ListIndex() < 0)
         return {};
@@ -71,23 +95,69 @@ QString StatusState::tableAndRecord(int pane) const {
     const Grid &grid = m_editor.Tabella(pane);
     if (!m_editor.pane(pane).realTableSelected())
         return joined({table, tr("missing here")});
+    const QString shown = grid.showsAll()             ? QString()
+                          : grid.shownRowCount() == 0 ? tr("no differences to show")
+                                                      : tr("%1 shown").arg(grid.shownRowCount());
     if (!grid.Visible() || grid.Row() < 1)
-        return table;
-    return joined({table, tr("record %1 of %2").arg(grid.RowData(grid.Row())).arg(grid.Rows() - 1)});
+        return joined({table, shown});
+    return joined({table, tr("record %1 of %2").arg(grid.RowData(grid.Row())).arg(grid.Rows() - 1), shown});
 }
 
-QString StatusState::cell(int pane) const {
+QString StatusState::cell(int pane) {
     const Grid &grid = m_editor.Tabella(pane);
     // The empty column of a table without fields stands for none.
     if (!grid.Visible() || grid.Row() < 1 || grid.ColData(grid.Col()) < 1)
         return {};
     const FieldWords field = fieldWords(grid.TextMatrix(0, grid.Col()));
-    QString text = grid.TextMatrix(grid.Row(), grid.Col());
-    if (field.type == DBTypeName(static_cast<int>(FieldType::Date)))
-        text = readableDate(text);
-    if (text.size() > longestText)
-        text = text.left(longestText) + u'…';
-    return joined({tr("%1: %2").arg(field.name, field.type), text.simplified()});
+    const int type = typeCode(field.type);
+    const QString text = grid.TextMatrix(grid.Row(), grid.Col());
+    const int size = type == static_cast<int>(FieldType::Text) ? sizeOfField(pane) : 0;
+    const auto shortened = [](const QString &whole) {
+        return (whole.size() > longestText ? whole.left(longestText) + u'…' : whole).simplified();
+    };
+    const QString shown = type == static_cast<int>(FieldType::Date) ? readableDate(text) : text;
+    const bool unlike = grid.isUnlikeStored(grid.Row(), grid.Col()) && size >= 0;
+    return joined({tr("%1: %2").arg(field.name, field.type), shortened(shown),
+                   unlike ? tr("stored: %1").arg(shortened(storedText(type, size, text))) : QString(),
+                   room(type, size, text)});
+}
+
+QString StatusState::room(int type, int size, const QString &text) {
+    switch (static_cast<FieldType>(type)) {
+    case FieldType::Bool:
+        return tr("0 or 1");
+    case FieldType::Byte:
+        return rangeWords<std::uint8_t>();
+    case FieldType::Int:
+        return rangeWords<std::int16_t>();
+    case FieldType::Long:
+        return rangeWords<std::int32_t>();
+    case FieldType::Text:
+        return size < 0 || text.isEmpty() ? QString() : tr("%1 of %2 characters").arg(codePoints(text)).arg(size);
+    default:
+        return {};
+    }
+}
+
+int StatusState::sizeOfField(int pane) {
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    KnownSize &known = m_sizes.at(static_cast<std::size_t>(pane));
+    const QString &table = m_editor.pane(pane).TabellaMostrata();
+    const Grid &grid = m_editor.Tabella(pane);
+    const int field = grid.ColData(grid.Col());
+    const bool isSameField = known.size >= 0 && known.table == table && known.field == field;
+    // What is typed changes no field.
+    if (isSameField && (known.revision == database.revision() || m_editor.RigaEdit() > 0))
+        return known.size;
+    known = {table, field, -1, 0};
+    try {
+        m_editor.pane(pane).makeShownTableCurrent();
+        known.size = database.QIRTableFieldSize(field).toInt();
+        known.revision = database.revision();
+    } catch (const std::exception &) { // told by whoever needs the answer
+        known.size = -1;
+    }
+    return known.size;
 }
 
 bool StatusState::hasChanged(int pane) {

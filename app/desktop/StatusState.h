@@ -24,15 +24,27 @@ public:
     void show();
 
 private:
-    QString left() const;
+    QString left();
     QString right();
     QString tableAndRecord(int pane) const;
-    QString cell(int pane) const;
+    QString cell(int pane);
+    /// What a field of a type takes: the range of a number, how many of its characters a text has; "" for the others.
+    static QString room(int type, int size, const QString &text);
+    /// The size of the current cell's field, -1 where it is not known.
+    int sizeOfField(int pane);
     QString records() const;
     bool hasChanged(int pane);
 
     EditorContext &m_editor;
     const DifferingTables &m_tables;
+    /// The size of a text field that was asked for last, and when.
+    struct KnownSize {
+        QString table;
+        int field = 0;
+        int size = -1; // not known
+        std::uint64_t revision = 0;
+    };
+    std::array<KnownSize, 2> m_sizes;
     /// What the component last said, and at which of its revisions.
     struct Changed {
         bool flag = false;

@@ -1,9 +1,10 @@
 #include "app/look/ToolBar.h"
 
+#include "app/look/LineIcon.h"
+
 #include <QAction>
 #include <QIcon>
 #include <QMainWindow>
-#include <QStyle>
 #include <QToolBar>
 
 namespace qir {
@@ -18,18 +19,23 @@ constexpr auto hidden = "hidden"_L1;
 
 struct Entry {
     Command command;
-    const char *themeIcon;
-    QStyle::StandardPixmap ownIcon; ///< Where the desktop's icon theme has none.
+    const char *icon; ///< Of the desktop's theme, or, where that has none, our own.
+    bool endsGroup = false;
 };
 
 constexpr Entry entries[] = {
-    {Command::NewDatabase, "document-new", QStyle::SP_FileIcon},
-    {Command::OpenDatabase, "document-open", QStyle::SP_DirOpenIcon},
-    {Command::SaveMenu, "document-save", QStyle::SP_DialogSaveButton},
-    {Command::CloseDatabaseMenu, "document-close", QStyle::SP_DialogCloseButton},
-    {Command::TwoMenu, "view-split-left-right", QStyle::SP_FileDialogListView},
-    {Command::CompareAgainMenu, "view-refresh", QStyle::SP_BrowserReload},
-    {Command::HelpKeysMenu, "help-contents", QStyle::SP_DialogHelpButton},
+    {Command::NewDatabase, "document-new"},
+    {Command::OpenDatabase, "document-open"},
+    {Command::SaveMenu, "document-save"},
+    {Command::CloseDatabaseMenu, "document-close", true},
+    {Command::UndoMenu, "edit-undo"},
+    {Command::RedoMenu, "edit-redo"},
+    {Command::FindMenu, "edit-find", true},
+    {Command::TwoMenu, "view-split-left-right"},
+    {Command::CompareAgainMenu, "view-refresh"},
+    {Command::PreviousDifferenceMenu, "go-up"},
+    {Command::NextDifferenceMenu, "go-down", true},
+    {Command::GuideMenu, "help-contents"},
 };
 
 } // namespace
@@ -46,10 +52,12 @@ void ToolBar::build(QMainWindow &window) {
     m_bar->setContextMenuPolicy(Qt::PreventContextMenu); // the window's own would take the bar away behind our back
     for (const Entry &entry : entries) {
         QAction &action = m_editor.controls.action(entry.command);
-        action.setIcon(
-            QIcon::fromTheme(QLatin1StringView(entry.themeIcon), window.style()->standardIcon(entry.ownIcon)));
+        const QString name = QLatin1StringView(entry.icon);
+        action.setIcon(QIcon::fromTheme(name, lineIcon(name)));
         action.setIconVisibleInMenu(false);
         m_bar->addAction(&action);
+        if (entry.endsGroup)
+            m_bar->addSeparator();
     }
     const bool isShown = m_editor.remembered().choice(choiceKey, hidden) == shown;
     m_editor.controls.action(Command::ToolBarMenu).setChecked(isShown);

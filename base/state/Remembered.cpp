@@ -132,8 +132,15 @@ QList<FilePair> Remembered::pairs() const {
 
 void Remembered::noteFile(const QString &path, Protection protection) {
     const bool keep = mayKeep(protection);
+    const auto names = [&](const QJsonObject &entry) {
+        const FilePair pair = pairIn(entry);
+        return pair.left == path || pair.right == path;
+    };
     change([&](QJsonObject &state) {
         removeFrom(state, filesKey, [&](const QJsonObject &entry) { return pathIn(entry, pathKey) == path; });
+        if (!keep) // it may have been an open file until now
+            for (const QLatin1StringView key : {pairsKey, keysKey})
+                removeFrom(state, key, names);
         if (keep)
             putFirst(state, filesKey, withProtection({{pathKey, path}}, protection), mostFiles);
     });

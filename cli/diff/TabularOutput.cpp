@@ -32,12 +32,8 @@ public:
     TabularTable(QByteArray &out, const TableDifference &table, const QirDatabase &left, const QirDatabase &right)
         : m_out(out)
         , m_table(table)
-        , m_columns(reportColumns(table, left, right)) {
-        if (table.kind != AlignedRowKind::RightOnly)
-            m_left.emplace(left);
-        if (table.kind != AlignedRowKind::LeftOnly)
-            m_right.emplace(right);
-    }
+        , m_reported(table, left, right)
+        , m_columns(m_reported.columns()) {}
 
     void write(const OutputSink &sink) {
         m_out += "## " + printableText(m_table.name).toUtf8() + '\n';
@@ -78,18 +74,18 @@ private:
     }
 
     void writeRow(const ReportRow &row) {
-        std::vector<QString> olds(m_columns.size());
-        std::vector<QString> news(m_columns.size());
+        std::vector<std::optional<QString>> olds(m_columns.size());
+        std::vector<std::optional<QString>> news(m_columns.size());
         bool changed = false;
         QString arrow = u"->"_s;
         for (std::size_t i = 0; i < m_columns.size(); ++i) {
             const ReportColumn &column = m_columns[i];
-            if (column.left != 0 && row.records.left != 0)
-                olds[i] = cellText(m_left->cell(row.records.left, column.left));
-            if (column.right != 0 && row.records.right != 0)
-                news[i] = cellText(m_right->cell(row.records.right, column.right));
+            if (const auto cell = m_reported.left(row, column))
+                olds[i] = cellText(*cell);
+            if (const auto cell = m_reported.right(row, column))
+                news[i] = cellText(*cell);
             changed = changed || (row.differs[i] && column.left != 0 && column.right != 0);
-            while (olds[i].contains(arrow) || news[i].contains(arrow))
+            while (olds[i].value_or(QString()).contains(arrow) || news[i].value_or(QString()).contains(arrow))
                 arrow.prepend(u'-');
         }
         const bool both = row.change == RecordChange::Changed;
@@ -99,13 +95,10 @@ private:
         m_out += both ? (changed ? arrow.toLatin1() : QByteArray("+"))
                       : QByteArray(row.change == RecordChange::Added ? "+++" : "---");
         for (std::size_t i = 0; i < m_columns.size(); ++i) {
-            const ReportColumn &column = m_columns[i];
-            const bool inLeft = column.left != 0 && row.records.left != 0;
-            const bool inRight = column.right != 0 && row.records.right != 0;
-            if (inLeft && inRight && row.differs[i])
-                value(quotedValue(olds[i]) + arrow + quotedValue(news[i]));
-            else if (inLeft || inRight)
-                value(inLeft ? olds[i] : news[i]);
+            if (olds[i] && news[i] && row.differs[i])
+                value(quotedValue(*olds[i]) + arrow + quotedValue(*news[i]));
+            else if (olds[i] || news[i])
+                value(olds[i] ? *olds[i] : *news[i]);
             else
                 m_out += ',';
         }
@@ -114,9 +107,8 @@ private:
 
     QByteArray &m_out;
     const TableDifference &m_table;
-    std::vector<ReportColumn> m_columns;
-    std::optional<CurrentTable> m_left;
-    std::optional<CurrentTable> m_right;
+    ReportedTable m_reported;
+    const std::vector<ReportColumn> &m_columns;
 };
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "cli/WholeFile.h"
 #include "cli/tables/ColumnValues.h"
 #include "cli/tables/FieldHeader.h"
+#include "cli/tables/Portions.h"
 #include "cli/tables/TableWriter.h"
 
 #include <QDir>
@@ -30,9 +31,8 @@ CsvImport CsvImport::read(const QString &csv, const QString &table, std::optiona
     Session::runOn(csv, [&] { read = CsvTable::read(readWholeFile(csv), delimiter); });
     if (!read)
         throw FileError(csv, read.error().text);
-    CsvImport import(csv, table, std::move(*read));
-    (void)import.fields(); // a header that is wrong is found now
-    return import;
+    std::vector<FieldInfo> fields = fieldsOf(*read, csv); // a header that is wrong is found now
+    return {csv, table, std::move(*read), std::move(fields)};
 }
 
 std::vector<CsvImport> CsvImport::readFolder(const QString &folder, std::optional<char> delimiter) {
@@ -46,52 +46,44 @@ std::vector<CsvImport> CsvImport::readFolder(const QString &folder, std::optiona
     return imports;
 }
 
-std::vector<FieldInfo> CsvImport::fields() const {
+std::vector<FieldInfo> CsvImport::fieldsOf(const CsvTable &table, const QString &csv) {
     std::vector<FieldInfo> fields;
-    for (std::size_t column = 0; column < static_cast<std::size_t>(m_table.header().size()); ++column) {
-        Result<FieldInfo> field = columnField(m_table, column);
+    for (Result<FieldInfo> &field : columnFields(table)) {
         if (!field)
-            throw FileError(m_csv, field.error().text);
+            throw FileError(csv, field.error().text);
         fields.push_back(std::move(*field));
     }
     return fields;
 }
 
-std::vector<int> CsvImport::standingFields(const TableInfo &table) const {
-    std::vector<int> places;
+std::vector<ColumnName> CsvImport::names() const {
+    std::vector<ColumnName> names;
     for (const QString &text : m_table.header()) {
         const Result<FieldHeader> header = parseFieldHeader(text);
-        const int field = header ? fieldNumber(table.fields, header->name) : 0;
-        if (field == 0)
-            throw FileError(m_csv, u"the table \"%1\" has no field \"%2\""_s.arg(table.name, header->name));
-        const FieldType type = table.fields[static_cast<std::size_t>(field) - 1].type;
-        if (header->type && *header->type != type)
-            throw FileError(m_csv, u"the field \"%1\" of the table \"%2\" is %3, not %4"_s.arg(
-                                       header->name, table.name, typeName(type), typeName(*header->type)));
-        if (std::ranges::find(places, field) != places.end())
-            throw FileError(m_csv, u"the field \"%1\" has two columns"_s.arg(header->name));
-        places.push_back(field);
+        names.push_back(header ? ColumnName{header->name, header->type} : ColumnName{text, std::nullopt});
     }
-    return places;
+    return names;
 }
 
 void CsvImport::storeRecords(const QirDatabase &database, const TableInfo &table,
                              const std::vector<int> &places) const {
+    std::vector<FieldInfo> fields;
+    for (const int place : places)
+        fields.push_back(table.fields[static_cast<std::size_t>(place) - 1]);
     Progress progress(m_csv, static_cast<qint64>(m_table.records()));
-    QString text;
-    for (std::size_t record = 0; record < m_table.records(); ++record) {
-        database.AddRecord();
-        database.setQIRTableRecordsPointerOut(table.records + static_cast<int>(record) + 1);
-        for (std::size_t column = 0; column < places.size(); ++column) {
-            const FieldInfo &field = table.fields[static_cast<std::size_t>(places[column]) - 1];
-            m_table.readValue(record, column, text);
-            const Result<QVariant> value = importedValue(field, text);
-            if (!value)
-                throw FileError(m_csv, u"record %1, field \"%2\": \"%3\" %4"_s.arg(
-                                           QString::number(record + 1), field.name, text, value.error().text));
-            database.setQIRTableRecordSetByIndex(places[column], *value);
+    RecordAppender appender(database, table.records, places);
+    std::size_t done = 0;
+    for (const CsvPortion &records : m_table.portions()) {
+        auto columns = importedColumns(fields, records);
+        if (!columns) {
+            const UnfitValue &value = columns.error();
+            throw FileError(m_csv, u"record %1, field \"%2\": \"%3\" %4"_s.arg(QString::number(done + value.record + 1),
+                                                                               fields[value.column].name, value.text,
+                                                                               value.reason));
         }
-        progress.step();
+        appender.append({0, static_cast<int>(records.records()), std::move(*columns)});
+        done += records.records();
+        progress.reach(static_cast<qint64>(done));
     }
 }
 
@@ -101,20 +93,19 @@ void CsvImport::store(const QirDatabase &database, Standing standing) const {
         if (there == 0)
             refuse(u"there is no table \"%1\" that the records could be added to"_s.arg(m_name));
         const TableInfo table = chooseTable(database, database.QIRTableName(there));
-        storeRecords(database, table, standingFields(table));
+        storeRecords(database, table, standingFields(m_csv, table, names()));
         return;
     }
-    const std::vector<FieldInfo> made = fields();
     if (there == 0) {
-        addEmptyTable(database, m_name, made);
+        addEmptyTable(database, m_name, m_fields);
     } else {
         database.QIRTableRecordSource(database.QIRTableName(there));
         emptyTable(database);
-        addFields(database, made);
+        addFields(database, m_fields);
     }
-    std::vector<int> places(made.size());
+    std::vector<int> places(m_fields.size());
     std::iota(places.begin(), places.end(), 1);
-    storeRecords(database, {m_name, made, 0}, places);
+    storeRecords(database, {m_name, m_fields, 0}, places);
 }
 
 } // namespace qir

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/exchange/TableIntake.h"
 #include "cli/tables/CsvTable.h"
 #include "cli/tables/TableReader.h"
 
@@ -9,13 +10,6 @@
 #include <vector>
 
 namespace qir {
-
-/// What becomes of a table that has the name already.
-enum class Standing {
-    Refused,  ///< It stays, and the import fails.
-    Replaced, ///< It gets the fields and records of the import, and keeps its place.
-    Extended, ///< It gets its records; one must be there.
-};
 
 /// A CSV file that is to become a table, or to be added to one. Everything that is wrong with the file alone is found
 /// when it is read, before a database is touched.
@@ -32,19 +26,20 @@ public:
     void store(const QirDatabase &database, Standing standing) const;
 
 private:
-    CsvImport(QString csv, QString name, CsvTable table)
+    CsvImport(QString csv, QString name, CsvTable table, std::vector<FieldInfo> fields)
         : m_csv(std::move(csv))
         , m_name(std::move(name))
-        , m_table(std::move(table)) {}
+        , m_table(std::move(table))
+        , m_fields(std::move(fields)) {}
 
-    std::vector<FieldInfo> fields() const;
-    /// The fields of the current table that the columns go to, by their names.
-    std::vector<int> standingFields(const TableInfo &table) const;
+    static std::vector<FieldInfo> fieldsOf(const CsvTable &table, const QString &csv);
+    std::vector<ColumnName> names() const;
     void storeRecords(const QirDatabase &database, const TableInfo &table, const std::vector<int> &places) const;
 
     QString m_csv;
     QString m_name;
     CsvTable m_table;
+    std::vector<FieldInfo> m_fields; // of a table that is made of it
 };
 
 } // namespace qir

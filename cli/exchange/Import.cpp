@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/Session.h"
 #include "cli/exchange/CsvImport.h"
+#include "cli/exchange/ExchangeSource.h"
 
 #include <QFileInfo>
 
@@ -17,6 +18,9 @@ struct Arguments {
     std::string table;
     std::string csv;
     std::string delimiter;
+    std::string from;
+    std::string schema;
+    std::vector<std::string> tables;
     std::string passwordFile;
     bool replace = false;
     bool append = false;
@@ -56,8 +60,10 @@ std::vector<CsvImport> readAll(const Arguments &arguments) {
 
 void importTables(const Arguments &arguments) {
     const Standing standing = standingOf(arguments);
+    if (!arguments.tables.empty() || !arguments.schema.empty())
+        throw std::runtime_error("--table and --schema go with --from");
     const std::vector<CsvImport> imports = readAll(arguments);
-    Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
+    Session session = Session::openToChange(argumentText(arguments.file), arguments.passwordFile);
     session.run([&] {
         for (const CsvImport &import : imports)
             import.store(session.database(), standing);
@@ -65,14 +71,42 @@ void importTables(const Arguments &arguments) {
     });
 }
 
+/// From other databases: the one argument behind the file is where they are.
+void importFrom(const Arguments &arguments) {
+    const Standing standing = standingOf(arguments);
+    if (!arguments.csv.empty())
+        throw std::runtime_error("--from takes one source; --table chooses tables of it");
+    if (!arguments.delimiter.empty())
+        throw std::runtime_error("--delimiter is for CSV files");
+    const QString source = argumentText(arguments.table);
+    QStringList tables;
+    for (const std::string &table : arguments.tables)
+        tables += argumentText(table);
+    Session session = Session::openToChange(argumentText(arguments.file), arguments.passwordFile);
+    TableIntake intake(session, standing, tables);
+    if (arguments.from == "json")
+        takeJsonLines(source, intake);
+    else if (arguments.from == "sqlite")
+        takeSqlite(source, intake);
+    else
+        takePostgres(source, schemaOf(arguments.schema, session.file()), intake);
+    session.run([&] { session.save(); });
+}
+
 } // namespace
+
+QString schemaOf(const std::string &given, const QString &file) {
+    return given.empty() ? QFileInfo(file).completeBaseName() : argumentText(given);
+}
 
 void addImport(CLI::App &program, Exit &) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "import", "Add tables from CSV files")
+    Command(program, "import", "Add tables from CSV files, JSON lines, SQLite and PostgreSQL")
         .argument("FILE", arguments->file, "The database")
-        .argument("TABLE", arguments->table,
-                  "The table; or, alone, a folder: each file *.csv in it is a table of its name")
+        .argument(
+            "TABLE", arguments->table,
+            "The table; or, alone, a folder: each file *.csv in it is a table of its name; with --from the source: a "
+            "file, or what libpq takes for a connection")
         .optional("CSV", arguments->csv,
                   "The file to read, UTF-8, with a header line of names, each with its type where it is not to be "
                   "guessed: Speed[long], Name[text:20]; - is the standard input")
@@ -80,8 +114,13 @@ void addImport(CLI::App &program, Exit &) {
         .flag("--replace", arguments->replace, "Replace the fields and records of the table that stands there")
         .option("--delimiter", arguments->delimiter, "C",
                 "What separates the values instead of a comma: a character, or tab")
+        .choice("--from", arguments->from, {"sqlite", "json", "postgresql"},
+                "Take the tables of a SQLite database, of JSON lines (as dump --format json prints them), or of a "
+                "schema of PostgreSQL")
+        .options("--table", arguments->tables, "NAME", "With --from: only this table; may be repeated")
+        .option("--schema", arguments->schema, "NAME", "PostgreSQL: the schema, instead of the file's base name")
         .passwordFile(arguments->passwordFile)
-        .run([arguments] { importTables(*arguments); });
+        .run([arguments] { arguments->from.empty() ? importTables(*arguments) : importFrom(*arguments); });
 }
 
 } // namespace qir

@@ -1,8 +1,8 @@
 #include "base/FileNames.h"
+#include "base/state/KeptFiles.h"
 #include "cli/Commands.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
-#include "cli/kept/KeptFiles.h"
 #include "cli/kept/Restore.h"
 #include "cli/tables/JsonText.h"
 #include "cli/tables/TextTable.h"
@@ -34,7 +34,7 @@ void listJson(const std::vector<KeptFile> &versions) {
     int number = 0;
     for (const KeptFile &kept : versions) {
         out += "{\"number\": " + QByteArray::number(++number) + ", \"kept\": ";
-        appendJsonString(out, kept.what);
+        appendJsonString(out, keptWord(kept.kind));
         out += ", \"time\": ";
         appendJsonString(out, kept.time.toString(Qt::ISODate));
         out += ", \"file\": ";
@@ -50,7 +50,7 @@ void listText(const std::vector<KeptFile> &versions) {
     for (const QString &heading : {u"Kept"_s, u"Time"_s, u"File"_s})
         lines.addColumn(heading, TextTable::Align::Left);
     const auto valuesOf = [](int number, const KeptFile &kept) {
-        return std::array{QString::number(number), kept.what, timeText(kept), kept.path};
+        return std::array{QString::number(number), keptWord(kept.kind), timeText(kept), kept.path};
     };
     int number = 0;
     for (const KeptFile &kept : versions)

@@ -1,9 +1,9 @@
 #include "cli/kept/Restore.h"
 
 #include "base/StagedFile.h"
+#include "base/state/KeptFiles.h"
 #include "cli/FileError.h"
 #include "cli/WholeFile.h"
-#include "cli/kept/KeptFiles.h"
 
 #include <QFile>
 
@@ -46,7 +46,7 @@ StagedFile stagedFile(FileOps &ops, const QString &file, const ResolvedPath &pat
 QString keepExchanged(StagedFile &staged, const QString &file, const ResolvedPath &path) {
     constexpr int tries = 100;
     for (int number = 1; number <= tries; ++number) {
-        const QString name = keptName(QFile::decodeName(path.name.c_str()), u"replaced"_s, number);
+        const QString name = keptName(QFile::decodeName(path.name.c_str()), KeptKind::Replaced, number);
         const auto named = staged.renameTemporary(systemPath(name));
         if (named)
             return name;

@@ -1,8 +1,10 @@
 #include "cli/tables/CsvText.h"
 
+#include "cli/tables/CellText.h"
 #include "cli/tables/FieldHeader.h"
 
 #include <algorithm>
+#include <array>
 
 namespace qir {
 
@@ -16,6 +18,21 @@ bool needsQuotes(QStringView value) {
     // Semicolons and tabs too: a header line may seem to be separated by them.
     static constexpr QStringView separators = u",;\t\"\n\r";
     return std::ranges::any_of(value, [](QChar unit) { return separators.contains(unit); });
+}
+
+/// Characters that are written as they are wherever they stand; others need a closer look.
+constexpr std::array<bool, 256> plainBytes = [] {
+    std::array<bool, 256> plain{};
+    for (unsigned code = 0x21; code < 0x7F; ++code)
+        plain[code] = code != ',' && code != ';' && code != '"';
+    return plain;
+}();
+
+bool isPlain(QByteArrayView text) {
+    const auto plain = [](char byte) { return plainBytes[static_cast<unsigned char>(byte)]; };
+    const auto plainInside = [&plain](char byte) { return plain(byte) || byte == ' '; };
+    return !text.isEmpty() && plain(text.front()) && plain(text.back()) &&
+           std::all_of(text.begin(), text.end(), plainInside);
 }
 
 /// Whether a spreadsheet would compute the text, some of them without the blanks in front of it.
@@ -52,18 +69,28 @@ void appendCsvHeader(QByteArray &out, const TableInfo &table, Formulas formulas)
     out += '\n';
 }
 
-void appendCsvRecord(QByteArray &out, const TableInfo &table, const QStringList &values, Formulas formulas) {
-    qsizetype k = 0;
-    for (const FieldInfo &field : table.fields) {
-        if (k > 0)
-            out += ',';
-        ++k;
-        if (field.type == FieldType::Text)
-            appendCsvText(out, values.at(k), formulas);
-        else
-            appendCsvValue(out, values.at(k));
+void appendCsvRecords(QByteArray &out, const Portion &portion, int from, int to, Formulas formulas) {
+    TextWriter writer(out);
+    QByteArray quoted;
+    for (int record = from; record < to; ++record) {
+        bool isFirst = true;
+        for (const ColumnBlock &column : portion.columns) {
+            if (!isFirst)
+                writer.put(',');
+            isFirst = false;
+            if (!column.isText()) {
+                writer.number(column, record);
+            } else if (const QByteArrayView text = column.textBytes(record);
+                       formulas == Formulas::Plain && isPlain(text)) {
+                writer.put(text);
+            } else {
+                quoted.resize(0);
+                appendCsvText(quoted, column.text(record), formulas);
+                writer.put(quoted);
+            }
+        }
+        writer.put('\n');
     }
-    out += '\n';
 }
 
 } // namespace qir

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/tables/Portions.h"
 #include "cli/tables/TableReader.h"
 
 #include <QByteArray>
@@ -22,8 +23,7 @@ enum class Formulas {
 void appendCsvText(QByteArray &out, const QString &text, Formulas formulas);
 /// Appends the header line of a table, each field with its type.
 void appendCsvHeader(QByteArray &out, const TableInfo &table, Formulas formulas = Formulas::Plain);
-/// Appends a record; values[0] is unused.
-void appendCsvRecord(QByteArray &out, const TableInfo &table, const QStringList &values,
-                     Formulas formulas = Formulas::Plain);
+/// Appends records of a portion, counted from 0.
+void appendCsvRecords(QByteArray &out, const Portion &portion, int from, int to, Formulas formulas);
 
 } // namespace qir

@@ -2,8 +2,10 @@
 
 #include "base/LeadingNumber.h"
 #include "base/NumberText.h"
+#include "cli/tables/CellText.h"
 #include "cli/tables/FieldHeader.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace qir {
@@ -33,6 +35,12 @@ void appendControl(QByteArray &out, unsigned char code) {
         std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(code));
         out += escape;
     }
+}
+
+/// As it is written between the quotes.
+bool isPlain(QByteArrayView text) {
+    return std::ranges::all_of(text,
+                               [](char byte) { return byte >= 0x20 && byte < 0x7F && byte != '"' && byte != '\\'; });
 }
 
 } // namespace
@@ -80,16 +88,28 @@ void appendJsonTable(QByteArray &out, const TableInfo &table) {
     out += "], \"records\": " + QByteArray::number(table.records) + "}\n";
 }
 
-void appendJsonRecord(QByteArray &out, const TableInfo &table, const QStringList &values) {
-    out += '[';
-    qsizetype k = 0;
-    for (const FieldInfo &field : table.fields) {
-        if (k > 0)
-            out += ", ";
-        ++k;
-        appendJsonCell(out, field.type, values.at(k));
+void appendJsonRecords(QByteArray &out, const Portion &portion, int from, int to) {
+    TextWriter writer(out);
+    QByteArray escaped;
+    for (int record = from; record < to; ++record) {
+        QByteArrayView separator = "[";
+        for (const ColumnBlock &column : portion.columns) {
+            writer.put(separator);
+            separator = ", ";
+            if (!column.isText()) {
+                writer.number(column, record);
+            } else if (const QByteArrayView text = column.textBytes(record); isPlain(text)) {
+                writer.put('"');
+                writer.put(text);
+                writer.put('"');
+            } else {
+                escaped.resize(0);
+                appendJsonString(escaped, column.text(record));
+                writer.put(escaped);
+            }
+        }
+        writer.put(portion.columns.empty() ? "[]\n" : "]\n");
     }
-    out += "]\n";
 }
 
 } // namespace qir

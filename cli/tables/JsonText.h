@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/tables/Portions.h"
 #include "cli/tables/TableReader.h"
 
 #include <QByteArray>
@@ -14,7 +15,8 @@ void appendJsonString(QByteArray &out, QStringView text);
 void appendJsonCell(QByteArray &out, FieldType type, QStringView text);
 /// {"table": NAME, "fields": [{"name": .., "type": "long", "size": 0}, ..], "records": N} and a line end.
 void appendJsonTable(QByteArray &out, const TableInfo &table);
-/// One array of a record's values, numbers as numbers and texts as strings, and a line end; values[0] is unused.
-void appendJsonRecord(QByteArray &out, const TableInfo &table, const QStringList &values);
+/// An array of the values and a line end for each of these records of a portion, numbers as numbers and texts as
+/// strings.
+void appendJsonRecords(QByteArray &out, const Portion &portion, int from, int to);
 
 } // namespace qir

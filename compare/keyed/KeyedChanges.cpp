@@ -29,7 +29,10 @@ void KeyedChanges::show(std::unique_ptr<ComparedTables> compared) {
     m_filtered = false;
     if (m_compared)
         listRows();
+    m_ticked.assign(m_rows.size(), false);
+    m_tickedCount = 0;
     endResetModel();
+    Q_EMIT ticksChanged();
 }
 
 void KeyedChanges::listRows() {
@@ -75,9 +78,56 @@ void KeyedChanges::filter(const std::vector<Kind> &kinds, const QString &text) {
     endResetModel();
 }
 
-const KeyedChanges::Row &KeyedChanges::shownRow(int row) const {
+std::size_t KeyedChanges::indexOf(int row) const {
     const auto index = static_cast<std::size_t>(row);
-    return m_rows[m_filtered ? m_shown[index] : index];
+    return m_filtered ? m_shown[index] : index;
+}
+
+void KeyedChanges::tick(std::size_t row, bool ticked) {
+    if (!m_rows[row].canBeCarried() || m_ticked[row] == ticked)
+        return;
+    m_ticked[row] = ticked;
+    m_tickedCount = ticked ? m_tickedCount + 1 : m_tickedCount - 1;
+}
+
+void KeyedChanges::tickShown(bool ticked) {
+    for (int row = 0; row < rowCount(); ++row)
+        tick(indexOf(row), ticked);
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0, Key), index(rowCount() - 1, Key), {Qt::CheckStateRole});
+    Q_EMIT ticksChanged();
+}
+
+CarriedChanges KeyedChanges::ticked(int to) const {
+    constexpr qsizetype mostWords = 8;
+    CarriedChanges carried;
+    carried.to = to;
+    if (!m_compared)
+        return carried;
+    carried.fields = commonFields(*m_compared->left, *m_compared->right);
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        if (!m_ticked[i])
+            continue;
+        const Row &row = m_rows[i];
+        carried.changes.push_back(
+            {row.records, row.kind == Kind::Changed
+                              ? m_compared->difference.fields.compared[static_cast<std::size_t>(row.field)]
+                              : FieldPair{}});
+        if (carried.words.size() < mostWords)
+            carried.words.append(carriedWords(row, to));
+    }
+    return carried;
+}
+
+QString KeyedChanges::carriedWords(const Row &row, int to) const {
+    const TableSide target = to == 0 ? TableSide::Left : TableSide::Right;
+    const TableSide source = to == 0 ? TableSide::Right : TableSide::Left;
+    if (row.kind == Kind::Changed)
+        return tr("%1: %2 becomes %3, not %4")
+            .arg(keyText(row), fieldText(row), sideText(row, source), sideText(row, target));
+    const bool onTarget = (row.kind == Kind::Removed) == (to == 0);
+    return onTarget ? tr("%1: the record is removed").arg(keyText(row))
+                    : tr("%1: the record is added").arg(keyText(row));
 }
 
 PairedRecords KeyedChanges::recordsOf(int row) const {
@@ -99,9 +149,28 @@ int KeyedChanges::columnCount(const QModelIndex &parent) const {
 }
 
 QVariant KeyedChanges::data(const QModelIndex &index, int role) const {
-    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
+    if (!index.isValid())
+        return {};
+    if (role == Qt::CheckStateRole && index.column() == Key && shownRow(index.row()).canBeCarried())
+        return m_ticked[indexOf(index.row())] ? Qt::Checked : Qt::Unchecked;
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
         return {};
     return text(shownRow(index.row()), static_cast<Column>(index.column()));
+}
+
+bool KeyedChanges::setData(const QModelIndex &index, const QVariant &value, int role) {
+    if (!index.isValid() || role != Qt::CheckStateRole || !shownRow(index.row()).canBeCarried())
+        return false;
+    tick(indexOf(index.row()), value.toInt() == Qt::Checked);
+    Q_EMIT dataChanged(index, index, {Qt::CheckStateRole});
+    Q_EMIT ticksChanged();
+    return true;
+}
+
+Qt::ItemFlags KeyedChanges::flags(const QModelIndex &index) const {
+    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    const bool box = index.isValid() && index.column() == Key && shownRow(index.row()).canBeCarried();
+    return box ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
 QVariant KeyedChanges::headerData(int section, Qt::Orientation orientation, int role) const {

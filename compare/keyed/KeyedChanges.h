@@ -1,5 +1,6 @@
 #pragma once
 
+#include "compare/engine/CarriedChange.h"
 #include "compare/engine/KeyedComparison.h"
 #include "compare/engine/TableSnapshot.h"
 #include "compare/report/KeyedRecords.h"
@@ -21,6 +22,7 @@ struct ComparedTables {
 
 /// The changes of a comparison by key as rows of a view: one for each changed value, each record that was added,
 /// removed or moved, each field of one side and each key that occurs twice. Texts are made when they are asked for.
+/// What can be carried to the other side has a box to tick.
 class KeyedChanges : public QAbstractTableModel {
     Q_OBJECT
 
@@ -42,10 +44,21 @@ public:
     /// The field of the value that a row is about; 0 where it is about none.
     FieldPair fieldOf(int row) const;
 
+    /// Ticks all rows that are shown and can be carried, or none of these.
+    void tickShown(bool ticked);
+    std::size_t tickedCount() const { return m_tickedCount; }
+    /// The ticked rows, shown or not, and the first ones in words, as they are to be on a side (0 left, 1 right).
+    CarriedChanges ticked(int to) const;
+
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+Q_SIGNALS:
+    void ticksChanged();
 
 private:
     struct Row {
@@ -54,10 +67,15 @@ private:
         int field = 0;        ///< Of a value: an element of the compared fields; of one side: its number.
         PairedRecords records;
         int count = 0; ///< Of a key that occurs more than once.
+
+        bool canBeCarried() const { return kind == Kind::Removed || kind == Kind::Changed || kind == Kind::Added; }
     };
 
     void listRows();
-    const Row &shownRow(int row) const;
+    std::size_t indexOf(int row) const;
+    const Row &shownRow(int row) const { return m_rows[indexOf(row)]; }
+    void tick(std::size_t row, bool ticked);
+    QString carriedWords(const Row &row, int to) const;
     QString text(const Row &row, Column column) const;
     QString keyText(const Row &row) const;
     QString changeText(const Row &row) const;
@@ -66,6 +84,8 @@ private:
 
     std::unique_ptr<ComparedTables> m_compared;
     std::vector<Row> m_rows;
+    std::vector<bool> m_ticked; // each of them
+    std::size_t m_tickedCount = 0;
     bool m_filtered = false;
     std::vector<std::uint32_t> m_shown; // of m_rows, while they are filtered
 };

@@ -1,10 +1,11 @@
 #include "compare/keyed/KeyedCommands.h"
 
-#include "base/Collation.h"
+#include "platform/controls/BesideWindow.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qir {
 
@@ -18,8 +19,9 @@ constexpr qint64 mostCellsComparedUnasked = 400'000;
 
 } // namespace
 
-KeyedCommands::KeyedCommands(EditorContext &editor)
-    : m_editor(editor) {
+KeyedCommands::KeyedCommands(EditorContext &editor, KeyedActions actions)
+    : m_editor(editor)
+    , m_actions(std::move(actions)) {
     m_due.setSingleShot(true);
     m_due.setInterval(pauseBeforeComparing);
     connect(&m_due, &QTimer::timeout, this, [this] {
@@ -36,18 +38,35 @@ void KeyedCommands::addCommands() {
 }
 
 void KeyedCommands::DifferencesByKeyMenu_Click() {
-    if (m_window == nullptr) {
-        m_window = new KeyedWindow(m_editor.controls.window);
-        connect(m_window, &KeyedWindow::keyChosen, this, &KeyedCommands::remember);
-        connect(m_window, &KeyedWindow::recordsChosen, this, &KeyedCommands::showRecords);
-        connect(m_window, &KeyedWindow::againAsked, this, &KeyedCommands::refresh);
-    }
+    if (m_window == nullptr)
+        openWindow();
     const bool wasOpen = windowOpen();
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
     if (!wasOpen || !isCurrent())
         refresh();
+}
+
+void KeyedCommands::openWindow() {
+    m_window = new KeyedWindow(m_editor.controls.window);
+    moveBeside(*m_window, *m_editor.controls.window);
+    connect(m_window, &KeyedWindow::keyChosen, this,
+            [this](const QStringList &key) { m_actions.rememberKey(m_table, key); });
+    connect(m_window, &KeyedWindow::recordsChosen, this, &KeyedCommands::showRecords);
+    connect(m_window, &KeyedWindow::againAsked, this, &KeyedCommands::refresh);
+    connect(m_window, &KeyedWindow::carryAsked, this, &KeyedCommands::carry);
+    connect(m_window, &KeyedWindow::reportAsked, this,
+            [this] { m_actions.report(m_window->table(), m_window->rules()); });
+}
+
+/// The records that the changes name are those that were compared.
+void KeyedCommands::carry(const CarriedChanges &changes) {
+    if (!isCurrent()) {
+        m_window->setStale();
+        return;
+    }
+    m_actions.carry(changes);
 }
 
 void KeyedCommands::refresh() {
@@ -65,7 +84,7 @@ void KeyedCommands::refresh() {
     }
     m_table = m_editor.pane(0).TabellaMostrata();
     m_revisions = revisions();
-    m_window->showTables(m_table, tables[0], tables[1], m_keys.value(pairName()));
+    m_window->showTables(m_table, tables[0], tables[1], m_actions.rememberedKey(m_table));
 }
 
 void KeyedCommands::settle() {
@@ -96,10 +115,6 @@ bool KeyedCommands::isCurrent() const {
     return m_editor.pane(0).TabellaMostrata() == m_table && revisions() == m_revisions;
 }
 
-void KeyedCommands::remember(const QStringList &key) {
-    m_keys.insert(pairName(), key);
-}
-
 void KeyedCommands::showRecords(const PairedRecords &records, const FieldPair &field) {
     if (!isCurrent()) {
         m_window->setStale();
@@ -118,10 +133,6 @@ void KeyedCommands::showRecord(int pane, int record, int field) {
     const GridSilence silence(grid);
     grid.setSelection(singleCell(record, column));
     grid.bringCellIntoView();
-}
-
-QString KeyedCommands::pairName() const {
-    return m_editor.NomeFileDtb(0) + u'\n' + m_editor.NomeFileDtb(1) + u'\n' + collationKey(m_table);
 }
 
 std::array<std::uint64_t, 2> KeyedCommands::revisions() const {

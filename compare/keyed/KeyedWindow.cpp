@@ -1,15 +1,16 @@
 #include "compare/keyed/KeyedWindow.h"
 
+#include "platform/controls/RowsView.h"
 #include "platform/dialogs/Clipboard.h"
 #include "platform/loop/Guards.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
@@ -50,7 +51,8 @@ KeyedWindow::KeyedWindow(QWidget *parent)
 void KeyedWindow::build() {
     auto *splitter = new QSplitter;
     m_content = splitter;
-    splitter->addWidget(buildKey());
+    m_options = new KeyedOptions;
+    splitter->addWidget(m_options);
     splitter->addWidget(buildChanges());
     splitter->setStretchFactor(1, 1);
     splitter->setChildrenCollapsible(false);
@@ -58,14 +60,16 @@ void KeyedWindow::build() {
     m_status->setObjectName(u"keyedStatus"_s);
     m_status->setTextFormat(Qt::PlainText);
     m_status->setWordWrap(true);
-    m_cancel = new QPushButton(tr("&Stop"));
+    m_cancel = addButton(tr("&Stop"), [this] { m_cancelled = true; });
     m_cancel->setObjectName(u"keyedCancel"_s);
-    m_cancel->hide();
-    m_again = new QPushButton(tr("Compare &Again"));
+    m_again = addButton(tr("Compare &Again"), [this] { runCommand([this] { Q_EMIT againAsked(); }); });
     m_again->setObjectName(u"keyedAgain"_s);
-    m_again->hide();
     for (QPushButton *button : {m_cancel, m_again})
-        button->setAutoDefault(false);
+        button->hide();
+    // Its coming and going must not move what a person is about to click.
+    QSizePolicy kept = m_cancel->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    m_cancel->setSizePolicy(kept);
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(m_status, 1);
     bottom->addWidget(m_again);
@@ -78,22 +82,12 @@ void KeyedWindow::build() {
     resize(fontMetrics().averageCharWidth() * columns, fontMetrics().lineSpacing() * lines);
 }
 
-QWidget *KeyedWindow::buildKey() {
-    auto *side = new QWidget;
-    m_title = new QLabel;
-    m_title->setObjectName(u"keyedTable"_s);
-    m_title->setTextFormat(Qt::PlainText);
-    m_keyView = new QListView;
-    m_keyView->setObjectName(u"keyFields"_s);
-    m_keyView->setAccessibleName(tr("Key fields"));
-    m_keyView->setModel(&m_fields);
-    m_keyView->setUniformItemSizes(true);
-    m_title->setBuddy(m_keyView);
-    auto *layout = new QVBoxLayout(side);
-    layout->setContentsMargins({});
-    layout->addWidget(m_title);
-    layout->addWidget(m_keyView, 1);
-    return side;
+/// A button; never the one that Return in another control presses.
+QPushButton *KeyedWindow::addButton(const QString &caption, const std::function<void()> &pressed) {
+    auto *button = new QPushButton(caption);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, pressed);
+    return button;
 }
 
 QWidget *KeyedWindow::buildChanges() {
@@ -109,16 +103,10 @@ QWidget *KeyedWindow::buildChanges() {
     m_kinds->addItems({tr("All"), tr("Added"), tr("Removed"), tr("Changed"), tr("Moved"), tr("Fields and doubles")});
     m_view = new QTableView;
     m_view->setObjectName(u"keyedChanges"_s);
-    m_view->setAccessibleName(tr("Changes by key"));
+    makeRowsView(*m_view, tr("Changes by key"));
     m_view->setModel(&m_changes);
-    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_view->setWordWrap(false);
-    m_view->setTabKeyNavigation(false);
-    m_view->verticalHeader()->hide();
-    m_view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_view->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + fontMetrics().lineSpacing() / 3);
-    m_view->horizontalHeader()->setStretchLastSection(true);
+    constexpr int columnCharacters = 12;
+    m_view->horizontalHeader()->setDefaultSectionSize(fontMetrics().averageCharWidth() * columnCharacters);
     auto *top = new QHBoxLayout;
     top->addWidget(m_search, 1);
     top->addWidget(m_kinds);
@@ -126,7 +114,27 @@ QWidget *KeyedWindow::buildChanges() {
     layout->setContentsMargins({});
     layout->addLayout(top);
     layout->addWidget(m_view, 1);
+    layout->addWidget(buildCarrying());
     return side;
+}
+
+QWidget *KeyedWindow::buildCarrying() {
+    auto *row = new QWidget;
+    m_tickAll = new QCheckBox(tr("&Tick all"));
+    m_tickAll->setObjectName(u"keyedTickAll"_s);
+    m_carry[0] = addButton(tr("Carry to the &Left..."), [this] { runCommand([this] { carry(0); }); });
+    m_carry[0]->setObjectName(u"keyedCarryLeft"_s);
+    m_carry[1] = addButton(tr("Carry to the &Right..."), [this] { runCommand([this] { carry(1); }); });
+    m_carry[1]->setObjectName(u"keyedCarryRight"_s);
+    m_report = addButton(tr("Re&port..."), [this] { runCommand([this] { Q_EMIT reportAsked(); }); });
+    m_report->setObjectName(u"keyedReport"_s);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins({});
+    layout->addWidget(m_tickAll);
+    layout->addStretch(1);
+    for (QWidget *button : {m_carry[0], m_carry[1], m_report})
+        layout->addWidget(button);
+    return row;
 }
 
 void KeyedWindow::connectControls() {
@@ -135,16 +143,12 @@ void KeyedWindow::connectControls() {
     connect(&m_typed, &QTimer::timeout, this, [this] { runCommand([this] { filterChanges(); }); });
     connect(m_search, &QLineEdit::textChanged, &m_typed, qOverload<>(&QTimer::start));
     connect(m_kinds, &QComboBox::currentIndexChanged, this, [this] { runCommand([this] { filterChanges(); }); });
-    connect(&m_fields, &KeyFields::keyChanged, this, [this] {
-        runCommand([this] {
-            Q_EMIT keyChosen(m_fields.key());
-            compare();
-        });
-    });
+    connect(m_options, &KeyedOptions::keyChosen, this, &KeyedWindow::keyChosen);
+    connect(m_options, &KeyedOptions::changed, this, [this] { runCommand([this] { compare(); }); });
+    connect(&m_changes, &KeyedChanges::ticksChanged, this, &KeyedWindow::showTicks);
+    connect(m_tickAll, &QCheckBox::clicked, this, [this](bool all) { m_changes.tickShown(all); });
     connect(m_view, &QTableView::doubleClicked, this,
             [this](const QModelIndex &index) { runCommand([&] { chooseRow(index); }); });
-    connect(m_cancel, &QPushButton::clicked, this, [this] { m_cancelled = true; });
-    connect(m_again, &QPushButton::clicked, this, [this] { runCommand([this] { Q_EMIT againAsked(); }); });
     auto *copy = new QShortcut(QKeySequence::Copy, m_view, nullptr, nullptr, Qt::WidgetShortcut);
     connect(copy, &QShortcut::activated, this, [this] { runCommand([this] { copyRows(); }); });
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
@@ -159,20 +163,27 @@ void KeyedWindow::showTables(const QString &name, std::shared_ptr<TableSnapshot>
     m_table = name;
     m_left = std::move(left);
     m_right = std::move(right);
-    m_title->setText(tr("Key of %1:").arg(name));
-    QStringList names;
+    QStringList common;
     for (const FieldPair &field : commonFields(*m_left, *m_right))
-        names += m_left->fieldName(field.left);
-    m_fields.setFields(names, key);
-    if (m_fields.key().isEmpty()) {
+        common += m_left->fieldName(field.left);
+    QStringList others;
+    for (const TableSnapshot *table : {m_left.get(), m_right.get()}) {
+        for (int field = 1; field <= table->fields(); ++field) {
+            if (!common.contains(table->fieldName(field)) && !others.contains(table->fieldName(field)))
+                others += table->fieldName(field);
+        }
+    }
+    m_options->setTable(name, common, others, key);
+    showTicks();
+    if (rules().key.isEmpty()) {
         std::optional<QString> proposed;
-        if (!runCancellable([&](const KeyedStep &step) { proposed = proposedKey(*m_left, *m_right, {}, step); })) {
+        if (!runCancellable([&](const KeyedStep &step) { proposed = proposedKey(*m_left, *m_right, rules(), step); })) {
             m_changes.show(nullptr);
             m_status->setText(tr("Stopped. Check the fields of the key."));
             return;
         }
         if (proposed)
-            m_fields.setFields(names, {*proposed});
+            m_options->proposeKey(*proposed);
     }
     compare();
 }
@@ -181,9 +192,8 @@ void KeyedWindow::showNothing(const QString &reason) {
     m_table.clear();
     m_left.reset();
     m_right.reset();
-    m_fields.setFields({}, {});
+    m_options->clear();
     m_changes.show(nullptr);
-    m_title->setText({});
     m_stale = false;
     m_again->hide();
     m_status->setText(reason);
@@ -194,6 +204,7 @@ void KeyedWindow::setStale() {
         return;
     m_stale = true;
     m_again->show();
+    showTicks();
     m_status->setText(tr("The tables have changed since they were compared."));
 }
 
@@ -203,10 +214,10 @@ void KeyedWindow::compare() {
     m_changes.show(nullptr);
     m_stale = false;
     m_again->hide();
-    const KeyedRules rules{m_fields.key(), {}, {}};
-    const auto fields = matchFields(*m_left, *m_right, rules);
+    const KeyedRules wanted = rules();
+    const auto fields = matchFields(*m_left, *m_right, wanted);
     if (!fields) {
-        m_status->setText(m_fields.names().isEmpty()
+        m_status->setText(!m_options->hasFields()
                               ? tr("The tables have no field in common.")
                               : tr("No field has values that are unique on both sides. Check the fields of the key."));
         return;
@@ -215,7 +226,7 @@ void KeyedWindow::compare() {
     compared->left = m_left;
     compared->right = m_right;
     if (!runCancellable([&](const KeyedStep &step) {
-            compared->difference = compareByKey(*m_left, *m_right, *fields, rules.tolerance, step);
+            compared->difference = compareByKey(*m_left, *m_right, *fields, wanted.tolerance, step);
         })) {
         m_status->setText(tr("Stopped. Check the fields of the key."));
         return;
@@ -279,6 +290,21 @@ void KeyedWindow::tellResult() {
 void KeyedWindow::filterChanges() {
     m_typed.stop();
     m_changes.filter(filterKinds()[static_cast<std::size_t>(std::max(m_kinds->currentIndex(), 0))], m_search->text());
+}
+
+void KeyedWindow::showTicks() {
+    const bool any = m_changes.tickedCount() > 0 && !m_stale;
+    for (QPushButton *button : m_carry)
+        button->setEnabled(any);
+    m_tickAll->setEnabled(!m_stale && m_changes.allRows() > 0);
+    if (m_changes.tickedCount() == 0)
+        m_tickAll->setChecked(false);
+    m_report->setEnabled(m_left != nullptr);
+}
+
+void KeyedWindow::carry(int to) {
+    if (!m_stale && m_changes.tickedCount() > 0)
+        Q_EMIT carryAsked(m_changes.ticked(to));
 }
 
 void KeyedWindow::chooseRow(const QModelIndex &index) {

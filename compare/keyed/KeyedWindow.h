@@ -1,19 +1,20 @@
 #pragma once
 
-#include "compare/keyed/KeyFields.h"
 #include "compare/keyed/KeyedChanges.h"
+#include "compare/keyed/KeyedOptions.h"
 
 #include <QDialog>
 #include <QTimer>
 
+#include <array>
 #include <functional>
 #include <memory>
 
 QT_BEGIN_NAMESPACE
+class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
-class QListView;
 class QPushButton;
 class QTableView;
 QT_END_NAMESPACE
@@ -40,12 +41,19 @@ public:
     bool isComparing() const { return m_comparing; }
 
     const KeyedChanges &changes() const { return m_changes; }
+    /// What is compared now, and how.
+    const QString &table() const { return m_table; }
+    KeyedRules rules() const { return m_options->rules(); }
 
 Q_SIGNALS:
     /// The user chose another key.
     void keyChosen(const QStringList &key);
     /// The user asks for a row's records. A field is 0 where the row is about no value.
     void recordsChosen(const PairedRecords &records, const FieldPair &field);
+    /// The ticked changes are to be carried to a side.
+    void carryAsked(const CarriedChanges &changes);
+    /// A report of what is compared is asked for.
+    void reportAsked();
     /// The tables are to be read again.
     void againAsked();
 
@@ -54,8 +62,9 @@ public Q_SLOTS:
 
 private:
     void build();
-    QWidget *buildKey();
     QWidget *buildChanges();
+    QWidget *buildCarrying();
+    QPushButton *addButton(const QString &caption, const std::function<void()> &pressed);
     void connectControls();
     void compare();
     /// Runs what takes long, with a button that ends it. False when it was ended.
@@ -64,8 +73,9 @@ private:
     void filterChanges();
     void chooseRow(const QModelIndex &index);
     void copyRows();
+    void carry(int to);
+    void showTicks();
 
-    KeyFields m_fields;
     KeyedChanges m_changes;
     QString m_table;
     std::shared_ptr<TableSnapshot> m_left;
@@ -75,14 +85,16 @@ private:
     bool m_cancelled = false;
     QTimer m_typed;               // since the last character of the search
     QWidget *m_content = nullptr; ///< All but what tells the state and ends a comparison.
-    QLabel *m_title = nullptr;
-    QListView *m_keyView = nullptr;
+    KeyedOptions *m_options = nullptr;
     QLineEdit *m_search = nullptr;
     QComboBox *m_kinds = nullptr;
     QTableView *m_view = nullptr;
     QLabel *m_status = nullptr;
     QPushButton *m_cancel = nullptr;
     QPushButton *m_again = nullptr;
+    QCheckBox *m_tickAll = nullptr;
+    std::array<QPushButton *, 2> m_carry{};
+    QPushButton *m_report = nullptr;
 };
 
 } // namespace qir

@@ -41,6 +41,7 @@ th { background: var(--head); }
 td { white-space: pre-wrap; }
 td.number { text-align: right; }
 td.differs { background: var(--red); border-left: 4px solid var(--edge); }
+a { color: inherit; }
 del { text-decoration: line-through; }
 ins { text-decoration: underline; }
 .sign { font-weight: bold; }
@@ -138,12 +139,8 @@ public:
     TablePage(QByteArray &out, const TableDifference &table, const QirDatabase &left, const QirDatabase &right)
         : m_out(out)
         , m_table(table)
-        , m_columns(reportColumns(table, left, right)) {
-        if (table.kind != AlignedRowKind::RightOnly)
-            m_left.emplace(left);
-        if (table.kind != AlignedRowKind::LeftOnly)
-            m_right.emplace(right);
-    }
+        , m_reported(table, left, right)
+        , m_columns(m_reported.columns()) {}
 
     void write(std::size_t index, const std::function<void(QByteArray &)> &sink) {
         m_out += "<h2 id=\"t" + number(index) + "\">" + stateSign(m_table) + "<bdi>" + htmlText(m_table.name) +
@@ -217,25 +214,23 @@ private:
     }
 
     void writeCell(const ReportRow &row, const ReportColumn &column, bool differs) {
-        const bool inLeft = column.left != 0 && row.records.left != 0;
-        const bool inRight = column.right != 0 && row.records.right != 0;
+        const std::optional<CellView> left = m_reported.left(row, column);
+        const std::optional<CellView> right = m_reported.right(row, column);
         m_out += differs ? "<td class=\"differs\">" : "<td>";
-        if (inLeft && inRight && differs)
-            m_out += signText(differsSign) + "<del>" + htmlValue(m_left->cell(row.records.left, column.left)) +
-                     "</del> &rarr; <ins>" + htmlValue(m_right->cell(row.records.right, column.right)) + "</ins>";
-        else if (inLeft)
-            m_out +=
-                (differs ? signText(leftSign) : QByteArray()) + htmlValue(m_left->cell(row.records.left, column.left));
-        else if (inRight)
-            m_out += (differs ? signText(rightSign) : QByteArray()) +
-                     htmlValue(m_right->cell(row.records.right, column.right));
+        if (left && right && differs)
+            m_out += signText(differsSign) + "<del>" + htmlValue(*left) + "</del> &rarr; <ins>" + htmlValue(*right) +
+                     "</ins>";
+        else if (left)
+            m_out += (differs ? signText(leftSign) : QByteArray()) + htmlValue(*left);
+        else if (right)
+            m_out += (differs ? signText(rightSign) : QByteArray()) + htmlValue(*right);
         else
             m_out += "<em>nothing</em>";
         m_out += "</td>";
     }
 
     QByteArray keyText(TableSide side, int record) {
-        CurrentTable &table = side == TableSide::Left ? *m_left : *m_right;
+        CurrentTable &table = m_reported.side(side);
         QByteArray text;
         for (const FieldPair &field : m_table.keyed->fields.key)
             text += (text.isEmpty() ? "" : ", ") +
@@ -272,11 +267,10 @@ private:
 
     QByteArray &m_out;
     const TableDifference &m_table;
-    std::vector<ReportColumn> m_columns;
+    ReportedTable m_reported;
+    const std::vector<ReportColumn> &m_columns;
     std::vector<bool> m_shown;
     int m_rows = 0;
-    std::optional<CurrentTable> m_left;
-    std::optional<CurrentTable> m_right;
 };
 
 } // namespace

@@ -113,4 +113,24 @@ void forEachReportRow(const TableDifference &table, const std::vector<ReportColu
     });
 }
 
+ReportedTable::ReportedTable(const TableDifference &table, const QirDatabase &left, const QirDatabase &right)
+    : m_columns(reportColumns(table, left, right)) {
+    if (table.kind != AlignedRowKind::RightOnly)
+        m_left.emplace(left);
+    if (table.kind != AlignedRowKind::LeftOnly)
+        m_right.emplace(right);
+}
+
+std::optional<CellView> ReportedTable::left(const ReportRow &row, const ReportColumn &column) {
+    if (column.left == 0 || row.records.left == 0)
+        return std::nullopt;
+    return m_left->cell(row.records.left, column.left);
+}
+
+std::optional<CellView> ReportedTable::right(const ReportRow &row, const ReportColumn &column) {
+    if (column.right == 0 || row.records.right == 0)
+        return std::nullopt;
+    return m_right->cell(row.records.right, column.right);
+}
+
 } // namespace qir

@@ -4,6 +4,7 @@
 #include "compare/report/KeyedRecords.h"
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace qir {
@@ -27,6 +28,25 @@ struct ReportRow {
     RecordChange change = RecordChange::Changed;
     PairedRecords records;     ///< 0 on a side without it.
     std::vector<bool> differs; ///< Of a changed one, for each column: whether the values differ.
+};
+
+/// A table while its differences are told: its columns, and what stands in them. It must be current on the sides that
+/// have it.
+class ReportedTable {
+public:
+    ReportedTable(const TableDifference &table, const QirDatabase &left, const QirDatabase &right);
+
+    const std::vector<ReportColumn> &columns() const { return m_columns; }
+    /// What a record has in a column; nothing on a side that lacks one of them.
+    std::optional<CellView> left(const ReportRow &row, const ReportColumn &column);
+    std::optional<CellView> right(const ReportRow &row, const ReportColumn &column);
+    /// A side that has the table.
+    CurrentTable &side(TableSide side) { return side == TableSide::Left ? *m_left : *m_right; }
+
+private:
+    std::vector<ReportColumn> m_columns;
+    std::optional<CurrentTable> m_left;
+    std::optional<CurrentTable> m_right;
 };
 
 /// Which records are told.

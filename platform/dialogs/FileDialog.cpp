@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QRegularExpression>
 
 namespace qir {
@@ -42,7 +43,13 @@ Result<QString> reachedByTyping(const QString &typed, const QString &extension) 
     return failure(QObject::tr("'%1' was not found").arg(typed));
 }
 
-/// Finds the file itself: Qt's own would append the extension before it looks.
+/// Whether a dialog is the desktop's: Qt's own has its controls before it shows.
+bool isDesktops(const QFileDialog &dialog) {
+    return dialog.findChild<QLineEdit *>(u"fileNameEdit"_s) == nullptr;
+}
+
+/// Finds the file itself: Qt's own would append the extension before it looks. The desktop's dialog is gone when it
+/// tells what was chosen, so that it ends however that is, and what is wrong is told afterwards.
 class OpenDialog : public QFileDialog {
 public:
     OpenDialog(QWidget *parent, const FileDialogRequest &request, const QString &folder)
@@ -53,27 +60,35 @@ public:
     }
 
     const QString &found() const { return m_found; }
+    /// Why what the desktop's dialog gave cannot be opened; "" when it can.
+    const QString &refusal() const { return m_refusal; }
 
     void accept() override {
         const QString typed = selectedFiles().value(0);
-        if (typed.isEmpty() || QFileInfo(typed).isDir()) {
+        const bool desktops = isDesktops(*this);
+        if (!desktops && (typed.isEmpty() || QFileInfo(typed).isDir())) {
             QFileDialog::accept(); // goes into the folder
             return;
         }
         const Result<QString> reached = reachedByTyping(typed, m_extension);
         if (!reached) {
-            messageBox(this, reached.error().text, u"!"_s);
+            if (desktops)
+                m_refusal = reached.error().text;
+            else
+                messageBox(this, reached.error().text, u"!"_s);
         } else if (QFileInfo(*reached).isDir()) {
             setDirectory(*reached);
         } else {
             m_found = *reached;
-            QDialog::accept();
         }
+        if (desktops || !m_found.isEmpty())
+            QDialog::accept();
     }
 
 private:
     QString m_extension;
     QString m_found;
+    QString m_refusal;
 };
 
 /// The extension that a name filter stands for: that of its first pattern, "" for none.
@@ -103,7 +118,10 @@ bool show(QFileDialog &dialog, const FileDialogRequest &request) {
 
 QString askForFileToOpen(QWidget *parent, const FileDialogRequest &request, const QString &folder) {
     OpenDialog dialog(parent, request, folder);
-    return show(dialog, request) ? dialog.found() : QString();
+    const bool accepted = show(dialog, request);
+    if (!dialog.refusal().isEmpty())
+        messageBox(parent, dialog.refusal(), u"!"_s);
+    return accepted ? dialog.found() : QString();
 }
 
 QString askForFileToSave(QWidget *parent, const FileDialogRequest &request, const QString &folder) {

@@ -67,10 +67,14 @@ void drawCellText(QPainter &painter, const QRect &cell, const QString &text, Qt:
     const bool atRight = QStyle::visualAlignment(direction, horizontal).testFlag(Qt::AlignRight);
     QPointF place(atRight ? room.right() - shownWidth(metrics, line) : room.left(),
                   room.top() + (room.height() - metrics.height()) / 2 + metrics.ascent());
-    if (direction != Qt::RightToLeft)
+    // In a window from right to left a number's sign or a path's first separator would go to the other end.
+    const bool fromRight = direction == Qt::RightToLeft && line.isRightToLeft();
+    painter.setLayoutDirection(fromRight ? Qt::RightToLeft : Qt::LeftToRight);
+    if (!fromRight)
         place.rx() -= metrics.horizontalAdvance(u' '); // outside the room, in the margin
     // Drawn at a point a text has the tab stops that it is measured with; drawn into a rectangle it has none or others.
     painter.drawText(place, withBlank(line));
+    painter.setLayoutDirection(direction);
     // Signs stand over the room that a fit leaves for what they stand for; they never widen a column.
     const qsizetype whole = std::min(line.size(), text.size()) - (line.size() < text.size() ? 1 : 0);
     drawInvisibleSigns(painter, text.left(whole), QRectF(cell), [&](qsizetype index) {

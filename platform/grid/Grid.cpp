@@ -54,6 +54,7 @@ Grid::Grid(QWidget *parent)
     connectHeaders();
     connectScrollBars();
     connect(m_model, &QAbstractItemModel::modelReset, this, &Grid::adoptShape);
+    connect(m_model, &GridModel::textsChanged, this, &Grid::TextsChanged);
     // Rows that differ have a sign in their header.
     connect(m_model, &QAbstractItemModel::dataChanged, m_rowHeader->viewport(), qOverload<>(&QWidget::update));
     m_model->setShape(1, 2);
@@ -73,33 +74,36 @@ void Grid::connectHeaders() {
         connect(header, &QHeaderView::sectionDoubleClicked, this, &Grid::DblClick);
     }
     connect(m_columnHeader, &GridHeader::pressed, this, &Grid::pressColumn);
-    connect(m_columnHeader, &GridHeader::draggedTo, this, [this](int section) { extendColumns(section + 1); });
+    connect(m_columnHeader, &GridHeader::draggedTo, this, [this](int section) { extendColumns(columnOf(section)); });
     connect(m_rowHeader, &GridHeader::pressed, this, &Grid::pressRow);
-    connect(m_rowHeader, &GridHeader::draggedTo, this, [this](int section) { extendRows(section + 1); });
+    connect(m_rowHeader, &GridHeader::draggedTo, this, [this](int section) { extendRows(rowOf(section)); });
     connect(m_columnHeader, &GridHeader::buttonDown, this,
             [this](Qt::MouseButton button, int section, const QPoint &at) {
                 setFocus(Qt::MouseFocusReason);
-                Q_EMIT MouseDown(button, 0, section < 0 ? -1 : section + 1, at);
+                Q_EMIT MouseDown(button, 0, section < 0 ? -1 : columnOf(section), at);
             });
     connect(m_rowHeader, &GridHeader::buttonDown, this, [this](Qt::MouseButton button, int section, const QPoint &at) {
         setFocus(Qt::MouseFocusReason);
-        const int row = section < 0 ? -1 : section + 1;
+        const int row = section < 0 ? -1 : rowOf(section);
         if (button == Qt::RightButton && row > 0 && !selectionHoldsRow(row))
             pressRow(section, Qt::NoModifier);
         Q_EMIT MouseDown(button, row, row < 0 ? -1 : 0, at);
     });
     connect(m_columnHeader, &QHeaderView::sectionResized, this, [this](int section, int, int pixels) {
-        m_columnTwips[static_cast<std::size_t>(section)] = toTwips(pixels);
+        const auto place = static_cast<std::size_t>(columnOf(section) - 1);
+        if (!m_stretching && place < m_columnTwips.size())
+            m_columnTwips[place] = toTwips(pixels);
     });
     connect(m_columnHeader, &GridHeader::resizedByUser, this,
-            [this](int section) { Q_EMIT ColumnResized(section + 1); });
+            [this](int section) { Q_EMIT ColumnResized(columnOf(section)); });
     connect(m_rowHeader, &GridHeader::resizedByUser, this, [this](int section, int pixels) {
-        m_rowHeights[section + 1] = pixels;
-        Q_EMIT RowResized(section + 1);
+        m_rowHeights[rowOf(section)] = pixels;
+        Q_EMIT RowResized(rowOf(section));
     });
     connect(m_columnHeader, &QHeaderView::sectionHandleDoubleClicked, this, [this](int section) {
         ColumnMeasure measure(font(), this);
-        setColWidth(section + 1, measure.columnWidth(TextMatrix(0, section + 1), texts().column(section + 1)));
+        const int column = columnOf(section);
+        setColWidth(column, measure.columnWidth(TextMatrix(0, column), texts().column(column)));
     });
     for (QAbstractButton *corner : findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly)) {
         connect(corner, &QAbstractButton::clicked, this, &Grid::Click);
@@ -147,11 +151,16 @@ void Grid::adoptShape() {
     // New columns begin with the width that the header gives them; those that stay keep theirs to the twip.
     const auto fields = static_cast<std::size_t>(Cols() - 1);
     const std::size_t known = std::min(m_columnTwips.size(), fields);
-    m_columnTwips.resize(fields);
-    for (std::size_t i = 0; i < fields; ++i) {
-        const int pixels = m_columnHeader->sectionSize(static_cast<int>(i));
-        if (i >= known || drawnWidth(m_columnTwips[i]) != pixels)
-            m_columnTwips[i] = toTwips(pixels);
+    m_columnTwips.resize(fields, toTwips(m_columnHeader->defaultSectionSize()));
+    if (m_someShown || !showsAll()) {
+        adoptShown();
+    } else {
+        for (std::size_t i = 0; i < fields; ++i) {
+            const int pixels = m_columnHeader->sectionSize(static_cast<int>(i));
+            const bool stretched = i < known && static_cast<int>(i) == m_stretched;
+            if (!stretched && (i >= known || drawnWidth(m_columnTwips[i]) != pixels))
+                m_columnTwips[i] = toTwips(pixels);
+        }
     }
     m_selection = cutTo(m_selection, extent());
     showSelection();
@@ -255,6 +264,7 @@ void Grid::select(const GridSelection &selection, Reveal reveal) {
     if (selection == m_selection || !hasCell(selection.row, selection.column) ||
         !hasCell(selection.rowEnd, selection.columnEnd))
         return;
+    showCell(selection.row, selection.column);
     const bool leaves = selection.row != Row() || selection.column != Col();
     if (leaves && m_silences == 0)
         Q_EMIT LeaveCell();
@@ -267,43 +277,45 @@ void Grid::select(const GridSelection &selection, Reveal reveal) {
 }
 
 void Grid::showSelection() {
-    const GridRange range = m_selection.range();
-    m_columnHeader->setMarks(range.firstColumn - 1, range.lastColumn - 1, Col() - 1);
-    m_rowHeader->setMarks(range.firstRow - 1, range.lastRow - 1, Row() - 1);
+    const GridRange range = inView(m_selection.range());
+    const QModelIndex current = m_model->cellIndex(Row(), Col());
+    m_columnHeader->setMarks(range.firstColumn - 1, range.lastColumn - 1, inView(m_selection).column - 1);
+    m_rowHeader->setMarks(range.firstRow - 1, range.lastRow - 1, inView(m_selection).row - 1);
 
     m_showing = true;
     const int firstRow = std::max(range.firstRow, 1);
     const int firstColumn = std::max(range.firstColumn, 1);
-    if (Row() < 1 || Col() < 1 || Row() >= Rows() || Col() >= Cols()) {
+    if (!current.isValid()) {
         selectionModel()->clear();
     } else {
         const QItemSelection block(m_model->index(firstRow - 1, firstColumn - 1),
                                    m_model->index(range.lastRow - 1, range.lastColumn - 1));
         selectionModel()->select(block, QItemSelectionModel::ClearAndSelect);
-        selectionModel()->setCurrentIndex(m_model->index(Row() - 1, Col() - 1), QItemSelectionModel::NoUpdate);
+        selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
     }
     m_showing = false;
 }
 
 void Grid::adoptSelection() {
     // Assistive tools and tests may select through the selection model; what they leave there becomes the selection.
-    const QModelIndex current = currentIndex();
+    const PointedCell current = cellAt(currentIndex());
     GridRange range;
     for (const QItemSelectionRange &part : selectionModel()->selection()) {
+        const GridRange cells{rowOf(part.top()), columnOf(part.left()), rowOf(part.bottom()), columnOf(part.right())};
         if (range.isEmpty())
-            range = {part.top() + 1, part.left() + 1, part.bottom() + 1, part.right() + 1};
+            range = cells;
         else
-            range = {std::min(range.firstRow, part.top() + 1), std::min(range.firstColumn, part.left() + 1),
-                     std::max(range.lastRow, part.bottom() + 1), std::max(range.lastColumn, part.right() + 1)};
+            range = {std::min(range.firstRow, cells.firstRow), std::min(range.firstColumn, cells.firstColumn),
+                     std::max(range.lastRow, cells.lastRow), std::max(range.lastColumn, cells.lastColumn)};
     }
-    const int row = current.row() + 1;
-    const int column = current.column() + 1;
+    const int row = current.row;
+    const int column = current.column;
     const bool onRowEdge = row == range.firstRow || row == range.lastRow;
     const bool onColumnEdge = column == range.firstColumn || column == range.lastColumn;
     if (range.isEmpty()) {
-        if (current.isValid())
+        if (row > 0)
             select(singleCell(row, column));
-    } else if (current.isValid() && onRowEdge && onColumnEdge) {
+    } else if (row > 0 && onRowEdge && onColumnEdge) {
         select({row, column, row == range.firstRow ? range.lastRow : range.firstRow,
                 column == range.firstColumn ? range.lastColumn : range.firstColumn});
     } else {
@@ -312,6 +324,7 @@ void Grid::adoptSelection() {
 }
 
 void Grid::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
+    m_model->tellCurrent(current.row() + 1, current.column() + 1); // before anybody is told of it
     QTableView::currentChanged(current, previous);
     if (!m_showing)
         adoptSelection();
@@ -325,12 +338,14 @@ void Grid::selectionChanged(const QItemSelection &selected, const QItemSelection
 }
 
 void Grid::selectAll() {
-    if (Rows() > 1 && Cols() > 1)
-        select({1, 1, Rows() - 1, Cols() - 1});
+    if (const GridRange cells = shownCells(); cells.firstRow > 0 && cells.firstColumn > 0)
+        select({cells.firstRow, cells.firstColumn, cells.lastRow, cells.lastColumn});
 }
 
 QString Grid::Clip() const {
-    return clipText(m_selection.range(), [this](int row, int column, QString &text) {
+    return clipText(inView(m_selection.range()), [this](int viewRow, int viewColumn, QString &text) {
+        const int row = rowOf(viewRow - 1);
+        const int column = columnOf(viewColumn - 1);
         if (row == 0)
             text = TextMatrix(row, column);
         else

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/cells/CellTexts.h"
+#include "platform/cells/ShownLines.h"
 #include "platform/grid/CellColours.h"
 #include "platform/grid/GridSelection.h"
 
@@ -78,6 +79,26 @@ public:
     /// Every row carries its own number again; costs nothing, whatever the number of rows.
     void renumberRows();
     bool rowsAreRecords() const; ///< Every row carries its own number.
+
+    // What of it is shown. The grid counts all its rows and columns whether they are shown or not; its view's model has
+    // the shown ones alone, and the fixed column tells their numbers then. A cell that becomes current is shown from
+    // then on. A new table, or another shape, is shown whole.
+
+    bool showsAll() const;
+    bool shows(int row, int column) const; ///< True also for the fixed row and column.
+    /// Rows that are shown.
+    int shownRowCount() const;
+    /// The first row, or column, from this one on that is shown, in steps of 1 or -1; 0 where there is none.
+    int nextShownRow(int row, int step = 1) const;
+    int nextShownColumn(int column, int step = 1) const;
+    /// Shows these rows and columns alone. A current cell that is not among them moves to the nearest that is (to the
+    /// fixed row where there is none). Raises nothing.
+    void showOnly(ShownLines rows, ShownLines columns);
+    void showAll();
+    /// Shows one cell more, at its place.
+    void showCell(int row, int column);
+    /// The cell in the view's model; invalid where it is not shown.
+    QModelIndex cellIndex(int row, int column) const;
 
     /// Reorders texts, colours and RowData: afterwards row i + 1 is the one that was row order[i] + 1. `order` is a
     /// permutation of 0 .. Rows - 2. The current cell stays where it is.
@@ -181,6 +202,8 @@ public:
     int ColWidth(int column) const;
     /// Kept to the twip and read back so; drawn rounded up to whole pixels.
     void setColWidth(int column, int twips);
+    /// Draws the last column to the grid's edge where room is left beside it; its own width stays as it is.
+    void setStretchLastColumn(bool stretch);
     /// Whether the user may resize rows and columns.
     void setUserResizing(bool allowed);
     bool userResizing() const { return m_userResizing; }
@@ -204,7 +227,9 @@ Q_SIGNALS:
     void ColumnResized(int column);
     /// What the grid holds, or its size, may have changed, and with it reach(); or the grid was shown or hidden.
     void LaidOut();
-    void Revealed(); ///< A key or a drag scrolled to show where it went; before SelChange.
+    void TextsChanged(const GridRange &cells); ///< Cells were given other texts.
+    void CellShown(int row, int column);       ///< A cell that was not shown is from now on.
+    void Revealed();                           ///< A key or a drag scrolled to show where it went; before SelChange.
     /// A button went down over (row, column), -1 when over no cell; (0, 0) is the corner, told of the left button only.
     /// The keyboard's menu key, or Shift+F10, counts as the right button on the current cell, with Ctrl on the header
     /// above it. A right press outside the selection has made its cell current before this.
@@ -239,8 +264,12 @@ private:
     void connectHeaders();
     void connectScrollBars();
     void adoptShape();
+    void adoptShown();
+    void fitFixedColumn();
     void fitRowHeight();
     int drawnWidth(int twips) const;
+    void stretchLastColumn();
+    void draw(int section, int pixels);
     void layOut();
     void alignHeaders();
     void setRowHeight(int row, int pixels);
@@ -248,6 +277,15 @@ private:
     void endHidden();
 
     GridExtent extent() const;
+    /// Counted by what the view shows: its n-th row is n, the fixed one 0.
+    GridExtent extentInView() const;
+    GridSelection inView(const GridSelection &selection) const;
+    GridRange inView(const GridRange &range) const;
+    GridSelection fromView(const GridSelection &selection) const;
+    GridRange shownCells() const;
+    PointedCell cellAt(const QModelIndex &index) const;
+    int rowOf(int section) const;
+    int columnOf(int section) const;
     bool hasCell(int row, int column) const;
     enum class Reveal { Nothing, FarCorner };
     void select(const GridSelection &selection, Reveal reveal = Reveal::Nothing);
@@ -288,7 +326,11 @@ private:
     bool m_hidden = false; // by a GridHidden
     bool m_userResizing = true;
     bool m_filling = false; // by a GridFill
+    bool m_someShown = false;
     bool m_updatingGeometries = false;
+    bool m_stretchLast = false;
+    int m_stretched = -1;      // the column that is drawn wider than it is
+    bool m_stretching = false; // its drawn width is being set
 };
 
 /// While it lives, the grid raises nothing: for a grid that follows another one.

@@ -11,6 +11,8 @@
 #include <QPainterPath>
 #include <QStyleOptionHeader>
 
+#include <algorithm>
+
 namespace qir {
 
 GridHeader::GridHeader(Qt::Orientation orientation, PointerPlace &pointer, QWidget *parent)
@@ -115,11 +117,21 @@ void GridHeader::paintSection(QPainter *painter, const QRect &rect, int logicalI
     painter->setPen(palette().color(QPalette::ButtonText));
     painter->setFont(font());
     if (orientation() == Qt::Vertical) {
-        drawRowSigns(*painter, rect, logicalIndex);
+        drawRowSigns(*painter, drawRowNumber(*painter, rect, logicalIndex), logicalIndex);
     } else {
         drawCellText(*painter, rect, model()->headerData(logicalIndex, orientation()).toString(), Qt::AlignLeft);
     }
     painter->restore();
+}
+
+/// Draws the row's number where the header tells it, and returns the room that is left for the signs.
+QRect GridHeader::drawRowNumber(QPainter &painter, const QRect &rect, int section) const {
+    const QString number = model()->headerData(section, Qt::Vertical).toString();
+    if (number.isEmpty())
+        return rect;
+    drawCellText(painter, rect, number, Qt::AlignRight);
+    const int room = std::max(rect.width() - painter.fontMetrics().horizontalAdvance(number) - 2 * cellMargin, 0);
+    return {rect.left(), rect.top(), std::min(room, rect.height()), rect.height()};
 }
 
 void GridHeader::drawRowSigns(QPainter &painter, const QRect &rect, int section) const {

@@ -46,6 +46,7 @@ protected:
     void paintSection(QPainter *painter, const QRect &rect, int logicalIndex) const override;
 
 private:
+    QRect drawRowNumber(QPainter &painter, const QRect &rect, int section) const;
     void drawRowSigns(QPainter &painter, const QRect &rect, int section) const;
     void drawCurrentMark(QPainter &painter, const QRect &rect) const;
 

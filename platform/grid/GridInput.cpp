@@ -4,6 +4,7 @@
 
 #include "platform/controls/KeyCodes.h"
 #include "platform/controls/PointerPlace.h"
+#include "platform/grid/GridModel.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -20,32 +21,41 @@ namespace {
 constexpr int dragStepMilliseconds = 40; // between two rows when a drag points outside
 constexpr int enterCode = 13;
 
+/// The key that moves from left to right what it moves from right to left.
+int asSeen(int key, bool fromRight) {
+    if (fromRight && key == Qt::Key_Left)
+        return Qt::Key_Right;
+    if (fromRight && key == Qt::Key_Right)
+        return Qt::Key_Left;
+    return key;
+}
+
 } // namespace
 
 void Grid::pressColumn(int section, Qt::KeyboardModifiers modifiers) {
     if (section < 0)
         return;
     if (modifiers.testFlag(Qt::ShiftModifier))
-        extendColumns(section + 1);
+        extendColumns(columnOf(section));
     else
-        select({std::min(1, Rows() - 1), section + 1, Rows() - 1, section + 1});
+        select({shownCells().firstRow, columnOf(section), shownCells().lastRow, columnOf(section)});
 }
 
 void Grid::pressRow(int section, Qt::KeyboardModifiers modifiers) {
     if (section < 0)
         return;
     if (modifiers.testFlag(Qt::ShiftModifier))
-        extendRows(section + 1);
+        extendRows(rowOf(section));
     else
-        select({section + 1, std::min(1, Cols() - 1), section + 1, Cols() - 1});
+        select({rowOf(section), shownCells().firstColumn, rowOf(section), shownCells().lastColumn});
 }
 
 void Grid::extendColumns(int column) {
-    select({std::min(1, Rows() - 1), Col(), Rows() - 1, column});
+    select({shownCells().firstRow, Col(), shownCells().lastRow, column});
 }
 
 void Grid::extendRows(int row) {
-    select({Row(), std::min(1, Cols() - 1), row, Cols() - 1});
+    select({Row(), shownCells().firstColumn, row, shownCells().lastColumn});
 }
 
 bool Grid::selectionHoldsRow(int row) const {
@@ -56,8 +66,7 @@ bool Grid::selectionHoldsRow(int row) const {
 void Grid::mousePressEvent(QMouseEvent *event) {
     const PointerPlace::Handling handling(*m_pointer, event->globalPosition().toPoint());
     const QModelIndex index = indexAt(event->position().toPoint());
-    const int row = index.isValid() ? index.row() + 1 : -1;
-    const int column = index.isValid() ? index.column() + 1 : -1;
+    const auto [row, column] = cellAt(index);
     const bool left = event->button() == Qt::LeftButton;
     m_clickDue = left;
     m_dragging = left && index.isValid();
@@ -101,7 +110,8 @@ void Grid::endDrag() {
 
 void Grid::focusOutEvent(QFocusEvent *event) {
     QTableView::focusOutEvent(event);
-    endDrag(); // whoever has the focus now may get the button's release too
+    m_model->tellInFull(); // to who comes back
+    endDrag();             // whoever has the focus now may get the button's release too
 }
 
 void Grid::mouseDoubleClickEvent(QMouseEvent *event) {
@@ -114,7 +124,8 @@ void Grid::mouseDoubleClickEvent(QMouseEvent *event) {
     const QModelIndex index = indexAt(event->position().toPoint());
     if (!index.isValid())
         return;
-    select(singleCell(index.row() + 1, index.column() + 1));
+    const auto [row, column] = cellAt(index);
+    select(singleCell(row, column));
     Q_EMIT DblClick();
 }
 
@@ -128,9 +139,14 @@ void Grid::dragOn() {
             return std::min(end + 1, last);
         return under < 0 ? last : under + 1;
     };
-    const int row = along(m_dragPosition.y(), area.height(), RowSel(), Rows() - 1, rowAt(m_dragPosition.y()));
-    const int column = along(m_dragPosition.x(), area.width(), ColSel(), Cols() - 1, columnAt(m_dragPosition.x()));
-    select({Row(), Col(), row, column}, area.contains(m_dragPosition) ? Reveal::Nothing : Reveal::FarCorner);
+    const GridSelection from = inView(m_selection);
+    const GridExtent extent = extentInView();
+    const int row = along(m_dragPosition.y(), area.height(), from.rowEnd, extent.rows - 1, rowAt(m_dragPosition.y()));
+    const int column =
+        along(m_dragPosition.x(), area.width(), from.columnEnd, extent.columns - 1, columnAt(m_dragPosition.x()));
+    const GridSelection to = fromView({from.row, from.column, row, column});
+    select({Row(), Col(), to.rowEnd, to.columnEnd},
+           area.contains(m_dragPosition) ? Reveal::Nothing : Reveal::FarCorner);
 }
 
 void Grid::timerEvent(QTimerEvent *event) {
@@ -157,9 +173,10 @@ void Grid::keyPressEvent(QKeyEvent *event) {
     } else if (event->matches(QKeySequence::SelectAll)) {
         event->accept();
         selectAll();
-    } else if (const auto next = moved(m_selection, key, event->modifiers(), extent())) {
+    } else if (const auto next =
+                   moved(inView(m_selection), asSeen(key, isRightToLeft()), event->modifiers(), extentInView())) {
         event->accept();
-        select(*next, Reveal::FarCorner);
+        select(fromView(*next), Reveal::FarCorner);
         revealFarCorner(); // a key that moves no further shows the cell all the same
     }
 }

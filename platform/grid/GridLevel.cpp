@@ -3,6 +3,7 @@
 #include "platform/grid/Grid.h"
 
 #include "platform/grid/GridHeader.h"
+#include "platform/grid/GridModel.h"
 
 #include <QPaintEvent>
 #include <QScrollBar>
@@ -35,9 +36,12 @@ void Grid::updateGeometries() {
     const int top = verticalScrollBar()->value();
     const int left = horizontalScrollBar()->value();
     const QSize before = viewport()->size();
+    stretchLastColumn();
     QTableView::updateGeometries();
-    if (viewport()->size() != before)
+    if (viewport()->size() != before) {
+        stretchLastColumn();
         QTableView::updateGeometries(); // the ranges were those of the viewport before
+    }
     if (!m_filling)
         m_reach = {verticalScrollBar()->maximum() + 1, horizontalScrollBar()->maximum() + 1};
     extend(*verticalScrollBar(), m_leastReach.row - 1, top);
@@ -85,8 +89,8 @@ void Grid::setLeastReach(const GridReach &least) {
 }
 
 void Grid::followRowHeight(const Grid &leader, int row) {
-    if (row >= 1 && row < leader.Rows())
-        setRowHeight(row, leader.m_rowHeader->sectionSize(row - 1));
+    if (const auto section = leader.m_model->shownRows().section(row); section && row < leader.Rows())
+        setRowHeight(row, leader.m_rowHeader->sectionSize(*section));
 }
 
 void Grid::followRowHeights(const Grid &leader) {
@@ -102,14 +106,14 @@ void Grid::followColumnWidth(const Grid &leader, int column) {
 /// Kept also for a row that the grid does not have yet.
 void Grid::setRowHeight(int row, int pixels) {
     m_rowHeights[row] = pixels;
-    if (row < Rows())
-        m_rowHeader->resizeSection(row - 1, pixels);
+    if (const auto section = m_model->shownRows().section(row); section && row < Rows())
+        m_rowHeader->resizeSection(*section, pixels);
 }
 
 void Grid::restoreRowHeights() {
     for (const auto &[row, pixels] : m_rowHeights) {
-        if (row < Rows())
-            m_rowHeader->resizeSection(row - 1, pixels);
+        if (const auto section = m_model->shownRows().section(row); section && row < Rows())
+            m_rowHeader->resizeSection(*section, pixels);
     }
 }
 

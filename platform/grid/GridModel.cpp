@@ -8,6 +8,8 @@
 
 namespace qir {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QVariant &backgroundOf(CellColour colour) {
@@ -43,18 +45,18 @@ GridModel::GridModel(QObject *parent)
     : QAbstractTableModel(parent) {}
 
 int GridModel::rowCount(const QModelIndex &parent) const {
-    return parent.isValid() ? 0 : m_texts.records();
+    return parent.isValid() ? 0 : m_shownRows.count(m_texts.records());
 }
 
 int GridModel::columnCount(const QModelIndex &parent) const {
-    return parent.isValid() ? 0 : m_texts.fields();
+    return parent.isValid() ? 0 : m_shownColumns.count(m_texts.fields());
 }
 
 QVariant GridModel::data(const QModelIndex &index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    const int row = index.row() + 1;
-    const int column = index.column() + 1;
+    const int row = m_shownRows.line(index.row());
+    const int column = m_shownColumns.line(index.column());
     switch (role) {
     case Qt::DisplayRole:
         return m_texts.at(column, row);
@@ -64,8 +66,11 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
         return foreground();
     case Qt::TextAlignmentRole:
         return QVariant::fromValue(alignmentOf(m_texts.at(column, row)));
-    case Qt::ToolTipRole:
+    case Qt::AccessibleTextRole:
+        return spokenText(row, column);
     case Qt::AccessibleDescriptionRole:
+        return spokenDescription(row, column);
+    case Qt::ToolTipRole:
         return m_cellWords && m_colours.at(row, column) == CellColour::Red ? m_cellWords(row, column) : QVariant();
     case UnlikeRole:
         return m_unlike.at(row, column);
@@ -76,9 +81,52 @@ QVariant GridModel::data(const QModelIndex &index, int role) const {
     }
 }
 
+void GridModel::tellCurrent(int row, int column) {
+    if (row == m_toldRow && column == m_toldColumn)
+        return;
+    m_tellsRecord = m_inFull || row != m_toldRow;
+    m_tellsField = m_inFull || column != m_toldColumn;
+    m_inFull = false;
+    m_toldRow = row;
+    m_toldColumn = column;
+}
+
+void GridModel::tellInFull() {
+    m_tellsRecord = true;
+    m_tellsField = true;
+    m_inFull = true;
+}
+
+QString GridModel::spokenText(int row, int column) const {
+    QStringList said{m_texts.at(column, row)};
+    if (said[0].isEmpty())
+        said[0] = tr("empty");
+    const bool current = row == m_toldRow && column == m_toldColumn;
+    if (current && m_tellsField)
+        said.append(text(0, column));
+    if (current && m_tellsRecord)
+        said.append(tr("record %1").arg(m_rowData.at(row)));
+    if (m_colours.at(row, column) == CellColour::Red)
+        said.append(tr("differs"));
+    if (m_unlike.at(row, column))
+        said.append(tr("not as stored"));
+    return said.join(u", "_s);
+}
+
+QString GridModel::spokenDescription(int row, int column) const {
+    QStringList said;
+    if (m_cellWords && m_colours.at(row, column) == CellColour::Red)
+        said.append(m_cellWords(row, column));
+    if (m_storedWords && m_unlike.at(row, column))
+        said.append(m_storedWords(row, column));
+    return said.join(u"; "_s);
+}
+
 QVariant GridModel::rowHeaderData(int row, int role) const {
     const bool differs = m_colours.rowHasRed(row);
     switch (role) {
+    case Qt::DisplayRole: // where all are shown the fixed column has no texts
+        return m_shownRows.isAll() ? QVariant() : m_rowData.at(row);
     case DiffersRole:
         return differs;
     case Qt::AccessibleTextRole:
@@ -91,12 +139,11 @@ QVariant GridModel::rowHeaderData(int row, int role) const {
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    // The fixed column has no texts.
     if (orientation == Qt::Vertical)
-        return rowHeaderData(section + 1, role);
+        return rowHeaderData(m_shownRows.line(section), role);
     if (role != Qt::DisplayRole)
         return {};
-    return text(0, section + 1);
+    return text(0, m_shownColumns.line(section));
 }
 
 Qt::ItemFlags GridModel::flags(const QModelIndex &index) const {
@@ -111,6 +158,7 @@ void GridModel::setShape(int rows, int columns) {
     if (records == m_texts.records() && fields == m_texts.fields())
         return;
     beginResetModel();
+    showEverything();
     m_texts.setShape(fields, records);
     m_colours.setShape(records + 1, fields + 1);
     m_unlike.clear();
@@ -123,6 +171,7 @@ void GridModel::setShape(int rows, int columns) {
 void GridModel::setTable(const QStringList &headers, CellTexts texts) {
     CellColours colours(texts.records() + 1, texts.fields() + 1);
     beginResetModel();
+    showEverything();
     m_headers = headers;
     m_headers.resize(texts.fields());
     m_texts = std::move(texts);
@@ -144,7 +193,8 @@ void GridModel::setText(int row, int column, const QString &text) {
         return;
     if (row == 0) {
         m_headers[column - 1] = text;
-        Q_EMIT headerDataChanged(Qt::Horizontal, column - 1, column - 1);
+        if (const auto section = m_shownColumns.section(column))
+            Q_EMIT headerDataChanged(Qt::Horizontal, *section, *section);
         return;
     }
     TextBlock(*this).set(row, column, text);
@@ -178,9 +228,36 @@ void GridModel::reorderRecords(const std::vector<std::uint32_t> &order) {
 }
 
 void GridModel::notify(const GridRange &cells, const QList<int> &roles) {
-    if (!cells.isEmpty())
-        Q_EMIT dataChanged(index(cells.firstRow - 1, cells.firstColumn - 1),
-                           index(cells.lastRow - 1, cells.lastColumn - 1), roles);
+    if (cells.isEmpty())
+        return;
+    if (roles.contains(Qt::DisplayRole))
+        Q_EMIT textsChanged(cells);
+    const QModelIndex first =
+        index(m_shownRows.sectionFrom(cells.firstRow), m_shownColumns.sectionFrom(cells.firstColumn));
+    const QModelIndex last =
+        index(m_shownRows.sectionFrom(cells.lastRow + 1) - 1, m_shownColumns.sectionFrom(cells.lastColumn + 1) - 1);
+    if (first.isValid() && last.isValid() && first.row() <= last.row() && first.column() <= last.column())
+        Q_EMIT dataChanged(first, last, roles);
+}
+
+void GridModel::showEverything() {
+    m_shownRows = {};
+    m_shownColumns = {};
+}
+
+void GridModel::setShown(ShownLines rows, ShownLines columns) {
+    beginResetModel();
+    m_shownRows = std::move(rows);
+    m_shownColumns = std::move(columns);
+    m_shownRows.cut(m_texts.records());
+    m_shownColumns.cut(m_texts.fields());
+    endResetModel();
+}
+
+QModelIndex GridModel::cellIndex(int row, int column) const {
+    const std::optional<int> rowSection = m_shownRows.section(row);
+    const std::optional<int> columnSection = m_shownColumns.section(column);
+    return rowSection && columnSection ? index(*rowSection, *columnSection) : QModelIndex();
 }
 
 GridModel::TextBlock::~TextBlock() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/cells/CellTexts.h"
+#include "platform/cells/ShownLines.h"
 #include "platform/grid/CellColours.h"
 #include "platform/grid/IdentityNumbers.h"
 #include "platform/grid/UnlikeCells.h"
@@ -14,6 +15,9 @@ namespace qir {
 
 /// The contents of a grid as Qt's item model: model cell (r - 1, k - 1) is grid cell (r, k), the header row is the
 /// horizontal header. All members but the model's own count rows and columns as the grid does.
+///
+/// While only some rows and columns are shown, they alone are the model's, one behind the other, and the vertical
+/// header tells their numbers; the grid has all of them still.
 class GridModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -32,6 +36,15 @@ public:
     void setShape(int rows, int columns);
     /// Takes a whole table; `headers` holds the text of column k at k - 1. Resets the model.
     void setTable(const QStringList &headers, CellTexts texts);
+
+    /// Whatever changes the shape, or brings another table, shows everything again.
+    const ShownLines &shownRows() const { return m_shownRows; }
+    const ShownLines &shownColumns() const { return m_shownColumns; }
+    bool showsAll() const { return m_shownRows.isAll() && m_shownColumns.isAll(); }
+    /// Resets the model.
+    void setShown(ShownLines rows, ShownLines columns);
+    /// The model's index of a grid cell; invalid for one that is not shown.
+    QModelIndex cellIndex(int row, int column) const;
 
     QString text(int row, int column) const;
     void setText(int row, int column, const QString &text);
@@ -57,6 +70,12 @@ public:
     /// True when that changes something; the view is not told.
     bool setUnlike(int row, int column, bool unlike);
 
+    /// The current cell is another one: what assistive tools say of it, behind its text, is its field when the column
+    /// is another than before, and its record when the row is.
+    void tellCurrent(int row, int column);
+    /// The next current cell is told of in full, as is the present one: who hears it comes from elsewhere.
+    void tellInFull();
+
     IdentityNumbers &rowData() { return m_rowData; }
     const IdentityNumbers &rowData() const { return m_rowData; }
     IdentityNumbers &columnData() { return m_columnData; }
@@ -64,18 +83,33 @@ public:
 
     void reorderRecords(const std::vector<std::uint32_t> &order);
 
+Q_SIGNALS:
+    /// Cells were given other texts, whether they are shown or not.
+    void textsChanged(const GridRange &cells);
+
 private:
     void notify(const GridRange &cells, const QList<int> &roles);
     QVariant rowHeaderData(int row, int role) const;
+    QString spokenText(int row, int column) const;
+    QString spokenDescription(int row, int column) const;
+
+    void showEverything();
 
     CellTexts m_texts;
     CellColours m_colours;
+    ShownLines m_shownRows;
+    ShownLines m_shownColumns;
     UnlikeCells m_unlike;
     StoredWords m_storedWords;
     QStringList m_headers; // text of column k at k - 1
     IdentityNumbers m_rowData;
     IdentityNumbers m_columnData;
     CellWords m_cellWords;
+    int m_toldRow = 0;
+    int m_toldColumn = 0;
+    bool m_tellsRecord = true;
+    bool m_tellsField = true;
+    bool m_inFull = true;
 };
 
 /// Writes many texts of a model and gives one notice when it goes.

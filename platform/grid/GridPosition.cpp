@@ -5,6 +5,7 @@
 #include "platform/controls/PointerPlace.h"
 #include "platform/controls/Twips.h"
 #include "platform/grid/GridHeader.h"
+#include "platform/grid/GridModel.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -16,16 +17,16 @@ namespace qir {
 
 namespace {
 
-constexpr int rowPadding = 4; // pixels beside a line's height
+constexpr int rowPadding = 8; // pixels beside a line's height
 
 } // namespace
 
 int Grid::TopRow() const {
-    return verticalScrollBar()->value() + 1;
+    return rowOf(verticalScrollBar()->value());
 }
 
 int Grid::LeftCol() const {
-    return horizontalScrollBar()->value() + 1;
+    return columnOf(horizontalScrollBar()->value());
 }
 
 void Grid::layOut() {
@@ -35,12 +36,12 @@ void Grid::layOut() {
 
 void Grid::setTopRow(int row) {
     layOut();
-    verticalScrollBar()->setValue(row - 1);
+    verticalScrollBar()->setValue(m_model->shownRows().sectionFrom(row));
 }
 
 void Grid::setLeftCol(int column) {
     layOut();
-    horizontalScrollBar()->setValue(column - 1);
+    horizontalScrollBar()->setValue(m_model->shownColumns().sectionFrom(column));
 }
 
 GridPlace Grid::place() const {
@@ -50,9 +51,8 @@ GridPlace Grid::place() const {
 void Grid::setPlace(const GridPlace &place) {
     m_selection = cutTo(place.selection, extent());
     showSelection();
-    layOut();
-    verticalScrollBar()->setValue(place.topRow - 1);
-    horizontalScrollBar()->setValue(place.leftColumn - 1);
+    setTopRow(place.topRow);
+    setLeftCol(place.leftColumn);
 }
 
 void Grid::followSelection(const Grid &leader) {
@@ -71,8 +71,8 @@ void Grid::followSelection(const Grid &leader) {
 }
 
 void Grid::followScroll(const Grid &leader) {
-    verticalScrollBar()->setValue(leader.TopRow() - 1);
-    horizontalScrollBar()->setValue(leader.LeftCol() - 1);
+    verticalScrollBar()->setValue(leader.verticalScrollBar()->value());
+    horizontalScrollBar()->setValue(leader.horizontalScrollBar()->value());
 }
 
 Grid::PointedCell Grid::pointedCell() const {
@@ -84,14 +84,12 @@ Grid::PointedCell Grid::pointedCell() const {
             return {};
     }
     if (const auto section = m_columnHeader->sectionAt(at))
-        return {0, *section < 0 ? -1 : *section + 1};
+        return {0, *section < 0 ? -1 : columnOf(*section)};
     if (const auto section = m_rowHeader->sectionAt(at))
-        return *section < 0 ? PointedCell{} : PointedCell{*section + 1, 0};
+        return *section < 0 ? PointedCell{} : PointedCell{rowOf(*section), 0};
     const QPoint inCells = viewport()->mapFromGlobal(at);
-    if (viewport()->rect().contains(inCells)) {
-        const QModelIndex index = indexAt(inCells);
-        return index.isValid() ? PointedCell{index.row() + 1, index.column() + 1} : PointedCell{};
-    }
+    if (viewport()->rect().contains(inCells))
+        return cellAt(indexAt(inCells));
     // Above and left of the cells, where the headers leave a corner.
     const QPoint inGrid = mapFromGlobal(at);
     const bool corner = rect().contains(inGrid) && m_columnHeader->isVisible() &&
@@ -112,7 +110,7 @@ void Grid::bringIntoView(int row, int column) {
     if (row < 1 || column < 1)
         return;
     layOut();
-    scrollTo(model()->index(row - 1, column - 1), EnsureVisible);
+    scrollTo(cellIndex(row, column), EnsureVisible);
 }
 
 void Grid::revealFarCorner() {
@@ -130,7 +128,7 @@ void Grid::bringCellIntoView() {
 QRect Grid::cellRectangle() const {
     if (Row() < 1 || Col() < 1)
         return {};
-    const QRect cell = visualRect(model()->index(Row() - 1, Col() - 1)) & viewport()->rect();
+    const QRect cell = visualRect(cellIndex(Row(), Col())) & viewport()->rect();
     return cell.isEmpty() ? QRect() : cell.translated(viewport()->pos());
 }
 
@@ -156,7 +154,7 @@ QPoint Grid::menuPosition(int row) {
         return mapToGlobal(cellRectangle().bottomLeft());
     }
     bringIntoView(std::min(TopRow(), Rows() - 1), Col());
-    const int x = std::max(m_columnHeader->sectionViewportPosition(Col() - 1), 0);
+    const int x = std::max(m_columnHeader->sectionViewportPosition(inView(m_selection).column - 1), 0);
     return m_columnHeader->viewport()->mapToGlobal(QPoint(x, m_columnHeader->height()));
 }
 
@@ -176,12 +174,42 @@ void Grid::setColWidth(int column, int twips) {
         return;
     if (column == 0) {
         m_fixedColumnTwips = twips;
-        m_rowHeader->setFixedWidth(toPixelsRoundedUp(twips));
-        updateGeometries();
+        fitFixedColumn();
         return;
     }
-    m_columnHeader->resizeSection(column - 1, drawnWidth(twips));
+    if (const auto section = m_model->shownColumns().section(column))
+        m_columnHeader->resizeSection(*section, drawnWidth(twips));
     m_columnTwips[static_cast<std::size_t>(column) - 1] = twips;
+}
+
+void Grid::setStretchLastColumn(bool stretch) {
+    m_stretchLast = stretch;
+    layOut();
+}
+
+void Grid::draw(int section, int pixels) {
+    m_stretching = true;
+    m_columnHeader->resizeSection(section, pixels);
+    m_stretching = false;
+}
+
+void Grid::stretchLastColumn() {
+    const int last = m_columnHeader->count() - 1;
+    if (m_columnTwips.size() != static_cast<std::size_t>(Cols() - 1))
+        return; // another table is coming: its widths are taken up first
+    const auto own = [this](int section) {
+        return drawnWidth(m_columnTwips[static_cast<std::size_t>(columnOf(section) - 1)]);
+    };
+    if (m_stretched >= 0 && m_stretched <= last && (m_stretched != last || !m_stretchLast))
+        draw(m_stretched, own(m_stretched)); // not the last one any more
+    m_stretched = -1;
+    if (!m_stretchLast || last < 0)
+        return;
+    const int before = m_columnHeader->length() - m_columnHeader->sectionSize(last);
+    const int width = std::max(own(last), viewport()->width() - before);
+    if (width > own(last))
+        m_stretched = last;
+    draw(last, width);
 }
 
 void Grid::setUserResizing(bool allowed) {

@@ -42,6 +42,7 @@ void Journal::follow(Database &database, JournalBase base, const ContainerKeys &
     m_keys = keys.clone();
     m_keyInFile = keys.isProtected();
     m_broken = m_lossTold = false;
+    m_state = database.history().state();
     database.setListener(this);
 }
 
@@ -50,6 +51,7 @@ void Journal::adopt(JournalFile file) {
     m_file.emplace(std::move(file));
     m_stepsDone = m_database->history().done();
     m_stepsUndone = m_database->history().count() - m_stepsDone;
+    m_state = m_database->history().state();
 }
 
 void Journal::stop() {
@@ -113,6 +115,7 @@ void Journal::changed(const Change &change) noexcept {
         }
         encodeChange(m_pending, change, change.table ? indexOf(change.table) : 0);
         writePending();
+        m_state = m_database->history().state();
         countStep(StepKind::Step);
         syncInTime();
     });
@@ -202,8 +205,11 @@ void Journal::forgetGroup() {
     writePending();
 }
 
+/// Only what has become a step of the database is written: each step of a replay is one of its own then.
 void Journal::finishGroup() {
-    if (!m_groupChanged) {
+    const std::uint64_t before = std::exchange(m_state, m_database->history().state());
+    const bool isStep = m_state != before || !m_database->keepsSteps();
+    if (!m_groupChanged || !isStep) {
         forgetGroup();
         return;
     }
@@ -270,13 +276,14 @@ bool Journal::tellStep(JournalOperation mark, std::size_t &from, std::size_t &to
     m_lastTable = nullptr;
     if (from == 0)
         return false;
+    --from;
+    ++to;
+    m_state = m_database->history().state();
     guarded([&] {
         encodeMark(m_pending, mark);
         writePending();
         syncInTime();
     });
-    --from;
-    ++to;
     return true;
 }
 

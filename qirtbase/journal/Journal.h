@@ -131,6 +131,7 @@ private:
     // undone ones the first.
     std::size_t m_stepsDone = 0;
     std::size_t m_stepsUndone = 0;
+    std::uint64_t m_state = 0; // of the database's history when it was told last
 
     bool m_unsynced = false;
     std::chrono::steady_clock::time_point m_lastSync{};

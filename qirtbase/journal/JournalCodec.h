@@ -96,7 +96,11 @@ public:
     explicit JournalReplay(Database &database)
         : m_database(database) {
         database.keepSteps(stepsBudget);
+        database.takeEmptySteps(true); // each that stands in the journal was one
     }
+    ~JournalReplay() { m_database.takeEmptySteps(false); }
+    JournalReplay(const JournalReplay &) = delete;
+    JournalReplay &operator=(const JournalReplay &) = delete;
 
     /// The next record. False where it makes no sense or cannot be made again: nothing of its group has been done then,
     /// and the replay ends here. Throws std::bad_alloc: nothing more can be done with the database then.

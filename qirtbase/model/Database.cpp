@@ -282,11 +282,21 @@ void Database::dropRecordsWithoutFields() {
     if (std::ranges::none_of(m_tables, isDropped))
         return;
     beginMarked({.kind = StepKind::Joined, .name = {}, .time = 0}); // many records are one change
+    try {
+        for (const auto &table : m_tables)
+            if (isDropped(table))
+                m_undo.keepTable(*table);
+    } catch (const std::bad_alloc &) {
+        undoGroup();
+        throw;
+    }
     for (const auto &table : m_tables) {
         if (!isDropped(table))
             continue;
-        for (std::size_t left = table->recordCount(); left > 0; --left)
-            removeRecord(*table, left - 1);
+        table->dropRecords(table->recordCount());
+        table->touch();
+        if (m_listener)
+            m_listener->replaced(table.get());
     }
     endGroup();
 }
@@ -454,8 +464,10 @@ void Database::revertTo(Database &&other, const QString &name, std::uint64_t sta
     }
     if (m_listener)
         m_listener->replaced(nullptr);
-    endGroup();
-    m_undo.history().enter(state);
+    m_undo.commit();
+    m_undo.history().enter(state); // before the listener looks at it
+    if (m_listener)
+        m_listener->groupEnded();
 }
 
 void Database::replaceTable(std::size_t index, std::unique_ptr<Table> table) {

@@ -67,6 +67,11 @@ public:
     /// All of them or none.
     bool setBlock(Table &table, std::size_t field, std::size_t first, const ColumnBlock &block);
 
+    /// The innermost group has only brought the table's records into another order: the one at i stood at order[i]. So
+    /// its undoing needs no more than that. Nothing happens where it has done something else. `order` is a permutation
+    /// of the records.
+    void recordsReordered(Table &table, const RecordOrder &order) { m_undo.keepAsOrder(table, order); }
+
     /// Groups of changes; they nest. `endGroup` keeps what the innermost did, `undoGroup` brings back what stood
     /// before.
     bool hasOpenGroup() const { return m_undo.isOpen(); }
@@ -77,7 +82,10 @@ public:
     /// From now on an outermost group that is kept becomes a step that can be undone, and so does each change outside
     /// groups. `budget` is how many bytes of memory the steps may hold.
     void keepSteps(std::size_t budget) { m_undo.keepSteps(budget); }
+    bool keepsSteps() const { return m_undo.keepsSteps(); }
     const History &history() const { return m_undo.history(); }
+    /// As History::takeEmpty().
+    void takeEmptySteps(bool empty) { m_undo.history().takeEmpty(empty); }
     /// A group that is a step of this name. Where it is the outermost one and the step before has the same key, which
     /// is not "", it is more of that.
     void beginStep(const QString &name, const QString &key);

@@ -94,7 +94,7 @@ void History::makeRoom() {
 }
 
 void History::take(const StepMark &mark, const QString &key, std::vector<undo::Entry> &entries) noexcept {
-    if (entries.empty())
+    if (entries.empty() && !m_takesEmpty)
         return;
     switch (mark.kind) {
     case StepKind::Step:

@@ -58,6 +58,9 @@ public:
 
     /// Makes sure that the next take() does not throw.
     void makeRoom();
+    /// From now on a group without entries is a step too: for whoever makes the steps of a journal again, where only
+    /// groups stand that were one.
+    void takeEmpty(bool empty) { m_takesEmpty = empty; }
     /// The entries of a group have become a step, or part of one, as its mark says; the entries are taken.
     void take(const StepMark &mark, const QString &key, std::vector<undo::Entry> &entries) noexcept;
 
@@ -88,6 +91,7 @@ private:
     std::uint64_t m_state = 0;
     std::uint64_t m_lastState = 0;
     bool m_dropped = false;
+    bool m_takesEmpty = false;
 };
 
 } // namespace qir

@@ -72,6 +72,15 @@ public:
         entry.before = std::move(now);
     }
     void operator()(TableImage &entry) const { std::swap(*entry.table, *entry.before); }
+    void operator()(RecordsReordered &entry) const {
+        RecordOrder back = inverse(entry.order);
+        std::vector<Column> columns;
+        for (const Field &field : entry.table->fields())
+            columns.push_back(reordered(field.column, entry.order));
+        for (std::size_t field = 0; field < columns.size(); ++field)
+            std::swap(entry.table->field(field).column, columns[field]);
+        entry.order = std::move(back);
+    }
     void operator()(AllTables &entry) const { std::swap(m_tables, entry.before); }
 
 private:
@@ -118,6 +127,8 @@ std::size_t costOf(const Entry &entry) {
         bytes += removed->table->memory();
     } else if (const auto *image = std::get_if<TableImage>(&entry)) {
         bytes += image->before->memory();
+    } else if (const auto *reordered = std::get_if<RecordsReordered>(&entry)) {
+        bytes += reordered->order.size() * sizeof(std::uint32_t);
     } else if (const auto *all = std::get_if<AllTables>(&entry)) {
         for (const auto &table : all->before)
             bytes += table->memory();

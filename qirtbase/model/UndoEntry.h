@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qirtbase/model/RecordOrder.h"
 #include "qirtbase/model/Table.h"
 
 #include <cstddef>
@@ -76,6 +77,11 @@ struct TableImage {
     Table *table;
     std::unique_ptr<Table> before;
 };
+/// Nothing but the order of the records: the one to stand at i is the one at order[i].
+struct RecordsReordered {
+    Table *table;
+    RecordOrder order;
+};
 /// The whole list of tables as it was.
 struct AllTables {
     Tables before;
@@ -83,7 +89,7 @@ struct AllTables {
 
 using Entry = std::variant<CellChanged, RecordsAppended, RecordsDropped, RecordInserted, RecordRemoved, FieldInserted,
                            FieldRemoved, FieldRenamed, FieldResized, TableInserted, TableRemoved, TableRenamed,
-                           TableImage, AllTables>;
+                           TableImage, RecordsReordered, AllTables>;
 
 /// Brings back what an entry tells of and makes it the entry that takes this back in turn. Nothing has changed where it
 /// throws (std::bad_alloc, std::length_error).

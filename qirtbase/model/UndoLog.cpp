@@ -16,12 +16,16 @@ constexpr std::size_t alwaysKept = 4096; // small tables are not worth an image 
 } // namespace
 
 void UndoLog::begin() {
-    if (m_keepsSteps && m_groups.empty()) {
-        m_history.makeRoom();
-        m_mark = {.kind = StepKind::Step, .name = {}, .time = QDateTime::currentMSecsSinceEpoch()};
-        m_key.clear();
-    }
+    if (m_keepsSteps && m_groups.empty())
+        prepareStep();
     m_groups.push_back({.start = m_entries.size(), .tables = {}, .latest = 0});
+}
+
+/// The outermost group becomes a step.
+void UndoLog::prepareStep() {
+    m_history.makeRoom();
+    m_mark = {.kind = StepKind::Step, .name = {}, .time = QDateTime::currentMSecsSinceEpoch()};
+    m_key.clear();
 }
 
 void UndoLog::mark(const StepMark &mark, const QString &key) {
@@ -35,12 +39,14 @@ void UndoLog::beginSingle() {
 }
 
 void UndoLog::commit() {
-    const Group inner = std::move(m_groups.back());
-    m_groups.pop_back();
-    if (m_groups.empty()) {
+    if (m_groups.size() == 1) {
+        if (m_keepsSteps)
+            m_history.take(m_mark, m_key, m_entries);
         finish();
         return;
     }
+    const Group inner = std::move(m_groups.back());
+    m_groups.pop_back();
     // What the outer group covers whole it no longer logs, so entries of the inner one would not find the table as they
     // left it.
     const std::vector<Coverage> &outer = m_groups.back().tables;
@@ -69,9 +75,8 @@ void UndoLog::takeOver(const Group &inner) noexcept {
 
 /// After the outermost group.
 void UndoLog::finish() {
+    m_groups.pop_back();
     m_isSingle = false;
-    if (m_keepsSteps)
-        m_history.take(m_mark, m_key, m_entries);
     constexpr std::size_t worthKeeping = 64; // for the next one
     if (m_entries.capacity() > worthKeeping)
         m_entries = std::vector<undo::Entry>(); // gives the memory back
@@ -85,7 +90,10 @@ void UndoLog::undo(Tables &tables) {
         m_entries.pop_back();
     }
     m_groups.back().tables.clear(); // nothing is kept of them any more
-    commit();
+    if (m_groups.size() == 1)
+        finish();
+    else
+        commit();
 }
 
 void UndoLog::abandon() {
@@ -95,7 +103,8 @@ void UndoLog::abandon() {
 }
 
 void UndoLog::keepSteps(std::size_t budget) {
-    m_keepsSteps = true;
+    if (!std::exchange(m_keepsSteps, true) && isOpen())
+        prepareStep();
     m_history.setBudget(budget);
 }
 
@@ -137,6 +146,27 @@ void UndoLog::keepTable(Table &table) {
     m_entries.emplace_back(undo::TableImage{&table, std::make_unique<Table>(table)});
     if (!m_isSingle)
         coverage(table).whole = true;
+}
+
+void UndoLog::keepAsOrder(Table &table, const RecordOrder &order) {
+    if (!isOpen() || m_isSingle)
+        return;
+    undo::TableImage *image = nullptr;
+    undo::Entry *kept = nullptr;
+    for (auto entry = m_entries.begin() + static_cast<std::ptrdiff_t>(m_groups.back().start); entry != m_entries.end();
+         ++entry) {
+        if (undo::contentOf(*entry) != &table)
+            continue;
+        if (kept != nullptr)
+            return;
+        kept = &*entry;
+        image = std::get_if<undo::TableImage>(kept);
+    }
+    if (image == nullptr || !isReordered(table, *image->before, order))
+        return;
+    Coverage &covered = coverage(table);
+    *kept = undo::RecordsReordered{&table, inverse(order)};
+    covered = {&table, 0, alwaysKept, false, false}; // what comes is kept by itself
 }
 
 void UndoLog::coverNewTable(const Table &table) {

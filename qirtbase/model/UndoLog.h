@@ -50,6 +50,9 @@ public:
     void keepCell(Table &table, std::size_t field, std::size_t record);
     /// Keeps the whole table, whose values are shared until they change.
     void keepTable(Table &table);
+    /// All that the innermost group has done to a table is to bring its records into this order: it is kept in place of
+    /// the table. Does nothing where that is not so.
+    void keepAsOrder(Table &table, const RecordOrder &order);
     /// Says that undoing removes the table altogether.
     void coverNewTable(const Table &table);
 
@@ -71,6 +74,7 @@ private:
     void takeOver(const Group &inner) noexcept;
     Coverage &coverage(const Table &table);
     bool outweighs(Coverage &kept) const;
+    void prepareStep();
     void finish();
 
     std::vector<undo::Entry> m_entries;

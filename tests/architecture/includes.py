@@ -51,11 +51,13 @@ ROWS = {
     "view": WINDOW + ["compare", "compare/engine"],
     "find": WINDOW + ["compare", "compare/engine", "view"],
     "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
-    "app/history": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
     "app/desktop": WINDOW + ["compare", "compare/engine", "view"],
+    "app/history": WINDOW + ["dialogs", "compare", "compare/engine", "view", "app/desktop"],
+    "app/language": [],
     "app/look": WINDOW,
+    "app/guide": PLAIN,
     "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view", "find",
-            "structure", "app/desktop", "app/history", "app/look"],
+            "structure", "app/desktop", "app/guide", "app/history", "app/language", "app/look"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"

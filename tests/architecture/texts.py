@@ -10,7 +10,7 @@ import re
 import sys
 
 # The command-line companion speaks one language, and so do the errors of the floors that it shares with the editor.
-FOLDERS = ["app", "app/desktop", "app/look", "pane", "view", "structure", "compare", "dialogs", "platform/dialogs", "platform/loop",
+FOLDERS = ["app", "app/desktop", "app/language", "app/look", "pane", "view", "structure", "compare", "dialogs", "platform/dialogs", "platform/loop",
            "platform/controls", "platform/grid", "platform/list"]
 # The folders that it shares with the editor, the page of a report included.
 SHARED = ["compare/engine", "compare/report"]
@@ -20,7 +20,7 @@ ALL_FOLDERS = FOLDERS + ["platform/automation", "base", "base/state", "bench", "
 # What stands before a literal that no person reads.
 NOT_SHOWN = re.compile(
     r"(?:setObjectName\(|findChild<[^>]*>\(|\bname\(\*?[\w.>-]+, |RichiamaTabella\(\w+, |\.method\([^\"]*|QFile \w+\(|"
-    r"startsWith\(|option == |isSet\(|m_picture\(|m_left\(|m_right\(|constexpr auto \w+ = |names\{[^}]*|\{Command::\w+, |addPositionalArgument\(|setStyleSheet\(|qEnvironmentVariable\w*\(|"
+    r"startsWith\(|option == |isSet\(|m_picture\(|m_left\(|m_right\(|m_language\(|constexpr auto \w+ = |names\{[^}]*|\{Command::\w+, |addPositionalArgument\(|setStyleSheet\(|qEnvironmentVariable\w*\(|"
     r"html (?:\+?=) ?(?:[^;]*\+ )?|\.replace\([^;]*|static_assert\([^\"]*|Q_ASSERT_X\([^\"]*|"
     r"allowedIn\w+ = |[fF]ormat = |magic = |plugin\w* = )(?:u|QLatin1StringView\()?$", re.S)
 # Literals that are data, not words.
@@ -28,7 +28,7 @@ DATA = {
     "/bus",                                         # a file name
     "DDB", "html", "|*.html;*.htm",                 # extensions of file names
     "differences.html",                             # a file's name
-    "OUT.png", "[FILE]", "FILE",                          # names of arguments, as every program has them
+    "OUT.png", "[FILE]", "FILE", "CODE",                          # names of arguments, as every program has them
     "Fieldx", "Tablex",                             # names of a new field and table, which the file will hold
     "qir-editor: %s\\n", "qir-editor: %s\\n%s\\n",  # the program's name before a text
     "qir-editor: %s %s\\n",

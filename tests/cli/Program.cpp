@@ -97,6 +97,12 @@ QByteArray ProgramTest::bytesOf(const QString &name) const {
     return file.readAll();
 }
 
+void ProgramTest::make(const QString &file, const QList<std::pair<QString, QByteArray>> &tables) const {
+    done({u"create"_s, file});
+    for (const auto &[name, csv] : tables)
+        done({u"import"_s, file, name, u"-"_s}, csv);
+}
+
 void ProgramTest::makePumps() const {
     write(u"pumps.csv"_s, "Name[text:20],Speed[long],Head[double]\nP-1,1500,2.5\n\"P 2, spare\",-3,0.1\n");
     done({u"create"_s, u"PUMP.DDB"_s});

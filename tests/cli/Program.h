@@ -3,6 +3,7 @@
 #include "tests/tools/ComponentPath.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <utility>
 
 namespace qir {
 
@@ -46,6 +48,8 @@ protected:
 
     void write(const QString &name, const QByteArray &bytes) const;
     QByteArray bytesOf(const QString &name) const;
+    /// A database file whose tables are imported from CSV texts, each a name and a text.
+    void make(const QString &file, const QList<std::pair<QString, QByteArray>> &tables) const;
     /// PUMP.DDB with a table "Pumps" of two records.
     void makePumps() const;
 

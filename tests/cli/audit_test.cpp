@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QStandardPaths>
 
 #include <gmock/gmock.h>
 
@@ -140,6 +141,38 @@ TEST_P(AuditTest, ATroubleNamesItsFileOnceAndALineWithoutAFileIsNone) {
     EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"nowhere"_s, u"--json"_s}).output.count("nowhere"), 1);
     write(u"one.jsonl"_s, "{\"state\": \"same\"}\n");
     trouble({u"audit"_s, u"--join"_s, u"one.jsonl"_s}, "qirdb: one.jsonl: line 1: it is no line of an audit");
+}
+
+TEST_P(AuditTest, TheExampleWithParallelSpreadsTheFilesOverTwoHosts) {
+    if (QStandardPaths::findExecutable(u"parallel"_s).isEmpty())
+        GTEST_SKIP() << "not run: there is no GNU parallel";
+    QFile page(QStringLiteral(FLEET_PAGE));
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    const QByteArray text = page.readAll();
+    const qsizetype begin = text.indexOf("    parallel ");
+    ASSERT_GE(begin, 0);
+    QDir().mkpath(path(u"bin"_s));
+    ASSERT_TRUE(QFile::link(QStringLiteral(QIRDB), path(u"bin/qirdb"_s)));
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"GOLDEN.DDB"_s)));
+    for (int number = 0; number < 8; ++number)
+        ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"fleet/P%1.DDB"_s.arg(number))));
+    // In the place of ssh: what would run on a host runs here, from another folder as there, and the host is noted.
+    write(u"bin/ssh"_s, "#!/bin/sh\nwhile [ \"${1#-}\" != \"$1\" ]; do shift; done\n"
+                        "echo \"$1\" >> \"$PARALLEL_HOME/hosts\"\nshift\n[ \"$1\" = -- ] && shift\n"
+                        "exec sh -c \"cd /; $*\"\n");
+    QFile(path(u"bin/ssh"_s)).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    QProcess bash;
+    bash.setWorkingDirectory(path(u"."_s));
+    bash.start(u"bash"_s, {u"-c"_s, u"export PATH=$PWD/bin:$PATH PARALLEL_SSH=$PWD/bin/ssh PARALLEL_HOME=$PWD/home\n"
+                                    "mkdir home; touch home/will-cite; find fleet -iname '*.?db' > files\n"_s +
+                                        QString::fromUtf8(text.sliced(begin, text.indexOf('\n', begin) - begin))});
+    ASSERT_TRUE(bash.waitForFinished(-1));
+    EXPECT_EQ(bash.readAllStandardError(), "");
+    const QByteArrayList hosts = bytesOf(u"home/hosts"_s).split('\n');
+    EXPECT_TRUE(hosts.contains("one"));
+    EXPECT_TRUE(hosts.contains("two"));
+    EXPECT_THAT(run({u"audit"_s, u"--join"_s, u"all.jsonl"_s}).output.toStdString(),
+                HasSubstr("12 files: 9 same, 2 different, 1 with trouble\n"));
 }
 
 TEST_P(AuditTest, AKeyPutsRecordsThatMovedTogether) {

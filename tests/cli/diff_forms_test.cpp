@@ -17,11 +17,6 @@ namespace {
 /// Every form of `qirdb diff` beside the plain one, by position and by key.
 class DiffFormsTest : public ProgramTest {
 protected:
-    void make(const QString &file, const QList<std::pair<QString, QByteArray>> &tables) const {
-        done({u"create"_s, file});
-        for (const auto &[name, csv] : tables)
-            done({u"import"_s, file, name, u"-"_s}, csv);
-    }
     /// One record removed, one added in front, one changed, one field of each side only; a table that is the same.
     void makePair() const {
         make(u"L.DDB"_s, {{u"Pumps"_s, "Name[text:20],Speed[long],Old[bool]\nP-1,1500,0\nP-2,7,1\nP-3,9,0\n"},

@@ -14,12 +14,6 @@ namespace {
 
 class DiffTest : public ProgramTest {
 protected:
-    /// A database file whose tables are imported from CSV texts, each a name and a text.
-    void make(const QString &file, const QList<std::pair<QString, QByteArray>> &tables) const {
-        done({u"create"_s, file});
-        for (const auto &[name, csv] : tables)
-            done({u"import"_s, file, name, u"-"_s}, csv);
-    }
     /// L.DDB and R.DDB: a table on either side only, equal ones, and one with two differing cells.
     void makePair() const {
         make(u"L.DDB"_s, {{u"Pumps"_s, "Name[text:20],Speed[long]\nP-1,1500\nP-2,7\n"},

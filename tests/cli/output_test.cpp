@@ -1,3 +1,4 @@
+#include "base/columns/ColumnBuilder.h"
 #include "cli/FileError.h"
 #include "cli/WholeFile.h"
 #include "cli/tables/JsonText.h"
@@ -34,9 +35,20 @@ TEST(JsonTextTest, ATableIsALineWithItsFieldsAndTheNumberOfRecords) {
                    "{\"name\": \"p\", \"type\": \"double\", \"size\": 0}], \"records\": 1}\n");
 }
 
+/// A record of the table with this name.
+Portion recordOf(const QString &name) {
+    ColumnBuilder names(ColumnType::Text);
+    ColumnBuilder speeds(ColumnType::Long);
+    ColumnBuilder heads(ColumnType::Double);
+    names.add(QStringView(name));
+    speeds.add(12);
+    heads.add(1e20);
+    return {1, 1, {names.take(), speeds.take(), heads.take()}};
+}
+
 TEST(JsonTextTest, NumbersAreNumbersAndTextsAreStrings) {
     QByteArray out;
-    appendJsonRecord(out, table, {u""_s, u"12"_s, u"12"_s, u"1e+20"_s});
+    appendJsonRecords(out, recordOf(u"12"_s), 0, 1);
     EXPECT_EQ(out, "[\"12\", 12, 1e+20]\n");
 }
 
@@ -46,7 +58,7 @@ TEST(JsonTextTest, EveryCharacterOfATextComesBack) {
         text += QChar(unit);
     text += u"\u2028\U0001F600"_s;
     QByteArray out;
-    appendJsonRecord(out, table, {u""_s, text, u"0"_s, u"0"_s});
+    appendJsonRecords(out, recordOf(text), 0, 1);
     EXPECT_EQ(out.count('\n'), 1);
     EXPECT_EQ(QJsonDocument::fromJson(out).array().at(0).toString(), text);
 }

@@ -12,11 +12,6 @@ namespace {
 
 class PatchTest : public ProgramTest {
 protected:
-    void make(const QString &file, const QList<std::pair<QString, QByteArray>> &tables) const {
-        done({u"create"_s, file});
-        for (const auto &[name, csv] : tables)
-            done({u"import"_s, file, name, u"-"_s}, csv);
-    }
     void makePair() const {
         make(u"L.DDB"_s, {{u"Pumps"_s, "Name[text:20],Speed[long]\nP-1,1500\nP-2,7\n"}, {u"Gone"_s, "A[long]\n1\n"}});
         make(u"R.DDB"_s,

@@ -213,8 +213,44 @@ void ComponentPair::compareSteps() {
     expect(m_database->RedoName() == m_model.redoName(), "name of the step to make again");
 }
 
+/// A command that fails in its middle: what it has written is undone, and it is no step.
+void ComponentPair::failedCommand() {
+    endGroups();
+    both([&] { m_model.beginStep(u"failed"_s, {}); }, [&] { m_database->BeginStep(u"failed"_s, {}); });
+    both([&] { m_model.begin(); }, [&] { m_database->BeginChanges(); });
+    for (int calls = m_choices.inRange(1, 4); calls > 0; --calls)
+        write();
+    if (m_choices.inRange(0, 4) == 0)
+        for (int calls = 0; calls < 200; ++calls) // more than single changes are kept of
+            write();
+    both([&] { m_model.cancel(); }, [&] { m_database->CancelChanges(); });
+    both([&] { m_model.endStep(); }, [&] { m_database->EndStep(); });
+}
+
+/// Keystrokes in one cell after which it is what it was before.
+void ComponentPair::typeAndTakeBack() {
+    endGroups();
+    const int record = number(m_database->QirTableRecordsCount());
+    const int field = fieldNumber();
+    const auto type = [&](const QVariant &value) {
+        both([&] { m_model.beginStep(u"typed"_s, u"cell"_s); }, [&] { m_database->BeginStep(u"typed"_s, u"cell"_s); });
+        both([&] { m_model.point(record); }, [&] { m_database->setQIRTableRecordsPointerOut(record); });
+        both([&] { m_model.write(field, value); }, [&] { m_database->QIRTableRecordSetByIndex(field, value); });
+        both([&] { m_model.endStep(); }, [&] { m_database->EndStep(); });
+    };
+    type(u"1"_s);
+    type(u"12"_s);
+    type(u"1"_s);
+}
+
 void ComponentPair::stepAtRandom() {
-    switch (m_choices.inRange(0, 8)) {
+    switch (m_choices.inRange(0, 10)) {
+    case 8:
+        failedCommand();
+        break;
+    case 9:
+        typeAndTakeBack();
+        break;
     case 0: {
         const QString name = randomName(m_choices);
         const QString key = m_choices.yesOrNo() ? u"key %1"_s.arg(m_choices.inRange(0, 2)) : QString();

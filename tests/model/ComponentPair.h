@@ -57,6 +57,8 @@ private:
     void changeRecordsOrFields();
     void changeFields(int operation);
     void changeTables(int operation);
+    void failedCommand();
+    void typeAndTakeBack();
     void compareField(int place, const PlainTable &table, int pointer);
     void compareSteps();
     void compareTable(const PlainTable &table, int pointer);

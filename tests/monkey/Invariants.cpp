@@ -5,6 +5,7 @@
 #include "pane/EditorContext.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
+#include "tests/monkey/ShownCells.h"
 #include "tests/window/EditorFixture.h"
 
 #include <QAction>
@@ -176,6 +177,8 @@ QString brokenInvariant(EditorContext &editor, Look look) {
         problem = editProblem(editor);
     if (problem.isEmpty())
         problem = selectionProblem(editor);
+    if (problem.isEmpty())
+        problem = shownCellsProblem(editor);
     for (const int pane : {0, 1}) {
         QString ofPane = editor.DtbAperto(pane) ? openPaneProblem(editor, pane) : closedPaneProblem(editor, pane);
         if (ofPane.isEmpty() && look == Look::Thorough)

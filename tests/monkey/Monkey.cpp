@@ -3,6 +3,7 @@
 #include "app/DtbEditor.h"
 #include "pane/EditorContext.h"
 #include "platform/loop/MessageLoop.h"
+#include "tests/monkey/EditingCommands.h"
 #include "tests/monkey/Invariants.h"
 #include "tests/support/Hands.h"
 
@@ -75,8 +76,10 @@ Monkey::Monkey(std::vector<Step> steps, bool fake, const QString &logPath)
     , m_gestures([this](const QString &what) { m_log.write(u"      "_s + what); })
     , m_answers(m_files.folder(), m_gestures, [this](const QString &what) { m_log.write(u"      "_s + what); })
     , m_watchdog(longestDeafness, longestWait) {
-    if (fake)
+    if (fake) {
+        FakeControl::get().setSteps(true); // taking back fails too
         m_errors.emplace(FakeControl::get());
+    }
 }
 
 Monkey::~Monkey() = default;
@@ -254,6 +257,9 @@ void Monkey::perform(Step step) {
         changeWindow(numbers);
     } else if (choice < 20 && idle()) {
         chooseFromMenus(numbers);
+    } else if (choice < 26 && idle()) {
+        performEditing(m_window->context().controls.commands, numbers,
+                       [this](const QString &text) { m_log.write(u"      "_s + text); });
     } else {
         performInWindow(numbers);
     }

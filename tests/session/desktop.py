@@ -50,6 +50,7 @@ class Desktop:
         self.environment = dict(os.environ, DISPLAY=":" + number, QT_QPA_PLATFORM="xcb", HOME=folder,
                                 XDG_STATE_HOME=os.path.join(folder, "state"), LC_ALL="C.UTF-8")
         self.environment.pop("WAYLAND_DISPLAY", None)
+        self.environment.pop("LANGUAGE", None)
         self.children.append(self.server)
         self.children.append(subprocess.Popen(["openbox"], env=self.environment, stderr=subprocess.DEVNULL))
         try:

@@ -75,24 +75,27 @@ QString statusProblems(const DtbEditor &window, EditorContext &editor) {
     const QString left = window.findChild<QLabel *>(u"statusLeft"_s)->text();
     const QStringList right = window.findChild<QLabel *>(u"statusRight"_s)->text().split(u", "_s);
     QString problems;
+    // In the language that the window speaks.
+    const auto words = [](const char *text) { return QCoreApplication::translate("StatusState", text); };
+    const QString place = words("record %1 of %2");
     const int pane = editor.IndexAttivo();
-    if (left.contains(u", record "_s)) {
+    if (left.contains(u", "_s + place.section(u' ', 0, 0) + u' ')) {
         const Grid &grid = editor.Tabella(std::max(pane, 0));
-        const QString wanted = u"%1, record %2 of %3"_s.arg(editor.pane(std::max(pane, 0)).selectedTableName())
-                                   .arg(grid.RowData(grid.Row()))
-                                   .arg(grid.Rows() - 1);
+        const QString wanted = editor.pane(std::max(pane, 0)).selectedTableName() + u", "_s +
+                               place.arg(grid.RowData(grid.Row())).arg(grid.Rows() - 1);
         if (pane < 0 || !grid.Visible() || !left.startsWith(wanted))
             problems += u"the status line says '%1' for '%2'; "_s.arg(left, wanted);
     }
     const bool changed = pane >= 0 && editor.DtbAperto(pane) && editor.OggettoDtb(pane).DtbHasChanged();
     // A new password is told of with the next write: the command asks nothing more of the component.
-    if (right.contains(u"changed"_s) && !changed)
+    if (right.contains(words("changed")) && !changed)
         problems += u"the status line says '%1' with changed %2; "_s.arg(right.join(u'|')).arg(changed);
     std::size_t cells = 0;
     if (editor.gridsShowSameTable() && editor.Tabella(0).Visible() && editor.Tabella(1).Visible())
         cells = editor.CelleDiverse().count();
-    const QString cellsText = cells == 1 ? u"1 cell here"_s : u"%1 cells here"_s.arg(cells);
-    if ((cells > 0) != right.last().endsWith(u" here"_s) || (cells > 0 && right.last() != cellsText))
+    const QString cellsText = cells == 1 ? words("1 cell here") : words("%1 cells here").arg(cells);
+    if ((cells > 0) != right.last().endsWith(words("1 cell here").section(u' ', -1)) ||
+        (cells > 0 && right.last() != cellsText))
         problems += u"the status line says '%1' with %2 differing cells; "_s.arg(right.join(u'|')).arg(cells);
     return problems;
 }

@@ -1,3 +1,4 @@
+#include "base/columns/BlockOrder.h"
 #include "base/columns/ColumnBuilder.h"
 #include "platform/automation/AutomationError.h"
 #include "tests/qirtbase/contract/ContractTest.h"
@@ -5,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <set>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
@@ -93,6 +95,33 @@ TEST_P(ColumnsContractTest, AWrittenBlockReplacesTheValuesFromItsRecordOn) {
     EXPECT_EQ(cells(database, 4).mid(7), (QStringList{u"10"_s, u"7"_s, u"-8"_s}));
     EXPECT_EQ(cells(database, 7).first(4), (QStringList{u"one"_s, u""_s, u"\U0001F600 x"_s, u"t\u20AC4"_s}));
     EXPECT_TRUE(database.DtbHasChanged());
+}
+
+TEST_P(ColumnsContractTest, RecordsThatWereReorderedAreWhatWasWrittenAndTheirStepIsTakenBack) {
+    const QirDatabase database = wide();
+    const QStringList before = cells(database, 4);
+    std::vector<std::uint32_t> order(10);
+    for (std::uint32_t record = 0; record < order.size(); ++record)
+        order[record] = 9 - record;
+    {
+        const ChangeStep step(database, u"Sort"_s);
+        for (int field = 1; field <= 7; ++field) {
+            const ColumnBlock block = database.ReadColumn(field, 1, 10);
+            if (block.count() < 10)
+                continue; // kept in pieces: the order is not true then
+            for (const ColumnBlock &part : reordered(std::span(&block, 1), order))
+                database.WriteColumn(field, 1, part);
+        }
+        database.RecordsReordered(order);
+    }
+    const QStringList after = cells(database, 4);
+    if (!database.hasSteps())
+        return;
+    EXPECT_NE(after, before);
+    database.Undo();
+    EXPECT_EQ(cells(database, 4), before);
+    database.Redo();
+    EXPECT_EQ(cells(database, 4), after);
 }
 
 TEST_P(ColumnsContractTest, WrittenValuesAreMadeToFit) {

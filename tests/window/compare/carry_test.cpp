@@ -105,6 +105,42 @@ private Q_SLOTS:
         forgetChanges(fixture);
     }
 
+    void withCtrlARecordIsCarriedAndTheWalkGoesOn() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 3, 2)}, {others(u"A"_s, 3, 2)});
+        fixture.clickCell(0, 1, 2);
+        strike(fixture, Qt::Key_Right, Qt::AltModifier | Qt::ShiftModifier);
+        QCOMPARE(recordsOf(fixture, 1)[0], QStringList({u"101"_s, u"102"_s}));
+        QCOMPARE(fixture.grid(0).Row(), 1);
+        strike(fixture, Qt::Key_F8, {});
+        strike(fixture, Qt::Key_Left, Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier);
+        QCOMPARE(recordsOf(fixture, 0)[1], QStringList({u"202"_s, u"203"_s}));
+        QCOMPARE(fixture.grid(0).selection(), singleCell(3, 1));
+        forgetChanges(fixture);
+    }
+
+    void aMenusCommandChosenWithCtrlGoesOnToTheNextTable() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 1, 1), counted(u"B"_s, 2, 1)}, {others(u"A"_s, 1, 1), others(u"B"_s, 2, 1)});
+        const auto chooseWithCtrl = [&](Command command) {
+            QMenu &menu = fixture.menu(Menu::ModeMenu);
+            menu.popup(fixture.window().mapToGlobal(QPoint(10, 30)));
+            hands::turnLoop();
+            hands::click(&menu, Qt::LeftButton, Qt::ControlModifier,
+                         menu.actionGeometry(&fixture.action(command)).center());
+        };
+        fixture.dialogs().expectMessage(u"Make the records of table 'A' on the right equal to those on the left?\n"
+                                        "Changed: 1, added: 0, removed: 0."_s,
+                                        u"?"_s, u"Yes"_s);
+        chooseWithCtrl(Command::CarryTableMenu);
+        QCOMPARE(fixture.shownTable(0), u"B"_s);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(1, 1));
+        chooseWithCtrl(Command::CarryRecordMenu);
+        QCOMPARE(recordsOf(fixture, 1)[0], QStringList(u"101"_s));
+        QCOMPARE(fixture.grid(0).selection(), singleCell(2, 1));
+        forgetChanges(fixture);
+    }
+
     void cellsThatTheOtherSideLacksAreToldOfAndNothingIsWritten() {
         EditorFixture fixture;
         openBoth(fixture, {counted(u"A"_s, 4, 2)}, {others(u"A"_s, 2, 2)});

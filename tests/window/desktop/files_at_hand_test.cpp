@@ -162,13 +162,17 @@ private Q_SLOTS:
         QCOMPARE(savedValue(first, u"T"_s), u"7"_s); // no question: the release keeps the changes
     }
 
-    void aRecentFileThatIsGoneIsToldAndForgotten() {
+    void aRecentFileThatIsGoneIsForgottenOnlyOnRequest() {
         const QString file = makeFile(u"A.DDB"_s, {pumps()});
         EditorFixture fixture;
         fixture.open(file);
         fixture.choose(Command::CloseDatabaseMenu);
         QVERIFY(QFile::remove(file));
-        fixture.dialogs().expectMessage(u"'%1' was not found"_s.arg(file), u"!"_s, u"OK"_s);
+        const QString question = u"'%1' was not found.\r\nTake it off the recent files?"_s.arg(file);
+        fixture.dialogs().expectMessage(question, u"!"_s, u"No"_s);
+        chooseRecent(fixture, u"RecentFilesMenu"_s, 0);
+        QCOMPARE(offered(recentMenu(fixture, u"RecentFilesMenu"_s)), QStringList{file}); // its disk may come back
+        fixture.dialogs().expectMessage(question, u"!"_s, u"Yes"_s);
         chooseRecent(fixture, u"RecentFilesMenu"_s, 0);
         QCOMPARE(offered(recentMenu(fixture, u"RecentFilesMenu"_s)), QStringList());
     }
@@ -350,6 +354,79 @@ private Q_SLOTS:
         QVERIFY(fixture.editor().twoPanes());
         QCOMPARE(fixture.fileName(1), right);
         QCOMPARE(fixture.activePane(), 0);
+        QVERIFY(fixture.list(0).hasFocus());
+    }
+
+    void aNameThatTheCommandLineGivesForTheLeftIsTakenAsItIs() {
+        makeFile(u"ITS.DDB"_s, {valves()});
+        const QString left = makeFile(u"IT'S.DDB"_s, {pumps()});
+        EditorFixture fixture;
+        StartResult result = StartResult::NothingToOpen;
+        runCommand([&] { result = fixture.window().openLeft(left); });
+        QCOMPARE(result, StartResult::Opened);
+        QCOMPARE(fixture.fileName(0), left);
+        QCOMPARE(fixture.list(0).List(0), u"Pumps"_s);
+        QCOMPARE(fixture.activePane(), 0);
+    }
+
+    void aFileThatGetsAPasswordLeavesNoPairBehind() {
+        const QString left = makeFile(u"LEFT.DDB"_s, {pumps()});
+        {
+            EditorFixture fixture;
+            openBoth(fixture, {pumps()}, {valves()});
+            QCOMPARE(fixture.editor().remembered().pairs().size(), 1);
+        }
+        QVERIFY(QFile::remove(left));
+        makeFile(u"LEFT.DDB"_s, {pumps()}, u"pw"_s);
+        EditorFixture fixture;
+        fixture.dialogs().expectFile(fileDialogTitle, left);
+        fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), u"pw"_s);
+        fixture.choose(Command::OpenDatabase);
+        QCOMPARE(fixture.editor().remembered().pairs().size(), 0);
+    }
+
+    void aFileBesideItselfIsNoPair() {
+        const QString file = makeFile(u"A.DDB"_s, {pumps()});
+        EditorFixture fixture;
+        fixture.openBoth(file, file);
+        QCOMPARE(fixture.editor().remembered().pairs().size(), 0);
+    }
+
+    void theFileDialogStartsInTheFolderUsedLast() {
+        const QString file = makeFile(u"SUB/A.DDB"_s, {pumps()});
+        const auto folderOfNextDialog = [](EditorFixture &fixture) {
+            QString folder;
+            fixture.dialogs().expect([&](QDialog &dialog) {
+                folder = dynamic_cast<QFileDialog &>(dialog).directory().canonicalPath();
+                dialog.reject();
+                return QString();
+            });
+            fixture.choose(Command::OpenDatabase);
+            return folder;
+        };
+        {
+            EditorFixture fixture;
+            fixture.open(file);
+            QCOMPARE(folderOfNextDialog(fixture), QFileInfo(file).canonicalPath());
+        }
+        EditorFixture fixture; // the next session
+        QCOMPARE(folderOfNextDialog(fixture), QFileInfo(file).canonicalPath());
+    }
+
+    void theDesktopsDialogsAreUsedUntilTheUserWantsOurs() {
+        const auto back = qScopeGuard([] { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false); });
+        {
+            EditorFixture fixture;
+            QVERIFY(fixture.action(Command::DesktopDialogsMenu).isChecked());
+            QVERIFY(!QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+            fixture.choose(Command::DesktopDialogsMenu);
+            QVERIFY(QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+        }
+        EditorFixture fixture;
+        QVERIFY(!fixture.action(Command::DesktopDialogsMenu).isChecked());
+        QVERIFY(QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+        fixture.choose(Command::DesktopDialogsMenu);
+        QVERIFY(!QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
     }
 };
 

@@ -238,6 +238,59 @@ private Q_SLOTS:
         QVERIFY(!bar(fixture, 1).isVisible());
     }
 
+    void compareAsksWhatBecomesOfTheOtherPanesChanges_data() {
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("saved");
+        QTest::addColumn<bool>("replaced");
+        QTest::newRow("saved") << u"Yes"_s << u"9"_s << true;
+        QTest::newRow("given up") << u"No"_s << u"1"_s << true;
+        QTest::newRow("left alone") << u"Cancel"_s << u"1"_s << false;
+    }
+    void compareAsksWhatBecomesOfTheOtherPanesChanges() {
+        QFETCH(const QString, answer);
+        QFETCH(const QString, saved);
+        QFETCH(const bool, replaced);
+        const QString file = makeFiles();
+        const QString other = makeFile(u"OTHER.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture;
+        fixture.openBoth(file, other);
+        change(fixture, 1, u"9"_s);
+        elsewhere(u"mv B.DDB A.DDB"_s);
+        QTRY_VERIFY(bar(fixture, 0).isVisible());
+        const QString question =
+            u"Database '%1' has changes that are not saved.\r\nSave them before another file takes its place?"_s;
+        fixture.dialogs().expectMessage(question.arg(fixture.fileName(1)), u"QIR Database Editor"_s, answer);
+        press(fixture, 0, u"compare"_s);
+        QCOMPARE(savedValue(other, u"T"_s), saved);
+        QCOMPARE(fixture.fileName(1) == other.toUpper(), !replaced);
+        QCOMPARE(fixture.database(1).DtbHasChanged(), !replaced);
+        fixture.database(1).setDtbHasChanged(false);
+    }
+
+    void aPasswordThatIsWrongAtAReloadLosesNothing() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}, u"pw"_s);
+        makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"5"_s})}, u"pw"_s);
+        EditorFixture fixture;
+        fixture.dialogs().expectFile(fileDialogTitle, file);
+        fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), u"pw"_s);
+        fixture.choose(Command::OpenDatabase);
+        change(fixture, 0, u"7"_s);
+        elsewhere(u"mv B.DDB A.DDB"_s);
+        QTRY_VERIFY(bar(fixture, 0).isVisible());
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"Yes"_s); });
+        fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), u"mistyped"_s);
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"OK"_s); });
+        press(fixture, 0, u"reload"_s);
+        QVERIFY(fixture.isOpen(0));
+        fixture.editor().pane(0).makeShownTableCurrent();
+        QStringList values;
+        fixture.database(0).GetQirRecord(1, values);
+        QCOMPARE(values.value(1), u"7"_s);
+        QVERIFY(fixture.database(0).DtbHasChanged());
+        QVERIFY(bar(fixture, 0).isVisible());
+        fixture.database(0).setDtbHasChanged(false);
+    }
+
     void dismissDecidesNothing() {
         const QString file = makeFiles();
         EditorFixture fixture(file);

@@ -15,6 +15,8 @@ private Q_SLOTS:
         for (const QString &display : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"WAYLAND_SOCKET"_s})
             m_environment.remove(display);
         m_environment.remove(u"QT_QPA_PLATFORM"_s);
+        m_environment.remove(u"LANGUAGE"_s);
+        m_environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
         m_environment.insert(u"XDG_RUNTIME_DIR"_s, m_runtimeFolder.path()); // Qt complains where there is none
     }
 
@@ -34,6 +36,32 @@ private Q_SLOTS:
         run({option});
         QCOMPARE(m_errors, QByteArray());
         QVERIFY2(m_output.contains(told), m_output.constData());
+        QCOMPARE(m_status, 0);
+    }
+
+    void theLanguageIsTheLocalesOrTheOneAskedFor_data() {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QByteArray>("told");
+        const QByteArray english("The database to open in the left pane.");
+        const QByteArray italian("Il database da aprire nel pannello sinistro.");
+        const QByteArray german("Die Datenbank, die links");
+        QTest::newRow("no locale") << u"C.UTF-8"_s << QStringList() << english;
+        QTest::newRow("Italian") << u"it_IT.UTF-8"_s << QStringList() << italian;
+        QTest::newRow("Austrian") << u"de_AT.UTF-8"_s << QStringList() << german;
+        QTest::newRow("one that is not spoken") << u"fr_FR.UTF-8"_s << QStringList() << english;
+        QTest::newRow("asked for") << u"it_IT.UTF-8"_s << QStringList{u"--language"_s, u"de"_s} << german;
+        QTest::newRow("asked for in one word") << u"C.UTF-8"_s << QStringList{u"--language=it"_s} << italian;
+        QTest::newRow("English asked for") << u"de_DE.UTF-8"_s << QStringList{u"--language"_s, u"en"_s} << english;
+    }
+
+    void theLanguageIsTheLocalesOrTheOneAskedFor() {
+        QFETCH(QString, locale);
+        QFETCH(QStringList, options);
+        QFETCH(QByteArray, told);
+        m_environment.insert(u"LC_ALL"_s, locale);
+        run(options + QStringList{u"--help"_s});
+        QVERIFY2(m_output.simplified().contains(told), m_output.constData());
         QCOMPARE(m_status, 0);
     }
 
@@ -64,6 +92,8 @@ private Q_SLOTS:
         QTest::newRow("two left files") << QStringList{u"--left"_s, u"A.DDB"_s, u"B.DDB"_s} << QByteArray("--left");
         QTest::newRow("a right one twice")
             << QStringList{u"--right"_s, u"A.DDB"_s, u"--right"_s, u"B.DDB"_s} << QByteArray("--right");
+        QTest::newRow("a language that is not spoken")
+            << QStringList{u"--language"_s, u"xx"_s} << QByteArray("--language takes one of these: en, de, it");
         QTest::newRow("without its value") << QStringList{u"--picture"_s} << QByteArray("picture");
     }
 

@@ -1,3 +1,4 @@
+#include "tests/tools/fake/FakeControl.h"
 #include "tests/window/WindowTest.h"
 #include "tests/window/find/FindHands.h"
 
@@ -11,6 +12,14 @@ TableOfTexts words() {
     return {u"Words"_s,
             {{u"A"_s, FieldType::Text, {u"one"_s, u"two"_s, u"One more"_s, u"none"_s}},
              {u"B"_s, FieldType::Text, {u"x"_s, u"ONE"_s, u"y"_s, u"z"_s}}}};
+}
+
+/// The records of the hits that are listed.
+QStringList rowsOfHits(EditorFixture &fixture) {
+    QStringList rows;
+    for (const QString &hit : hitsOf(fixture))
+        rows.append(hit.section(u'|', 2, 2));
+    return rows;
 }
 
 } // namespace
@@ -111,6 +120,39 @@ private Q_SLOTS:
         hands::key(&fixture.window(), Qt::Key_F3);
         QTRY_COMPARE(fixture.shownTable(0), u"Words"_s);
         QCOMPARE(fixture.grid(0).selection(), singleCell(1, 1));
+    }
+
+    void otherTablesAreSearchedByColumnsWhereThereAreAny() {
+        for (const int recordsTogether : {0, 2, 100}) {
+            const UseFake fake(recordsTogether);
+            EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), words(), counted(u"Zeros"_s, 5, 2)}));
+            const int records = fake->calls(u"GetQirRecord"_s);
+            openBar(fixture, u"on"_s);
+            check(fixture, u"findAllTables"_s);
+            QTRY_COMPARE(hitsOf(fixture), (QStringList{u"Left|Words|1|1|one"_s, u"Left|Words|2|2|ONE"_s,
+                                                       u"Left|Words|3|1|One more"_s, u"Left|Words|4|1|none"_s}));
+            QCOMPARE(fake->calls(u"GetQirRecord"_s) > records, recordsTogether == 0);
+            QCOMPARE(fixture.shownTable(0), u"Pumps"_s);
+        }
+    }
+
+    void aRegularExpressionSearchesOtherTablesToo() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), words(), counted(u"Zeros"_s, 5, 2)}));
+        openBar(fixture, u"^o.e$"_s);
+        check(fixture, u"findPattern"_s);
+        check(fixture, u"findAllTables"_s);
+        QTRY_COMPARE(countOf(fixture), u"2 cells"_s);
+    }
+
+    void aTableInTwoHalvesHasTheSameHits() {
+        // Enough cells for a second thread, the hits at both ends and in the middle.
+        TableOfTexts table = counted(u"Many"_s, 4096, 5);
+        for (const int record : {0, 2047, 2048, 4095})
+            table.fields[4].texts[record] = u"777777"_s;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
+        openBar(fixture, u"777777"_s);
+        QTRY_COMPARE(countOf(fixture), u"4 cells"_s);
+        QTRY_COMPARE(rowsOfHits(fixture), QStringList({u"1"_s, u"2048"_s, u"2049"_s, u"4096"_s}));
     }
 
     void aHitOfTheListIsGoneTo() {

@@ -53,6 +53,13 @@ struct StepEffects {
     std::pair<int, int> cell{};     ///< The only one painted; (0, 0) for none.
 };
 
+/// How many records a carried table changes, adds and removes on the other side.
+struct CarriedTable {
+    int changed = 0;
+    int added = 0;
+    int removed = 0;
+};
+
 /// The whole editor in its plainest form: the state of both panes, and the rules by which commands change it. No
 /// widget, no component; what a person does and answers comes in as arguments. What the rules leave open, the grids'
 /// current cells above all, the model takes from the window.
@@ -124,8 +131,28 @@ public:
     void paste(int pane, int firstRow, int firstColumn, int lastRow, int lastColumn,
                const std::vector<QStringList> &cells);
     void sort(int pane, int column);
+    /// Lays a block from a cell on, over records that are added for it where the user wants that.
+    void pasteAll(int pane, int firstRow, int firstColumn, const std::vector<QStringList> &cells, int newRecords);
+
+    // Going back and forth
+
+    /// The database holds what it held once. What has changed, a table's name and how many tables, the component tells.
+    void goToState(int pane, const PlainDatabase &content, bool isChanged, const QString &table, int changedTables);
+
+    // Differences
+
+    /// The same types and sizes on both sides, in columns that both have.
+    bool fieldsAlike(int firstColumn, int lastColumn) const;
+    void carryCells(int from, const GridRange &cells);
+    void carryRecord(int from, int row);
+    CarriedTable carriedTable(int from) const;
+    void carryTable(int from);
+    /// A command compared the shown cells.
+    void compareShown() { compare(); }
 
 private:
+    void adopt(ModelPane &it, PlainDatabase content);
+    void selectAfterRefill(int pane, const QString &table, const QString &selected, int before);
     /// Gives a line of both lists the marker of a differing table, or takes it away.
     void mark(int line, bool different);
     void markTable(const QString &name);

@@ -66,6 +66,9 @@ void EditorSession::expectAgreement() {
     if (const QString wrong = disagreement(*m_fixture, m_model); !wrong.isEmpty())
         throw std::runtime_error(wrong.toStdString());
     m_model.beginStep();
+    for (const int index : {0, 1})
+        if (m_model.pane(index).open)
+            historyOf(index).begin(m_model.pane(index).content, m_model.pane(index).changed);
 }
 
 QString EditorSession::path(int file) const {
@@ -92,6 +95,8 @@ void EditorSession::startEditor(std::optional<int> file) {
     m_fixture.reset(); // one window at a time
     const QString commandLine = file ? path(*file) : QString();
     m_fixture = std::make_unique<EditorFixture>(commandLine);
+    for (const QString &window : {u"differencesSummary"_s, u"differencesByKey"_s})
+        m_fixture->dialogs().allow(window);
     m_model.start(file, commandLine);
 }
 
@@ -108,6 +113,8 @@ QString EditorSession::run(const Step &step) {
         return {}; // nothing was done
     note(listsText());
     QString wrong = disagreement(*m_fixture, m_model);
+    if (wrong.isEmpty())
+        wrong = historyDisagreement(step);
     if (wrong.isEmpty() && m_filesTouched)
         wrong = filesDisagreement();
     return wrong;
@@ -170,11 +177,24 @@ void EditorSession::take(const Step &step) {
     case Step::RemoveField:
     case Step::ResizeField:
         return takeFieldStep(step);
+    case Step::Undo:
+    case Step::Redo:
+    case Step::GoToState:
+    case Step::Revert:
+    case Step::PasteAll:
+        return takeHistoryStep(step);
     case Step::AddRecord:
     case Step::RemoveRecord:
     case Step::CloneSize:
     case Step::CloneArea:
         return takeRecordStep(step);
+    case Step::Walk:
+    case Step::CarryCells:
+    case Step::CarryRecord:
+    case Step::CarryTable:
+    case Step::LookAtDifferences:
+    case Step::LookAtWindows:
+        return takeDifferenceStep(step);
     default:
         return takeCellStep(step);
     }

@@ -2,6 +2,7 @@
 
 #include "tests/window/EditorFixture.h"
 #include "tests/window/model/EditorModel.h"
+#include "tests/window/model/ModelHistory.h"
 #include "tests/window/model/Steps.h"
 
 #include <QDialog>
@@ -40,6 +41,8 @@ private:
     void takeFieldStep(const Step &step);
     void takeRecordStep(const Step &step);
     void takeCellStep(const Step &step);
+    void takeHistoryStep(const Step &step);
+    void takeDifferenceStep(const Step &step);
 
     void selectLine(int pane, int line);
     void selectByKey(bool down);
@@ -74,11 +77,29 @@ private:
     void fillDown(int pane, const GridSelection &block);
     void sortByColumn(int pane, int column);
 
+    bool isStop(int line) const;
+    void walk(bool forward);
+    void carryCells(const std::array<unsigned, 6> &picks);
+    void carryRecord(int from, unsigned rowPick, unsigned columnPick);
+    void carryTable(bool yes);
+    void lookAtDifferences();
+    void lookAtWindows(bool summary);
+
     void open(int file, bool cancel);
     void saveAs(int file);
     void closePane(bool yes);
     void toggleMode(Command command, bool yes);
     void restart(const std::array<bool, 2> &yes, std::optional<int> file);
+
+    ModelHistory &historyOf(int pane) { return m_histories[static_cast<std::size_t>(pane)]; }
+    void undo(int pane);
+    void redo(int pane);
+    void goToState(int pane, int done);
+    void arrive(int pane, int done);
+    void revert(int pane, bool yes);
+    void pasteAll(const Step &step);
+    void expectEnabled(Command command, bool enabled) const;
+    QString historyDisagreement(const Step &step);
 
     bool activeOpen() const { return m_model.active >= 0 && m_model.pane(m_model.active).open; }
     /// The active pane's shown table, records or not; null when there is none.
@@ -99,6 +120,8 @@ private:
     QTemporaryDir m_folder;
     std::unique_ptr<EditorFixture> m_fixture;
     EditorModel m_model;
+    std::array<ModelHistory, 2> m_histories;
+    std::array<bool, 2> m_reverted{};                    // by the current step
     std::optional<std::vector<QStringList>> m_clipboard; // cells to paste; nothing when there is no text
     bool m_taken = true;                                 // the current step finds something to do
     int m_takenCount = 0;

@@ -45,6 +45,12 @@ constexpr std::array<KindOfStep, Step::KindCount> kinds{{
     {"sort by a column", 6},
     {"fit the columns", 1},
     {"compare again", 3},
+    {"walk", 6},
+    {"carry cells", 4},
+    {"carry a record", 3},
+    {"carry the table", 2},
+    {"look at the differences", 3},
+    {"look at a window", 1},
     {"open", 2},
     {"save", 4},
     {"save as", 1},
@@ -52,6 +58,11 @@ constexpr std::array<KindOfStep, Step::KindCount> kinds{{
     {"one pane", 1},
     {"two panes", 2},
     {"restart", 1},
+    {"undo", 10},
+    {"redo", 6},
+    {"go to a state", 3},
+    {"revert to what is saved", 1},
+    {"paste all", 3},
 }};
 
 } // namespace

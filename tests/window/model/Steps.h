@@ -39,6 +39,12 @@ struct Step {
         SortColumn,
         FitColumns,
         CompareAgain,
+        Walk,
+        CarryCells,
+        CarryRecord,
+        CarryTable,
+        LookAtDifferences,
+        LookAtWindows,
         Open,
         Save,
         SaveAs,
@@ -46,6 +52,11 @@ struct Step {
         OneMenu,
         TwoMenu,
         Restart,
+        Undo,
+        Redo,
+        GoToState,
+        Revert,
+        PasteAll,
         KindCount
     };
 

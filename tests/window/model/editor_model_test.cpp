@@ -15,6 +15,7 @@ namespace {
 
 constexpr int stepsOfSequence = 250;
 constexpr int mostShorteningRuns = 250;
+constexpr int mostLinesTold = 30;
 constexpr int millisecondsOfRun = 900'000;
 constexpr int millisecondsOfReplay = 60'000;
 const QString announcement = u"sequence "_s;
@@ -107,7 +108,14 @@ private:
         int taken = 0;
         for (; taken < steps; ++seed) {
             print(announcement + QString::number(seed));
-            const Run run = runOf(randomSequence(seed, stepsOfSequence), [](const QString &) {});
+            QStringList last; // what the steps before a failure came down to
+            const Run run = runOf(randomSequence(seed, stepsOfSequence), [&last](const QString &line) {
+                last.append(line);
+                if (last.size() > mostLinesTold)
+                    last.removeFirst();
+            });
+            if (!run.wrong.isEmpty())
+                print(last.join(u'\n'));
             QVERIFY2(run.wrong.isEmpty(), qUtf8Printable(run.wrong));
             taken += run.taken;
         }

@@ -1,0 +1,169 @@
+#include "cli/exchange/JsonRecord.h"
+
+#include "base/columns/UnicodeText.h"
+
+#include <QChar>
+#include <QString>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+[[noreturn]] void refuse(const char *reason) {
+    throw std::runtime_error(reason);
+}
+
+bool isDigit(char byte) {
+    return byte >= '0' && byte <= '9';
+}
+
+} // namespace
+
+void JsonRecord::read(QByteArrayView line) {
+    m_line = line;
+    m_at = 0;
+    m_own.resize(0);
+    m_values.clear();
+    if (!skip('['))
+        refuse("an array is missing");
+    if (!skip(']')) {
+        do {
+            skipBlanks();
+            if (m_at < m_line.size() && m_line[m_at] == '"')
+                readString();
+            else
+                readNumber();
+        } while (skip(','));
+        if (!skip(']'))
+            refuse("an array is not closed, or a value is neither number nor text");
+    }
+    skipBlanks();
+    if (m_at != m_line.size())
+        refuse("something stands behind the array");
+}
+
+void JsonRecord::skipBlanks() {
+    while (m_at < m_line.size() && (m_line[m_at] == ' ' || m_line[m_at] == '\t' || m_line[m_at] == '\r'))
+        ++m_at;
+}
+
+bool JsonRecord::skip(char byte) {
+    skipBlanks();
+    if (m_at == m_line.size() || m_line[m_at] != byte)
+        return false;
+    ++m_at;
+    return true;
+}
+
+void JsonRecord::readNumber() {
+    const qsizetype begin = m_at;
+    for (const QByteArrayView word : {QByteArrayView("true"), QByteArrayView("false")}) {
+        if (m_line.sliced(m_at).startsWith(word)) {
+            m_at += word.size();
+            m_values.push_back({begin, word.size(), false, false});
+            return;
+        }
+    }
+    const auto digits = [&] {
+        const qsizetype first = m_at;
+        while (m_at < m_line.size() && isDigit(m_line[m_at]))
+            ++m_at;
+        if (m_at == first)
+            refuse("a value is neither number nor text");
+    };
+    const auto takes = [&](char byte) { return m_at < m_line.size() && m_line[m_at] == byte && ++m_at != 0; };
+    takes('-');
+    digits();
+    if (takes('.'))
+        digits();
+    if (takes('e') || takes('E')) {
+        if (!takes('+'))
+            takes('-');
+        digits();
+    }
+    m_values.push_back({begin, m_at - begin, false, false});
+}
+
+void JsonRecord::readString() {
+    const qsizetype begin = ++m_at;
+    const qsizetype own = m_own.size();
+    bool isOwn = false;
+    qsizetype copied = begin;
+    while (true) {
+        if (m_at == m_line.size())
+            refuse("a text is not closed");
+        const char byte = m_line[m_at];
+        if (byte == '"')
+            break;
+        if (static_cast<unsigned char>(byte) < 0x20)
+            refuse("a text has a control character");
+        if (byte != '\\') {
+            ++m_at;
+            continue;
+        }
+        isOwn = true;
+        m_own.append(m_line.sliced(copied, m_at - copied));
+        readEscape();
+        copied = m_at;
+    }
+    if (isOwn)
+        m_own.append(m_line.sliced(copied, m_at - copied));
+    m_values.push_back(isOwn ? Value{own, m_own.size() - own, true, true} : Value{begin, m_at - begin, true, false});
+    ++m_at;
+}
+
+char32_t JsonRecord::readCode() {
+    constexpr qsizetype digits = 4;
+    bool isNumber = false;
+    const char32_t code =
+        m_line.size() - m_at < digits ? 0 : m_line.sliced(m_at, digits).toByteArray().toUShort(&isNumber, 16);
+    if (!isNumber)
+        refuse("a text has an escape that is none");
+    m_at += digits;
+    return code;
+}
+
+void JsonRecord::readEscape() {
+    constexpr QByteArrayView letters = "\"\\/bfnrt";
+    constexpr QByteArrayView meant = "\"\\/\b\f\n\r\t";
+    const char letter = m_at + 1 < m_line.size() ? m_line[m_at + 1] : '\0';
+    m_at += 2;
+    if (const qsizetype known = letters.indexOf(letter); letter != '\0' && known >= 0) {
+        m_own.append(meant[known]);
+        return;
+    }
+    if (letter != 'u')
+        refuse("a text has an escape that is none");
+    QString text;
+    const char32_t code = readCode();
+    text += QChar(static_cast<char16_t>(code));
+    if (QChar::isHighSurrogate(code) && m_line.sliced(m_at).startsWith("\\u")) {
+        const qsizetype before = m_at;
+        m_at += 2;
+        if (const char32_t low = readCode(); QChar::isLowSurrogate(low))
+            text += QChar(static_cast<char16_t>(low));
+        else
+            m_at = before;
+    }
+    m_own.append(wellFormed(text).toUtf8()); // a lone surrogate as U+FFFD
+}
+
+QByteArrayView JsonRecord::bytesOf(const Value &value) const {
+    return (value.isOwn ? QByteArrayView(m_own) : m_line).sliced(value.start, value.length);
+}
+
+void JsonRecord::give(std::size_t index, FieldType type, RecordIntake &records) const {
+    const Value &value = m_values[index];
+    if (value.isString != (type == FieldType::Text))
+        refuse(value.isString ? "a text stands where a number is missing" : "a number stands where a text is missing");
+    if (value.isString)
+        records.text(bytesOf(value));
+    else
+        records.written(bytesOf(value));
+}
+
+} // namespace qir

@@ -1,0 +1,135 @@
+#include "cli/Progress.h"
+#include "cli/exchange/ExchangeSource.h"
+#include "cli/exchange/Postgres.h"
+#include "cli/exchange/PostgresCopy.h"
+#include "cli/exchange/SqlNames.h"
+#include "cli/tables/FieldHeader.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace qir {
+
+namespace {
+
+/// A column, what its field becomes, and how it is asked for.
+struct Column {
+    FieldInfo field;
+    QByteArray asked;
+    bool isFlag; ///< Comes as t or f.
+};
+
+QByteArray schemaIs(const QString &schema) {
+    return "relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = " + sqlText(schema.toUtf8()) + ')';
+}
+
+/// The field that a comment tells, as an export writes it.
+std::optional<FieldInfo> toldField(const QString &name, const QString &comment) {
+    const Result<FieldHeader> told = parseFieldHeader(u'[' + comment + u']');
+    if (!told || !told->type)
+        return std::nullopt;
+    return FieldInfo{name, *told->type, told->size.value_or(0)};
+}
+
+/// What PostgreSQL's own types become; the size of a text is seen later where it is 0.
+Column columnOf(const QString &name, const QString &type, const QString &comment) {
+    const QByteArray asked = sqlName(name);
+    const bool isFlag = type == u"boolean"_s;
+    const bool isNumber =
+        isFlag ||
+        QStringList{u"smallint"_s, u"integer"_s, u"bigint"_s, u"real"_s, u"double precision"_s}.contains(type);
+    const bool isText = type == u"text"_s || type.startsWith(u"character"_s);
+    const std::optional<FieldInfo> told = toldField(name, comment);
+    if (told && (told->type == FieldType::Text ? isText : isNumber))
+        return {*told, asked, isFlag};
+    if (isFlag)
+        return {{name, FieldType::Bool, 0}, asked, true};
+    if (type == u"smallint"_s)
+        return {{name, FieldType::Int, 0}, asked, false};
+    if (type == u"integer"_s)
+        return {{name, FieldType::Long, 0}, asked, false};
+    if (isNumber || type.startsWith(u"numeric"_s))
+        return {{name, FieldType::Double, 0}, asked, false};
+    if (type == u"date"_s)
+        return {{name, FieldType::Date, 0}, "to_char(" + asked + ", 'YYYY-MM-DD')", false};
+    if (type.startsWith(u"timestamp"_s))
+        return {{name, FieldType::Date, 0}, "to_char(" + asked + ", 'YYYY-MM-DD\"T\"HH24:MI:SS')", false};
+    return {{name, FieldType::Text, 0}, asked + "::text", false};
+}
+
+std::vector<Column> columnsOf(Postgres &database, const QString &schema, const QString &table) {
+    const QByteArray from = sqlName(schema) + '.' + sqlName(table);
+    std::vector<Column> columns;
+    for (const QStringList &row :
+         database.rows("SELECT attname, format_type(atttypid, atttypmod), col_description(attrelid, attnum) FROM "
+                       "pg_attribute WHERE attrelid = " +
+                       sqlText(from) + "::regclass AND attnum > 0 AND NOT attisdropped ORDER BY attnum"))
+        columns.push_back(columnOf(row[0], row[1], row[2]));
+    constexpr int largestSize = 65535;
+    for (Column &column : columns) {
+        if (column.field.type != FieldType::Text || !column.asked.endsWith("::text"))
+            continue;
+        const auto longest = database.rows("SELECT max(char_length(" + column.asked + ")) FROM " + from);
+        column.field.size = std::clamp(longest[0][0].toInt(), usualTextSize, largestSize);
+    }
+    return columns;
+}
+
+void takeLine(QByteArrayView line, const std::vector<Column> &columns, const std::vector<FieldInfo> &fields,
+              RecordIntake &records) {
+    QByteArray storage;
+    qsizetype at = 0;
+    for (std::size_t index = 0; index < columns.size(); ++index) {
+        const std::optional<QByteArrayView> value = copyValue(line, at, storage);
+        if (!value)
+            records.written({}); // nothing, or 0
+        else if (columns[index].isFlag && fields[index].type != FieldType::Text)
+            records.number(*value == "t" ? 1 : 0);
+        else
+            records.written(*value);
+    }
+    records.endRecord();
+}
+
+void takeTable(Postgres &database, const QString &schema, const QString &table, TableIntake &intake) {
+    const std::vector<Column> columns = columnsOf(database, schema, table);
+    std::vector<FieldInfo> fields;
+    QByteArray asked;
+    for (const Column &column : columns) {
+        fields.push_back(column.field);
+        asked += (asked.isEmpty() ? "" : ", ") + column.asked;
+    }
+    const QString source = u"PostgreSQL: "_s + table;
+    fields = intake.begin(source, table, fields);
+    RecordIntake records(intake, source, fields);
+    Progress progress(source);
+    database.beginCopyOut("COPY (SELECT " + asked + " FROM " + sqlName(schema) + '.' + sqlName(table) + ") TO STDOUT");
+    QByteArray line;
+    while (database.copyOut(line)) {
+        takeLine(line, columns, fields, records);
+        progress.step();
+    }
+    records.flush();
+}
+
+} // namespace
+
+void takePostgres(const QString &connection, const QString &schema, TableIntake &intake) {
+    namedPostgres([&] {
+        // Every table as it was at the same time, and its records in the order in which they were written.
+        Postgres database(connection, "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; SET LOCAL "
+                                      "synchronize_seqscans = off; SET LOCAL extra_float_digits = 3");
+        const auto tables =
+            database.rows("SELECT relname FROM pg_class WHERE relkind IN ('r', 'p', 'v', 'm', 'f') AND " +
+                          schemaIs(schema) + " ORDER BY oid");
+        if (tables.empty())
+            throw std::runtime_error(u"the schema \"%1\" has no table"_s.arg(schema).toStdString());
+        for (const QStringList &table : tables)
+            if (intake.wants(table[0]))
+                takeTable(database, schema, table[0], intake);
+        intake.requireChosen(u"PostgreSQL"_s);
+    });
+}
+
+} // namespace qir

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "cli/tables/Portions.h"
+#include "cli/tables/TableReader.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QStringView>
+
+namespace qir {
+
+/// A name in SQL, as it is.
+QByteArray sqlName(QStringView name);
+/// A text in SQL. No line end of two characters stands in it as such: readers of lines would make it one.
+QByteArray sqlText(QByteArrayView utf8);
+/// The type of a field's column that PostgreSQL and SQLite know.
+QByteArray sqlType(const FieldInfo &field);
+
+enum class Engine { Sqlite, Postgres, Both };
+
+/// Throws std::runtime_error where the engine has no such table or column.
+void requireSqlNames(const TableInfo &table, Engine engine);
+/// Throws std::runtime_error where a text has a character that no text of SQL holds.
+void requireNoNul(const TableInfo &table, const Portion &portion);
+
+} // namespace qir

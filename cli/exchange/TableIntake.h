@@ -1,0 +1,90 @@
+#pragma once
+
+#include "base/columns/ColumnBuilder.h"
+#include "cli/Session.h"
+#include "cli/tables/ColumnValues.h"
+#include "cli/tables/Portions.h"
+#include "cli/tables/TableReader.h"
+
+#include <QByteArrayView>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+namespace qir {
+
+/// What becomes of a table that has the name already.
+enum class Standing {
+    Refused,  ///< It stays, and the import fails.
+    Replaced, ///< It gets the fields and records of the import, and keeps its place.
+    Extended, ///< It gets its records; one must be there.
+};
+
+/// The fields of a standing table that columns of these names go to, by their numbers. A column that tells its type
+/// must go to a field of that type. Throws FileError, which names `source`.
+struct ColumnName {
+    QString name;
+    std::optional<FieldType> type;
+};
+std::vector<int> standingFields(const QString &source, const TableInfo &table, const std::vector<ColumnName> &columns);
+
+/// Where the tables of an import go: into a database, in memory, until its session saves it.
+class TableIntake {
+public:
+    TableIntake(const Session &session, Standing standing, QStringList chosen)
+        : m_session(session)
+        , m_standing(standing)
+        , m_chosen(std::move(chosen)) {}
+
+    /// Whether the import wants a table of that name: all, unless some were chosen.
+    bool wants(const QString &table);
+    /// Throws where a chosen table did not come.
+    void requireChosen(const QString &source) const;
+
+    /// Makes a table ready for records of these fields, and gives the fields that they are stored in; throws FileError,
+    /// also for what the component throws.
+    std::vector<FieldInfo> begin(const QString &source, const QString &table, const std::vector<FieldInfo> &fields);
+    void append(const Portion &portion);
+
+private:
+    std::vector<FieldInfo> beginTable(const QString &source, const QString &table,
+                                      const std::vector<FieldInfo> &fields);
+
+    const Session &m_session;
+    Standing m_standing;
+    QStringList m_chosen;
+    QStringList m_come;
+    std::optional<RecordAppender> m_appender;
+};
+
+/// Records of a table on their way in, value by value; hands them on by portions.
+class RecordIntake {
+public:
+    RecordIntake(TableIntake &intake, QString source, std::vector<FieldInfo> fields);
+
+    /// The values of a record in their order; throws FileError for one that does not fit, with record and field.
+    void number(double number);
+    void text(QByteArrayView utf8);
+    /// As CSV files have it.
+    void written(QByteArrayView utf8);
+    void endRecord();
+    /// Behind the last record.
+    void flush();
+
+private:
+    const FieldInfo &field() const { return m_fields[m_column]; }
+    [[noreturn]] void refuse(QByteArrayView value, const QString &reason) const;
+
+    TableIntake &m_intake;
+    QString m_source;
+    std::vector<FieldInfo> m_fields;
+    std::vector<ColumnBuilder> m_builders;
+    QString m_text;
+    std::size_t m_column = 0;
+    int m_count = 0; // of records that were not handed on
+    qint64 m_records = 0;
+};
+
+} // namespace qir

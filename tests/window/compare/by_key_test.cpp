@@ -1,0 +1,318 @@
+#include "base/state/Remembered.h"
+#include "tests/support/Hands.h"
+#include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QListView>
+#include <QPushButton>
+#include <QTableView>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Tags in another order: P-1 is gone on the right, P-4 is new there, P-2 has another speed.
+TableOfTexts leftPumps() {
+    return {u"Pumps"_s,
+            {{u"Tag"_s, FieldType::Text, {u"P-1"_s, u"P-2"_s, u"P-3"_s}, 20},
+             {u"Speed"_s, FieldType::Long, {u"1500"_s, u"700"_s, u"900"_s}}}};
+}
+
+TableOfTexts rightPumps() {
+    return {u"Pumps"_s,
+            {{u"Tag"_s, FieldType::Text, {u"P-2"_s, u"P-3"_s, u"P-4"_s}, 20},
+             {u"Speed"_s, FieldType::Long, {u"800"_s, u"900"_s, u"400"_s}}}};
+}
+
+QDialog *window(EditorFixture &fixture) {
+    return fixture.window().findChild<QDialog *>(u"differencesByKey"_s);
+}
+
+template<class T>
+T &control(EditorFixture &fixture, const QString &name) {
+    return *window(fixture)->findChild<T *>(name);
+}
+
+QAbstractItemModel &changes(EditorFixture &fixture) {
+    return *control<QTableView>(fixture, u"keyedChanges"_s).model();
+}
+
+QList<QStringList> rows(EditorFixture &fixture) {
+    const QAbstractItemModel &model = changes(fixture);
+    QList<QStringList> all;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        QStringList texts;
+        for (int column = 0; column < model.columnCount(); ++column)
+            texts.append(model.index(row, column).data().toString());
+        all.append(texts);
+    }
+    return all;
+}
+
+QString status(EditorFixture &fixture) {
+    return control<QLabel>(fixture, u"keyedStatus"_s).text();
+}
+
+/// Clicks the box before a line of a list, or of the changes.
+void tick(EditorFixture &fixture, const QString &view, int row) {
+    auto &list = control<QAbstractItemView>(fixture, view);
+    const QModelIndex index = list.model()->index(row, 0);
+    list.scrollTo(index);
+    const QRect place = list.visualRect(index);
+    hands::click(list.viewport(), Qt::LeftButton, {}, QPoint(place.left() + 10, place.center().y()));
+}
+
+void push(EditorFixture &fixture, const QString &button) {
+    hands::click(&control<QPushButton>(fixture, button), Qt::LeftButton);
+}
+
+} // namespace
+
+/// The window of differences by key beside the real main window.
+class ByKeyTest : public WindowTest {
+    Q_OBJECT
+
+    void open(EditorFixture &fixture, const TableOfTexts &left = leftPumps(),
+              const TableOfTexts &right = rightPumps()) {
+        fixture.dialogs().allow(u"differencesByKey"_s);
+        openBoth(fixture, {left}, {right});
+        fixture.choose(Command::DifferencesByKeyMenu);
+        QVERIFY(window(fixture)->isVisible());
+    }
+
+private Q_SLOTS:
+    void aProposedKeyIsComputedAsTheWindowOpens() {
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(rows(fixture), (QList<QStringList>{{u"P-1"_s, u"removed"_s, QString(), u"record 1"_s, QString()},
+                                                    {u"P-2"_s, u"changed"_s, u"Speed"_s, u"700"_s, u"800"_s},
+                                                    {u"P-4"_s, u"added"_s, QString(), QString(), u"record 3"_s}}));
+        QCOMPARE(status(fixture), u"1 added, 1 removed, 1 changed, 0 moved."_s);
+        QCOMPARE(changes(fixture).headerData(0, Qt::Horizontal).toString(), u"Key"_s);
+    }
+
+    void whereNoFieldIsUniqueNoneIsProposed() {
+        EditorFixture fixture;
+        open(fixture, listOf(u"Pumps"_s, {u"a"_s, u"a"_s}), listOf(u"Pumps"_s, {u"a"_s, u"b"_s}));
+        QCOMPARE(rows(fixture), QList<QStringList>());
+        QCOMPARE(status(fixture), u"No field has values that are unique on both sides. Check the fields of the key."_s);
+        tick(fixture, u"keyFields"_s, 0);
+        QVERIFY2(status(fixture).contains(u"on the left the records 1 and 2 have the same"_s),
+                 qPrintable(status(fixture)));
+    }
+
+    void aCheckedKeyIsRememberedForTheTwoFiles() {
+        {
+            EditorFixture fixture;
+            open(fixture);
+            tick(fixture, u"keyFields"_s, 1);
+            QCOMPARE(status(fixture), u"2 added, 2 removed, 0 changed, 0 moved."_s);
+        }
+        EditorFixture again;
+        again.dialogs().allow(u"differencesByKey"_s);
+        again.openBoth(path(u"LEFT.DDB"_s), path(u"RIGHT.DDB"_s));
+        again.choose(Command::DifferencesByKeyMenu);
+        QCOMPARE(status(again), u"2 added, 2 removed, 0 changed, 0 moved."_s);
+    }
+
+    void ofProtectedFilesNoKeyIsKept() {
+        {
+            EditorFixture fixture;
+            fixture.dialogs().allow(u"differencesByKey"_s);
+            const QString left = makeFile(u"LEFT.DDB"_s, {leftPumps()}, u"secret"_s);
+            const QString right = makeFile(u"RIGHT.DDB"_s, {rightPumps()});
+            fixture.choose(Command::TwoMenu);
+            fixture.activate(1);
+            fixture.open(right);
+            fixture.activate(0);
+            fixture.dialogs().expectFile(fileDialogTitle, left);
+            fixture.dialogs().expect([](QDialog &dialog) {
+                hands::type(dialog.findChild<QLineEdit *>(), u"secret"_s);
+                dialog.accept();
+                return QString();
+            });
+            fixture.choose(Command::OpenDatabase);
+            if (!fixture.isOpen(0))
+                QSKIP("the password dialog is answered otherwise");
+            fixture.choose(Command::DifferencesByKeyMenu);
+            tick(fixture, u"keyFields"_s, 1);
+        }
+        const Remembered remembered;
+        QCOMPARE(remembered.keyFields({path(u"LEFT.DDB"_s), path(u"RIGHT.DDB"_s)}, u"Pumps"_s), QStringList());
+    }
+
+    void anIgnoredFieldIsNoDifference() {
+        EditorFixture fixture;
+        open(fixture);
+        tick(fixture, u"keyedIgnored"_s, 1);
+        QCOMPARE(status(fixture), u"1 added, 1 removed, 0 changed, 0 moved."_s);
+        tick(fixture, u"keyedIgnored"_s, 0); // the key is compared all the same
+        QCOMPARE(status(fixture), u"1 added, 1 removed, 0 changed, 0 moved."_s);
+    }
+
+    void numbersWithinTheToleranceAreEqual() {
+        EditorFixture fixture;
+        open(fixture);
+        auto &tolerance = control<QLineEdit>(fixture, u"keyedTolerance"_s);
+        hands::click(&tolerance, Qt::LeftButton);
+        hands::type(&tolerance, u"100"_s);
+        QTRY_COMPARE(status(fixture), u"1 added, 1 removed, 0 changed, 0 moved."_s);
+        hands::key(&tolerance, QKeySequence::SelectAll);
+        hands::type(&tolerance, u"99.5"_s);
+        QTRY_COMPARE(status(fixture), u"1 added, 1 removed, 1 changed, 0 moved."_s);
+    }
+
+    void caseAndBlanksDoNotCountOnRequest() {
+        EditorFixture fixture;
+        TableOfTexts other = leftPumps();
+        other.fields[0].texts = {u"p-1"_s, u"P -2"_s, u"P-3"_s};
+        open(fixture, leftPumps(), other);
+        QCOMPARE(status(fixture), u"2 added, 2 removed, 0 changed, 0 moved."_s);
+        hands::click(&control<QCheckBox>(fixture, u"keyedCase"_s), Qt::LeftButton, {}, QPoint(8, 8));
+        QCOMPARE(status(fixture), u"1 added, 1 removed, 0 changed, 0 moved."_s);
+        hands::click(&control<QCheckBox>(fixture, u"keyedBlanks"_s), Qt::LeftButton, {}, QPoint(8, 8));
+        QCOMPARE(status(fixture), u"0 added, 0 removed, 0 changed, 0 moved."_s);
+    }
+
+    void aDoubleClickBringsBothGridsToTheRecords() {
+        EditorFixture fixture;
+        open(fixture);
+        auto &view = control<QTableView>(fixture, u"keyedChanges"_s);
+        hands::doubleClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(view.model()->index(1, 2)).center());
+        QCOMPARE(fixture.grid(0).selection(), singleCell(2, 2));
+        QCOMPARE(fixture.grid(1).selection(), singleCell(1, 2));
+    }
+
+    void tickedChangesAreShownAndCarriedToTheRightAsOneStep() {
+        EditorFixture fixture;
+        open(fixture);
+        QVERIFY(!control<QPushButton>(fixture, u"keyedCarryRight"_s).isEnabled());
+        hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
+        fixture.dialogs().expectMessage(u"Make these changes on the right?\n"
+                                        "Values changed: 1, records added: 1, removed: 1.\n"
+                                        "P-1: the record is added\n"
+                                        "P-2: Speed becomes 700, not 800\n"
+                                        "P-4: the record is removed"_s,
+                                        u"?"_s, u"Yes"_s);
+        push(fixture, u"keyedCarryRight"_s);
+        QCOMPARE(recordsOf(fixture, 1),
+                 (QList<QStringList>{{u"P-2"_s, u"700"_s}, {u"P-3"_s, u"900"_s}, {u"P-1"_s, u"1500"_s}}));
+        QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
+        QTRY_COMPARE(status(fixture), u"0 added, 0 removed, 0 changed, 1 moved."_s); // it has followed
+        fixture.activate(1);
+        fixture.choose(Command::UndoMenu);
+        QCOMPARE(recordsOf(fixture, 1),
+                 (QList<QStringList>{{u"P-2"_s, u"800"_s}, {u"P-3"_s, u"900"_s}, {u"P-4"_s, u"400"_s}}));
+    }
+
+    void oneTickedChangeIsCarriedToTheLeft() {
+        EditorFixture fixture;
+        open(fixture);
+        tick(fixture, u"keyedChanges"_s, 2);
+        fixture.dialogs().expectMessage(u"Make these changes on the left?\n"
+                                        "Values changed: 0, records added: 1, removed: 0.\n"
+                                        "P-4: the record is added"_s,
+                                        u"?"_s, u"Yes"_s);
+        push(fixture, u"keyedCarryLeft"_s);
+        QCOMPARE(recordsOf(fixture, 0).last(), (QStringList{u"P-4"_s, u"400"_s}));
+        QCOMPARE(recordsOf(fixture, 1).size(), 3);
+    }
+
+    void withNoNothingIsWritten() {
+        EditorFixture fixture;
+        open(fixture);
+        tick(fixture, u"keyedChanges"_s, 1);
+        fixture.dialogs().expectMessage(u"Make these changes on the right?\n"
+                                        "Values changed: 1, records added: 0, removed: 0.\n"
+                                        "P-2: Speed becomes 700, not 800"_s,
+                                        u"?"_s, u"No"_s);
+        push(fixture, u"keyedCarryRight"_s);
+        QCOMPARE(stored(fixture, 1, 1, 2), QVariant(800));
+        QVERIFY(!fixture.database(1).DtbHasChanged());
+    }
+
+    void whatDoesNotFitIsToldBeforeAndLeftOutOnRequest() {
+        TableOfTexts right = rightPumps();
+        right.fields[1] = {u"Speed"_s, FieldType::Byte, {u"8"_s, u"90"_s, u"40"_s}};
+        EditorFixture fixture;
+        open(fixture, leftPumps(), right);
+        tick(fixture, u"keyedChanges"_s, 0); // P-1, 1500
+        tick(fixture, u"keyedChanges"_s, 1); // P-2, 700
+        fixture.dialogs().expectMessage(u"Make these changes on the right?\n"
+                                        "Values changed: 1, records added: 1, removed: 0.\n"
+                                        "P-1: the record is added\n"
+                                        "P-2: Speed becomes 700, not 8\n"
+                                        "Field 'Speed' is long on the left and byte on the right.\n"
+                                        "2 values would not stay what they are, the first is '1500' in record 1, "
+                                        "field 'Speed'.\n"
+                                        "Carry these values too? With No they are left out."_s,
+                                        u"?"_s, u"No"_s);
+        push(fixture, u"keyedCarryRight"_s);
+        QCOMPARE(
+            recordsOf(fixture, 1),
+            (QList<QStringList>{{u"P-2"_s, u"8"_s}, {u"P-3"_s, u"90"_s}, {u"P-4"_s, u"40"_s}, {u"P-1"_s, u"0"_s}}));
+    }
+
+    void anEditIsFollowed() {
+        EditorFixture fixture;
+        open(fixture);
+        edit(fixture, 1, 1, 2, u"700"_s);
+        QVERIFY(!status(fixture).startsWith(u"1 added, 1 removed, 1 changed"_s));
+        QTRY_COMPARE(status(fixture), u"1 added, 1 removed, 0 changed, 0 moved."_s);
+    }
+
+    void closingAPaneEndsIt() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.activate(1);
+        fixture.choose(Command::CloseDatabaseMenu);
+        QVERIFY(!window(fixture)->isVisible());
+        QCOMPARE(rows(fixture), QList<QStringList>());
+    }
+
+    void aReportOfTheWindowGoesByItsKey() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.dialogs().expectFile(u"Report"_s, path(u"keyed.html"_s));
+        push(fixture, u"keyedReport"_s);
+        const QByteArray page = fileBytes(path(u"keyed.html"_s));
+        QVERIFY(page.contains("P-4"));
+        QVERIFY(page.contains("1500"));
+        QVERIFY2(!page.contains("900"), "the record that both have is no difference by key");
+    }
+
+    void theSameFileOnBothSidesHasNoChanges() {
+        EditorFixture fixture;
+        fixture.dialogs().allow(u"differencesByKey"_s);
+        const QString file = makeFile(u"LEFT.DDB"_s, {leftPumps()});
+        fixture.openBoth(file, file);
+        fixture.choose(Command::DifferencesByKeyMenu);
+        QCOMPARE(status(fixture), u"0 added, 0 removed, 0 changed, 0 moved."_s);
+        QVERIFY(!control<QCheckBox>(fixture, u"keyedTickAll"_s).isEnabled());
+    }
+
+    void aTableWithoutRecordsOnOneSideIsAllAdded() {
+        EditorFixture fixture;
+        TableOfTexts empty = leftPumps();
+        for (FieldOfTexts &field : empty.fields)
+            field.texts.clear();
+        open(fixture, empty, rightPumps());
+        QCOMPARE(status(fixture), u"3 added, 0 removed, 0 changed, 0 moved."_s);
+        hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
+        fixture.dialogs().expect([](QDialog &dialog) {
+            dialog.findChild<QPushButton *>()->setFocus();
+            auto &box = static_cast<QMessageBox &>(dialog);
+            hands::click(box.button(QMessageBox::Yes), Qt::LeftButton);
+            return QString();
+        });
+        push(fixture, u"keyedCarryLeft"_s);
+        QCOMPARE(recordsOf(fixture, 0), recordsOf(fixture, 1));
+    }
+};
+
+QTEST_MAIN(ByKeyTest)
+#include "by_key_test.moc"

@@ -1,0 +1,348 @@
+#include "tests/support/Hands.h"
+#include "tests/window/EditSupport.h"
+#include "tests/window/WindowTest.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+using namespace qir;
+using namespace qir::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// counted() with 7 in some cells.
+TableOfTexts changed(TableOfTexts table, const std::vector<std::pair<int, int>> &cells) {
+    for (const auto &[row, column] : cells)
+        table.fields[static_cast<std::size_t>(column - 1)].texts[row - 1] = u"7"_s;
+    return table;
+}
+
+/// The texts that the grid's view has, row by row, each behind the number that its header tells.
+QList<QStringList> view(EditorFixture &fixture, int pane) {
+    const QAbstractItemModel *model = fixture.grid(pane).model();
+    QList<QStringList> rows;
+    for (int row = 0; row < model->rowCount(); ++row) {
+        QStringList texts{model->headerData(row, Qt::Vertical).toString()};
+        for (int column = 0; column < model->columnCount(); ++column)
+            texts.append(model->index(row, column).data().toString());
+        rows.append(texts);
+    }
+    return rows;
+}
+
+QStringList shownFields(EditorFixture &fixture, int pane) {
+    const QAbstractItemModel *model = fixture.grid(pane).model();
+    QStringList names;
+    for (int column = 0; column < model->columnCount(); ++column)
+        names.append(model->headerData(column, Qt::Horizontal).toString().section(u' ', 0, 0));
+    return names;
+}
+
+QString message(EditorFixture &fixture) {
+    return fixture.window().findChild<QLabel *>(u"statusLeft"_s)->text();
+}
+
+void strike(EditorFixture &fixture, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    hands::strike(fixture.window(), key, modifiers, {});
+}
+
+} // namespace
+
+/// Mode > Only Differences: grids that show what differs and nothing else.
+class OnlyDifferencesTest : public WindowTest {
+    Q_OBJECT
+
+    /// Table A with six records of four fields: records 2 and 5 differ, in the fields 2 and 4.
+    void open(EditorFixture &fixture) {
+        openBoth(fixture, {counted(u"A"_s, 6, 4), counted(u"B"_s, 3, 2)},
+                 {changed(counted(u"A"_s, 6, 4), {{2, 4}, {5, 2}}), counted(u"B"_s, 3, 2)});
+    }
+
+private Q_SLOTS:
+    void onlyDifferingRecordsAndFieldsShowUnderTheirNumbers() {
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(fixture.grid(0).model()->headerData(0, Qt::Vertical), QVariant());
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(view(fixture, 0), (QList<QStringList>{{u"2"_s, u"202"_s, u"204"_s}, {u"5"_s, u"502"_s, u"504"_s}}));
+        QCOMPARE(view(fixture, 1), (QList<QStringList>{{u"2"_s, u"202"_s, u"7"_s}, {u"5"_s, u"7"_s, u"504"_s}}));
+        QCOMPARE(shownFields(fixture, 1), (QStringList{u"Field2"_s, u"Field4"_s}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 2}, {2, 1}}));
+        QCOMPARE(fixture.grid(0).Row(), 2);
+        QCOMPARE(message(fixture), u"2 of 6 records differ"_s);
+        QVERIFY(fixture.action(Command::OnlyDifferencesMenu).isChecked());
+    }
+
+    void turningItOffRestoresCellsPlaceAndWidths() {
+        EditorFixture fixture;
+        open(fixture);
+        selectBlock(fixture, 0, {3, 1, 4, 3});
+        fixture.grid(0).setColWidth(3, 2000);
+        const QList<QStringList> whole = view(fixture, 0);
+        std::vector<int> sections;
+        for (int section = 0; section < 4; ++section)
+            sections.push_back(fixture.grid(0).horizontalHeader()->sectionSize(section));
+        const int header = fixture.grid(0).verticalHeader()->width();
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QVERIFY(fixture.grid(0).verticalHeader()->width() > header);
+        QCOMPARE(fixture.grid(0).horizontalHeader()->sectionSize(0), sections[1]);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(view(fixture, 0), whole);
+        QCOMPARE(fixture.grid(0).selection(), (GridSelection{3, 1, 4, 3}));
+        QCOMPARE(fixture.grid(1).selection(), (GridSelection{3, 1, 4, 3}));
+        for (int section = 0; section < 4; ++section)
+            QCOMPARE(fixture.grid(0).horizontalHeader()->sectionSize(section),
+                     sections[static_cast<std::size_t>(section)]);
+        QCOMPARE(fixture.grid(0).verticalHeader()->width(), header);
+        QCOMPARE(fixture.grid(0).ColWidth(3), 2000);
+    }
+
+    void whereAPersonWentMeanwhileTheyStay() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.clickCell(1, 2, 1);
+        QCOMPARE(fixture.grid(1).selection(), singleCell(5, 2));
+        QCOMPARE(fixture.grid(0).selection(), singleCell(5, 2));
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(fixture.grid(1).selection(), singleCell(5, 2));
+    }
+
+    void keysGoFromShownCellToShownCell() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        Grid &grid = fixture.grid(0);
+        fixture.clickCell(0, 1, 1);
+        hands::key(&grid, Qt::Key_Down);
+        QCOMPARE(grid.selection(), singleCell(5, 2));
+        hands::key(&grid, Qt::Key_Right);
+        QCOMPARE(grid.selection(), singleCell(5, 4));
+        QCOMPARE(fixture.grid(1).selection(), singleCell(5, 4));
+        hands::key(&grid, Qt::Key_Right);
+        QCOMPARE(grid.selection(), singleCell(5, 4));
+        hands::key(&grid, Qt::Key_Home, Qt::ControlModifier);
+        QCOMPARE(grid.selection(), singleCell(2, 2));
+        hands::key(&grid, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(grid.selection(), (GridSelection{2, 2, 5, 4}));
+    }
+
+    void headersSelectTheShownCells() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QHeaderView *rows = fixture.grid(0).verticalHeader();
+        hands::click(rows->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(4, rows->sectionViewportPosition(1) + 4));
+        QCOMPARE(fixture.grid(0).selection(), (GridSelection{5, 2, 5, 4}));
+        QHeaderView *columns = fixture.grid(0).horizontalHeader();
+        hands::click(columns->viewport(), Qt::LeftButton, Qt::NoModifier,
+                     QPoint(columns->sectionViewportPosition(1) + 20, 4));
+        QCOMPARE(fixture.grid(0).selection(), (GridSelection{2, 4, 5, 4}));
+    }
+
+    void anEditGoesToItsRecordAndStaysInSightWhenItMakesItEqual() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        edit(fixture, 1, 2, 1, u"502"_s); // the second row of the view
+        QCOMPARE(stored(fixture, 1, 5, 2), QVariant(502));
+        QCOMPARE(stored(fixture, 1, 2, 2), QVariant(202));
+        QCOMPARE(view(fixture, 1), (QList<QStringList>{{u"2"_s, u"202"_s, u"7"_s}, {u"5"_s, u"502"_s, u"504"_s}}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 2}}));
+        fixture.choose(Command::CompareAgainMenu);
+        QCOMPARE(view(fixture, 1), (QList<QStringList>{{u"2"_s, u"7"_s}}));
+        QCOMPARE(view(fixture, 0), (QList<QStringList>{{u"2"_s, u"204"_s}}));
+    }
+
+    void tabGoesOnToTheNextShownCell() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        beginEdit(fixture, 0, 1, 1);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Tab);
+        QCOMPARE(fixture.editedCell().column, 4);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Tab);
+        QCOMPARE(fixture.editedCell().row, 5);
+        QCOMPARE(fixture.editedCell().column, 2);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Backtab, Qt::ShiftModifier);
+        QCOMPARE(fixture.editedCell().row, 2);
+    }
+
+    void aCopyTakesTheShownCellsOnly() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.clickCell(0, 1, 1);
+        hands::key(&fixture.grid(0), Qt::Key_A, Qt::ControlModifier);
+        hands::key(&fixture.grid(0), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), u"202\t204\r502\t504"_s);
+        fixture.choose(Command::CopyWithHeadersMenu);
+        QVERIFY(QGuiApplication::clipboard()->text().endsWith(u"202\t204\r502\t504"_s));
+        QCOMPARE(QGuiApplication::clipboard()->text().count(u'\t'), 3);
+    }
+
+    void whatIsNotShownIsNeitherDeletedNorFilledNorCarried() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.clickCell(0, 1, 1);
+        hands::key(&fixture.grid(0), Qt::Key_A, Qt::ControlModifier);
+        strike(fixture, Qt::Key_Right, Qt::AltModifier);
+        QCOMPARE(stored(fixture, 1, 2, 4), QVariant(204));
+        QCOMPARE(stored(fixture, 1, 5, 2), QVariant(502));
+        hands::key(&fixture.grid(0), Qt::Key_Delete);
+        QCOMPARE(stored(fixture, 0, 5, 4), QVariant(0));
+        QCOMPARE(stored(fixture, 0, 3, 2), QVariant(302));
+        QCOMPARE(stored(fixture, 0, 5, 3), QVariant(503));
+        QCOMPARE(view(fixture, 0).size(), 2);
+    }
+
+    void fillDownGoesByShownRecords() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.clickCell(0, 2, 1);
+        hands::key(&fixture.grid(0), Qt::Key_D, Qt::ControlModifier);
+        QCOMPARE(stored(fixture, 0, 5, 2), QVariant(202));
+        QCOMPARE(stored(fixture, 0, 4, 2), QVariant(402));
+    }
+
+    void whatGoesByWholeTablesIsDisabledAndSaysWhy() {
+        EditorFixture fixture;
+        open(fixture);
+        QVERIFY(fixture.action(Command::PasteMenu).isEnabled());
+        fixture.choose(Command::OnlyDifferencesMenu);
+        for (const Command command : {Command::SortFPOP, Command::PasteMenu, Command::PasteAllMenu,
+                                      Command::CloneSelectedAreaPOP, Command::CloneSelectedAreaFPOP}) {
+            QVERIFY(!fixture.action(command).isEnabled());
+            QVERIFY(fixture.action(command).toolTip().startsWith(u"Not while only differences are shown"_s));
+        }
+        QGuiApplication::clipboard()->setText(u"9"_s);
+        fixture.clickCell(0, 1, 1);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(fixture.grid(0).TextMatrix(2, 2), u"202"_s);
+        QVERIFY2(message(fixture).startsWith(u"Not while only differences are shown"_s), qPrintable(message(fixture)));
+        fixture.choose(Command::OnlyDifferencesMenu);
+        for (const Command command : {Command::SortFPOP, Command::PasteMenu, Command::PasteAllMenu,
+                                      Command::CloneSelectedAreaPOP, Command::CloneSelectedAreaFPOP})
+            QVERIFY(fixture.action(command).isEnabled());
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(fixture.grid(0).TextMatrix(fixture.grid(0).Row(), fixture.grid(0).Col()), u"9"_s);
+    }
+
+    void theWalkGoesOnAsBefore() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        strike(fixture, Qt::Key_Home, Qt::AltModifier);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(2, 4));
+        strike(fixture, Qt::Key_F8);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(5, 2));
+        QCOMPARE(fixture.grid(1).selection(), singleCell(5, 2));
+        strike(fixture, Qt::Key_F8);
+        QCOMPARE(message(fixture), u"No further difference"_s);
+    }
+
+    void aRecordThatIsGoneToComesIntoSightOnBothSides() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.grid(0).setSelection(singleCell(4, 1));
+        const QList<QStringList> left{{u"2"_s, u"201"_s, u"202"_s, u"204"_s},
+                                      {u"4"_s, u"401"_s, u"402"_s, u"404"_s},
+                                      {u"5"_s, u"501"_s, u"502"_s, u"504"_s}};
+        QCOMPARE(view(fixture, 0), left);
+        QCOMPARE(view(fixture, 1).size(), 3);
+        QCOMPARE(fixture.grid(1).selection(), singleCell(4, 1));
+        fixture.choose(Command::CompareAgainMenu);
+        QCOMPARE(view(fixture, 0).size(), 2);
+    }
+
+    void anotherTableShowsItsOwnDifferences() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.clickLine(0, 1); // equal: nothing to show
+        QCOMPARE(view(fixture, 0), QList<QStringList>());
+        QCOMPARE(view(fixture, 1), QList<QStringList>());
+        QVERIFY(fixture.grid(0).Visible());
+        QCOMPARE(message(fixture), u"B, no differences to show"_s);
+        QCOMPARE(fixture.grid(0).Row(), 0);
+        hands::click(fixture.grid(0).viewport(), Qt::LeftButton, {}, QPoint(20, 20));
+        hands::key(&fixture.grid(0), Qt::Key_Down);
+        hands::key(&fixture.grid(0), Qt::Key_Return);
+        QVERIFY(!editing(fixture, 0));
+        fixture.clickLine(0, 0);
+        QCOMPARE(view(fixture, 0).size(), 2);
+        QCOMPARE(message(fixture), u"A, record 2 of 6, 2 shown, Field2: long, 202"_s);
+        fixture.clickLine(0, 1);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(view(fixture, 0).size(), 3);
+        QCOMPARE(fixture.grid(0).Row(), 1);
+    }
+
+    void tablesOfOtherShapeShowWhatOnlyOneSideHas() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 3, 2)}, {counted(u"A"_s, 5, 3)});
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(shownFields(fixture, 1), (QStringList{u"Field1"_s, u"Field2"_s, u"Field3"_s}));
+        QCOMPARE(view(fixture, 1).size(), 5);
+        QCOMPARE(view(fixture, 0).size(), 3);
+        fixture.clickCell(1, 5, 3);
+        QCOMPARE(fixture.grid(1).selection(), singleCell(5, 3));
+    }
+
+    void aTableOfOneSideIsShownWhole() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 3, 2), counted(u"C"_s, 2, 2)}, {changed(counted(u"A"_s, 3, 2), {{2, 1}})});
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.clickLine(0, 1);
+        QCOMPARE(view(fixture, 0).size(), 2);
+        QVERIFY(fixture.action(Command::SortFPOP).isEnabled());
+        fixture.clickLine(0, 0);
+        QCOMPARE(view(fixture, 0).size(), 1);
+    }
+
+    void closingAPaneEndsIt() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.activate(1);
+        fixture.choose(Command::CloseDatabaseMenu);
+        QCOMPARE(view(fixture, 0).size(), 6);
+        QVERIFY(!fixture.action(Command::OnlyDifferencesMenu).isChecked());
+        QVERIFY(!fixture.action(Command::OnlyDifferencesMenu).isEnabled());
+        fixture.activate(0);
+        QVERIFY(fixture.action(Command::SortFPOP).isEnabled());
+        QVERIFY(fixture.action(Command::PasteMenu).isEnabled());
+    }
+
+    void addedAndRemovedRecordsAreFollowed() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.activate(0);
+        fixture.choose(Command::AddRecordMenu);
+        QCOMPARE(view(fixture, 0).last().first(), u"7"_s);
+        QCOMPARE(fixture.grid(0).Row(), 7);
+        fixture.choose(Command::RemoveRecordMenu);
+        QCOMPARE(view(fixture, 0).size(), 2);
+        QCOMPARE(fixture.database(0).QirTableRecordsCount(), 6);
+    }
+
+    void theWheelOverAShortViewMovesNothingOutOfIt() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        turnWheel(fixture, 0, -120);
+        turnWheel(fixture, 1, 120);
+        QCOMPARE(view(fixture, 0).size(), 2);
+        fixture.clickLine(0, 1);
+        turnWheel(fixture, 0, -120);
+        QCOMPARE(view(fixture, 0).size(), 0);
+    }
+};
+
+QTEST_MAIN(OnlyDifferencesTest)
+#include "only_differences_test.moc"

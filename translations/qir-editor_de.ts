@@ -1,0 +1,1685 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de">
+<context>
+    <name>AreaClipboard</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy with &amp;Headers</source>
+        <translation>Mit Ü&amp;berschriften kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>row %1, column %2 of the block</source>
+        <translation>Zeile %1, Spalte %2 des Blocks</translation>
+    </message>
+    <message>
+        <source>record %1, %2, &quot;%3&quot;</source>
+        <translation>Datensatz %1, %2, &quot;%3&quot;</translation>
+    </message>
+    <message>
+        <source>%1 pasted values lay outside the selection (first: %2)</source>
+        <translation>%1 eingefügte Werte lagen außerhalb der Auswahl (der erste: %2)</translation>
+    </message>
+    <message>
+        <source>%1 are stored otherwise (first: %2)</source>
+        <translation>%1 sind anders gespeichert (der erste: %2)</translation>
+    </message>
+</context>
+<context>
+    <name>CarryCommands</name>
+    <message>
+        <source>&amp;Carry Cells Across</source>
+        <translation>Zellen ü&amp;bertragen</translation>
+    </message>
+    <message>
+        <source>Carry &amp;Record Across</source>
+        <translation>Datensatz über&amp;tragen</translation>
+    </message>
+    <message>
+        <source>Carry Ta&amp;ble Across</source>
+        <translation>T&amp;abelle übertragen</translation>
+    </message>
+    <message>
+        <source>Carry these values too? With No the cells that would not take them stay as they are.</source>
+        <translation>Auch diese Werte übertragen? Mit Nein bleiben die Zellen, die sie nicht annähmen, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>Carry the values all the same?</source>
+        <translation>Die Werte trotzdem übertragen?</translation>
+    </message>
+    <message>
+        <source>Cells are carried where both sides show the same table</source>
+        <translation>Zellen werden übertragen, wo beide Seiten dieselbe Tabelle zeigen</translation>
+    </message>
+    <message>
+        <source>The other side does not have all of the selected cells.</source>
+        <translation>Die andere Seite hat nicht alle der ausgewählten Zellen.</translation>
+    </message>
+    <message>
+        <source>There is no record here that the other side&apos;s table could take.</source>
+        <translation>Hier ist kein Datensatz, den die Tabelle der anderen Seite aufnehmen könnte.</translation>
+    </message>
+    <message>
+        <source>Carried record of %1</source>
+        <translation>Datensatz von %1 übertragen</translation>
+    </message>
+    <message>
+        <source>Added as record %1</source>
+        <translation>Als Datensatz %1 hinzugefügt</translation>
+    </message>
+    <message>
+        <source>The table to be carried stands on the other side only.</source>
+        <translation>Die zu übertragende Tabelle steht nur auf der anderen Seite.</translation>
+    </message>
+    <message>
+        <source>Copy table &apos;%1&apos; to the other side, which has none of this name? Records: %2.</source>
+        <translation>Tabelle &apos;%1&apos; auf die andere Seite kopieren, die keine dieses Namens hat? Datensätze: %2.</translation>
+    </message>
+    <message>
+        <source>A table is carried where both sides show the same one.</source>
+        <translation>Eine Tabelle wird übertragen, wo beide Seiten dieselbe zeigen.</translation>
+    </message>
+    <message>
+        <source>The records are equal</source>
+        <translation>Die Datensätze sind gleich</translation>
+    </message>
+    <message>
+        <source>Make the records of table &apos;%1&apos; on the %2 equal to those on the %3?
+Changed: %4, added: %5, removed: %6.</source>
+        <translation>Die Datensätze der Tabelle &apos;%1&apos; %2 denen %3 gleich machen?
+Geändert: %4, hinzugefügt: %5, entfernt: %6.</translation>
+    </message>
+    <message>
+        <source>right</source>
+        <translation>rechts</translation>
+    </message>
+    <message>
+        <source>left</source>
+        <translation>links</translation>
+    </message>
+    <message>
+        <source>Fields that only one side has stay as they are.</source>
+        <translation>Felder, die nur eine Seite hat, bleiben, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>Changed: %1, added: %2, removed: %3</source>
+        <translation>Geändert: %1, hinzugefügt: %2, entfernt: %3</translation>
+    </message>
+    <message>
+        <source>Carried table %1</source>
+        <translation>Tabelle %1 übertragen</translation>
+    </message>
+</context>
+<context>
+    <name>CarryLosses</name>
+    <message>
+        <source>&apos;%1&apos; in record %2, field &apos;%3&apos;</source>
+        <translation>&apos;%1&apos; in Datensatz %2, Feld &apos;%3&apos;</translation>
+    </message>
+    <message>
+        <source>Field &apos;%1&apos; is %2 on the left and %3 on the right.</source>
+        <translation>Feld &apos;%1&apos; ist links %2 und rechts %3.</translation>
+    </message>
+    <message>
+        <source>So are %1 more fields.</source>
+        <translation>So auch %1 weitere Felder.</translation>
+    </message>
+    <message>
+        <source>One value would not stay what it is: %1.</source>
+        <translation>Ein Wert bliebe nicht, was er ist: %1.</translation>
+    </message>
+    <message>
+        <source>%1 values would not stay what they are, the first is %2.</source>
+        <translation>%1 Werte blieben nicht, was sie sind, der erste ist %2.</translation>
+    </message>
+</context>
+<context>
+    <name>CellSearch</name>
+    <message>
+        <source>No regular expression: %1 (at character %2)</source>
+        <translation>Kein regulärer Ausdruck: %1 (bei Zeichen %2)</translation>
+    </message>
+</context>
+<context>
+    <name>CloneCommands</name>
+    <message>
+        <source>&amp;Copy to Other Database</source>
+        <translation>In die andere Datenbank &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Make Other Table as &amp;Long</source>
+        <translation>Andere Tabelle ebenso &amp;lang machen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Selection to Other Table</source>
+        <translation>Auswahl in die andere Tabelle &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Copy of table %1</source>
+        <translation>Kopie der Tabelle %1</translation>
+    </message>
+    <message>
+        <source>Copy Cell content?</source>
+        <translation>Zelleninhalt kopieren?</translation>
+    </message>
+    <message>
+        <source>Records for %1</source>
+        <translation>Datensätze für %1</translation>
+    </message>
+    <message>
+        <source>Copy of cells to %1</source>
+        <translation>Kopie von Zellen nach %1</translation>
+    </message>
+</context>
+<context>
+    <name>CloseCommands</name>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
+    <name>DifferenceWalk</name>
+    <message>
+        <source>&amp;Next Difference</source>
+        <translation>&amp;Nächster Unterschied</translation>
+    </message>
+    <message>
+        <source>&amp;Previous Difference</source>
+        <translation>V&amp;orheriger Unterschied</translation>
+    </message>
+    <message>
+        <source>&amp;First Difference</source>
+        <translation>E&amp;rster Unterschied</translation>
+    </message>
+    <message>
+        <source>&amp;Last Difference</source>
+        <translation>&amp;Letzter Unterschied</translation>
+    </message>
+    <message>
+        <source>Ne&amp;xt Differing Cell</source>
+        <translation>Nächste verschie&amp;dene Zelle</translation>
+    </message>
+    <message>
+        <source>Pre&amp;vious Differing Cell</source>
+        <translation>Vorheri&amp;ge verschiedene Zelle</translation>
+    </message>
+    <message>
+        <source>The two lists are not lined up: Mode &gt; Compare Again does that</source>
+        <translation>Die beiden Listen sind nicht ausgerichtet: Modus &gt; Erneut vergleichen tut das</translation>
+    </message>
+    <message>
+        <source>No further difference</source>
+        <translation>Kein weiterer Unterschied</translation>
+    </message>
+    <message>
+        <source>No earlier difference</source>
+        <translation>Kein früherer Unterschied</translation>
+    </message>
+</context>
+<context>
+    <name>DifferenceWords</name>
+    <message>
+        <source>differs</source>
+        <translation>verschieden</translation>
+    </message>
+    <message>
+        <source>only here</source>
+        <translation>nur hier</translation>
+    </message>
+    <message>
+        <source>missing here</source>
+        <translation>fehlt hier</translation>
+    </message>
+    <message>
+        <source>left: %1, missing on the right</source>
+        <translation>links: %1, fehlt rechts</translation>
+    </message>
+    <message>
+        <source>missing on the left, right: %1</source>
+        <translation>fehlt links, rechts: %1</translation>
+    </message>
+    <message>
+        <source>left: %1, right: %2</source>
+        <translation>links: %1, rechts: %2</translation>
+    </message>
+</context>
+<context>
+    <name>EditCommands</name>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Fill Do&amp;wn</source>
+        <translation>Nach &amp;unten ausfüllen</translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation>&amp;Alles auswählen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Fill Down</source>
+        <translation>Nach unten ausfüllen</translation>
+    </message>
+</context>
+<context>
+    <name>FieldCommands</name>
+    <message>
+        <source>&amp;Add...</source>
+        <translation>&amp;Hinzufügen...</translation>
+    </message>
+    <message>
+        <source>&amp;Rename...</source>
+        <translation>&amp;Umbenennen...</translation>
+    </message>
+    <message>
+        <source>Re&amp;move...</source>
+        <translation>&amp;Entfernen...</translation>
+    </message>
+    <message>
+        <source>Resi&amp;ze Text...</source>
+        <translation>&amp;Textlänge ändern...</translation>
+    </message>
+    <message>
+        <source>No selected Table</source>
+        <translation>Keine Tabelle ausgewählt</translation>
+    </message>
+    <message>
+        <source>New field name</source>
+        <translation>Name des neuen Feldes</translation>
+    </message>
+    <message>
+        <source>Field: &apos;%1&apos; already exists</source>
+        <translation>Das Feld &apos;%1&apos; gibt es schon</translation>
+    </message>
+    <message>
+        <source>Adding field %1</source>
+        <translation>Feld %1 hinzufügen</translation>
+    </message>
+    <message>
+        <source>New field size</source>
+        <translation>Größe des neuen Feldes</translation>
+    </message>
+    <message>
+        <source>Field &apos;%1&apos; was added to table &apos;%2&apos;.</source>
+        <translation>Das Feld &apos;%1&apos; wurde der Tabelle &apos;%2&apos; hinzugefügt.</translation>
+    </message>
+    <message>
+        <source>Tipi</source>
+        <translation>Typen</translation>
+    </message>
+    <message>
+        <source>Field&apos;s new name (%1)</source>
+        <translation>Neuer Name des Feldes (%1)</translation>
+    </message>
+    <message>
+        <source>Renaming field %1</source>
+        <translation>Feld %1 umbenennen</translation>
+    </message>
+    <message>
+        <source>Do you want to remove field: &apos;%1&apos; ?</source>
+        <translation>Soll das Feld &apos;%1&apos; entfernt werden?</translation>
+    </message>
+    <message>
+        <source>Removing field %1</source>
+        <translation>Feld %1 entfernen</translation>
+    </message>
+    <message>
+        <source>Field size</source>
+        <translation>Größe des Feldes</translation>
+    </message>
+    <message>
+        <source>Resizing field %1</source>
+        <translation>Größe des Feldes %1 ändern</translation>
+    </message>
+</context>
+<context>
+    <name>GoToCommand</name>
+    <message>
+        <source>&amp;Go To...</source>
+        <translation>&amp;Gehe zu...</translation>
+    </message>
+    <message>
+        <source>Record, field, or record, field</source>
+        <translation>Datensatz, Feld oder Datensatz, Feld</translation>
+    </message>
+    <message>
+        <source>There is no &apos;%1&apos; in this table of %2 records</source>
+        <translation>&apos;%1&apos; gibt es nicht in dieser Tabelle von %2 Datensätzen</translation>
+    </message>
+</context>
+<context>
+    <name>ModeCommands</name>
+    <message>
+        <source>&amp;One Database</source>
+        <translation>&amp;Eine Datenbank</translation>
+    </message>
+    <message>
+        <source>&amp;Two Databases</source>
+        <translation>&amp;Zwei Datenbanken</translation>
+    </message>
+    <message>
+        <source>Compare &amp;Again</source>
+        <translation>Erneut &amp;vergleichen</translation>
+    </message>
+    <message>
+        <source>Other &amp;Pane</source>
+        <translation>&amp;Andere Seite</translation>
+    </message>
+</context>
+<context>
+    <name>OpenCommand</name>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>Ö&amp;ffnen...</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; was not found</source>
+        <translation>&apos;%1&apos; wurde nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Database &apos;%1&apos; has changes that are not saved.<byte value="xd"/>
+Reload it and drop them?</source>
+        <translation>Die Datenbank &apos;%1&apos; hat nicht gespeicherte Änderungen.<byte value="xd"/>
+Neu laden und sie verwerfen?</translation>
+    </message>
+    <message>
+        <source>Can&apos;t load &apos;%1&apos;</source>
+        <translation>&apos;%1&apos; kann nicht geladen werden</translation>
+    </message>
+    <message>
+        <source>File DDB,WDB,UDB,SDB,IDB</source>
+        <translation>Datei DDB,WDB,UDB,SDB,IDB</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>Kennwort:</translation>
+    </message>
+    <message>
+        <source>Input password</source>
+        <translation>Kennwort eingeben</translation>
+    </message>
+</context>
+<context>
+    <name>PasteAll</name>
+    <message>
+        <source>Paste A&amp;ll</source>
+        <translation>Alles ein&amp;fügen</translation>
+    </message>
+    <message>
+        <source>The block needs 1 record more. Add it?</source>
+        <translation>Der Block braucht 1 Datensatz mehr. Hinzufügen?</translation>
+    </message>
+    <message>
+        <source>The block needs %1 records more. Add them?</source>
+        <translation>Der Block braucht %1 Datensätze mehr. Hinzufügen?</translation>
+    </message>
+    <message>
+        <source>Paste All</source>
+        <translation>Alles einfügen</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Left</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>Rechts</translation>
+    </message>
+    <message>
+        <source>Left pane</source>
+        <translation>Linke Seite</translation>
+    </message>
+    <message>
+        <source>Right pane</source>
+        <translation>Rechte Seite</translation>
+    </message>
+    <message>
+        <source>Left file name</source>
+        <translation>Linker Dateiname</translation>
+    </message>
+    <message>
+        <source>Right file name</source>
+        <translation>Rechter Dateiname</translation>
+    </message>
+    <message>
+        <source>Filter of left tables</source>
+        <translation>Filter der linken Tabellen</translation>
+    </message>
+    <message>
+        <source>Filter of right tables</source>
+        <translation>Filter der rechten Tabellen</translation>
+    </message>
+    <message>
+        <source>Tables whose name holds...</source>
+        <translation>Tabellen, deren Name enthält...</translation>
+    </message>
+    <message>
+        <source>Left tables</source>
+        <translation>Linke Tabellen</translation>
+    </message>
+    <message>
+        <source>Right tables</source>
+        <translation>Rechte Tabellen</translation>
+    </message>
+    <message>
+        <source>Left table</source>
+        <translation>Linke Tabelle</translation>
+    </message>
+    <message>
+        <source>Right table</source>
+        <translation>Rechte Tabelle</translation>
+    </message>
+    <message>
+        <source>Left cell editor</source>
+        <translation>Linke Zellenbearbeitung</translation>
+    </message>
+    <message>
+        <source>Right cell editor</source>
+        <translation>Rechte Zellenbearbeitung</translation>
+    </message>
+    <message>
+        <source>Border below left tables</source>
+        <translation>Grenze unter den linken Tabellen</translation>
+    </message>
+    <message>
+        <source>Border below right tables</source>
+        <translation>Grenze unter den rechten Tabellen</translation>
+    </message>
+    <message>
+        <source>No database is open here.
+Open one (Ctrl+O), or drop a file here.</source>
+        <translation>Hier ist keine Datenbank geöffnet.
+Öffnen Sie eine (Strg+O), oder legen Sie hier eine Datei ab.</translation>
+    </message>
+    <message>
+        <source>Left pane: %1</source>
+        <translation>Linke Seite: %1</translation>
+    </message>
+    <message>
+        <source>Right pane: %1</source>
+        <translation>Rechte Seite: %1</translation>
+    </message>
+    <message>
+        <source>Progress of the comparison</source>
+        <translation>Fortschritt des Vergleichs</translation>
+    </message>
+    <message>
+        <source>None Yet</source>
+        <translation>Noch keine</translation>
+    </message>
+    <message>
+        <source>Can&apos;t assign new file name</source>
+        <translation>Der neue Dateiname kann nicht vergeben werden</translation>
+    </message>
+    <message>
+        <source>New Database</source>
+        <translation>Neue Datenbank</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is open. Close it before making a new database of that name.</source>
+        <translation>&apos;%1&apos; ist geöffnet. Schließen Sie es, bevor Sie eine neue Datenbank dieses Namens anlegen.</translation>
+    </message>
+    <message>
+        <source>&amp;Keys</source>
+        <translation>&amp;Tasten</translation>
+    </message>
+    <message>
+        <source>A&amp;bout</source>
+        <translation>Ü&amp;ber</translation>
+    </message>
+    <message>
+        <source>Edits and compares small typed table databases.
+MIT license.</source>
+        <translation>Bearbeitet und vergleicht kleine Datenbanken aus typisierten Tabellen.
+MIT-Lizenz.</translation>
+    </message>
+    <message>
+        <source>Qt %1. Help &gt; Keys (F1) opens the guide.</source>
+        <translation>Qt %1. Hilfe &gt; Tasten (F1) öffnet das Handbuch.</translation>
+    </message>
+    <message>
+        <source>About %1</source>
+        <translation>Über %1</translation>
+    </message>
+    <message>
+        <source>User &amp;Guide</source>
+        <translation>&amp;Benutzerhandbuch</translation>
+    </message>
+    <message>
+        <source>The database to open in the left pane.</source>
+        <translation>Die Datenbank, die links geöffnet wird.</translation>
+    </message>
+    <message>
+        <source>The database to open beside it, in the right pane.</source>
+        <translation>Die Datenbank, die daneben, rechts, geöffnet wird.</translation>
+    </message>
+    <message>
+        <source>The window&apos;s language: %1.</source>
+        <translation>Die Sprache des Fensters: %1.</translation>
+    </message>
+    <message>
+        <source>Load the file, write a picture of the window and end.</source>
+        <translation>Lädt die Datei, schreibt ein Bild des Fensters und endet.</translation>
+    </message>
+    <message>
+        <source>Edits and compares QIR databases.</source>
+        <translation>Bearbeitet und vergleicht QIR-Datenbanken.</translation>
+    </message>
+    <message>
+        <source>--language takes one of these: %1.</source>
+        <translation>--language nimmt eine von diesen: %1.</translation>
+    </message>
+    <message>
+        <source>The left pane takes one file: --left and &apos;%1&apos; are two.</source>
+        <translation>Die linke Seite nimmt eine Datei: --left und &apos;%1&apos; sind zwei.</translation>
+    </message>
+    <message>
+        <source>--%1 takes one file.</source>
+        <translation>--%1 nimmt eine Datei.</translation>
+    </message>
+    <message>
+        <source>qir-editor --help lists the options.</source>
+        <translation>qir-editor --help nennt die Optionen.</translation>
+    </message>
+    <message>
+        <source>no display to open the window on:</source>
+        <translation>kein Bildschirm, um das Fenster zu öffnen:</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Mode</source>
+        <translation>&amp;Modus</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Tables</source>
+        <translation>&amp;Tabellen</translation>
+    </message>
+    <message>
+        <source>Fie&amp;lds</source>
+        <translation>&amp;Felder</translation>
+    </message>
+    <message>
+        <source>&amp;Records</source>
+        <translation>Daten&amp;sätze</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Colours</source>
+        <translation>&amp;Farben</translation>
+    </message>
+    <message>
+        <source>Change &amp;Password...</source>
+        <translation>&amp;Kennwort ändern...</translation>
+    </message>
+    <message>
+        <source>Current password:</source>
+        <translation>Jetziges Kennwort:</translation>
+    </message>
+    <message>
+        <source>New password:</source>
+        <translation>Neues Kennwort:</translation>
+    </message>
+    <message>
+        <source>%1: the picture cannot be written</source>
+        <translation>%1: das Bild kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>The editor opens one file from its command line, and these are %1:
+%2
+File &gt; Open opens them one by one.</source>
+        <translation>Der Editor öffnet von der Befehlszeile eine Datei, und dies sind %1:
+%2
+Datei &gt; Öffnen öffnet sie einzeln.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; was not found</source>
+        <translation>&apos;%1&apos; wurde nicht gefunden</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Repor&amp;t...</source>
+        <translation>&amp;Bericht...</translation>
+    </message>
+    <message>
+        <source>Report</source>
+        <translation>Bericht</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>%1: it is an open database</source>
+        <translation>%1: das ist eine geöffnete Datenbank</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; would replace &apos;%2&apos;, which is not the name chosen</source>
+        <translation>&apos;%1&apos; würde &apos;%2&apos; ersetzen, das nicht der gewählte Name ist</translation>
+    </message>
+    <message>
+        <source>QIR Database Editor</source>
+        <translation>QIR Database Editor</translation>
+    </message>
+    <message>
+        <source>Device Data Files(*.DDB)|*.DDB|Display Data Files(*.WDB)|*.WDB|User Data Files(*.UDB)|*.UDB|User Info Files(*.IDB)|*.IDB|Settings Data Files(*.SDB)|*.SDB</source>
+        <translation>Gerätedaten(*.DDB)|*.DDB|Anzeigedaten(*.WDB)|*.WDB|Benutzerdaten(*.UDB)|*.UDB|Benutzerinformationen(*.IDB)|*.IDB|Einstellungsdaten(*.SDB)|*.SDB</translation>
+    </message>
+    <message>
+        <source>Database &apos;%1&apos; has changed.<byte value="xd"/>
+Do you want to save the changes?</source>
+        <translation>Die Datenbank &apos;%1&apos; hat sich geändert.<byte value="xd"/>
+Sollen die Änderungen gespeichert werden?</translation>
+    </message>
+    <message>
+        <source>Checking the password of &apos;%1&apos;...</source>
+        <translation>Das Kennwort von &apos;%1&apos; wird geprüft...</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; would reach &apos;%2&apos; instead of the chosen file</source>
+        <translation>&apos;%1&apos; würde &apos;%2&apos; erreichen statt der gewählten Datei</translation>
+    </message>
+    <message>
+        <source>Text of the cell</source>
+        <translation>Text der Zelle</translation>
+    </message>
+    <message>
+        <source>The selected table could not be loaded.</source>
+        <translation>Die ausgewählte Tabelle konnte nicht geladen werden.</translation>
+    </message>
+    <message>
+        <source>Table &apos;%1&apos; is not loaded whole: %2</source>
+        <translation>Tabelle &apos;%1&apos; ist nicht ganz geladen: %2</translation>
+    </message>
+    <message>
+        <source>Edit of %1.%2</source>
+        <translation>Bearbeitung von %1.%2</translation>
+    </message>
+    <message>
+        <source>&amp;Fit Columns</source>
+        <translation>Spalten an&amp;passen</translation>
+    </message>
+    <message>
+        <source>Re&amp;move Record %1</source>
+        <translation>Datensatz %1 &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>Re&amp;move Record</source>
+        <translation>Datensatz &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Datensatz</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Cells</source>
+        <translation>Zellen</translation>
+    </message>
+    <message>
+        <source>Menus</source>
+        <translation>Menüs</translation>
+    </message>
+</context>
+<context>
+    <name>RecordCommands</name>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Re&amp;move</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Re&amp;move Record</source>
+        <translation>Datensatz &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>Adding a record to %1</source>
+        <translation>Datensatz zu %1 hinzufügen</translation>
+    </message>
+    <message>
+        <source>No selected Record</source>
+        <translation>Kein Datensatz ausgewählt</translation>
+    </message>
+    <message>
+        <source>Removing record %1 of %2</source>
+        <translation>Datensatz %1 von %2 entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>Replacement</name>
+    <message>
+        <source>%1, record %2, %3: &quot;%4&quot; is stored as &quot;%5&quot;</source>
+        <translation>%1, Datensatz %2, %3: &quot;%4&quot; ist als &quot;%5&quot; gespeichert</translation>
+    </message>
+    <message>
+        <source>%1 of %2 values would not be stored as they are written:</source>
+        <translation>%1 von %2 Werten würden nicht gespeichert, wie sie geschrieben sind:</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>und %1 weitere</translation>
+    </message>
+    <message>
+        <source>Replace all the same?</source>
+        <translation>Trotzdem ersetzen?</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Nothing was replaced</source>
+        <translation>Nichts wurde ersetzt</translation>
+    </message>
+    <message>
+        <source>1 cell was replaced</source>
+        <translation>1 Zelle wurde ersetzt</translation>
+    </message>
+    <message>
+        <source>%1 cells were replaced</source>
+        <translation>%1 Zellen wurden ersetzt</translation>
+    </message>
+</context>
+<context>
+    <name>SaveCommands</name>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>Save &amp;As...</source>
+        <translation>Speichern &amp;unter...</translation>
+    </message>
+    <message>
+        <source>Can&apos;t assign new file name</source>
+        <translation>Der neue Dateiname kann nicht vergeben werden</translation>
+    </message>
+    <message>
+        <source>File DDB,WDB,UDB,SDB,IDB</source>
+        <translation>Datei DDB,WDB,UDB,SDB,IDB</translation>
+    </message>
+</context>
+<context>
+    <name>Sorting</name>
+    <message>
+        <source>&amp;Sort by This Field</source>
+        <translation>Nach diesem Feld &amp;sortieren</translation>
+    </message>
+    <message>
+        <source>Sort by %1</source>
+        <translation>Nach %1 sortieren</translation>
+    </message>
+</context>
+<context>
+    <name>StatusState</name>
+    <message>
+        <source>missing here</source>
+        <translation>fehlt hier</translation>
+    </message>
+    <message>
+        <source>record %1 of %2</source>
+        <translation>Datensatz %1 von %2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>1 table differs</source>
+        <translation>1 Tabelle verschieden</translation>
+    </message>
+    <message>
+        <source>%1 tables differ</source>
+        <translation>%1 Tabellen verschieden</translation>
+    </message>
+    <message>
+        <source>changed</source>
+        <translation>geändert</translation>
+    </message>
+    <message>
+        <source>%1 and %2 records</source>
+        <translation>%1 und %2 Datensätze</translation>
+    </message>
+    <message>
+        <source>1 cell here</source>
+        <translation>1 Zelle hier</translation>
+    </message>
+    <message>
+        <source>%1 cells here</source>
+        <translation>%1 Zellen hier</translation>
+    </message>
+</context>
+<context>
+    <name>StoredMarks</name>
+    <message>
+        <source>stored: %1</source>
+        <translation>gespeichert: %1</translation>
+    </message>
+</context>
+<context>
+    <name>StoredValues</name>
+    <message>
+        <source>The field has a type that there is none of.</source>
+        <translation>Das Feld hat einen Typ, den es nicht gibt.</translation>
+    </message>
+</context>
+<context>
+    <name>TableCommands</name>
+    <message>
+        <source>&amp;Add...</source>
+        <translation>&amp;Hinzufügen...</translation>
+    </message>
+    <message>
+        <source>&amp;Rename...</source>
+        <translation>&amp;Umbenennen...</translation>
+    </message>
+    <message>
+        <source>Re&amp;move...</source>
+        <translation>&amp;Entfernen...</translation>
+    </message>
+    <message>
+        <source>New table name</source>
+        <translation>Name der neuen Tabelle</translation>
+    </message>
+    <message>
+        <source>Table: &apos;%1&apos; already exists</source>
+        <translation>Die Tabelle &apos;%1&apos; gibt es schon</translation>
+    </message>
+    <message>
+        <source>Adding table %1</source>
+        <translation>Tabelle %1 hinzufügen</translation>
+    </message>
+    <message>
+        <source>Table&apos;s new name (%1)</source>
+        <translation>Neuer Name der Tabelle (%1)</translation>
+    </message>
+    <message>
+        <source>Renaming table %1</source>
+        <translation>Tabelle %1 umbenennen</translation>
+    </message>
+    <message>
+        <source>Do you want to remove table: &apos;%1&apos; ?</source>
+        <translation>Soll die Tabelle &apos;%1&apos; entfernt werden?</translation>
+    </message>
+    <message>
+        <source>Removing table %1</source>
+        <translation>Tabelle %1 entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>UndoCommands</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>&amp;History...</source>
+        <translation>&amp;Verlauf...</translation>
+    </message>
+    <message>
+        <source>Re&amp;vert to Saved...</source>
+        <translation>Auf &amp;Gespeichertes zurück...</translation>
+    </message>
+    <message>
+        <source>&amp;Undo %1</source>
+        <translation>&amp;Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Redo %1</source>
+        <translation>&amp;Wiederherstellen: %1</translation>
+    </message>
+    <message>
+        <source>Do you want to go back to what is saved of &apos;%1&apos; ?</source>
+        <translation>Soll zu dem zurückgegangen werden, was von &apos;%1&apos; gespeichert ist?</translation>
+    </message>
+    <message>
+        <source>Revert to Saved</source>
+        <translation>Auf Gespeichertes zurück</translation>
+    </message>
+</context>
+<context>
+    <name>qir::CellTextCommand</name>
+    <message>
+        <source>Record %1, %2</source>
+        <translation>Datensatz %1, %2</translation>
+    </message>
+</context>
+<context>
+    <name>qir::Colours</name>
+    <message>
+        <source>&amp;System</source>
+        <translation>&amp;System</translation>
+    </message>
+    <message>
+        <source>&amp;Light</source>
+        <translation>&amp;Hell</translation>
+    </message>
+    <message>
+        <source>&amp;Dark</source>
+        <translation>&amp;Dunkel</translation>
+    </message>
+</context>
+<context>
+    <name>qir::DifferenceStrip</name>
+    <message>
+        <source>Left differences</source>
+        <translation>Unterschiede links</translation>
+    </message>
+    <message>
+        <source>Right differences</source>
+        <translation>Unterschiede rechts</translation>
+    </message>
+    <message>
+        <source>%1 of %2 records differ</source>
+        <translation>%1 von %2 Datensätzen verschieden</translation>
+    </message>
+</context>
+<context>
+    <name>qir::DifferencesSummary</name>
+    <message>
+        <source>&amp;Summary of Differences</source>
+        <translation>Zusammen&amp;fassung der Unterschiede</translation>
+    </message>
+    <message>
+        <source>Summary of Differences</source>
+        <translation>Zusammenfassung der Unterschiede</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Tables and how they differ</source>
+        <translation>Die Tabellen und wie sie sich unterscheiden</translation>
+    </message>
+</context>
+<context>
+    <name>qir::DtbEditor</name>
+    <message>
+        <source>E&amp;xit</source>
+        <translation>B&amp;eenden</translation>
+    </message>
+</context>
+<context>
+    <name>qir::FileSigns</name>
+    <message>
+        <source>changes not saved</source>
+        <translation>Änderungen nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>protected by a password</source>
+        <translation>durch ein Kennwort geschützt</translation>
+    </message>
+    <message>
+        <source>read-only</source>
+        <translation>schreibgeschützt</translation>
+    </message>
+    <message>
+        <source>%1, changed %2</source>
+        <translation>%1, geändert %2</translation>
+    </message>
+    <message>
+        <source>Not on disk</source>
+        <translation>Nicht auf der Platte</translation>
+    </message>
+    <message>
+        <source>Changes are not saved</source>
+        <translation>Änderungen sind nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>Protected by a password</source>
+        <translation>Durch ein Kennwort geschützt</translation>
+    </message>
+    <message>
+        <source>Read-only</source>
+        <translation>Schreibgeschützt</translation>
+    </message>
+</context>
+<context>
+    <name>qir::FilesAtHand</name>
+    <message>
+        <source>&amp;New Database...</source>
+        <translation>&amp;Neue Datenbank...</translation>
+    </message>
+    <message>
+        <source>&amp;Forget...</source>
+        <translation>&amp;Vergessen...</translation>
+    </message>
+    <message>
+        <source>&amp;Desktop&apos;s File Dialogs</source>
+        <translation>&amp;Dateidialoge des Desktops</translation>
+    </message>
+    <message>
+        <source>&amp;Recent Files</source>
+        <translation>&amp;Zuletzt geöffnete Dateien</translation>
+    </message>
+    <message>
+        <source>Recent Pa&amp;irs</source>
+        <translation>Zuletzt geöffnete &amp;Paare</translation>
+    </message>
+    <message>
+        <source>%1 and %2</source>
+        <translation>%1 und %2</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Names of Protected Files</source>
+        <translation>Namen geschützter Dateien &amp;behalten</translation>
+    </message>
+    <message>
+        <source>Forget recent files and pairs, key fields, the folder used last and the window&apos;s place?</source>
+        <translation>Zuletzt geöffnete Dateien und Paare, Schlüsselfelder, den zuletzt benutzten Ordner und den Platz des Fensters vergessen?</translation>
+    </message>
+</context>
+<context>
+    <name>qir::FindBar</name>
+    <message>
+        <source>Find and replace</source>
+        <translation>Suchen und ersetzen</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+    <message>
+        <source>Text to find</source>
+        <translation>Gesuchter Text</translation>
+    </message>
+    <message>
+        <source>Re&amp;place with:</source>
+        <translation>Ersetzen &amp;durch:</translation>
+    </message>
+    <message>
+        <source>Text to replace it with</source>
+        <translation>Text, der ihn ersetzt</translation>
+    </message>
+    <message>
+        <source>Rep&amp;lace</source>
+        <translation>E&amp;rsetzen</translation>
+    </message>
+    <message>
+        <source>Replace A&amp;ll</source>
+        <translation>Alle ers&amp;etzen</translation>
+    </message>
+    <message>
+        <source>Clo&amp;se</source>
+        <translation>Schlie&amp;ßen</translation>
+    </message>
+    <message>
+        <source>Cells found</source>
+        <translation>Gefundene Zellen</translation>
+    </message>
+    <message>
+        <source>Match &amp;case</source>
+        <translation>&amp;Groß-/Kleinschreibung</translation>
+    </message>
+    <message>
+        <source>&amp;Whole cell</source>
+        <translation>Ganze &amp;Zelle</translation>
+    </message>
+    <message>
+        <source>Regular e&amp;xpression</source>
+        <translation>Regulärer &amp;Ausdruck</translation>
+    </message>
+    <message>
+        <source>All ta&amp;bles</source>
+        <translation>Alle &amp;Tabellen</translation>
+    </message>
+    <message>
+        <source>B&amp;oth panes</source>
+        <translation>&amp;Beide Seiten</translation>
+    </message>
+</context>
+<context>
+    <name>qir::FindCommands</name>
+    <message>
+        <source>&amp;Find...</source>
+        <translation>&amp;Suchen...</translation>
+    </message>
+    <message>
+        <source>Find &amp;Next</source>
+        <translation>We&amp;itersuchen</translation>
+    </message>
+    <message>
+        <source>Find Pre&amp;vious</source>
+        <translation>Rückwär&amp;ts suchen</translation>
+    </message>
+    <message>
+        <source>R&amp;eplace...</source>
+        <translation>Erset&amp;zen...</translation>
+    </message>
+    <message>
+        <source>Searching... Escape stops it</source>
+        <translation>Suche läuft... Esc hält sie an</translation>
+    </message>
+    <message>
+        <source>Stopped: not all cells were looked at</source>
+        <translation>Angehalten: nicht alle Zellen wurden angesehen</translation>
+    </message>
+    <message>
+        <source>The first %1 are listed</source>
+        <translation>Die ersten %1 sind aufgeführt</translation>
+    </message>
+    <message>
+        <source>1 cell</source>
+        <translation>1 Zelle</translation>
+    </message>
+    <message>
+        <source>%1 cells</source>
+        <translation>%1 Zellen</translation>
+    </message>
+    <message>
+        <source>That cell has changed: searching again</source>
+        <translation>Diese Zelle hat sich geändert: neue Suche</translation>
+    </message>
+</context>
+<context>
+    <name>qir::GridModel</name>
+    <message>
+        <source>empty</source>
+        <translation>leer</translation>
+    </message>
+    <message>
+        <source>record %1</source>
+        <translation>Datensatz %1</translation>
+    </message>
+    <message>
+        <source>differs</source>
+        <translation>verschieden</translation>
+    </message>
+    <message>
+        <source>not as stored</source>
+        <translation>nicht wie gespeichert</translation>
+    </message>
+    <message>
+        <source>record %1, differs</source>
+        <translation>Datensatz %1, verschieden</translation>
+    </message>
+    <message>
+        <source>Record %1 differs</source>
+        <translation>Datensatz %1 ist verschieden</translation>
+    </message>
+</context>
+<context>
+    <name>qir::GuideWindow</name>
+    <message>
+        <source>User Guide</source>
+        <translation>Benutzerhandbuch</translation>
+    </message>
+    <message>
+        <source>User guide</source>
+        <translation>Benutzerhandbuch</translation>
+    </message>
+</context>
+<context>
+    <name>qir::HistoryWindow</name>
+    <message>
+        <source>Before the oldest step that is kept</source>
+        <translation>Vor dem ältesten aufbewahrten Schritt</translation>
+    </message>
+    <message>
+        <source>As opened</source>
+        <translation>Wie geöffnet</translation>
+    </message>
+    <message>
+        <source>HH:mm:ss</source>
+        <translation>HH:mm:ss</translation>
+    </message>
+    <message>
+        <source>yyyy-MM-dd HH:mm:ss</source>
+        <translation>yyyy-MM-dd HH:mm:ss</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Steps</source>
+        <translation>Schritte</translation>
+    </message>
+    <message>
+        <source>&amp;Go There</source>
+        <translation>&amp;Dorthin gehen</translation>
+    </message>
+</context>
+<context>
+    <name>qir::HitList</name>
+    <message>
+        <source>Left</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>Rechts</translation>
+    </message>
+    <message>
+        <source>Pane</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Datensatz</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+</context>
+<context>
+    <name>qir::KeyedChanges</name>
+    <message>
+        <source>Key</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Änderung</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>Rechts</translation>
+    </message>
+    <message>
+        <source>%1 times</source>
+        <translation>%1-mal</translation>
+    </message>
+    <message>
+        <source>field only right</source>
+        <translation>Feld nur rechts</translation>
+    </message>
+    <message>
+        <source>field only left</source>
+        <translation>Feld nur links</translation>
+    </message>
+    <message>
+        <source>removed</source>
+        <translation>entfernt</translation>
+    </message>
+    <message>
+        <source>changed</source>
+        <translation>geändert</translation>
+    </message>
+    <message>
+        <source>added</source>
+        <translation>hinzugefügt</translation>
+    </message>
+    <message>
+        <source>moved</source>
+        <translation>verschoben</translation>
+    </message>
+    <message>
+        <source>record %1</source>
+        <translation>Datensatz %1</translation>
+    </message>
+</context>
+<context>
+    <name>qir::KeyedCommands</name>
+    <message>
+        <source>Differences by &amp;Key...</source>
+        <translation>Unterschiede nach &amp;Schlüssel...</translation>
+    </message>
+    <message>
+        <source>Select a table that both databases have.</source>
+        <translation>Wählen Sie eine Tabelle, die beide Datenbanken haben.</translation>
+    </message>
+</context>
+<context>
+    <name>qir::KeyedWindow</name>
+    <message>
+        <source>Differences by Key</source>
+        <translation>Unterschiede nach Schlüssel</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>An&amp;halten</translation>
+    </message>
+    <message>
+        <source>Compare &amp;Again</source>
+        <translation>Erneut &amp;vergleichen</translation>
+    </message>
+    <message>
+        <source>Key fields</source>
+        <translation>Schlüsselfelder</translation>
+    </message>
+    <message>
+        <source>Search in the changes</source>
+        <translation>In den Änderungen suchen</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Which changes are shown</source>
+        <translation>Welche Änderungen gezeigt werden</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>Added</source>
+        <translation>Hinzugefügt</translation>
+    </message>
+    <message>
+        <source>Removed</source>
+        <translation>Entfernt</translation>
+    </message>
+    <message>
+        <source>Changed</source>
+        <translation>Geändert</translation>
+    </message>
+    <message>
+        <source>Moved</source>
+        <translation>Verschoben</translation>
+    </message>
+    <message>
+        <source>Fields and doubles</source>
+        <translation>Felder und Doppelte</translation>
+    </message>
+    <message>
+        <source>Changes by key</source>
+        <translation>Änderungen nach Schlüssel</translation>
+    </message>
+    <message>
+        <source>Key of %1:</source>
+        <translation>Schlüssel von %1:</translation>
+    </message>
+    <message>
+        <source>Stopped. Check the fields of the key.</source>
+        <translation>Angehalten. Prüfen Sie die Felder des Schlüssels.</translation>
+    </message>
+    <message>
+        <source>The tables have changed since they were compared.</source>
+        <translation>Die Tabellen haben sich seit dem Vergleich geändert.</translation>
+    </message>
+    <message>
+        <source>The tables have no field in common.</source>
+        <translation>Die Tabellen haben kein gemeinsames Feld.</translation>
+    </message>
+    <message>
+        <source>No field has values that are unique on both sides. Check the fields of the key.</source>
+        <translation>Kein Feld hat auf beiden Seiten eindeutige Werte. Prüfen Sie die Felder des Schlüssels.</translation>
+    </message>
+    <message>
+        <source>Comparing...</source>
+        <translation>Vergleich läuft...</translation>
+    </message>
+    <message>
+        <source>%1 added, %2 removed, %3 changed, %4 moved.</source>
+        <translation>%1 hinzugefügt, %2 entfernt, %3 geändert, %4 verschoben.</translation>
+    </message>
+    <message>
+        <source>The key is not unique: on the left the records %1 and %2 have the same.</source>
+        <translation>Der Schlüssel ist nicht eindeutig: links haben die Datensätze %1 und %2 denselben.</translation>
+    </message>
+    <message>
+        <source>The key is not unique: on the right the records %1 and %2 have the same.</source>
+        <translation>Der Schlüssel ist nicht eindeutig: rechts haben die Datensätze %1 und %2 denselben.</translation>
+    </message>
+</context>
+<context>
+    <name>qir::NoticeBar</name>
+    <message>
+        <source>&amp;Reload</source>
+        <translation>&amp;Neu laden</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Mine</source>
+        <translation>&amp;Meine behalten</translation>
+    </message>
+    <message>
+        <source>&amp;Compare</source>
+        <translation>&amp;Vergleichen</translation>
+    </message>
+    <message>
+        <source>&amp;Dismiss</source>
+        <translation>Schl&amp;ießen</translation>
+    </message>
+    <message>
+        <source>Show what is on disk now, at the same table and cell.</source>
+        <translation>Zeigt, was jetzt auf der Platte steht, bei derselben Tabelle und Zelle.</translation>
+    </message>
+    <message>
+        <source>Go on with what is shown; the next save writes it over the file.</source>
+        <translation>Macht mit dem Gezeigten weiter; das nächste Speichern schreibt es über die Datei.</translation>
+    </message>
+    <message>
+        <source>Open what is on disk now in the other pane.</source>
+        <translation>Öffnet auf der anderen Seite, was jetzt auf der Platte steht.</translation>
+    </message>
+    <message>
+        <source>Close this line. Nothing is decided by that.</source>
+        <translation>Schließt diese Zeile. Damit wird nichts entschieden.</translation>
+    </message>
+</context>
+<context>
+    <name>qir::OutsideChanges</name>
+    <message>
+        <source>Notices</source>
+        <translation>Hinweise</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not on disk any more.</source>
+        <translation>&apos;%1&apos; ist nicht mehr auf der Platte.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; cannot be read any more.</source>
+        <translation>&apos;%1&apos; kann nicht mehr gelesen werden.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is back on disk as it was.</source>
+        <translation>&apos;%1&apos; ist wieder auf der Platte, wie es war.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is back on disk with other contents.</source>
+        <translation>&apos;%1&apos; ist mit anderem Inhalt wieder auf der Platte.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; was changed by another program.</source>
+        <translation>&apos;%1&apos; wurde von einem anderen Programm geändert.</translation>
+    </message>
+</context>
+<context>
+    <name>qir::PasswordAids</name>
+    <message>
+        <source>Caps Lock is on.</source>
+        <translation>Die Feststelltaste ist an.</translation>
+    </message>
+    <message>
+        <source>Hide what is typed</source>
+        <translation>Eingabe verbergen</translation>
+    </message>
+    <message>
+        <source>Show what is typed</source>
+        <translation>Eingabe zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>qir::Progresso</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+</context>
+<context>
+    <name>qir::Room</name>
+    <message>
+        <source>&amp;Stretch Last Column</source>
+        <translation>&amp;Letzte Spalte dehnen</translation>
+    </message>
+    <message>
+        <source>&amp;List Beside Table in Wide Windows</source>
+        <translation>L&amp;iste in breiten Fenstern neben der Tabelle</translation>
+    </message>
+</context>
+<context>
+    <name>qir::SummaryModel</name>
+    <message>
+        <source>other fields</source>
+        <translation>andere Felder</translation>
+    </message>
+    <message>
+        <source>other types</source>
+        <translation>andere Typen</translation>
+    </message>
+    <message>
+        <source>only left</source>
+        <translation>nur links</translation>
+    </message>
+    <message>
+        <source>only right</source>
+        <translation>nur rechts</translation>
+    </message>
+    <message>
+        <source>equal</source>
+        <translation>gleich</translation>
+    </message>
+    <message>
+        <source>%1 and %2 records</source>
+        <translation>%1 und %2 Datensätze</translation>
+    </message>
+    <message>
+        <source>1 cell</source>
+        <translation>1 Zelle</translation>
+    </message>
+    <message>
+        <source>%1 cells</source>
+        <translation>%1 Zellen</translation>
+    </message>
+    <message>
+        <source>%1 in 1 record</source>
+        <translation>%1 in 1 Datensatz</translation>
+    </message>
+    <message>
+        <source>%1 in %2 records</source>
+        <translation>%1 in %2 Datensätzen</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Unterschied</translation>
+    </message>
+    <message>
+        <source>Left records</source>
+        <translation>Datensätze links</translation>
+    </message>
+    <message>
+        <source>Right records</source>
+        <translation>Datensätze rechts</translation>
+    </message>
+    <message>
+        <source>Fields</source>
+        <translation>Felder</translation>
+    </message>
+</context>
+<context>
+    <name>qir::ToolBar</name>
+    <message>
+        <source>Tool &amp;Bar</source>
+        <translation>&amp;Werkzeugleiste</translation>
+    </message>
+    <message>
+        <source>Tool Bar</source>
+        <translation>Werkzeugleiste</translation>
+    </message>
+</context>
+<context>
+    <name>qir::frmCustomInputBox</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Answer</source>
+        <translation>Antwort</translation>
+    </message>
+</context>
+<context>
+    <name>qir::frmListaStringhePlain</name>
+    <message>
+        <source>Choices</source>
+        <translation>Auswahl</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+</TS>
