@@ -81,8 +81,13 @@ void requireReplaceable(const Arguments &arguments) {
         if (isSameFile(out, argumentText(file)))
             return;
     QFile file(info.filePath());
-    if (!file.open(QIODevice::ReadOnly) || !beginsAsDatabase(file.read(databaseHeadSize)))
+    if (file.open(QIODevice::ReadOnly) && beginsAsDatabase(file.read(databaseHeadSize)))
+        return;
+    try {
+        (void)Session::openAgain(out, {}); // another component may write another kind
+    } catch (const LoadRefused &) {
         throw FileError(out, u"it is no database; use --force to replace it"_s);
+    }
 }
 
 /// Nothing of a merge before this one may seem to be of it.

@@ -236,8 +236,8 @@ TEST(KeyChoiceTest, TheKeyOfATableGoesBeforeOneOfAll) {
     EXPECT_THROW(keys.requireFit({{u"Other"_s, {u"A"_s}}}), WrongChoice);
     EXPECT_THROW(keys.requireFit({{u"T"_s, {u"A"_s}}}), WrongChoice);
     EXPECT_NO_THROW(keys.requireFit({{u"Other"_s, {}}, {u"T"_s, {u"a"_s, u"b"_s}}}));
-    EXPECT_THROW(KeyChoice({{{}, {u"C"_s}}}).requireFit({{u"T"_s, {u"A"_s}}}), WrongChoice);
-    const KeyChoice usual({{{}, {u"A"_s}}}, {{u"T"_s, {u"B"_s}}});
+    EXPECT_THROW(KeyChoice(std::vector<ChosenKey>{{{}, {u"C"_s}}}).requireFit({{u"T"_s, {u"A"_s}}}), WrongChoice);
+    const KeyChoice usual(std::vector<ChosenKey>{{{}, {u"A"_s}}}, std::vector<ChosenKey>{{u"T"_s, {u"B"_s}}});
     EXPECT_NO_THROW(usual.requireFit({{u"Other"_s, {u"A"_s}}}));
     EXPECT_EQ(usual.keyOf(u"T"_s, {u"A"_s, u"B"_s}), QStringList{u"B"_s});
 }
