@@ -81,7 +81,7 @@ void requireReplaceable(const Arguments &arguments) {
         if (isSameFile(out, argumentText(file)))
             return;
     QFile file(info.filePath());
-    if (file.open(QIODevice::ReadOnly) && beginsAsDatabase(file.read(databaseHeadSize)))
+    if ((file.open(QIODevice::ReadOnly) && beginsAsDatabase(file.read(databaseHeadSize))) || needsPassword(out))
         return;
     try {
         (void)Session::openAgain(out, {}); // another component may write another kind

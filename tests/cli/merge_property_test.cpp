@@ -562,7 +562,8 @@ TEST(MergeProperty, NoEditOfEitherSideIsLostUnlessAConflictTellsOfIt) {
             for (int edits = drawing.below(4); edits > 0; --edits)
                 drawing.edit(*side);
         const bool hasKey = drawing.below(2) == 0;
-        const KeyChoice keys(hasKey ? std::vector<ChosenKey>{{{}, {u"Id"_s}}} : std::vector<ChosenKey>());
+        // As a usual one: what is drawn may have no table with that field.
+        const KeyChoice keys({}, hasKey ? std::vector<ChosenKey>{{{}, {u"Id"_s}}} : std::vector<ChosenKey>());
         const MergedContent result = mergeContents(base, ours, theirs, keys);
         (result.conflicts.empty() ? merges : conflicts) += 1;
         const QString problem = Check(base, ours, theirs, result, hasKey).problem();
