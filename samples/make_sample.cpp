@@ -70,7 +70,7 @@ Value orFail(const QString &csv, Result<Value> result) {
     return std::move(*result);
 }
 
-void addTable(const QirDatabase &database, const QString &name, const QString &path, QByteArrayView bytes) {
+void addTable(const QirDatabase &database, const QString &name, const QString &path, const QByteArray &bytes) {
     const auto csv = orFail(path, CsvTable::read(bytes));
     std::vector<FieldInfo> fields;
     for (std::size_t column = 0; column < static_cast<std::size_t>(csv.header().size()); ++column)
