@@ -36,7 +36,7 @@ DtbEditor::DtbEditor()
     , m_differenceWords(m_editor, m_differingTables)
     , m_walk(m_editor, m_differences, m_differingTables)
     , m_strips(m_editor, m_walk)
-    , m_summary(m_editor, m_differingTables, m_walk)
+    , m_summary(m_editor, m_differingTables, m_walk, [this] { m_modes.CompareAgainMenu_Click(); })
     , m_onlyDifferences(m_editor, m_differences)
     , m_tables(m_editor, m_differences)
     , m_gridSave(m_editor, m_differences)
@@ -94,6 +94,7 @@ void DtbEditor::buildParts() {
     addCommands();
     buildMenus(*this, m_editor.controls);
     m_filesAtHand.addMenus();
+    m_undo.watchMenu();
     m_toolBar.build(*this);
     m_changes.build(*this);
     m_signs.build();

@@ -277,6 +277,7 @@ bool OpenCommand::loadFreshComponent(int pane) {
     // The component that was made before the question is replaced by a fresh one.
     m_editor.pane(pane).releaseDatabase();
     createComponent(pane);
+    m_changes.expectLoad(pane);
     if (!unlockWithoutStandingStill(m_editor.controls.window, m_editor.OggettoDtb(pane), name, password.text()))
         password.wipe(); // as after a cancel of the question
     return m_editor.OggettoDtb(pane).LoadDtb(name, password.text());

@@ -67,8 +67,8 @@ void SaveCommands::SaveAsMenu_Click() {
 }
 
 void SaveCommands::saved(int pane) {
+    m_changes.follow(pane); // at once: what another program writes before counts as ours
     rememberOpenFile(m_editor, pane);
-    m_changes.follow(pane);
 }
 
 void SaveCommands::SalvaSecco(QString &fileName, bool &chosen) {

@@ -1,6 +1,7 @@
 #include "compare/DifferencesSummary.h"
 
 #include "base/Collation.h"
+#include "base/UndoOnError.h"
 #include "compare/DifferenceWalk.h"
 #include "compare/engine/NameAlignment.h"
 #include "compare/engine/TableComparison.h"
@@ -18,6 +19,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace qir {
@@ -53,10 +55,12 @@ void compareFields(const QirDatabase &left, const QirDatabase &right, TableSumma
 
 } // namespace
 
-DifferencesSummary::DifferencesSummary(EditorContext &editor, const DifferingTables &tables, DifferenceWalk &walk)
+DifferencesSummary::DifferencesSummary(EditorContext &editor, const DifferingTables &tables, DifferenceWalk &walk,
+                                       std::function<void()> lineUp)
     : m_editor(editor)
     , m_tables(tables)
-    , m_walk(walk) {}
+    , m_walk(walk)
+    , m_lineUp(std::move(lineUp)) {}
 
 void DifferencesSummary::addCommands() {
     m_editor.controls.commands.add(Command::DifferencesSummaryMenu, tr("&Summary of Differences"),
@@ -72,12 +76,21 @@ void DifferencesSummary::DifferencesSummaryMenu_Click() {
     m_window->activateWindow();
 }
 
-void DifferencesSummary::build() {
+void DifferencesSummary::watchLists() {
     for (const int pane : {0, 1}) {
         const QAbstractItemModel *list = m_editor.ListaTabelle(pane).model();
         connect(list, &QAbstractItemModel::modelReset, this, [this] { m_outdated = true; });
         connect(list, &QAbstractItemModel::rowsInserted, this, [this] { m_outdated = true; });
+        connect(list, &QAbstractItemModel::dataChanged, this,
+                [this, pane](const QModelIndex &first, const QModelIndex &last) {
+                    const int shown = m_editor.ListaTabelle(pane).ListIndex();
+                    m_otherMarks = m_otherMarks || first.row() != shown || last.row() != shown;
+                });
     }
+}
+
+void DifferencesSummary::build() {
+    watchLists();
     m_window = new QDialog(m_editor.controls.window);
     m_window->setObjectName(u"differencesSummary"_s);
     m_window->setWindowTitle(tr("Summary of Differences"));
@@ -119,34 +132,105 @@ void DifferencesSummary::build() {
 void DifferencesSummary::follow() {
     if (!m_window || m_window->isHidden() || m_reading)
         return;
-    if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1))
+    if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1)) {
         m_model.setTables({});
-    else if (m_outdated)
-        readAll();
-    else
+        m_outdated = true;
+        return;
+    }
+    if (!m_outdated)
         readShownTable();
+    if (m_outdated || (m_editor.RigaEdit() < 1 && databaseRevisions() != m_revisions))
+        readChanged();
 }
 
-void DifferencesSummary::readAll() {
-    m_outdated = false;
+std::array<std::uint64_t, 2> DifferencesSummary::databaseRevisions() const {
+    return {m_editor.OggettoDtb(0).revision(), m_editor.OggettoDtb(1).revision()};
+}
+
+void DifferencesSummary::readChanged() {
+    const bool afresh = std::exchange(m_outdated, false);
+    if (afresh)
+        m_tableRevisions.clear();
     m_reading = true;
-    std::vector<TableSummary> tables;
-    try {
-        const QStringList left = sortedNames(m_editor.OggettoDtb(0));
-        const QStringList right = sortedNames(m_editor.OggettoDtb(1));
-        QStringList merged = left + right;
-        sortNames(merged);
-        for (const AlignedRow &row : alignNames(withoutRepeatedNames(merged), left, right)) {
-            if (row.kind != AlignedRowKind::Neither)
-                tables.push_back(
-                    read(row.left < 0 ? QString() : left[row.left], row.right < 0 ? QString() : right[row.right]));
-        }
-    } catch (...) {
-        m_reading = false;
-        throw;
-    }
+    m_revisions = databaseRevisions(); // a component that fails is not asked again and again
+    undoneOnError([&] { showTables(readTables(afresh)); }, [&] { m_reading = false; });
     m_reading = false;
-    m_model.setTables(std::move(tables));
+    m_otherMarks = false;
+    for (const int pane : {0, 1})
+        if (!m_editor.pane(pane).TabellaMostrata().isEmpty())
+            m_editor.pane(pane).makeShownTableCurrent();
+}
+
+std::vector<TableSummary> DifferencesSummary::readTables(bool afresh) {
+    QHash<QString, TableSummary> known;
+    if (!afresh)
+        for (const TableSummary &table : m_model.tables())
+            known.insert(collationKey(table.name), table);
+    std::vector<TableSummary> tables;
+    const QStringList left = sortedNames(m_editor.OggettoDtb(0));
+    const QStringList right = sortedNames(m_editor.OggettoDtb(1));
+    QStringList merged = left + right;
+    sortNames(merged);
+    for (const AlignedRow &row : alignNames(withoutRepeatedNames(merged), left, right)) {
+        if (row.kind == AlignedRowKind::Neither)
+            continue;
+        const QString first = row.left < 0 ? QString() : left[row.left];
+        const QString second = row.right < 0 ? QString() : right[row.right];
+        const auto before = known.constFind(collationKey(first.isEmpty() ? second : first));
+        tables.push_back(readAgain(first, second, before == known.constEnd() ? nullptr : &*before));
+    }
+    return tables;
+}
+
+/// Takes over what is known of a table that has not changed since. The shown one's cells are known by the grids.
+TableSummary DifferencesSummary::readAgain(const QString &left, const QString &right, const TableSummary *known) {
+    const QString key = collationKey(left.isEmpty() ? right : left);
+    const std::optional<Revisions> revisions = tableRevisions({left, right});
+    const auto before = m_tableRevisions.constFind(key);
+    const bool same = revisions ? before != m_tableRevisions.constEnd() && *before == *revisions : !m_otherMarks;
+    if (revisions)
+        m_tableRevisions.insert(key, *revisions);
+    else
+        m_tableRevisions.remove(key);
+    if (known == nullptr || left.isEmpty() != (known->standing == Standing::OnlyRight) ||
+        right.isEmpty() != (known->standing == Standing::OnlyLeft))
+        return read(left, right);
+    if (m_editor.gridsShowSameTable() && key == collationKey(m_editor.pane(0).TabellaMostrata())) {
+        TableSummary table = *known;
+        table.otherFields = table.otherTypes = false;
+        m_editor.pane(0).makeTableCurrent(left);
+        m_editor.pane(1).makeTableCurrent(right);
+        compareFields(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1), table);
+        return table;
+    }
+    return same ? *known : read(left, right);
+}
+
+/// None where a component cannot tell of single tables.
+std::optional<DifferencesSummary::Revisions>
+DifferencesSummary::tableRevisions(const std::array<QString, 2> &names) const {
+    Revisions revisions{};
+    for (const int pane : {0, 1}) {
+        const auto side = static_cast<std::size_t>(pane);
+        if (!m_editor.OggettoDtb(pane).hasColumns())
+            return std::nullopt;
+        if (names.at(side).isEmpty())
+            continue;
+        m_editor.pane(pane).makeTableCurrent(names.at(side));
+        revisions.at(side) = m_editor.OggettoDtb(pane).TableRevision();
+    }
+    return revisions;
+}
+
+/// Rows that stay where they are keep their place in the view, and whether they are selected.
+void DifferencesSummary::showTables(std::vector<TableSummary> tables) {
+    const auto key = [](const TableSummary &table) { return table.name; };
+    if (!std::ranges::equal(tables, m_model.tables(), {}, key, key)) {
+        m_model.setTables(std::move(tables));
+        return;
+    }
+    for (std::size_t row = 0; row < tables.size(); ++row)
+        m_model.setTable(static_cast<int>(row), tables[row]);
 }
 
 TableSummary DifferencesSummary::read(const QString &left, const QString &right) const {
@@ -202,21 +286,14 @@ void DifferencesSummary::readShownTable() {
         }
         const bool equal = table.cells == 0 && table.records[0] == table.records[1] && fields[0] == fields[1];
         table.standing = equal ? Standing::Equal : Standing::Differ;
-        bool headersAlike = left.Cols() == right.Cols();
-        for (int column = 1; column < left.Cols() && headersAlike; ++column)
-            headersAlike = left.TextMatrix(0, column) == right.TextMatrix(0, column);
-        if (headersAlike == (table.otherFields || table.otherTypes)) { // sizes do not stand in the headers
-            m_editor.pane(0).makeShownTableCurrent();
-            m_editor.pane(1).makeShownTableCurrent();
-            table.otherFields = table.otherTypes = false;
-            compareFields(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1), table);
-        }
         m_model.setTable(static_cast<int>(row), table);
         return;
     }
 }
 
 void DifferencesSummary::goToTable(const QString &name) {
+    if (!m_tables.linedUp()) // a line would stand for two tables
+        m_lineUp();
     const QString key = collationKey(name);
     for (const int pane : {0, 1}) {
         const ListBox &list = m_editor.ListaTabelle(pane);

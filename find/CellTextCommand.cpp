@@ -1,5 +1,6 @@
 #include "find/CellTextCommand.h"
 
+#include "find/LineEnds.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/AreaClipboard.h"
@@ -20,23 +21,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The first line end of a text, which new lines of it get; a line feed where there is none.
-QString lineEndOf(const QString &text) {
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text[i] == u'\r')
-            return text.mid(i, 2) == "\r\n"_L1 ? u"\r\n"_s : u"\r"_s;
-        if (text[i] == u'\n')
-            return u"\n"_s;
-    }
-    return u"\n"_s;
-}
-
-/// The text in the box, each line with the given end.
-QString textIn(const QPlainTextEdit &box, const QString &lineEnd) {
+QStringList linesIn(const QPlainTextEdit &box) {
     QStringList lines;
     for (QTextBlock block = box.document()->begin(); block.isValid(); block = block.next())
         lines.append(block.text());
-    return lines.join(lineEnd);
+    return lines;
 }
 
 class CellTextDialog : public QDialog {
@@ -88,14 +77,12 @@ void CellTextCommand::editText(int pane) {
     const QString before = grid.TextMatrix(row, column);
     CellTextDialog dialog(m_editor.controls.window, tr("Record %1, %2").arg(row).arg(grid.TextMatrix(0, column)),
                           before);
-    const QString lineEnd = lineEndOf(before);
-    const QString shown = textIn(dialog.box(), lineEnd);
+    const LineEnds ends(before, linesIn(dialog.box()));
     if (dialog.exec() != QDialog::Accepted)
         return;
-    const QString text = textIn(dialog.box(), lineEnd);
-    // A text that was only looked at keeps line ends of several kinds.
-    if (text != shown)
-        m_cellEditor.writeCell(pane, row, column, text);
+    const QStringList lines = linesIn(dialog.box());
+    if (lines != ends.lines())
+        m_cellEditor.writeCell(pane, row, column, ends.joined(lines));
 }
 
 } // namespace qir

@@ -12,6 +12,8 @@
 #include "view/TableLoader.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
 
 namespace qir {
 
@@ -24,7 +26,7 @@ void PasteAll::addCommands() {
 
 void PasteAll::PasteAllMenu_Click() {
     const int pane = m_editor.IndexAttivo();
-    const std::optional<CellTexts> block = clipboardCells();
+    const std::optional<ClipboardBlock> block = ClipboardBlock::taken();
     if (!block || block->records() == 0 || !showsFields(m_editor, pane))
         return;
     if (refusedOnlyDifferences(m_editor, pane))
@@ -48,28 +50,55 @@ void PasteAll::PasteAllMenu_Click() {
     undoneOnError([&] { paste(pane, *block, missing); }, [&] { m_tables.reloadAfterFailure(pane); });
 }
 
-void PasteAll::paste(int pane, const CellTexts &block, int newRecords) {
+void PasteAll::addRecords(int pane, int count) {
+    if (count < 1)
+        return;
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    if (database.hasColumns()) {
+        database.AppendRecords(count);
+    } else {
+        YieldTimer timer;
+        for (int record = 0; record < count; ++record) {
+            database.AddRecord();
+            timer.yieldIfDue();
+        }
+    }
+    m_tables.CaricaTabellaAVideo(pane);
+}
+
+/// What the table has no cell for, and what it stores otherwise.
+void PasteAll::tellOutcome(const Grid &grid, const ClipboardBlock &block) const {
+    const GridRange cells = grid.selection().range();
+    std::int64_t outside = 0;
+    block.forEachValue([&](int row, int column, QStringView) {
+        outside += cells.contains(cells.firstRow + row, cells.firstColumn + column) ? 0 : 1;
+    });
+    const QString otherwise = storedOtherwise(grid, cells);
+    if (outside == 0 && otherwise.isEmpty())
+        return;
+    const QString dropped = outside == 1 ? tr("1 pasted value had no place in the table")
+                                         : tr("%1 pasted values had no place in the table").arg(outside);
+    if (outside == 0)
+        m_editor.status().showMessage(tr("Of the pasted values %1").arg(otherwise));
+    else
+        m_editor.status().showMessage(otherwise.isEmpty() ? dropped : dropped + u"; "_s + otherwise);
+}
+
+void PasteAll::paste(int pane, const ClipboardBlock &block, int newRecords) {
     m_editor.pane(pane).makeShownTableCurrent();
     const QirDatabase &database = m_editor.OggettoDtb(pane);
     const ChangeStep step(database, tr("Paste All"));
     ChangeGroup changes(database);
-    YieldTimer timer;
-    for (int record = 0; record < newRecords; ++record) {
-        database.AddRecord();
-        timer.yieldIfDue();
-    }
-    if (newRecords > 0)
-        m_tables.CaricaTabellaAVideo(pane);
+    addRecords(pane, newRecords);
     Grid &grid = m_editor.Tabella(pane);
     const GridRange from = recordCells(grid);
     grid.setSelection({from.firstRow, from.firstColumn, std::min(from.firstRow + block.records(), grid.Rows()) - 1,
                        std::min(from.firstColumn + block.fields(), grid.Cols()) - 1});
-    layClipboard(grid);
+    block.layInto(grid);
     m_save.SalvaGridInDatabase(pane, grid.selection().range());
     changes.commit();
     m_stored.look(pane, grid.selection().range());
-    if (const QString words = storedOtherwise(grid, grid.selection().range()); !words.isEmpty())
-        m_editor.status().showMessage(tr("Of the pasted values %1").arg(words));
+    tellOutcome(grid, block);
 }
 
 } // namespace qir

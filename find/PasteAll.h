@@ -1,12 +1,12 @@
 #pragma once
 
 #include "pane/EditorContext.h"
-#include "platform/cells/CellTexts.h"
 
 #include <QCoreApplication>
 
 namespace qir {
 
+class ClipboardBlock;
 class GridSave;
 class StoredMarks;
 class TableLoader;
@@ -29,7 +29,9 @@ public:
     void PasteAllMenu_Click();
 
 private:
-    void paste(int pane, const CellTexts &block, int newRecords);
+    void paste(int pane, const ClipboardBlock &block, int newRecords);
+    void addRecords(int pane, int count);
+    void tellOutcome(const Grid &grid, const ClipboardBlock &block) const;
 
     EditorContext &m_editor;
     GridSave &m_save;

@@ -515,6 +515,14 @@ Speichern, bevor eine andere Datei ihren Platz einnimmt?</translation>
         <source>Of the pasted values %1</source>
         <translation>Von den eingefügten Werten %1</translation>
     </message>
+    <message>
+        <source>1 pasted value had no place in the table</source>
+        <translation>1 eingefügter Wert hatte in der Tabelle keinen Platz</translation>
+    </message>
+    <message>
+        <source>%1 pasted values had no place in the table</source>
+        <translation>%1 eingefügte Werte hatten in der Tabelle keinen Platz</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>
@@ -1736,6 +1744,10 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Re&amp;port...</source>
         <translation>&amp;Bericht...</translation>
+    </message>
+    <message>
+        <source>No field of the key is checked.</source>
+        <translation>Kein Feld des Schlüssels ist angekreuzt.</translation>
     </message>
 </context>
 <context>

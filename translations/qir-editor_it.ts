@@ -515,6 +515,14 @@ Salvarle prima che un altro file prenda il suo posto?</translation>
         <source>Of the pasted values %1</source>
         <translation>Dei valori incollati %1</translation>
     </message>
+    <message>
+        <source>1 pasted value had no place in the table</source>
+        <translation>1 valore incollato non ha trovato posto nella tabella</translation>
+    </message>
+    <message>
+        <source>%1 pasted values had no place in the table</source>
+        <translation>%1 valori incollati non hanno trovato posto nella tabella</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>
@@ -1736,6 +1744,10 @@ Salvare le modifiche?</translation>
     <message>
         <source>Re&amp;port...</source>
         <translation>Ra&amp;pporto...</translation>
+    </message>
+    <message>
+        <source>No field of the key is checked.</source>
+        <translation>Nessun campo della chiave è selezionato.</translation>
     </message>
 </context>
 <context>

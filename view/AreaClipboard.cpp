@@ -55,19 +55,6 @@ private:
 
 constexpr qsizetype mostShown = 40; // of a value, in what is told of it
 
-/// Calls `value` for each value that the clipboard holds, rows and columns counted from 0.
-void forEachClipboardValue(const std::function<void(int row, int column, QStringView value)> &value) {
-    if (const auto cells = decodeCellBlock(clipboard::data(QLatin1StringView(cellBlockFormat)))) {
-        for (int row = 1; row <= cells->records(); ++row) {
-            for (int column = 1; column <= cells->fields(); ++column)
-                value(row - 1, column - 1, cells->at(column, row));
-        }
-        return;
-    }
-    constexpr int last = std::numeric_limits<int>::max() - 1;
-    layClipText(gridClip(clipboard::text()), {0, 0, last, last}, value);
-}
-
 /// Of a value that is stored otherwise.
 QString placeWords(const Grid &grid, int row, int column, QStringView value) {
     return AreaClipboard::tr("record %1, %2, \"%3\"")
@@ -134,13 +121,42 @@ QString gridClip(const QString &clipboardText) {
     return text;
 }
 
-std::optional<CellTexts> clipboardCells() {
+std::optional<ClipboardBlock> ClipboardBlock::taken() {
     const QString text = clipboard::text();
     if (text.isEmpty())
         return std::nullopt;
-    if (auto cells = decodeCellBlock(clipboard::data(QLatin1StringView(cellBlockFormat))))
-        return cells;
-    return cellsOfText(gridClip(text));
+    ClipboardBlock block;
+    block.m_cells = decodeCellBlock(clipboard::data(QLatin1StringView(cellBlockFormat)));
+    if (block.m_cells) {
+        block.m_records = block.m_cells->records();
+        block.m_fields = block.m_cells->fields();
+        return block;
+    }
+    block.m_text = gridClip(text);
+    block.forEachValue([&block](int row, int column, QStringView) {
+        block.m_records = std::max(block.m_records, row + 1);
+        block.m_fields = std::max(block.m_fields, column + 1);
+    });
+    return block;
+}
+
+void ClipboardBlock::forEachValue(const std::function<void(int row, int column, QStringView value)> &value) const {
+    if (!m_cells) {
+        constexpr int last = std::numeric_limits<int>::max() - 1;
+        layClipText(m_text, {0, 0, last, last}, value);
+        return;
+    }
+    for (int row = 1; row <= m_cells->records(); ++row) {
+        for (int column = 1; column <= m_cells->fields(); ++column)
+            value(row - 1, column - 1, m_cells->at(column, row));
+    }
+}
+
+void ClipboardBlock::layInto(Grid &grid) const {
+    if (m_cells)
+        grid.setClip(*m_cells);
+    else
+        grid.setClip(m_text);
 }
 
 void AreaClipboard::addCommands() {
@@ -187,10 +203,10 @@ void AreaClipboard::INCOLLA_AreaTabella(int pane) {
     m_editor.pane(pane).requireWhole();
     m_outcome.clear();
     try {
-        if (!clipboard::text().isEmpty()) {
+        if (const std::optional<ClipboardBlock> block = ClipboardBlock::taken()) {
             const BusyPointer busy;
             m_editor.endEdit(); // of a cell that the paste may change
-            layClipboard(m_editor.Tabella(pane));
+            block->layInto(m_editor.Tabella(pane));
             const ChangeStep step(m_editor.OggettoDtb(pane), tr("Paste"));
             // Every text of the grid is to be stored afterwards; beyond the selected block most often all of them are.
             if (m_editor.pane(pane).TextsUnstored())
@@ -198,7 +214,7 @@ void AreaClipboard::INCOLLA_AreaTabella(int pane) {
             else
                 m_save.SalvaGridInDatabase(pane, m_editor.Tabella(pane).selection().range());
             m_stored.look(pane, m_editor.Tabella(pane).selection().range());
-            tellOutcome(pane);
+            tellOutcome(pane, *block);
         }
     } catch (const std::exception &) {
         m_tables.reloadAfterFailure(pane);
@@ -206,14 +222,14 @@ void AreaClipboard::INCOLLA_AreaTabella(int pane) {
     yieldToMessages();
 }
 
-void AreaClipboard::tellOutcome(int pane) {
+void AreaClipboard::tellOutcome(int pane, const ClipboardBlock &block) {
     const Grid &grid = m_editor.Tabella(pane);
     const GridRange cells = recordCells(grid);
     std::int64_t outside = 0;
     std::int64_t changed = 0;
     QString firstOutside;
     QString firstChanged;
-    forEachClipboardValue([&](int row, int column, QStringView value) {
+    block.forEachValue([&](int row, int column, QStringView value) {
         const int gridRow = cells.firstRow + row;
         const int gridColumn = cells.firstColumn + column;
         if (!cells.contains(gridRow, gridColumn)) {
@@ -246,14 +262,6 @@ QString storedOtherwise(const Grid &grid, const GridRange &cells) {
         timer.yieldIfDue();
     }
     return changed == 0 ? QString() : otherwiseWords(changed, first);
-}
-
-void layClipboard(Grid &grid) {
-    const auto cells = decodeCellBlock(clipboard::data(QLatin1StringView(cellBlockFormat)));
-    if (cells)
-        grid.setClip(*cells);
-    else
-        grid.setClip(gridClip(clipboard::text()));
 }
 
 } // namespace qir

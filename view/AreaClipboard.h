@@ -6,11 +6,13 @@
 
 #include <QCoreApplication>
 
+#include <functional>
 #include <optional>
 
 namespace qir {
 
 class GridSave;
+class ClipboardBlock;
 class StoredMarks;
 class TableLoader;
 
@@ -42,7 +44,7 @@ public:
     const QString &outcome() const { return m_outcome; }
 
 private:
-    void tellOutcome(int pane);
+    void tellOutcome(int pane, const ClipboardBlock &block);
 
     EditorContext &m_editor;
     GridSave &m_save;
@@ -61,11 +63,25 @@ QString storedOtherwise(const Grid &grid, const GridRange &cells);
 /// The record cells of a grid's selection, which may hold the header row.
 GridRange recordCells(const Grid &grid);
 
-/// What the clipboard holds, as cells; nothing where it holds no text.
-std::optional<CellTexts> clipboardCells();
+/// What the clipboard held when it was taken, whatever comes there since.
+class ClipboardBlock {
+public:
+    /// Nothing where the clipboard holds no text.
+    static std::optional<ClipboardBlock> taken();
 
-/// Lays what the clipboard holds into the selected cells of a grid; what it has no value for stays.
-void layClipboard(Grid &grid);
+    int records() const { return m_records; }
+    int fields() const { return m_fields; }
+    /// Calls `value` for each value, rows and columns counted from 0.
+    void forEachValue(const std::function<void(int row, int column, QStringView value)> &value) const;
+    /// Lays the values into the selected cells of a grid; what there is no value for stays.
+    void layInto(Grid &grid) const;
+
+private:
+    QString m_text;
+    std::optional<CellTexts> m_cells; // where the clipboard had them as cells
+    int m_records = 0;
+    int m_fields = 0;
+};
 
 /// A clipboard text as the grid takes it: rows end in carriage returns. Line feeds beside carriage returns go; without
 /// any carriage return they are the row ends. One last row end is dropped.

@@ -50,15 +50,26 @@ void OutsideChanges::build(QMainWindow &window) {
     m_strip->hide();
 }
 
+void OutsideChanges::expectLoad(int pane) {
+    m_beforeLoad.at(static_cast<std::size_t>(pane)) = fileMark(FileOps::system(), openFilePath(m_editor, pane));
+}
+
 void OutsideChanges::follow(int pane) {
     Followed &file = followed(pane);
     file = {};
     file.name = openFileName(m_editor, pane);
     const QString path = openFilePath(m_editor, pane);
+    watch(pane).setPath(path); // first, so that no change behind the look is missed
     file.mark = fileMark(FileOps::system(), path);
-    file.own = fileContent(FileOps::system(), path);
+    const auto before = std::exchange(m_beforeLoad.at(static_cast<std::size_t>(pane)), std::nullopt);
+    if (before && *before != file.mark) {
+        file.mark = *before;
+        file.own.state = FileContent::State::There; // but unlike any content
+        watch(pane).touch();                        // whether it holds other tables is told after the command
+    } else {
+        file.own = fileContent(FileOps::system(), path);
+    }
     file.told = file.own;
-    watch(pane).setPath(path);
     closeBar(pane);
     Q_EMIT fileTouched(pane);
 }

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 
 QT_BEGIN_NAMESPACE
 class QMainWindow;
@@ -35,7 +36,9 @@ public:
 
     /// Makes the place of the bars, above both panes.
     void build(QMainWindow &window);
-    /// A pane's database is what is on disk now: it was loaded, or saved.
+    /// A pane's file is about to be loaded: what is done to it from now on did not get into the database.
+    void expectLoad(int pane);
+    /// A pane's database is what is on disk: it was loaded, or saved just now.
     void follow(int pane);
     /// Lets go of panes that have no database any more. To be called at the end of each command.
     void settle();
@@ -67,6 +70,7 @@ private:
     EditorContext &m_editor;
     ChangeActions m_actions;
     std::array<Followed, 2> m_followed;
+    std::array<std::optional<FileMark>, 2> m_beforeLoad;
     std::array<FileWatch, 2> m_watches;
     std::array<NoticeBar *, 2> m_bars{};
     QToolBar *m_strip = nullptr;

@@ -15,6 +15,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QLineEdit>
+#include <QMenu>
 
 #include <exception>
 
@@ -68,6 +69,22 @@ void UndoCommands::addCommands() {
     commands.add(Command::RevertMenu, tr("Re&vert to Saved..."), [this] { RevertMenu_Click(); });
     for (const Command command : {Command::UndoMenu, Command::RedoMenu, Command::HistoryMenu, Command::RevertMenu})
         commands.action(command).setEnabled(false);
+}
+
+void UndoCommands::watchMenu() {
+    const QMenu &menu = m_editor.controls.menu(Menu::EditMenu);
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [this] { menuOpens(); });
+    // An entry that was chosen is done only once its menu is hidden.
+    QObject::connect(
+        &menu, &QMenu::aboutToHide, &menu, [this] { follow(); }, Qt::QueuedConnection);
+}
+
+void UndoCommands::menuOpens() const {
+    const QLineEdit *text = textUnderEdit();
+    if (text == nullptr)
+        return;
+    setCaption(Command::UndoMenu, tr("&Undo"), text->isUndoAvailable());
+    setCaption(Command::RedoMenu, tr("&Redo"), text->isRedoAvailable());
 }
 
 int UndoCommands::paneWithSteps() const {

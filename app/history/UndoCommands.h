@@ -27,6 +27,8 @@ public:
 
     /// Its rows for the menus.
     void addCommands();
+    /// From now on the Edit menu that opens while a text box has the keyboard tells of that text's steps.
+    void watchMenu();
     /// Names in the menu what the commands would take, and enables them. Called when a command ends.
     void follow();
 
@@ -54,6 +56,7 @@ private:
     void selectLine(int line, int top);
     void forgetLostTable(int pane);
     void goToCell(int pane, const QString &table);
+    void menuOpens() const;
     void setCaption(Command command, const QString &caption, bool enabled) const;
 
     EditorContext &m_editor;

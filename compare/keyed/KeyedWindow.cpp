@@ -174,6 +174,8 @@ void KeyedWindow::showTables(const QString &name, std::shared_ptr<TableSnapshot>
         }
     }
     m_options->setTable(name, common, others, key);
+    m_stale = false;
+    m_noneUnique = false;
     showTicks();
     if (rules().key.isEmpty()) {
         std::optional<QString> proposed;
@@ -182,6 +184,7 @@ void KeyedWindow::showTables(const QString &name, std::shared_ptr<TableSnapshot>
             m_status->setText(tr("Stopped. Check the fields of the key."));
             return;
         }
+        m_noneUnique = !proposed;
         if (proposed)
             m_options->proposeKey(*proposed);
     }
@@ -213,13 +216,14 @@ void KeyedWindow::compare() {
         return;
     m_changes.show(nullptr);
     m_stale = false;
-    m_again->hide();
     const KeyedRules wanted = rules();
     const auto fields = matchFields(*m_left, *m_right, wanted);
+    m_again->hide();
     if (!fields) {
-        m_status->setText(!m_options->hasFields()
-                              ? tr("The tables have no field in common.")
-                              : tr("No field has values that are unique on both sides. Check the fields of the key."));
+        m_status->setText(!m_options->hasFields() ? tr("The tables have no field in common.")
+                          : m_noneUnique
+                              ? tr("No field has values that are unique on both sides. Check the fields of the key.")
+                              : tr("No field of the key is checked."));
         return;
     }
     auto compared = std::make_unique<ComparedTables>();
@@ -245,6 +249,7 @@ bool KeyedWindow::runCancellable(const std::function<void(const KeyedStep &step)
             , disabled(itsWindow.m_content) {
             window.m_comparing = true;
             window.m_cancelled = false;
+            window.m_again->hide();
             window.m_status->setText(tr("Comparing..."));
             window.m_cancel->show();
         }

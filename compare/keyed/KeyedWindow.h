@@ -81,6 +81,7 @@ private:
     std::shared_ptr<TableSnapshot> m_left;
     std::shared_ptr<TableSnapshot> m_right;
     bool m_stale = false;
+    bool m_noneUnique = false; // no field could be proposed as the key
     bool m_comparing = false;
     bool m_cancelled = false;
     QTimer m_typed;               // since the last character of the search

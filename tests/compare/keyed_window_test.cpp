@@ -37,6 +37,23 @@ QStringList rowTexts(const QAbstractItemModel &model, int row) {
     return texts;
 }
 
+/// Calls `shown` each time a control is shown.
+class ShowWatch : public QObject {
+public:
+    ShowWatch(QWidget &control, std::function<void()> shown)
+        : m_shown(std::move(shown)) {
+        control.installEventFilter(this);
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() == QEvent::Show)
+            m_shown();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<void()> m_shown;
+};
+
 } // namespace
 
 class KeyedWindowTest : public QObject {
@@ -50,6 +67,7 @@ private Q_SLOTS:
     void copiesTheSelectedRows();
     void aDoubleClickAsksForTheTwoRecords();
     void whatIsStaleLeadsNowhere();
+    void whileAKeyIsProposedNothingIsComparedAgain();
 
 private:
     template<class T>
@@ -165,6 +183,19 @@ void KeyedWindowTest::whatIsStaleLeadsNowhere() {
     QCOMPARE(control<QLabel>(window, "keyedStatus")->text(), u"The tables have changed since they were compared."_s);
     hands::click(control<QPushButton>(window, "keyedAgain"), Qt::LeftButton);
     QCOMPARE(again.size(), 1);
+}
+
+void KeyedWindowTest::whileAKeyIsProposedNothingIsComparedAgain() {
+    KeyedWindow window(nullptr);
+    show(window, oldPumps, newPumps);
+    window.setStale();
+    const auto *again = control<QPushButton>(window, "keyedAgain");
+    QVERIFY(again->isVisible());
+    QList<bool> offered;
+    ShowWatch watch(*control<QPushButton>(window, "keyedCancel"), [&] { offered.append(again->isVisible()); });
+    window.showTables(u"Pumps"_s, snapshot(oldPumps), snapshot(newPumps), {});
+    QCOMPARE(offered, QList({false, false})); // proposing, comparing
+    QVERIFY(!window.isStale());
 }
 
 QTEST_MAIN(KeyedWindowTest)

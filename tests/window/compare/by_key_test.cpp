@@ -105,6 +105,14 @@ private Q_SLOTS:
                  qPrintable(status(fixture)));
     }
 
+    void aKeyThatIsUncheckedIsNotSaidToBeNotUnique() {
+        EditorFixture fixture;
+        open(fixture);
+        tick(fixture, u"keyFields"_s, 0);
+        QCOMPARE(rows(fixture), QList<QStringList>());
+        QCOMPARE(status(fixture), u"No field of the key is checked."_s);
+    }
+
     void aCheckedKeyIsRememberedForTheTwoFiles() {
         {
             EditorFixture fixture;

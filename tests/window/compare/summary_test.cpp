@@ -1,6 +1,7 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/WindowTest.h"
+#include "tests/window/find/FindHands.h"
 
 #include <QDialog>
 #include <QTableView>
@@ -38,6 +39,11 @@ TableOfTexts changedTable(const QString &name) {
     return table;
 }
 
+void openSummary(EditorFixture &fixture) {
+    fixture.dialogs().allow(u"differencesSummary"_s);
+    fixture.choose(Command::DifferencesSummaryMenu);
+}
+
 void openMany(EditorFixture &fixture,
               const std::function<void(const std::vector<TableOfTexts> &, const std::vector<TableOfTexts> &)> &open) {
     TableOfTexts renamed = counted(u"G"_s, 2, 2);
@@ -47,8 +53,7 @@ void openMany(EditorFixture &fixture,
     open({counted(u"A"_s, 2, 2), counted(u"B"_s, 4, 2), counted(u"C"_s, 1, 1), counted(u"E"_s, 0, 2),
           counted(u"G"_s, 2, 2), counted(u"H"_s, 2, 2)},
          {counted(u"A"_s, 2, 2), changedTable(u"B"_s), counted(u"D"_s, 3, 1), counted(u"E"_s, 2, 2), renamed, retyped});
-    fixture.dialogs().allow(u"differencesSummary"_s);
-    fixture.choose(Command::DifferencesSummaryMenu);
+    openSummary(fixture);
 }
 
 } // namespace
@@ -106,6 +111,89 @@ private Q_SLOTS:
         QCOMPARE(fixture.list(1).ListIndex(), 1);
         QCOMPARE(fixture.grid(0).Row(), 2);
         QCOMPARE(fixture.grid(1).Col(), 1);
+    }
+
+    void tablesThatAreNotShownAreFollowed() {
+        EditorFixture fixture;
+        const std::vector<TableOfTexts> tables{listOf(u"A"_s, {u"red"_s}), listOf(u"B"_s, {u"red"_s, u"x"_s}),
+                                               listOf(u"C"_s, {u"y"_s})};
+        openBoth(fixture, tables, tables);
+        openSummary(fixture);
+        fixture.window().activateWindow();
+        openBar(fixture, u"red"_s);
+        hands::key(&fixture.window(), Qt::Key_H, Qt::ControlModifier);
+        hands::type(&inBar<QLineEdit>(fixture, u"replaceText"_s), u"pink"_s);
+        check(fixture, u"findAllTables"_s);
+        QTRY_COMPARE(countOf(fixture), u"2 cells"_s);
+        view(fixture)->selectRow(2);
+        hands::click(&inBar<QAbstractButton>(fixture, u"replaceAll"_s), Qt::LeftButton);
+        QCOMPARE(rows(fixture),
+                 QStringList({u"A|1 cell in 1 record|1|1|"_s, u"B|1 cell in 1 record|2|2|"_s, u"C|equal|1|1|"_s}));
+        QCOMPARE(view(fixture)->currentIndex().row(), 2);
+        fixture.choose(Command::UndoMenu);
+        QCOMPARE(rows(fixture), QStringList({u"A|equal|1|1|"_s, u"B|equal|2|2|"_s, u"C|equal|1|1|"_s}));
+        fixture.database(0).setDtbHasChanged(false);
+    }
+
+    void tablesThatWereShownBeforeKeepTheirNumbers() {
+        EditorFixture fixture;
+        const std::vector<TableOfTexts> tables{listOf(u"A"_s, {u"red"_s}), listOf(u"B"_s, {u"red"_s})};
+        openBoth(fixture, tables, tables);
+        openSummary(fixture);
+        fixture.window().activateWindow();
+        edit(fixture, 0, 1, 1, u"blue"_s);
+        QCOMPARE(rows(fixture)[0], u"A|1 cell in 1 record|1|1|"_s);
+        fixture.clickLine(0, 1);
+        edit(fixture, 1, 1, 1, u"green"_s);
+        QCOMPARE(rows(fixture), QStringList({u"A|1 cell in 1 record|1|1|"_s, u"B|1 cell in 1 record|1|1|"_s}));
+        fixture.choose(Command::UndoMenu);
+        QCOMPARE(rows(fixture), QStringList({u"A|1 cell in 1 record|1|1|"_s, u"B|equal|1|1|"_s}));
+        fixture.database(0).setDtbHasChanged(false);
+    }
+
+    void anEditReadsNoTableAgain() {
+        const UseFake fake(100);
+        EditorFixture fixture;
+        const std::vector<TableOfTexts> tables{listOf(u"A"_s, {u"red"_s}), listOf(u"B"_s, {u"red"_s})};
+        openBoth(fixture, tables, tables);
+        openSummary(fixture);
+        fixture.window().activateWindow();
+        fake->clearLog();
+        edit(fixture, 0, 1, 1, u"blue"_s);
+        QCOMPARE(rows(fixture)[0], u"A|1 cell in 1 record|1|1|"_s);
+        QCOMPARE(callsOf({u"ReadColumn"_s}), QStringList());
+        fixture.database(0).setDtbHasChanged(false);
+    }
+
+    void anotherSizeOfATextIsFollowed() {
+        EditorFixture fixture;
+        openBoth(fixture, {listOf(u"A"_s, {u"red"_s})}, {listOf(u"A"_s, {u"red"_s})});
+        openSummary(fixture);
+        fixture.window().activateWindow();
+        fixture.clickCell(0, 1, 1);
+        fixture.dialogs().expectInput(u"Field size"_s, u"?"_s, u"20"_s, u"30"_s);
+        fixture.choose(Command::ResizeTextField);
+        QCOMPARE(rows(fixture), QStringList({u"A|equal|1|1|other types"_s}));
+        fixture.choose(Command::UndoMenu);
+        QCOMPARE(rows(fixture), QStringList({u"A|equal|1|1|"_s}));
+    }
+
+    void aDoubleClickLinesUpListsThatAreNot() {
+        EditorFixture fixture;
+        openMany(fixture, [&](const auto &left, const auto &right) { openBoth(fixture, left, right); });
+        fixture.window().activateWindow();
+        fixture.activate(1);
+        fixture.dialogs().expectInput(u"New table name"_s, u"?"_s, u"Tablex"_s, u"AA"_s);
+        fixture.choose(Command::AddTableMenu);
+        QVERIFY(fixture.lines(0) != fixture.lines(1));
+        summary(fixture)->activateWindow();
+        QCOMPARE(rows(fixture)[2], u"B|3 cells in 2 records|4|4|"_s);
+        const QModelIndex row = view(fixture)->model()->index(2, 0);
+        hands::doubleClick(view(fixture)->viewport(), Qt::LeftButton, {}, view(fixture)->visualRect(row).center());
+        QCOMPARE(fixture.shownTable(0), u"B"_s);
+        QCOMPARE(fixture.shownTable(1), u"B"_s);
+        QCOMPARE(fixture.grid(1).Row(), 2);
+        fixture.database(1).setDtbHasChanged(false);
     }
 
     void theLineFiltersAndAHeaderSorts() {

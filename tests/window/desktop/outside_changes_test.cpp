@@ -36,6 +36,13 @@ class OutsideChangesTest : public WindowTest {
         makeFile(u"SAME.DDB"_s, {numbers(u"T"_s, {u"1"_s, u"2"_s, u"3"_s}), pumps()});
         return makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s, u"2"_s, u"3"_s}), pumps()});
     }
+    /// Calls `act` while a first file is being opened, once the component has read it.
+    void onceLoaded(EditorFixture &fixture, const std::function<void()> &act) {
+        connect(&fixture.action(Command::CloseDatabaseMenu), &QAction::enabledChanged, this, [act](bool enabled) {
+            if (enabled)
+                act();
+        });
+    }
     QString changedText() const { return u"'%1' was changed by another program."_s.arg(path(u"A.DDB"_s)); }
     QString goneText() const { return u"'%1' is not on disk any more."_s.arg(path(u"A.DDB"_s)); }
     QString linkText() const { return u"'%1' was changed by another program."_s.arg(path(u"LINK.DDB"_s)); }
@@ -99,6 +106,31 @@ private Q_SLOTS:
         QCOMPARE(offers(fixture, 0, u"keep"_s), !told.isEmpty());
         QVERIFY(!fixture.database(0).DtbHasChanged());
         QCOMPARE(fixture.texts(0).value(0).value(0), u"1200"_s); // the first table, Pumps, as it was
+    }
+
+    void aChangeWhileTheFileIsBeingOpenedIsTold() {
+        const QString file = makeFiles();
+        EditorFixture fixture;
+        bool changed = false;
+        onceLoaded(fixture, [&] {
+            elsewhere(u"cat B.DDB > A.DDB"_s);
+            changed = true;
+        });
+        fixture.open(file);
+        QVERIFY(changed);
+        QTRY_VERIFY(bar(fixture, 0).isVisible());
+        QCOMPARE(bar(fixture, 0).text(), changedText());
+        QVERIFY(offers(fixture, 0, u"reload"_s));
+    }
+
+    void theSameWrittenWhileTheFileIsBeingOpenedIsNotTold() {
+        const QString file = makeFiles();
+        EditorFixture fixture;
+        QSignalSpy touched(fixture.window().findChild<OutsideChanges *>(), &OutsideChanges::fileTouched);
+        onceLoaded(fixture, [&] { elsewhere(u"cp A.DDB K; cat K > A.DDB"_s); });
+        fixture.open(file);
+        QTRY_COMPARE(touched.size(), 2); // opened, and looked at again
+        QVERIFY(!bar(fixture, 0).isVisible());
     }
 
     void aFileThatComesBackIsTold() {

@@ -1,12 +1,15 @@
 #include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
 #include "tests/window/EditSupport.h"
+#include "tests/window/PopupTools.h"
 #include "tests/window/WindowTest.h"
+#include "tests/window/find/FindHands.h"
 #include "tests/window/panes/TypePicker.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QListView>
+#include <QMenuBar>
 
 using namespace qir;
 using namespace qir::test;
@@ -44,6 +47,13 @@ Seen look(EditorFixture &fixture) {
 
 QString captionOf(EditorFixture &fixture, Command command) {
     return fixture.action(command).text();
+}
+
+QMenu &openEditMenu(EditorFixture &fixture) {
+    QMenu &menu = fixture.menu(Menu::EditMenu);
+    QMenuBar *bar = fixture.window().menuBar();
+    hands::click(bar, Qt::LeftButton, Qt::NoModifier, bar->actionGeometry(menu.menuAction()).center());
+    return menu;
 }
 
 void undo(EditorFixture &fixture) {
@@ -352,6 +362,32 @@ private Q_SLOTS:
         redo(fixture);
         redo(fixture);
         QVERIFY(!fixture.database(0).DtbHasChanged());
+    }
+
+    void theEditMenuIsTheTextsWhileItHasTheKeyboard() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        edit(fixture, 0, 2, 2, u"before"_s);
+        openBar(fixture, u"find"_s);
+        auto &text = inBar<QLineEdit>(fixture, u"findText"_s);
+        QMenu &menu = openEditMenu(fixture);
+        QCOMPARE(captionOf(fixture, Command::UndoMenu), u"&Undo"_s);
+        QVERIFY(fixture.action(Command::UndoMenu).isEnabled());
+        QVERIFY(!fixture.action(Command::RedoMenu).isEnabled());
+        chooseFromPopup(menu, fixture.action(Command::UndoMenu));
+        QCOMPARE(text.text(), QString());
+        QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"before"_s);
+        QCOMPARE(captionOf(fixture, Command::UndoMenu), u"&Undo Edit of Pumps.Name"_s);
+        openEditMenu(fixture);
+        QVERIFY(!fixture.action(Command::UndoMenu).isEnabled());
+        QVERIFY(fixture.action(Command::RedoMenu).isEnabled());
+        hands::key(&menu, Qt::Key_Escape);
+        hands::turnLoop();
+        QVERIFY(fixture.action(Command::UndoMenu).isEnabled());
+        fixture.clickCell(0, 1, 1);
+        openEditMenu(fixture);
+        QCOMPARE(captionOf(fixture, Command::UndoMenu), u"&Undo Edit of Pumps.Name"_s);
+        chooseFromPopup(menu, fixture.action(Command::UndoMenu));
+        QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"Spare"_s);
     }
 
     void aCaptionShowsAnAmpersandOfAName() {

@@ -64,6 +64,45 @@ private Q_SLOTS:
         QCOMPARE(recordsOf(fixture, 0)[0][0], u"a\r\nb\nc\rd"_s);
     }
 
+    void eachLineKeepsItsOwnEnd_data() {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("the last line changed") << u"a\r\nb\nc\rd"_s << u"x"_s << u"a\r\nb\nc\rdx"_s;
+        QTest::newRow("the first line changed") << u"a\r\nb\nc\rd"_s << u"^x"_s << u"xa\r\nb\nc\rd"_s;
+        QTest::newRow("a line added") << u"a\r\nb\nc"_s << u"^x\n"_s << u"x\r\na\r\nb\nc"_s;
+        QTest::newRow("a line added at the end") << u"a\nb\r\nc"_s << u"\nx"_s << u"a\nb\r\nc\nx"_s;
+        QTest::newRow("the first line removed") << u"a\r\nb\nc"_s << u"^>>"_s << u"b\nc"_s;
+        QTest::newRow("two places") << u"a\r\nb\nc\rd"_s << u"\ny^x\n"_s << u"x\r\na\r\nb\nc\rd\r\ny"_s;
+        QTest::newRow("a paragraph's end") << u"a\u2029b"_s << u"x"_s << u"a\u2029bx"_s;
+        QTest::newRow("a line's end within a paragraph") << u"a\u2028b\r\nc"_s << u"x"_s << u"a\u2028b\r\ncx"_s;
+        QTest::newRow("a new line after a paragraph's end") << u"a\u2029b"_s << u"\nx"_s << u"a\u2029b\nx"_s;
+    }
+
+    void eachLineKeepsItsOwnEnd() {
+        QFETCH(QString, before);
+        QFETCH(QString, keys);
+        QFETCH(QString, after);
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"List"_s, {before})}));
+        fixture.clickCell(0, 1, 1);
+        fixture.dialogs().expect([&](QDialog &dialog) -> QString {
+            auto *box = dialog.findChild<QPlainTextEdit *>(u"cellTextEdit"_s);
+            for (const QChar key : keys) {
+                if (key == u'^')
+                    hands::key(box, Qt::Key_Home, Qt::ControlModifier);
+                else if (key == u'>')
+                    hands::key(box, Qt::Key_Delete);
+                else if (key == u'\n')
+                    hands::key(box, Qt::Key_Return);
+                else
+                    hands::type(box, key);
+            }
+            return pressButton(dialog, u"OK"_s);
+        });
+        hands::key(&fixture.grid(0), Qt::Key_F2, Qt::ShiftModifier);
+        QCOMPARE(recordsOf(fixture, 0)[0][0], after);
+    }
+
     void theOtherPaneIsComparedWithIt() {
         EditorFixture fixture;
         openBoth(fixture, {listOf(u"List"_s, {u"one"_s})}, {listOf(u"List"_s, {u"one"_s})});

@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 class PasteAllTest : public WindowTest {
     Q_OBJECT
 
+    static QString statusText(EditorFixture &fixture) { return inBar<QLabel>(fixture, u"statusLeft"_s).text(); }
+
 private Q_SLOTS:
     void theWholeBlockIsLaidFromTheFirstSelectedCellOn() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
@@ -41,6 +43,45 @@ private Q_SLOTS:
         fixture.dialogs().expectMessage(u"The block needs 2 records more. Add them?"_s, u"?"_s, u"No"_s);
         fixture.choose(Command::PasteAllMenu);
         QCOMPARE(recordsOf(fixture, 0).mid(2), (QList<QStringList>{{u"60"_s, u"a"_s}}));
+    }
+
+    void whatHadNoPlaceIsToldOf() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 2, 2);
+        QGuiApplication::clipboard()->setText(u"7\tseven\r8\teight"_s);
+        fixture.choose(Command::PasteAllMenu);
+        QCOMPARE(recordsOf(fixture, 0).mid(1), (QList<QStringList>{{u"900"_s, u"7"_s}, {u"60"_s, u"8"_s}}));
+        QCOMPARE(statusText(fixture), u"2 pasted values had no place in the table"_s);
+        fixture.clickCell(0, 3, 1);
+        QGuiApplication::clipboard()->setText(u"5x\ta\tb\r6\tc"_s);
+        fixture.dialogs().expectMessage(u"The block needs 1 record more. Add it?"_s, u"?"_s, u"No"_s);
+        fixture.choose(Command::PasteAllMenu);
+        QCOMPARE(statusText(fixture), u"3 pasted values had no place in the table; 1 are stored otherwise (first: "
+                                      "record 3, Speed [long], \"5x\")"_s);
+    }
+
+    void theBlockThatWasAskedAboutIsLaid() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 3, 2);
+        QGuiApplication::clipboard()->setText(u"a\rb"_s);
+        fixture.dialogs().expect([](QDialog &dialog) {
+            QGuiApplication::clipboard()->setText(u"other"_s); // another program has copied something
+            return pressButton(dialog, u"Yes"_s);
+        });
+        fixture.choose(Command::PasteAllMenu);
+        QCOMPARE(recordsOf(fixture, 0).mid(2), (QList<QStringList>{{u"60"_s, u"a"_s}, {u"0"_s, u"b"_s}}));
+    }
+
+    void recordsAreAddedAtOnceWhereTheComponentCan() {
+        const UseFake fake(100);
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 3, 2);
+        QGuiApplication::clipboard()->setText(u"a\rb\rc"_s);
+        fixture.dialogs().expectMessage(u"The block needs 2 records more. Add them?"_s, u"?"_s, u"Yes"_s);
+        FakeControl::get().clearLog();
+        fixture.choose(Command::PasteAllMenu);
+        QCOMPARE(callsOf({u"AppendRecords"_s, u"AddRecord"_s}), QStringList(u"AppendRecords(2)"_s));
+        QCOMPARE(recordsOf(fixture, 0).size(), 5);
     }
 
     void aCancelPastesNothing() {
