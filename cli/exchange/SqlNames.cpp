@@ -73,6 +73,13 @@ QByteArray sqlType(const FieldInfo &field) {
     return field.size == 0 ? QByteArray("text") : "varchar(" + QByteArray::number(field.size) + ')';
 }
 
+std::optional<FieldInfo> toldField(const QString &name, const QString &comment) {
+    const Result<FieldHeader> told = parseFieldHeader(u'[' + comment + u']');
+    if (!told || !told->type || (told->type == FieldType::Text && !told->size))
+        return std::nullopt;
+    return FieldInfo{name, *told->type, told->size.value_or(0)};
+}
+
 void requireSqlNames(const TableInfo &table, Engine engine) {
     requireName(table.name, engine);
     if (engine == Engine::Both && table.name.startsWith(u"sqlite_"_s, Qt::CaseInsensitive))

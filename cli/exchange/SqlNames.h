@@ -7,6 +7,8 @@
 #include <QByteArrayView>
 #include <QStringView>
 
+#include <optional>
+
 namespace qir {
 
 /// A name in SQL, as it is.
@@ -16,6 +18,9 @@ QByteArray sqlName(QStringView name);
 QByteArray sqlText(QByteArrayView utf8);
 /// The type of a field's column that PostgreSQL and SQLite know.
 QByteArray sqlType(const FieldInfo &field);
+
+/// The field that a column's comment tells, as an export writes it; nothing for other comments.
+std::optional<FieldInfo> toldField(const QString &name, const QString &comment);
 
 enum class Engine { Sqlite, Postgres, Both };
 
