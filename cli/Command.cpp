@@ -14,6 +14,14 @@ namespace {
 /// Stands before a word that CLI11 would take for a list of words because of its brackets.
 constexpr char mark = '\x1e';
 
+/// An empty value is rather a variable of the shell that is not set than the wish for none.
+CLI::Option *valued(CLI::Option *option) {
+    const auto refuse = [](std::string &word) {
+        return word.empty() ? std::string("a value is missing") : std::string();
+    };
+    return option->transform(CLI::Validator(refuse, ""));
+}
+
 CLI::Option *plain(CLI::Option *option) {
     const auto unmark = [](std::string &word) {
         if (word.starts_with(mark))
@@ -78,13 +86,13 @@ Command &Command::flag(const std::string &name, bool &value, const std::string &
 
 Command &Command::option(const std::string &name, std::string &value, const std::string &type,
                          const std::string &description) {
-    plain(m_app->add_option(name, value, description))->type_name(type);
+    valued(plain(m_app->add_option(name, value, description)))->type_name(type);
     return *this;
 }
 
 Command &Command::requiredOption(const std::string &name, std::string &value, const std::string &type,
                                  const std::string &description) {
-    plain(m_app->add_option(name, value, description))->type_name(type)->required();
+    valued(plain(m_app->add_option(name, value, description)))->type_name(type)->required();
     return *this;
 }
 

@@ -40,6 +40,14 @@ void addVerify(CLI::App &program, Exit &exit);
 /// share/ of an installation. Throws FileError.
 void writeShareFolder(const CLI::App &program, const QString &folder, const QString &version);
 
+// git stops where one of its drivers fails, so that their calls are looked at before anything in them can be refused.
+
+/// A driver for differences goes before the tool that the user has asked for with `git difftool`: where this is such a
+/// call starts that tool instead, and does not come back.
+void leaveToDifftool(int argc, const char *const *argv);
+/// Where this is the call of a driver tells in its output why nothing can be shown; false for any other call.
+bool tellGit(int argc, const char *const *argv, const QString &reason);
+
 /// An argument as the program was given it.
 inline QString argumentText(const std::string &argument) {
     return argumentText(QByteArrayView(argument.data(), static_cast<qsizetype>(argument.size())));

@@ -34,7 +34,7 @@ Exit patch(const Arguments &arguments) {
     if (!patch)
         throw FileError(name, patch.error().text);
     const Patch changes = arguments.reverse ? reversed(std::move(*patch)) : std::move(*patch);
-    Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
+    Session session = Session::openToChange(argumentText(arguments.file), arguments.passwordFile);
     PatchOutcome outcome;
     session.run([&] {
         ChangeGroup group(session.database());

@@ -1,6 +1,8 @@
 #include "cli/Session.h"
 
 #include "base/ErrorWords.h"
+#include "base/FileNames.h"
+#include "base/FileOps.h"
 #include "base/FreedMemory.h"
 #include "cli/NoticePrinter.h"
 #include "cli/Protection.h"
@@ -11,6 +13,7 @@
 #include <QMetaMethod>
 
 #include <cstdio>
+#include <fcntl.h>
 #include <optional>
 #include <utility>
 
@@ -23,6 +26,20 @@ namespace {
 QString withFile(const QString &file, const QString &reason) {
     const QString prefix = file + u": "_s;
     return reason.startsWith(prefix) ? reason : prefix + reason;
+}
+
+/// What is another one once a file was saved anew or written to.
+QByteArray versionOf(const QString &file) {
+    const auto status =
+        FileOps::system().statusAt(AT_FDCWD, systemPath(reachIgnoringCase(file).value_or(file)), FollowLinks::Yes);
+    if (!status)
+        return {};
+    QByteArray version;
+    for (const qint64 part : {static_cast<qint64>(status->st_dev), static_cast<qint64>(status->st_ino),
+                              static_cast<qint64>(status->st_size), static_cast<qint64>(status->st_mtim.tv_sec),
+                              static_cast<qint64>(status->st_mtim.tv_nsec)})
+        version += QByteArray::number(part) + ' ';
+    return version;
 }
 
 } // namespace
@@ -51,6 +68,14 @@ Session::Session(const QString &file)
 }
 
 Session Session::open(const QString &file, const std::string &passwordFile, SecretText *password) {
+    return openFor(Use::Reading, file, passwordFile, password);
+}
+
+Session Session::openToChange(const QString &file, const std::string &passwordFile, SecretText *password) {
+    return openFor(Use::Changing, file, passwordFile, password);
+}
+
+Session Session::openFor(Use use, const QString &file, const std::string &passwordFile, SecretText *password) {
     Session session(file);
     SecretText given;
     std::optional<FreedMemoryWipe> wipe;
@@ -61,6 +86,8 @@ Session Session::open(const QString &file, const std::string &passwordFile, Secr
             given = givenPassword(passwordFile, u"Password of %1: "_s.arg(file), note);
         });
     }
+    if (use == Use::Changing)
+        session.m_lock.emplace(file); // now that nobody is asked for anything any more
     session.load(given);
     if (password != nullptr)
         *password = std::move(given);
@@ -91,6 +118,12 @@ void Session::load(const SecretText &password) {
     });
     if (!loaded)
         throw LoadRefused(m_file, reason.isEmpty() ? u"it cannot be loaded"_s : reason);
+    m_version = versionOf(m_file);
+}
+
+void Session::requireSame() const {
+    if (!m_version.isEmpty() && versionOf(m_file) != m_version)
+        throw FileError(m_file, u"another program has saved it meanwhile; nothing is changed"_s);
 }
 
 Session Session::create(const QString &file) {
@@ -115,11 +148,14 @@ Session::~Session() {
 }
 
 void Session::saveChanges() {
-    if (m_database.DtbHasChanged())
-        m_database.SaveDtb();
+    if (!m_database.DtbHasChanged())
+        return;
+    requireSame();
+    m_database.SaveDtb();
 }
 
 void Session::save() {
+    requireSame();
     m_database.setDtbHasChanged(true);
     m_database.SaveDtb();
 }

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "cli/FileError.h"
+#include "cli/FolderLock.h"
 #include "cli/Password.h"
 #include "db/QirDatabase.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace qir {
@@ -23,8 +26,10 @@ public:
     /// The unsaved changes of an editor that crashed are neither shown nor saved: they stay for the next editor. The
     /// password that it was opened with goes to `password` where a command needs it, else it is overwritten.
     static Session open(const QString &file, const std::string &passwordFile, SecretText *password = nullptr);
-    /// The same; a file without a byte, such as /dev/null, is an empty database: what git has for the side of a file
-    /// that comes or goes.
+    /// The same for a command that is to save it: others that change files of the folder wait until this one has ended.
+    static Session openToChange(const QString &file, const std::string &passwordFile, SecretText *password = nullptr);
+    /// The same as open(); a file without a byte, such as /dev/null, is an empty database: what git has for the side of
+    /// a file that comes or goes.
     static Session openOrEmpty(const QString &file, const std::string &passwordFile);
     /// The same with a password that is known already.
     static Session openAgain(const QString &file, const SecretText &password);
@@ -39,7 +44,8 @@ public:
     const QirDatabase &database() const { return m_database; }
     bool isProtected() const { return m_protected; }
 
-    /// Writes the file, changed or not. Throws what the component throws.
+    /// Writes the file, changed or not. Throws what the component throws, and FileError where another program has saved
+    /// the file since it was opened: that version stands.
     void save();
     /// The same where anything has changed.
     void saveChanges();
@@ -50,10 +56,15 @@ public:
 
 private:
     explicit Session(const QString &file);
+    enum class Use { Reading, Changing };
+    static Session openFor(Use use, const QString &file, const std::string &passwordFile, SecretText *password);
     void load(const SecretText &password);
+    void requireSame() const;
 
     QString m_file;
+    QByteArray m_version; ///< Tells the file that was loaded from a later one; "" for none.
     bool m_protected;
+    std::optional<FolderLock> m_lock;
     std::unique_ptr<NoticePrinter> m_printer; // outlives the component
     QirDatabase m_database;
 };

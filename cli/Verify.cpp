@@ -1,3 +1,4 @@
+#include "base/ErrorWords.h"
 #include "base/FileNames.h"
 #include "cli/Commands.h"
 #include "cli/Session.h"
@@ -10,6 +11,7 @@
 #include <QFileInfo>
 
 #include <memory>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -32,20 +34,28 @@ Exit verify(const QString &file, const std::string &passwordFile, bool json) {
         throw FileError(file, reached.error().text);
     if (!QFileInfo::exists(*reached))
         throw FileError(file, u"there is no such file"_s);
+    const auto unsound = [&](const QString &reason) {
+        if (json)
+            printJson(file, false, reason);
+        else
+            printError(reason);
+        return Exit::Negative;
+    };
+    std::optional<Session> session;
     try {
-        const Session session = Session::open(file, passwordFile);
-        session.run([&] {
-            for (const QString &name : tableNames(session.database())) {
-                const TableInfo table = chooseTable(session.database(), name);
-                forEachPortion(session.database(), table, [](const Portion &) {});
+        session.emplace(Session::open(file, passwordFile));
+    } catch (const LoadRefused &refused) {
+        return unsound(errorWords(refused));
+    }
+    try {
+        session->run([&] {
+            for (const QString &name : tableNames(session->database())) {
+                const TableInfo table = chooseTable(session->database(), name);
+                forEachPortion(session->database(), table, [](const Portion &) {});
             }
         });
-    } catch (const LoadRefused &refused) {
-        if (json)
-            printJson(file, false, QString::fromUtf8(refused.what()));
-        else
-            printError(QString::fromUtf8(refused.what()));
-        return Exit::Negative;
+    } catch (const FileError &error) { // a table that was loaded and cannot be read
+        return unsound(errorWords(error));
     }
     if (json)
         printJson(file, true, {});

@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <csignal>
 #include <exception>
 
 namespace {
@@ -89,7 +90,10 @@ int runCommand(CLI::App &program, const QStringList &arguments, int argc, char *
 }
 
 int run(int argc, char **argv) {
+    leaveToDifftool(argc, argv);
     const auto texts = argumentTexts(argc, argv);
+    if (!texts && tellGit(argc, argv, texts.error().text))
+        return static_cast<int>(Exit::Done);
     if (!texts)
         return trouble(texts.error().text);
     Exit exit = Exit::Done;
@@ -114,6 +118,8 @@ int run(int argc, char **argv) {
 } // namespace
 
 int main(int argc, char **argv) {
+    // Whoever started this may have it ignored: a reader that has seen enough would be trouble then.
+    std::signal(SIGPIPE, SIG_DFL);
     const QCoreApplication application(argc, argv); // components are looked for beside the running program
     return run(argc, argv);
 }

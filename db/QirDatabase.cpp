@@ -6,6 +6,8 @@
 
 #include <QtEndian>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace qir {
@@ -100,7 +102,6 @@ bool QirDatabase::LoadDtb(const QString &fileName, const QString &password) cons
 }
 
 void QirDatabase::SaveDtb() const {
-    changed(); // records without fields go
     saveDtb(m_object);
 }
 
@@ -109,7 +110,6 @@ bool QirDatabase::DtbHasChanged() const {
 }
 
 void QirDatabase::setDtbHasChanged(bool flag) const {
-    changed();
     dtbHasChanged.write(m_object, flag);
 }
 
@@ -122,7 +122,6 @@ bool QirDatabase::SetDatabaseFileName(const QString &fileName) const {
 }
 
 void QirDatabase::NewPassword(const QString &current, const QString &replacement) const {
-    changed();
     newPassword(m_object, current, replacement);
 }
 
@@ -243,22 +242,28 @@ void QirDatabase::GetQirRecord(int record, QStringList &values) const {
 }
 
 void QirDatabase::BeginChanges() const {
+    if (m_openGroups++ == 0)
+        m_groupBegin = m_revision;
     if (beginChanges.isIn(m_object))
         beginChanges(m_object);
 }
 
 void QirDatabase::EndChanges() const {
-    changed(); // it may undo the group
+    m_openGroups = std::max(m_openGroups - 1, 0);
+    if (m_revision != m_groupBegin)
+        changed(); // what was written may be undone now
     if (endChanges.isIn(m_object))
         endChanges(m_object);
 }
 
 void QirDatabase::CancelChanges() const {
     changed();
-    if (cancelChanges.isIn(m_object))
-        cancelChanges(m_object);
-    else
+    if (!cancelChanges.isIn(m_object)) {
         EndChanges();
+        return;
+    }
+    m_openGroups = std::max(m_openGroups - 1, 0);
+    cancelChanges(m_object);
 }
 
 QString QirDatabase::LastError() const {

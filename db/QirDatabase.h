@@ -59,7 +59,7 @@ public:
     /// The instance itself; null when empty.
     QObject *object() const { return m_object.object(); }
     /// A number that changes with every call here that may have changed a table, its fields or its records, and that no
-    /// other instance ever has, or the flag of changes: what was found out about the tables holds as long as it stays.
+    /// other instance ever has: what was found out about the tables holds as long as it stays.
     std::uint64_t revision() const { return m_revision; }
 
     // ------------------------------------------------------------------------------------------------------ the file
@@ -280,6 +280,8 @@ private:
 
     AutomationObject m_object;
     mutable std::uint64_t m_revision = ++lastRevision;
+    mutable std::uint64_t m_groupBegin = 0; // the revision when the outermost open group began
+    mutable int m_openGroups = 0;
 };
 
 /// A group of changes of one component, around a command that writes more than one cell: BeginChanges() when made,

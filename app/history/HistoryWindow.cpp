@@ -11,22 +11,32 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <utility>
+#include <vector>
+
 namespace qir {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Line n is the state after n steps. Asks the component for what is looked at.
+/// Line n is the state after n steps. All is asked of the component at once: an error must not come while a line is
+/// drawn.
 class HistoryModel : public QAbstractListModel {
 public:
     HistoryModel(const QirDatabase &database, QObject *parent)
         : QAbstractListModel(parent)
-        , m_database(database)
-        , m_count(database.StepsCount())
-        , m_done(database.StepsDone()) {}
+        , m_dropped(database.StepsDropped())
+        , m_done(database.StepsDone()) {
+        const int count = database.StepsCount();
+        m_steps.reserve(static_cast<std::size_t>(count));
+        for (int step = 1; step <= count; ++step)
+            m_steps.push_back({database.StepName(step), static_cast<qint64>(database.StepTime(step))});
+    }
 
-    int rowCount(const QModelIndex &parent) const override { return parent.isValid() ? 0 : m_count + 1; }
+    int rowCount(const QModelIndex &parent) const override {
+        return parent.isValid() ? 0 : static_cast<int>(m_steps.size()) + 1;
+    }
     QVariant data(const QModelIndex &index, int role) const override {
         if (role == Qt::DisplayRole)
             return textOf(index.row());
@@ -38,10 +48,9 @@ public:
 private:
     QString textOf(int steps) const {
         if (steps == 0)
-            return m_database.StepsDropped() ? HistoryWindow::tr("Before the oldest step that is kept")
-                                             : HistoryWindow::tr("As opened");
-        const QString name = m_database.StepName(steps);
-        const auto milliseconds = static_cast<qint64>(m_database.StepTime(steps));
+            return m_dropped ? HistoryWindow::tr("Before the oldest step that is kept")
+                             : HistoryWindow::tr("As opened");
+        const auto &[name, milliseconds] = m_steps[static_cast<std::size_t>(steps) - 1];
         if (milliseconds <= 0)
             return name;
         const QDateTime time = QDateTime::fromMSecsSinceEpoch(milliseconds);
@@ -51,8 +60,8 @@ private:
         return shown + u"   "_s + name;
     }
 
-    const QirDatabase &m_database;
-    int m_count;
+    std::vector<std::pair<QString, qint64>> m_steps; // names, and times in milliseconds
+    bool m_dropped;
     int m_done;
 };
 

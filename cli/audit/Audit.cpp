@@ -1,3 +1,4 @@
+#include "base/FileNames.h"
 #include "cli/Commands.h"
 #include "cli/ComparisonArguments.h"
 #include "cli/Progress.h"
@@ -8,9 +9,10 @@
 #include "cli/audit/AuditWorkers.h"
 #include "cli/tables/TextTable.h"
 
-#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 
+#include <filesystem>
 #include <memory>
 #include <thread>
 
@@ -34,15 +36,44 @@ bool isDatabaseName(const QString &name) {
     return databaseExtensions().contains(QFileInfo(name).suffix().toLower());
 }
 
-/// The databases of a folder and of all folders in it, in the order of their paths.
+/// Adds the databases of a folder and of all folders in it. What cannot be reached is added too, so that it is told: a
+/// folder that cannot be read, a link to nothing.
+void findDatabases(const std::filesystem::path &folder, QStringList &files) {
+    std::error_code error;
+    std::filesystem::directory_iterator entry(folder, error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const QString name = QFile::decodeName(entry->path().c_str());
+        std::error_code unknown;
+        const std::filesystem::file_type type = entry->status(unknown).type();
+        if (type == std::filesystem::file_type::directory) {
+            if (!entry->is_symlink(unknown))
+                findDatabases(entry->path(), files);
+        } else if (isDatabaseName(name) && (type == std::filesystem::file_type::regular || unknown ||
+                                            type == std::filesystem::file_type::not_found)) {
+            files += name;
+        }
+    }
+    if (error)
+        files += QFile::decodeName(folder.c_str());
+}
+
+/// In the order of their paths.
 QStringList databasesIn(const QString &folder) {
     QStringList files;
-    QDirIterator entries(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (entries.hasNext())
-        if (const QString file = entries.next(); isDatabaseName(file))
-            files += file;
+    findDatabases(QFile::encodeName(folder).toStdString(), files);
     files.sort();
     return files;
+}
+
+/// Throws for what the search of a folder has found and could not reach.
+void requireReached(const QString &file) {
+    const QFileInfo info(reachIgnoringCase(file).value_or(file));
+    if (file.contains(QChar::ReplacementCharacter) && !info.exists())
+        throw FileError(file, u"its name is not UTF-8"_s);
+    if (info.isDir())
+        throw FileError(file, u"the folder cannot be read"_s);
+    if (!info.exists())
+        throw FileError(file, u"there is no such file"_s);
 }
 
 QStringList listedFiles(const QString &list) {
@@ -69,6 +100,7 @@ QStringList filesOf(const Arguments &arguments) {
 
 AuditResult compareWith(const Session &golden, const QString &file, const Arguments &arguments,
                         const ComparisonChoice &choice) {
+    requireReached(file);
     const std::string passwordFile = passwordFileOf(arguments.passwordFiles, 1);
     if (passwordFile.empty() && needsPassword(file))
         throw FileError(file, u"it is protected; use --password-file"_s);
@@ -143,6 +175,8 @@ Exit join(const Arguments &arguments) {
 Exit audit(const Arguments &arguments) {
     if (arguments.paths.empty())
         throw std::runtime_error("audit: GOLDEN is required; qirdb audit --help tells more");
+    if (arguments.paths.size() < 2 && arguments.list.empty())
+        throw std::runtime_error("audit: PATH is required; qirdb audit --help tells more");
     const QString golden = argumentText(arguments.paths.front());
     const std::string passwordFile = passwordFileOf(arguments.passwordFiles, 0);
     if (passwordFile.empty() && needsPassword(golden))
@@ -150,6 +184,8 @@ Exit audit(const Arguments &arguments) {
     const ComparisonChoice choice = arguments.comparison.choice();
     (void)Session::open(golden, passwordFile); // what is wrong with it is no trouble of the others
     const QStringList files = filesOf(arguments);
+    if (files.isEmpty())
+        throw std::runtime_error("audit: there is no file to compare");
     const auto prepare = [&]() -> AuditWork {
         auto session = std::make_shared<Session>(Session::open(golden, passwordFile));
         return [session, &arguments, &choice](const QString &file) {

@@ -17,13 +17,18 @@ constexpr std::array<const char *, 3> stateNames{"same", "different", "trouble"}
 
 } // namespace
 
+AuditResult AuditResult::trouble(const QString &file, const QString &error) {
+    const QString prefix = file + u": "_s;
+    return {file, State::Trouble, {}, error.startsWith(prefix) ? error.sliced(prefix.size()) : error};
+}
+
 Result<AuditResult> AuditResult::ofJson(const QByteArray &line) {
     const QJsonObject object = QJsonDocument::fromJson(line).object();
     AuditResult result;
     result.file = object[u"file"_s].toString();
     const QString state = object[u"state"_s].toString();
     for (std::size_t i = 0; i < stateNames.size(); ++i) {
-        if (state != QLatin1StringView(stateNames[i]))
+        if (result.file.isEmpty() || state != QLatin1StringView(stateNames[i]))
             continue;
         result.state = static_cast<State>(i);
         const QJsonObject tables = object[u"tables"_s].toObject();

@@ -25,7 +25,8 @@ struct AuditResult {
     std::vector<Table> tables; ///< Those that differ.
     QString error;             ///< Of a trouble.
 
-    static AuditResult trouble(const QString &file, const QString &error) { return {file, State::Trouble, {}, error}; }
+    /// An error that begins with the file's name keeps only the rest.
+    static AuditResult trouble(const QString &file, const QString &error);
     /// Reads such a line.
     static Result<AuditResult> ofJson(const QByteArray &line);
     /// {"file": .., "state": .., "tables": {NAME: CELLS, ..}, "error": ..}, with a line end.

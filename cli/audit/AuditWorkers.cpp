@@ -142,10 +142,15 @@ public:
 
 private:
     void giveNext(std::unique_ptr<Worker> &worker) {
+        // One that died between two files has read nothing of this one.
+        bool isNew = false;
         while (m_given < m_files.size() && !worker->give(m_given)) {
-            done(m_given, died(m_given));
-            ++m_given;
+            if (isNew) {
+                done(m_given, died(m_given));
+                ++m_given;
+            }
             worker = std::make_unique<Worker>(m_files, m_prepare);
+            isNew = true;
         }
         if (m_given < m_files.size())
             ++m_given;

@@ -53,11 +53,9 @@ void openJsonTable(QByteArray &out, const TableDifference &table) {
     out += "{\"table\": ";
     appendJsonString(out, table.name);
     out += QByteArray(", \"state\": \"") + stateName(table) + '"';
-    if (table.different || table.keyed) {
-        appendCount(out, "cells", table.cellCount());
-        appendJsonPair(out, "records", table.sizes.leftRecords, table.sizes.rightRecords);
-        appendJsonPair(out, "fields", table.sizes.leftFields, table.sizes.rightFields);
-    }
+    appendCount(out, "cells", table.cellCount());
+    appendJsonPair(out, "records", table.sizes.leftRecords, table.sizes.rightRecords);
+    appendJsonPair(out, "fields", table.sizes.leftFields, table.sizes.rightFields);
     if (!table.keyed)
         return;
     const KeyedDifference &keyed = *table.keyed;

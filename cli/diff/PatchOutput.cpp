@@ -51,10 +51,6 @@ bool appendTable(QByteArray &out, const TableDifference &table, const QirDatabas
             out += ", \"names\": ";
             appendJsonNames(out, {table.name, table.rightName});
         }
-        if (!table.different && !table.keyed) {
-            appendJsonPair(out, "records", table.sizes.leftRecords, table.sizes.rightRecords);
-            appendJsonPair(out, "fields", table.sizes.leftFields, table.sizes.rightFields);
-        }
         appendFields(out, "leftFields", leftFields);
         appendFields(out, "rightFields", rightFields);
     }
@@ -197,7 +193,8 @@ private:
 
 bool appendPatch(QByteArray &out, const DatabaseDifference &difference, const QirDatabase &left,
                  const QirDatabase &right, const OutputSink &sink) {
-    out += "{\"patch\": 1}\n";
+    out +=
+        "{\"patch\": 1, \"tables\": " + QByteArray::number(static_cast<qulonglong>(difference.tables.size())) + "}\n";
     bool changes = false;
     for (const TableDifference &table : difference.tables) {
         changes = appendTable(out, table, left, right) || changes;

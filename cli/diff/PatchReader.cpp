@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -102,6 +103,8 @@ public:
         if (!m_begun) {
             if (line.value(u"patch"_s).toInt() != 1)
                 throw BadLine(u"it is no patch: its first line is not {\"patch\": 1}"_s);
+            if (line.contains(u"tables"_s))
+                m_tableCount = static_cast<std::size_t>(wholeNumber(line.value(u"tables"_s), 0));
             m_begun = true;
         } else if (line.contains(u"state"_s)) {
             takeTable(line);
@@ -111,10 +114,77 @@ public:
             takeCell(line);
         }
     }
-    bool begun() const { return m_begun; }
-    Patch patch() { return std::move(m_patch); }
+    /// The whole of it, once all lines are taken. Throws BadLine where some are missing: what wrote them may have been
+    /// cut off.
+    Patch finish() {
+        if (!m_begun)
+            throw BadLine(u"it is no patch: it is empty"_s);
+        if (m_tableCount && *m_tableCount != m_patch.size())
+            throw BadLine(u"it is cut short: not all of its tables are there"_s);
+        for (std::size_t i = 0; i < m_patch.size(); ++i)
+            if (m_expected[i] != Changes::in(m_patch[i])) {
+                const PatchTable &table = m_patch[i];
+                throw BadLine(u"it is cut short: not all changes of the table \"%1\" are there"_s.arg(
+                    table.leftName.isEmpty() ? table.rightName : table.leftName));
+            }
+        return std::move(m_patch);
+    }
 
 private:
+    /// How many changes a table has: what its line says, and what there is.
+    struct Changes {
+        qint64 cells = 0; ///< By position, and those of changed records.
+        qint64 added = 0;
+        qint64 removed = 0;
+        qint64 values = 0; ///< In fields that one side has.
+
+        bool operator==(const Changes &) const = default;
+
+        static Changes in(const PatchTable &table) {
+            Changes changes;
+            changes.cells = static_cast<qint64>(table.cells.size());
+            for (const PatchRecord &record : table.records)
+                ++(changes.*memberOf(record.action));
+            return changes;
+        }
+        static qint64 Changes::*memberOf(PatchAction action) {
+            switch (action) {
+            case PatchAction::Added:
+                return &Changes::added;
+            case PatchAction::Removed:
+                return &Changes::removed;
+            case PatchAction::Changed:
+                return &Changes::cells;
+            case PatchAction::Field:
+                break;
+            }
+            return &Changes::values;
+        }
+        static Changes toldBy(const QJsonObject &line, const PatchTable &table) {
+            Changes changes;
+            if (!table.hasFields)
+                return changes;
+            const qint64 leftFields = static_cast<qint64>(table.leftFields.size());
+            const qint64 rightFields = static_cast<qint64>(table.rightFields.size());
+            const auto count = [&line](const QString &name) { return wholeNumber(member(line, name), 0); };
+            if (table.leftName.isEmpty() || table.rightName.isEmpty()) { // all cells of it
+                changes.cells = table.leftRecords * leftFields + table.rightRecords * rightFields;
+                return changes;
+            }
+            if (line.contains(u"cells"_s))
+                changes.cells = count(u"cells"_s);
+            if (table.key.isEmpty())
+                return changes;
+            changes.added = count(u"added"_s);
+            changes.removed = count(u"removed"_s);
+            changes.cells -= changes.added * rightFields + changes.removed * leftFields;
+            const qint64 oneSided =
+                array(member(line, u"fieldsLeft"_s)).size() + array(member(line, u"fieldsRight"_s)).size();
+            changes.values = (table.leftRecords - changes.removed) * oneSided;
+            return changes;
+        }
+    };
+
     void takeTable(const QJsonObject &line) {
         PatchTable table;
         const QString name = text(member(line, u"table"_s));
@@ -145,6 +215,7 @@ private:
         if (m_tables.contains(collationKey(name)))
             throw BadLine(u"the table \"%1\" is there twice"_s.arg(name));
         m_tables.insert(collationKey(name), m_patch.size());
+        m_expected.push_back(Changes::toldBy(line, table));
         m_patch.push_back(std::move(table));
     }
 
@@ -198,7 +269,9 @@ private:
 
     bool m_begun = false;
     Patch m_patch;
-    QHash<QString, std::size_t> m_tables; // by their names' keys
+    std::optional<std::size_t> m_tableCount; ///< Where the first line tells it.
+    std::vector<Changes> m_expected;         ///< Of each table.
+    QHash<QString, std::size_t> m_tables;    // by their names' keys
 };
 
 PatchAction reversedAction(PatchAction action) {
@@ -231,9 +304,11 @@ Result<Patch> readPatch(const QByteArray &lines) {
             return fail(QString::fromUtf8(bad.what()));
         }
     }
-    if (!reader.begun())
-        return failure(u"it is no patch: it is empty"_s);
-    return reader.patch();
+    try {
+        return reader.finish();
+    } catch (const BadLine &bad) {
+        return failure(QString::fromUtf8(bad.what()));
+    }
 }
 
 Patch reversed(Patch patch) {

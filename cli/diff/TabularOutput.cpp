@@ -89,6 +89,9 @@ private:
                 arrow.prepend(u'-');
         }
         const bool both = row.change == RecordChange::Changed;
+        const auto isNew = [](const ReportColumn &column) { return column.left == 0; };
+        if (both && !changed && std::ranges::none_of(m_columns, isNew))
+            return; // the same but for columns that have gone
         m_out += both ? (changed ? arrow.toLatin1() : QByteArray("+"))
                       : QByteArray(row.change == RecordChange::Added ? "+++" : "---");
         for (std::size_t i = 0; i < m_columns.size(); ++i) {

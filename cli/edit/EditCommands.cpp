@@ -37,7 +37,7 @@ const QirDatabase &noOtherDatabase(const QString &) {
 
 void change(const Arguments &arguments, const QStringList &words) {
     QByteArray out;
-    Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
+    Session session = Session::openToChange(argumentText(arguments.file), arguments.passwordFile);
     session.run([&] {
         applyEdit({session.database(), noOtherDatabase, out, arguments.json}, words);
         session.saveChanges();
@@ -90,7 +90,7 @@ void copy(const Arguments &arguments) {
     QByteArray out;
     const Session from =
         Session::open(argumentText(arguments.words.front()), passwordFileOf(arguments.passwordFiles, 0));
-    Session session = Session::open(argumentText(arguments.file), passwordFileOf(arguments.passwordFiles, 1));
+    Session session = Session::openToChange(argumentText(arguments.file), passwordFileOf(arguments.passwordFiles, 1));
     session.run([&] {
         const auto open = [&](const QString &) -> const QirDatabase & { return from.database(); };
         applyEdit({session.database(), open, out}, arguments.edit(u"copy"_s));

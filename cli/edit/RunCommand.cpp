@@ -63,11 +63,14 @@ private:
     std::list<Source> m_sources;
 };
 
-std::vector<ScriptLine> readScript(const QString &file) {
+std::vector<ScriptLine> readScript(const Arguments &arguments) {
+    const QString file = argumentText(arguments.script);
     const QByteArray bytes = readWholeFile(file);
     if (!bytes.isValidUtf8())
         throw FileError(file, u"it is no UTF-8 text"_s);
     Result<std::vector<ScriptLine>> lines = scriptLines(QString::fromUtf8(bytes));
+    if (!lines && arguments.dryRun) // one that would not work
+        throw NegativeAnswer(file, lines.error().text);
     if (!lines)
         throw FileError(file, lines.error().text);
     return std::move(*lines);
@@ -132,10 +135,10 @@ Exit tryScript(const Session &session, const SecretText &password, const std::ve
 }
 
 Exit runScript(const Arguments &arguments) {
-    const std::vector<ScriptLine> lines = readScript(argumentText(arguments.script));
+    const std::vector<ScriptLine> lines = readScript(arguments);
     SecretText password;
     Session session =
-        Session::open(argumentText(arguments.file), passwordFileOf(arguments.passwordFiles, 0), &password);
+        Session::openToChange(argumentText(arguments.file), passwordFileOf(arguments.passwordFiles, 0), &password);
     if (arguments.dryRun)
         return tryScript(session, password, lines, arguments);
     QByteArray out;

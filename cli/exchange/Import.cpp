@@ -63,7 +63,7 @@ void importTables(const Arguments &arguments) {
     if (!arguments.tables.empty() || !arguments.schema.empty())
         throw std::runtime_error("--table and --schema go with --from");
     const std::vector<CsvImport> imports = readAll(arguments);
-    Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
+    Session session = Session::openToChange(argumentText(arguments.file), arguments.passwordFile);
     ComeNames replaced;
     session.run([&] {
         for (const CsvImport &import : imports)
@@ -83,7 +83,7 @@ void importFrom(const Arguments &arguments) {
     QStringList tables;
     for (const std::string &table : arguments.tables)
         tables += argumentText(table);
-    Session session = Session::open(argumentText(arguments.file), arguments.passwordFile);
+    Session session = Session::openToChange(argumentText(arguments.file), arguments.passwordFile);
     TableIntake intake(session, standing, tables);
     if (arguments.from == "json")
         takeJsonLines(source, intake);

@@ -16,7 +16,7 @@ struct Conflict {
 
     What what = What::Table;
     QString table;
-    int record = 0;    ///< By position, in OURS; 0 where there is a key, or no record is meant.
+    int record = 0;    ///< By position, in the result; 0 where there is a key, or no record is meant.
     QVariantList key;  ///< The values of the key, where there is one.
     QString field;     ///< Of a cell or a field.
     QVariantList base; ///< One value of a cell, the values of a record, the fields of a table; empty for nothing.

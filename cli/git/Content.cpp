@@ -61,6 +61,10 @@ const TableContent *DatabaseContent::find(const QString &name) const {
     return found == tables.end() ? nullptr : &*found;
 }
 
+bool isEmptyValue(const QVariant &value) {
+    return value.typeId() == QMetaType::QString ? value.toString().isEmpty() : value.toDouble() == 0;
+}
+
 bool sameField(const FieldInfo &left, const FieldInfo &right) {
     return left.name == right.name && left.type == right.type && left.size == right.size;
 }

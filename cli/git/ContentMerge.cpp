@@ -49,7 +49,13 @@ private:
     void takeBoth(const TableContent *base, const TableContent &ours, const TableContent &theirs) {
         if (base == nullptr && sameContent(ours, theirs)) {
             keep(&ours);
-        } else if (base == nullptr) {
+            return;
+        }
+        const bool bothChanged =
+            base != nullptr && !sameContent(*base, ours) && !sameContent(*base, theirs) && !sameContent(ours, theirs);
+        if (bothChanged && m_keys.keyOf(ours.name, commonFields(base, &ours, &theirs)).isEmpty())
+            m_merged.byPosition += ours.name;
+        if (base == nullptr) {
             conflict(nullptr, &ours, &theirs, u"both sides have added it, each in its own way"_s);
         } else if (std::optional<MergedTable> merged = mergeTables(*base, ours, theirs, m_keys)) {
             m_merged.content.tables.push_back(std::move(merged->table));
@@ -82,11 +88,12 @@ private:
 
 MergedContent mergeContents(const DatabaseContent &base, const DatabaseContent &ours, const DatabaseContent &theirs,
                             const KeyChoice &keys) {
-    QStringList names;
+    std::vector<CommonFields> tables;
     for (const DatabaseContent *side : {&base, &ours, &theirs})
         for (const TableContent &table : side->tables)
-            names += table.name;
-    keys.requireTables(names);
+            tables.push_back(
+                {table.name, commonFields(base.find(table.name), ours.find(table.name), theirs.find(table.name))});
+    keys.requireFit(tables);
     Merge merge(keys);
     for (const TableContent &table : ours.tables)
         merge.take(base.find(table.name), &table, theirs.find(table.name));

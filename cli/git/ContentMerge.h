@@ -9,6 +9,7 @@ namespace qir {
 struct MergedContent {
     DatabaseContent content;
     std::vector<Conflict> conflicts;
+    QStringList byPosition; ///< Tables that both sides have changed and that have no key.
 };
 
 /// Brings together what OURS and THEIRS have made of BASE, table by table, field by field, record by record and cell by

@@ -23,9 +23,13 @@ bool sameColumn(const TableContent &left, int leftPlace, const TableContent &rig
     });
 }
 
-/// Whether what the field held may be too much for what it has become.
-bool isNarrowed(const FieldInfo &before, const FieldInfo &after) {
-    return before.type != after.type || after.size < before.size;
+/// Whether a field that was changed still takes each value of its kind, or those that a table has in it.
+bool takesValues(const FieldInfo &before, const FieldInfo &after, const TableContent &table, int place) {
+    if (before.type != after.type)
+        return false;
+    return after.size >= before.size || std::ranges::all_of(table.records, [&](const RecordValues &record) {
+               return record[static_cast<std::size_t>(place)].toString().size() <= after.size;
+           });
 }
 
 class FieldsMerge {
@@ -67,10 +71,12 @@ private:
         if (sameField(ours, theirs)) {
             keep(places);
         } else if (base != nullptr && sameField(*base, theirs)) {
-            const bool fits = !isNarrowed(*base, ours) || sameColumn(m_base, places.base, m_theirs, places.theirs);
+            const bool fits = takesValues(*base, ours, m_theirs, places.theirs) ||
+                              sameColumn(m_base, places.base, m_theirs, places.theirs);
             fits ? keep(places) : conflict(places, u"OURS has changed the field, THEIRS values in it"_s);
         } else if (base != nullptr && sameField(*base, ours)) {
-            const bool fits = !isNarrowed(*base, theirs) || sameColumn(m_base, places.base, m_ours, places.ours);
+            const bool fits =
+                takesValues(*base, theirs, m_ours, places.ours) || sameColumn(m_base, places.base, m_ours, places.ours);
             if (!fits) {
                 conflict(places, u"THEIRS has changed the field, OURS values in it"_s);
                 return;
@@ -118,6 +124,8 @@ private:
         conflict.reason = reason;
         m_merged.conflicts.push_back(std::move(conflict));
         places.isOurs = true;
+        if (places.theirs >= 0)
+            m_merged.leftOut.push_back(places);
         if (places.ours >= 0)
             keep(places);
     }

@@ -7,6 +7,7 @@ namespace qir {
 /// The fields that a merged table has, by their names, and what both sides have made of them.
 struct MergedFields {
     std::vector<FieldPlaces> fields;
+    std::vector<FieldPlaces> leftOut; ///< Those in conflict that THEIRS has: its values in them are not taken.
     std::vector<Conflict> conflicts;
 };
 

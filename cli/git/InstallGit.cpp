@@ -45,11 +45,11 @@ QString programWord() {
 void writeDrivers(const QString &scope) {
     const QString program = programWord();
     const auto set = [&](const QString &name, const QString &value) { git({u"config"_s, scope, name, value}); };
-    set(u"diff.qirdb.textconv"_s, program + u" dump --textconv"_s);
-    set(u"diff.qirdb.command"_s, program + u" diff --git"_s);
+    set(u"diff.qirdb.textconv"_s, program + u" dump --textconv --"_s);
+    set(u"diff.qirdb.command"_s, program + u" diff --git --"_s);
     set(u"merge.qirdb.name"_s, u"tables of a database, cell by cell"_s);
     set(u"merge.qirdb.driver"_s, program + u" merge %O %A %B -o %A --path %P"_s);
-    set(u"difftool.qirdb.cmd"_s, program + u" diff \"$LOCAL\" \"$REMOTE\""_s);
+    set(u"difftool.qirdb.cmd"_s, program + u" diff -- \"$LOCAL\" \"$REMOTE\""_s);
 }
 
 /// A pattern of git's that takes an extension whatever its case.

@@ -1,13 +1,17 @@
+#include "base/ErrorWords.h"
 #include "base/FileNames.h"
 #include "cli/Commands.h"
 #include "cli/ComparisonArguments.h"
+#include "cli/Protection.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
 #include "cli/git/ContentMerge.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
+#include <array>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -24,16 +28,36 @@ struct Arguments {
     std::string path;
     ComparisonArguments comparison;
     std::vector<std::string> passwordFiles;
+    bool force = false;
 };
 
 /// A merge driver runs at the top of the work tree; what is given counts before what stands there.
 KeyChoice keysOf(const Arguments &arguments) {
-    std::vector<ChosenKey> keys;
-    if (const QString usual = u".qir-keys"_s; !arguments.path.empty() && QFileInfo::exists(usual))
-        keys = readKeyFile(usual);
-    const std::vector<ChosenKey> given = arguments.comparison.choice().keys;
-    keys.insert(keys.end(), given.begin(), given.end());
-    return KeyChoice(std::move(keys));
+    std::vector<ChosenKey> usual;
+    if (const QString file = u".qir-keys"_s; !arguments.path.empty() && QFileInfo::exists(file))
+        usual = readKeyFile(file);
+    return KeyChoice(arguments.comparison.choice().keys, std::move(usual));
+}
+
+/// What the result is called: git gives a driver files of names that nobody knows.
+QString shownName(const Arguments &arguments) {
+    return argumentText(arguments.path.empty() ? arguments.out : arguments.path);
+}
+
+Session openSide(const Arguments &arguments, const std::string &file, std::size_t index) {
+    const QString name = argumentText(file);
+    const auto open = [&] { return Session::openOrEmpty(name, passwordFileOf(arguments.passwordFiles, index)); };
+    if (arguments.path.empty())
+        return open();
+    try {
+        return open();
+    } catch (const FileError &error) {
+        constexpr std::array sides{"BASE", "OURS", "THEIRS"};
+        const QString words = errorWords(error);
+        const QString prefix = name + u": "_s;
+        const QString reason = words.startsWith(prefix) ? words.sliced(prefix.size()) : words;
+        throw FileError(shownName(arguments), QLatin1StringView(sides.at(index)) + u": "_s + reason);
+    }
 }
 
 DatabaseContent contentOf(const Session &session) {
@@ -45,6 +69,25 @@ DatabaseContent contentOf(const Session &session) {
 bool isSameFile(const QString &one, const QString &other) {
     const QString place = QFileInfo(reachIgnoringCase(one).value_or(one)).canonicalFilePath();
     return !place.isEmpty() && place == QFileInfo(reachIgnoringCase(other).value_or(other)).canonicalFilePath();
+}
+
+/// Throws where a file would be replaced that is no database and none of those that are merged.
+void requireReplaceable(const Arguments &arguments) {
+    const QString out = argumentText(arguments.out);
+    const QFileInfo info(reachIgnoringCase(out).value_or(out));
+    if (arguments.force || !info.isFile() || info.size() == 0)
+        return;
+    for (const std::string &file : {arguments.base, arguments.ours, arguments.theirs})
+        if (isSameFile(out, argumentText(file)))
+            return;
+    QFile file(info.filePath());
+    if ((file.open(QIODevice::ReadOnly) && beginsAsDatabase(file.read(databaseHeadSize))) || needsPassword(out))
+        return;
+    try {
+        (void)Session::openAgain(out, {}); // another component may write another kind
+    } catch (const LoadRefused &) {
+        throw FileError(out, u"it is no database; use --force to replace it"_s);
+    }
 }
 
 /// Nothing of a merge before this one may seem to be of it.
@@ -59,6 +102,8 @@ void writeConflicts(const QString &file, const std::vector<Conflict> &conflicts,
         conflict.appendJson(lines);
     ExportRules rules;
     rules.isPrivate = isPrivate;
+    // git makes the folder of a file that has moved only when all files are merged.
+    QDir().mkpath(QFileInfo(file).absolutePath()); // where that fails the write says why
     writeWholeFile(file, lines, rules);
 }
 
@@ -70,44 +115,51 @@ void tellConflicts(const QString &out, const QString &file, const std::vector<Co
         out, conflicts.size() == 1 ? u"1 place"_s : u"%1 places"_s.arg(conflicts.size()), file));
 }
 
-void store(Session &ours, const QString &out, const DatabaseContent &merged) {
-    ours.run([&] { writeContent(ours.database(), merged); });
-    Session::runOn(out, [&] {
+void store(Session &ours, const QString &out, const QString &shown, const DatabaseContent &merged) {
+    Session::runOn(shown, [&] { writeContent(ours.database(), merged); });
+    Session::runOn(shown, [&] {
         const bool hasName = !ours.database().GetDatabaseFileName().isEmpty(); // an empty file has given it none
         if (hasName && isSameFile(out, ours.file())) {
             ours.saveChanges();
             return;
         }
         if (!ours.database().SetDatabaseFileName(out))
-            throw FileError(out,
+            throw FileError(shown,
                             u"no database can be made there: the folder is missing, or the name is none of a file"_s);
         ours.save();
     });
 }
 
 Exit merge(const Arguments &arguments) {
-    const KeyChoice keys = keysOf(arguments);
-    const auto open = [&](const std::string &file, std::size_t index) {
-        return Session::openOrEmpty(argumentText(file), passwordFileOf(arguments.passwordFiles, index));
-    };
-    const Session base = open(arguments.base, 0);
-    Session ours = open(arguments.ours, 1);
-    const Session theirs = open(arguments.theirs, 2);
     const QString out = argumentText(arguments.out);
-    const QString conflictFile = (arguments.path.empty() ? out : argumentText(arguments.path)) + u".conflicts.json"_s;
+    const QString shown = shownName(arguments);
+    const QString conflictFile = shown + u".conflicts.json"_s;
+    // A driver's OUT is OURS of this merge, whatever comes of it. Elsewhere OUT stays with its list where this one
+    // fails.
+    if (!arguments.path.empty())
+        removeConflicts(conflictFile);
+    const KeyChoice keys = keysOf(arguments);
+    requireReplaceable(arguments);
+    const FolderLock lock(out);
+    const Session base = openSide(arguments, arguments.base, 0);
+    Session ours = openSide(arguments, arguments.ours, 1);
+    const Session theirs = openSide(arguments, arguments.theirs, 2);
 
     MergedContent merged;
-    Session::runOn(out, [&] { merged = mergeContents(contentOf(base), contentOf(ours), contentOf(theirs), keys); });
+    Session::runOn(shown, [&] { merged = mergeContents(contentOf(base), contentOf(ours), contentOf(theirs), keys); });
+    if (!keys.isEmpty())
+        for (const QString &table : merged.byPosition)
+            printError(u"%1: the table \"%2\" has no key and is merged by position"_s.arg(shown, table));
     // Told before the file is written: what a conflict leaves out stands nowhere else.
     if (!merged.conflicts.empty())
         writeConflicts(conflictFile, merged.conflicts,
                        base.isProtected() || ours.isProtected() || theirs.isProtected());
-    store(ours, out, merged.content);
+    store(ours, out, shown, merged.content);
     if (merged.conflicts.empty()) {
         removeConflicts(conflictFile);
         return Exit::Done;
     }
-    tellConflicts(out, conflictFile, merged.conflicts);
+    tellConflicts(shown, conflictFile, merged.conflicts);
     return Exit::Negative;
 }
 
@@ -123,7 +175,8 @@ void addMerge(CLI::App &program, Exit &exit) {
                         "Where the result goes, protected as OURS is; may be OURS")
         .option("--path", arguments->path, "PATH",
                 "Of the file in git's work tree, for a merge driver: the file of conflicts stands beside it, and "
-                ".qir-keys at the top is the key file");
+                ".qir-keys at the top is the key file")
+        .flag("--force", arguments->force, "Replace OUT even where it is no database");
     arguments->comparison.addKeys(command);
     command.passwordFiles(arguments->passwordFiles, "first BASE's, then OURS', then THEIRS'")
         .note("What both sides have changed is a conflict: OUT has it as OURS has, and OUT.conflicts.json tells what "

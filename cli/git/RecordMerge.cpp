@@ -82,6 +82,13 @@ QVariant RecordMerge::mergedValue(const RecordTriple &record, const FieldPlaces 
         return ours;
     if (base.isValid() && sameValue(base, ours))
         return theirs;
+    Conflict conflict = cellConflict(record, field);
+    conflict.ours = oneOf(ours);
+    m_conflicts.push_back(std::move(conflict));
+    return ours;
+}
+
+Conflict RecordMerge::cellConflict(const RecordTriple &record, const FieldPlaces &field) const {
     Conflict conflict;
     conflict.what = Conflict::What::Cell;
     conflict.table = m_table;
@@ -89,13 +96,25 @@ QVariant RecordMerge::mergedValue(const RecordTriple &record, const FieldPlaces 
     conflict.key = record.key;
     conflict.field = field.field.name;
     conflict.base = oneOf(valueAt(record.base, field.base));
-    conflict.ours = oneOf(ours);
-    conflict.theirs = oneOf(theirs);
-    m_conflicts.push_back(std::move(conflict));
-    return ours;
+    conflict.ours = oneOf(valueAt(record.ours, field.ours));
+    conflict.theirs = oneOf(valueAt(record.theirs, field.theirs));
+    return conflict;
+}
+
+void RecordMerge::tellLeftOut(const RecordTriple &record) {
+    for (const FieldPlaces &field : m_leftOut) {
+        const QVariant theirs = valueAt(record.theirs, field.theirs);
+        const QVariant base = valueAt(record.base, field.base);
+        const QVariant ours = valueAt(record.ours, field.ours);
+        const bool isWritten = theirs.isValid() && !sameValue(theirs, base) && !sameValue(theirs, ours);
+        // What was empty and is so still, maybe as another type, is no loss.
+        if (isWritten && !(isEmptyValue(theirs) && isEmptyValue(base)))
+            m_conflicts.push_back(cellConflict(record, field));
+    }
 }
 
 void RecordMerge::take(const RecordTriple &record) {
+    tellLeftOut(record);
     if (record.ours != nullptr && record.theirs != nullptr) {
         RecordValues merged;
         for (const FieldPlaces &field : m_fields)

@@ -20,23 +20,27 @@ struct RecordTriple {
     const RecordValues *base = nullptr;
     const RecordValues *ours = nullptr;
     const RecordValues *theirs = nullptr;
-    int record = 0;   ///< In OURS, from 1; 0 where it has none.
+    int record = 0;   ///< In the result, from 1, which begins as OURS does; 0 where it has none.
     QVariantList key; ///< Where records belong together by key.
 };
 
 /// Brings records of one table together.
 class RecordMerge {
 public:
-    RecordMerge(QString table, const std::vector<FieldPlaces> &fields)
+    RecordMerge(QString table, const std::vector<FieldPlaces> &fields, const std::vector<FieldPlaces> &leftOut)
         : m_table(std::move(table))
-        , m_fields(fields) {}
+        , m_fields(fields)
+        , m_leftOut(leftOut) {}
 
-    /// Adds what becomes of a record, if it stays.
+    /// Adds what becomes of a record, if it stays, and tells what is left out of it.
     void take(const RecordTriple &record);
     void conflict(const RecordTriple &record, const QString &reason);
+    /// Tells what THEIRS has written in fields whose values are not taken, if anything.
+    void tellLeftOut(const RecordTriple &record);
     /// Adds a record of one side as it is.
     void add(const RecordValues &values, int FieldPlaces::*place) { m_records.push_back(moved(values, place)); }
 
+    int count() const { return static_cast<int>(m_records.size()); }
     std::vector<RecordValues> takeRecords() { return std::move(m_records); }
     std::vector<Conflict> takeConflicts() { return std::move(m_conflicts); }
 
@@ -47,12 +51,14 @@ public:
     bool isSame(const RecordValues &ours, const RecordValues &theirs) const;
 
 private:
+    Conflict cellConflict(const RecordTriple &record, const FieldPlaces &field) const;
     QVariant mergedValue(const RecordTriple &record, const FieldPlaces &field);
     /// A record of one side, in the merged fields.
     RecordValues moved(const RecordValues &values, int FieldPlaces::*place) const;
 
     QString m_table;
     const std::vector<FieldPlaces> &m_fields;
+    const std::vector<FieldPlaces> &m_leftOut;
     std::vector<RecordValues> m_records;
     std::vector<Conflict> m_conflicts;
 };

@@ -2,9 +2,8 @@
 
 #include "base/Collation.h"
 #include "cli/git/FieldMerge.h"
+#include "cli/git/RecordShift.h"
 #include "cli/tables/TableWriter.h"
-
-#include <QHash>
 
 #include <algorithm>
 #include <map>
@@ -17,49 +16,6 @@ namespace qir {
 namespace {
 
 using Records = std::vector<const RecordValues *>;
-
-/// A text that values have in common only where they are the same ones.
-QString textOf(const RecordValues &values, const std::vector<int> &places) {
-    QString text;
-    for (const int place : places) {
-        const QVariant &value = values[static_cast<std::size_t>(place)];
-        const bool isText = value.typeId() == QMetaType::QString;
-        const QString part = isText ? value.toString() : QString::number(value.toDouble() + 0.0, 'g', 17); // no -0
-        text += (isText ? u't' : u'n') + QString::number(part.size()) + u':' + part;
-    }
-    return text;
-}
-
-/// Whether a side has removed, inserted or moved records, rather than changed their cells and added some at the end:
-/// records of BASE stand at other places of it, or there are fewer.
-bool isShifted(const TableContent &base, const TableContent &side, const std::vector<FieldPlaces> &fields,
-               int FieldPlaces::*place) {
-    if (side.records.size() < base.records.size())
-        return true;
-    std::vector<int> before;
-    std::vector<int> now;
-    for (const FieldPlaces &field : fields)
-        if (field.base >= 0 && field.*place >= 0) {
-            before.push_back(field.base);
-            now.push_back(field.*place);
-        }
-    QHash<QString, int> counts;
-    std::size_t inPlace = 0;
-    for (std::size_t i = 0; i < base.records.size(); ++i) {
-        const QString text = textOf(base.records[i], before);
-        ++counts[text];
-        inPlace += text == textOf(side.records[i], now) ? 1 : 0;
-    }
-    std::size_t anywhere = 0;
-    for (const RecordValues &record : side.records) {
-        const auto found = counts.find(textOf(record, now));
-        if (found != counts.end() && *found > 0) {
-            --*found;
-            ++anywhere;
-        }
-    }
-    return anywhere > inPlace;
-}
 
 void mergeByPosition(const TableContent &base, const TableContent &ours, const TableContent &theirs,
                      RecordMerge &merge) {
@@ -75,8 +31,10 @@ void mergeByPosition(const TableContent &base, const TableContent &ours, const T
     }
     for (std::size_t i = both; i < ours.records.size(); ++i)
         merge.add(ours.records[i], &FieldPlaces::ours);
-    for (std::size_t i = both; i < theirs.records.size(); ++i)
+    for (std::size_t i = both; i < theirs.records.size(); ++i) {
+        merge.tellLeftOut({nullptr, nullptr, &theirs.records[i], merge.count() + 1, {}});
         merge.add(theirs.records[i], &FieldPlaces::theirs);
+    }
 }
 
 /// The records of one key value on each side.
@@ -124,18 +82,24 @@ private:
     }
 
     void take(const Group &group) {
-        const auto first = [](const Records &records) { return records.empty() ? nullptr : records.front(); };
-        const RecordTriple triple{first(group.base), first(group.ours), first(group.theirs), group.record, group.key};
-        if (std::max({group.base.size(), group.ours.size(), group.theirs.size()}) <= 1) {
-            m_merge.take(triple);
+        const std::size_t most = std::max({group.base.size(), group.ours.size(), group.theirs.size()});
+        const auto triple = [&](std::size_t i) {
+            const auto at = [i](const Records &records) { return i < records.size() ? records[i] : nullptr; };
+            return RecordTriple{at(group.base), at(group.ours), at(group.theirs), group.record, group.key};
+        };
+        if (most <= 1) {
+            m_merge.take(triple(0));
             return;
         }
+        for (std::size_t i = 0; i < most; ++i)
+            m_merge.tellLeftOut(triple(i));
         if (isUnchanged(group.base, group.ours, &FieldPlaces::ours)) {
             addAll(group.theirs, &FieldPlaces::theirs);
             return;
         }
         if (!isUnchanged(group.base, group.theirs, &FieldPlaces::theirs) && !isSame(group.ours, group.theirs))
-            m_merge.conflict(triple, u"several records have this key, and both sides have changed them"_s);
+            for (std::size_t i = 0; i < most; ++i)
+                m_merge.conflict(triple(i), u"several records have this key, and both sides have changed them"_s);
         addAll(group.ours, &FieldPlaces::ours);
     }
 
@@ -160,24 +124,19 @@ private:
     QStringList m_order; ///< Those of OURS, then what THEIRS alone has.
 };
 
-QStringList namesOf(const std::vector<FieldInfo> &fields) {
+} // namespace
+
+QStringList commonFields(const TableContent *base, const TableContent *ours, const TableContent *theirs) {
     QStringList names;
-    for (const FieldInfo &field : fields)
-        names += field.name;
+    const TableContent *first = ours != nullptr ? ours : theirs != nullptr ? theirs : base;
+    const auto takes = [](const TableContent *side, const QString &name) {
+        return side == nullptr || fieldNumber(side->fields, name) != 0;
+    };
+    for (const FieldInfo &field : first->fields)
+        if (takes(base, field.name) && takes(ours, field.name) && takes(theirs, field.name))
+            names += field.name;
     return names;
 }
-
-/// The key of the table, which all three must have.
-QStringList keyOf(const TableContent &base, const TableContent &ours, const TableContent &theirs,
-                  const KeyChoice &keys) {
-    QStringList names;
-    for (const QString &name : namesOf(ours.fields))
-        if (fieldNumber(base.fields, name) != 0 && fieldNumber(theirs.fields, name) != 0)
-            names += name;
-    return keys.keyOf(ours.name, names);
-}
-
-} // namespace
 
 std::optional<MergedTable> mergeTables(const TableContent &base, const TableContent &ours, const TableContent &theirs,
                                        const KeyChoice &keys) {
@@ -186,11 +145,10 @@ std::optional<MergedTable> mergeTables(const TableContent &base, const TableCont
     if (sameContent(base, theirs) || sameContent(ours, theirs))
         return MergedTable{ours, {}};
     MergedFields fields = mergeFields(base, ours, theirs);
-    RecordMerge records(ours.name, fields.fields);
-    if (const QStringList key = keyOf(base, ours, theirs, keys); !key.isEmpty())
+    RecordMerge records(ours.name, fields.fields, fields.leftOut);
+    if (const QStringList key = keys.keyOf(ours.name, commonFields(&base, &ours, &theirs)); !key.isEmpty())
         KeyedMerge(key, records).merge(base, ours, theirs);
-    else if (isShifted(base, ours, fields.fields, &FieldPlaces::ours) ||
-             isShifted(base, theirs, fields.fields, &FieldPlaces::theirs))
+    else if (isShifted(base, ours) || isShifted(base, theirs))
         return std::nullopt;
     else
         mergeByPosition(base, ours, theirs, records);

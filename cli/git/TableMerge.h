@@ -12,6 +12,9 @@ struct MergedTable {
     std::vector<Conflict> conflicts;
 };
 
+/// The fields that all of these tables have; null for none of them.
+QStringList commonFields(const TableContent *base, const TableContent *ours, const TableContent *theirs);
+
 /// Merges a table that all three have. Nothing where that cannot be done by position: a side has removed, inserted or
 /// moved records, and both sides have changed the table.
 std::optional<MergedTable> mergeTables(const TableContent &base, const TableContent &ours, const TableContent &theirs,

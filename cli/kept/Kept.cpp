@@ -63,6 +63,19 @@ void listText(const std::vector<KeptFile> &versions) {
     print(out);
 }
 
+void printRestored(const QString &file, const QString &version, const QString &keptAs) {
+    QByteArray out("{\"file\": ");
+    appendJsonString(out, file);
+    out += ", \"restored\": ";
+    appendJsonString(out, version);
+    out += ", \"kept\": ";
+    if (keptAs.isEmpty())
+        out += "null";
+    else
+        appendJsonString(out, keptAs);
+    print(out + "}\n");
+}
+
 void restore(const QString &file, const std::vector<KeptFile> &versions, const Arguments &arguments) {
     bool isNumber = false;
     const auto number = QString::fromStdString(arguments.restore).toULongLong(&isNumber);
@@ -72,8 +85,14 @@ void restore(const QString &file, const std::vector<KeptFile> &versions, const A
         throw NegativeAnswer(file, u"it has no kept version %1, it has %2"_s.arg(number).arg(versions.size()));
     const KeptFile &kept = versions[number - 1];
     (void)Session::open(kept.path, arguments.passwordFile); // one that cannot be opened is not put there
+    const FolderLock lock(file);
     const QString name = restoreOver(file, kept.path);
-    print(printableText(u"%1: restored; what stood there is kept as %2"_s.arg(file, name)).toUtf8() + '\n');
+    if (arguments.json) {
+        printRestored(file, kept.path, name);
+        return;
+    }
+    const QString before = name.isEmpty() ? u"nothing stood there"_s : u"what stood there is kept as %1"_s.arg(name);
+    print(printableText(u"%1: restored; %2"_s.arg(file, before)).toUtf8() + '\n');
 }
 
 void kept(const Arguments &arguments) {
@@ -81,9 +100,9 @@ void kept(const Arguments &arguments) {
     const Result<QString> reached = reachIgnoringCase(file);
     if (!reached)
         throw FileError(file, reached.error().text);
-    if (!QFileInfo::exists(*reached))
-        throw FileError(file, u"there is no such file"_s);
     const std::vector<KeptFile> versions = keptFiles(*reached);
+    if (versions.empty() && !QFileInfo::exists(*reached))
+        throw FileError(file, u"there is no such file"_s);
     if (!arguments.restore.empty())
         restore(*reached, versions, arguments);
     else

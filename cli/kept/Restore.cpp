@@ -21,9 +21,10 @@ constexpr mode_t privateMode = 0600;
     throw FileError(file, systemErrorWords(error));
 }
 
-/// A new file with these bytes and the attributes of the one that stands there, which nobody sees yet.
-StagedFile stagedFile(FileOps &ops, const QString &file, const ResolvedPath &path, QByteArrayView bytes) {
-    const auto standing = OpenFile::openAt(ops, path.folder.descriptor(), path.name, O_RDONLY | O_NOFOLLOW);
+/// A new file with these bytes and the attributes of the one that stands there, or of another one, which nobody sees
+/// yet.
+StagedFile stagedFile(FileOps &ops, const QString &file, const ResolvedPath &path, SystemResult<OpenFile> standing,
+                      QByteArrayView bytes) {
     const auto status =
         standing ? ops.status(standing->descriptor()) : SystemResult<struct stat>(tl::unexpected(standing.error()));
     if (!status)
@@ -66,7 +67,18 @@ QString restoreOver(const QString &file, const QString &version, FileOps &ops) {
     const auto path = ResolvedPath::of(ops, systemPath(file));
     if (!path)
         fail(file, path.error());
-    StagedFile staged = stagedFile(ops, file, *path, bytes);
+    auto standing = OpenFile::openAt(ops, path->folder.descriptor(), path->name, O_RDONLY | O_NOFOLLOW);
+    if (!standing && standing.error().number == ENOENT) {
+        StagedFile made =
+            stagedFile(ops, file, *path, OpenFile::openAt(ops, AT_FDCWD, systemPath(version), O_RDONLY), bytes);
+        auto published = made.publishNew(path->name);
+        if (published)
+            published = path->syncFolder(ops);
+        if (!published)
+            fail(file, published.error());
+        return {};
+    }
+    StagedFile staged = stagedFile(ops, file, *path, std::move(standing), bytes);
     const auto exchanged = staged.exchangeWith(path->name);
     if (!exchanged)
         fail(file, exchanged.error());

@@ -7,7 +7,7 @@
 namespace qir {
 
 /// Puts the content of one file in the place of another one, in one step: what stood there is kept beside it under the
-/// name that is given back. Throws FileError, and everything is as it was then.
+/// name that is given back, "" where nothing stood there. Throws FileError, and everything is as it was then.
 QString restoreOver(const QString &file, const QString &version, FileOps &ops = FileOps::system());
 
 } // namespace qir

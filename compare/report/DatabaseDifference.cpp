@@ -188,9 +188,10 @@ private:
         std::vector<int> compared;
         bool fieldsDiffer = false;
         for (int field = 1; field <= sizes.mostFields(); ++field) {
+            // A place with an ignored field on one side and another one on the other side is compared.
             const bool ignored =
-                (field <= sizes.leftFields && m_ignored.contains(collationKey(left.fieldName(field)))) ||
-                (field <= sizes.rightFields && m_ignored.contains(collationKey(right.fieldName(field))));
+                (field > sizes.leftFields || m_ignored.contains(collationKey(left.fieldName(field)))) &&
+                (field > sizes.rightFields || m_ignored.contains(collationKey(right.fieldName(field))));
             if (ignored)
                 continue;
             compared.push_back(field);

@@ -100,7 +100,7 @@ QByteArray keyedCounts(const KeyedDifference &keyed) {
            number(keyed.changed.size()) + " changed, " + number(keyed.moved.size()) + " moved";
 }
 
-void appendSummary(QByteArray &out, const DatabaseDifference &difference) {
+void appendSummary(QByteArray &out, const DatabaseDifference &difference, bool summaryOnly) {
     out += "<h2>Summary</h2>\n<div class=\"wide\"><table>\n<thead><tr><th>Table</th><th>State</th><th>Compared</th>"
            "<th>Differing cells</th><th>Records left</th><th>Records right</th><th>Fields left</th>"
            "<th>Fields right</th><th>Records by key</th></tr></thead>\n<tbody>\n";
@@ -108,7 +108,9 @@ void appendSummary(QByteArray &out, const DatabaseDifference &difference) {
     for (const TableDifference &table : difference.tables) {
         ++index;
         const QByteArray name = "<bdi>" + htmlText(table.name) + "</bdi>";
-        out += "<tr><td>" + (isTold(table) ? "<a href=\"#t" + number(index) + "\">" + name + "</a>" : name) + "</td>";
+        out += "<tr><td>" +
+               (isTold(table) && !summaryOnly ? "<a href=\"#t" + number(index) + "\">" + name + "</a>" : name) +
+               "</td>";
         const bool both = table.kind == AlignedRowKind::Both;
         out += (both && !table.different ? "<td>" : "<td class=\"differs\">") + stateSign(table) + stateWords(table);
         out += "</td><td>";
@@ -310,7 +312,7 @@ void appendHtmlReport(QByteArray &out, const ReportNames &names, const DatabaseD
            htmlText(names.right) + "</bdi></p>\n<p>" +
            (difference.different ? signText(differsSign) + "The databases differ." : QByteArray("No difference.")) +
            "</p>\n";
-    appendSummary(out, difference);
+    appendSummary(out, difference, summaryOnly);
     std::size_t index = 0;
     for (const TableDifference &table : difference.tables) {
         ++index;

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -16,7 +17,11 @@ struct NumberKey {
     double value;
     std::uint32_t index;
 
+    /// What is no number stands behind all numbers: components may hold such values.
     friend bool operator<(const NumberKey &left, const NumberKey &right) {
+        if (std::isnan(left.value) || std::isnan(right.value))
+            return std::isnan(left.value) == std::isnan(right.value) ? left.index < right.index
+                                                                     : std::isnan(right.value);
         return left.value != right.value ? left.value < right.value : left.index < right.index;
     }
 };

@@ -7,6 +7,10 @@
 
 #include <gmock/gmock.h>
 
+#include <unistd.h>
+
+#include <fstream>
+
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
 
@@ -98,6 +102,45 @@ TEST_P(AuditTest, TheFirstExampleOfItsPageWorks) {
     EXPECT_EQ(bash.readAllStandardOutput(), "different: site/deep/B.ddb: Pumps (2)\n"
                                             "2 files: 1 same, 1 different, 0 with trouble\n");
     EXPECT_THAT(bytesOf(u"report.html"_s).toStdString(), HasSubstr("site/deep/B.ddb"));
+}
+
+TEST_P(AuditTest, WhatCannotBeReachedInAFolderIsTrouble) {
+    QFile::remove(path(u"fleet/C.WDB"_s));
+    QFile::remove(path(u"fleet/D.SDB"_s));
+    QFile::remove(path(u"fleet/deep/B.ddb"_s));
+    EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"fleet"_s}).status, 0);
+    ASSERT_TRUE(QFile::link(path(u"nowhere.DDB"_s), path(u"fleet/dang.DDB"_s)));
+    ASSERT_TRUE(QFile::link(path(u"nowhere.txt"_s), path(u"fleet/dang.txt"_s)));
+    std::ofstream(path(u"fleet"_s).toStdString() + "/x\xff.DDB") << "no database";
+    const Outcome result = run({u"audit"_s, u"PUMP.DDB"_s, u"fleet"_s});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.output.toStdString(), HasSubstr("trouble: fleet/dang.DDB: there is no such file\n"));
+    EXPECT_THAT(result.output.toStdString(), HasSubstr("DDB: its name is not UTF-8\n"));
+    EXPECT_THAT(result.output.toStdString(), HasSubstr("3 files: 1 same, 0 different, 2 with trouble\n"));
+}
+
+TEST_P(AuditTest, AFolderThatCannotBeReadIsTrouble) {
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "nothing is closed to root";
+    ASSERT_TRUE(QFile::setPermissions(path(u"fleet/deep"_s), QFile::Permissions()));
+    const Outcome result = run({u"audit"_s, u"PUMP.DDB"_s, u"fleet/deep"_s, u"fleet/A.DDB"_s});
+    ASSERT_TRUE(QFile::setPermissions(path(u"fleet/deep"_s), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.output, "trouble: fleet/deep: the folder cannot be read\n"
+                             "2 files: 1 same, 0 different, 1 with trouble\n");
+}
+
+TEST_P(AuditTest, NothingToCompareIsTrouble) {
+    trouble({u"audit"_s, u"PUMP.DDB"_s}, "qirdb: audit: PATH is required; qirdb audit --help tells more");
+    QDir().mkpath(path(u"empty"_s));
+    trouble({u"audit"_s, u"PUMP.DDB"_s, u"empty"_s}, "qirdb: audit: there is no file to compare");
+}
+
+TEST_P(AuditTest, ATroubleNamesItsFileOnceAndALineWithoutAFileIsNone) {
+    EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"nowhere"_s}).output.count("nowhere"), 1);
+    EXPECT_EQ(run({u"audit"_s, u"PUMP.DDB"_s, u"nowhere"_s, u"--json"_s}).output.count("nowhere"), 1);
+    write(u"one.jsonl"_s, "{\"state\": \"same\"}\n");
+    trouble({u"audit"_s, u"--join"_s, u"one.jsonl"_s}, "qirdb: one.jsonl: line 1: it is no line of an audit");
 }
 
 TEST_P(AuditTest, TheExampleWithParallelSpreadsTheFilesOverTwoHosts) {

@@ -40,7 +40,7 @@ TEST_P(DiffFormsTest, JsonByKeyTellsRecordsAddedRemovedAndChanged) {
               "{\"table\": \"Pumps\", \"state\": \"different\", \"cells\": 7, \"records\": [3, 3], \"fields\": [3, 3], "
               "\"key\": [\"Name\"], \"added\": 1, \"removed\": 1, \"changed\": 1, \"moved\": 0, \"fieldsLeft\": "
               "[\"Old\"], \"fieldsRight\": [\"New\"]}\n"
-              "{\"table\": \"Same\", \"state\": \"same\"}\n"
+              "{\"table\": \"Same\", \"state\": \"same\", \"cells\": 0, \"records\": [1, 1], \"fields\": [1, 1]}\n"
               "{\"table\": \"Pumps\", \"key\": [\"P-1\"], \"change\": \"removed\", \"record\": 1, \"values\": "
               "[\"P-1\", 1500, 0]}\n"
               "{\"table\": \"Pumps\", \"key\": [\"P-2\"], \"change\": \"changed\", \"field\": \"Speed\", \"left\": 7, "
@@ -82,6 +82,15 @@ TEST_P(DiffFormsTest, TabularByPosition) {
                                            "---,P-3,9\n");
 }
 
+TEST_P(DiffFormsTest, TabularLeavesOutRecordsThatAreTheSameButForFieldsThatWent) {
+    make(u"L.DDB"_s, {{u"T"_s, "A[long],B[long]\n1,2\n3,4\n"}});
+    make(u"R.DDB"_s, {{u"T"_s, "A[long]\n1\n5\n"}});
+    EXPECT_EQ(different({u"--tabular"_s}), "## T\n!,,---\n@@,A,B\n->,3->5,4\n");
+    make(u"N.DDB"_s, {{u"T"_s, "A[long],B[long]\n1,2\n3,4\n"}});
+    EXPECT_EQ(run({u"diff"_s, u"--tabular"_s, u"R.DDB"_s, u"N.DDB"_s}).output,
+              "## T\n!,,+++\n@@,A,B\n+,1,2\n->,5->3,4\n");
+}
+
 TEST_P(DiffFormsTest, TabularByKey) {
     makePair();
     EXPECT_EQ(different({u"--tabular"_s, u"--key"_s, u"Name"_s}, sameIsUnkeyed), "## Pumps\n"
@@ -118,6 +127,17 @@ TEST_P(DiffFormsTest, IgnoresFieldsCaseBlanksAndSmallDistances) {
     EXPECT_EQ(done(files + rules + QStringList{u"--key"_s, u"K"_s}), "same: T (by K)\n");
     EXPECT_EQ(run(files + rules.sliced(1 + 1)).status, 1);
     EXPECT_EQ(run(files + rules.first(2) + rules.sliced(3)).status, 1);
+}
+
+TEST_P(DiffFormsTest, ByPositionAPlaceIsIgnoredWhereBothItsFieldsAre) {
+    make(u"L.DDB"_s, {{u"T"_s, "A[text],B[text],C[long],D[long]\nx,y,1,2\n"}});
+    make(u"R.DDB"_s, {{u"T"_s, "B[text],A[text],c[long],D[long]\nx,yy,3,2\n"}});
+    const QStringList files{u"L.DDB"_s, u"R.DDB"_s};
+    EXPECT_THAT(different({u"--ignore"_s, u"A"_s}).toStdString(), HasSubstr("record 1, field 2 (B): \"y\" | \"yy\"\n"));
+    EXPECT_EQ(done(QStringList{u"diff"_s, u"--ignore"_s, u"A"_s, u"--ignore"_s, u"B"_s, u"--ignore"_s, u"C"_s} + files),
+              "same: T\n");
+    make(u"S.DDB"_s, {{u"T"_s, "A[text],B[text]\nx,y\n"}});
+    EXPECT_EQ(done({u"diff"_s, u"--ignore"_s, u"C"_s, u"--ignore"_s, u"D"_s, u"L.DDB"_s, u"S.DDB"_s}), "same: T\n");
 }
 
 TEST_P(DiffFormsTest, OnlyTheNamedTables) {
@@ -181,6 +201,8 @@ TEST_P(DiffFormsTest, ThePageTellsPositionsAndKeys) {
     EXPECT_THAT(byKey, Not(HasSubstr("1500 ")));
     const std::string summary = different({u"--html"_s, u"--summary"_s}).toStdString();
     EXPECT_THAT(summary, Not(HasSubstr("<h2 id")));
+    EXPECT_THAT(summary, Not(HasSubstr("href")));
+    EXPECT_THAT(byKey, HasSubstr("<a href=\"#t1\">"));
 }
 
 TEST_P(DiffFormsTest, OneFormAtATime) {

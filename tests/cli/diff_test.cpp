@@ -51,10 +51,10 @@ TEST_P(DiffTest, PrintsJsonLines) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(
         result.output,
-        "{\"table\": \"Only here\", \"state\": \"left\"}\n"
-        "{\"table\": \"Over there\", \"state\": \"right\"}\n"
+        "{\"table\": \"Only here\", \"state\": \"left\", \"cells\": 0, \"records\": [1, 0], \"fields\": [1, 0]}\n"
+        "{\"table\": \"Over there\", \"state\": \"right\", \"cells\": 0, \"records\": [0, 1], \"fields\": [0, 1]}\n"
         "{\"table\": \"Pumps\", \"state\": \"different\", \"cells\": 2, \"records\": [2, 2], \"fields\": [2, 2]}\n"
-        "{\"table\": \"Same\", \"state\": \"same\"}\n"
+        "{\"table\": \"Same\", \"state\": \"same\", \"cells\": 0, \"records\": [1, 1], \"fields\": [1, 1]}\n"
         "{\"table\": \"Pumps\", \"record\": 1, \"field\": 1, \"left\": \"P-1\", \"right\": \"p-1\"}\n"
         "{\"table\": \"Pumps\", \"record\": 2, \"field\": 2, \"left\": 7, \"right\": 8}\n");
     for (const QByteArray &line : result.output.split('\n')) {

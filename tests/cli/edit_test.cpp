@@ -1,6 +1,11 @@
 #include "tests/cli/Program.h"
 
+#include <QDir>
+#include <QProcess>
+
 #include <gmock/gmock.h>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
@@ -203,7 +208,30 @@ TEST_P(EditTest, ADryRunShowsTheDifferencesAndWritesNothing) {
     EXPECT_EQ(wrong.status, 1);
     EXPECT_EQ(wrong.output, "");
     EXPECT_EQ(wrong.errors, "qirdb: -: line 1: field \"Speed\": \"seven\" is no number\n");
+    EXPECT_EQ(runs("set Pumps 1 'Speed 7\n", {u"--dry-run"_s}).status, 1);
+    EXPECT_EQ(runs("set Pumps 1 'Speed 7\n", {}).status, 2);
+    EXPECT_EQ(run({u"run"_s, u"--dry-run"_s, u"PUMP.DDB"_s, u"none"_s}).status, 2);
     EXPECT_EQ(bytesOf(u"PUMP.DDB"_s), before);
+}
+
+TEST_P(EditTest, CommandsThatRunAtTheSameTimeAllChangeTheFile) {
+    constexpr int many = 8;
+    done({u"import"_s, u"PUMP.DDB"_s, u"T"_s, u"-"_s}, "I[long]\n" + QByteArray("0\n").repeated(many));
+    const QStringList before = QDir(path(u"."_s)).entryList();
+    std::vector<std::unique_ptr<QProcess>> runs;
+    for (int i = 1; i <= many; ++i) {
+        runs.push_back(std::make_unique<QProcess>());
+        runs.back()->setWorkingDirectory(path(u"."_s));
+        const QString number = QString::number(i);
+        runs.back()->start(QStringLiteral(QIRDB), {u"set"_s, u"PUMP.DDB"_s, u"T"_s, number, u"I"_s, number});
+    }
+    for (const std::unique_ptr<QProcess> &process : runs) {
+        ASSERT_TRUE(process->waitForFinished(-1));
+        EXPECT_EQ(process->exitCode(), 0);
+        EXPECT_EQ(process->readAllStandardError().toStdString(), "");
+    }
+    EXPECT_EQ(done({u"export"_s, u"PUMP.DDB"_s, u"T"_s, u"-"_s}), "I[long]\n1\n2\n3\n4\n5\n6\n7\n8\n");
+    EXPECT_EQ(QDir(path(u"."_s)).entryList(), before);
 }
 
 TEST_P(EditTest, EachFileHasAPasswordOfItsOwn) {

@@ -8,6 +8,8 @@
 
 #include <unistd.h>
 
+#include <fstream>
+
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
 using testing::Not;
@@ -111,6 +113,33 @@ TEST_P(GitTest, DiffShowsTheCells) {
                 HasSubstr("1500 | 1450"));
 }
 
+TEST_P(GitTest, AnyDifftoolIsStartedWithBothFiles) {
+    set(u"1"_s, u"Speed"_s, u"1450"_s);
+    git({u"config"_s, u"difftool.echo.cmd"_s,
+         u"echo TOOL \"$MERGED\"; test -s \"$LOCAL\" && test -s \"$REMOTE\" && echo BOTH"_s});
+    EXPECT_EQ(git({u"difftool"_s, u"-y"_s, u"-t"_s, u"echo"_s}), "TOOL PUMP.DDB\nBOTH\n");
+}
+
+TEST_P(GitTest, NamesThatBeginWithADashOrAreNoUtf8AreShown) {
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"-dash.DDB"_s)));
+    git({u"add"_s, u"-A"_s});
+    EXPECT_THAT(git({u"diff"_s, u"--cached"_s}).toStdString(), HasSubstr("tables of -dash.DDB\nonly right: Pumps\n"));
+    EXPECT_THAT(git({u"diff"_s, u"--cached"_s, u"--no-ext-diff"_s}).toStdString(), HasSubstr("+P-1 "));
+    commit(u"dash"_s);
+    set(u"1"_s, u"Speed"_s, u"1450"_s, u"./-dash.DDB"_s);
+    EXPECT_THAT(git({u"diff"_s}).toStdString(), HasSubstr("1500 | 1450"));
+    EXPECT_THAT(git({u"diff"_s, u"--no-ext-diff"_s}).toStdString(), HasSubstr("+P-1                  1450"));
+    EXPECT_THAT(git({u"difftool"_s, u"-y"_s, u"-t"_s, u"qirdb"_s}).toStdString(), HasSubstr("1500 | 1450"));
+    const QByteArray bytes = bytesOf(u"PUMP.DDB"_s);
+    std::ofstream(path(u"."_s).toStdString() + "/x\xff.DDB", std::ios::binary).write(bytes.constData(), bytes.size());
+    git({u"add"_s, u"-A"_s});
+    EXPECT_THAT(git({u"diff"_s, u"--cached"_s}).toStdString(), HasSubstr("is not UTF-8"));
+    commit(u"name"_s);
+    std::ofstream(path(u"."_s).toStdString() + "/x\xff.DDB") << "no database";
+    EXPECT_THAT(git({u"diff"_s}).toStdString(), HasSubstr("is not UTF-8"));
+    EXPECT_THAT(git({u"diff"_s, u"--no-ext-diff"_s}).toStdString(), HasSubstr("is not UTF-8"));
+}
+
 TEST_P(GitTest, DiffAndDifftoolShowFilesThatComeAndGo) {
     done({u"create"_s, u"NEW.DDB"_s});
     done({u"copy"_s, u"PUMP.DDB"_s, u"Pumps"_s, u"NEW.DDB"_s});
@@ -171,6 +200,71 @@ TEST_P(GitTest, ARebaseCarriesEditsAcrossARename) {
     git({u"rebase"_s, u"-q"_s, u"other"_s});
     EXPECT_FALSE(QFile::exists(path(u"PUMP.DDB"_s)));
     EXPECT_EQ(records(u"MOVED.DDB"_s), "P-1,1450,2.5\n\"P 2, spare\",-3,0.1\n");
+}
+
+TEST_P(GitTest, AConflictInAFolderThatIsNotThereYetIsListedThere) {
+    diverge(
+        [&] {
+            QDir().mkpath(path(u"deep"_s));
+            git({u"mv"_s, u"PUMP.DDB"_s, u"deep/P.DDB"_s});
+            set(u"1"_s, u"Speed"_s, u"1450"_s, u"deep/P.DDB"_s);
+            set(u"2"_s, u"Speed"_s, u"9"_s, u"deep/P.DDB"_s);
+        },
+        [&] { set(u"1"_s, u"Speed"_s, u"1600"_s); });
+    const Outcome result = tryGit({u"merge"_s, u"-m"_s, u"both"_s, u"other"_s});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.errors.toStdString(), HasSubstr("qirdb: deep/P.DDB: conflict: table \"Pumps\", record 1"));
+    EXPECT_THAT((result.output + result.errors).toStdString(), Not(HasSubstr(".merge_file")));
+    EXPECT_EQ(records(u"deep/P.DDB"_s), "P-1,1600,2.5\n\"P 2, spare\",9,0.1\n");
+    EXPECT_EQ(bytesOf(u"deep/P.DDB.conflicts.json"_s).count('\n'), 1);
+}
+
+TEST_P(GitTest, ADriverThatFailsNamesTheFileAndLeavesNoListOfAnotherMerge) {
+    write(u"PUMP.DDB.conflicts.json"_s, "of another merge\n");
+    write(u".merge_file_x"_s, "no database");
+    const Outcome result = run({u"merge"_s, u"PUMP.DDB"_s, u".merge_file_x"_s, u"PUMP.DDB"_s, u"-o"_s,
+                                u".merge_file_x"_s, u"--path"_s, u"PUMP.DDB"_s});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.errors.toStdString(), StartsWith("qirdb: PUMP.DDB: OURS: "));
+    EXPECT_THAT(result.errors.toStdString(), Not(HasSubstr(".merge_file")));
+    EXPECT_FALSE(QFile::exists(path(u"PUMP.DDB.conflicts.json"_s)));
+}
+
+TEST_P(GitTest, MergeReplacesNoFileOfAnotherKindUnasked) {
+    write(u"hello.txt"_s, "hello\n");
+    const QStringList merge{u"merge"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"-o"_s};
+    trouble(merge + QStringList{u"hello.txt"_s}, "qirdb: hello.txt: it is no database; use --force to replace it");
+    EXPECT_EQ(bytesOf(u"hello.txt"_s), "hello\n");
+    done(merge + QStringList{u"hello.txt"_s, u"--force"_s});
+    done(merge + QStringList{u"hello.txt"_s});
+    write(u"EMPTY.DDB"_s, "");
+    done(merge + QStringList{u"EMPTY.DDB"_s});
+    done(merge + QStringList{u"NEW.DDB"_s});
+}
+
+TEST_P(GitTest, AKeyThatFitsNoTableIsTroubleAndTablesWithoutOneAreTold) {
+    for (const QString &name : {u"O.DDB"_s, u"T.DDB"_s})
+        ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(name)));
+    for (const QString &name : {u"PUMP.DDB"_s, u"O.DDB"_s, u"T.DDB"_s})
+        done({u"import"_s, name, u"Valves"_s, u"-"_s}, "Tag[long],Size[long]\n1,2\n");
+    set(u"1"_s, u"Speed"_s, u"1450"_s, u"T.DDB"_s);
+    set(u"2"_s, u"Speed"_s, u"8"_s, u"O.DDB"_s);
+    const QStringList merge{u"merge"_s, u"PUMP.DDB"_s, u"O.DDB"_s, u"T.DDB"_s, u"-o"_s, u"OUT.DDB"_s, u"--key"_s};
+    trouble(merge + QStringList{u"Z"_s}, "qirdb: OUT.DDB: no table has the fields of the key on all sides: Z");
+    trouble(merge + QStringList{u"Pumps:Z"_s},
+            "qirdb: OUT.DDB: the table \"Pumps\" has no field \"Z\", which is to be its key");
+    done(merge + QStringList{u"Name"_s});
+    const Outcome told = run(merge + QStringList{u"Tag"_s});
+    EXPECT_EQ(told.status, 0);
+    EXPECT_EQ(told.errors, "qirdb: OUT.DDB: the table \"Pumps\" has no key and is merged by position\n");
+}
+
+TEST_P(GitTest, TheKeyFileOfTheRepositoryNamesTablesOfOtherFilesToo) {
+    write(u".qir-keys"_s, "Valves:Id\nPumps:Name\n");
+    commit(u"keys"_s);
+    diverge([&] { set(u"1"_s, u"Speed"_s, u"1450"_s); }, [&] { set(u"2"_s, u"Speed"_s, u"8"_s); });
+    git({u"merge"_s, u"-q"_s, u"-m"_s, u"both"_s, u"other"_s});
+    EXPECT_EQ(records(), "P-1,1450,2.5\n\"P 2, spare\",8,0.1\n");
 }
 
 TEST_P(GitTest, ARebaseMergesWhatBothChanged) {

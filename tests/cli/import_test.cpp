@@ -87,6 +87,7 @@ TEST_P(ImportTest, AnotherDelimiterIsTakenWhenItIsSaid) {
             "-: its header has tabs and no comma: say by --delimiter what separates its values");
     refuses(u"T"_s, "A|B\n1|2\n", {u"--delimiter"_s, u"||"_s},
             "--delimiter takes one character (ASCII, no quote), or tab");
+    EXPECT_EQ(imports(u"T"_s, "A,B\n1,2\n", {u"--delimiter"_s, u""_s}).status, 2);
     EXPECT_EQ(imports(u"T"_s, "A[long];B\n1;\"x;y\"\n", {u"--delimiter"_s, u";"_s}).errors, "");
     EXPECT_EQ(table(u"T"_s), "A[long],B[text:50]\n1,\"x;y\"\n");
     EXPECT_EQ(imports(u"U"_s, "A\tB\n1\t2,5\n", {u"--delimiter"_s, u"tab"_s}).errors, "");

@@ -70,6 +70,26 @@ TEST_P(KeptTest, RestoreTakesOneAndKeepsWhatStoodThere) {
     EXPECT_EQ(numbers().size(), 3);
 }
 
+TEST_P(KeptTest, AFileThatHasGoneIsRestored) {
+    keepAs(u"PUMP.DDB (conflict 2026-02-01 10.00.00)"_s, u"2"_s);
+    ASSERT_TRUE(QFile::remove(path(u"PUMP.DDB"_s)));
+    EXPECT_EQ(numbers().size(), 1);
+    EXPECT_EQ(run({u"kept"_s, u"PUMP.DDB"_s, u"--restore"_s, u"2"_s}).status, 1);
+    EXPECT_EQ(done({u"kept"_s, u"PUMP.DDB"_s, u"--restore"_s, u"1"_s}), "PUMP.DDB: restored; nothing stood there\n");
+    EXPECT_EQ(speed(), "1500\n");
+    EXPECT_EQ(numbers().size(), 1);
+}
+
+TEST_P(KeptTest, RestorePrintsJsonAndNeedsANumber) {
+    keepAs(u"PUMP.DDB (conflict 2026-02-01 10.00.00)"_s, u"2"_s);
+    EXPECT_EQ(run({u"kept"_s, u"PUMP.DDB"_s, u"--restore"_s, u""_s}).status, 2);
+    EXPECT_EQ(speed(), "2\n");
+    const std::string line = done({u"kept"_s, u"PUMP.DDB"_s, u"--restore"_s, u"1"_s, u"--json"_s}).toStdString();
+    EXPECT_THAT(line, testing::StartsWith("{\"file\": \"PUMP.DDB\", \"restored\": \""));
+    EXPECT_THAT(line, HasSubstr("\", \"kept\": \"PUMP.DDB (replaced "));
+    EXPECT_EQ(speed(), "1500\n");
+}
+
 TEST_P(KeptTest, WhatCannotBeOpenedOrIsNotThereIsNotRestored) {
     const QByteArray before = bytesOf(u"PUMP.DDB"_s);
     const Outcome none = run({u"kept"_s, u"PUMP.DDB"_s, u"--restore"_s, u"1"_s});

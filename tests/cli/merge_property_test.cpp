@@ -63,6 +63,41 @@ std::optional<QString> both(const QString &base, const QString &ours, const QStr
     return ours == base ? std::optional(theirs) : std::nullopt;
 }
 
+/// The most values that records of BASE keep where they are read as these ones of a side, in their order, and what they
+/// keep where each is read as the one at its place.
+class Reading {
+public:
+    Reading(const Side &base, const Side &side)
+        : m_base(base)
+        , m_side(side) {}
+
+    int byPlace() const {
+        int kept = 0;
+        for (std::size_t i = 0; i < m_base.table->records.size(); ++i)
+            kept += keptIn(i, i);
+        return kept;
+    }
+    int best(std::size_t before = 0, std::size_t now = 0) const {
+        if (before == m_base.table->records.size() || now == m_side.table->records.size())
+            return 0;
+        return std::max(
+            {keptIn(before, now) + best(before + 1, now + 1), best(before + 1, now), best(before, now + 1)});
+    }
+
+private:
+    int keptIn(std::size_t before, std::size_t now) const {
+        int kept = 0;
+        for (const FieldInfo &field : m_base.table->fields) {
+            const QVariant value = m_base.value(before, field.name);
+            kept += plain(value) != u"-"_s && show(value) == show(m_side.value(now, field.name)) ? 1 : 0;
+        }
+        return kept;
+    }
+
+    Side m_base;
+    Side m_side;
+};
+
 class Check {
 public:
     Check(const DatabaseContent &base, const DatabaseContent &ours, const DatabaseContent &theirs,
@@ -142,6 +177,7 @@ private:
     }
 
     void checkContent(Side base, Side ours, Side theirs, Side result) {
+        m_toldFields.clear();
         QStringList fields;
         QStringList all;
         for (const Side &side : {base, ours, theirs})
@@ -165,6 +201,7 @@ private:
     bool checkField(const QString &field, Side base, Side ours, Side theirs, Side result) {
         const auto header = [&](const Side &side) { return side.has(field) ? side.header(field) : u"none"_s; };
         if (fieldTold(field)) {
+            m_toldFields += field;
             require(header(result) == header(ours), u"field %1 in conflict is not ours"_s.arg(field));
             return false;
         }
@@ -178,6 +215,20 @@ private:
             return false;
         }
         return true;
+    }
+
+    /// The values of a field in conflict are those of OURS: another one that THEIRS wrote must be told.
+    void checkLeftOut(const Side &theirs, std::size_t record, const QVariant &key, const QVariantList &standing,
+                      const QString &field) {
+        const QString value = plain(theirs.value(record, field));
+        if (std::ranges::any_of(standing, [&](const QVariant &other) { return plain(other) == value; }))
+            return;
+        require(told(Conflict::What::Cell,
+                     [&](const Conflict &conflict) {
+                         return conflict.field == field && show(conflict.key.value(0)) == show(key) &&
+                                plain(conflict.theirs.value(0)) == value;
+                     }),
+                u"the value %1 of field %2 is told nowhere"_s.arg(value, field));
     }
 
     void checkCells(const QStringList &fields, const std::vector<Row> &rows, const Conflict &place) {
@@ -228,6 +279,12 @@ private:
                 {rowOf(fields, base, i), rowOf(fields, ours, i), rowOf(fields, theirs, i), rowOf(fields, result, i)},
                 place);
         }
+        for (const Side &side : {ours, theirs})
+            require(Reading(base, side).best() <= Reading(base, side).byPlace(),
+                    u"an insertion beside other edits is not told"_s);
+        for (const QString &field : m_toldFields)
+            for (std::size_t i = 0; theirs.has(field) && i < theirs.table->records.size(); ++i)
+                checkLeftOut(theirs, i, nothing, {base.value(i, field), ours.value(i, field)}, field);
         std::size_t added = 0;
         for (const Side &side : {ours, theirs}) {
             added += side.table->records.size() - common;
@@ -263,7 +320,33 @@ private:
             for (std::size_t s = 0; s < sides.size(); ++s)
                 records[s] = groups[s][key];
             checkKey(fields, sides, records, key);
+            checkLeftOutOf(sides, records);
         }
+    }
+
+    void checkLeftOutOf(const std::array<Side, 4> &sides, const std::array<std::vector<std::size_t>, 4> &records) {
+        for (const QString &field : m_toldFields) {
+            QVariantList standing;
+            for (const std::size_t s : {0U, 1U})
+                for (const std::size_t record : records[s])
+                    standing += sides[s].value(record, field);
+            if (standing.empty())
+                standing += nothing;
+            for (const std::size_t record : records[2])
+                if (sides[2].has(field))
+                    checkLeftOut(sides[2], record, sides[2].value(record, u"Id"_s), standing, field);
+        }
+    }
+
+    /// Every record of THEIRS stands in the list of conflicts.
+    void checkRecordsTold(const Side &theirs, const std::vector<std::size_t> &records, const QString &key) {
+        for (const std::size_t record : records)
+            require(told(Conflict::What::Record,
+                         [&](const Conflict &conflict) {
+                             return show(conflict.key.value(0)) == key &&
+                                    std::ranges::equal(conflict.theirs, theirs.table->records[record], sameValue);
+                         }),
+                    u"a record of theirs is told nowhere: "_s + key);
     }
 
     void checkKey(const QStringList &fields, const std::array<Side, 4> &sides,
@@ -277,6 +360,7 @@ private:
         });
         if (isTold) {
             require(rows[3] == rows[1], u"a record in conflict is not ours: "_s + key);
+            checkRecordsTold(sides[2], records[2], key);
             return;
         }
         const bool isSingle = std::ranges::all_of(records, [](const auto &list) { return list.size() <= 1; });
@@ -326,6 +410,7 @@ private:
     bool m_hasKey;
     QString m_table;
     QString m_problem;
+    QStringList m_toldFields; ///< Those of the table that are in conflict.
 };
 
 /// Draws databases and what becomes of them.
@@ -477,7 +562,8 @@ TEST(MergeProperty, NoEditOfEitherSideIsLostUnlessAConflictTellsOfIt) {
             for (int edits = drawing.below(4); edits > 0; --edits)
                 drawing.edit(*side);
         const bool hasKey = drawing.below(2) == 0;
-        const KeyChoice keys(hasKey ? std::vector<ChosenKey>{{{}, {u"Id"_s}}} : std::vector<ChosenKey>());
+        // As a usual one: what is drawn may have no table with that field.
+        const KeyChoice keys({}, hasKey ? std::vector<ChosenKey>{{{}, {u"Id"_s}}} : std::vector<ChosenKey>());
         const MergedContent result = mergeContents(base, ours, theirs, keys);
         (result.conflicts.empty() ? merges : conflicts) += 1;
         const QString problem = Check(base, ours, theirs, result, hasKey).problem();
@@ -493,6 +579,45 @@ TEST(MergeProperty, NoEditOfEitherSideIsLostUnlessAConflictTellsOfIt) {
     // Both kinds are among what was drawn, or the rest says little.
     EXPECT_GT(conflicts, triples / 20);
     EXPECT_GT(merges, triples / 4);
+}
+
+/// Numbered records; "Name" tells for the test which is which.
+TableContent numbered(const std::vector<RecordValues> &named) {
+    TableContent table{
+        u"A"_s,
+        {{u"No"_s, FieldType::Long, 0}, {u"Name"_s, FieldType::Text, 9}, {u"Speed"_s, FieldType::Long, 0}},
+        named};
+    double number = 0;
+    for (RecordValues &record : table.records)
+        record[0] = ++number;
+    return table;
+}
+
+TEST(MergeProperty, AnEditReachesItsRecordThoughTheOtherSideInsertsOrMovesSomeAndNumbersAllAnew) {
+    for (std::uint64_t seed = 1; seed <= 2000; ++seed) {
+        Drawing drawing(seed);
+        std::vector<RecordValues> records;
+        for (int i = 2 + drawing.below(5); i > 0; --i)
+            records.push_back({0.0, u"P-%1"_s.arg(i), 100.0 * i});
+        const auto size = static_cast<int>(records.size());
+        const DatabaseContent base{{numbered(records)}};
+        const auto at = static_cast<std::size_t>(drawing.below(size));
+        DatabaseContent theirs = base;
+        theirs.tables[0].records[at][2] = 7.0;
+        if (drawing.below(2) == 0) {
+            const double speed = 100.0 * (1 + drawing.below(size));
+            records.insert(records.begin() + drawing.below(size), {0.0, u"new"_s, speed});
+        } else {
+            const int moved = drawing.below(size - 1);
+            std::swap(records[static_cast<std::size_t>(moved)], records[static_cast<std::size_t>(moved) + 1]);
+        }
+        const MergedContent result = mergeContents(base, {{numbered(records)}}, theirs, KeyChoice());
+        const QVariant name = base.tables[0].records[at][1];
+        bool isThere = !result.conflicts.empty();
+        for (const RecordValues &record : result.content.tables[0].records)
+            isThere = isThere || (record[1] == name && record[2] == 7.0);
+        ASSERT_TRUE(isThere) << "seed " << seed << '\n' << shown(result.content).toStdString();
+    }
 }
 
 } // namespace

@@ -85,6 +85,91 @@ TEST(MergeTest, AnInsertionBesideEditsNeedsAKey) {
     expectRecords(with, {record(1, u"a"_s), record(9, u"n"_s), record(2, u"c"_s)});
 }
 
+/// Records with a number, a name and a speed.
+DatabaseContent pumps(std::vector<RecordValues> records) {
+    return {{{u"T"_s, {{u"No"_s, FieldType::Long, 0}, note, {u"Speed"_s, FieldType::Long, 0}}, std::move(records)}}};
+}
+
+TEST(MergeTest, AnInsertionThatNumbersTheRecordsAnewNeedsAKeyToo) {
+    const DatabaseContent base =
+        pumps({{1.0, u"a"_s, 10.0}, {2.0, u"b"_s, 20.0}, {3.0, u"c"_s, 30.0}, {4.0, u"d"_s, 40.0}});
+    const DatabaseContent ours = pumps(
+        {{1.0, u"a"_s, 10.0}, {2.0, u"new"_s, 20.0}, {3.0, u"b"_s, 20.0}, {4.0, u"c"_s, 30.0}, {5.0, u"d"_s, 40.0}});
+    const DatabaseContent theirs =
+        pumps({{1.0, u"a"_s, 10.0}, {2.0, u"b"_s, 25.0}, {3.0, u"c"_s, 30.0}, {4.0, u"d"_s, 40.0}});
+    for (const auto &[one, other] : {std::pair(ours, theirs), std::pair(theirs, ours)}) {
+        const MergedContent result = merged(base, one, other);
+        EXPECT_THAT(linesOf(result.conflicts), HasSubstr("a key would help: --key \\\"T:FIELD\\\""));
+        EXPECT_TRUE(sameContent(result.content.tables[0], one.tables[0]));
+    }
+    const MergedContent single =
+        merged(pumps({{1.0, u"10"_s, 100.0}}), pumps({{7.0, u"70"_s, 100.0}, {1.0, u"10"_s, 101.0}}),
+               pumps({{1.0, u"10"_s, 200.0}}));
+    EXPECT_THAT(linesOf(single.conflicts), HasSubstr("a key would help"));
+}
+
+TEST(MergeTest, EditsBesideRecordsAddedAtTheEndNeedNoKey) {
+    const DatabaseContent base = pumps({{1.0, u"a"_s, 10.0}, {2.0, u"b"_s, 20.0}, {3.0, u""_s, 0.0}});
+    const MergedContent result =
+        merged(base, pumps({{1.0, u"a"_s, 10.0}, {2.0, u"b"_s, 25.0}, {3.0, u"c"_s, 0.0}, {4.0, u"d"_s, 20.0}}),
+               pumps({{1.0, u"z"_s, 10.0}, {2.0, u"b"_s, 20.0}, {3.0, u""_s, 0.0}}));
+    EXPECT_EQ(linesOf(result.conflicts), "");
+    EXPECT_TRUE(sameContent(
+        result.content.tables[0],
+        pumps({{1.0, u"z"_s, 10.0}, {2.0, u"b"_s, 25.0}, {3.0, u"c"_s, 0.0}, {4.0, u"d"_s, 20.0}}).tables[0]));
+}
+
+TEST(MergeTest, RecordsThatMovedAndWereNumberedAnewNeedAKey) {
+    const MergedContent result = merged(pumps({{1.0, u"a"_s, 10.0}, {2.0, u"b"_s, 20.0}, {3.0, u"c"_s, 30.0}}),
+                                        pumps({{1.0, u"c"_s, 30.0}, {2.0, u"b"_s, 20.0}, {3.0, u"a"_s, 10.0}}),
+                                        pumps({{4.0, u"a"_s, 10.0}, {2.0, u"b"_s, 20.0}, {3.0, u"c"_s, 30.0}}));
+    EXPECT_THAT(linesOf(result.conflicts), HasSubstr("a key would help"));
+}
+
+TEST(MergeTest, AllRecordsOfOneKeyAreToldInAConflict) {
+    const MergedContent result =
+        merged(tables({record(1, u"10"_s), record(1, u"20"_s)}), tables({record(1, u"11"_s), record(1, u"20"_s)}),
+               tables({record(1, u"10"_s), record(1, u"99"_s)}), {u"T:Id"_s});
+    const std::string reason = "\"reason\": \"several records have this key, and both sides have changed them\"}\n";
+    EXPECT_EQ(
+        linesOf(result.conflicts),
+        "{\"what\": \"record\", \"table\": \"T\", \"key\": [1], \"base\": [1, \"10\"], \"ours\": [1, \"11\"], "
+        "\"theirs\": [1, \"10\"], " +
+            reason +
+            "{\"what\": \"record\", \"table\": \"T\", \"key\": [1], \"base\": [1, \"20\"], \"ours\": [1, \"20\"], "
+            "\"theirs\": [1, \"99\"], " +
+            reason);
+    expectRecords(result, {record(1, u"11"_s), record(1, u"20"_s)});
+}
+
+TEST(MergeTest, AFieldInConflictTellsTheValuesOfTheOtherSide) {
+    const DatabaseContent base = tables({record(1, u"a"_s), record(2, u"b"_s)});
+    DatabaseContent ours = base;
+    ours.tables[0].fields[1].size = 2;
+    const DatabaseContent theirs = tables({record(1, u"a"_s), record(2, u"bbb"_s), record(3, u"ccc"_s)});
+    const std::string lines = linesOf(merged(base, ours, theirs).conflicts);
+    EXPECT_THAT(lines, HasSubstr("\"what\": \"field\""));
+    EXPECT_THAT(lines, HasSubstr("{\"what\": \"cell\", \"table\": \"T\", \"record\": 2, \"field\": \"Note\", \"base\": "
+                                 "\"b\", \"ours\": \"b\", \"theirs\": \"bbb\""));
+    EXPECT_THAT(lines, HasSubstr("\"record\": 3, \"field\": \"Note\", \"base\": null, \"ours\": null, \"theirs\": "
+                                 "\"ccc\""));
+    const DatabaseContent removed{{{u"T"_s, {id}, {{1.0}, {2.0}}}}};
+    const std::string keyed = linesOf(merged(base, removed, theirs, {u"Id"_s}).conflicts);
+    EXPECT_THAT(keyed, HasSubstr("{\"what\": \"cell\", \"table\": \"T\", \"key\": [2], \"field\": \"Note\", \"base\": "
+                                 "\"b\", \"ours\": null, \"theirs\": \"bbb\""));
+    EXPECT_THAT(keyed, HasSubstr("\"key\": [3], \"field\": \"Note\""));
+}
+
+TEST(MergeTest, AShorterFieldTakesWhatFits) {
+    const DatabaseContent base = tables({record(1, u"a"_s)});
+    DatabaseContent ours = base;
+    ours.tables[0].fields[1].size = 3;
+    const MergedContent result = merged(base, ours, tables({record(1, u"bbb"_s), record(2, u"c"_s)}));
+    EXPECT_EQ(linesOf(result.conflicts), "");
+    EXPECT_TRUE(sameContent(result.content.tables[0],
+                            {u"T"_s, ours.tables[0].fields, {record(1, u"bbb"_s), record(2, u"c"_s)}}));
+}
+
 TEST(MergeTest, ARecordRemovedHereAndChangedThereIsAConflict) {
     const MergedContent result = merged(tables({record(1, u"a"_s), record(2, u"b"_s)}), tables({record(2, u"b"_s)}),
                                         tables({record(1, u"x"_s), record(2, u"b"_s)}), {u"Id"_s});
@@ -148,7 +233,13 @@ TEST(KeyChoiceTest, TheKeyOfATableGoesBeforeOneOfAll) {
     EXPECT_THROW(keys.keyOf(u"T"_s, {u"A"_s}), WrongChoice);
     EXPECT_EQ(keys.keyOf(u"Other"_s, {u"A"_s}), QStringList{u"A"_s});
     EXPECT_EQ(keys.keyOf(u"Other"_s, {u"B"_s}), QStringList());
-    EXPECT_THROW(keys.requireTables({u"Other"_s}), WrongChoice);
+    EXPECT_THROW(keys.requireFit({{u"Other"_s, {u"A"_s}}}), WrongChoice);
+    EXPECT_THROW(keys.requireFit({{u"T"_s, {u"A"_s}}}), WrongChoice);
+    EXPECT_NO_THROW(keys.requireFit({{u"Other"_s, {}}, {u"T"_s, {u"a"_s, u"b"_s}}}));
+    EXPECT_THROW(KeyChoice(std::vector<ChosenKey>{{{}, {u"C"_s}}}).requireFit({{u"T"_s, {u"A"_s}}}), WrongChoice);
+    const KeyChoice usual(std::vector<ChosenKey>{{{}, {u"A"_s}}}, std::vector<ChosenKey>{{u"T"_s, {u"B"_s}}});
+    EXPECT_NO_THROW(usual.requireFit({{u"Other"_s, {u"A"_s}}}));
+    EXPECT_EQ(usual.keyOf(u"T"_s, {u"A"_s, u"B"_s}), QStringList{u"B"_s});
 }
 
 } // namespace

@@ -27,22 +27,23 @@ protected:
 TEST_P(PatchTest, PrintsTheJsonLinesWithWhatTheyLeaveOpen) {
     makePair();
     makePatch();
-    EXPECT_EQ(
-        bytesOf(u"CHANGE.patch"_s),
-        "{\"patch\": 1}\n"
-        "{\"table\": \"Come\", \"state\": \"right\", \"records\": [0, 1], \"fields\": [0, 1], \"leftFields\": [], "
-        "\"rightFields\": [{\"name\": \"A\", \"type\": \"double\", \"size\": 0}]}\n"
-        "{\"table\": \"Gone\", \"state\": \"left\", \"records\": [1, 0], \"fields\": [1, 0], \"leftFields\": "
-        "[{\"name\": \"A\", \"type\": \"long\", \"size\": 0}], \"rightFields\": []}\n"
-        "{\"table\": \"Pumps\", \"state\": \"different\", \"cells\": 3, \"records\": [2, 3], \"fields\": [2, 2], "
-        "\"names\": [\"Pumps\", \"Pumps\"], \"leftFields\": [{\"name\": \"Name\", \"type\": \"text\", \"size\": "
-        "20}, {\"name\": \"Speed\", \"type\": \"long\", \"size\": 0}], \"rightFields\": [{\"name\": \"Name\", "
-        "\"type\": \"text\", \"size\": 20}, {\"name\": \"Speed\", \"type\": \"long\", \"size\": 0}]}\n"
-        "{\"table\": \"Come\", \"record\": 1, \"field\": 1, \"left\": null, \"right\": 0.5}\n"
-        "{\"table\": \"Gone\", \"record\": 1, \"field\": 1, \"left\": 1, \"right\": null}\n"
-        "{\"table\": \"Pumps\", \"record\": 2, \"field\": 2, \"left\": 7, \"right\": 8}\n"
-        "{\"table\": \"Pumps\", \"record\": 3, \"field\": 1, \"left\": null, \"right\": \"P-3\"}\n"
-        "{\"table\": \"Pumps\", \"record\": 3, \"field\": 2, \"left\": null, \"right\": 9}\n");
+    EXPECT_EQ(bytesOf(u"CHANGE.patch"_s),
+              "{\"patch\": 1, \"tables\": 3}\n"
+              "{\"table\": \"Come\", \"state\": \"right\", \"cells\": 0, \"records\": [0, 1], \"fields\": [0, 1], "
+              "\"leftFields\": [], "
+              "\"rightFields\": [{\"name\": \"A\", \"type\": \"double\", \"size\": 0}]}\n"
+              "{\"table\": \"Gone\", \"state\": \"left\", \"cells\": 0, \"records\": [1, 0], \"fields\": [1, 0], "
+              "\"leftFields\": "
+              "[{\"name\": \"A\", \"type\": \"long\", \"size\": 0}], \"rightFields\": []}\n"
+              "{\"table\": \"Pumps\", \"state\": \"different\", \"cells\": 3, \"records\": [2, 3], \"fields\": [2, 2], "
+              "\"names\": [\"Pumps\", \"Pumps\"], \"leftFields\": [{\"name\": \"Name\", \"type\": \"text\", \"size\": "
+              "20}, {\"name\": \"Speed\", \"type\": \"long\", \"size\": 0}], \"rightFields\": [{\"name\": \"Name\", "
+              "\"type\": \"text\", \"size\": 20}, {\"name\": \"Speed\", \"type\": \"long\", \"size\": 0}]}\n"
+              "{\"table\": \"Come\", \"record\": 1, \"field\": 1, \"left\": null, \"right\": 0.5}\n"
+              "{\"table\": \"Gone\", \"record\": 1, \"field\": 1, \"left\": 1, \"right\": null}\n"
+              "{\"table\": \"Pumps\", \"record\": 2, \"field\": 2, \"left\": 7, \"right\": 8}\n"
+              "{\"table\": \"Pumps\", \"record\": 3, \"field\": 1, \"left\": null, \"right\": \"P-3\"}\n"
+              "{\"table\": \"Pumps\", \"record\": 3, \"field\": 2, \"left\": null, \"right\": 9}\n");
 }
 
 TEST_P(PatchTest, MakesTheRightFileAndGoesBack) {
@@ -119,6 +120,25 @@ TEST_P(PatchTest, WhatIsNoPatchIsTroubleWithItsLine) {
             "qirdb: BAD.patch: line 2: the table \"T\" has no line before it");
     write(u"BAD.patch"_s, "{\"patch\": 1}\nnothing\n");
     trouble({u"patch"_s, u"L.DDB"_s, u"BAD.patch"_s}, "qirdb: BAD.patch: line 2: it is no JSON object");
+}
+
+TEST_P(PatchTest, APatchThatWasCutIsTroubleAndWritesNothing) {
+    make(u"L.DDB"_s, {{u"Gone"_s, "A[long]\n1\n"}, {u"Pumps"_s, "Name[text:20],Old[long]\nP-1,1500\nP-2,7\n"}});
+    make(u"R.DDB"_s, {{u"Come"_s, "A[double]\n0.5\n"}, {u"Pumps"_s, "Name[text:20],New[long]\nP-2,8\nP-3,9\n"}});
+    const QByteArray before = bytesOf(u"L.DDB"_s);
+    for (const QStringList &options : {QStringList{}, QStringList{u"--key"_s, u"Pumps:Name"_s}}) {
+        makePatch(options);
+        const QByteArray whole = bytesOf(u"CHANGE.patch"_s);
+        for (qsizetype end = whole.indexOf('\n') + 1; end < whole.size(); end = whole.indexOf('\n', end) + 1) {
+            write(u"CUT.patch"_s, whole.first(end));
+            EXPECT_EQ(run({u"patch"_s, u"L.DDB"_s, u"CUT.patch"_s}).status, 2) << whole.first(end).toStdString();
+            EXPECT_EQ(bytesOf(u"L.DDB"_s), before);
+        }
+        EXPECT_EQ(done({u"patch"_s, u"--dry-run"_s, u"L.DDB"_s, u"CHANGE.patch"_s}), "");
+    }
+    write(u"CUT.patch"_s, bytesOf(u"CHANGE.patch"_s).first(bytesOf(u"CHANGE.patch"_s).lastIndexOf('{')));
+    trouble({u"patch"_s, u"L.DDB"_s, u"CUT.patch"_s},
+            "qirdb: CUT.patch: it is cut short: not all changes of the table \"Pumps\" are there");
 }
 
 TEST_P(PatchTest, APatchOfEqualFilesChangesNothing) {

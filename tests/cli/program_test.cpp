@@ -119,6 +119,33 @@ TEST_P(ProgramTest, AnOutputThatCannotBeTakenIsTrouble) {
     EXPECT_EQ(result.errors, "qirdb: /dev/full: the disk is full\n");
 }
 
+TEST_P(ProgramTest, AReaderThatClosesThePipeEarlyIsNoTroubleOfOurs) {
+    done({u"create"_s, u"BIG.DDB"_s});
+    done({u"import"_s, u"BIG.DDB"_s, u"T"_s, u"-"_s}, "I[text:50]\n" + QByteArray(40, 'x').append('\n').repeated(4000));
+    for (const QString &ignores : {u""_s, u"trap '' PIPE; "_s}) {
+        QProcess bash;
+        bash.setWorkingDirectory(path(u"."_s));
+        bash.start(u"bash"_s, {u"-c"_s, ignores + u"'%1' dump BIG.DDB | true; echo ${PIPESTATUS[0]}"_s.arg(
+                                                      QStringLiteral(QIRDB))});
+        ASSERT_TRUE(bash.waitForFinished(-1));
+        EXPECT_EQ(bash.readAllStandardError().toStdString(), "");
+        EXPECT_EQ(bash.readAllStandardOutput(), "141\n") << ignores.toStdString(); // as the signal ends it
+    }
+}
+
+TEST_P(ProgramTest, WhatAnotherProgramHasSavedMeanwhileStands) {
+    makePumps();
+    Session session = Session::open(path(u"PUMP.DDB"_s), {});
+    session.database().QIRTableRecordSource(u"Pumps"_s);
+    session.database().setQIRTableRecordsPointerOut(1);
+    session.database().setQIRTableRecordSetByIndex(2, 7);
+    done({u"set"_s, u"PUMP.DDB"_s, u"Pumps"_s, u"1"_s, u"Speed"_s, u"8"_s});
+    EXPECT_THROW(session.saveChanges(), FileError);
+    EXPECT_THROW(session.save(), FileError);
+    EXPECT_EQ(done({u"get"_s, u"PUMP.DDB"_s, u"Pumps"_s, u"1"_s, u"Speed"_s}), "8\n");
+    EXPECT_EQ(QDir(path(u"."_s)).entryList(QDir::Files).size(), 1);
+}
+
 // --- import and export ---
 
 TEST_P(ProgramTest, AFileThatMayNotGrowSoLargeIsTrouble) {

@@ -154,8 +154,8 @@ void GridPositionTest::aDragThatLosesTheFocusScrollsNoFurther() {
     hands::move(m_grid->viewport(), below, Qt::LeftButton);
     QTRY_VERIFY(m_grid->TopRow() > 3);
     QVERIFY(timers() > timersAtRest);
-    m_grid->clearFocus(); // as when a dialog opens, which takes the button's release too
-    QCOMPARE(timers(), timersAtRest);
+    m_grid->clearFocus();                 // as when a dialog opens, which takes the button's release too
+    QTRY_COMPARE(timers(), timersAtRest); // a single shot of the view may still be due
     const GridSelection selection = m_grid->selection();
     hands::move(m_grid->viewport(), below, Qt::LeftButton);
     QCOMPARE(m_grid->selection(), selection);

@@ -9,6 +9,7 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 using namespace qir;
@@ -48,6 +49,14 @@ bool comesBefore(const QString &left, const QString &right) {
 TEST(RecordOrder, NumbersAscendByValue) {
     EXPECT_EQ(sorted({u"10"_s, u"9"_s, u"100"_s}), QStringList({u"9"_s, u"10"_s, u"100"_s}));
     EXPECT_EQ(sorted({u"1e3"_s, u"-2"_s, u"999.5"_s, u"+4"_s}), QStringList({u"-2"_s, u"+4"_s, u"999.5"_s, u"1e3"_s}));
+}
+
+TEST(RecordOrder, ValuesThatAreNoNumberStandBehindAllNumbers) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double infinity = std::numeric_limits<double>::infinity();
+    CellColumn column;
+    column.append(numberBlock(ColumnType::Double, {3, nan, 1, infinity, -nan, -infinity, 2}));
+    EXPECT_EQ(ascendingOrder(column), (std::vector<std::uint32_t>{5, 2, 6, 0, 3, 1, 4}));
 }
 
 TEST(RecordOrder, EmptyTextsComeFirstThenNumbersThenOtherTexts) {

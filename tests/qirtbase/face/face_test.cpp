@@ -57,6 +57,7 @@ const std::vector<Member> methods = {
     {"WriteColumn(int,int,QVariant)", "void"},
     {"AppendRecords(int)", "void"},
     {"TableRevision()", "double"},
+    {"RecordsReordered(QVariant)", "void"},
     {"BeginChanges()", "void"},
     {"EndChanges()", "void"},
     {"CancelChanges()", "void"},

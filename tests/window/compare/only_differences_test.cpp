@@ -275,7 +275,7 @@ private Q_SLOTS:
         QVERIFY(!editing(fixture, 0));
         fixture.clickLine(0, 0);
         QCOMPARE(view(fixture, 0).size(), 2);
-        QCOMPARE(message(fixture), u"A, record 2 of 6, 2 shown, Field2: long, 202"_s);
+        QCOMPARE(message(fixture), u"A, record 2 of 6, 2 shown, Field2: long, 202, -2147483648 to 2147483647"_s);
         fixture.clickLine(0, 1);
         fixture.choose(Command::OnlyDifferencesMenu);
         QCOMPARE(view(fixture, 0).size(), 3);

@@ -219,7 +219,8 @@ private Q_SLOTS:
         EditorFixture fixture;
         QStringList lines;
         expectKept(fixture, lines, 0, u"Open"_s);
-        fixture.dialogs().expect(messageNaming({u"A.DDB"_s, u"was not found"_s}));
+        fixture.dialogs().expectMessage(u"'%1' was not found.\r\nTake it off the recent files?"_s.arg(path(u"A.DDB"_s)),
+                                        u"!"_s, u"No"_s);
         fixture.choose(Command::KeptVersionsMenu);
         QVERIFY(!fixture.isOpen(0));
         QCOMPARE(journals(), before);

@@ -31,7 +31,12 @@ QString currentTableDisagreement(EditorFixture &fixture, const EditorModel &mode
     const bool same = database.QirTableFieldsCount() == table->fieldCount() &&
                       database.QirTableRecordsCount() == table->recordCount() &&
                       (table->fieldCount() == 0 || database.QIRTableFieldName(1) == table->field(0).name);
-    return same ? QString() : u"another table than '%1' is current; "_s.arg(current);
+    return same ? QString()
+                : u"another table than '%1' is current: %2 records of %3 fields for %4 of %5; "_s.arg(current)
+                      .arg(database.QirTableRecordsCount())
+                      .arg(database.QirTableFieldsCount())
+                      .arg(table->recordCount())
+                      .arg(table->fieldCount());
 }
 
 QString componentDisagreement(EditorFixture &fixture, EditorModel &model, int index) {

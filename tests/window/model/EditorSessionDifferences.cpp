@@ -66,8 +66,12 @@ bool EditorSession::linedUp() const {
 
 void EditorSession::walk(bool forward) {
     const bool known = m_model.sameTableShown();
-    const int row = std::max(m_fixture->grid(0).Row(), m_fixture->grid(1).Row());
-    const int column = std::max(m_fixture->grid(0).Col(), m_fixture->grid(1).Col());
+    // From the active pane's cell, or from one that its grid is too small for.
+    const int active = std::max(m_model.active, 0);
+    const Grid &grid = m_fixture->grid(active);
+    const Grid &other = m_fixture->grid(1 - active);
+    const int row = other.Row() >= grid.Rows() ? other.Row() : grid.Row();
+    const int column = other.Col() >= grid.Cols() ? other.Col() : grid.Col();
     const int line = m_fixture->list(std::max(m_model.active, 0)).ListIndex();
     hands::strike(m_fixture->window(), forward ? Qt::Key_F8 : Qt::Key_F7, {}, {});
     m_model.active = std::max(m_model.active, 0);

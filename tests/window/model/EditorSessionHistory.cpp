@@ -89,8 +89,12 @@ void EditorSession::arrive(int pane, int done) {
     const QirDatabase &database = m_fixture->database(pane);
     if (database.StepsDone() != done)
         throw std::runtime_error("another number of steps is done");
-    m_model.goToState(pane, history.at(done) ? *history.at(done) : readAll(database), !history.isSaved(),
-                      database.ChangedTable(), database.ChangedTables());
+    const QString changed = database.ChangedTable();
+    const int tables = database.ChangedTables();
+    const bool isKnown = history.at(done).has_value();
+    m_model.goToState(pane, isKnown ? *history.at(done) : readAll(database), !history.isSaved(), changed, tables);
+    if (!isKnown)
+        m_fixture->editor().pane(pane).currentTableLost(); // by the reading, behind the editor's back
 }
 
 void EditorSession::revert(int pane, bool yes) {
