@@ -87,7 +87,9 @@ void CsvImport::storeRecords(const QirDatabase &database, const TableInfo &table
     }
 }
 
-void CsvImport::store(const QirDatabase &database, Standing standing) const {
+void CsvImport::store(const QirDatabase &database, Standing standing, ComeNames &replaced) const {
+    if (standing == Standing::Replaced)
+        replaced.take(m_csv, m_name);
     const int there = standing == Standing::Refused ? 0 : tableNumber(database, m_name);
     if (standing == Standing::Extended) {
         if (there == 0)

@@ -64,9 +64,10 @@ void importTables(const Arguments &arguments) {
         throw std::runtime_error("--table and --schema go with --from");
     const std::vector<CsvImport> imports = readAll(arguments);
     Session session = Session::openToChange(argumentText(arguments.file), arguments.passwordFile);
+    ComeNames replaced;
     session.run([&] {
         for (const CsvImport &import : imports)
-            import.store(session.database(), standing);
+            import.store(session.database(), standing, replaced);
         session.save();
     });
 }

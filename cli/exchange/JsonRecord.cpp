@@ -5,6 +5,7 @@
 #include <QChar>
 #include <QString>
 
+#include <algorithm>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +20,10 @@ namespace {
 
 bool isDigit(char byte) {
     return byte >= '0' && byte <= '9';
+}
+
+bool isHexDigit(char byte) {
+    return isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F');
 }
 
 } // namespace
@@ -118,13 +123,11 @@ void JsonRecord::readString() {
 
 char32_t JsonRecord::readCode() {
     constexpr qsizetype digits = 4;
-    bool isNumber = false;
-    const char32_t code =
-        m_line.size() - m_at < digits ? 0 : m_line.sliced(m_at, digits).toByteArray().toUShort(&isNumber, 16);
-    if (!isNumber)
+    const QByteArrayView written = m_line.sliced(m_at, std::min(digits, m_line.size() - m_at));
+    if (written.size() < digits || !std::ranges::all_of(written, isHexDigit)) // a conversion takes signs and 0x
         refuse("a text has an escape that is none");
     m_at += digits;
-    return code;
+    return written.toByteArray().toUShort(nullptr, 16);
 }
 
 void JsonRecord::readEscape() {

@@ -27,6 +27,7 @@ Postgres::Postgres(const QString &choice, const QByteArray &begin)
             m_connection, [](void *, const char *) {}, nullptr);
         if (PQsetClientEncoding(m_connection, "UTF8") != 0)
             fail(nullptr);
+        run("SET standard_conforming_strings = on"); // a role may have set it off
         run(begin);
     } catch (...) {
         PQfinish(m_connection);

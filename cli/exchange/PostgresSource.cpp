@@ -17,22 +17,21 @@ namespace {
 struct Column {
     FieldInfo field;
     QByteArray asked;
-    bool isFlag; ///< Comes as t or f.
+    bool isFlag;           ///< Comes as t or f.
+    QByteArray holds = {}; ///< Whether the field holds a value, in SQL; "" where it holds all.
 };
 
 QByteArray schemaIs(const QString &schema) {
     return "relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = " + sqlText(schema.toUtf8()) + ')';
 }
 
-/// The field that a comment tells, as an export writes it.
-std::optional<FieldInfo> toldField(const QString &name, const QString &comment) {
-    const Result<FieldHeader> told = parseFieldHeader(u'[' + comment + u']');
-    if (!told || !told->type)
-        return std::nullopt;
-    return FieldInfo{name, *told->type, told->size.value_or(0)};
+/// Whether a date of ours is the same point in time, for a type of PostgreSQL that has more of them.
+QByteArray holdsTime(const QByteArray &name, bool hasClock) {
+    const QByteArray years = name + " >= '0001-01-01' AND " + name + " < '10000-01-01'";
+    return hasClock ? years + " AND date_trunc('second', " + name + ") = " + name : years;
 }
 
-/// What PostgreSQL's own types become; the size of a text is seen later where it is 0.
+/// What PostgreSQL's own types become; the size of a text is seen later where it is asked for as one.
 Column columnOf(const QString &name, const QString &type, const QString &comment) {
     const QByteArray asked = sqlName(name);
     const bool isFlag = type == u"boolean"_s;
@@ -40,21 +39,33 @@ Column columnOf(const QString &name, const QString &type, const QString &comment
         isFlag ||
         QStringList{u"smallint"_s, u"integer"_s, u"bigint"_s, u"real"_s, u"double precision"_s}.contains(type);
     const bool isText = type == u"text"_s || type.startsWith(u"character"_s);
+    const QByteArray holdsWhole =
+        type == u"bigint"_s ? "abs(" + asked + "::numeric) <= 9007199254740992" : QByteArray();
     const std::optional<FieldInfo> told = toldField(name, comment);
     if (told && (told->type == FieldType::Text ? isText : isNumber))
-        return {*told, asked, isFlag};
+        return {*told, asked, isFlag, holdsWhole};
     if (isFlag)
         return {{name, FieldType::Bool, 0}, asked, true};
     if (type == u"smallint"_s)
         return {{name, FieldType::Int, 0}, asked, false};
     if (type == u"integer"_s)
         return {{name, FieldType::Long, 0}, asked, false};
-    if (isNumber || type.startsWith(u"numeric"_s))
-        return {{name, FieldType::Double, 0}, asked, false};
+    if (isNumber)
+        return {{name, FieldType::Double, 0}, asked, false, holdsWhole};
+    const bool isArray = type.endsWith(u"[]"_s);
+    if (type.startsWith(u"numeric"_s) && !isArray) // what a double cannot be near would be an error
+        return {{name, FieldType::Double, 0},
+                asked,
+                false,
+                "CASE WHEN " + asked + " = 0 OR abs(" + asked + ") BETWEEN 1e-307 AND 1e308 THEN " + asked +
+                    "::double precision::text::numeric = " + asked + " ELSE FALSE END"};
     if (type == u"date"_s)
-        return {{name, FieldType::Date, 0}, "to_char(" + asked + ", 'YYYY-MM-DD')", false};
-    if (type.startsWith(u"timestamp"_s))
-        return {{name, FieldType::Date, 0}, "to_char(" + asked + ", 'YYYY-MM-DD\"T\"HH24:MI:SS')", false};
+        return {{name, FieldType::Date, 0}, "to_char(" + asked + ", 'YYYY-MM-DD')", false, holdsTime(asked, false)};
+    if (type.startsWith(u"timestamp"_s) && !isArray)
+        return {{name, FieldType::Date, 0},
+                "to_char(" + asked + ", 'YYYY-MM-DD\"T\"HH24:MI:SS')",
+                false,
+                holdsTime(asked, true)};
     return {{name, FieldType::Text, 0}, asked + "::text", false};
 }
 
@@ -68,6 +79,10 @@ std::vector<Column> columnsOf(Postgres &database, const QString &schema, const Q
         columns.push_back(columnOf(row[0], row[1], row[2]));
     constexpr int largestSize = 65535;
     for (Column &column : columns) {
+        if (!column.holds.isEmpty() && database.rows("SELECT 1 FROM " + from + " WHERE " + sqlName(column.field.name) +
+                                                     " IS NOT NULL AND NOT (" + column.holds + ") LIMIT 1")
+                                               .size() == 1)
+            column = {{column.field.name, FieldType::Text, 0}, sqlName(column.field.name) + "::text", false};
         if (column.field.type != FieldType::Text || !column.asked.endsWith("::text"))
             continue;
         const auto longest = database.rows("SELECT max(char_length(" + column.asked + ")) FROM " + from);
@@ -120,8 +135,10 @@ void takePostgres(const QString &connection, const QString &schema, TableIntake 
         // Every table as it was at the same time, and its records in the order in which they were written.
         Postgres database(connection, "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; SET LOCAL "
                                       "synchronize_seqscans = off; SET LOCAL extra_float_digits = 3");
+        // The records of a partition come in the table that it is one of.
         const auto tables =
-            database.rows("SELECT relname FROM pg_class WHERE relkind IN ('r', 'p', 'v', 'm', 'f') AND " +
+            database.rows("SELECT relname FROM pg_class WHERE relkind IN ('r', 'p', 'v', 'm', 'f') AND NOT "
+                          "relispartition AND " +
                           schemaIs(schema) + " ORDER BY oid");
         if (tables.empty())
             throw std::runtime_error(u"the schema \"%1\" has no table"_s.arg(schema).toStdString());

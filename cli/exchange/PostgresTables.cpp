@@ -5,6 +5,7 @@
 #include "cli/exchange/SqlNames.h"
 #include "cli/tables/FieldHeader.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
@@ -22,7 +23,10 @@ public:
             m_database = std::make_unique<Postgres>(m_choice.connection, "BEGIN");
             // One after the other, so that two of them do not make the same thing.
             m_database->run("SELECT pg_advisory_xact_lock(hashtext(" + sqlText(m_choice.schema.toUtf8()) + "))");
-            m_database->run("CREATE SCHEMA IF NOT EXISTS " + sqlName(m_choice.schema));
+            // Who may write into a schema may not always make one.
+            if (m_database->rows("SELECT 1 FROM pg_namespace WHERE nspname = " + sqlText(m_choice.schema.toUtf8()))
+                    .empty())
+                m_database->run("CREATE SCHEMA " + sqlName(m_choice.schema));
         });
     }
 
@@ -153,6 +157,17 @@ private:
             names += ", " + before + sqlName(field.name);
         return names;
     }
+    /// Those of fields that the file's table does not have. Columns that nobody exported have no type of ours.
+    QStringList otherColumns() {
+        QStringList names;
+        for (const QStringList &row : m_database->rows(
+                 "SELECT attname, col_description(attrelid, attnum) FROM pg_attribute WHERE attrelid = " +
+                 sqlText(tableName(m_table.name)) + "::regclass AND attnum > 0 AND NOT attisdropped ORDER BY attnum"))
+            if (toldField(row[0], row[1]) &&
+                std::ranges::find(m_table.fields, row[0], &FieldInfo::name) == m_table.fields.end())
+                names += row[0];
+        return names;
+    }
     QByteArray file() const { return sqlText(m_choice.fleetFile.toUtf8()); }
 
     /// The copied records become those of the file.
@@ -161,6 +176,8 @@ private:
         QByteArray changes;
         for (const FieldInfo &field : m_table.fields)
             changes += (changes.isEmpty() ? "" : ", ") + sqlName(field.name) + " = EXCLUDED." + sqlName(field.name);
+        for (const QString &column : otherColumns())
+            changes += (changes.isEmpty() ? "" : ", ") + sqlName(column) + " = NULL";
         m_database->run("INSERT INTO " + name + " (_file, _record" + columns("") + ") SELECT " + file() + ", _record" +
                         columns("") + " FROM pg_temp._qirdb ON CONFLICT (_file, _record) DO " +
                         (changes.isEmpty() ? QByteArray("NOTHING") : "UPDATE SET " + changes));

@@ -18,8 +18,17 @@ void requireName(const QString &name, Engine engine) {
     constexpr qsizetype longest = 63; // of PostgreSQL, which cuts what is longer
     if (name.contains(QChar::Null))
         refuse(u"the name \"%1\" has a NUL character, which SQL has not"_s.arg(name));
+    if (engine == Engine::Both && name.contains(u"\r\n"_s))
+        refuse(u"the name \"%1\" has a line end of two characters, which readers of SQL change"_s.arg(name));
     if (engine != Engine::Sqlite && name.toUtf8().size() > longest)
         refuse(u"the name \"%1\" is longer than the %2 bytes that PostgreSQL takes"_s.arg(name).arg(longest));
+}
+
+/// What a text does not hold. None of it begins within another one, nor within it and what stands beside it.
+QByteArray unusedMark(QByteArrayView text) {
+    for (int number = 0;; ++number)
+        if (const QByteArray mark = '<' + QByteArray::number(number) + '>'; !text.contains(mark))
+            return mark;
 }
 
 } // namespace
@@ -30,8 +39,20 @@ QByteArray sqlName(QStringView name) {
 
 QByteArray sqlText(QByteArrayView utf8) {
     QByteArray text = utf8.toByteArray();
-    text.replace('\'', "''").replace("\r\n", "\r' || '\n");
-    return text.contains("\r' || '\n") ? "('" + text + "')" : '\'' + text + '\'';
+    text.replace('\'', "''");
+    QByteArray before;
+    QByteArray behind;
+    const auto putLater = [&](QByteArrayView piece, const char *sql) {
+        if (!text.contains(piece))
+            return;
+        const QByteArray mark = unusedMark(text);
+        text.replace(piece, mark);
+        before += "replace(";
+        behind += ", '" + mark + "', " + sql + ')';
+    };
+    putLater("\\", R"(substr('\\', 1, 1))"); // one, whether or not a backslash stands for itself
+    putLater("\r\n", "'\r' || '\n'");
+    return before + '\'' + text + '\'' + behind;
 }
 
 QByteArray sqlType(const FieldInfo &field) {
@@ -52,8 +73,17 @@ QByteArray sqlType(const FieldInfo &field) {
     return field.size == 0 ? QByteArray("text") : "varchar(" + QByteArray::number(field.size) + ')';
 }
 
+std::optional<FieldInfo> toldField(const QString &name, const QString &comment) {
+    const Result<FieldHeader> told = parseFieldHeader(u'[' + comment + u']');
+    if (!told || !told->type || (told->type == FieldType::Text && !told->size))
+        return std::nullopt;
+    return FieldInfo{name, *told->type, told->size.value_or(0)};
+}
+
 void requireSqlNames(const TableInfo &table, Engine engine) {
     requireName(table.name, engine);
+    if (engine == Engine::Both && table.name.startsWith(u"sqlite_"_s, Qt::CaseInsensitive))
+        refuse(u"the name \"%1\" begins as those that SQLite keeps for itself"_s.arg(table.name));
     for (const FieldInfo &field : table.fields)
         requireName(field.name, engine);
     if (engine != Engine::Postgres && table.fields.empty())

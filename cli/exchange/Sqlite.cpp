@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace qir {
 
 namespace {
@@ -18,7 +20,8 @@ void check(sqlite3 *database, int code) {
 Sqlite::Sqlite(const QString &file, Mode mode) {
     constexpr int patience = 5000; // milliseconds, while somebody else writes
     const int flags = mode == Mode::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    const int code = sqlite3_open_v2(file.toUtf8().constData(), &m_handle, flags, nullptr);
+    const QByteArray name = (file.startsWith(u'/') ? file : u"./"_s + file).toUtf8(); // else file: or :memory: is none
+    const int code = sqlite3_open_v2(name.constData(), &m_handle, flags, nullptr);
     if (code != SQLITE_OK) {
         const std::string reason = sqlite3_errstr(code);
         close();

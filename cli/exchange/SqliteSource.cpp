@@ -99,31 +99,38 @@ QString textOf(QByteArrayView utf8) {
     return QString::fromUtf8(utf8);
 }
 
-/// Every record of a table, in their order.
-QByteArray recordsOf(const QString &table) {
-    return "SELECT * FROM " + sqlName(table) + " NOT INDEXED";
-}
+/// The fields that a table becomes, and how its records are asked for, in their order.
+struct SqliteTable {
+    std::vector<FieldInfo> fields;
+    QByteArray records;
+};
 
-std::vector<FieldInfo> fieldsOf(const Sqlite &database, const QString &table) {
+SqliteTable tableOf(const Sqlite &database, const QString &table) {
     std::vector<FieldInfo> fields;
     std::vector<QString> types;
-    SqliteStatement columns(database, "SELECT name, type FROM pragma_table_info(" + sqlText(table.toUtf8()) + ')');
+    QByteArray names; // * brings other columns than a table tells of
+    // Generated columns are among them, but not those that a virtual table keeps for itself, which are 1.
+    SqliteStatement columns(database, "SELECT name, type, '\"' || replace(name, '\"', '\"\"') || '\"' FROM "
+                                      "pragma_table_xinfo(" +
+                                          sqlText(table.toUtf8()) + ") WHERE hidden <> 1 ORDER BY cid");
     while (columns.step()) {
         fields.push_back({textOf(columns.text(0)), FieldType::Text, 0});
         types.push_back(textOf(columns.text(1)));
+        names += (names.isEmpty() ? "" : ", ") + columns.text(2).toByteArray(); // its bytes, be they UTF-8 or not
     }
+    const QByteArray records = "SELECT " + names + " FROM " + sqlName(table) + " NOT INDEXED";
     std::vector<ColumnFigures> figures(fields.size());
-    SqliteStatement row(database, recordsOf(table));
+    SqliteStatement row(database, records);
     while (row.step())
         for (std::size_t column = 0; column < fields.size(); ++column)
             figures[column].see(row, static_cast<int>(column));
     for (std::size_t column = 0; column < fields.size(); ++column)
         fields[column] = fieldOf(fields[column].name, types[column], figures[column]);
-    return fields;
+    return {fields, records};
 }
 
 void takeValue(RecordIntake &records, const SqliteStatement &row, int column, FieldType type) {
-    if (type == FieldType::Text)
+    if (type == FieldType::Text && row.kind(column) != SqliteStatement::Kind::Real) // SQLite would round it
         return records.text(row.text(column));
     switch (row.kind(column)) {
     case SqliteStatement::Kind::Whole:
@@ -138,10 +145,11 @@ void takeValue(RecordIntake &records, const SqliteStatement &row, int column, Fi
 }
 
 void takeTable(const Sqlite &database, const QString &file, const QString &name, TableIntake &intake) {
-    const std::vector<FieldInfo> fields = intake.begin(file, name, fieldsOf(database, name));
+    const SqliteTable table = tableOf(database, name);
+    const std::vector<FieldInfo> fields = intake.begin(file, name, table.fields);
     RecordIntake records(intake, file + u": "_s + name, fields);
     Progress progress(file);
-    SqliteStatement row(database, recordsOf(name));
+    SqliteStatement row(database, table.records);
     while (row.step()) {
         for (std::size_t column = 0; column < fields.size(); ++column)
             takeValue(records, row, static_cast<int>(column), fields[column].type);

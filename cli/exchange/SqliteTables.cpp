@@ -30,18 +30,46 @@ Value checked(const QString &file, SystemResult<Value> &&result) {
         return std::move(*result);
 }
 
+constexpr mode_t privateMode = 0600;
+constexpr mode_t permissionBits = 07777;
+
+/// Takes a file from everybody but its owner, before something comes into it; unless that is kept, the file gets its
+/// mode back. Must outlive what SQLite has open of the file: closing any other descriptor gives up its locks.
+class PrivateFile {
+public:
+    PrivateFile(const QString &file, mode_t before)
+        : m_before(before & permissionBits)
+        , m_opened(checked(file, OpenFile::openAt(m_ops, AT_FDCWD, systemPath(file), O_RDONLY))) {
+        checked(file, m_ops.setMode(m_opened.descriptor(), m_before & privateMode));
+    }
+    ~PrivateFile() {
+        if (!m_isKept)
+            (void)m_ops.setMode(m_opened.descriptor(), m_before);
+    }
+    PrivateFile(const PrivateFile &) = delete;
+    PrivateFile &operator=(const PrivateFile &) = delete;
+
+    void keep() { m_isKept = true; }
+
+private:
+    FileOps &m_ops = FileOps::system();
+    mode_t m_before;
+    OpenFile m_opened;
+    bool m_isKept = false;
+};
+
 /// A new file beside the one that it becomes, under a hidden name until it is whole: SQLite knows files by their names.
 class HiddenFile {
 public:
-    HiddenFile(const QString &file, bool isPrivate)
+    /// `mode` is what the file has in the end, where that is not what new ones have.
+    HiddenFile(const QString &file, std::optional<mode_t> mode)
         : m_file(file)
+        , m_mode(mode)
         , m_path(checked(file, ResolvedPath::of(m_ops, systemPath(file))))
         , m_hidden(".qirdb-" + QString::number(QRandomGenerator::system()->generate64(), 36).toStdString()) {
-        constexpr mode_t privateMode = 0600;
         constexpr mode_t newFileMode = 0666; // less the umask
         const int flags = O_RDWR | O_CREAT | O_EXCL;
-        m_opened =
-            checked(file, OpenFile::openAt(m_ops, folder(), m_hidden, flags, isPrivate ? privateMode : newFileMode));
+        m_opened = checked(file, OpenFile::openAt(m_ops, folder(), m_hidden, flags, mode ? privateMode : newFileMode));
     }
     ~HiddenFile() {
         if (!m_isPublished)
@@ -54,6 +82,8 @@ public:
 
     /// Takes the place of an empty file; what is there meanwhile stays.
     void publish(unsigned flags) {
+        if (m_mode)
+            checked(m_file, m_ops.setMode(m_opened.descriptor(), *m_mode));
         checked(m_file, m_ops.sync(m_opened.descriptor()));
         checked(m_file, m_ops.renameAt(folder(), m_hidden, m_path.name, flags));
         m_isPublished = true;
@@ -65,6 +95,7 @@ private:
 
     FileOps &m_ops = FileOps::system();
     QString m_file;
+    std::optional<mode_t> m_mode;
     ResolvedPath m_path;
     std::string m_hidden;
     OpenFile m_opened;
@@ -82,10 +113,7 @@ public:
     SqliteTables(const QString &file, const ExportRules &rules, bool replace)
         : m_file(file)
         , m_replaces(replace) {
-        const Standing standing = standingAt(rules);
-        if (standing != Standing::Database)
-            m_hidden.emplace(file, rules.isPrivate);
-        m_isOverEmpty = standing == Standing::Replaceable;
+        prepare(rules);
         run([&] {
             m_database.emplace(m_hidden ? m_hidden->name() : file, Sqlite::Mode::Write);
             if (m_hidden)
@@ -127,35 +155,33 @@ public:
     void finish() override {
         run([&] {
             m_database->run("COMMIT");
+            if (m_private)
+                m_private->keep();
             m_database->close();
         });
         if (m_hidden)
-            m_hidden->publish(m_isOverEmpty ? 0 : RENAME_NOREPLACE);
+            m_hidden->publish(m_isOver ? 0 : RENAME_NOREPLACE);
     }
 
 private:
-    enum class Standing { Nothing, Replaceable, Database };
-
-    /// What stands there: nothing, what an export replaces, or a database that gets the tables.
-    Standing standingAt(const ExportRules &rules) const {
-        FileOps &ops = FileOps::system();
-        const auto status = ops.statusAt(AT_FDCWD, systemPath(m_file), FollowLinks::Yes);
+    /// A database that stands there gets the tables; else a new one takes the place of nothing, or of what an export
+    /// replaces.
+    void prepare(const ExportRules &rules) {
+        const auto status = FileOps::system().statusAt(AT_FDCWD, systemPath(m_file), FollowLinks::Yes);
+        if (!status && status.error().number != ENOENT)
+            throw FileError(m_file, systemErrorWords(status.error()));
         if (!status) {
-            if (status.error().number != ENOENT)
-                throw FileError(m_file, systemErrorWords(status.error()));
-            return Standing::Nothing;
+            m_hidden.emplace(m_file, rules.isPrivate ? std::optional(privateMode) : std::nullopt);
+            return;
         }
         if (!S_ISREG(status->st_mode))
             throw FileError(m_file, u"it is no file that SQLite could write"_s);
         const bool isOurs = requireReplaceable(m_file, rules);
-        if (status->st_size == 0 || isOurs)
-            return Standing::Replaceable;
-        if (rules.isPrivate) {
-            constexpr mode_t privateMode = 0600;
-            const OpenFile opened = checked(m_file, OpenFile::openAt(ops, AT_FDCWD, systemPath(m_file), O_RDONLY));
-            checked(m_file, ops.setMode(opened.descriptor(), status->st_mode & privateMode));
-        }
-        return Standing::Database;
+        m_isOver = status->st_size == 0 || isOurs;
+        if (m_isOver)
+            m_hidden.emplace(m_file, status->st_mode & (rules.isPrivate ? privateMode : permissionBits));
+        else if (rules.isPrivate)
+            m_private.emplace(m_file, status->st_mode);
     }
 
     void bind(int parameter, const ColumnBlock &column, int record) {
@@ -180,8 +206,9 @@ private:
 
     QString m_file;
     bool m_replaces;
-    bool m_isOverEmpty = false;
-    std::optional<HiddenFile> m_hidden; // outlives the database
+    bool m_isOver = false;
+    std::optional<HiddenFile> m_hidden; // outlives the database, as the next one
+    std::optional<PrivateFile> m_private;
     std::optional<Sqlite> m_database;
     std::optional<SqliteStatement> m_insert;
     std::vector<QByteArray> m_storage; // of texts, until their row is in

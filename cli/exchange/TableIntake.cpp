@@ -34,6 +34,13 @@ std::vector<int> standingFields(const QString &source, const TableInfo &table, c
     return places;
 }
 
+void ComeNames::take(const QString &source, const QString &table) {
+    const QString key = collationKey(table);
+    if (const auto before = m_names.constFind(key); before != m_names.constEnd())
+        throw FileError(source, u"two tables have one name here: \"%1\" and \"%2\""_s.arg(*before, table));
+    m_names.insert(key, table);
+}
+
 bool TableIntake::wants(const QString &table) {
     if (m_chosen.isEmpty())
         return true;
@@ -65,6 +72,8 @@ std::vector<FieldInfo> TableIntake::beginTable(const QString &source, const QStr
     std::vector<int> places(fields.size());
     std::iota(places.begin(), places.end(), 1);
     const int there = m_standing == Standing::Refused ? 0 : tableNumber(database, table);
+    if (m_standing == Standing::Replaced)
+        m_replaced.take(source, table);
     if (m_standing != Standing::Extended) {
         if (there == 0) {
             addEmptyTable(database, table, fields);

@@ -7,6 +7,7 @@
 #include "cli/tables/TableReader.h"
 
 #include <QByteArrayView>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -29,6 +30,16 @@ struct ColumnName {
     std::optional<FieldType> type;
 };
 std::vector<int> standingFields(const QString &source, const TableInfo &table, const std::vector<ColumnName> &columns);
+
+/// The names that the tables of an import have come under so far.
+class ComeNames {
+public:
+    /// Throws FileError, which names `source`, where one of the same key came before: it would be replaced by this one.
+    void take(const QString &source, const QString &table);
+
+private:
+    QHash<QString, QString> m_names; // by their keys
+};
 
 /// Where the tables of an import go: into a database, in memory, until its session saves it.
 class TableIntake {
@@ -56,6 +67,7 @@ private:
     Standing m_standing;
     QStringList m_chosen;
     QStringList m_come;
+    ComeNames m_replaced;
     std::optional<RecordAppender> m_appender;
 };
 

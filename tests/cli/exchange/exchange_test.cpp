@@ -1,14 +1,6 @@
-#include "tests/cli/Program.h"
-#include "tests/cli/exchange/Exchanged.h"
-
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QStandardPaths>
+#include "tests/cli/exchange/ExchangeFixture.h"
 
 #include <gmock/gmock.h>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
@@ -18,56 +10,7 @@ namespace qir {
 namespace {
 
 /// Tables go out and come back as they were; what cannot is refused, and leaves nothing behind.
-class ExchangeTest : public ProgramTest {
-protected:
-    /// The fake keeps its tables in a form that has no byte order marks.
-    static DrawnTables::Limits limits(DrawnTables::Limits limits = {}) {
-        limits.hasMark = GetParam().name == std::string("Real");
-        return limits;
-    }
-    /// FILE with the tables of these lines.
-    void make(const QString &file, const QByteArray &lines) const {
-        QFile::remove(path(file));
-        done({u"create"_s, file});
-        done({u"import"_s, file, u"--from"_s, u"json"_s, u"-"_s}, lines);
-    }
-    /// The lines that FILE has after taking in SOURCE alone.
-    QByteArray takenFrom(const QString &kind, const QString &source) const {
-        QFile::remove(path(u"BACK.DDB"_s));
-        done({u"create"_s, u"BACK.DDB"_s});
-        done({u"import"_s, u"BACK.DDB"_s, u"--from"_s, kind, source});
-        return done({u"dump"_s, u"--json"_s, u"BACK.DDB"_s});
-    }
-    QByteArray sqlite(const QStringList &arguments, const QByteArray &input = {}) const {
-        QProcess shell;
-        shell.setWorkingDirectory(path(u"."_s));
-        shell.start(u"sqlite3"_s, arguments);
-        shell.write(input);
-        shell.closeWriteChannel();
-        EXPECT_TRUE(shell.waitForFinished(-1));
-        EXPECT_EQ(shell.readAllStandardError(), "");
-        return shell.readAllStandardOutput();
-    }
-    /// A.DDB and BACK.DDB have as many as the lines, of the same values.
-    void expectSameTables(const QByteArray &lines) const {
-        const QByteArray shown = done({u"diff"_s, u"A.DDB"_s, u"BACK.DDB"_s});
-        EXPECT_EQ(shown.count("same: "), lines.count("{\"table\"")) << shown.toStdString() << lines.toStdString();
-    }
-    static bool hasSqlite() { return !QStandardPaths::findExecutable(u"sqlite3"_s).isEmpty(); }
-    mode_t modeOf(const QString &name) const {
-        struct stat status {};
-        EXPECT_EQ(::stat(QFile::encodeName(path(name)).constData(), &status), 0);
-        return status.st_mode & 07777;
-    }
-    QStringList filesBesides(const QStringList &known) const {
-        QStringList files;
-        for (const QString &name :
-             QDir(path(u"."_s)).entryList(QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot))
-            if (!known.contains(name))
-                files += name;
-        return files;
-    }
-};
+class ExchangeTest : public ExchangeFixture {};
 
 constexpr unsigned seeds = 6;
 

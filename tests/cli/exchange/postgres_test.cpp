@@ -1,8 +1,4 @@
-#include "tests/cli/Program.h"
-#include "tests/cli/exchange/Exchanged.h"
-#include "tests/cli/exchange/PostgresServer.h"
-
-#include <QFile>
+#include "tests/cli/exchange/PostgresFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -15,44 +11,7 @@ namespace qir {
 namespace {
 
 /// Tables to a real server and back.
-class PostgresTest : public ProgramTest {
-protected:
-    /// The fake keeps its tables in a form that has no byte order marks.
-    static DrawnTables::Limits limits(DrawnTables::Limits limits = {}) {
-        limits.hasMark = GetParam().name == std::string("Real");
-        return limits;
-    }
-    static void SetUpTestSuite() { s_server = new PostgresServer; }
-    static void TearDownTestSuite() {
-        delete s_server;
-        s_server = nullptr;
-    }
-    void SetUp() override {
-        if (!s_server->missing().isEmpty())
-            GTEST_SKIP() << "not run: " << s_server->missing().toStdString();
-        for (const char *schema : {"PUMP", "A", "fleet", "other"})
-            s_server->ask(u"DROP SCHEMA IF EXISTS \"%1\" CASCADE"_s.arg(QLatin1StringView(schema)));
-    }
-
-    static PostgresServer &server() { return *s_server; }
-    QStringList exporting(const QString &file, const QString &connection = s_server->connection()) const {
-        return {u"export"_s, file, u"--to"_s, u"postgresql"_s, connection};
-    }
-    void make(const QString &file, const QByteArray &lines) const {
-        QFile::remove(path(file));
-        done({u"create"_s, file});
-        done({u"import"_s, file, u"--from"_s, u"json"_s, u"-"_s}, lines);
-    }
-    QByteArray takenFrom(const QString &schema) const {
-        QFile::remove(path(u"BACK.DDB"_s));
-        done({u"create"_s, u"BACK.DDB"_s});
-        done({u"import"_s, u"BACK.DDB"_s, u"--from"_s, u"postgresql"_s, server().connection(), u"--schema"_s, schema});
-        return done({u"dump"_s, u"--json"_s, u"BACK.DDB"_s});
-    }
-
-private:
-    static inline PostgresServer *s_server = nullptr;
-};
+class PostgresTest : public PostgresFixture {};
 
 TEST_P(PostgresTest, DrawnTablesComeBack) {
     constexpr unsigned seeds = 12;
@@ -63,7 +22,7 @@ TEST_P(PostgresTest, DrawnTablesComeBack) {
         server().ask(u"DROP SCHEMA IF EXISTS \"A\" CASCADE"_s);
         make(u"A.DDB"_s, lines);
         done(exporting(u"A.DDB"_s));
-        EXPECT_EQ(takenFrom(u"A"_s), lines) << seed;
+        EXPECT_EQ(takenFromSchema(u"A"_s), lines) << seed;
     }
 }
 
@@ -176,7 +135,7 @@ TEST_P(PostgresTest, TablesOfOthersBecomeWhatTheirColumnsSay) {
         "INSERT INTO other.t VALUES (1, 2, 5000000000, 1.5, 0.25, true, '2024-02-29', '2024-02-29 23:59:58', 'é', "
         "E'a\\tb\\\\', '00000000-0000-0000-0000-000000000001'), (NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL)"_s);
     EXPECT_THAT(
-        takenFrom(u"other"_s).toStdString(),
+        takenFromSchema(u"other"_s).toStdString(),
         testing::EndsWith("\n[1, 2, 5000000000, 1.5, 0.25, 1, 20240229, 20240229.235958, \"é\", \"a\\tb\\\\\", "
                           "\"00000000-0000-0000-0000-000000000001\"]\n[0, 0, 0, 0, 0, 0, 0, 0, \"\", \"\", \"\"]\n"));
     server().ask(u"UPDATE other.t SET r = 'NaN'"_s);
