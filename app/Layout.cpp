@@ -10,7 +10,9 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QProgressBar>
+#include <QScrollBar>
 #include <QSize>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -71,6 +73,21 @@ Halves listBesideGrid(const QGroupBox &frame, const QRect &room, double share) {
             .grid = {gridLeft, room.top(), room.right() + 1 - gridLeft, room.height()}};
 }
 
+/// A filter line stands within its list, which has the same height with it and without it.
+void placeList(const PaneControls &pane, const QRect &place) {
+    ListBox &list = *pane.ListaTabelle;
+    const int filterHeight =
+        pane.filter->isHidden() ? 0 : std::min(pane.filter->sizeHint().height(), place.height() / 2);
+    list.setGeometry(place);
+    list.setRoomAboveLines(filterHeight);
+    const int frame = list.frameWidth();
+    const int barWidth = list.verticalScrollBar()->sizeHint().width(); // whether there is one now or not
+    const QRect filter(place.left() + frame, place.top() + frame, std::max(0, place.width() - 2 * frame - barWidth),
+                       filterHeight);
+    pane.filter->setGeometry(QStyle::visualRect(list.layoutDirection(), place, filter));
+    pane.filter->raise();
+}
+
 void placeInFrame(const PaneControls &pane, const PaneRoom &shares, PaneRoom::Placing placing) {
     const QSize frame = pane.IDtb->size();
     const int width = std::max(0, frame.width() - toPixels(frameWidthBesideControls));
@@ -83,10 +100,7 @@ void placeInFrame(const PaneControls &pane, const PaneRoom &shares, PaneRoom::Pl
     const Halves halves = (above ? listAboveGrid : listBesideGrid)(*pane.IDtb, room, shares.listShare(placing));
 
     pane.nomelab->setGeometry(left, captionHeight, width, labelHeight);
-    const int filterHeight =
-        pane.filter->isHidden() ? 0 : std::min(pane.filter->sizeHint().height(), halves.list.height() / 2);
-    pane.filter->setGeometry(QRect(halves.list.topLeft(), QSize(halves.list.width(), filterHeight)));
-    pane.ListaTabelle->setGeometry(halves.list.adjusted(0, filterHeight, 0, 0));
+    placeList(pane, halves.list);
     pane.splitter->setOrientation(above ? Qt::Vertical : Qt::Horizontal);
     pane.splitter->setGeometry(halves.border);
     pane.Tabella->setGeometry(halves.grid);

@@ -143,12 +143,28 @@ void DifferenceWalk::goToTable(int line) {
     enterTable(line, Direction::Forward, Stops::Records);
 }
 
+/// The record that is shown and nearest to this one; 0 where none is.
+int DifferenceWalk::nearestShown(int row) const {
+    const Grid &longer = m_editor.Tabella(m_editor.Tabella(0).Rows() >= m_editor.Tabella(1).Rows() ? 0 : 1);
+    const int behind = longer.nextShownRow(row);
+    const int before = longer.nextShownRow(row, -1);
+    if (behind < 1 || before < 1)
+        return std::max(behind, before);
+    return behind - row < row - before ? behind : before;
+}
+
 void DifferenceWalk::goToRecord(int row) {
     begin();
     if (!cellsKnown())
         return;
-    const auto cell = inRow(row, 1, Direction::Forward, Stops::Records);
-    show(cell.value_or(Cell{row, std::max(current().column, 1)}), Scroll::ToMiddle);
+    auto cell = inRow(row, 1, Direction::Forward, Stops::Records);
+    if (!cell) {
+        // Where only differences are shown, an equal record stays out of sight.
+        row = nearestShown(row);
+        cell = inRow(row, 1, Direction::Forward, Stops::Records);
+    }
+    if (row >= 1)
+        show(cell.value_or(Cell{row, std::max(current().column, 1)}), Scroll::ToMiddle);
 }
 
 int DifferenceWalk::nextTable(int line, Direction direction) const {

@@ -50,6 +50,7 @@ private:
     bool exists(const Cell &cell) const;
     std::optional<Cell> inRow(int row, int column, Direction direction, Stops stops) const;
     std::optional<Cell> found(const Cell &from, Direction direction, Stops stops) const;
+    int nearestShown(int row) const;
     int nextTable(int line, Direction direction) const;
     void selectLine(int line);
     void enterTable(int line, Direction direction, Stops stops);

@@ -160,12 +160,12 @@ void FindCommands::goOn() {
 void FindCommands::findNeighbour(int step) {
     m_asked = 0;
     m_note.clear();
-    const CellSearch sought(m_bar->terms());
-    if (sought.terms().text.isEmpty()) {
+    const SearchTerms terms = m_bar->terms();
+    if (terms.text.isEmpty()) {
         open(false);
         return;
     }
-    if (m_bar->isHidden() || m_finder.search().terms() != sought.terms()) {
+    if (m_bar->isHidden() || m_finder.search().terms() != terms) {
         const bool fresh = m_fresh;
         search();
         m_fresh = fresh;

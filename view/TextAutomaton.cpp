@@ -15,6 +15,7 @@ constexpr std::size_t codeCount = 128;
 constexpr std::size_t mostNodes = 2000;
 constexpr std::size_t mostStates = 1000;
 constexpr int mostRepeats = 100;
+constexpr std::size_t mostSteps = 500'000; // from node to node while the states are made
 
 using Codes = std::bitset<codeCount>;
 
@@ -359,9 +360,15 @@ public:
     TextAutomaton build() {
         const Places start = reached({m_first}, true, false);
         numberOf(start, true);
-        for (std::size_t state = 0; state < m_automaton.m_states.size(); ++state)
-            for (std::size_t code = 0; code < codeCount; ++code)
-                follow(state, code);
+        const std::vector<std::size_t> alike = firstAlike();
+        for (std::size_t state = 0; state < m_automaton.m_states.size(); ++state) {
+            for (std::size_t code = 0; code < codeCount; ++code) {
+                if (alike[code] == code)
+                    follow(state, code);
+                else
+                    m_automaton.m_states[state].next.at(code) = m_automaton.m_states[state].next.at(alike[code]);
+            }
+        }
         return std::move(m_automaton);
     }
 
@@ -370,12 +377,32 @@ private:
 
     const Node &node(int number) const { return m_parser.nodes()[static_cast<std::size_t>(number)]; }
 
+    /// For each code the first one that the same nodes take.
+    std::vector<std::size_t> firstAlike() const {
+        std::map<std::vector<bool>, std::size_t> known;
+        std::vector<std::size_t> first(codeCount);
+        for (std::size_t code = 0; code < codeCount; ++code) {
+            std::vector<bool> taking;
+            for (const Node &each : m_parser.nodes())
+                taking.push_back(each.codes[code]);
+            first[code] = known.try_emplace(std::move(taking), code).first->second;
+        }
+        return first;
+    }
+
+    void countSteps(std::size_t steps) {
+        m_steps += steps;
+        if (m_steps > mostSteps)
+            throw NotRegular();
+    }
+
     /// Where one gets from these without taking anything. A node that takes or hits is such a place.
-    Places reached(const Places &from, bool atStart, bool atEnd) const {
+    Places reached(const Places &from, bool atStart, bool atEnd) {
         std::vector<bool> seen(m_parser.nodes().size());
         Places left = from;
         Places places;
         while (!left.empty()) {
+            countSteps(1);
             const int number = left.back();
             left.pop_back();
             if (seen[static_cast<std::size_t>(number)])
@@ -394,7 +421,7 @@ private:
     }
 
     /// Behind an end stands nothing more that takes: a line feed could.
-    void rejectBehindEnd() const {
+    void rejectBehindEnd() {
         for (const Node &each : m_parser.nodes()) {
             if (each.kind != Node::Kind::Ends)
                 continue;
@@ -425,6 +452,7 @@ private:
 
     void follow(std::size_t state, std::size_t code) {
         Places next;
+        countSteps(m_places[state].size());
         for (const int place : m_places[state])
             if (node(place).kind == Node::Kind::Takes && node(place).codes[code])
                 next.insert(next.end(), node(place).next.begin(), node(place).next.end());
@@ -437,6 +465,7 @@ private:
     Parser m_parser;
     int m_first;
     TextAutomaton m_automaton;
+    std::size_t m_steps = 0;
     std::vector<Places> m_places; // of each state
     std::map<std::pair<Places, bool>, TextAutomaton::StateNumber> m_numbers;
 };

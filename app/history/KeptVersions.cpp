@@ -7,6 +7,7 @@
 #include "platform/dialogs/Dialogs.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <stdexcept>
@@ -95,19 +96,15 @@ void KeptVersions::KeptVersionsMenu_Click() {
     const QString file = fileToOpen(kept);
     const int current = currentPane(kept);
     // Changes that were given up would take the place of the file that they were made to, where that is open.
-    if (window.choice() == KeptWindow::Choice::Compare || (isEnded(kept) && current >= 0)) {
-        open(
-            kept, file, [&] { m_opening.openBeside(current, file); }, 1 - current);
-    } else {
-        const int pane = std::max(m_editor.IndexAttivo(), 0);
-        open(
-            kept, file, [&] { m_opening.openFile(pane, file); }, pane);
-    }
+    if (window.choice() == KeptWindow::Choice::Compare || (isEnded(kept) && current >= 0))
+        open(kept, [&] { m_opening.openBeside(current, file); });
+    else
+        open(kept, [&] { m_opening.openFile(std::max(m_editor.IndexAttivo(), 0), file); });
 }
 
-/// Changes that were given up come back before their file is opened in `pane`; they are as they were when it was not.
-void KeptVersions::open(const KeptFile &kept, const QString &file, const std::function<void()> &procedure,
-                        int pane) const {
+/// Changes that were given up come back before their file is opened, and are given up again where that did not take
+/// them: it was not opened, or they are another one's.
+void KeptVersions::open(const KeptFile &kept, const std::function<void()> &procedure) {
     if (!isEnded(kept)) {
         procedure();
         return;
@@ -116,18 +113,8 @@ void KeptVersions::open(const KeptFile &kept, const QString &file, const std::fu
     const auto journal = bringBackEnded(ops, kept.path);
     if (!journal)
         fail(kept.path, journal.error());
-    const auto isOpen = [&] {
-        return m_editor.DtbAperto(pane) && canonical(openFilePath(m_editor, pane)) == canonical(file);
-    };
-    try {
-        procedure();
-    } catch (...) {
-        if (!isOpen())
-            (void)endAgain(ops, *journal);
-        throw;
-    }
-    if (!isOpen())
-        (void)endAgain(ops, *journal);
+    const auto end = qScopeGuard([&] { (void)endAgainUnlessTaken(ops, *journal); });
+    procedure();
 }
 
 void KeptVersions::remove(const KeptFile &kept, QWidget *parent) const {

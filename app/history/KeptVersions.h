@@ -36,7 +36,7 @@ private:
     /// The file to be opened to see it: itself, or the file that changes were made to; "" where that is not known.
     QString fileToOpen(const KeptFile &kept) const;
     void remove(const KeptFile &kept, QWidget *parent) const;
-    void open(const KeptFile &kept, const QString &file, const std::function<void()> &procedure, int pane) const;
+    static void open(const KeptFile &kept, const std::function<void()> &procedure);
 
     EditorContext &m_editor;
     Opening m_opening;

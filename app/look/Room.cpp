@@ -92,9 +92,7 @@ void Room::noteShare() {
 void Room::moveBorder(int pane, int position) {
     const PaneControls &controls = m_editor.pane(pane).controls();
     const bool above = placing() == PaneRoom::Placing::Above;
-    QRect list = controls.ListaTabelle->geometry();
-    if (!controls.filter->isHidden())
-        list |= controls.filter->geometry();
+    const QRect list = controls.ListaTabelle->geometry();
     const int extent = position - (above ? list.top() : list.left());
     const int whole = above ? controls.IDtb->height() : controls.IDtb->width();
     if (whole > 0)

@@ -168,7 +168,13 @@ SystemResult<QString> bringBackEnded(FileOps &ops, const QString &path) {
     return renamed ? SystemResult<QString>(name) : tl::unexpected(renamed.error());
 }
 
-SystemResult<void> endAgain(FileOps &ops, const QString &path) {
+SystemResult<void> endAgainUnlessTaken(FileOps &ops, const QString &path) {
+    const auto file =
+        OpenFile::openAt(ops, AT_FDCWD, systemPath(path), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (!file)
+        return file.error().number == ENOENT ? SystemResult<void>() : tl::unexpected(file.error());
+    if (const auto held = ops.lock(file->descriptor(), LockKind::Exclusive); !held)
+        return held.error().number == EWOULDBLOCK ? SystemResult<void>() : held;
     return rename(ops, path, path + endedSuffix);
 }
 

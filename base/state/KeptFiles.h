@@ -41,8 +41,8 @@ std::vector<KeptFile> keptInStateFolder();
 /// Such changes are shown by a component when their file is opened next. Gives the path that they have now; the error
 /// where the file system does not do it.
 SystemResult<QString> bringBackEnded(FileOps &ops, const QString &path);
-/// Undoes that.
-SystemResult<void> endAgain(FileOps &ops, const QString &path);
+/// Undoes that where no component has taken them up: it would hold them, or they would stand there no more.
+SystemResult<void> endAgainUnlessTaken(FileOps &ops, const QString &path);
 
 /// The first name for a version of this file that is kept now.
 QString keptName(const QString &name, KeptKind kind, int number);

@@ -324,7 +324,7 @@ void Grid::adoptSelection() {
 }
 
 void Grid::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
-    m_model->tellCurrent(current.row() + 1, current.column() + 1); // before anybody is told of it
+    m_model->tellCurrent(rowOf(current.row()), columnOf(current.column())); // before anybody is told of it
     QTableView::currentChanged(current, previous);
     if (!m_showing)
         adoptSelection();

@@ -60,6 +60,9 @@ public:
     /// Gives each line the icon that `signs` has for it; to be called again, or update(), when they change.
     void setSigns(std::function<LineSign(int line)> signs);
 
+    /// Leaves so many pixels of its own area free above its lines, for a control that is laid over them.
+    void setRoomAboveLines(int height) { setViewportMargins(0, height, 0, 0); }
+
     int TopIndex() const;       ///< The first visible line, 0 in an empty list.
     void setTopIndex(int line); ///< As far as the scroll range goes.
 

@@ -104,6 +104,19 @@ TEST(TextAutomatonTest, ALastLineFeedIsPassedOverByAnEnd) {
         expectAlike(pattern, {"a", "a\n", "a\n\n", "\n", ""});
 }
 
+TEST(TextAutomatonTest, WhatWouldTakeLongToMakeIsLeftToOthers) {
+    for (const QString &pattern : {u"(?:[ab].?.?){90}(?:[ab].?.?){90}x"_s, u"(?:.{1,9}a){40}"_s})
+        for (const bool whole : {false, true})
+            EXPECT_FALSE(TextAutomaton::of(pattern, {.matchCase = false, .whole = whole})) << qPrintable(pattern);
+}
+
+TEST(TextAutomatonTest, IsMadeOfWhatPeopleLookFor) {
+    for (const QString &pattern :
+         {u"^\\d{1,9}-[a-z]{3,20}$"_s, u"\\d{1,3}\\.\\d{1,3}\\.\\d{1,3}\\.\\d{1,3}"_s, u"(pump|valve|motor) ?\\d+"_s,
+          u"[\\w.]+@[\\w.]+\\.[a-z]{2,6}"_s, u"a.*b.*c"_s, u"^\\s*$"_s, u".{100}"_s, u"^.{0,100}$"_s})
+        EXPECT_TRUE(TextAutomaton::of(pattern, {})) << qPrintable(pattern);
+}
+
 TEST(TextAutomatonTest, WhatItCannotTellIsLeftToOthers) {
     for (const QString &pattern :
          {u"(a)\\1"_s, u"a(?=b)"_s, u"a++"_s, u"\\bx"_s, u"a$\\n"_s, u"[[:alpha:]]"_s, u"(?i)a"_s, u"ä"_s, u"a{200}"_s,

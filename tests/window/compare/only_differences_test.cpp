@@ -259,6 +259,35 @@ private Q_SLOTS:
         QCOMPARE(view(fixture, 0).size(), 2);
     }
 
+    void aPressOnTheStripAwayFromMarksGoesToTheNearestShownRecord() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 2000, 2)}, {changed(counted(u"A"_s, 2000, 2), {{1000, 2}, {1990, 2}})});
+        fixture.choose(Command::OnlyDifferencesMenu);
+        auto &band = *fixture.window().findChild<QWidget *>(u"differenceStrip_1"_s);
+        const auto press = [&](int percent) {
+            hands::click(&band, Qt::LeftButton, {}, QPoint(band.width() / 2, band.height() * percent / 100));
+            return fixture.grid(1).Row();
+        };
+        QCOMPARE(press(90), 1990);
+        QCOMPARE(press(25), 1000);
+        QCOMPARE(press(80), 1990);
+        QCOMPARE(press(60), 1000);
+        hands::drag(&band, QPoint(band.width() / 2, 5), QPoint(band.width() / 2, band.height() * 2 / 3));
+        QCOMPARE(fixture.grid(0).selection(), singleCell(1000, 2));
+        for (const int pane : {0, 1})
+            QCOMPARE(view(fixture, pane).size(), 2);
+    }
+
+    void aPressOnTheStripOfEqualTablesShowsNothing() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 50, 2)}, {counted(u"A"_s, 50, 2)});
+        fixture.choose(Command::OnlyDifferencesMenu);
+        auto &band = *fixture.window().findChild<QWidget *>(u"differenceStrip_0"_s);
+        hands::click(&band, Qt::LeftButton, {}, band.rect().center());
+        QCOMPARE(view(fixture, 0), QList<QStringList>());
+        QCOMPARE(fixture.grid(0).Row(), 0);
+    }
+
     void anotherTableShowsItsOwnDifferences() {
         EditorFixture fixture;
         open(fixture);

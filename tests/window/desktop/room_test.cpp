@@ -6,6 +6,8 @@
 #include "tests/window/WindowTest.h"
 
 #include <QHeaderView>
+#include <QLineEdit>
+#include <QScrollBar>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -51,6 +53,32 @@ private Q_SLOTS:
         hands::doubleClick(&border(fixture, 0), Qt::LeftButton);
         for (const int pane : {0, 1})
             QCOMPARE(fixture.list(pane).height(), given);
+    }
+
+    void theGivenFiguresHoldWithAFilterLine() {
+        std::vector<TableOfTexts> tables;
+        for (int i = 1; i <= 15; ++i)
+            tables.push_back(numbers(u"T%1"_s.arg(i), {u"1"_s}));
+        EditorFixture fixture;
+        openBoth(fixture, tables, tables);
+        for (const int pane : {0, 1}) {
+            const QWidget &filter = *fixture.editor().pane(pane).controls().filter;
+            const ListBox &list = fixture.list(pane);
+            QVERIFY(filter.isVisible());
+            checkGivenFigures(fixture, pane);
+            QVERIFY(list.geometry().contains(filter.geometry()));
+            QVERIFY(filter.geometry().bottom() < list.geometry().top() + list.viewport()->y());
+            QVERIFY(filter.geometry().right() < list.geometry().left() + list.verticalScrollBar()->x());
+        }
+        drag(fixture, 0, {0, 60});
+        checkGivenFigures(fixture, 1);
+        QCOMPARE(layoutProblems(fixture.window()), QString());
+        fixture.choose(Command::CloseDatabaseMenu);
+        fixture.open(makeFile(u"FEW.DDB"_s, {pumps()}));
+        fixture.activate(1);
+        fixture.choose(Command::CloseDatabaseMenu);
+        QCOMPARE(fixture.list(0).viewport()->y(), fixture.list(0).frameWidth()); // the lines have its room again
+        checkGivenFigures(fixture, 0);
     }
 
     void theBorderLeavesRoomOnBothSides() {

@@ -45,6 +45,21 @@ private Q_SLOTS:
         QCOMPARE(spoken(fixture, 2, 1), u"1, record 7"_s);
     }
 
+    void amongDifferencesAloneACellSaysItsOwnRecordAndField() {
+        EditorFixture fixture;
+        TableOfTexts right = counted(u"A"_s, 6, 4);
+        for (const auto &[record, field] : {std::pair(2, 4), std::pair(5, 2)})
+            right.fields[static_cast<std::size_t>(field - 1)].texts[record - 1] = u"7"_s;
+        openBoth(fixture, {counted(u"A"_s, 6, 4)}, {right});
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.clickCell(0, 1, 1);
+        hands::key(&fixture.grid(0), Qt::Key_Down);
+        QCOMPARE(spoken(fixture, 2, 1), u"502, record 5, differs"_s);
+        hands::key(&fixture.grid(0), Qt::Key_Right);
+        QCOMPARE(spoken(fixture, 2, 2), u"504, Field4 [long]"_s);
+        QCOMPARE(spoken(fixture, 1, 2), u"204, differs"_s);
+    }
+
     void anEmptyCellSaysSo() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {{u"T"_s, {{u"a"_s, FieldType::Text, {QString(), u"x"_s}}}}}));
         fixture.clickCell(0, 2, 1);

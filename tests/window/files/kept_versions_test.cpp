@@ -54,16 +54,18 @@ class KeptVersionsTest : public WindowTest {
             return pressButton(dialog, button);
         });
     }
+    void openProtected(EditorFixture &fixture, const QString &name, const QString &password) const {
+        fixture.dialogs().expectFile(u"File DDB,WDB,UDB,SDB,IDB"_s, path(name));
+        fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), password);
+        fixture.choose(Command::OpenDatabase);
+    }
     /// Changes a pump's name, and gives the change up.
     void giveUpAChange(const QString &name, const QString &text, const QString &password = {}) const {
         EditorFixture fixture;
-        if (!password.isEmpty()) {
-            fixture.dialogs().expectFile(u"File DDB,WDB,UDB,SDB,IDB"_s, path(name));
-            fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), password);
-            fixture.choose(Command::OpenDatabase);
-        } else {
+        if (!password.isEmpty())
+            openProtected(fixture, name, password);
+        else
             fixture.open(path(name));
-        }
         edit(fixture, 0, 1, 2, text);
         fixture.dialogs().expectMessage(saveQuestion(path(name).toUpper()), u"QIR Database Editor"_s, u"No"_s);
         fixture.choose(Command::CloseDatabaseMenu);
@@ -156,6 +158,8 @@ private Q_SLOTS:
         fixture.choose(Command::KeptVersionsMenu);
         QCOMPARE(fixture.texts(0)[0][1], u"given up"_s);
         QVERIFY(fixture.database(0).DtbHasChanged());
+        QCOMPARE(journals().size(), 1);
+        QVERIFY(!journals()[0].endsWith(u".ended"_s)); // the session goes on with it
         fixture.database(0).setDtbHasChanged(false);
     }
 
@@ -199,9 +203,7 @@ private Q_SLOTS:
         expectKept(fixture, lines, 0, u"Close"_s);
         fixture.choose(Command::KeptVersionsMenu);
         QCOMPARE(lines, QStringList(u"A protected file|Changes not saved"_s));
-        fixture.dialogs().expectFile(u"File DDB,WDB,UDB,SDB,IDB"_s, path(u"A.DDB"_s));
-        fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), u"key"_s);
-        fixture.choose(Command::OpenDatabase);
+        openProtected(fixture, u"A.DDB"_s, u"key"_s);
         expectKept(fixture, lines, 0, u"Compare"_s);
         fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), u"key"_s);
         fixture.dialogs().expect(messageNaming({u"are there again; they are still unsaved"_s}));
@@ -225,6 +227,47 @@ private Q_SLOTS:
         QVERIFY(!fixture.isOpen(0));
         QCOMPARE(journals(), before);
         QVERIFY(before.size() == 1 && before[0].endsWith(u".ended"_s));
+    }
+
+    void changesToAnotherProtectedFileStayAsTheyWere() {
+        makeFile(u"A.DDB"_s, {pumps()}, u"key"_s);
+        makeFile(u"B.DDB"_s, {pumps()}, u"other"_s);
+        giveUpAChange(u"B.DDB"_s, u"given up"_s, u"other"_s);
+        const QStringList before = journals();
+        EditorFixture fixture;
+        openProtected(fixture, u"A.DDB"_s, u"key"_s);
+        QStringList lines;
+        for (const QString &button : {u"Compare"_s, u"Open"_s}) {
+            expectKept(fixture, lines, 0, button);
+            fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), u"key"_s);
+            fixture.dialogs().expect(messageNaming({u"that this password does not open"_s}));
+            fixture.choose(Command::KeptVersionsMenu);
+            QVERIFY(fixture.isOpen(1));
+            QCOMPARE(journals(), before);
+        }
+        expectKept(fixture, lines, 0, u"Close"_s);
+        fixture.choose(Command::KeptVersionsMenu);
+        QCOMPARE(lines, QStringList(u"A protected file|Changes not saved"_s));
+        fixture.activate(0);
+        openProtected(fixture, u"B.DDB"_s, u"other"_s);
+        QCOMPARE(fixture.texts(0)[0][1], u"Main"_s); // nobody has asked for them
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+    }
+
+    void changesToADatabaseThatStoodThereBeforeStayAsTheyWere() {
+        makeFile(u"A.DDB"_s, {pumps()});
+        giveUpAChange(u"A.DDB"_s, u"given up"_s);
+        const QStringList before = journals();
+        QVERIFY(QFile::remove(path(u"A.DDB"_s)));
+        makeFile(u"A.DDB"_s, {valves()});
+        EditorFixture fixture;
+        QStringList lines;
+        expectKept(fixture, lines, 0, u"Open"_s);
+        fixture.dialogs().expect(messageNaming({u"another database that stood here before"_s}));
+        fixture.choose(Command::KeptVersionsMenu);
+        QVERIFY(fixture.isOpen(0));
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+        QCOMPARE(journals(), before);
     }
 
     void removingAsksAndTheListFollows() {
