@@ -135,6 +135,7 @@ TEST_P(ProgramTest, AReaderThatClosesThePipeEarlyIsNoTroubleOfOurs) {
 
 TEST_P(ProgramTest, WhatAnotherProgramHasSavedMeanwhileStands) {
     makePumps();
+    const QStringList files = QDir(path(u"."_s)).entryList(QDir::Files);
     Session session = Session::open(path(u"PUMP.DDB"_s), {});
     session.database().QIRTableRecordSource(u"Pumps"_s);
     session.database().setQIRTableRecordsPointerOut(1);
@@ -143,7 +144,7 @@ TEST_P(ProgramTest, WhatAnotherProgramHasSavedMeanwhileStands) {
     EXPECT_THROW(session.saveChanges(), FileError);
     EXPECT_THROW(session.save(), FileError);
     EXPECT_EQ(done({u"get"_s, u"PUMP.DDB"_s, u"Pumps"_s, u"1"_s, u"Speed"_s}), "8\n");
-    EXPECT_EQ(QDir(path(u"."_s)).entryList(QDir::Files).size(), 1);
+    EXPECT_EQ(QDir(path(u"."_s)).entryList(QDir::Files), files);
 }
 
 // --- import and export ---
