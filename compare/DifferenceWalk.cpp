@@ -214,10 +214,15 @@ void DifferenceWalk::show(const Cell &cell, Scroll scroll) {
     const int pane = has(active) ? active : 1 - active;
     Grid &grid = m_editor.Tabella(pane);
     grid.setSelection(singleCell(cell.row, cell.column)); // the other grid follows as far as it is large enough
+    Grid &other = m_editor.Tabella(1 - pane);
+    if (has(1 - pane) && other.selection() != grid.selection()) { // but not where this one stood there already
+        const GridSilence silence(other);
+        other.setSelection(grid.selection());
+    }
     if (scroll == Scroll::ToMiddle)
         grid.scrollTo(grid.cellIndex(cell.row, cell.column), QAbstractItemView::PositionAtCenter);
     grid.bringCellIntoView();
-    m_editor.Tabella(1 - pane).followScroll(grid);
+    other.followScroll(grid);
 }
 
 void DifferenceWalk::tellEnd(Direction direction) {

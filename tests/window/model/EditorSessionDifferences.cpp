@@ -89,7 +89,14 @@ void EditorSession::walk(bool forward) {
     if (known && wanted) {
         if (now != line || std::pair(std::max(m_fixture->grid(0).Row(), m_fixture->grid(1).Row()),
                                      std::max(m_fixture->grid(0).Col(), m_fixture->grid(1).Col())) != *wanted)
-            fail(u"the walk is not at (%1, %2)"_s.arg(wanted->first).arg(wanted->second));
+            fail(u"the walk from pane %1 is at (%2, %3) of line %4 and (%5, %6), not at (%7, %8)"_s.arg(active)
+                     .arg(grid.Row())
+                     .arg(grid.Col())
+                     .arg(now)
+                     .arg(other.Row())
+                     .arg(other.Col())
+                     .arg(wanted->first)
+                     .arg(wanted->second));
         return;
     }
     if (!linedUp()) {
