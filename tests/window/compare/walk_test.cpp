@@ -86,6 +86,22 @@ private Q_SLOTS:
         QCOMPARE(left(fixture) + right(fixture), QString());
     }
 
+    void bothGridsGoToAStopWhereOneOfThemStandsAlready() {
+        EditorFixture fixture;
+        openBoth(fixture, {changedTable(u"T"_s, 4, 1, {{3, 1}})}, {counted(u"T"_s, 3, 1)});
+        fixture.clickLine(0, 0);
+        fixture.activate(1);
+        {
+            const GridSilence left(fixture.grid(0));
+            const GridSilence right(fixture.grid(1));
+            fixture.grid(0).setSelection(singleCell(4, 1));
+            fixture.grid(1).setSelection(singleCell(3, 1));
+        }
+        hands::strike(fixture.window(), Qt::Key_F7, {}, {});
+        QCOMPARE(fixture.grid(0).Row(), 3);
+        QCOMPARE(fixture.grid(1).Row(), 3);
+    }
+
     void datesAreReadable_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("date");
