@@ -220,6 +220,9 @@ RC_GTEST_PROP(ColumnProperty, AColumnIsAListOfValuesWhateverItsChunks, ()) {
     pair.append(chunk);
     const auto value = [&] { return type == ColumnType::Bool ? *rc::gen::inRange(0, 2) : *rc::gen::inRange(0, 1000); };
     for (int i = *rc::gen::inRange(0, 12); i > 0; --i) {
+        // The only record may have been removed before.
+        if (pair.size() == 0)
+            pair.append(1);
         // Around the ends of chunks.
         const std::size_t near = *rc::gen::element(std::size_t{0}, chunk - 6, chunk, 2 * chunk - 8);
         const std::size_t record = std::min(near + *rc::gen::inRange(std::size_t{0}, std::size_t{8}), pair.size() - 1);
