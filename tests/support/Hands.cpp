@@ -96,6 +96,22 @@ QString textOf(Qt::Key key) {
     }
 }
 
+/// The fingers on the modifiers, which come down before what they go with and leave after it.
+void hold(const QPointer<QWindow> &window, Qt::KeyboardModifiers modifiers, QEvent::Type type) {
+    constexpr std::pair<Qt::KeyboardModifier, Qt::Key> keys[] = {
+        {Qt::ControlModifier, Qt::Key_Control}, {Qt::AltModifier, Qt::Key_Alt}, {Qt::ShiftModifier, Qt::Key_Shift}};
+    Qt::KeyboardModifiers others;
+    for (const auto &[modifier, key] : keys) {
+        if (!modifiers.testFlag(modifier))
+            continue;
+        if (window)
+            qt_handleKeyEvent(window, type, key, type == QEvent::KeyPress ? others : modifiers & ~modifier & ~others,
+                              {}, false, 1);
+        others |= modifier;
+        turnLoop();
+    }
+}
+
 QString typed(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     if (modifiers.testAnyFlags(Qt::ControlModifier | Qt::AltModifier))
         return {};
@@ -129,6 +145,7 @@ void Mouse::send(QPoint point, QEvent::Type type) {
 
 void Mouse::press(QPoint point) {
     activate(m_window);
+    hold(m_window, m_modifiers, QEvent::KeyPress);
     m_down = true;
     send(point, QEvent::MouseButtonPress);
 }
@@ -140,6 +157,7 @@ void Mouse::move(QPoint point) {
 void Mouse::release(QPoint point) {
     m_down = false;
     send(point, QEvent::MouseButtonRelease);
+    hold(m_window, m_modifiers, QEvent::KeyRelease);
 }
 
 void Mouse::click(QPoint point) {
@@ -155,11 +173,13 @@ void Mouse::doubleClick(QPoint point) {
 void strike(QWidget &window, Qt::Key key, Qt::KeyboardModifiers modifiers, const QString &text) {
     const QPointer<QWindow> handle(window.windowHandle());
     activate(handle);
+    hold(handle, modifiers, QEvent::KeyPress);
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         if (handle)
             qt_handleKeyEvent(handle, type, key, modifiers, text, false, 1);
         turnLoop();
     }
+    hold(handle, modifiers, QEvent::KeyRelease);
 }
 
 void press(QWidget *control, Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint point) {
