@@ -22,10 +22,17 @@ endif()
 include(QirHardening)
 qir_harden(qir_flags)
 
+# Libraries whose sources are not compiled together: several have helpers of one name, and without headers of windows there is
+# little to gain.
+set(QIR_COMPILED_APART qir_compare_engine qir_container qir_dbfile qir_journal qir_model)
+
 # qir_library(NAME SOURCES file... [LINK target...]): a static library of one folder.
 function(qir_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
   add_library(${name} STATIC ${arg_SOURCES})
+  if(QIR_UNITY AND NOT name IN_LIST QIR_COMPILED_APART)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 16)
+  endif()
   target_link_libraries(${name} PUBLIC qir_flags ${arg_LINK})
 endfunction()
 

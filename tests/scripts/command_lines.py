@@ -66,7 +66,7 @@ def lines_of(name):
             section, in_list = line, False
         elif line and not line.startswith(" "):
             in_list = re.match(r"[-*] |\d+\. ", line) is not None
-        indented = line.startswith("    ") and not in_list
+        indented = line.startswith(" " * (7 if in_list else 4))
         block = indented and (blank or block)
         if block:
             command = line.strip()
@@ -185,14 +185,18 @@ class Checks:
     def of_cmake(self, command):
         self.counts["looked at"] += 1
         unknown = [name for name in re.findall(r"--preset (\S+)", command) if name not in self.presets]
-        if "--preset" not in command and not re.fullmatch(r"cmake --build build/(release|asan)( --target [\w-]+)*", command):
+        targets = re.fullmatch(r"cmake --build build/(?:release|asan)((?: --target)?(?: [\w-]+)*)", command)
+        if "--preset" not in command and targets is None:
             return "no test runs it"
-        return f"there is no preset {unknown}" if unknown else ""
+        if targets is not None:
+            unknown += [name for name in targets.group(1).split() if name != "--target" and name not in self.entries]
+        return f"unknown: {unknown}" if unknown else ""
 
     def of_ctest(self, command):
         self.counts["looked at"] += 1
-        wanted = re.findall(r"-R (\S+)", command)
-        return "" if all(any(name in entry for entry in self.entries) for name in wanted) else "there is no such entry"
+        wanted = [name.strip("\"'") for name in re.findall(r"-R (\S+)", command)]
+        found = all(any(re.search(name, entry) for entry in self.entries) for name in wanted)
+        return "" if found else "there is no such entry"
 
     def of_benchmark(self, name):
         self.counts["looked at"] += 1
