@@ -26,7 +26,7 @@ namespace {
 constexpr auto keysPage = "keys"_L1; // what the guide calls its page on keys
 constexpr int contentsColumns = 40;  // sizes in characters
 constexpr int textColumns = 86;
-constexpr int pictureIndent = 12; // margins, and the indent of a list
+constexpr int pictureIndent = 16; // margins, the bar at the side and the indent of a list
 constexpr int lines = 40;
 
 /// Room in the tables, and one line between cells instead of a frame round each.
