@@ -22,9 +22,10 @@ endif()
 include(QirHardening)
 qir_harden(qir_flags)
 
-# Libraries whose sources are not compiled together: several have helpers of one name, and without headers of windows there is
-# little to gain.
-set(QIR_COMPILED_APART qir_compare_engine qir_container qir_dbfile qir_journal qir_model)
+# Libraries whose sources are not compiled together: several have helpers of one name, and where no headers of windows
+# are read there is little to gain.
+set(QIR_COMPILED_APART qir_cli_edit qir_cli_exchange qir_cli_tables qir_compare_engine qir_compare_keyed qir_container
+    qir_dbfile qir_journal qir_model)
 
 # qir_library(NAME SOURCES file... [LINK target...]): a static library of one folder.
 function(qir_library name)
