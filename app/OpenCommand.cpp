@@ -147,6 +147,7 @@ bool OpenCommand::reload(int pane, const QString &name) {
         askYesNo(window, tr("Database '%1' has changes that are not saved.\r\nReload it and drop them?").arg(name),
                  applicationTitle()) != Answer::Yes)
         return false;
+    rememberPlace(name, openFilePath(m_editor, pane)); // another file may have been chosen by this name since
     std::optional<FreedMemoryWipe> wipe;
     if (DatabaseProtetto(name))
         wipe.emplace();

@@ -1244,6 +1244,10 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>Forget recent files and pairs, key fields, the folder used last and the window&apos;s place?</source>
         <translation>Zuletzt geöffnete Dateien und Paare, Schlüsselfelder, den zuletzt benutzten Ordner und den Platz des Fensters vergessen?</translation>
     </message>
+    <message>
+        <source>This cannot be kept: what is remembered cannot be written. It holds until the end of the program.</source>
+        <translation>Das lässt sich nicht dauerhaft behalten: Gemerktes kann nicht geschrieben werden. Es gilt bis zum Ende des Programms.</translation>
+    </message>
 </context>
 <context>
     <name>qir::FindBar</name>

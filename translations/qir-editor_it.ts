@@ -1244,6 +1244,10 @@ Salvare le modifiche?</translation>
         <source>Forget recent files and pairs, key fields, the folder used last and the window&apos;s place?</source>
         <translation>Dimenticare file e coppie recenti, campi chiave, l&apos;ultima cartella usata e il posto della finestra?</translation>
     </message>
+    <message>
+        <source>This cannot be kept: what is remembered cannot be written. It holds until the end of the program.</source>
+        <translation>Questo non può essere conservato: lo stato ricordato non si può scrivere. Vale fino alla fine del programma.</translation>
+    </message>
 </context>
 <context>
     <name>qir::FindBar</name>

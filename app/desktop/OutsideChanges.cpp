@@ -135,7 +135,9 @@ void OutsideChanges::tell(int pane, const FileContent &found) {
 }
 
 bool OutsideChanges::holdsTheSame(int pane) {
-    const bool same = holdsSameDatabase(m_editor.OggettoDtb(pane), followed(pane).name);
+    if (openFileProtection(m_editor, pane) == Protection::Protected)
+        return false;
+    const bool same = holdsSameDatabase(m_editor.OggettoDtb(pane), followed(pane).name, openFilePath(m_editor, pane));
     m_editor.pane(pane).currentTableLost();
     return same;
 }

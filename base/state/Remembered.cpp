@@ -93,12 +93,12 @@ QJsonObject Remembered::load() const {
     return m_unwritten ? *m_unwritten : QJsonDocument::fromJson(m_file.read()).object();
 }
 
-void Remembered::change(const std::function<void(QJsonObject &)> &edit) {
+bool Remembered::change(const std::function<void(QJsonObject &)> &edit) {
     QJsonObject state = load();
     const QJsonObject before = state;
     edit(state);
     if (state == before)
-        return;
+        return !m_unwritten;
     QByteArray bytes = QJsonDocument(state).toJson();
     if (bytes.size() > StateFile::mostBytes) { // by key fields alone, of tables with very many
         state.remove(keysKey);
@@ -108,6 +108,7 @@ void Remembered::change(const std::function<void(QJsonObject &)> &edit) {
         m_unwritten.reset();
     else
         m_unwritten = state;
+    return !m_unwritten;
 }
 
 bool Remembered::mayKeep(Protection protection) const {
@@ -243,11 +244,11 @@ bool Remembered::keepsProtected() const {
     return choice(keepsProtectedKey, u"no"_s) == u"yes"_s;
 }
 
-void Remembered::setKeepsProtected(bool keeps) {
-    setChoice(keepsProtectedKey, keeps ? u"yes"_s : u"no"_s);
+bool Remembered::setKeepsProtected(bool keeps) {
+    const bool kept = setChoice(keepsProtectedKey, keeps ? u"yes"_s : u"no"_s);
     if (keeps)
-        return;
-    change([](QJsonObject &state) {
+        return kept;
+    return change([](QJsonObject &state) {
         for (const QLatin1StringView key : {filesKey, pairsKey, keysKey})
             removeFrom(state, key, [](const QJsonObject &entry) { return entry.value(protectedKey).toBool(); });
     });
@@ -257,18 +258,18 @@ QString Remembered::choice(const QString &name, const QString &usual) const {
     return load().value(choicesKey).toObject().value(name).toString(usual);
 }
 
-void Remembered::setChoice(const QString &name, const QString &value) {
-    change([&](QJsonObject &state) {
+bool Remembered::setChoice(const QString &name, const QString &value) {
+    return change([&](QJsonObject &state) {
         QJsonObject choices = state.value(choicesKey).toObject();
         choices.insert(name, value);
         state.insert(choicesKey, choices);
     });
 }
 
-void Remembered::forget() {
+bool Remembered::forget() {
     m_folder.clear();
     m_kind.clear();
-    change([](QJsonObject &state) {
+    return change([](QJsonObject &state) {
         for (const QLatin1StringView key : {filesKey, pairsKey, keysKey, folderKey, kindKey, windowKey})
             state.remove(key);
     });

@@ -108,14 +108,14 @@ TEST_F(RememberedTest, NothingIsKeptOfProtectedFilesUnlessTheUserAllowsIt) {
     EXPECT_FALSE(stored().contains("SECRET"));
     EXPECT_FALSE(stored().contains("hidden"));
     EXPECT_EQ(state.folder(), u"/hidden"_s) << "this session's dialogs";
-    state.setKeepsProtected(true);
+    EXPECT_TRUE(state.setKeepsProtected(true));
     state.noteFile(u"/SECRET.DDB"_s, Protection::Protected);
     state.notePair(pair, Protection::Protected);
     state.noteKeyFields(pair, u"T"_s, {u"Id"_s}, Protection::Protected);
     EXPECT_EQ(another().files(), QStringList{u"/SECRET.DDB"_s});
     EXPECT_EQ(another().pairs().size(), 1);
     EXPECT_EQ(another().keyFields(pair, u"T"_s), QStringList{u"Id"_s});
-    state.setKeepsProtected(false);
+    EXPECT_TRUE(state.setKeepsProtected(false));
     EXPECT_FALSE(stored().contains("SECRET"));
 }
 
@@ -144,7 +144,7 @@ TEST_F(RememberedTest, ForgettingLeavesTheUsersChoicesAlone) {
     state.noteChosen(u"/dir/A.WDB"_s, Protection::Open);
     state.noteWindowPlace({QRect(1, 2, 300, 400), true});
     state.setChoice(u"colours"_s, u"dark"_s);
-    state.forget();
+    EXPECT_TRUE(state.forget());
     EXPECT_EQ(another().choice(u"colours"_s, u"system"_s), u"dark"_s);
     state.setChoice(u"colours"_s, u"system"_s);
     EXPECT_FALSE(stored().contains("/A"));
@@ -228,8 +228,10 @@ TEST_F(RememberedTest, WhereNothingCanBeWrittenTheStateHoldsForTheSession) {
         state.noteFile(u"/B"_s, Protection::Open);
         EXPECT_EQ(state.files(), (QStringList{u"/B"_s, u"/A"_s}));
         EXPECT_TRUE(another().files().isEmpty());
-        state.forget();
+        EXPECT_FALSE(state.forget());
         EXPECT_TRUE(state.files().isEmpty());
+        EXPECT_FALSE(state.setKeepsProtected(true));
+        EXPECT_FALSE(state.setKeepsProtected(false));
     }
 }
 

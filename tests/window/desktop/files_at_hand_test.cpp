@@ -222,6 +222,23 @@ private Q_SLOTS:
         QCOMPARE(offered(recentMenu(fixture, u"RecentPairsMenu"_s)), QStringList());
     }
 
+    void forgettingThatCannotBeKeptIsTold() {
+        const QString state = qEnvironmentVariable("XDG_STATE_HOME") + u"/qir/editor.json"_s;
+        QFile::remove(state);
+        QVERIFY(QDir().mkpath(state)); // in the way
+        EditorFixture fixture;
+        openBoth(fixture, {pumps()}, {valves()});
+        fixture.dialogs().expectMessage(
+            u"Forget recent files and pairs, key fields, the folder used last and the window's place?"_s, u"?"_s,
+            u"Yes"_s);
+        fixture.dialogs().expectMessage(
+            u"This cannot be kept: what is remembered cannot be written. It holds until the end of the program."_s,
+            u"!"_s, u"OK"_s);
+        fixture.choose(Command::ForgetMenu);
+        QCOMPARE(offered(recentMenu(fixture, u"RecentFilesMenu"_s)), QStringList());
+        QVERIFY(QDir().rmdir(state));
+    }
+
     void theFileDialogsStartInTheFolderUsedLast() {
         const QString file = makeFile(u"DEEP/A.WDB"_s, {pumps()});
         {

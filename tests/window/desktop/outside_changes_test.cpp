@@ -1,3 +1,4 @@
+#include "app/desktop/OpenFiles.h"
 #include "app/desktop/OutsideChanges.h"
 #include "tests/support/Hands.h"
 #include "tests/window/WindowTest.h"
@@ -131,6 +132,23 @@ private Q_SLOTS:
         fixture.open(file);
         QTRY_COMPARE(touched.size(), 2); // opened, and looked at again
         QVERIFY(!bar(fixture, 0).isVisible());
+    }
+
+    void twinsWhoseNamesDifferInCaseAreToldApart() {
+        makeTwins(u"a.ddb"_s, {}, u"A.ddb"_s);
+        makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"5"_s})});
+        EditorFixture fixture;
+        fixture.openBoth(path(u"a.ddb"_s), path(u"A.ddb"_s));
+        QCOMPARE(openFilePath(fixture.editor(), 0), path(u"a.ddb"_s));
+        QCOMPARE(openFilePath(fixture.editor(), 1), path(u"A.ddb"_s));
+        elsewhere(u"cat A.ddb > K; touch -r a.ddb K; mv K a.ddb"_s);
+        QTRY_COMPARE(bar(fixture, 0).text(), u"'%1' was changed by another program."_s.arg(path(u"a.ddb"_s)));
+        elsewhere(u"cat B.DDB > a.ddb"_s);
+        QTRY_VERIFY(fileBytes(path(u"a.ddb"_s)) == fileBytes(path(u"B.DDB"_s)));
+        press(fixture, 0, u"reload"_s);
+        QCOMPARE(fixture.database(0).QIRTableName(1), u"T"_s);
+        QCOMPARE(fixture.database(1).QIRTableName(1), u"Valves"_s);
+        QVERIFY(!bar(fixture, 1).isVisible());
     }
 
     void aFileThatComesBackIsTold() {
