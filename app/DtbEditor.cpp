@@ -194,7 +194,7 @@ void DtbEditor::showTwoPanes() {
 }
 
 void DtbEditor::openBeside(int pane, const QString &path) {
-    if (!m_open.mayReplace(1 - pane)) // the bar's button says nothing of that database
+    if (!m_open.makeWay(1 - pane, path)) // the bar's button says nothing of that database
         return;
     showTwoPanes();
     m_open.openFile(1 - pane, path);

@@ -1757,22 +1757,6 @@ Sollen die Änderungen gespeichert werden?</translation>
 <context>
     <name>qir::NoticeBar</name>
     <message>
-        <source>&amp;Reload</source>
-        <translation>&amp;Neu laden</translation>
-    </message>
-    <message>
-        <source>&amp;Keep Mine</source>
-        <translation>&amp;Meine behalten</translation>
-    </message>
-    <message>
-        <source>&amp;Compare</source>
-        <translation>&amp;Vergleichen</translation>
-    </message>
-    <message>
-        <source>&amp;Dismiss</source>
-        <translation>Schl&amp;ießen</translation>
-    </message>
-    <message>
         <source>Show what is on disk now, at the same table and cell.</source>
         <translation>Zeigt, was jetzt auf der Platte steht, bei derselben Tabelle und Zelle.</translation>
     </message>
@@ -1787,6 +1771,22 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Close this line. Nothing is decided by that.</source>
         <translation>Schließt diese Zeile. Damit wird nichts entschieden.</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Keep Mine</source>
+        <translation>Meine behalten</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
