@@ -53,7 +53,8 @@ protected:
     QVariant loadResource(int type, const QUrl &name) override {
         if (type != QTextDocument::ImageResource)
             return QTextBrowser::loadResource(type, name);
-        const QImage picture(u":/"_s + name.path());
+        // Of few colours no mixed ones could be made.
+        const QImage picture = QImage(u":/"_s + name.path()).convertToFormat(QImage::Format_RGB32);
         return picture.width() <= m_pictureWidth ? picture
                                                  : picture.scaledToWidth(m_pictureWidth, Qt::SmoothTransformation);
     }
