@@ -12,8 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int longestExample = 60; // characters of a value that is named
-
 QString shapeWords(const FieldShape &shape) {
     const QString name = DBTypeName(static_cast<int>(shape.type));
     return shape.type == FieldType::Text ? u"%1 (%2)"_s.arg(name).arg(shape.size) : name;

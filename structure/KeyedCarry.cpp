@@ -6,6 +6,7 @@
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
+#include "structure/CarryLosses.h"
 #include "view/TableLoader.h"
 
 #include <algorithm>
@@ -18,7 +19,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::size_t mostFieldsTold = 8;
-constexpr qsizetype longestExample = 60; // characters of a value that is named
 
 int recordOn(const CarriedChange &change, int side) {
     return side == 0 ? change.records.left : change.records.right;
