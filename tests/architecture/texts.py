@@ -18,7 +18,7 @@ SHARED = ["compare/engine", "compare/report", "platform/automation"]
 
 # What stands before a literal that no person reads.
 NOT_SHOWN = re.compile(
-    r"(?:setObjectName\(|add(?:Button|Text|Box)\(\*\w+, (?:\d, ){0,2}|findChild<[^>]*>\(|\bname\(\*?[\w.>-]+, |RichiamaTabella\(\w+, |\.method\([^\"]*|QFile \w+\(|"
+    r"(?:QStringList keys\{[^}]*|QSettings\(QSettings::UserScope, |setObjectName\(|add(?:Button|Text|Box)\(\*\w+, (?:\d, ){0,2}|findChild<[^>]*>\(|\bname\(\*?[\w.>-]+, |RichiamaTabella\(\w+, |\.method\([^\"]*|QFile \w+\(|"
     r"startsWith\(|option == |isSet\(|m_picture\(|m_left\(|m_right\(|m_language\(|m_compare\(|addFile\(|constexpr auto \w+ = |names\{[^}]*|\{Command::\w+, |addPositionalArgument\(|setStyleSheet\(|qEnvironmentVariable\w*\(|"
     r"html (?:\+?=) ?(?:[^;]*\+ )?|\.replace\([^;]*|static_assert\([^\"]*|Q_ASSERT_X\([^\"]*|"
     r"allowedIn\w+ = |[fF]ormat = |magic = |plugin\w* = )(?:u|QLatin1StringView\()?$", re.S)

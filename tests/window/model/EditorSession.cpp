@@ -237,8 +237,6 @@ void EditorSession::trigger(Command command) {
 void EditorSession::closePopup() {
     if (QWidget *popup = QApplication::activePopupWidget())
         popup->close();
-    else
-        skip();
 }
 
 void EditorSession::expectEntries(const QMenu &menu, const QStringList &names) {
