@@ -206,7 +206,7 @@ void clsQirDatabase::recoverChanges(std::uint64_t bodySize, const QString &passw
                         m_database);
     m_journal.follow(m_database, base, m_file.keysOnDisk());
     if (outcome.journal)
-        m_journal.adopt(std::move(*outcome.journal));
+        m_journal.adopt(std::move(*outcome.journal), outcome.changed);
     m_changed = m_changed || outcome.changed;
     tellOfFile(outcome.notices);
 }
@@ -299,6 +299,7 @@ void clsQirDatabase::SaveDtb() {
             raise(u"The database has no file name yet."_s);
         const QByteArray body = encodeBody(m_database);
         expectKeys();
+        m_hadPassword = m_hadPassword || m_file.keysOnDisk().isProtected();
         if (const Result<void> saved = m_file.save(body); !saved)
             raise(saved.error().text);
         m_changed = m_changedAnyway = false;
@@ -307,6 +308,8 @@ void clsQirDatabase::SaveDtb() {
         m_savedState = m_database.history().state();
         m_database.endJoining();
         followFile(static_cast<std::uint64_t>(body.size()));
+        if (m_file.keysOnDisk().isProtected() || !m_hadPassword) // else they tell what the password had hidden
+            m_journal.keepSteps();
     });
 }
 

@@ -248,6 +248,7 @@ private:
     bool m_changedAnyway = false;   // in more than the tables, or by order: no way back makes it saved
     std::uint64_t m_savedState = 0; // of the history
     bool m_droppedTold = false;
+    bool m_hadPassword = false; // in this session, before a save
     std::size_t m_stepBudget; // bytes
     QString m_changedTable;
     int m_changedRecord = 0;

@@ -2,6 +2,7 @@
 
 #include "base/ErrorWords.h"
 #include "qirtbase/journal/JournalFolder.h"
+#include "qirtbase/journal/KeptSteps.h"
 #include "qirtbase/model/BodyCodec.h"
 
 #include <algorithm>
@@ -46,9 +47,36 @@ void Journal::follow(Database &database, JournalBase base, const ContainerKeys &
     database.setListener(this);
 }
 
-void Journal::adopt(JournalFile file) {
+std::uint64_t Journal::keptStepsLimit(std::uint64_t bodySize) {
+    constexpr std::uint64_t always = std::uint64_t{16} << 20;
+    return std::max(always, bodySize / 4);
+}
+
+void Journal::keepSteps() noexcept {
+    if (!isRecording() || m_file)
+        return;
+    try {
+        const KeptStepRecords records = encodeKeptSteps(*m_database, keptStepsLimit(m_base.bodySize));
+        if (records.payloads.empty())
+            return;
+        makeFile();
+        for (const QByteArray &payload : records.payloads)
+            require(m_file->append(payload));
+        require(m_file->sync());
+        m_keptEnd = m_file->offset();
+        m_stepsDone = records.done;
+        m_stepsUndone = records.undone;
+    } catch (...) { // nothing that was typed is lost
+        if (m_file)
+            (void)m_file->remove();
+        m_file.reset();
+    }
+}
+
+void Journal::adopt(JournalFile file, bool changed) {
     m_keys = file.keys().clone(); // may be those of a password that was not saved yet
     m_file.emplace(std::move(file));
+    m_keptEnd = changed ? 0 : m_file->offset();
     m_stepsDone = m_database->history().done();
     m_stepsUndone = m_database->history().count() - m_stepsDone;
     m_state = m_database->history().state();
@@ -63,6 +91,7 @@ void Journal::stop() {
     m_depth = 0;
     m_lastTable = nullptr;
     m_stepsDone = m_stepsUndone = 0;
+    m_keptEnd = 0;
     m_unsynced = false;
 }
 
@@ -378,6 +407,7 @@ void Journal::writeAnew() {
     encodeMark(m_pending, JournalOperation::GroupEnd);
     writePending();
     m_stepsDone = m_stepsUndone = 0; // the image is another step to whoever reads it
+    m_keptEnd = 0;
     m_unsynced = false;
     if (m_options.notice && !m_lossTold)
         m_options.notice(u"%1: another program took away the journal that keeps its unsaved changes; it "
@@ -393,11 +423,14 @@ void Journal::reseal(const ContainerKeys &keys) {
     if (!isRecording() || !hasRecords())
         return;
     guarded([&] {
+        const bool hadChanges = hasChanges();
         JournalHead head = m_file->head();
         head.keyInFile = false;
         auto resealed = JournalFile::replace(*m_file, std::move(head), m_keys, *m_options.random);
         if (!resealed)
             throw WriteFailed{resealed.error()};
+        if (!hadChanges)
+            m_keptEnd = resealed->offset();
         m_file.emplace(std::move(*resealed));
     });
 }
@@ -423,7 +456,9 @@ void Journal::discard() noexcept {
 
 void Journal::retire() noexcept {
     guarded([&] {
-        if (hasRecords()) {
+        if (hasRecords() && !hasChanges()) {
+            (void)m_file->remove();
+        } else if (hasRecords()) {
             encodeMark(m_pending, JournalOperation::Ended); // above all for the time of the last change
             (void)m_file->append(m_pending);
             (void)m_file->retire();

@@ -54,8 +54,12 @@ public:
     /// written, until reseal() gives others. No journal is made before the first change. One that was followed before
     /// is left as it is on disk.
     void follow(Database &database, JournalBase base, const ContainerKeys &keys);
-    /// Goes on with a journal whose changes the database already has, and all of its steps.
-    void adopt(JournalFile file);
+    /// Right after follow(): begins a journal with the steps that the database has, so that they too survive a crash; as
+    /// many of the last ones as keptStepsLimit() has room for. Where that fails they are lost in a crash.
+    void keepSteps() noexcept;
+    /// Goes on with a journal whose changes the database already has, and all of its steps. `changed` is whether the
+    /// file has not got all of these changes.
+    void adopt(JournalFile file, bool changed);
     /// Listens to nobody any more; what is on disk stays.
     void stop();
 
@@ -72,6 +76,8 @@ public:
     /// all that has changed, and the user is told once.
     void syncPending() noexcept;
     bool hasRecords() const { return m_file.has_value() && m_file->offset() > 0; }
+    /// How many bytes the steps of before a save may take in the journal of a database whose body has so many.
+    static std::uint64_t keptStepsLimit(std::uint64_t bodySize);
 
     void changed(const Change &change) noexcept override;
     void groupBegan() noexcept override;
@@ -99,6 +105,7 @@ private:
     void writePending();
     void syncInTime();
     void makeFile();
+    bool hasChanges() const { return hasRecords() && m_file->offset() > m_keptEnd; }
     bool isLost() const;
     void writeAnew();
     std::size_t indexOf(const Table *table);
@@ -131,7 +138,8 @@ private:
     // undone ones the first.
     std::size_t m_stepsDone = 0;
     std::size_t m_stepsUndone = 0;
-    std::uint64_t m_state = 0; // of the database's history when it was told last
+    std::uint64_t m_state = 0;   // of the database's history when it was told last
+    std::uint64_t m_keptEnd = 0; // what stands before it in the journal are no unsaved changes
 
     bool m_unsynced = false;
     std::chrono::steady_clock::time_point m_lastSync{};

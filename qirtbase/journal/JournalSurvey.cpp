@@ -18,9 +18,10 @@ JournalContents surveyJournal(JournalFile &journal, const FileIdentifier &saveId
             const auto operation = takeOperation(rest);
             if (!operation)
                 return contents;
-            if (operation->is(JournalOperation::GroupBegin))
+            if (operation->is(JournalOperation::GroupBegin) || operation->is(JournalOperation::KeptBegin))
                 ++depth;
-            else if (operation->is(JournalOperation::GroupEnd) || operation->is(JournalOperation::GroupUndo))
+            else if (operation->is(JournalOperation::GroupEnd) || operation->is(JournalOperation::GroupUndo) ||
+                     operation->is(JournalOperation::KeptEnd))
                 --depth;
             else if (operation->is(JournalOperation::SavingAs) && depth == 0 && operation->bytes == viewOf(saveId)) {
                 contents.belongs = true;

@@ -110,6 +110,9 @@ public:
     void replaceTable(std::size_t index, std::unique_ptr<Table> table);
     /// The same for all of them; they have another address then.
     void replaceTables(Database &&other);
+    /// For whoever restores steps: brings back what an entry tells of, as part of the open group. It obeys all rules,
+    /// and what it names is there. Told to nobody.
+    void restore(undo::Entry entry);
     /// The same tables and foreign sections, without listener, groups and steps; shares the columns' memory until one
     /// of the two changes it.
     Database copy() const;
