@@ -149,7 +149,8 @@ JournalBase clsQirDatabase::journalBase(std::uint64_t bodySize) const {
             .place = m_file.filePlace(),
             .fileId = m_file.fileId(),
             .saveId = m_file.saveId(),
-            .bodySize = bodySize};
+            .bodySize = bodySize,
+            .state = m_savedState};
 }
 
 /// Where the version on disk has another key than the one before, what is kept of it beside gets that too.

@@ -249,7 +249,7 @@ private:
     std::uint64_t m_savedState = 0; // of the history
     bool m_droppedTold = false;
     bool m_hadPassword = false; // in this session, before a save
-    std::size_t m_stepBudget; // bytes
+    std::size_t m_stepBudget;   // bytes
     QString m_changedTable;
     int m_changedRecord = 0;
     int m_changedField = 0;

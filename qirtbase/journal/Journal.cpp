@@ -245,6 +245,8 @@ void Journal::finishGroup() {
     if (m_asImages)
         writeImages();
     encodeMark(m_pending, JournalOperation::GroupEnd);
+    if (m_state != before && m_state == m_base.state)
+        encodeMark(m_pending, JournalOperation::AsSaved);
     writePending();
     countStep(m_mark ? m_mark->kind : StepKind::Step);
     syncInTime();

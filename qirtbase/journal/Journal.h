@@ -36,6 +36,7 @@ struct JournalBase {
     FileIdentifier fileId{};
     FileIdentifier saveId{};
     std::uint64_t bodySize = 0;
+    std::uint64_t state = 0; ///< Its number in the database's history.
 };
 
 /// Keeps every change since the last save on disk, so that a crash of the program loses none. Each change is handed to
@@ -54,8 +55,8 @@ public:
     /// written, until reseal() gives others. No journal is made before the first change. One that was followed before
     /// is left as it is on disk.
     void follow(Database &database, JournalBase base, const ContainerKeys &keys);
-    /// Right after follow(): begins a journal with the steps that the database has, so that they too survive a crash; as
-    /// many of the last ones as keptStepsLimit() has room for. Where that fails they are lost in a crash.
+    /// Right after follow(): begins a journal with the steps that the database has, so that they too survive a crash;
+    /// as many of the last ones as keptStepsLimit() has room for. Where that fails they are lost in a crash.
     void keepSteps() noexcept;
     /// Goes on with a journal whose changes the database already has, and all of its steps. `changed` is whether the
     /// file has not got all of these changes.

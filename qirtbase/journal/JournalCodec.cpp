@@ -120,6 +120,7 @@ bool takeMark(ByteReader &reader, ReadOperation &operation) {
     case JournalOperation::KeptBegin:
     case JournalOperation::KeptEnd:
     case JournalOperation::TablesAsTheyWere:
+    case JournalOperation::AsSaved:
         return true;
     case JournalOperation::ImagePart:
         operation.bytes = reader.sizedBytes<std::uint32_t>();
@@ -415,6 +416,10 @@ bool JournalReplay::take(const ReadOperation &operation, QByteArrayView bytes) {
         return m_depth == 0;
     if (operation.is(JournalOperation::StepUndone) || operation.is(JournalOperation::StepRedone))
         return m_depth == 0 && takeStep(operation.is(JournalOperation::StepUndone));
+    if (operation.is(JournalOperation::AsSaved)) {
+        m_database.enterState(m_savedState, m_lastKind);
+        return m_depth == 0;
+    }
     if (operation.is(JournalOperation::GroupBegin)) {
         if (m_depth++ == 0) {
             m_group.clear();
@@ -454,7 +459,6 @@ bool JournalReplay::takeKept(const ReadOperation &operation, QByteArrayView byte
         return true;
     }
     m_inKept = false;
-    ++m_groups;
     const Database saved = m_database.copy();
     try {
         if (!readKeptSteps(m_group, saved, m_database))
@@ -504,6 +508,7 @@ bool JournalReplay::applyGroup() {
     const auto hasImages = holdsImages(group);
     if (!mark || !hasImages)
         return false;
+    m_lastKind = mark->kind;
     m_database.beginMarked(*mark);
     if (*hasImages ? applyImages(group) : makeChanges(group)) {
         m_database.endGroup();

@@ -30,8 +30,9 @@
 ///    32 step            u8 joins, i64 time, text    33 step undone   -
 ///    35 undone          i64 time, text              34 step redone   -
 ///    40 kept steps begin   -                        41 kept steps end   -
+///    50 as saved           -   (behind a group: the state that it leads to is the one that is saved)
 ///
-/// In kept steps only, besides 2 to 11, 13, 24, 32 and 35:
+/// In kept steps only, besides 2 to 11, 13, 24, 32, 35 and 50:
 ///
 ///    42 records dropped    u32 table, u32 count     46 table is back     u32 table (the parts before it are it)
 ///    43 record is back     u32 table, u32 record, u32 length, values
@@ -79,6 +80,7 @@ enum class JournalOperation : std::uint8_t {
     TableAsItWas = 47,
     TablesAsTheyWere = 48,
     RecordsReordered = 49,
+    AsSaved = 50,
 };
 
 void encodeChange(QByteArray &out, const Change &change, std::size_t table);
@@ -128,7 +130,8 @@ public:
     static constexpr std::size_t stepsBudget = std::size_t{4} << 30;
 
     explicit JournalReplay(Database &database)
-        : m_database(database) {
+        : m_database(database)
+        , m_savedState(database.history().state()) {
         database.keepSteps(stepsBudget);
         database.takeEmptySteps(true); // each that stands in the journal was one
     }
@@ -155,6 +158,8 @@ private:
     bool applyImages(QByteArrayView images);
 
     Database &m_database;
+    std::uint64_t m_savedState;
+    StepKind m_lastKind = StepKind::Step; // of the group made last
     int m_depth = 0;
     bool m_inKept = false; // in the steps of before the save
     QByteArray m_group;    // the operations of the outermost group so far, or of those steps

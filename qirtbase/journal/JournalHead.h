@@ -27,8 +27,8 @@
 /// The name of a journal begins with the file id in hexadecimal digits, that of a protected file's with those of
 /// BLAKE2b-128(key: master; "journal name" | file id).
 ///
-/// The versions before this one are still read. The third has this head, and no kept steps in its records; the second no
-/// marks of steps either; the first has another head:
+/// The versions before this one are still read. The third has this head, and no kept steps in its records; the second
+/// no marks of steps either; the first has another head:
 ///
 ///     head     = "QIRJRNL1" | u32 length of the head | u8 sealed | u8[3] 0 | file id [16] | save id [16] | nonce [16]
 ///                | u32 passes | u32 memory KiB | u32 lanes | u32 0 | salt [16] | u16 path length | path | digest [32]

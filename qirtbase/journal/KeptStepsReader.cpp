@@ -46,7 +46,8 @@ class StepsReader {
 public:
     StepsReader(const Database &saved, Database &database)
         : m_kept(saved)
-        , m_database(database) {}
+        , m_database(database)
+        , m_savedState(database.history().state()) {}
 
     bool read(QByteArrayView operations) {
         while (!operations.isEmpty()) {
@@ -66,6 +67,8 @@ private:
     bool endStep() {
         if (m_database.hasOpenGroup())
             m_database.endGroup();
+        if (std::exchange(m_isAsSaved, false))
+            m_database.enterState(m_savedState, m_undone > 0 ? StepKind::Undone : StepKind::Step);
         return m_parts.isEmpty();
     }
     void takeAllBack() {
@@ -78,6 +81,10 @@ private:
             return beginStep(operation);
         if (!m_database.hasOpenGroup())
             return false;
+        if (operation.is(JournalOperation::AsSaved)) {
+            m_isAsSaved = true;
+            return true;
+        }
         if (operation.is(JournalOperation::ImagePart)) {
             m_parts.append(operation.bytes);
             return true;
@@ -203,6 +210,8 @@ private:
     KeptTablesReader m_kept;
     Database &m_database;
     std::size_t m_undone = 0; // steps that were done
+    std::uint64_t m_savedState;
+    bool m_isAsSaved = false; // after the step that is open
     QByteArray m_parts;
 };
 

@@ -51,7 +51,8 @@ struct TooLarge {};
 class EntryWriter {
 public:
     EntryWriter(const Database &saved, KeptTablesWriter &kept)
-        : m_kept(kept) {
+        : m_kept(kept)
+        , m_savedState(saved.history().state()) {
         for (std::size_t i = 0; i < saved.tableCount(); ++i)
             m_tables.push_back(&saved.table(i));
     }
@@ -67,6 +68,8 @@ public:
             if (m_out.size() > m_limit)
                 throw TooLarge();
         }
+        if ((kind == StepKind::Undone ? step.before : step.after) == m_savedState)
+            m_out.add([](QByteArray &out) { encodeMark(out, JournalOperation::AsSaved); });
         return std::move(m_out);
     }
 
@@ -175,6 +178,7 @@ private:
     }
 
     KeptTablesWriter &m_kept;
+    std::uint64_t m_savedState;
     std::vector<const Table *> m_tables;
     std::size_t m_last = 0;
     Payloads m_out;

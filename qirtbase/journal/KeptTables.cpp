@@ -60,8 +60,9 @@ std::optional<QByteArray> KeptTablesWriter::encode(const Field &field, std::size
 }
 
 void KeptTablesWriter::giveUp() {
-    std::erase_if(m_places,
-                  [&](const auto &at) { return at.second.kind == KeptPiece::Earlier && at.second.numbers.tableOrPiece >= m_kept; });
+    std::erase_if(m_places, [&](const auto &at) {
+        return at.second.kind == KeptPiece::Earlier && at.second.numbers.tableOrPiece >= m_kept;
+    });
     m_own = m_kept;
 }
 

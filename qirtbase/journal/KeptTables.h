@@ -51,7 +51,7 @@ private:
     struct Place {
         KeptPiece kind;
         ColumnType type;
-        qsizetype size; // of the values, in bytes
+        qsizetype size;    // of the values, in bytes
         const char *bytes; // of texts
         Numbers numbers;
     };

@@ -86,6 +86,8 @@ public:
     const History &history() const { return m_undo.history(); }
     /// As History::takeEmpty().
     void takeEmptySteps(bool empty) { m_undo.history().takeEmpty(empty); }
+    /// As History::enter().
+    void enterState(std::uint64_t state, StepKind kind) { m_undo.history().enter(state, kind); }
     /// A group that is a step of this name. Where it is the outermost one and the step before has the same key, which
     /// is not "", it is more of that.
     void beginStep(const QString &name, const QString &key);

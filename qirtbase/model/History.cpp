@@ -72,8 +72,10 @@ void History::setBudget(std::size_t bytes) {
     keepWithinBudget();
 }
 
-void History::enter(std::uint64_t state) {
-    if (m_done > 0)
+void History::enter(std::uint64_t state, StepKind kind) {
+    if (kind == StepKind::Undone && m_done < m_steps.size())
+        m_steps[m_done]->before = m_state = state;
+    else if (kind != StepKind::Undone && m_done > 0)
         m_steps[m_done - 1]->after = m_state = state;
 }
 

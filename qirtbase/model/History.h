@@ -49,8 +49,8 @@ public:
     bool hasDropped() const { return m_dropped; }
 
     void setBudget(std::size_t bytes);
-    /// The last step has led to a state that has a number already.
-    void enter(std::uint64_t state);
+    /// The last step that was taken, of this kind, has led to a state that has a number already.
+    void enter(std::uint64_t state, StepKind kind = StepKind::Step);
     /// What comes does not join the steps that are there.
     void seal();
     /// True when a step of this key joins the one before it.

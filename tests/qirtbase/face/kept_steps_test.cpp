@@ -205,4 +205,159 @@ TEST_F(KeptSteps, OfEveryKindAreThereAgain) {
     });
 }
 
+TEST_F(KeptSteps, AWayBackToWhatIsSavedIsThatAfterACrashToo) {
+    auto session = open();
+    type(*session, u"1"_s);
+    session->SaveDtb();
+    type(*session, u"2"_s);
+    session->RevertToSaved(u"Revert"_s);
+    EXPECT_FALSE(session->DtbHasChanged());
+    crash(session);
+    EXPECT_FALSE(session->DtbHasChanged());
+    ASSERT_EQ(session->StepsDone(), 3);
+    session->Undo();
+    EXPECT_EQ(textIn(*session), u"2"_s);
+    EXPECT_TRUE(session->DtbHasChanged());
+    session->Redo();
+    session->NewPassword({}, u"word"_s);
+    session->SaveDtb(); // of the same state
+    crash(session, u"word"_s);
+    session->GoToStep(1);
+    EXPECT_FALSE(session->DtbHasChanged());
+    session->GoToStep(2);
+    EXPECT_TRUE(session->DtbHasChanged());
+}
+
+TEST_F(KeptSteps, LeaveNoJournalWhereNothingIsUnsavedAtTheEnd) {
+    auto session = open();
+    type(*session, u"1"_s);
+    session->SaveDtb();
+    EXPECT_EQ(journals().size(), 1);
+    session.reset();
+    EXPECT_EQ(journals(), QStringList());
+    session = open();
+    type(*session, u"2"_s);
+    session->SaveDtb();
+    crash(session);
+    session.reset();
+    EXPECT_EQ(journals(), QStringList()) << "also where they were taken up";
+}
+
+TEST_F(KeptSteps, OfAVersionThatIsNoMoreAreDroppedWithoutAWord) {
+    auto session = open();
+    type(*session, u"1"_s);
+    const QByteArray old = contentOf(path());
+    session->SaveDtb();
+    kill(session);
+    writeContent(path(), old);
+    session = open();
+    EXPECT_EQ(m_notices, QStringList());
+    EXPECT_EQ(textIn(*session), u""_s);
+    EXPECT_EQ(session->StepsCount(), 0);
+    EXPECT_EQ(journals(), QStringList());
+    EXPECT_EQ(namesIn(state() + u"/rescue"_s), QStringList());
+}
+
+TEST_F(KeptSteps, OfAProtectedFileAreNotToBeRead) {
+    auto session = open();
+    session->NewPassword({}, u"word"_s);
+    type(*session, u"hidden behind a word"_s);
+    session->SaveDtb();
+    type(*session, u"another"_s);
+    session->SaveDtb();
+    ASSERT_EQ(journals().size(), 1);
+    const QByteArray journal = contentOf(state() + u"/journal/"_s + journals()[0]);
+    EXPECT_FALSE(journal.contains("hidden"));
+    EXPECT_FALSE(journal.contains("Edit"));
+    crash(session, u"word"_s);
+    session->Undo();
+    EXPECT_EQ(textIn(*session), u"hidden behind a word"_s);
+}
+
+TEST_F(KeptSteps, OfTheTimeOfAPasswordAreNotKeptWithoutIt) {
+    auto session = open();
+    session->NewPassword({}, u"word"_s);
+    type(*session, u"hidden behind a word"_s);
+    type(*session, u"plain"_s);
+    session->SaveDtb();
+    session->NewPassword(u"word"_s, {});
+    session->SaveDtb();
+    EXPECT_EQ(journals(), QStringList());
+    type(*session, u"plain 2"_s);
+    session->SaveDtb();
+    type(*session, u"plain 3"_s);
+    for (const QString &name : journals())
+        EXPECT_FALSE(contentOf(state() + u"/journal/"_s + name).contains("hidden"));
+    crash(session);
+    EXPECT_EQ(textIn(*session), u"plain 3"_s);
+    EXPECT_EQ(session->StepsCount(), 1);
+}
+
+TEST_F(KeptSteps, ASaveThatFailsAnywhereLosesNothingThatIsUndoneAndTypedBehindIt) {
+    for (int call = 0;; ++call) {
+        auto session = open();
+        type(*session, u"a %1"_s.arg(call));
+        type(*session, u"b %1"_s.arg(call));
+        int made = 0;
+        m_ops.onCall = [&](FileCall kind, const std::string &) {
+            return made++ == call && kind != FileCall::Close ? std::optional(SystemError{EIO}) : std::nullopt;
+        };
+        try {
+            session->SaveDtb();
+        } catch (const std::exception &) { // NOLINT(bugprone-empty-catch): whether it was saved is not the question
+        }
+        m_ops.onCall = {};
+        session->Undo();
+        EXPECT_EQ(textIn(*session), u"a %1"_s.arg(call));
+        kill(session);
+        session = open();
+        EXPECT_EQ(textIn(*session), u"a %1"_s.arg(call)) << "failed at call " << call;
+        session->BeginStep(u"Edit"_s, {});
+        session->AddRecord();
+        write(*session, u"c"_s);
+        session->EndStep();
+        kill(session);
+        session = open();
+        EXPECT_EQ(textIn(*session), u"c"_s) << "failed at call " << call;
+        session->SaveDtb();
+        if (made <= call)
+            break;
+    }
+}
+
+TEST_F(KeptSteps, AProgramThatDiesAnywhereInASaveLeavesTheOldOrTheNewState) {
+    for (int call = 0;; ++call) {
+        auto session = open();
+        const QString before = textIn(*session);
+        const int steps = session->StepsDone();
+        type(*session, u"typed %1"_s.arg(call));
+        int made = 0;
+        m_ops.onCall = [&](FileCall kind, const std::string &) {
+            return made++ >= call && kind != FileCall::Close ? std::optional(SystemError{EIO}) : std::nullopt;
+        };
+        try {
+            session->SaveDtb();
+        } catch (const std::exception &) { // NOLINT(bugprone-empty-catch): it is dead
+        }
+        const bool wasMet = made > call;
+        kill(session);
+        session = open();
+        EXPECT_EQ(textIn(*session), u"typed %1"_s.arg(call)) << "dead from call " << call;
+        EXPECT_EQ(m_notices.filter(u"damaged"_s), QStringList());
+        if (session->StepsDone() > 0) { // all of them, or none: never a part
+            EXPECT_EQ(session->StepsDone(), steps + 1) << "dead from call " << call;
+            session->Undo();
+            EXPECT_EQ(textIn(*session), before) << "dead from call " << call;
+            session->Redo();
+        } else {
+            EXPECT_FALSE(session->DtbHasChanged()) << "dead from call " << call;
+        }
+        session->setDtbHasChanged(true);
+        session->SaveDtb();
+        if (!wasMet)
+            break;
+        crash(session);
+    }
+}
+
 } // namespace
