@@ -1,5 +1,6 @@
 #include "qirtbase/journal/Journal.h"
 
+#include "base/ByteWriter.h"
 #include "base/ErrorWords.h"
 #include "qirtbase/journal/JournalFolder.h"
 #include "qirtbase/journal/KeptSteps.h"
@@ -89,6 +90,8 @@ void Journal::stop() {
     m_file.reset();
     m_pending.clear();
     m_depth = 0;
+    m_changedBefore.clear();
+    m_order.clear();
     m_lastTable = nullptr;
     m_stepsDone = m_stepsUndone = 0;
     m_keptEnd = 0;
@@ -153,6 +156,7 @@ void Journal::changed(const Change &change) noexcept {
 /// A change within a group.
 void Journal::note(const Change &change) {
     m_groupChanged = true;
+    m_order.clear();
     if (!change.table)
         m_tablesChanged = true;
     else if (change.table != m_lastTouched)
@@ -191,12 +195,14 @@ void Journal::groupBegan() noexcept {
     guarded([&] {
         if (m_depth++ == 0) {
             m_groupChanged = m_asImages = m_tablesChanged = false;
+            m_order.clear();
             m_writtenDepth = 0;
             m_groupSize = 0;
             m_touched.clear();
             m_lastTouched = nullptr;
             m_mark.reset();
         }
+        m_changedBefore.push_back(m_groupChanged);
         noteMark(JournalOperation::GroupBegin);
     });
 }
@@ -205,6 +211,7 @@ void Journal::groupEnded() noexcept {
     if (!isRecording() || m_depth == 0)
         return;
     guarded([&] {
+        m_changedBefore.pop_back();
         if (--m_depth == 0)
             finishGroup();
         else
@@ -217,6 +224,8 @@ void Journal::groupUndone() noexcept {
         return;
     guarded([&] {
         m_lastTable = nullptr;
+        m_order.clear();
+        m_changedBefore.pop_back();
         if (--m_depth > 0)
             noteMark(JournalOperation::GroupUndo);
         else
@@ -284,11 +293,24 @@ void Journal::replaced(const Table *table) noexcept {
     guarded([&] {
         m_lastTable = nullptr;
         m_groupChanged = m_asImages = true;
+        m_order.clear();
         m_pending.clear();
         if (table)
             m_touched.insert(table);
         else
             m_tablesChanged = true;
+    });
+}
+
+/// A sort writes its columns first; they need not be kept then.
+void Journal::reordered(const Table &table, std::span<const std::uint32_t> order) noexcept {
+    if (!isRecording() || m_depth == 0 || m_changedBefore.back() || m_tablesChanged || m_touched.size() != 1 ||
+        *m_touched.begin() != &table || (!m_asImages && order.size_bytes() > m_groupSize))
+        return;
+    guarded([&] {
+        ByteWriter(m_order).numbers(order);
+        m_asImages = true;
+        m_pending.clear();
     });
 }
 
@@ -330,6 +352,11 @@ void Journal::writeImages() {
         m_base.bodySize = static_cast<std::uint64_t>(body.size());
         writeImage(body);
         encodeMark(m_pending, JournalOperation::BodyImage);
+        return;
+    }
+    if (!m_order.isEmpty()) {
+        writeImage(std::exchange(m_order, {}));
+        encodePlace(m_pending, JournalOperation::RecordsReordered, indexOf(*m_touched.begin()));
         return;
     }
     for (const Table *table : m_touched) {
@@ -443,6 +470,7 @@ void Journal::saving(const FileIdentifier &saveId) noexcept {
     guarded([&] {
         encodeSavingAs(m_pending, saveId);
         writePending();
+        m_stepsDone = m_stepsUndone = 0; // where the save is cut short nobody knows whether those before count
         m_unsynced = false;
         require(m_file->sync());
     });

@@ -15,6 +15,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace qir {
 
@@ -86,6 +87,7 @@ public:
     void groupUndone() noexcept override;
     void groupMarked(const StepMark &mark) noexcept override;
     void replaced(const Table *table) noexcept override;
+    void reordered(const Table &table, std::span<const std::uint32_t> order) noexcept override;
     bool stepUndone() noexcept override;
     bool stepRedone() noexcept override;
 
@@ -126,8 +128,10 @@ private:
     int m_depth = 0;        // of open groups
     int m_writtenDepth = 0; // of open groups in what is written; 0: nothing of the outermost one is
     bool m_groupChanged = false;
-    bool m_asImages = false;      // the group has grown too large for single changes
-    bool m_tablesChanged = false; // the list of tables, in this group
+    bool m_asImages = false;           // the group has grown too large for single changes
+    bool m_tablesChanged = false;      // the list of tables, in this group
+    std::vector<bool> m_changedBefore; // for each open group whether the outermost one had changed something
+    QByteArray m_order;                // all that the group has done is to bring the only one of m_touched into it
     std::uint64_t m_groupSize = 0;
     std::optional<StepMark> m_mark;       // of this group
     std::set<const Table *> m_touched;    // tables whose content changed in this group

@@ -162,7 +162,8 @@ bool takeMark(ByteReader &reader, ReadOperation &operation) {
 
 /// Whether only kept steps have it.
 bool isOfKeptSteps(const ReadOperation &operation) {
-    return operation.kind >= static_cast<std::uint8_t>(JournalOperation::KeptBegin);
+    return operation.kind >= static_cast<std::uint8_t>(JournalOperation::KeptBegin) &&
+           !operation.is(JournalOperation::RecordsReordered);
 }
 
 /// Whether the places that a change names are there.
@@ -255,8 +256,9 @@ std::optional<bool> holdsImages(QByteArrayView group) {
         const auto operation = takeOperation(group);
         if (!operation)
             return std::nullopt;
-        const bool isImage = operation->is(JournalOperation::ImagePart) ||
-                             operation->is(JournalOperation::TableImage) || operation->is(JournalOperation::BodyImage);
+        const bool isImage =
+            operation->is(JournalOperation::ImagePart) || operation->is(JournalOperation::TableImage) ||
+            operation->is(JournalOperation::BodyImage) || operation->is(JournalOperation::RecordsReordered);
         if (isStepMark(*operation) || isOfKeptSteps(*operation))
             return std::nullopt; // not at the front, or not here
         (isImage ? images : changes) = true;
@@ -264,6 +266,14 @@ std::optional<bool> holdsImages(QByteArrayView group) {
     if (images && changes)
         return std::nullopt;
     return images;
+}
+
+/// Whether a group of operations that are some has the order of a table among them.
+bool isOrder(QByteArrayView group) {
+    bool found = false;
+    while (!group.isEmpty() && !found)
+        found = takeOperation(group)->is(JournalOperation::RecordsReordered);
+    return found;
 }
 
 } // namespace
@@ -384,6 +394,14 @@ std::optional<ReadOperation> takeOperation(QByteArrayView &payload) {
         return std::nullopt;
     payload = reader.rest();
     return operation;
+}
+
+std::optional<RecordOrder> orderOf(QByteArrayView parts, std::size_t records) {
+    if (static_cast<std::size_t>(parts.size()) != records * sizeof(std::uint32_t))
+        return std::nullopt;
+    RecordOrder order(records);
+    ByteReader(parts).numbers(std::span(order));
+    return isPermutation(order, records) ? std::optional(std::move(order)) : std::nullopt;
 }
 
 bool applyChange(const ReadOperation &operation, Database &database) {
@@ -510,7 +528,8 @@ bool JournalReplay::applyGroup() {
         return false;
     m_lastKind = mark->kind;
     m_database.beginMarked(*mark);
-    if (*hasImages ? applyImages(group) : makeChanges(group)) {
+    const bool isDone = isOrder(group) ? applyOrder(group) : *hasImages ? applyImages(group) : makeChanges(group);
+    if (isDone) {
         m_database.endGroup();
         return true;
     }
@@ -539,6 +558,28 @@ bool JournalReplay::makeChanges(QByteArrayView changes) {
         }
     }
     return depth == 0;
+}
+
+/// Of one table, and nothing else.
+bool JournalReplay::applyOrder(QByteArrayView group) {
+    QByteArray parts;
+    while (!group.isEmpty()) {
+        const auto operation = takeOperation(group);
+        if (operation->is(JournalOperation::ImagePart)) {
+            parts.append(operation->bytes);
+            continue;
+        }
+        if (!operation->is(JournalOperation::RecordsReordered) || !group.isEmpty() ||
+            operation->table >= m_database.tableCount())
+            return false;
+        Table &table = m_database.table(operation->table);
+        auto order = orderOf(parts, table.recordCount());
+        if (!order)
+            return false;
+        m_database.restore(undo::RecordsReordered{&table, std::move(*order)});
+        return true;
+    }
+    return false;
 }
 
 /// All images are decoded before the first is put in its place.

@@ -39,6 +39,9 @@
 ///    44 field is back      u32 table, u32 field     47 table as it was   u32 table (the parts before it are it)
 ///    45 texts as they were u32 table, u32 field     48 tables as they were   - (the parts before it are they)
 ///       (the parts before 44 and 45 are a table of that field alone)
+///
+/// There, and as all that a group has besides its step mark:
+///
 ///    49 records reordered  u32 table (the parts before it: for each record the u32 where it stood)
 ///
 ///     text = u32 length | UTF-8
@@ -119,6 +122,9 @@ bool isChange(const ReadOperation &operation);
 /// What a step mark tells; nothing where its name is none.
 std::optional<StepMark> stepMarkOf(const ReadOperation &operation);
 
+/// The order that parts are, of a table of so many records; nothing where they are none.
+std::optional<RecordOrder> orderOf(QByteArrayView parts, std::size_t records);
+
 /// Makes a change again. False, with nothing changed, where the database does not take it. Throws std::bad_alloc.
 bool applyChange(const ReadOperation &operation, Database &database);
 
@@ -156,6 +162,7 @@ private:
     bool applyGroup();
     bool makeChanges(QByteArrayView changes);
     bool applyImages(QByteArrayView images);
+    bool applyOrder(QByteArrayView group);
 
     Database &m_database;
     std::uint64_t m_savedState;

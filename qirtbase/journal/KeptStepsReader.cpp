@@ -172,12 +172,10 @@ private:
         return true;
     }
     bool reordered(Table &table, const QByteArray &parts) {
-        RecordOrder order(static_cast<std::size_t>(parts.size()) / sizeof(std::uint32_t));
-        ByteReader reader(parts);
-        reader.numbers(std::span(order));
-        if (reader.left() != 0 || !isPermutation(order, table.recordCount()))
+        auto order = orderOf(parts, table.recordCount());
+        if (!order)
             return false;
-        m_database.restore(undo::RecordsReordered{&table, std::move(order)});
+        m_database.restore(undo::RecordsReordered{&table, std::move(*order)});
         return true;
     }
     bool tableBack(const ReadOperation &operation, const QByteArray &parts) {

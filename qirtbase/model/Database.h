@@ -70,7 +70,10 @@ public:
     /// The innermost group has only brought the table's records into another order: the one at i stood at order[i]. So
     /// its undoing needs no more than that. Nothing happens where it has done something else. `order` is a permutation
     /// of the records.
-    void recordsReordered(Table &table, const RecordOrder &order) { m_undo.keepAsOrder(table, order); }
+    void recordsReordered(Table &table, const RecordOrder &order) {
+        if (m_undo.keepAsOrder(table, order) && m_listener)
+            m_listener->reordered(table, order);
+    }
 
     /// Groups of changes; they nest. `endGroup` keeps what the innermost did, `undoGroup` brings back what stood
     /// before.
