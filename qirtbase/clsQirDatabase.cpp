@@ -660,9 +660,13 @@ void clsQirDatabase::takeStep(bool undoes) {
     m_changedTable = place ? m_database.table(place->table).name().text : QString();
     m_changedRecord = place && place->record ? static_cast<int>(*place->record) + 1 : 0;
     m_changedField = place && place->field ? static_cast<int>(*place->field) + 1 : 0;
-    const History &history = m_database.history();
-    m_changedTables = static_cast<int>(
-        std::min(History::tablesOf(history.step(history.done() - (undoes ? 0 : 1))), m_database.tableCount()));
+    const std::size_t done = m_database.history().done();
+    countChangedTables(undoes ? done : done - 1, undoes ? done + 1 : done);
+}
+
+void clsQirDatabase::countChangedTables(std::size_t firstStep, std::size_t endStep) {
+    m_changedTables =
+        static_cast<int>(std::min(m_database.history().tablesOf(firstStep, endStep), m_database.tableCount()));
 }
 
 /// What is current may have moved or gone, and the state may be the one that is saved.
@@ -704,13 +708,14 @@ void clsQirDatabase::GoToStep(int done) {
     guarded([&] {
         if (done != 0)
             stepIndex(done);
-        const int steps = std::abs(StepsDone() - done);
+        const auto [first, end] = std::minmax({StepsDone(), done});
+        m_changedTable.clear();
+        m_changedRecord = m_changedField = m_changedTables = 0;
         while (StepsDone() > done)
             takeStep(true);
         while (StepsDone() < done)
             takeStep(false);
-        if (steps > 1)
-            m_changedTables = QIRTablesCount();
+        countChangedTables(static_cast<std::size_t>(first), static_cast<std::size_t>(end));
     });
 }
 

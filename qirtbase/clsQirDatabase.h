@@ -223,6 +223,7 @@ private:
     void endGroup();
     void requireNoGroup(const char *what) const;
     void takeStep(bool undoes);
+    void countChangedTables(std::size_t firstStep, std::size_t endStep);
     void keepSteps();
     void tablesReplaced(const QString &currentTable);
     QString currentTableName() const { return m_currentTable ? m_currentTable->name().text : QString(); }

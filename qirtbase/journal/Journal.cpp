@@ -19,6 +19,7 @@ namespace {
 constexpr qsizetype pieceSize = qsizetype{64} << 10;
 constexpr qsizetype imagePartSize = qsizetype{1} << 20;
 constexpr std::uint64_t smallestLimit = 4096; // below it images would only cost
+constexpr std::uint64_t unknownState = UINT64_MAX;
 constexpr auto syncInterval = std::chrono::seconds(1);
 
 /// The system would not write; ends what was going on.
@@ -470,7 +471,9 @@ void Journal::saving(const FileIdentifier &saveId) noexcept {
     guarded([&] {
         encodeSavingAs(m_pending, saveId);
         writePending();
-        m_stepsDone = m_stepsUndone = 0; // where the save is cut short nobody knows whether those before count
+        // Where the save is cut short nobody knows what is saved, and whether the steps before count.
+        m_stepsDone = m_stepsUndone = 0;
+        m_base.state = unknownState;
         m_unsynced = false;
         require(m_file->sync());
     });

@@ -435,7 +435,8 @@ bool JournalReplay::take(const ReadOperation &operation, QByteArrayView bytes) {
     if (operation.is(JournalOperation::StepUndone) || operation.is(JournalOperation::StepRedone))
         return m_depth == 0 && takeStep(operation.is(JournalOperation::StepUndone));
     if (operation.is(JournalOperation::AsSaved)) {
-        m_database.enterState(m_savedState, m_lastKind);
+        if (m_depth == 0)
+            m_database.enterState(m_savedState, m_lastKind);
         return m_depth == 0;
     }
     if (operation.is(JournalOperation::GroupBegin)) {

@@ -241,16 +241,18 @@ void History::forget() {
     m_dropped = true;
 }
 
-std::size_t History::tablesOf(const Step &step) {
+std::size_t History::tablesOf(std::size_t first, std::size_t end) const {
     std::set<const Table *> tables;
     std::size_t listed = 0;
-    for (const undo::Entry &entry : step.entries) {
-        if (std::holds_alternative<undo::AllTables>(entry))
-            return SIZE_MAX;
-        if (const Table *table = undo::contentOf(entry))
-            tables.insert(table);
-        else
-            ++listed;
+    for (std::size_t step = first; step < end; ++step) {
+        for (const undo::Entry &entry : m_steps[step]->entries) {
+            if (std::holds_alternative<undo::AllTables>(entry))
+                return SIZE_MAX;
+            if (const Table *table = undo::contentOf(entry))
+                tables.insert(table);
+            else
+                ++listed;
+        }
     }
     return tables.size() + listed;
 }

@@ -68,8 +68,9 @@ public:
     /// throw, but where even the way back fails: the history is empty then.
     const Step &undo(undo::Tables &tables);
     const Step &redo(undo::Tables &tables);
-    /// In how many tables a step changed something, or added or removed them; SIZE_MAX for all.
-    static std::size_t tablesOf(const Step &step);
+    /// In how many tables the steps from `first` to the one before `end` changed something, or added or removed them;
+    /// SIZE_MAX for all.
+    std::size_t tablesOf(std::size_t first, std::size_t end) const;
     /// The first place that a step changed and that is there now.
     static std::optional<StepPlace> placeOf(const Step &step, const undo::Tables &tables);
 
