@@ -314,6 +314,7 @@ TEST_F(KeptSteps, ASaveThatFailsAnywhereLosesNothingThatIsUndoneAndTypedBehindIt
         session = open();
         EXPECT_TRUE(!isKept || textIn(*session) == u"a %1"_s.arg(call)) << "failed at call " << call;
         session->BeginStep(u"Edit"_s, {});
+        session->QIRTableRecordSource(u"Pumps"_s);
         session->AddRecord();
         write(*session, u"c"_s);
         session->EndStep();
