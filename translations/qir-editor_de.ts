@@ -492,6 +492,10 @@ Save them before another file takes its place?</source>
         <translation>Die Datenbank &apos;%1&apos; hat nicht gespeicherte Änderungen.<byte value="xd"/>
 Speichern, bevor eine andere Datei ihren Platz einnimmt?</translation>
     </message>
+    <message>
+        <source>This side has nothing: &apos;%1&apos; is empty.</source>
+        <translation>Auf dieser Seite ist nichts: &apos;%1&apos; ist leer.</translation>
+    </message>
 </context>
 <context>
     <name>PasteAll</name>

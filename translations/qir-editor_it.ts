@@ -492,6 +492,10 @@ Save them before another file takes its place?</source>
         <translation>Il database &apos;%1&apos; ha modifiche non salvate.<byte value="xd"/>
 Salvarle prima che un altro file prenda il suo posto?</translation>
     </message>
+    <message>
+        <source>This side has nothing: &apos;%1&apos; is empty.</source>
+        <translation>Qui non c&apos;è nulla: &apos;%1&apos; è vuoto.</translation>
+    </message>
 </context>
 <context>
     <name>PasteAll</name>
