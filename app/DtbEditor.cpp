@@ -75,7 +75,8 @@ DtbEditor::DtbEditor()
     , m_keyed(m_editor, keyedActions())
     , m_undo(m_editor, m_alignment, m_differences, m_tables)
     , m_kept(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
-                        .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); }}) {
+                        .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); }})
+    , m_conflicts(m_editor, m_differences, m_tables, [this] { m_save.SaveMenu_Click(); }) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
@@ -123,6 +124,7 @@ void DtbEditor::settleWithLoop() {
     loop->addSettling([this] { m_undo.follow(); });
     loop->addSettling([this] { commandEnded(); });
     loop->addSettling([this] { m_keyed.settle(); });
+    loop->addSettling([this] { m_conflicts.settle(); });
     loop->addSettling([this] { m_notices.show(); });
     loop->addSettling([this] { m_changes.settle(); });
     loop->addSettling([this] { m_signs.settle(); });
@@ -238,6 +240,7 @@ void DtbEditor::addCommands() {
     m_find->addCommands();
     m_goTo.addCommands();
     m_kept.addCommands();
+    m_conflicts.addCommands();
     addHelpCommands(m_editor);
 }
 

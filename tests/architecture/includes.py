@@ -28,13 +28,14 @@ ROWS = {
     "db": PLAIN + ["platform/automation"],
     "compare/engine": CONTRACT,
     "compare/report": CONTRACT + ["compare/engine"],
+    "compare/conflicts": CONTRACT + ["compare/engine", "compare/report"],
     "cli/tables": CONTRACT,
     "samples": CONTRACT + ["cli/tables"],
     "cli/diff": CONTRACT + ["compare/engine", "compare/report", "cli/tables"],
     "cli": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli/diff"],
     "cli/audit": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli"],
     "cli/exchange": CONTRACT + ["cli/tables", "cli"],
-    "cli/git": CONTRACT + ["compare/report", "cli/tables", "cli"],
+    "cli/git": CONTRACT + ["compare/report", "compare/conflicts", "cli/tables", "cli"],
     "cli/help": PLAIN + ["cli"],
     "cli/kept": CONTRACT + ["cli/tables", "cli"],
     "platform/cells": PLAIN,
@@ -56,16 +57,17 @@ ROWS = {
     "app/history": WINDOW + ["dialogs", "compare", "compare/engine", "view", "app/desktop"],
     "app/language": [],
     "app/look": WINDOW,
+    "app/conflicts": WINDOW + ["compare", "compare/engine", "compare/conflicts", "view", "app/desktop"],
     "app/guide": PLAIN,
     "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view", "find",
-            "structure", "app/desktop", "app/guide", "app/history", "app/language", "app/look"],
+            "structure", "app/conflicts", "app/desktop", "app/guide", "app/history", "app/language", "app/look"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
 LOW_MODULES = ("Funzioni", "utility")
 MOST_FILES = 32
 CORE_ONLY = {"base", "base/columns", "base/state", "platform/automation", "platform/cells", "db", "compare/engine",
-             "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
+             "compare/conflicts", "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
              "cli/tables", "cli/diff", "cli/audit", "cli/edit", "cli/exchange", "cli/git", "cli/help", "cli/kept", "samples"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"
