@@ -332,6 +332,7 @@ private Q_SLOTS:
     void anErrorInTheMiddleOfACarryLeavesNothingHalfAndIsTold() {
         QFETCH(QString, member);
         const UseFake fake;
+        fake->setSteps(true);
         EditorFixture fixture;
         open(fixture);
         const QList<QStringList> before = recordsOf(fixture, 1);

@@ -290,8 +290,7 @@ private Q_SLOTS:
         QCOMPARE(rows(fixture), QStringList{u"Pumps|P-2|Speed|2|20|21|open"_s});
         hands::doubleClick(view(fixture).viewport(), Qt::LeftButton, {}, placeOf(fixture, 0));
         QCOMPARE(fixture.grid(0).selection(), singleCell(1, 2));
-        fixture.atShownTable(0).RemoveRecord(1);
-        fixture.choose(Command::CompareAgainMenu);
+        fixture.choose(Command::RemoveRecordMenu);
         QCOMPARE(states(fixture), QStringList{u"open; the database has no such place now"_s});
         push(fixture, u"conflictTheirs"_s);
         QVERIFY2(status(fixture).startsWith(u"Left, since the list does not tell enough"_s),
@@ -304,7 +303,6 @@ private Q_SLOTS:
         EditorFixture fixture;
         open(fixture);
         fixture.atShownTable(0).ResizeField(3, 4);
-        fixture.choose(Command::CompareAgainMenu);
         push(fixture, u"conflictTheirs"_s);
         QVERIFY2(status(fixture).startsWith(u"Left, since a field would not hold the value as it is: 1."_s),
                  qPrintable(status(fixture)));
@@ -328,8 +326,8 @@ private Q_SLOTS:
         mergeCells();
         EditorFixture fixture;
         open(fixture);
-        fixture.database(0).RemoveTable(1);
-        fixture.choose(Command::CompareAgainMenu);
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"Yes"_s); });
+        fixture.choose(Command::RemoveTableMenu);
         const QString gone = u"open; the database has no such place now"_s;
         QCOMPARE(states(fixture), (QStringList{gone, gone}));
         hands::doubleClick(view(fixture).viewport(), Qt::LeftButton, {}, placeOf(fixture, 0));
