@@ -1141,8 +1141,8 @@ Sollen die Änderungen gespeichert werden?</translation>
 <context>
     <name>qir::ConflictCommands</name>
     <message>
-        <source>Merge Con&amp;flicts...</source>
-        <translation>&amp;Konflikte einer Zusammenführung...</translation>
+        <source>&amp;Merge Conflicts...</source>
+        <translation>Konflikte einer &amp;Zusammenführung...</translation>
     </message>
     <message>
         <source>No merge has left conflicts here: there is no &apos;%1&apos;.</source>

@@ -1141,8 +1141,8 @@ Salvare le modifiche?</translation>
 <context>
     <name>qir::ConflictCommands</name>
     <message>
-        <source>Merge Con&amp;flicts...</source>
-        <translation>Con&amp;flitti di fusione...</translation>
+        <source>&amp;Merge Conflicts...</source>
+        <translation>Conflitti di f&amp;usione...</translation>
     </message>
     <message>
         <source>No merge has left conflicts here: there is no &apos;%1&apos;.</source>

@@ -86,7 +86,7 @@ ConflictCommands::ConflictCommands(EditorContext &editor, CellDifferences &diffe
     , m_save(std::move(save)) {}
 
 void ConflictCommands::addCommands() {
-    m_editor.controls.commands.add(Command::ConflictsMenu, tr("Merge Con&flicts..."), [this] { ConflictsMenu_Click(); },
+    m_editor.controls.commands.add(Command::ConflictsMenu, tr("&Merge Conflicts..."), [this] { ConflictsMenu_Click(); },
                                    {.needs = Needs::Database});
 }
 

@@ -372,7 +372,7 @@ private Q_SLOTS:
         edit(fixture, 0, 5, 2, u"7"_s); // equal now, and stays in sight
         fixture.activate(0);
         fixture.choose(Command::AddRecordMenu);
-        fixture.dialogs().expectMessage(u"Do you want to go back to what is saved of '%1' ?"_s.arg(path(u"LEFT.DDB"_s)),
+        fixture.dialogs().expectMessage(u"Do you want to go back to what is saved of '%1' ?"_s.arg(fixture.fileName(0)),
                                         u"?"_s, u"Yes"_s);
         fixture.choose(Command::RevertMenu);
         QCOMPARE(recordsOf(fixture, 0).size(), 6);
