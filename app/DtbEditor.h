@@ -105,6 +105,10 @@ private:
     void layOutAnew();
     /// What the window of differences by key asks of the rest.
     KeyedActions keyedActions();
+    /// What the bars of outside changes, the files at hand and the kept versions do with files.
+    ChangeActions changeActions();
+    FileOpening fileOpening();
+    KeptVersions::Opening keptOpening();
     void openBeside(int pane, const QString &path);
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);

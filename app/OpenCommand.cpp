@@ -93,18 +93,23 @@ void OpenCommand::OpenDatabase_Click() {
     openChosen([this](QString &name, bool &chosen) { CaricaSecco(name, chosen); });
 }
 
-bool OpenCommand::openFile(int pane, const QString &path) {
+bool OpenCommand::isThere(const QString &path) {
+    if (QFileInfo::exists(path))
+        return true;
     QWidget *window = m_editor.controls.window;
-    if (!QFileInfo::exists(path)) {
-        // Its disk may come back.
-        const bool isKept = m_editor.remembered().files().contains(path);
-        if (!isKept)
-            messageBox(window, tr("'%1' was not found").arg(path), u"!"_s);
-        else if (askYesNo(window, tr("'%1' was not found.\r\nTake it off the recent files?").arg(path), u"!"_s) ==
-                 Answer::Yes)
-            m_editor.remembered().dropFile(path);
+    // Its disk may come back.
+    const bool isKept = m_editor.remembered().files().contains(path);
+    if (!isKept)
+        messageBox(window, tr("'%1' was not found").arg(path), u"!"_s);
+    else if (askYesNo(window, tr("'%1' was not found.\r\nTake it off the recent files?").arg(path), u"!"_s) ==
+             Answer::Yes)
+        m_editor.remembered().dropFile(path);
+    return false;
+}
+
+bool OpenCommand::openFile(int pane, const QString &path) {
+    if (!isThere(path))
         return false;
-    }
     activatePane(m_editor, pane);
     const StartResult result = openChosen([&](QString &name, bool &chosen) {
         name = nomeScelto(path);
@@ -113,9 +118,20 @@ bool OpenCommand::openFile(int pane, const QString &path) {
     return result == StartResult::Opened;
 }
 
-bool OpenCommand::mayReplace(int pane) {
+bool OpenCommand::makeWay(int pane, const QString &path) {
+    if (!m_editor.DtbAperto(pane))
+        return true;
+    if (!isThere(path))
+        return false;
+    const QString name = nomeScelto(path);
+    std::optional<FreedMemoryWipe> wipe;
+    if (DatabaseProtetto(name))
+        wipe.emplace();
+    const UndoOnError forget([this] { m_tried.reset(); });
+    if (!isReached(name) || !isLoadable(name))
+        return false;
     const QirDatabase &database = m_editor.OggettoDtb(pane);
-    if (!m_editor.DtbAperto(pane) || !database.DtbHasChanged())
+    if (!database.DtbHasChanged())
         return true;
     const QString text =
         tr("Database '%1' has changes that are not saved.\r\nSave them before another file takes its place?")
@@ -123,13 +139,19 @@ bool OpenCommand::mayReplace(int pane) {
     switch (askYesNoCancel(m_editor.controls.window, text, applicationTitle())) {
     case Answer::Yes:
         database.SaveDtb();
+        database.setDtbHasChanged(false);
+        opened(pane); // what stands on disk now is ours
         return true;
     case Answer::No:
+        if (!isThere(path)) // while the question stood
+            break;
         database.setDtbHasChanged(false);
         return true;
     default:
-        return false;
+        break;
     }
+    m_tried.reset();
+    return false;
 }
 
 StartResult OpenCommand::openLeft(const QString &name) {
@@ -171,6 +193,7 @@ bool OpenCommand::reload(int pane, const QString &name) {
         askYesNo(window, tr("Database '%1' has changes that are not saved.\r\nReload it and drop them?").arg(name),
                  applicationTitle()) != Answer::Yes)
         return false;
+    rememberPlace(name, openFilePath(m_editor, pane)); // another file may have been chosen by this name since
     std::optional<FreedMemoryWipe> wipe;
     if (DatabaseProtetto(name))
         wipe.emplace();

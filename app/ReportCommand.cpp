@@ -1,10 +1,9 @@
 #include "app/ReportCommand.h"
 
+#include "app/desktop/OpenFiles.h"
 #include "base/ErrorWords.h"
 #include "base/StagedFile.h"
 #include "compare/report/HtmlReport.h"
-#include "db/ChosenPlaces.h"
-#include "db/HeaderPeek.h"
 #include "platform/dialogs/FileDialog.h"
 #include "platform/loop/Guards.h"
 #include "platform/loop/MessageLoop.h"
@@ -27,19 +26,13 @@ constexpr qsizetype portion = 1 << 18;
     throw std::runtime_error(QObject::tr("%1: %2").arg(file, systemErrorWords(error)).toStdString());
 }
 
-/// What the report shows of a database with a password is for its owner alone.
-bool isProtected(const QString &file) {
-    const auto reached = placeOf(file);
-    const auto header = reached ? peekHeader(*reached) : std::nullopt;
-    return header && header->size() >= 4 && header->at(3) == '1';
-}
-
 void writeReport(EditorContext &editor, const QString &file, const DatabaseDifference &difference) {
     FileOps &ops = FileOps::system();
     const auto path = ResolvedPath::of(ops, systemPath(file));
     if (!path)
         fail(file, path.error());
-    const bool isPrivate = isProtected(editor.NomeFileDtb(0)) || isProtected(editor.NomeFileDtb(1));
+    // What the report shows of a database with a password is for its owner alone.
+    const bool isPrivate = protectionOfPair(editor) == Protection::Protected;
     auto staged = StagedFile::create(ops, path->folder.descriptor(), isPrivate ? privateMode : newFileMode);
     if (!staged)
         fail(file, staged.error());
@@ -74,8 +67,7 @@ bool isOpenDatabase(const EditorContext &editor, const QString &file) {
         return false;
     for (const int pane : {0, 1}) {
         struct stat open {};
-        const auto reached = placeOf(editor.NomeFileDtb(pane));
-        if (reached && ::stat(systemPath(*reached).c_str(), &open) == 0 && open.st_dev == chosen.st_dev &&
+        if (::stat(systemPath(openFilePath(editor, pane)).c_str(), &open) == 0 && open.st_dev == chosen.st_dev &&
             open.st_ino == chosen.st_ino)
             return true;
     }

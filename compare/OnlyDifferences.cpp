@@ -82,23 +82,23 @@ void OnlyDifferences::OnlyDifferencesMenu_Click() {
 void OnlyDifferences::apply() {
     if (!m_on)
         return;
-    if (!comparable()) {
-        for (const int pane : {0, 1})
-            showWhole(pane);
-        return;
-    }
+    if (!comparable())
+        return showWhole();
     const ShownLines rows = differingRows(m_editor.CelleDiverse());
     const ShownLines columns = differingColumns(m_editor.CelleDiverse());
+    std::array<bool, 2> moved{};
     for (const int pane : {0, 1}) {
         noteBefore(pane);
-        Grid &grid = m_editor.Tabella(pane);
-        const GridSelection selection = grid.selection();
-        grid.showOnly(rows, columns);
-        if (m_editor.RigaEdit() >= 1 && (!rows.holds(m_editor.RigaEdit()) || !columns.holds(m_editor.ColonnaEdit())))
-            m_editor.endEdit();
-        Before &before = *m_before[static_cast<std::size_t>(pane)];
-        if (grid.selection() != selection)
-            before.moved = grid.selection();
+        moved[static_cast<std::size_t>(pane)] = hasMoved(pane);
+    }
+    for (const int pane : {0, 1})
+        m_editor.Tabella(pane).showOnly(rows, columns);
+    if (m_editor.RigaEdit() >= 1 && (!rows.holds(m_editor.RigaEdit()) || !columns.holds(m_editor.ColonnaEdit())))
+        m_editor.endEdit();
+    // Behind all of it: what the one grid is left with the other follows.
+    for (const int pane : {0, 1}) {
+        if (!moved[static_cast<std::size_t>(pane)])
+            m_before[static_cast<std::size_t>(pane)]->left = m_editor.Tabella(pane).selection();
     }
 }
 
@@ -106,11 +106,23 @@ void OnlyDifferences::apply() {
 void OnlyDifferences::noteBefore(int pane) {
     std::optional<Before> &before = m_before[static_cast<std::size_t>(pane)];
     const QString &table = m_editor.pane(pane).TabellaMostrata();
+    const Grid &grid = m_editor.Tabella(pane);
     if (!before || before->table != table)
-        before = Before{table, m_editor.Tabella(pane).place(), std::nullopt};
+        before = Before{table, grid.place(), grid.selection()};
 }
 
-void OnlyDifferences::showWhole(int pane) {
+bool OnlyDifferences::hasMoved(int pane) const {
+    const std::optional<Before> &before = m_before[static_cast<std::size_t>(pane)];
+    return before && before->left != m_editor.Tabella(pane).selection();
+}
+
+void OnlyDifferences::showWhole() {
+    const std::array<bool, 2> moved{hasMoved(0), hasMoved(1)}; // before the one grid follows the other
+    for (const int pane : {0, 1})
+        showWhole(pane, moved[static_cast<std::size_t>(pane)]);
+}
+
+void OnlyDifferences::showWhole(int pane, bool moved) {
     Grid &grid = m_editor.Tabella(pane);
     const std::optional<Before> before = std::exchange(m_before[static_cast<std::size_t>(pane)], std::nullopt);
     if (grid.showsAll())
@@ -120,16 +132,15 @@ void OnlyDifferences::showWhole(int pane) {
     if (!sameTable) {
         if (grid.Row() < 1 && grid.Rows() > 1)
             grid.setPlace({singleCell(1, std::max(grid.Col(), 1)), 1, 1});
-    } else if (!before->moved || *before->moved == grid.selection()) {
-        grid.setPlace(before->place); // where the person was: nothing else has moved since
+    } else if (!moved) {
+        grid.setPlace(before->place);
     } else {
         grid.bringCellIntoView();
     }
 }
 
 void OnlyDifferences::leave() {
-    for (const int pane : {0, 1})
-        showWhole(pane);
+    showWhole();
     const int active = std::max(m_editor.IndexAttivo(), 0);
     m_editor.Tabella(1 - active).followScroll(m_editor.Tabella(active));
 }
@@ -153,8 +164,7 @@ void OnlyDifferences::follow() {
     const Grid &left = m_editor.Tabella(0);
     const Grid &right = m_editor.Tabella(1);
     if (!m_on || !comparable()) {
-        for (const int pane : {0, 1})
-            showWhole(pane);
+        showWhole();
     } else if (left.showsAll() || right.showsAll()) {
         apply();
     }

@@ -37,7 +37,7 @@ private:
     struct Before {
         QString table;
         GridPlace place;
-        std::optional<GridSelection> moved; ///< Where the current cell was put when it was not among the shown.
+        GridSelection left; ///< What this view has left selected: anything else the person has chosen meanwhile.
     };
 
     void OnlyDifferencesMenu_Click();
@@ -45,7 +45,10 @@ private:
     /// Shows what differs by the last comparison.
     void apply();
     void noteBefore(int pane);
-    void showWhole(int pane);
+    /// Whether the person has gone somewhere since.
+    bool hasMoved(int pane) const;
+    void showWhole();
+    void showWhole(int pane, bool moved);
     void leave();
     void tellState();
     void disableCommands(bool disable);

@@ -1,12 +1,15 @@
 #include "pane/Pane.h"
 
 #include "app/shared/utility.h"
+#include "db/ChosenPlaces.h"
 #include "pane/CellEdit.h"
 #include "pane/ListClicks.h"
 #include "pane/PaneSplitter.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QLabel>
 #include <QObject>
@@ -35,6 +38,8 @@ void Pane::release() {
 void Pane::showFileName(const QString &name) {
     m_controls.nomelab->setText(name);
     m_controls.nomelab->setAccessibleDescription(name);
+    m_filePath =
+        name.isEmpty() ? QString() : QDir::cleanPath(QFileInfo(placeOf(name).value_or(name)).absoluteFilePath());
 }
 
 void Pane::showWhetherOpen() {

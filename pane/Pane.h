@@ -54,6 +54,8 @@ public:
     bool DtbAperto() const { return m_open; }                 ///< The pane holds a loaded database.
 
     void setNomeFileDtb(const QString &name) { m_fileName = name; }
+    /// The path of the file whose name is shown: names of two files may be equal but for their case.
+    const QString &filePath() const { return m_filePath; }
     /// Takes the component that will load the pane's file, and releases the one before. The pane does not count as open
     /// yet.
     void setDatabase(QirDatabase database) { m_database = std::move(database); }
@@ -65,7 +67,7 @@ public:
     /// edit, empties list and grid, hides the grid. No line counts as loaded.
     void release();
 
-    /// Shows a file name in the label, to screen readers too.
+    /// Shows a file name in the label, to screen readers too; the file is the one that was chosen last by this name.
     void showFileName(const QString &name);
     /// Shows list and label when the pane is open, else the hint; and the grid when a real table with records is
     /// selected.
@@ -131,6 +133,7 @@ private:
     PaneControls m_controls;
     QirDatabase m_database; // empty when the pane has no component
     QString m_fileName;
+    QString m_filePath;
     bool m_open = false;
     int m_line = -1;
     QString m_shown;

@@ -1417,6 +1417,10 @@ Remove &apos;%1&apos;?</source>
         <source>Forget recent files and pairs, key fields, the folder used last and the window&apos;s place?</source>
         <translation>Zuletzt geöffnete Dateien und Paare, Schlüsselfelder, den zuletzt benutzten Ordner und den Platz des Fensters vergessen?</translation>
     </message>
+    <message>
+        <source>This cannot be kept: what is remembered cannot be written. It holds until the end of the program.</source>
+        <translation>Das lässt sich nicht dauerhaft behalten: Gemerktes kann nicht geschrieben werden. Es gilt bis zum Ende des Programms.</translation>
+    </message>
 </context>
 <context>
     <name>qir::FindBar</name>
@@ -1926,22 +1930,6 @@ Remove &apos;%1&apos;?</source>
 <context>
     <name>qir::NoticeBar</name>
     <message>
-        <source>&amp;Reload</source>
-        <translation>&amp;Neu laden</translation>
-    </message>
-    <message>
-        <source>&amp;Keep Mine</source>
-        <translation>&amp;Meine behalten</translation>
-    </message>
-    <message>
-        <source>&amp;Compare</source>
-        <translation>&amp;Vergleichen</translation>
-    </message>
-    <message>
-        <source>&amp;Dismiss</source>
-        <translation>Schl&amp;ießen</translation>
-    </message>
-    <message>
         <source>Show what is on disk now, at the same table and cell.</source>
         <translation>Zeigt, was jetzt auf der Platte steht, bei derselben Tabelle und Zelle.</translation>
     </message>
@@ -1956,6 +1944,22 @@ Remove &apos;%1&apos;?</source>
     <message>
         <source>Close this line. Nothing is decided by that.</source>
         <translation>Schließt diese Zeile. Damit wird nichts entschieden.</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Keep Mine</source>
+        <translation>Meine behalten</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>

@@ -1417,6 +1417,10 @@ Rimuovere &apos;%1&apos;?</translation>
         <source>Forget recent files and pairs, key fields, the folder used last and the window&apos;s place?</source>
         <translation>Dimenticare file e coppie recenti, campi chiave, l&apos;ultima cartella usata e il posto della finestra?</translation>
     </message>
+    <message>
+        <source>This cannot be kept: what is remembered cannot be written. It holds until the end of the program.</source>
+        <translation>Questo non può essere conservato: lo stato ricordato non si può scrivere. Vale fino alla fine del programma.</translation>
+    </message>
 </context>
 <context>
     <name>qir::FindBar</name>
@@ -1926,22 +1930,6 @@ Rimuovere &apos;%1&apos;?</translation>
 <context>
     <name>qir::NoticeBar</name>
     <message>
-        <source>&amp;Reload</source>
-        <translation>&amp;Ricarica</translation>
-    </message>
-    <message>
-        <source>&amp;Keep Mine</source>
-        <translation>&amp;Tieni il mio</translation>
-    </message>
-    <message>
-        <source>&amp;Compare</source>
-        <translation>&amp;Confronta</translation>
-    </message>
-    <message>
-        <source>&amp;Dismiss</source>
-        <translation>C&amp;hiudi</translation>
-    </message>
-    <message>
         <source>Show what is on disk now, at the same table and cell.</source>
         <translation>Mostra ciò che ora è su disco, alla stessa tabella e cella.</translation>
     </message>
@@ -1956,6 +1944,22 @@ Rimuovere &apos;%1&apos;?</translation>
     <message>
         <source>Close this line. Nothing is decided by that.</source>
         <translation>Chiude questa riga. Con ciò non si decide nulla.</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Ricarica</translation>
+    </message>
+    <message>
+        <source>Keep Mine</source>
+        <translation>Tieni il mio</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Confronta</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Chiudi</translation>
     </message>
 </context>
 <context>

@@ -76,9 +76,10 @@ QVariant ConflictList::data(const QModelIndex &cell, int role) const {
         return {};
     if (role == Qt::DisplayRole)
         return text(cell.row(), cell.column());
-    if (role == Qt::ToolTipRole && !conflict(cell.row()).reason.isEmpty())
-        return conflict(cell.row()).reason;
-    return {};
+    if (role != Qt::ToolTipRole)
+        return {};
+    const QString &reason = conflict(cell.row()).reason;
+    return reason.isEmpty() ? text(cell.row(), cell.column()) : text(cell.row(), cell.column()) + u'\n' + reason;
 }
 
 QVariant ConflictList::headerData(int section, Qt::Orientation orientation, int role) const {

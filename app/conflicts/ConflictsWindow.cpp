@@ -46,10 +46,8 @@ ConflictsWindow::ConflictsWindow(QWidget *parent)
     enable();
 }
 
-QPushButton *ConflictsWindow::addButton(const QString &name, const QString &caption,
-                                        const std::function<void()> &pressed) {
+QPushButton *ConflictsWindow::addButton(const QString &caption, const std::function<void()> &pressed) {
     auto *button = new QPushButton(caption);
-    button->setObjectName(name);
     button->setAutoDefault(false); // never the one that Return in the list presses
     connect(button, &QPushButton::clicked, this, [pressed] { runCommand(pressed); });
     return button;
@@ -57,20 +55,27 @@ QPushButton *ConflictsWindow::addButton(const QString &name, const QString &capt
 
 QWidget *ConflictsWindow::buildButtons() {
     using Choice = ConflictList::Choice;
-    m_ofSelected = {addButton(u"conflictOurs"_s, tr("Take &Ours"), [this] { choose(Choice::Ours); }),
-                    addButton(u"conflictTheirs"_s, tr("Take &Theirs"), [this] { choose(Choice::Theirs); }),
-                    addButton(u"conflictAsItIs"_s, tr("Leave as It &Is"), [this] { choose(Choice::AsItIs); })};
+    m_ofSelected = {addButton(tr("Take &Ours"), [this] { choose(Choice::Ours); }),
+                    addButton(tr("Take &Theirs"), [this] { choose(Choice::Theirs); }),
+                    addButton(tr("Leave as It &Is"), [this] { choose(Choice::AsItIs); })};
+    m_ofSelected[0]->setObjectName(u"conflictOurs"_s);
+    m_ofSelected[1]->setObjectName(u"conflictTheirs"_s);
+    m_ofSelected[2]->setObjectName(u"conflictAsItIs"_s);
     m_ofSelected[2]->setToolTip(tr("It was decided by hand: what stands there now is right"));
-    m_remove = addButton(u"conflictRemove"_s, tr("&Remove the List..."), [this] { Q_EMIT removeAsked(); });
+    QPushButton *allOurs = addButton(tr("&All Ours"), [this] { chooseAll(Choice::Ours); });
+    allOurs->setObjectName(u"conflictAllOurs"_s);
+    QPushButton *allTheirs = addButton(tr("A&ll Theirs"), [this] { chooseAll(Choice::Theirs); });
+    allTheirs->setObjectName(u"conflictAllTheirs"_s);
+    m_remove = addButton(tr("&Remove the List..."), [this] { Q_EMIT removeAsked(); });
+    m_remove->setObjectName(u"conflictRemove"_s);
     auto *row = new QWidget;
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
     for (QPushButton *button : m_ofSelected)
         layout->addWidget(button);
     layout->addStretch(1);
-    layout->addWidget(addButton(u"conflictAllOurs"_s, tr("&All Ours"), [this] { chooseAll(Choice::Ours); }));
-    layout->addWidget(addButton(u"conflictAllTheirs"_s, tr("A&ll Theirs"), [this] { chooseAll(Choice::Theirs); }));
-    layout->addWidget(m_remove);
+    for (QPushButton *button : {allOurs, allTheirs, m_remove})
+        layout->addWidget(button);
     return row;
 }
 

@@ -38,7 +38,7 @@ Q_SIGNALS:
 
 private:
     QWidget *buildButtons();
-    QPushButton *addButton(const QString &name, const QString &caption, const std::function<void()> &pressed);
+    QPushButton *addButton(const QString &caption, const std::function<void()> &pressed);
     void choose(ConflictList::Choice choice);
     void chooseAll(ConflictList::Choice choice);
     void enable();

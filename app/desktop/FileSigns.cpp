@@ -67,7 +67,7 @@ void FileSigns::refreshFlags() {
 void FileSigns::lookAtFile(int pane) {
     FileNameLabel::Signs signs = label(pane).signs();
     signs.unsaved = hasChanged(m_editor.OggettoDtb(pane), signs.unsaved);
-    signs.isProtected = DatabaseProtetto(openFileName(m_editor, pane));
+    signs.isProtected = openFileProtection(m_editor, pane) == Protection::Protected;
     signs.readOnly = isReadOnly(openFilePath(m_editor, pane));
     show(pane, signs);
 }

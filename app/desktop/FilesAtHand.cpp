@@ -144,8 +144,9 @@ void FilesAtHand::addProtectedChoice(QMenu &menu) {
     choice->setObjectName(u"KeepProtectedMenu"_s);
     choice->setCheckable(true);
     choice->setChecked(m_editor.remembered().keepsProtected());
-    connect(choice, &QAction::triggered, this,
-            [this](bool keeps) { runCommand([&] { m_editor.remembered().setKeepsProtected(keeps); }); });
+    connect(choice, &QAction::triggered, this, [this](bool keeps) {
+        runCommand([&] { tellUnlessKept(m_editor.remembered().setKeepsProtected(keeps)); });
+    });
 }
 
 void FilesAtHand::openFile(const QString &path) {
@@ -162,7 +163,16 @@ void FilesAtHand::openPair(const FilePair &pair) {
 void FilesAtHand::ForgetMenu_Click() {
     const QString text = tr("Forget recent files and pairs, key fields, the folder used last and the window's place?");
     if (askYesNo(m_editor.controls.window, text, u"?"_s) == Answer::Yes)
-        m_editor.remembered().forget();
+        tellUnlessKept(m_editor.remembered().forget());
+}
+
+/// What may be confidential must not come back unsaid.
+void FilesAtHand::tellUnlessKept(bool kept) {
+    if (!kept)
+        messageBox(
+            m_editor.controls.window,
+            tr("This cannot be kept: what is remembered cannot be written. It holds until the end of the program."),
+            u"!"_s);
 }
 
 bool FilesAtHand::eventFilter(QObject *watched, QEvent *event) {

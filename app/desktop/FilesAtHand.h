@@ -43,6 +43,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void tellUnlessKept(bool kept);
     void fillFiles();
     void fillPairs();
     void addProtectedChoice(QMenu &menu);

@@ -1,10 +1,8 @@
 #include "app/desktop/OpenFiles.h"
 
 #include "app/shared/Funzioni.h"
-#include "db/ChosenPlaces.h"
+#include "db/HeaderPeek.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QLabel>
 
 namespace qir {
@@ -14,10 +12,12 @@ QString openFileName(const EditorContext &editor, int pane) {
 }
 
 QString openFilePath(const EditorContext &editor, int pane) {
-    const QString name = openFileName(editor, pane);
-    if (name.isEmpty())
-        return {};
-    return QDir::cleanPath(QFileInfo(placeOf(name).value_or(name)).absoluteFilePath());
+    return editor.pane(pane).filePath();
+}
+
+Protection openFileProtection(const EditorContext &editor, int pane) {
+    const std::optional<QByteArray> header = peekHeader(openFilePath(editor, pane));
+    return header && header->size() > 3 && header->at(3) == '1' ? Protection::Protected : Protection::Open;
 }
 
 Protection protectionOf(const QString &fileName) {
@@ -29,12 +29,12 @@ FilePair openPair(const EditorContext &editor) {
 }
 
 Protection protectionOfPair(const EditorContext &editor) {
-    const Protection left = protectionOf(openFileName(editor, 0));
-    return left == Protection::Open ? protectionOf(openFileName(editor, 1)) : left;
+    const Protection left = openFileProtection(editor, 0);
+    return left == Protection::Open ? openFileProtection(editor, 1) : left;
 }
 
 void rememberOpenFile(EditorContext &editor, int pane) {
-    editor.remembered().noteFile(openFilePath(editor, pane), protectionOf(openFileName(editor, pane)));
+    editor.remembered().noteFile(openFilePath(editor, pane), openFileProtection(editor, pane));
     if (!editor.DtbAperto(0) || !editor.DtbAperto(1))
         return;
     const FilePair pair = openPair(editor);

@@ -7,8 +7,10 @@ namespace qir {
 /// The name of the file that a pane's database has, which is shown there: a name that the component refused is not it.
 QString openFileName(const EditorContext &editor, int pane);
 
-/// The absolute path of the file that this name stands for; "" for a pane without one.
+/// The absolute path of this file; "" for a pane without one.
 QString openFilePath(const EditorContext &editor, int pane);
+/// Whether it is protected.
+Protection openFileProtection(const EditorContext &editor, int pane);
 
 /// The files of both panes, and whether either is protected.
 FilePair openPair(const EditorContext &editor);

@@ -1,8 +1,6 @@
 #include "app/desktop/SameDatabase.h"
 
-#include "app/shared/Funzioni.h"
 #include "compare/engine/TableComparison.h"
-#include "db/ChosenPlaces.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <exception>
@@ -42,13 +40,11 @@ bool haveSameTables(const QirDatabase &one, const QirDatabase &other) {
 
 } // namespace
 
-bool holdsSameDatabase(const QirDatabase &database, const QString &fileName) {
-    if (DatabaseProtetto(fileName))
-        return false;
+bool holdsSameDatabase(const QirDatabase &database, const QString &fileName, const QString &place) {
     try {
         const QirDatabase onDisk = QirDatabase::create();
         onDisk.setLeaveJournal(true);
-        tellPlace(onDisk, fileName);
+        onDisk.SetFilePlace(fileName, place);
         return onDisk.LoadDtb(fileName, QString()) && haveSameTables(database, onDisk);
     } catch (const std::exception &) {
         return false;

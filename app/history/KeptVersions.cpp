@@ -63,7 +63,7 @@ int KeptVersions::currentPane(const KeptFile &kept) const {
     const int active = m_editor.IndexAttivo();
     const auto holdsIt = [&](int pane) {
         return pane >= 0 && m_editor.DtbAperto(pane) &&
-               (isEnded(kept) && kept.of.isEmpty() ? protectionOf(openFileName(m_editor, pane)) == Protection::Protected
+               (isEnded(kept) && kept.of.isEmpty() ? openFileProtection(m_editor, pane) == Protection::Protected
                                                    : isVersionOf(kept, canonical(openFilePath(m_editor, pane))));
     };
     for (const int pane : {active, 1 - active})

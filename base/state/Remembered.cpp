@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <array>
 
 namespace qir {
 
@@ -79,8 +80,17 @@ void putFirst(QJsonObject &state, QLatin1StringView key, const QJsonObject &entr
     state.insert(key, list);
 }
 
+/// Whether an extension is that of one of the kinds of databases.
+bool isKind(const QString &extension) {
+    constexpr std::array kinds{"DDB"_L1, "WDB"_L1, "UDB"_L1, "IDB"_L1, "SDB"_L1};
+    return std::ranges::find(kinds, extension) != kinds.end();
+}
+
 QRect rectangleIn(const QJsonObject &entry) {
-    const auto number = [&entry](QLatin1StringView key) { return entry.value(key).toInt(-100'000); };
+    static constexpr int farthest = 100'000; // so that sums of two stay in bounds
+    const auto number = [&entry](QLatin1StringView key) {
+        return std::clamp(entry.value(key).toInt(-farthest), -farthest, farthest);
+    };
     return {number("x"_L1), number("y"_L1), number("width"_L1), number("height"_L1)};
 }
 
@@ -93,12 +103,12 @@ QJsonObject Remembered::load() const {
     return m_unwritten ? *m_unwritten : QJsonDocument::fromJson(m_file.read()).object();
 }
 
-void Remembered::change(const std::function<void(QJsonObject &)> &edit) {
+bool Remembered::change(const std::function<void(QJsonObject &)> &edit) {
     QJsonObject state = load();
     const QJsonObject before = state;
     edit(state);
     if (state == before)
-        return;
+        return !m_unwritten;
     QByteArray bytes = QJsonDocument(state).toJson();
     if (bytes.size() > StateFile::mostBytes) { // by key fields alone, of tables with very many
         state.remove(keysKey);
@@ -108,6 +118,7 @@ void Remembered::change(const std::function<void(QJsonObject &)> &edit) {
         m_unwritten.reset();
     else
         m_unwritten = state;
+    return !m_unwritten;
 }
 
 bool Remembered::mayKeep(Protection protection) const {
@@ -206,18 +217,21 @@ QString Remembered::folder() const {
 }
 
 QString Remembered::kind() const {
-    return m_kind.isEmpty() ? load().value(kindKey).toString() : m_kind;
+    const QString kind = m_kind.isEmpty() ? load().value(kindKey).toString() : m_kind;
+    return isKind(kind) ? kind : QString();
 }
 
 void Remembered::noteChosen(const QString &path, Protection protection) {
     const QFileInfo chosen(path);
     m_folder = chosen.absolutePath();
-    m_kind = chosen.suffix().toUpper();
+    if (const QString kind = chosen.suffix().toUpper(); isKind(kind))
+        m_kind = kind;
     if (!mayKeep(protection))
         return;
     change([this](QJsonObject &state) {
         state.insert(folderKey, m_folder);
-        state.insert(kindKey, m_kind);
+        if (!m_kind.isEmpty())
+            state.insert(kindKey, m_kind);
     });
 }
 
@@ -243,11 +257,11 @@ bool Remembered::keepsProtected() const {
     return choice(keepsProtectedKey, u"no"_s) == u"yes"_s;
 }
 
-void Remembered::setKeepsProtected(bool keeps) {
-    setChoice(keepsProtectedKey, keeps ? u"yes"_s : u"no"_s);
+bool Remembered::setKeepsProtected(bool keeps) {
+    const bool kept = setChoice(keepsProtectedKey, keeps ? u"yes"_s : u"no"_s);
     if (keeps)
-        return;
-    change([](QJsonObject &state) {
+        return kept;
+    return change([](QJsonObject &state) {
         for (const QLatin1StringView key : {filesKey, pairsKey, keysKey})
             removeFrom(state, key, [](const QJsonObject &entry) { return entry.value(protectedKey).toBool(); });
     });
@@ -257,18 +271,18 @@ QString Remembered::choice(const QString &name, const QString &usual) const {
     return load().value(choicesKey).toObject().value(name).toString(usual);
 }
 
-void Remembered::setChoice(const QString &name, const QString &value) {
-    change([&](QJsonObject &state) {
+bool Remembered::setChoice(const QString &name, const QString &value) {
+    return change([&](QJsonObject &state) {
         QJsonObject choices = state.value(choicesKey).toObject();
         choices.insert(name, value);
         state.insert(choicesKey, choices);
     });
 }
 
-void Remembered::forget() {
+bool Remembered::forget() {
     m_folder.clear();
     m_kind.clear();
-    change([](QJsonObject &state) {
+    return change([](QJsonObject &state) {
         for (const QLatin1StringView key : {filesKey, pairsKey, keysKey, folderKey, kindKey, windowKey})
             state.remove(key);
     });

@@ -61,20 +61,22 @@ public:
     std::optional<WindowPlace> windowPlace() const;
     void noteWindowPlace(const WindowPlace &place);
 
-    /// Whether names of protected files are kept too. Once they are not, those that were are forgotten.
+    /// Whether names of protected files are kept too. Once they are not, those that were are forgotten. Setting is
+    /// False where it holds until the end of the program only.
     bool keepsProtected() const;
-    void setKeepsProtected(bool keeps);
+    bool setKeepsProtected(bool keeps);
 
     /// A choice of the user's, kept until it is changed: forgetting leaves it. `usual` where it was never made.
     QString choice(const QString &name, const QString &usual) const;
-    void setChoice(const QString &name, const QString &value);
+    bool setChoice(const QString &name, const QString &value);
 
-    /// Forgets files, pairs, key fields, folder, kind and window place.
-    void forget();
+    /// Forgets files, pairs, key fields, folder, kind and window place. False where they are back in the next session.
+    bool forget();
 
 private:
     QJsonObject load() const;
-    void change(const std::function<void(QJsonObject &)> &edit);
+    /// False where it could not be written.
+    bool change(const std::function<void(QJsonObject &)> &edit);
     bool mayKeep(Protection protection) const;
 
     StateFile m_file;

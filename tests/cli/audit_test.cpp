@@ -163,7 +163,9 @@ TEST_P(AuditTest, TheExampleWithParallelSpreadsTheFilesOverTwoHosts) {
     QFile(path(u"bin/ssh"_s)).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     QProcess bash;
     bash.setWorkingDirectory(path(u"."_s));
+    // GNU parallel takes its shell and its home from the environment, which may have neither here.
     bash.start(u"bash"_s, {u"-c"_s, u"export PATH=$PWD/bin:$PATH PARALLEL_SSH=$PWD/bin/ssh PARALLEL_HOME=$PWD/home\n"
+                                    "export HOME=$PWD/home SHELL=/bin/sh\n"
                                     "mkdir home; touch home/will-cite; find fleet -iname '*.?db' > files\n"_s +
                                         QString::fromUtf8(text.sliced(begin, text.indexOf('\n', begin) - begin))});
     ASSERT_TRUE(bash.waitForFinished(-1));

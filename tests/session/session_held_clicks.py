@@ -164,7 +164,9 @@ class Pair:
         self.window = screen.window(MAIN)
         screen.focus(self.window)
         screen.key("alt+m", "t")
+        self.wait_for_frame(0)
         screen.key("F6")
+        self.wait_for_frame(1)
         screen.choose_file("ctrl+o", right)
         screen.focus(self.window)
         self.gestures = 0
@@ -179,25 +181,36 @@ class Pair:
     def picture(self):
         return self.screen.pixels(self.window)
 
-    def learn_pane(self, pane):
-        width = len(self.picture()[0]) // 3
+    def framed(self, pane):
+        """A picture in which this one of two panes has the frame of the active one, or None."""
+        picture = self.picture()
+        width = len(picture[0]) // 3
+        frame = Area(0, 0, width, len(picture)).find(picture, YELLOW)
+        own = frame and (frame.left > width // 3 if pane == 1 else frame.right < 2 * width // 3)
+        return picture if own else None
 
+    def wait_for_frame(self, pane):
+        desktop.wait_until(lambda: self.framed(pane), f"two panes, and pane {pane} to be the active one")
+
+    def learn_pane(self, pane):
         def own_frame():
-            picture = self.picture()
-            frame = Area(0, 0, width, len(picture)).find(picture, YELLOW)
-            own = frame and (frame.left > width // 3 if pane == 1 else frame.right < 2 * width // 3)
-            found = Pane(picture) if own else None
+            picture = self.framed(pane)
+            found = Pane(picture) if picture else None
             return found if found and found.filled else None
         self.panes[pane] = desktop.wait_until(own_frame, f"pane {pane} to be the active one, with a table")
 
     def learn_list(self):
         """By the keys that select the second line and the first one again. F6 has left the right list with the focus."""
         for pane in self.panes:
-            pane.first_line = pane.highlighted(self.picture())
+            pane.first_line = desktop.wait_until(lambda: pane.highlighted(self.picture()), "a selected line")
+
+        def moved_by(pane):
+            line = pane.highlighted(self.picture())
+            return None if line is None else abs(line - pane.first_line)
         for key, moved in (("Down", True), ("Up", False)):
             self.screen.key(key)
             for pane in self.panes:
-                desktop.wait_until(lambda: (abs(pane.highlighted(self.picture()) - pane.first_line) > 8) == moved,
+                desktop.wait_until(lambda: (distance := moved_by(pane)) is not None and (distance > 8) == moved,
                                    f"both lists to follow {key}")
                 if moved:
                     pane.line_height = pane.highlighted(self.picture()) - pane.first_line

@@ -108,14 +108,14 @@ TEST_F(RememberedTest, NothingIsKeptOfProtectedFilesUnlessTheUserAllowsIt) {
     EXPECT_FALSE(stored().contains("SECRET"));
     EXPECT_FALSE(stored().contains("hidden"));
     EXPECT_EQ(state.folder(), u"/hidden"_s) << "this session's dialogs";
-    state.setKeepsProtected(true);
+    EXPECT_TRUE(state.setKeepsProtected(true));
     state.noteFile(u"/SECRET.DDB"_s, Protection::Protected);
     state.notePair(pair, Protection::Protected);
     state.noteKeyFields(pair, u"T"_s, {u"Id"_s}, Protection::Protected);
     EXPECT_EQ(another().files(), QStringList{u"/SECRET.DDB"_s});
     EXPECT_EQ(another().pairs().size(), 1);
     EXPECT_EQ(another().keyFields(pair, u"T"_s), QStringList{u"Id"_s});
-    state.setKeepsProtected(false);
+    EXPECT_TRUE(state.setKeepsProtected(false));
     EXPECT_FALSE(stored().contains("SECRET"));
 }
 
@@ -144,7 +144,7 @@ TEST_F(RememberedTest, ForgettingLeavesTheUsersChoicesAlone) {
     state.noteChosen(u"/dir/A.WDB"_s, Protection::Open);
     state.noteWindowPlace({QRect(1, 2, 300, 400), true});
     state.setChoice(u"colours"_s, u"dark"_s);
-    state.forget();
+    EXPECT_TRUE(state.forget());
     EXPECT_EQ(another().choice(u"colours"_s, u"system"_s), u"dark"_s);
     state.setChoice(u"colours"_s, u"system"_s);
     EXPECT_FALSE(stored().contains("/A"));
@@ -215,6 +215,19 @@ TEST_F(RememberedTest, WhatOthersMayWriteOrIsNoFileIsNotTaken) {
     expectEmptyAndUsable();
 }
 
+TEST_F(RememberedTest, NumbersOutOfBoundsAreCutAndUnknownKindsLeftOut) {
+    put(R"({"kind": "BAK", "window": {"x": 2147483647, "y": -2147483648, "width": 2147483647, "height": 2147483647}})");
+    const auto place = another().windowPlace();
+    ASSERT_TRUE(place);
+    EXPECT_LE(place->frame.right(), 200'000);
+    EXPECT_GE(place->frame.top(), -100'000);
+    EXPECT_EQ(another().kind(), QString());
+    another().noteChosen(u"/A.BAK"_s, Protection::Open);
+    EXPECT_EQ(another().kind(), QString());
+    another().noteChosen(u"/A.idb"_s, Protection::Open);
+    EXPECT_EQ(another().kind(), u"IDB"_s);
+}
+
 TEST_F(RememberedTest, WhereNothingCanBeWrittenTheStateHoldsForTheSession) {
     for (const bool folderInTheWay : {false, true}) {
         QDir(m_root.path()).removeRecursively();
@@ -228,8 +241,10 @@ TEST_F(RememberedTest, WhereNothingCanBeWrittenTheStateHoldsForTheSession) {
         state.noteFile(u"/B"_s, Protection::Open);
         EXPECT_EQ(state.files(), (QStringList{u"/B"_s, u"/A"_s}));
         EXPECT_TRUE(another().files().isEmpty());
-        state.forget();
+        EXPECT_FALSE(state.forget());
         EXPECT_TRUE(state.files().isEmpty());
+        EXPECT_FALSE(state.setKeepsProtected(true));
+        EXPECT_FALSE(state.setKeepsProtected(false));
     }
 }
 

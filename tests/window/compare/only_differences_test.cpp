@@ -114,6 +114,30 @@ private Q_SLOTS:
         QCOMPARE(fixture.grid(1).selection(), singleCell(5, 2));
     }
 
+    void aGridThatHasNothingToShowComesBackToItsPlaceToo() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 1, 3)}, {counted(u"A"_s, 2, 3)});
+        selectBlock(fixture, 1, {2, 3, 2, 2});
+        const GridSelection left = fixture.grid(0).selection();
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(view(fixture, 0).size(), 0);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(fixture.grid(0).selection(), left);
+        QCOMPARE(fixture.grid(1).selection(), (GridSelection{2, 3, 2, 2}));
+    }
+
+    void wherePeopleGoFromAShownCellTheyStayToo() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.clickCell(0, 2, 4);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.clickCell(0, 2, 1);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(5, 2));
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(5, 2));
+        QCOMPARE(fixture.grid(1).selection(), singleCell(5, 2));
+    }
+
     void keysGoFromShownCellToShownCell() {
         EditorFixture fixture;
         open(fixture);

@@ -152,7 +152,10 @@ QString selectionsDisagreement(EditorFixture &fixture) {
                       agree(left.RowSel(), left.Rows(), right.RowSel(), right.Rows()) &&
                       agree(left.Col(), left.Cols(), right.Col(), right.Cols()) &&
                       agree(left.ColSel(), left.Cols(), right.ColSel(), right.Cols());
-    return same ? QString() : u"the grids have different selections; "_s;
+    const auto told = [](const Grid &grid) {
+        return u"(%1, %2) to (%3, %4)"_s.arg(grid.Row()).arg(grid.Col()).arg(grid.RowSel()).arg(grid.ColSel());
+    };
+    return same ? QString() : u"the grids have different selections, %1 and %2; "_s.arg(told(left), told(right));
 }
 
 QString windowDisagreement(EditorFixture &fixture, const EditorModel &model, int index) {
