@@ -70,7 +70,8 @@ DtbEditor::DtbEditor()
     , m_keyedCarry(m_editor, m_differences, m_tables)
     , m_keyed(m_editor, keyedActions())
     , m_undo(m_editor, m_alignment, m_differences, m_tables)
-    , m_kept(m_editor, keptOpening()) {
+    , m_kept(m_editor, keptOpening())
+    , m_conflicts(m_editor, m_differences, m_tables, [this] { m_save.SaveMenu_Click(); }) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
@@ -118,6 +119,7 @@ void DtbEditor::settleWithLoop() {
     loop->addSettling([this] { m_undo.follow(); });
     loop->addSettling([this] { commandEnded(); });
     loop->addSettling([this] { m_keyed.settle(); });
+    loop->addSettling([this] { m_conflicts.settle(); });
     loop->addSettling([this] { m_notices.show(); });
     loop->addSettling([this] { m_changes.settle(); });
     loop->addSettling([this] { m_signs.settle(); });
@@ -249,6 +251,7 @@ void DtbEditor::addCommands() {
     m_find->addCommands();
     m_goTo.addCommands();
     m_kept.addCommands();
+    m_conflicts.addCommands();
     addHelpCommands(m_editor);
 }
 

@@ -5,6 +5,7 @@
 #include "app/Notices.h"
 #include "app/OpenCommand.h"
 #include "app/SaveCommands.h"
+#include "app/conflicts/ConflictCommands.h"
 #include "app/desktop/FileSigns.h"
 #include "app/desktop/FilesAtHand.h"
 #include "app/desktop/OutsideChanges.h"
@@ -161,6 +162,7 @@ private:
     KeyedCommands m_keyed;
     UndoCommands m_undo;
     KeptVersions m_kept;
+    ConflictCommands m_conflicts;
 };
 
 } // namespace qir

@@ -34,6 +34,16 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// What a tool that compares two versions names for a side where there is none.
+bool hasNothing(const QString &name) {
+    const QFileInfo file(placeOf(name).value_or(name));
+    return file.isFile() ? file.size() == 0 : file == QFileInfo(u"/dev/null"_s);
+}
+
+} // namespace
+
 void OpenCommand::addCommands() {
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::OpenDatabase, tr("&Open..."), [this] { OpenDatabase_Click(); },
@@ -146,6 +156,10 @@ bool OpenCommand::makeWay(int pane, const QString &path) {
 
 StartResult OpenCommand::openLeft(const QString &name) {
     Form_Load(QString());
+    if (hasNothing(name)) {
+        tellNothing(0, name);
+        return StartResult::NothingToOpen;
+    }
     return openChosen([&](QString &fileName, bool &chosen) {
         fileName = name;
         chosen = true;
@@ -153,14 +167,24 @@ StartResult OpenCommand::openLeft(const QString &name) {
 }
 
 StartResult OpenCommand::openRight(const QString &name) {
+    if (hasNothing(name)) {
+        tellNothing(1, name);
+        return StartResult::NothingToOpen;
+    }
     activatePane(m_editor, 1);
     const StartResult result = openChosen([&](QString &fileName, bool &chosen) {
         fileName = name;
         chosen = true;
     });
+    if (!m_editor.DtbAperto(0)) // nothing could be done there
+        return result;
     activatePane(m_editor, 0);
     m_editor.ListaTabelle(0).setFocus();
     return result;
+}
+
+void OpenCommand::tellNothing(int pane, const QString &name) {
+    showHint(m_editor, pane, tr("This side has nothing: '%1' is empty.").arg(name));
 }
 
 bool OpenCommand::reload(int pane, const QString &name) {

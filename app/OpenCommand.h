@@ -50,9 +50,10 @@ public:
     /// Opens a file in a pane as if it had been chosen in the dialog. One that is not there is told of. False where it
     /// did not come to that.
     bool openFile(int pane, const QString &path);
-    /// The initial state, and a file in pane 0 whose name is taken as it is.
+    /// The initial state, and a file in pane 0 whose name is taken as it is. An empty file, or the null device, stands
+    /// for no database: the pane stays empty and says so.
     StartResult openLeft(const QString &name);
-    /// Opens a file of the command line beside the first one, in pane 1; the left pane is the active one then.
+    /// The same beside the first one, in pane 1; the left pane is the active one then, where it holds a database.
     StartResult openRight(const QString &name);
     /// Loads a pane's file again and comes back to the table and the cell that it shows; asks first where that drops
     /// changes. What cannot be loaded now leaves the pane as it is, as far as that can be told beforehand. False then.
@@ -84,6 +85,7 @@ private:
     /// Why the last load of a pane failed, in the component's words.
     QString loadFailure(int pane) const;
     void showLoadFailure(int pane);
+    void tellNothing(int pane, const QString &name);
     void showOpenedTables();
 
     EditorContext &m_editor;

@@ -14,7 +14,6 @@
 #include <QDialog>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QShortcut>
 #include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -113,14 +112,9 @@ void DifferencesSummary::build() {
     view->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     view->setSortingEnabled(true);
     view->sortByColumn(SummaryModel::Name, Qt::AscendingOrder);
-    const auto goTo = [this](const QModelIndex &index) {
-        if (index.isValid())
-            runCommand([&] { goToTable(index.siblingAtColumn(SummaryModel::Name).data().toString()); });
-    };
-    connect(view, &QTableView::doubleClicked, this, goTo);
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter})
-        connect(new QShortcut(key, view, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this,
-                [view, goTo] { goTo(view->currentIndex()); });
+    onRowChosen(*view, [this](const QModelIndex &index) {
+        runCommand([&] { goToTable(index.siblingAtColumn(SummaryModel::Name).data().toString()); });
+    });
     auto *layout = new QVBoxLayout(m_window);
     layout->addWidget(filter);
     layout->addWidget(view);

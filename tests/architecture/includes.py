@@ -26,13 +26,14 @@ ROWS = {
     "db": ["base", "base/columns", "platform/automation"],
     "compare/engine": ["base", "base/columns", "db"],
     "compare/report": ["base", "compare/engine"],
+    "compare/conflicts": ["base", "db", "compare/engine", "compare/report"],
     "cli/tables": ["base", "base/columns", "db"],
     "samples": ["db", "cli/tables"],
     "cli/diff": ["base", "db", "compare/engine", "compare/report", "cli/tables"],
     "cli": ["base", "platform/automation", "db", "compare/report", "cli/tables", "cli/diff"],
     "cli/audit": ["base", "cli/tables", "cli"],
     "cli/exchange": ["base", "base/columns", "cli/tables", "cli"],
-    "cli/git": ["base", "compare/report", "cli/tables", "cli"],
+    "cli/git": ["base", "compare/report", "compare/conflicts", "cli/tables", "cli"],
     "cli/help": ["cli"],
     "cli/kept": ["base", "base/state", "cli/tables", "cli"],
     "platform/cells": ["base", "base/columns"],
@@ -60,19 +61,21 @@ ROWS = {
                     "platform/grid", "platform/list", "app/shared", "pane", "compare"],
     "app/history": ["base", "base/state", "db", "platform/dialogs", "platform/grid", "platform/list", "pane",
                     "compare", "view", "app/desktop"],
+    "app/conflicts": ["base", "db", "compare/conflicts", "platform/dialogs", "platform/loop", "platform/controls",
+                      "platform/grid", "platform/list", "pane", "compare", "view", "app/desktop"],
     "app/language": [],
     "app/look": ["platform/loop", "platform/grid", "platform/list", "pane"],
     "app/guide": [],
     "app": ["base", "db", "compare/report", "platform/dialogs", "platform/loop", "platform/controls",
             "platform/grid", "platform/list", "app/shared", "pane", "dialogs", "compare", "compare/keyed", "view",
-            "find", "structure", "app/desktop", "app/history", "app/language", "app/look", "app/guide"],
+            "find", "structure", "app/conflicts", "app/desktop", "app/history", "app/language", "app/look", "app/guide"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
 LOW_MODULES = ("Funzioni", "utility")
 MOST_FILES = 32
 CORE_ONLY = {"base", "base/columns", "base/state", "platform/automation", "platform/cells", "db", "compare/engine",
-             "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
+             "compare/conflicts", "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
              "cli/tables", "cli/diff", "cli/audit", "cli/edit", "cli/exchange", "cli/git", "cli/help", "cli/kept", "samples"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"

@@ -14,7 +14,7 @@ import sources
 # The command-line companion speaks one language, and so do the errors of the floors that it shares with the editor.
 COMPANIONS = {"base", "cli", "db", "qirtbase"}
 # The folders that it shares with the editor, the page of a report included.
-SHARED = ["compare/engine", "compare/report", "platform/automation"]
+SHARED = ["compare/conflicts", "compare/engine", "compare/report", "platform/automation"]
 
 # What stands before a literal that no person reads.
 NOT_SHOWN = re.compile(
@@ -24,7 +24,7 @@ NOT_SHOWN = re.compile(
     r"allowedIn\w+ = |[fF]ormat = |magic = |plugin\w* = )(?:u|QLatin1StringView\()?$", re.S)
 # Literals that are data, not words.
 DATA = {
-    "/bus",                                         # a file name
+    "/bus", "/dev/null", ".conflicts.json",         # names of files, and what they end with
     "DDB", "html", "|*.html;*.htm",                 # extensions of file names
     "differences.html",                             # a file's name
     "OUT.png", "[FILE]", "FILE", "CODE",                          # names of arguments, as every program has them
