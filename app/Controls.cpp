@@ -48,6 +48,7 @@ PaneControls buildPane(QWidget &parent, int pane) {
     controls.ground->hide();
 
     controls.filter = new QLineEdit(controls.IDtb);
+    controls.filter->setAcceptDrops(false); // a file that is dropped there is meant for the pane
     name(*controls.filter, "tableFilter", pane,
          {QObject::tr("Filter of left tables"), QObject::tr("Filter of right tables")});
     controls.filter->setPlaceholderText(QObject::tr("Tables whose name holds..."));
@@ -71,6 +72,7 @@ PaneControls buildPane(QWidget &parent, int pane) {
     controls.hint->setAttribute(Qt::WA_TransparentForMouseEvents);
 
     controls.txtEdit = new CellTextBox(controls.IDtb);
+    controls.txtEdit->setAcceptDrops(false);
     name(*controls.txtEdit, "txtEdit", pane, {QObject::tr("Left cell editor"), QObject::tr("Right cell editor")});
     controls.txtEdit->setFrame(false);
     controls.txtEdit->setLayoutDirection(Qt::LeftToRight); // a number's sign stays before it

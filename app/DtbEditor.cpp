@@ -51,9 +51,7 @@ DtbEditor::DtbEditor()
     , m_sorting(m_editor, m_gridSave, m_tables)
     , m_gridPopups(m_editor)
     , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
-    , m_changes(m_editor, {.reload = [this](int pane, const QString &name) { return m_open.reload(pane, name); },
-                           .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); },
-                           .layOutAnew = [this] { layOutAnew(); }})
+    , m_changes(m_editor, changeActions())
     , m_signs(m_editor)
     , m_open(m_editor, m_alignment, m_differences, m_tables, m_notices, m_changes)
     , m_save(m_editor, m_changes)
@@ -65,17 +63,15 @@ DtbEditor::DtbEditor()
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
     , m_carryCommands(m_editor, m_differences, m_tables, m_cloneCommands, m_walk)
     , m_modes(m_editor, m_alignment, m_differences, m_tables)
-    , m_filesAtHand(m_editor,
-                    {.openFile = [this](int pane, const QString &path) { return m_open.openFile(pane, path); },
-                     .showTwoPanes = [this] { showTwoPanes(); }})
+    , m_filesAtHand(m_editor, fileOpening())
     , m_colours(m_editor)
     , m_toolBar(m_editor, [this] { layOutAnew(); })
     , m_room(m_editor, [this] { layOutAnew(); })
     , m_keyedCarry(m_editor, m_differences, m_tables)
     , m_keyed(m_editor, keyedActions())
     , m_undo(m_editor, m_alignment, m_differences, m_tables)
-    , m_kept(m_editor, {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
-                        .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); }}) {
+    , m_kept(m_editor, keptOpening())
+    , m_conflicts(m_editor, m_differences, m_tables, [this] { m_save.SaveMenu_Click(); }) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
@@ -123,6 +119,7 @@ void DtbEditor::settleWithLoop() {
     loop->addSettling([this] { m_undo.follow(); });
     loop->addSettling([this] { commandEnded(); });
     loop->addSettling([this] { m_keyed.settle(); });
+    loop->addSettling([this] { m_conflicts.settle(); });
     loop->addSettling([this] { m_notices.show(); });
     loop->addSettling([this] { m_changes.settle(); });
     loop->addSettling([this] { m_signs.settle(); });
@@ -157,6 +154,22 @@ void DtbEditor::askForBoth() {
     activatePane(m_editor, 0);
 }
 
+ChangeActions DtbEditor::changeActions() {
+    return {.reload = [this](int pane, const QString &name) { return m_open.reload(pane, name); },
+            .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); },
+            .layOutAnew = [this] { layOutAnew(); }};
+}
+
+FileOpening DtbEditor::fileOpening() {
+    return {.openFile = [this](int pane, const QString &path) { return m_open.openFile(pane, path); },
+            .showTwoPanes = [this] { showTwoPanes(); }};
+}
+
+KeptVersions::Opening DtbEditor::keptOpening() {
+    return {.openFile = [this](int pane, const QString &path) { m_open.openFile(pane, path); },
+            .openBeside = [this](int pane, const QString &path) { openBeside(pane, path); }};
+}
+
 KeyedActions DtbEditor::keyedActions() {
     return {.rememberedKey =
                 [this](const QString &table) { return m_editor.remembered().keyFields(openPair(m_editor), table); },
@@ -183,7 +196,7 @@ void DtbEditor::showTwoPanes() {
 }
 
 void DtbEditor::openBeside(int pane, const QString &path) {
-    if (!m_open.mayReplace(1 - pane)) // the bar's button says nothing of that database
+    if (!m_open.makeWay(1 - pane, path)) // the bar's button says nothing of that database
         return;
     showTwoPanes();
     m_open.openFile(1 - pane, path);
@@ -238,6 +251,7 @@ void DtbEditor::addCommands() {
     m_find->addCommands();
     m_goTo.addCommands();
     m_kept.addCommands();
+    m_conflicts.addCommands();
     addHelpCommands(m_editor);
 }
 

@@ -5,6 +5,7 @@
 #include "app/Notices.h"
 #include "app/OpenCommand.h"
 #include "app/SaveCommands.h"
+#include "app/conflicts/ConflictCommands.h"
 #include "app/desktop/FileSigns.h"
 #include "app/desktop/FilesAtHand.h"
 #include "app/desktop/OutsideChanges.h"
@@ -104,6 +105,10 @@ private:
     void layOutAnew();
     /// What the window of differences by key asks of the rest.
     KeyedActions keyedActions();
+    /// What the bars of outside changes, the files at hand and the kept versions do with files.
+    ChangeActions changeActions();
+    FileOpening fileOpening();
+    KeptVersions::Opening keptOpening();
     void openBeside(int pane, const QString &path);
     /// The desktop session is about to end: closes the window through the same question as a person would.
     void endWithSession(QSessionManager &manager);
@@ -157,6 +162,7 @@ private:
     KeyedCommands m_keyed;
     UndoCommands m_undo;
     KeptVersions m_kept;
+    ConflictCommands m_conflicts;
 };
 
 } // namespace qir

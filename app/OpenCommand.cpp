@@ -34,6 +34,16 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// What a tool that compares two versions names for a side where there is none.
+bool hasNothing(const QString &name) {
+    const QFileInfo file(placeOf(name).value_or(name));
+    return file.isFile() ? file.size() == 0 : file == QFileInfo(u"/dev/null"_s);
+}
+
+} // namespace
+
 void OpenCommand::addCommands() {
     CommandTable &commands = m_editor.controls.commands;
     commands.add(Command::OpenDatabase, tr("&Open..."), [this] { OpenDatabase_Click(); },
@@ -83,18 +93,23 @@ void OpenCommand::OpenDatabase_Click() {
     openChosen([this](QString &name, bool &chosen) { CaricaSecco(name, chosen); });
 }
 
-bool OpenCommand::openFile(int pane, const QString &path) {
+bool OpenCommand::isThere(const QString &path) {
+    if (QFileInfo::exists(path))
+        return true;
     QWidget *window = m_editor.controls.window;
-    if (!QFileInfo::exists(path)) {
-        // Its disk may come back.
-        const bool isKept = m_editor.remembered().files().contains(path);
-        if (!isKept)
-            messageBox(window, tr("'%1' was not found").arg(path), u"!"_s);
-        else if (askYesNo(window, tr("'%1' was not found.\r\nTake it off the recent files?").arg(path), u"!"_s) ==
-                 Answer::Yes)
-            m_editor.remembered().dropFile(path);
+    // Its disk may come back.
+    const bool isKept = m_editor.remembered().files().contains(path);
+    if (!isKept)
+        messageBox(window, tr("'%1' was not found").arg(path), u"!"_s);
+    else if (askYesNo(window, tr("'%1' was not found.\r\nTake it off the recent files?").arg(path), u"!"_s) ==
+             Answer::Yes)
+        m_editor.remembered().dropFile(path);
+    return false;
+}
+
+bool OpenCommand::openFile(int pane, const QString &path) {
+    if (!isThere(path))
         return false;
-    }
     activatePane(m_editor, pane);
     const StartResult result = openChosen([&](QString &name, bool &chosen) {
         name = nomeScelto(path);
@@ -103,9 +118,20 @@ bool OpenCommand::openFile(int pane, const QString &path) {
     return result == StartResult::Opened;
 }
 
-bool OpenCommand::mayReplace(int pane) {
+bool OpenCommand::makeWay(int pane, const QString &path) {
+    if (!m_editor.DtbAperto(pane))
+        return true;
+    if (!isThere(path))
+        return false;
+    const QString name = nomeScelto(path);
+    std::optional<FreedMemoryWipe> wipe;
+    if (DatabaseProtetto(name))
+        wipe.emplace();
+    const UndoOnError forget([this] { m_tried.reset(); });
+    if (!isReached(name) || !isLoadable(name))
+        return false;
     const QirDatabase &database = m_editor.OggettoDtb(pane);
-    if (!m_editor.DtbAperto(pane) || !database.DtbHasChanged())
+    if (!database.DtbHasChanged())
         return true;
     const QString text =
         tr("Database '%1' has changes that are not saved.\r\nSave them before another file takes its place?")
@@ -113,17 +139,27 @@ bool OpenCommand::mayReplace(int pane) {
     switch (askYesNoCancel(m_editor.controls.window, text, applicationTitle())) {
     case Answer::Yes:
         database.SaveDtb();
+        database.setDtbHasChanged(false);
+        opened(pane); // what stands on disk now is ours
         return true;
     case Answer::No:
+        if (!isThere(path)) // while the question stood
+            break;
         database.setDtbHasChanged(false);
         return true;
     default:
-        return false;
+        break;
     }
+    m_tried.reset();
+    return false;
 }
 
 StartResult OpenCommand::openLeft(const QString &name) {
     Form_Load(QString());
+    if (hasNothing(name)) {
+        tellNothing(0, name);
+        return StartResult::NothingToOpen;
+    }
     return openChosen([&](QString &fileName, bool &chosen) {
         fileName = name;
         chosen = true;
@@ -131,14 +167,24 @@ StartResult OpenCommand::openLeft(const QString &name) {
 }
 
 StartResult OpenCommand::openRight(const QString &name) {
+    if (hasNothing(name)) {
+        tellNothing(1, name);
+        return StartResult::NothingToOpen;
+    }
     activatePane(m_editor, 1);
     const StartResult result = openChosen([&](QString &fileName, bool &chosen) {
         fileName = name;
         chosen = true;
     });
+    if (!m_editor.DtbAperto(0)) // nothing could be done there
+        return result;
     activatePane(m_editor, 0);
     m_editor.ListaTabelle(0).setFocus();
     return result;
+}
+
+void OpenCommand::tellNothing(int pane, const QString &name) {
+    showHint(m_editor, pane, tr("This side has nothing: '%1' is empty.").arg(name));
 }
 
 bool OpenCommand::reload(int pane, const QString &name) {

@@ -43,14 +43,17 @@ public:
     StartResult Form_Load(const QString &commandLine);
     /// Asks for a file and opens it in the active pane, in pane 0 when none is active.
     void OpenDatabase_Click();
-    /// Asks what becomes of a pane's changes before another file takes its place; False where nothing is to happen.
-    bool mayReplace(int pane);
+    /// Makes way for a file in a pane that has another one: asks what becomes of its changes, once it is known that the
+    /// new file can be loaded, and does so. False, with the pane as it was, where nothing is to happen or the new file
+    /// cannot be loaded, which is told.
+    bool makeWay(int pane, const QString &path);
     /// Opens a file in a pane as if it had been chosen in the dialog. One that is not there is told of. False where it
     /// did not come to that.
     bool openFile(int pane, const QString &path);
-    /// The initial state, and a file in pane 0 whose name is taken as it is.
+    /// The initial state, and a file in pane 0 whose name is taken as it is. An empty file, or the null device, stands
+    /// for no database: the pane stays empty and says so.
     StartResult openLeft(const QString &name);
-    /// Opens a file of the command line beside the first one, in pane 1; the left pane is the active one then.
+    /// The same beside the first one, in pane 1; the left pane is the active one then, where it holds a database.
     StartResult openRight(const QString &name);
     /// Loads a pane's file again and comes back to the table and the cell that it shows; asks first where that drops
     /// changes. What cannot be loaded now leaves the pane as it is, as far as that can be told beforehand. False then.
@@ -63,6 +66,8 @@ private:
 
     /// Opens what is chosen in the active pane, in pane 0 when none is active.
     StartResult openChosen(const Choice &choose);
+    /// Whether a file is there to be opened; tells where it is not.
+    bool isThere(const QString &path);
     /// Whether the component reaches the file chosen under a name; tells why not.
     bool isReached(const QString &name);
     /// Whether a file can be loaded now, its password asked for and kept for the load; tells why not.
@@ -80,6 +85,7 @@ private:
     /// Why the last load of a pane failed, in the component's words.
     QString loadFailure(int pane) const;
     void showLoadFailure(int pane);
+    void tellNothing(int pane, const QString &name);
     void showOpenedTables();
 
     EditorContext &m_editor;

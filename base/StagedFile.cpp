@@ -33,15 +33,10 @@ std::string hiddenName(const std::string &tag) {
     return std::string(hiddenStart) + tag + '-' + digits + std::string(hiddenEnd);
 }
 
-bool isUnsupported(SystemError error) {
-    return error.number == EINVAL || error.number == ENOSYS || error.number == EOPNOTSUPP;
-}
-
 /// Errors that say for certain that nothing was done; others may come after the deed, on network file systems above
 /// all.
 bool isCertain(SystemError error) {
-    return isUnsupported(error) || error.number == EACCES || error.number == EPERM || error.number == EROFS ||
-           error.number == ENOSPC || error.number == EDQUOT;
+    return isUnsupported(error) || isForbidden(error) || error.number == ENOSPC || error.number == EDQUOT;
 }
 
 /// Those that belong to the user's file; the system's own are the system's to set.

@@ -2,10 +2,21 @@
 
 #include "base/FileOps.h"
 
+#include <cerrno>
 #include <optional>
 #include <string>
 
 namespace qir {
+
+/// Whether a file system does not know what was asked of it.
+inline bool isUnsupported(SystemError error) {
+    return error.number == EINVAL || error.number == ENOSYS || error.number == EOPNOTSUPP;
+}
+
+/// Whether it knows, and does not let us.
+inline bool isForbidden(SystemError error) {
+    return error.number == EACCES || error.number == EPERM || error.number == EROFS;
+}
 
 /// Where a path leads: an open folder and the name in it, symbolic links followed to their end. Resolved once, so that
 /// whatever is renamed meanwhile, all steps of a save meet the same folder.

@@ -32,6 +32,9 @@ public:
     using FileError::FileError;
 };
 
+/// Ends what is done to a file, for this reason.
+[[noreturn]] void refuse(const QString &reason);
+
 /// Shows an error or a notice: "qirdb: text" on the standard error output, without what a terminal would act on.
 void printError(const QString &text);
 

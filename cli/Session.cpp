@@ -47,6 +47,10 @@ QByteArray versionOf(const QString &file) {
 FileError::FileError(const QString &file, const QString &reason)
     : std::runtime_error(withFile(file, reason).toStdString()) {}
 
+void refuse(const QString &reason) {
+    throw std::runtime_error(reason.toStdString());
+}
+
 void printError(const QString &text) {
     std::fprintf(stderr, "qirdb: %s\n", printableText(text).toUtf8().constData());
 }

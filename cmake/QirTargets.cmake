@@ -22,10 +22,23 @@ endif()
 include(QirHardening)
 qir_harden(qir_flags)
 
+# Not compiled together: libraries whose sources often have helpers of one name, and single sources that have one of their
+# neighbours'.
+set(QIR_LIBRARIES_APART qir_cli_edit qir_cli_exchange qir_cli_tables qir_compare_engine qir_compare_keyed)
+set(QIR_SOURCES_APART
+    FileHeader.cpp # container
+    FileSave.cpp InPlaceSearch.cpp KeptVersion.cpp # file
+    Journal.cpp JournalHead.cpp # journal
+    ColumnReader.cpp RecordOrder.cpp) # model
+
 # qir_library(NAME SOURCES file... [LINK target...]): a static library of one folder.
 function(qir_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
   add_library(${name} STATIC ${arg_SOURCES})
+  if(QIR_UNITY AND NOT name IN_LIST QIR_LIBRARIES_APART)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 16)
+    set_source_files_properties(${QIR_SOURCES_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  endif()
   target_link_libraries(${name} PUBLIC qir_flags ${arg_LINK})
 endfunction()
 

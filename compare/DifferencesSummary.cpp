@@ -15,7 +15,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QShortcut>
 #include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -114,14 +113,9 @@ void DifferencesSummary::build() {
     view->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     view->setSortingEnabled(true);
     view->sortByColumn(SummaryModel::Name, Qt::AscendingOrder);
-    const auto goTo = [this](const QModelIndex &index) {
-        if (index.isValid())
-            runCommand([&] { goToTable(index.siblingAtColumn(SummaryModel::Name).data().toString()); });
-    };
-    connect(view, &QTableView::doubleClicked, this, goTo);
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter})
-        connect(new QShortcut(key, view, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this,
-                [view, goTo] { goTo(view->currentIndex()); });
+    onRowChosen(*view, [this](const QModelIndex &index) {
+        runCommand([&] { goToTable(index.siblingAtColumn(SummaryModel::Name).data().toString()); });
+    });
     m_note = new QLabel(tr("The tables could not be read. Choose the summary again to try once more."));
     m_note->setObjectName(u"summaryNote"_s);
     m_note->setWordWrap(true);

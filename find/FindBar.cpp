@@ -65,6 +65,7 @@ FindBar::FindBar(QWidget *parent)
 QLineEdit *FindBar::addText(QGridLayout &rows, int row, const QString &objectName, const QString &caption,
                             const QString &accessibleName) {
     auto *text = new QLineEdit(this);
+    text->setAcceptDrops(false); // files are dropped on panes
     text->setObjectName(objectName);
     text->setAccessibleName(accessibleName);
     auto *label = new QLabel(caption, this);

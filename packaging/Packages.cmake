@@ -40,7 +40,7 @@ qir_package(editor qir-editor "editor for small typed table databases"
 by side, and shows table by table and cell by cell where they differ.\n\
 Differences can be walked and carried across; what is edited can be taken\n\
 back, and survives a crash."
-  DEPENDS "qir-component (= ${PROJECT_VERSION}), qt6-qpa-plugins" RECOMMENDS "qirdb" SUGGESTS "qir-doc")
+  DEPENDS "qir-component (= ${PROJECT_VERSION})" RECOMMENDS "qirdb, libqt6svg6, qt6-translations-l10n" SUGGESTS "qir-doc")
 qir_package(component qir-component "reads and writes QIR databases for editor and companion"
 "The library that the editor and the companion load at run time. It writes\n\
 files whole or not at all, seals those that have a password, and keeps a\n\

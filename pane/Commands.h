@@ -16,6 +16,7 @@ namespace qir {
         COMMAND(RevertMenu)                                 \
         COMMAND(CloseDatabaseMenu)                          \
         COMMAND(ReportMenu)                                 \
+        COMMAND(ConflictsMenu)                              \
         LINE                                                \
         COMMAND(ChangePassword)                             \
         LINE                                                \

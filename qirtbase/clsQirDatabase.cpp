@@ -149,7 +149,8 @@ JournalBase clsQirDatabase::journalBase(std::uint64_t bodySize) const {
             .place = m_file.filePlace(),
             .fileId = m_file.fileId(),
             .saveId = m_file.saveId(),
-            .bodySize = bodySize};
+            .bodySize = bodySize,
+            .state = m_savedState};
 }
 
 /// Where the version on disk has another key than the one before, what is kept of it beside gets that too.
@@ -206,7 +207,7 @@ void clsQirDatabase::recoverChanges(std::uint64_t bodySize, const QString &passw
                         m_database);
     m_journal.follow(m_database, base, m_file.keysOnDisk());
     if (outcome.journal)
-        m_journal.adopt(std::move(*outcome.journal));
+        m_journal.adopt(std::move(*outcome.journal), outcome.changed);
     m_changed = m_changed || outcome.changed;
     tellOfFile(outcome.notices);
 }
@@ -299,6 +300,7 @@ void clsQirDatabase::SaveDtb() {
             raise(u"The database has no file name yet."_s);
         const QByteArray body = encodeBody(m_database);
         expectKeys();
+        m_hadPassword = m_hadPassword || m_file.keysOnDisk().isProtected();
         if (const Result<void> saved = m_file.save(body); !saved)
             raise(saved.error().text);
         m_changed = m_changedAnyway = false;
@@ -307,6 +309,8 @@ void clsQirDatabase::SaveDtb() {
         m_savedState = m_database.history().state();
         m_database.endJoining();
         followFile(static_cast<std::uint64_t>(body.size()));
+        if (m_file.keysOnDisk().isProtected() || !m_hadPassword) // else they tell what the password had hidden
+            m_journal.keepSteps();
     });
 }
 
@@ -656,9 +660,13 @@ void clsQirDatabase::takeStep(bool undoes) {
     m_changedTable = place ? m_database.table(place->table).name().text : QString();
     m_changedRecord = place && place->record ? static_cast<int>(*place->record) + 1 : 0;
     m_changedField = place && place->field ? static_cast<int>(*place->field) + 1 : 0;
-    const History &history = m_database.history();
-    m_changedTables = static_cast<int>(
-        std::min(History::tablesOf(history.step(history.done() - (undoes ? 0 : 1))), m_database.tableCount()));
+    const std::size_t done = m_database.history().done();
+    countChangedTables(undoes ? done : done - 1, undoes ? done + 1 : done);
+}
+
+void clsQirDatabase::countChangedTables(std::size_t firstStep, std::size_t endStep) {
+    m_changedTables =
+        static_cast<int>(std::min(m_database.history().tablesOf(firstStep, endStep), m_database.tableCount()));
 }
 
 /// What is current may have moved or gone, and the state may be the one that is saved.
@@ -700,13 +708,14 @@ void clsQirDatabase::GoToStep(int done) {
     guarded([&] {
         if (done != 0)
             stepIndex(done);
-        const int steps = std::abs(StepsDone() - done);
+        const auto [first, end] = std::minmax({StepsDone(), done});
+        m_changedTable.clear();
+        m_changedRecord = m_changedField = m_changedTables = 0;
         while (StepsDone() > done)
             takeStep(true);
         while (StepsDone() < done)
             takeStep(false);
-        if (steps > 1)
-            m_changedTables = QIRTablesCount();
+        countChangedTables(static_cast<std::size_t>(first), static_cast<std::size_t>(end));
     });
 }
 

@@ -223,6 +223,7 @@ private:
     void endGroup();
     void requireNoGroup(const char *what) const;
     void takeStep(bool undoes);
+    void countChangedTables(std::size_t firstStep, std::size_t endStep);
     void keepSteps();
     void tablesReplaced(const QString &currentTable);
     QString currentTableName() const { return m_currentTable ? m_currentTable->name().text : QString(); }
@@ -248,7 +249,8 @@ private:
     bool m_changedAnyway = false;   // in more than the tables, or by order: no way back makes it saved
     std::uint64_t m_savedState = 0; // of the history
     bool m_droppedTold = false;
-    std::size_t m_stepBudget; // bytes
+    bool m_hadPassword = false; // in this session, before a save
+    std::size_t m_stepBudget;   // bytes
     QString m_changedTable;
     int m_changedRecord = 0;
     int m_changedField = 0;

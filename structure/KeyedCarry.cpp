@@ -7,6 +7,7 @@
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
+#include "structure/CarryLosses.h"
 #include "view/TableLoader.h"
 
 #include <algorithm>

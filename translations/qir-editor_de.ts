@@ -496,6 +496,10 @@ Save them before another file takes its place?</source>
         <translation>Die Datenbank &apos;%1&apos; hat nicht gespeicherte Änderungen.<byte value="xd"/>
 Speichern, bevor eine andere Datei ihren Platz einnimmt?</translation>
     </message>
+    <message>
+        <source>This side has nothing: &apos;%1&apos; is empty.</source>
+        <translation>Auf dieser Seite ist nichts: &apos;%1&apos; ist leer.</translation>
+    </message>
 </context>
 <context>
     <name>PasteAll</name>
@@ -1135,6 +1139,175 @@ Sollen die Änderungen gespeichert werden?</translation>
     </message>
 </context>
 <context>
+    <name>qir::ConflictCommands</name>
+    <message>
+        <source>&amp;Merge Conflicts...</source>
+        <translation>Konflikte einer &amp;Zusammenführung...</translation>
+    </message>
+    <message>
+        <source>No merge has left conflicts here: there is no &apos;%1&apos;.</source>
+        <translation>Keine Zusammenführung hat hier Konflikte hinterlassen: &apos;%1&apos; gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>The database no longer has there what the list of conflicts tells.<byte value="xd"/>
+Replace it?</source>
+        <translation>Die Datenbank hat dort nicht mehr, was die Liste der Konflikte sagt.<byte value="xd"/>
+Ersetzen?</translation>
+    </message>
+    <message>
+        <source>In %1 places the database no longer has what the list of conflicts tells.<byte value="xd"/>
+Replace it?</source>
+        <translation>An %1 Stellen hat die Datenbank nicht mehr, was die Liste der Konflikte sagt.<byte value="xd"/>
+Ersetzen?</translation>
+    </message>
+    <message>
+        <source>Conflicts resolved</source>
+        <translation>Konflikte gelöst</translation>
+    </message>
+    <message>
+        <source>Left, since the database no longer has what the list tells: %1.</source>
+        <translation>Belassen, weil die Datenbank nicht mehr hat, was die Liste sagt: %1.</translation>
+    </message>
+    <message>
+        <source>Left, since a field would not hold the value as it is: %1.</source>
+        <translation>Belassen, weil ein Feld den Wert nicht so hielte, wie er ist: %1.</translation>
+    </message>
+    <message>
+        <source>Left, since the list does not tell enough to take that side: %1. Carry it over by hand, then choose Leave as It Is.</source>
+        <translation>Belassen, weil die Liste für diese Seite nicht genug sagt: %1. Von Hand übertragen, dann So lassen wählen.</translation>
+    </message>
+    <message>
+        <source>All conflicts are resolved.<byte value="xd"/>
+Save &apos;%1&apos; and remove &apos;%2&apos;?</source>
+        <translation>Alle Konflikte sind gelöst.<byte value="xd"/>
+&apos;%1&apos; speichern und &apos;%2&apos; entfernen?</translation>
+    </message>
+    <message>
+        <source>All conflicts are resolved.<byte value="xd"/>
+Remove &apos;%1&apos;?</source>
+        <translation>Alle Konflikte sind gelöst.<byte value="xd"/>
+&apos;%1&apos; entfernen?</translation>
+    </message>
+    <message>
+        <source>it has changed since it was read; open the list again</source>
+        <translation>sie hat sich geändert, seit sie gelesen wurde; die Liste neu öffnen</translation>
+    </message>
+</context>
+<context>
+    <name>qir::ConflictList</name>
+    <message>
+        <source>(nothing)</source>
+        <translation>(nichts)</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabelle</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Datensatz</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Base</source>
+        <translation>Ausgang</translation>
+    </message>
+    <message>
+        <source>Ours</source>
+        <translation>Unseres</translation>
+    </message>
+    <message>
+        <source>Theirs</source>
+        <translation>Ihres</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Stand</translation>
+    </message>
+    <message>
+        <source>resolved: theirs</source>
+        <translation>gelöst: ihres</translation>
+    </message>
+    <message>
+        <source>resolved: ours</source>
+        <translation>gelöst: unseres</translation>
+    </message>
+    <message>
+        <source>resolved: as it is</source>
+        <translation>gelöst: so wie es ist</translation>
+    </message>
+    <message>
+        <source>open; the database has %1 now</source>
+        <translation>offen; die Datenbank hat jetzt %1</translation>
+    </message>
+    <message>
+        <source>open; the database has another record now</source>
+        <translation>offen; die Datenbank hat jetzt einen anderen Datensatz</translation>
+    </message>
+    <message>
+        <source>open; the database has no such place now</source>
+        <translation>offen; die Datenbank hat diese Stelle nicht mehr</translation>
+    </message>
+    <message>
+        <source>open; it is not clear which record is meant</source>
+        <translation>offen; es ist nicht klar, welcher Datensatz gemeint ist</translation>
+    </message>
+    <message>
+        <source>open; only ours can be taken here</source>
+        <translation>offen; hier kann nur unseres genommen werden</translation>
+    </message>
+    <message>
+        <source>open</source>
+        <translation>offen</translation>
+    </message>
+</context>
+<context>
+    <name>qir::ConflictsWindow</name>
+    <message>
+        <source>Merge Conflicts</source>
+        <translation>Konflikte einer Zusammenführung</translation>
+    </message>
+    <message>
+        <source>Conflicts</source>
+        <translation>Konflikte</translation>
+    </message>
+    <message>
+        <source>Take &amp;Ours</source>
+        <translation>&amp;Unseres nehmen</translation>
+    </message>
+    <message>
+        <source>Take &amp;Theirs</source>
+        <translation>&amp;Ihres nehmen</translation>
+    </message>
+    <message>
+        <source>Leave as It &amp;Is</source>
+        <translation>So &amp;lassen</translation>
+    </message>
+    <message>
+        <source>It was decided by hand: what stands there now is right</source>
+        <translation>Es wurde von Hand entschieden: was jetzt dort steht, ist richtig</translation>
+    </message>
+    <message>
+        <source>&amp;Remove the List...</source>
+        <translation>Liste &amp;entfernen...</translation>
+    </message>
+    <message>
+        <source>&amp;All Ours</source>
+        <translation>&amp;Alle unsere</translation>
+    </message>
+    <message>
+        <source>A&amp;ll Theirs</source>
+        <translation>Alle i&amp;hre</translation>
+    </message>
+    <message>
+        <source>%1 of %2 conflicts are resolved.</source>
+        <translation>%1 von %2 Konflikten sind gelöst.</translation>
+    </message>
+</context>
+<context>
     <name>qir::DifferenceStrip</name>
     <message>
         <source>Left differences</source>
@@ -1761,22 +1934,6 @@ Sollen die Änderungen gespeichert werden?</translation>
 <context>
     <name>qir::NoticeBar</name>
     <message>
-        <source>&amp;Reload</source>
-        <translation>&amp;Neu laden</translation>
-    </message>
-    <message>
-        <source>&amp;Keep Mine</source>
-        <translation>&amp;Meine behalten</translation>
-    </message>
-    <message>
-        <source>&amp;Compare</source>
-        <translation>&amp;Vergleichen</translation>
-    </message>
-    <message>
-        <source>&amp;Dismiss</source>
-        <translation>Schl&amp;ießen</translation>
-    </message>
-    <message>
         <source>Show what is on disk now, at the same table and cell.</source>
         <translation>Zeigt, was jetzt auf der Platte steht, bei derselben Tabelle und Zelle.</translation>
     </message>
@@ -1791,6 +1948,22 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Close this line. Nothing is decided by that.</source>
         <translation>Schließt diese Zeile. Damit wird nichts entschieden.</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Keep Mine</source>
+        <translation>Meine behalten</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>

@@ -496,6 +496,10 @@ Save them before another file takes its place?</source>
         <translation>Il database &apos;%1&apos; ha modifiche non salvate.<byte value="xd"/>
 Salvarle prima che un altro file prenda il suo posto?</translation>
     </message>
+    <message>
+        <source>This side has nothing: &apos;%1&apos; is empty.</source>
+        <translation>Qui non c&apos;è nulla: &apos;%1&apos; è vuoto.</translation>
+    </message>
 </context>
 <context>
     <name>PasteAll</name>
@@ -1135,6 +1139,175 @@ Salvare le modifiche?</translation>
     </message>
 </context>
 <context>
+    <name>qir::ConflictCommands</name>
+    <message>
+        <source>&amp;Merge Conflicts...</source>
+        <translation>Conflitti di f&amp;usione...</translation>
+    </message>
+    <message>
+        <source>No merge has left conflicts here: there is no &apos;%1&apos;.</source>
+        <translation>Nessuna fusione ha lasciato conflitti qui: &apos;%1&apos; non esiste.</translation>
+    </message>
+    <message>
+        <source>The database no longer has there what the list of conflicts tells.<byte value="xd"/>
+Replace it?</source>
+        <translation>Il database non ha più lì ciò che dice l&apos;elenco dei conflitti.<byte value="xd"/>
+Sostituirlo?</translation>
+    </message>
+    <message>
+        <source>In %1 places the database no longer has what the list of conflicts tells.<byte value="xd"/>
+Replace it?</source>
+        <translation>In %1 punti il database non ha più ciò che dice l&apos;elenco dei conflitti.<byte value="xd"/>
+Sostituirlo?</translation>
+    </message>
+    <message>
+        <source>Conflicts resolved</source>
+        <translation>Conflitti risolti</translation>
+    </message>
+    <message>
+        <source>Left, since the database no longer has what the list tells: %1.</source>
+        <translation>Lasciati, perché il database non ha più ciò che dice l&apos;elenco: %1.</translation>
+    </message>
+    <message>
+        <source>Left, since a field would not hold the value as it is: %1.</source>
+        <translation>Lasciati, perché un campo non terrebbe il valore com&apos;è: %1.</translation>
+    </message>
+    <message>
+        <source>Left, since the list does not tell enough to take that side: %1. Carry it over by hand, then choose Leave as It Is.</source>
+        <translation>Lasciati, perché l&apos;elenco non dice abbastanza per prendere quel lato: %1. Trasferire a mano, poi scegliere Lascia com&apos;è.</translation>
+    </message>
+    <message>
+        <source>All conflicts are resolved.<byte value="xd"/>
+Save &apos;%1&apos; and remove &apos;%2&apos;?</source>
+        <translation>Tutti i conflitti sono risolti.<byte value="xd"/>
+Salvare &apos;%1&apos; e rimuovere &apos;%2&apos;?</translation>
+    </message>
+    <message>
+        <source>All conflicts are resolved.<byte value="xd"/>
+Remove &apos;%1&apos;?</source>
+        <translation>Tutti i conflitti sono risolti.<byte value="xd"/>
+Rimuovere &apos;%1&apos;?</translation>
+    </message>
+    <message>
+        <source>it has changed since it was read; open the list again</source>
+        <translation>è cambiato da quando è stato letto; riaprire l&apos;elenco</translation>
+    </message>
+</context>
+<context>
+    <name>qir::ConflictList</name>
+    <message>
+        <source>(nothing)</source>
+        <translation>(nulla)</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>Tabella</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Record</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Campo</translation>
+    </message>
+    <message>
+        <source>Base</source>
+        <translation>Base</translation>
+    </message>
+    <message>
+        <source>Ours</source>
+        <translation>Nostro</translation>
+    </message>
+    <message>
+        <source>Theirs</source>
+        <translation>Loro</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Stato</translation>
+    </message>
+    <message>
+        <source>resolved: theirs</source>
+        <translation>risolto: loro</translation>
+    </message>
+    <message>
+        <source>resolved: ours</source>
+        <translation>risolto: nostro</translation>
+    </message>
+    <message>
+        <source>resolved: as it is</source>
+        <translation>risolto: com&apos;è</translation>
+    </message>
+    <message>
+        <source>open; the database has %1 now</source>
+        <translation>aperto; il database ora ha %1</translation>
+    </message>
+    <message>
+        <source>open; the database has another record now</source>
+        <translation>aperto; il database ora ha un altro record</translation>
+    </message>
+    <message>
+        <source>open; the database has no such place now</source>
+        <translation>aperto; il database ora non ha questo punto</translation>
+    </message>
+    <message>
+        <source>open; it is not clear which record is meant</source>
+        <translation>aperto; non è chiaro quale record si intenda</translation>
+    </message>
+    <message>
+        <source>open; only ours can be taken here</source>
+        <translation>aperto; qui si può prendere solo il nostro</translation>
+    </message>
+    <message>
+        <source>open</source>
+        <translation>aperto</translation>
+    </message>
+</context>
+<context>
+    <name>qir::ConflictsWindow</name>
+    <message>
+        <source>Merge Conflicts</source>
+        <translation>Conflitti di fusione</translation>
+    </message>
+    <message>
+        <source>Conflicts</source>
+        <translation>Conflitti</translation>
+    </message>
+    <message>
+        <source>Take &amp;Ours</source>
+        <translation>Prendi il &amp;nostro</translation>
+    </message>
+    <message>
+        <source>Take &amp;Theirs</source>
+        <translation>Prendi il &amp;loro</translation>
+    </message>
+    <message>
+        <source>Leave as It &amp;Is</source>
+        <translation>Lascia com&apos;&amp;è</translation>
+    </message>
+    <message>
+        <source>It was decided by hand: what stands there now is right</source>
+        <translation>È stato deciso a mano: ciò che c&apos;è ora è giusto</translation>
+    </message>
+    <message>
+        <source>&amp;Remove the List...</source>
+        <translation>&amp;Rimuovi l&apos;elenco...</translation>
+    </message>
+    <message>
+        <source>&amp;All Ours</source>
+        <translation>&amp;Tutti nostri</translation>
+    </message>
+    <message>
+        <source>A&amp;ll Theirs</source>
+        <translation>Tutti l&amp;oro</translation>
+    </message>
+    <message>
+        <source>%1 of %2 conflicts are resolved.</source>
+        <translation>%1 conflitti su %2 sono risolti.</translation>
+    </message>
+</context>
+<context>
     <name>qir::DifferenceStrip</name>
     <message>
         <source>Left differences</source>
@@ -1761,22 +1934,6 @@ Salvare le modifiche?</translation>
 <context>
     <name>qir::NoticeBar</name>
     <message>
-        <source>&amp;Reload</source>
-        <translation>&amp;Ricarica</translation>
-    </message>
-    <message>
-        <source>&amp;Keep Mine</source>
-        <translation>&amp;Tieni il mio</translation>
-    </message>
-    <message>
-        <source>&amp;Compare</source>
-        <translation>&amp;Confronta</translation>
-    </message>
-    <message>
-        <source>&amp;Dismiss</source>
-        <translation>C&amp;hiudi</translation>
-    </message>
-    <message>
         <source>Show what is on disk now, at the same table and cell.</source>
         <translation>Mostra ciò che ora è su disco, alla stessa tabella e cella.</translation>
     </message>
@@ -1791,6 +1948,22 @@ Salvare le modifiche?</translation>
     <message>
         <source>Close this line. Nothing is decided by that.</source>
         <translation>Chiude questa riga. Con ciò non si decide nulla.</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Ricarica</translation>
+    </message>
+    <message>
+        <source>Keep Mine</source>
+        <translation>Tieni il mio</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Confronta</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Chiudi</translation>
     </message>
 </context>
 <context>

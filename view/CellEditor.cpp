@@ -28,7 +28,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int enterCode = 13;
 constexpr int caretRoom = 2; // that a text box keeps behind a text at its right
 
 /// Black on yellow in every colour scheme, the rest as the desktop has it.

@@ -13,6 +13,8 @@ namespace qir {
 class StoredMarks;
 class TableMarks;
 
+inline constexpr int enterCode = 13; ///< What typing Enter gives as a character.
+
 /// Editing in place: a text box over the grid's current cell, whose every change goes to the cell and the component at
 /// once. At most one pane is under edit; RigaEdit and ColonnaEdit tell the cell.
 ///

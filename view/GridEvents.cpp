@@ -17,7 +17,6 @@ namespace qir {
 
 namespace {
 
-constexpr int enterCode = 13;
 constexpr int insertKey = 45;
 constexpr int cKey = 67;
 constexpr int vKey = 86;

@@ -15,8 +15,13 @@ namespace {
 
 /// Whether one of the panes has the file at a path open: the release of that database could write over the new one.
 bool isOpen(const EditorContext &editor, const QString &path) {
+    // A file that was taken away meanwhile has no canonical path.
+    const auto identity = [](const QFileInfo &file) {
+        const QString canonical = file.canonicalFilePath();
+        return canonical.isEmpty() ? file.absoluteFilePath() : canonical;
+    };
     for (const int pane : {0, 1})
-        if (editor.DtbAperto(pane) && QFileInfo(openFilePath(editor, pane)) == QFileInfo(path))
+        if (editor.DtbAperto(pane) && identity(QFileInfo(openFilePath(editor, pane))) == identity(QFileInfo(path)))
             return true;
     return false;
 }

@@ -22,12 +22,14 @@ NoticeBar::NoticeBar(QWidget *parent, int pane)
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_text->setForegroundRole(QPalette::ToolTipText);
     auto *buttons = new QHBoxLayout;
-    const std::array captions{tr("&Reload"), tr("&Keep Mine"), tr("&Compare"), tr("&Dismiss")};
+    // Without letters of their own, which are the menus'.
+    const std::array captions{tr("Reload"), tr("Keep Mine"), tr("Compare"), tr("Dismiss")};
     const std::array names{u"reload"_s, u"keep"_s, u"compare"_s, u"dismiss"_s};
     for (std::size_t i = 0; i < m_buttons.size(); ++i) {
         m_buttons.at(i) = new QPushButton(captions.at(i));
         m_buttons.at(i)->setObjectName(names.at(i));
         m_buttons.at(i)->setAutoDefault(false);
+        m_buttons.at(i)->setFocusPolicy(Qt::TabFocus); // a press of the mouse leaves the keyboard where it is
         buttons->addWidget(m_buttons.at(i));
         connect(m_buttons.at(i), &QPushButton::clicked, this, [this, i] { Q_EMIT pressed(static_cast<Button>(i)); });
     }

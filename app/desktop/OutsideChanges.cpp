@@ -3,9 +3,10 @@
 #include "app/desktop/OpenFiles.h"
 #include "app/desktop/SameDatabase.h"
 #include "app/shared/Funzioni.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QMainWindow>
 #include <QToolBar>
@@ -39,9 +40,11 @@ void OutsideChanges::build(QMainWindow &window) {
     auto *layout = new QHBoxLayout(bars);
     layout->setContentsMargins({});
     layout->setSpacing(0);
+    bars->setLayoutDirection(Qt::LeftToRight); // as the panes are, whatever way the language is read
     for (const int pane : {0, 1}) {
         auto *notice = new NoticeBar(bars, pane);
         m_bars.at(static_cast<std::size_t>(pane)) = notice;
+        notice->setLayoutDirection(QGuiApplication::layoutDirection());
         layout->addWidget(notice, 1);
         connect(notice, &NoticeBar::pressed, this,
                 [this, pane](NoticeBar::Button button) { runCommand([&] { act(pane, button); }); });
@@ -75,6 +78,7 @@ void OutsideChanges::follow(int pane) {
 }
 
 void OutsideChanges::settle() {
+    keepRoom();
     for (const int pane : {0, 1}) {
         if (m_editor.DtbAperto(pane) || followed(pane).name.isEmpty())
             continue;
@@ -164,19 +168,27 @@ void OutsideChanges::act(int pane, NoticeBar::Button button) {
 }
 
 void OutsideChanges::closeBar(int pane) {
+    // Whoever pressed its button by the keyboard goes on in the pane.
+    const QWidget *focus = QApplication::focusWidget();
+    const int next = m_editor.IndexAttivo() >= 0 ? m_editor.IndexAttivo() : pane;
+    if (focus != nullptr && bar(pane).isAncestorOf(focus) && m_editor.ListaTabelle(next).isVisible())
+        m_editor.ListaTabelle(next).setFocus();
     bar(pane).hide();
     showBars();
 }
 
-void OutsideChanges::showBars() {
-    bool any = false;
+/// Each stands above its own pane: beside a bar that is hidden stays its room.
+void OutsideChanges::keepRoom() {
     for (const int pane : {0, 1}) {
-        // Each stands above its own pane: beside a bar that is hidden stays its room.
         QSizePolicy policy = bar(pane).sizePolicy();
         policy.setRetainSizeWhenHidden(m_editor.twoPanes());
         bar(pane).setSizePolicy(policy);
-        any = any || !bar(pane).isHidden();
     }
+}
+
+void OutsideChanges::showBars() {
+    keepRoom();
+    const bool any = !bar(0).isHidden() || !bar(1).isHidden();
     if (!any && m_strip->isHidden())
         return;
     m_strip->setVisible(any);

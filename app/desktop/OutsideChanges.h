@@ -65,6 +65,7 @@ private:
     bool holdsTheSame(int pane);
     void act(int pane, NoticeBar::Button button);
     void closeBar(int pane);
+    void keepRoom();
     void showBars();
 
     EditorContext &m_editor;

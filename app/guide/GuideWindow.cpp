@@ -4,6 +4,7 @@
 #include <QDesktopServices>
 #include <QFile>
 #include <QHash>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QRegularExpression>
@@ -25,6 +26,7 @@ namespace {
 constexpr auto keysPage = "keys"_L1; // what the guide calls its page on keys
 constexpr int contentsColumns = 40;  // sizes in characters
 constexpr int textColumns = 86;
+constexpr int pictureIndent = 16; // margins, the bar at the side and the indent of a list
 constexpr int lines = 40;
 
 /// Room in the tables, and one line between cells instead of a frame round each.
@@ -40,6 +42,26 @@ void loosenTables(QTextDocument &document) {
         }
     }
 }
+
+/// Text whose pictures are drawn smaller where they are wider than it.
+class Text : public QTextBrowser {
+public:
+    explicit Text(int pictureWidth)
+        : m_pictureWidth(pictureWidth) {}
+
+protected:
+    QVariant loadResource(int type, const QUrl &name) override {
+        if (type != QTextDocument::ImageResource)
+            return QTextBrowser::loadResource(type, name);
+        // Of few colours no mixed ones could be made.
+        const QImage picture = QImage(u":/"_s + name.path()).convertToFormat(QImage::Format_RGB32);
+        return picture.width() <= m_pictureWidth ? picture
+                                                 : picture.scaledToWidth(m_pictureWidth, Qt::SmoothTransformation);
+    }
+
+private:
+    int m_pictureWidth;
+};
 
 QString guideText() {
     QFile file(u":/user-guide.md"_s);
@@ -65,7 +87,7 @@ GuideWindow::GuideWindow(QWidget *parent)
     : QDialog(parent)
     , m_search(new QLineEdit)
     , m_contents(new QTreeWidget)
-    , m_text(new QTextBrowser) {
+    , m_text(new Text(fontMetrics().averageCharWidth() * (textColumns - pictureIndent))) {
     setObjectName(u"Guide"_s);
     setWindowTitle(tr("User Guide"));
     m_search->setObjectName(u"guideSearch"_s);
@@ -81,7 +103,6 @@ GuideWindow::GuideWindow(QWidget *parent)
     m_text->setOpenLinks(false);
     connect(m_text, &QTextBrowser::anchorClicked, this, &GuideWindow::follow);
     m_text->document()->setDocumentMargin(fontMetrics().averageCharWidth() * 2);
-    m_text->setSearchPaths({u":/"_s}); // of the pictures
     const QString guide = guideText();
     static const QRegularExpression comments(u"<!-- [^>]*-->\\n"_s);
     m_text->setMarkdown(QString(guide).remove(comments));

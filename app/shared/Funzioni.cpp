@@ -23,12 +23,12 @@ namespace {
 /// Where the file of a dialog's answer stands: a new one gets the upper-cased name in the folder chosen.
 QString chosenPlace(const FileDialogAnswer &answer) {
     const QFileInfo chosen(answer.path);
-    return chosen.exists() ? answer.path : chosen.absolutePath() + u'/' + chosen.fileName().trimmed().toUpper();
+    return answer.existed ? answer.path : chosen.absolutePath() + u'/' + chosen.fileName().trimmed().toUpper();
 }
 
 /// Why nothing may be saved in a place: a file stands there that the dialog did not show as existing. "" when it may.
 QString objectionToSaving(const FileDialogAnswer &answer, const QString &place) {
-    if (QFileInfo::exists(answer.path))
+    if (answer.existed)
         return {};
     const Result<QString> reached = reachIgnoringCase(place);
     if (!reached)

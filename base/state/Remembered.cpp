@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <array>
 
 namespace qir {
 
@@ -79,8 +80,17 @@ void putFirst(QJsonObject &state, QLatin1StringView key, const QJsonObject &entr
     state.insert(key, list);
 }
 
+/// Whether an extension is that of one of the kinds of databases.
+bool isKind(const QString &extension) {
+    constexpr std::array kinds{"DDB"_L1, "WDB"_L1, "UDB"_L1, "IDB"_L1, "SDB"_L1};
+    return std::ranges::find(kinds, extension) != kinds.end();
+}
+
 QRect rectangleIn(const QJsonObject &entry) {
-    const auto number = [&entry](QLatin1StringView key) { return entry.value(key).toInt(-100'000); };
+    static constexpr int farthest = 100'000; // so that sums of two stay in bounds
+    const auto number = [&entry](QLatin1StringView key) {
+        return std::clamp(entry.value(key).toInt(-farthest), -farthest, farthest);
+    };
     return {number("x"_L1), number("y"_L1), number("width"_L1), number("height"_L1)};
 }
 
@@ -207,18 +217,21 @@ QString Remembered::folder() const {
 }
 
 QString Remembered::kind() const {
-    return m_kind.isEmpty() ? load().value(kindKey).toString() : m_kind;
+    const QString kind = m_kind.isEmpty() ? load().value(kindKey).toString() : m_kind;
+    return isKind(kind) ? kind : QString();
 }
 
 void Remembered::noteChosen(const QString &path, Protection protection) {
     const QFileInfo chosen(path);
     m_folder = chosen.absolutePath();
-    m_kind = chosen.suffix().toUpper();
+    if (const QString kind = chosen.suffix().toUpper(); isKind(kind))
+        m_kind = kind;
     if (!mayKeep(protection))
         return;
     change([this](QJsonObject &state) {
         state.insert(folderKey, m_folder);
-        state.insert(kindKey, m_kind);
+        if (!m_kind.isEmpty())
+            state.insert(kindKey, m_kind);
     });
 }
 

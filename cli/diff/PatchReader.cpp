@@ -1,17 +1,13 @@
 #include "cli/diff/Patch.h"
 
 #include "base/Collation.h"
+#include "compare/report/JsonLines.h"
 #include "db/FieldTypes.h"
 
 #include <QHash>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <algorithm>
-#include <limits>
 #include <optional>
-#include <stdexcept>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -20,77 +16,25 @@ namespace qir {
 
 namespace {
 
-/// What is wrong with a line; nobody outside sees it.
-class BadLine : public std::runtime_error {
-public:
-    explicit BadLine(const QString &text)
-        : std::runtime_error(text.toStdString()) {}
-};
-
-QJsonValue member(const QJsonObject &object, const QString &name) {
-    const QJsonValue value = object.value(name);
-    if (value.isUndefined())
-        throw BadLine(u"it has no \"%1\""_s.arg(name));
-    return value;
-}
-
-QString text(const QJsonValue &value) {
-    if (!value.isString())
-        throw BadLine(u"a text is missing"_s);
-    return value.toString();
-}
-
-int wholeNumber(const QJsonValue &value, int least) {
-    const double number = value.toDouble(-1);
-    if (number < least || number > std::numeric_limits<int>::max() || number != static_cast<int>(number))
-        throw BadLine(u"a whole number is missing"_s);
-    return static_cast<int>(number);
-}
-
-QJsonArray array(const QJsonValue &value) {
-    if (!value.isArray())
-        throw BadLine(u"an array is missing"_s);
-    return value.toArray();
-}
-
-/// A number, a text, or nothing for null.
-QVariant cellValue(const QJsonValue &value) {
-    if (value.isNull())
-        return {};
-    if (value.isDouble())
-        return value.toDouble();
-    return text(value);
-}
-
-QVariantList cellValues(const QJsonValue &value) {
-    QVariantList values;
-    for (const QJsonValue &element : array(value)) {
-        values.append(cellValue(element));
-        if (!values.last().isValid())
-            throw BadLine(u"a value is missing"_s);
-    }
-    return values;
-}
-
 FieldInfo fieldInfo(const QJsonValue &value) {
     const QJsonObject object = value.toObject();
-    const QString type = text(member(object, u"type"_s));
+    const QString type = jsonText(jsonMember(object, u"type"_s));
     const auto found = std::ranges::find_if(
         fieldTypeNames, [&](const FieldTypeName &known) { return type == QLatin1StringView(known.name); });
     if (found == fieldTypeNames.end())
         throw BadLine(u"there is no type \"%1\""_s.arg(type));
-    return {text(member(object, u"name"_s)), found->code, wholeNumber(member(object, u"size"_s), 0)};
+    return {jsonText(jsonMember(object, u"name"_s)), found->code, jsonWholeNumber(jsonMember(object, u"size"_s), 0)};
 }
 
 std::vector<FieldInfo> fieldInfos(const QJsonValue &value) {
     std::vector<FieldInfo> fields;
-    for (const QJsonValue &element : array(value))
+    for (const QJsonValue &element : jsonArray(value))
         fields.push_back(fieldInfo(element));
     return fields;
 }
 
 std::pair<QJsonValue, QJsonValue> pair(const QJsonValue &value) {
-    const QJsonArray both = array(value);
+    const QJsonArray both = jsonArray(value);
     if (both.size() != 2)
         throw BadLine(u"an array of two is missing"_s);
     return {both[0], both[1]};
@@ -104,7 +48,7 @@ public:
             if (line.value(u"patch"_s).toInt() != 1)
                 throw BadLine(u"it is no patch: its first line is not {\"patch\": 1}"_s);
             if (line.contains(u"tables"_s))
-                m_tableCount = static_cast<std::size_t>(wholeNumber(line.value(u"tables"_s), 0));
+                m_tableCount = static_cast<std::size_t>(jsonWholeNumber(line.value(u"tables"_s), 0));
             m_begun = true;
         } else if (line.contains(u"state"_s)) {
             takeTable(line);
@@ -166,7 +110,7 @@ private:
                 return changes;
             const qint64 leftFields = static_cast<qint64>(table.leftFields.size());
             const qint64 rightFields = static_cast<qint64>(table.rightFields.size());
-            const auto count = [&line](const QString &name) { return wholeNumber(member(line, name), 0); };
+            const auto count = [&line](const QString &name) { return jsonWholeNumber(jsonMember(line, name), 0); };
             if (table.leftName.isEmpty() || table.rightName.isEmpty()) { // all cells of it
                 changes.cells = table.leftRecords * leftFields + table.rightRecords * rightFields;
                 return changes;
@@ -178,8 +122,8 @@ private:
             changes.added = count(u"added"_s);
             changes.removed = count(u"removed"_s);
             changes.cells -= changes.added * rightFields + changes.removed * leftFields;
-            const qint64 oneSided =
-                array(member(line, u"fieldsLeft"_s)).size() + array(member(line, u"fieldsRight"_s)).size();
+            const qint64 oneSided = jsonArray(jsonMember(line, u"fieldsLeft"_s)).size() +
+                                    jsonArray(jsonMember(line, u"fieldsRight"_s)).size();
             changes.values = (table.leftRecords - changes.removed) * oneSided;
             return changes;
         }
@@ -187,8 +131,8 @@ private:
 
     void takeTable(const QJsonObject &line) {
         PatchTable table;
-        const QString name = text(member(line, u"table"_s));
-        const QString state = text(member(line, u"state"_s));
+        const QString name = jsonText(jsonMember(line, u"table"_s));
+        const QString state = jsonText(jsonMember(line, u"state"_s));
         if (!QStringList{u"left"_s, u"right"_s, u"same"_s, u"different"_s}.contains(state))
             throw BadLine(u"there is no state \"%1\""_s.arg(state));
         table.leftName = state == u"right"_s ? QString() : name;
@@ -196,21 +140,21 @@ private:
         table.hasFields = line.contains(u"leftFields"_s);
         if (table.hasFields) {
             table.leftFields = fieldInfos(line.value(u"leftFields"_s));
-            table.rightFields = fieldInfos(member(line, u"rightFields"_s));
-            const auto [left, right] = pair(member(line, u"records"_s));
-            table.leftRecords = wholeNumber(left, 0);
-            table.rightRecords = wholeNumber(right, 0);
+            table.rightFields = fieldInfos(jsonMember(line, u"rightFields"_s));
+            const auto [left, right] = pair(jsonMember(line, u"records"_s));
+            table.leftRecords = jsonWholeNumber(left, 0);
+            table.rightRecords = jsonWholeNumber(right, 0);
         } else if (state != u"same"_s) {
             throw BadLine(u"it has no \"leftFields\": the output of --patch has"_s);
         }
         if (line.contains(u"names"_s)) {
             const auto [left, right] = pair(line.value(u"names"_s));
-            table.leftName = text(left);
-            table.rightName = text(right);
+            table.leftName = jsonText(left);
+            table.rightName = jsonText(right);
         }
         if (line.contains(u"key"_s)) {
-            for (const QJsonValue &field : array(line.value(u"key"_s)))
-                table.key += text(field);
+            for (const QJsonValue &field : jsonArray(line.value(u"key"_s)))
+                table.key += jsonText(field);
         }
         if (m_tables.contains(collationKey(name)))
             throw BadLine(u"the table \"%1\" is there twice"_s.arg(name));
@@ -220,7 +164,7 @@ private:
     }
 
     PatchTable &tableOf(const QJsonObject &line) {
-        const QString name = text(member(line, u"table"_s));
+        const QString name = jsonText(jsonMember(line, u"table"_s));
         const auto found = m_tables.constFind(collationKey(name));
         if (found == m_tables.constEnd())
             throw BadLine(u"the table \"%1\" has no line before it"_s.arg(name));
@@ -234,8 +178,9 @@ private:
         PatchTable &table = tableOf(line);
         if (!table.key.isEmpty())
             throw BadLine(u"a cell by position in a table by key"_s);
-        table.cells.push_back({wholeNumber(member(line, u"record"_s), 1), wholeNumber(member(line, u"field"_s), 1),
-                               cellValue(member(line, u"left"_s)), cellValue(member(line, u"right"_s))});
+        table.cells.push_back({jsonWholeNumber(jsonMember(line, u"record"_s), 1),
+                               jsonWholeNumber(jsonMember(line, u"field"_s), 1), jsonCell(jsonMember(line, u"left"_s)),
+                               jsonCell(jsonMember(line, u"right"_s))});
     }
 
     void takeRecord(const QJsonObject &line) {
@@ -245,24 +190,24 @@ private:
                                                          {u"field"_s, PatchAction::Field}};
         PatchTable &table = tableOf(line);
         PatchRecord record;
-        const auto action = actions.constFind(text(member(line, u"change"_s)));
+        const auto action = actions.constFind(jsonText(jsonMember(line, u"change"_s)));
         if (action == actions.constEnd())
             throw BadLine(u"there is no such change"_s);
         record.action = *action;
-        record.key = cellValues(member(line, u"key"_s));
+        record.key = jsonCells(jsonMember(line, u"key"_s));
         if (record.key.isEmpty() || record.key.size() != table.key.size())
             throw BadLine(u"its key has not as many values as the table's"_s);
         if (line.contains(u"occurrence"_s))
-            record.occurrence = wholeNumber(line.value(u"occurrence"_s), 1);
+            record.occurrence = jsonWholeNumber(line.value(u"occurrence"_s), 1);
         if (record.action == PatchAction::Added || record.action == PatchAction::Removed) {
-            record.values = cellValues(member(line, u"values"_s));
+            record.values = jsonCells(jsonMember(line, u"values"_s));
             const auto &fields = record.action == PatchAction::Added ? table.rightFields : table.leftFields;
             if (record.values.size() != static_cast<qsizetype>(fields.size()))
                 throw BadLine(u"it has not a value for each field"_s);
         } else {
-            record.field = text(member(line, u"field"_s));
-            record.left = cellValue(member(line, u"left"_s));
-            record.right = cellValue(member(line, u"right"_s));
+            record.field = jsonText(jsonMember(line, u"field"_s));
+            record.left = jsonCell(jsonMember(line, u"left"_s));
+            record.right = jsonCell(jsonMember(line, u"right"_s));
         }
         table.records.push_back(std::move(record));
     }
@@ -284,26 +229,9 @@ PatchAction reversedAction(PatchAction action) {
 
 Result<Patch> readPatch(const QByteArray &lines) {
     PatchReader reader;
-    qsizetype begin = 0;
-    for (int number = 1; begin < lines.size(); ++number) {
-        qsizetype end = lines.indexOf('\n', begin);
-        if (end < 0)
-            end = lines.size();
-        const QByteArray line = QByteArray::fromRawData(lines.constData() + begin, end - begin);
-        begin = end + 1;
-        if (line.trimmed().isEmpty())
-            continue;
-        QJsonParseError error;
-        const QJsonDocument document = QJsonDocument::fromJson(line, &error);
-        const auto fail = [&](const QString &reason) { return failure(u"line %1: %2"_s.arg(number).arg(reason)); };
-        if (!document.isObject())
-            return fail(u"it is no JSON object"_s);
-        try {
-            reader.take(document.object());
-        } catch (const BadLine &bad) {
-            return fail(QString::fromUtf8(bad.what()));
-        }
-    }
+    const Result<void> read = readJsonLines(lines, [&](const QJsonObject &line) { reader.take(line); });
+    if (!read)
+        return tl::unexpected(read.error());
     try {
         return reader.finish();
     } catch (const BadLine &bad) {

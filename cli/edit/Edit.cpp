@@ -1,5 +1,6 @@
 #include "cli/edit/Edit.h"
 
+#include "cli/FileError.h"
 #include "cli/NearestName.h"
 #include "cli/edit/CellPlace.h"
 #include "cli/edit/TableEdits.h"
@@ -18,10 +19,6 @@ namespace qir {
 namespace {
 
 constexpr int many = std::numeric_limits<int>::max();
-
-[[noreturn]] void refuse(const QString &reason) {
-    throw std::runtime_error(reason.toStdString());
-}
 
 int requiredTable(const QirDatabase &database, const QString &name) {
     const int table = tableNumber(database, name);

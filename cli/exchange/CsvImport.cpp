@@ -18,13 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace qir {
 
-namespace {
-
-[[noreturn]] void refuse(const QString &reason) {
-    throw std::runtime_error(reason.toStdString());
-}
-
-} // namespace
+namespace {} // namespace
 
 CsvImport CsvImport::read(const QString &csv, const QString &table, std::optional<char> delimiter) {
     Result<CsvTable> read = failure({});
@@ -87,11 +81,11 @@ void CsvImport::storeRecords(const QirDatabase &database, const TableInfo &table
     }
 }
 
-void CsvImport::store(const QirDatabase &database, Standing standing, ComeNames &replaced) const {
-    if (standing == Standing::Replaced)
+void CsvImport::store(const QirDatabase &database, KnownTable standing, ComeNames &replaced) const {
+    if (standing == KnownTable::Replaced)
         replaced.take(m_csv, m_name);
-    const int there = standing == Standing::Refused ? 0 : tableNumber(database, m_name);
-    if (standing == Standing::Extended) {
+    const int there = standing == KnownTable::Refused ? 0 : tableNumber(database, m_name);
+    if (standing == KnownTable::Extended) {
         if (there == 0)
             refuse(u"there is no table \"%1\" that the records could be added to"_s.arg(m_name));
         const TableInfo table = chooseTable(database, database.QIRTableName(there));

@@ -23,7 +23,7 @@ public:
     const QString &table() const { return m_name; }
     /// Puts it into a database, in memory; `replaced` are the tables that came before and replace standing ones. Throws
     /// FileError for values that do not fit, and what the component throws; part of it may be there then.
-    void store(const QirDatabase &database, Standing standing, ComeNames &replaced) const;
+    void store(const QirDatabase &database, KnownTable standing, ComeNames &replaced) const;
 
 private:
     CsvImport(QString csv, QString name, CsvTable table, std::vector<FieldInfo> fields)

@@ -37,12 +37,12 @@ std::optional<char> delimiterOf(const std::string &text) {
     return text[0];
 }
 
-Standing standingOf(const Arguments &arguments) {
+KnownTable standingOf(const Arguments &arguments) {
     if (arguments.replace && arguments.append)
         throw std::runtime_error("--replace excludes --append");
     if (arguments.replace)
-        return Standing::Replaced;
-    return arguments.append ? Standing::Extended : Standing::Refused;
+        return KnownTable::Replaced;
+    return arguments.append ? KnownTable::Extended : KnownTable::Refused;
 }
 
 std::vector<CsvImport> readAll(const Arguments &arguments) {
@@ -59,7 +59,7 @@ std::vector<CsvImport> readAll(const Arguments &arguments) {
 }
 
 void importTables(const Arguments &arguments) {
-    const Standing standing = standingOf(arguments);
+    const KnownTable standing = standingOf(arguments);
     if (!arguments.tables.empty() || !arguments.schema.empty())
         throw std::runtime_error("--table and --schema go with --from");
     const std::vector<CsvImport> imports = readAll(arguments);
@@ -74,7 +74,7 @@ void importTables(const Arguments &arguments) {
 
 /// From other databases: the one argument behind the file is where they are.
 void importFrom(const Arguments &arguments) {
-    const Standing standing = standingOf(arguments);
+    const KnownTable standing = standingOf(arguments);
     if (!arguments.csv.empty())
         throw std::runtime_error("--from takes one source; --table chooses tables of it");
     if (!arguments.delimiter.empty())

@@ -1,6 +1,7 @@
 #include "cli/exchange/JsonRecord.h"
 
 #include "base/columns/UnicodeText.h"
+#include "cli/FileError.h"
 
 #include <QChar>
 #include <QString>
@@ -13,10 +14,6 @@ using namespace Qt::StringLiterals;
 namespace qir {
 
 namespace {
-
-[[noreturn]] void refuse(const char *reason) {
-    throw std::runtime_error(reason);
-}
 
 bool isDigit(char byte) {
     return byte >= '0' && byte <= '9';
@@ -34,7 +31,7 @@ void JsonRecord::read(QByteArrayView line) {
     m_own.resize(0);
     m_values.clear();
     if (!skip('['))
-        refuse("an array is missing");
+        refuse(u"an array is missing"_s);
     if (!skip(']')) {
         do {
             skipBlanks();
@@ -44,11 +41,11 @@ void JsonRecord::read(QByteArrayView line) {
                 readNumber();
         } while (skip(','));
         if (!skip(']'))
-            refuse("an array is not closed, or a value is neither number nor text");
+            refuse(u"an array is not closed, or a value is neither number nor text"_s);
     }
     skipBlanks();
     if (m_at != m_line.size())
-        refuse("something stands behind the array");
+        refuse(u"something stands behind the array"_s);
 }
 
 void JsonRecord::skipBlanks() {
@@ -78,7 +75,7 @@ void JsonRecord::readNumber() {
         while (m_at < m_line.size() && isDigit(m_line[m_at]))
             ++m_at;
         if (m_at == first)
-            refuse("a value is neither number nor text");
+            refuse(u"a value is neither number nor text"_s);
     };
     const auto takes = [&](char byte) { return m_at < m_line.size() && m_line[m_at] == byte && ++m_at != 0; };
     takes('-');
@@ -100,12 +97,12 @@ void JsonRecord::readString() {
     qsizetype copied = begin;
     while (true) {
         if (m_at == m_line.size())
-            refuse("a text is not closed");
+            refuse(u"a text is not closed"_s);
         const char byte = m_line[m_at];
         if (byte == '"')
             break;
         if (static_cast<unsigned char>(byte) < 0x20)
-            refuse("a text has a control character");
+            refuse(u"a text has a control character"_s);
         if (byte != '\\') {
             ++m_at;
             continue;
@@ -125,7 +122,7 @@ char32_t JsonRecord::readCode() {
     constexpr qsizetype digits = 4;
     const QByteArrayView written = m_line.sliced(m_at, std::min(digits, m_line.size() - m_at));
     if (written.size() < digits || !std::ranges::all_of(written, isHexDigit)) // a conversion takes signs and 0x
-        refuse("a text has an escape that is none");
+        refuse(u"a text has an escape that is none"_s);
     m_at += digits;
     return written.toByteArray().toUShort(nullptr, 16);
 }
@@ -140,7 +137,7 @@ void JsonRecord::readEscape() {
         return;
     }
     if (letter != 'u')
-        refuse("a text has an escape that is none");
+        refuse(u"a text has an escape that is none"_s);
     QString text;
     const char32_t code = readCode();
     text += QChar(static_cast<char16_t>(code));
@@ -162,7 +159,8 @@ QByteArrayView JsonRecord::bytesOf(const Value &value) const {
 void JsonRecord::give(std::size_t index, FieldType type, RecordIntake &records) const {
     const Value &value = m_values[index];
     if (value.isString != (type == FieldType::Text))
-        refuse(value.isString ? "a text stands where a number is missing" : "a number stands where a text is missing");
+        refuse(value.isString ? u"a text stands where a number is missing"_s
+                              : u"a number stands where a text is missing"_s);
     if (value.isString)
         records.text(bytesOf(value));
     else

@@ -26,10 +26,6 @@ struct JsonTable {
     int records;
 };
 
-[[noreturn]] void refuse(const QString &reason) {
-    throw std::runtime_error(reason.toStdString());
-}
-
 int wholeNumber(const QJsonValue &value, int most) {
     const double number = value.toDouble(-1);
     if (number < 0 || number > most || number != static_cast<int>(number))

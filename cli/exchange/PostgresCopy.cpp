@@ -11,7 +11,7 @@ namespace {
 constexpr QByteArrayView escapes = "\\\t\n\r"; // each is written as a backslash and
 constexpr QByteArrayView letters = "\\tnr";
 
-void putEscaped(TextWriter &writer, QByteArrayView text) {
+void putEscaped(TextAppender &writer, QByteArrayView text) {
     const auto isPlain = [](char byte) { return !escapes.contains(byte); };
     if (std::ranges::all_of(text, isPlain))
         return writer.put(text);
@@ -28,7 +28,7 @@ void putEscaped(TextWriter &writer, QByteArrayView text) {
 } // namespace
 
 void appendCopyRecords(QByteArray &out, const Portion &portion, int from, int to, CopyNumbers numbers) {
-    TextWriter writer(out);
+    TextAppender writer(out);
     QByteArray storage;
     for (int record = from; record < to; ++record) {
         bool isFirst = true;

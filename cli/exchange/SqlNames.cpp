@@ -1,5 +1,6 @@
 #include "cli/exchange/SqlNames.h"
 
+#include "cli/FileError.h"
 #include "cli/tables/FieldHeader.h"
 
 #include <stdexcept>
@@ -9,10 +10,6 @@ using namespace Qt::StringLiterals;
 namespace qir {
 
 namespace {
-
-[[noreturn]] void refuse(const QString &reason) {
-    throw std::runtime_error(reason.toStdString());
-}
 
 void requireName(const QString &name, Engine engine) {
     constexpr qsizetype longest = 63; // of PostgreSQL, which cuts what is longer

@@ -71,10 +71,10 @@ std::vector<FieldInfo> TableIntake::beginTable(const QString &source, const QStr
     const QirDatabase &database = m_session.database();
     std::vector<int> places(fields.size());
     std::iota(places.begin(), places.end(), 1);
-    const int there = m_standing == Standing::Refused ? 0 : tableNumber(database, table);
-    if (m_standing == Standing::Replaced)
+    const int there = m_standing == KnownTable::Refused ? 0 : tableNumber(database, table);
+    if (m_standing == KnownTable::Replaced)
         m_replaced.take(source, table);
-    if (m_standing != Standing::Extended) {
+    if (m_standing != KnownTable::Extended) {
         if (there == 0) {
             addEmptyTable(database, table, fields);
         } else {

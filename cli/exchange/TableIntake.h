@@ -17,7 +17,7 @@
 namespace qir {
 
 /// What becomes of a table that has the name already.
-enum class Standing {
+enum class KnownTable {
     Refused,  ///< It stays, and the import fails.
     Replaced, ///< It gets the fields and records of the import, and keeps its place.
     Extended, ///< It gets its records; one must be there.
@@ -44,7 +44,7 @@ private:
 /// Where the tables of an import go: into a database, in memory, until its session saves it.
 class TableIntake {
 public:
-    TableIntake(const Session &session, Standing standing, QStringList chosen)
+    TableIntake(const Session &session, KnownTable standing, QStringList chosen)
         : m_session(session)
         , m_standing(standing)
         , m_chosen(std::move(chosen)) {}
@@ -64,7 +64,7 @@ private:
                                       const std::vector<FieldInfo> &fields);
 
     const Session &m_session;
-    Standing m_standing;
+    KnownTable m_standing;
     QStringList m_chosen;
     QStringList m_come;
     ComeNames m_replaced;

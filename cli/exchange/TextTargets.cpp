@@ -56,7 +56,7 @@ public:
 };
 
 /// What the records of a table become, a row of a statement each.
-void appendSqlRow(TextWriter &writer, const Portion &portion, int record) {
+void appendSqlRow(TextAppender &writer, const Portion &portion, int record) {
     QByteArray storage;
     QByteArrayView separator = "(";
     for (const ColumnBlock &column : portion.columns) {
@@ -96,7 +96,7 @@ public:
             constexpr int rows = 128; // of a statement
             for (int first = from; first < to; first += rows) {
                 out += "INSERT INTO " + sqlName(m_table.name) + " VALUES\n";
-                TextWriter writer(out);
+                TextAppender writer(out);
                 for (int record = first; record < std::min(first + rows, to); ++record) {
                     writer.put(record == first ? QByteArrayView("") : ",\n");
                     appendSqlRow(writer, records, record);

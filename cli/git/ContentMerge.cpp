@@ -1,6 +1,7 @@
 #include "cli/git/ContentMerge.h"
 
 #include "base/Collation.h"
+#include "cli/git/ConflictText.h"
 #include "cli/git/TableMerge.h"
 
 using namespace Qt::StringLiterals;

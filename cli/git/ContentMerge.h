@@ -1,7 +1,8 @@
 #pragma once
 
-#include "cli/git/Conflict.h"
+#include "cli/git/Content.h"
 #include "cli/git/KeyChoice.h"
+#include "compare/conflicts/Conflict.h"
 
 namespace qir {
 

@@ -1,6 +1,7 @@
 #include "cli/git/FieldMerge.h"
 
 #include "base/Collation.h"
+#include "cli/git/ConflictText.h"
 #include "cli/tables/FieldHeader.h"
 #include "cli/tables/TableWriter.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/git/RecordMerge.h"
+#include "compare/conflicts/Conflict.h"
 
 namespace qir {
 

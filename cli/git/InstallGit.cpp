@@ -33,13 +33,23 @@ QByteArray git(const QStringList &arguments) {
     return process.readAllStandardOutput();
 }
 
+QString quoted(const QString &word) {
+    return u'\'' + QString(word).replace(u'\'', u"'\\''"_s) + u'\'';
+}
+
 /// How git's shell reaches this program.
 QString programWord() {
     const QString own = QFileInfo(QCoreApplication::applicationFilePath()).canonicalFilePath();
     const QString found = QStandardPaths::findExecutable(u"qirdb"_s);
-    if (!found.isEmpty() && QFileInfo(found).canonicalFilePath() == own)
-        return u"qirdb"_s;
-    return u'\'' + QString(own).replace(u'\'', u"'\\''"_s) + u'\'';
+    return !found.isEmpty() && QFileInfo(found).canonicalFilePath() == own ? u"qirdb"_s : quoted(own);
+}
+
+/// The same of the editor: the one beside this program where that is not the one that is found by its name.
+QString editorWord() {
+    const QString name = u"qir-editor"_s;
+    const QFileInfo beside(QFileInfo(QCoreApplication::applicationFilePath()).canonicalPath() + u'/' + name);
+    const QString found = QStandardPaths::findExecutable(name);
+    return !beside.isExecutable() || QFileInfo(found) == beside ? name : quoted(beside.filePath());
 }
 
 void writeDrivers(const QString &scope) {
@@ -50,6 +60,7 @@ void writeDrivers(const QString &scope) {
     set(u"merge.qirdb.name"_s, u"tables of a database, cell by cell"_s);
     set(u"merge.qirdb.driver"_s, program + u" merge %O %A %B -o %A --path %P"_s);
     set(u"difftool.qirdb.cmd"_s, program + u" diff -- \"$LOCAL\" \"$REMOTE\""_s);
+    set(u"difftool.qir-editor.cmd"_s, editorWord() + u" --left=\"$LOCAL\" --right=\"$REMOTE\""_s);
 }
 
 /// A pattern of git's that takes an extension whatever its case.
@@ -109,8 +120,9 @@ void addInstallGit(CLI::App &program, Exit &) {
     auto isGlobal = std::make_shared<bool>(false);
     Command(program, "install-git", "Make git show and merge databases by their tables, in this repository")
         .flag("--global", *isGlobal, "In all repositories of this user")
-        .note("Writes the drivers into git's configuration (diff, merge, difftool; all named qirdb) and the file names "
-              "that they are for into .gitattributes at the top of the repository, which is to be committed.")
+        .note("Writes the drivers into git's configuration (diff, merge, difftool; all named qirdb, and a difftool "
+              "qir-editor, the window) and the file names that they are for into .gitattributes at the top of the "
+              "repository, which is to be committed.")
         .run([isGlobal] { install(*isGlobal); });
 }
 

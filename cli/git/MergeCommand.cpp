@@ -5,6 +5,7 @@
 #include "cli/Protection.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
+#include "cli/git/ConflictText.h"
 #include "cli/git/ContentMerge.h"
 
 #include <QDir>
@@ -99,7 +100,7 @@ void removeConflicts(const QString &file) {
 void writeConflicts(const QString &file, const std::vector<Conflict> &conflicts, bool isPrivate) {
     QByteArray lines;
     for (const Conflict &conflict : conflicts)
-        conflict.appendJson(lines);
+        appendConflict(lines, conflict);
     ExportRules rules;
     rules.isPrivate = isPrivate;
     // git makes the folder of a file that has moved only when all files are merged.
@@ -110,7 +111,7 @@ void writeConflicts(const QString &file, const std::vector<Conflict> &conflicts,
 void tellConflicts(const QString &out, const QString &file, const std::vector<Conflict> &conflicts) {
     constexpr std::size_t most = 10;
     for (std::size_t i = 0; i < std::min(most, conflicts.size()); ++i)
-        printError(u"%1: conflict: %2"_s.arg(out, conflicts[i].text()));
+        printError(u"%1: conflict: %2"_s.arg(out, conflictText(conflicts[i])));
     printError(u"%1: %2 in conflict, as OURS has them; %3 lists them"_s.arg(
         out, conflicts.size() == 1 ? u"1 place"_s : u"%1 places"_s.arg(conflicts.size()), file));
 }

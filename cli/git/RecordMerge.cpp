@@ -56,15 +56,31 @@ RecordValues RecordMerge::moved(const RecordValues &values, int FieldPlaces::*pl
     return record;
 }
 
+QStringList RecordMerge::namesOf(const RecordValues *values, int FieldPlaces::*place) const {
+    QStringList names;
+    if (values == nullptr)
+        return names;
+    names.resize(static_cast<qsizetype>(values->size()));
+    for (const std::vector<FieldPlaces> *fields : {&m_fields, &m_leftOut})
+        for (const FieldPlaces &field : *fields)
+            if (field.*place >= 0)
+                names[field.*place] = field.field.name;
+    return names;
+}
+
 void RecordMerge::conflict(const RecordTriple &record, const QString &reason) {
     Conflict conflict;
     conflict.what = Conflict::What::Record;
     conflict.table = m_table;
     conflict.record = record.record;
     conflict.key = record.key;
+    if (!record.key.isEmpty())
+        conflict.keyFields = m_key;
     conflict.base = listOf(record.base);
     conflict.ours = listOf(record.ours);
     conflict.theirs = listOf(record.theirs);
+    conflict.oursFields = namesOf(record.ours, &FieldPlaces::ours);
+    conflict.theirsFields = namesOf(record.theirs, &FieldPlaces::theirs);
     conflict.reason = reason;
     m_conflicts.push_back(std::move(conflict));
 }
@@ -94,6 +110,8 @@ Conflict RecordMerge::cellConflict(const RecordTriple &record, const FieldPlaces
     conflict.table = m_table;
     conflict.record = record.record;
     conflict.key = record.key;
+    if (!record.key.isEmpty())
+        conflict.keyFields = m_key;
     conflict.field = field.field.name;
     conflict.base = oneOf(valueAt(record.base, field.base));
     conflict.ours = oneOf(valueAt(record.ours, field.ours));

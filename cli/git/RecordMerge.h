@@ -1,6 +1,7 @@
 #pragma once
 
-#include "cli/git/Conflict.h"
+#include "cli/git/Content.h"
+#include "compare/conflicts/Conflict.h"
 
 #include <vector>
 
@@ -27,8 +28,11 @@ struct RecordTriple {
 /// Brings records of one table together.
 class RecordMerge {
 public:
-    RecordMerge(QString table, const std::vector<FieldPlaces> &fields, const std::vector<FieldPlaces> &leftOut)
+    /// `key` names the fields by which records belong together, if any.
+    RecordMerge(QString table, QStringList key, const std::vector<FieldPlaces> &fields,
+                const std::vector<FieldPlaces> &leftOut)
         : m_table(std::move(table))
+        , m_key(std::move(key))
         , m_fields(fields)
         , m_leftOut(leftOut) {}
 
@@ -56,7 +60,11 @@ private:
     /// A record of one side, in the merged fields.
     RecordValues moved(const RecordValues &values, int FieldPlaces::*place) const;
 
+    /// The names of a side's fields in their order, "" for one that does not count.
+    QStringList namesOf(const RecordValues *values, int FieldPlaces::*place) const;
+
     QString m_table;
+    QStringList m_key;
     const std::vector<FieldPlaces> &m_fields;
     const std::vector<FieldPlaces> &m_leftOut;
     std::vector<RecordValues> m_records;

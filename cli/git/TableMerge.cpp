@@ -145,8 +145,9 @@ std::optional<MergedTable> mergeTables(const TableContent &base, const TableCont
     if (sameContent(base, theirs) || sameContent(ours, theirs))
         return MergedTable{ours, {}};
     MergedFields fields = mergeFields(base, ours, theirs);
-    RecordMerge records(ours.name, fields.fields, fields.leftOut);
-    if (const QStringList key = keys.keyOf(ours.name, commonFields(&base, &ours, &theirs)); !key.isEmpty())
+    const QStringList key = keys.keyOf(ours.name, commonFields(&base, &ours, &theirs));
+    RecordMerge records(ours.name, key, fields.fields, fields.leftOut);
+    if (!key.isEmpty())
         KeyedMerge(key, records).merge(base, ours, theirs);
     else if (isShifted(base, ours) || isShifted(base, theirs))
         return std::nullopt;

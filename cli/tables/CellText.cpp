@@ -7,16 +7,16 @@
 
 namespace qir {
 
-TextWriter::TextWriter(QByteArray &out)
+TextAppender::TextAppender(QByteArray &out)
     : m_out(out)
     , m_at(out.data() + out.size())
     , m_end(m_at) {}
 
-TextWriter::~TextWriter() {
+TextAppender::~TextAppender() {
     m_out.resize(m_at - m_out.constData());
 }
 
-void TextWriter::grow(qsizetype count) {
+void TextAppender::grow(qsizetype count) {
     constexpr qsizetype least = 4096;
     const qsizetype used = m_at - m_out.constData();
     m_out.resize(std::max({least, used + count, 2 * used, m_out.capacity()}));
@@ -24,7 +24,7 @@ void TextWriter::grow(qsizetype count) {
     m_end = m_out.data() + m_out.size();
 }
 
-void TextWriter::number(const ColumnBlock &column, qsizetype index) {
+void TextAppender::number(const ColumnBlock &column, qsizetype index) {
     char *&at = room(numberTextCapacity);
     const double number = numberAt(column.type(), column.values().constData() + (index << valueShift(column.type())));
     const bool isReal = column.type() == ColumnType::Double || column.type() == ColumnType::Date;

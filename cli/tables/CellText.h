@@ -11,12 +11,12 @@ namespace qir {
 
 /// Writes texts behind what stands in an array, in memory that grows as it must and is given back when the writer dies;
 /// nobody else may touch the array before.
-class TextWriter {
+class TextAppender {
 public:
-    explicit TextWriter(QByteArray &out);
-    ~TextWriter();
-    TextWriter(const TextWriter &) = delete;
-    TextWriter &operator=(const TextWriter &) = delete;
+    explicit TextAppender(QByteArray &out);
+    ~TextAppender();
+    TextAppender(const TextAppender &) = delete;
+    TextAppender &operator=(const TextAppender &) = delete;
 
     void put(char byte) { *room(1)++ = byte; }
     void put(QByteArrayView bytes) {

@@ -70,7 +70,7 @@ void appendCsvHeader(QByteArray &out, const TableInfo &table, Formulas formulas)
 }
 
 void appendCsvRecords(QByteArray &out, const Portion &portion, int from, int to, Formulas formulas) {
-    TextWriter writer(out);
+    TextAppender writer(out);
     QByteArray quoted;
     for (int record = from; record < to; ++record) {
         bool isFirst = true;

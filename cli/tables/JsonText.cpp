@@ -89,7 +89,7 @@ void appendJsonTable(QByteArray &out, const TableInfo &table) {
 }
 
 void appendJsonRecords(QByteArray &out, const Portion &portion, int from, int to) {
-    TextWriter writer(out);
+    TextAppender writer(out);
     QByteArray escaped;
     for (int record = from; record < to; ++record) {
         QByteArrayView separator = "[";

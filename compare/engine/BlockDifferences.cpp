@@ -1,5 +1,7 @@
 #include "compare/engine/BlockDifferences.h"
 
+#include "compare/engine/ValueEquality.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -11,10 +13,6 @@ namespace qir {
 namespace {
 
 constexpr qsizetype spanValues = 256; // looked at as one piece of memory first
-
-bool sameNumber(double left, double right) {
-    return left == right || (std::isnan(left) && std::isnan(right));
-}
 
 /// Calls found(i) for each value that differs, until it returns false.
 template<class Found>
@@ -65,7 +63,7 @@ private:
     }
 
     bool numberDiffers(qsizetype i) const {
-        return !sameNumber(m_left.number(m_leftFirst + i), m_right.number(m_rightFirst + i));
+        return !realsEqual(m_left.number(m_leftFirst + i), m_right.number(m_rightFirst + i));
     }
 
     bool textDiffers(qsizetype i) const {

@@ -1,5 +1,7 @@
 #include "compare/engine/CellRules.h"
 
+#include "compare/engine/ValueEquality.h"
+
 #include <QHashFunctions>
 
 #include <algorithm>
@@ -9,10 +11,6 @@
 namespace qir {
 
 namespace {
-
-bool realsEqual(double left, double right) {
-    return left == right || (std::isnan(left) && std::isnan(right));
-}
 
 /// Calendar numbers and truth have no distances.
 bool hasDistance(FieldType type) {

@@ -24,10 +24,6 @@ Kind comparedAs(const QVariant &value) {
     return kinds[static_cast<std::size_t>(kindOf(value))];
 }
 
-bool realsEqual(double left, double right) {
-    return left == right || (std::isnan(left) && std::isnan(right));
-}
-
 qlonglong signedNumber(const QVariant &value) {
     return value.typeId() == QMetaType::Bool ? (value.toBool() ? -1 : 0) : value.toLongLong();
 }

@@ -157,15 +157,9 @@ void KeyedWindow::connectControls() {
     connect(m_options, &KeyedOptions::changed, this, [this] { runCommand([this] { compare(); }); });
     connect(&m_changes, &KeyedChanges::ticksChanged, this, &KeyedWindow::showTicks);
     connect(m_tickAll, &QCheckBox::clicked, this, [this](bool all) { m_changes.tickShown(all); });
-    connect(m_view, &QTableView::doubleClicked, this,
-            [this](const QModelIndex &index) { runCommand([&] { chooseRow(index); }); });
+    onRowChosen(*m_view, [this](const QModelIndex &index) { runCommand([&] { chooseRow(index); }); });
     auto *copy = new QShortcut(QKeySequence::Copy, m_view, nullptr, nullptr, Qt::WidgetShortcut);
     connect(copy, &QShortcut::activated, this, [this] { runCommand([this] { copyRows(); }); });
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-        auto *choose = new QShortcut(key, m_view, nullptr, nullptr, Qt::WidgetShortcut);
-        connect(choose, &QShortcut::activated, this,
-                [this] { runCommand([this] { chooseRow(m_view->currentIndex()); }); });
-    }
 }
 
 void KeyedWindow::showTables(const QString &name, std::shared_ptr<TableSnapshot> left,

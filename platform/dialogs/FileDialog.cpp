@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QRegularExpression>
+#include <QSettings>
 
 namespace qir {
 
@@ -28,6 +29,34 @@ public:
 
 private:
     QString m_path;
+};
+
+/// Qt's own dialog writes the folders it has been in to a file of the user's that all programs share: what this program
+/// remembers, and what it must not, is its own matter.
+class SharedHistory {
+public:
+    SharedHistory() {
+        const QSettings settings = shared();
+        for (const QString &key : keys)
+            m_values.append(settings.value(key));
+    }
+    ~SharedHistory() {
+        QSettings settings = shared();
+        for (qsizetype i = 0; i < keys.size(); ++i) {
+            if (m_values[i].isValid())
+                settings.setValue(keys[i], m_values[i]);
+            else
+                settings.remove(keys[i]);
+        }
+    }
+    SharedHistory(const SharedHistory &) = delete;
+    SharedHistory &operator=(const SharedHistory &) = delete;
+
+private:
+    static QSettings shared() { return QSettings(QSettings::UserScope, u"QtProject"_s); }
+
+    const QStringList keys{u"FileDialog/history"_s, u"FileDialog/lastVisited"_s};
+    QVariantList m_values;
 };
 
 /// The file or folder that a typed path reaches.
@@ -152,6 +181,7 @@ QStringList nameFilters(const QString &filter) {
 
 FileDialogAnswer askForFile(QWidget *parent, const FileDialogRequest &request) {
     const CurrentFolder current;
+    const SharedHistory history;
     const QString folder = request.initialFolder.isEmpty() ? current.path() : request.initialFolder;
     const QString chosen = request.action == FileDialogRequest::Open ? askForFileToOpen(parent, request, folder)
                                                                      : askForFileToSave(parent, request, folder);

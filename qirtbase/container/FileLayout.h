@@ -41,7 +41,6 @@ inline constexpr std::size_t digestSize = 32; // of the header MAC and of the he
 inline constexpr std::size_t macFromEnd = 64; // the header MAC starts this far before the header's end
 inline constexpr std::size_t digestFromEnd = 32;
 
-inline constexpr std::size_t extensionHeadSize = 4; // u16 type, u16 length
 inline constexpr std::uint16_t extensionRequired = 0x8000;
 
 inline constexpr std::uint16_t currentMajor = 1;

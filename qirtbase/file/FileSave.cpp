@@ -20,15 +20,10 @@ namespace {
 constexpr mode_t protectedMode = 0600;
 constexpr mode_t openMode = 0666;
 
-bool isUnsupported(SystemError error) {
-    return error.number == EOPNOTSUPP || error.number == ENOSYS;
-}
-
 /// Errors of making, changing or naming a new file that say nothing against writing the old one in place: a folder that
 /// takes no new file, an owner that is not ours to give, a file that is a mount point.
 bool speaksForWritingInPlace(SystemError error) {
-    return error.number == EACCES || error.number == EPERM || error.number == EROFS || error.number == EBUSY ||
-           error.number == EXDEV;
+    return isForbidden(error) || error.number == EBUSY || error.number == EXDEV;
 }
 
 QString displayName(const std::string &name) {
@@ -54,7 +49,7 @@ SaveOutcome FileSave::run() {
 
 FileSave::Step FileSave::save() {
     chooseIdentity();
-    const Standing &standing = m_target.standing();
+    const StandingFile &standing = m_target.standing();
     if (standing.exists && standing.status.st_nlink > 1)
         return writeInPlace();
     const Step replaced = replace();
@@ -65,7 +60,7 @@ FileSave::Step FileSave::save() {
 
 void FileSave::chooseIdentity() {
     FileHeader &header = m_outcome.header;
-    const Standing &standing = m_target.standing();
+    const StandingFile &standing = m_target.standing();
     const bool otherFile =
         m_request.target.replaceMeant && !(standing.header && standing.header->fileId == header.fileId);
     if (otherFile || header.fileId == FileIdentifier{})

@@ -17,14 +17,6 @@ constexpr char subfolder[] = "inplace";
 constexpr mode_t privateFile = 0600;
 constexpr std::uint64_t pieceSize = std::uint64_t{1} << 20;
 
-bool isUnsupported(SystemError error) {
-    return error.number == EOPNOTSUPP || error.number == ENOSYS || error.number == EINVAL;
-}
-
-bool isForbidden(SystemError error) {
-    return error.number == EACCES || error.number == EPERM || error.number == EROFS;
-}
-
 /// Lets those use the copy who may use the file, and nobody else.
 SystemResult<void> shareLike(FileOps &ops, StagedFile &staged, const InPlaceCopy::File &file) {
     const auto made = ops.status(staged.descriptor());

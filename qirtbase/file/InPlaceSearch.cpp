@@ -19,10 +19,6 @@ bool isAbsence(SystemError error) {
            error.number == EISDIR || error.number == ENXIO;
 }
 
-bool isReadOnly(SystemError error) {
-    return error.number == EACCES || error.number == EPERM || error.number == EROFS;
-}
-
 } // namespace
 
 /// Looks through the places where safe copies of one file may lie.
@@ -108,7 +104,7 @@ private:
         constexpr int flags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
         auto file = OpenFile::openAt(m_ops, folder->descriptor(), name, O_RDWR | flags);
         const bool isWritable = file.has_value();
-        if (!file && isReadOnly(file.error()))
+        if (!file && isForbidden(file.error()))
             file = OpenFile::openAt(m_ops, folder->descriptor(), name, O_RDONLY | flags);
         if (!file && file.error().number == EACCES)
             m_found.unreadable = QString::fromLocal8Bit(name.c_str());

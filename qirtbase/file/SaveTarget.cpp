@@ -44,7 +44,7 @@ tl::unexpected<Error> SaveTarget::failed(const QString &reason) const {
     return failure(u"%1: could not be saved: %2"_s.arg(m_expectation.name, reason));
 }
 
-tl::unexpected<Error> SaveTarget::conflict(const Standing &standing) const {
+tl::unexpected<Error> SaveTarget::conflict(const StandingFile &standing) const {
     const bool own = standing.header && ownSaves().contains(standing.header->saveId);
     return failure(u"%1: was changed %2 since it was opened; use Save As"_s.arg(
         m_expectation.name, own ? u"in the other pane"_s : u"by another program"_s));
@@ -71,8 +71,8 @@ Result<void> SaveTarget::open() {
     return {};
 }
 
-Result<Standing> SaveTarget::look(const std::string &name) const {
-    Standing standing;
+Result<StandingFile> SaveTarget::look(const std::string &name) const {
+    StandingFile standing;
     const auto status = m_ops.statusAt(folder(), name, FollowLinks::No);
     if (!status && status.error().number == ENOENT)
         return standing;
@@ -96,21 +96,21 @@ Result<Standing> SaveTarget::look(const std::string &name) const {
     return standing;
 }
 
-bool SaveTarget::isStill(const Standing &now) const {
-    const auto saveId = [](const Standing &standing) {
+bool SaveTarget::isStill(const StandingFile &now) const {
+    const auto saveId = [](const StandingFile &standing) {
         return standing.header ? standing.header->saveId : FileIdentifier{}; // which no file has
     };
     return now.exists && sameVersion(now.status, m_standing.status) && saveId(now) == saveId(m_standing);
 }
 
 bool SaveTarget::isStill(int file, const struct stat &status) const {
-    Standing now{.exists = true, .status = status, .header = {}};
+    StandingFile now{.exists = true, .status = status, .header = {}};
     if (auto block = readHeaderBlock(m_ops, file))
         now.header = std::move(block->header);
     return isStill(now);
 }
 
-bool SaveTarget::isOurs(const Standing &standing) const {
+bool SaveTarget::isOurs(const StandingFile &standing) const {
     if (!standing.header)
         return m_expectation.torn;
     return std::ranges::find(m_expectation.ownSaveIds, standing.header->saveId) != m_expectation.ownSaveIds.end();

@@ -29,7 +29,7 @@ struct SaveExpectation {
 };
 
 /// What stands under a name.
-struct Standing {
+struct StandingFile {
     bool exists = false;
     struct stat status {};
     std::optional<FileHeader> header; ///< None when it is no database, or could not be read.
@@ -59,30 +59,30 @@ public:
     int folder() const { return m_place->folder.descriptor(); }
     const std::string &name() const { return m_place->name; }
     /// What stood there when open() looked.
-    const Standing &standing() const { return m_standing; }
+    const StandingFile &standing() const { return m_standing; }
 
     /// What stands under a name in the target's folder now. A failure where it is no file, or where it cannot be read
     /// and that matters.
-    Result<Standing> look(const std::string &name) const;
+    Result<StandingFile> look(const std::string &name) const;
     /// Whether what stands there now is still what stood there when open() looked: by the system's word, and by the
     /// save id, since times can be set back.
-    bool isStill(const Standing &now) const;
+    bool isStill(const StandingFile &now) const;
     /// The same for an open file and its status.
     bool isStill(int file, const struct stat &status) const;
     /// Whether what stands there is a version that this instance read or wrote.
-    bool isOurs(const Standing &standing) const;
+    bool isOurs(const StandingFile &standing) const;
     /// Whether what stood there may be a version that somebody else made of our file: never to be thrown away.
     bool mayBeSomebodysVersion() const;
 
     tl::unexpected<Error> failed(const QString &reason) const;
     tl::unexpected<Error> failed(SystemError error) const { return failed(systemErrorWords(error)); }
-    tl::unexpected<Error> conflict(const Standing &standing) const;
+    tl::unexpected<Error> conflict(const StandingFile &standing) const;
 
 private:
     FileOps &m_ops;
     const SaveExpectation &m_expectation;
     std::optional<ResolvedPath> m_place;
-    Standing m_standing;
+    StandingFile m_standing;
 };
 
 /// The save ids that this process wrote, so that a conflict between two instances in it can be told from one with

@@ -1,7 +1,9 @@
 #include "qirtbase/journal/Journal.h"
 
+#include "base/ByteWriter.h"
 #include "base/ErrorWords.h"
 #include "qirtbase/journal/JournalFolder.h"
+#include "qirtbase/journal/KeptSteps.h"
 #include "qirtbase/model/BodyCodec.h"
 
 #include <algorithm>
@@ -17,6 +19,7 @@ namespace {
 constexpr qsizetype pieceSize = qsizetype{64} << 10;
 constexpr qsizetype imagePartSize = qsizetype{1} << 20;
 constexpr std::uint64_t smallestLimit = 4096; // below it images would only cost
+constexpr std::uint64_t unknownState = UINT64_MAX;
 constexpr auto syncInterval = std::chrono::seconds(1);
 
 /// The system would not write; ends what was going on.
@@ -46,9 +49,36 @@ void Journal::follow(Database &database, JournalBase base, const ContainerKeys &
     database.setListener(this);
 }
 
-void Journal::adopt(JournalFile file) {
+std::uint64_t Journal::keptStepsLimit(std::uint64_t bodySize) {
+    constexpr std::uint64_t always = std::uint64_t{16} << 20;
+    return std::max(always, bodySize / 4);
+}
+
+void Journal::keepSteps() noexcept {
+    if (!isRecording() || m_file)
+        return;
+    try {
+        const KeptStepRecords records = encodeKeptSteps(*m_database, keptStepsLimit(m_base.bodySize));
+        if (records.payloads.empty())
+            return;
+        makeFile();
+        for (const QByteArray &payload : records.payloads)
+            require(m_file->append(payload));
+        require(m_file->sync());
+        m_keptEnd = m_file->offset();
+        m_stepsDone = records.done;
+        m_stepsUndone = records.undone;
+    } catch (...) { // nothing that was typed is lost
+        if (m_file)
+            (void)m_file->remove();
+        m_file.reset();
+    }
+}
+
+void Journal::adopt(JournalFile file, bool changed) {
     m_keys = file.keys().clone(); // may be those of a password that was not saved yet
     m_file.emplace(std::move(file));
+    m_keptEnd = changed ? 0 : m_file->offset();
     m_stepsDone = m_database->history().done();
     m_stepsUndone = m_database->history().count() - m_stepsDone;
     m_state = m_database->history().state();
@@ -61,8 +91,11 @@ void Journal::stop() {
     m_file.reset();
     m_pending.clear();
     m_depth = 0;
+    m_changedBefore.clear();
+    m_order.clear();
     m_lastTable = nullptr;
     m_stepsDone = m_stepsUndone = 0;
+    m_keptEnd = 0;
     m_unsynced = false;
 }
 
@@ -124,6 +157,7 @@ void Journal::changed(const Change &change) noexcept {
 /// A change within a group.
 void Journal::note(const Change &change) {
     m_groupChanged = true;
+    m_order.clear();
     if (!change.table)
         m_tablesChanged = true;
     else if (change.table != m_lastTouched)
@@ -162,12 +196,14 @@ void Journal::groupBegan() noexcept {
     guarded([&] {
         if (m_depth++ == 0) {
             m_groupChanged = m_asImages = m_tablesChanged = false;
+            m_order.clear();
             m_writtenDepth = 0;
             m_groupSize = 0;
             m_touched.clear();
             m_lastTouched = nullptr;
             m_mark.reset();
         }
+        m_changedBefore.push_back(m_groupChanged);
         noteMark(JournalOperation::GroupBegin);
     });
 }
@@ -176,6 +212,7 @@ void Journal::groupEnded() noexcept {
     if (!isRecording() || m_depth == 0)
         return;
     guarded([&] {
+        m_changedBefore.pop_back();
         if (--m_depth == 0)
             finishGroup();
         else
@@ -188,6 +225,8 @@ void Journal::groupUndone() noexcept {
         return;
     guarded([&] {
         m_lastTable = nullptr;
+        m_order.clear();
+        m_changedBefore.pop_back();
         if (--m_depth > 0)
             noteMark(JournalOperation::GroupUndo);
         else
@@ -216,6 +255,8 @@ void Journal::finishGroup() {
     if (m_asImages)
         writeImages();
     encodeMark(m_pending, JournalOperation::GroupEnd);
+    if (m_state != before && m_state == m_base.state)
+        encodeMark(m_pending, JournalOperation::AsSaved);
     writePending();
     countStep(m_mark ? m_mark->kind : StepKind::Step);
     syncInTime();
@@ -253,11 +294,24 @@ void Journal::replaced(const Table *table) noexcept {
     guarded([&] {
         m_lastTable = nullptr;
         m_groupChanged = m_asImages = true;
+        m_order.clear();
         m_pending.clear();
         if (table)
             m_touched.insert(table);
         else
             m_tablesChanged = true;
+    });
+}
+
+/// A sort writes its columns first; they need not be kept then.
+void Journal::reordered(const Table &table, std::span<const std::uint32_t> order) noexcept {
+    if (!isRecording() || m_depth == 0 || m_changedBefore.back() || m_tablesChanged || m_touched.size() != 1 ||
+        *m_touched.begin() != &table || (!m_asImages && order.size_bytes() > m_groupSize))
+        return;
+    guarded([&] {
+        ByteWriter(m_order).numbers(order);
+        m_asImages = true;
+        m_pending.clear();
     });
 }
 
@@ -299,6 +353,11 @@ void Journal::writeImages() {
         m_base.bodySize = static_cast<std::uint64_t>(body.size());
         writeImage(body);
         encodeMark(m_pending, JournalOperation::BodyImage);
+        return;
+    }
+    if (!m_order.isEmpty()) {
+        writeImage(std::exchange(m_order, {}));
+        encodePlace(m_pending, JournalOperation::RecordsReordered, indexOf(*m_touched.begin()));
         return;
     }
     for (const Table *table : m_touched) {
@@ -378,6 +437,7 @@ void Journal::writeAnew() {
     encodeMark(m_pending, JournalOperation::GroupEnd);
     writePending();
     m_stepsDone = m_stepsUndone = 0; // the image is another step to whoever reads it
+    m_keptEnd = 0;
     m_unsynced = false;
     if (m_options.notice && !m_lossTold)
         m_options.notice(u"%1: another program took away the journal that keeps its unsaved changes; it "
@@ -393,11 +453,14 @@ void Journal::reseal(const ContainerKeys &keys) {
     if (!isRecording() || !hasRecords())
         return;
     guarded([&] {
+        const bool hadChanges = hasChanges();
         JournalHead head = m_file->head();
         head.keyInFile = false;
         auto resealed = JournalFile::replace(*m_file, std::move(head), m_keys, *m_options.random);
         if (!resealed)
             throw WriteFailed{resealed.error()};
+        if (!hadChanges)
+            m_keptEnd = resealed->offset();
         m_file.emplace(std::move(*resealed));
     });
 }
@@ -408,6 +471,9 @@ void Journal::saving(const FileIdentifier &saveId) noexcept {
     guarded([&] {
         encodeSavingAs(m_pending, saveId);
         writePending();
+        // Where the save is cut short nobody knows what is saved, and whether the steps before count.
+        m_stepsDone = m_stepsUndone = 0;
+        m_base.state = unknownState;
         m_unsynced = false;
         require(m_file->sync());
     });
@@ -423,7 +489,9 @@ void Journal::discard() noexcept {
 
 void Journal::retire() noexcept {
     guarded([&] {
-        if (hasRecords()) {
+        if (hasRecords() && !hasChanges()) {
+            (void)m_file->remove();
+        } else if (hasRecords()) {
             encodeMark(m_pending, JournalOperation::Ended); // above all for the time of the last change
             (void)m_file->append(m_pending);
             (void)m_file->retire();

@@ -15,6 +15,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace qir {
 
@@ -36,6 +37,7 @@ struct JournalBase {
     FileIdentifier fileId{};
     FileIdentifier saveId{};
     std::uint64_t bodySize = 0;
+    std::uint64_t state = 0; ///< Its number in the database's history.
 };
 
 /// Keeps every change since the last save on disk, so that a crash of the program loses none. Each change is handed to
@@ -54,8 +56,12 @@ public:
     /// written, until reseal() gives others. No journal is made before the first change. One that was followed before
     /// is left as it is on disk.
     void follow(Database &database, JournalBase base, const ContainerKeys &keys);
-    /// Goes on with a journal whose changes the database already has, and all of its steps.
-    void adopt(JournalFile file);
+    /// Right after follow(): begins a journal with the steps that the database has, so that they too survive a crash;
+    /// as many of the last ones as keptStepsLimit() has room for. Where that fails they are lost in a crash.
+    void keepSteps() noexcept;
+    /// Goes on with a journal whose changes the database already has, and all of its steps. `changed` is whether the
+    /// file has not got all of these changes.
+    void adopt(JournalFile file, bool changed);
     /// Listens to nobody any more; what is on disk stays.
     void stop();
 
@@ -72,6 +78,8 @@ public:
     /// all that has changed, and the user is told once.
     void syncPending() noexcept;
     bool hasRecords() const { return m_file.has_value() && m_file->offset() > 0; }
+    /// How many bytes the steps of before a save may take in the journal of a database whose body has so many.
+    static std::uint64_t keptStepsLimit(std::uint64_t bodySize);
 
     void changed(const Change &change) noexcept override;
     void groupBegan() noexcept override;
@@ -79,6 +87,7 @@ public:
     void groupUndone() noexcept override;
     void groupMarked(const StepMark &mark) noexcept override;
     void replaced(const Table *table) noexcept override;
+    void reordered(const Table &table, std::span<const std::uint32_t> order) noexcept override;
     bool stepUndone() noexcept override;
     bool stepRedone() noexcept override;
 
@@ -99,6 +108,7 @@ private:
     void writePending();
     void syncInTime();
     void makeFile();
+    bool hasChanges() const { return hasRecords() && m_file->offset() > m_keptEnd; }
     bool isLost() const;
     void writeAnew();
     std::size_t indexOf(const Table *table);
@@ -118,8 +128,10 @@ private:
     int m_depth = 0;        // of open groups
     int m_writtenDepth = 0; // of open groups in what is written; 0: nothing of the outermost one is
     bool m_groupChanged = false;
-    bool m_asImages = false;      // the group has grown too large for single changes
-    bool m_tablesChanged = false; // the list of tables, in this group
+    bool m_asImages = false;           // the group has grown too large for single changes
+    bool m_tablesChanged = false;      // the list of tables, in this group
+    std::vector<bool> m_changedBefore; // for each open group whether the outermost one had changed something
+    QByteArray m_order;                // all that the group has done is to bring the only one of m_touched into it
     std::uint64_t m_groupSize = 0;
     std::optional<StepMark> m_mark;       // of this group
     std::set<const Table *> m_touched;    // tables whose content changed in this group
@@ -131,7 +143,8 @@ private:
     // undone ones the first.
     std::size_t m_stepsDone = 0;
     std::size_t m_stepsUndone = 0;
-    std::uint64_t m_state = 0; // of the database's history when it was told last
+    std::uint64_t m_state = 0;   // of the database's history when it was told last
+    std::uint64_t m_keptEnd = 0; // what stands before it in the journal are no unsaved changes
 
     bool m_unsynced = false;
     std::chrono::steady_clock::time_point m_lastSync{};

@@ -5,6 +5,7 @@
 #include "base/ErrorWords.h"
 #include "base/columns/UnicodeText.h"
 #include "qirtbase/journal/JournalBlock.h"
+#include "qirtbase/journal/KeptSteps.h"
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/DatabaseError.h"
 
@@ -116,12 +117,31 @@ bool takeMark(ByteReader &reader, ReadOperation &operation) {
     case JournalOperation::GroupRestart:
     case JournalOperation::BodyImage:
     case JournalOperation::Ended:
+    case JournalOperation::KeptBegin:
+    case JournalOperation::KeptEnd:
+    case JournalOperation::TablesAsTheyWere:
+    case JournalOperation::AsSaved:
         return true;
     case JournalOperation::ImagePart:
         operation.bytes = reader.sizedBytes<std::uint32_t>();
         return true;
     case JournalOperation::TableImage:
+    case JournalOperation::TableBack:
+    case JournalOperation::TableAsItWas:
+    case JournalOperation::RecordsReordered:
         operation.table = reader.number<std::uint32_t>();
+        return true;
+    case JournalOperation::FieldBack:
+    case JournalOperation::TextsAsTheyWere:
+        operation.table = reader.number<std::uint32_t>();
+        operation.field = reader.number<std::uint32_t>();
+        return true;
+    case JournalOperation::RecordsDropped:
+    case JournalOperation::RecordBack:
+        operation.table = reader.number<std::uint32_t>();
+        operation.record = reader.number<std::uint32_t>();
+        if (operation.is(JournalOperation::RecordBack))
+            operation.bytes = reader.sizedBytes<std::uint32_t>();
         return true;
     case JournalOperation::SavingAs:
         operation.bytes = reader.bytes(layout::idSize);
@@ -140,12 +160,10 @@ bool takeMark(ByteReader &reader, ReadOperation &operation) {
     return false;
 }
 
-bool isStepMark(const ReadOperation &operation) {
-    return operation.is(JournalOperation::Step) || operation.is(JournalOperation::Undone);
-}
-
-bool isChange(const ReadOperation &operation) {
-    return operation.kind < static_cast<std::uint8_t>(JournalOperation::GroupBegin);
+/// Whether only kept steps have it.
+bool isOfKeptSteps(const ReadOperation &operation) {
+    return operation.kind >= static_cast<std::uint8_t>(JournalOperation::KeptBegin) &&
+           !operation.is(JournalOperation::RecordsReordered);
 }
 
 /// Whether the places that a change names are there.
@@ -222,20 +240,12 @@ void makeChange(const ReadOperation &operation, Database &database) {
 
 /// What a group is by the mark at its front, which is taken off; nothing where that cannot be.
 std::optional<StepMark> takeStepMark(QByteArrayView &group) {
-    StepMark mark;
     QByteArrayView rest = group;
     const auto operation = takeOperation(rest);
     if (!operation || !isStepMark(*operation))
-        return mark;
-    if (!readUtf8(operation->bytes, mark.name))
-        return std::nullopt;
-    mark.time = operation->time;
-    if (operation->is(JournalOperation::Step))
-        mark.kind = operation->joins ? StepKind::Joined : StepKind::Step;
-    else
-        mark.kind = StepKind::Undone;
+        return StepMark();
     group = rest;
-    return mark;
+    return stepMarkOf(*operation);
 }
 
 /// Whether a group's operations are images; nothing when they make no sense, or are images and changes together.
@@ -246,15 +256,24 @@ std::optional<bool> holdsImages(QByteArrayView group) {
         const auto operation = takeOperation(group);
         if (!operation)
             return std::nullopt;
-        const bool isImage = operation->is(JournalOperation::ImagePart) ||
-                             operation->is(JournalOperation::TableImage) || operation->is(JournalOperation::BodyImage);
-        if (isStepMark(*operation))
-            return std::nullopt; // not at the front
+        const bool isImage =
+            operation->is(JournalOperation::ImagePart) || operation->is(JournalOperation::TableImage) ||
+            operation->is(JournalOperation::BodyImage) || operation->is(JournalOperation::RecordsReordered);
+        if (isStepMark(*operation) || isOfKeptSteps(*operation))
+            return std::nullopt; // not at the front, or not here
         (isImage ? images : changes) = true;
     }
     if (images && changes)
         return std::nullopt;
     return images;
+}
+
+/// Whether a group of operations that are some has the order of a table among them.
+bool isOrder(QByteArrayView group) {
+    bool found = false;
+    while (!group.isEmpty() && !found)
+        found = takeOperation(group)->is(JournalOperation::RecordsReordered);
+    return found;
 }
 
 } // namespace
@@ -333,7 +352,38 @@ void encodeSavingAs(QByteArray &out, const FileIdentifier &saveId) {
     OperationWriter(out, JournalOperation::SavingAs).saveId(saveId);
 }
 
+void encodePlace(QByteArray &out, JournalOperation operation, std::size_t table, std::optional<std::size_t> inTable) {
+    OperationWriter writer(out, operation);
+    writer.index(table);
+    if (inTable)
+        writer.index(*inTable);
+}
+
+void encodeRecordBack(QByteArray &out, std::size_t table, std::size_t record, QByteArrayView values) {
+    OperationWriter(out, JournalOperation::RecordBack).index(table).index(record).bytes(values);
+}
+
 // ------------------------------------------------------------------------------------------------------------ reading
+
+bool isStepMark(const ReadOperation &operation) {
+    return operation.is(JournalOperation::Step) || operation.is(JournalOperation::Undone);
+}
+
+bool isChange(const ReadOperation &operation) {
+    return operation.kind < static_cast<std::uint8_t>(JournalOperation::GroupBegin);
+}
+
+std::optional<StepMark> stepMarkOf(const ReadOperation &operation) {
+    StepMark mark;
+    if (!readUtf8(operation.bytes, mark.name))
+        return std::nullopt;
+    mark.time = operation.time;
+    if (operation.is(JournalOperation::Step))
+        mark.kind = operation.joins ? StepKind::Joined : StepKind::Step;
+    else
+        mark.kind = StepKind::Undone;
+    return mark;
+}
 
 std::optional<ReadOperation> takeOperation(QByteArrayView &payload) {
     ByteReader reader(payload);
@@ -344,6 +394,14 @@ std::optional<ReadOperation> takeOperation(QByteArrayView &payload) {
         return std::nullopt;
     payload = reader.rest();
     return operation;
+}
+
+std::optional<RecordOrder> orderOf(QByteArrayView parts, std::size_t records) {
+    if (static_cast<std::size_t>(parts.size()) != records * sizeof(std::uint32_t))
+        return std::nullopt;
+    RecordOrder order(records);
+    ByteReader(parts).numbers(std::span(order));
+    return isPermutation(order, records) ? std::optional(std::move(order)) : std::nullopt;
 }
 
 bool applyChange(const ReadOperation &operation, Database &database) {
@@ -370,10 +428,17 @@ bool JournalReplay::feed(QByteArrayView payload) {
 }
 
 bool JournalReplay::take(const ReadOperation &operation, QByteArrayView bytes) {
+    if (m_inKept || operation.is(JournalOperation::KeptBegin))
+        return takeKept(operation, bytes);
     if (operation.is(JournalOperation::SavingAs) || operation.is(JournalOperation::Ended))
         return m_depth == 0;
     if (operation.is(JournalOperation::StepUndone) || operation.is(JournalOperation::StepRedone))
         return m_depth == 0 && takeStep(operation.is(JournalOperation::StepUndone));
+    if (operation.is(JournalOperation::AsSaved)) {
+        if (m_depth == 0)
+            m_database.enterState(m_savedState, m_lastKind);
+        return m_depth == 0;
+    }
     if (operation.is(JournalOperation::GroupBegin)) {
         if (m_depth++ == 0) {
             m_group.clear();
@@ -396,6 +461,40 @@ bool JournalReplay::take(const ReadOperation &operation, QByteArrayView bytes) {
     }
     m_group = bytes.toByteArray(); // a group of its own
     return finishGroup();
+}
+
+/// The steps of before the save, which stand before all else. They change nothing in the end; where they do not fit the
+/// database what stands behind them counts all the same.
+bool JournalReplay::takeKept(const ReadOperation &operation, QByteArrayView bytes) {
+    if (operation.is(JournalOperation::KeptBegin)) {
+        if (m_inKept || m_depth > 0 || m_groups > 0 || m_database.history().count() > 0)
+            return false;
+        m_inKept = true;
+        m_group.clear();
+        return true;
+    }
+    if (!operation.is(JournalOperation::KeptEnd)) {
+        m_group.append(bytes);
+        return true;
+    }
+    m_inKept = false;
+    const Database saved = m_database.copy();
+    try {
+        if (!readKeptSteps(m_group, saved, m_database))
+            begin(saved.copy());
+    } catch (const std::exception &error) {
+        if (isLackOfMemory(error))
+            throw std::bad_alloc();
+        begin(saved.copy());
+    }
+    m_group.clear();
+    return true;
+}
+
+void JournalReplay::begin(Database database) {
+    m_database = std::move(database);
+    m_database.keepSteps(stepsBudget);
+    m_database.takeEmptySteps(true); // each that stands in the journal was one
 }
 
 bool JournalReplay::takeStep(bool undoes) {
@@ -428,8 +527,10 @@ bool JournalReplay::applyGroup() {
     const auto hasImages = holdsImages(group);
     if (!mark || !hasImages)
         return false;
+    m_lastKind = mark->kind;
     m_database.beginMarked(*mark);
-    if (*hasImages ? applyImages(group) : makeChanges(group)) {
+    const bool isDone = isOrder(group) ? applyOrder(group) : *hasImages ? applyImages(group) : makeChanges(group);
+    if (isDone) {
         m_database.endGroup();
         return true;
     }
@@ -458,6 +559,28 @@ bool JournalReplay::makeChanges(QByteArrayView changes) {
         }
     }
     return depth == 0;
+}
+
+/// Of one table, and nothing else.
+bool JournalReplay::applyOrder(QByteArrayView group) {
+    QByteArray parts;
+    while (!group.isEmpty()) {
+        const auto operation = takeOperation(group);
+        if (operation->is(JournalOperation::ImagePart)) {
+            parts.append(operation->bytes);
+            continue;
+        }
+        if (!operation->is(JournalOperation::RecordsReordered) || !group.isEmpty() ||
+            operation->table >= m_database.tableCount())
+            return false;
+        Table &table = m_database.table(operation->table);
+        auto order = orderOf(parts, table.recordCount());
+        if (!order)
+            return false;
+        m_database.restore(undo::RecordsReordered{&table, std::move(*order)});
+        return true;
+    }
+    return false;
 }
 
 /// All images are decoded before the first is put in its place.

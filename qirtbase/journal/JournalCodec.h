@@ -29,6 +29,20 @@
 ///    30 being saved as  save id [16]             31 ended            -
 ///    32 step            u8 joins, i64 time, text    33 step undone   -
 ///    35 undone          i64 time, text              34 step redone   -
+///    40 kept steps begin   -                        41 kept steps end   -
+///    50 as saved           -   (behind a group: the state that it leads to is the one that is saved)
+///
+/// In kept steps only, besides 2 to 11, 13, 24, 32, 35 and 50:
+///
+///    42 records dropped    u32 table, u32 count     46 table is back     u32 table (the parts before it are it)
+///    43 record is back     u32 table, u32 record, u32 length, values
+///    44 field is back      u32 table, u32 field     47 table as it was   u32 table (the parts before it are it)
+///    45 texts as they were u32 table, u32 field     48 tables as they were   - (the parts before it are they)
+///       (the parts before 44 and 45 are a table of that field alone)
+///
+/// There, and as all that a group has besides its step mark:
+///
+///    49 records reordered  u32 table (the parts before it: for each record the u32 where it stood)
 ///
 ///     text = u32 length | UTF-8
 ///     block = u8 type | u32 count | values as in a body's column
@@ -39,6 +53,9 @@
 /// step with a name (joins: 1 where it is more of the step before it); 35 changes that undo a step of before this
 /// journal. Steps of this journal need no changes for that: 33 undoes the last one, 34 makes the one that was undone
 /// last again; both stand outside groups. `time` is in milliseconds since 1970.
+///
+/// Kept steps (KeptSteps.h) are those of before the save that this journal starts from. Where there are any they are
+/// the first that stands in it.
 namespace qir {
 
 enum class JournalOperation : std::uint8_t {
@@ -56,6 +73,17 @@ enum class JournalOperation : std::uint8_t {
     StepUndone = 33,
     StepRedone = 34,
     Undone = 35,
+    KeptBegin = 40,
+    KeptEnd = 41,
+    RecordsDropped = 42,
+    RecordBack = 43,
+    FieldBack = 44,
+    TextsAsTheyWere = 45,
+    TableBack = 46,
+    TableAsItWas = 47,
+    TablesAsTheyWere = 48,
+    RecordsReordered = 49,
+    AsSaved = 50,
 };
 
 void encodeChange(QByteArray &out, const Change &change, std::size_t table);
@@ -64,6 +92,10 @@ void encodeImagePart(QByteArray &out, QByteArrayView part);
 void encodeTableImage(QByteArray &out, std::size_t table);
 void encodeStepMark(QByteArray &out, const StepMark &mark);
 void encodeSavingAs(QByteArray &out, const FileIdentifier &saveId);
+/// An operation that names a table, and besides it, where it takes one, a field, a record or a number of records.
+void encodePlace(QByteArray &out, JournalOperation operation, std::size_t table,
+                 std::optional<std::size_t> inTable = {});
+void encodeRecordBack(QByteArray &out, std::size_t table, std::size_t record, QByteArrayView values);
 
 /// One operation as it was read; what it points at lives as long as the payload.
 struct ReadOperation {
@@ -83,6 +115,16 @@ struct ReadOperation {
 /// Takes the next operation off the front; nothing, and nothing taken, when the bytes are none.
 std::optional<ReadOperation> takeOperation(QByteArrayView &payload);
 
+/// Whether it says what kind of step follows.
+bool isStepMark(const ReadOperation &operation);
+/// Whether it is one of the changes of ChangeKind.
+bool isChange(const ReadOperation &operation);
+/// What a step mark tells; nothing where its name is none.
+std::optional<StepMark> stepMarkOf(const ReadOperation &operation);
+
+/// The order that parts are, of a table of so many records; nothing where they are none.
+std::optional<RecordOrder> orderOf(QByteArrayView parts, std::size_t records);
+
 /// Makes a change again. False, with nothing changed, where the database does not take it. Throws std::bad_alloc.
 bool applyChange(const ReadOperation &operation, Database &database);
 
@@ -94,7 +136,8 @@ public:
     static constexpr std::size_t stepsBudget = std::size_t{4} << 30;
 
     explicit JournalReplay(Database &database)
-        : m_database(database) {
+        : m_database(database)
+        , m_savedState(database.history().state()) {
         database.keepSteps(stepsBudget);
         database.takeEmptySteps(true); // each that stands in the journal was one
     }
@@ -106,21 +149,27 @@ public:
     /// and the replay ends here. Throws std::bad_alloc: nothing more can be done with the database then.
     bool feed(QByteArrayView payload);
     /// True outside groups: all that was fed counts.
-    bool isAtBoundary() const { return m_depth == 0; }
+    bool isAtBoundary() const { return m_depth == 0 && !m_inKept; }
     /// How many outermost groups were made again.
     int groups() const { return m_groups; }
 
 private:
     bool take(const ReadOperation &operation, QByteArrayView bytes);
+    void begin(Database database);
+    bool takeKept(const ReadOperation &operation, QByteArrayView bytes);
     bool takeStep(bool undoes);
     bool finishGroup();
     bool applyGroup();
     bool makeChanges(QByteArrayView changes);
     bool applyImages(QByteArrayView images);
+    bool applyOrder(QByteArrayView group);
 
     Database &m_database;
+    std::uint64_t m_savedState;
+    StepKind m_lastKind = StepKind::Step; // of the group made last
     int m_depth = 0;
-    QByteArray m_group; // the operations of the outermost group so far
+    bool m_inKept = false; // in the steps of before the save
+    QByteArray m_group;    // the operations of the outermost group so far, or of those steps
     int m_groups = 0;
 };
 

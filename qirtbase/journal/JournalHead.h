@@ -14,7 +14,7 @@
 
 /// The start of a journal's file: whose changes it holds, and how it is opened.
 ///
-///     head     = "QIRJRNL3" | u32 length of the head | u8 sealed | u8[3] 0 | nonce [16]
+///     head     = "QIRJRNL4" | u32 length of the head | u8 sealed | u8[3] 0 | nonce [16]
 ///                | u32 passes | u32 memory KiB | u32 lanes | u32 0 | salt [16] | identity | digest [32]
 ///     identity = file id [16] | save id [16] | u64 device | u64 inode | u16 path length | path
 ///
@@ -27,8 +27,8 @@
 /// The name of a journal begins with the file id in hexadecimal digits, that of a protected file's with those of
 /// BLAKE2b-128(key: master; "journal name" | file id).
 ///
-/// The versions before this one are still read. The second has this head, and no marks of steps in its records; the
-/// first has another one:
+/// The versions before this one are still read. The third has this head, and no kept steps in its records; the second
+/// no marks of steps either; the first has another head:
 ///
 ///     head     = "QIRJRNL1" | u32 length of the head | u8 sealed | u8[3] 0 | file id [16] | save id [16] | nonce [16]
 ///                | u32 passes | u32 memory KiB | u32 lanes | u32 0 | salt [16] | u16 path length | path | digest [32]
@@ -43,7 +43,7 @@ struct JournalHead {
     /// The file on disk is protected with the journal's key: tells how that is derived, so that the head need not.
     bool keyInFile = false;
     KdfParameters kdf; ///< Meaningful only when sealed and not keyInFile.
-    int version = 3;
+    int version = 4;
     bool isIdentified = true; ///< False for a sealed head that was not opened: place and ids are not known yet.
 };
 

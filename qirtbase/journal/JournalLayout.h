@@ -10,7 +10,7 @@
 namespace qir::journal {
 
 inline constexpr char magic[] = {'Q', 'I', 'R', 'J', 'R', 'N', 'L'};
-inline constexpr int newestVersion = 3;
+inline constexpr int newestVersion = 4;
 inline constexpr std::size_t step = 512; ///< What is sealed has a multiple of this many bytes.
 inline constexpr std::size_t headSizeMax = 17408;
 inline constexpr std::size_t pathMax = 16384;

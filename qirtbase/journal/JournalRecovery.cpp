@@ -103,7 +103,7 @@ private:
         }
         if (contents.isEmpty() && contents.isDamaged) {
             tell(u"unsaved changes in '%1' cannot be read: it is damaged"_s.arg(retired(*journal)));
-        } else if (contents.isEmpty()) {
+        } else if (contents.isEmpty() || (!contents.hasChanges && !contents.belongs)) {
             (void)journal->remove();
         } else if (!m_request.keys.isProtected() || journal->head().sealed) {
             takeOrSetAside(std::move(*journal), contents);
@@ -224,7 +224,7 @@ private:
             cannotRead(journal);
             return;
         }
-        if (groups == 0) {
+        if (groups == 0 && contents.hasChanges) {
             tell(u"changes that were not saved when the program ended could not be made again; they are "
                  "kept in '%1' for seven days"_s.arg(retired(journal)));
             return;

@@ -5,6 +5,14 @@
 
 namespace qir {
 
+namespace {
+
+bool isAboutTheFile(const ReadOperation &operation) {
+    return operation.is(JournalOperation::SavingAs) || operation.is(JournalOperation::Ended);
+}
+
+} // namespace
+
 JournalContents surveyJournal(JournalFile &journal, const FileIdentifier &saveId) {
     JournalContents contents;
     contents.belongs = journal.head().base == saveId;
@@ -12,25 +20,35 @@ JournalContents surveyJournal(JournalFile &journal, const FileIdentifier &saveId
     contents.start = contents.end = journal.offset();
     contents.isDamaged = true;
     int depth = 0;
+    bool inKept = false;
+    bool hasChanges = false; // in groups that may not be whole
     for (QByteArray payload; journal.readRecord(payload);) {
         QByteArrayView rest = payload;
         while (!rest.isEmpty()) {
             const auto operation = takeOperation(rest);
             if (!operation)
                 return contents;
-            if (operation->is(JournalOperation::GroupBegin))
+            const bool begins = operation->is(JournalOperation::KeptBegin);
+            const bool ends = operation->is(JournalOperation::KeptEnd);
+            if (begins || operation->is(JournalOperation::GroupBegin))
                 ++depth;
-            else if (operation->is(JournalOperation::GroupEnd) || operation->is(JournalOperation::GroupUndo))
+            else if (ends || operation->is(JournalOperation::GroupEnd) || operation->is(JournalOperation::GroupUndo))
                 --depth;
-            else if (operation->is(JournalOperation::SavingAs) && depth == 0 && operation->bytes == viewOf(saveId)) {
-                contents.belongs = true;
-                contents.start = journal.offset();
-            }
             if (depth < 0)
                 return contents;
+            const bool isChangeHere = !inKept && !begins && !isAboutTheFile(*operation);
+            inKept = begins || (inKept && !ends);
+            hasChanges = hasChanges || isChangeHere;
+            if (operation->is(JournalOperation::SavingAs) && depth == 0 && operation->bytes == viewOf(saveId)) {
+                contents.belongs = true;
+                contents.start = journal.offset();
+                contents.hasChanges = hasChanges = false;
+            }
         }
-        if (depth == 0)
+        if (depth == 0) {
             contents.end = journal.offset();
+            contents.hasChanges = hasChanges;
+        }
     }
     contents.isDamaged = journal.isDamaged();
     return contents;

@@ -13,6 +13,7 @@ struct JournalContents {
     std::uint64_t end = 0;   ///< Behind the last whole group.
     bool belongs = false;    ///< It starts from the version on disk.
     bool isDamaged = false;  ///< What stands behind is not what was written, or nobody understands it.
+    bool hasChanges = false; ///< More than the steps of before the save.
     bool isEmpty() const { return start == end; }
 };
 

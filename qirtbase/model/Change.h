@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace qir {
 
@@ -69,6 +70,8 @@ public:
     virtual void groupMarked(const StepMark & /*mark*/) noexcept {}
     /// Within a group: a table is another one now in more than single values; null says so of the list of tables.
     virtual void replaced(const Table * /*table*/) noexcept {}
+    /// All that the innermost group has done to a table is to bring its records into this order.
+    virtual void reordered(const Table & /*table*/, std::span<const std::uint32_t> /*order*/) noexcept {}
     /// The last step was undone, or the first undone one made again. False where the listener does not know that step,
     /// and wants to be told the changes.
     virtual bool stepUndone() noexcept { return true; }

@@ -477,6 +477,15 @@ void Database::replaceTable(std::size_t index, std::unique_ptr<Table> table) {
     m_undo.add(undo::TableImage{m_tables[index].get(), std::move(table)});
 }
 
+void Database::restore(undo::Entry entry) {
+    const Table *content = undo::contentOf(entry);
+    const bool kept = !content || m_undo.keeps(*content);
+    m_undo.makeRoom();
+    undo::apply(entry, m_tables);
+    if (kept)
+        m_undo.add(std::move(entry));
+}
+
 Database Database::copy() const {
     Database made;
     for (const auto &table : m_tables)

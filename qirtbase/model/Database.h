@@ -70,7 +70,10 @@ public:
     /// The innermost group has only brought the table's records into another order: the one at i stood at order[i]. So
     /// its undoing needs no more than that. Nothing happens where it has done something else. `order` is a permutation
     /// of the records.
-    void recordsReordered(Table &table, const RecordOrder &order) { m_undo.keepAsOrder(table, order); }
+    void recordsReordered(Table &table, const RecordOrder &order) {
+        if (m_undo.keepAsOrder(table, order) && m_listener)
+            m_listener->reordered(table, order);
+    }
 
     /// Groups of changes; they nest. `endGroup` keeps what the innermost did, `undoGroup` brings back what stood
     /// before.
@@ -86,6 +89,8 @@ public:
     const History &history() const { return m_undo.history(); }
     /// As History::takeEmpty().
     void takeEmptySteps(bool empty) { m_undo.history().takeEmpty(empty); }
+    /// As History::enter().
+    void enterState(std::uint64_t state, StepKind kind) { m_undo.history().enter(state, kind); }
     /// A group that is a step of this name. Where it is the outermost one and the step before has the same key, which
     /// is not "", it is more of that.
     void beginStep(const QString &name, const QString &key);
@@ -110,6 +115,9 @@ public:
     void replaceTable(std::size_t index, std::unique_ptr<Table> table);
     /// The same for all of them; they have another address then.
     void replaceTables(Database &&other);
+    /// For whoever restores steps: brings back what an entry tells of, as part of the open group. It obeys all rules,
+    /// and what it names is there. Told to nobody.
+    void restore(undo::Entry entry);
     /// The same tables and foreign sections, without listener, groups and steps; shares the columns' memory until one
     /// of the two changes it.
     Database copy() const;

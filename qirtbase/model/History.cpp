@@ -72,8 +72,10 @@ void History::setBudget(std::size_t bytes) {
     keepWithinBudget();
 }
 
-void History::enter(std::uint64_t state) {
-    if (m_done > 0)
+void History::enter(std::uint64_t state, StepKind kind) {
+    if (kind == StepKind::Undone && m_done < m_steps.size())
+        m_steps[m_done]->before = m_state = state;
+    else if (kind != StepKind::Undone && m_done > 0)
         m_steps[m_done - 1]->after = m_state = state;
 }
 
@@ -239,16 +241,18 @@ void History::forget() {
     m_dropped = true;
 }
 
-std::size_t History::tablesOf(const Step &step) {
+std::size_t History::tablesOf(std::size_t first, std::size_t end) const {
     std::set<const Table *> tables;
     std::size_t listed = 0;
-    for (const undo::Entry &entry : step.entries) {
-        if (std::holds_alternative<undo::AllTables>(entry))
-            return SIZE_MAX;
-        if (const Table *table = undo::contentOf(entry))
-            tables.insert(table);
-        else
-            ++listed;
+    for (std::size_t step = first; step < end; ++step) {
+        for (const undo::Entry &entry : m_steps[step]->entries) {
+            if (std::holds_alternative<undo::AllTables>(entry))
+                return SIZE_MAX;
+            if (const Table *table = undo::contentOf(entry))
+                tables.insert(table);
+            else
+                ++listed;
+        }
     }
     return tables.size() + listed;
 }

@@ -49,8 +49,8 @@ public:
     bool hasDropped() const { return m_dropped; }
 
     void setBudget(std::size_t bytes);
-    /// The last step has led to a state that has a number already.
-    void enter(std::uint64_t state);
+    /// The last step that was taken, of this kind, has led to a state that has a number already.
+    void enter(std::uint64_t state, StepKind kind = StepKind::Step);
     /// What comes does not join the steps that are there.
     void seal();
     /// True when a step of this key joins the one before it.
@@ -68,8 +68,9 @@ public:
     /// throw, but where even the way back fails: the history is empty then.
     const Step &undo(undo::Tables &tables);
     const Step &redo(undo::Tables &tables);
-    /// In how many tables a step changed something, or added or removed them; SIZE_MAX for all.
-    static std::size_t tablesOf(const Step &step);
+    /// In how many tables the steps from `first` to the one before `end` changed something, or added or removed them;
+    /// SIZE_MAX for all.
+    std::size_t tablesOf(std::size_t first, std::size_t end) const;
     /// The first place that a step changed and that is there now.
     static std::optional<StepPlace> placeOf(const Step &step, const undo::Tables &tables);
 

@@ -165,9 +165,9 @@ void UndoLog::keepTable(Table &table) {
         coverage(table).whole = true;
 }
 
-void UndoLog::keepAsOrder(Table &table, const RecordOrder &order) {
+bool UndoLog::keepAsOrder(Table &table, const RecordOrder &order) {
     if (!isOpen() || m_isSingle)
-        return;
+        return false;
     undo::TableImage *image = nullptr;
     undo::Entry *kept = nullptr;
     for (auto entry = m_entries.begin() + static_cast<std::ptrdiff_t>(m_groups.back().start); entry != m_entries.end();
@@ -175,15 +175,16 @@ void UndoLog::keepAsOrder(Table &table, const RecordOrder &order) {
         if (undo::contentOf(*entry) != &table)
             continue;
         if (kept != nullptr)
-            return;
+            return false;
         kept = &*entry;
         image = std::get_if<undo::TableImage>(kept);
     }
     if (image == nullptr || !isReordered(table, *image->before, order))
-        return;
+        return false;
     Coverage &covered = coverage(table);
     *kept = undo::RecordsReordered{&table, inverse(order)};
     covered = {&table, 0, alwaysKept, false, false}; // what comes is kept by itself
+    return true;
 }
 
 void UndoLog::coverNewTable(const Table &table) {

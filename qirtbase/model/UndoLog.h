@@ -54,8 +54,8 @@ public:
     /// Keeps the whole table, whose values are shared until they change.
     void keepTable(Table &table);
     /// All that the innermost group has done to a table is to bring its records into this order: it is kept in place of
-    /// the table. Does nothing where that is not so.
-    void keepAsOrder(Table &table, const RecordOrder &order);
+    /// the table. Does nothing, and gives False, where that is not so.
+    bool keepAsOrder(Table &table, const RecordOrder &order);
     /// Says that undoing removes the table altogether.
     void coverNewTable(const Table &table);
 

@@ -7,8 +7,8 @@ import os
 import re
 import sys
 
-FOLDERS = ["app", "base", "bench", "cli", "compare", "db", "dialogs", "find", "fuzz", "pane", "platform", "qirtbase",
-           "structure", "tests", "view"]
+import sources
+
 NUMBER = (r"(?:q?u?int(?:8|16|32|64)?|qu?longlong|char|uchar|float|double|unsigned|qsizetype|off_t|ssize_t|long|bool"
           r"|(?:std::)?size_t|std::u?int(?:8|16|32|64)_t|std::ptrdiff_t)")
 # A type of a function, as in std::function<int(int)>, has a "<" before it.
@@ -34,14 +34,9 @@ def self_test():
 def main(root):
     self_test()
     found, count = [], 0
-    for folder in FOLDERS:
-        for base, _, names in os.walk(os.path.join(root, folder)):
-            for name in sorted(names):
-                if name.endswith((".cpp", ".h")):
-                    count += 1
-                    path = os.path.join(base, name)
-                    with open(path, encoding="utf-8") as file:
-                        found += offences(os.path.relpath(path, root), file.read())
+    for count, path in enumerate(sources.all_files(root), 1):
+        with open(path, encoding="utf-8") as file:
+            found += offences(os.path.relpath(path, root), file.read())
     print("\n".join(found) if found else f"{count} sources cast in one way")
     return 1 if found or not count else 0
 

@@ -8,7 +8,8 @@ import os
 import re
 import sys
 
-FOLDERS = ["app", "base", "cli", "compare", "db", "dialogs", "pane", "platform", "qirtbase", "structure", "view"]
+import sources
+
 GATEWAY = "db/QirDatabase.cpp"
 BUS = "app/look/DesktopColours.cpp"  # a signal of the session bus can be connected by name alone
 MEMBER = re.compile(r'\b(?:Method|Property)<.*>\s+\w+\{"(\w+)"\}')
@@ -61,14 +62,9 @@ def main(root):
     with open(os.path.join(root, GATEWAY), encoding="utf-8") as file:
         names = names_in(file.read())
     found, count = [], 0
-    for folder in FOLDERS:
-        for base, _, files in os.walk(os.path.join(root, folder)):
-            for name in sorted(files):
-                if name.endswith((".cpp", ".h")):
-                    count += 1
-                    path = os.path.join(base, name)
-                    with open(path, encoding="utf-8") as file:
-                        found += offences(os.path.relpath(path, root), file.read(), names)
+    for count, path in enumerate(sources.all_files(root, sources.program_folders(root)), 1):
+        with open(path, encoding="utf-8") as file:
+            found += offences(os.path.relpath(path, root), file.read(), names)
     print("\n".join(found) if found else f"{count} files know none of the {len(names)} members by name")
     return 1 if found or not count or not names else 0
 

@@ -9,19 +9,10 @@ import shutil
 import subprocess
 import sys
 
+import sources
+
 VERSION = "14."
-FOLDERS = ["app", "base", "bench", "cli", "compare", "db", "dialogs", "fuzz", "pane", "platform", "qirtbase", "samples",
-           "structure", "tests", "view"]
 FILES_AT_ONCE = 100
-
-
-def sources(root):
-    found = []
-    for folder in FOLDERS:
-        for base, folders, names in os.walk(os.path.join(root, folder)):
-            folders[:] = [f for f in folders if f not in ("corpus", "found")]
-            found += [os.path.join(base, name) for name in names if name.endswith((".h", ".cpp"))]
-    return sorted(found)
 
 
 def main(root):
@@ -30,7 +21,7 @@ def main(root):
     if f"version {VERSION}" not in version:
         print(f"not run: needs clang-format {VERSION}, found {version.strip() or 'none'}")
         return 77
-    files = sources(root)
+    files = sources.all_files(root)
     wrong = 0
     for i in range(0, len(files), FILES_AT_ONCE):
         wrong |= subprocess.run([program, "--dry-run", "--Werror", *files[i:i + FILES_AT_ONCE]], cwd=root).returncode

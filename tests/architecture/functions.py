@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""No function of more lines than one can take in at a glance. Reads the sources as clang-format lays them out: a body
-ends where a closing brace stands as far to the left as the line that the function begins with.
+"""No function of more lines than one can take in at a glance. Counts braces, with comments and literals left out.
 
   functions.py ROOT    prints the longest ones; status 1 and a line for each that is too long
   functions.py --self-test
@@ -9,52 +8,72 @@ import os
 import re
 import sys
 
+import sources
+
 MOST_LINES = 60
-FOLDERS = ["app", "base", "bench", "cli", "compare", "db", "dialogs", "fuzz", "pane", "platform", "qirtbase", "samples",
-           "structure", "tests", "view"]
-NO_FUNCTION = re.compile(r"^\s*(namespace|(?:class|struct)(?=[^(]*$)|enum|union|extern \"C\"|public|private|protected|template|"
-                         r"if|else|for|while|switch|case|do|try|catch|return|//|#)\b")
+# What holds functions and is none, and words that may stand before a function's head.
+SCOPE = re.compile(r"(?:namespace|enum|union|extern)\b|(?:class|struct)\b[^()]*$")
+BEFORE_HEAD = re.compile(r"(?:\s+|(?:public|private|protected)(?:\s+(?:Q_SLOTS|slots))?\s*:|Q_SIGNALS\s*:|Q_OBJECT\b|Q_GADGET\b|"
+                         r"\[\[\w+\]\]|template\s*<(?:[^<>]|<(?:[^<>]|<[^<>]*>)*>)*>)+")
+# Comments, raw strings, strings, characters, and lines of the preprocessor.
+LITERAL = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:[^"\\\n]|\\.)*"|\'(?:[^\'\\\n]|\\.)+\'|'
+                     r'^[ \t]*#(?:[^\n\\]|\\.)*', re.DOTALL | re.MULTILINE)
+
+
+def blanked(text):
+    """The text with every literal and comment blank, and every line where it was."""
+    separators = re.sub(r"(?<=\d)'(?=\d)", " ", text)  # of digits
+    return LITERAL.sub(lambda token: re.sub(r"[^\n]", " ", token.group()), separators)
+
+
+def is_function(head):
+    """Whether the brace behind this head opens a function's body."""
+    if "(" not in head or SCOPE.match(head):
+        return False
+    last = head.rstrip()[-1:]
+    if re.search(r"[)}]\s*(?:noexcept\s*)?:(?!:)", head) and last not in ")}":
+        return False  # a member in a constructor's list, initialised by braces
+    # What is initialised by braces has no function's end: ")", const and the like, or a type behind "->".
+    return last in ")}]" or re.search(r"(?:\b(?:const|noexcept|override|final|mutable|try)|&|->\s*[\w:<>,\s*&]+)\s*$", head) is not None
 
 
 def functions(text):
     """(first line, name, number of lines) of each function with a body of its own lines."""
-    lines = text.splitlines()
+    plain = blanked(text)
     found = []
-    for i, line in enumerate(lines):
-        # A lambda is a part of the function that it stands in.
-        if not line.rstrip().endswith("{") or "=" in re.sub(r"operator\S+", "", line.split("(")[0]) or re.search(r"\[[^\]]*\](\(.*\).*)? ?\{$", line):
-            continue
-        # The head of a function may run over several lines: it begins where the indentation is least.
-        first = i
-        indent = len(line) - len(line.lstrip())
-        while first > 0 and lines[first - 1].strip() and not lines[first - 1].rstrip().endswith((";", "{", "}", ":", ">")) \
-                and not lines[first - 1].lstrip().startswith(("//", "#")) and "(" not in lines[first]:
-            first -= 1
-        if line.lstrip().startswith(("}", ")", ":", ",")) or "(" not in line:
-            while first > 0 and (lines[first].lstrip().startswith((":", ",")) or
-                                 len(lines[first]) - len(lines[first].lstrip()) > indent) and lines[first - 1].strip():
-                first -= 1
-        head = lines[first]
-        indent = len(head) - len(head.lstrip())
-        if indent not in (0, 4, 8) or NO_FUNCTION.match(head) or "(" not in " ".join(lines[first:i + 1]):
-            continue
-        end = i + 1
-        while end < len(lines) and not re.match(r"^ {%d}\}" % indent, lines[end]):
-            end += 1
-        name = re.search(r"([\w:~]+|operator\S+)\(", " ".join(lines[first:i + 1]))
-        found.append((first + 1, name.group(1) if name else head.strip(), end - first + 1))
+    scopes = []  # of each open brace: (what it is, where its head begins, the head)
+    start = 0
+    parentheses = 0
+    for i, sign in enumerate(plain):
+        if sign == "(":
+            parentheses += 1
+        elif sign == ")":
+            parentheses -= 1
+        elif sign == "{":
+            head = plain[start:i]
+            skipped = BEFORE_HEAD.match(head)
+            begin = start + (skipped.end() if skipped else 0)
+            head = plain[begin:i]
+            inside = any(kind == "function" for kind, *_ in scopes)
+            kind = "part"
+            if not inside and parentheses == 0:
+                kind = "function" if is_function(head) else "scope" if SCOPE.match(head) else "part"
+            scopes.append((kind, begin, head))
+            if kind != "part":
+                start = i + 1
+        elif sign == "}" and scopes:
+            kind, begin, head = scopes.pop()
+            if kind == "function":
+                first = plain.count("\n", 0, begin) + 1
+                name = re.search(r"(operator\s*[^\s\w(]+|[\w:~]+)\s*\(", head)
+                lines = plain.count("\n", begin, i) + 1
+                if lines > 1:
+                    found.append((first, name.group(1) if name else head.split()[0], lines))
+            if kind != "part":
+                start = i + 1
+        elif sign == ";" and parentheses == 0 and not any(kind == "function" for kind, *_ in scopes):
+            start = i + 1
     return found
-
-
-def read_all(root):
-    for folder in FOLDERS:
-        for base, folders, names in os.walk(os.path.join(root, folder)):
-            folders[:] = [f for f in folders if f not in ("corpus", "found")]
-            for name in sorted(names):
-                if name.endswith((".h", ".cpp")):
-                    path = os.path.join(base, name)
-                    with open(path, encoding="utf-8") as file:
-                        yield os.path.relpath(path, root), file.read()
 
 
 def self_test():
@@ -62,19 +81,34 @@ def self_test():
     assert functions("void f() {\n" + body * 3 + "}\n") == [(1, "f", 5)]
     assert functions("void A::g(int a,\n          int b) {\n" + body + "}\n") == [(1, "A::g", 4)]
     assert functions("A::A()\n    : m_a(1)\n    , m_b(2) {\n" + body + "}\n") == [(1, "A::A", 5)]
+    assert functions("A::A()\n    : m_a{1}\n    , m_b(2) {\n" + body + "}\n") == [(1, "A::A", 5)]
+    assert functions("A::A()\n    : m_a({1, [] {\n    }}) {\n" + body + "}\n") == [(1, "A::A", 5)]
     assert functions("class A {\n    void h() {\n    " + body * 2 + "    }\n};\n") == [(2, "h", 4)]
+    assert functions("class A : public B {\npublic:\n    int h() const override {\n    " + body + "    }\n};\n") == [(3, "h", 3)]
     assert functions("namespace {\n\nconst int a[] = {\n    1,\n};\n\n} // namespace\n") == []
     assert functions("TEST(A, B) {\n    if (a) {\n" + body + "    }\n}\n") == [(1, "TEST", 5)]
+    assert functions("void f(int a,\n       int b = 2) {\n" + body + "}\n") == [(1, "f", 4)]
+    assert functions("void f(const std::function<void(int)> &g) {\n" + body + "}\n") == [(1, "f", 3)]
+    assert functions("template <class T = int> void f() {\n" + body + "}\n") == [(1, "f", 3)]
+    assert [lines for _, _, lines in functions("const auto f = [](int a) {\n" + body + "};\n")] == [3]
+    assert functions('const char *a = "{";\nvoid f() { // {\n    b(\'{\');\n}\n') == [(2, "f", 3)]
+    assert functions("bool A::operator==(const A &o) const {\n" + body + "}\n") == [(1, "operator==", 3)]
+    assert functions("auto f() -> std::vector<int> {\n" + body + "}\n") == [(1, "f", 3)]
+    assert functions("std::map<int, int> a = {\n    {1, f(2)},\n};\nvoid g() {\n" + body + "}\n") == [(4, "g", 3)]
 
 
 def main(root):
-    all_functions = [(count, path, line, name) for path, text in read_all(root) for line, name, count in functions(text)]
+    all_functions = []
+    for path in sources.all_files(root):
+        with open(path, encoding="utf-8") as file:
+            all_functions += [(count, os.path.relpath(path, root), line, name)
+                              for line, name, count in functions(file.read())]
     if not all_functions:
         print("no function found")
         return 1
     all_functions.sort(reverse=True)
     lengths = sorted(count for count, *_ in all_functions)
-    print(f"{len(lengths)} functions, half of them of at most {lengths[len(lengths) // 2]} lines, "
+    print(f"{len(lengths)} functions of more than a line, half of them of at most {lengths[len(lengths) // 2]} lines, "
           f"99 of 100 of at most {lengths[len(lengths) * 99 // 100]}; the longest:")
     for count, path, line, name in all_functions[:5]:
         print(f"  {count:3} {path}:{line} {name}")

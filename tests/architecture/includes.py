@@ -9,63 +9,73 @@ import os
 import re
 import sys
 
-# Each folder, from the lowest floor to the highest, and the folders that it may include besides itself: one library each.
-PLAIN = ["base", "base/columns", "base/state"]
-CONTRACT = PLAIN + ["platform/automation", "db"]
-STORAGE = ["qirtbase/container", "qirtbase/file", "qirtbase/model"]
-CONTROLS = PLAIN + ["platform/cells", "platform/dialogs", "platform/loop", "platform/controls", "platform/grid", "platform/list"]
-WINDOW = CONTRACT + CONTROLS + ["app/shared", "pane"]
+import sources
+
+# Each folder, from the lowest floor to the highest, and what it includes besides itself: one library each. What a row
+# allows and nobody uses is an offence too, so that a row tells what there is.
 ROWS = {
     "base": [],
     "base/columns": ["base"],
     "base/state": ["base"],
-    "qirtbase/model": PLAIN,
-    "qirtbase/container": PLAIN,
-    "qirtbase/file": PLAIN + ["qirtbase/container"],
-    "qirtbase/journal": PLAIN + STORAGE,
-    "qirtbase": PLAIN + STORAGE + ["qirtbase/journal"],
-    "platform/automation": PLAIN,
-    "db": PLAIN + ["platform/automation"],
-    "compare/engine": CONTRACT,
-    "compare/report": CONTRACT + ["compare/engine"],
-    "cli/tables": CONTRACT,
-    "samples": CONTRACT + ["cli/tables"],
-    "cli/diff": CONTRACT + ["compare/engine", "compare/report", "cli/tables"],
-    "cli": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli/diff"],
-    "cli/audit": CONTRACT + ["compare/engine", "compare/report", "cli/tables", "cli"],
-    "cli/exchange": CONTRACT + ["cli/tables", "cli"],
-    "cli/git": CONTRACT + ["compare/report", "cli/tables", "cli"],
-    "cli/help": PLAIN + ["cli"],
-    "cli/kept": CONTRACT + ["cli/tables", "cli"],
-    "platform/cells": PLAIN,
-    "cli/edit": CONTRACT + ["compare/report", "cli/tables", "cli/diff", "cli", "platform/cells"],
-    "platform/dialogs": PLAIN,
-    "platform/loop": PLAIN + ["platform/dialogs"],
-    "platform/controls": PLAIN,
-    "platform/grid": PLAIN + ["platform/cells", "platform/loop", "platform/controls"],
-    "platform/list": PLAIN + ["platform/loop", "platform/controls"],
-    "app/shared": CONTRACT + CONTROLS,
-    "pane": CONTRACT + CONTROLS + ["app/shared"],
-    "dialogs": CONTRACT + CONTROLS,
-    "compare": WINDOW + ["compare/engine"],
-    "compare/keyed": WINDOW + ["compare/engine", "compare/report"],
-    "view": WINDOW + ["compare", "compare/engine"],
-    "find": WINDOW + ["compare", "compare/engine", "view"],
-    "structure": WINDOW + ["dialogs", "compare", "compare/engine", "view"],
-    "app/desktop": WINDOW + ["compare", "compare/engine", "view"],
-    "app/history": WINDOW + ["dialogs", "compare", "compare/engine", "view", "app/desktop"],
+    "qirtbase/model": ["base", "base/columns"],
+    "qirtbase/container": ["base"],
+    "qirtbase/file": ["base", "base/state", "qirtbase/container"],
+    "qirtbase/journal": ["base", "base/columns", "base/state", "qirtbase/model", "qirtbase/container"],
+    "qirtbase": ["base", "qirtbase/model", "qirtbase/file", "qirtbase/journal"],
+    "platform/automation": ["base"],
+    "db": ["base", "base/columns", "platform/automation"],
+    "compare/engine": ["base", "base/columns", "db"],
+    "compare/report": ["base", "compare/engine"],
+    "compare/conflicts": ["base", "db", "compare/engine", "compare/report"],
+    "cli/tables": ["base", "base/columns", "db"],
+    "samples": ["db", "cli/tables"],
+    "cli/diff": ["base", "db", "compare/engine", "compare/report", "cli/tables"],
+    "cli": ["base", "platform/automation", "db", "compare/report", "cli/tables", "cli/diff"],
+    "cli/audit": ["base", "cli/tables", "cli"],
+    "cli/exchange": ["base", "base/columns", "cli/tables", "cli"],
+    "cli/git": ["base", "compare/report", "compare/conflicts", "cli/tables", "cli"],
+    "cli/help": ["cli"],
+    "cli/kept": ["base", "base/state", "cli/tables", "cli"],
+    "platform/cells": ["base", "base/columns"],
+    "cli/edit": ["base", "db", "cli/tables", "cli/diff", "cli", "platform/cells"],
+    "platform/dialogs": ["base"],
+    "platform/loop": ["base", "platform/dialogs"],
+    "platform/controls": [],
+    "platform/grid": ["base", "platform/cells", "platform/loop", "platform/controls"],
+    "platform/list": ["base", "platform/loop", "platform/controls"],
+    "app/shared": ["base", "db", "platform/dialogs", "platform/loop", "platform/grid", "platform/list"],
+    "pane": ["base", "base/state", "db", "platform/loop", "platform/controls", "platform/grid", "platform/list",
+             "app/shared"],
+    "dialogs": ["base", "db", "platform/dialogs", "platform/loop", "platform/controls", "platform/list"],
+    "compare": ["base", "compare/engine", "platform/loop", "platform/controls", "platform/grid", "platform/list",
+                "app/shared", "pane"],
+    "compare/keyed": ["base", "compare/engine", "compare/report", "platform/dialogs", "platform/loop",
+                      "platform/controls", "platform/grid", "pane"],
+    "view": ["base", "base/columns", "db", "platform/cells", "platform/dialogs", "platform/loop", "platform/grid",
+             "platform/list", "app/shared", "pane", "compare"],
+    "find": ["base", "db", "platform/dialogs", "platform/loop", "platform/controls", "platform/grid",
+             "platform/list", "app/shared", "pane", "compare", "view"],
+    "structure": ["base", "db", "compare/engine", "platform/dialogs", "platform/loop", "platform/grid",
+                  "platform/list", "app/shared", "pane", "dialogs", "compare", "view"],
+    "app/desktop": ["base", "base/state", "db", "compare/engine", "platform/dialogs", "platform/loop",
+                    "platform/grid", "platform/list", "app/shared", "pane", "compare"],
+    "app/history": ["base", "base/state", "db", "platform/dialogs", "platform/grid", "platform/list", "pane",
+                    "compare", "view", "app/desktop"],
+    "app/conflicts": ["base", "db", "compare/conflicts", "platform/dialogs", "platform/loop", "platform/controls",
+                      "platform/grid", "platform/list", "pane", "compare", "view", "app/desktop"],
     "app/language": [],
-    "app/look": WINDOW,
-    "app/guide": PLAIN,
-    "app": WINDOW + ["dialogs", "compare", "compare/keyed", "compare/engine", "compare/report", "view", "find",
-            "structure", "app/desktop", "app/guide", "app/history", "app/language", "app/look"],
+    "app/look": ["platform/loop", "platform/grid", "platform/list", "pane"],
+    "app/guide": [],
+    "app": ["base", "db", "compare/report", "platform/dialogs", "platform/loop", "platform/controls",
+            "platform/grid", "platform/list", "app/shared", "pane", "dialogs", "compare", "compare/keyed", "view",
+            "find", "structure", "app/conflicts", "app/desktop", "app/history", "app/language", "app/look", "app/guide"],
 }
 # By its name a part of the highest floor; it stands low, and is the only one that an include may run up to.
 LOW = "app/shared"
 LOW_MODULES = ("Funzioni", "utility")
 MOST_FILES = 32
 CORE_ONLY = {"base", "base/columns", "base/state", "platform/automation", "platform/cells", "db", "compare/engine",
-             "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
+             "compare/conflicts", "compare/report", "qirtbase", "qirtbase/model", "qirtbase/container", "qirtbase/file", "qirtbase/journal", "cli",
              "cli/tables", "cli/diff", "cli/audit", "cli/edit", "cli/exchange", "cli/git", "cli/help", "cli/kept", "samples"}
 WINDOW_HEADER = re.compile(
     r"^(QtWidgets|QtGui|QWidget|QMessageBox|QDialog|QInputDialog|QFileDialog|QApplication|QMainWindow|QAction|QMenu|"
@@ -139,6 +149,12 @@ def folder_edges(graph):
     return {folder: sorted(others - {folder}, key=list(ROWS).index) for folder, others in edges.items()}
 
 
+def unused(edges):
+    """A line for each permission that no file uses."""
+    return [f"{folder} may include {other}, and does not" for folder, others in ROWS.items() for other in others
+            if other not in edges.get(folder, [])]
+
+
 def runs_up(folder, other):
     """Whether an edge between two folders runs against the floors, where each stands as high as its name says."""
     floors = [row for row in ROWS if row != LOW] + [LOW]
@@ -153,13 +169,10 @@ def crowded(tree):
 
 def read_tree(root):
     files = {}
-    for top in sorted({row.split("/")[0] for row in ROWS}):
-        for base, _, names in os.walk(os.path.join(root, top)):
-            for name in names:
-                if name.endswith((".h", ".cpp")):
-                    path = os.path.join(base, name)
-                    with open(path, encoding="utf-8") as file:
-                        files[os.path.relpath(path, root)] = file.read()
+    for top in sources.program_folders(root) + ["samples"]:
+        for path in sources.files_in(root, top):
+            with open(path, encoding="utf-8") as file:
+                files[os.path.relpath(path, root)] = file.read()
     return files
 
 
@@ -185,6 +198,7 @@ def self_test():
     assert len(check({"platform/other/A.h": ""})[0]) == 1
     assert len(check({"app/shared/Third.h": ""})[0]) == 1
     assert len(check({"base/A.h": "", "db/B.h": "#include <base/A.h>\n"})[0]) == 1
+    assert "db may include base, and does not" in unused({"db": []}) and not unused(ROWS)
     assert crowded({"a": MOST_FILES, "b": MOST_FILES + 1}) == ["b: 33 files, more than 32: it holds more than one subject"]
     assert runs_up("pane", LOW) and runs_up("base", "db") and not runs_up("app", "pane")
     for folder, others in ROWS.items():
@@ -197,6 +211,7 @@ def main(root):
     edges = folder_edges(graph)
     for folder, others in reversed(edges.items()):
         print(f"{folder} -> {', '.join(others) or 'nothing'}")
+    offences += unused(edges)
     offences += [f"{folder} -> {other} runs up" for folder, others in edges.items() for other in others
                  if other != LOW and runs_up(folder, other)]
     offences += crowded(count_files(root))

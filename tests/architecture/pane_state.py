@@ -12,8 +12,11 @@ import sys
 CLASSES = {"pane/Pane.h": "Pane", "pane/EditorContext.h": "EditorContext", "pane/CellEdit.h": "CellEdit"}
 # Given away to be worked on: the controls, and objects with methods of their own, or what a comparison fills in one go.
 OBJECTS = {"Tabella", "ListaTabelle", "nomelab", "IDtb", "txtEdit", "pane", "cellEdit", "listClicks",
-           "gridCommands", "foundDifferences", "controls",
+           "gridCommands", "foundDifferences",
            "status", "remembered", "room"}
+DATA = {"controls"}
+BEFORE = re.compile(r"^    (?:\[\[\w+\]\] |(?:inline|static|virtual|mutable|constexpr) )*")
+TYPE = r"[\w:]+(?:<(?:[^<>]|<(?:[^<>]|<[^<>]*>)*>)*>)?"
 
 
 def breaches(text, name):
@@ -35,10 +38,12 @@ def breaches(text, name):
             continue
         if not public or not at_member or not code.strip():
             continue
-        member = re.match(r"^    (?!using|struct|class|enum|return)[\w:<>,\s*&]+?\b(\w+)(\s*=[^;(]*|\{[^()]*\})?;$", code)
-        if member and "(" not in code.split("=")[0] and member.group(1) not in OBJECTS:
+        member = re.match(r"^(?!using|struct|class|enum|return|const |\S+ \&?operator)" + TYPE + r"[\s*&]+(\w+)\s*(?:[={][^;]*.*)?;$", BEFORE.sub("", code))
+        if member and member.group(1) not in DATA:
             found.append(f"{name}::{member.group(1)} may be written by anybody")
-        away = re.match(r"^    (?!const\b)[\w:<>]+(?:<[^>]*>)? ?[&*] ?(\w+)\([^)]*\)(?: const)?(?:;| \{)", code)
+        if re.match(r"^    struct \{", code) or re.match(r"^    \} \w+;", code):
+            found.append(f"{name} has a nameless part that anybody may write")
+        away = re.match(r"^(?!const\b)" + TYPE + r" ?[&*] ?(\w+)\([^)]*\)(?: const)?(?:;| \{)", BEFORE.sub("", code))
         if away and away.group(1) not in OBJECTS:
             found.append(f"{name}::{away.group(1)}() gives its state away")
     return found
@@ -52,6 +57,13 @@ def self_test():
     assert len(breaches(head + "    int &line() { return m_line; }\n};\n", "Pane")) == 1
     assert len(breaches(head + "    QString &shown();\n};\n", "Pane")) == 1
     assert len(breaches(head + "    int *line() { return &m_line; }\n};\n", "Pane")) == 1
+    assert len(breaches(head + "    int room = 3;\n};\n", "Pane")) == 1
+    assert len(breaches(head + "    [[nodiscard]] QString &shown();\n};\n", "Pane")) == 1
+    assert len(breaches(head + "    inline QString &shown();\n};\n", "Pane")) == 1
+    assert len(breaches(head + "    QHash<int, QList<QString>> &shown();\n};\n", "Pane")) == 1
+    assert len(breaches(head + "    std::function<void()> f = [] {};\n};\n", "Pane")) == 1
+    assert len(breaches(head + "    int line{f()};\n};\n", "Pane")) == 1
+    assert breaches(head + "    struct {\n        int a;\n    } s;\n};\n", "Pane")
     assert len(breaches(head + "    friend class Other;\n};\n", "Pane")) == 1
 
 

@@ -9,23 +9,22 @@ import os
 import re
 import sys
 
+import sources
+
 # The command-line companion speaks one language, and so do the errors of the floors that it shares with the editor.
-FOLDERS = ["app", "app/desktop", "app/language", "app/look", "pane", "view", "structure", "compare", "dialogs", "platform/dialogs", "platform/loop",
-           "platform/controls", "platform/grid", "platform/list"]
+COMPANIONS = {"base", "cli", "db", "qirtbase"}
 # The folders that it shares with the editor, the page of a report included.
-SHARED = ["compare/engine", "compare/report"]
-ALL_FOLDERS = FOLDERS + ["platform/automation", "base", "base/state", "bench", "cli", "db", "fuzz", "qirtbase", "samples",
-                         "tests"]
+SHARED = ["compare/conflicts", "compare/engine", "compare/report", "platform/automation"]
 
 # What stands before a literal that no person reads.
 NOT_SHOWN = re.compile(
-    r"(?:setObjectName\(|findChild<[^>]*>\(|\bname\(\*?[\w.>-]+, |RichiamaTabella\(\w+, |\.method\([^\"]*|QFile \w+\(|"
+    r"(?:QStringList keys\{[^}]*|QSettings\(QSettings::UserScope, |setObjectName\(|add(?:Button|Text|Box)\(\*\w+, (?:\d, ){0,2}|findChild<[^>]*>\(|\bname\(\*?[\w.>-]+, |RichiamaTabella\(\w+, |\.method\([^\"]*|QFile \w+\(|"
     r"startsWith\(|option == |isSet\(|m_picture\(|m_left\(|m_right\(|m_language\(|m_compare\(|addFile\(|constexpr auto \w+ = |names\{[^}]*|\{Command::\w+, |addPositionalArgument\(|setStyleSheet\(|qEnvironmentVariable\w*\(|"
     r"html (?:\+?=) ?(?:[^;]*\+ )?|\.replace\([^;]*|static_assert\([^\"]*|Q_ASSERT_X\([^\"]*|"
     r"allowedIn\w+ = |[fF]ormat = |magic = |plugin\w* = )(?:u|QLatin1StringView\()?$", re.S)
 # Literals that are data, not words.
 DATA = {
-    "/bus",                                         # a file name
+    "/bus", "/dev/null", ".conflicts.json",         # names of files, and what they end with
     "DDB", "html", "|*.html;*.htm",                 # extensions of file names
     "differences.html",                             # a file's name
     "OUT.png", "[FILE]", "FILE", "CODE",                          # names of arguments, as every program has them
@@ -35,12 +34,12 @@ DATA = {
 }
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 IN_TR = re.compile(r'\b(?:tr|translate)\(\s*(?:"(?:[^"\\]|\\.)*"[\s,]*)*$')
-COMMENT = re.compile(r"//[^\n]*|#include[^\n]*")
+COMMENT = re.compile(r'("(?:[^"\\\n]|\\.)*")|//[^\n]*|#include[^\n]*')
 
 
 def untranslated(text):
     """(line, literal) of each text that is not in tr()."""
-    text = COMMENT.sub("", text)
+    text = COMMENT.sub(lambda token: token.group(1) or "", text)
     found = []
     for match in LITERAL.finditer(text):
         words, before = match.group(1), text[:match.start()]
@@ -62,13 +61,9 @@ def other_dialect(path, text):
 
 
 def read(root, folders):
-    for folder in folders:
-        for base, _, names in os.walk(os.path.join(root, folder)):
-            for name in sorted(names):
-                if name.endswith((".h", ".cpp")):
-                    path = os.path.join(base, name)
-                    with open(path, encoding="utf-8") as file:
-                        yield os.path.relpath(path, root), file.read()
+    for path in sources.all_files(root, folders):
+        with open(path, encoding="utf-8") as file:
+            yield os.path.relpath(path, root), file.read()
 
 
 def self_test():
@@ -77,6 +72,7 @@ def self_test():
     assert untranslated('text = tr("No table "\n          "here");\n') == []
     assert untranslated('list.setObjectName(u"hint_%1"_s);\n') == []
     assert untranslated('// says "No table"\nmessageBox(window, u"!"_s);\n') == []
+    assert untranslated('messageBox(window, u"http://x No table"_s);\n') == [(1, "http://x No table")]
     assert untranslated('throw std::runtime_error("broken");\n') == [(1, "broken")]
     assert other_dialect("a.cpp", 'f(QStringLiteral("x"));\n') == [1]
     assert other_dialect("a.h", 'f(QStringLiteral("x"));\n') == []
@@ -84,9 +80,10 @@ def self_test():
 
 def main(root):
     offences = [f'{path}:{line}: "{words}" is shown and not in tr()'
-                for path, text in read(root, FOLDERS) if os.path.dirname(path) not in SHARED
+                for path, text in read(root, [f for f in sources.program_folders(root) if f not in COMPANIONS])
+                if os.path.dirname(path) not in SHARED
                 for line, words in untranslated(text)]
-    offences += [f'{path}:{line}: write u"..."_s' for path, text in read(root, ALL_FOLDERS)
+    offences += [f'{path}:{line}: write u"..."_s' for path, text in read(root, sources.folders(root))
                  for line in other_dialect(path, text)]
     print("\n".join(offences) if offences else "every text can be translated")
     return 1 if offences else 0

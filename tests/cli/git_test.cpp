@@ -154,6 +154,29 @@ TEST_P(GitTest, DiffAndDifftoolShowFilesThatComeAndGo) {
     EXPECT_EQ(run({u"diff"_s, u"/dev/null"_s, u"NEW.DDB"_s}).output, "only right: Pumps\n");
 }
 
+/// The window in the place of the editor: tells what it was started with, each side by its size.
+TEST_P(GitTest, TheWindowIsStartedWithBothSidesAlsoOfFilesThatComeAndGo) {
+    write(u"editor"_s, "#!/bin/sh\nfor side; do f=${side#--*=}; test -s \"$f\" && echo \"${side%%=*} full\" "
+                       "|| echo \"${side%%=*} $f\"; done\n");
+    QFile::setPermissions(path(u"editor"_s), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QByteArray command = git({u"config"_s, u"difftool.qir-editor.cmd"_s}).trimmed();
+    const qsizetype options = command.indexOf(" --left=");
+    ASSERT_GT(options, 0) << command.toStdString();
+    EXPECT_THAT(command.left(options).toStdString(), HasSubstr("qir-editor"));
+    git({u"config"_s, u"difftool.qir-editor.cmd"_s, u"./editor"_s + QString::fromUtf8(command.mid(options))});
+    const QStringList tool{u"difftool"_s, u"-y"_s, u"-t"_s, u"qir-editor"_s, u"--cached"_s, u"--no-renames"_s};
+    set(u"1"_s, u"Speed"_s, u"1450"_s);
+    git({u"add"_s, u"PUMP.DDB"_s});
+    EXPECT_EQ(git(tool), "--left full\n--right full\n");
+    git({u"reset"_s, u"-q"_s, u"--hard"_s});
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"-NEW.DDB"_s)));
+    git({u"add"_s, u"--"_s, u"-NEW.DDB"_s});
+    EXPECT_EQ(git(tool), "--left /dev/null\n--right full\n");
+    commit(u"new"_s);
+    git({u"rm"_s, u"-q"_s, u"PUMP.DDB"_s});
+    EXPECT_EQ(git(tool), "--left full\n--right /dev/null\n");
+}
+
 TEST_P(GitTest, WhatCannotBeShownIsToldInOneLine) {
     write(u"word"_s, "hidden\n");
     done({u"passwd"_s, u"PUMP.DDB"_s, u"--new-password-file"_s, u"word"_s});

@@ -1,3 +1,4 @@
+#include "cli/git/ConflictText.h"
 #include "cli/git/ContentMerge.h"
 
 #include <gtest/gtest.h>
@@ -569,7 +570,7 @@ TEST(MergeProperty, NoEditOfEitherSideIsLostUnlessAConflictTellsOfIt) {
         const QString problem = Check(base, ours, theirs, result, hasKey).problem();
         QByteArray lines;
         for (const Conflict &conflict : result.conflicts)
-            conflict.appendJson(lines);
+            appendConflict(lines, conflict);
         ASSERT_EQ(problem.toStdString(), "") << "seed " << seed << (hasKey ? ", by Id" : ", by position") << "\nBASE\n"
                                              << shown(base).toStdString() << "OURS\n"
                                              << shown(ours).toStdString() << "THEIRS\n"

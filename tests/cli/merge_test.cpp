@@ -1,4 +1,5 @@
 #include "cli/ComparisonArguments.h"
+#include "cli/git/ConflictText.h"
 #include "cli/git/ContentMerge.h"
 
 #include <gmock/gmock.h>
@@ -32,7 +33,7 @@ MergedContent merged(const DatabaseContent &base, const DatabaseContent &ours, c
 std::string linesOf(const std::vector<Conflict> &conflicts) {
     QByteArray lines;
     for (const Conflict &conflict : conflicts)
-        conflict.appendJson(lines);
+        appendConflict(lines, conflict);
     return lines.toStdString();
 }
 
@@ -130,7 +131,9 @@ TEST(MergeTest, AllRecordsOfOneKeyAreToldInAConflict) {
     const MergedContent result =
         merged(tables({record(1, u"10"_s), record(1, u"20"_s)}), tables({record(1, u"11"_s), record(1, u"20"_s)}),
                tables({record(1, u"10"_s), record(1, u"99"_s)}), {u"T:Id"_s});
-    const std::string reason = "\"reason\": \"several records have this key, and both sides have changed them\"}\n";
+    const std::string reason = "\"reason\": \"several records have this key, and both sides have changed them\", "
+                               "\"keyFields\": [\"Id\"], \"oursFields\": [\"Id\", \"Note\"], \"theirsFields\": "
+                               "[\"Id\", \"Note\"]}\n";
     EXPECT_EQ(
         linesOf(result.conflicts),
         "{\"what\": \"record\", \"table\": \"T\", \"key\": [1], \"base\": [1, \"10\"], \"ours\": [1, \"11\"], "
@@ -176,7 +179,8 @@ TEST(MergeTest, ARecordRemovedHereAndChangedThereIsAConflict) {
     EXPECT_EQ(
         linesOf(result.conflicts),
         "{\"what\": \"record\", \"table\": \"T\", \"key\": [1], \"base\": [1, \"a\"], \"ours\": null, \"theirs\": "
-        "[1, \"x\"], \"reason\": \"OURS has removed it, THEIRS has changed it\"}\n");
+        "[1, \"x\"], \"reason\": \"OURS has removed it, THEIRS has changed it\", \"keyFields\": [\"Id\"], "
+        "\"theirsFields\": [\"Id\", \"Note\"]}\n");
     expectRecords(result, {record(2, u"b"_s)});
 }
 

@@ -317,7 +317,8 @@ void ComponentModel::save() {
     m_state.changed = false;
     m_saved = m_state.content;
     m_savedNumber = m_number;
-    m_knownDone = m_knownUndone = 0;
+    m_knownDone = m_done;
+    m_knownUndone = static_cast<int>(m_steps.size()) - m_done;
     seal();
 }
 

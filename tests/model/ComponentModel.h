@@ -74,6 +74,8 @@ public:
     void save();
     /// The program has died and the file was opened again: what a journal knows is there.
     void recover();
+    /// No journal knows any.
+    void forgetSteps() { m_knownDone = m_knownUndone = 0; }
     /// Makes the tables what was saved last.
     void revert(const QString &name);
 

@@ -290,6 +290,11 @@ void ComponentPair::recovered(clsQirDatabase &database) {
     m_model.recover();
 }
 
+void ComponentPair::reopened(clsQirDatabase &database) {
+    m_model.forgetSteps();
+    recovered(database);
+}
+
 void ComponentPair::undoAll() {
     endGroups();
     both([&] { m_model.goTo(0); }, [&] { m_database->GoToStep(0); });

@@ -36,6 +36,8 @@ public:
     void revert();
     /// From now on this instance is the component, after the one before has died.
     void recovered(clsQirDatabase &database);
+    /// The same, after the one before was released with nothing unsaved.
+    void reopened(clsQirDatabase &database);
     void undoAll();
     const ComponentModel &model() const { return m_model; }
     /// All that the members show of the current table and of the list of tables.

@@ -20,6 +20,7 @@ EXPECTED = [
     "share/fish/vendor_completions.d/qirdb.fish",
     "share/man/man1/qir-editor.1", "share/man/man1/qirdb.1", "share/man/man1/qirdb-diff.1",
     "share/doc/qir/user-guide.md", "share/doc/qir/qirdb.md", "share/doc/qir/file-format.md", "share/doc/qir/LICENSE",
+    "share/doc/qir/pictures/compare-2.png",
     "share/icons/hicolor/scalable/mimetypes/application-x-qir-database.svg",
 ]
 # Each ends with one of these, whatever name the project is published under.
@@ -64,6 +65,14 @@ class Installed(unittest.TestCase):
         for command in self.program("qirdb", "--help").stdout.split("Subcommands:")[1].split("\n\n")[0].splitlines()[1:]:
             if command.startswith("  ") and command[2] != " ":
                 self.assertIn(f"share/man/man1/qirdb-{command.split()[0]}.1", self.installed)
+
+    def test_the_guide_is_there_as_a_page_with_its_pictures(self):
+        if run("/usr/bin/python3", "-c", "import markdown").returncode != 0:
+            self.skipTest("not run: python3-markdown is missing")
+        with open(os.path.join(self.moved, "share/doc/qir/guide.html"), encoding="utf-8") as file:
+            page = file.read()
+        pictures = [name for name in self.installed if name.startswith("share/doc/qir/pictures/")]
+        self.assertEqual(page.count("data:image/png"), len(pictures))
 
     def test_nothing_of_the_sources_or_the_build_is_there(self):
         for name in self.installed:

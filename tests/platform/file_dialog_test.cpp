@@ -16,6 +16,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
@@ -56,6 +57,7 @@ private Q_SLOTS:
     void aFileDialogIsSetUpAsAsked();
     void theFileThatIsOpenedComesBackAsChosen();
     void aCancelledFileDialogGivesNothing();
+    void nothingIsLeftInTheHistoryThatAllProgramsShare();
     void theCurrentFolderStays();
     void theDefaultExtensionIsAdded();
     void savingOverAFileIsAskedAboutAndTold();
@@ -117,6 +119,22 @@ void FileDialogTest::aCancelledFileDialogGivesNothing() {
     QCOMPARE(answer.path, QString());
     QVERIFY(!answer.existed);
     QCOMPARE(dialog.met, 1);
+}
+
+void FileDialogTest::nothingIsLeftInTheHistoryThatAllProgramsShare() {
+    const QTemporaryDir settings;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
+    const auto shared = [] { return QSettings(QSettings::UserScope, u"QtProject"_s); };
+    shared().setValue(u"FileDialog/lastVisited"_s, u"file:///before"_s);
+    const QTemporaryDir folder;
+    writeFile(folder.filePath(u"A.ddb"_s));
+    FileDialogRequest request;
+    request.initialFolder = folder.path();
+    const WithNext<QFileDialog> dialog([](QFileDialog &shown) { chooseName(shown, u"A.ddb"_s); });
+    QVERIFY(!askForFile(nullptr, request).path.isEmpty());
+    QCOMPARE(shared().value(u"FileDialog/lastVisited"_s).toString(), u"file:///before"_s);
+    QVERIFY(!shared().contains(u"FileDialog/history"_s));
+    QVERIFY(shared().contains(u"FileDialog/viewMode"_s)); // how the dialog looks is shared as ever
 }
 
 void FileDialogTest::theCurrentFolderStays() {

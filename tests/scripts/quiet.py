@@ -28,7 +28,7 @@ i=0; while [ $i -lt 300 ]; do echo "[$i/300] Building"; i=$((i + 1)); done
 [ -z "$BUILD_FAILS" ] || { echo "the reason why it fails"; exit 1; }
 [ "$1" = --preset ] && mkdir -p build/release && touch build/release/build.ninja
 if [ "$1" = --build ]; then
-  mkdir -p "$2/bin" && printf '#!/bin/sh\\necho started\\n' >"$2/bin/qir-editor" && chmod +x "$2/bin/qir-editor"
+  mkdir -p "$2/bin" && printf '#!/bin/sh\\n[ "$1" = -- ] || echo "$@" >>"$CALLS"\\necho started\\n' >"$2/bin/qir-editor" && chmod +x "$2/bin/qir-editor"
 fi
 exit 0
 """
@@ -90,6 +90,16 @@ class Run(unittest.TestCase):
         done = self.run_it(BUILD_FAILS="yes")
         self.assertNotEqual(done.returncode, 0)
         self.assertIn("the reason why it fails", done.stdout)
+
+    def test_options_of_the_editor_reach_it_and_a_name_is_no_option(self):
+        self.run_it("--left", "A.DDB", "--right", "B.DDB")
+        self.assertIn("--left A.DDB --right B.DDB\n", self.calls())
+        self.assertEqual(self.run_it("A.DDB").returncode, 0)
+        self.assertNotIn("\nA.DDB", self.calls())
+
+    def test_only_what_the_editor_needs_is_built(self):
+        self.run_it()
+        self.assertRegex(self.calls(), r"(?m)^cmake --build \S+ --target qir-editor samples$")
 
     def test_a_later_run_prints_nothing_of_its_own(self):
         self.run_it()

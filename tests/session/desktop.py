@@ -131,6 +131,17 @@ class Desktop:
         length = 3 * int(size.split()[0])
         return [pixels[i:i + length] for i in range(0, len(pixels), length)]
 
+    def still(self):
+        """Waits until two looks at the screen, some time apart, see the same."""
+        last = [None]
+
+        def unchanged():
+            now = self.pixels("root")
+            same = now == last[0]
+            last[0] = now
+            return same or self.output("sleep", "0.4")
+        wait_until(unchanged, "a screen that stands still")
+
     def end(self):
         for child in reversed(self.children):
             if child.poll() is None:

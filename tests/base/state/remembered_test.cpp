@@ -215,6 +215,19 @@ TEST_F(RememberedTest, WhatOthersMayWriteOrIsNoFileIsNotTaken) {
     expectEmptyAndUsable();
 }
 
+TEST_F(RememberedTest, NumbersOutOfBoundsAreCutAndUnknownKindsLeftOut) {
+    put(R"({"kind": "BAK", "window": {"x": 2147483647, "y": -2147483648, "width": 2147483647, "height": 2147483647}})");
+    const auto place = another().windowPlace();
+    ASSERT_TRUE(place);
+    EXPECT_LE(place->frame.right(), 200'000);
+    EXPECT_GE(place->frame.top(), -100'000);
+    EXPECT_EQ(another().kind(), QString());
+    another().noteChosen(u"/A.BAK"_s, Protection::Open);
+    EXPECT_EQ(another().kind(), QString());
+    another().noteChosen(u"/A.idb"_s, Protection::Open);
+    EXPECT_EQ(another().kind(), u"IDB"_s);
+}
+
 TEST_F(RememberedTest, WhereNothingCanBeWrittenTheStateHoldsForTheSession) {
     for (const bool folderInTheWay : {false, true}) {
         QDir(m_root.path()).removeRecursively();

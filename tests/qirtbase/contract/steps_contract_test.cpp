@@ -197,6 +197,34 @@ TEST_P(StepsContract, TheTableOfTheLastChangeIsTold) {
     EXPECT_EQ(database.ChangedTables(), 1);
 }
 
+TEST_P(StepsContract, TheTablesOfSeveralStepsAreCountedOnce) {
+    const int first = database.StepsDone();
+    database.AddTable(u"Valves"_s);
+    database.AddTable(u"Motors"_s);
+    const int added = database.StepsDone();
+    database.QIRTableRecordSource(u"Pumps"_s);
+    writeInStep(database, u"One"_s, u"1"_s);
+    writeInStep(database, u"Two"_s, u"2"_s);
+    database.GoToStep(added);
+    EXPECT_EQ(database.ChangedTable(), u"Pumps"_s);
+    EXPECT_EQ(database.ChangedTables(), 1);
+    database.GoToStep(added + 2);
+    EXPECT_EQ(database.ChangedTables(), 1);
+    database.GoToStep(added - 1);
+    EXPECT_EQ(database.ChangedTables(), 2);
+    database.GoToStep(first);
+}
+
+TEST_P(StepsContract, GoingToTheStepThatIsDoneChangesNothing) {
+    writeInStep(database, u"One"_s, u"1"_s);
+    database.Undo();
+    database.GoToStep(database.StepsDone());
+    EXPECT_EQ(database.ChangedTable(), QString());
+    EXPECT_EQ(database.ChangedRecord(), 0);
+    EXPECT_EQ(database.ChangedField(), 0);
+    EXPECT_EQ(database.ChangedTables(), 0);
+}
+
 TEST_P(StepsContract, RevertingIsAStepToo) {
     const Content saved = Content::of(database);
     database.QIRTableRecordSource(u"Pumps"_s);

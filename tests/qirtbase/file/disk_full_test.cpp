@@ -21,7 +21,7 @@ struct Kind {
     const char *name;
     QString password;
     bool isNew;
-    bool canAllocate; ///< Without, the disk turns out full only while writing.
+    int allocateError; ///< How a file system says that it takes no room ahead: the disk turns out full while writing.
 };
 
 class FullDisk : public testing::TestWithParam<Kind> {
@@ -47,17 +47,18 @@ protected:
 
     std::optional<SmallDisk> m_disk;
     HookedFileOps m_ops{[](FileCall call, const std::string &) -> std::optional<SystemError> {
-        return call == FileCall::Allocate && !GetParam().canAllocate ? std::optional(SystemError{EOPNOTSUPP})
-                                                                     : std::nullopt;
+        return call == FileCall::Allocate && GetParam().allocateError != 0
+                   ? std::optional(SystemError{GetParam().allocateError})
+                   : std::nullopt;
     }};
 };
 
 INSTANTIATE_TEST_SUITE_P(When, FullDisk,
-                         testing::Values(Kind{"SavingAnOpenFile", {}, false, true},
-                                         Kind{"SavingAProtectedFile", u"p"_s, false, true},
-                                         Kind{"SavingANewFile", {}, true, true},
-                                         Kind{"SavingWithoutAllocation", {}, false, false},
-                                         Kind{"SavingANewFileWithoutAllocation", u"p"_s, true, false}),
+                         testing::Values(Kind{"SavingAnOpenFile", {}, false, 0},
+                                         Kind{"SavingAProtectedFile", u"p"_s, false, 0},
+                                         Kind{"SavingANewFile", {}, true, 0},
+                                         Kind{"SavingWithoutAllocation", {}, false, EOPNOTSUPP},
+                                         Kind{"SavingANewFileWithoutAllocation", u"p"_s, true, EINVAL}),
                          [](const auto &kind) { return kind.param.name; });
 
 TEST_P(FullDisk, AtEveryFreeSizeTheFileIsOldOrNewAndTheReasonShown) {

@@ -128,7 +128,7 @@ void JournalBench::open() {
     m_journal = std::make_unique<Journal>(m_ops, m_options);
     m_journal->follow(m_database, m_base, m_keys);
     if (outcome.journal)
-        m_journal->adopt(std::move(*outcome.journal));
+        m_journal->adopt(std::move(*outcome.journal), outcome.changed);
 }
 
 } // namespace qir

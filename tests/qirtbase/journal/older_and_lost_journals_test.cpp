@@ -131,7 +131,7 @@ TEST_P(OlderJournal, IsMadeAgainAndGoneOnWithInTodaysForm) {
     EXPECT_EQ(nameAt(0), u"typed before"_s);
     setName(1, u"typed on"_s);
     const QByteArray content = contentOf(bench.journalPath());
-    EXPECT_TRUE(content.startsWith("QIRJRNL3"));
+    EXPECT_TRUE(content.startsWith("QIRJRNL4"));
     EXPECT_EQ(content.contains(bench.base().place.path.c_str()), !GetParam());
     EXPECT_EQ(bench.journals()[0].startsWith(u"0101"_s), !GetParam());
     EXPECT_EQ(bench.body(), crashAndOpen());
@@ -159,7 +159,7 @@ TEST_P(OlderJournal, ThatCannotBeWrittenAnewIsGoneOnWithAsItIs) {
     {
         Journal journal(ops, bench.options());
         journal.follow(database, base, bench.keys());
-        journal.adopt(std::move(*outcome.journal));
+        journal.adopt(std::move(*outcome.journal), outcome.changed);
         database.setText(database.table(0), 2, 1, u"typed on"_s);
     }
     EXPECT_TRUE(contentOf(bench.journalPath()).startsWith("QIRJRNL1"));

@@ -62,6 +62,7 @@ void FakeStepsComponent::goTo(const Tables &tables) {
     m_known = tables;
     m_content.table = -1;
     m_place = {};
+    m_place.tables = static_cast<int>(std::max<qsizetype>(before.size() - tables.size(), 0)); // have gone
     for (qsizetype t = 0; t < tables.size(); ++t) {
         if (!current.isEmpty() && tables.at(t).key == current)
             m_content.table = static_cast<int>(t);
@@ -134,6 +135,7 @@ void FakeStepsComponent::GoToStep(int done) {
     called("GoToStep", {done});
     if (done != 0)
         checkedIndex(done, m_steps.size(), "step");
+    m_place = {};
     if (done == m_done)
         return;
     requireNoGroup();

@@ -414,6 +414,96 @@ private Q_SLOTS:
         push(fixture, u"keyedCarryLeft"_s);
         QCOMPARE(recordsOf(fixture, 0), recordsOf(fixture, 1));
     }
+
+    void anErrorInTheMiddleOfACarryLeavesNothingHalfAndIsTold_data() {
+        QTest::addColumn<QString>("member");
+        QTest::newRow("a value") << u"QIRTableRecordSetByIndex"_s;
+        QTest::newRow("a record removed") << u"RemoveRecord"_s;
+        QTest::newRow("a record added") << u"AddRecord"_s;
+        QTest::newRow("the end") << u"EndChanges"_s;
+    }
+
+    void anErrorInTheMiddleOfACarryLeavesNothingHalfAndIsTold() {
+        QFETCH(QString, member);
+        const UseFake fake;
+        fake->setSteps(true);
+        EditorFixture fixture;
+        open(fixture);
+        const QList<QStringList> before = recordsOf(fixture, 1);
+        const QStringList wasTold = rows(fixture).value(0);
+        hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
+        int failed = 0;
+        fake->setHook([&](const FakeCall &call) {
+            const bool writes = call.arguments.size() == 2 || member != u"QIRTableRecordSetByIndex"_s;
+            if (call.member == member && writes && failed++ == 0)
+                throw std::runtime_error("the disk is gone");
+        });
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"Yes"_s); });
+        fixture.dialogs().expect(messageNaming({u"the disk is gone"_s}));
+        push(fixture, u"keyedCarryRight"_s);
+        QVERIFY(failed > 0);
+        fake->setHook({});
+        QCOMPARE(recordsOf(fixture, 1), before);
+        QCOMPARE(fixture.texts(1), before);
+        QTRY_COMPARE(status(fixture), u"1 added, 1 removed, 1 changed, 0 moved."_s);
+        QCOMPARE(rows(fixture).value(0), wasTold);
+        // It can be tried again, and is one step then.
+        if (control<QCheckBox>(fixture, u"keyedTickAll"_s).isChecked())
+            hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
+        hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"Yes"_s); });
+        push(fixture, u"keyedCarryRight"_s);
+        QCOMPARE(recordsOf(fixture, 1),
+                 (QList<QStringList>{{u"P-2"_s, u"700"_s}, {u"P-3"_s, u"900"_s}, {u"P-1"_s, u"1500"_s}}));
+        fixture.activate(1);
+        fixture.choose(Command::UndoMenu);
+        QCOMPARE(recordsOf(fixture, 1), before);
+    }
+
+    void aTableThatIsRemovedIsComparedNoMore() {
+        EditorFixture fixture;
+        fixture.dialogs().allow(u"differencesByKey"_s);
+        openBoth(fixture, {leftPumps(), valves()}, {rightPumps(), valves()});
+        fixture.choose(Command::DifferencesByKeyMenu);
+        QCOMPARE(rows(fixture).size(), 3);
+        fixture.activate(1);
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"Yes"_s); });
+        fixture.choose(Command::RemoveTableMenu);
+        QVERIFY(!fixture.lines(1).contains(u"Pumps"_s));
+        hands::doubleClick(control<QTableView>(fixture, u"keyedChanges"_s).viewport(), Qt::LeftButton, {}, {20, 10});
+        QTRY_VERIFY2(!status(fixture).startsWith(u"1 added, 1 removed, 1 changed"_s) &&
+                         status(fixture) != u"The tables have changed since they were compared."_s,
+                     qPrintable(status(fixture)));
+        for (const QStringList &row : rows(fixture))
+            QVERIFY2(!row.contains(u"P-1"_s), "a change of the table that is gone");
+    }
+
+    void tablesWithoutFieldsHaveNoneInCommon() {
+        EditorFixture fixture;
+        open(fixture, {u"Pumps"_s, {}}, {u"Pumps"_s, {}});
+        QCOMPARE(status(fixture), u"The tables have no field in common."_s);
+        QCOMPARE(rows(fixture), QList<QStringList>());
+        QVERIFY(!control<QPushButton>(fixture, u"keyedCarryRight"_s).isEnabled());
+    }
+
+    void tablesWithoutFieldsOnOneSideHaveNoneInCommon() {
+        EditorFixture fixture;
+        open(fixture, {u"Pumps"_s, {}}, rightPumps());
+        QCOMPARE(status(fixture), u"The tables have no field in common."_s);
+    }
+
+    void tablesWithoutRecordsHaveNoChanges() {
+        TableOfTexts empty = leftPumps();
+        for (FieldOfTexts &field : empty.fields)
+            field.texts.clear();
+        EditorFixture fixture;
+        open(fixture, empty, empty);
+        QCOMPARE(rows(fixture), QList<QStringList>());
+        QVERIFY(!control<QCheckBox>(fixture, u"keyedTickAll"_s).isEnabled());
+        fixture.activate(0);
+        fixture.choose(Command::AddRecordMenu);
+        QTRY_COMPARE(rows(fixture).size(), 1);
+    }
 };
 
 QTEST_MAIN(ByKeyTest)

@@ -1,3 +1,4 @@
+#include "app/desktop/OutsideChanges.h"
 #include "platform/grid/GridModel.h"
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
@@ -5,7 +6,11 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QPushButton>
 #include <QScopeGuard>
+#include <QSignalSpy>
+
+#include <cstdio>
 
 using namespace qir;
 using namespace qir::test;
@@ -447,6 +452,64 @@ private Q_SLOTS:
         fixture.choose(Command::RemoveRecordMenu);
         QCOMPARE(view(fixture, 0).size(), 2);
         QCOMPARE(fixture.database(0).QirTableRecordsCount(), 6);
+    }
+
+    void revertToSavedIsFollowedOnBothSides() {
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        edit(fixture, 0, 5, 2, u"7"_s); // equal now, and stays in sight
+        fixture.activate(0);
+        fixture.choose(Command::AddRecordMenu);
+        fixture.dialogs().expectMessage(u"Do you want to go back to what is saved of '%1' ?"_s.arg(fixture.fileName(0)),
+                                        u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RevertMenu);
+        QCOMPARE(recordsOf(fixture, 0).size(), 6);
+        QCOMPARE(view(fixture, 0), (QList<QStringList>{{u"2"_s, u"202"_s, u"204"_s}, {u"5"_s, u"502"_s, u"504"_s}}));
+        QCOMPARE(view(fixture, 1), (QList<QStringList>{{u"2"_s, u"202"_s, u"7"_s}, {u"5"_s, u"7"_s, u"504"_s}}));
+        QCOMPARE(redCells(fixture, 1), (Cells{{1, 2}, {2, 1}}));
+        QVERIFY(fixture.action(Command::OnlyDifferencesMenu).isChecked());
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(view(fixture, 0).size(), 6);
+        QCOMPARE(redCells(fixture, 1), (Cells{{2, 4}, {5, 2}}));
+    }
+
+    void aReloadFromOutsideIsFollowedOnBothSides_data() {
+        QTest::addColumn<int>("records");
+        QTest::addColumn<int>("shown");
+        // The current record stays in sight.
+        QTest::newRow("other differences") << 6 << 2;
+        QTest::newRow("fewer records") << 3 << 5; // the third differs, those behind it are the left side's alone
+        QTest::newRow("none") << 0 << 6;          // shown whole
+    }
+
+    void aReloadFromOutsideIsFollowedOnBothSides() {
+        QFETCH(int, records);
+        QFETCH(int, shown);
+        EditorFixture fixture;
+        open(fixture);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        TableOfTexts table = counted(u"A"_s, records, 4);
+        if (records > 0)
+            table = changed(table, {{3, 1}});
+        const QString other = makeFile(u"OTHER.DDB"_s, {table, counted(u"B"_s, 3, 2)});
+        QSignalSpy touched(fixture.window().findChild<OutsideChanges *>(), &OutsideChanges::fileTouched);
+        QVERIFY(::rename(qPrintable(other), qPrintable(path(u"RIGHT.DDB"_s))) == 0);
+        QTRY_VERIFY(!touched.isEmpty());
+        auto &bar = *fixture.window().findChild<NoticeBar *>(u"noticeBar_1"_s);
+        QTRY_VERIFY(bar.isVisible());
+        hands::click(bar.findChild<QPushButton *>(u"reload"_s), Qt::LeftButton);
+        QCOMPARE(recordsOf(fixture, 1).size(), records);
+        QCOMPARE(view(fixture, 0).size(), shown);
+        QVERIFY(fixture.action(Command::OnlyDifferencesMenu).isChecked());
+        if (records == 6) {
+            QCOMPARE(view(fixture, 1), QList<QStringList>({{u"2"_s, u"201"_s, u"202"_s}, {u"3"_s, u"7"_s, u"302"_s}}));
+            QCOMPARE(view(fixture, 0),
+                     QList<QStringList>({{u"2"_s, u"201"_s, u"202"_s}, {u"3"_s, u"301"_s, u"302"_s}}));
+        }
+        fixture.choose(Command::OnlyDifferencesMenu);
+        QCOMPARE(view(fixture, 0).size(), 6);
+        QCOMPARE(view(fixture, 1).size(), records);
     }
 
     void theWheelOverAShortViewMovesNothingOutOfIt() {

@@ -50,6 +50,7 @@ class FilesAtHandTest : public WindowTest {
         for (const QString &path : paths)
             urls.append(QUrl::fromLocalFile(path));
         data.setUrls(urls);
+        data.setText(paths.join(u'\n')); // as file managers add it
         const QPoint at = target.mapTo(&fixture.window(), target.rect().center());
         QWindow *window = fixture.window().windowHandle();
         const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
@@ -206,6 +207,40 @@ private Q_SLOTS:
         QCOMPARE(offered(recent), QStringList{file});
         chooseRecent(fixture, u"RecentFilesMenu"_s, 2);
         QCOMPARE(offered(recent), QStringList());
+    }
+
+    void aNewDatabaseIsMadeBesideOneWhoseFileHasGone() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        QVERIFY(QFile::remove(path(u"A.DDB"_s)));
+        hands::turnLoop();
+        fixture.dialogs().expectFile(u"New Database"_s, path(u"FRESH.DDB"_s));
+        fixture.choose(Command::NewDatabase);
+        QCOMPARE(fixture.fileName(0), path(u"FRESH.DDB"_s).toUpper());
+        QVERIFY(QFile::exists(path(u"FRESH.DDB"_s)));
+    }
+
+    void theExtensionOfNoKindIsNotTheNextNewFiles() {
+        makeFile(u"A.DDB"_s, {pumps()});
+        QVERIFY(QFile::rename(path(u"A.DDB"_s), path(u"A.BAK"_s)));
+        EditorFixture fixture;
+        fixture.open(path(u"A.BAK"_s));
+        fixture.dialogs().expectFile(u"New Database"_s, path(u"FRESH"_s));
+        fixture.choose(Command::NewDatabase);
+        QVERIFY(QFile::exists(path(u"FRESH.DDB"_s)));
+        QVERIFY(!QFile::exists(path(u"FRESH.BAK"_s)));
+    }
+
+    void aFileDroppedOnAnOpenCellEditorOpens() {
+        const QString file = makeFile(u"DROPPED.DDB"_s, {numbers(u"D"_s, {u"1"_s})});
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.clickLine(0, 0);
+        fixture.clickCell(0, 1, 1);
+        hands::key(&fixture.grid(0), Qt::Key_F2);
+        QWidget &editor = fixture.editor().txtEdit(0);
+        QVERIFY(editor.isVisible());
+        drop(fixture, editor, {file});
+        QCOMPARE(fixture.fileName(0), file.toUpper());
+        QVERIFY(fixture.isOpen(0));
     }
 
     void forgettingAsksAndEmptiesTheLists() {

@@ -3,7 +3,9 @@
 #include "tests/support/Hands.h"
 #include "tests/window/WindowTest.h"
 
+#include <QApplication>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QSignalSpy>
 
 using namespace qir;
@@ -315,6 +317,99 @@ private Q_SLOTS:
         QCOMPARE(fixture.fileName(1) == other.toUpper(), !replaced);
         QCOMPARE(fixture.database(1).DtbHasChanged(), !replaced);
         fixture.database(1).setDtbHasChanged(false);
+    }
+
+    void compareLosesNothingWhereTheFileGoesWhileItAsks() {
+        const QString file = makeFiles();
+        const QString other = makeFile(u"OTHER.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture;
+        fixture.openBoth(file, other);
+        change(fixture, 1, u"9"_s);
+        elsewhere(u"mv B.DDB A.DDB"_s);
+        QTRY_VERIFY(bar(fixture, 0).isVisible());
+        fixture.dialogs().expect([&](QDialog &dialog) {
+            elsewhere(u"rm A.DDB"_s);
+            return pressButton(dialog, u"No"_s);
+        });
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"No"_s); }); // keep it in the list
+        press(fixture, 0, u"compare"_s);
+        QVERIFY(fixture.isOpen(1));
+        QCOMPARE(fixture.fileName(1), other.toUpper());
+        QVERIFY(fixture.database(1).DtbHasChanged());
+        fixture.database(1).setDtbHasChanged(false);
+    }
+
+    void compareWithWhatCannotBeLoadedLeavesTheOtherPane() {
+        const QString file = makeFiles();
+        const QString other = makeFile(u"OTHER.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture;
+        fixture.openBoth(file, other);
+        elsewhere(u"echo no database > A.DDB"_s);
+        QTRY_VERIFY(bar(fixture, 0).isVisible());
+        fixture.dialogs().expectMessage(u"Can't load '%1'"_s.arg(file.toUpper()), u"!!"_s, u"OK"_s);
+        press(fixture, 0, u"compare"_s);
+        QVERIFY(fixture.isOpen(1));
+        QCOMPARE(fixture.fileName(1), other.toUpper());
+    }
+
+    void aBarStandsAboveItsPaneInEveryModeAndWay_data() {
+        QTest::addColumn<Qt::LayoutDirection>("way");
+        QTest::newRow("left to right") << Qt::LeftToRight;
+        QTest::newRow("right to left") << Qt::RightToLeft;
+    }
+    void aBarStandsAboveItsPaneInEveryModeAndWay() {
+        QFETCH(const Qt::LayoutDirection, way);
+        QGuiApplication::setLayoutDirection(way);
+        const QScopeGuard back([] { QGuiApplication::setLayoutDirection(Qt::LeftToRight); });
+        const QString file = makeFiles();
+        EditorFixture fixture(file);
+        elsewhere(u"mv B.DDB A.DDB"_s);
+        QTRY_VERIFY(bar(fixture, 0).isVisible());
+        fixture.choose(Command::TwoMenu);
+        hands::turnLoop();
+        const auto middle = [&](const QWidget &widget) {
+            return widget.mapTo(&fixture.window(), widget.rect().center()).x();
+        };
+        const int half = fixture.window().width() / 2;
+        QVERIFY(middle(bar(fixture, 0)) < half - 50);
+        QVERIFY(middle(fixture.frame(0)) < half);
+    }
+
+    void aPressInABarLeavesTheKeyboardWhereItIs() {
+        const QString file = makeFiles();
+        const QString other = makeFile(u"OTHER.DDB"_s, {numbers(u"T"_s, {u"1"_s}), pumps()});
+        makeFile(u"C.DDB"_s, {numbers(u"T"_s, {u"4"_s})});
+        EditorFixture fixture;
+        fixture.openBoth(file, other);
+        fixture.clickLine(1, 1);
+        const QWidget *keyboard = QApplication::focusWidget();
+        QCOMPARE(fixture.activePane(), 1);
+        elsewhere(u"mv C.DDB OTHER.DDB"_s);
+        for (const QString &button : {u"dismiss"_s, u"keep"_s}) {
+            QTRY_VERIFY(bar(fixture, 1).isVisible());
+            press(fixture, 1, button);
+            QVERIFY(!bar(fixture, 1).isVisible());
+            QCOMPARE(QApplication::focusWidget(), keyboard);
+            if (button == u"dismiss"_s)
+                elsewhere(u"mv B.DDB OTHER.DDB"_s);
+        }
+        fixture.database(1).setDtbHasChanged(false);
+    }
+
+    void aBarLeftByTheKeyboardGivesItToTheActivePane() {
+        const QString file = makeFiles();
+        const QString other = makeFile(u"OTHER.DDB"_s, {numbers(u"T"_s, {u"1"_s}), pumps()});
+        EditorFixture fixture;
+        fixture.openBoth(file, other);
+        fixture.clickLine(1, 1);
+        elsewhere(u"mv B.DDB OTHER.DDB"_s);
+        QTRY_VERIFY(bar(fixture, 1).isVisible());
+        auto *dismiss = bar(fixture, 1).findChild<QPushButton *>(u"dismiss"_s);
+        dismiss->setFocus(Qt::TabFocusReason);
+        hands::key(dismiss, Qt::Key_Space);
+        QVERIFY(!bar(fixture, 1).isVisible());
+        QCOMPARE(fixture.activePane(), 1);
+        QCOMPARE(QApplication::focusWidget(), &fixture.list(1));
     }
 
     void aPasswordThatIsWrongAtAReloadLosesNothing() {

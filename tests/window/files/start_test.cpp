@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QImage>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QTimer>
@@ -201,6 +202,78 @@ private Q_SLOTS:
         looking.start(0);
         QCOMPARE(runProgram({{}, QString(), left, right}), 0);
         QCOMPARE(shown, (QStringList{left, right}));
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void aSideThatHasNothingStaysEmptyAndSaysSo_data() {
+        QTest::addColumn<bool>("right");
+        QTest::addColumn<bool>("device");
+        QTest::newRow("no left file") << false << true;
+        QTest::newRow("no right file") << true << true;
+        QTest::newRow("an empty left file") << false << false;
+        QTest::newRow("an empty right file") << true << false;
+    }
+
+    void aSideThatHasNothingStaysEmptyAndSaysSo() {
+        QFETCH(bool, right);
+        QFETCH(bool, device);
+        const QString file = makeFile(u"A.DDB"_s, {pumps()});
+        const QString nothing = device ? u"/dev/null"_s : writeBytes(u"B.DDB"_s, {});
+        const int full = right ? 0 : 1;
+        DialogScript dialogs;
+        QString hint;
+        bool commandsAreOfTheOther = false;
+        QTimer looking;
+        QObject::connect(&looking, &QTimer::timeout, [&] {
+            DtbEditor *window = editorWindow();
+            if (window == nullptr || MessageLoop::instance()->commandRunning() || !window->context().twoPanes() ||
+                !window->context().DtbAperto(full))
+                return;
+            looking.stop();
+            EditorContext &editor = window->context();
+            const QLabel &label = *editor.pane(1 - full).controls().hint;
+            if (!editor.DtbAperto(1 - full) && label.isVisible())
+                hint = label.text();
+            commandsAreOfTheOther = editor.IndexAttivo() == full;
+            window->close();
+        });
+        looking.start(0);
+        QCOMPARE(runProgram({{}, QString(), right ? file : nothing, right ? nothing : file}), 0);
+        QVERIFY2(hint.startsWith(u"This side has nothing: '%1' is empty."_s.arg(nothing)), qPrintable(hint));
+        QVERIFY(commandsAreOfTheOther);
+        QCOMPARE(dialogs.problems(), QString());
+    }
+
+    void whatIsOpenedOnASideThatHadNothingTakesItsPlace() {
+        const QString nothing = writeBytes(u"B.DDB"_s, {});
+        const QString file = makeFile(u"A.DDB"_s, {pumps()});
+        EditorFixture fixture(file);
+        runCommand([&] { QCOMPARE(fixture.window().openRight(nothing), StartResult::NothingToOpen); });
+        QVERIFY(fixture.editor().twoPanes());
+        fixture.activate(1);
+        fixture.open(makeFile(u"C.DDB"_s, {pumps(), valves()}));
+        QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s, u"Valves ?"_s}));
+        QVERIFY(!fixture.editor().pane(1).controls().hint->isVisible());
+        fixture.choose(Command::CloseDatabaseMenu);
+        QVERIFY(!fixture.editor().pane(1).controls().hint->text().contains(nothing));
+    }
+
+    void twoSidesThatHaveNothingAreAnEditorWithoutADatabase() {
+        EditorFixture fixture;
+        runCommand([&] {
+            QCOMPARE(fixture.window().openLeft(u"/dev/null"_s), StartResult::NothingToOpen);
+            QCOMPARE(fixture.window().openRight(u"/dev/null"_s), StartResult::NothingToOpen);
+        });
+        for (const int pane : {0, 1})
+            QVERIFY(fixture.editor().pane(pane).controls().hint->text().contains(u"/dev/null"_s));
+        QVERIFY(!fixture.action(Command::SaveMenu).isEnabled());
+    }
+
+    void anEmptyFileThatStandsAloneOnTheCommandLineIsNoDatabase() {
+        const QString nothing = writeBytes(u"B.DDB"_s, {});
+        DialogScript dialogs;
+        dialogs.expectMessage(u"Can't load '"_s + nothing + u"'"_s, u"!!"_s, u"OK"_s);
+        QCOMPARE(runProgram({{nothing}, QString()}), 1);
         QCOMPARE(dialogs.problems(), QString());
     }
 

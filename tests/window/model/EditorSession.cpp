@@ -183,6 +183,9 @@ void EditorSession::take(const Step &step) {
     case Step::Revert:
     case Step::PasteAll:
         return takeHistoryStep(step);
+    case Step::ReplaceAll:
+    case Step::GoToRecord:
+        return takeFindStep(step);
     case Step::AddRecord:
     case Step::RemoveRecord:
     case Step::CloneSize:
@@ -234,8 +237,6 @@ void EditorSession::trigger(Command command) {
 void EditorSession::closePopup() {
     if (QWidget *popup = QApplication::activePopupWidget())
         popup->close();
-    else
-        skip();
 }
 
 void EditorSession::expectEntries(const QMenu &menu, const QStringList &names) {

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 
 namespace qir::test {
 
@@ -42,6 +43,7 @@ private:
     void takeRecordStep(const Step &step);
     void takeCellStep(const Step &step);
     void takeHistoryStep(const Step &step);
+    void takeFindStep(const Step &step);
     void takeDifferenceStep(const Step &step);
 
     void selectLine(int pane, int line);
@@ -86,6 +88,9 @@ private:
     void lookAtDifferences();
     void lookAtWindows(bool summary);
 
+    void goToRecord(int row);
+    void replaceAll(const QString &text, const QString &replacement);
+
     void open(int file, bool cancel);
     void saveAs(int file);
     void closePane(bool yes);
@@ -112,7 +117,7 @@ private:
     void expectError();
     /// Chooses a command: of the pop-up that is open, else of the menu bar.
     void trigger(Command command);
-    /// Closes the pop-up that is open; without one the step finds nothing to do.
+    /// Closes the pop-up that is open, if one is: the press that was to open it was a step by itself.
     void closePopup();
     static void expectEntries(const QMenu &menu, const QStringList &names);
     void skip() { m_taken = false; }
@@ -129,6 +134,11 @@ private:
     bool m_filesTouched = false;
     std::function<void(const QString &)> m_log;
 };
+
+/// Ends a step that did not go as it should.
+[[noreturn]] inline void fail(const QString &text) {
+    throw std::runtime_error(text.toStdString());
+}
 
 /// A number from 0 to count - 1.
 inline int within(unsigned pick, int count) {

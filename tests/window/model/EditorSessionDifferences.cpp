@@ -19,13 +19,7 @@ namespace qir::test {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-[[noreturn]] void fail(const QString &text) {
-    throw std::runtime_error(text.toStdString());
-}
-
-} // namespace
+namespace {} // namespace
 
 void EditorSession::takeDifferenceStep(const Step &step) {
     const auto &picks = step.picks;

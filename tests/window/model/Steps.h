@@ -57,6 +57,8 @@ struct Step {
         GoToState,
         Revert,
         PasteAll,
+        ReplaceAll,
+        GoToRecord,
         KindCount
     };
 

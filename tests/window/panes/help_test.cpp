@@ -1,11 +1,17 @@
 #include "tests/support/Hands.h"
 #include "tests/window/WindowTest.h"
 
+#include <QFile>
 #include <QLineEdit>
 #include <QMenu>
+#include <QRegularExpression>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTreeWidget>
+
+#include <algorithm>
+#include <cstdio>
 
 using namespace qir;
 using namespace qir::test;
@@ -18,6 +24,31 @@ class HelpTest : public WindowTest {
 private:
     static QTextBrowser &guideText(EditorFixture &fixture) {
         return *fixture.window().findChild<QTextBrowser *>(u"GuideText"_s);
+    }
+
+    /// The first control of that name, whichever pane it is of, that is to be seen; none: null.
+    static QWidget *controlNamed(EditorFixture &fixture, const QString &name) {
+        const QList<QWidget *> all = fixture.window().findChildren<QWidget *>();
+        const auto found = std::ranges::find_if(all, [&](const QWidget *widget) {
+            return widget->isVisible() && widget->objectName().section(u'_', 0, 0) == name;
+        });
+        return found == all.end() ? nullptr : *found;
+    }
+    /// Goes into a control, or what can be gone into within it, and asks there.
+    static void checkPlace(EditorFixture &fixture, const QString &name, const QString &heading) {
+        QWidget *place = controlNamed(fixture, name);
+        QVERIFY2(place != nullptr, qPrintable(name));
+        QList<QWidget *> within = place->findChildren<QWidget *>();
+        within.prepend(place);
+        const auto target = std::ranges::find_if(within, [](const QWidget *widget) {
+            return widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus) != 0;
+        });
+        QVERIFY2(target != within.end(), qPrintable(name));
+        (*target)->window()->activateWindow();
+        (*target)->setFocus();
+        hands::key(*target, Qt::Key_F1);
+        QVERIFY2(guideText(fixture).textCursor().block().text() == heading,
+                 qPrintable(name + u": "_s + guideText(fixture).textCursor().block().text()));
     }
 
 private Q_SLOTS:
@@ -36,6 +67,68 @@ private Q_SLOTS:
         }
         QCOMPARE(fixture.window().findChildren<QTextBrowser *>().size(), 1);
         fixture.choose(Command::SaveMenu);
+    }
+
+    void f1LeadsFromEachPlaceThatTheGuideTellsOfToItsSection() {
+        EditorFixture fixture;
+        for (const auto &window : {u"Guide"_s, u"differencesSummary"_s, u"differencesByKey"_s})
+            fixture.dialogs().allow(window);
+        checkPlace(fixture, u"emptyPane"_s, u"Opening and saving"_s);
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"3"_s})});
+        checkPlace(fixture, u"ListaTabelle"_s, u"Tables, fields and records"_s);
+        checkPlace(fixture, u"Tabella"_s, u"Editing"_s);
+        fixture.choose(Command::FindMenu);
+        checkPlace(fixture, u"findBar"_s, u"Find and replace"_s);
+        fixture.choose(Command::DifferencesSummaryMenu);
+        checkPlace(fixture, u"differencesSummary"_s, u"Comparing and copying across"_s);
+        fixture.choose(Command::DifferencesByKeyMenu);
+        checkPlace(fixture, u"differencesByKey"_s, u"Differences by key"_s);
+        const QString other = makeFile(u"OTHER.DDB"_s, {numbers(u"T"_s, {u"9"_s})});
+        QVERIFY(::rename(QFile::encodeName(other).constData(), QFile::encodeName(path(u"LEFT.DDB"_s)).constData()) ==
+                0);
+        QTRY_VERIFY(controlNamed(fixture, u"noticeBar"_s) != nullptr);
+        checkPlace(fixture, u"noticeBar"_s, u"Changes from outside"_s);
+    }
+
+    void everyControlThatTheGuideNamesIsThere() {
+        EditorFixture fixture;
+        fixture.dialogs().allow(u"differencesSummary"_s);
+        fixture.dialogs().allow(u"differencesByKey"_s);
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s})}, {numbers(u"T"_s, {u"2"_s})});
+        fixture.choose(Command::DifferencesSummaryMenu);
+        fixture.choose(Command::DifferencesByKeyMenu);
+        QSet<QString> there{u"keys"_s}; // no control: what is told where nothing else is
+        for (const QObject *object : fixture.window().findChildren<QObject *>())
+            there.insert(object->objectName().section(u'_', 0, 0));
+        QFile guide(u":/user-guide.md"_s);
+        QVERIFY(guide.open(QIODevice::ReadOnly));
+        static const QRegularExpression named(u"<!-- ([\\w ]+) -->"_s);
+        int count = 0;
+        for (const QRegularExpressionMatch &match : named.globalMatch(QString::fromUtf8(guide.readAll())))
+            for (const QString &name : match.captured(1).split(u' ')) {
+                QVERIFY2(there.contains(name), qPrintable(name));
+                ++count;
+            }
+        QVERIFY(count >= 8);
+    }
+
+    void thePicturesOfTheGuideAreShownWithinItsText() {
+        EditorFixture fixture;
+        fixture.dialogs().allow(u"Guide"_s);
+        fixture.choose(Command::GuideMenu);
+        QTextBrowser &text = guideText(fixture);
+        int pictures = 0;
+        for (QTextBlock block = text.document()->begin(); block.isValid(); block = block.next())
+            for (auto part = block.begin(); !part.atEnd(); ++part) {
+                const QTextImageFormat format = part.fragment().charFormat().toImageFormat();
+                if (!format.isValid())
+                    continue;
+                const auto picture = text.document()->resource(QTextDocument::ImageResource, QUrl(format.name()));
+                QVERIFY2(!picture.value<QImage>().isNull(), qPrintable(format.name()));
+                ++pictures;
+            }
+        QVERIFY(pictures >= 6);
+        QCOMPARE(text.horizontalScrollBar()->maximum(), 0);
     }
 
     void theKeysHaveACommandOfTheirOwn() {

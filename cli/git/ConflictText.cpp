@@ -1,4 +1,4 @@
-#include "cli/git/Conflict.h"
+#include "cli/git/ConflictText.h"
 
 #include "base/NumberText.h"
 #include "cli/tables/FieldHeader.h"
@@ -54,44 +54,54 @@ void appendSide(QByteArray &out, const char *name, const QVariantList &values, b
         appendList(out, values);
 }
 
+void appendNames(QByteArray &out, const char *name, const QStringList &names) {
+    if (names.isEmpty())
+        return;
+    out += QByteArray(", \"") + name + "\": ";
+    appendList(out, {names.begin(), names.end()});
+}
+
 } // namespace
 
-void Conflict::appendJson(QByteArray &out) const {
-    out += QByteArray("{\"what\": \"") + nameOf(what) + "\", \"table\": ";
-    appendJsonString(out, table);
-    if (!key.isEmpty()) {
+void appendConflict(QByteArray &out, const Conflict &conflict) {
+    out += QByteArray("{\"what\": \"") + nameOf(conflict.what) + "\", \"table\": ";
+    appendJsonString(out, conflict.table);
+    if (!conflict.key.isEmpty()) {
         out += ", \"key\": ";
-        appendList(out, key);
-    } else if (record > 0) {
-        out += ", \"record\": " + QByteArray::number(record);
+        appendList(out, conflict.key);
+    } else if (conflict.record > 0) {
+        out += ", \"record\": " + QByteArray::number(conflict.record);
     }
-    if (!field.isEmpty()) {
+    if (!conflict.field.isEmpty()) {
         out += ", \"field\": ";
-        appendJsonString(out, field);
+        appendJsonString(out, conflict.field);
     }
-    const bool isOne = what == What::Cell || what == What::Field;
-    appendSide(out, "base", base, isOne);
-    appendSide(out, "ours", ours, isOne);
-    appendSide(out, "theirs", theirs, isOne);
-    if (!reason.isEmpty()) {
+    const bool isOne = conflict.what == Conflict::What::Cell || conflict.what == Conflict::What::Field;
+    appendSide(out, "base", conflict.base, isOne);
+    appendSide(out, "ours", conflict.ours, isOne);
+    appendSide(out, "theirs", conflict.theirs, isOne);
+    if (!conflict.reason.isEmpty()) {
         out += ", \"reason\": ";
-        appendJsonString(out, reason);
+        appendJsonString(out, conflict.reason);
     }
+    appendNames(out, "keyFields", conflict.keyFields);
+    appendNames(out, "oursFields", conflict.oursFields);
+    appendNames(out, "theirsFields", conflict.theirsFields);
     out += "}\n";
 }
 
-QString Conflict::text() const {
-    QString place = u"table \"%1\""_s.arg(table);
-    if (!key.isEmpty()) {
+QString conflictText(const Conflict &conflict) {
+    QString place = u"table \"%1\""_s.arg(conflict.table);
+    if (!conflict.key.isEmpty()) {
         QByteArray values;
-        appendList(values, key);
+        appendList(values, conflict.key);
         place += u", key "_s + QString::fromUtf8(values);
-    } else if (record > 0) {
-        place += u", record %1"_s.arg(record);
+    } else if (conflict.record > 0) {
+        place += u", record %1"_s.arg(conflict.record);
     }
-    if (!field.isEmpty())
-        place += u", field \"%1\""_s.arg(field);
-    return reason.isEmpty() ? place : place + u": "_s + reason;
+    if (!conflict.field.isEmpty())
+        place += u", field \"%1\""_s.arg(conflict.field);
+    return conflict.reason.isEmpty() ? place : place + u": "_s + conflict.reason;
 }
 
 QVariantList headersOf(const std::vector<FieldInfo> &fields) {
