@@ -1,6 +1,5 @@
 #include "pane/StoredMarks.h"
 
-#include "base/columns/ColumnBlock.h"
 #include "db/StoredText.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
