@@ -21,6 +21,7 @@ std::size_t index(int number) {
 } // namespace
 
 void DifferenceWalk::addCommands() {
+    watchGrids();
     CommandTable &commands = m_editor.controls.commands;
     const auto add = [&](Command command, const QString &caption, const QList<QKeySequence> &keys, auto procedure) {
         commands.add(command, caption, procedure, {.needs = Needs::BothDatabases});
@@ -50,12 +51,22 @@ bool DifferenceWalk::cellsKnown() const {
     return m_editor.gridsShowSameTable() && m_editor.Tabella(0).Visible() && m_editor.Tabella(1).Visible();
 }
 
+void DifferenceWalk::watchGrids() {
+    for (const int pane : {0, 1}) {
+        const Grid &grid = m_editor.Tabella(pane);
+        QObject::connect(&grid, &Grid::SelChange, &grid,
+                         [this, pane, &grid] { m_led[static_cast<std::size_t>(pane)] = grid.selection(); });
+    }
+}
+
 /// The active pane's cell; but a grid that is too small for the other's current cell keeps its own, and the other's is
-/// where the person is then.
+/// where the person is then. Not where the grids were brought to two records apart.
 DifferenceWalk::Cell DifferenceWalk::current() const {
     const int pane = std::max(m_editor.IndexAttivo(), 0);
     const Grid &active = m_editor.Tabella(pane);
     const Grid &other = m_editor.Tabella(1 - pane);
+    if (m_led[static_cast<std::size_t>(1 - pane)] != other.selection())
+        return {active.Row(), active.Col()};
     return {other.Row() >= active.Rows() ? other.Row() : active.Row(),
             other.Col() >= active.Cols() ? other.Col() : active.Col()};
 }
@@ -214,6 +225,7 @@ void DifferenceWalk::show(const Cell &cell, Scroll scroll) {
     const int pane = has(active) ? active : 1 - active;
     Grid &grid = m_editor.Tabella(pane);
     grid.setSelection(singleCell(cell.row, cell.column)); // the other grid follows as far as it is large enough
+    m_led[static_cast<std::size_t>(pane)] = grid.selection();
     Grid &other = m_editor.Tabella(1 - pane);
     if (has(1 - pane) && other.selection() != grid.selection()) { // but not where this one stood there already
         const GridSilence silence(other);

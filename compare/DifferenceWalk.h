@@ -1,9 +1,11 @@
 #pragma once
 
 #include "pane/EditorContext.h"
+#include "platform/grid/GridSelection.h"
 
 #include <QCoreApplication>
 
+#include <array>
 #include <optional>
 
 namespace qir {
@@ -47,6 +49,7 @@ private:
     void begin();
     bool cellsKnown() const;
     Cell current() const;
+    void watchGrids();
     bool exists(const Cell &cell) const;
     std::optional<Cell> inRow(int row, int column, Direction direction, Stops stops) const;
     std::optional<Cell> found(const Cell &from, Direction direction, Stops stops) const;
@@ -61,6 +64,8 @@ private:
     EditorContext &m_editor;
     CellDifferences &m_differences;
     const DifferingTables &m_tables;
+    /// Where a grid stands that a person or the walk has led there, the other one following as far as it could.
+    std::array<GridSelection, 2> m_led{singleCell(0, 0), singleCell(0, 0)};
     bool m_focusToGrid = false; // the grid that had the keyboard was hidden by a stop
 };
 

@@ -13,6 +13,7 @@
 
 #include <QDialog>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSortFilterProxyModel>
 #include <QTableView>
@@ -115,9 +116,14 @@ void DifferencesSummary::build() {
     onRowChosen(*view, [this](const QModelIndex &index) {
         runCommand([&] { goToTable(index.siblingAtColumn(SummaryModel::Name).data().toString()); });
     });
+    m_note = new QLabel(tr("The tables could not be read. Choose the summary again to try once more."));
+    m_note->setObjectName(u"summaryNote"_s);
+    m_note->setWordWrap(true);
+    m_note->hide();
     auto *layout = new QVBoxLayout(m_window);
     layout->addWidget(filter);
     layout->addWidget(view);
+    layout->addWidget(m_note);
     m_window->resize(m_window->fontMetrics().averageCharWidth() * columns,
                      m_window->fontMetrics().lineSpacing() * lines);
     moveBeside(*m_window, *m_editor.controls.window);
@@ -129,6 +135,7 @@ void DifferencesSummary::follow() {
     if (!m_editor.DtbAperto(0) || !m_editor.DtbAperto(1)) {
         m_model.setTables({});
         m_outdated = true;
+        m_window->hide();
         return;
     }
     if (!m_outdated)
@@ -147,8 +154,14 @@ void DifferencesSummary::readChanged() {
         m_tableRevisions.clear();
     m_reading = true;
     m_revisions = databaseRevisions(); // a component that fails is not asked again and again
-    undoneOnError([&] { showTables(readTables(afresh)); }, [&] { m_reading = false; });
+    undoneOnError([&] { showTables(readTables(afresh)); },
+                  [&] {
+                      m_reading = false;
+                      m_model.setTables({}); // some of it may not hold any more
+                      m_note->show();
+                  });
     m_reading = false;
+    m_note->hide();
     m_otherMarks = false;
     for (const int pane : {0, 1})
         if (!m_editor.pane(pane).TabellaMostrata().isEmpty())

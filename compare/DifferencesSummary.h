@@ -14,6 +14,7 @@
 
 QT_BEGIN_NAMESPACE
 class QDialog;
+class QLabel;
 class QModelIndex;
 QT_END_NAMESPACE
 
@@ -60,6 +61,7 @@ private:
     std::function<void()> m_lineUp;
     SummaryModel m_model;
     QPointer<QDialog> m_window;
+    QLabel *m_note = nullptr;  // in the window
     bool m_outdated = true;    // nothing that was read holds
     bool m_otherMarks = false; // of other tables than the shown one
     std::array<std::uint64_t, 2> m_revisions{};

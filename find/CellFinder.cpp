@@ -5,6 +5,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
+#include "view/TableLoader.h"
 
 #include <QElapsedTimer>
 
@@ -41,7 +42,7 @@ CellFinder::CellFinder(EditorContext &editor)
 
 void CellFinder::connectGrid(int pane) {
     const Grid &grid = m_editor.Tabella(pane);
-    connect(grid.model(), &QAbstractItemModel::modelReset, this, [this, pane] { tableChanged(pane); });
+    connect(&grid, &Grid::TextsReplaced, this, [this, pane] { tableChanged(pane); });
     connect(&grid, &Grid::TextsChanged, this, [this, pane](const GridRange &cells) { cellsChanged(pane, cells); });
 }
 
@@ -229,6 +230,8 @@ void CellFinder::open(Source &source, int records, int fields) {
     source.opened = true;
     const QirDatabase &database = m_editor.OggettoDtb(source.pane);
     source.revision = database.revision();
+    for (int field = 1; !source.shown && field <= fields; ++field)
+        source.fields.append(headerText(database, field));
     if (!source.shown && database.hasColumns())
         source.tableRevision = database.TableRevision();
     if (source.shown && source.pane == m_editor.IndexAttivo() && source.blocksLeft > 0)
@@ -371,6 +374,12 @@ QString CellFinder::text(std::int64_t number) const {
         number -= source.hits.count();
     }
     return {};
+}
+
+QString CellFinder::fieldName(const FoundCell &found) const {
+    const Source *source = sourceOf(found.pane, found.table);
+    return source == nullptr || source->shown ? m_editor.Tabella(found.pane).TextMatrix(0, found.cell.field)
+                                              : source->fields.value(found.cell.field - 1);
 }
 
 std::optional<FoundCell> CellFinder::hitAtCurrentCell() const {

@@ -59,6 +59,8 @@ public:
     std::optional<FoundCell> hit(std::int64_t number) const;
     /// The text of a hit's cell; "" where it is not at hand: in a table that is not shown only the first ones are.
     QString text(std::int64_t number) const;
+    /// The field of a hit as the header of its column tells it.
+    QString fieldName(const FoundCell &found) const;
     /// The hit at the current cell of the active pane.
     std::optional<FoundCell> hitAtCurrentCell() const;
 
@@ -91,6 +93,7 @@ private:
         std::size_t blocksLeft = 1; // more are known once it is opened
         bool opened = false;
         QStringList texts;          // of the first hits, of a table that is not shown
+        QStringList fields;         // the names of one that is not shown
         std::uint64_t revision = 0; // of the database and the table that they were found in, where that is not shown
         double tableRevision = 0;
     };

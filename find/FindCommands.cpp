@@ -37,7 +37,7 @@ FindCommands::FindCommands(EditorContext &editor, CellDifferences &differences, 
     : m_editor(editor)
     , m_finder(editor)
     , m_replacement(editor, m_finder, differences, tables, stored)
-    , m_hits(editor, m_finder)
+    , m_hits(m_finder)
     , m_bar(new FindBar(editor.IDtb(0).parentWidget())) {
     m_editor.controls.belowFrames = m_bar;
     m_bar->setHits(m_hits);

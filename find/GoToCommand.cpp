@@ -43,7 +43,7 @@ void GoToCommand::GoToMenu_Click() {
     m_editor.pane(pane).makeShownTableCurrent();
     Grid &grid = m_editor.Tabella(pane);
     int row = recordOf(asked, pane);
-    int column = row > 0 ? grid.Col() : columnOf(asked, pane);
+    int column = row > 0 ? std::max(grid.Col(), 1) : columnOf(asked, pane);
     if (const qsizetype comma = asked.indexOf(u','); row == 0 && column == 0 && comma > 0) {
         row = recordOf(asked.left(comma), pane);
         column = row > 0 ? columnOf(asked.mid(comma + 1), pane) : 0;

@@ -1,16 +1,10 @@
 #include "find/HitList.h"
 
 #include "find/CellFinder.h"
-#include "platform/grid/Grid.h"
 
 #include <algorithm>
 
 namespace qir {
-
-QString HitList::fieldName(int pane, const QString &table, int field) const {
-    return m_editor.pane(pane).TabellaMostrata() == table ? m_editor.Tabella(pane).TextMatrix(0, field)
-                                                          : QString::number(field);
-}
 
 QVariant HitList::data(const QModelIndex &index, int role) const {
     if ((role != Qt::DisplayRole && role != Qt::ToolTipRole) || !index.isValid())
@@ -26,7 +20,7 @@ QVariant HitList::data(const QModelIndex &index, int role) const {
     case Record:
         return QString::number(found->cell.record);
     case Field:
-        return fieldName(found->pane, found->table, found->cell.field);
+        return m_finder.fieldName(*found);
     default:
         return m_finder.text(index.row());
     }

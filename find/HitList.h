@@ -5,7 +5,6 @@
 namespace qir {
 
 class CellFinder;
-class EditorContext;
 
 /// What a finder has found, a row for each hit, told when it is asked for: no object stands for a hit.
 class HitList : public QAbstractTableModel {
@@ -17,9 +16,8 @@ public:
     /// More rows than a view can lay out at once are not listed.
     static constexpr int mostRows = 1'000'000;
 
-    HitList(const EditorContext &editor, const CellFinder &finder, QObject *parent = nullptr)
+    explicit HitList(const CellFinder &finder, QObject *parent = nullptr)
         : QAbstractTableModel(parent)
-        , m_editor(editor)
         , m_finder(finder) {}
 
     int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_rows; }
@@ -31,9 +29,6 @@ public:
     void refresh();
 
 private:
-    QString fieldName(int pane, const QString &table, int field) const;
-
-    const EditorContext &m_editor;
     const CellFinder &m_finder;
     int m_rows = 0;
 };

@@ -27,7 +27,7 @@ void PasteAll::addCommands() {
 void PasteAll::PasteAllMenu_Click() {
     const int pane = m_editor.IndexAttivo();
     const std::optional<ClipboardBlock> block = ClipboardBlock::taken();
-    if (!block || block->records() == 0 || !showsFields(m_editor, pane))
+    if (!block || block->records() == 0 || !hasFields(m_editor, pane))
         return;
     if (refusedOnlyDifferences(m_editor, pane))
         return;
@@ -44,6 +44,10 @@ void PasteAll::PasteAllMenu_Click() {
             return;
         if (answer != Answer::Yes)
             missing = 0;
+    }
+    if (m_editor.Tabella(pane).Rows() == 1 && missing == 0) { // still without records
+        tellOutcome(m_editor.Tabella(pane), {}, *block);
+        return;
     }
     const BusyPointer busy;
     m_editor.endEdit(); // of a cell that the paste may change
@@ -67,17 +71,19 @@ void PasteAll::addRecords(int pane, int count) {
 }
 
 /// What the table has no cell for, and what it stores otherwise.
-void PasteAll::tellOutcome(const Grid &grid, const ClipboardBlock &block) const {
-    const GridRange cells = grid.selection().range();
+void PasteAll::tellOutcome(const Grid &grid, const GridRange &cells, const ClipboardBlock &block) const {
     std::int64_t outside = 0;
+    QString first;
     block.forEachValue([&](int row, int column, QStringView) {
-        outside += cells.contains(cells.firstRow + row, cells.firstColumn + column) ? 0 : 1;
+        if (!cells.contains(cells.firstRow + row, cells.firstColumn + column) && outside++ == 0)
+            first = blockPlaceWords(row, column);
     });
     const QString otherwise = storedOtherwise(grid, cells);
     if (outside == 0 && otherwise.isEmpty())
         return;
-    const QString dropped = outside == 1 ? tr("1 pasted value had no place in the table")
-                                         : tr("%1 pasted values had no place in the table").arg(outside);
+    const QString dropped = outside == 1
+                                ? tr("1 pasted value had no place in the table (%1)").arg(first)
+                                : tr("%1 pasted values had no place in the table (first: %2)").arg(outside).arg(first);
     if (outside == 0)
         m_editor.status().showMessage(tr("Of the pasted values %1").arg(otherwise));
     else
@@ -98,7 +104,7 @@ void PasteAll::paste(int pane, const ClipboardBlock &block, int newRecords) {
     m_save.SalvaGridInDatabase(pane, grid.selection().range());
     changes.commit();
     m_stored.look(pane, grid.selection().range());
-    tellOutcome(grid, block);
+    tellOutcome(grid, grid.selection().range(), block);
 }
 
 } // namespace qir

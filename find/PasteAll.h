@@ -9,6 +9,7 @@ namespace qir {
 class ClipboardBlock;
 class GridSave;
 class StoredMarks;
+struct GridRange;
 class TableLoader;
 
 /// Pasting a whole block from the first selected cell on, however few cells are selected.
@@ -31,7 +32,7 @@ public:
 private:
     void paste(int pane, const ClipboardBlock &block, int newRecords);
     void addRecords(int pane, int count);
-    void tellOutcome(const Grid &grid, const ClipboardBlock &block) const;
+    void tellOutcome(const Grid &grid, const GridRange &cells, const ClipboardBlock &block) const;
 
     EditorContext &m_editor;
     GridSave &m_save;

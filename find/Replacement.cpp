@@ -5,6 +5,7 @@
 #include "db/AssegnaARecordset.h"
 #include "db/StoredText.h"
 #include "pane/StoredMarks.h"
+#include "platform/controls/ShortText.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
@@ -61,11 +62,14 @@ void Replacement::checkCell(const Place &place, const HitCell &cell, const QStri
     if (stored == text)
         return;
     ++problems.count;
-    if (problems.named.size() < mostNamed)
-        problems.named.append(tr("%1, record %2, %3: \"%4\" is stored as \"%5\"")
-                                  .arg(place.table)
-                                  .arg(cell.record)
-                                  .arg(database.QIRTableFieldName(cell.field), text, stored));
+    if (problems.named.size() >= mostNamed)
+        return;
+    const qsizetype otherwise = firstDifference(text, stored);
+    problems.named.append(
+        tr("%1, record %2, %3: \"%4\" is stored as \"%5\"")
+            .arg(place.table)
+            .arg(cell.record)
+            .arg(database.QIRTableFieldName(cell.field), shortText(text, otherwise), shortText(stored, otherwise)));
 }
 
 void Replacement::checkTable(const Place &place, const QString &replacement, Problems &problems) {

@@ -21,14 +21,18 @@ public:
 
     /// A cell was written: marks it, or takes its mark away. Its table and its record must be current in the component.
     void look(int pane, int row, int column);
-    /// The same for many cells, by what becomes of their texts: a component is not asked for each. Yields.
+    /// The same for many cells, whose table need not be current. Yields.
     void look(int pane, const GridRange &cells);
     /// "stored: 255" for a cell that is marked, "" for every other.
     QString words(int pane, int row, int column) const;
+    /// The same at the end of a command, where its table and record may be others.
+    QString wordsNow(int pane, int row, int column) const;
 
 private:
     /// What the current record holds in a column.
     QString stored(int pane, int column) const;
+    void lookByColumns(int pane, const GridRange &cells);
+    void lookByRecords(int pane, const GridRange &cells);
 
     EditorContext &m_editor;
 };

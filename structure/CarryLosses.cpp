@@ -1,6 +1,7 @@
 #include "structure/CarryLosses.h"
 
 #include "db/StoredText.h"
+#include "platform/controls/ShortText.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 
@@ -66,8 +67,7 @@ void CarryLosses::countLost(const GridRange &cells) {
             const QString text = texts.at(field.column, row);
             if (survives(text, field.to) || m_lost++ > 0)
                 continue;
-            const QString shown = text.size() > longestExample ? text.left(longestExample) + u'…' : text;
-            m_firstLost = tr("'%1' in record %2, field '%3'").arg(shown, QString::number(row), field.name);
+            m_firstLost = tr("'%1' in record %2, field '%3'").arg(shortText(text), QString::number(row), field.name);
         }
     }
 }

@@ -10,8 +10,6 @@
 
 namespace qir {
 
-inline constexpr qsizetype longestExample = 60; ///< Characters of a value that is named.
-
 /// What a field takes: its type, and for texts how long they may be.
 struct FieldShape {
     FieldType type = FieldType::Text;

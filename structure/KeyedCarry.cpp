@@ -3,6 +3,7 @@
 #include "base/UndoOnError.h"
 #include "compare/CellDifferences.h"
 #include "pane/ActivePane.h"
+#include "platform/controls/ShortText.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
@@ -10,7 +11,7 @@
 #include "view/TableLoader.h"
 
 #include <algorithm>
-#include <set>
+#include <map>
 
 namespace qir {
 
@@ -18,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::size_t mostFieldsTold = 8;
+constexpr qsizetype mostFieldsTold = 8;
 
 int recordOn(const CarriedChange &change, int side) {
     return side == 0 ? change.records.left : change.records.right;
@@ -38,52 +39,88 @@ struct KeyedCarry::Work {
     };
 
     std::vector<Value> values;
-    std::vector<std::vector<Value>> added; ///< The values of each record.
-    std::vector<int> removed;              ///< Ascending.
-    QStringList fields;                    ///< What is said of those that are not alike.
+    std::vector<PairedRecords> added;
+    std::vector<int> removed;                           ///< Ascending.
+    std::map<int, std::optional<FieldShape>> narrowing; ///< By the left field: the target's shape, none where all fits.
+    QStringList fields;                                 ///< What is said of those that are not alike.
     qsizetype lost = 0;
     QString firstLost;
 };
+
+/// The target's shape where a field's values might not fit it.
+const std::optional<FieldShape> &KeyedCarry::narrowingOf(int to, const FieldPair &field, Work &work) const {
+    const auto [known, isNew] = work.narrowing.try_emplace(field.left);
+    if (!isNew)
+        return known->second;
+    const FieldShape left = shapeOf(m_editor.OggettoDtb(0), field.left);
+    const FieldShape right = shapeOf(m_editor.OggettoDtb(1), field.right);
+    const FieldShape &from = to == 0 ? right : left;
+    const FieldShape &target = to == 0 ? left : right;
+    if (from.type == target.type && target.size >= from.size)
+        return known->second;
+    if (work.fields.size() < mostFieldsTold)
+        work.fields.append(fieldShapesWords(m_editor.OggettoDtb(0).QIRTableFieldName(field.left), left, right));
+    known->second = target;
+    return known->second;
+}
+
+bool KeyedCarry::stays(int to, const CarriedChange &change, Work &work) const {
+    const std::optional<FieldShape> &target = narrowingOf(to, change.field, work);
+    return !target ||
+           survives(m_editor.TestiCelle(1 - to).at(fieldOn(change.field, 1 - to), recordOn(change, 1 - to)), *target);
+}
+
+bool KeyedCarry::noteLoss(int to, const CarriedChange &change, Work &work) const {
+    if (stays(to, change, work))
+        return true;
+    if (work.lost++ == 0) {
+        const int record = recordOn(change, 1 - to);
+        const QString text = m_editor.TestiCelle(1 - to).at(fieldOn(change.field, 1 - to), record);
+        work.firstLost = tr("'%1' in record %2, field '%3'")
+                             .arg(shortText(text), QString::number(record),
+                                  m_editor.OggettoDtb(0).QIRTableFieldName(change.field.left));
+    }
+    return false;
+}
 
 KeyedCarry::Work KeyedCarry::workFor(const CarriedChanges &carried) {
     const int to = carried.to;
     for (const int pane : {0, 1})
         m_editor.pane(pane).makeShownTableCurrent();
-    std::set<int> told; // fields of the left table
     Work work;
     YieldTimer timer;
-    const auto valueOf = [&](const CarriedChange &change) {
-        const FieldShape left = shapeOf(m_editor.OggettoDtb(0), change.field.left);
-        const FieldShape right = shapeOf(m_editor.OggettoDtb(1), change.field.right);
-        const FieldShape &from = to == 0 ? right : left;
-        const FieldShape &target = to == 0 ? left : right;
-        if (from.type == target.type && target.size >= from.size)
-            return Work::Value{change, true};
-        const QString name = m_editor.OggettoDtb(0).QIRTableFieldName(change.field.left);
-        if (told.insert(change.field.left).second && told.size() <= mostFieldsTold)
-            work.fields.append(fieldShapesWords(name, left, right));
-        const int record = recordOn(change, 1 - to);
-        const QString text = m_editor.TestiCelle(1 - to).at(fieldOn(change.field, 1 - to), record);
-        const bool stays = survives(text, target);
-        if (!stays && work.lost++ == 0)
-            work.firstLost =
-                tr("'%1' in record %2, field '%3'").arg(text.left(longestExample), QString::number(record), name);
-        return Work::Value{change, stays};
-    };
     for (const CarriedChange &change : carried.changes) {
         timer.yieldIfDue();
         if (change.isValue()) {
-            work.values.push_back(valueOf(change));
+            const bool survives = noteLoss(to, change, work);
+            work.values.push_back({change, survives});
         } else if (recordOn(change, to) > 0) {
             work.removed.push_back(recordOn(change, to));
         } else {
-            std::vector<Work::Value> &values = work.added.emplace_back();
+            work.added.push_back(change.records);
             for (const FieldPair &field : carried.fields)
-                values.push_back(valueOf({change.records, field}));
+                if (narrowingOf(to, field, work))
+                    noteLoss(to, {change.records, field}, work);
         }
     }
     std::ranges::sort(work.removed);
     return work;
+}
+
+/// The fields of the source that the target has none for.
+QStringList KeyedCarry::fieldsLeftBehind(const CarriedChanges &carried) const {
+    const int from = 1 - carried.to;
+    const QirDatabase &source = m_editor.OggettoDtb(from);
+    QStringList names;
+    for (int field = 1; field <= source.QirTableFieldsCount(); ++field) {
+        const bool taken =
+            std::ranges::any_of(carried.fields, [&](const FieldPair &pair) { return fieldOn(pair, from) == field; });
+        if (!taken)
+            names.append(source.QIRTableFieldName(field));
+    }
+    if (names.size() > mostFieldsTold)
+        names = names.first(mostFieldsTold) << u"…"_s;
+    return names;
 }
 
 /// Whether values that would not survive are carried too; nothing when nothing is to be.
@@ -97,6 +134,9 @@ std::optional<bool> KeyedCarry::ask(const CarriedChanges &carried, const Work &w
     if (const auto more = static_cast<qsizetype>(carried.changes.size()) - carried.words.size(); more > 0)
         lines.append(tr("and %1 more.").arg(more));
     lines += work.fields;
+    if (const QStringList behind = fieldsLeftBehind(carried); !behind.isEmpty() && !work.added.empty())
+        lines.append(
+            tr("The added records go without these fields, which the other side lacks: %1.").arg(behind.join(u", "_s)));
     QWidget *window = m_editor.controls.window;
     if (work.lost == 0)
         return askYesNo(window, lines.join(u'\n'), u"?"_s) == Answer::Yes ? std::optional(true) : std::nullopt;
@@ -121,30 +161,35 @@ void KeyedCarry::carry(const CarriedChanges &carried) {
         return;
     for (const int pane : {0, 1})
         m_editor.pane(pane).requireWhole();
-    const Work work = workFor(carried);
+    Work work = workFor(carried);
     const std::optional<bool> lossesToo = ask(carried, work);
     if (!lossesToo)
         return;
     const ActivePaneScope active(m_editor);
-    undoneOnError([&] { write(carried, work, *lossesToo); }, [&] { m_tables.reloadAfterFailure(carried.to); });
+    qsizetype values = 0;
+    undoneOnError([&] { values = write(carried, work, *lossesToo); }, [&] { m_tables.reloadAfterFailure(carried.to); });
     m_tables.CaricaTabellaAVideo(carried.to);
     m_differences.EvidenziaDifferenzeTabella();
     m_editor.status().showMessage(tr("Values changed: %1, records added: %2, removed: %3")
-                                      .arg(work.values.size())
+                                      .arg(values)
                                       .arg(work.added.size())
                                       .arg(work.removed.size()));
 }
 
-void KeyedCarry::write(const CarriedChanges &carried, const Work &work, bool lossesToo) {
+/// Gives how many values of records that both sides have were written.
+qsizetype KeyedCarry::write(const CarriedChanges &carried, Work &work, bool lossesToo) {
     for (const int pane : {0, 1})
         m_editor.pane(pane).makeShownTableCurrent();
     const QirDatabase &target = m_editor.OggettoDtb(carried.to);
     const ChangeStep step(target, tr("Changes by key carried to %1").arg(m_editor.pane(carried.to).TabellaMostrata()));
     ChangeGroup changes(target);
     YieldTimer timer;
+    qsizetype written = 0;
     for (const Work::Value &value : work.values) {
-        if (value.survives || lossesToo)
+        if (value.survives || lossesToo) {
             writeValue(carried, value.change);
+            ++written;
+        }
         timer.yieldIfDue();
     }
     // From the last on, so that the numbers of those before stay.
@@ -152,17 +197,28 @@ void KeyedCarry::write(const CarriedChanges &carried, const Work &work, bool los
         target.RemoveRecord(*record);
         timer.yieldIfDue();
     }
-    for (const std::vector<Work::Value> &values : work.added) {
-        target.AddRecord();
-        const int record = target.QirTableRecordsCount();
-        for (Work::Value value : values) {
-            (carried.to == 0 ? value.change.records.left : value.change.records.right) = record;
-            if (value.survives || lossesToo)
-                writeValue(carried, value.change);
-        }
+    addRecords(carried, work, lossesToo);
+    changes.commit();
+    return written;
+}
+
+void KeyedCarry::addRecords(const CarriedChanges &carried, Work &work, bool lossesToo) {
+    const QirDatabase &target = m_editor.OggettoDtb(carried.to);
+    int record = target.QirTableRecordsCount();
+    const bool atOnce = !work.added.empty() && target.hasColumns();
+    if (atOnce)
+        target.AppendRecords(static_cast<int>(work.added.size()));
+    YieldTimer timer;
+    for (PairedRecords records : work.added) {
+        if (!atOnce)
+            target.AddRecord();
+        ++record;
+        (carried.to == 0 ? records.left : records.right) = record;
+        for (const FieldPair &field : carried.fields)
+            if (lossesToo || stays(carried.to, {records, field}, work))
+                writeValue(carried, {records, field});
         timer.yieldIfDue();
     }
-    changes.commit();
 }
 
 void KeyedCarry::writeValue(const CarriedChanges &carried, const CarriedChange &change) const {

@@ -33,7 +33,14 @@ private:
 
     Work workFor(const CarriedChanges &carried);
     std::optional<bool> ask(const CarriedChanges &carried, const Work &work);
-    void write(const CarriedChanges &carried, const Work &work, bool lossesToo);
+    const std::optional<FieldShape> &narrowingOf(int to, const FieldPair &field, Work &work) const;
+    /// Whether a value is the same on the other side.
+    bool stays(int to, const CarriedChange &change, Work &work) const;
+    /// The same; counts one that is not, and tells the first.
+    bool noteLoss(int to, const CarriedChange &change, Work &work) const;
+    QStringList fieldsLeftBehind(const CarriedChanges &carried) const;
+    qsizetype write(const CarriedChanges &carried, Work &work, bool lossesToo);
+    void addRecords(const CarriedChanges &carried, Work &work, bool lossesToo);
     void writeValue(const CarriedChanges &carried, const CarriedChange &change) const;
 
     EditorContext &m_editor;

@@ -421,6 +421,10 @@ Geändert: %4, hinzugefügt: %5, entfernt: %6.</translation>
         <source>Changes by key carried to %1</source>
         <translation>Änderungen nach Schlüssel nach %1 übertragen</translation>
     </message>
+    <message>
+        <source>The added records go without these fields, which the other side lacks: %1.</source>
+        <translation>Die hinzugefügten Datensätze sind ohne diese Felder, die der anderen Seite fehlen: %1.</translation>
+    </message>
 </context>
 <context>
     <name>ModeCommands</name>
@@ -520,12 +524,12 @@ Speichern, bevor eine andere Datei ihren Platz einnimmt?</translation>
         <translation>Von den eingefügten Werten %1</translation>
     </message>
     <message>
-        <source>1 pasted value had no place in the table</source>
-        <translation>1 eingefügter Wert hatte in der Tabelle keinen Platz</translation>
+        <source>1 pasted value had no place in the table (%1)</source>
+        <translation>1 eingefügter Wert hatte in der Tabelle keinen Platz (%1)</translation>
     </message>
     <message>
-        <source>%1 pasted values had no place in the table</source>
-        <translation>%1 eingefügte Werte hatten in der Tabelle keinen Platz</translation>
+        <source>%1 pasted values had no place in the table (first: %2)</source>
+        <translation>%1 eingefügte Werte hatten in der Tabelle keinen Platz (der erste: %2)</translation>
     </message>
 </context>
 <context>
@@ -1012,10 +1016,6 @@ Sollen die Änderungen gespeichert werden?</translation>
         <translation>%1 gezeigt</translation>
     </message>
     <message>
-        <source>stored: %1</source>
-        <translation>gespeichert: %1</translation>
-    </message>
-    <message>
         <source>0 or 1</source>
         <translation>0 oder 1</translation>
     </message>
@@ -1339,6 +1339,10 @@ Remove &apos;%1&apos;?</source>
     <message>
         <source>Tables and how they differ</source>
         <translation>Die Tabellen und wie sie sich unterscheiden</translation>
+    </message>
+    <message>
+        <source>The tables could not be read. Choose the summary again to try once more.</source>
+        <translation>Die Tabellen konnten nicht gelesen werden. Die Zusammenfassung noch einmal wählen, um es erneut zu versuchen.</translation>
     </message>
 </context>
 <context>

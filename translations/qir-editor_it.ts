@@ -421,6 +421,10 @@ Modificati: %4, aggiunti: %5, rimossi: %6.</translation>
         <source>Changes by key carried to %1</source>
         <translation>Modifiche per chiave trasferite a %1</translation>
     </message>
+    <message>
+        <source>The added records go without these fields, which the other side lacks: %1.</source>
+        <translation>I record aggiunti sono senza questi campi, che l'altro lato non ha: %1.</translation>
+    </message>
 </context>
 <context>
     <name>ModeCommands</name>
@@ -520,12 +524,12 @@ Salvarle prima che un altro file prenda il suo posto?</translation>
         <translation>Dei valori incollati %1</translation>
     </message>
     <message>
-        <source>1 pasted value had no place in the table</source>
-        <translation>1 valore incollato non ha trovato posto nella tabella</translation>
+        <source>1 pasted value had no place in the table (%1)</source>
+        <translation>1 valore incollato non ha trovato posto nella tabella (%1)</translation>
     </message>
     <message>
-        <source>%1 pasted values had no place in the table</source>
-        <translation>%1 valori incollati non hanno trovato posto nella tabella</translation>
+        <source>%1 pasted values had no place in the table (first: %2)</source>
+        <translation>%1 valori incollati non hanno trovato posto nella tabella (il primo: %2)</translation>
     </message>
 </context>
 <context>
@@ -1012,10 +1016,6 @@ Salvare le modifiche?</translation>
         <translation>%1 mostrati</translation>
     </message>
     <message>
-        <source>stored: %1</source>
-        <translation>memorizzato: %1</translation>
-    </message>
-    <message>
         <source>0 or 1</source>
         <translation>0 o 1</translation>
     </message>
@@ -1339,6 +1339,10 @@ Rimuovere &apos;%1&apos;?</translation>
     <message>
         <source>Tables and how they differ</source>
         <translation>Le tabelle e come differiscono</translation>
+    </message>
+    <message>
+        <source>The tables could not be read. Choose the summary again to try once more.</source>
+        <translation>Impossibile leggere le tabelle. Scegliere di nuovo il riepilogo per riprovare.</translation>
     </message>
 </context>
 <context>

@@ -98,9 +98,13 @@ QByteArray encodedSelection(const Grid &grid) {
 
 } // namespace
 
-bool showsFields(const EditorContext &editor, int pane) {
+bool hasFields(const EditorContext &editor, int pane) {
     return pane >= 0 && editor.DtbAperto(pane) && editor.pane(pane).realTableSelected() &&
-           editor.Tabella(pane).Visible() && editor.Tabella(pane).ColData(1) >= 1;
+           editor.Tabella(pane).ColData(1) >= 1;
+}
+
+bool showsFields(const EditorContext &editor, int pane) {
+    return hasFields(editor, pane) && editor.Tabella(pane).Visible();
 }
 
 GridRange recordCells(const Grid &grid) {
@@ -209,11 +213,13 @@ void AreaClipboard::INCOLLA_AreaTabella(int pane) {
             block->layInto(m_editor.Tabella(pane));
             const ChangeStep step(m_editor.OggettoDtb(pane), tr("Paste"));
             // Every text of the grid is to be stored afterwards; beyond the selected block most often all of them are.
-            if (m_editor.pane(pane).TextsUnstored())
+            const Grid &grid = m_editor.Tabella(pane);
+            const bool all = m_editor.pane(pane).TextsUnstored();
+            if (all)
                 m_save.SalvaGridInDatabase(pane);
             else
-                m_save.SalvaGridInDatabase(pane, m_editor.Tabella(pane).selection().range());
-            m_stored.look(pane, m_editor.Tabella(pane).selection().range());
+                m_save.SalvaGridInDatabase(pane, grid.selection().range());
+            m_stored.look(pane, all ? GridRange{1, 1, grid.Rows() - 1, grid.Cols() - 1} : grid.selection().range());
             tellOutcome(pane, *block);
         }
     } catch (const std::exception &) {
@@ -234,7 +240,7 @@ void AreaClipboard::tellOutcome(int pane, const ClipboardBlock &block) {
         const int gridColumn = cells.firstColumn + column;
         if (!cells.contains(gridRow, gridColumn)) {
             if (outside++ == 0)
-                firstOutside = tr("row %1, column %2 of the block").arg(row + 1).arg(column + 1);
+                firstOutside = blockPlaceWords(row, column);
         } else if (grid.isUnlikeStored(gridRow, gridColumn) && changed++ == 0) {
             firstChanged = placeWords(grid, gridRow, gridColumn, value);
         }
@@ -247,6 +253,10 @@ void AreaClipboard::tellOutcome(int pane, const ClipboardBlock &block) {
     m_outcome = parts.join(u"; "_s);
     if (!m_outcome.isEmpty())
         m_editor.status().showMessage(m_outcome);
+}
+
+QString blockPlaceWords(int row, int column) {
+    return AreaClipboard::tr("row %1, column %2 of the block").arg(row + 1).arg(column + 1);
 }
 
 QString storedOtherwise(const Grid &grid, const GridRange &cells) {

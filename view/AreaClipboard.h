@@ -53,8 +53,13 @@ private:
     QString m_outcome;
 };
 
+/// True where a pane's table has fields, with or without records.
+bool hasFields(const EditorContext &editor, int pane);
 /// True where a pane shows cells of records: not the empty column of a table without fields.
 bool showsFields(const EditorContext &editor, int pane);
+
+/// Where a value of a block stands, counted from 0.
+QString blockPlaceWords(int row, int column);
 
 /// What to tell of cells that were just written, where some are stored otherwise than they show: how many, and the
 /// first of them; "" for none.

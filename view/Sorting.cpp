@@ -2,6 +2,7 @@
 
 #include "base/UndoOnError.h"
 #include "pane/OnlyDifferencesShown.h"
+#include "pane/StoredMarks.h"
 #include "platform/cells/RecordOrder.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
@@ -32,7 +33,10 @@ void Sorting::SortFPOP_Click() {
             grid.renumberRows(); // row r stands for record r from now on, whatever it showed
             const ChangeStep step(m_editor.OggettoDtb(pane),
                                   tr("Sort by %1").arg(fieldNameOf(grid, m_editor.ColonnaOrdinamento())));
+            const bool wasUnstored = m_editor.pane(pane).TextsUnstored();
             m_save.SalvaGridInDatabase(pane);
+            if (wasUnstored)
+                StoredMarks(m_editor).look(pane, {1, 1, grid.Rows() - 1, grid.Cols() - 1});
             if (order.empty())
                 return;
             m_editor.pane(pane).makeShownTableCurrent();

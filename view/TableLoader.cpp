@@ -157,12 +157,11 @@ void fillFromColumns(GridFill &fill, const QirDatabase &database, int records) {
     }
 }
 
-/// The header text of a field: its name, then its type in square brackets.
+} // namespace
+
 QString headerText(const QirDatabase &database, int field) {
     return database.QIRTableFieldName(field) + " ["_L1 + DBTypeName(database.QIRTableFieldType(field)) + "]"_L1;
 }
-
-} // namespace
 
 void TableLoader::RiempiGrigliaDaTabella(int pane) {
     const QirDatabase &database = m_editor.OggettoDtb(pane);

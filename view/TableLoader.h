@@ -11,6 +11,9 @@ namespace qir {
 
 class CellDifferences;
 
+/// The header text of a field: its name, then its type in square brackets.
+QString headerText(const QirDatabase &database, int field);
+
 /// From a line of a table list to a filled grid: selecting a table in either pane and loading it.
 class TableLoader {
 public:

@@ -3,8 +3,8 @@
 #include "compare/DifferingTables.h"
 #include "compare/engine/TableComparison.h"
 #include "db/FieldTypes.h"
-#include "db/StoredText.h"
 #include "pane/StatusLine.h"
+#include "pane/StoredMarks.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 
@@ -117,10 +117,8 @@ QString StatusState::cell(int pane) {
         return (whole.size() > longestText ? whole.left(longestText) + u'…' : whole).simplified();
     };
     const QString shown = type == static_cast<int>(FieldType::Date) ? readableDate(text) : text;
-    const bool unlike = grid.isUnlikeStored(grid.Row(), grid.Col()) && size >= 0;
     return joined({tr("%1: %2").arg(field.name, field.type), shortened(shown),
-                   unlike ? tr("stored: %1").arg(shortened(storedText(type, size, text))) : QString(),
-                   room(type, size, text)});
+                   m_stored.wordsNow(pane, grid.Row(), grid.Col()).simplified(), room(type, size, text)});
 }
 
 QString StatusState::room(int type, int size, const QString &text) {
@@ -134,7 +132,7 @@ QString StatusState::room(int type, int size, const QString &text) {
     case FieldType::Long:
         return rangeWords<std::int32_t>();
     case FieldType::Text:
-        return size < 0 || text.isEmpty() ? QString() : tr("%1 of %2 characters").arg(codePoints(text)).arg(size);
+        return size < 0 ? QString() : tr("%1 of %2 characters").arg(codePoints(text)).arg(size);
     default:
         return {};
     }

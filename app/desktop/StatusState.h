@@ -10,15 +10,17 @@
 namespace qir {
 
 class DifferingTables;
+class StoredMarks;
 
 /// What the status line tells: where a person is, what has changed, what differs.
 class StatusState {
     Q_DECLARE_TR_FUNCTIONS(StatusState)
 
 public:
-    StatusState(EditorContext &editor, const DifferingTables &tables)
+    StatusState(EditorContext &editor, const DifferingTables &tables, const StoredMarks &stored)
         : m_editor(editor)
-        , m_tables(tables) {}
+        , m_tables(tables)
+        , m_stored(stored) {}
 
     /// A command has ended: shows what holds now. Costs the same in a table of any size.
     void show();
@@ -37,6 +39,7 @@ private:
 
     EditorContext &m_editor;
     const DifferingTables &m_tables;
+    const StoredMarks &m_stored;
     /// The size of a text field that was asked for last, and when.
     struct KnownSize {
         QString table;

@@ -1,6 +1,7 @@
 #include "compare/keyed/KeyedChanges.h"
 
 #include "base/NumberText.h"
+#include "platform/controls/ShortText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -122,12 +123,16 @@ CarriedChanges KeyedChanges::ticked(int to) const {
 QString KeyedChanges::carriedWords(const Row &row, int to) const {
     const TableSide target = to == 0 ? TableSide::Left : TableSide::Right;
     const TableSide source = to == 0 ? TableSide::Right : TableSide::Left;
-    if (row.kind == Kind::Changed)
-        return tr("%1: %2 becomes %3, not %4")
-            .arg(keyText(row), fieldText(row), sideText(row, source), sideText(row, target));
-    const bool onTarget = (row.kind == Kind::Removed) == (to == 0);
-    return onTarget ? tr("%1: the record is removed").arg(keyText(row))
-                    : tr("%1: the record is added").arg(keyText(row));
+    const QString key = shortText(keyText(row));
+    if (row.kind != Kind::Changed) {
+        const bool onTarget = (row.kind == Kind::Removed) == (to == 0);
+        return onTarget ? tr("%1: the record is removed").arg(key) : tr("%1: the record is added").arg(key);
+    }
+    const QString value = sideText(row, source);
+    const QString replaced = sideText(row, target);
+    const qsizetype place = firstDifference(value, replaced);
+    return tr("%1: %2 becomes %3, not %4")
+        .arg(key, fieldText(row), shortText(value, place), shortText(replaced, place));
 }
 
 PairedRecords KeyedChanges::recordsOf(int row) const {

@@ -1,5 +1,6 @@
 #include "compare/keyed/KeyedWindow.h"
 
+#include "platform/controls/InvisibleSigns.h"
 #include "platform/controls/RowsView.h"
 #include "platform/dialogs/Clipboard.h"
 #include "platform/loop/Guards.h"
@@ -36,6 +37,15 @@ const std::vector<std::vector<KeyedChanges::Kind>> &filterKinds() {
     static const std::vector<std::vector<Kind>> kinds{
         {}, {Kind::Added}, {Kind::Removed}, {Kind::Changed}, {Kind::Moved}, {Kind::Duplicate, Kind::FieldOfOneSide}};
     return kinds;
+}
+
+/// A value between tabs: one that has a tab or a line end itself stands in quotation marks, as spreadsheets read it.
+QString quotedForTabs(QString value) {
+    constexpr QChar mark(0x22);
+    const bool plain = std::ranges::none_of(value, [](QChar each) { return each == u'\t' || isLineEnd(each); });
+    if (plain && !value.startsWith(mark))
+        return value;
+    return mark + value.replace(mark, QString(2, mark)) + mark;
 }
 
 } // namespace
@@ -320,7 +330,7 @@ void KeyedWindow::copyRows() {
         for (int column = 0; column < KeyedChanges::ColumnCount; ++column) {
             if (column > 0)
                 text += u'\t';
-            text += row.siblingAtColumn(column).data().toString();
+            text += quotedForTabs(row.siblingAtColumn(column).data().toString());
         }
         text += u'\n';
     }

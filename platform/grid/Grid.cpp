@@ -55,8 +55,14 @@ Grid::Grid(QWidget *parent)
     connectScrollBars();
     connect(m_model, &QAbstractItemModel::modelReset, this, &Grid::adoptShape);
     connect(m_model, &GridModel::textsChanged, this, &Grid::TextsChanged);
+    connect(m_model, &GridModel::textsReplaced, this, &Grid::TextsReplaced);
     // Rows that differ have a sign in their header.
     connect(m_model, &QAbstractItemModel::dataChanged, m_rowHeader->viewport(), qOverload<>(&QWidget::update));
+    // From right to left the line beside a cell is not within what the view draws again for it.
+    connect(m_model, &QAbstractItemModel::dataChanged, this, [this] {
+        if (isRightToLeft())
+            viewport()->update();
+    });
     m_model->setShape(1, 2);
 }
 

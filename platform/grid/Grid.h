@@ -228,6 +228,7 @@ Q_SIGNALS:
     /// What the grid holds, or its size, may have changed, and with it reach(); or the grid was shown or hidden.
     void LaidOut();
     void TextsChanged(const GridRange &cells); ///< Cells were given other texts.
+    void TextsReplaced();                      ///< They are those of another table, or more or fewer.
     void CellShown(int row, int column);       ///< A cell that was not shown is from now on.
     void Revealed();                           ///< A key or a drag scrolled to show where it went; before SelChange.
     /// A button went down over (row, column), -1 when over no cell; (0, 0) is the corner, told of the left button only.

@@ -131,7 +131,8 @@ QRect GridHeader::drawRowNumber(QPainter &painter, const QRect &rect, int sectio
         return rect;
     drawCellText(painter, rect, number, Qt::AlignRight);
     const int room = std::max(rect.width() - painter.fontMetrics().horizontalAdvance(number) - 2 * cellMargin, 0);
-    return {rect.left(), rect.top(), std::min(room, rect.height()), rect.height()};
+    const int width = std::min(room, rect.height());
+    return {isRightToLeft() ? rect.right() - width + 1 : rect.left(), rect.top(), width, rect.height()};
 }
 
 void GridHeader::drawRowSigns(QPainter &painter, const QRect &rect, int section) const {

@@ -176,6 +176,8 @@ void Grid::keyPressEvent(QKeyEvent *event) {
     } else if (const auto next =
                    moved(inView(m_selection), asSeen(key, isRightToLeft()), event->modifiers(), extentInView())) {
         event->accept();
+        if (!showsAll() && (m_model->rowCount() == 0 || m_model->columnCount() == 0))
+            return; // there is no cell to go to
         select(fromView(*next), Reveal::FarCorner);
         revealFarCorner(); // a key that moves no further shows the cell all the same
     }

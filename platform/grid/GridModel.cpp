@@ -123,7 +123,9 @@ QString GridModel::spokenDescription(int row, int column) const {
 }
 
 QVariant GridModel::rowHeaderData(int row, int role) const {
-    const bool differs = m_colours.rowHasRed(row);
+    const auto place = static_cast<std::size_t>(row);
+    const bool differs =
+        m_colours.rowHasRed(row) || (row >= 0 && place < m_differsBeyond.size() && m_differsBeyond[place]);
     switch (role) {
     case Qt::DisplayRole: // where all are shown the fixed column has no texts
         return m_shownRows.isAll() ? QVariant() : m_rowData.at(row);
@@ -162,10 +164,12 @@ void GridModel::setShape(int rows, int columns) {
     m_texts.setShape(fields, records);
     m_colours.setShape(records + 1, fields + 1);
     m_unlike.clear();
+    m_differsBeyond.clear();
     m_headers.resize(fields);
     m_rowData.resize(records + 1);
     m_columnData.resize(fields + 1);
     endResetModel();
+    Q_EMIT textsReplaced();
 }
 
 void GridModel::setTable(const QStringList &headers, CellTexts texts) {
@@ -177,9 +181,11 @@ void GridModel::setTable(const QStringList &headers, CellTexts texts) {
     m_texts = std::move(texts);
     m_colours = std::move(colours);
     m_unlike.clear();
+    m_differsBeyond.clear();
     m_rowData.reset();
     m_columnData.reset();
     endResetModel();
+    Q_EMIT textsReplaced();
 }
 
 QString GridModel::text(int row, int column) const {
@@ -214,6 +220,23 @@ void GridModel::paint(const GridRange &window, const BitMatrix &different) {
     const GridRange changed = m_colours.paint(window, different);
     if (!changed.isEmpty())
         notify(changed, {Qt::BackgroundRole});
+    noteBeyond(window.firstRow, window.lastRow, different);
+}
+
+void GridModel::noteBeyond(int firstRow, int lastRow, const BitMatrix &different) {
+    const auto beyond = static_cast<std::size_t>(columns());
+    if (different.columns() <= beyond && m_differsBeyond.empty())
+        return;
+    m_differsBeyond.resize(static_cast<std::size_t>(rows()));
+    bool changed = false;
+    for (int row = std::max(firstRow, 1); row <= std::min(lastRow, rows() - 1); ++row) {
+        const auto place = static_cast<std::size_t>(row);
+        const bool differs = place < different.rows() && different.nextColumn(place, beyond) < different.columns();
+        changed = changed || m_differsBeyond[place] != differs;
+        m_differsBeyond[place] = differs;
+    }
+    if (changed && rowCount() > 0)
+        Q_EMIT headerDataChanged(Qt::Vertical, 0, rowCount() - 1);
 }
 
 void GridModel::reorderRecords(const std::vector<std::uint32_t> &order) {
@@ -223,6 +246,11 @@ void GridModel::reorderRecords(const std::vector<std::uint32_t> &order) {
     m_texts.permuteRecords(order);
     m_colours.permuteRecords(order);
     m_unlike.permuteRecords(order);
+    if (!m_differsBeyond.empty()) {
+        const std::vector<bool> before = m_differsBeyond;
+        for (std::size_t i = 0; i < order.size(); ++i)
+            m_differsBeyond[i + 1] = before[order[i] + 1];
+    }
     m_rowData.permute(order);
     notify({1, 1, rows() - 1, columns() - 1}, {Qt::DisplayRole, Qt::BackgroundRole});
 }

@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <vector>
 
 namespace qir {
 
@@ -54,12 +55,13 @@ public:
     const CellTexts &texts() const { return m_texts; }
     const CellColours &colours() const { return m_colours; }
     void setColour(int row, int column, CellColour colour);
+    /// Colours the cells of a window; of its rows it takes over too which differ beyond the last column.
     void paint(const GridRange &window, const BitMatrix &different);
 
     /// What the tool tip and the description of a red cell say, asked for when they are wanted.
     using CellWords = std::function<QString(int row, int column)>;
     void setCellWords(CellWords words) { m_cellWords = std::move(words); }
-    /// Of the vertical header: whether the row has a red cell.
+    /// Of the vertical header: whether the row has a red cell, or a difference beyond the last column.
     static constexpr int DiffersRole = Qt::UserRole;
     /// Of a cell: whether its text is not what is stored; and what to say of it then, asked for when it is wanted.
     static constexpr int UnlikeRole = Qt::UserRole + 1;
@@ -86,6 +88,8 @@ public:
 Q_SIGNALS:
     /// Cells were given other texts, whether they are shown or not.
     void textsChanged(const GridRange &cells);
+    /// The cells are those of another table, or there are more or fewer of them.
+    void textsReplaced();
 
 private:
     void notify(const GridRange &cells, const QList<int> &roles);
@@ -94,9 +98,11 @@ private:
     QString spokenDescription(int row, int column) const;
 
     void showEverything();
+    void noteBeyond(int firstRow, int lastRow, const BitMatrix &different);
 
     CellTexts m_texts;
     CellColours m_colours;
+    std::vector<bool> m_differsBeyond; // by row; empty for none
     ShownLines m_shownRows;
     ShownLines m_shownColumns;
     UnlikeCells m_unlike;

@@ -4,10 +4,15 @@
 #include "tests/window/WindowTest.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QDialog>
+#include <QGuiApplication>
+#include <QLabel>
 #include <QListView>
 #include <QPushButton>
 #include <QTableView>
+
+#include <algorithm>
 
 using namespace qir;
 using namespace qir::test;
@@ -64,6 +69,10 @@ void tick(EditorFixture &fixture, const QString &view, int row) {
     list.scrollTo(index);
     const QRect place = list.visualRect(index);
     hands::click(list.viewport(), Qt::LeftButton, {}, QPoint(place.left() + 10, place.center().y()));
+}
+
+QString mainStatus(EditorFixture &fixture) {
+    return fixture.window().findChild<QLabel *>(u"statusLeft"_s)->text();
 }
 
 void push(EditorFixture &fixture, const QString &button) {
@@ -263,6 +272,91 @@ private Q_SLOTS:
         QCOMPARE(
             recordsOf(fixture, 1),
             (QList<QStringList>{{u"P-2"_s, u"8"_s}, {u"P-3"_s, u"90"_s}, {u"P-4"_s, u"40"_s}, {u"P-1"_s, u"0"_s}}));
+    }
+
+    void longValuesAreShortenedInTheQuestion() {
+        const auto table = [](const QString &note) {
+            return TableOfTexts{
+                u"Pumps"_s,
+                {{u"Tag"_s, FieldType::Text, {QString(300, u'k')}, 300}, {u"Note"_s, FieldType::Text, {note}, 4000}}};
+        };
+        EditorFixture fixture;
+        open(fixture, table(u"first\r\nsecond\tthird\n"_s + QString(3900, u'a')), table(QString(4000, u'b')));
+        tick(fixture, u"keyedChanges"_s, 0);
+        fixture.dialogs().expectMessage(
+            u"Make these changes on the right?\nValues changed: 1, records added: 0, removed: 0.\n"_s +
+                QString(60, u'k') + u"…: Note becomes first↵second→third↵"_s + QString(40, u'a') + u"…, not "_s +
+                QString(60, u'b') + u'…',
+            u"?"_s, u"No"_s);
+        push(fixture, u"keyedCarryRight"_s);
+    }
+
+    void fieldsThatTheOtherSideLacksAreNamedWithAddedRecords() {
+        TableOfTexts left = leftPumps();
+        left.fields.push_back({u"Note"_s, FieldType::Text, {u"a"_s, u"b"_s, u"c"_s}});
+        EditorFixture fixture;
+        open(fixture, left, rightPumps());
+        QCOMPARE(rows(fixture)[1][1], u"removed"_s); // behind the field
+        tick(fixture, u"keyedChanges"_s, 1);
+        fixture.dialogs().expectMessage(
+            u"Make these changes on the right?\n"
+            "Values changed: 0, records added: 1, removed: 0.\n"
+            "P-1: the record is added\n"
+            "The added records go without these fields, which the other side lacks: Note."_s,
+            u"?"_s, u"Yes"_s);
+        push(fixture, u"keyedCarryRight"_s);
+        QCOMPARE(recordsOf(fixture, 1).last(), (QStringList{u"P-1"_s, u"1500"_s}));
+        fixture.database(1).setDtbHasChanged(false);
+    }
+
+    void whatWasLeftOutIsNotCounted() {
+        TableOfTexts right = rightPumps();
+        right.fields[1] = {u"Speed"_s, FieldType::Byte, {u"8"_s, u"90"_s, u"40"_s}};
+        EditorFixture fixture;
+        open(fixture, leftPumps(), right);
+        tick(fixture, u"keyedChanges"_s, 1); // P-2, 700
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"No"_s); });
+        push(fixture, u"keyedCarryRight"_s);
+        QCOMPARE(mainStatus(fixture), u"Values changed: 0, records added: 0, removed: 0"_s);
+        QVERIFY(!fixture.database(1).DtbHasChanged());
+    }
+
+    void whereTheGridsStandApartTheWalkGoesOnInTheActiveOne() {
+        const TableOfTexts left{u"T"_s,
+                                {{u"Tag"_s, FieldType::Text, {u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"E"_s, u"F"_s}},
+                                 {u"V"_s, FieldType::Long, {u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s, u"6"_s}}}};
+        const TableOfTexts right{u"T"_s,
+                                 {{u"Tag"_s, FieldType::Text, {u"A"_s, u"F"_s, u"C"_s, u"D"_s}},
+                                  {u"V"_s, FieldType::Long, {u"1"_s, u"7"_s, u"8"_s, u"9"_s}}}};
+        EditorFixture fixture;
+        open(fixture, left, right);
+        fixture.activate(1);
+        QList<QStringList> all = rows(fixture);
+        const auto row = static_cast<int>(
+            std::ranges::find(all, (QStringList{u"F"_s, u"changed"_s, u"V"_s, u"6"_s, u"7"_s})) - all.begin());
+        auto &view = control<QTableView>(fixture, u"keyedChanges"_s);
+        hands::doubleClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(view.model()->index(row, 2)).center());
+        QCOMPARE(fixture.grid(0).Row(), 6);
+        QCOMPARE(fixture.grid(1).Row(), 2);
+        fixture.choose(Command::NextDifferenceMenu);
+        QCOMPARE(fixture.grid(1).Row(), 3);
+        QCOMPARE(fixture.grid(0).Row(), 3);
+    }
+
+    void copiedValuesStayInTheirColumns() {
+        TableOfTexts left = leftPumps();
+        left.fields[0].texts[1] = u"P\t2"_s;
+        left.fields.push_back({u"Note"_s, FieldType::Text, {u"a"_s, u"one\ntwo \"x\""_s, u"c"_s}});
+        TableOfTexts right = left;
+        right.fields[2].texts[1] = u"plain \"y\""_s;
+        EditorFixture fixture;
+        open(fixture, left, right);
+        auto &view = control<QTableView>(fixture, u"keyedChanges"_s);
+        view.setFocus();
+        view.selectRow(0);
+        hands::key(&view, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+                 u"\"P\t2\"\tchanged\tNote\t\"one\ntwo \"\"x\"\"\"\tplain \"y\"\n"_s);
     }
 
     void anEditIsFollowed() {

@@ -1,4 +1,5 @@
 #include "app/desktop/OutsideChanges.h"
+#include "platform/grid/GridModel.h"
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/WindowTest.h"
@@ -6,6 +7,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 
 #include <cstdio>
@@ -101,6 +103,69 @@ private Q_SLOTS:
                      sections[static_cast<std::size_t>(section)]);
         QCOMPARE(fixture.grid(0).verticalHeader()->width(), header);
         QCOMPARE(fixture.grid(0).ColWidth(3), 2000);
+    }
+
+    void signsStandBesideTheNumbersInEitherDirection_data() {
+        QTest::addColumn<bool>("fromRight");
+        QTest::newRow("left to right") << false;
+        QTest::newRow("right to left") << true;
+    }
+
+    void signsStandBesideTheNumbersInEitherDirection() {
+        QFETCH(bool, fromRight);
+        const Qt::LayoutDirection before = QGuiApplication::layoutDirection();
+        const auto restored = qScopeGuard([before] { QGuiApplication::setLayoutDirection(before); });
+        QGuiApplication::setLayoutDirection(fromRight ? Qt::RightToLeft : Qt::LeftToRight);
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 600, 1)}, {changed(counted(u"A"_s, 600, 1), {{555, 1}, {566, 1}})});
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.clickCell(0, 1, 1);
+        const QHeaderView &header = *fixture.grid(0).verticalHeader();
+        const auto picture = [&](int section) {
+            return header.viewport()
+                ->grab(QRect(0, header.sectionViewportPosition(section), header.width(), header.sectionSize(section)))
+                .toImage();
+        };
+        const QImage current = picture(0);
+        fixture.clickCell(0, 2, 1);
+        const QImage other = picture(0);
+        // The sign of the current record comes and goes where the number does not stand.
+        const int number = header.fontMetrics().horizontalAdvance(u"555"_s);
+        int first = current.width();
+        int last = -1;
+        for (int x = 0; x < current.width(); ++x) {
+            for (int y = 0; y < current.height(); ++y) {
+                if (current.pixel(x, y) != other.pixel(x, y)) {
+                    first = std::min(first, x);
+                    last = std::max(last, x);
+                }
+            }
+        }
+        QVERIFY(last >= 0);
+        if (fromRight)
+            QVERIFY2(first > number, qPrintable(QString::number(first)));
+        else
+            QVERIFY2(last < current.width() - number, qPrintable(QString::number(last)));
+    }
+
+    void aRecordThatDiffersByAFieldOfTheOtherSideHasItsSign() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 3, 2)}, {counted(u"A"_s, 2, 3)});
+        const auto differs = [&](int pane, int row) {
+            return fixture.grid(pane).model()->headerData(row - 1, Qt::Vertical, GridModel::DiffersRole).toBool();
+        };
+        for (int row = 1; row <= 3; ++row)
+            QVERIFY2(differs(0, row), qPrintable(QString::number(row)));
+        for (int row = 1; row <= 2; ++row)
+            QVERIFY2(differs(1, row), qPrintable(QString::number(row)));
+        fixture.activate(1);
+        fixture.clickCell(1, 1, 3);
+        fixture.dialogs().expectMessage(u"Do you want to remove field: 'Field3' ?"_s, u"?"_s, u"Yes"_s);
+        fixture.choose(Command::RemoveFieldMenu);
+        QVERIFY(!differs(0, 1));
+        QVERIFY(!differs(1, 1));
+        QVERIFY(differs(0, 3));
+        fixture.database(1).setDtbHasChanged(false);
     }
 
     void whereAPersonWentMeanwhileTheyStay() {

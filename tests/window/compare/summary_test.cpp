@@ -100,6 +100,28 @@ private Q_SLOTS:
         fixture.activate(1);
         fixture.choose(Command::CloseDatabaseMenu);
         QCOMPARE(rows(fixture), QStringList());
+        QVERIFY(!summary(fixture)->isVisible());
+        fixture.open(path(u"RIGHT.DDB"_s));
+        fixture.choose(Command::DifferencesSummaryMenu);
+        QVERIFY(summary(fixture)->isVisible());
+        QCOMPARE(rows(fixture)[2], u"C|only left|1||"_s);
+    }
+
+    void whereTheTablesCannotBeReadItSaysSo() {
+        const UseFake fake;
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 2, 2)}, {counted(u"A"_s, 3, 2)});
+        fake->failOn(u"QIRTableRecordSource"_s, u"the disk is gone"_s);
+        fixture.dialogs().expect(messageNaming({u"the disk is gone"_s}));
+        openSummary(fixture);
+        fake->stopFailing();
+        const auto *note = summary(fixture)->findChild<QLabel *>(u"summaryNote"_s);
+        QVERIFY(note != nullptr);
+        QVERIFY(note->isVisible());
+        QCOMPARE(note->text(), u"The tables could not be read. Choose the summary again to try once more."_s);
+        fixture.choose(Command::DifferencesSummaryMenu);
+        QVERIFY(!note->isVisible());
+        QCOMPARE(rows(fixture).size(), 1);
     }
 
     void aDoubleClickGoesThere() {

@@ -112,7 +112,7 @@ private Q_SLOTS:
         QTRY_COMPARE(countOf(fixture), u"5 cells"_s);
         QCOMPARE(fixture.shownTable(0), u"Pumps"_s); // searching shows nothing else
         QTRY_COMPARE(hitsOf(fixture).size(), 5);
-        QCOMPARE(hitsOf(fixture).constLast(), u"Left|Zones|1|1|one"_s);
+        QCOMPARE(hitsOf(fixture).constLast(), u"Left|Zones|1|Name [text]|one"_s);
         for (int i = 0; i < 5; ++i)
             hands::key(&fixture.window(), Qt::Key_F3);
         QTRY_COMPARE(fixture.shownTable(0), u"Zones"_s);
@@ -129,8 +129,9 @@ private Q_SLOTS:
             const int records = fake->calls(u"GetQirRecord"_s);
             openBar(fixture, u"on"_s);
             check(fixture, u"findAllTables"_s);
-            QTRY_COMPARE(hitsOf(fixture), (QStringList{u"Left|Words|1|1|one"_s, u"Left|Words|2|2|ONE"_s,
-                                                       u"Left|Words|3|1|One more"_s, u"Left|Words|4|1|none"_s}));
+            QTRY_COMPARE(hitsOf(fixture),
+                         (QStringList{u"Left|Words|1|A [text]|one"_s, u"Left|Words|2|B [text]|ONE"_s,
+                                      u"Left|Words|3|A [text]|One more"_s, u"Left|Words|4|A [text]|none"_s}));
             QCOMPARE(fake->calls(u"GetQirRecord"_s) > records, recordsTogether == 0);
             QCOMPARE(fixture.shownTable(0), u"Pumps"_s);
         }

@@ -58,6 +58,22 @@ private Q_SLOTS:
         QCOMPARE(fixture.grid(0).selection(), singleCell(2, 1));
     }
 
+    void aRecordIsGoneToWhereNoneIsShown() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 40, 2)}, {counted(u"A"_s, 40, 2)});
+        fixture.activate(0);
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.grid(0).setFocus();
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Home}) {
+            const GridSelection before = fixture.grid(0).selection();
+            hands::key(&fixture.grid(0), key);
+            QCOMPARE(fixture.grid(0).selection(), before);
+        }
+        fixture.dialogs().expectInput(u"Record, field, or record, field"_s, u"?"_s, QString(), u"5"_s);
+        fixture.choose(Command::GoToMenu);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(5, 1));
+    }
+
     void aFarRecordComesIntoView() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {counted(u"Many"_s, 500, 2)}));
         fixture.dialogs().expectInput(u"Record, field, or record, field"_s, u"?"_s, QString(), u"400"_s);

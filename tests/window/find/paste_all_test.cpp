@@ -51,13 +51,47 @@ private Q_SLOTS:
         QGuiApplication::clipboard()->setText(u"7\tseven\r8\teight"_s);
         fixture.choose(Command::PasteAllMenu);
         QCOMPARE(recordsOf(fixture, 0).mid(1), (QList<QStringList>{{u"900"_s, u"7"_s}, {u"60"_s, u"8"_s}}));
-        QCOMPARE(statusText(fixture), u"2 pasted values had no place in the table"_s);
+        QCOMPARE(statusText(fixture),
+                 u"2 pasted values had no place in the table (first: row 1, column 2 of the block)"_s);
         fixture.clickCell(0, 3, 1);
         QGuiApplication::clipboard()->setText(u"5x\ta\tb\r6\tc"_s);
         fixture.dialogs().expectMessage(u"The block needs 1 record more. Add it?"_s, u"?"_s, u"No"_s);
         fixture.choose(Command::PasteAllMenu);
-        QCOMPARE(statusText(fixture), u"3 pasted values had no place in the table; 1 are stored otherwise (first: "
-                                      "record 3, Speed [long], \"5x\")"_s);
+        QCOMPARE(statusText(fixture),
+                 u"3 pasted values had no place in the table (first: row 1, column 3 of the block); 1 are stored "
+                 "otherwise (first: record 3, Speed [long], \"5x\")"_s);
+    }
+
+    void aTableWithoutRecordsGetsThose() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {counted(u"None"_s, 0, 2)}));
+        QGuiApplication::clipboard()->setText(u"7\t8\r9\t10"_s);
+        fixture.dialogs().expectMessage(u"The block needs 2 records more. Add them?"_s, u"?"_s, u"Yes"_s);
+        fixture.choose(Command::PasteAllMenu);
+        QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"7"_s, u"8"_s}, {u"9"_s, u"10"_s}}));
+        QCOMPARE(fixture.texts(0), recordsOf(fixture, 0));
+        QVERIFY(fixture.grid(0).Visible());
+        QCOMPARE(fixture.grid(0).selection(), (GridSelection{1, 1, 2, 2}));
+        fixture.choose(Command::UndoMenu);
+        QCOMPARE(fixture.database(0).QirTableRecordsCount(), 0);
+        QVERIFY(!fixture.grid(0).Visible());
+    }
+
+    void aTableThatStaysWithoutRecordsTakesNothing() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {counted(u"None"_s, 0, 2)}));
+        QGuiApplication::clipboard()->setText(u"7\t8\r9"_s);
+        fixture.dialogs().expectMessage(u"The block needs 2 records more. Add them?"_s, u"?"_s, u"No"_s);
+        fixture.choose(Command::PasteAllMenu);
+        QCOMPARE(statusText(fixture),
+                 u"3 pasted values had no place in the table (first: row 1, column 1 of the block)"_s);
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+        QVERIFY(!fixture.grid(0).Visible());
+    }
+
+    void aTableWithoutFieldsTakesNoBlock() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {counted(u"None"_s, 0, 0)}));
+        QGuiApplication::clipboard()->setText(u"7"_s);
+        fixture.choose(Command::PasteAllMenu);
+        QVERIFY(!fixture.database(0).DtbHasChanged());
     }
 
     void theBlockThatWasAskedAboutIsLaid() {

@@ -62,6 +62,23 @@ private Q_SLOTS:
         QVERIFY(fixture.grid(0).isUnlikeStored(1, 1));
     }
 
+    void ofLongTextsThePlaceIsNamedFromWhichOnTheyAreStoredOtherwise() {
+        TableOfTexts table = listOf(u"List"_s, {QString(3995, u'x') + u"ipsum"_s});
+        table.fields[0].size = 4000;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
+        fill(fixture, u"ipsum"_s, u"ipsumYZ"_s);
+        QTRY_COMPARE(countOf(fixture), u"1 cell"_s);
+        const QString text = u"1 of 1 values would not be stored as they are written:\nList, record 1, Name: \"…"_s +
+                             QString(53, u'x') + u"ipsumYZ\" is stored as \"…"_s + QString(55, u'x') +
+                             u"ipsum\"\n\nReplace all the same?"_s;
+        for (const QString &button : {u"replaceAll"_s, u"replaceOne"_s}) {
+            fixture.dialogs().expectMessage(text, u"?"_s, u"No"_s);
+            hands::key(&fixture.window(), Qt::Key_F3);
+            press(fixture, button);
+        }
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+    }
+
     void capturesStandInTheReplacement() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"List"_s, {u"a-b"_s, u"cd"_s})}));
         fill(fixture, u"(.)-(.)"_s, u"\\2-\\1"_s);

@@ -21,6 +21,17 @@ QString wordsOf(EditorFixture &fixture, int row, int column) {
     return fixture.grid(0).model()->index(row - 1, column - 1).data(GridModel::StoredWordsRole).toString();
 }
 
+/// Gives the text field another size.
+void resize(EditorFixture &fixture, int pane, const QString &from, const QString &to) {
+    fixture.clickCell(pane, 1, 2);
+    fixture.dialogs().expectInput(u"Field size"_s, u"?"_s, from, to);
+    fixture.choose(Command::ResizeTextField);
+}
+
+QString statusLine(EditorFixture &fixture) {
+    return fixture.window().findChild<QLabel *>(u"statusLeft"_s)->text();
+}
+
 } // namespace
 
 /// Cells that show another text than is stored.
@@ -62,6 +73,52 @@ private Q_SLOTS:
         QCOMPARE(fixture.grid(0).TextMatrix(1, 2), u"long enough"_s);
         QCOMPARE(wordsOf(fixture, 1, 2), u"stored: long"_s);
         QVERIFY(!fixture.grid(0).isUnlikeStored(2, 2));
+    }
+
+    void aFieldThatIsWidenedAgainStillTellsWhatTheCutLeft_data() {
+        QTest::addColumn<int>("recordsTogether");
+        QTest::newRow("by records") << 0;
+        QTest::newRow("by columns") << 2;
+    }
+
+    void aFieldThatIsWidenedAgainStillTellsWhatTheCutLeft() {
+        QFETCH(int, recordsTogether);
+        const UseFake fake(recordsTogether);
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        resize(fixture, 0, u"20"_s, u"3"_s);
+        resize(fixture, 0, u"3"_s, u"4"_s);
+        QCOMPARE(wordsOf(fixture, 1, 2), u"stored: lon"_s);
+        QVERIFY2(statusLine(fixture).contains(u"long enough, stored: lon,"_s), qPrintable(statusLine(fixture)));
+        resize(fixture, 0, u"4"_s, u"20"_s);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 2), u"long enough"_s);
+        QCOMPARE(wordsOf(fixture, 1, 2), u"stored: lon"_s);
+        QVERIFY(!fixture.grid(0).isUnlikeStored(2, 2));
+        QVERIFY2(statusLine(fixture).contains(u"long enough, stored: lon,"_s), qPrintable(statusLine(fixture)));
+        fixture.database(0).setDtbHasChanged(false);
+    }
+
+    void aPasteThatStoresAllTextsTakesAllMarks() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        resize(fixture, 0, u"20"_s, u"3"_s);
+        resize(fixture, 0, u"3"_s, u"20"_s);
+        QVERIFY(fixture.grid(0).isUnlikeStored(1, 2));
+        fixture.clickCell(0, 3, 1);
+        QGuiApplication::clipboard()->setText(u"5"_s);
+        hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(stored(fixture, 0, 1, 2), QVariant(u"long enough"_s));
+        QVERIFY(!fixture.grid(0).isUnlikeStored(1, 2));
+    }
+
+    void aSortThatStoresAllTextsTakesAllMarks() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        resize(fixture, 0, u"20"_s, u"3"_s);
+        resize(fixture, 0, u"3"_s, u"20"_s);
+        fixture.editor().setOrigin(0);
+        fixture.choose(Command::SortFPOP);
+        QCOMPARE(fixture.grid(0).TextMatrix(3, 2), u"long enough"_s);
+        QCOMPARE(stored(fixture, 0, 3, 2), QVariant(u"long enough"_s));
+        QVERIFY(!fixture.grid(0).isUnlikeStored(3, 2));
+        fixture.database(0).setDtbHasChanged(false);
     }
 
     void aSortMovesTheMarksWithTheirCells() {
