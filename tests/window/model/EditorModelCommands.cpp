@@ -177,8 +177,7 @@ bool EditorModel::renameTable(const QString &name) {
         const int position = positions[static_cast<std::size_t>(index)];
         pane(index).selected = position < pane(index).lineCount() ? position : 0;
     }
-    if (it.selectedTable() != nullptr) // a line of no table here can still be clicked
-        load(active, it.selected);
+    load(active, it.selected);
     compare();
     return true;
 }

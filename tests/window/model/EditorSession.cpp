@@ -106,8 +106,11 @@ QString EditorSession::run(const Step &step) {
     m_taken = true;
     note(step.text());
     take(step);
-    if (!m_taken)
+    if (!m_taken) {
+        m_model.settle(); // a line may have been pressed all the same
+        m_model.beginStep();
         openWhatIsMissing(step);
+    }
     m_takenCount += m_taken ? 1 : 0;
     if (!m_taken)
         return {}; // nothing was done
@@ -237,6 +240,8 @@ void EditorSession::trigger(Command command) {
 void EditorSession::closePopup() {
     if (QWidget *popup = QApplication::activePopupWidget())
         popup->close();
+    else
+        skip();
 }
 
 void EditorSession::expectEntries(const QMenu &menu, const QStringList &names) {

@@ -117,7 +117,7 @@ private:
     void expectError();
     /// Chooses a command: of the pop-up that is open, else of the menu bar.
     void trigger(Command command);
-    /// Closes the pop-up that is open, if one is: the press that was to open it was a step by itself.
+    /// Closes the pop-up that is open; without one the step finds nothing to do.
     void closePopup();
     static void expectEntries(const QMenu &menu, const QStringList &names);
     void skip() { m_taken = false; }
