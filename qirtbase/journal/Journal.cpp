@@ -45,7 +45,7 @@ void Journal::follow(Database &database, JournalBase base, const ContainerKeys &
     m_keys = keys.clone();
     m_keyInFile = keys.isProtected();
     m_broken = m_lossTold = false;
-    m_state = database.history().state();
+    lookAtHistory();
     database.setListener(this);
 }
 
@@ -81,7 +81,7 @@ void Journal::adopt(JournalFile file, bool changed) {
     m_keptEnd = changed ? 0 : m_file->offset();
     m_stepsDone = m_database->history().done();
     m_stepsUndone = m_database->history().count() - m_stepsDone;
-    m_state = m_database->history().state();
+    lookAtHistory();
 }
 
 void Journal::stop() {
@@ -148,7 +148,7 @@ void Journal::changed(const Change &change) noexcept {
         }
         encodeChange(m_pending, change, change.table ? indexOf(change.table) : 0);
         writePending();
-        m_state = m_database->history().state();
+        lookAtHistory();
         countStep(StepKind::Step);
         syncInTime();
     });
@@ -246,8 +246,10 @@ void Journal::forgetGroup() {
 
 /// Only what has become a step of the database is written: each step of a replay is one of its own then.
 void Journal::finishGroup() {
-    const std::uint64_t before = std::exchange(m_state, m_database->history().state());
-    const bool isStep = m_state != before || !m_database->keepsSteps();
+    const std::uint64_t before = m_state;
+    const std::uint64_t taken = m_taken;
+    lookAtHistory();
+    const bool isStep = m_state != before || m_taken != taken || !m_database->keepsSteps();
     if (!m_groupChanged || !isStep) {
         forgetGroup();
         return;
@@ -255,11 +257,16 @@ void Journal::finishGroup() {
     if (m_asImages)
         writeImages();
     encodeMark(m_pending, JournalOperation::GroupEnd);
-    if (m_state != before && m_state == m_base.state)
+    if (m_state == m_base.state && m_database->keepsSteps())
         encodeMark(m_pending, JournalOperation::AsSaved);
     writePending();
     countStep(m_mark ? m_mark->kind : StepKind::Step);
     syncInTime();
+}
+
+void Journal::lookAtHistory() {
+    m_state = m_database->history().state();
+    m_taken = m_database->history().taken();
 }
 
 /// After a step was written, or what undoes one.
@@ -332,7 +339,7 @@ bool Journal::tellStep(JournalOperation mark, std::size_t &from, std::size_t &to
         return false;
     --from;
     ++to;
-    m_state = m_database->history().state();
+    lookAtHistory();
     guarded([&] {
         encodeMark(m_pending, mark);
         writePending();

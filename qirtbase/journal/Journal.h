@@ -101,6 +101,7 @@ private:
     void forgetGroup();
     void finishGroup();
     void countStep(StepKind kind);
+    void lookAtHistory();
     bool tellStep(JournalOperation mark, std::size_t &from, std::size_t &to) noexcept;
     void encodeGroupMark();
     void writeImages();
@@ -144,6 +145,7 @@ private:
     std::size_t m_stepsDone = 0;
     std::size_t m_stepsUndone = 0;
     std::uint64_t m_state = 0;   // of the database's history when it was told last
+    std::uint64_t m_taken = 0;   // so many steps had it taken then: one may lead to the state that it starts from
     std::uint64_t m_keptEnd = 0; // what stands before it in the journal are no unsaved changes
 
     bool m_unsynced = false;

@@ -98,6 +98,7 @@ void History::makeRoom() {
 void History::take(const StepMark &mark, const QString &key, std::vector<undo::Entry> &entries) noexcept {
     if (entries.empty() && !m_takesEmpty)
         return;
+    ++m_taken;
     switch (mark.kind) {
     case StepKind::Step:
         addStep(mark, key, entries);

@@ -45,6 +45,8 @@ public:
     std::size_t done() const { return m_done; }
     const Step &step(std::size_t index) const { return *m_steps[index]; }
     std::size_t bytes() const { return m_bytes; }
+    /// How many groups have become a step or part of one so far.
+    std::uint64_t taken() const { return m_taken; }
     /// True once steps have gone for want of room.
     bool hasDropped() const { return m_dropped; }
 
@@ -91,6 +93,7 @@ private:
     std::size_t m_budget = noBudget;
     std::uint64_t m_state = 0;
     std::uint64_t m_lastState = 0;
+    std::uint64_t m_taken = 0;
     bool m_dropped = false;
     bool m_takesEmpty = false;
 };

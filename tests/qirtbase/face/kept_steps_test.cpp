@@ -228,6 +228,20 @@ TEST_F(KeptSteps, AWayBackToWhatIsSavedIsThatAfterACrashToo) {
     EXPECT_TRUE(session->DtbHasChanged());
 }
 
+TEST_F(KeptSteps, AWayBackFromNothingIsAStepThatIsUndoneAlone) {
+    auto session = open();
+    type(*session, u"1"_s);
+    session->SaveDtb();
+    session->RevertToSaved(u"Revert"_s);
+    session->Undo();
+    EXPECT_EQ(textIn(*session), u"1"_s);
+    crash(session);
+    EXPECT_EQ(textIn(*session), u"1"_s);
+    EXPECT_EQ(session->StepsDone(), 1);
+    EXPECT_EQ(session->StepsCount(), 2);
+    EXPECT_FALSE(session->DtbHasChanged());
+}
+
 TEST_F(KeptSteps, LeaveNoJournalWhereNothingIsUnsavedAtTheEnd) {
     auto session = open();
     type(*session, u"1"_s);
