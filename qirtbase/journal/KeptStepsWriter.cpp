@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype pieceSize = qsizetype{64} << 10;
+constexpr qsizetype mostPayload = qsizetype{64} << 10;
 constexpr qsizetype partSize = qsizetype{1} << 20;
 
 /// A run of operations, cut into payloads of records.
@@ -25,7 +25,7 @@ public:
     /// For one operation.
     template<class Encode>
     void add(Encode encode) {
-        if (m_payloads.empty() || m_payloads.back().size() >= pieceSize)
+        if (m_payloads.empty() || m_payloads.back().size() >= mostPayload)
             m_payloads.emplace_back();
         const qsizetype before = m_payloads.back().size();
         encode(m_payloads.back());
@@ -232,7 +232,7 @@ private:
         encodeMark(payloads.back(), JournalOperation::KeptBegin);
         for (std::vector<QByteArray> &step : m_steps)
             for (QByteArray &payload : step) {
-                if (payloads.back().size() >= pieceSize)
+                if (payloads.back().size() >= mostPayload)
                     payloads.emplace_back();
                 payloads.back().append(std::exchange(payload, {}));
             }
