@@ -1142,7 +1142,7 @@ Sollen die Änderungen gespeichert werden?</translation>
     <name>qir::ConflictCommands</name>
     <message>
         <source>&amp;Merge Conflicts...</source>
-        <translation>Konflikte einer &amp;Zusammenführung...</translation>
+        <translation>Konflikte einer Zusa&amp;mmenführung...</translation>
     </message>
     <message>
         <source>No merge has left conflicts here: there is no &apos;%1&apos;.</source>
