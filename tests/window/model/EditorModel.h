@@ -127,11 +127,6 @@ public:
     /// Types a text in place of a cell's own, key by key.
     void type(int pane, int row, int column, const QString &text);
     /// Writes a text into each cell of a block, and no other cell.
-    /// Other texts in these cells, all at once.
-    void replace(int index, const std::vector<std::pair<int, int>> &cells,
-                 const std::function<QString(int row, int column)> &text);
-    /// The line of one list alone.
-    void showAlone(int index, int line) { load(index, line); }
     void rewrite(int index, const GridRange &cells, const std::function<QString(int row, int column)> &text);
     void paste(int pane, int firstRow, int firstColumn, int lastRow, int lastColumn,
                const std::vector<QStringList> &cells);

@@ -106,11 +106,8 @@ QString EditorSession::run(const Step &step) {
     m_taken = true;
     note(step.text());
     take(step);
-    if (!m_taken) {
-        m_model.settle(); // a line may have been pressed all the same
-        m_model.beginStep();
+    if (!m_taken)
         openWhatIsMissing(step);
-    }
     m_takenCount += m_taken ? 1 : 0;
     if (!m_taken)
         return {}; // nothing was done
@@ -186,9 +183,6 @@ void EditorSession::take(const Step &step) {
     case Step::Revert:
     case Step::PasteAll:
         return takeHistoryStep(step);
-    case Step::ReplaceAll:
-    case Step::GoToRecord:
-        return takeFindStep(step);
     case Step::AddRecord:
     case Step::RemoveRecord:
     case Step::CloneSize:

@@ -11,7 +11,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 
 namespace qir::test {
 
@@ -43,7 +42,6 @@ private:
     void takeRecordStep(const Step &step);
     void takeCellStep(const Step &step);
     void takeHistoryStep(const Step &step);
-    void takeFindStep(const Step &step);
     void takeDifferenceStep(const Step &step);
 
     void selectLine(int pane, int line);
@@ -88,9 +86,6 @@ private:
     void lookAtDifferences();
     void lookAtWindows(bool summary);
 
-    void goToRecord(int row);
-    void replaceAll(const QString &text, const QString &replacement);
-
     void open(int file, bool cancel);
     void saveAs(int file);
     void closePane(bool yes);
@@ -134,11 +129,6 @@ private:
     bool m_filesTouched = false;
     std::function<void(const QString &)> m_log;
 };
-
-/// Ends a step that did not go as it should.
-[[noreturn]] inline void fail(const QString &text) {
-    throw std::runtime_error(text.toStdString());
-}
 
 /// A number from 0 to count - 1.
 inline int within(unsigned pick, int count) {

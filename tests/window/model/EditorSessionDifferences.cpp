@@ -19,7 +19,13 @@ namespace qir::test {
 
 using namespace Qt::StringLiterals;
 
-namespace {} // namespace
+namespace {
+
+[[noreturn]] void fail(const QString &text) {
+    throw std::runtime_error(text.toStdString());
+}
+
+} // namespace
 
 void EditorSession::takeDifferenceStep(const Step &step) {
     const auto &picks = step.picks;

@@ -63,8 +63,6 @@ constexpr std::array<KindOfStep, Step::KindCount> kinds{{
     {"go to a state", 3},
     {"revert to what is saved", 1},
     {"paste all", 3},
-    {"replace all", 2},
-    {"go to a record", 1},
 }};
 
 } // namespace

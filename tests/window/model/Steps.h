@@ -57,8 +57,6 @@ struct Step {
         GoToState,
         Revert,
         PasteAll,
-        ReplaceAll,
-        GoToRecord,
         KindCount
     };
 
