@@ -103,7 +103,7 @@ void PasteAll::paste(int pane, const ClipboardBlock &block, int newRecords) {
     block.layInto(grid);
     m_save.SalvaGridInDatabase(pane, grid.selection().range());
     changes.commit();
-    m_stored.look(pane, grid.selection().range());
+    m_stored.lookAtWritten(pane, grid.selection().range());
     tellOutcome(grid, grid.selection().range(), block);
 }
 

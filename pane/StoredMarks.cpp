@@ -24,10 +24,36 @@ QString StoredMarks::stored(int pane, int column) const {
 
 void StoredMarks::look(int pane, int row, int column) {
     Grid &grid = m_editor.Tabella(pane);
-    grid.setUnlikeStored(row, column, stored(pane, column) != grid.TextMatrix(row, column));
+    m_last = {pane,
+              row,
+              column,
+              m_editor.pane(pane).TabellaMostrata(),
+              m_editor.OggettoDtb(pane).revision(),
+              stored(pane, column)};
+    grid.setUnlikeStored(row, column, m_last.text != grid.TextMatrix(row, column));
 }
 
-void StoredMarks::look(int pane, const GridRange &cells) {
+void StoredMarks::lookAtWritten(int pane, const GridRange &cells) {
+    Grid &grid = m_editor.Tabella(pane);
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    m_editor.pane(pane).makeShownTableCurrent();
+    QString text;
+    YieldTimer timer;
+    for (int column = std::max(cells.firstColumn, 1); column <= std::min(cells.lastColumn, grid.Cols() - 1); ++column) {
+        const int field = grid.ColData(column);
+        if (field < 1)
+            continue;
+        const int type = database.QIRTableFieldType(field).toInt();
+        const int size = database.QIRTableFieldSize(field).toInt();
+        for (int row = std::max(cells.firstRow, 1); row <= std::min(cells.lastRow, grid.Rows() - 1); ++row) {
+            grid.texts().read(column, row, text);
+            grid.setUnlikeStored(row, column, storedText(type, size, text) != text);
+            timer.yieldIfDue();
+        }
+    }
+}
+
+void StoredMarks::lookAtStored(int pane, const GridRange &cells) {
     const Grid &grid = m_editor.Tabella(pane);
     m_editor.pane(pane).makeShownTableCurrent();
     const GridRange inside{std::max(cells.firstRow, 1), std::max(cells.firstColumn, 1),
@@ -84,13 +110,22 @@ QString StoredMarks::words(int pane, int row, int column) const {
     return wordsNow(pane, row, column);
 }
 
+bool StoredMarks::isLast(int pane, int row, int column) const {
+    return m_last.pane == pane && m_last.row == row && m_last.column == column &&
+           m_last.revision == m_editor.OggettoDtb(pane).revision() &&
+           m_last.table == m_editor.pane(pane).TabellaMostrata();
+}
+
 QString StoredMarks::wordsNow(int pane, int row, int column) const {
     if (!m_editor.Tabella(pane).isUnlikeStored(row, column) || !m_editor.DtbAperto(pane))
         return {};
     try {
-        m_editor.pane(pane).makeShownTableCurrent();
-        m_editor.OggettoDtb(pane).setQIRTableRecordsPointerOut(m_editor.Tabella(pane).RowData(row));
-        const QString text = stored(pane, column);
+        QString text = m_last.text;
+        if (!isLast(pane, row, column)) {
+            m_editor.pane(pane).makeShownTableCurrent();
+            m_editor.OggettoDtb(pane).setQIRTableRecordsPointerOut(m_editor.Tabella(pane).RowData(row));
+            text = stored(pane, column);
+        }
         return tr("stored: %1").arg(text.size() > longestText ? text.left(longestText) + u'…' : text);
     } catch (const std::exception &) { // a tool tip is no command that could fail
         return {};

@@ -174,7 +174,7 @@ CarryCommands::Takes CarryCommands::onlyShown(int from, const Takes &takes) cons
 void CarryCommands::copyBlock(int from, const GridRange &cells, const Takes &takes) {
     m_editor.setOrigin(from);
     m_clone.copyArea(cells, takes);
-    StoredMarks(m_editor).look(1 - from, cells);
+    StoredMarks(m_editor).lookAtStored(1 - from, cells);
     m_differences.recheck(cells);
 }
 

@@ -195,7 +195,7 @@ void FieldCommands::ResizeTextFieldSecco() {
         // The grid goes on showing its texts whole.
         const int pane = m_editor.IndexAttivo();
         m_editor.pane(pane).setTextsUnstored(true);
-        m_stored.look(pane, {1, grid.Col(), grid.Rows() - 1, grid.Col()});
+        m_stored.lookAtStored(pane, {1, grid.Col(), grid.Rows() - 1, grid.Col()});
     }
 }
 

@@ -219,7 +219,8 @@ void AreaClipboard::INCOLLA_AreaTabella(int pane) {
                 m_save.SalvaGridInDatabase(pane);
             else
                 m_save.SalvaGridInDatabase(pane, grid.selection().range());
-            m_stored.look(pane, all ? GridRange{1, 1, grid.Rows() - 1, grid.Cols() - 1} : grid.selection().range());
+            m_stored.lookAtWritten(pane,
+                                   all ? GridRange{1, 1, grid.Rows() - 1, grid.Cols() - 1} : grid.selection().range());
             tellOutcome(pane, *block);
         }
     } catch (const std::exception &) {

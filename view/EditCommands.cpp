@@ -96,7 +96,7 @@ void EditCommands::rewrite(int pane, const GridRange &cells, const QString &name
             const ChangeStep step(m_editor.OggettoDtb(pane), name);
             lay();
             m_save.SalvaGridInDatabase(pane, cells);
-            m_stored.look(pane, cells);
+            m_stored.lookAtWritten(pane, cells);
         },
         [&] { m_tables.reloadAfterFailure(pane); });
 }

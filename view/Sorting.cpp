@@ -36,7 +36,7 @@ void Sorting::SortFPOP_Click() {
             const bool wasUnstored = m_editor.pane(pane).TextsUnstored();
             m_save.SalvaGridInDatabase(pane);
             if (wasUnstored)
-                StoredMarks(m_editor).look(pane, {1, 1, grid.Rows() - 1, grid.Cols() - 1});
+                StoredMarks(m_editor).lookAtWritten(pane, {1, 1, grid.Rows() - 1, grid.Cols() - 1});
             if (order.empty())
                 return;
             m_editor.pane(pane).makeShownTableCurrent();
