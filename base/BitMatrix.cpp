@@ -37,19 +37,6 @@ std::size_t previousBit(std::span<const std::uint64_t> words, std::size_t from, 
     return i * bitsPerWord + bitsPerWord - 1 - static_cast<std::size_t>(std::countl_zero(word));
 }
 
-/// How many of the bits from `first` to before `end` are set.
-std::size_t countBits(std::span<const std::uint64_t> words, std::size_t first, std::size_t end) {
-    std::size_t count = 0;
-    while (first < end) {
-        const std::size_t next = std::min(end, (first / bitsPerWord + 1) * bitsPerWord);
-        const std::uint64_t from = ~std::uint64_t{0} << (first % bitsPerWord);
-        const std::uint64_t upTo = ~std::uint64_t{0} >> (bitsPerWord - 1 - (next - 1) % bitsPerWord);
-        count += static_cast<std::size_t>(std::popcount(words[first / bitsPerWord] & from & upTo));
-        first = next;
-    }
-    return count;
-}
-
 } // namespace
 
 BitMatrix::BitMatrix(std::size_t rows, std::size_t columns)
@@ -131,9 +118,17 @@ std::uint64_t *BitMatrix::ownRow(std::size_t row) {
 }
 
 void BitMatrix::storeRows(std::size_t count) {
-    for (std::size_t stored = storedRows(); stored < count; ++stored) {
+    const std::size_t stored = storedRows();
+    if (stored >= count)
+        return;
+    if (!restIsSet()) { // the usual case: many rows at once, none of which has to be looked at
+        m_words.resize(count * m_wordsPerRow);
+        m_rowsSet.resize((count - 1) / bitsPerWord + 1);
+        return;
+    }
+    for (std::size_t row = stored; row < count; ++row) {
         m_words.insert(m_words.end(), m_rest.begin(), m_rest.end());
-        noteRow(stored);
+        noteRow(row);
     }
 }
 
@@ -172,14 +167,6 @@ std::size_t BitMatrix::previousRow(std::size_t row) const {
     if (row >= stored && restIsSet())
         return row;
     return stored == 0 ? m_rows : previousBit(m_rowsSet, std::min(row, stored - 1), m_rows);
-}
-
-std::size_t BitMatrix::countRows(std::size_t first, std::size_t end) const {
-    const std::size_t stored = storedRows();
-    end = std::min(end, m_rows);
-    const std::size_t count = countBits(m_rowsSet, first, std::min(end, stored));
-    const std::size_t firstBehind = std::max(first, stored);
-    return firstBehind < end && restIsSet() ? count + end - firstBehind : count;
 }
 
 std::size_t BitMatrix::nextColumn(std::size_t row, std::size_t column) const {

@@ -49,8 +49,6 @@ public:
     std::size_t previousRow(std::size_t row) const;
     /// How many rows have a set flag; costs no more than a look at one row.
     std::size_t rowCount() const { return m_rowCount + (restIsSet() ? m_rows - storedRows() : 0); }
-    /// How many of the rows from `first` to before `end` have a set flag.
-    std::size_t countRows(std::size_t first, std::size_t end) const;
     /// The first column of a row from `column` on whose flag is set, columns() when none is.
     std::size_t nextColumn(std::size_t row, std::size_t column) const;
     /// The last column of a row up to `column` whose flag is set, columns() when none is.

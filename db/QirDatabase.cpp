@@ -1,9 +1,11 @@
 #include "db/QirDatabase.h"
 
+#include "db/LastSave.h"
 #include "platform/automation/AutomationError.h"
 #include "platform/automation/ComponentLoader.h"
 #include "platform/automation/Member.h"
 
+#include <QMetaProperty>
 #include <QtEndian>
 
 #include <algorithm>
@@ -242,10 +244,10 @@ void QirDatabase::GetQirRecord(int record, QStringList &values) const {
 }
 
 void QirDatabase::BeginChanges() const {
-    if (m_openGroups++ == 0)
-        m_groupBegin = m_revision;
     if (beginChanges.isIn(m_object))
         beginChanges(m_object);
+    if (m_openGroups++ == 0)
+        m_groupBegin = m_revision;
 }
 
 void QirDatabase::EndChanges() const {
@@ -423,6 +425,14 @@ void QirDatabase::RevertToSaved(const QString &name) const {
 
 bool QirDatabase::hasRevert() const {
     return !isEmpty() && revertToSaved.isIn(m_object);
+}
+
+std::optional<bool> lastSaveStands(const QirDatabase &database) {
+    if (database.isEmpty())
+        return std::nullopt;
+    const QMetaObject *metaObject = database.object()->metaObject();
+    const int property = metaObject->indexOfProperty("LastSaveStands");
+    return property < 0 ? std::nullopt : std::optional(metaObject->property(property).read(database.object()).toBool());
 }
 
 ChangeStep::ChangeStep(const QirDatabase &database, const QString &name, const QString &key)

@@ -32,6 +32,7 @@ class clsQirDatabase : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool DtbHasChanged READ DtbHasChanged WRITE setDtbHasChanged)
     Q_PROPERTY(bool LeaveJournal READ leaveJournal WRITE setLeaveJournal)
+    Q_PROPERTY(bool LastSaveStands READ lastSaveStands)
     Q_PROPERTY(int QIRTablesCount READ QIRTablesCount)
     Q_PROPERTY(int QirTableFieldsCount READ QirTableFieldsCount)
     Q_PROPERTY(int QirTableRecordsCount READ QirTableRecordsCount)
@@ -62,6 +63,8 @@ public:
     /// Writes a changed database to its file and clears the changed flag. Does nothing when nothing has changed. Throws
     /// when it cannot be written or has no name; the flag stays True and the file is the old one then.
     Q_INVOKABLE void SaveDtb();
+    /// Whether the file is the very one that the last SaveDtb() wrote; False before one.
+    bool lastSaveStands() const { return m_file.lastSaveStands(); }
     /// "" when there is none.
     Q_INVOKABLE QString GetDatabaseFileName() const;
     /// Where the next save goes; a fresh instance becomes an open one. False, with nothing changed, where the name

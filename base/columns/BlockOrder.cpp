@@ -11,12 +11,18 @@ namespace {
 
 using Orders = std::span<const std::uint32_t>;
 
-/// Calls `make` for each stretch of `order` that becomes a block.
-std::vector<ColumnBlock> inBlocks(Orders order, const std::function<ColumnBlock(Orders)> &make) {
+/// Calls `make` for each stretch of `order` that becomes a block, as long as the usual one or as `fitting` has it.
+std::vector<ColumnBlock> inBlocks(Orders order, const std::function<ColumnBlock(Orders)> &make,
+                                  const std::function<std::size_t(Orders)> &fitting = {}) {
     std::vector<ColumnBlock> blocks;
     const auto most = static_cast<std::size_t>(usualBlockValues);
-    for (std::size_t first = 0; first < order.size(); first += most)
-        blocks.push_back(make(order.subspan(first, std::min(most, order.size() - first))));
+    for (std::size_t first = 0; first < order.size();) {
+        Orders part = order.subspan(first, std::min(most, order.size() - first));
+        if (fitting)
+            part = part.first(fitting(part));
+        blocks.push_back(make(part));
+        first += part.size();
+    }
     return blocks;
 }
 
@@ -45,7 +51,17 @@ std::vector<ColumnBlock> reorderedTexts(std::span<const ColumnBlock> blocks, Ord
     for (const ColumnBlock &block : blocks)
         for (qsizetype i = 0; i < block.count(); ++i)
             all.push_back(block.textBytes(i));
-    return inBlocks(order, [&](Orders part) {
+    // Texts of a block begin at numbers of 32 bits, and who changes one of them copies all.
+    const auto fitting = [&](Orders part) {
+        std::size_t values = 0;
+        for (qsizetype bytes = 0; values < part.size(); ++values) {
+            bytes += all[part[values]].size();
+            if (values > 0 && bytes > mostBlockBytes)
+                break;
+        }
+        return values;
+    };
+    const auto make = [&](Orders part) {
         qsizetype size = 0;
         for (const std::uint32_t index : part)
             size += all[index].size();
@@ -64,7 +80,8 @@ std::vector<ColumnBlock> reorderedTexts(std::span<const ColumnBlock> blocks, Ord
             out += text.size();
         }
         return ColumnBlock::ofTexts(std::move(places), std::move(bytes));
-    });
+    };
+    return inBlocks(order, make, fitting);
 }
 
 } // namespace

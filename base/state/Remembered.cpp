@@ -28,6 +28,7 @@ constexpr auto pairsKey = "pairs"_L1;
 constexpr auto keysKey = "keyFields"_L1;
 constexpr auto folderKey = "folder"_L1;
 constexpr auto kindKey = "kind"_L1;
+constexpr auto folderProtectedKey = "folderProtected"_L1; // folder and kind are those of a protected file
 constexpr auto windowKey = "window"_L1;
 constexpr auto choicesKey = "choices"_L1;
 constexpr auto protectedKey = "protected"_L1;
@@ -228,10 +229,14 @@ void Remembered::noteChosen(const QString &path, Protection protection) {
         m_kind = kind;
     if (!mayKeep(protection))
         return;
-    change([this](QJsonObject &state) {
+    change([&](QJsonObject &state) {
         state.insert(folderKey, m_folder);
         if (!m_kind.isEmpty())
             state.insert(kindKey, m_kind);
+        if (protection == Protection::Protected)
+            state.insert(folderProtectedKey, true);
+        else
+            state.remove(folderProtectedKey);
     });
 }
 
@@ -264,6 +269,9 @@ bool Remembered::setKeepsProtected(bool keeps) {
     return change([](QJsonObject &state) {
         for (const QLatin1StringView key : {filesKey, pairsKey, keysKey})
             removeFrom(state, key, [](const QJsonObject &entry) { return entry.value(protectedKey).toBool(); });
+        if (state.take(folderProtectedKey).toBool())
+            for (const QLatin1StringView key : {folderKey, kindKey})
+                state.remove(key);
     });
 }
 
@@ -283,7 +291,8 @@ bool Remembered::forget() {
     m_folder.clear();
     m_kind.clear();
     return change([](QJsonObject &state) {
-        for (const QLatin1StringView key : {filesKey, pairsKey, keysKey, folderKey, kindKey, windowKey})
+        for (const QLatin1StringView key :
+             {filesKey, pairsKey, keysKey, folderKey, kindKey, folderProtectedKey, windowKey})
             state.remove(key);
     });
 }

@@ -115,11 +115,11 @@ Check checkChunkSize(const Fields &fields) {
 }
 
 Check checkMethods(const Fields &fields) {
-    const auto kdf = Kdf(fields.byte(kdfMethod));
-    const auto cipher = Cipher(fields.byte(cipherMethod));
+    const auto kdf = static_cast<Kdf>(fields.byte(kdfMethod));
+    const auto cipher = static_cast<Cipher>(fields.byte(cipherMethod));
     if ((kdf != Kdf::None && kdf != Kdf::Argon2id13) ||
         (cipher != Cipher::None && cipher != Cipher::XChaCha20Poly1305Stream) ||
-        Digest(fields.byte(digestMethod)) != Digest::Blake2bXxh3)
+        static_cast<Digest>(fields.byte(digestMethod)) != Digest::Blake2bXxh3)
         return newer(u"it is sealed in a way that this version does not know"_s);
     if ((kdf != Kdf::None) != fields.isProtected() || (cipher != Cipher::None) != fields.isProtected())
         return contradiction(u"it says both that it is protected and that it is open"_s);

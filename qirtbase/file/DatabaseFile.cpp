@@ -41,6 +41,15 @@ bool takesFile(FileOps &ops, const QString &path) {
            OpenFile::openAt(ops, target->folder.descriptor(), target->name, O_RDWR | O_NOFOLLOW | O_NONBLOCK);
 }
 
+/// What stands where a path leads; nothing where that cannot be said.
+std::optional<struct stat> standingAt(FileOps &ops, const QString &path) {
+    const auto target = ResolvedPath::of(ops, systemPath(path));
+    if (!target)
+        return std::nullopt;
+    const auto standing = ops.statusAt(target->folder.descriptor(), target->name, FollowLinks::No);
+    return standing ? std::optional(*standing) : std::nullopt;
+}
+
 } // namespace
 
 DatabaseFile::DatabaseFile(FileOps &ops, DatabaseFileOptions options)
@@ -195,6 +204,7 @@ bool DatabaseFile::setFileName(const QString &path) {
     if (!m_previousPlace)
         m_previousPlace = m_place;
     m_place = {path, absolutePath(*where)};
+    m_meant = standingAt(m_ops, *where);
     return true;
 }
 
@@ -205,7 +215,8 @@ SaveOutcome DatabaseFile::trySave(QByteArrayView body) {
                                                .fileId = m_header.fileId,
                                                .ownSaveIds = m_ownSaveIds,
                                                .torn = m_torn,
-                                               .replaceMeant = m_previousPlace.has_value()},
+                                               .replaceMeant = m_previousPlace.has_value(),
+                                               .meant = m_meant},
                                     .header = m_header,
                                     .keys = m_keys,
                                     .body = body,
@@ -216,6 +227,7 @@ SaveOutcome DatabaseFile::trySave(QByteArrayView body) {
         m_header = outcome.header;
         m_ownSaveIds = {m_header.saveId};
         m_torn = false;
+        m_lastSave = outcome.status;
         m_previousPlace.reset();
         m_keysOnDisk = m_keys.clone();
     } else if (m_previousPlace) {
@@ -237,6 +249,17 @@ Result<void> DatabaseFile::save(QByteArrayView body) {
     if (outcome.error)
         return tl::unexpected(*outcome.error);
     return {};
+}
+
+bool DatabaseFile::lastSaveStands() const {
+    const Place &place = m_previousPlace ? *m_previousPlace : m_place;
+    if (!m_lastSave || place.path.isEmpty())
+        return false;
+    const auto status = m_ops.statusAt(AT_FDCWD, systemPath(place.path), FollowLinks::Yes);
+    if (!status || !sameVersion(*status, *m_lastSave))
+        return false;
+    const auto header = readFileHeader(m_ops, place.path);
+    return header && header->saveId == saveId();
 }
 
 DatabaseFile::Released DatabaseFile::saveAtRelease(QByteArrayView body) noexcept {

@@ -74,16 +74,19 @@ public:
     void setPlace(const QString &name, const QString &path) { m_told = {name, path}; }
     /// The name as it was given to load() or setFileName(), "" when there is none.
     QString fileName() const { return m_place.name; }
-    /// Where the next save goes. Replacing what stands there is then meant. False, with nothing changed, where the
-    /// folder is missing or takes no file, where the name is empty, a folder or device, or ambiguous, and after a
-    /// failed load. On a fresh instance it makes a new, open database. When the first save under the name fails the old
-    /// name comes back.
+    /// Where the next save goes. Replacing what stands there now is then meant; what takes its place before the save is
+    /// kept beside it. False, with nothing changed, where the folder is missing or takes no file, where the name is
+    /// empty, a folder or device, or ambiguous, and after a failed load. On a fresh instance it makes a new, open
+    /// database. When the first save under the name fails the old name comes back.
     bool setFileName(const QString &path);
 
     /// Writes `body` as the new version of the file, with every step checked and the result read back before it takes
     /// the old one's place. Does nothing without a name. On failure the file on disk is the old one, whole, unless the
     /// text says otherwise; the instance may try again.
     Result<void> save(QByteArrayView body);
+    /// Whether the file is the very one that was written by the last save here: nobody has written to it or replaced it
+    /// since. False before a save.
+    bool lastSaveStands() const;
 
     /// What became of a database at its release.
     enum class Released { Saved, Rescued, Lost };
@@ -139,9 +142,11 @@ private:
     Place m_place;
     Place m_told;                             // by setPlace()
     std::optional<Place> m_previousPlace;     // while a name set by setFileName() has not been saved under
+    std::optional<struct stat> m_meant;       // what stood under that name when it was set
     FileHeader m_header;                      // of the version on disk
     std::vector<FileIdentifier> m_ownSaveIds; // what may stand there unless somebody else wrote; the first is known to
     bool m_torn = false;                      // a write in place was cut short
+    std::optional<struct stat> m_lastSave;    // of what the last save here has written
     ContainerKeys m_keys;
     ContainerKeys m_keysOnDisk;
 };

@@ -52,7 +52,7 @@ FileSave::Step FileSave::save() {
     const StandingFile &standing = m_target.standing();
     if (standing.exists && standing.status.st_nlink > 1)
         return writeInPlace();
-    const Step replaced = replace();
+    Step replaced = replace();
     if (!replaced && standing.exists && !m_replaceable)
         return writeInPlace();
     return replaced;
@@ -83,7 +83,7 @@ FileSave::Step FileSave::cannotReplace(SystemError error) {
 // ------------------------------------------------------------------------------------------------ replacing the file
 
 FileSave::Step FileSave::replace() {
-    const Step done = stage()
+    Step done = stage()
                           .and_then([&] { return write(); })
                           .and_then([&] { return readBack(); })
                           .and_then([&] { return m_target.standing().exists ? publishOver() : publishNew(); })
@@ -137,6 +137,13 @@ void FileSave::announce() const {
         m_request.publishing(m_outcome.header.saveId);
 }
 
+void FileSave::notePublished(int file) {
+    m_outcome.published = true;
+    rememberOwnSave(m_outcome.header.saveId);
+    if (const auto status = m_ops.status(file))
+        m_outcome.status = *status;
+}
+
 FileSave::Step FileSave::publishNew() {
     const auto published = m_staged->publishNew(m_target.name());
     if (published)
@@ -172,7 +179,7 @@ FileSave::Step FileSave::publishOver() {
             OpenFile::openAt(m_ops, m_target.folder(), m_target.name(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
         if (!file)
             return m_target.failed(file.error());
-        if (const Step kept = keepCopyElsewhere(file->descriptor()); !kept)
+        if (Step kept = keepCopyElsewhere(file->descriptor()); !kept)
             return kept;
     }
     if (const auto published = m_staged->publishOver(m_target.name()); !published)
@@ -182,8 +189,7 @@ FileSave::Step FileSave::publishOver() {
 
 /// The new version stands under its name. First that must be safe, then the old one may go.
 FileSave::Step FileSave::settle() {
-    m_outcome.published = true;
-    rememberOwnSave(m_outcome.header.saveId);
+    notePublished(m_staged->descriptor());
     if (const auto synced = m_target.place().syncFolder(m_ops); !synced) {
         const QString old = displayName(m_staged->temporaryName());
         m_staged->leaveTemporary();
@@ -296,8 +302,7 @@ FileSave::Step FileSave::writeThrough(int file) {
         return undo(*copy, file, systemErrorWords(removal.error));
     if (!removal.done)
         return uncertain(removal.error);
-    m_outcome.published = true;
-    rememberOwnSave(m_outcome.header.saveId);
+    notePublished(file);
     if (!removal.lasting)
         return failure(u"%1: was saved, but a power failure now might bring the old version back: %2"_s.arg(
             m_request.target.name, systemErrorWords(removal.error)));

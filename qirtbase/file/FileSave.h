@@ -34,7 +34,8 @@ struct SaveOutcome {
     bool torn = false; ///< The file may be a mixture now; its safe copy holds what it was.
     std::optional<Error> error;
     QStringList notices;
-    FileHeader header; ///< Of the version written, or attempted.
+    FileHeader header;                 ///< Of the version written, or attempted.
+    std::optional<struct stat> status; ///< Of what was published, right after that; none where it was not learned.
 };
 
 /// Replaces a database file on disk by a new version, or leaves it whole as it was. Where it cannot be replaced it is
@@ -71,6 +72,7 @@ private:
     Step uncertain(SystemError error);
     void forgetCopies(int file);
     void announce() const;
+    void notePublished(int file);
     Step keepCopyElsewhere(int file);
 
     /// A step failed in a way that says: this file cannot be replaced at all.

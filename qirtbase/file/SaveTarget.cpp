@@ -116,10 +116,15 @@ bool SaveTarget::isOurs(const StandingFile &standing) const {
     return std::ranges::find(m_expectation.ownSaveIds, standing.header->saveId) != m_expectation.ownSaveIds.end();
 }
 
+bool SaveTarget::cameLater() const {
+    return m_expectation.replaceMeant && !(m_expectation.meant && sameVersion(m_standing.status, *m_expectation.meant));
+}
+
 bool SaveTarget::mayBeSomebodysVersion() const {
     if (!m_standing.exists || isOurs(m_standing))
         return false;
-    return m_standing.unreadable || (m_standing.header && m_standing.header->fileId == m_expectation.fileId);
+    return m_standing.unreadable || cameLater() ||
+           (m_standing.header && m_standing.header->fileId == m_expectation.fileId);
 }
 
 } // namespace qir

@@ -23,6 +23,8 @@ struct SaveExpectation {
     std::vector<FileIdentifier> ownSaveIds;
     bool torn = false;         ///< An earlier save of ours may have left it half written.
     bool replaceMeant = false; ///< The user has just chosen the name: what stands there gives way.
+    /// With that, what stood there when the name was chosen, nothing for no file: what came later nobody has seen.
+    std::optional<struct stat> meant;
 
     /// The save id of the version that was read or last written, zeros for none.
     FileIdentifier knownSaveId() const { return ownSaveIds.empty() ? FileIdentifier{} : ownSaveIds.front(); }
@@ -71,7 +73,8 @@ public:
     bool isStill(int file, const struct stat &status) const;
     /// Whether what stands there is a version that this instance read or wrote.
     bool isOurs(const StandingFile &standing) const;
-    /// Whether what stood there may be a version that somebody else made of our file: never to be thrown away.
+    /// Whether what stood there may be a version that somebody else made of our file, or came after it was meant to
+    /// give way: never to be thrown away.
     bool mayBeSomebodysVersion() const;
 
     tl::unexpected<Error> failed(const QString &reason) const;
@@ -79,6 +82,8 @@ public:
     tl::unexpected<Error> conflict(const StandingFile &standing) const;
 
 private:
+    bool cameLater() const;
+
     FileOps &m_ops;
     const SaveExpectation &m_expectation;
     std::optional<ResolvedPath> m_place;

@@ -107,6 +107,8 @@ private:
     void writeImages();
     void writeImage(const QByteArray &image);
     void writePending();
+    bool appendPending();
+    void dropKeptSteps();
     void syncInTime();
     void makeFile();
     bool hasChanges() const { return hasRecords() && m_file->offset() > m_keptEnd; }

@@ -313,6 +313,8 @@ SystemResult<void> JournalFile::cutAt(std::uint64_t offset) {
 // ----------------------------------------------------------------------------------------------------------- appending
 
 SystemResult<void> JournalFile::append(QByteArrayView payload) {
+    if (static_cast<std::size_t>(payload.size()) > journal::payloadMax)
+        return tl::unexpected(SystemError{EMSGSIZE}); // nobody would read it
     QByteArray out;
     const bool isFirst = m_offset == 0;
     const std::uint64_t begin = m_offset;
@@ -446,6 +448,8 @@ SystemResult<JournalFile> JournalFile::replace(JournalFile &other, JournalHead h
             return abandoned(appended.error());
     if (other.readError())
         return abandoned(*other.readError());
+    if (other.isDamaged())
+        return abandoned({EBADMSG}); // what stands behind the damage would be gone
     if (const auto synced = journal->sync(); !synced)
         return abandoned(synced.error());
     // Under the other's name where that may stay, so that there is never one too many.

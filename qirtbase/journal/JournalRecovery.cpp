@@ -101,10 +101,15 @@ private:
             cannotRead(*journal);
             return;
         }
-        if (contents.isEmpty() && contents.isDamaged) {
+        // Steps of before the save that nobody can use, or nothing at all.
+        const bool isOfNoUse = contents.isEmpty() || (!contents.hasChanges && !contents.belongs);
+        if (isOfNoUse && contents.isDamaged) {
             tell(u"unsaved changes in '%1' cannot be read: it is damaged"_s.arg(retired(*journal)));
-        } else if (contents.isEmpty() || (!contents.hasChanges && !contents.belongs)) {
+        } else if (contents.isEmpty()) {
             (void)journal->remove();
+        } else if (!contents.hasChanges && (isOfNoUse || m_outcome.journal)) {
+            if (standsElsewhere(journal->head()).isEmpty())
+                (void)journal->remove();
         } else if (!m_request.keys.isProtected() || journal->head().sealed) {
             takeOrSetAside(std::move(*journal), contents);
         } else {
@@ -116,6 +121,8 @@ private:
 
     void takeOrSetAside(JournalFile journal, JournalContents contents) {
         const QString elsewhere = standsElsewhere(journal.head());
+        if (!elsewhere.isEmpty() && !contents.hasChanges && !contents.isDamaged)
+            return; // steps of what is saved there
         if (!elsewhere.isEmpty())
             tell(u"there are unsaved changes to '%1', of which this is a copy; they are shown when that "
                  "one is opened"_s.arg(elsewhere));
@@ -165,9 +172,21 @@ private:
             return;
         if (mayBeOurs)
             m_strangersUnderOtherPasswords = true;
-        else
+        else if (!holdsNothingTyped(name))
             tell(u"there are unsaved changes to another database that stood here before; they are kept in "
                  "'%1', and shown when that one is opened"_s.arg(shownName(name)));
+    }
+
+    /// A stranger's that has no more than steps of before its save, as far as that can be seen without its password.
+    bool holdsNothingTyped(const std::string &name) {
+        auto folder = m_folder.open(m_ops);
+        if (!folder)
+            return false;
+        auto journal = JournalFile::open(m_ops, std::move(*folder), name, m_request.random);
+        if (!journal || journal->head().sealed || !journal->unlock({}))
+            return false;
+        const JournalContents contents = surveyJournal(*journal, journal->head().base);
+        return !contents.hasChanges && !contents.isDamaged && !journal->readError();
     }
 
     /// Gives the journal its keys. Without them it stays for a later open.

@@ -2,6 +2,7 @@
 
 #include "base/ByteReader.h"
 #include "qirtbase/journal/JournalCodec.h"
+#include "qirtbase/journal/JournalReplay.h"
 
 namespace qir {
 

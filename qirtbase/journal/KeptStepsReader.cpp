@@ -3,7 +3,9 @@
 #include "base/ByteReader.h"
 #include "base/columns/UnicodeText.h"
 #include "qirtbase/journal/JournalCodec.h"
+#include "qirtbase/journal/JournalReplay.h"
 #include "qirtbase/journal/KeptTables.h"
+#include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/ModelLimits.h"
 
 #include <bit>
@@ -116,7 +118,7 @@ private:
         if (operation.table >= m_database.tableCount())
             return false;
         Table &table = m_database.table(operation.table);
-        switch (JournalOperation(operation.kind)) {
+        switch (static_cast<JournalOperation>(operation.kind)) {
         case JournalOperation::RecordsDropped:
             return recordsDropped(table, operation);
         case JournalOperation::RecordBack:
@@ -213,10 +215,20 @@ private:
     QByteArray m_parts;
 };
 
+/// A step that says more than it takes back would change unseen what was saved.
+bool isSame(const Database &saved, const Database &database) {
+    if (saved.tableCount() != database.tableCount())
+        return false;
+    for (std::size_t i = 0; i < saved.tableCount(); ++i)
+        if (encodeTable(saved.table(i), BodyFor::Journal) != encodeTable(database.table(i), BodyFor::Journal))
+            return false;
+    return true;
+}
+
 } // namespace
 
 bool readKeptSteps(QByteArrayView operations, const Database &saved, Database &database) {
-    return StepsReader(saved, database).read(operations);
+    return StepsReader(saved, database).read(operations) && isSame(saved, database);
 }
 
 } // namespace qir

@@ -17,19 +17,26 @@ namespace {
 
 constexpr qsizetype mostPayload = qsizetype{64} << 10;
 constexpr qsizetype partSize = qsizetype{1} << 20;
+constexpr qsizetype mostOfOperation = partSize + 64; // so that a record has room for it behind others
+
+/// The step takes more room than there is.
+struct TooLarge {};
 
 /// A run of operations, cut into payloads of records.
 class Payloads {
 public:
     std::size_t size() const { return m_size; }
-    /// For one operation.
+    /// For one operation. Throws TooLarge where no record can hold it.
     template<class Encode>
     void add(Encode encode) {
         if (m_payloads.empty() || m_payloads.back().size() >= mostPayload)
             m_payloads.emplace_back();
         const qsizetype before = m_payloads.back().size();
         encode(m_payloads.back());
-        m_size += static_cast<std::size_t>(m_payloads.back().size() - before);
+        const qsizetype size = m_payloads.back().size() - before;
+        if (size > mostOfOperation)
+            throw TooLarge();
+        m_size += static_cast<std::size_t>(size);
     }
     void addParts(QByteArrayView bytes) {
         for (qsizetype at = 0; at < bytes.size(); at += partSize)
@@ -43,9 +50,6 @@ private:
     std::vector<QByteArray> m_payloads;
     std::size_t m_size = 0;
 };
-
-/// The step takes more room than there is.
-struct TooLarge {};
 
 /// Says how entries are applied one after the other, starting from a list of tables as it is saved.
 class EntryWriter {
@@ -63,13 +67,14 @@ public:
         m_limit = limit;
         m_out.add([&](QByteArray &out) { encodeStepMark(out, {.kind = kind, .name = step.name, .time = step.time}); });
         const std::size_t count = step.entries.size();
+        requireRoom();
         for (std::size_t i = 0; i < count; ++i) {
             std::visit(*this, step.entries[kind == StepKind::Undone ? count - 1 - i : i]);
-            if (m_out.size() > m_limit)
-                throw TooLarge();
+            requireRoom();
         }
         if ((kind == StepKind::Undone ? step.before : step.after) == m_savedState)
             m_out.add([](QByteArray &out) { encodeMark(out, JournalOperation::AsSaved); });
+        requireRoom();
         return std::move(m_out);
     }
 
@@ -158,6 +163,10 @@ public:
     }
 
 private:
+    void requireRoom() const {
+        if (m_out.size() > m_limit)
+            throw TooLarge();
+    }
     std::size_t room() const { return m_limit - std::min(m_limit, m_out.size()); }
     /// Entries about one table come in runs.
     std::size_t indexOf(const Table *table) {

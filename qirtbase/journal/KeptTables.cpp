@@ -231,7 +231,7 @@ std::optional<Field> KeptTablesReader::takeField(ByteReader &reader, std::size_t
 /// The field that has the values of a piece, null where there is none, with the first of them and their number.
 std::tuple<const Field *, std::size_t, std::size_t> KeptTablesReader::takePiece(ByteReader &reader) {
     const std::tuple<const Field *, std::size_t, std::size_t> none = {nullptr, 0, 0};
-    const auto kind = KeptPiece(reader.number<std::uint8_t>());
+    const auto kind = static_cast<KeptPiece>(reader.number<std::uint8_t>());
     if (kind == KeptPiece::Saved) {
         const std::size_t table = reader.number<std::uint32_t>();
         const std::size_t field = reader.number<std::uint32_t>();

@@ -5,13 +5,11 @@
 #include "base/Collation.h"
 #include "base/columns/UnicodeText.h"
 #include "qirtbase/model/ColumnReader.h"
+#include "qirtbase/model/ColumnWriter.h"
 
 #include <QSet>
 
 #include <algorithm>
-#include <bit>
-#include <numeric>
-#include <span>
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +19,6 @@ namespace {
 
 constexpr std::size_t tableHeadSize = sizeof(std::uint32_t) + sizeof(std::uint16_t);
 constexpr std::size_t fieldHeadSize = sizeof(std::uint8_t) + sizeof(std::uint16_t);
-constexpr std::size_t lengthSize = sizeof(std::uint32_t); // of a text
 constexpr std::size_t nameHeadSize = sizeof(std::uint16_t);
 
 // ---------------------------------------------------------------------------------------------------------- encoding
@@ -30,14 +27,10 @@ std::size_t encodedSize(const QString &name) {
     return nameHeadSize + utf8Size(QStringView(name));
 }
 
-std::size_t encodedSize(const Column &column) {
-    return column.size() * (column.isText() ? lengthSize : valueSize(column.type())) + column.textBytes();
-}
-
 std::size_t encodedSize(const Table &table) {
     std::size_t size = tableHeadSize + encodedSize(table.name().text);
     for (const Field &field : table.fields())
-        size += fieldHeadSize + nameHeadSize + field.name.utf8().size() + encodedSize(field.column);
+        size += fieldHeadSize + nameHeadSize + field.name.utf8().size() + writtenSize(field.column);
     return size;
 }
 
@@ -66,8 +59,7 @@ public:
             m_out.number(static_cast<std::uint16_t>(field.size));
             m_out.sizedBytes<std::uint16_t>(QByteArrayView(field.name.utf8()));
         }
-        for (const Field &field : table.fields())
-            column(field.column);
+        columns(table.fields());
     }
 
 private:
@@ -77,30 +69,14 @@ private:
         writeUtf8(m_out.room(size).data(), QStringView(text));
     }
 
-    void column(const Column &column) {
-        for (std::size_t i = 0; i < column.chunkCount(); ++i) {
-            const ColumnChunk &chunk = column.chunk(i);
-            if (column.isText())
-                m_out.numbers<std::uint32_t>(chunk.size(column.type()),
-                                             [places = chunk.values().constData()](std::size_t k) {
-                                                 return placeAt(places + k * sizeof(TextPlace)).length;
-                                             });
-            else
-                bytes(chunk.values());
+    void columns(const std::vector<Field> &fields) {
+        std::vector<const Column *> columns;
+        std::size_t size = 0;
+        for (const Field &field : fields) {
+            columns.push_back(&field.column);
+            size += writtenSize(field.column);
         }
-        for (std::size_t i = 0; column.isText() && i < column.chunkCount(); ++i)
-            texts(column.chunk(i));
-    }
-
-    void texts(const ColumnChunk &chunk) {
-        const QByteArray held = chunk.bytes();
-        if (chunk.isInOrder()) {
-            bytes(QByteArrayView(held).first(static_cast<qsizetype>(chunk.textBytes())));
-            return;
-        }
-        char *out = m_out.room(chunk.textBytes()).data();
-        for (std::size_t i = 0; i < chunk.size(ColumnType::Text); ++i)
-            out = std::ranges::copy(chunk.text(i), out).out;
+        writeColumns(columns, m_out.room(size));
     }
 
     ByteWriter m_out;
@@ -254,9 +230,9 @@ private:
             m_budget.take(static_cast<std::uint64_t>(values.size()));
             return {type, size, values, {}};
         }
-        const QByteArrayView lengths = m_payload.take(std::uint64_t{m_records} * lengthSize);
+        const QByteArrayView lengths = m_payload.take(std::uint64_t{m_records} * textLengthSize);
         std::uint64_t total = 0;
-        for (qsizetype i = 0; i < lengths.size(); i += lengthSize)
+        for (qsizetype i = 0; i < lengths.size(); i += textLengthSize)
             total += qFromLittleEndian<std::uint32_t>(lengths.data() + i);
         const QByteArrayView texts = m_payload.take(total);
         m_budget.take(std::uint64_t{m_records} * sizeof(TextPlace) + total);

@@ -56,6 +56,16 @@ bool holdsValues(const ColumnChunk &chunk, std::size_t offset, const ColumnBlock
     return true;
 }
 
+/// Bytes of text of a chunk with those of a block in the place of its texts from `offset` on.
+std::size_t textBytesWith(const ColumnChunk &chunk, std::size_t offset, const ColumnBlock &block) {
+    std::size_t bytes = chunk.textBytes();
+    for (qsizetype i = 0; block.isText() && i < block.count(); ++i) {
+        bytes -= static_cast<std::size_t>(chunk.text(offset + static_cast<std::size_t>(i)).size());
+        bytes += static_cast<std::size_t>(block.textBytes(i).size());
+    }
+    return bytes;
+}
+
 /// A chunk of the block's own memory. A text that stands there twice is there but once: more texts than bytes would
 /// cost much where they are written.
 ColumnChunk adopted(const ColumnBlock &block) {
@@ -266,8 +276,13 @@ void Column::setBlock(std::size_t first, const ColumnBlock &block) {
     std::vector<std::pair<std::size_t, ColumnChunk>> changed; // all of them before the first is put in its place
     for (qsizetype done = 0; done < block.count();) {
         const Place place = find(first + static_cast<std::size_t>(done));
-        const auto left = static_cast<qsizetype>(chunk(place.chunk).size(m_type) - place.offset);
-        const ColumnBlock part = block.sliced(done, std::min(left, block.count() - done));
+        const std::size_t size = chunk(place.chunk).size(m_type);
+        const ColumnBlock part =
+            block.sliced(done, std::min(static_cast<qsizetype>(size - place.offset), block.count() - done));
+        if (size > 1 && textBytesWith(chunk(place.chunk), place.offset, part) > chunkBytes) {
+            divide(place.chunk); // and on with the part that the front half has
+            continue;
+        }
         changed.emplace_back(place.chunk, changedChunk(place.chunk, place.offset, part));
         done += part.count();
     }

@@ -1,16 +1,13 @@
 #include "qirtbase/model/ColumnReader.h"
 
+#include "base/columns/Parallel.h"
 #include "base/columns/UnicodeText.h"
 
 #include <QtEndian>
 
 #include <algorithm>
-#include <atomic>
 #include <bit>
-#include <exception>
 #include <optional>
-#include <system_error>
-#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -18,7 +15,6 @@ namespace qir {
 
 namespace {
 
-constexpr std::size_t lengthSize = sizeof(std::uint32_t);
 // What a thread of its own is worth.
 constexpr std::size_t largeBytes = std::size_t{4} << 20;
 
@@ -85,7 +81,7 @@ public:
         const QByteArrayView bytes = m_texts.first(start);
         check(bytes, count, longest);
         ColumnChunk chunk{std::move(places), bytes.toByteArray(), start};
-        const qsizetype lengths = count * static_cast<qsizetype>(lengthSize);
+        const qsizetype lengths = count * static_cast<qsizetype>(textLengthSize);
         if (m_memory == BodyMemory::GivenBack) {
             giveBack(m_lengths.first(lengths));
             giveBack(bytes);
@@ -97,11 +93,11 @@ public:
 
 private:
     std::uint32_t lengthAt(qsizetype index) const {
-        return qFromLittleEndian<std::uint32_t>(m_lengths.data() + index * static_cast<qsizetype>(lengthSize));
+        return qFromLittleEndian<std::uint32_t>(m_lengths.data() + index * static_cast<qsizetype>(textLengthSize));
     }
     /// So many records, and no more bytes than a chunk is to have.
     qsizetype countOfNext() const {
-        const qsizetype most = std::min(m_lengths.size() / static_cast<qsizetype>(lengthSize),
+        const qsizetype most = std::min(m_lengths.size() / static_cast<qsizetype>(textLengthSize),
                                         static_cast<qsizetype>(Column::chunkRecords));
         std::uint64_t bytes = 0;
         for (qsizetype i = 0; i < most; ++i)
@@ -146,79 +142,26 @@ Column readColumn(const ColumnBytes &column, BodyMemory memory) {
     return {column.type, std::move(chunks)};
 }
 
-/// Reads each of the columns once, from any number of threads.
-class SharedReading {
-public:
-    SharedReading(std::span<const ColumnBytes> columns, BodyMemory memory)
-        : m_columns(columns)
-        , m_memory(memory)
-        , m_read(columns.size())
-        , m_errors(columns.size()) {}
-
-    void work() noexcept {
-        while (true) {
-            const std::size_t index = m_next++;
-            if (index >= m_columns.size())
-                return;
-            try {
-                m_read[index] = readColumn(m_columns[index], m_memory);
-            } catch (...) {
-                m_errors[index] = std::current_exception();
-            }
-        }
-    }
-
-    std::vector<Column> result() {
-        for (const std::exception_ptr &error : m_errors)
-            if (error)
-                std::rethrow_exception(error);
-        std::vector<Column> columns;
-        columns.reserve(m_read.size());
-        for (std::optional<Column> &column : m_read)
-            columns.push_back(std::move(*column));
-        return columns;
-    }
-
-private:
-    std::span<const ColumnBytes> m_columns;
-    BodyMemory m_memory;
-    std::vector<std::optional<Column>> m_read;
-    std::vector<std::exception_ptr> m_errors;
-    std::atomic<std::size_t> m_next = 0;
-};
-
-std::size_t helpersFor(std::span<const ColumnBytes> columns) {
+/// How many at once pay.
+std::size_t threadsFor(std::span<const ColumnBytes> columns) {
     std::size_t bytes = 0;
     for (const ColumnBytes &column : columns)
         bytes += static_cast<std::size_t>(column.values.size() + column.texts.size());
-    const std::size_t useful =
-        std::min({bytes / largeBytes, columns.size(), static_cast<std::size_t>(std::thread::hardware_concurrency())});
-    return useful < 2 ? 0 : useful - 1;
+    return std::max(bytes / largeBytes, std::size_t{1});
 }
 
 } // namespace
 
 std::vector<Column> readColumns(std::span<const ColumnBytes> columns, BodyMemory memory) {
-    const std::size_t helpers = helpersFor(columns);
-    if (helpers == 0) {
-        std::vector<Column> read;
-        read.reserve(columns.size());
-        for (const ColumnBytes &column : columns)
-            read.push_back(readColumn(column, memory));
-        return read;
-    }
-    SharedReading reading(columns, memory);
-    {
-        std::vector<std::jthread> threads;
-        threads.reserve(helpers);
-        try {
-            while (threads.size() < helpers)
-                threads.emplace_back([&reading] { reading.work(); });
-        } catch (const std::system_error &) { // NOLINT(bugprone-empty-catch): those that there are do it
-        }
-        reading.work();
-    }
-    return reading.result();
+    std::vector<std::optional<Column>> read(columns.size());
+    inParallel(
+        columns.size(), [&](std::size_t index) { read[index] = readColumn(columns[index], memory); },
+        threadsFor(columns));
+    std::vector<Column> result;
+    result.reserve(read.size());
+    for (std::optional<Column> &column : read)
+        result.push_back(std::move(*column));
+    return result;
 }
 
 } // namespace qir

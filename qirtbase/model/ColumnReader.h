@@ -7,16 +7,20 @@
 #include <QString>
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <vector>
 
 namespace qir {
 
+/// Bytes that the length of a text takes in a body.
+inline constexpr std::size_t textLengthSize = sizeof(std::uint32_t);
+
 /// A column as it stands in a body; its place is known before its values are looked at.
 struct ColumnBytes {
     ColumnType type;
     std::size_t size;      ///< Of a text field, in code points.
-    QByteArrayView values; ///< Numbers, or the length of each text in 4 bytes.
+    QByteArrayView values; ///< Numbers, or the length of each text.
     QByteArrayView texts;  ///< As many bytes as these lengths together.
 };
 

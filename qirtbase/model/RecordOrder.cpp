@@ -1,10 +1,12 @@
 #include "qirtbase/model/RecordOrder.h"
 
 #include "base/columns/BlockOrder.h"
+#include "base/columns/Parallel.h"
 
 #include <QByteArrayView>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <utility>
 
@@ -118,10 +120,12 @@ bool isReordered(const Table &now, const Table &before, std::span<const std::uin
     if (now.recordCount() != before.recordCount() || order.size() != now.recordCount() || order.empty() ||
         now.name().text != before.name().text || !areSameFields(now, before))
         return false;
-    for (std::size_t field = 0; field < now.fieldCount(); ++field)
-        if (!isReordered(now.field(field).column, before.field(field).column, order))
-            return false;
-    return true;
+    std::atomic<bool> reordered = true;
+    forEachColumn(now.fieldCount(), order.size(), [&](std::size_t field) {
+        if (reordered && !isReordered(now.field(field).column, before.field(field).column, order))
+            reordered = false;
+    });
+    return reordered;
 }
 
 } // namespace qir

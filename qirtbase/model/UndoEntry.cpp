@@ -1,5 +1,7 @@
 #include "qirtbase/model/UndoEntry.h"
 
+#include "base/columns/Parallel.h"
+
 #include <type_traits>
 #include <utility>
 
@@ -74,9 +76,12 @@ public:
     void operator()(TableImage &entry) const { std::swap(*entry.table, *entry.before); }
     void operator()(RecordsReordered &entry) const {
         RecordOrder back = inverse(entry.order);
+        const std::vector<Field> &fields = entry.table->fields();
         std::vector<Column> columns;
-        for (const Field &field : entry.table->fields())
-            columns.push_back(reordered(field.column, entry.order));
+        for (const Field &field : fields)
+            columns.emplace_back(field.type());
+        forEachColumn(columns.size(), back.size(),
+                      [&](std::size_t field) { columns[field] = reordered(fields[field].column, entry.order); });
         for (std::size_t field = 0; field < columns.size(); ++field)
             std::swap(entry.table->field(field).column, columns[field]);
         entry.order = std::move(back);
