@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/ArgumentTexts.h"
-#include "cli/Command.h"
+#include "cli/Subcommand.h"
 
 #include <QString>
 

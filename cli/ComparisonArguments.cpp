@@ -68,7 +68,7 @@ Result<ChosenKey> parseKey(const QString &text) {
     return key;
 }
 
-void ComparisonArguments::addKeys(Command &command) {
+void ComparisonArguments::addKeys(Subcommand &command) {
     command
         .options("--key", m_keys, "[TABLE:]FIELD[,FIELD..]",
                  "Records belong together that have the same values in these fields, wherever they stand; without "
@@ -76,14 +76,14 @@ void ComparisonArguments::addKeys(Command &command) {
         .options("--key-file", m_keyFiles, "FILE", "Read keys from a file, TABLE:FIELD,.. in each line");
 }
 
-void ComparisonArguments::addTolerance(Command &command) {
+void ComparisonArguments::addTolerance(Subcommand &command) {
     command.options("--ignore", m_ignore, "FIELD", "A field that is not compared")
         .flag("--ignore-case", m_ignoreCase, "Texts that differ in case only are the same")
         .flag("--ignore-blanks", m_ignoreBlanks, "Texts that differ in white space only are the same")
         .option("--tolerance", m_tolerance, "X", "Numbers up to so far apart are the same");
 }
 
-void ComparisonArguments::addTables(Command &command) {
+void ComparisonArguments::addTables(Subcommand &command) {
     command.options("--table", m_tables, "NAME", "Only this table; may be repeated");
 }
 

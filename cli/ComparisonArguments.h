@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
-#include "cli/Command.h"
+#include "cli/Subcommand.h"
 #include "compare/report/DatabaseDifference.h"
 
 #include <string>
@@ -20,11 +20,11 @@ std::vector<ChosenKey> readKeyFile(const QString &file);
 class ComparisonArguments {
 public:
     /// --key and --key-file.
-    void addKeys(Command &command);
+    void addKeys(Subcommand &command);
     /// --ignore, --ignore-case, --ignore-blanks and --tolerance.
-    void addTolerance(Command &command);
+    void addTolerance(Subcommand &command);
     /// --table.
-    void addTables(Command &command);
+    void addTables(Subcommand &command);
 
     bool byKey() const { return !m_keys.empty() || !m_keyFiles.empty(); }
     /// Whether values that differ may count as the same, or are not looked at.

@@ -26,7 +26,7 @@ void create(const QString &file) {
 
 void addCreate(CLI::App &program, Exit &) {
     auto file = std::make_shared<std::string>();
-    Command(program, "create", "Make an empty database")
+    Subcommand(program, "create", "Make an empty database")
         .argument("FILE", *file, "The new file; what stands there is not replaced")
         .run([file] { create(argumentText(*file)); });
 }

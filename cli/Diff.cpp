@@ -125,7 +125,8 @@ Exit compare(const Session &left, const Session &right, const Arguments &argumen
 
 Exit diff(const Arguments &arguments) {
     if (arguments.right.empty() || !arguments.more.empty())
-        throw std::runtime_error("diff takes two files; qirdb diff --help tells more");
+        throw std::runtime_error(arguments.right.empty() ? "diff: RIGHT is required; qirdb diff --help tells more"
+                                                         : "diff: takes two files; qirdb diff --help tells more");
     if (arguments.patch && arguments.comparison.leavesOut())
         throw std::runtime_error("a patch takes everything: --patch goes with no --ignore and no --tolerance");
     (void)arguments.comparison.choice(); // a wrong one is told before a password is asked for
@@ -168,7 +169,7 @@ void diffForGit(const Arguments &arguments) {
 
 void addDiff(CLI::App &program, Exit &exit) {
     auto arguments = std::make_shared<Arguments>();
-    Command command(program, "diff", "Compare two databases: their tables, then what differs in them");
+    Subcommand command(program, "diff", "Compare two databases: their tables, then what differs in them");
     command.argument("LEFT", arguments->left, "A database; an empty file is an empty database")
         .optional("RIGHT", arguments->right, "The other database")
         .arguments("GIT", arguments->more, 0, "What git adds to the two files, with --git")

@@ -4,10 +4,10 @@
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
 #include "cli/tables/CsvText.h"
-#include "cli/tables/FieldHeader.h"
 #include "cli/tables/JsonText.h"
-#include "cli/tables/TableReader.h"
 #include "cli/tables/TextTable.h"
+#include "db/tables/FieldHeader.h"
+#include "db/tables/TableReader.h"
 
 #include <QFileInfo>
 
@@ -120,7 +120,7 @@ void dumpForGit(const Arguments &arguments) {
 
 void addDump(CLI::App &program, Exit &) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "dump", "Print the tables, or one of them")
+    Subcommand(program, "dump", "Print the tables, or one of them")
         .argument("FILE", arguments->file, "The database")
         .optional("TABLE", arguments->table, "Only this table")
         .choice("--format", arguments->format, {"json", "csv", "text"},

@@ -2,8 +2,8 @@
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
 #include "cli/tables/JsonText.h"
-#include "cli/tables/TableReader.h"
 #include "cli/tables/TextTable.h"
+#include "db/tables/TableReader.h"
 
 #include <memory>
 
@@ -54,7 +54,7 @@ void addInfo(CLI::App &program, Exit &) {
         bool json = false;
     };
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "info", "Tell what a database holds, in figures")
+    Subcommand(program, "info", "Tell what a database holds, in figures")
         .argument("FILE", arguments->file, "The database")
         .readingOptions(arguments->json)
         .passwordFile(arguments->passwordFile)

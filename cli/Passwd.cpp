@@ -48,7 +48,7 @@ void passwd(const Arguments &arguments) {
 
 void addPasswd(CLI::App &program, Exit &) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "passwd", "Change, set or remove the password")
+    Subcommand(program, "passwd", "Change, set or remove the password")
         .argument("FILE", arguments->file, "The database")
         .passwordFile(arguments->passwordFile)
         .option("--new-password-file", arguments->newPasswordFile, "FILE",

@@ -53,7 +53,7 @@ Exit patch(const Arguments &arguments) {
 
 void addPatch(CLI::App &program, Exit &exit) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "patch", "Make the changes that diff --patch printed")
+    Subcommand(program, "patch", "Make the changes that diff --patch printed")
         .argument("FILE", arguments->file, "The database to change")
         .argument("PATCH", arguments->patch, "What diff --patch printed; - is the standard input")
         .flag("--dry-run", arguments->dryRun, "Only say whether everything fits; write nothing")

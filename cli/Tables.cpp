@@ -1,10 +1,10 @@
 #include "cli/Commands.h"
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
-#include "cli/tables/FieldHeader.h"
 #include "cli/tables/JsonText.h"
-#include "cli/tables/TableReader.h"
 #include "cli/tables/TextTable.h"
+#include "db/tables/FieldHeader.h"
+#include "db/tables/TableReader.h"
 
 #include <array>
 #include <memory>
@@ -54,7 +54,7 @@ void addTables(CLI::App &program, Exit &) {
         bool json = false;
     };
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "tables", "List the tables with their fields")
+    Subcommand(program, "tables", "List the tables with their fields")
         .argument("FILE", arguments->file, "The database")
         .readingOptions(arguments->json)
         .passwordFile(arguments->passwordFile)

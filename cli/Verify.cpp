@@ -5,8 +5,8 @@
 #include "cli/WholeFile.h"
 #include "cli/tables/JsonText.h"
 #include "cli/tables/Portions.h"
-#include "cli/tables/TableReader.h"
 #include "cli/tables/TextTable.h"
+#include "db/tables/TableReader.h"
 
 #include <QFileInfo>
 
@@ -73,7 +73,7 @@ void addVerify(CLI::App &program, Exit &exit) {
         bool json = false;
     };
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "verify", "Read a database whole and tell whether it is sound")
+    Subcommand(program, "verify", "Read a database whole and tell whether it is sound")
         .argument("FILE", arguments->file, "The database")
         .readingOptions(arguments->json)
         .passwordFile(arguments->passwordFile)

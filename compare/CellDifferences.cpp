@@ -11,8 +11,10 @@
 
 #include <QGroupBox>
 #include <QProgressBar>
+#include <QToolTip>
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 
 namespace qir {
@@ -21,6 +23,8 @@ namespace {
 
 constexpr int barGap = 50;    // twips between the left list and the progress bar
 constexpr int barSteps = 200; // the bar moves in no more steps than an eye can tell apart
+/// More cells than these are not asked for one by one: comparing the tables by columns is quicker.
+constexpr std::int64_t mostRechecked = 50'000;
 
 /// A grid that takes part in a run: hidden while it is painted, then as it was before, however the run ends.
 class PaintedGrid {
@@ -48,7 +52,7 @@ private:
 class ComparisonProgress {
 public:
     ComparisonProgress(EditorContext &editor, int records)
-        : m_bar(*editor.controls.ProgressBarCompare)
+        : m_bar(*editor.controls().ProgressBarCompare)
         , m_records(records)
         , m_stride(std::max(1, records / barSteps)) {
         place(editor);
@@ -94,7 +98,36 @@ BitMatrix noDifferences(int records, int fields) {
     return {atLeastZero(records) + 1, atLeastZero(fields) + 1};
 }
 
+/// Paints the cells of a grid inside a window as CelleDiverse says. None of its bounds is 0.
+void paintWindow(EditorContext &editor, int pane, const CellWindow &window) {
+    Grid &grid = editor.Tabella(pane);
+    grid.paintDifferences(editor.CelleDiverse(),
+                          {window.firstRow, window.firstColumn, std::min(window.lastRow, grid.Rows() - 1),
+                           std::min(window.lastColumn, grid.Cols() - 1)});
+}
+
+/// How many fields a grid shows.
+int shownFields(const Grid &grid) {
+    return grid.ColData(1) < 1 ? 0 : grid.Cols() - 1;
+}
+
 } // namespace
+
+TableSizes shownSizes(const EditorContext &editor) {
+    const Grid &left = editor.Tabella(0);
+    const Grid &right = editor.Tabella(1);
+    return {left.Rows() - 1, right.Rows() - 1, shownFields(left), shownFields(right)};
+}
+
+void SetEqualColor(EditorContext &editor, int pane, int row, int column) {
+    Grid &grid = editor.Tabella(pane);
+    if (row < 0 || column < 0 || row >= grid.Rows() || column >= grid.Cols())
+        return;
+    const bool different = editor.CelleDiverse().at(static_cast<std::size_t>(row), static_cast<std::size_t>(column));
+    const CellColour wanted = different ? CellColour::Red : CellColour::White;
+    if (editor.ColoriCelle(pane).at(row, column) != wanted)
+        grid.setCellBackColor(row, column, wanted);
+}
 
 void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow window) {
     const std::array<int, 2> lines{m_editor.ListaTabelle(0).ListIndex(), m_editor.ListaTabelle(1).ListIndex()};
@@ -139,15 +172,18 @@ void CellDifferences::EvidenziaDifferenzeTabella(SelectionRule rule, CellWindow 
 void CellDifferences::recheck(const GridRange &cells) {
     if (!m_editor.Tabella(0).Visible() || !m_editor.Tabella(1).Visible() || !m_editor.gridsShowSameTable())
         return;
-    const CellTexts &left = m_editor.TestiCelle(0);
-    const CellTexts &right = m_editor.TestiCelle(1);
-    for (int row = cells.firstRow; row <= cells.lastRow; ++row) {
-        for (int column = cells.firstColumn; column <= cells.lastColumn; ++column)
-            m_editor.foundDifferences().set(atLeastZero(row), atLeastZero(column),
-                                            left.at(column, row) != right.at(column, row));
+    if (std::int64_t{cells.lastRow - cells.firstRow + 1} * (cells.lastColumn - cells.firstColumn + 1) > mostRechecked) {
+        EvidenziaDifferenzeTabella();
+        return;
     }
     for (const int pane : {0, 1})
+        m_editor.pane(pane).makeShownTableCurrent();
+    compareCurrentCells(m_editor.OggettoDtb(0), m_editor.OggettoDtb(1),
+                        {cells.firstRow, cells.firstColumn, cells.lastRow, cells.lastColumn},
+                        m_editor.foundDifferences());
+    for (const int pane : {0, 1})
         paintWindow(m_editor, pane, {cells.firstRow, cells.lastRow, cells.firstColumn, cells.lastColumn});
+    QToolTip::hideText(); // it may say what a cell was before
     m_marks.MostraTabellaDiversaInLista();
 }
 

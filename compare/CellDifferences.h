@@ -1,7 +1,7 @@
 #pragma once
 
-#include "compare/DifferencePainting.h"
 #include "compare/engine/TableComparison.h"
+#include "pane/EditorContext.h"
 #include "platform/grid/GridRange.h"
 
 #include <functional>
@@ -11,6 +11,21 @@ namespace qir {
 
 class EqualTables;
 class TableMarks;
+
+/// A block of grid cells, counted from 1. A 0 stands for the first row or column, or for the last one.
+struct CellWindow {
+    int firstRow = 0;
+    int lastRow = 0;
+    int firstColumn = 0;
+    int lastColumn = 0;
+};
+
+/// Records and fields of the shown tables, by what the grids hold: one without fields shows an empty column, which
+/// stands for none.
+TableSizes shownSizes(const EditorContext &editor);
+
+/// Paints a cell red where CelleDiverse says it differs, white elsewhere; nothing outside the grid.
+void SetEqualColor(EditorContext &editor, int pane, int row, int column);
 
 enum class SelectionRule {
     SameLine, ///< Do nothing while the two lists' selections differ.
@@ -29,8 +44,8 @@ public:
     /// line of both lists. With one table shown, or different lines selected, it clears the colours instead.
     /// CelleDiverse holds the whole truth afterwards, whatever the window. Yields.
     void EvidenziaDifferenzeTabella(SelectionRule rule = SelectionRule::SameLine, CellWindow window = {});
-    /// Cells that both grids have were given new texts: finds out whether they differ by what the grids show, paints
-    /// them and marks the line.
+    /// Cells that both grids have were given new values: finds out whether they differ by what is stored, paints them
+    /// and marks the line. Where these are many the tables are compared. Yields.
     void recheck(const GridRange &cells);
     /// Compares a table that was changed without being shown, and marks or clears its lines.
     void markTable(const QString &name);

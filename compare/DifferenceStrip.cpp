@@ -47,6 +47,8 @@ void DifferenceStrip::follow() {
     if (shown) {
         placeBesideGrid();
         count();
+        if (frame() != m_drawnFrame)
+            update(); // other records are in sight though nothing was scrolled
     }
     setVisible(shown);
 }
@@ -54,9 +56,11 @@ void DifferenceStrip::follow() {
 void DifferenceStrip::placeBesideGrid() {
     const QRect grid = m_editor.Tabella(m_pane).geometry();
     const int header = m_editor.Tabella(m_pane).horizontalHeader()->height();
-    const int left = grid.right() + 1 + gap;
-    setGeometry(left, grid.top() + header, std::max(parentWidget()->width() - left - 2 * gap, 1),
-                std::max(grid.height() - header, 1));
+    // In the frame's margin, on the side of the grid's scroll bar, where no list stands.
+    const bool mirrored = layoutDirection() == Qt::RightToLeft;
+    const int margin = mirrored ? grid.left() : parentWidget()->width() - grid.right() - 1;
+    const int left = mirrored ? 2 * gap : grid.right() + 1 + gap;
+    setGeometry(left, grid.top() + header, std::max(margin - 3 * gap, 1), std::max(grid.height() - header, 1));
 }
 
 void DifferenceStrip::count() {
@@ -64,10 +68,13 @@ void DifferenceStrip::count() {
     const auto lines = static_cast<std::size_t>(height());
     const auto all = static_cast<std::size_t>(std::max(records(), 1));
     std::vector<bool> marks(lines);
+    std::size_t next = 0; // the first record that differs from the line's first one on
     for (std::size_t y = 0; y < lines; ++y) {
         const std::size_t first = 1 + y * all / lines;
         const std::size_t end = std::max(1 + (y + 1) * all / lines, first + 1);
-        if (different.countRows(first, end) > 0)
+        if (next < first)
+            next = different.nextRow(first);
+        if (next < std::min(end, different.rows()))
             std::fill_n(marks.begin() + static_cast<std::ptrdiff_t>(y), std::min<std::size_t>(least, lines - y), true);
     }
     setAccessibleDescription(tr("%1 of %2 records differ").arg(different.rowCount()).arg(records()));
@@ -88,6 +95,15 @@ qreal DifferenceStrip::recordsInView(const Grid &grid) {
     return std::max(last - grid.TopRow() + 1, 0);
 }
 
+/// Round what the grid shows.
+QRectF DifferenceStrip::frame() const {
+    const Grid &grid = m_editor.Tabella(m_pane);
+    const qreal scale = static_cast<qreal>(height()) / std::max(records(), 1);
+    const qreal top = (grid.TopRow() - 1) * scale;
+    const qreal high = std::max<qreal>(scale * recordsInView(grid), 4);
+    return {0.5, std::min(top, height() - 4.0) + 0.5, width() - 1.0, std::min(high, height() - top) - 1};
+}
+
 void DifferenceStrip::paintEvent(QPaintEvent *event) {
     Q_UNUSED(event)
     QPainter painter(this);
@@ -98,15 +114,12 @@ void DifferenceStrip::paintEvent(QPaintEvent *event) {
         if (m_marks[static_cast<std::size_t>(y)])
             painter.fillRect(0, y, width(), 1, colours.color(QPalette::Active, QPalette::Text));
     }
-    const Grid &grid = m_editor.Tabella(m_pane);
-    const qreal scale = static_cast<qreal>(height()) / std::max(records(), 1);
-    const qreal top = (grid.TopRow() - 1) * scale;
-    const qreal high = std::max<qreal>(scale * recordsInView(grid), 4);
     QColor view = colours.color(QPalette::Active, QPalette::Highlight);
     painter.setPen(view);
     view.setAlpha(70);
     painter.setBrush(view);
-    painter.drawRect(QRectF(0.5, std::min(top, height() - 4.0) + 0.5, width() - 1, std::min(high, height() - top) - 1));
+    m_drawnFrame = frame();
+    painter.drawRect(m_drawnFrame);
 }
 
 int DifferenceStrip::recordAt(int y) const {

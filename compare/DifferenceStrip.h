@@ -2,6 +2,7 @@
 
 #include "pane/EditorContext.h"
 
+#include <QRectF>
 #include <QWidget>
 
 #include <array>
@@ -37,6 +38,7 @@ private:
     int records() const; ///< Of the longer table.
     int recordAt(int y) const;
     static qreal recordsInView(const Grid &grid);
+    QRectF frame() const;
     void placeBesideGrid();
     void count();
     void ask(const QMouseEvent &event);
@@ -44,6 +46,7 @@ private:
     EditorContext &m_editor;
     int m_pane;
     std::vector<bool> m_marks; // for each line of pixels: whether its records differ
+    QRectF m_drawnFrame;
 };
 
 /// Both of them.

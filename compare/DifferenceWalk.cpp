@@ -7,6 +7,7 @@
 #include "platform/list/ListBox.h"
 
 #include <QAction>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -22,7 +23,7 @@ std::size_t index(int number) {
 
 void DifferenceWalk::addCommands() {
     watchGrids();
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     const auto add = [&](Command command, const QString &caption, const QList<QKeySequence> &keys, auto procedure) {
         commands.add(command, caption, procedure, {.needs = Needs::BothDatabases});
         commands.action(command).setShortcuts(keys);
@@ -43,6 +44,7 @@ void DifferenceWalk::addCommands() {
 
 void DifferenceWalk::begin() {
     m_editor.endEdit();
+    QToolTip::hideText(); // it would go on telling of a cell that is no longer under it
     if (m_editor.IndexAttivo() < 0)
         activatePane(m_editor, 0);
 }
@@ -72,9 +74,9 @@ DifferenceWalk::Cell DifferenceWalk::current() const {
 }
 
 bool DifferenceWalk::exists(const Cell &cell) const {
-    return std::ranges::any_of(std::array{0, 1}, [&](int pane) {
-        return cell.row < m_editor.Tabella(pane).Rows() && cell.column < m_editor.Tabella(pane).Cols();
-    });
+    const TableSizes sizes = shownSizes(m_editor);
+    return (cell.row <= sizes.leftRecords && cell.column <= sizes.leftFields) ||
+           (cell.row <= sizes.rightRecords && cell.column <= sizes.rightFields);
 }
 
 /// The nearest stop of a row from a column on, that column included.
@@ -197,8 +199,7 @@ void DifferenceWalk::selectLine(int line) {
     m_focusToGrid = grid.hasFocus() || (m_focusToGrid && m_editor.ListaTabelle(pane).hasFocus());
     m_editor.ListaTabelle(pane).setListIndex(line); // its click loads the table on both sides
     m_editor.ListaTabelle(1 - pane).setListIndex(line);
-    if (m_differences.due())
-        m_differences.EvidenziaDifferenzeTabella();
+    m_settle(); // a load's own place for the grids would take that of the stop
     if (m_focusToGrid && grid.Visible()) {
         m_focusToGrid = false;
         grid.setFocus(Qt::OtherFocusReason);

@@ -6,11 +6,12 @@
 #include <QCoreApplication>
 
 #include <array>
+#include <functional>
 #include <optional>
+#include <utility>
 
 namespace qir {
 
-class CellDifferences;
 class DifferingTables;
 
 /// Going from difference to difference, through all tables in the order of the lists, without wrapping round. A stop is
@@ -23,10 +24,11 @@ public:
     enum class Direction { Forward, Back };
     enum class Stops { Records, Cells };
 
-    DifferenceWalk(EditorContext &editor, CellDifferences &differences, const DifferingTables &tables)
+    /// `settle` brings lists and grids in step after a table was entered: what a load leaves to the end of the command.
+    DifferenceWalk(EditorContext &editor, const DifferingTables &tables, std::function<void()> settle)
         : m_editor(editor)
-        , m_differences(differences)
-        , m_tables(tables) {}
+        , m_tables(tables)
+        , m_settle(std::move(settle)) {}
 
     /// Its rows for the menus.
     void addCommands();
@@ -62,8 +64,8 @@ private:
     void tellEnd(Direction direction);
 
     EditorContext &m_editor;
-    CellDifferences &m_differences;
     const DifferingTables &m_tables;
+    std::function<void()> m_settle;
     /// Where a grid stands that a person or the walk has led there, the other one following as far as it could.
     std::array<GridSelection, 2> m_led{singleCell(0, 0), singleCell(0, 0)};
     bool m_focusToGrid = false; // the grid that had the keyboard was hidden by a stop

@@ -1,5 +1,6 @@
 #include "compare/DifferenceWords.h"
 
+#include "compare/CellDifferences.h"
 #include "platform/controls/DifferenceSigns.h"
 #include "platform/grid/Grid.h"
 
@@ -78,16 +79,15 @@ ListBox::LineSign DifferenceWords::ofLine(int pane, int line) const {
 QString DifferenceWords::ofCell(int row, int column) const {
     if (!m_editor.gridsShowSameTable())
         return {};
-    const auto has = [&](int pane) {
-        const Grid &grid = m_editor.Tabella(pane);
-        return row < grid.Rows() && column < grid.Cols();
-    };
+    const TableSizes sizes = shownSizes(m_editor);
+    const bool inLeft = row <= sizes.leftRecords && column <= sizes.leftFields;
+    const bool inRight = row <= sizes.rightRecords && column <= sizes.rightFields;
     const auto text = [&](int pane) { return m_editor.Tabella(pane).TextMatrix(row, column); };
-    if (!has(1))
+    if (inLeft && inRight)
+        return tr("left: %1, right: %2").arg(text(0), text(1));
+    if (inLeft)
         return tr("left: %1, missing on the right").arg(text(0));
-    if (!has(0))
-        return tr("missing on the left, right: %1").arg(text(1));
-    return tr("left: %1, right: %2").arg(text(0), text(1));
+    return inRight ? tr("missing on the left, right: %1").arg(text(1)) : QString();
 }
 
 } // namespace qir

@@ -2,6 +2,7 @@
 
 #include "base/Collation.h"
 #include "base/UndoOnError.h"
+#include "compare/CellDifferences.h"
 #include "compare/DifferenceWalk.h"
 #include "compare/engine/NameAlignment.h"
 #include "compare/engine/TableComparison.h"
@@ -28,13 +29,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A table without fields shows one empty column, which stands for none.
-int shownFields(const Grid &grid) {
-    return grid.ColData(1) < 1 ? 0 : grid.Cols() - 1;
-}
-
-constexpr int columns = 100; // size in characters
-constexpr int lines = 18;
+constexpr int windowColumns = 100; // size in characters
+constexpr int windowLines = 18;
 
 QStringList sortedNames(const QirDatabase &database) {
     QStringList names = tableNames(database, database.QIRTablesCount());
@@ -63,8 +59,8 @@ DifferencesSummary::DifferencesSummary(EditorContext &editor, const DifferingTab
     , m_lineUp(std::move(lineUp)) {}
 
 void DifferencesSummary::addCommands() {
-    m_editor.controls.commands.add(Command::DifferencesSummaryMenu, tr("&Summary of Differences"),
-                                   [this] { DifferencesSummaryMenu_Click(); }, {.needs = Needs::BothDatabases});
+    m_editor.commands().add(Command::DifferencesSummaryMenu, tr("&Summary of Differences"),
+                            [this] { DifferencesSummaryMenu_Click(); }, {.needs = Needs::BothDatabases});
 }
 
 void DifferencesSummary::DifferencesSummaryMenu_Click() {
@@ -91,7 +87,7 @@ void DifferencesSummary::watchLists() {
 
 void DifferencesSummary::build() {
     watchLists();
-    m_window = new QDialog(m_editor.controls.window);
+    m_window = new QDialog(m_editor.controls().window);
     m_window->setObjectName(u"differencesSummary"_s);
     m_window->setWindowTitle(tr("Summary of Differences"));
     auto *sorted = new QSortFilterProxyModel(m_window);
@@ -124,9 +120,9 @@ void DifferencesSummary::build() {
     layout->addWidget(filter);
     layout->addWidget(view);
     layout->addWidget(m_note);
-    m_window->resize(m_window->fontMetrics().averageCharWidth() * columns,
-                     m_window->fontMetrics().lineSpacing() * lines);
-    moveBeside(*m_window, *m_editor.controls.window);
+    m_window->resize(m_window->fontMetrics().averageCharWidth() * windowColumns,
+                     m_window->fontMetrics().lineSpacing() * windowLines);
+    moveBeside(*m_window, *m_editor.controls().window);
 }
 
 void DifferencesSummary::follow() {
@@ -280,18 +276,17 @@ void DifferencesSummary::readShownTable() {
             continue;
         const Grid &left = m_editor.Tabella(0);
         const Grid &right = m_editor.Tabella(1);
-        table.records = {left.Rows() - 1, right.Rows() - 1};
-        const std::array<int, 2> fields = {shownFields(left), shownFields(right)};
+        const TableSizes sizes = shownSizes(m_editor);
+        table.records = {sizes.leftRecords, sizes.rightRecords};
         if (left.Visible() && right.Visible()) {
-            table.cells =
-                cellsOfEither(m_editor.CelleDiverse(), {table.records[0], table.records[1], fields[0], fields[1]});
+            table.cells = cellsOfEither(m_editor.CelleDiverse(), sizes);
             table.differingRecords = m_editor.CelleDiverse().rowCount();
         } else { // one has no records: all of the other's are different
-            const std::size_t side = table.records[0] > 0 ? 0 : 1;
-            table.differingRecords = static_cast<std::size_t>(table.records.at(side));
-            table.cells = table.differingRecords * static_cast<std::size_t>(fields.at(side));
+            table.differingRecords = static_cast<std::size_t>(sizes.mostRecords());
+            table.cells = table.differingRecords *
+                          static_cast<std::size_t>(sizes.leftRecords > 0 ? sizes.leftFields : sizes.rightFields);
         }
-        const bool equal = table.cells == 0 && table.records[0] == table.records[1] && fields[0] == fields[1];
+        const bool equal = table.cells == 0 && sizes.sameSize();
         table.standing = equal ? Standing::Equal : Standing::Differ;
         m_model.setTable(static_cast<int>(row), table);
         return;
@@ -307,7 +302,7 @@ void DifferencesSummary::goToTable(const QString &name) {
         for (int line = 0; line < list.ListCount(); ++line) {
             if (collationKey(list.List(line)) == key) {
                 m_walk.goToTable(line);
-                m_editor.controls.window->activateWindow();
+                m_editor.controls().window->activateWindow();
                 return;
             }
         }

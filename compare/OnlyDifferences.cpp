@@ -50,9 +50,9 @@ OnlyDifferences::OnlyDifferences(EditorContext &editor, CellDifferences &differe
     , m_differences(differences) {}
 
 void OnlyDifferences::addCommands() {
-    m_editor.controls.commands.add(Command::OnlyDifferencesMenu, tr("Only &Differences"),
-                                   [this] { OnlyDifferencesMenu_Click(); }, {.needs = Needs::BothDatabases});
-    m_editor.controls.action(Command::OnlyDifferencesMenu).setCheckable(true);
+    m_editor.commands().add(Command::OnlyDifferencesMenu, tr("Only &Differences"),
+                            [this] { OnlyDifferencesMenu_Click(); }, {.needs = Needs::BothDatabases});
+    m_editor.controls().action(Command::OnlyDifferencesMenu).setCheckable(true);
 }
 
 void OnlyDifferences::connectGrids() {
@@ -67,7 +67,7 @@ bool OnlyDifferences::comparable() const {
 }
 
 void OnlyDifferences::OnlyDifferencesMenu_Click() {
-    m_on = m_editor.controls.action(Command::OnlyDifferencesMenu).isChecked();
+    m_on = m_editor.controls().action(Command::OnlyDifferencesMenu).isChecked();
     m_editor.endEdit();
     if (!m_on) {
         leave();
@@ -155,7 +155,7 @@ void OnlyDifferences::tellState() {
 }
 
 void OnlyDifferences::follow() {
-    QAction &action = m_editor.controls.action(Command::OnlyDifferencesMenu);
+    QAction &action = m_editor.controls().action(Command::OnlyDifferencesMenu);
     if (m_on && !(m_editor.DtbAperto(0) && m_editor.DtbAperto(1))) {
         // A closed pane ends it.
         m_on = false;
@@ -176,16 +176,16 @@ void OnlyDifferences::disableCommands(bool disable) {
         return;
     // Where a menu shows them they say why.
     for (const Command command : wholeTableCommands) {
-        QAction &action = m_editor.controls.action(command);
+        QAction &action = m_editor.controls().action(command);
         action.setEnabled(!disable);
         action.setToolTip(disable ? onlyDifferencesReason() : QString());
         action.setStatusTip(disable ? onlyDifferencesReason() : QString());
     }
     if (!disable)
-        m_editor.controls.commands.enable(m_editor,
-                                          m_editor.IndexAttivo() >= 0 && m_editor.DtbAperto(m_editor.IndexAttivo()));
+        m_editor.controls().commands.enable(m_editor,
+                                            m_editor.IndexAttivo() >= 0 && m_editor.DtbAperto(m_editor.IndexAttivo()));
     for (const Menu menu : {Menu::EditMenu, Menu::popmenuGrid, Menu::popmenuGridFields, Menu::popmenuCP})
-        m_editor.controls.menu(menu).setToolTipsVisible(disable);
+        m_editor.controls().menu(menu).setToolTipsVisible(disable);
     m_disabled = disable;
 }
 

@@ -55,7 +55,7 @@ void TableListAlignment::CreaListaUnicaTabella(QStringList &elencoUnico) {
     const int R = right.QIRTablesCount();
     QStringList names = tableNames(left, L);
     names += tableNames(right, R);
-    ListBox &sorter = *m_editor.controls.ProSort;
+    ListBox &sorter = *m_editor.controls().ProSort;
     sorter.clear();
     for (const QString &name : names)
         sorter.addItem(name);

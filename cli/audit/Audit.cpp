@@ -209,7 +209,7 @@ Exit audit(const Arguments &arguments) {
 
 void addAudit(CLI::App &program, Exit &exit) {
     auto arguments = std::make_shared<Arguments>();
-    Command command(program, "audit", "Compare many databases with the one that they should be like");
+    Subcommand command(program, "audit", "Compare many databases with the one that they should be like");
     command
         .arguments("GOLDEN", arguments->paths, 0,
                    "That one; then the others: files, and folders that are searched whole for databases")

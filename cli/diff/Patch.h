@@ -2,8 +2,8 @@
 
 #include "base/Result.h"
 #include "cli/diff/ValueOutput.h"
-#include "cli/tables/TableReader.h"
 #include "compare/report/DatabaseDifference.h"
+#include "db/tables/TableReader.h"
 
 #include <QByteArray>
 #include <QStringList>

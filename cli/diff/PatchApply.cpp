@@ -1,9 +1,9 @@
 #include "cli/diff/Patch.h"
 
 #include "base/Collation.h"
-#include "cli/diff/FieldChanges.h"
 #include "compare/engine/KeyTable.h"
 #include "compare/engine/ValueEquality.h"
+#include "db/tables/FieldChanges.h"
 
 #include <QHash>
 

@@ -1,9 +1,9 @@
 #include "cli/diff/JsonOutput.h"
 #include "cli/diff/Patch.h"
-#include "cli/tables/FieldHeader.h"
 #include "cli/tables/JsonText.h"
 #include "compare/engine/KeyTable.h"
 #include "compare/report/KeyedRecords.h"
+#include "db/tables/FieldHeader.h"
 
 #include <QHash>
 

@@ -2,7 +2,7 @@
 
 #include "cli/FileError.h"
 #include "cli/tables/ColumnValues.h"
-#include "cli/tables/TableWriter.h"
+#include "db/tables/TableWriter.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/tables/TableReader.h"
+#include "db/tables/TableReader.h"
 
 #include <QString>
 #include <QVariant>

@@ -4,9 +4,9 @@
 #include "cli/NearestName.h"
 #include "cli/edit/CellPlace.h"
 #include "cli/edit/TableEdits.h"
-#include "cli/tables/FieldHeader.h"
 #include "cli/tables/JsonText.h"
-#include "cli/tables/TableWriter.h"
+#include "db/tables/FieldHeader.h"
+#include "db/tables/TableWriter.h"
 
 #include <array>
 #include <limits>

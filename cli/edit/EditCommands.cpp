@@ -83,7 +83,7 @@ public:
 private:
     QString m_verb;
     std::shared_ptr<Arguments> m_arguments = std::make_shared<Arguments>();
-    Command m_command;
+    Subcommand m_command;
 };
 
 void copy(const Arguments &arguments) {
@@ -105,7 +105,7 @@ constexpr char fieldHelp[] = "The field: its name or its number";
 
 void addGet(CLI::App &program, Exit &) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "get", "Print the value of a cell")
+    Subcommand(program, "get", "Print the value of a cell")
         .argument("FILE", arguments->file, "The database")
         .argument("TABLE", arguments->words.emplace_back(), "The table")
         .argument("RECORD", arguments->words.emplace_back(), recordHelp)
@@ -165,7 +165,7 @@ void addSort(CLI::App &program, Exit &) {
 
 void addCopy(CLI::App &program, Exit &) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "copy", "Copy a table, into another database or into the same one")
+    Subcommand(program, "copy", "Copy a table, into another database or into the same one")
         .argument("SOURCE", arguments->words.emplace_back(), "The database that has the table")
         .argument("TABLE", arguments->words.emplace_back(), "The table")
         .argument("TARGET", arguments->file, "The database that gets it")

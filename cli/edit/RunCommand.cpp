@@ -152,7 +152,7 @@ Exit runScript(const Arguments &arguments) {
 
 void addRun(CLI::App &program, Exit &exit) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "run", "Carry out a file of commands on a database: all of them and one save, or nothing")
+    Subcommand(program, "run", "Carry out a file of commands on a database: all of them and one save, or nothing")
         .argument("FILE", arguments->file, "The database")
         .argument("SCRIPT", arguments->script,
                   "A command on each line, without qirdb and FILE: get, set, add, remove, rename, resize, sort, copy; "

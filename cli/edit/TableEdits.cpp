@@ -1,7 +1,7 @@
 #include "cli/edit/TableEdits.h"
 
 #include "cli/edit/CellPlace.h"
-#include "cli/tables/TableWriter.h"
+#include "db/tables/TableWriter.h"
 #include "platform/cells/RecordOrder.h"
 
 #include <algorithm>

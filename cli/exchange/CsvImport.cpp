@@ -5,9 +5,9 @@
 #include "cli/Session.h"
 #include "cli/WholeFile.h"
 #include "cli/tables/ColumnValues.h"
-#include "cli/tables/FieldHeader.h"
 #include "cli/tables/Portions.h"
-#include "cli/tables/TableWriter.h"
+#include "db/tables/FieldHeader.h"
+#include "db/tables/TableWriter.h"
 
 #include <QDir>
 

@@ -2,7 +2,7 @@
 
 #include "cli/exchange/TableIntake.h"
 #include "cli/tables/CsvTable.h"
-#include "cli/tables/TableReader.h"
+#include "db/tables/TableReader.h"
 
 #include <QString>
 

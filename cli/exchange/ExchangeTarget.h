@@ -3,7 +3,7 @@
 #include "cli/WholeFile.h"
 #include "cli/tables/CsvText.h"
 #include "cli/tables/Portions.h"
-#include "cli/tables/TableReader.h"
+#include "db/tables/TableReader.h"
 
 #include <QString>
 

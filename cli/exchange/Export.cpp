@@ -5,8 +5,8 @@
 #include "cli/exchange/ExchangeSource.h"
 #include "cli/exchange/ExchangeTarget.h"
 #include "cli/tables/CsvText.h"
-#include "cli/tables/TableReader.h"
-#include "cli/tables/TableWriter.h"
+#include "db/tables/TableReader.h"
+#include "db/tables/TableWriter.h"
 
 #include <functional>
 #include <memory>
@@ -135,7 +135,7 @@ void exportTo(const Arguments &arguments) {
 
 void addExport(CLI::App &program, Exit &) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "export", "Write tables as CSV files, JSON lines or SQL, into SQLite or PostgreSQL")
+    Subcommand(program, "export", "Write tables as CSV files, JSON lines or SQL, into SQLite or PostgreSQL")
         .argument("FILE", arguments->file, "The database")
         .argument("TABLE", arguments->table,
                   "The table; with --to the target: a file, a folder for CSV files, or what libpq takes for a "

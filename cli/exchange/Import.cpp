@@ -24,6 +24,7 @@ struct Arguments {
     std::string passwordFile;
     bool replace = false;
     bool append = false;
+    bool fleet = false;
 };
 
 std::optional<char> delimiterOf(const std::string &text) {
@@ -60,8 +61,8 @@ std::vector<CsvImport> readAll(const Arguments &arguments) {
 
 void importTables(const Arguments &arguments) {
     const KnownTable standing = standingOf(arguments);
-    if (!arguments.tables.empty() || !arguments.schema.empty())
-        throw std::runtime_error("--table and --schema go with --from");
+    if (!arguments.tables.empty() || !arguments.schema.empty() || arguments.fleet)
+        throw std::runtime_error("--table, --schema and --fleet go with --from");
     const std::vector<CsvImport> imports = readAll(arguments);
     Session session = Session::openToChange(argumentText(arguments.file), arguments.passwordFile);
     ComeNames replaced;
@@ -79,6 +80,10 @@ void importFrom(const Arguments &arguments) {
         throw std::runtime_error("--from takes one source; --table chooses tables of it");
     if (!arguments.delimiter.empty())
         throw std::runtime_error("--delimiter is for CSV files");
+    if (arguments.fleet && arguments.from != "postgresql")
+        throw std::runtime_error("--fleet is for PostgreSQL");
+    if (arguments.fleet && arguments.schema.empty())
+        throw std::runtime_error("--fleet needs the --schema that the files share");
     const QString source = argumentText(arguments.table);
     QStringList tables;
     for (const std::string &table : arguments.tables)
@@ -90,7 +95,8 @@ void importFrom(const Arguments &arguments) {
     else if (arguments.from == "sqlite")
         takeSqlite(source, intake);
     else
-        takePostgres(source, schemaOf(arguments.schema, session.file()), intake);
+        takePostgres(source, schemaOf(arguments.schema, session.file()), arguments.fleet ? session.file() : QString(),
+                     intake);
     session.run([&] { session.save(); });
 }
 
@@ -102,7 +108,7 @@ QString schemaOf(const std::string &given, const QString &file) {
 
 void addImport(CLI::App &program, Exit &) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "import", "Add tables from CSV files, JSON lines, SQLite and PostgreSQL")
+    Subcommand(program, "import", "Add tables from CSV files, JSON lines, SQLite and PostgreSQL")
         .argument("FILE", arguments->file, "The database")
         .argument(
             "TABLE", arguments->table,
@@ -120,6 +126,8 @@ void addImport(CLI::App &program, Exit &) {
                 "schema of PostgreSQL")
         .options("--table", arguments->tables, "NAME", "With --from: only this table; may be repeated")
         .option("--schema", arguments->schema, "NAME", "PostgreSQL: the schema, instead of the file's base name")
+        .flag("--fleet", arguments->fleet,
+              "PostgreSQL: take what a schema that many files share has of this one, by its name as it was given")
         .passwordFile(arguments->passwordFile)
         .run([arguments] { arguments->from.empty() ? importTables(*arguments) : importFrom(*arguments); });
 }

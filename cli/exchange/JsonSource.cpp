@@ -2,7 +2,7 @@
 #include "cli/Progress.h"
 #include "cli/exchange/ExchangeSource.h"
 #include "cli/exchange/JsonRecord.h"
-#include "cli/tables/FieldHeader.h"
+#include "db/tables/FieldHeader.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,5 +1,7 @@
 #include "cli/exchange/Postgres.h"
 
+#include "base/UndoOnError.h"
+
 #include <libpq-fe.h>
 
 #include <stdexcept>
@@ -20,19 +22,15 @@ struct Postgres::Result {
 
 Postgres::Postgres(const QString &choice, const QByteArray &begin)
     : m_connection(PQconnectdb(choice.toUtf8().constData())) {
-    try {
-        if (PQstatus(m_connection) != CONNECTION_OK)
-            fail(nullptr);
-        PQsetNoticeProcessor(
-            m_connection, [](void *, const char *) {}, nullptr);
-        if (PQsetClientEncoding(m_connection, "UTF8") != 0)
-            fail(nullptr);
-        run("SET standard_conforming_strings = on"); // a role may have set it off
-        run(begin);
-    } catch (...) {
-        PQfinish(m_connection);
-        throw;
-    }
+    const UndoOnError undo([this] { PQfinish(m_connection); });
+    if (PQstatus(m_connection) != CONNECTION_OK)
+        fail(nullptr);
+    PQsetNoticeProcessor(
+        m_connection, [](void *, const char *) {}, nullptr);
+    if (PQsetClientEncoding(m_connection, "UTF8") != 0)
+        fail(nullptr);
+    run("SET standard_conforming_strings = on"); // a role may have set it off
+    run(begin);
 }
 
 Postgres::~Postgres() {

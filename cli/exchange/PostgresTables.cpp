@@ -3,7 +3,7 @@
 #include "cli/exchange/Postgres.h"
 #include "cli/exchange/PostgresCopy.h"
 #include "cli/exchange/SqlNames.h"
-#include "cli/tables/FieldHeader.h"
+#include "db/tables/FieldHeader.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #include "cli/exchange/SqlNames.h"
 
 #include "cli/FileError.h"
-#include "cli/tables/FieldHeader.h"
+#include "db/tables/FieldHeader.h"
 
 #include <stdexcept>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/tables/Portions.h"
-#include "cli/tables/TableReader.h"
+#include "db/tables/TableReader.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

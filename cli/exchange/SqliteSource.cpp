@@ -3,7 +3,7 @@
 #include "cli/exchange/ExchangeSource.h"
 #include "cli/exchange/SqlNames.h"
 #include "cli/exchange/Sqlite.h"
-#include "cli/tables/FieldHeader.h"
+#include "db/tables/FieldHeader.h"
 
 #include <algorithm>
 #include <limits>

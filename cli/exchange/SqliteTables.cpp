@@ -5,7 +5,7 @@
 #include "cli/exchange/SqlNames.h"
 #include "cli/exchange/Sqlite.h"
 #include "cli/tables/CellText.h"
-#include "cli/tables/FieldHeader.h"
+#include "db/tables/FieldHeader.h"
 
 #include <QRandomGenerator>
 

@@ -5,8 +5,8 @@
 #include "base/columns/BlockOrder.h"
 #include "base/columns/FittingNumber.h"
 #include "cli/FileError.h"
-#include "cli/tables/FieldHeader.h"
-#include "cli/tables/TableWriter.h"
+#include "db/tables/FieldHeader.h"
+#include "db/tables/TableWriter.h"
 
 #include <algorithm>
 #include <cmath>

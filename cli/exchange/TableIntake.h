@@ -4,7 +4,7 @@
 #include "cli/Session.h"
 #include "cli/tables/ColumnValues.h"
 #include "cli/tables/Portions.h"
-#include "cli/tables/TableReader.h"
+#include "db/tables/TableReader.h"
 
 #include <QByteArrayView>
 #include <QHash>

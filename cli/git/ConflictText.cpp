@@ -1,8 +1,8 @@
 #include "cli/git/ConflictText.h"
 
 #include "base/NumberText.h"
-#include "cli/tables/FieldHeader.h"
 #include "cli/tables/JsonText.h"
+#include "db/tables/FieldHeader.h"
 
 using namespace Qt::StringLiterals;
 
@@ -54,6 +54,19 @@ void appendSide(QByteArray &out, const char *name, const QVariantList &values, b
         appendList(out, values);
 }
 
+void appendRecords(QByteArray &out, const char *name, const std::optional<ConflictRecords> &records) {
+    if (!records)
+        return;
+    out += QByteArray(", \"") + name + "\": [";
+    const char *separator = "";
+    for (const QVariantList &record : *records) {
+        out += separator;
+        appendList(out, record);
+        separator = ", ";
+    }
+    out += ']';
+}
+
 void appendNames(QByteArray &out, const char *name, const QStringList &names) {
     if (names.isEmpty())
         return;
@@ -77,6 +90,8 @@ void appendConflict(QByteArray &out, const Conflict &conflict) {
         appendJsonString(out, conflict.field);
     }
     const bool isOne = conflict.what == Conflict::What::Cell || conflict.what == Conflict::What::Field;
+    if (conflict.about != Conflict::About::Content)
+        out += QByteArray(", \"about\": ") + (conflict.about == Conflict::About::Name ? "\"name\"" : "\"order\"");
     appendSide(out, "base", conflict.base, isOne);
     appendSide(out, "ours", conflict.ours, isOne);
     appendSide(out, "theirs", conflict.theirs, isOne);
@@ -84,9 +99,17 @@ void appendConflict(QByteArray &out, const Conflict &conflict) {
         out += ", \"reason\": ";
         appendJsonString(out, conflict.reason);
     }
+    if (!conflict.recordDigest.isEmpty()) {
+        out += ", \"recordDigest\": ";
+        appendJsonString(out, conflict.recordDigest);
+    }
     appendNames(out, "keyFields", conflict.keyFields);
     appendNames(out, "oursFields", conflict.oursFields);
     appendNames(out, "theirsFields", conflict.theirsFields);
+    if (conflict.occurrence > 0)
+        out += ", \"occurrence\": " + QByteArray::number(conflict.occurrence);
+    appendRecords(out, "oursRecords", conflict.oursRecords);
+    appendRecords(out, "theirsRecords", conflict.theirsRecords);
     out += "}\n";
 }
 

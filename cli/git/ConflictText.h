@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/tables/TableReader.h"
 #include "compare/conflicts/Conflict.h"
+#include "db/tables/TableReader.h"
 
 #include <QByteArray>
 

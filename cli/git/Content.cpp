@@ -1,9 +1,11 @@
 #include "cli/git/Content.h"
 
 #include "base/Collation.h"
-#include "cli/tables/TableWriter.h"
+#include "compare/engine/TableSource.h"
+#include "db/tables/TableWriter.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qir {
 
@@ -13,43 +15,66 @@ TableContent readTable(const QirDatabase &database, const QString &name) {
     const TableInfo table = chooseTable(database, name);
     TableContent content{name, table.fields, {}};
     content.records.resize(static_cast<std::size_t>(table.records));
+    CurrentTable source(database);
     int record = 0;
     for (RecordValues &values : content.records) {
-        database.setQIRTableRecordsPointerOut(++record);
-        for (std::size_t field = 0; field < table.fields.size(); ++field) {
-            QVariant value = database.QIRTableRecordSetByIndex(static_cast<int>(field) + 1);
-            values.push_back(table.fields[field].type == FieldType::Text ? QVariant(value.toString())
-                                                                         : QVariant(value.toDouble()));
-        }
+        ++record;
+        values.reserve(table.fields.size()); // a large table of growing records takes half as much again
+        for (int field = 1; field <= static_cast<int>(table.fields.size()); ++field)
+            values.push_back(valueOf(source.cell(record, field)));
     }
     return content;
 }
 
-void writeRecords(const QirDatabase &database, const TableContent &table) {
-    int record = 0;
-    for (const RecordValues &values : table.records) {
+/// Adds the records of a table from this one on.
+void addRecords(const QirDatabase &database, const TableContent &table, std::size_t first) {
+    for (std::size_t i = first; i < table.records.size(); ++i) {
         database.AddRecord();
-        database.setQIRTableRecordsPointerOut(++record);
+        database.setQIRTableRecordsPointerOut(static_cast<int>(i) + 1);
         int field = 0;
-        for (const QVariant &value : values)
+        for (const QVariant &value : table.records[i])
             database.setQIRTableRecordSetByIndex(++field, value);
     }
+}
+
+using Cell = std::pair<int, int>; // record and field
+
+/// Where the current table, which has the same fields and no more records, has other values.
+std::vector<Cell> differingCells(const QirDatabase &database, const TableContent &table) {
+    std::vector<Cell> cells;
+    CurrentTable now(database);
+    for (int record = 1; record <= now.records(); ++record) {
+        int field = 0;
+        for (const QVariant &value : table.records[static_cast<std::size_t>(record) - 1])
+            if (++field; !sameValue(valueOf(now.cell(record, field)), value))
+                cells.emplace_back(record, field);
+    }
+    return cells;
 }
 
 void writeTable(const QirDatabase &database, const TableContent &table) {
     const int there = tableNumber(database, table.name);
     if (there == 0) {
         addEmptyTable(database, table.name, table.fields);
-        writeRecords(database, table);
+        addRecords(database, table, 0);
         return;
     }
     if (database.QIRTableName(there) != table.name)
         database.RenameTable(there, table.name);
-    if (sameContent(readTable(database, table.name), table))
+    const TableInfo now = chooseTable(database, table.name);
+    const auto records = static_cast<std::size_t>(now.records);
+    if (records > table.records.size() || !std::ranges::equal(now.fields, table.fields, sameField)) {
+        emptyTable(database);
+        addFields(database, table.fields);
+        addRecords(database, table, 0);
         return;
-    emptyTable(database);
-    addFields(database, table.fields);
-    writeRecords(database, table);
+    }
+    for (const auto &[record, field] : differingCells(database, table)) {
+        database.setQIRTableRecordsPointerOut(record);
+        database.setQIRTableRecordSetByIndex(
+            field, table.records[static_cast<std::size_t>(record) - 1][static_cast<std::size_t>(field) - 1]);
+    }
+    addRecords(database, table, records);
 }
 
 } // namespace
@@ -61,19 +86,12 @@ const TableContent *DatabaseContent::find(const QString &name) const {
     return found == tables.end() ? nullptr : &*found;
 }
 
-bool isEmptyValue(const QVariant &value) {
-    return value.typeId() == QMetaType::QString ? value.toString().isEmpty() : value.toDouble() == 0;
-}
-
 bool sameField(const FieldInfo &left, const FieldInfo &right) {
     return left.name == right.name && left.type == right.type && left.size == right.size;
 }
 
 bool sameValue(const QVariant &left, const QVariant &right) {
-    if (left.typeId() != right.typeId())
-        return false;
-    return left.typeId() == QMetaType::QString ? left.toString() == right.toString()
-                                               : left.toDouble() == right.toDouble();
+    return left.typeId() == right.typeId() && left == right;
 }
 
 bool sameContent(const TableContent &left, const TableContent &right) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/tables/TableReader.h"
+#include "db/tables/TableReader.h"
 
 #include <QString>
 #include <QVariant>
@@ -27,8 +27,6 @@ struct DatabaseContent {
     const TableContent *find(const QString &name) const;
 };
 
-/// An empty text, 0 or nothing.
-bool isEmptyValue(const QVariant &value);
 /// Equal in name letter by letter, type and size.
 bool sameField(const FieldInfo &left, const FieldInfo &right);
 /// Equal letter by letter in names, fields and values.

@@ -17,6 +17,15 @@ QVariantList headers(const TableContent *table) {
     return table->fields.empty() ? QVariantList{QString()} : headersOf(table->fields);
 }
 
+std::optional<ConflictRecords> recordsOf(const TableContent *table) {
+    if (table == nullptr)
+        return std::nullopt;
+    ConflictRecords records;
+    for (const RecordValues &values : table->records)
+        records.emplace_back(values.begin(), values.end());
+    return records;
+}
+
 Conflict tableConflict(const TableContent *base, const TableContent *ours, const TableContent *theirs,
                        const QString &reason) {
     Conflict conflict;
@@ -24,6 +33,8 @@ Conflict tableConflict(const TableContent *base, const TableContent *ours, const
     conflict.base = headers(base);
     conflict.ours = headers(ours);
     conflict.theirs = headers(theirs);
+    conflict.oursRecords = recordsOf(ours);
+    conflict.theirsRecords = recordsOf(theirs);
     conflict.reason = reason;
     return conflict;
 }

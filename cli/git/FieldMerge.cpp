@@ -2,8 +2,8 @@
 
 #include "base/Collation.h"
 #include "cli/git/ConflictText.h"
-#include "cli/tables/FieldHeader.h"
-#include "cli/tables/TableWriter.h"
+#include "db/tables/FieldHeader.h"
+#include "db/tables/TableWriter.h"
 
 #include <algorithm>
 
@@ -159,6 +159,7 @@ private:
         if (sameOrder(ours, theirs))
             return;
         Conflict conflict;
+        conflict.about = Conflict::About::Order;
         conflict.table = m_ours.name;
         conflict.base = headersOf(m_base.fields);
         conflict.ours = headersOf(m_ours.fields);

@@ -118,7 +118,7 @@ void install(bool isGlobal) {
 
 void addInstallGit(CLI::App &program, Exit &) {
     auto isGlobal = std::make_shared<bool>(false);
-    Command(program, "install-git", "Make git show and merge databases by their tables, in this repository")
+    Subcommand(program, "install-git", "Make git show and merge databases by their tables, in this repository")
         .flag("--global", *isGlobal, "In all repositories of this user")
         .note("Writes the drivers into git's configuration (diff, merge, difftool; all named qirdb, and a difftool "
               "qir-editor, the window) and the file names that they are for into .gitattributes at the top of the "

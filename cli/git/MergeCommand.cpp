@@ -168,7 +168,7 @@ Exit merge(const Arguments &arguments) {
 
 void addMerge(CLI::App &program, Exit &exit) {
     auto arguments = std::make_shared<Arguments>();
-    Command command(program, "merge", "Bring together what two sides have made of a database");
+    Subcommand command(program, "merge", "Bring together what two sides have made of a database");
     command.argument("BASE", arguments->base, "What both sides come from; an empty file for nothing")
         .argument("OURS", arguments->ours, "One side")
         .argument("THEIRS", arguments->theirs, "The other side")

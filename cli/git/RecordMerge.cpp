@@ -1,5 +1,7 @@
 #include "cli/git/RecordMerge.h"
 
+#include "compare/conflicts/ConflictTable.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -40,6 +42,13 @@ bool RecordMerge::isUnchanged(const RecordValues &base, const RecordValues &side
     });
 }
 
+bool RecordMerge::isUnchanged(const RecordTriple &record, const FieldPlaces &field) {
+    if (record.base == nullptr || field.base < 0 || field.ours < 0 || field.theirs < 0)
+        return false;
+    return sameValue((*record.base)[static_cast<std::size_t>(field.base)],
+                     (*record.theirs)[static_cast<std::size_t>(field.theirs)]);
+}
+
 bool RecordMerge::isSame(const RecordValues &ours, const RecordValues &theirs) const {
     return std::ranges::all_of(m_fields, [&](const FieldPlaces &field) {
         return sameValue(orEmpty(valueAt(&ours, field.ours), field.field),
@@ -47,11 +56,13 @@ bool RecordMerge::isSame(const RecordValues &ours, const RecordValues &theirs) c
     });
 }
 
-RecordValues RecordMerge::moved(const RecordValues &values, int FieldPlaces::*place) const {
+RecordValues RecordMerge::moved(const RecordValues &values, int FieldPlaces::*place, const RecordValues *ours) const {
     RecordValues record;
+    record.reserve(m_fields.size());
     for (const FieldPlaces &field : m_fields) {
         const bool isLeftOut = field.isOurs && place == &FieldPlaces::theirs;
-        record.push_back(isLeftOut ? emptyValue(field.field) : orEmpty(valueAt(&values, field.*place), field.field));
+        const QVariant value = isLeftOut ? valueAt(ours, field.ours) : valueAt(&values, field.*place);
+        record.push_back(orEmpty(value, field.field));
     }
     return record;
 }
@@ -74,6 +85,7 @@ void RecordMerge::conflict(const RecordTriple &record, const QString &reason) {
     conflict.table = m_table;
     conflict.record = record.record;
     conflict.key = record.key;
+    conflict.occurrence = record.occurrence;
     if (!record.key.isEmpty())
         conflict.keyFields = m_key;
     conflict.base = listOf(record.base);
@@ -110,6 +122,7 @@ Conflict RecordMerge::cellConflict(const RecordTriple &record, const FieldPlaces
     conflict.table = m_table;
     conflict.record = record.record;
     conflict.key = record.key;
+    conflict.occurrence = record.occurrence;
     if (!record.key.isEmpty())
         conflict.keyFields = m_key;
     conflict.field = field.field.name;
@@ -135,8 +148,10 @@ void RecordMerge::take(const RecordTriple &record) {
     tellLeftOut(record);
     if (record.ours != nullptr && record.theirs != nullptr) {
         RecordValues merged;
+        merged.reserve(m_fields.size());
         for (const FieldPlaces &field : m_fields)
-            merged.push_back(mergedValue(record, field));
+            merged.push_back(isUnchanged(record, field) ? (*record.ours)[static_cast<std::size_t>(field.ours)]
+                                                        : mergedValue(record, field));
         m_records.push_back(std::move(merged));
     } else if (record.ours != nullptr) {
         const bool isRemoved = record.base != nullptr && isUnchanged(*record.base, *record.ours, &FieldPlaces::ours);

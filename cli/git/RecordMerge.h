@@ -21,8 +21,9 @@ struct RecordTriple {
     const RecordValues *base = nullptr;
     const RecordValues *ours = nullptr;
     const RecordValues *theirs = nullptr;
-    int record = 0;   ///< In the result, from 1, which begins as OURS does; 0 where it has none.
-    QVariantList key; ///< Where records belong together by key.
+    int record = 0;     ///< In the result, from 1, which begins as OURS does; 0 where it has none.
+    QVariantList key;   ///< Where records belong together by key.
+    int occurrence = 0; ///< Which of several records of the key, from 1; 0 where no side has several.
 };
 
 /// Brings records of one table together.
@@ -41,8 +42,10 @@ public:
     void conflict(const RecordTriple &record, const QString &reason);
     /// Tells what THEIRS has written in fields whose values are not taken, if anything.
     void tellLeftOut(const RecordTriple &record);
-    /// Adds a record of one side as it is.
-    void add(const RecordValues &values, int FieldPlaces::*place) { m_records.push_back(moved(values, place)); }
+    /// Adds a record of one side as it is; `ours` is the one of OURS that it takes the place of, if any.
+    void add(const RecordValues &values, int FieldPlaces::*place, const RecordValues *ours = nullptr) {
+        m_records.push_back(moved(values, place, ours));
+    }
 
     int count() const { return static_cast<int>(m_records.size()); }
     std::vector<RecordValues> takeRecords() { return std::move(m_records); }
@@ -55,10 +58,12 @@ public:
     bool isSame(const RecordValues &ours, const RecordValues &theirs) const;
 
 private:
+    /// THEIRS has the value of BASE. Most have: nothing is copied to see that.
+    static bool isUnchanged(const RecordTriple &record, const FieldPlaces &field);
     Conflict cellConflict(const RecordTriple &record, const FieldPlaces &field) const;
     QVariant mergedValue(const RecordTriple &record, const FieldPlaces &field);
     /// A record of one side, in the merged fields.
-    RecordValues moved(const RecordValues &values, int FieldPlaces::*place) const;
+    RecordValues moved(const RecordValues &values, int FieldPlaces::*place, const RecordValues *ours = nullptr) const;
 
     /// The names of a side's fields in their order, "" for one that does not count.
     QStringList namesOf(const RecordValues *values, int FieldPlaces::*place) const;

@@ -1,10 +1,14 @@
 #include "cli/git/RecordShift.h"
 
-#include "cli/tables/TableWriter.h"
+#include "compare/conflicts/ConflictTable.h"
+#include "db/tables/TableWriter.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 
 namespace qir {
 
@@ -13,21 +17,61 @@ namespace {
 /// How many pairs of records are looked at before a table counts as too large for it.
 constexpr std::size_t mostPairs = 100'000'000;
 
+/// Equal for equal values alone; no text for a person.
 QString valueText(const QVariant &value) {
-    const bool isText = value.typeId() == QMetaType::QString;
-    const QString part = isText ? value.toString() : QString::number(value.toDouble() + 0.0, 'g', 17); // no -0
-    return (isText ? u't' : u'n') + QString::number(part.size()) + u':' + part;
+    if (value.typeId() == QMetaType::QString) {
+        const QString part = value.toString();
+        return u't' + QString::number(part.size()) + u':' + part;
+    }
+    constexpr int digitBits = 16;
+    constexpr int digits = 4;
+    const auto bits = std::bit_cast<std::uint64_t>(value.toDouble() + 0.0); // no -0
+    QString text(digits + 1, u'n');
+    for (int digit = 0; digit < digits; ++digit)
+        text[digit + 1] = QChar(static_cast<char16_t>(bits >> (digit * digitBits)));
+    return text;
+}
+
+/// Whether two records have the same values at these places.
+bool isSameRecord(const RecordValues &base, const RecordValues &side, const std::vector<int> &before,
+                  const std::vector<int> &now) {
+    for (std::size_t i = 0; i < before.size(); ++i)
+        if (!sameValue(base[static_cast<std::size_t>(before[i])], side[static_cast<std::size_t>(now[i])]))
+            return false;
+    return true;
+}
+
+/// Records from the first one to before the end.
+struct Range {
+    std::size_t first = 0;
+    std::size_t end = 0;
+};
+
+/// The records of BASE from the first that is not as it was at its place on a side to the last one, as far as the side
+/// has added none.
+Range changedRange(const TableContent &base, const TableContent &side, const std::vector<int> &before,
+                   const std::vector<int> &now) {
+    const auto isSame = [&](std::size_t record) {
+        return isSameRecord(base.records[record], side.records[record], before, now);
+    };
+    Range range{0, base.records.size()};
+    while (range.first < range.end && isSame(range.first))
+        ++range.first;
+    if (range.end == side.records.size())
+        while (range.end > range.first && isSame(range.end - 1))
+            --range.end;
+    return range;
 }
 
 /// The values of a table as numbers that are the same for the same values.
 class Values {
 public:
-    Values(const TableContent &table, const std::vector<int> &places, QHash<QString, int> &known)
+    Values(const TableContent &table, const Range &range, const std::vector<int> &places, QHash<QString, int> &known)
         : m_width(places.size()) {
-        m_numbers.reserve(table.records.size() * m_width);
-        for (const RecordValues &record : table.records)
+        m_numbers.reserve((range.end - range.first) * m_width);
+        for (std::size_t record = range.first; record < range.end; ++record)
             for (const int place : places) {
-                const QVariant &value = record[static_cast<std::size_t>(place)];
+                const QVariant &value = table.records[record][static_cast<std::size_t>(place)];
                 int &number = known[valueText(value)];
                 if (number == 0)
                     number = static_cast<int>(known.size());
@@ -58,28 +102,31 @@ private:
     std::vector<int> m_numbers;
 };
 
-/// What a side has made of the records of BASE.
+/// What a side has made of the records of BASE that it has changed and those between them.
 class Shift {
 public:
     Shift(const TableContent &base, const TableContent &side, const std::vector<int> &before,
           const std::vector<int> &now)
-        : m_base(base, before, m_known)
-        , m_side(side, now, m_known) {
-        while (m_first < m_base.size() && m_base.isSame(m_first, m_side, m_first))
-            ++m_first;
-        for (std::size_t record = m_first; record < m_base.size(); ++record)
-            if (!m_base.isSame(record, m_side, record))
-                m_changed.push_back(record);
-    }
+        : Shift(base, side, before, now, changedRange(base, side, before, now)) {}
 
     bool isLikely() const { return !m_changed.empty() && (hasInsertion() || hasMoved()); }
 
 private:
+    Shift(const TableContent &base, const TableContent &side, const std::vector<int> &before,
+          const std::vector<int> &now, const Range &range)
+        : m_base(base, range, before, m_known)
+        , m_side(side, {range.first, side.records.size() - (base.records.size() - range.end)}, now, m_known) {
+        for (std::size_t record = 0; record < m_base.size(); ++record)
+            if (!m_base.isSame(record, m_side, record))
+                m_changed.push_back(record);
+    }
+
     /// Whether records of the side, read as others of BASE in their order, keep as many values as at their places, or
-    /// more. The best reading of those before the first change is the one at their places.
+    /// more. The best reading of those before the first change is the one at their places, and where none was added
+    /// also of those behind the last one.
     bool hasInsertion() const {
-        const std::size_t before = m_base.size() - m_first;
-        const std::size_t now = m_side.size() - m_first;
+        const std::size_t before = m_base.size();
+        const std::size_t now = m_side.size();
         const std::size_t width = std::min(now, mostPairs / before);
         const std::size_t added = now - before;
         if (added >= width)
@@ -94,7 +141,7 @@ private:
             next[begin] = best[begin];
             for (std::size_t other = begin; other < end; ++other) {
                 Kept kept = std::max(next[other], best[other + 1]);
-                if (const int common = m_base.common(m_first + record, m_side, m_first + other); common > 0)
+                if (const int common = m_base.common(record, m_side, other); common > 0)
                     kept = std::max(kept, Kept{best[other].values + common, best[other].moved || record != other});
                 next[other + 1] = kept;
             }
@@ -130,29 +177,24 @@ private:
     QHash<QString, int> m_known;
     Values m_base;
     Values m_side;
-    std::size_t m_first = 0; ///< The first record that is not as it was at its place.
     std::vector<std::size_t> m_changed;
 };
 
 /// Whether records of BASE stand unchanged at other places.
 bool hasUnchangedElsewhere(const TableContent &base, const TableContent &side, const std::vector<int> &before,
                            const std::vector<int> &now) {
-    QHash<QString, int> counts;
-    std::size_t inPlace = 0;
-    for (std::size_t i = 0; i < base.records.size(); ++i) {
-        const QString text = textOf(base.records[i], before);
-        ++counts[text];
-        inPlace += text == textOf(side.records[i], now) ? 1 : 0;
+    QSet<QString> moved; // those that are no more at their places
+    for (std::size_t i = 0; i < base.records.size(); ++i)
+        if (!isSameRecord(base.records[i], side.records[i], before, now))
+            moved.insert(textOf(base.records[i], before));
+    if (moved.isEmpty())
+        return false;
+    for (std::size_t i = 0; i < side.records.size(); ++i) {
+        const bool isInPlace = i < base.records.size() && isSameRecord(base.records[i], side.records[i], before, now);
+        if (!isInPlace && moved.contains(textOf(side.records[i], now)))
+            return true;
     }
-    std::size_t anywhere = 0;
-    for (const RecordValues &record : side.records) {
-        const auto found = counts.find(textOf(record, now));
-        if (found != counts.end() && *found > 0) {
-            --*found;
-            ++anywhere;
-        }
-    }
-    return anywhere > inPlace;
+    return false;
 }
 
 } // namespace

@@ -3,11 +3,12 @@
 #include "base/Collation.h"
 #include "cli/git/FieldMerge.h"
 #include "cli/git/RecordShift.h"
-#include "cli/tables/TableWriter.h"
+#include "compare/conflicts/RecordDigest.h"
+#include "db/tables/TableWriter.h"
+
+#include <QHash>
 
 #include <algorithm>
-#include <map>
-#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -17,8 +18,9 @@ namespace {
 
 using Records = std::vector<const RecordValues *>;
 
-void mergeByPosition(const TableContent &base, const TableContent &ours, const TableContent &theirs,
-                     RecordMerge &merge) {
+/// Gives how many records of THEIRS stand at their places in the result; the others are behind those of OURS.
+std::size_t mergeByPosition(const TableContent &base, const TableContent &ours, const TableContent &theirs,
+                            RecordMerge &merge) {
     const std::size_t common = base.records.size();
     for (std::size_t i = 0; i < common; ++i)
         merge.take({&base.records[i], &ours.records[i], &theirs.records[i], static_cast<int>(i) + 1, {}});
@@ -35,6 +37,7 @@ void mergeByPosition(const TableContent &base, const TableContent &ours, const T
         merge.tellLeftOut({nullptr, nullptr, &theirs.records[i], merge.count() + 1, {}});
         merge.add(theirs.records[i], &FieldPlaces::theirs);
     }
+    return both;
 }
 
 /// The records of one key value on each side.
@@ -57,7 +60,7 @@ public:
         collect(ours, &Group::ours);
         collect(theirs, &Group::theirs);
         for (const QString &text : m_order)
-            take(m_groups.at(text));
+            take(m_groups[text]);
     }
 
 private:
@@ -85,7 +88,8 @@ private:
         const std::size_t most = std::max({group.base.size(), group.ours.size(), group.theirs.size()});
         const auto triple = [&](std::size_t i) {
             const auto at = [i](const Records &records) { return i < records.size() ? records[i] : nullptr; };
-            return RecordTriple{at(group.base), at(group.ours), at(group.theirs), group.record, group.key};
+            const int occurrence = most > 1 ? static_cast<int>(i) + 1 : 0;
+            return RecordTriple{at(group.base), at(group.ours), at(group.theirs), group.record, group.key, occurrence};
         };
         if (most <= 1) {
             m_merge.take(triple(0));
@@ -94,13 +98,15 @@ private:
         for (std::size_t i = 0; i < most; ++i)
             m_merge.tellLeftOut(triple(i));
         if (isUnchanged(group.base, group.ours, &FieldPlaces::ours)) {
-            addAll(group.theirs, &FieldPlaces::theirs);
+            for (std::size_t i = 0; i < group.theirs.size(); ++i)
+                m_merge.add(*group.theirs[i], &FieldPlaces::theirs, triple(i).ours);
             return;
         }
         if (!isUnchanged(group.base, group.theirs, &FieldPlaces::theirs) && !isSame(group.ours, group.theirs))
             for (std::size_t i = 0; i < most; ++i)
                 m_merge.conflict(triple(i), u"several records have this key, and both sides have changed them"_s);
-        addAll(group.ours, &FieldPlaces::ours);
+        for (const RecordValues *values : group.ours)
+            m_merge.add(*values, &FieldPlaces::ours);
     }
 
     bool isUnchanged(const Records &base, const Records &side, int FieldPlaces::*place) const {
@@ -113,16 +119,98 @@ private:
             return m_merge.isSame(*one, *other);
         });
     }
-    void addAll(const Records &records, int FieldPlaces::*place) {
-        for (const RecordValues *values : records)
-            m_merge.add(*values, place);
+    const QStringList &m_key;
+    RecordMerge &m_merge;
+    QHash<QString, Group> m_groups;
+    QStringList m_order; ///< Those of OURS, then what THEIRS alone has.
+};
+
+/// What a side has in a field in conflict, so that it can be taken from there.
+class FieldRecords {
+public:
+    FieldRecords(const QStringList &key, std::size_t inPlace, std::size_t behind, std::size_t count)
+        : m_key(key)
+        , m_inPlace(inPlace)
+        , m_behind(behind)
+        , m_count(count) {}
+
+    std::optional<ConflictRecords> of(const TableContent &side, const QString &field) const {
+        const int place = fieldNumber(side.fields, field) - 1;
+        if (place < 0 || m_key.contains(field))
+            return std::nullopt;
+        return m_key.isEmpty() ? byPosition(side, static_cast<std::size_t>(place))
+                               : byKey(side, static_cast<std::size_t>(place));
+    }
+
+private:
+    ConflictRecords byKey(const TableContent &side, std::size_t place) const {
+        ConflictRecords records;
+        for (const RecordValues &values : side.records) {
+            QVariantList record;
+            for (const QString &name : m_key)
+                record.append(values[static_cast<std::size_t>(fieldNumber(side.fields, name)) - 1]);
+            record.append(values[place]);
+            records.push_back(std::move(record));
+        }
+        return records;
+    }
+    ConflictRecords byPosition(const TableContent &side, std::size_t place) const {
+        ConflictRecords records(m_count);
+        for (std::size_t i = 0; i < side.records.size(); ++i)
+            records[i < m_inPlace ? i : m_behind + i - m_inPlace] = {side.records[i][place]};
+        return records;
     }
 
     const QStringList &m_key;
-    RecordMerge &m_merge;
-    std::map<QString, Group> m_groups;
-    QStringList m_order; ///< Those of OURS, then what THEIRS alone has.
+    std::size_t m_inPlace; ///< So many records of the side have their own places in the result.
+    std::size_t m_behind;  ///< The others stand behind as many records.
+    std::size_t m_count;   ///< Of the result.
 };
+
+void tellFields(std::vector<Conflict> &conflicts, const QStringList &key, const TableContent &ours,
+                const TableContent &theirs, std::size_t theirsInPlace, std::size_t count) {
+    for (Conflict &conflict : conflicts) {
+        if (conflict.what != Conflict::What::Field)
+            continue;
+        conflict.keyFields = key;
+        conflict.oursRecords = FieldRecords(key, ours.records.size(), 0, count).of(ours, conflict.field);
+        conflict.theirsRecords =
+            FieldRecords(key, theirsInPlace, ours.records.size(), count).of(theirs, conflict.field);
+    }
+}
+
+/// Lines that name records by their numbers tell what else these are known by.
+void tellDigests(MergedTable &merged) {
+    DecidedFields decided;
+    for (const Conflict &conflict : merged.conflicts)
+        decided.add(conflict);
+    const TableContent &table = merged.table;
+    QStringList keys;
+    for (const FieldInfo &field : table.fields)
+        keys.append(collationKey(field.name));
+    const auto digestOf = [&](int record) {
+        RecordDigest digest;
+        const RecordValues &values = table.records[static_cast<std::size_t>(record) - 1];
+        for (std::size_t i = 0; i < table.fields.size(); ++i)
+            if (const QString &key = keys[static_cast<qsizetype>(i)]; !decided.contains(record, key))
+                digest.add(key, table.fields[i].type, table.fields[i].size, values[i]);
+        return digest;
+    };
+    QString ofAll;
+    for (Conflict &conflict : merged.conflicts) {
+        if (conflict.what == Conflict::What::Cell && conflict.record > 0 && conflict.key.isEmpty()) {
+            conflict.recordDigest = digestOf(conflict.record).text();
+        } else if (conflict.what == Conflict::What::Field && conflict.keyFields.isEmpty()) {
+            if (ofAll.isEmpty()) {
+                RecordsDigest digest;
+                for (int record = 1; record <= static_cast<int>(table.records.size()); ++record)
+                    digest.add(digestOf(record));
+                ofAll = digest.text();
+            }
+            conflict.recordDigest = ofAll;
+        }
+    }
+}
 
 } // namespace
 
@@ -147,20 +235,23 @@ std::optional<MergedTable> mergeTables(const TableContent &base, const TableCont
     MergedFields fields = mergeFields(base, ours, theirs);
     const QStringList key = keys.keyOf(ours.name, commonFields(&base, &ours, &theirs));
     RecordMerge records(ours.name, key, fields.fields, fields.leftOut);
+    std::size_t inPlace = 0;
     if (!key.isEmpty())
         KeyedMerge(key, records).merge(base, ours, theirs);
     else if (isShifted(base, ours) || isShifted(base, theirs))
         return std::nullopt;
     else
-        mergeByPosition(base, ours, theirs, records);
+        inPlace = mergeByPosition(base, ours, theirs, records);
     MergedTable merged;
     merged.table.name = ours.name == base.name ? theirs.name : ours.name;
     for (const FieldPlaces &field : fields.fields)
         merged.table.fields.push_back(field.field);
     merged.table.records = records.takeRecords();
     merged.conflicts = std::move(fields.conflicts);
+    tellFields(merged.conflicts, key, ours, theirs, inPlace, merged.table.records.size());
     if (ours.name != base.name && theirs.name != base.name && ours.name != theirs.name) {
         Conflict conflict;
+        conflict.about = Conflict::About::Name;
         conflict.table = ours.name;
         conflict.base = {base.name};
         conflict.ours = {ours.name};
@@ -170,6 +261,7 @@ std::optional<MergedTable> mergeTables(const TableContent &base, const TableCont
     }
     for (Conflict &conflict : records.takeConflicts())
         merged.conflicts.push_back(std::move(conflict));
+    tellDigests(merged);
     return merged;
 }
 

@@ -113,7 +113,7 @@ void kept(const Arguments &arguments) {
 
 void addKept(CLI::App &program, Exit &) {
     auto arguments = std::make_shared<Arguments>();
-    Command(program, "kept", "List the kept versions of a file, or take one of them")
+    Subcommand(program, "kept", "List the kept versions of a file, or take one of them")
         .argument("FILE", arguments->file, "The database")
         .option("--restore", arguments->restore, "N",
                 "Put the content of the version of this number in the file's place; what stands there is kept too")

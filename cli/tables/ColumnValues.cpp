@@ -1,10 +1,10 @@
 #include "cli/tables/ColumnValues.h"
 
 #include "base/LeadingNumber.h"
+#include "base/columns/Parallel.h"
 #include "base/columns/UnicodeText.h"
-#include "cli/tables/FieldHeader.h"
-#include "cli/tables/Parallel.h"
 #include "cli/tables/Portions.h"
+#include "db/tables/FieldHeader.h"
 
 #include <QDate>
 #include <QTime>

@@ -4,7 +4,7 @@
 #include "base/columns/ColumnBlock.h"
 #include "base/columns/ColumnBuilder.h"
 #include "cli/tables/CsvTable.h"
-#include "cli/tables/TableReader.h"
+#include "db/tables/TableReader.h"
 
 #include <QString>
 #include <QVariant>

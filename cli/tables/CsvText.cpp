@@ -1,7 +1,7 @@
 #include "cli/tables/CsvText.h"
 
 #include "cli/tables/CellText.h"
-#include "cli/tables/FieldHeader.h"
+#include "db/tables/FieldHeader.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 #include "base/LeadingNumber.h"
 #include "base/NumberText.h"
 #include "cli/tables/CellText.h"
-#include "cli/tables/FieldHeader.h"
+#include "db/tables/FieldHeader.h"
 
 #include <algorithm>
 #include <cstdio>

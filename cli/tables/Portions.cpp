@@ -3,7 +3,7 @@
 #include "base/LeadingNumber.h"
 #include "base/columns/BlockOrder.h"
 #include "base/columns/ColumnBuilder.h"
-#include "cli/tables/Parallel.h"
+#include "base/columns/Parallel.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/columns/ColumnBlock.h"
-#include "cli/tables/TableReader.h"
+#include "db/tables/TableReader.h"
 
 #include <functional>
 #include <vector>

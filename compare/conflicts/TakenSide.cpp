@@ -1,6 +1,8 @@
 #include "compare/conflicts/TakenSide.h"
 
 #include "base/Collation.h"
+#include "compare/conflicts/TakenField.h"
+#include "compare/conflicts/TakenTable.h"
 
 #include <QHash>
 
@@ -10,6 +12,9 @@
 namespace qir {
 
 namespace {
+
+using What = Conflict::What;
+using Parts = std::vector<const TakenSide *>;
 
 /// The current record takes the values of a side, as far as their fields are there.
 void writeRecord(const QirDatabase &database, const TakenSide &taken) {
@@ -23,19 +28,20 @@ void writeRecord(const QirDatabase &database, const TakenSide &taken) {
             database.setQIRTableRecordSetByIndex(field, values[i]);
 }
 
-/// What is taken in the current table.
-void writeTable(const QirDatabase &database, const std::vector<const TakenSide *> &table, const KeyedStep &step) {
+/// The cells and records that are taken in the current table.
+void writeRecords(const QirDatabase &database, const Parts &parts, const KeyedStep &step) {
     std::vector<int> removed;
-    std::vector<const TakenSide *> added;
-    for (const TakenSide *taken : table) {
+    Parts added;
+    for (const TakenSide *taken : parts) {
         if (step)
             step();
         const QVariantList &values = valuesOf(*taken->conflict, taken->side);
-        if (taken->conflict->what == Conflict::What::Cell) {
+        if (taken->conflict->what == What::Cell) {
             database.setQIRTableRecordsPointerOut(taken->standing.record);
             database.setQIRTableRecordSetByIndex(taken->standing.field, values.front());
         } else if (values.isEmpty()) {
-            removed.push_back(taken->standing.record);
+            if (taken->standing.record > 0)
+                removed.push_back(taken->standing.record);
         } else if (taken->standing.record > 0) {
             database.setQIRTableRecordsPointerOut(taken->standing.record);
             writeRecord(database, *taken);
@@ -44,6 +50,7 @@ void writeTable(const QirDatabase &database, const std::vector<const TakenSide *
         }
     }
     std::ranges::sort(removed, std::ranges::greater());
+    removed.erase(std::ranges::unique(removed).begin(), removed.end()); // two lines may be about one record
     for (const int record : removed)
         database.RemoveRecord(record);
     for (const TakenSide *taken : added) {
@@ -57,12 +64,26 @@ void writeTable(const QirDatabase &database, const std::vector<const TakenSide *
 
 void writeSides(const QirDatabase &database, const std::vector<TakenSide> &taken, const KeyedStep &step) {
     std::map<QString, std::vector<const TakenSide *>> tables;
-    for (const TakenSide &one : taken)
-        tables[collationKey(one.conflict->table)].push_back(&one);
-    for (const auto &[key, table] : tables) {
-        database.QIRTableRecordSource(table.front()->conflict->table);
-        writeTable(database, table, step);
+    Parts wholes;
+    for (const TakenSide &one : taken) {
+        if (one.conflict->what == What::Table)
+            wholes.push_back(&one);
+        else
+            tables[collationKey(one.conflict->table)].push_back(&one);
     }
+    for (const auto &[key, parts] : tables) {
+        database.QIRTableRecordSource(parts.front()->conflict->table);
+        // Fields last: the standings tell places as they were.
+        Parts fields;
+        Parts records;
+        for (const TakenSide *part : parts)
+            (part->conflict->what == What::Field ? fields : records).push_back(part);
+        writeRecords(database, records, step);
+        for (const TakenSide *field : fields)
+            writeField(database, *field, step);
+    }
+    for (const TakenSide *whole : wholes)
+        writeWholeTable(database, *whole, step);
 }
 
 } // namespace qir

@@ -42,7 +42,19 @@ bool currentTablesDiffer(const QirDatabase &left, const QirDatabase &right, cons
 void compareCurrentTables(const QirDatabase &left, const QirDatabase &right, int records, int fields, BitMatrix &matrix,
                           const ComparisonStep &step = {});
 
-/// The same for two tables that are known to be equal; reads neither.
+/// Records and fields, from the first to the last one of each.
+struct CellBounds {
+    int firstRecord = 1;
+    int firstField = 1;
+    int lastRecord = 0;
+    int lastField = 0;
+};
+
+/// Sets (record, field) of `matrix` to whether the values differ, for these cells as far as both tables and the matrix
+/// have them, value by value: for few of them.
+void compareCurrentCells(const QirDatabase &left, const QirDatabase &right, const CellBounds &cells, BitMatrix &matrix);
+
+/// compareCurrentTables() for two tables that are known to be equal; reads neither.
 void markEqualTables(int records, int fields, BitMatrix &matrix, const ComparisonStep &step = {});
 
 /// Sets every element of `matrix` that only one table has: from row 1 on those beyond the common records, from column

@@ -3,6 +3,9 @@
 #include "base/NumberText.h"
 #include "platform/controls/ShortText.h"
 
+#include <QDeadlineTimer>
+#include <QTimerEvent>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -12,6 +15,10 @@ namespace qir {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int sliceMilliseconds = 10;
+constexpr int firstMilliseconds = 20;
+constexpr std::size_t rowsBetweenLooks = 32; // at the clock
 
 QString cellText(const CellView &cell) {
     QString buffer;
@@ -23,6 +30,7 @@ QString cellText(const CellView &cell) {
 } // namespace
 
 void KeyedChanges::show(std::unique_ptr<ComparedTables> compared) {
+    m_search.stop();
     beginResetModel();
     m_compared = std::move(compared);
     m_rows.clear();
@@ -63,20 +71,58 @@ void KeyedChanges::listRows() {
 }
 
 void KeyedChanges::filter(const std::vector<Kind> &kinds, const QString &text) {
+    m_search.stop();
     beginResetModel();
-    m_shown.clear();
+    m_kinds = kinds;
+    m_text = text;
     m_filtered = !kinds.empty() || !text.isEmpty();
-    for (std::size_t i = 0; m_filtered && i < m_rows.size(); ++i) {
-        const Row &row = m_rows[i];
-        if (!kinds.empty() && std::ranges::find(kinds, row.kind) == kinds.end())
-            continue;
-        bool found = text.isEmpty();
-        for (int column = 0; !found && column < ColumnCount; ++column)
-            found = this->text(row, static_cast<Column>(column)).contains(text, Qt::CaseInsensitive);
-        if (found)
-            m_shown.push_back(static_cast<std::uint32_t>(i));
-    }
+    m_next = m_filtered ? 0 : m_rows.size();
+    m_shown = searchOn(firstMilliseconds);
     endResetModel();
+    if (m_next < m_rows.size())
+        m_search.start(0, this);
+    else
+        Q_EMIT filtered();
+}
+
+bool KeyedChanges::passes(const Row &row) const {
+    if (!m_kinds.empty() && std::ranges::find(m_kinds, row.kind) == m_kinds.end())
+        return false;
+    bool found = m_text.isEmpty();
+    for (int column = 0; !found && column < ColumnCount; ++column)
+        found = text(row, static_cast<Column>(column)).contains(m_text, Qt::CaseInsensitive);
+    return found;
+}
+
+/// Gives the rows that it finds in so much time.
+std::vector<std::uint32_t> KeyedChanges::searchOn(int milliseconds) {
+    const QDeadlineTimer deadline(milliseconds);
+    std::vector<std::uint32_t> found;
+    for (; m_next < m_rows.size(); ++m_next) {
+        if (m_next % rowsBetweenLooks == 0 && deadline.hasExpired())
+            break;
+        if (passes(m_rows[m_next]))
+            found.push_back(static_cast<std::uint32_t>(m_next));
+    }
+    return found;
+}
+
+void KeyedChanges::timerEvent(QTimerEvent *event) {
+    if (event->timerId() != m_search.timerId()) {
+        QAbstractTableModel::timerEvent(event);
+        return;
+    }
+    const std::vector<std::uint32_t> found = searchOn(sliceMilliseconds);
+    if (!found.empty()) {
+        const int first = rowCount();
+        beginInsertRows({}, first, first + static_cast<int>(found.size()) - 1);
+        m_shown.insert(m_shown.end(), found.begin(), found.end());
+        endInsertRows();
+    }
+    if (m_next < m_rows.size())
+        return;
+    m_search.stop();
+    Q_EMIT filtered();
 }
 
 std::size_t KeyedChanges::indexOf(int row) const {

@@ -6,6 +6,7 @@
 #include "compare/report/KeyedRecords.h"
 
 #include <QAbstractTableModel>
+#include <QBasicTimer>
 
 #include <cstdint>
 #include <memory>
@@ -34,8 +35,10 @@ public:
 
     /// Shows a comparison; null for none.
     void show(std::unique_ptr<ComparedTables> compared);
-    /// Shows only rows of these kinds (all where it is empty) that hold a text, whatever its case.
+    /// Shows only rows of these kinds (all where it is empty) that hold a text, whatever its case. Where there are many
+    /// what is found comes bit by bit, and filtered() at the end; another filter ends the search.
     void filter(const std::vector<Kind> &kinds, const QString &text);
+    bool isFiltering() const { return m_search.isActive(); }
 
     const ComparedTables *compared() const { return m_compared.get(); }
     std::size_t allRows() const { return m_rows.size(); }
@@ -59,6 +62,10 @@ public:
 
 Q_SIGNALS:
     void ticksChanged();
+    void filtered();
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
 
 private:
     struct Row {
@@ -72,6 +79,8 @@ private:
     };
 
     void listRows();
+    bool passes(const Row &row) const;
+    std::vector<std::uint32_t> searchOn(int milliseconds);
     std::size_t indexOf(int row) const;
     const Row &shownRow(int row) const { return m_rows[indexOf(row)]; }
     void tick(std::size_t row, bool ticked);
@@ -88,6 +97,11 @@ private:
     std::size_t m_tickedCount = 0;
     bool m_filtered = false;
     std::vector<std::uint32_t> m_shown; // of m_rows, while they are filtered
+    // What is searched for, and from which row on.
+    std::vector<Kind> m_kinds;
+    QString m_text;
+    std::size_t m_next = 0;
+    QBasicTimer m_search;
 };
 
 } // namespace qir

@@ -39,8 +39,8 @@ KeyedCommands::KeyedCommands(EditorContext &editor, KeyedActions actions)
 }
 
 void KeyedCommands::addCommands() {
-    m_editor.controls.commands.add(Command::DifferencesByKeyMenu, tr("Differences by &Key..."),
-                                   [this] { DifferencesByKeyMenu_Click(); }, {.needs = Needs::BothDatabases});
+    m_editor.commands().add(Command::DifferencesByKeyMenu, tr("Differences by &Key..."),
+                            [this] { DifferencesByKeyMenu_Click(); }, {.needs = Needs::BothDatabases});
 }
 
 void KeyedCommands::DifferencesByKeyMenu_Click() {
@@ -55,8 +55,8 @@ void KeyedCommands::DifferencesByKeyMenu_Click() {
 }
 
 void KeyedCommands::openWindow() {
-    m_window = new KeyedWindow(m_editor.controls.window);
-    moveBeside(*m_window, *m_editor.controls.window);
+    m_window = new KeyedWindow(m_editor.controls().window);
+    moveBeside(*m_window, *m_editor.controls().window);
     connect(m_window, &KeyedWindow::keyChosen, this,
             [this](const QStringList &key) { m_actions.rememberKey(m_table, key); });
     connect(m_window, &KeyedWindow::recordsChosen, this, &KeyedCommands::showRecords);
@@ -87,12 +87,15 @@ void KeyedCommands::refresh() {
     m_revisions = revisions();
     const UndoOnError stale([this] { m_window->setStale(); });
     std::array<std::shared_ptr<TableSnapshot>, 2> tables;
-    for (const int number : {0, 1}) {
-        Pane &pane = m_editor.pane(number);
-        pane.makeShownTableCurrent();
-        tables[static_cast<std::size_t>(number)] = std::make_shared<TableSnapshot>(pane.OggettoDtb());
-    }
-    m_window->showTables(m_table, tables[0], tables[1], m_actions.rememberedKey(m_table));
+    const bool wereRead = m_window->readTables([&](const KeyedStep &step) {
+        for (const int number : {0, 1}) {
+            Pane &pane = m_editor.pane(number);
+            pane.makeShownTableCurrent();
+            tables[static_cast<std::size_t>(number)] = std::make_shared<TableSnapshot>(pane.OggettoDtb(), step);
+        }
+    });
+    if (wereRead)
+        m_window->showTables(m_table, tables[0], tables[1], m_actions.rememberedKey(m_table));
 }
 
 void KeyedCommands::settle() {

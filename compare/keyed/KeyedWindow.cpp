@@ -1,5 +1,6 @@
 #include "compare/keyed/KeyedWindow.h"
 
+#include "base/UndoOnError.h"
 #include "platform/controls/InvisibleSigns.h"
 #include "platform/controls/RowsView.h"
 #include "platform/dialogs/Clipboard.h"
@@ -156,6 +157,7 @@ void KeyedWindow::connectControls() {
     connect(m_options, &KeyedOptions::keyChosen, this, &KeyedWindow::keyChosen);
     connect(m_options, &KeyedOptions::changed, this, [this] { runCommand([this] { compare(); }); });
     connect(&m_changes, &KeyedChanges::ticksChanged, this, &KeyedWindow::showTicks);
+    connect(&m_changes, &KeyedChanges::filtered, this, &KeyedWindow::showFiltered);
     connect(m_tickAll, &QCheckBox::clicked, this, [this](bool all) { m_changes.tickShown(all); });
     onRowChosen(*m_view, [this](const QModelIndex &index) { runCommand([&] { chooseRow(index); }); });
     auto *copy = new QShortcut(QKeySequence::Copy, m_view, nullptr, nullptr, Qt::WidgetShortcut);
@@ -206,6 +208,18 @@ void KeyedWindow::showNothing(const QString &reason) {
     m_status->setText(reason);
 }
 
+bool KeyedWindow::readTables(const std::function<void(const KeyedStep &step)> &read) {
+    const auto showUnread = [this](const QString &reason) {
+        showNothing(reason);
+        m_again->show();
+    };
+    bool wereRead = false;
+    undoneOnError([&] { wereRead = runCancellable(read); }, [&] { showUnread(tr("The tables could not be read.")); });
+    if (!wereRead)
+        showUnread(tr("Stopped. The tables were not read."));
+    return wereRead;
+}
+
 void KeyedWindow::setStale() {
     if (m_stale || m_left == nullptr)
         return;
@@ -240,8 +254,8 @@ void KeyedWindow::compare() {
         return;
     }
     m_changes.show(std::move(compared));
-    filterChanges();
     tellResult();
+    filterChanges();
 }
 
 bool KeyedWindow::runCancellable(const std::function<void(const KeyedStep &step)> &work) {
@@ -293,19 +307,28 @@ void KeyedWindow::tellResult() {
                            .arg(key.record)
                            .arg(key.second);
     }
-    m_status->setText(text);
+    m_result = text;
+    m_status->setText(m_result);
 }
 
 void KeyedWindow::filterChanges() {
     m_typed.stop();
     m_changes.filter(filterKinds()[static_cast<std::size_t>(std::max(m_kinds->currentIndex(), 0))], m_search->text());
+    showFiltered();
+}
+
+/// Rows that are still to come would not be ticked with all that are shown.
+void KeyedWindow::showFiltered() {
+    showTicks();
+    if (!m_stale && m_changes.compared() != nullptr)
+        m_status->setText(m_changes.isFiltering() ? m_result + u' ' + tr("Searching...") : m_result);
 }
 
 void KeyedWindow::showTicks() {
     const bool any = m_changes.tickedCount() > 0 && !m_stale;
     for (QPushButton *button : m_carry)
         button->setEnabled(any);
-    m_tickAll->setEnabled(!m_stale && m_changes.allRows() > 0);
+    m_tickAll->setEnabled(!m_stale && m_changes.allRows() > 0 && !m_changes.isFiltering());
     if (m_changes.tickedCount() == 0)
         m_tickAll->setChecked(false);
     m_report->setEnabled(m_left != nullptr);

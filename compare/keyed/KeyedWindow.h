@@ -34,6 +34,8 @@ public:
                     const QStringList &key);
     /// There is nothing to compare, and why.
     void showNothing(const QString &reason);
+    /// Reads tables, with a button that ends it. False when it was ended: nothing is shown then.
+    bool readTables(const std::function<void(const KeyedStep &step)> &read);
     /// The tables have changed since: the changes that are listed lead nowhere any more.
     void setStale();
     bool isStale() const { return m_stale; }
@@ -75,8 +77,10 @@ private:
     void copyRows();
     void carry(int to);
     void showTicks();
+    void showFiltered();
 
     KeyedChanges m_changes;
+    QString m_result; // of the comparison, as the state tells it
     QString m_table;
     std::shared_ptr<TableSnapshot> m_left;
     std::shared_ptr<TableSnapshot> m_right;

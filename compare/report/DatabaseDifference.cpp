@@ -275,12 +275,14 @@ void forEachDifferingCell(const TableDifference &table, const QirDatabase &left,
     chooseOnBothSides(table, left, right);
     const TableSizes &sizes = table.sizes;
     const QStringList names = fieldNames(sizes, left, right);
-    for (int record = 1; record <= sizes.mostRecords(); ++record) {
+    const BitMatrix &cells = table.cells;
+    for (std::size_t row = cells.nextRow(1); row < cells.rows(); row = cells.nextRow(row + 1)) {
+        const int record = static_cast<int>(row);
         const int fields = std::max(record <= sizes.leftRecords ? sizes.leftFields : 0,
                                     record <= sizes.rightRecords ? sizes.rightFields : 0);
-        for (int field = 1; field <= fields; ++field) {
-            if (!table.cells.at(static_cast<std::size_t>(record), static_cast<std::size_t>(field)))
-                continue;
+        for (std::size_t column = cells.nextColumn(row, 1); column <= static_cast<std::size_t>(fields);
+             column = cells.nextColumn(row, column + 1)) {
+            const int field = static_cast<int>(column);
             DifferingCell cell;
             cell.table = table.name;
             cell.record = record;

@@ -186,8 +186,13 @@ private:
             sink(m_out);
         });
         m_out += "</tbody></table></div>\n";
-        if (rows > mostReportedRecords)
-            m_out += "<p>" + QByteArray::number(rows - mostReportedRecords) + " more records differ.</p>\n";
+        writeMore(static_cast<std::size_t>(rows), "records differ");
+    }
+
+    /// How many of so many were left out.
+    void writeMore(std::size_t all, const char *what) {
+        if (all > mostReportedRecords)
+            m_out += "<p>" + number(all - mostReportedRecords) + " more " + what + ".</p>\n";
     }
 
     void writeHeading(const ReportColumn &column) {
@@ -216,7 +221,8 @@ private:
     void writeCell(const ReportRow &row, const ReportColumn &column, bool differs) {
         const std::optional<CellView> left = m_reported.left(row, column);
         const std::optional<CellView> right = m_reported.right(row, column);
-        m_out += differs ? "<td class=\"differs\">" : "<td>";
+        const bool anywhere = left || right; // else there is no such cell that could differ
+        m_out += differs && anywhere ? "<td class=\"differs\">" : "<td>";
         if (left && right && differs)
             m_out += signText(differsSign) + "<del>" + htmlValue(*left) + "</del> &rarr; <ins>" + htmlValue(*right) +
                      "</ins>";
@@ -248,6 +254,7 @@ private:
                      QByteArray::number(key.record) + " and " + QByteArray::number(key.second) + ".</p>\n";
             sink(m_out);
         }
+        writeMore(m_table.keyed->duplicates.size(), "keys occur more than once");
     }
 
     void writeMoved(const std::function<void(QByteArray &)> &sink) {
@@ -263,6 +270,7 @@ private:
             sink(m_out);
         }
         m_out += "</tbody></table></div>\n";
+        writeMore(m_table.keyed->moved.size(), "records moved");
     }
 
     QByteArray &m_out;

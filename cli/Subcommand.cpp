@@ -1,4 +1,4 @@
-#include "cli/Command.h"
+#include "cli/Subcommand.h"
 
 #include "cli/Progress.h"
 #include "cli/WholeFile.h"
@@ -50,21 +50,21 @@ std::vector<std::string> markedWords(int count, const char *const *arguments) {
     return words;
 }
 
-Command::Command(CLI::App &program, const std::string &name, const std::string &description)
+Subcommand::Subcommand(CLI::App &program, const std::string &name, const std::string &description)
     : m_app(program.add_subcommand(name, description)) {}
 
-Command &Command::argument(const std::string &name, std::string &value, const std::string &description) {
+Subcommand &Subcommand::argument(const std::string &name, std::string &value, const std::string &description) {
     plain(m_app->add_option(name, value, description))->required();
     return *this;
 }
 
-Command &Command::optional(const std::string &name, std::string &value, const std::string &description) {
+Subcommand &Subcommand::optional(const std::string &name, std::string &value, const std::string &description) {
     plain(m_app->add_option(name, value, description));
     return *this;
 }
 
-Command &Command::choice(const std::string &name, std::string &value, const std::vector<std::string> &words,
-                         const std::string &description) {
+Subcommand &Subcommand::choice(const std::string &name, std::string &value, const std::vector<std::string> &words,
+                               const std::string &description) {
     CLI::Option *option = m_app->add_option(name, value, description)->check(CLI::IsMember(words));
     if (name.starts_with('-'))
         option->capture_default_str();
@@ -73,60 +73,60 @@ Command &Command::choice(const std::string &name, std::string &value, const std:
     return *this;
 }
 
-Command &Command::arguments(const std::string &name, std::vector<std::string> &values, int least,
-                            const std::string &description) {
+Subcommand &Subcommand::arguments(const std::string &name, std::vector<std::string> &values, int least,
+                                  const std::string &description) {
     plain(m_app->add_option(name, values, description))->required(least > 0)->expected(least, -1);
     return *this;
 }
 
-Command &Command::flag(const std::string &name, bool &value, const std::string &description) {
+Subcommand &Subcommand::flag(const std::string &name, bool &value, const std::string &description) {
     m_app->add_flag(name, value, description);
     return *this;
 }
 
-Command &Command::option(const std::string &name, std::string &value, const std::string &type,
-                         const std::string &description) {
+Subcommand &Subcommand::option(const std::string &name, std::string &value, const std::string &type,
+                               const std::string &description) {
     valued(plain(m_app->add_option(name, value, description)))->type_name(type);
     return *this;
 }
 
-Command &Command::requiredOption(const std::string &name, std::string &value, const std::string &type,
-                                 const std::string &description) {
+Subcommand &Subcommand::requiredOption(const std::string &name, std::string &value, const std::string &type,
+                                       const std::string &description) {
     valued(plain(m_app->add_option(name, value, description)))->type_name(type)->required();
     return *this;
 }
 
-Command &Command::options(const std::string &name, std::vector<std::string> &values, const std::string &type,
-                          const std::string &description) {
+Subcommand &Subcommand::options(const std::string &name, std::vector<std::string> &values, const std::string &type,
+                                const std::string &description) {
     repeated(*m_app, name, values, description)->type_name(type)->allow_extra_args(false);
     return *this;
 }
 
-Command &Command::lists(const std::string &name, std::vector<std::string> &values, const std::string &type,
-                        const std::string &description) {
+Subcommand &Subcommand::lists(const std::string &name, std::vector<std::string> &values, const std::string &type,
+                              const std::string &description) {
     repeated(*m_app, name, values, description)->type_name(type)->allow_extra_args();
     return *this;
 }
 
-Command &Command::passwordFile(std::string &file) {
+Subcommand &Subcommand::passwordFile(std::string &file) {
     return option("--password-file", file, "FILE", "Read the password from the first line of this file");
 }
 
-Command &Command::passwordFiles(std::vector<std::string> &files, const std::string &order) {
+Subcommand &Subcommand::passwordFiles(std::vector<std::string> &files, const std::string &order) {
     return options("--password-file", files, "FILE",
                    "Read the password from the first line of this file; given again, " + order);
 }
 
-Command &Command::escapeFormulas(bool &escape) {
+Subcommand &Subcommand::escapeFormulas(bool &escape) {
     return flag("--escape-formulas", escape,
                 "CSV only: put an apostrophe before texts that a spreadsheet would compute (=, +, -, @ in front)");
 }
 
-Command &Command::readingOptions(bool &json) {
+Subcommand &Subcommand::readingOptions(bool &json) {
     return flag("--json", json, "Print JSON, an object or value on each line").quiet();
 }
 
-Command &Command::quiet() {
+Subcommand &Subcommand::quiet() {
     m_app->add_flag_callback(
         "--quiet",
         [] {
@@ -137,23 +137,23 @@ Command &Command::quiet() {
     return *this;
 }
 
-Command &Command::exclusive(const std::vector<std::string> &names) {
+Subcommand &Subcommand::exclusive(const std::vector<std::string> &names) {
     for (std::size_t i = 0; i < names.size(); ++i)
         for (std::size_t j = i + 1; j < names.size(); ++j)
             m_app->get_option(names[i])->excludes(m_app->get_option(names[j]));
     return *this;
 }
 
-Command &Command::note(const std::string &text) {
+Subcommand &Subcommand::note(const std::string &text) {
     m_app->footer(text);
     return *this;
 }
 
-void Command::run(std::function<void()> work) {
+void Subcommand::run(std::function<void()> work) {
     m_app->callback(std::move(work));
 }
 
-void Command::run(Exit &exit, std::function<Exit()> work) {
+void Subcommand::run(Exit &exit, std::function<Exit()> work) {
     m_app->callback([&exit, work = std::move(work)] { exit = work(); });
 }
 
