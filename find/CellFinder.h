@@ -1,9 +1,9 @@
 #pragma once
 
 #include "find/HitSet.h"
+#include "find/search/CellSearch.h"
 #include "pane/EditorContext.h"
 #include "platform/grid/GridRange.h"
-#include "view/CellSearch.h"
 
 #include <QObject>
 #include <QStringList>

@@ -44,7 +44,12 @@ public:
         m_box->setPlainText(text);
         m_box->moveCursor(QTextCursor::End);
         auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-        buttons->button(QDialogButtonBox::Ok)->setAutoDefault(false); // Enter is the text's
+        QPushButton *ok = buttons->button(QDialogButtonBox::Ok);
+        ok->setAutoDefault(false); // Enter is the text's, and so is Tab
+        for (const QKeySequence &keys :
+             {QKeySequence(Qt::CTRL | Qt::Key_Return), QKeySequence(Qt::CTRL | Qt::Key_Enter)})
+            connect(new QShortcut(keys, this), &QShortcut::activated, this, &QDialog::accept);
+        ok->setToolTip(QKeySequence(Qt::CTRL | Qt::Key_Return).toString(QKeySequence::NativeText));
         connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
         connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
         auto *rows = new QVBoxLayout(this);
@@ -75,7 +80,7 @@ void CellTextCommand::editText(int pane) {
     const int row = grid.Row();
     const int column = grid.Col();
     const QString before = grid.TextMatrix(row, column);
-    CellTextDialog dialog(m_editor.controls.window, tr("Record %1, %2").arg(row).arg(grid.TextMatrix(0, column)),
+    CellTextDialog dialog(m_editor.controls().window, tr("Record %1, %2").arg(row).arg(grid.TextMatrix(0, column)),
                           before);
     const LineEnds ends(before, linesIn(dialog.box()));
     if (dialog.exec() != QDialog::Accepted)

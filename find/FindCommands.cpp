@@ -9,6 +9,7 @@
 
 #include <QGroupBox>
 #include <QLabel>
+#include <QShortcut>
 #include <QTimerEvent>
 
 #include <algorithm>
@@ -38,20 +39,23 @@ FindCommands::FindCommands(EditorContext &editor, CellDifferences &differences, 
     , m_finder(editor)
     , m_replacement(editor, m_finder, differences, tables, stored)
     , m_hits(m_finder)
-    , m_bar(new FindBar(editor.IDtb(0).parentWidget())) {
-    m_editor.controls.belowFrames = m_bar;
+    , m_bar(new FindBar(editor.IDtb(0).parentWidget()))
+    , m_stop(new QShortcut(Qt::Key_Escape, editor.controls().window)) {
+    m_stop->setEnabled(false);
+    m_editor.setBelowFrames(*m_bar);
     m_bar->setHits(m_hits);
     connect(m_bar, &FindBar::edited, this, [this] { runCommand([this] { search(); }); });
     connect(m_bar, &FindBar::asked, this, [this](int step) { runCommand([&] { findNeighbour(step); }); });
     connect(m_bar, &FindBar::replaceAsked, this, [this](bool all) { runCommand([&] { replace(all); }); });
     connect(m_bar, &FindBar::chosen, this, [this](int hit) { runCommand([&] { choose(hit); }); });
     connect(m_bar, &FindBar::escaped, this, [this] { runCommand([this] { escape(); }); });
+    connect(m_stop, &QShortcut::activated, this, [this] { runCommand([this] { escape(); }); });
     connect(m_bar, &FindBar::closed, this, [this] { runCommand([this] { close(); }); });
     connect(&m_finder, &CellFinder::changed, this, &FindCommands::found);
 }
 
 void FindCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::FindMenu, tr("&Find..."), [this] { FindMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_F), .needs = Needs::Database});
     commands.add(Command::FindNextMenu, tr("Find &Next"), [this] { findNeighbour(1); },
@@ -137,6 +141,7 @@ void FindCommands::timerEvent(QTimerEvent *event) {
 }
 
 void FindCommands::tell() {
+    m_stop->setEnabled(m_finder.running());
     const std::int64_t count = m_finder.count();
     QString note = m_note;
     if (!m_finder.search().error().isEmpty())

@@ -8,6 +8,10 @@
 #include <QBasicTimer>
 #include <QObject>
 
+QT_BEGIN_NAMESPACE
+class QShortcut;
+QT_END_NAMESPACE
+
 namespace qir {
 
 /// Finding and replacing: the commands, and what the bar asks for.
@@ -50,6 +54,7 @@ private:
     Replacement m_replacement;
     HitList m_hits;
     FindBar *m_bar;
+    QShortcut *m_stop;       // wherever the keyboard is while a search goes on
     QBasicTimer m_listTimer; // the list follows now and then, not at each keystroke
     QString m_note;
     int m_asked = 0;        // a step that the search has still to come by

@@ -13,8 +13,8 @@ namespace qir {
 using namespace Qt::StringLiterals;
 
 void GoToCommand::addCommands() {
-    m_editor.controls.commands.add(Command::GoToMenu, tr("&Go To..."), [this] { GoToMenu_Click(); },
-                                   {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_G), .needs = Needs::Database});
+    m_editor.commands().add(Command::GoToMenu, tr("&Go To..."), [this] { GoToMenu_Click(); },
+                            {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_G), .needs = Needs::Database});
 }
 
 int GoToCommand::recordOf(const QString &text, int pane) const {
@@ -37,7 +37,7 @@ void GoToCommand::GoToMenu_Click() {
     const int pane = m_editor.IndexAttivo();
     if (!showsFields(m_editor, pane))
         return;
-    const QString asked = inputBox(m_editor.controls.window, tr("Record, field, or record, field"), u"?"_s).trimmed();
+    const QString asked = inputBox(m_editor.controls().window, tr("Record, field, or record, field"), u"?"_s).trimmed();
     if (asked.isEmpty())
         return;
     m_editor.pane(pane).makeShownTableCurrent();
@@ -51,7 +51,7 @@ void GoToCommand::GoToMenu_Click() {
         row = std::max(grid.Row(), 1);
     }
     if (row == 0 || column == 0) {
-        messageBox(m_editor.controls.window,
+        messageBox(m_editor.controls().window,
                    tr("There is no '%1' in this table of %2 records").arg(asked).arg(grid.Rows() - 1), u"!"_s);
         return;
     }

@@ -20,8 +20,8 @@ namespace qir {
 using namespace Qt::StringLiterals;
 
 void PasteAll::addCommands() {
-    m_editor.controls.commands.add(Command::PasteAllMenu, tr("Paste A&ll"), [this] { PasteAllMenu_Click(); },
-                                   {.needs = Needs::Database});
+    m_editor.commands().add(Command::PasteAllMenu, tr("Paste A&ll"), [this] { PasteAllMenu_Click(); },
+                            {.needs = Needs::Database});
 }
 
 void PasteAll::PasteAllMenu_Click() {
@@ -36,7 +36,7 @@ void PasteAll::PasteAllMenu_Click() {
     int missing = std::max(last - (m_editor.Tabella(pane).Rows() - 1), 0);
     if (missing > 0) {
         const Answer answer =
-            askYesNoCancel(m_editor.controls.window,
+            askYesNoCancel(m_editor.controls().window,
                            missing == 1 ? tr("The block needs 1 record more. Add it?")
                                         : tr("The block needs %1 records more. Add them?").arg(missing),
                            u"?"_s);

@@ -81,11 +81,13 @@ void Replacement::checkTable(const Place &place, const QString &replacement, Pro
 bool Replacement::agreed(std::int64_t cells, const Problems &problems) const {
     if (problems.count == 0)
         return true;
-    QString text = tr("%1 of %2 values would not be stored as they are written:").arg(problems.count).arg(cells);
+    QString text = problems.count == 1
+                       ? tr("1 of %1 values would not be stored as it is written:").arg(cells)
+                       : tr("%1 of %2 values would not be stored as they are written:").arg(problems.count).arg(cells);
     text += u'\n' + problems.named.join(u'\n');
     if (problems.count > problems.named.size())
         text += u'\n' + tr("and %1 more").arg(problems.count - problems.named.size());
-    return askYesNo(m_editor.controls.window, text + u"\n\n"_s + tr("Replace all the same?"), u"?"_s) == Answer::Yes;
+    return askYesNo(m_editor.controls().window, text + u"\n\n"_s + tr("Replace all the same?"), u"?"_s) == Answer::Yes;
 }
 
 bool Replacement::replaceCurrent(const QString &replacement) {

@@ -4,6 +4,7 @@
 
 #include "pane/OnlyDifferencesShown.h"
 #include "pane/StoredMarks.h"
+#include "platform/controls/FocusedText.h"
 #include "platform/dialogs/Clipboard.h"
 #include "platform/grid/ClipText.h"
 #include "platform/grid/Grid.h"
@@ -63,7 +64,8 @@ QString placeWords(const Grid &grid, int row, int column, QStringView value) {
 }
 
 QString otherwiseWords(std::int64_t count, const QString &first) {
-    return AreaClipboard::tr("%1 are stored otherwise (first: %2)").arg(count).arg(first);
+    return count == 1 ? AreaClipboard::tr("1 is stored otherwise (%1)").arg(first)
+                      : AreaClipboard::tr("%1 are stored otherwise (first: %2)").arg(count).arg(first);
 }
 
 enum class Headers { Without, With };
@@ -164,16 +166,30 @@ void ClipboardBlock::layInto(Grid &grid) const {
 }
 
 void AreaClipboard::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
-    commands.add(Command::CopyMenu, tr("&Copy"), [this] { COPIA_AreaTabella(m_editor.IndexAttivo()); },
+    CommandTable &commands = m_editor.commands();
+    commands.add(Command::CopyMenu, tr("&Copy"), [this] { CopyMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_C), .needs = Needs::Database});
     commands.add(Command::CopyWithHeadersMenu, tr("Cop&y with Headers"),
                  [this] { copyWithHeaders(m_editor.IndexAttivo()); }, {.needs = Needs::Database});
-    commands.add(Command::PasteMenu, tr("&Paste"), [this] { INCOLLA_AreaTabella(m_editor.IndexAttivo()); },
+    commands.add(Command::PasteMenu, tr("&Paste"), [this] { PasteMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_V), .needs = Needs::Database});
     // The grid's own keys: a menu tells them, and leaves them to it and to every text box.
     for (const Command command : {Command::CopyMenu, Command::PasteMenu})
-        m_editor.controls.action(command).setShortcutContext(Qt::WidgetShortcut);
+        m_editor.controls().action(command).setShortcutContext(Qt::WidgetShortcut);
+}
+
+void AreaClipboard::CopyMenu_Click() {
+    if (const QLineEdit *text = focusedText())
+        text->copy();
+    else
+        COPIA_AreaTabella(m_editor.IndexAttivo());
+}
+
+void AreaClipboard::PasteMenu_Click() {
+    if (QLineEdit *text = focusedText())
+        text->paste();
+    else
+        INCOLLA_AreaTabella(m_editor.IndexAttivo());
 }
 
 void AreaClipboard::COPIA_AreaTabella(int pane) {
@@ -247,7 +263,9 @@ void AreaClipboard::tellOutcome(int pane, const ClipboardBlock &block) {
         }
     });
     QStringList parts;
-    if (outside > 0)
+    if (outside == 1)
+        parts.append(tr("1 pasted value lay outside the selection (%1)").arg(firstOutside));
+    else if (outside > 1)
         parts.append(tr("%1 pasted values lay outside the selection (first: %2)").arg(outside).arg(firstOutside));
     if (changed > 0)
         parts.append(otherwiseWords(changed, firstChanged));

@@ -44,6 +44,9 @@ public:
     const QString &outcome() const { return m_outcome; }
 
 private:
+    // In the text that has the keyboard, where one has it.
+    void CopyMenu_Click();
+    void PasteMenu_Click();
     void tellOutcome(int pane, const ClipboardBlock &block);
 
     EditorContext &m_editor;

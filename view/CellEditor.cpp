@@ -1,7 +1,7 @@
 #include "view/CellEditor.h"
 
 #include "base/UndoOnError.h"
-#include "compare/DifferencePainting.h"
+#include "compare/CellDifferences.h"
 #include "compare/TableMarks.h"
 #include "db/AssegnaARecordset.h"
 #include "pane/ActivePane.h"
@@ -17,6 +17,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPalette>
+#include <QStyle>
 
 #include <algorithm>
 #include <limits>
@@ -127,10 +128,11 @@ void CellEditor::dressEditor(int pane) {
     QLineEdit &txtEdit = m_editor.txtEdit(pane);
     txtEdit.setFont(grid.font());
     txtEdit.setPalette(editorPalette());
-    // The text stands where the cell showed it.
+    // The text stands where the cell showed it, whichever way it runs.
     const QModelIndex cell = grid.cellIndex(grid.Row(), grid.Col());
-    const auto alignment = static_cast<Qt::Alignment>(cell.data(Qt::TextAlignmentRole).toInt());
-    txtEdit.setAlignment(alignment);
+    const Qt::Alignment alignment = QStyle::visualAlignment(
+        grid.layoutDirection(), static_cast<Qt::Alignment>(cell.data(Qt::TextAlignmentRole).toInt()));
+    txtEdit.setAlignment(alignment | Qt::AlignAbsolute);
     txtEdit.setTextMargins(0, 0, alignment.testFlag(Qt::AlignRight) ? -caretRoom : 0, 0);
 }
 
@@ -191,7 +193,7 @@ void CellEditor::writeCell(int pane, int row, int column, const QString &text) {
             AssegnaARecordset(database, grid.ColData(column), text);
             m_stored.look(pane, row, column);
         },
-        [&] { m_editor.pane(pane).setTextsUnstored(true); });
+        [&] { m_editor.pane(pane).textsLeftUnstored(); });
     updateDifference(pane, row, column);
 }
 

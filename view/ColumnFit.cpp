@@ -15,7 +15,7 @@ constexpr int leastFieldWidth = 100;
 } // namespace
 
 void addColumnFit(EditorContext &editor) {
-    CommandTable &commands = editor.controls.commands;
+    CommandTable &commands = editor.commands();
     commands.add(Command::ColumnSizeAdjust, QObject::tr("&Fit Columns"), [&editor] { ColumnSizeAdjust_Click(editor); },
                  {.needs = Needs::Database});
 }
@@ -31,7 +31,7 @@ void SizeAdjust(EditorContext &editor, Grid &grid) {
     for (int c = 1; c < grid.Cols(); ++c)
         if (grid.ColWidth(c) < leastFieldWidth)
             grid.setColWidth(c, leastFieldWidth); // a column of width 0 would not be measured
-    MisuraColonne(*editor.controls.AutoSizeLabelTwips, grid, 0);
+    MisuraColonne(*editor.controls().AutoSizeLabelTwips, grid, 0);
     grid.setColWidth(0, fixedColumnWidth);
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/UndoOnError.h"
 #include "pane/StoredMarks.h"
+#include "platform/controls/FocusedText.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/Guards.h"
 #include "view/AreaClipboard.h"
@@ -27,18 +28,18 @@ void forShownCells(const Grid &grid, const GridRange &cells, const std::function
 } // namespace
 
 void EditCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
-    commands.add(Command::DeleteCellsMenu, tr("&Delete"), [this] { deleteCells(workingPane()); },
+    CommandTable &commands = m_editor.commands();
+    commands.add(Command::DeleteCellsMenu, tr("&Delete"), [this] { DeleteCellsMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::Key_Delete), .needs = Needs::Database});
     commands.add(Command::FillDownMenu, tr("Fill Do&wn"), [this] { fillDown(workingPane()); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_D), .needs = Needs::Database});
-    commands.add(Command::SelectAllMenu, tr("Select &All"), [this] { selectAll(workingPane()); },
+    commands.add(Command::SelectAllMenu, tr("Select &All"), [this] { SelectAllMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_A), .needs = Needs::Database});
 }
 
 void EditCommands::connectPane(int pane) {
     for (const Command command : {Command::DeleteCellsMenu, Command::FillDownMenu, Command::SelectAllMenu}) {
-        QAction &action = m_editor.controls.action(command);
+        QAction &action = m_editor.controls().action(command);
         action.setShortcutContext(Qt::WidgetShortcut);
         m_editor.Tabella(pane).addAction(&action);
     }
@@ -50,6 +51,20 @@ int EditCommands::workingPane() const {
             return pane;
     }
     return m_editor.IndexAttivo();
+}
+
+void EditCommands::DeleteCellsMenu_Click() {
+    if (QLineEdit *text = focusedText())
+        text->del();
+    else
+        deleteCells(workingPane());
+}
+
+void EditCommands::SelectAllMenu_Click() {
+    if (QLineEdit *text = focusedText())
+        text->selectAll();
+    else
+        selectAll(workingPane());
 }
 
 void EditCommands::deleteCells(int pane) {

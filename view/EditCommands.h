@@ -37,6 +37,9 @@ public:
     void selectAll(int pane);
 
 private:
+    // In the text that has the keyboard, where one has it.
+    void DeleteCellsMenu_Click();
+    void SelectAllMenu_Click();
     /// The pane whose grid has the keyboard, else the active one.
     int workingPane() const;
     /// Lays texts into `cells` of the pane's grid and stores them. Yields.

@@ -32,6 +32,16 @@ void mirrorSelection(EditorContext &editor, int pane) {
     editor.Tabella(other).followSelection(editor.Tabella(pane));
 }
 
+bool gridsStandApart(const EditorContext &editor) {
+    const Grid &left = editor.Tabella(0);
+    const Grid &right = editor.Tabella(1);
+    if (!left.Visible() || !right.Visible() || left.Row() < 1 || right.Row() < 1)
+        return false;
+    const bool otherRow = left.Row() != right.Row() && left.Row() < right.Rows() && right.Row() < left.Rows();
+    const bool otherColumn = left.Col() != right.Col() && left.Col() < right.Cols() && right.Col() < left.Cols();
+    return otherRow || otherColumn;
+}
+
 void mirrorRowHeight(EditorContext &editor, int pane, int row) {
     if (!editor.gridsShowSameTable())
         return;

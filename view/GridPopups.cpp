@@ -41,11 +41,11 @@ void GridPopups::popUp(int pane, int row, int column, const QPoint &globalPositi
     else
         prepareRecordItems(pane);
     m_editor.setOrigin(pane);
-    m_editor.controls.menu(ofField ? Menu::popmenuGridFields : Menu::popmenuGrid).popup(globalPosition);
+    m_editor.controls().menu(ofField ? Menu::popmenuGridFields : Menu::popmenuGrid).popup(globalPosition);
 }
 
 void GridPopups::prepareRecordItems(int pane) {
-    const EditorControls &controls = m_editor.controls;
+    const EditorControls &controls = m_editor.controls();
     const Grid &grid = m_editor.Tabella(pane);
     controls.action(Command::CloneTableSizePOP).setVisible(sizeCanBeCloned(m_editor, pane));
     controls.action(Command::CloneSelectedAreaPOP).setVisible(areaCanBeCloned(m_editor));
@@ -59,7 +59,7 @@ void GridPopups::prepareFieldItems(int pane, int column) {
     Grid &grid = m_editor.Tabella(pane);
     if (grid.Col() != column)
         grid.setCol(column);
-    const EditorControls &controls = m_editor.controls;
+    const EditorControls &controls = m_editor.controls();
     controls.action(Command::ResizeTextFieldPOP).setEnabled(isTextField(pane, column));
     controls.action(Command::RemoveFieldPOP).setEnabled(grid.Cols() >= 3);
     controls.action(Command::CloneTableSizeFPOP).setVisible(sizeCanBeCloned(m_editor, pane));

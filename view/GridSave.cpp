@@ -44,13 +44,14 @@ void storeColumns(const QirDatabase &database, const CellTexts &texts, const Gri
         const auto end = static_cast<std::size_t>(cells.lastRow);
         std::size_t begin = 0; // of the stretch
         for (const CellStretch &stretch : texts.column(column.column).stretches()) {
-            const std::size_t from = std::max(begin, first);
             const std::size_t to = std::min(begin + stretch.size(), end);
-            if (from < to)
-                database.WriteColumn(column.field, static_cast<int>(from) + 1,
-                                     storedValues(stretch, from - begin, to - from, column.type));
+            for (std::size_t from = std::max(begin, first); from < to;) {
+                const ColumnBlock values = storedValues(stretch, from - begin, to - from, column.type);
+                database.WriteColumn(column.field, static_cast<int>(from) + 1, values);
+                from += static_cast<std::size_t>(values.count());
+                timer.yieldIfDue();
+            }
             begin += stretch.size();
-            timer.yieldIfDue();
         }
     }
 }
@@ -60,7 +61,7 @@ void storeColumns(const QirDatabase &database, const CellTexts &texts, const Gri
 void GridSave::SalvaGridInDatabase(int pane) {
     const Grid &grid = m_editor.Tabella(pane);
     SalvaGridInDatabase(pane, {1, 1, grid.Rows() - 1, grid.Cols() - 1});
-    m_editor.pane(pane).setTextsUnstored(false);
+    m_editor.pane(pane).textsStored();
 }
 
 void GridSave::SalvaGridInDatabase(int pane, const GridRange &cells) {

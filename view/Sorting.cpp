@@ -13,7 +13,7 @@
 namespace qir {
 
 void Sorting::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::SortFPOP, tr("&Sort by This Field"), [this] { SortFPOP_Click(); });
 }
 
@@ -26,13 +26,13 @@ void Sorting::SortFPOP_Click() {
     m_editor.pane(pane).requireWhole();
     m_editor.endEdit();
     Grid &grid = m_editor.Tabella(pane);
-    m_editor.setColonnaOrdinamento(grid.Col());
+    m_tables.sortedBy(grid.Col());
     undoneOnError(
         [&] {
-            const std::vector<std::uint32_t> order = OrdinaPerColonna(grid, m_editor.ColonnaOrdinamento());
+            const std::vector<std::uint32_t> order = OrdinaPerColonna(grid, m_tables.ColonnaOrdinamento());
             grid.renumberRows(); // row r stands for record r from now on, whatever it showed
             const ChangeStep step(m_editor.OggettoDtb(pane),
-                                  tr("Sort by %1").arg(fieldNameOf(grid, m_editor.ColonnaOrdinamento())));
+                                  tr("Sort by %1").arg(fieldNameOf(grid, m_tables.ColonnaOrdinamento())));
             const bool wasUnstored = m_editor.pane(pane).TextsUnstored();
             m_save.SalvaGridInDatabase(pane);
             if (wasUnstored)
@@ -47,7 +47,7 @@ void Sorting::SortFPOP_Click() {
 
 std::vector<std::uint32_t> Sorting::OrdinaPerColonna(Grid &grid, int Column) {
     std::vector<std::uint32_t> order;
-    if (m_editor.ColonnaOrdinamento() < 0)
+    if (m_tables.ColonnaOrdinamento() < 0)
         return order;
     const BusyPointer busy;
     if (grid.Rows() > 1 && Column >= 1 && Column < grid.Cols()) {
@@ -55,7 +55,7 @@ std::vector<std::uint32_t> Sorting::OrdinaPerColonna(Grid &grid, int Column) {
         order = ascendingOrder(grid.texts().column(Column));
         grid.reorderRecords(order);
     }
-    m_editor.setColonnaOrdinamento(Column);
+    m_tables.sortedBy(Column);
     return order;
 }
 

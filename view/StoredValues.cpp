@@ -1,10 +1,13 @@
 #include "view/StoredValues.h"
 
 #include "base/LeadingNumber.h"
+#include "base/columns/BlockOrder.h"
 #include "base/columns/ColumnBuilder.h"
+#include "base/columns/UnicodeText.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace qir {
@@ -19,14 +22,20 @@ ColumnBlock storedValues(const CellStretch &stretch, std::size_t first, std::siz
                    ? stretch.block()
                    : stretch.block().sliced(static_cast<qsizetype>(first), static_cast<qsizetype>(count));
     }
+    count = std::min(count, static_cast<std::size_t>(usualBlockValues));
     ColumnBuilder values(*type, static_cast<qsizetype>(count));
     QString text;
+    std::size_t bytes = 0;
     for (std::size_t i = first; i < first + count; ++i) {
         stretch.read(i, text);
-        if (*type == ColumnType::Text)
-            values.add(QStringView(text));
-        else
+        if (*type != ColumnType::Text) {
             values.add(leadingNumber(text));
+            continue;
+        }
+        bytes += utf8Size(QStringView(text));
+        if (i > first && bytes > static_cast<std::size_t>(mostBlockBytes))
+            break;
+        values.add(QStringView(text));
     }
     return values.take();
 }

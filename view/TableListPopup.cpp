@@ -40,7 +40,7 @@ void TableListPopup::ListaTabelle_MouseDown(int pane, Qt::MouseButton Button, co
     } catch (const std::exception &) {
         return;
     }
-    const EditorControls &controls = m_editor.controls;
+    const EditorControls &controls = m_editor.controls();
     if (!windowStands())
         return;
     if (controls.action(Command::ClonePOP).isVisible() || controls.action(Command::RemoveTablePOP).isVisible())
@@ -48,7 +48,7 @@ void TableListPopup::ListaTabelle_MouseDown(int pane, Qt::MouseButton Button, co
 }
 
 void TableListPopup::offerCommands(int pane) {
-    const EditorControls &controls = m_editor.controls;
+    const EditorControls &controls = m_editor.controls();
     const int other = 1 - pane;
     const ListBox &list = m_editor.ListaTabelle(pane);
     ListBox &otherList = m_editor.ListaTabelle(other);

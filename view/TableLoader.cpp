@@ -1,6 +1,7 @@
 #include "view/TableLoader.h"
 
 #include "base/UndoOnError.h"
+#include "base/words/StorageWords.h"
 #include "compare/CellDifferences.h"
 #include "db/FieldTypes.h"
 #include "pane/ActivePane.h"
@@ -66,7 +67,7 @@ void TableLoader::RichiamaTabella(int pane, const QString &Caller) {
     } catch (const std::exception &error) {
         // Silent: what was filled so far stays, but a grid that still holds another table must not show under this
         // line.
-        shown.loadBrokeOff(QString::fromUtf8(error.what()));
+        shown.loadBrokeOff(spokenWords(error));
         if (m_editor.pane(pane).TabellaMostrata() != name)
             hideTable(pane);
     }
@@ -81,7 +82,7 @@ void TableLoader::hideTable(int pane) {
 
 void TableLoader::CaricaTabellaDaLista(int pane) {
     ListBox &list = m_editor.ListaTabelle(pane);
-    QAction &removeTable = m_editor.controls.action(Command::RemoveTableMenu);
+    QAction &removeTable = m_editor.controls().action(Command::RemoveTableMenu);
     if (list.ListCount() == 0) {
         removeTable.setEnabled(false);
         return;
@@ -117,9 +118,9 @@ void TableLoader::loadCurrentTable(int pane) {
     RiempiGrigliaDaTabella(pane);
     m_editor.pane(pane).loadSucceeded();
     const Grid &grid = m_editor.Tabella(pane);
-    m_editor.controls.action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
-    m_editor.controls.action(Command::RemoveRecordMenu).setEnabled(grid.Rows() >= 2);
-    m_editor.setColonnaOrdinamento(1);
+    m_editor.controls().action(Command::RemoveFieldMenu).setEnabled(grid.Cols() >= 3);
+    m_editor.controls().action(Command::RemoveRecordMenu).setEnabled(grid.Rows() >= 2);
+    m_sortColumn = 1;
 }
 
 namespace {
@@ -176,10 +177,12 @@ void TableLoader::RiempiGrigliaDaTabella(int pane) {
     if (!hasFields)
         headers.append(QString());
     const int records = database.QirTableRecordsCount();
-    if (std::optional<GridSelection> &before = m_selectionBefore[static_cast<std::size_t>(pane)]; !reload)
+    if (std::optional<GridSelection> &before = m_selectionBefore[static_cast<std::size_t>(pane)]; !reload) {
         before = noSelection;
-    else if (!before)
+    } else if (!before) {
         before = grid.selection();
+        m_stoodApart = m_stoodApart || gridsStandApart(m_editor);
+    }
 
     // From here on the grid shows this table; until here an error leaves it with the one before.
     if (m_editor.pane(pane).tableLoaded())
@@ -212,6 +215,8 @@ void TableLoader::reloadAfterFailure(int pane) {
 }
 
 void TableLoader::settlePanes() {
+    for (const int pane : {0, 1})
+        m_editor.ListaTabelle(pane).endLostClick();
     for (const int pane : {0, 1}) {
         // A line that a press has selected is loaded by the click, in both panes.
         if (!m_editor.DtbAperto(pane) || m_editor.ListaTabelle(pane).clickPending())
@@ -228,7 +233,8 @@ void TableLoader::settlePanes() {
     mirrorFilled();
     compareIfDue();
     const int active = m_editor.IndexAttivo();
-    m_editor.controls.action(Command::RemoveTableMenu)
+    m_editor.controls()
+        .action(Command::RemoveTableMenu)
         .setEnabled(active >= 0 && m_editor.DtbAperto(active) && m_editor.ListaTabelle(active).ListCount() > 0);
     m_editor.gridCommands().follow(m_editor);
 }
@@ -237,6 +243,9 @@ void TableLoader::settlePanes() {
 /// it has made its grid large enough for the other's.
 void TableLoader::mirrorFilled() {
     const std::array<std::optional<GridSelection>, 2> before = std::exchange(m_selectionBefore, {});
+    // Where they were brought to two records they stay until a person moves.
+    if (std::exchange(m_stoodApart, false) && before[0] != noSelection && before[1] != noSelection)
+        return;
     const Grid &left = m_editor.Tabella(0);
     const Grid &right = m_editor.Tabella(1);
     if ((!before[0] && !before[1]) || !left.Visible() || !right.Visible())

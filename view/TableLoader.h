@@ -46,6 +46,10 @@ public:
     /// grids the same selection when one was filled. Called when a command ends.
     void settlePanes();
 
+    /// The column by which was sorted last, 1 after each load.
+    int ColonnaOrdinamento() const { return m_sortColumn; }
+    void sortedBy(int column) { m_sortColumn = column; }
+
 private:
     /// A placeholder line or none is selected: the grid shows nothing.
     void hideTable(int pane);
@@ -59,9 +63,11 @@ private:
 
     EditorContext &m_editor;
     CellDifferences &m_differences;
+    int m_sortColumn = 1;
     /// The selection before a grid was first filled since the panes were settled; no cell where it showed another
     /// table.
     std::array<std::optional<GridSelection>, 2> m_selectionBefore;
+    bool m_stoodApart = false; // the grids, before that
 };
 
 } // namespace qir

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "find/search/TextAutomaton.h"
 #include "platform/cells/CellTexts.h"
-#include "view/TextAutomaton.h"
 
 #include <QRegularExpression>
 #include <QString>
@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace qir {
@@ -48,12 +49,15 @@ public:
     QString replaced(QString text, const QString &replacement) const;
 
 private:
+    void makeAutomaton();
     /// The same for a text whose units all are below 256, a byte each.
     bool hitsNarrow(const char *text, std::size_t size) const;
     /// The same for a text of ASCII, also for a regular expression that looksAtBytes().
     bool hitsAscii(const char *text, std::size_t size) const;
     /// Texts of ASCII are looked at as they stand.
     bool looksAtBytes() const { return !m_terms.pattern || m_automaton != nullptr; }
+    /// What can be told of a text of ASCII as it stands; nothing where that takes the expression itself.
+    std::optional<bool> told(const char *text, std::size_t size) const;
     bool hitsValue(const ColumnBlock &block, qsizetype index, QString &text) const;
     bool hitsOwn(const PackedTexts &texts, std::size_t index, QString &text) const;
 
@@ -61,6 +65,7 @@ private:
     QRegularExpression m_expression;
     QString m_error;
     std::shared_ptr<const TextAutomaton> m_automaton; // for the expression, where it can be made; null else
+    std::shared_ptr<const TextAutomaton> m_sieve;     // else one that misses none of its matches, where it can be made
     std::vector<char16_t> m_sought;                   // case folded where case does not count
     std::array<char16_t, 256> m_fold{};               // what a unit below 256 counts as
     bool m_inNarrow = false;                          // the sought text can stand in a text of such units

@@ -1,4 +1,4 @@
-#include "view/CellSearch.h"
+#include "find/search/CellSearch.h"
 
 #include "base/NumberText.h"
 #include "base/columns/UnicodeText.h"
@@ -33,8 +33,8 @@ CellSearch::CellSearch(const SearchTerms &terms)
             m_error = wordsFor(alone);
         else
             m_expression.optimize();
-        if (auto automaton = TextAutomaton::of(terms.text, {terms.matchCase, terms.wholeCell}); automaton && !isEmpty())
-            m_automaton = std::make_shared<const TextAutomaton>(std::move(*automaton));
+        if (!isEmpty())
+            makeAutomaton();
         return;
     }
     for (const QChar unit : terms.text)
@@ -42,6 +42,17 @@ CellSearch::CellSearch(const SearchTerms &terms)
     m_inNarrow = std::all_of(m_sought.begin(), m_sought.end(), [this](char16_t unit) {
         return std::find(m_fold.begin(), m_fold.end(), unit) != m_fold.end();
     });
+}
+
+void CellSearch::makeAutomaton() {
+    for (const bool wider : {false, true}) {
+        auto automaton = TextAutomaton::of(
+            m_terms.text, {.matchCase = m_terms.matchCase, .whole = m_terms.wholeCell, .wider = wider});
+        if (!automaton)
+            continue;
+        (wider ? m_sieve : m_automaton) = std::make_shared<const TextAutomaton>(std::move(*automaton));
+        return;
+    }
 }
 
 bool CellSearch::hits(const QString &text) const {
@@ -75,27 +86,39 @@ bool CellSearch::hitsAscii(const char *text, std::size_t size) const {
     return m_automaton ? m_automaton->hits(text, size) : hitsNarrow(text, size);
 }
 
+std::optional<bool> CellSearch::told(const char *text, std::size_t size) const {
+    if (looksAtBytes())
+        return hitsAscii(text, size);
+    if (m_sieve && !m_sieve->hits(text, size))
+        return false;
+    return std::nullopt;
+}
+
 bool CellSearch::hitsOwn(const PackedTexts &texts, std::size_t index, QString &text) const {
     const PackedTexts::View view = texts.view(index);
     if (!m_terms.pattern && !view.wide)
         return hitsNarrow(view.bytes, view.size);
-    if (m_automaton && !view.wide && isAscii(QByteArrayView(view.bytes, static_cast<qsizetype>(view.size))))
-        return m_automaton->hits(view.bytes, view.size);
+    if (!view.wide && isAscii(QByteArrayView(view.bytes, static_cast<qsizetype>(view.size))))
+        if (const auto known = told(view.bytes, view.size))
+            return *known;
     texts.read(index, text);
     return hits(text);
 }
 
 bool CellSearch::hitsValue(const ColumnBlock &block, qsizetype index, QString &text) const {
-    if (looksAtBytes()) {
+    if (looksAtBytes() || m_sieve) {
+        std::optional<bool> known;
         if (!block.isText()) {
             std::array<char, numberTextCapacity> digits{};
             const bool fraction = block.type() == ColumnType::Double || block.type() == ColumnType::Date;
             const char *end = fraction ? formatNumber(digits.data(), block.number(index))
                                        : formatNumber(digits.data(), static_cast<int>(block.number(index)));
-            return hitsAscii(digits.data(), static_cast<std::size_t>(end - digits.data()));
+            known = told(digits.data(), static_cast<std::size_t>(end - digits.data()));
+        } else if (const QByteArrayView bytes = block.textBytes(index); isAscii(bytes)) {
+            known = told(bytes.data(), static_cast<std::size_t>(bytes.size()));
         }
-        if (const QByteArrayView bytes = block.textBytes(index); isAscii(bytes))
-            return hitsAscii(bytes.data(), static_cast<std::size_t>(bytes.size()));
+        if (known)
+            return *known;
     }
     block.readText(index, text);
     return hits(text);

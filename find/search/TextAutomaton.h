@@ -19,12 +19,16 @@ public:
     struct Options {
         bool matchCase = false;
         bool whole = false; ///< The whole text must match.
+        /// What such a table cannot tell, as what stands around a place or what was taken before, counts as true: no
+        /// match is missed, but some texts without one are hit too.
+        bool wider = false;
     };
 
     /// `pattern` must be a valid regular expression. Nothing where it holds something else, or would need many states.
     static std::optional<TextAutomaton> of(const QString &pattern, Options options);
 
-    /// The same as a QRegularExpression says of a text whose bytes all are below 128.
+    /// The same as a QRegularExpression says of a text whose bytes all are below 128; of a wider one True wherever that
+    /// says so.
     bool hits(const char *text, std::size_t size) const;
 
 private:
