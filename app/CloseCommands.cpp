@@ -2,7 +2,7 @@
 
 #include "app/Layout.h"
 #include "app/shared/Funzioni.h"
-#include "base/ErrorWords.h"
+#include "base/words/StorageWords.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "pane/ActivePane.h"
@@ -16,13 +16,13 @@
 namespace qir {
 
 void CloseCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::CloseDatabaseMenu, tr("&Close"), [this] { CloseDatabaseMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_W), .needs = Needs::Database});
 }
 
 void CloseCommands::askAndRelease(int pane) {
-    if (!ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(pane)))
+    if (!ChiediSalvataggio(m_editor.controls().window, m_editor.OggettoDtb(pane)))
         m_editor.OggettoDtb(pane).setDtbHasChanged(false);
     m_editor.pane(pane).release();
 }
@@ -47,7 +47,7 @@ bool CloseCommands::Form_QueryUnload() {
         try {
             askAndRelease(pane);
         } catch (const std::exception &error) {
-            messageBox(m_editor.controls.window, errorWords(error), applicationTitle());
+            messageBox(m_editor.controls().window, spokenWords(error), applicationTitle());
             if (pane == 1)
                 showReleased(0);
             AbilitaMenu(m_editor, m_editor.IndexAttivo());

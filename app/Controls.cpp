@@ -5,6 +5,7 @@
 #include "pane/PaneFrame.h"
 #include "pane/PaneSplitter.h"
 #include "platform/controls/CellTextBox.h"
+#include "platform/dialogs/PromptWrapping.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
 
@@ -63,12 +64,10 @@ PaneControls buildPane(QWidget &parent, int pane) {
     name(*controls.Tabella, "Tabella", pane, {QObject::tr("Left table"), QObject::tr("Right table")});
     controls.Tabella->setVisibleFlag(false);
 
-    controls.hint = new QLabel(controls.IDtb);
+    controls.hint = new WrappedLabel(controls.IDtb);
     controls.hint->setObjectName(u"hint_%1"_s.arg(pane));
-    controls.hint->setTextFormat(Qt::PlainText);
     controls.hint->setFocusPolicy(Qt::TabFocus); // the keyboard reaches a pane without a database by it
     controls.hint->setAlignment(Qt::AlignCenter);
-    controls.hint->setWordWrap(true);
     controls.hint->setAttribute(Qt::WA_TransparentForMouseEvents);
 
     controls.txtEdit = new CellTextBox(controls.IDtb);
@@ -97,7 +96,7 @@ void showHint(const EditorContext &editor, int pane, const QString &failure) {
 }
 
 void buildControls(QMainWindow &window, EditorContext &editor) {
-    EditorControls &controls = editor.controls;
+    EditorControls controls;
     installAccessibleParts();
     auto *area = new QWidget(&window);
     area->setObjectName(u"panes"_s);
@@ -131,6 +130,7 @@ void buildControls(QMainWindow &window, EditorContext &editor) {
     controls.ProSort->setObjectName(u"ProSort"_s);
     controls.ProSort->setFocusPolicy(Qt::NoFocus); // nobody ever reaches it
     controls.ProSort->hide();
+    editor.setControls(controls);
 }
 
 } // namespace qir

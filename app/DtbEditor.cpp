@@ -32,9 +32,9 @@ DtbEditor::DtbEditor()
     , m_alignment(m_editor, m_marks)
     , m_differences(m_editor, m_marks, m_equalTables)
     , m_differingTables(m_editor)
-    , m_status(m_editor, m_differingTables, m_stored)
+    , m_status(m_editor, m_differingTables, m_stored, m_signs)
     , m_differenceWords(m_editor, m_differingTables)
-    , m_walk(m_editor, m_differences, m_differingTables)
+    , m_walk(m_editor, m_differingTables, [this] { m_tables.settlePanes(); })
     , m_strips(m_editor, m_walk)
     , m_summary(m_editor, m_differingTables, m_walk, [this] { m_modes.CompareAgainMenu_Click(); })
     , m_onlyDifferences(m_editor, m_differences)
@@ -71,7 +71,7 @@ DtbEditor::DtbEditor()
     , m_keyed(m_editor, keyedActions())
     , m_undo(m_editor, m_alignment, m_differences, m_tables)
     , m_kept(m_editor, keptOpening())
-    , m_conflicts(m_editor, m_differences, m_tables, [this] { m_save.SaveMenu_Click(); }) {
+    , m_conflicts(m_editor, m_alignment, m_differences, m_tables, [this] { m_save.SaveMenu_Click(); }) {
     setObjectName(u"DtbEditor"_s);
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
@@ -88,12 +88,17 @@ void DtbEditor::buildParts() {
     buildControls(*this, m_editor);
     m_find.emplace(m_editor, m_differences, m_tables, m_stored);
     addCommands();
-    buildMenus(*this, m_editor.controls);
+    buildMenus(*this, m_editor);
     m_filesAtHand.addMenus();
     m_undo.watchMenu();
     m_toolBar.build(*this);
     m_changes.build(*this);
     m_signs.build();
+    connect(&m_signs, &FileSigns::changed, this, [this] {
+        // A command that runs has its state told at its end.
+        if (const MessageLoop *loop = MessageLoop::instance(); loop == nullptr || !loop->commandRunning())
+            m_status.show();
+    });
     connect(&m_changes, &OutsideChanges::fileTouched, this, [this](int pane) { m_signs.lookAtFile(pane); });
     for (const int pane : {0, 1})
         connectPane(pane);
@@ -122,7 +127,6 @@ void DtbEditor::settleWithLoop() {
     loop->addSettling([this] { m_conflicts.settle(); });
     loop->addSettling([this] { m_notices.show(); });
     loop->addSettling([this] { m_changes.settle(); });
-    loop->addSettling([this] { m_signs.settle(); });
 }
 
 // Components die before the controls that show them.
@@ -152,6 +156,8 @@ void DtbEditor::askForBoth() {
             break;
     }
     activatePane(m_editor, 0);
+    if (m_editor.DtbAperto(0))
+        m_editor.ListaTabelle(0).setFocus();
 }
 
 ChangeActions DtbEditor::changeActions() {
@@ -225,7 +231,7 @@ void DtbEditor::addCommands() {
     m_close.addCommands();
     addPasswordCommand(m_editor);
     addReportCommand(m_editor);
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::EndMenu, tr("E&xit"), [this] { EndMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Q)});
     m_undo.addCommands();
@@ -259,6 +265,7 @@ void DtbEditor::commandEnded() {
     m_differingTables.follow();
     m_strips.follow();
     m_summary.follow();
+    m_signs.settle();
     m_status.show();
 }
 
@@ -277,7 +284,7 @@ void DtbEditor::EndMenu_Click() {
 
 void DtbEditor::changeEvent(QEvent *event) {
     QMainWindow::changeEvent(event);
-    if (m_editor.controls.window == nullptr)
+    if (m_editor.controls().window == nullptr)
         return;
     // The panes' colours are taken from the desktop's scheme, which may change while the window stands; so may the
     // font, by which the menu bar's height changes too.

@@ -81,6 +81,7 @@ public:
 
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }
+    int ColonnaOrdinamento() const { return m_tables.ColonnaOrdinamento(); }
     /// What the last paste has to tell; "" nothing.
     QString pasteOutcome() const { return m_clipboard.outcome(); }
 

@@ -12,7 +12,7 @@ namespace qir {
 using namespace Qt::StringLiterals;
 
 void addHelpCommands(EditorContext &editor) {
-    CommandTable &commands = editor.controls.commands;
+    CommandTable &commands = editor.commands();
     commands.add(Command::GuideMenu, QObject::tr("&Guide"), [&editor] { GuideMenu_Click(editor); },
                  {.shortcut = QKeySequence(Qt::Key_F1)});
     // From the windows beside the main one too.
@@ -22,9 +22,9 @@ void addHelpCommands(EditorContext &editor) {
 }
 
 static GuideWindow &shownGuide(EditorContext &editor) {
-    auto *guide = editor.controls.window->findChild<GuideWindow *>(QString(), Qt::FindDirectChildrenOnly);
+    auto *guide = editor.controls().window->findChild<GuideWindow *>(QString(), Qt::FindDirectChildrenOnly);
     if (guide == nullptr)
-        guide = new GuideWindow(editor.controls.window);
+        guide = new GuideWindow(editor.controls().window);
     guide->show();
     guide->raise();
     guide->activateWindow();
@@ -44,7 +44,7 @@ void AboutMenu_Click(EditorContext &editor) {
     const QString text = applicationTitle() + u' ' + QStringLiteral(QIR_VERSION) + u"\n\n"_s +
                          QObject::tr("Edits and compares small typed table databases.\nMIT license.") + u"\n\n"_s +
                          QObject::tr("Qt %1. Help > Guide (F1) opens the guide.").arg(QLatin1StringView(qVersion()));
-    if (messageBoxOffering(editor.controls.window, text, QObject::tr("About %1").arg(applicationTitle()),
+    if (messageBoxOffering(editor.controls().window, text, QObject::tr("About %1").arg(applicationTitle()),
                            QObject::tr("User &Guide")))
         shownGuide(editor).showStart();
 }

@@ -97,7 +97,9 @@ void placeInFrame(const PaneControls &pane, const PaneRoom &shares, PaneRoom::Pl
     const int listTop = captionHeight + labelHeight;
     const QRect room(left, listTop, width, std::max(0, frame.height() - listTop - toPixels(gap)));
     const bool above = placing == PaneRoom::Placing::Above;
-    const Halves halves = (above ? listAboveGrid : listBesideGrid)(*pane.IDtb, room, shares.listShare(placing));
+    Halves halves = (above ? listAboveGrid : listBesideGrid)(*pane.IDtb, room, shares.listShare(placing));
+    for (QRect *part : {&halves.list, &halves.border, &halves.grid})
+        *part = QStyle::visualRect(pane.IDtb->layoutDirection(), room, *part);
 
     pane.nomelab->setGeometry(left, captionHeight, width, labelHeight);
     placeList(pane, halves.list);
@@ -115,7 +117,7 @@ QSize minimumWindowSize() {
 }
 
 void RicalcolaSistemazioneForm(EditorContext &editor) {
-    auto &window = static_cast<QMainWindow &>(*editor.controls.window);
+    auto &window = static_cast<QMainWindow &>(*editor.controls().window);
     if (window.isMinimized())
         return;
     if (window.width() < minimumWindowSize().width() || window.height() < minimumWindowSize().height())
@@ -129,7 +131,7 @@ void RicalcolaSistemazioneForm(EditorContext &editor) {
     // higher than the figures expect, the frames give way.
     const int barHeight = toPixels(progressBarHeight);
     const int stripHeight = std::max(barHeight, area->fontMetrics().height() + 2);
-    QWidget *below = editor.controls.belowFrames;
+    QWidget *below = editor.controls().belowFrames;
     const int room = area->height() - (below != nullptr ? below->heightForWidth(area->width()) : 0);
     const int height = std::max(
         0, std::min(window.height() - toPixels(windowHeightBesideFrames), room - stripHeight - 2 * toPixels(gap)));
@@ -141,8 +143,8 @@ void RicalcolaSistemazioneForm(EditorContext &editor) {
     editor.IDtb(1).setVisible(two);
     for (const int pane : {0, 1})
         placeInFrame(editor.pane(pane).controls(), editor.room(), editor.room().placingIn(window.width()));
-    editor.controls.ProgressBarCompare->setGeometry(left, height + (room - height - barHeight) / 2,
-                                                    two ? 2 * width : width, barHeight);
+    editor.controls().ProgressBarCompare->setGeometry(left, height + (room - height - barHeight) / 2,
+                                                      two ? 2 * width : width, barHeight);
     editor.status().place({left, height + (room - height - stripHeight) / 2, two ? 2 * width : width, stripHeight});
 }
 

@@ -64,7 +64,8 @@ QAction *nextOf(const QMenu &menu, Command command, const EditorControls &contro
 
 } // namespace
 
-void buildMenus(QMainWindow &window, EditorControls &controls) {
+void buildMenus(QMainWindow &window, EditorContext &editor) {
+    EditorControls controls = editor.controls();
     window.menuBar()->setAccessibleName(QObject::tr("Menus"));
     QMenu *menu = nullptr;
 #define QIR_BEGIN_MENU(name)                                                                                           \
@@ -82,6 +83,7 @@ void buildMenus(QMainWindow &window, EditorControls &controls) {
     colours.setAccessibleName(QString(colours.title()).remove(u'&'));
     controls.menu(Menu::ViewMenu).addMenu(&colours);
 #undef QIR_BEGIN_MENU
+    editor.setControls(controls);
 }
 
 } // namespace qir

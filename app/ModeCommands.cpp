@@ -31,7 +31,7 @@ bool rightPaneLoaded(const EditorContext &editor) {
 } // namespace
 
 void ModeCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::OneMenu, tr("&One Database"), [this] { OneMenu_Click(); });
     commands.add(Command::TwoMenu, tr("&Two Databases"), [this] { TwoMenu_Click(); });
     commands.add(Command::CompareAgainMenu, tr("Compare &Again"), [this] { CompareAgainMenu_Click(); },
@@ -39,7 +39,7 @@ void ModeCommands::addCommands() {
     commands.add(Command::OtherPaneMenu, tr("Other &Pane"), [this] { OtherPaneMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::Key_F6), .needs = Needs::TwoPanes});
     for (const Command mode : {Command::OneMenu, Command::TwoMenu})
-        m_editor.controls.action(mode).setCheckable(true);
+        m_editor.controls().action(mode).setCheckable(true);
     setMode(false);
 }
 
@@ -52,8 +52,8 @@ void ModeCommands::selectInBothLists(int line, int top) {
 }
 
 void ModeCommands::setMode(bool two) {
-    m_editor.controls.action(Command::OneMenu).setChecked(!two);
-    m_editor.controls.action(Command::TwoMenu).setChecked(two);
+    m_editor.controls().action(Command::OneMenu).setChecked(!two);
+    m_editor.controls().action(Command::TwoMenu).setChecked(two);
 }
 
 void ModeCommands::closeRightPane(bool keep) {
@@ -68,7 +68,7 @@ void ModeCommands::showMode() {
     if (!m_editor.twoPanes() && m_editor.IndexAttivo() == 1)
         activatePane(m_editor, 0);
     // Nor can it keep the keyboard: also while another window is active, a hidden control would get the keys later.
-    const QWidget *focus = m_editor.controls.window->focusWidget();
+    const QWidget *focus = m_editor.controls().window->focusWidget();
     if (!m_editor.twoPanes() && focus != nullptr && m_editor.IDtb(1).isAncestorOf(focus)) {
         const PaneControls &left = m_editor.pane(0).controls();
         (m_editor.DtbAperto(0) ? static_cast<QWidget *>(left.ListaTabelle) : left.hint)->setFocus(Qt::OtherFocusReason);
@@ -87,14 +87,14 @@ void ModeCommands::showModeAfterError() {
 void ModeCommands::OneMenu_Click() {
     m_editor.endEdit();
     // The chosen item has toggled its own check mark already; the other one's still tells the mode.
-    const bool wasOnePane = !m_editor.controls.action(Command::TwoMenu).isChecked();
+    const bool wasOnePane = !m_editor.controls().action(Command::TwoMenu).isChecked();
     setMode(wasOnePane);
     if (!wasOnePane) {
         undoneOnError(
             [this] {
                 // The question is about the left database and its answer is for the right one.
                 if (rightPaneLoaded(m_editor))
-                    closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(0)));
+                    closeRightPane(ChiediSalvataggio(m_editor.controls().window, m_editor.OggettoDtb(0)));
                 m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore); // the grid left alone becomes white
                 m_alignment.MostraTabelleDiverseInLista();
             },
@@ -105,13 +105,13 @@ void ModeCommands::OneMenu_Click() {
 
 void ModeCommands::TwoMenu_Click() {
     m_editor.endEdit();
-    const bool wasTwoPanes = !m_editor.controls.action(Command::OneMenu).isChecked();
+    const bool wasTwoPanes = !m_editor.controls().action(Command::OneMenu).isChecked();
     setMode(!wasTwoPanes);
     // Unlike the other command this one compares nothing: the left list keeps its marks.
     undoneOnError(
         [&] {
             if (wasTwoPanes && rightPaneLoaded(m_editor))
-                closeRightPane(ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(1)));
+                closeRightPane(ChiediSalvataggio(m_editor.controls().window, m_editor.OggettoDtb(1)));
         },
         [this] { showModeAfterError(); });
     showMode();

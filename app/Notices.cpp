@@ -1,5 +1,6 @@
 #include "app/Notices.h"
 
+#include "base/words/StorageWords.h"
 #include "db/QirDatabase.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/loop/MessageLoop.h"
@@ -30,7 +31,7 @@ void Notices::showIfIdle() {
 
 void Notices::show() {
     while (!m_pending.isEmpty())
-        messageBox(&m_window, m_pending.takeFirst(), u"!"_s);
+        messageBox(&m_window, spokenWords(m_pending.takeFirst()), u"!"_s);
 }
 
 } // namespace qir

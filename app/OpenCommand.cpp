@@ -10,9 +10,8 @@
 #include "app/shared/Funzioni.h"
 #include "app/shared/utility.h"
 #include "base/FileNames.h"
-#include "base/FreedMemory.h"
-#include "base/SecretText.h"
 #include "base/UndoOnError.h"
+#include "base/words/StorageWords.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "db/ChosenPlaces.h"
@@ -45,7 +44,7 @@ bool hasNothing(const QString &name) {
 } // namespace
 
 void OpenCommand::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::OpenDatabase, tr("&Open..."), [this] { OpenDatabase_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_O)});
 }
@@ -59,12 +58,12 @@ StartResult OpenCommand::Form_Load(const QString &commandLine) {
         SostituisciTesto(name, u"\""_s, QString());
     }
     if (EsisteFile(name))
-        m_editor.pane(0).setNomeFileDtb(name);
+        m_editor.pane(0).fileChosen(name);
     if (m_editor.NomeFileDtb(0).isEmpty()) {
         activatePane(m_editor, -1);
         // A name that may mean two files is no name of a missing one: that would be ignored.
         if (const Result<QString> reached = reachIgnoringCase(name); !reached)
-            messageBox(m_editor.controls.window, u"'%1': %2"_s.arg(name, reached.error().text), u"!"_s);
+            messageBox(m_editor.controls().window, u"'%1': %2"_s.arg(name, spokenWords(reached.error().text)), u"!"_s);
         return StartResult::NothingToOpen;
     }
     if (!loadComponent(0)) {
@@ -77,7 +76,7 @@ StartResult OpenCommand::Form_Load(const QString &commandLine) {
             CaricaListaTabelle(m_editor.OggettoDtb(0), m_editor.ListaTabelle(0));
         },
         [this] { giveUp(0); });
-    m_editor.pane(0).setOpen(true);
+    m_editor.pane(0).componentLoaded();
     m_tables.CaricaTabellaDaLista(0);
     ListBox &list = m_editor.ListaTabelle(0);
     if (list.ListIndex() < 0 && list.ListCount() > 0)
@@ -96,7 +95,7 @@ void OpenCommand::OpenDatabase_Click() {
 bool OpenCommand::isThere(const QString &path) {
     if (QFileInfo::exists(path))
         return true;
-    QWidget *window = m_editor.controls.window;
+    QWidget *window = m_editor.controls().window;
     // Its disk may come back.
     const bool isKept = m_editor.remembered().files().contains(path);
     if (!isKept)
@@ -124,11 +123,9 @@ bool OpenCommand::makeWay(int pane, const QString &path) {
     if (!isThere(path))
         return false;
     const QString name = nomeScelto(path);
-    std::optional<FreedMemoryWipe> wipe;
-    if (DatabaseProtetto(name))
-        wipe.emplace();
+    std::optional<InputBoxWipe> wipe;
     const UndoOnError forget([this] { m_tried.reset(); });
-    if (!isReached(name) || !isLoadable(name))
+    if (!isReached(name) || !isLoadable(name, wipe))
         return false;
     const QirDatabase &database = m_editor.OggettoDtb(pane);
     if (!database.DtbHasChanged())
@@ -136,7 +133,7 @@ bool OpenCommand::makeWay(int pane, const QString &path) {
     const QString text =
         tr("Database '%1' has changes that are not saved.\r\nSave them before another file takes its place?")
             .arg(m_editor.nomelab(pane).text());
-    switch (askYesNoCancel(m_editor.controls.window, text, applicationTitle())) {
+    switch (askYesNoCancel(m_editor.controls().window, text, applicationTitle())) {
     case Answer::Yes:
         database.SaveDtb();
         database.setDtbHasChanged(false);
@@ -188,17 +185,15 @@ void OpenCommand::tellNothing(int pane, const QString &name) {
 }
 
 bool OpenCommand::reload(int pane, const QString &name) {
-    QWidget *window = m_editor.controls.window;
+    QWidget *window = m_editor.controls().window;
     if (m_editor.OggettoDtb(pane).DtbHasChanged() &&
         askYesNo(window, tr("Database '%1' has changes that are not saved.\r\nReload it and drop them?").arg(name),
                  applicationTitle()) != Answer::Yes)
         return false;
     rememberPlace(name, openFilePath(m_editor, pane)); // another file may have been chosen by this name since
-    std::optional<FreedMemoryWipe> wipe;
-    if (DatabaseProtetto(name))
-        wipe.emplace();
+    std::optional<InputBoxWipe> wipe;
     const UndoOnError forget([this] { m_tried.reset(); });
-    if (!isLoadable(name))
+    if (!isLoadable(name, wipe))
         return false;
     const ShownPlace shown(m_editor, pane);
     m_editor.OggettoDtb(pane).setDtbHasChanged(false);
@@ -212,26 +207,33 @@ bool OpenCommand::reload(int pane, const QString &name) {
     return result == StartResult::Opened;
 }
 
-SecretText OpenCommand::askPassword(const QirDatabase &database, const QString &name) {
-    return SecretText(inputBox(m_editor.controls.window, tr("Password:"), tr("Input password"), QString(),
-                               database.PasswordNote(name)));
+SecretText OpenCommand::askPassword(std::optional<InputBoxWipe> &wipe, const QirDatabase &database, const QString &name,
+                                    const SecretText &mistyped) {
+    if (!wipe)
+        wipe.emplace();
+    return SecretText(inputBox(m_editor.controls().window, tr("Password:"), tr("Input password"), mistyped.text(),
+                               spokenWords(database.PasswordNote(name))));
 }
 
-bool OpenCommand::isLoadable(const QString &name) {
-    const QirDatabase trial = QirDatabase::create();
-    trial.setLeaveJournal(true);
-    tellPlace(trial, name);
+bool OpenCommand::isLoadable(const QString &name, std::optional<InputBoxWipe> &wipe) {
+    const bool isProtected = DatabaseProtetto(name);
     SecretText password;
-    if (DatabaseProtetto(name))
-        password = askPassword(trial, name);
-    if (!unlockWithoutStandingStill(m_editor.controls.window, trial, name, password.text()))
-        password.wipe();
-    const bool loadable = trial.LoadDtb(name, password.text());
-    if (!loadable)
-        messageBox(m_editor.controls.window, tr("Can't load '%1'").arg(name), u"!!"_s, trial.LastError());
-    else
-        m_tried = std::move(password);
-    return loadable;
+    do {
+        const QirDatabase trial = QirDatabase::create();
+        trial.setLeaveJournal(true);
+        tellPlace(trial, name);
+        if (isProtected)
+            password = askPassword(wipe, trial, name, password);
+        if (!unlockWithoutStandingStill(m_editor.controls().window, trial, name, password.text()))
+            password.wipe();
+        if (trial.LoadDtb(name, password.text())) {
+            m_tried = std::move(password);
+            return true;
+        }
+        messageBox(m_editor.controls().window, tr("Can't load '%1'").arg(name), u"!!"_s,
+                   spokenWords(trial.LastError()));
+    } while (!password.text().isEmpty()); // one that was mistyped is there to be mended, until a cancel
+    return false;
 }
 
 void OpenCommand::opened(int pane) {
@@ -245,7 +247,7 @@ StartResult OpenCommand::openChosen(const Choice &choose) {
         activatePane(m_editor, 0);
     const int pane = m_editor.IndexAttivo();
     if (m_editor.NomeFileDtb(pane).isEmpty()) {
-        if (!ChiediSalvataggio(m_editor.controls.window, m_editor.OggettoDtb(pane)))
+        if (!ChiediSalvataggio(m_editor.controls().window, m_editor.OggettoDtb(pane)))
             m_editor.OggettoDtb(pane).setDtbHasChanged(false);
         m_editor.pane(pane).release();
         AbilitaMenu(m_editor, pane);
@@ -255,8 +257,8 @@ StartResult OpenCommand::openChosen(const Choice &choose) {
     choose(name, chosen);
     if (!chosen)
         return StartResult::NothingToOpen;
-    m_editor.pane(pane).setNomeFileDtb(name);
-    m_editor.controls.action(Command::ChangePassword).setEnabled(true);
+    m_editor.pane(pane).fileChosen(name);
+    m_editor.controls().action(Command::ChangePassword).setEnabled(true);
     m_editor.pane(pane).showFileName(name);
     if (!loadComponent(pane)) {
         showLoadFailure(pane);
@@ -269,7 +271,7 @@ StartResult OpenCommand::openChosen(const Choice &choose) {
 
 void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
     Remembered &remembered = m_editor.remembered();
-    fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Open, tr("File DDB,WDB,UDB,SDB,IDB"),
+    fileName = MostraDialogoFile(m_editor.controls().window, FileDialogAction::Open, tr("File DDB,WDB,UDB,SDB,IDB"),
                                  u"DDB"_s, remembered.folder(), QString(), databaseFileFilter(), remembered.kind());
     chosen = !fileName.isEmpty() && isReached(fileName);
     if (chosen)
@@ -281,12 +283,12 @@ bool OpenCommand::isReached(const QString &name) {
         return true;
     const QString reason = misleading(QirDatabase::create(), name);
     if (!reason.isEmpty())
-        messageBox(m_editor.controls.window, reason, u"!"_s);
+        messageBox(m_editor.controls().window, spokenWords(reason), u"!"_s);
     return reason.isEmpty();
 }
 
 void OpenCommand::createComponent(int pane) {
-    m_editor.pane(pane).setDatabase(QirDatabase::create());
+    m_editor.pane(pane).takeComponent(QirDatabase::create());
     m_notices.listenTo(m_editor.OggettoDtb(pane));
     tellPlace(m_editor.OggettoDtb(pane), m_editor.NomeFileDtb(pane));
 }
@@ -311,46 +313,44 @@ bool OpenCommand::loadFreshComponent(int pane) {
     m_editor.pane(pane).release();
     m_differences.becomeDue(); // the other grid is left alone, for good if the load fails
     createComponent(pane);
-    std::optional<FreedMemoryWipe> wipe;
+    std::optional<InputBoxWipe> wipe;
     SecretText password;
     if (m_tried) {
         wipe.emplace();
         password = std::move(*m_tried);
         m_tried.reset();
     } else if (DatabaseProtetto(name)) {
-        wipe.emplace();
-        password = askPassword(m_editor.OggettoDtb(pane), name);
+        password = askPassword(wipe, m_editor.OggettoDtb(pane), name, {});
     }
     // The component that was made before the question is replaced by a fresh one.
     m_editor.pane(pane).releaseDatabase();
     createComponent(pane);
     m_changes.expectLoad(pane);
-    if (!unlockWithoutStandingStill(m_editor.controls.window, m_editor.OggettoDtb(pane), name, password.text()))
+    if (!unlockWithoutStandingStill(m_editor.controls().window, m_editor.OggettoDtb(pane), name, password.text()))
         password.wipe(); // as after a cancel of the question
     return m_editor.OggettoDtb(pane).LoadDtb(name, password.text());
 }
 
 QString OpenCommand::loadFailure(int pane) const {
     try {
-        return m_editor.OggettoDtb(pane).LastError();
+        return spokenWords(m_editor.OggettoDtb(pane).LastError());
     } catch (const std::exception &error) {
-        return QString::fromUtf8(error.what()); // must not take the place of the failed load itself
+        return spokenWords(error); // must not take the place of the failed load itself
     }
 }
 
 void OpenCommand::showLoadFailure(int pane) {
-    m_editor.pane(pane).setOpen(false);
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
     const QString reason = loadFailure(pane);
     showHint(m_editor, pane, reason);
-    messageBox(m_editor.controls.window, tr("Can't load '%1'").arg(m_editor.NomeFileDtb(pane)), u"!!"_s, reason);
+    messageBox(m_editor.controls().window, tr("Can't load '%1'").arg(m_editor.NomeFileDtb(pane)), u"!!"_s, reason);
 }
 
 void OpenCommand::showOpenedTables() {
     const int pane = m_editor.IndexAttivo();
     const int other = 1 - pane;
-    m_editor.pane(pane).setOpen(true);
+    m_editor.pane(pane).componentLoaded();
     AbilitaMenu(m_editor, pane);
     RicalcolaSistemazioneForm(m_editor);
     m_editor.ListaTabelle(pane).setFocus();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/SecretText.h"
+#include "dialogs/CustomInputBox.h"
 #include "pane/EditorContext.h"
 
 #include <QCoreApplication>
@@ -71,8 +72,10 @@ private:
     /// Whether the component reaches the file chosen under a name; tells why not.
     bool isReached(const QString &name);
     /// Whether a file can be loaded now, its password asked for and kept for the load; tells why not.
-    bool isLoadable(const QString &name);
-    SecretText askPassword(const QirDatabase &database, const QString &name);
+    bool isLoadable(const QString &name, std::optional<InputBoxWipe> &wipe);
+    /// `mistyped` is offered, selected, to be mended. From the question on what is freed is wiped.
+    SecretText askPassword(std::optional<InputBoxWipe> &wipe, const QirDatabase &database, const QString &name,
+                           const SecretText &mistyped);
     /// The pane holds what is on disk, under its name.
     void opened(int pane);
     /// A new component into a pane, whose notices will be shown and which knows the place of the pane's file.

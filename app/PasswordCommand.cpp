@@ -8,7 +8,7 @@ namespace qir {
 using namespace Qt::StringLiterals;
 
 void addPasswordCommand(EditorContext &editor) {
-    CommandTable &commands = editor.controls.commands;
+    CommandTable &commands = editor.commands();
     commands.add(Command::ChangePassword, QObject::tr("Change &Password..."),
                  [&editor] { ChangePassword_Click(editor); }, {.needs = Needs::Database});
 }
@@ -16,7 +16,7 @@ void addPasswordCommand(EditorContext &editor) {
 void ChangePassword_Click(EditorContext &editor) {
     const InputBoxWipe wipe;
     const auto ask = [&editor](const QString &prompt, bool &cancelled) {
-        return CustomInputBox(editor.controls.window, prompt, u"?"_s, QString(), cancelled, false, true);
+        return CustomInputBox(editor.controls().window, prompt, u"?"_s, QString(), cancelled, false, true);
     };
     bool cancelled = false;
     const SecretText current(ask(QObject::tr("Current password:"), cancelled));

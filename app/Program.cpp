@@ -1,6 +1,7 @@
 #include "app/Program.h"
 
 #include "app/DtbEditor.h"
+#include "app/desktop/WindowState.h"
 #include "app/shared/Funzioni.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/loop/MessageLoop.h"
@@ -137,6 +138,7 @@ int refuseArguments(const QString &reason) {
 int runProgram(const ProgramArguments &arguments) {
     MessageLoop loop;
     DtbEditor window;
+    fitToScreen(window);
     window.show();
     const WhenOnScreen beginning(window, [&] { runCommand([&] { start(window, arguments); }); });
     return QCoreApplication::exec();

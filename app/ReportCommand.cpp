@@ -77,8 +77,8 @@ bool isOpenDatabase(const EditorContext &editor, const QString &file) {
 } // namespace
 
 void addReportCommand(EditorContext &editor) {
-    editor.controls.commands.add(Command::ReportMenu, QObject::tr("Repor&t..."),
-                                 [&editor] { ReportMenu_Click(editor); }, {.needs = Needs::BothDatabases});
+    editor.commands().add(Command::ReportMenu, QObject::tr("Repor&t..."), [&editor] { ReportMenu_Click(editor); },
+                          {.needs = Needs::BothDatabases});
 }
 
 void ReportMenu_Click(EditorContext &editor, const ComparisonChoice &choice) {
@@ -89,7 +89,7 @@ void ReportMenu_Click(EditorContext &editor, const ComparisonChoice &choice) {
     request.defaultExtension = u"html"_s;
     request.initialName = u"differences.html"_s;
     request.filter = QObject::tr("Pages") + u"|*.html;*.htm"_s;
-    const FileDialogAnswer answer = askForFile(editor.controls.window, request);
+    const FileDialogAnswer answer = askForFile(editor.controls().window, request);
     if (answer.path.isEmpty())
         return;
     if (isOpenDatabase(editor, answer.path))

@@ -1,9 +1,11 @@
 #include "app/SaveCommands.h"
 
+#include "app/desktop/NewDatabase.h"
 #include "app/desktop/OpenFiles.h"
 #include "app/desktop/OutsideChanges.h"
 #include "app/shared/Funzioni.h"
 #include "app/shared/utility.h"
+#include "base/words/StorageWords.h"
 #include "db/ChosenPlaces.h"
 #include "pane/ActivePane.h"
 #include "platform/dialogs/Dialogs.h"
@@ -15,8 +17,20 @@ namespace qir {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+bool hasSomethingToWrite(const QirDatabase &database) {
+    try {
+        return database.DtbHasChanged();
+    } catch (const std::exception &) { // the save tells of it
+        return true;
+    }
+}
+
+} // namespace
+
 void SaveCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::SaveMenu, tr("&Save"), [this] { SaveMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_S), .needs = Needs::Database});
     commands.add(Command::SaveAsMenu, tr("Save &As..."), [this] { SaveAsMenu_Click(); },
@@ -25,19 +39,20 @@ void SaveCommands::addCommands() {
 
 void SaveCommands::SaveMenu_Click() {
     const QirDatabase &database = m_editor.OggettoDtb(m_editor.IndexAttivo());
+    const bool writes = hasSomethingToWrite(database);
     try {
         database.SaveDtb();
     } catch (const std::bad_alloc &) {
         throw;
     } catch (const std::exception &error) {
         // Whatever keeps it from its file, another name may do.
-        if (messageBoxOffering(m_editor.controls.window, QString::fromUtf8(error.what()), applicationTitle(),
-                               tr("Save &As...")))
+        if (messageBoxOffering(m_editor.controls().window, spokenWords(error), applicationTitle(), tr("Save &As...")))
             SaveAsMenu_Click();
         return;
     }
     database.setDtbHasChanged(false);
-    saved(m_editor.IndexAttivo());
+    if (writes) // else what stands there may be another program's
+        saved(m_editor.IndexAttivo());
 }
 
 void SaveCommands::SaveAsMenu_Click() {
@@ -47,20 +62,14 @@ void SaveCommands::SaveAsMenu_Click() {
     SalvaSecco(name, chosen);
     if (!chosen)
         return;
-    if (const QString reason = misleading(m_editor.OggettoDtb(pane), name); !reason.isEmpty()) {
-        messageBox(m_editor.controls.window, reason, u"!"_s);
-        return;
-    }
-    m_editor.pane(pane).setNomeFileDtb(name); // before the component has accepted it
+    QWidget *window = m_editor.controls().window;
     const QirDatabase &database = m_editor.OggettoDtb(pane);
-    tellPlace(database, name);
-    if (!database.SetDatabaseFileName(name)) {
-        messageBox(m_editor.controls.window, tr("Can't assign new file name"), u"!"_s);
+    if (!canTakeName(window, database, name))
         return;
-    }
-    database.setDtbHasChanged(true); // an unchanged database may not be written
-    database.SaveDtb();
-    database.setDtbHasChanged(false);
+    m_editor.pane(pane).fileChosen(name); // before the component has accepted it
+    if (!takeName(window, database, name))
+        return;
+    writeAll(database);
     m_editor.pane(pane).showFileName(name);
     m_editor.remembered().noteChosen(placeOf(name).value_or(name), protectionOf(name));
     saved(pane);
@@ -73,7 +82,7 @@ void SaveCommands::saved(int pane) {
 
 void SaveCommands::SalvaSecco(QString &fileName, bool &chosen) {
     const PercorsoDiviso parts = DividiPercorso(fileName);
-    fileName = MostraDialogoFile(m_editor.controls.window, FileDialogAction::Save, tr("File DDB,WDB,UDB,SDB,IDB"),
+    fileName = MostraDialogoFile(m_editor.controls().window, FileDialogAction::Save, tr("File DDB,WDB,UDB,SDB,IDB"),
                                  parts.extension, m_editor.remembered().folder(), QString(), databaseFileFilter(),
                                  m_editor.remembered().kind());
     chosen = !fileName.isEmpty();

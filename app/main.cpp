@@ -1,5 +1,6 @@
 #include "app/Program.h"
 #include "app/language/Languages.h"
+#include "app/look/TickBoxes.h"
 #include "app/shared/Funzioni.h"
 #include "base/ArgumentTexts.h"
 
@@ -148,6 +149,7 @@ int main(int argc, char *argv[]) {
     }
     usualHandler = qInstallMessageHandler(tellNoDisplay);
     const QApplication application(argc, argv);
+    QApplication::setStyle(new qir::TickBoxes); // the application owns it
     qInstallMessageHandler(nullptr);
     tellDesktop();
     // As bytes, not as QApplication has them: a name that is no text would become that of another file.

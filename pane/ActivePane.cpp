@@ -54,7 +54,7 @@ void SettaColoriIndexAttivo(EditorContext &editor) {
 
 void AbilitaMenu(EditorContext &editor, int pane) {
     const bool on = pane >= 0 && editor.DtbAperto(pane);
-    const EditorControls &controls = editor.controls;
+    const EditorControls &controls = editor.controls();
     controls.commands.enable(editor, on);
     for (const Menu menu : {Menu::TablesMenu, Menu::FieldsMenu, Menu::RecordMenu})
         controls.menu(menu).setEnabled(on);

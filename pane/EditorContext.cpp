@@ -17,7 +17,7 @@ const CellColours &EditorContext::ColoriCelle(int number) const {
 }
 
 bool EditorContext::twoPanes() const {
-    return controls.action(Command::TwoMenu).isChecked();
+    return m_controls.action(Command::TwoMenu).isChecked();
 }
 
 bool EditorContext::panesShowSameTable() const {

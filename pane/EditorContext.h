@@ -80,11 +80,6 @@ public:
     int ColonnaEdit() const { return m_edit.column(); }
     void endEdit() { m_edit.end(); }
 
-    // The sort.
-
-    int ColonnaOrdinamento() const { return m_sortColumn; } ///< Sort column, 1 after each load.
-    void setColonnaOrdinamento(int column) { m_sortColumn = column; }
-
     // Clicks of the table lists.
 
     ListClicks &listClicks() { return m_clicks; }
@@ -113,15 +108,20 @@ public:
     /// What is kept from one session to the next.
     Remembered &remembered() { return m_remembered; }
 
-    EditorControls controls;
+    /// What both panes share. Entered when it is built.
+    const EditorControls &controls() const { return m_controls; }
+    void setControls(const EditorControls &controls) { m_controls = controls; }
+    void setBelowFrames(QWidget &bar) { m_controls.belowFrames = &bar; }
+    /// To add commands to.
+    CommandTable &commands() { return m_controls.commands; }
 
 private:
+    EditorControls m_controls;
     CellEdit m_edit;
     ListClicks m_clicks;
     std::array<Pane, 2> m_panes{Pane(m_edit, m_clicks), Pane(m_edit, m_clicks)};
     int m_active = -1;
     int m_origin = 0;
-    int m_sortColumn = 1;
     BitMatrix m_different;
     GridCommands m_gridCommands;
     StatusLine m_status;

@@ -14,7 +14,7 @@ int signCount(const FileNameLabel::Signs &signs) {
     return static_cast<int>(signs.unsaved) + static_cast<int>(signs.isProtected) + static_cast<int>(signs.readOnly);
 }
 
-// Each sign in a square of one by one.
+// Each sign in a square of one by one, made once.
 
 QPainterPath dot() {
     QPainterPath path;
@@ -99,9 +99,12 @@ void FileNameLabel::paintEvent(QPaintEvent *) {
         painter.fillPath(sign, palette().color(foregroundRole()));
         painter.translate(1, 0);
     };
-    draw(m_signs.unsaved, dot());
-    draw(m_signs.isProtected, padlock());
-    draw(m_signs.readOnly, struckPencil());
+    static const QPainterPath dotSign = dot();
+    static const QPainterPath padlockSign = padlock();
+    static const QPainterPath struckPencilSign = struckPencil();
+    draw(m_signs.unsaved, dotSign);
+    draw(m_signs.isProtected, padlockSign);
+    draw(m_signs.readOnly, struckPencilSign);
 }
 
 } // namespace qir

@@ -25,7 +25,7 @@ GridCommands::Place GridCommands::placeNow(const EditorContext &editor) {
 
 void GridCommands::enable(EditorContext &editor) {
     const Place place = placeNow(editor);
-    const EditorControls &controls = editor.controls;
+    const EditorControls &controls = editor.controls();
     bool textField = false;
     m_place = place; // also when the component fails: it is not asked at every command from then on
     controls.action(Command::ResizeTextField).setEnabled(false);

@@ -7,6 +7,7 @@
 #include "pane/PaneSplitter.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
+#include "platform/loop/MessageLoop.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -21,6 +22,17 @@ namespace qir {
 void Pane::setControls(const PaneControls &controls) {
     m_controls = controls;
     m_edit.addEditor(*controls.txtEdit, *controls.Tabella);
+}
+
+void Pane::takeComponent(QirDatabase database) {
+    m_open = false;
+    currentTableLost();
+    m_database = std::move(database);
+}
+
+void Pane::componentLoaded() {
+    Q_ASSERT(!m_database.isEmpty());
+    m_open = true;
 }
 
 void Pane::release() {
@@ -78,6 +90,8 @@ void Pane::lineSettled() {
 }
 
 void Pane::makeTableCurrent(const QString &name) {
+    const MessageLoop *loop = MessageLoop::instance();
+    Q_ASSERT(loop == nullptr || !loop->amidCommand()); // it is the current table of a command that waits
     m_current.clear();
     m_database.QIRTableRecordSource(name);
     m_current = name;

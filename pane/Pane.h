@@ -53,16 +53,17 @@ public:
     const QString &NomeFileDtb() const { return m_fileName; } ///< Set by open and Save As, never cleared by Close.
     bool DtbAperto() const { return m_open; }                 ///< The pane holds a loaded database.
 
-    void setNomeFileDtb(const QString &name) { m_fileName = name; }
+    /// A file was chosen, to be loaded or written: NomeFileDtb() from now on, also where that then fails.
+    void fileChosen(const QString &name) { m_fileName = name; }
     /// The path of the file whose name is shown: names of two files may be equal but for their case.
     const QString &filePath() const { return m_filePath; }
-    /// Takes the component that will load the pane's file, and releases the one before. The pane does not count as open
-    /// yet.
-    void setDatabase(QirDatabase database) { m_database = std::move(database); }
+    /// Takes the component that is to load the pane's file, and releases the one before. The pane does not count as
+    /// open, and no table is known to be current.
+    void takeComponent(QirDatabase database);
+    /// The component has loaded its file: the pane is open until release(). One that could not stays, to tell why.
+    void componentLoaded();
     /// Releases the component alone. What is shown of it stays.
     void releaseDatabase() { m_database.release(); }
-    /// Whether the component has loaded its file. One that could not stays, to tell why.
-    void setOpen(bool open) { m_open = open; }
     /// Releases the component there and then (which may write the file), and with it all that was shown of it: ends an
     /// edit, empties list and grid, hides the grid. No line counts as loaded.
     void release();
@@ -94,7 +95,8 @@ public:
     const QString &TabellaCorrente() const { return m_current; } ///< The one current in the component; "" not known.
     const QString &UltimaTabella() const { return m_last; }      ///< The table shown last; "" none, or it is gone.
 
-    /// Makes a table current in the component and remembers that it is.
+    /// Makes a table current in the component and remembers that it is. A command that yields finds it as it was:
+    /// whoever works outside commands waits until none runs, which debug builds hold here.
     void makeTableCurrent(const QString &name);
     /// Makes the table that the grid shows current in the component, when another one is. Throws when the selected
     /// table could not be loaded: the component may stand at another one, which nobody sees.
@@ -122,7 +124,9 @@ public:
     /// True when storing the grid's texts once more may change what is stored: the component did not take one of them,
     /// or a text field was resized since.
     bool TextsUnstored() const { return m_textsUnstored; }
-    void setTextsUnstored(bool unstored) { m_textsUnstored = unstored; }
+    void textsLeftUnstored() { m_textsUnstored = true; }
+    /// All of them were stored once more.
+    void textsStored() { m_textsUnstored = false; }
 
     /// Shows or hides the grid by its own flag; hiding ends an edit first and gives the grid's focus to the list.
     void showGrid(bool visible);

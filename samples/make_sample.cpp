@@ -1,7 +1,7 @@
 #include "cli/tables/ColumnValues.h"
 #include "cli/tables/CsvTable.h"
-#include "cli/tables/TableWriter.h"
 #include "db/QirDatabase.h"
+#include "db/tables/TableWriter.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>

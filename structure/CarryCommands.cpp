@@ -11,6 +11,7 @@
 #include "platform/loop/MessageLoop.h"
 #include "structure/CarryLosses.h"
 #include "structure/CloneCommands.h"
+#include "structure/TableCopy.h"
 #include "view/TableLoader.h"
 
 #include <QAction>
@@ -32,6 +33,17 @@ struct CarryCommands::Work {
 
 namespace {
 
+bool anyDiffersIn(const BitMatrix &different, const GridRange &cells) {
+    const auto last = static_cast<std::size_t>(cells.lastRow);
+    const auto lastColumn = static_cast<std::size_t>(cells.lastColumn);
+    for (std::size_t row = different.nextRow(static_cast<std::size_t>(cells.firstRow));
+         row <= last && row < different.rows(); row = different.nextRow(row + 1)) {
+        if (different.nextColumn(row, static_cast<std::size_t>(cells.firstColumn)) <= lastColumn)
+            return true;
+    }
+    return false;
+}
+
 bool differsWithin(const BitMatrix &different, std::size_t row, std::size_t fields) {
     for (std::size_t field = 1; field <= fields && field < different.columns(); ++field)
         if (different.at(row, field))
@@ -42,7 +54,7 @@ bool differsWithin(const BitMatrix &different, std::size_t row, std::size_t fiel
 } // namespace
 
 void CarryCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::CarryCellsMenu, tr("&Carry Cells Across"), [this] { carryCells(activePane()); },
                  {.needs = Needs::BothDatabases});
     commands.add(Command::CarryRecordMenu, tr("Carry &Record Across"),
@@ -79,7 +91,7 @@ void CarryCommands::goOn(Then then) {
 
 /// A key that stands in no menu: it goes from one side to the other, whichever is active.
 QAction &CarryCommands::addKey(const QKeySequence &key, const std::function<void()> &carry) {
-    QWidget *window = m_editor.controls.window;
+    QWidget *window = m_editor.controls().window;
     auto *action = new QAction(window);
     action->setShortcut(key);
     QObject::connect(action, &QAction::triggered, action, [carry] { runCommand(carry); });
@@ -92,7 +104,7 @@ int CarryCommands::activePane() const {
 }
 
 void CarryCommands::tell(const QString &text) {
-    messageBox(m_editor.controls.window, text, u"!"_s);
+    messageBox(m_editor.controls().window, text, u"!"_s);
 }
 
 bool CarryCommands::sameTableShown() {
@@ -105,20 +117,16 @@ bool CarryCommands::sameTableShown() {
 }
 
 int CarryCommands::commonFields() const {
-    // A table without fields shows one empty column, which stands for none.
-    const auto fields = [&](int pane) {
-        const Grid &grid = m_editor.Tabella(pane);
-        return grid.ColData(1) < 1 ? 0 : grid.Cols() - 1;
-    };
-    return std::min(fields(0), fields(1));
+    return shownSizes(m_editor).commonFields();
 }
 
 /// Which cells are to be written; nothing when nothing is. Without a question nothing is asked that need not be.
-std::optional<CarryCommands::Takes> CarryCommands::ask(const QString &question, const CarryLosses &losses) {
+std::optional<CarryCommands::Takes> CarryCommands::ask(const QString &question, const CarryLosses &losses,
+                                                       const QString &told) {
     const Takes all; // asks about none
-    QStringList lines{losses.words(), question};
+    QStringList lines{losses.words(), told, question};
     lines.removeAll(QString());
-    QWidget *window = m_editor.controls.window;
+    QWidget *window = m_editor.controls().window;
     if (losses.valuesGetLost()) {
         lines.append(tr("Carry these values too? With No the cells that would not take them stay as they are."));
         switch (askYesNoCancel(window, lines.join(u'\n'), u"?"_s)) {
@@ -155,7 +163,10 @@ void CarryCommands::carryCells(int from, Then then) {
     const std::optional<Takes> takes = ask(QString(), losses);
     if (!takes)
         return;
+    const bool anyDiffers = anyDiffersIn(m_editor.CelleDiverse(), cells);
     copyBlock(from, cells, onlyShown(from, *takes));
+    if (!anyDiffers)
+        m_editor.status().showMessage(tr("The cells are equal"));
     if (losses.valuesGetLost()) { // the texts are not what was stored
         m_tables.CaricaTabellaAVideo(1 - from);
         m_differences.EvidenziaDifferenzeTabella();
@@ -187,7 +198,7 @@ void CarryCommands::carryRecord(int from, Then then) {
     }
     const GridRange cells{row, 1, row, commonFields()};
     const CarryLosses losses(m_editor, from, cells);
-    const std::optional<Takes> takes = ask(QString(), losses);
+    const std::optional<Takes> takes = ask(QString(), losses, fieldsLeftBehind(from));
     if (!takes)
         return;
     if (m_editor.Tabella(0).Cols() != m_editor.Tabella(1).Cols())
@@ -202,6 +213,21 @@ void CarryCommands::carryRecord(int from, Then then) {
         m_differences.EvidenziaDifferenzeTabella();
     }
     goOn(then);
+}
+
+/// What is said of a record's fields that the other side has none for.
+QString CarryCommands::fieldsLeftBehind(int from) const {
+    constexpr qsizetype mostNames = 8;
+    m_editor.pane(from).makeShownTableCurrent();
+    const QirDatabase &source = m_editor.OggettoDtb(from);
+    QStringList names;
+    for (int field = commonFields() + 1; field <= source.QirTableFieldsCount(); ++field)
+        names.append(source.QIRTableFieldName(field));
+    if (names.isEmpty())
+        return {};
+    if (names.size() > mostNames)
+        names = names.first(mostNames) << u"…"_s;
+    return tr("The record goes without these fields, which the other side lacks: %1.").arg(names.join(u", "_s));
 }
 
 /// Gives how many values were written.
@@ -261,7 +287,7 @@ void CarryCommands::carryTable(int from, Then then) {
     const QString question = tr("Copy table '%1' to the other side, which has none of this name? Records: %2.")
                                  .arg(source.selectedTableName())
                                  .arg(m_editor.Tabella(from).Rows() - 1);
-    if (askYesNo(m_editor.controls.window, question, u"?"_s) != Answer::Yes)
+    if (askYesNo(m_editor.controls().window, question, u"?"_s) != Answer::Yes)
         return;
     m_editor.setOrigin(from);
     m_clone.CloneSecco();
@@ -343,13 +369,25 @@ int CarryCommands::write(int from, const Work &work, const Takes &takes) {
         target.RemoveRecord(record);
         timer.yieldIfDue();
     }
+    appendRecords(from, work, takes);
+    changes.commit();
+    return changed;
+}
+
+void CarryCommands::appendRecords(int from, const Work &work, const Takes &takes) {
+    const QirDatabase &source = m_editor.OggettoDtb(from);
+    const QirDatabase &target = m_editor.OggettoDtb(1 - from);
+    if (!takes && work.added > 0 && canCopyColumns(source, target)) {
+        target.AppendRecords(work.added);
+        copyColumns(source, target, work.common + 1, work.added);
+        return;
+    }
+    YieldTimer timer;
     for (int record = work.common + 1; record <= work.common + work.added; ++record) {
         target.AddRecord();
         writeRecord(from, record, record, takes);
         timer.yieldIfDue();
     }
-    changes.commit();
-    return changed;
 }
 
 } // namespace qir

@@ -59,13 +59,15 @@ private:
     bool sameTableShown();
     void tell(const QString &text);
     int commonFields() const;
-    std::optional<Takes> ask(const QString &question, const CarryLosses &losses);
+    std::optional<Takes> ask(const QString &question, const CarryLosses &losses, const QString &told = {});
+    QString fieldsLeftBehind(int from) const;
     Takes onlyShown(int from, const Takes &takes) const;
     void copyBlock(int from, const GridRange &cells, const Takes &takes);
     void addRecord(int from, int row, const Takes &takes);
     bool carryWholeTable(int from);
     Work workFor(int from) const;
     int write(int from, const Work &work, const Takes &takes);
+    void appendRecords(int from, const Work &work, const Takes &takes);
     static QString otherFieldsWords();
     int writeRecord(int from, int source, int target, const Takes &takes);
 

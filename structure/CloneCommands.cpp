@@ -54,7 +54,7 @@ QString tableOfUnmarkedLine(const QString &line) {
 } // namespace
 
 void CloneCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::ClonePOP, tr("&Copy to Other Database"), [this] { CloneSecco(); });
     commands.add(Command::CloneTableSizePOP, tr("Make Other Table as &Long"), [this] { CloneTableSizeSecco(); });
     commands.add(Command::CloneSelectedAreaPOP, tr("&Copy Selection to Other Table"),
@@ -99,7 +99,7 @@ void CloneCommands::requireWholeTables() {
 
 void CloneCommands::CloneTableSizeSecco() {
     requireWholeTables();
-    const Answer answer = askYesNoCancel(m_editor.controls.window, tr("Copy Cell content?"), u"?"_s);
+    const Answer answer = askYesNoCancel(m_editor.controls().window, tr("Copy Cell content?"), u"?"_s);
     if (answer == Answer::Cancel)
         return;
     const ActivePaneScope active(m_editor);

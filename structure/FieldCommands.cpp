@@ -30,7 +30,7 @@ bool acceptableSize(double size) {
 } // namespace
 
 void FieldCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::AddFieldMenu, tr("&Add..."), [this] { AddFieldMenu_Click(); });
     commands.add(Command::RenameFieldMenu, tr("&Rename..."), [this] { RenameFieldSecco(); });
     commands.add(Command::RemoveFieldMenu, tr("Re&move..."), [this] { RemoveFieldSecco(); });
@@ -41,7 +41,7 @@ void FieldCommands::addCommands() {
 }
 
 void FieldCommands::AddFieldMenu_Click() {
-    QWidget *window = m_editor.controls.window;
+    QWidget *window = m_editor.controls().window;
     if (!makeLastShownTableCurrent()) {
         messageBox(window, tr("No selected Table"), u"!"_s);
         return;
@@ -79,7 +79,7 @@ void FieldCommands::showAddedField(const QString &name) {
         m_differences.markTable(table); // by its line alone can it be seen to differ now
     showTableAgain();
     if (!shown)
-        messageBox(m_editor.controls.window, tr("Field '%1' was added to table '%2'.").arg(name, table), u"!"_s);
+        messageBox(m_editor.controls().window, tr("Field '%1' was added to table '%2'.").arg(name, table), u"!"_s);
 }
 
 /// Beside a placeholder line this is the table that was shown before; false when there is none.
@@ -108,11 +108,11 @@ bool FieldCommands::nameTaken(const QString &name) {
 /// The code of a type picked from the list, nothing after a cancel. Closing the picker by its close box answers
 /// nothing: the code is then what an earlier choice left, 0 before the first.
 std::optional<int> FieldCommands::askType() {
-    const DisabledWidget disabled(m_editor.controls.window);
+    const DisabledWidget disabled(m_editor.controls().window);
     std::unique_ptr<frmListaStringhePlain> picker;
     {
         const BusyPointer busy;
-        picker = std::make_unique<frmListaStringhePlain>(m_editor.controls.window);
+        picker = std::make_unique<frmListaStringhePlain>(m_editor.controls().window);
         picker->setWindowTitle(tr("Tipi"));
         CaricaTipi(picker->valori_discreti());
     }
@@ -126,7 +126,7 @@ std::optional<int> FieldCommands::askType() {
 std::optional<double> FieldCommands::askSize(const QString &prompt, const QString &defaultSize) {
     double size = 0;
     do {
-        const QString answer = inputBox(m_editor.controls.window, prompt, u"?"_s, defaultSize).trimmed();
+        const QString answer = inputBox(m_editor.controls().window, prompt, u"?"_s, defaultSize).trimmed();
         if (answer.isEmpty())
             return std::nullopt;
         size = leadingNumber(answer);
@@ -158,7 +158,8 @@ void FieldCommands::RenameFieldSecco() {
     if (field < 1)
         return;
     const QString oldName = database().QIRTableFieldName(field);
-    const QString name = inputBox(m_editor.controls.window, tr("Field's new name (%1)").arg(oldName), u"?"_s, oldName);
+    const QString name =
+        inputBox(m_editor.controls().window, tr("Field's new name (%1)").arg(oldName), u"?"_s, oldName);
     if (name.isEmpty())
         return;
     {
@@ -174,7 +175,7 @@ void FieldCommands::RemoveFieldSecco() {
         return;
     const QString name = database().QIRTableFieldName(field);
     const QString question = tr("Do you want to remove field: '%1' ?").arg(name);
-    if (askYesNo(m_editor.controls.window, question, u"?"_s) == Answer::No)
+    if (askYesNo(m_editor.controls().window, question, u"?"_s) == Answer::No)
         return;
     {
         const ChangeStep step(database(), tr("Removing field %1").arg(name));
@@ -194,7 +195,7 @@ void FieldCommands::ResizeTextFieldSecco() {
         database().ResizeField(field, *newSize);
         // The grid goes on showing its texts whole.
         const int pane = m_editor.IndexAttivo();
-        m_editor.pane(pane).setTextsUnstored(true);
+        m_editor.pane(pane).textsLeftUnstored();
         m_stored.lookAtStored(pane, {1, grid.Col(), grid.Rows() - 1, grid.Col()});
     }
 }

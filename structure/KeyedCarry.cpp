@@ -8,6 +8,7 @@
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "structure/CarryLosses.h"
+#include "structure/TableCopy.h"
 #include "view/TableLoader.h"
 
 #include <algorithm>
@@ -27,6 +28,18 @@ int recordOn(const CarriedChange &change, int side) {
 
 int fieldOn(const FieldPair &field, int side) {
     return side == 0 ? field.left : field.right;
+}
+
+void appendRecords(const QirDatabase &target, int count) {
+    if (target.hasColumns()) {
+        target.AppendRecords(count);
+        return;
+    }
+    YieldTimer timer;
+    for (int added = 0; added < count; ++added) {
+        target.AddRecord();
+        timer.yieldIfDue();
+    }
 }
 
 } // namespace
@@ -137,7 +150,7 @@ std::optional<bool> KeyedCarry::ask(const CarriedChanges &carried, const Work &w
     if (const QStringList behind = fieldsLeftBehind(carried); !behind.isEmpty() && !work.added.empty())
         lines.append(
             tr("The added records go without these fields, which the other side lacks: %1.").arg(behind.join(u", "_s)));
-    QWidget *window = m_editor.controls.window;
+    QWidget *window = m_editor.controls().window;
     if (work.lost == 0)
         return askYesNo(window, lines.join(u'\n'), u"?"_s) == Answer::Yes ? std::optional(true) : std::nullopt;
     lines.append(
@@ -202,23 +215,44 @@ qsizetype KeyedCarry::write(const CarriedChanges &carried, Work &work, bool loss
     return written;
 }
 
+/// Values go by whole columns where both components have these and the fields are alike.
 void KeyedCarry::addRecords(const CarriedChanges &carried, Work &work, bool lossesToo) {
-    const QirDatabase &target = m_editor.OggettoDtb(carried.to);
-    int record = target.QirTableRecordsCount();
-    const bool atOnce = !work.added.empty() && target.hasColumns();
-    if (atOnce)
-        target.AppendRecords(static_cast<int>(work.added.size()));
+    if (work.added.empty())
+        return;
+    const int to = carried.to;
+    const QirDatabase &target = m_editor.OggettoDtb(to);
+    const int first = target.QirTableRecordsCount() + 1;
+    appendRecords(target, static_cast<int>(work.added.size()));
+    std::vector<int> records;
+    for (const PairedRecords &added : work.added)
+        records.push_back(to == 0 ? added.right : added.left);
+    CurrentTable source(m_editor.OggettoDtb(1 - to));
+    std::vector<FieldPair> valueByValue;
+    for (const FieldPair &field : carried.fields) {
+        if (goesByColumn(to, field, work, lossesToo))
+            copyToColumn(source, fieldOn(field, 1 - to), records, target, fieldOn(field, to), first);
+        else
+            valueByValue.push_back(field);
+    }
+    if (valueByValue.empty())
+        return;
     YieldTimer timer;
-    for (PairedRecords records : work.added) {
-        if (!atOnce)
-            target.AddRecord();
-        ++record;
-        (carried.to == 0 ? records.left : records.right) = record;
-        for (const FieldPair &field : carried.fields)
-            if (lossesToo || stays(carried.to, {records, field}, work))
-                writeValue(carried, {records, field});
+    int record = first;
+    for (PairedRecords pair : work.added) {
+        (to == 0 ? pair.left : pair.right) = record++;
+        for (const FieldPair &field : valueByValue)
+            if (lossesToo || stays(to, {pair, field}, work))
+                writeValue(carried, {pair, field});
         timer.yieldIfDue();
     }
+}
+
+bool KeyedCarry::goesByColumn(int to, const FieldPair &field, Work &work, bool lossesToo) const {
+    const QirDatabase &left = m_editor.OggettoDtb(0);
+    const QirDatabase &right = m_editor.OggettoDtb(1);
+    return left.hasColumns() && right.hasColumns() &&
+           left.QIRTableFieldType(field.left).toInt() == right.QIRTableFieldType(field.right).toInt() &&
+           (lossesToo || !narrowingOf(to, field, work));
 }
 
 void KeyedCarry::writeValue(const CarriedChanges &carried, const CarriedChange &change) const {

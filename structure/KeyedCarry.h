@@ -41,6 +41,7 @@ private:
     QStringList fieldsLeftBehind(const CarriedChanges &carried) const;
     qsizetype write(const CarriedChanges &carried, Work &work, bool lossesToo);
     void addRecords(const CarriedChanges &carried, Work &work, bool lossesToo);
+    bool goesByColumn(int to, const FieldPair &field, Work &work, bool lossesToo) const;
     void writeValue(const CarriedChanges &carried, const CarriedChange &change) const;
 
     EditorContext &m_editor;

@@ -12,7 +12,7 @@ namespace qir {
 using namespace Qt::StringLiterals;
 
 void RecordCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::AddRecordMenu, tr("&Add"), [this] { AddRecordMenu_Click(); });
     commands.add(Command::RemoveRecordMenu, tr("Re&move"), [this] { RemoveRecordSecco(); });
     commands.add(Command::RemoveRecordPOP, tr("Re&move Record"), [this] { RemoveRecordSecco(); });
@@ -49,7 +49,7 @@ void RecordCommands::RemoveRecordSecco() {
         return;
     const Grid &grid = m_editor.Tabella(pane);
     if (grid.Row() == 0) {
-        messageBox(m_editor.controls.window, tr("No selected Record"), u"!"_s);
+        messageBox(m_editor.controls().window, tr("No selected Record"), u"!"_s);
         return;
     }
     m_editor.pane(pane).makeShownTableCurrent();

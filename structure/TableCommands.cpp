@@ -16,7 +16,7 @@ namespace qir {
 using namespace Qt::StringLiterals;
 
 void TableCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::AddTableMenu, tr("&Add..."), [this] { AddTableMenu_Click(); });
     commands.add(Command::RenameTableMenu, tr("&Rename..."), [this] { RenameTableSecco(); });
     commands.add(Command::RemoveTableMenu, tr("Re&move..."), [this] { RemoveTableSecco(); });
@@ -35,7 +35,7 @@ bool TableCommands::nameTaken(const QString &name) const {
 
 void TableCommands::AddTableMenu_Click() {
     const int pane = m_editor.IndexAttivo();
-    QWidget *window = m_editor.controls.window;
+    QWidget *window = m_editor.controls().window;
     const QString name = inputBox(window, tr("New table name"), u"?"_s, u"Tablex"_s).trimmed();
     if (name.isEmpty())
         return;
@@ -63,7 +63,8 @@ void TableCommands::RenameTableSecco() {
     const std::array<int, 2> positions{m_editor.ListaTabelle(0).ListIndex(), m_editor.ListaTabelle(1).ListIndex()};
     const int position = list.ListIndex();
     const QString oldName = TogliMarcatori(list.List(position));
-    const QString name = inputBox(m_editor.controls.window, tr("Table's new name (%1)").arg(oldName), u"?"_s, oldName);
+    const QString name =
+        inputBox(m_editor.controls().window, tr("Table's new name (%1)").arg(oldName), u"?"_s, oldName);
     if (name.isEmpty())
         return;
     {
@@ -96,7 +97,7 @@ void TableCommands::RemoveTableSecco() {
     ListBox &list = m_editor.ListaTabelle(pane);
     const int other = 1 - pane;
     const QString question = tr("Do you want to remove table: '%1' ?").arg(list.List(list.ListIndex()));
-    if (askYesNo(m_editor.controls.window, question, u"?"_s) == Answer::No)
+    if (askYesNo(m_editor.controls().window, question, u"?"_s) == Answer::No)
         return;
     const ActivePaneScope active(m_editor);
     const int removed = list.ItemData(list.ListIndex());

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "compare/engine/TableSource.h"
 #include "db/QirDatabase.h"
+
+#include <vector>
 
 namespace qir {
 
@@ -13,6 +16,11 @@ void copyFields(const QirDatabase &source, const QirDatabase &target);
 bool canCopyColumns(const QirDatabase &source, const QirDatabase &target);
 /// Copies all fields of `count` records from `first` on, which both have, into the same records. Yields.
 void copyColumns(const QirDatabase &source, const QirDatabase &target, int first, int count);
+
+/// Fills a field of the target's records from `first` on with what a field of the same type has in these records of the
+/// source. The target takes whole columns, and has as many records there. Yields.
+void copyToColumn(TableSource &source, int sourceField, const std::vector<int> &records, const QirDatabase &target,
+                  int targetField, int first);
 
 /// Copies fields from the current record of one database to that of another, value by value, without making texts of
 /// them. For loops over many records: the source's field count is asked for once. Both databases must outlive it.

@@ -1,5 +1,6 @@
 #include "app/conflicts/ConflictCommands.h"
 
+#include "app/desktop/ListRefill.h"
 #include "app/desktop/OpenFiles.h"
 #include "app/desktop/ShownPlace.h"
 #include "base/Collation.h"
@@ -7,6 +8,7 @@
 #include "base/StagedFile.h"
 #include "base/UndoOnError.h"
 #include "compare/CellDifferences.h"
+#include "compare/TableListAlignment.h"
 #include "compare/conflicts/ConflictReader.h"
 #include "compare/conflicts/TakenSide.h"
 #include "pane/ActivePane.h"
@@ -52,25 +54,47 @@ struct ConflictCommands::Plan {
     std::vector<TakenSide> written;
     std::vector<int> rows;    ///< For which the choice counts, written or not.
     std::vector<int> changed; ///< Left: the database has neither what OURS nor what THEIRS has.
+    std::vector<int> unsure;  ///< Left: the records that are meant may be other ones now.
     int byHand = 0;           ///< Left, as the next.
     int cut = 0;
 
-    void take(const ConflictList &list, int row, Choice choice, bool replacesOthers);
+    /// `isConfirmed`: the user has said yes to this row.
+    void take(const ConflictList &list, int row, Choice choice, bool isConfirmed);
+
+private:
+    /// The cell comes along with its field.
+    bool covers(const Conflict &cell, ConflictSide side) const;
 };
 
-void ConflictCommands::Plan::take(const ConflictList &list, int row, Choice choice, bool replacesOthers) {
+bool ConflictCommands::Plan::covers(const Conflict &cell, ConflictSide side) const {
+    return cell.what == Conflict::What::Cell && std::ranges::any_of(written, [&](const TakenSide &taken) {
+               const Conflict &field = *taken.conflict;
+               return field.what == Conflict::What::Field && taken.side == side &&
+                      collationKey(field.table) == collationKey(cell.table) &&
+                      collationKey(field.field) == collationKey(cell.field);
+           });
+}
+
+void ConflictCommands::Plan::take(const ConflictList &list, int row, Choice choice, bool isConfirmed) {
     using Kind = ConflictStanding::Kind;
     const ConflictStanding &standing = list.standing(row);
     const ConflictSide side = choice == Choice::Theirs ? ConflictSide::Theirs : ConflictSide::Ours;
     const Taking taking = choice == Choice::AsItIs ? Taking::Nothing : takingOf(list.conflict(row), standing, side);
-    const bool isAsMerged = standing.kind == Kind::Whole || standing.kind == Kind::Several;
-    if (taking == Taking::Nothing || (taking == Taking::ByHand && choice == Choice::Ours && isAsMerged)) {
+    const bool isAsked = choice != Choice::AsItIs && taking != Taking::ByHand && taking != Taking::Cut &&
+                         isUnsure(list.conflict(row), standing, side);
+    if (covers(list.conflict(row), side)) {
+        if (choice != Choice::AsItIs)
+            rows.push_back(row);
+    } else if (isAsked && !isConfirmed) {
+        unsure.push_back(row);
+    } else if (taking == Taking::Nothing ||
+               (taking == Taking::ByHand && choice == Choice::Ours && standing.kind == Kind::Whole)) {
         rows.push_back(row);
     } else if (taking == Taking::ByHand) {
         ++byHand;
     } else if (taking == Taking::Cut) {
         ++cut;
-    } else if (standing.kind == Kind::Other && !replacesOthers) {
+    } else if (standing.kind == Kind::Other && !isConfirmed) {
         changed.push_back(row);
     } else {
         rows.push_back(row);
@@ -78,16 +102,17 @@ void ConflictCommands::Plan::take(const ConflictList &list, int row, Choice choi
     }
 }
 
-ConflictCommands::ConflictCommands(EditorContext &editor, CellDifferences &differences, TableLoader &tables,
-                                   std::function<void()> save)
+ConflictCommands::ConflictCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
+                                   TableLoader &tables, std::function<void()> save)
     : m_editor(editor)
+    , m_alignment(alignment)
     , m_differences(differences)
     , m_tables(tables)
     , m_save(std::move(save)) {}
 
 void ConflictCommands::addCommands() {
-    m_editor.controls.commands.add(Command::ConflictsMenu, tr("&Merge Conflicts..."), [this] { ConflictsMenu_Click(); },
-                                   {.needs = Needs::Database});
+    m_editor.commands().add(Command::ConflictsMenu, tr("&Merge Conflicts..."), [this] { ConflictsMenu_Click(); },
+                            {.needs = Needs::Database});
 }
 
 void ConflictCommands::ConflictsMenu_Click() {
@@ -96,7 +121,7 @@ void ConflictCommands::ConflictsMenu_Click() {
     const QString name = openFilePath(m_editor, pane) + u".conflicts.json"_s;
     const QString file = reachIgnoringCase(name).value_or(name);
     if (!QFileInfo(file).isFile()) {
-        messageBox(m_editor.controls.window, tr("No merge has left conflicts here: there is no '%1'.").arg(name),
+        messageBox(m_editor.controls().window, tr("No merge has left conflicts here: there is no '%1'.").arg(name),
                    u"!"_s);
         return;
     }
@@ -114,8 +139,8 @@ void ConflictCommands::ConflictsMenu_Click() {
 
 void ConflictCommands::open(int pane, const QString &file, QByteArray bytes, std::vector<Conflict> conflicts) {
     if (m_window == nullptr) {
-        m_window = new ConflictsWindow(m_editor.controls.window);
-        moveBeside(*m_window, *m_editor.controls.window);
+        m_window = new ConflictsWindow(m_editor.controls().window);
+        moveBeside(*m_window, *m_editor.controls().window);
         connect(m_window, &ConflictsWindow::placeChosen, this, &ConflictCommands::goToPlace);
         connect(m_window, &ConflictsWindow::sideChosen, this, &ConflictCommands::take);
         connect(m_window, &ConflictsWindow::removeAsked, this, &ConflictCommands::offerRemoval);
@@ -184,26 +209,27 @@ void ConflictCommands::goToPlace(int row) {
     grid.setSelection(singleCell(record, field));
     grid.bringCellIntoView();
     AllineaTopLeftTabelle(m_editor, m_pane);
-    m_editor.controls.window->activateWindow();
+    m_editor.controls().window->activateWindow();
 }
 
-void ConflictCommands::take(const std::vector<int> &rows, Choice choice, bool all) {
+void ConflictCommands::take(const std::vector<int> &chosen, Choice choice, bool all) {
     m_editor.endEdit();
     follow();
     const ConflictList &list = m_window->list();
+    std::vector<int> rows = choice == Choice::AsItIs ? chosen : decidedTogether(list.conflicts(), chosen);
+    const auto others = std::ranges::stable_partition(rows, [&](int row) {
+        return list.conflict(row).what == Conflict::What::Field; // their cells come along
+    });
     Plan plan;
-    for (const int row : rows)
-        plan.take(list, row, choice, false);
-    if (!all && !plan.changed.empty()) {
-        const QString question =
-            plan.changed.size() == 1
-                ? tr("The database no longer has there what the list of conflicts tells.\r\nReplace it?")
-                : tr("In %1 places the database no longer has what the list of conflicts tells.\r\nReplace it?")
-                      .arg(plan.changed.size());
-        if (askYesNo(m_window, question, u"?"_s) == Answer::Yes)
-            for (const int row : std::exchange(plan.changed, {}))
-                plan.take(list, row, choice, true);
+    for (const auto &part :
+         {std::vector<int>(rows.begin(), others.begin()), std::vector<int>(others.begin(), rows.end())}) {
+        for (const int row : part)
+            plan.take(list, row, choice, false);
+        if (!all && !askForRecords(plan, choice))
+            return;
     }
+    if (!all)
+        askForChanged(plan, choice);
     write(plan);
     for (const int row : plan.rows)
         m_window->list().choose(row, choice);
@@ -213,12 +239,55 @@ void ConflictCommands::take(const std::vector<int> &rows, Choice choice, bool al
         offerRemoval();
 }
 
+QString ConflictCommands::recordsQuestion(int row) const {
+    const ConflictStanding &standing = m_window->list().standing(row);
+    const Conflict &conflict = m_window->list().conflict(row);
+    const bool differs = standing.identity == ConflictStanding::Identity::Differs;
+    if (conflict.what == Conflict::What::Field) {
+        const QString words = differs ? tr("The records of '%1' are not as the merge has left them; they may be other "
+                                           "ones.\r\nTake that side there all the same?")
+                                      : tr("The list does not tell whether the records of '%1' are still those that "
+                                           "the merge meant.\r\nTake that side there all the same?");
+        return words.arg(conflict.table);
+    }
+    const QString words = differs ? tr("Record %1 of '%2' is not as the merge has left it; it may be another "
+                                       "one.\r\nTake that side there all the same?")
+                                  : tr("The list does not tell whether record %1 of '%2' is still the one that the "
+                                       "merge meant.\r\nTake that side there all the same?");
+    return words.arg(QString::number(standing.record), conflict.table);
+}
+
+bool ConflictCommands::askForRecords(Plan &plan, Choice choice) {
+    for (const int row : std::exchange(plan.unsure, {})) {
+        const Answer answer = askYesNoCancel(m_window, recordsQuestion(row), u"?"_s);
+        if (answer == Answer::Cancel)
+            return false;
+        if (answer == Answer::Yes)
+            plan.take(m_window->list(), row, choice, true);
+    }
+    return true;
+}
+
+void ConflictCommands::askForChanged(Plan &plan, Choice choice) {
+    if (plan.changed.empty())
+        return;
+    const QString question =
+        plan.changed.size() == 1
+            ? tr("The database no longer has there what the list of conflicts tells.\r\nReplace it?")
+            : tr("In %1 places the database no longer has what the list of conflicts tells.\r\nReplace it?")
+                  .arg(plan.changed.size());
+    if (askYesNo(m_window, question, u"?"_s) == Answer::Yes)
+        for (const int row : std::exchange(plan.changed, {}))
+            plan.take(m_window->list(), row, choice, true);
+}
+
 void ConflictCommands::write(const Plan &plan) {
     if (plan.written.empty())
         return;
     Pane &pane = m_editor.pane(m_pane);
     pane.requireWhole();
     const ActivePaneScope active(m_editor);
+    ListRefill lists(m_editor, m_alignment, m_differences, m_tables, m_pane);
     pane.currentTableLost();
     undoneOnError(
         [&] {
@@ -229,7 +298,10 @@ void ConflictCommands::write(const Plan &plan) {
             changes.commit();
         },
         [&] { m_tables.reloadAfterFailure(m_pane); });
-    showWritten(plan);
+    if (lists.namesHaveChanged())
+        lists.refill(QString());
+    else
+        showWritten(plan);
 }
 
 /// The grid and the marks of all tables that were written to.
@@ -256,6 +328,9 @@ QString ConflictCommands::outcomeOf(const Plan &plan) {
     QStringList words;
     if (!plan.changed.empty())
         words.append(tr("Left, since the database no longer has what the list tells: %1.").arg(plan.changed.size()));
+    if (!plan.unsure.empty())
+        words.append(tr("Left, since the record may be another one now: %1. Take such a side by itself.")
+                         .arg(plan.unsure.size()));
     if (plan.cut > 0)
         words.append(tr("Left, since a field would not hold the value as it is: %1.").arg(plan.cut));
     if (plan.byHand > 0)

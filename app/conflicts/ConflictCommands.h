@@ -13,6 +13,7 @@
 namespace qir {
 
 class CellDifferences;
+class TableListAlignment;
 class TableLoader;
 
 /// File > Merge Conflicts: what a merge has left beside a database's file as not decided, in a window beside the main
@@ -22,8 +23,8 @@ class ConflictCommands : public QObject {
 
 public:
     /// `save` saves the active pane's database.
-    ConflictCommands(EditorContext &editor, CellDifferences &differences, TableLoader &tables,
-                     std::function<void()> save);
+    ConflictCommands(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences,
+                     TableLoader &tables, std::function<void()> save);
 
     void addCommands();
     /// At the end of each command: a window whose database was closed goes, one whose database has changed follows.
@@ -40,7 +41,11 @@ private:
     std::vector<ConflictStanding> readStandings(const std::vector<Conflict> &conflicts);
     void follow();
     void goToPlace(int row);
-    void take(const std::vector<int> &rows, ConflictList::Choice choice, bool all);
+    void take(const std::vector<int> &chosen, ConflictList::Choice choice, bool all);
+    /// For each of the rows whose records may be other ones now. False where the user would rather not go on.
+    bool askForRecords(Plan &plan, ConflictList::Choice choice);
+    QString recordsQuestion(int row) const;
+    void askForChanged(Plan &plan, ConflictList::Choice choice);
     void write(const Plan &plan);
     void showWritten(const Plan &plan);
     static QString outcomeOf(const Plan &plan);
@@ -49,6 +54,7 @@ private:
     void end();
 
     EditorContext &m_editor;
+    TableListAlignment &m_alignment;
     CellDifferences &m_differences;
     TableLoader &m_tables;
     std::function<void()> m_save;

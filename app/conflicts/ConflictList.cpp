@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Kind = ConflictStanding::Kind;
+using Identity = ConflictStanding::Identity;
 
 QString listText(const QVariantList &values) {
     QStringList texts;
@@ -50,10 +51,14 @@ bool ConflictList::isResolved(int row) const {
     case Choice::AsItIs:
         return true;
     case Choice::Ours: // what cannot be told is as the merge has left it
-        return kind == Kind::Ours || kind == Kind::Whole || kind == Kind::Several;
-    default:
+        return kind == Kind::Ours || kind == Kind::Whole;
+    case Choice::Theirs:
         return kind == Kind::Theirs;
+    case Choice::None:
+        break;
     }
+    return kind == Kind::Theirs &&
+           (standing(row).identity == Identity::Known || conflict(row).what == Conflict::What::Field);
 }
 
 int ConflictList::resolvedCount() const {
@@ -123,12 +128,36 @@ QString ConflictList::stateText(int row) const {
     return m_choices[index(row)] == Choice::Ours ? tr("resolved: ours") : tr("resolved: as it is");
 }
 
+QString ConflictList::otherText(int row) const {
+    switch (conflict(row).what) {
+    case Conflict::What::Cell:
+    case Conflict::What::Field:
+        return tr("open; the database has %1 now").arg(standing(row).now);
+    case Conflict::What::Record:
+        return tr("open; the database has another record now");
+    case Conflict::What::Table:
+        break;
+    }
+    return tr("open; the table is another one now");
+}
+
+QString ConflictList::identityText(int row) const {
+    const bool differs = standing(row).identity == Identity::Differs;
+    if (conflict(row).what == Conflict::What::Field)
+        return differs ? tr("open; the records are not as the merge has left them")
+                       : tr("open; only their order tells the records");
+    return differs ? tr("open; the record is not as the merge has left it")
+                   : tr("open; only its number tells the record");
+}
+
 QString ConflictList::standingText(int row) const {
     const ConflictStanding &now = standing(row);
+    const bool isHere = now.kind == Kind::Ours || now.kind == Kind::Theirs || now.kind == Kind::Other;
+    if (isHere && now.identity != Identity::Known)
+        return identityText(row);
     switch (now.kind) {
     case Kind::Other:
-        return conflict(row).what == Conflict::What::Cell ? tr("open; the database has %1 now").arg(now.now)
-                                                          : tr("open; the database has another record now");
+        return otherText(row);
     case Kind::Missing:
         return tr("open; the database has no such place now");
     case Kind::Several:

@@ -28,7 +28,8 @@ public:
     const std::vector<Conflict> &conflicts() const { return m_conflicts; }
     const Conflict &conflict(int row) const { return m_conflicts[index(row)]; }
     const ConflictStanding &standing(int row) const { return m_standings[index(row)]; }
-    /// What is stored there is what was chosen, or was THEIRS all along: there is nothing more to decide.
+    /// What is stored there is what was chosen, or was THEIRS all along in a record that is known: there is nothing
+    /// more to decide.
     bool isResolved(int row) const;
     int resolvedCount() const;
 
@@ -43,6 +44,8 @@ private:
     QString recordText(const Conflict &conflict) const;
     QString stateText(int row) const;
     QString standingText(int row) const;
+    QString otherText(int row) const;
+    QString identityText(int row) const;
 
     std::vector<Conflict> m_conflicts;
     std::vector<ConflictStanding> m_standings; // of each

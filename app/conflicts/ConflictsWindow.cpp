@@ -82,8 +82,8 @@ QWidget *ConflictsWindow::buildButtons() {
 void ConflictsWindow::setFile(const QString &file) {
     m_file->setText(file);
     m_view->resizeColumnsToContents();
-    for (int column = 0; column < ConflictList::State; ++column) // one long text must not push the others out
-        m_view->setColumnWidth(column, std::min(m_view->columnWidth(column), width() / 4));
+    for (int column = 0; column < ConflictList::State; ++column) // long texts must not push the others out
+        m_view->setColumnWidth(column, std::min(m_view->columnWidth(column), width() / ConflictList::ColumnCount));
     if (m_list.rowCount() > 0)
         m_view->selectRow(0);
     tell();

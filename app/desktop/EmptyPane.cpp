@@ -22,7 +22,7 @@ EmptyPane::EmptyPane(EditorContext &editor, int pane, const QList<QMenu *> &menu
     setObjectName(u"emptyPane_%1"_s.arg(pane));
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins({});
-    const EditorControls &controls = editor.controls;
+    const EditorControls &controls = editor.controls();
     for (QAction *action : {&controls.action(Command::OpenDatabase), &controls.action(Command::NewDatabase)}) {
         QPushButton *button = addButton(action->objectName(), action->text());
         layout->addWidget(button, 0, layout->count());
@@ -73,8 +73,7 @@ void EmptyPane::place() {
     const QRect ground = controls.ground->geometry();
     const QSize size = sizeHint();
     const int line = hint.fontMetrics().height();
-    const int textHeight =
-        hint.fontMetrics().boundingRect(QRect(0, 0, ground.width(), 0), Qt::TextWordWrap, hint.text()).height() + line;
+    const int textHeight = hint.heightForWidth(ground.width()) + line;
     const QRect text(ground.left(), ground.center().y() - textHeight / 2, ground.width(), textHeight);
     const QRect offers(QPoint(ground.center().x() - size.width() / 2, text.bottom() + 1), size);
     const bool hasRoom = ground.contains(text) && ground.contains(offers);

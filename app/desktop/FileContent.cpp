@@ -3,7 +3,6 @@
 #include <xxhash.h>
 
 #include <cerrno>
-#include <memory>
 #include <vector>
 
 namespace qir {
@@ -12,12 +11,12 @@ namespace {
 
 constexpr std::size_t pieceSize = 1 << 20;
 
-struct FreeState {
-    void operator()(XXH3_state_t *state) const { XXH3_freeState(state); }
-};
+constexpr std::int64_t second = 1'000'000'000; // in nanoseconds
+constexpr std::int64_t fineTick = second / 50; // of the system's own clock, and more
+constexpr std::int64_t coarseTick = 2 * second;
 
 std::int64_t nanoseconds(const struct timespec &time) {
-    return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+    return static_cast<std::int64_t>(time.tv_sec) * second + time.tv_nsec;
 }
 
 FileContent::State stateOf(SystemError error) {
@@ -26,6 +25,28 @@ FileContent::State stateOf(SystemError error) {
 }
 
 } // namespace
+
+ContentDigest::ContentDigest()
+    : m_state(XXH3_createState()) {
+    XXH3_128bits_reset(m_state.get());
+}
+
+void ContentDigest::add(QByteArrayView bytes) {
+    XXH3_128bits_update(m_state.get(), bytes.data(), static_cast<std::size_t>(bytes.size()));
+}
+
+void ContentDigest::add(std::int64_t number) {
+    XXH3_128bits_update(m_state.get(), &number, sizeof number);
+}
+
+ContentDigest::Halves ContentDigest::halves() const {
+    const XXH128_hash_t digest = XXH3_128bits_digest(m_state.get());
+    return {.high = digest.high64, .low = digest.low64};
+}
+
+void ContentDigest::FreeState::operator()(XXH3_state_s *state) const {
+    XXH3_freeState(state);
+}
 
 FileContent fileContent(FileOps &ops, const QString &path) {
     FileContent content;
@@ -37,8 +58,7 @@ FileContent fileContent(FileOps &ops, const QString &path) {
     const auto status = ops.status(file->descriptor());
     if (!status || !S_ISREG(status->st_mode))
         return content;
-    const std::unique_ptr<XXH3_state_t, FreeState> state(XXH3_createState());
-    XXH3_128bits_reset(state.get());
+    ContentDigest digest;
     std::vector<char> piece(pieceSize);
     for (;;) {
         const auto count = ops.readAt(file->descriptor(), piece, content.size);
@@ -49,13 +69,13 @@ FileContent fileContent(FileOps &ops, const QString &path) {
         }
         if (*count == 0)
             break;
-        XXH3_128bits_update(state.get(), piece.data(), *count);
+        digest.add(QByteArrayView(piece.data(), static_cast<qsizetype>(*count)));
         content.size += *count;
     }
-    const XXH128_hash_t digest = XXH3_128bits_digest(state.get());
+    const ContentDigest::Halves halves = digest.halves();
     content.state = FileContent::State::There;
-    content.high = digest.high64;
-    content.low = digest.low64;
+    content.high = halves.high;
+    content.low = halves.low;
     return content;
 }
 
@@ -68,6 +88,13 @@ FileMark fileMark(FileOps &ops, const QString &path) {
             .size = status->st_size,
             .modified = nanoseconds(status->st_mtim),
             .changed = nanoseconds(status->st_ctim)};
+}
+
+bool isSettled(const FileMark &mark, std::int64_t now) {
+    if (mark.inode == 0)
+        return true; // whatever comes has a number
+    const bool hasFineClock = mark.changed % second != 0;
+    return mark.changed + (hasFineClock ? fineTick : coarseTick) < now;
 }
 
 } // namespace qir

@@ -2,11 +2,36 @@
 
 #include "base/FileOps.h"
 
+#include <QByteArrayView>
 #include <QString>
 
 #include <cstdint>
+#include <memory>
+
+struct XXH3_state_s;
 
 namespace qir {
+
+/// The digest of bytes that are added one after another, to be told from that of others.
+class ContentDigest {
+public:
+    ContentDigest();
+
+    void add(QByteArrayView bytes);
+    void add(std::int64_t number);
+
+    struct Halves {
+        std::uint64_t high = 0;
+        std::uint64_t low = 0;
+    };
+    Halves halves() const;
+
+private:
+    struct FreeState {
+        void operator()(XXH3_state_s *state) const;
+    };
+    std::unique_ptr<XXH3_state_s, FreeState> m_state;
+};
 
 /// What stands under a path, told apart by its bytes alone: neither times nor owner nor inode count.
 struct FileContent {
@@ -36,5 +61,9 @@ struct FileMark {
 };
 
 FileMark fileMark(FileOps &ops, const QString &path);
+
+/// Whether whatever is written after `now`, in nanoseconds since 1970, gives another mark. Not so while the clock by
+/// which the file system tells times may still show the time of the last write.
+bool isSettled(const FileMark &mark, std::int64_t now);
 
 } // namespace qir

@@ -41,7 +41,7 @@ void FileSigns::build() {
     for (const int pane : {0, 1})
         label(pane).setDetails([this, pane] { return details(pane); });
     // It changes no table, and is a matter of two calls that nothing else comes between: looked at once it is over.
-    connect(&m_editor.controls.action(Command::ChangePassword), &QAction::triggered, this, &FileSigns::refreshFlags,
+    connect(&m_editor.controls().action(Command::ChangePassword), &QAction::triggered, this, &FileSigns::refreshFlags,
             Qt::QueuedConnection);
 }
 
@@ -50,10 +50,11 @@ void FileSigns::settle() {
         const bool open = m_editor.DtbAperto(pane);
         const QirDatabase &database = m_editor.OggettoDtb(pane);
         const std::uint64_t revision = open ? database.revision() : 0;
-        if (revision == m_revisions.at(static_cast<std::size_t>(pane)))
+        FileNameLabel::Signs signs = open ? label(pane).signs() : FileNameLabel::Signs();
+        // A database becomes changed by what is written to it alone.
+        if (revision == m_revisions.at(static_cast<std::size_t>(pane)) && !signs.unsaved)
             continue;
         m_revisions.at(static_cast<std::size_t>(pane)) = revision;
-        FileNameLabel::Signs signs = open ? label(pane).signs() : FileNameLabel::Signs();
         signs.unsaved = open && hasChanged(database, signs.unsaved);
         show(pane, signs);
     }
@@ -73,6 +74,7 @@ void FileSigns::lookAtFile(int pane) {
 }
 
 void FileSigns::show(int pane, const FileNameLabel::Signs &signs) {
+    const bool others = signs != label(pane).signs();
     label(pane).setSigns(signs);
     QStringList said{label(pane).text()};
     if (signs.unsaved)
@@ -82,13 +84,15 @@ void FileSigns::show(int pane, const FileNameLabel::Signs &signs) {
     if (signs.readOnly)
         said.append(tr("read-only"));
     label(pane).setAccessibleDescription(said.join(u", "_s));
-    QWidget &window = *m_editor.controls.window;
+    QWidget &window = *m_editor.controls().window;
     const bool modified = label(0).signs().unsaved || label(1).signs().unsaved;
-    if (modified == window.isWindowModified())
-        return;
-    // The place of the mark, which is no part of the title while there is none.
-    window.setWindowTitle(modified ? applicationTitle() + u"[*]"_s : applicationTitle());
-    window.setWindowModified(modified);
+    if (modified != window.isWindowModified()) {
+        // The place of the mark, which is no part of the title while there is none.
+        window.setWindowTitle(modified ? applicationTitle() + u"[*]"_s : applicationTitle());
+        window.setWindowModified(modified);
+    }
+    if (others)
+        Q_EMIT changed();
 }
 
 QString FileSigns::details(int pane) const {
@@ -99,6 +103,9 @@ QString FileSigns::details(int pane) const {
         lines.append(tr("%1, changed %2")
                          .arg(locale.formattedDataSize(file.size()),
                               locale.toString(file.lastModified(), QLocale::ShortFormat)));
+        if (file.birthTime().isValid()) // not every disk knows
+            lines.append(tr("Made %1").arg(locale.toString(file.birthTime(), QLocale::ShortFormat)));
+        lines.append(tr("Read %1").arg(locale.toString(file.lastRead(), QLocale::ShortFormat)));
     } else {
         lines.append(tr("Not on disk"));
     }

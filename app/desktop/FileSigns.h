@@ -21,10 +21,16 @@ public:
 
     /// Once the controls and the commands stand.
     void build();
-    /// At the end of each command. A component whose tables nothing has written to is asked nothing.
+    /// At the end of each command. A component that was unchanged is asked nothing while nobody writes to its tables.
     void settle();
     /// The file is another, or was changed: looks at it again.
     void lookAtFile(int pane);
+    /// Whether the pane's database has changes that are not saved, as its sign says.
+    bool unsaved(int pane) const { return label(pane).signs().unsaved; }
+
+Q_SIGNALS:
+    /// Other signs are shown.
+    void changed();
 
 private:
     FileNameLabel &label(int pane) const;

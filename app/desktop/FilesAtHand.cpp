@@ -5,6 +5,7 @@
 #include "app/shared/Funzioni.h"
 #include "pane/ActivePane.h"
 #include "platform/dialogs/Dialogs.h"
+#include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <QAction>
@@ -68,27 +69,27 @@ QStringList draggedFiles(const QMimeData &data) {
 } // namespace
 
 void FilesAtHand::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::NewDatabase, tr("&New Database..."),
                  [this] { NewDatabase_Click(m_editor, [this](const QString &path) { openFile(path); }); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_N)});
     commands.add(Command::ForgetMenu, tr("&Forget..."), [this] { ForgetMenu_Click(); });
     commands.add(Command::DesktopDialogsMenu, tr("&Desktop's File Dialogs"), [this] { DesktopDialogsMenu_Click(); });
-    QAction &desktops = m_editor.controls.action(Command::DesktopDialogsMenu);
+    QAction &desktops = m_editor.controls().action(Command::DesktopDialogsMenu);
     desktops.setCheckable(true);
     desktops.setChecked(m_editor.remembered().choice(dialogsKey, desktopDialogs) != ownDialogs);
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, !desktops.isChecked());
 }
 
 void FilesAtHand::DesktopDialogsMenu_Click() {
-    const bool desktops = m_editor.controls.action(Command::DesktopDialogsMenu).isChecked();
+    const bool desktops = m_editor.controls().action(Command::DesktopDialogsMenu).isChecked();
     m_editor.remembered().setChoice(dialogsKey, desktops ? desktopDialogs : ownDialogs);
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, !desktops);
 }
 
 void FilesAtHand::addMenus() {
-    QMenu &file = m_editor.controls.menu(Menu::FileMenu);
-    QAction *before = &m_editor.controls.action(Command::SaveMenu);
+    QMenu &file = m_editor.controls().menu(Menu::FileMenu);
+    QAction *before = &m_editor.controls().action(Command::SaveMenu);
     m_files = new QMenu(tr("&Recent Files"), &file);
     m_files->setObjectName(u"RecentFilesMenu"_s);
     m_pairs = new QMenu(tr("Recent Pa&irs"), &file);
@@ -158,11 +159,13 @@ void FilesAtHand::openPair(const FilePair &pair) {
     if (m_opening.openFile(0, pair.left))
         m_opening.openFile(1, pair.right);
     activatePane(m_editor, 0);
+    if (m_editor.DtbAperto(0))
+        m_editor.ListaTabelle(0).setFocus(); // the keyboard is where the active pane is
 }
 
 void FilesAtHand::ForgetMenu_Click() {
     const QString text = tr("Forget recent files and pairs, key fields, the folder used last and the window's place?");
-    if (askYesNo(m_editor.controls.window, text, u"?"_s) == Answer::Yes)
+    if (askYesNo(m_editor.controls().window, text, u"?"_s) == Answer::Yes)
         tellUnlessKept(m_editor.remembered().forget());
 }
 
@@ -170,7 +173,7 @@ void FilesAtHand::ForgetMenu_Click() {
 void FilesAtHand::tellUnlessKept(bool kept) {
     if (!kept)
         messageBox(
-            m_editor.controls.window,
+            m_editor.controls().window,
             tr("This cannot be kept: what is remembered cannot be written. It holds until the end of the program."),
             u"!"_s);
 }

@@ -2,6 +2,8 @@
 
 #include "app/desktop/OpenFiles.h"
 #include "app/shared/Funzioni.h"
+#include "base/UndoOnError.h"
+#include "base/words/StorageWords.h"
 #include "db/ChosenPlaces.h"
 #include "platform/dialogs/Dialogs.h"
 
@@ -29,30 +31,38 @@ bool isOpen(const EditorContext &editor, const QString &path) {
 /// Writes an empty database. False, with a message, where the name cannot be taken. Throws where it cannot be written.
 bool makeEmpty(QWidget *window, const QString &name) {
     const QirDatabase database = QirDatabase::create();
-    if (const QString reason = misleading(database, name); !reason.isEmpty()) {
-        messageBox(window, reason, u"!"_s);
+    if (!canTakeName(window, database, name) || !takeName(window, database, name))
         return false;
-    }
-    tellPlace(database, name);
-    if (!database.SetDatabaseFileName(name)) {
-        messageBox(window, QObject::tr("Can't assign new file name"), u"!"_s);
-        return false;
-    }
-    database.setDtbHasChanged(true); // an unchanged database may not be written
-    try {
-        database.SaveDtb();
-    } catch (...) {
-        database.setDtbHasChanged(false); // nor may its release try again
-        throw;
-    }
-    database.setDtbHasChanged(false);
+    // A release must not try it again.
+    undoneOnError([&] { writeAll(database); }, [&] { database.setDtbHasChanged(false); });
     return true;
 }
 
 } // namespace
 
+bool canTakeName(QWidget *window, const QirDatabase &database, const QString &name) {
+    const QString reason = misleading(database, name);
+    if (!reason.isEmpty())
+        messageBox(window, spokenWords(reason), u"!"_s);
+    return reason.isEmpty();
+}
+
+bool takeName(QWidget *window, const QirDatabase &database, const QString &name) {
+    tellPlace(database, name);
+    const bool isTaken = database.SetDatabaseFileName(name);
+    if (!isTaken)
+        messageBox(window, QObject::tr("Can't assign new file name"), u"!"_s);
+    return isTaken;
+}
+
+void writeAll(const QirDatabase &database) {
+    database.setDtbHasChanged(true); // an unchanged database may not be written
+    database.SaveDtb();
+    database.setDtbHasChanged(false);
+}
+
 void NewDatabase_Click(EditorContext &editor, const std::function<void(const QString &path)> &open) {
-    QWidget *window = editor.controls.window;
+    QWidget *window = editor.controls().window;
     Remembered &remembered = editor.remembered();
     const QString kind = remembered.kind().isEmpty() ? u"DDB"_s : remembered.kind();
     const QString name = MostraDialogoFile(window, FileDialogAction::Save, QObject::tr("New Database"), kind,

@@ -1,21 +1,33 @@
 #include "app/desktop/OutsideChanges.h"
 
 #include "app/desktop/OpenFiles.h"
-#include "app/desktop/SameDatabase.h"
 #include "app/shared/Funzioni.h"
+#include "db/LastSave.h"
 #include "platform/list/ListBox.h"
 #include "platform/loop/MessageLoop.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QMainWindow>
 #include <QToolBar>
 
+#include <chrono>
 #include <utility>
 
 namespace qir {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A mark by which a later look knows that it need not read the file; none where it might be fooled.
+std::optional<FileMark> lasting(const FileMark &mark) {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return isSettled(mark, std::chrono::nanoseconds(now).count()) ? std::optional(mark) : std::nullopt;
+}
+
+} // namespace
 
 OutsideChanges::OutsideChanges(EditorContext &editor, ChangeActions actions)
     : m_editor(editor)
@@ -26,6 +38,7 @@ OutsideChanges::OutsideChanges(EditorContext &editor, ChangeActions actions)
         if (state == Qt::ApplicationActive)
             look();
     });
+    connect(&m_mounts, &MountWatch::happened, this, &OutsideChanges::look);
 }
 
 void OutsideChanges::build(QMainWindow &window) {
@@ -49,6 +62,8 @@ void OutsideChanges::build(QMainWindow &window) {
         connect(notice, &NoticeBar::pressed, this,
                 [this, pane](NoticeBar::Button button) { runCommand([&] { act(pane, button); }); });
     }
+    m_room = bars;
+    bars->installEventFilter(this);
     m_strip->addWidget(bars);
     m_strip->hide();
 }
@@ -63,18 +78,31 @@ void OutsideChanges::follow(int pane) {
     file.name = openFileName(m_editor, pane);
     const QString path = openFilePath(m_editor, pane);
     watch(pane).setPath(path); // first, so that no change behind the look is missed
-    file.mark = fileMark(FileOps::system(), path);
+    const FileMark mark = fileMark(FileOps::system(), path);
     const auto before = std::exchange(m_beforeLoad.at(static_cast<std::size_t>(pane)), std::nullopt);
-    if (before && *before != file.mark) {
-        file.mark = *before;
+    file.own = fileContent(FileOps::system(), path);
+    if (isUntouched(pane, before.value_or(mark), before.has_value())) {
+        file.mark = lasting(mark);
+        digestTables(pane);
+    } else {
+        file.own = {};
         file.own.state = FileContent::State::There; // but unlike any content
         watch(pane).touch();                        // whether it holds other tables is told after the command
-    } else {
-        file.own = fileContent(FileOps::system(), path);
     }
     file.told = file.own;
     closeBar(pane);
     Q_EMIT fileTouched(pane);
+}
+
+/// Whether nobody has touched the file between its load, or save, and now.
+bool OutsideChanges::isUntouched(int pane, const FileMark &known, bool isLoaded) {
+    return fileMark(FileOps::system(), watch(pane).path()) == known &&
+           (isLoaded || lastSaveStands(m_editor.OggettoDtb(pane)).value_or(true));
+}
+
+/// Whether what stands there is what the pane's database has written, also where the save was told as failed.
+bool OutsideChanges::isOwnSave(int pane) {
+    return lastSaveStands(m_editor.OggettoDtb(pane)).value_or(false);
 }
 
 void OutsideChanges::settle() {
@@ -109,7 +137,7 @@ void OutsideChanges::check(int pane) {
         return;
     runCommand([&] { Q_EMIT fileTouched(pane); });
     const FileContent found = fileContent(FileOps::system(), watch(pane).path());
-    file.mark = mark;
+    file.mark = lasting(mark);
     if (found == file.told)
         return;
     runCommand([&] { tell(pane, found); });
@@ -120,28 +148,37 @@ void OutsideChanges::tell(int pane, const FileContent &found) {
     const bool back = std::exchange(file.told, found).state != FileContent::State::There;
     const QString path = watch(pane).path();
     if (found.state != FileContent::State::There) {
-        bar(pane).tell(found.state == FileContent::State::Missing ? tr("'%1' is not on disk any more.").arg(path)
-                                                                  : tr("'%1' cannot be read any more.").arg(path),
-                       {NoticeBar::Keep});
-    } else if (found == file.own || holdsTheSame(pane)) {
+        bar(pane).tell(found.state == FileContent::State::Missing ? tr("'%1' is not on disk any more.")
+                                                                  : tr("'%1' cannot be read any more."),
+                       path, {NoticeBar::Keep});
+    } else if (found == file.own || isOwnSave(pane) || holdsTheSame(pane)) {
         file.own = found;
         if (!back) {
             closeBar(pane); // it is as it was: what stood there is settled
             return;
         }
-        bar(pane).tell(tr("'%1' is back on disk as it was.").arg(path), {});
+        bar(pane).tell(tr("'%1' is back on disk as it was."), path, {});
     } else {
-        bar(pane).tell(back ? tr("'%1' is back on disk with other contents.").arg(path)
-                            : tr("'%1' was changed by another program.").arg(path),
-                       {NoticeBar::Reload, NoticeBar::Keep, NoticeBar::Compare});
+        bar(pane).tell(back ? tr("'%1' is back on disk with other contents.")
+                            : tr("'%1' was changed by another program."),
+                       path, {NoticeBar::Reload, NoticeBar::Keep, NoticeBar::Compare});
     }
     showBars();
+}
+
+/// So that what is on disk is known again beside changes that are not saved.
+void OutsideChanges::digestTables(int pane) {
+    if (openFileProtection(m_editor, pane) == Protection::Protected)
+        return;
+    followed(pane).tables = digestOfSaved(m_editor.OggettoDtb(pane));
+    m_editor.pane(pane).currentTableLost();
 }
 
 bool OutsideChanges::holdsTheSame(int pane) {
     if (openFileProtection(m_editor, pane) == Protection::Protected)
         return false;
-    const bool same = holdsSameDatabase(m_editor.OggettoDtb(pane), followed(pane).name, openFilePath(m_editor, pane));
+    const bool same = holdsSameDatabase(m_editor.OggettoDtb(pane), followed(pane).tables, followed(pane).name,
+                                        openFilePath(m_editor, pane));
     m_editor.pane(pane).currentTableLost();
     return same;
 }
@@ -153,7 +190,7 @@ void OutsideChanges::act(int pane, NoticeBar::Button button) {
         m_actions.reload(pane, file.name); // which follows the file anew
         return;
     case NoticeBar::Keep:
-        m_editor.OggettoDtb(pane).setDtbHasChanged(true);
+        keepMine(pane);
         file.own = file.told;
         closeBar(pane);
         Q_EMIT fileTouched(pane);
@@ -165,6 +202,15 @@ void OutsideChanges::act(int pane, NoticeBar::Button button) {
         closeBar(pane);
         return;
     }
+}
+
+/// What is on disk gives way to the next save, which would be refused else.
+void OutsideChanges::keepMine(int pane) {
+    const QirDatabase &database = m_editor.OggettoDtb(pane);
+    const QString name = database.GetDatabaseFileName();
+    database.SetFilePlace(name, watch(pane).path());
+    database.SetDatabaseFileName(name); // where it cannot be taken now the save says so
+    database.setDtbHasChanged(true);
 }
 
 void OutsideChanges::closeBar(int pane) {
@@ -193,6 +239,25 @@ void OutsideChanges::showBars() {
         return;
     m_strip->setVisible(any);
     m_actions.layOutAnew();
+    if (fitStrip()) // at the width that it has now
+        m_actions.layOutAnew();
+}
+
+/// The strip as high as its bars are at its width, which a tool bar does not ask for. True where it was not.
+bool OutsideChanges::fitStrip() {
+    m_room->layout()->invalidate(); // which keeps what it has reckoned while a bar was hidden
+    const int height = std::max(m_room->layout()->heightForWidth(m_room->width()), 0);
+    if (height == m_room->minimumHeight() && height == m_room->maximumHeight())
+        return false;
+    m_room->setFixedHeight(height);
+    m_strip->layout()->activate(); // at once, not with the next event
+    return true;
+}
+
+bool OutsideChanges::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == m_room && event->type() == QEvent::Resize && !m_strip->isHidden() && fitStrip())
+        QMetaObject::invokeMethod(this, m_actions.layOutAnew, Qt::QueuedConnection); // once this layout is over
+    return false;
 }
 
 } // namespace qir

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "app/desktop/FileContent.h"
-#include "app/desktop/FileWatch.h"
 #include "app/desktop/NoticeBar.h"
+#include "app/desktop/SameDatabase.h"
+#include "app/watch/FileWatch.h"
+#include "app/watch/MountWatch.h"
 #include "pane/EditorContext.h"
 
 #include <QCoreApplication>
@@ -45,16 +47,19 @@ public:
     /// Looks at both files, for file systems that tell nothing of changes.
     void look();
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 Q_SIGNALS:
     /// A pane's file is another one, or something has happened to it.
     void fileTouched(int pane);
 
 private:
     struct Followed {
-        QString name;     ///< By which the pane knows its file; "" for none.
-        FileContent own;  ///< What the pane's database was read from, or written as.
-        FileContent told; ///< What was told last, or is the pane's own.
-        FileMark mark;    ///< When it was looked at last.
+        QString name;                       ///< By which the pane knows its file; "" for none.
+        FileContent own;                    ///< What the pane's database was read from, or written as.
+        FileContent told;                   ///< What was told last, or is the pane's own.
+        std::optional<FileMark> mark;       ///< When it was looked at last; none where the next look must read it.
+        std::optional<TablesDigest> tables; ///< Of what is its own, where that was not too much to read.
     };
 
     Followed &followed(int pane) { return m_followed.at(static_cast<std::size_t>(pane)); }
@@ -62,11 +67,16 @@ private:
     NoticeBar &bar(int pane) { return *m_bars.at(static_cast<std::size_t>(pane)); }
     void check(int pane);
     void tell(int pane, const FileContent &found);
+    bool isUntouched(int pane, const FileMark &known, bool isLoaded);
+    bool isOwnSave(int pane);
     bool holdsTheSame(int pane);
     void act(int pane, NoticeBar::Button button);
+    void keepMine(int pane);
     void closeBar(int pane);
+    void digestTables(int pane);
     void keepRoom();
     void showBars();
+    bool fitStrip();
 
     EditorContext &m_editor;
     ChangeActions m_actions;
@@ -74,7 +84,9 @@ private:
     std::array<std::optional<FileMark>, 2> m_beforeLoad;
     std::array<FileWatch, 2> m_watches;
     std::array<NoticeBar *, 2> m_bars{};
+    MountWatch m_mounts;
     QToolBar *m_strip = nullptr;
+    QWidget *m_room = nullptr; // the strip's contents
 };
 
 } // namespace qir

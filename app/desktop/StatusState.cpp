@@ -1,7 +1,8 @@
 #include "app/desktop/StatusState.h"
 
+#include "app/desktop/FileSigns.h"
+#include "compare/CellDifferences.h"
 #include "compare/DifferingTables.h"
-#include "compare/engine/TableComparison.h"
 #include "db/FieldTypes.h"
 #include "pane/StatusLine.h"
 #include "pane/StoredMarks.h"
@@ -58,6 +59,14 @@ qsizetype codePoints(const QString &text) {
     return text.size() - std::ranges::count_if(text, [](QChar unit) { return unit.isLowSurrogate(); });
 }
 
+/// A value that holds letters which run from right to left turns round what stands beside it, unless it is kept apart.
+QString isolated(const QString &value) {
+    const bool turns = std::ranges::any_of(value, [](QChar character) {
+        return character.direction() == QChar::DirR || character.direction() == QChar::DirAL;
+    });
+    return turns ? QChar(0x2068) + value + QChar(0x2069) : value;
+}
+
 QString joined(QStringList parts) {
     parts.removeAll(QString());
     return parts.join(separator);
@@ -92,7 +101,7 @@ QString StatusState::left() {
 }
 
 QString StatusState::tableAndRecord(int pane) const {
-    const QString table = m_editor.pane(pane).selectedTableName();
+    const QString table = isolated(m_editor.pane(pane).selectedTableName());
     const Grid &grid = m_editor.Tabella(pane);
     if (!m_editor.pane(pane).realTableSelected())
         return joined({table, tr("missing here")});
@@ -117,8 +126,8 @@ QString StatusState::cell(int pane) {
         return (whole.size() > longestText ? whole.left(longestText) + u'…' : whole).simplified();
     };
     const QString shown = type == static_cast<int>(FieldType::Date) ? readableDate(text) : text;
-    return joined({tr("%1: %2").arg(field.name, field.type), shortened(shown),
-                   m_stored.wordsNow(pane, grid.Row(), grid.Col()).simplified(), room(type, size, text)});
+    return joined({isolated(tr("%1: %2").arg(field.name, field.type)), isolated(shortened(shown)),
+                   isolated(m_stored.wordsNow(pane, grid.Row(), grid.Col()).simplified()), room(type, size, text)});
 }
 
 QString StatusState::room(int type, int size, const QString &text) {
@@ -159,30 +168,9 @@ int StatusState::sizeOfField(int pane) {
     return known.size;
 }
 
-bool StatusState::hasChanged(int pane) {
-    if (pane < 0 || !m_editor.DtbAperto(pane))
-        return false;
-    const QirDatabase &database = m_editor.OggettoDtb(pane);
-    Changed &known = m_changed.at(static_cast<std::size_t>(pane));
-    // A database becomes changed by what is written to it alone.
-    if (!known.flag && known.revision == database.revision())
-        return false;
-    // What a keystroke writes has changed something: the component is asked nothing more than its write.
-    if (m_editor.RigaEdit() > 0 && known.revision != 0 && known.revision != database.revision()) {
-        known = {true, database.revision()};
-        return true;
-    }
-    try {
-        known = {database.DtbHasChanged(), database.revision()};
-    } catch (const std::exception &) { // told by whoever needs the answer
-        known = {};
-    }
-    return known.flag;
-}
-
-QString StatusState::right() {
+QString StatusState::right() const {
     const int pane = m_editor.IndexAttivo();
-    const bool changed = hasChanged(pane);
+    const bool changed = pane >= 0 && m_signs.unsaved(pane);
     const int tables = m_tables.count();
     QString tablesText;
     if (tables > 0)
@@ -193,14 +181,10 @@ QString StatusState::right() {
 QString StatusState::records() const {
     if (!m_editor.gridsShowSameTable())
         return {};
-    const int left = m_editor.Tabella(0).Rows() - 1;
-    const int right = m_editor.Tabella(1).Rows() - 1;
-    if ((left == 0) != (right == 0))
-        return tr("%1 and %2 records").arg(left).arg(right);
-    const qulonglong cells = m_editor.Tabella(0).Visible()
-                                 ? cellsOfEither(m_editor.CelleDiverse(), {left, right, m_editor.Tabella(0).Cols() - 1,
-                                                                           m_editor.Tabella(1).Cols() - 1})
-                                 : 0;
+    const TableSizes sizes = shownSizes(m_editor);
+    if ((sizes.leftRecords == 0) != (sizes.rightRecords == 0))
+        return tr("%1 and %2 records").arg(sizes.leftRecords).arg(sizes.rightRecords);
+    const qulonglong cells = m_editor.Tabella(0).Visible() ? cellsOfEither(m_editor.CelleDiverse(), sizes) : 0;
     if (cells == 0)
         return {};
     return cells == 1 ? tr("1 cell here") : tr("%1 cells here").arg(cells);

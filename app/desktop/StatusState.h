@@ -10,6 +10,7 @@
 namespace qir {
 
 class DifferingTables;
+class FileSigns;
 class StoredMarks;
 
 /// What the status line tells: where a person is, what has changed, what differs.
@@ -17,17 +18,18 @@ class StatusState {
     Q_DECLARE_TR_FUNCTIONS(StatusState)
 
 public:
-    StatusState(EditorContext &editor, const DifferingTables &tables, const StoredMarks &stored)
+    StatusState(EditorContext &editor, const DifferingTables &tables, const StoredMarks &stored, const FileSigns &signs)
         : m_editor(editor)
         , m_tables(tables)
-        , m_stored(stored) {}
+        , m_stored(stored)
+        , m_signs(signs) {}
 
     /// A command has ended: shows what holds now. Costs the same in a table of any size.
     void show();
 
 private:
     QString left();
-    QString right();
+    QString right() const;
     QString tableAndRecord(int pane) const;
     QString cell(int pane);
     /// What a field of a type takes: the range of a number, how many of its characters a text has; "" for the others.
@@ -35,11 +37,11 @@ private:
     /// The size of the current cell's field, -1 where it is not known.
     int sizeOfField(int pane);
     QString records() const;
-    bool hasChanged(int pane);
 
     EditorContext &m_editor;
     const DifferingTables &m_tables;
     const StoredMarks &m_stored;
+    const FileSigns &m_signs;
     /// The size of a text field that was asked for last, and when.
     struct KnownSize {
         QString table;
@@ -48,12 +50,6 @@ private:
         std::uint64_t revision = 0;
     };
     std::array<KnownSize, 2> m_sizes;
-    /// What the component last said, and at which of its revisions.
-    struct Changed {
-        bool flag = false;
-        std::uint64_t revision = 0;
-    };
-    std::array<Changed, 2> m_changed;
 };
 
 /// A date's text as people write it: "20250913.0605" is "2025-09-13 06:05". Every other text stays as it is.

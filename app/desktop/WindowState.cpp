@@ -8,7 +8,8 @@ namespace qir {
 
 namespace {
 
-constexpr int leastVisible = 100; // pixels of the window's top that a hand can take hold of
+constexpr QSize usualFrame(10, 40); // what window managers put round a window, in pixels at most
+constexpr int leastVisible = 100;   // pixels of the window's top that a hand can take hold of
 
 /// The screen on which enough of a window's top would be seen; null for none.
 const QScreen *screenOf(const QRect &frame) {
@@ -34,6 +35,12 @@ void restoreWindowPlace(QWidget &window, const Remembered &remembered) {
     }
     if (place->maximized)
         window.setWindowState(window.windowState() | Qt::WindowMaximized);
+}
+
+void fitToScreen(QWidget &window) {
+    const QSize room = window.screen()->availableSize() - usualFrame;
+    if (!window.isMaximized() && room.isValid())
+        window.resize(window.size().boundedTo(room));
 }
 
 void rememberWindowPlace(const QWidget &window, Remembered &remembered) {

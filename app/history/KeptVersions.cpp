@@ -4,6 +4,7 @@
 #include "app/history/KeptWindow.h"
 #include "base/FileNames.h"
 #include "base/StagedFile.h"
+#include "base/words/StorageWords.h"
 #include "platform/dialogs/Dialogs.h"
 
 #include <QFileInfo>
@@ -42,8 +43,7 @@ bool isVersionOf(const KeptFile &kept, const QString &file) {
 } // namespace
 
 void KeptVersions::addCommands() {
-    m_editor.controls.commands.add(Command::KeptVersionsMenu, tr("Kept &Versions..."),
-                                   [this] { KeptVersionsMenu_Click(); });
+    m_editor.commands().add(Command::KeptVersionsMenu, tr("Kept &Versions..."), [this] { KeptVersionsMenu_Click(); });
 }
 
 std::vector<KeptFile> KeptVersions::find() const {
@@ -88,7 +88,7 @@ void KeptVersions::KeptVersionsMenu_Click() {
                        .canOpen = [this](const KeptFile &kept) { return !fileToOpen(kept).isEmpty(); },
                        .canCompare = [this](const KeptFile &kept) { return currentPane(kept) >= 0; },
                        .remove = [this](const KeptFile &kept, QWidget *parent) { remove(kept, parent); }},
-                      m_editor.controls.window);
+                      m_editor.controls().window);
     window.exec();
     if (window.choice() == KeptWindow::Choice::None)
         return;
@@ -125,7 +125,8 @@ void KeptVersions::remove(const KeptFile &kept, QWidget *parent) const {
     const auto removed =
         path ? ops.unlinkAt(path->folder.descriptor(), path->name) : SystemResult<void>(tl::unexpected(path.error()));
     if (!removed)
-        messageBox(parent, tr("'%1' could not be removed").arg(kept.path), u"!"_s, systemErrorWords(removed.error()));
+        messageBox(parent, tr("'%1' could not be removed").arg(kept.path), u"!"_s,
+                   spokenWords(systemErrorWords(removed.error())));
 }
 
 } // namespace qir

@@ -1,11 +1,14 @@
 #include "app/history/UndoCommands.h"
 
+#include "app/desktop/ListRefill.h"
+#include "app/desktop/ShownPlace.h"
 #include "app/history/HistoryWindow.h"
 #include "base/Collation.h"
 #include "base/UndoOnError.h"
 #include "compare/CellDifferences.h"
 #include "compare/TableListAlignment.h"
 #include "pane/ActivePane.h"
+#include "platform/controls/FocusedText.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/grid/Grid.h"
 #include "platform/list/ListBox.h"
@@ -13,8 +16,6 @@
 #include "view/TableLoader.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QLineEdit>
 #include <QMenu>
 
 #include <exception>
@@ -25,32 +26,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The text box that has the keyboard, null when none has.
-QLineEdit *textUnderEdit() {
-    return qobject_cast<QLineEdit *>(QApplication::focusWidget());
-}
-
-QStringList tableNames(const QirDatabase &database) {
-    QStringList names;
-    const int tables = database.QIRTablesCount();
-    for (int table = 1; table <= tables; ++table)
-        names.append(database.QIRTableName(table));
-    return names;
-}
-
-/// The key of a line's name, "" for no line.
-QString keyOfLine(const ListBox &list, int line) {
-    return line < 0 ? QString() : collationKey(list.List(line));
-}
-
-/// The line whose name has this key, -1 when there is none.
-int lineOfKey(const ListBox &list, const QString &key) {
-    for (int line = 0; line < list.ListCount(); ++line)
-        if (keyOfLine(list, line) == key)
-            return line;
-    return -1;
-}
-
 /// A name within a caption: an ampersand marks no key there.
 QString captionOf(QString name) {
     return name.replace(u"&"_s, u"&&"_s);
@@ -59,7 +34,7 @@ QString captionOf(QString name) {
 } // namespace
 
 void UndoCommands::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::UndoMenu, tr("&Undo"), [this] { UndoMenu_Click(); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Z)});
     commands.add(Command::RedoMenu, tr("&Redo"), [this] { RedoMenu_Click(); });
@@ -72,7 +47,7 @@ void UndoCommands::addCommands() {
 }
 
 void UndoCommands::watchMenu() {
-    const QMenu &menu = m_editor.controls.menu(Menu::EditMenu);
+    const QMenu &menu = m_editor.controls().menu(Menu::EditMenu);
     QObject::connect(&menu, &QMenu::aboutToShow, &menu, [this] { menuOpens(); });
     // An entry that was chosen is done only once its menu is hidden.
     QObject::connect(
@@ -80,7 +55,7 @@ void UndoCommands::watchMenu() {
 }
 
 void UndoCommands::menuOpens() const {
-    const QLineEdit *text = textUnderEdit();
+    const QLineEdit *text = focusedText();
     if (text == nullptr)
         return;
     setCaption(Command::UndoMenu, tr("&Undo"), text->isUndoAvailable());
@@ -111,19 +86,19 @@ void UndoCommands::follow() {
                inText || !undo.isEmpty());
     setCaption(Command::RedoMenu, redo.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(captionOf(redo)),
                inText || !redo.isEmpty());
-    m_editor.controls.action(Command::HistoryMenu).setEnabled(pane >= 0);
-    m_editor.controls.action(Command::RevertMenu).setEnabled(reverts);
+    m_editor.controls().action(Command::HistoryMenu).setEnabled(pane >= 0);
+    m_editor.controls().action(Command::RevertMenu).setEnabled(reverts);
 }
 
 void UndoCommands::setCaption(Command command, const QString &caption, bool enabled) const {
-    QAction &action = m_editor.controls.action(command);
+    QAction &action = m_editor.controls().action(command);
     action.setEnabled(enabled);
     if (action.text() != caption)
         action.setText(caption);
 }
 
 void UndoCommands::UndoMenu_Click() {
-    if (QLineEdit *text = textUnderEdit()) {
+    if (QLineEdit *text = focusedText()) {
         text->undo();
         return;
     }
@@ -132,7 +107,7 @@ void UndoCommands::UndoMenu_Click() {
 }
 
 void UndoCommands::RedoMenu_Click() {
-    if (QLineEdit *text = textUnderEdit()) {
+    if (QLineEdit *text = focusedText()) {
         text->redo();
         return;
     }
@@ -145,7 +120,7 @@ void UndoCommands::HistoryMenu_Click() {
     if (pane < 0)
         return;
     m_editor.endEdit();
-    HistoryWindow window(m_editor.OggettoDtb(pane), m_editor.controls.window);
+    HistoryWindow window(m_editor.OggettoDtb(pane), m_editor.controls().window);
     if (window.exec() != QDialog::Accepted || window.chosen() == m_editor.OggettoDtb(pane).StepsDone())
         return;
     change(pane, [&](const QirDatabase &database) { database.GoToStep(window.chosen()); });
@@ -156,7 +131,7 @@ void UndoCommands::RevertMenu_Click() {
     if (pane < 0 || !m_editor.OggettoDtb(pane).hasRevert())
         return;
     const QString question = tr("Do you want to go back to what is saved of '%1' ?").arg(m_editor.NomeFileDtb(pane));
-    if (askYesNo(m_editor.controls.window, question, u"?"_s) == Answer::No)
+    if (askYesNo(m_editor.controls().window, question, u"?"_s) == Answer::No)
         return;
     change(pane, [](const QirDatabase &database) { database.RevertToSaved(tr("Revert to Saved")); });
 }
@@ -165,21 +140,19 @@ void UndoCommands::RevertMenu_Click() {
 void UndoCommands::change(int pane, const std::function<void(const QirDatabase &)> &procedure) {
     m_editor.endEdit();
     const ActivePaneScope active(m_editor); // lists are clicked from code
-    const ListBox &list = m_editor.ListaTabelle(pane);
-    const QirDatabase &database = m_editor.OggettoDtb(pane);
-    const Shown before{tableNames(database), keyOfLine(list, list.ListIndex()), list.ListIndex(), list.TopIndex()};
+    ListRefill lists(m_editor, m_alignment, m_differences, m_tables, pane);
     m_editor.pane(pane).currentTableLost();
-    procedure(database);
-    showChanges(pane, before);
+    procedure(m_editor.OggettoDtb(pane));
+    showChanges(pane, lists);
 }
 
-void UndoCommands::showChanges(int pane, const Shown &before) {
+void UndoCommands::showChanges(int pane, ListRefill &lists) {
     const QirDatabase &database = m_editor.OggettoDtb(pane);
     const QString table = database.ChangedTable();
     const ListBox &list = m_editor.ListaTabelle(pane);
     const int line = table.isEmpty() ? -1 : lineOfKey(list, collationKey(table));
-    if (tableNames(database) != before.tables || database.ChangedTables() > 1 || line < 0) {
-        refillLists(pane, before, table);
+    if (lists.namesHaveChanged() || database.ChangedTables() > 1 || line < 0) {
+        lists.refill(table);
     } else if (line == list.ListIndex()) {
         m_tables.CaricaTabellaDaLista(pane);
     } else {
@@ -187,46 +160,6 @@ void UndoCommands::showChanges(int pane, const Shown &before) {
         m_editor.ListaTabelle(pane).setListIndex(line);
     }
     goToCell(pane, table);
-}
-
-/// The lists, their marks and both grids anew.
-void UndoCommands::refillLists(int pane, const Shown &before, const QString &table) {
-    forgetLostTable(pane);
-    m_alignment.MostraTabelleDiverseInLista();
-    const ListBox &list = m_editor.ListaTabelle(pane);
-    int line = table.isEmpty() ? -1 : lineOfKey(list, collationKey(table));
-    if (line < 0 && !before.selected.isEmpty())
-        line = lineOfKey(list, before.selected);
-    if (line < 0 && list.ListCount() > 0)
-        line = qBound(0, before.line, list.ListCount() - 1);
-    selectLine(line, before.top);
-    const Pane &shown = m_editor.pane(pane);
-    if (shown.realTableSelected() && shown.TabellaMostrata() == shown.selectedTableName())
-        m_tables.CaricaTabellaDaLista(pane); // what it shows may have changed
-    m_tables.settlePanes();
-    m_differences.EvidenziaDifferenzeTabella(SelectionRule::Ignore);
-}
-
-void UndoCommands::selectLine(int line, int top) {
-    const RefillScope refill(m_editor.listClicks()); // what is selected is loaded afterwards
-    for (const int pane : {0, 1}) {
-        if (!m_editor.DtbAperto(pane))
-            continue;
-        m_editor.ListaTabelle(pane).setListIndex(line);
-        m_editor.ListaTabelle(pane).setTopIndex(top);
-    }
-}
-
-/// A table that is no more, or has another name, is not shown.
-void UndoCommands::forgetLostTable(int pane) {
-    Pane &shown = m_editor.pane(pane);
-    const auto isLost = [&](const QString &name) {
-        return !name.isEmpty() && !m_editor.OggettoDtb(pane).ExistTable(name);
-    };
-    if (!isLost(shown.TabellaMostrata()) && !isLost(shown.UltimaTabella()))
-        return;
-    shown.tableRemoved();
-    m_differences.becomeDue();
 }
 
 /// Where the change was, in the grid that shows its table.

@@ -10,6 +10,7 @@
 namespace qir {
 
 class CellDifferences;
+class ListRefill;
 class TableListAlignment;
 class TableLoader;
 
@@ -40,21 +41,10 @@ public:
     void RevertMenu_Click();
 
 private:
-    /// What is shown of a pane's database before it changes.
-    struct Shown {
-        QStringList tables;
-        QString selected; // the key of the selected line's name
-        int line;
-        int top;
-    };
-
     /// The active pane, -1 where its database has no steps.
     int paneWithSteps() const;
     void change(int pane, const std::function<void(const QirDatabase &)> &procedure);
-    void showChanges(int pane, const Shown &before);
-    void refillLists(int pane, const Shown &before, const QString &table);
-    void selectLine(int line, int top);
-    void forgetLostTable(int pane);
+    void showChanges(int pane, ListRefill &lists);
     void goToCell(int pane, const QString &table);
     void menuOpens() const;
     void setCaption(Command command, const QString &caption, bool enabled) const;

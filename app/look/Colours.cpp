@@ -44,16 +44,16 @@ Colours::~Colours() {
 }
 
 void Colours::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::ColoursSystemMenu, tr("&System"), [this] { choose(systemScheme); });
     commands.add(Command::ColoursLightMenu, tr("&Light"), [this] { choose(light); });
     commands.add(Command::ColoursDarkMenu, tr("&Dark"), [this] { choose(dark); });
-    auto *group = new QActionGroup(m_editor.controls.window);
+    auto *group = new QActionGroup(m_editor.controls().window);
     const QString chosen = m_editor.remembered().choice(choiceKey, systemScheme);
     for (const auto &[command, scheme] :
          {std::pair(Command::ColoursSystemMenu, systemScheme), std::pair(Command::ColoursLightMenu, light),
           std::pair(Command::ColoursDarkMenu, dark)}) {
-        QAction &action = m_editor.controls.action(command);
+        QAction &action = m_editor.controls().action(command);
         action.setCheckable(true);
         action.setChecked(scheme == chosen ||
                           (command == Command::ColoursSystemMenu && chosen != light && chosen != dark));
@@ -71,7 +71,7 @@ void Colours::choose(const QString &scheme) {
 void Colours::apply() {
     if (!m_own)
         m_given = QApplication::palette(); // a platform theme may have changed it
-    const EditorControls &controls = m_editor.controls;
+    const EditorControls &controls = m_editor.controls();
     const bool wantsLight = controls.action(Command::ColoursLightMenu).isChecked();
     const bool wantsDark = controls.action(Command::ColoursDarkMenu).isChecked();
     // Where the platform theme brings the desktop's dark colours itself they are the given ones.

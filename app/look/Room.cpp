@@ -32,11 +32,11 @@ QLatin1StringView keyOf(PaneRoom::Placing placing) {
 } // namespace
 
 void Room::addCommands() {
-    CommandTable &commands = m_editor.controls.commands;
+    CommandTable &commands = m_editor.commands();
     commands.add(Command::StretchColumnMenu, tr("&Stretch Last Column"), [this] { StretchColumnMenu_Click(); });
     commands.add(Command::ListBesideMenu, tr("&List Beside Table in Wide Windows"), [this] { ListBesideMenu_Click(); });
     for (const Command command : {Command::StretchColumnMenu, Command::ListBesideMenu})
-        m_editor.controls.action(command).setCheckable(true);
+        m_editor.controls().action(command).setCheckable(true);
     recall();
 }
 
@@ -45,9 +45,9 @@ void Room::recall() {
     for (const PaneRoom::Placing placing : {PaneRoom::Placing::Above, PaneRoom::Placing::Beside})
         m_editor.room().setListShare(placing, remembered.choice(keyOf(placing), u"0"_s).toInt() / shareUnit);
     m_editor.room().setWantsBeside(remembered.choice(besideKey, no) == yes);
-    m_editor.controls.action(Command::ListBesideMenu).setChecked(m_editor.room().wantsBeside());
+    m_editor.controls().action(Command::ListBesideMenu).setChecked(m_editor.room().wantsBeside());
     const bool stretch = remembered.choice(stretchKey, no) == yes;
-    m_editor.controls.action(Command::StretchColumnMenu).setChecked(stretch);
+    m_editor.controls().action(Command::StretchColumnMenu).setChecked(stretch);
     for (const int pane : {0, 1})
         m_editor.Tabella(pane).setStretchLastColumn(stretch);
 }
@@ -60,14 +60,14 @@ void Room::connectPane(int pane) {
 }
 
 void Room::StretchColumnMenu_Click() {
-    const bool stretch = m_editor.controls.action(Command::StretchColumnMenu).isChecked();
+    const bool stretch = m_editor.controls().action(Command::StretchColumnMenu).isChecked();
     m_editor.remembered().setChoice(stretchKey, stretch ? yes : no);
     for (const int pane : {0, 1})
         m_editor.Tabella(pane).setStretchLastColumn(stretch);
 }
 
 void Room::ListBesideMenu_Click() {
-    const bool wants = m_editor.controls.action(Command::ListBesideMenu).isChecked();
+    const bool wants = m_editor.controls().action(Command::ListBesideMenu).isChecked();
     m_editor.remembered().setChoice(besideKey, wants ? yes : no);
     m_editor.room().setWantsBeside(wants);
     m_editor.endEdit();
@@ -75,7 +75,7 @@ void Room::ListBesideMenu_Click() {
 }
 
 PaneRoom::Placing Room::placing() const {
-    return m_editor.room().placingIn(m_editor.controls.window->width());
+    return m_editor.room().placingIn(m_editor.controls().window->width());
 }
 
 void Room::setShare(double share) {
@@ -93,7 +93,10 @@ void Room::moveBorder(int pane, int position) {
     const PaneControls &controls = m_editor.pane(pane).controls();
     const bool above = placing() == PaneRoom::Placing::Above;
     const QRect list = controls.ListaTabelle->geometry();
-    const int extent = position - (above ? list.top() : list.left());
+    // From right to left the list stands behind the border.
+    const bool behind = !above && controls.IDtb->layoutDirection() == Qt::RightToLeft;
+    const int extent = behind ? list.right() + 1 - position - controls.splitter->width()
+                              : position - (above ? list.top() : list.left());
     const int whole = above ? controls.IDtb->height() : controls.IDtb->width();
     if (whole > 0)
         setShare(std::max(extent, 1) / static_cast<double>(whole));

@@ -41,8 +41,8 @@ constexpr Entry entries[] = {
 } // namespace
 
 void ToolBar::addCommands() {
-    m_editor.controls.commands.add(Command::ToolBarMenu, tr("Tool &Bar"), [this] { ToolBarMenu_Click(); });
-    m_editor.controls.action(Command::ToolBarMenu).setCheckable(true);
+    m_editor.commands().add(Command::ToolBarMenu, tr("Tool &Bar"), [this] { ToolBarMenu_Click(); });
+    m_editor.controls().action(Command::ToolBarMenu).setCheckable(true);
 }
 
 void ToolBar::build(QMainWindow &window) {
@@ -51,7 +51,7 @@ void ToolBar::build(QMainWindow &window) {
     m_bar->setMovable(false);
     m_bar->setContextMenuPolicy(Qt::PreventContextMenu); // the window's own would take the bar away behind our back
     for (const Entry &entry : entries) {
-        QAction &action = m_editor.controls.action(entry.command);
+        QAction &action = m_editor.controls().action(entry.command);
         const QString name = QLatin1StringView(entry.icon);
         action.setIcon(QIcon::fromTheme(name, lineIcon(name)));
         action.setIconVisibleInMenu(false);
@@ -60,12 +60,12 @@ void ToolBar::build(QMainWindow &window) {
             m_bar->addSeparator();
     }
     const bool isShown = m_editor.remembered().choice(toolBarKey, hidden) == shown;
-    m_editor.controls.action(Command::ToolBarMenu).setChecked(isShown);
+    m_editor.controls().action(Command::ToolBarMenu).setChecked(isShown);
     m_bar->setVisible(isShown);
 }
 
 void ToolBar::ToolBarMenu_Click() {
-    const bool isShown = m_editor.controls.action(Command::ToolBarMenu).isChecked();
+    const bool isShown = m_editor.controls().action(Command::ToolBarMenu).isChecked();
     m_editor.remembered().setChoice(toolBarKey, isShown ? shown : hidden);
     m_bar->setVisible(isShown);
     m_layOutAnew();

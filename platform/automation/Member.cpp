@@ -206,7 +206,7 @@ QString Member::signature() const {
 }
 
 bool Member::isIn(const AutomationObject &object) const {
-    return !object.isEmpty() && !offers(*this, object.members()->metaObject()).isEmpty();
+    return !object.isEmpty() && object.members()->has(*this);
 }
 
 void Member::call(const AutomationObject &object, void **values) const {
@@ -276,6 +276,15 @@ const MemberBinding &ClassMembers::lookUp(const Member &member) {
     if (member.number() >= m_bindings.size())
         m_bindings.resize(member.number() + 1);
     return m_bindings[member.number()] = std::move(found);
+}
+
+bool ClassMembers::lookFor(const Member &member) {
+    ++m_lookUps;
+    const bool found = !offers(member, m_metaObject).isEmpty();
+    if (member.number() >= m_present.size())
+        m_present.resize(member.number() + 1);
+    m_present[member.number()] = found ? Presence::Yes : Presence::No;
+    return found;
 }
 
 } // namespace qir

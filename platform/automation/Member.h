@@ -116,14 +116,23 @@ public:
         }
         return lookUp(member);
     }
+    /// Whether there is a member of that name, whatever its shape.
+    bool has(const Member &member) {
+        if (member.number() < m_present.size() && m_present[member.number()] != Presence::Unknown)
+            return m_present[member.number()] == Presence::Yes;
+        return lookFor(member);
+    }
     std::size_t lookUps() const { return m_lookUps; }
-    const QMetaObject *metaObject() const { return m_metaObject; }
 
 private:
+    enum class Presence : unsigned char { Unknown, Yes, No };
+
     const MemberBinding &lookUp(const Member &member);
+    bool lookFor(const Member &member);
 
     const QMetaObject *m_metaObject;
     std::vector<MemberBinding> m_bindings; // by Member::number()
+    std::vector<Presence> m_present;       // by Member::number()
     std::size_t m_lookUps = 0;
 };
 

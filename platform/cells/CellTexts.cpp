@@ -1,5 +1,8 @@
 #include "platform/cells/CellTexts.h"
 
+#include "base/UndoOnError.h"
+#include "base/columns/Parallel.h"
+
 #include <algorithm>
 
 namespace qir {
@@ -36,41 +39,40 @@ void CellTexts::reserve(int records, const std::vector<std::size_t> &bytes) {
         m_columns[field].reserve(static_cast<std::size_t>(std::max(records, 0)), bytes[field]);
 }
 
+/// Records are added whole or not at all.
+void CellTexts::cutColumns(std::size_t count) {
+    for (std::size_t field = 0; field < count; ++field)
+        m_columns[field].resize(static_cast<std::size_t>(m_records));
+}
+
 void CellTexts::appendRecord(const QStringList &values) {
     std::size_t done = 0;
-    try {
-        for (; done < m_columns.size(); ++done) {
-            const qsizetype element = static_cast<qsizetype>(done) + 1;
-            m_columns[done].append(element < values.size() ? QStringView(values[element]) : QStringView());
-        }
-    } catch (...) {
-        // A record is added whole or not at all.
-        for (std::size_t field = 0; field < done; ++field)
-            m_columns[field].resize(static_cast<std::size_t>(m_records));
-        throw;
-    }
+    undoneOnError(
+        [&] {
+            for (; done < m_columns.size(); ++done) {
+                const qsizetype element = static_cast<qsizetype>(done) + 1;
+                m_columns[done].append(element < values.size() ? QStringView(values[element]) : QStringView());
+            }
+        },
+        [&] { cutColumns(done); });
     ++m_records;
 }
 
 void CellTexts::appendRecords(const std::vector<ColumnBlock> &blocks) {
     Q_ASSERT(blocks.size() == m_columns.size());
     std::size_t done = 0;
-    try {
-        for (; done < m_columns.size(); ++done)
-            m_columns[done].append(blocks[done]);
-    } catch (...) {
-        // Records are added whole or not at all.
-        for (std::size_t field = 0; field < done; ++field)
-            m_columns[field].resize(static_cast<std::size_t>(m_records));
-        throw;
-    }
+    undoneOnError(
+        [&] {
+            for (; done < m_columns.size(); ++done)
+                m_columns[done].append(blocks[done]);
+        },
+        [&] { cutColumns(done); });
     if (!blocks.empty())
         m_records += static_cast<int>(blocks.front().count());
 }
 
 void CellTexts::permuteRecords(const std::vector<std::uint32_t> &order) {
-    for (CellColumn &column : m_columns)
-        column.permute(order);
+    forEachColumn(m_columns.size(), order.size(), [&](std::size_t column) { m_columns[column].permute(order); });
 }
 
 std::size_t CellTexts::memory() const {

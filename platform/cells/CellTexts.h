@@ -54,6 +54,9 @@ private:
         return field >= 1 && field <= fields() && record >= 1 && record <= m_records;
     }
 
+    /// Takes from the first columns what they have beyond the records.
+    void cutColumns(std::size_t count);
+
     std::vector<CellColumn> m_columns;
     int m_records = 0;
 };

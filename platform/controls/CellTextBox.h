@@ -13,6 +13,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool showsInvisible(const QString &cell);
 };
 
 } // namespace qir

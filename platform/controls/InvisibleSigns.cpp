@@ -52,19 +52,76 @@ bool isInvisible(QChar character) {
            character.category() == QChar::Other_Format;
 }
 
-void drawInvisibleSigns(QPainter &painter, const QString &text, const QRectF &area,
-                        const std::function<qreal(qsizetype index)> &edge) {
-    if (std::none_of(text.begin(), text.end(), isInvisible))
-        return;
+void drawInvisibleSigns(QPainter &painter, const QString &text, const LaidOutLine &drawn, QPointF left, qreal height) {
+    constexpr int most = 256; // more characters without width than anybody tells apart
+    constexpr int mostPlaced = 4096;
+    const QRectF room = painter.window();
+    const auto [first, end] = drawn.between(room.left() - left.x(), room.right() - left.x());
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(QColor(0, 0, 160), 1));
     painter.setBrush(Qt::NoBrush);
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (isInvisible(text[i]))
-            drawSign(painter, text[i], {QPointF(edge(i), area.top()), QPointF(edge(i + 1), area.bottom())});
+    int signs = 0;
+    int placed = 0;
+    for (qsizetype i = first; i < std::min(end, text.size()) && signs < most && placed < mostPlaced; ++i) {
+        if (!isInvisible(text[i]))
+            continue;
+        ++placed;
+        const QPointF from = left + QPointF(drawn.edge(i), 0);
+        const QPointF to = left + QPointF(drawn.edge(i + 1), height);
+        const QRectF place = QRectF(from, to).normalized();
+        if (place.right() < room.left() || place.left() > room.right())
+            continue;
+        drawSign(painter, text[i], place);
+        ++signs;
     }
     painter.restore();
+}
+
+bool goesBothWays(const QString &text, Qt::LayoutDirection direction) {
+    const bool fromRight = direction == Qt::RightToLeft;
+    return std::any_of(text.begin(), text.end(), [fromRight](QChar character) {
+        switch (character.direction()) {
+        case QChar::DirL:
+        case QChar::DirEN:
+        case QChar::DirAN:
+            return fromRight;
+        case QChar::DirR:
+        case QChar::DirAL:
+            return !fromRight;
+        default:
+            return false;
+        }
+    });
+}
+
+LaidOutLine::LaidOutLine(const QString &line, const QFont &font, Qt::LayoutDirection direction)
+    : m_layout(std::make_unique<QTextLayout>(line, font))
+    , m_mixed(goesBothWays(line, direction)) {
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap);
+    option.setTextDirection(direction);
+    m_layout->setTextOption(option);
+    m_layout->beginLayout();
+    m_line = m_layout->createLine();
+    m_layout->endLayout();
+}
+
+LaidOutLine::~LaidOutLine() = default;
+
+qreal LaidOutLine::edge(qsizetype index) const {
+    return m_line.isValid() ? m_line.cursorToX(static_cast<int>(index)) : 0;
+}
+
+std::pair<qsizetype, qsizetype> LaidOutLine::between(qreal left, qreal right) const {
+    if (m_mixed)
+        return {0, m_layout->text().size()};
+    const auto [first, last] = std::minmax({at(left), at(right)});
+    return {first, last + 1};
+}
+
+qsizetype LaidOutLine::at(qreal x) const {
+    return m_line.isValid() ? m_line.xToCursor(x, QTextLine::CursorOnCharacter) : 0;
 }
 
 } // namespace qir

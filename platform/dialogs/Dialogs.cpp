@@ -104,7 +104,9 @@ void messageBox(QWidget *parent, const QString &text, const QString &title, cons
         box.setInformativeText(reason);
     if (auto *label = box.findChild<QLabel *>(u"qt_msgbox_informativelabel"_s)) {
         label->setTextFormat(Qt::PlainText);
-        wrapLongWords(*label);
+        // With a second text the box itself would leave the first one less room than it takes.
+        for (QLabel *part : {box.findChild<QLabel *>(u"qt_msgbox_label"_s), label})
+            wrapAsWide(*part);
     }
     box.exec();
 }

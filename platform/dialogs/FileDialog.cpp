@@ -133,6 +133,14 @@ void selectKind(QFileDialog &dialog, const QString &kind) {
             dialog.selectNameFilter(filter);
 }
 
+/// Paths and names of files go from left to right whatever way the language is read.
+void keepPathsReadable(const QFileDialog &dialog) {
+    for (QWidget *control :
+         {dialog.findChild<QWidget *>(u"lookInCombo"_s), dialog.findChild<QWidget *>(u"fileNameEdit"_s)})
+        if (control != nullptr) // the desktop's has none
+            control->setLayoutDirection(Qt::LeftToRight);
+}
+
 /// Sets up and shows a dialog. True when a file was chosen.
 bool show(QFileDialog &dialog, const FileDialogRequest &request) {
     dialog.setOption(QFileDialog::DontUseNativeDialog, request.look == FileDialogRequest::Own);
@@ -142,6 +150,7 @@ bool show(QFileDialog &dialog, const FileDialogRequest &request) {
     selectKind(dialog, request.kind);
     if (!request.initialName.isEmpty())
         dialog.selectFile(request.initialName);
+    keepPathsReadable(dialog);
     return dialog.exec() == QDialog::Accepted;
 }
 

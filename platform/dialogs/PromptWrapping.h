@@ -1,10 +1,7 @@
 #pragma once
 
+#include <QLabel>
 #include <QtGlobal>
-
-QT_BEGIN_NAMESPACE
-class QLabel;
-QT_END_NAMESPACE
 
 namespace qir {
 
@@ -21,5 +18,21 @@ void wrapLongWords(QLabel &label);
 
 /// The same for a label that would be wider than widestPrompt(); others stay as they are.
 void wrapWhenTooWide(QLabel &label);
+
+/// The same for any label, which asks for no more width than its text takes.
+void wrapAsWide(QLabel &label);
+
+/// A label that wraps its plain text so in whatever width it gets, and asks for the height that this takes.
+class WrappedLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit WrappedLabel(QWidget *parent = nullptr);
+
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+};
 
 } // namespace qir

@@ -74,12 +74,13 @@ void drawCellText(QPainter &painter, const QRect &cell, const QString &text, Qt:
         place.rx() -= metrics.horizontalAdvance(u' '); // outside the room, in the margin
     // Drawn at a point a text has the tab stops that it is measured with; drawn into a rectangle it has none or others.
     painter.drawText(place, withBlank(line));
-    painter.setLayoutDirection(direction);
     // Signs stand over the room that a fit leaves for what they stand for; they never widen a column.
-    const qsizetype whole = std::min(line.size(), text.size()) - (line.size() < text.size() ? 1 : 0);
-    drawInvisibleSigns(painter, text.left(whole), QRectF(cell), [&](qsizetype index) {
-        return place.x() + metrics.horizontalAdvance(withBlank(line.left(index)));
-    });
+    const QString whole = text.left(std::min(line.size(), text.size()) - (line.size() < text.size() ? 1 : 0));
+    if (std::any_of(whole.begin(), whole.end(), isInvisible)) {
+        const LaidOutLine drawn(withBlank(line), painter.font(), painter.layoutDirection());
+        drawInvisibleSigns(painter, withBlank(whole), drawn, {place.x(), qreal(cell.top())}, cell.height());
+    }
+    painter.setLayoutDirection(direction);
 }
 
 } // namespace qir

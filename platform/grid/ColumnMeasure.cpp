@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -239,7 +240,8 @@ private:
                 continue;
             std::array<char, numberTextCapacity> text{};
             const QByteArrayView digits(text.data(), formatNumber(text.data(), number));
-            if (m_measure.narrowBound(digits) <= m_widest || !m_numbers.insert(number).second)
+            if (m_measure.narrowBound(digits) <= m_widest ||
+                !m_numbers.insert(std::bit_cast<std::uint64_t>(number)).second)
                 continue;
             block.readText(i, m_text);
             measure(m_text);
@@ -284,7 +286,7 @@ private:
     std::unordered_set<std::string_view> m_narrow;
     std::unordered_set<std::string_view> m_wide;
     std::unordered_set<std::string_view> m_utf8;
-    std::unordered_set<double> m_numbers;
+    std::unordered_set<std::uint64_t> m_numbers; // by their bits: 0 and -0 are two texts
 };
 
 int ColumnMeasure::columnWidth(QStringView header, const CellColumn &column, const Pause &pause) {

@@ -29,11 +29,12 @@ Grid::Grid(QWidget *parent)
     , m_model(new GridModel(this))
     , m_columnHeader(new GridHeader(Qt::Horizontal, *m_pointer, this))
     , m_rowHeader(new GridHeader(Qt::Vertical, *m_pointer, this))
+    , m_delegate(new GridDelegate(this))
     , m_fixedColumnTwips(fixedColumnTwips) {
     setHorizontalHeader(m_columnHeader);
     setVerticalHeader(m_rowHeader);
     setModel(m_model);
-    setItemDelegate(new GridDelegate(this));
+    setItemDelegate(m_delegate);
     // One rectangle is ever selected, and only by this class: the view's own ways of selecting are overridden.
     setSelectionMode(ContiguousSelection);
     setEditTriggers(NoEditTriggers);
@@ -57,12 +58,12 @@ Grid::Grid(QWidget *parent)
     connect(m_model, &GridModel::textsChanged, this, &Grid::TextsChanged);
     connect(m_model, &GridModel::textsReplaced, this, &Grid::TextsReplaced);
     // Rows that differ have a sign in their header.
-    connect(m_model, &QAbstractItemModel::dataChanged, m_rowHeader->viewport(), qOverload<>(&QWidget::update));
-    // From right to left the line beside a cell is not within what the view draws again for it.
-    connect(m_model, &QAbstractItemModel::dataChanged, this, [this] {
-        if (isRightToLeft())
-            viewport()->update();
-    });
+    connect(
+        m_model, &QAbstractItemModel::dataChanged, m_rowHeader,
+        [this](const QModelIndex &first, const QModelIndex &last) { m_rowHeader->drawAgain(first.row(), last.row()); });
+    connect(m_model, &QAbstractItemModel::dataChanged, this, &Grid::drawLinesAgain);
+    connect(m_model, &QAbstractItemModel::dataChanged, m_delegate, &GridDelegate::cellsChanged);
+    connect(m_model, &QAbstractItemModel::modelReset, m_delegate, &GridDelegate::cellsChanged);
     m_model->setShape(1, 2);
 }
 
@@ -369,8 +370,17 @@ bool Grid::isUnlikeStored(int row, int column) const {
 }
 
 void Grid::setUnlikeStored(int row, int column, bool unlike) {
-    if (m_model->setUnlike(row, column, unlike))
-        viewport()->update(); // once, however many cells
+    if (!m_model->setUnlike(row, column, unlike))
+        return;
+    m_delegate->cellsChanged();
+    update(cellIndex(row, column));
+    drawLinesAgain();
+}
+
+/// From right to left the line beside a cell is not within what the view draws again for it.
+void Grid::drawLinesAgain() {
+    if (isRightToLeft())
+        viewport()->update();
 }
 
 void Grid::setStoredWords(std::function<QString(int row, int column)> words) {

@@ -16,6 +16,7 @@
 
 namespace qir {
 
+class GridDelegate;
 class GridHeader;
 class GridModel;
 class PointerPlace;
@@ -273,6 +274,7 @@ private:
     void draw(int section, int pixels);
     void layOut();
     void alignHeaders();
+    void drawLinesAgain();
     void setRowHeight(int row, int pixels);
     void restoreRowHeights();
     void endHidden();
@@ -311,6 +313,7 @@ private:
     GridModel *m_model;
     GridHeader *m_columnHeader;
     GridHeader *m_rowHeader;
+    GridDelegate *m_delegate;
     int m_fixedColumnTwips;
     std::vector<int> m_columnTwips;  // width of column k at k - 1
     std::map<int, int> m_rowHeights; // in pixels, of the rows that were resized

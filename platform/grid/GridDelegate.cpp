@@ -82,9 +82,17 @@ bool GridDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const Q
         return true;
     }
     // A text that looks like markup is shown as the text that it is.
-    QToolTip::showText(event->globalPos(), Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text,
-                       view->viewport(), option.rect);
+    m_tip = Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+    QToolTip::showText(event->globalPos(), m_tip, view->viewport(), option.rect);
     return true;
+}
+
+void GridDelegate::cellsChanged() {
+    if (m_tip.isEmpty())
+        return;
+    if (QToolTip::isVisible() && QToolTip::text() == m_tip)
+        QToolTip::hideText();
+    m_tip.clear();
 }
 
 } // namespace qir

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractItemDelegate>
+#include <QString>
 
 namespace qir {
 
@@ -17,6 +18,12 @@ public:
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
+
+    /// The cells are no longer what a tool tip that still stands was told of: takes it away.
+    void cellsChanged();
+
+private:
+    QString m_tip; // that was shown last
 };
 
 } // namespace qir

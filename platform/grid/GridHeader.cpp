@@ -36,6 +36,14 @@ void GridHeader::setMarks(int first, int last, int current) {
     viewport()->update();
 }
 
+void GridHeader::drawAgain(int first, int last) {
+    const int begin = sectionViewportPosition(first);
+    const int length = sectionViewportPosition(last) + sectionSize(last) - begin;
+    const QRect all = viewport()->rect();
+    viewport()->update(orientation() == Qt::Vertical ? QRect(0, begin, all.width(), length)
+                                                     : QRect(begin, 0, length, all.height()));
+}
+
 void GridHeader::setUserResizing(bool allowed) {
     setSectionResizeMode(allowed ? Interactive : Fixed);
 }

@@ -20,6 +20,8 @@ public:
 
     /// The sections that the selection reaches and the current one, -1 for none.
     void setMarks(int first, int last, int current);
+    /// Draws these sections again, as far as they are seen.
+    void drawAgain(int first, int last);
     /// Whether the user may resize sections.
     void setUserResizing(bool allowed);
 

@@ -7,8 +7,8 @@
 
 namespace qir {
 
-/// The cells of a grid whose text is not what is stored of it, counted as the grid counts. As long as there is none
-/// they take no memory.
+/// The cells of a grid whose text is not what is stored of it, counted as the grid counts. Before the first one they
+/// take no memory; after it they keep what they have, so that a cell that goes to and fro costs nothing more.
 class UnlikeCells {
 public:
     bool at(int row, int column) const {
@@ -22,8 +22,6 @@ public:
         if (m_cells.rows() == 0)
             m_cells = BitMatrix(static_cast<std::size_t>(rows), static_cast<std::size_t>(columns));
         m_cells.set(static_cast<std::size_t>(row), static_cast<std::size_t>(column), unlike);
-        if (m_cells.count() == 0)
-            clear();
         return true;
     }
     void clear() { m_cells = BitMatrix(); }

@@ -11,8 +11,10 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -29,6 +31,14 @@ public:
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override {
         constexpr int padding = 4; // pixels beside a text's height
         return QStyledItemDelegate::sizeHint(option, index).grownBy({0, 0, 0, padding});
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        // In a window from right to left what a name ends with would go to its other end.
+        if (option->direction == Qt::RightToLeft && !option->text.isRightToLeft())
+            option->text = QChar(0x202a) + option->text + QChar(0x202c); // read from left to right
     }
 };
 
@@ -142,6 +152,9 @@ void ListBox::mousePressEvent(QMouseEvent *event) {
     if (event->button() != Qt::LeftButton)
         endClick();
     m_pressed = event->button() == Qt::LeftButton;
+    m_blocked = false;
+    if (m_pressed && window()->windowHandle() != nullptr)
+        window()->windowHandle()->installEventFilter(this);
     m_lostLine.clear();
     QListView::mousePressEvent(event);
     event->accept();
@@ -177,10 +190,24 @@ void ListBox::focusOutEvent(QFocusEvent *event) {
 }
 
 bool ListBox::clickPending() const {
-    // A release may have gone elsewhere, to a box that opened meanwhile; or it waits for a command to end.
+    return m_pressed && m_clickDue && releaseToCome();
+}
+
+void ListBox::endLostClick() {
+    if (m_clickDue && !releaseToCome())
+        endClick();
+}
+
+/// That of a press may have gone elsewhere, to a box that opened meanwhile; or it waits for a command to end.
+bool ListBox::releaseToCome() const {
     const MessageLoop *loop = MessageLoop::instance();
-    const bool toCome = QGuiApplication::mouseButtons().testFlag(Qt::LeftButton) || (loop && loop->inputHeld());
-    return m_pressed && m_clickDue && toCome;
+    return !m_blocked && (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton) || (loop && loop->inputHeld()));
+}
+
+bool ListBox::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::WindowBlocked && m_pressed)
+        m_blocked = true;
+    return QListView::eventFilter(watched, event);
 }
 
 void ListBox::hideEvent(QHideEvent *event) {
@@ -213,6 +240,7 @@ void ListBox::keyPressEvent(QKeyEvent *event) {
         tellMenuKey();
         return;
     }
+    const QScopedValueRollback byKey(m_byKey, true);
     // With no line selected a key that moves starts at the first one, not behind it.
     const bool moves = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up || event->key() == Qt::Key_PageDown ||
                        event->key() == Qt::Key_PageUp || event->key() == Qt::Key_Home;
@@ -240,10 +268,11 @@ void ListBox::selectionChanged(const QItemSelection &selected, const QItemSelect
         viewport()->update(); // what marks the focus may have stood elsewhere than round a line
     if (m_silent || selected.isEmpty())
         return;
-    if (m_pressed) {
+    if (m_pressed && !m_byKey && releaseToCome()) {
         m_clickDue = true;
         return;
     }
+    m_pressed = m_clickDue = false;
     // The view shows the current line after this: who hears the Click asks what it shows.
     scrollTo(selected.indexes().first());
     Q_EMIT Click();

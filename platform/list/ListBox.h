@@ -54,6 +54,8 @@ public:
     /// True between the left button's press on a line and its release, which raises Click: the line is selected, but
     /// what a click on it does is still to come.
     bool clickPending() const;
+    /// Raises the Click of a left press whose release does not come any more: a box has opened meanwhile.
+    void endLostClick();
 
     /// A line's icon, with what it says in words.
     using LineSign = ListLines::Sign;
@@ -78,6 +80,7 @@ Q_SIGNALS:
     void MouseDown(Qt::MouseButton button, const QPoint &globalPosition);
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
@@ -96,6 +99,7 @@ private:
     void endClick();
     void tellMenuKey();
     QRect focusArea() const;
+    bool releaseToCome() const;
 
     ListLines *m_lines;
     Order m_order;
@@ -103,6 +107,8 @@ private:
     bool m_silent = false;   // code is changing lines or selection
     bool m_pressed = false;  // the left button went down: its release raises Click
     bool m_clickDue = false; // another line was selected since it went down
+    bool m_blocked = false;  // a box has opened since it went down: the release goes nowhere or elsewhere
+    bool m_byKey = false;    // a key is selecting
     QString m_lostLine;      // the one that was, when all lines were removed since; its click is still to come
     bool m_visible = true;
 };

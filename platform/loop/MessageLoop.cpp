@@ -1,6 +1,6 @@
 #include "platform/loop/MessageLoop.h"
 
-#include "base/ErrorWords.h"
+#include "base/words/StorageWords.h"
 #include "platform/dialogs/Dialogs.h"
 #include "platform/loop/Guards.h"
 #include "platform/loop/HeldInput.h"
@@ -109,7 +109,7 @@ void MessageLoop::runGuarded(const std::function<void()> &command) {
         QCoreApplication::quit();
         return;
     } catch (const std::exception &exception) {
-        error = errorWords(exception);
+        error = spokenWords(exception);
     }
     m_carried = nullptr;
     showError(error);

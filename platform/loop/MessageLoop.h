@@ -73,6 +73,9 @@ public:
     void rethrowCarried();
 
     bool commandRunning() const { return m_scopes > 0; }
+    /// In the middle of a command that yields or asks something, and no part of it: what the command works with is not
+    /// to be moved.
+    bool amidCommand() const { return !m_commands.empty() && !(m_commands.back() == level()); }
     /// Input of a person still waits to be delivered: a button that was pressed may wait for its release.
     bool inputHeld() const { return !m_held.empty(); }
 

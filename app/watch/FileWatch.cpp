@@ -1,4 +1,4 @@
-#include "app/desktop/FileWatch.h"
+#include "app/watch/FileWatch.h"
 
 #include <QDir>
 #include <QFileInfo>
