@@ -3,6 +3,7 @@
 #include "fuzz/Require.h"
 #include "qirtbase/journal/JournalCodec.h"
 #include "qirtbase/journal/JournalFile.h"
+#include "qirtbase/journal/JournalReplay.h"
 #include "qirtbase/model/BodyCodec.h"
 
 #include <QTemporaryDir>

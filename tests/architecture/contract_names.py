@@ -14,13 +14,14 @@ GATEWAY = "db/QirDatabase.cpp"
 BUS = "app/look/DesktopColours.cpp"  # a signal of the session bus can be connected by name alone
 MEMBER = re.compile(r'\b(?:Method|Property)<.*>\s+\w+\{"(\w+)"\}')
 SIGNAL = re.compile(r'\bindexOfSignal\("(\w+)\(')
+PROPERTY = re.compile(r'\bindexOfProperty\("(\w+)"\)')
 # A comment (left out), a raw string, a string, a character.
 TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\((.*?)\)\1"|"((?:[^"\\\n]|\\.)*)"|\'(?:[^\'\\\n]|\\.)+\'', re.DOTALL)
 BY_NAME = re.compile(r"\b(?:SIGNAL|SLOT)\s*\(")
 
 
 def names_in(gateway):
-    return sorted(set(MEMBER.findall(gateway)) | set(SIGNAL.findall(gateway)))
+    return sorted(set(MEMBER.findall(gateway)) | set(SIGNAL.findall(gateway)) | set(PROPERTY.findall(gateway)))
 
 
 def offences(path, text, names):
@@ -45,8 +46,8 @@ def offences(path, text, names):
 
 def self_test():
     names = names_in('const Method<void(int, QStringList &)> get{"GetRecord"};\nconst Property<bool> is{"HasChanged"};\n'
-                     'metaObject->indexOfSignal("Told(QString)");\n')
-    assert names == ["GetRecord", "HasChanged", "Told"], names
+                     'metaObject->indexOfSignal("Told(QString)");\nmetaObject->indexOfProperty("Stands");\n')
+    assert names == ["GetRecord", "HasChanged", "Stands", "Told"], names
     assert offences("cli/a.cpp", 'f("HasChanged");', names) == ['cli/a.cpp:1: "HasChanged" is a member of the component']
     assert offences("view/a.cpp", '\nf(u"GetRecord(int,QStringList&)"_s);', names)
     assert offences("app/a.cpp", 'f(R"x(Told)x");', names)

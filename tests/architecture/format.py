@@ -8,11 +8,28 @@ import os
 import shutil
 import subprocess
 import sys
+import tempfile
 
 import sources
 
 VERSION = "14."
 FILES_AT_ONCE = 100
+
+
+def run(program, files, folder, **options):
+    """Status of clang-format: not 0 where it would lay out one of these files otherwise."""
+    return subprocess.run([program, "--dry-run", "--Werror", *files], cwd=folder, **options).returncode
+
+
+def self_test(program, root):
+    """A planted file that stands otherwise is found, one that stands right is not."""
+    with tempfile.TemporaryDirectory() as folder:
+        shutil.copy(os.path.join(root, ".clang-format"), folder)
+        for text, expected in (("int f() {\n    return 1;\n}\n", False), ("int f()\n{ return  1; }\n", True)):
+            path = os.path.join(folder, "a.cpp")
+            with open(path, "w", encoding="utf-8") as file:
+                file.write(text)
+            assert (run(program, [path], folder, stderr=subprocess.DEVNULL) != 0) == expected, text
 
 
 def main(root):
@@ -21,13 +38,13 @@ def main(root):
     if f"version {VERSION}" not in version:
         print(f"not run: needs clang-format {VERSION}, found {version.strip() or 'none'}")
         return 77
+    self_test(program, root)
     files = sources.all_files(root)
-    wrong = 0
-    for i in range(0, len(files), FILES_AT_ONCE):
-        wrong |= subprocess.run([program, "--dry-run", "--Werror", *files[i:i + FILES_AT_ONCE]], cwd=root).returncode
-    if not wrong:
+    parts = [files[i:i + FILES_AT_ONCE] for i in range(0, len(files), FILES_AT_ONCE)]
+    found = [part for part in parts if run(program, part, root) != 0]
+    if not found:
         print(f"{len(files)} files are laid out")
-    return 1 if wrong or not files else 0
+    return 1 if found or not files else 0
 
 
 if __name__ == "__main__":

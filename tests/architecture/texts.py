@@ -24,7 +24,7 @@ NOT_SHOWN = re.compile(
     r"allowedIn\w+ = |[fF]ormat = |magic = |plugin\w* = )(?:u|QLatin1StringView\()?$", re.S)
 # Literals that are data, not words.
 DATA = {
-    "/bus", "/dev/null", ".conflicts.json",         # names of files, and what they end with
+    "/bus", "/dev/null", ".conflicts.json", "/proc/self/mounts", # names of files, and what they end with
     "DDB", "html", "|*.html;*.htm",                 # extensions of file names
     "differences.html",                             # a file's name
     "OUT.png", "[FILE]", "FILE", "CODE",                          # names of arguments, as every program has them

@@ -252,6 +252,20 @@ TEST_F(MemberTest, EachMemberIsLookedUpOnceForAllObjectsOfTheClass) {
     EXPECT_EQ(object.lookUps(), before + 1);
 }
 
+TEST_F(MemberTest, WhetherAMemberIsThereIsLookedUpOnceToo) {
+    const Method<void()> present{"Fail"};
+    const Method<void()> absent{"Absent"};
+    EXPECT_TRUE(present.isIn(object));
+    EXPECT_FALSE(absent.isIn(object));
+    const std::size_t before = object.lookUps();
+    const AutomationObject second(new Sample);
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_TRUE(present.isIn(second));
+        EXPECT_FALSE(absent.isIn(second));
+    }
+    EXPECT_EQ(object.lookUps(), before);
+}
+
 TEST_F(MemberTest, OneMemberServesSeveralClasses) {
     const Method<int()> version{"Version"};
     const AutomationObject derived(new Derived);

@@ -53,4 +53,34 @@ TEST(BlockOrder, AFullColumnComesInBlocksOfTheUsualSize) {
     EXPECT_EQ(moved[1].count(), 70000 - usualBlockValues);
 }
 
+TEST(BlockOrder, MuchTextComesInSeveralBlocks) {
+    ColumnBuilder builder(ColumnType::Text);
+    for (const char16_t letter : {u'a', u'b'})
+        builder.add(QStringView(QString(qsizetype{1} << 20, QChar(letter))));
+    const std::vector<ColumnBlock> blocks{builder.take()};
+    std::vector<std::uint32_t> order(70);
+    for (std::size_t i = 0; i < order.size(); ++i)
+        order[i] = i % 3 == 0 ? 1 : 0;
+    std::size_t next = 0;
+    const std::vector<ColumnBlock> moved = reordered(blocks, order);
+    for (const ColumnBlock &block : moved) {
+        EXPECT_LE(block.bytes().size(), mostBlockBytes);
+        for (qsizetype i = 0; i < block.count(); ++i)
+            EXPECT_EQ(block.textBytes(i), blocks[0].textBytes(order[next++])) << next;
+    }
+    EXPECT_EQ(next, order.size());
+    EXPECT_EQ(moved.size(), 3U);
+}
+
+TEST(BlockOrder, ATextThatIsMoreThanABlockHasIsABlockByItself) {
+    ColumnBuilder builder(ColumnType::Text);
+    builder.addUtf8(QByteArray(mostBlockBytes + 1, 'x'));
+    builder.addUtf8("y");
+    const std::vector<ColumnBlock> blocks{builder.take()};
+    const std::vector<ColumnBlock> moved = reordered(blocks, std::vector<std::uint32_t>{1, 0, 1});
+    ASSERT_EQ(moved.size(), 3U);
+    EXPECT_EQ(moved[1].bytes().size(), mostBlockBytes + 1);
+    EXPECT_EQ(moved[2].text(0), u"y"_s);
+}
+
 } // namespace

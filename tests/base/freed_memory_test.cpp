@@ -17,12 +17,16 @@ namespace {
 constexpr std::size_t small = 200;
 constexpr std::size_t large = std::size_t{100} << 10; // below what gets a mapping of its own
 
-/// How many bytes at a place are 'x', whoever owns it now.
+/// How many bytes at a place are 'x', whoever owns it now, with another one or two bytes before or behind: one alone
+/// may be part of an address that the allocator keeps in a free block.
 std::size_t lettersAt(std::uintptr_t place, std::size_t size) {
     const volatile char *bytes = reinterpret_cast<const volatile char *>(place);
+    const auto isLetter = [&](std::size_t index) { return index < size && bytes[index] == 'x'; };
     std::size_t count = 0;
-    for (std::size_t i = 0; i < size; ++i)
-        count += bytes[i] == 'x' ? 1 : 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        const bool hasNeighbour = isLetter(i - 1) || isLetter(i - 2) || isLetter(i + 1) || isLetter(i + 2);
+        count += isLetter(i) && hasNeighbour ? 1 : 0;
+    }
     return count;
 }
 

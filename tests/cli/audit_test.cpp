@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -102,6 +104,35 @@ TEST_P(AuditTest, TheFirstExampleOfItsPageWorks) {
     EXPECT_EQ(bash.readAllStandardOutput(), "different: site/deep/B.ddb: Pumps (2)\n"
                                             "2 files: 1 same, 1 different, 0 with trouble\n");
     EXPECT_THAT(bytesOf(u"report.html"_s).toStdString(), HasSubstr("site/deep/B.ddb"));
+}
+
+/// Apache Spark itself is run by no test: what it does with each part of the list is done here.
+TEST_P(AuditTest, TheCommandThatItsPagePipesThePartsThroughEndsWell) {
+    QFile page(QStringLiteral(FLEET_PAGE));
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    const QByteArray text = page.readAll();
+    const qsizetype begin = text.indexOf(".pipe([") + 6;
+    ASSERT_GT(begin, 6);
+    const QJsonArray words = QJsonDocument::fromJson(text.sliced(begin, text.indexOf("])", begin) + 1 - begin)).array();
+    ASSERT_EQ(words.size(), 3) << text.sliced(begin).constData();
+    QDir().mkpath(path(u"bin"_s));
+    ASSERT_TRUE(QFile::link(QStringLiteral(QIRDB), path(u"bin/qirdb"_s)));
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"GOLDEN.DDB"_s)));
+    QByteArray results;
+    for (const char *part : {"fleet/A.DDB\nfleet/C.WDB\n", "fleet/D.SDB\n", ""}) { // a part may be empty
+        QProcess pipe;
+        pipe.setWorkingDirectory(path(u"."_s));
+        pipe.start(u"env"_s, {u"PATH="_s + path(u"bin"_s) + u':' + qEnvironmentVariable("PATH"), words[0].toString(),
+                              words[1].toString(), words[2].toString()});
+        pipe.write(part);
+        pipe.closeWriteChannel();
+        ASSERT_TRUE(pipe.waitForFinished(-1));
+        EXPECT_EQ(pipe.exitCode(), 0);
+        results += pipe.readAllStandardOutput();
+    }
+    write(u"results"_s, results);
+    EXPECT_THAT(run({u"audit"_s, u"--join"_s, u"results"_s}).output.toStdString(),
+                HasSubstr("3 files: 1 same, 1 different, 1 with trouble\n"));
 }
 
 TEST_P(AuditTest, WhatCannotBeReachedInAFolderIsTrouble) {

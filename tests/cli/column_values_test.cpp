@@ -1,6 +1,6 @@
 #include "base/NumberText.h"
 #include "cli/tables/ColumnValues.h"
-#include "cli/tables/FieldHeader.h"
+#include "db/tables/FieldHeader.h"
 
 #include <gtest/gtest.h>
 

@@ -205,6 +205,30 @@ TEST_P(DiffFormsTest, ThePageTellsPositionsAndKeys) {
     EXPECT_THAT(byKey, HasSubstr("<a href=\"#t1\">"));
 }
 
+TEST_P(DiffFormsTest, ThePageMarksNoCellThatNeitherSideHas) {
+    make(u"L.DDB"_s, {{u"T"_s, "A[long]\n1\n2\n"}});
+    make(u"R.DDB"_s, {{u"T"_s, "A[long],B[long]\n1,5\n"}});
+    const std::string page = different({u"--html"_s}).toStdString();
+    EXPECT_THAT(page, HasSubstr("<td><em>nothing</em></td>"));
+    EXPECT_THAT(page, Not(HasSubstr("<td class=\"differs\"><em>nothing</em></td>")));
+    EXPECT_THAT(page, HasSubstr("<td class=\"number\">2</td><td class=\"number\">2</td>")); // cells, left records
+}
+
+TEST_P(DiffFormsTest, ThePageSaysHowManyMovedRecordsItLeavesOut) {
+    constexpr int records = 50'003; // in the other order all but one have moved
+    QByteArray rising = "K[long]\n";
+    QByteArray falling = rising;
+    for (int record = 1; record <= records; ++record) {
+        rising += QByteArray::number(record) + '\n';
+        falling += QByteArray::number(records + 1 - record) + '\n';
+    }
+    make(u"L.DDB"_s, {{u"T"_s, rising}});
+    make(u"R.DDB"_s, {{u"T"_s, falling}});
+    const std::string page = done({u"diff"_s, u"--html"_s, u"--key"_s, u"K"_s, u"L.DDB"_s, u"R.DDB"_s}).toStdString();
+    EXPECT_THAT(page, HasSubstr("0 changed, 50002 moved"));
+    EXPECT_THAT(page, HasSubstr("<p>2 more records moved.</p>"));
+}
+
 TEST_P(DiffFormsTest, OneFormAtATime) {
     makePair();
     for (const QString &form : {u"--html"_s, u"--tabular"_s, u"--patch"_s})

@@ -65,6 +65,8 @@ TEST_P(HelpTest, AWrongCommandLineIsToldInOneForm) {
     trouble({u"dump"_s}, "qirdb: dump: FILE is required; qirdb dump --help tells more");
     trouble({u"dump"_s, u"X"_s, u"--fromat"_s, u"json"_s},
             "qirdb: dump: there is no option \"--fromat\"; did you mean \"--format\"?; qirdb dump --help tells more");
+    trouble({u"diff"_s, u"X"_s}, "qirdb: diff: RIGHT is required; qirdb diff --help tells more");
+    trouble({u"diff"_s, u"X"_s, u"Y"_s, u"Z"_s}, "qirdb: diff: takes two files; qirdb diff --help tells more");
 }
 
 TEST_P(HelpTest, EveryCommandHasHelpAndAManualPage) {
@@ -152,7 +154,27 @@ TEST_P(HelpTest, ReadingCommandsPrintJsonOrNothing) {
               done({u"dump"_s, u"PUMP.DDB"_s, u"--format"_s, u"json"_s}));
     for (const QString &command : {u"info"_s, u"tables"_s, u"dump"_s, u"verify"_s, u"kept"_s})
         EXPECT_EQ(done({command, u"PUMP.DDB"_s, u"--quiet"_s}), "") << command.toStdString();
-    EXPECT_EQ(done({u"diff"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"--quiet"_s}), "");
+    const QStringList cell{u"get"_s, u"PUMP.DDB"_s, u"Pumps"_s, u"1"_s, u"Speed"_s};
+    EXPECT_EQ(done(cell + QStringList{u"--json"_s}), "1500\n");
+    EXPECT_EQ(done(cell + QStringList{u"--quiet"_s}), "");
+    EXPECT_EQ(done({u"audit"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"--json"_s}),
+              "{\"file\": \"PUMP.DDB\", \"state\": \"same\", \"tables\": {}, \"error\": null}\n");
+    EXPECT_EQ(done({u"kept"_s, u"PUMP.DDB"_s, u"--json"_s}), "");
+    EXPECT_EQ(done({u"diff"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"--json"_s}),
+              "{\"table\": \"Pumps\", \"state\": \"same\", \"cells\": 0, \"records\": [2, 2], \"fields\": [3, 3]}\n");
+    for (const QString &command : {u"diff"_s, u"audit"_s})
+        EXPECT_EQ(done({command, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"--quiet"_s}), "") << command.toStdString();
+    // No command reads beside these: each has both options.
+    for (const QString &command : commands()) {
+        const QByteArray help = done({command, u"--help"_s});
+        const bool reads = help.contains("--quiet");
+        EXPECT_EQ(help.contains("--json"), reads) << command.toStdString();
+        EXPECT_EQ(QStringList({u"info"_s, u"tables"_s, u"dump"_s, u"verify"_s, u"diff"_s, u"audit"_s, u"get"_s,
+                               u"kept"_s, u"run"_s})
+                      .contains(command),
+                  reads)
+            << command.toStdString();
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Component, HelpTest, testing::Values(CLI_COMPONENTS),

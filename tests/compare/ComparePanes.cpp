@@ -19,7 +19,7 @@ ComparePanes::ComparePanes()
     , m_marks(m_editor, m_equal)
     , m_alignment(m_editor, m_marks)
     , m_differences(m_editor, m_marks, m_equal) {
-    EditorControls &controls = m_editor.controls;
+    EditorControls controls;
     controls.window = &m_window;
     m_window.resize(820, 500);
     for (const int pane : {0, 1}) {
@@ -40,6 +40,7 @@ ComparePanes::ComparePanes()
     controls.ProgressBarCompare->hide();
     controls.ProSort = new ListBox(&m_window, ListBox::Sorted);
     controls.ProSort->hide();
+    m_editor.setControls(controls);
     m_window.show();
 }
 
@@ -53,9 +54,8 @@ void ComparePanes::open(int pane, const PlainDatabase &tables) {
 }
 
 void ComparePanes::open(int pane, QirDatabase database) {
-    m_editor.pane(pane).setDatabase(std::move(database));
-    m_editor.pane(pane).setOpen(true);
-    m_editor.pane(pane).currentTableLost();
+    m_editor.pane(pane).takeComponent(std::move(database));
+    m_editor.pane(pane).componentLoaded();
 }
 
 void ComparePanes::openBoth(const PlainDatabase &left, const PlainDatabase &right) {

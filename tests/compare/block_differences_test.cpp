@@ -1,6 +1,5 @@
-#include "compare/engine/BlockDifferences.h"
-
 #include "compare/engine/ValueEquality.h"
+
 #include "tests/support/Columns.h"
 
 #include <gtest/gtest.h>

@@ -48,7 +48,7 @@ protected:
         panes.differences().EvidenziaDifferenzeTabella(rule, window);
     }
     Cells different() { return test::setElements(panes.editor().CelleDiverse()); }
-    QProgressBar &bar() { return *panes.editor().controls.ProgressBarCompare; }
+    QProgressBar &bar() { return *panes.editor().controls().ProgressBarCompare; }
 
     UseFake fake;
     ComparePanes panes;

@@ -131,7 +131,7 @@ TEST_F(DifferingTablesTest, CountAsEqualWhileAGridIsHiddenOrADatabaseClosed) {
     panes.grid(1).setVisibleFlag(true);
     panes.marks().MostraTabellaDiversaInLista();
     EXPECT_EQ(lineZero(), QStringList({u"a !"_s, u"a !"_s}));
-    panes.editor().pane(0).setOpen(false);
+    panes.editor().pane(0).takeComponent({});
     panes.marks().MostraTabellaDiversaInLista();
     EXPECT_EQ(lineZero(), QStringList({u"a"_s, u"a"_s}));
 }

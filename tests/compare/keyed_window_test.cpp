@@ -4,6 +4,7 @@
 #include "tests/tools/fake/FakeControl.h"
 
 #include <QAbstractItemModelTester>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QGuiApplication>
@@ -64,6 +65,7 @@ private Q_SLOTS:
     void saysSoWhereNoFieldIsUnique();
     void checkingAFieldComputesAtOnce();
     void searchAndFilterLeaveOnlyWhatTheyName();
+    void manyChangesAreSearchedBitByBit();
     void copiesTheSelectedRows();
     void aDoubleClickAsksForTheTwoRecords();
     void whatIsStaleLeadsNowhere();
@@ -137,6 +139,36 @@ void KeyedWindowTest::searchAndFilterLeaveOnlyWhatTheyName() {
     control<QComboBox>(window, "keyedFilter")->setCurrentIndex(2);
     QCOMPARE(changes->model()->rowCount(), 1);
     QCOMPARE(changes->model()->index(0, 1).data().toString(), u"removed"_s);
+}
+
+/// Long keys take their time: the window lives meanwhile, and another text ends the search.
+void KeyedWindowTest::manyChangesAreSearchedBitByBit() {
+    constexpr int records = 800;
+    PlainTable none{"Pumps", {true}, {}};
+    none.field(0).size = 65'535;
+    PlainTable many = none;
+    for (int i = 0; i < records; ++i)
+        many.records.push_back({QString::number(i) + QString(30'000, u'x')});
+    KeyedWindow window(nullptr);
+    show(window, none, many);
+    auto *search = control<QLineEdit>(window, "keyedSearch");
+    QAbstractItemModel &model = *control<QTableView>(window, "keyedChanges")->model();
+    const QAbstractItemModelTester tester(&model);
+    const QString result = u"800 added, 0 removed, 0 changed, 0 moved."_s;
+    auto *status = control<QLabel>(window, "keyedStatus");
+    QCOMPARE(status->text(), result);
+    QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+    hands::click(search, Qt::LeftButton);
+    hands::type(search, u"9x"_s);
+    QTRY_VERIFY(!inserted.isEmpty()); // a part of them
+    QVERIFY(model.rowCount() < records / 10);
+    QCOMPARE(status->text(), result + u" Searching..."_s);
+    QVERIFY(!control<QCheckBox>(window, "keyedTickAll")->isEnabled());
+    hands::key(search, QKeySequence::SelectAll);
+    hands::type(search, u"799x"_s);
+    QTRY_COMPARE(status->text(), result);
+    QTRY_COMPARE(model.rowCount(), 1);
+    QVERIFY(control<QCheckBox>(window, "keyedTickAll")->isEnabled());
 }
 
 void KeyedWindowTest::copiesTheSelectedRows() {

@@ -140,6 +140,15 @@ TEST_F(TableComparison, ComparesNoFurtherThanTablesAndMatrixGo) {
     EXPECT_EQ(nothing.count(), 0U);
 }
 
+TEST_F(TableComparison, SetsAndClearsSomeCellsAsFarAsBothTablesHaveThem) {
+    const Pair pair(pumps, with(with(pumps, 2, 1, 9.0), 3, 2, "other"));
+    BitMatrix matrix(6, 4);
+    matrix.set(2, 2, true); // equal
+    matrix.set(1, 1, true); // equal, and not asked for
+    compareCurrentCells(pair.left, pair.right, {2, 1, 5, 3}, matrix);
+    EXPECT_EQ(test::setElements(matrix), (Cells{{1, 1}, {2, 1}, {3, 2}}));
+}
+
 TEST_F(TableComparison, TellsEachFinishedRecord) {
     const Pair pair(pumps, pumps);
     std::vector<int> records;

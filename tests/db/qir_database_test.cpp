@@ -210,6 +210,16 @@ TEST_F(GatewayTest, TheRevisionStaysWhileTablesAreOnlyRead) {
     EXPECT_EQ(database.revision(), before);
 }
 
+TEST_F(GatewayTest, AGroupThatCouldNotBeginIsNoneOfThoseThatAreOpen) {
+    fake->failOn(u"BeginChanges"_s, u"no group"_s);
+    EXPECT_THROW(const ChangeGroup group(database), std::runtime_error);
+    fake->stopFailing();
+    database.AddRecord();
+    const std::uint64_t before = database.revision();
+    ChangeGroup(database).commit(); // has changed nothing
+    EXPECT_EQ(database.revision(), before);
+}
+
 TEST_F(GatewayTest, ReleaseDestroysTheInstanceThereAndThen) {
     EXPECT_EQ(fake->instances(), 1);
     database.release();

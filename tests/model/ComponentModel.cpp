@@ -254,7 +254,7 @@ void ComponentModel::goTo(const PlainDatabase &content, int number) {
         table = m_state.content.find(name);
     m_state.current = table ? static_cast<int>(table - m_state.content.tables.data()) : -1;
     m_state.record = 0;
-    m_state.changed = m_number != m_savedNumber;
+    m_state.changed = m_hasNewPassword || m_number != m_savedNumber;
     seal();
 }
 
@@ -315,6 +315,7 @@ void ComponentModel::save() {
     if (m_state.current >= 0 && m_state.record > current().recordCount())
         m_state.record = 0;
     m_state.changed = false;
+    m_hasNewPassword = false;
     m_saved = m_state.content;
     m_savedNumber = m_number;
     m_knownDone = m_done;
@@ -350,7 +351,16 @@ void ComponentModel::revert(const QString &name) {
     m_state.content = std::move(saved);
     keepStep(group);
     m_steps.back().numberAfter = m_number = m_savedNumber;
-    m_state.changed = false;
+    m_state.changed = m_hasNewPassword;
+}
+
+void ComponentModel::newPassword(const QString &current, const QString &replacement) {
+    require(m_groups.empty() && current == m_password);
+    if (current == replacement)
+        return;
+    m_password = replacement;
+    m_hasNewPassword = true;
+    m_state.changed = true;
 }
 
 void ComponentModel::requireNewTable(const QString &name, int except) const {

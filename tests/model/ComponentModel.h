@@ -78,6 +78,9 @@ public:
     void forgetSteps() { m_knownDone = m_knownUndone = 0; }
     /// Makes the tables what was saved last.
     void revert(const QString &name);
+    /// From the next save on `replacement` opens the file. That is no step.
+    void newPassword(const QString &current, const QString &replacement);
+    const QString &password() const { return m_password; }
 
 private:
     /// What a group becomes that is the outermost one.
@@ -113,6 +116,8 @@ private:
     int m_number = 0; // of the state
     int m_lastNumber = 0;
     int m_savedNumber = 0;
+    QString m_password;
+    bool m_hasNewPassword = false; // that is not saved
     PlainDatabase m_saved;
     int m_knownDone = 0; // steps that the journal knows
     int m_knownUndone = 0;

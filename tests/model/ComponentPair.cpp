@@ -4,8 +4,12 @@
 #include "tests/model/RandomValues.h"
 #include "tests/model/Values.h"
 
+#include <QtEndian>
+
 #include <bit>
 #include <cstdint>
+#include <numeric>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -243,8 +247,55 @@ void ComponentPair::typeAndTakeBack() {
     type(u"1"_s);
 }
 
+/// The records in another order, which the component is told of, now and then wrongly.
+void ComponentPair::sort() {
+    endGroups();
+    const int current = m_model.state().current;
+    if (current < 0 || m_model.state().content.table(current).recordCount() == 0)
+        return;
+    constexpr int leastForAnOrder = 70; // fewer values of a column are kept one by one
+    if (const int records = m_model.state().content.table(current).recordCount();
+        records < leastForAnOrder && m_choices.inRange(0, 3) == 0)
+        both([&] { m_model.appendRecords(leastForAnOrder - records); },
+             [&] { m_database->AppendRecords(leastForAnOrder - records); });
+    const PlainTable before = m_model.state().content.table(current);
+    std::vector<std::uint32_t> order(static_cast<std::size_t>(before.recordCount()));
+    std::iota(order.begin(), order.end(), 0U);
+    const auto swapSome = [&](int times) {
+        for (; times > 0; --times)
+            std::swap(order[static_cast<std::size_t>(m_choices.inRange(0, before.recordCount()))],
+                      order[static_cast<std::size_t>(m_choices.inRange(0, before.recordCount()))]);
+    };
+    swapSome(m_choices.inRange(1, 20));
+    both([&] { m_model.beginStep(u"sorted"_s, {}); }, [&] { m_database->BeginStep(u"sorted"_s, {}); });
+    both([&] { m_model.begin(); }, [&] { m_database->BeginChanges(); });
+    for (int field = 1; field <= before.fieldCount(); ++field) {
+        QVariantList values;
+        ColumnBuilder builder(columnType(before.field(field - 1).type).value());
+        for (const std::uint32_t record : order) {
+            values += before.value(static_cast<int>(record), field - 1);
+            if (values.last().typeId() == QMetaType::QString)
+                builder.add(QStringView(values.last().toString()));
+            else
+                builder.add(values.last().toDouble());
+        }
+        const QVariant block = builder.take().toVariant();
+        both([&] { m_model.writeColumn(field, 1, values); }, [&] { m_database->WriteColumn(field, 1, block); });
+    }
+    both([&] { m_model.end(); }, [&] { m_database->EndChanges(); });
+    swapSome(m_choices.inRange(0, 4) == 0 ? 1 : 0);
+    QByteArray bytes(static_cast<qsizetype>(order.size() * sizeof order.front()), Qt::Uninitialized);
+    qToLittleEndian<std::uint32_t>(order.data(), static_cast<qsizetype>(order.size()), bytes.data());
+    m_database->RecordsReordered(bytes);
+    both([&] { m_model.endStep(); }, [&] { m_database->EndStep(); });
+}
+
 void ComponentPair::stepAtRandom() {
-    switch (m_choices.inRange(0, 10)) {
+    switch (m_choices.inRange(0, 12)) {
+    case 10:
+    case 11:
+        sort();
+        break;
     case 8:
         failedCommand();
         break;
@@ -282,6 +333,18 @@ void ComponentPair::save() {
 
 void ComponentPair::revert() {
     both([&] { m_model.revert(u"Revert"_s); }, [&] { m_database->RevertToSaved(u"Revert"_s); });
+}
+
+void ComponentPair::passwordAtRandom() {
+    static const std::vector<QString> words{QString(), u"word"_s, u"another"_s};
+    const QString current = m_choices.inRange(0, 4) == 0 ? m_choices.elementOf(words) : m_model.password();
+    const QString replacement = m_choices.elementOf(words);
+    both([&] { m_model.newPassword(current, replacement); }, [&] { m_database->NewPassword(current, replacement); });
+}
+
+void ComponentPair::setPassword(const QString &password) {
+    const QString current = m_model.password();
+    both([&] { m_model.newPassword(current, password); }, [&] { m_database->NewPassword(current, password); });
 }
 
 void ComponentPair::recovered(clsQirDatabase &database) {

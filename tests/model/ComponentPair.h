@@ -34,6 +34,11 @@ public:
     void stepAtRandom();
     void save();
     void revert();
+    /// Another password, or none; now and then by a wrong one, which is refused.
+    void passwordAtRandom();
+    void setPassword(const QString &password);
+    /// That opens the file from the next save on.
+    const QString &password() const { return m_model.password(); }
     /// From now on this instance is the component, after the one before has died.
     void recovered(clsQirDatabase &database);
     /// The same, after the one before was released with nothing unsaved.
@@ -61,6 +66,7 @@ private:
     void changeTables(int operation);
     void failedCommand();
     void typeAndTakeBack();
+    void sort();
     void compareField(int place, const PlainTable &table, int pointer);
     void compareSteps();
     void compareTable(const PlainTable &table, int pointer);

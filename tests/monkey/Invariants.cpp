@@ -28,17 +28,18 @@ QString windowProblem(EditorContext &editor) {
         return u"a flag of a running command stayed set"_s;
     if (QApplication::overrideCursor() != nullptr)
         return u"the pointer of a running command stayed"_s;
-    if (!editor.controls.window->isEnabled())
+    if (!editor.controls().window->isEnabled())
         return u"the window stayed disabled"_s;
-    if (!editor.controls.ProgressBarCompare->isHidden())
+    if (!editor.controls().ProgressBarCompare->isHidden())
         return u"the progress bar stayed"_s;
     const int active = editor.IndexAttivo();
     if (active < -1 || active > (editor.twoPanes() ? 1 : 0))
         return u"pane %1 is active"_s.arg(active);
     const bool open = active >= 0 && editor.DtbAperto(active);
     for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu})
-        if (editor.controls.action(command).isEnabled() != open)
-            return u"%1 is enabled for another state of the active pane"_s.arg(editor.controls.action(command).text());
+        if (editor.controls().action(command).isEnabled() != open)
+            return u"%1 is enabled for another state of the active pane"_s.arg(
+                editor.controls().action(command).text());
     return {};
 }
 
@@ -91,24 +92,6 @@ QString openPaneProblem(EditorContext &editor, int pane) {
         return u"line %1 is selected, line %2 counts as loaded"_s.arg(editor.ListaTabelle(pane).ListIndex())
             .arg(editor.UltimoListIndex(pane));
     return {};
-}
-
-/// Each grid has the other's selection as far as it is large enough for it.
-QString selectionProblem(EditorContext &editor) {
-    const Grid &left = editor.Tabella(0);
-    const Grid &right = editor.Tabella(1);
-    if (!left.Visible() || !right.Visible())
-        return {};
-    const auto agree = [](int first, int firstSize, int second, int secondSize) {
-        return first == second || first >= secondSize || second >= firstSize;
-    };
-    if (agree(left.Row(), left.Rows(), right.Row(), right.Rows()) &&
-        agree(left.Col(), left.Cols(), right.Col(), right.Cols()))
-        return {};
-    return u"cell (%1, %2) is current on the left, (%3, %4) on the right"_s.arg(left.Row())
-        .arg(left.Col())
-        .arg(right.Row())
-        .arg(right.Col());
 }
 
 template<class Integer>
@@ -171,12 +154,27 @@ QString cellsProblem(EditorContext &editor, int pane) {
 
 } // namespace
 
+QString selectionProblem(EditorContext &editor) {
+    const Grid &left = editor.Tabella(0);
+    const Grid &right = editor.Tabella(1);
+    if (!left.Visible() || !right.Visible())
+        return {};
+    const auto agree = [](int first, int firstSize, int second, int secondSize) {
+        return first == second || first >= secondSize || second >= firstSize;
+    };
+    if (agree(left.Row(), left.Rows(), right.Row(), right.Rows()) &&
+        agree(left.Col(), left.Cols(), right.Col(), right.Cols()))
+        return {};
+    return u"cell (%1, %2) is current on the left, (%3, %4) on the right"_s.arg(left.Row())
+        .arg(left.Col())
+        .arg(right.Row())
+        .arg(right.Col());
+}
+
 QString brokenInvariant(EditorContext &editor, Look look) {
     QString problem = windowProblem(editor);
     if (problem.isEmpty())
         problem = editProblem(editor);
-    if (problem.isEmpty())
-        problem = selectionProblem(editor);
     if (problem.isEmpty())
         problem = shownCellsProblem(editor);
     for (const int pane : {0, 1}) {

@@ -18,4 +18,7 @@ enum class Look {
 /// nothing is. Throws what a component throws.
 QString brokenInvariant(EditorContext &editor, Look look);
 
+/// Each grid has the other's current cell as far as it is large enough for it; "" when they have.
+QString selectionProblem(EditorContext &editor);
+
 } // namespace qir::test

@@ -3,6 +3,7 @@
 #include "app/DtbEditor.h"
 #include "pane/EditorContext.h"
 #include "platform/loop/MessageLoop.h"
+#include "tests/monkey/ComparingCommands.h"
 #include "tests/monkey/EditingCommands.h"
 #include "tests/monkey/Invariants.h"
 #include "tests/support/Hands.h"
@@ -111,6 +112,7 @@ void Monkey::openWindow() {
     m_window = std::make_unique<DtbEditor>();
     m_window->show();
     m_watchdog.beat();
+    m_mayStandApart = false;
     Numbers numbers(finished() ? 0 : m_steps[m_next]);
     const QString file = numbers.oneIn(4) ? QString() : m_files.path(MonkeyFiles::left);
     const bool two = !numbers.oneIn(4);
@@ -125,7 +127,7 @@ void Monkey::openWindow() {
 }
 
 void Monkey::prepareTwoPanes() {
-    const EditorControls &controls = m_window->context().controls;
+    const EditorControls &controls = m_window->context().controls();
     m_prologue.push_back([&controls] { controls.action(Command::TwoMenu).trigger(); });
     m_prologue.push_back([this] {
         QGroupBox &frame = m_window->context().IDtb(1);
@@ -222,6 +224,11 @@ void Monkey::look() {
         // Looking makes the shown table the component's current one: not after every step, or no command would ever
         // have to do that itself.
         problem = brokenInvariant(m_window->context(), m_next % 8 == 0 ? Look::Thorough : Look::Quick);
+        // A record chosen by key brings the grids to two places, where they stay until something moves one of them.
+        const QString apart = selectionProblem(m_window->context());
+        m_mayStandApart = byKeyIsOpen(*m_window) || (m_mayStandApart && !apart.isEmpty());
+        if (problem.isEmpty() && !m_mayStandApart)
+            problem = apart;
     } catch (const std::exception &error) {
         problem = u"looking at the component fails: %1"_s.arg(QString::fromUtf8(error.what()));
     }
@@ -258,8 +265,10 @@ void Monkey::perform(Step step) {
     } else if (choice < 20 && idle()) {
         chooseFromMenus(numbers);
     } else if (choice < 26 && idle()) {
-        performEditing(m_window->context().controls.commands, numbers,
-                       [this](const QString &text) { m_log.write(u"      "_s + text); });
+        performEditing(m_window->context(), numbers, [this](const QString &text) { m_log.write(u"      "_s + text); });
+    } else if (choice < 33 && idle()) {
+        performComparing(*m_window, m_window->context().controls().commands, numbers,
+                         [this](const QString &text) { m_log.write(u"      "_s + text); });
     } else {
         performInWindow(numbers);
     }

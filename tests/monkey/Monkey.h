@@ -77,6 +77,7 @@ private:
 
     const std::vector<Step> m_steps;
     std::size_t m_next = 0;
+    bool m_mayStandApart = false;                 // both grids
     std::deque<std::function<void()>> m_prologue; // before a new window is the monkey's
     QString m_expectedFile;                       // that the file dialog to come is for
     std::size_t m_nextStart = 250;

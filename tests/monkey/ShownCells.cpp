@@ -16,7 +16,7 @@ QString shownCellsProblem(EditorContext &editor) {
     const Grid &right = editor.Tabella(1);
     if (left.showsAll() && right.showsAll())
         return {};
-    if (left.showsAll() != right.showsAll() || !editor.controls.action(Command::OnlyDifferencesMenu).isChecked())
+    if (left.showsAll() != right.showsAll() || !editor.controls().action(Command::OnlyDifferencesMenu).isChecked())
         return u"one grid shows a part of its table, the other all of its own"_s;
     for (const Grid *grid : {&left, &right}) {
         if (!grid->shows(grid->Row(), grid->Col()) && grid->shownRowCount() > 0)

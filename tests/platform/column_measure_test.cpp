@@ -87,6 +87,7 @@ private Q_SLOTS:
     void anEmptyColumnIsAsWideAsItsHeader();
     void aTextThatCannotWinIsNotLaidOut();
     void equalTextsAreLaidOutOnce();
+    void zeroesOfEitherSignAreTwoTexts();
     void textsOfAnotherFontAreAllLaidOut();
     void pausesAreTakenAndMayEndTheMeasuring();
     void aGridIsFittedFromTheFirstColumnOn();
@@ -213,6 +214,14 @@ void ColumnMeasureTest::equalTextsAreLaidOutOnce() {
         texts.append(i % 2 == 0 ? u"e\u0301"_s : u"a\tb"_s);
     measure.columnWidth(u"h", packed(texts));
     QCOMPARE(measure.layouts(), std::size_t{3});
+}
+
+void ColumnMeasureTest::zeroesOfEitherSignAreTwoTexts() {
+    const QFont font = plainFont(u"DejaVu Sans"_s, 9);
+    ColumnMeasure measure(font, nullptr);
+    CellColumn column;
+    column.append(numberBlock(ColumnType::Double, {0.0, -0.0}));
+    QCOMPARE(measure.columnWidth({}, column), measuredOneByOne(font, QString(), {u"0"_s, u"-0"_s}));
 }
 
 void ColumnMeasureTest::textsOfAnotherFontAreAllLaidOut() {

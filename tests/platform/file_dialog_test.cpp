@@ -58,6 +58,7 @@ private Q_SLOTS:
     void theFileThatIsOpenedComesBackAsChosen();
     void aCancelledFileDialogGivesNothing();
     void nothingIsLeftInTheHistoryThatAllProgramsShare();
+    void pathsAreReadFromLeftToRightInEveryLanguage();
     void theCurrentFolderStays();
     void theDefaultExtensionIsAdded();
     void savingOverAFileIsAskedAboutAndTold();
@@ -135,6 +136,23 @@ void FileDialogTest::nothingIsLeftInTheHistoryThatAllProgramsShare() {
     QCOMPARE(shared().value(u"FileDialog/lastVisited"_s).toString(), u"file:///before"_s);
     QVERIFY(!shared().contains(u"FileDialog/history"_s));
     QVERIFY(shared().contains(u"FileDialog/viewMode"_s)); // how the dialog looks is shared as ever
+}
+
+void FileDialogTest::pathsAreReadFromLeftToRightInEveryLanguage() {
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    for (const auto action : {FileDialogRequest::Open, FileDialogRequest::Save}) {
+        FileDialogRequest request;
+        request.action = action;
+        const WithNext<QFileDialog> dialog([](QFileDialog &shown) {
+            QCOMPARE(shown.layoutDirection(), Qt::RightToLeft);
+            for (const QString &name : {u"lookInCombo"_s, u"fileNameEdit"_s})
+                QCOMPARE(shown.findChild<QWidget *>(name)->layoutDirection(), Qt::LeftToRight);
+            shown.reject();
+        });
+        askForFile(nullptr, request);
+        QCOMPARE(dialog.met, 1);
+    }
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 void FileDialogTest::theCurrentFolderStays() {

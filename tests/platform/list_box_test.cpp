@@ -3,6 +3,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QContextMenuEvent>
+#include <QDialog>
 #include <QPaintEvent>
 #include <QScrollBar>
 #include <QtTest>
@@ -43,6 +44,8 @@ private Q_SLOTS:
     void controlAndClickDoesNotDeselect();
     void draggingRaisesClickOnceAtItsEnd();
     void keysSelectAndRaiseClick();
+    void aKeyThatSelectsWhileTheButtonIsDownRaisesClick();
+    void selectingRaisesClickAfterAPressWhoseReleaseWentElsewhere();
     void aKeyStartsAtTheFirstLine();
     void typingALineSelectsIt();
     void theViewsSelectionCounts();
@@ -54,6 +57,7 @@ private Q_SLOTS:
     void whatMarkedTheFocusIsDrawnOver();
     void theModelIsSound();
     void visibleIsTheListsOwnFlag();
+    void fromRightToLeftALineIsReadAsItIsWritten();
 
 private:
     QPoint centre(int line) const { return m_list->visualRect(m_list->model()->index(line, 0)).center(); }
@@ -312,6 +316,30 @@ void ListBoxTest::keysSelectAndRaiseClick() {
     QCOMPARE(takeClicks(), 0);
 }
 
+void ListBoxTest::aKeyThatSelectsWhileTheButtonIsDownRaisesClick() {
+    hands::press(m_list->viewport(), Qt::LeftButton, {}, centre(1));
+    hands::key(m_list.get(), Qt::Key_Shift); // moves nothing
+    QCOMPARE(m_clicks, 0);
+    hands::key(m_list.get(), Qt::Key_Down);
+    QCOMPARE(takeClicks(), 1);
+    QCOMPARE(m_list->ListIndex(), 2);
+    hands::release(m_list->viewport(), Qt::LeftButton, {}, centre(1));
+    QCOMPARE(m_list->ListIndex(), 2);
+}
+
+void ListBoxTest::selectingRaisesClickAfterAPressWhoseReleaseWentElsewhere() {
+    hands::press(m_list->viewport(), Qt::LeftButton, {}, centre(1));
+    QDialog box;
+    box.setModal(true);
+    box.show();
+    hands::release(m_list->viewport(), Qt::LeftButton, {}, centre(1));
+    box.hide();
+    QCOMPARE(takeClicks(), 0);
+    // As an assistive tool does.
+    m_list->setCurrentIndex(m_list->model()->index(2, 0));
+    QCOMPARE(takeClicks(), 1);
+}
+
 void ListBoxTest::aKeyStartsAtTheFirstLine() {
     for (const bool focused : {false, true}) {
         m_list->setListIndex(-1);
@@ -462,6 +490,21 @@ void ListBoxTest::visibleIsTheListsOwnFlag() {
     QVERIFY(!list->isVisible());
     list->setVisibleFlag(true);
     QVERIFY(list->isVisible());
+}
+
+void ListBoxTest::fromRightToLeftALineIsReadAsItIsWritten() {
+    m_list->setLayoutDirection(Qt::RightToLeft);
+    m_list->clear();
+    m_list->addItem(u"Alarms (old) !"_s);
+    const auto picture = [this] {
+        m_list->viewport()->repaint();
+        return m_list->viewport()->grab().toImage();
+    };
+    const QImage asItIs = picture();
+    m_list->setList(0, u"\u202aAlarms (old) !\u202c"_s); // its order forced
+    QVERIFY(asItIs == picture());
+    m_list->setList(0, u"\u202bAlarms (old) !\u202c"_s);
+    QVERIFY(asItIs != picture());
 }
 
 QTEST_MAIN(ListBoxTest)

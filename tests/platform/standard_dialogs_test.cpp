@@ -69,6 +69,10 @@ private Q_SLOTS:
     void aMessageWithALongNameWrapsAndIsShownWhole();
     void aMessagesSecondLineIsItsInformativeText();
     void aLongReasonWrapsAndIsShownWhole();
+    void bothTextsOfAMessageAreShownWhole_data();
+    void bothTextsOfAMessageAreShownWhole();
+    void whatIsSeenInAWrappedTextIsWhatTheMouseSelects();
+    void aWrappedLabelAsksForTheHeightThatItsTextTakes();
 };
 
 // Message boxes
@@ -223,6 +227,14 @@ bool holdsItsText(const QLabel &label) {
     return label.width() * lines >= label.fontMetrics().horizontalAdvance(label.text());
 }
 
+/// Whether a label is as high as the lines that its text takes at its width.
+bool holdsItsLines(const QLabel &label) {
+    const int flags = Qt::TextWordWrap | Qt::TextWrapAnywhere;
+    const QRect place = label.contentsRect();
+    const QRect needed = label.fontMetrics().boundingRect(QRect(0, 0, place.width(), 0), flags, label.text());
+    return place.height() >= needed.height();
+}
+
 /// Whether there is ink in as many lines as a label's text takes at least.
 bool drawsItsLines(QLabel &label) {
     const QImage image = label.grab().toImage().convertToFormat(QImage::Format_RGB32);
@@ -318,6 +330,80 @@ void DialogsTest::aLongReasonWrapsAndIsShownWhole() {
     });
     messageBox(nullptr, u"Can't load 'A.DDB'"_s, u"!!"_s, u'/' + QString(255, u'W') + u": it is empty"_s);
     QCOMPARE(box.met, 1);
+}
+
+void DialogsTest::bothTextsOfAMessageAreShownWhole_data() {
+    QTest::addColumn<QString>("name");
+    for (int letters = 10; letters <= 200; letters += 10) {
+        QTest::addRow("%d letters", letters) << QString(letters, u'm');
+        QTest::addRow("%d letters, in words", letters) << u"mmmm "_s.repeated(letters / 5);
+    }
+}
+
+void DialogsTest::bothTextsOfAMessageAreShownWhole() {
+    QFETCH(const QString, name);
+    const QString path = u'/' + name + u"/A.DDB"_s;
+    const Box box([&](QMessageBox &shown) {
+        QVERIFY(shown.width() < shown.screen()->availableGeometry().width());
+        for (const QString &part : {u"qt_msgbox_label"_s, u"qt_msgbox_informativelabel"_s}) {
+            auto *label = shown.findChild<QLabel *>(part);
+            QVERIFY(shown.rect().contains(label->geometry()));
+            QVERIFY2(holdsItsLines(*label), qPrintable(u"%1: %2 high"_s.arg(part).arg(label->height())));
+            QVERIFY2(drawsItsLines(*label), qPrintable(part));
+        }
+        press(QMessageBox::Ok)(shown);
+    });
+    messageBox(nullptr, u"Can't load '%1'"_s.arg(path), u"!!"_s,
+               u"%1: it is not a database of this program"_s.arg(path));
+    QCOMPARE(box.met, 1);
+}
+
+void DialogsTest::whatIsSeenInAWrappedTextIsWhatTheMouseSelects() {
+    const QString text = QString(60, u'a') + QString(60, u'b') + QString(60, u'c') + u" end"_s;
+    const Box box([&](QMessageBox &shown) {
+        auto *label = shown.findChild<QLabel *>(u"qt_msgbox_label"_s);
+        const QImage plain = label->grab().toImage();
+        const int line = label->fontMetrics().lineSpacing();
+        // From the second line's beginning to its end.
+        const int perLine =
+            label->contentsRect().width() * 60 / label->fontMetrics().horizontalAdvance(QString(60, u'a'));
+        QVERIFY(label->height() >= 3 * line);
+        const int middle = label->contentsRect().top() + line + line / 2;
+        hands::drag(label, {0, middle}, {label->width() - 1, middle});
+        QVERIFY(label->hasSelectedText());
+        QVERIFY2(qAbs(label->selectionStart() - perLine) <= 2, qPrintable(QString::number(label->selectionStart())));
+        QCOMPARE(label->selectedText(), text.sliced(label->selectionStart(), label->selectedText().size()));
+        QVERIFY(label->selectedText().size() >= perLine - 2);
+        const QImage marked = label->grab().toImage();
+        QVERIFY(marked != plain);
+        const QPoint corner = label->contentsRect().topLeft();
+        const QColor highlight = label->palette().color(QPalette::Highlight);
+        // Below the letters, which hang over no line's end.
+        const auto highlit = [&](int lines) {
+            return marked.pixelColor(corner + QPoint(1, lines * line - 2)) == highlight;
+        };
+        QVERIFY(!highlit(1));
+        QVERIFY(highlit(2));
+        QVERIFY(!highlit(3));
+        // A double click selects a word.
+        hands::doubleClick(label, Qt::LeftButton, Qt::NoModifier, {2, 2});
+        QCOMPARE(label->selectedText(), text.left(180));
+        press(QMessageBox::Ok)(shown);
+    });
+    messageBox(nullptr, text, u"!"_s);
+    QCOMPARE(box.met, 1);
+}
+
+void DialogsTest::aWrappedLabelAsksForTheHeightThatItsTextTakes() {
+    WrappedLabel label;
+    label.setText(u"/"_s + QString(300, u'w'));
+    for (const int width : {900, 300, 60}) {
+        label.resize(width, label.heightForWidth(width));
+        label.show();
+        QVERIFY(holdsItsText(label));
+        QVERIFY(drawsItsLines(label));
+    }
+    QVERIFY(label.minimumSizeHint().width() < 60);
 }
 
 QTEST_MAIN(DialogsTest)

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""Every command line of the documents works: it is run here as it stands, or an entry of ctest that is named here runs
-it. A line that this script does not know fails, so that nobody writes one that no test runs.
+"""Every command line of the documents works: it is run here as it stands, or with values for what it leaves open, or an
+entry of ctest that is named here runs it. A line that this script does not know fails, so that nobody writes one that no
+test runs.
 
   command_lines.py PROJECT BUILD
 
@@ -30,6 +31,8 @@ ELSEWHERE = [
     ("docs/fleet.md", "for part in", "cli_commands_test"),
     ("docs/fleet.md", "qirdb audit --join", "cli_commands_test"),
     ("docs/fleet.md", "parallel ", "cli_commands_test"),
+    ("docs/qirdb.md", "libreoffice ", "cli_exchange_test"),  # where there is LibreOffice
+    ("docs/qirdb.md", "for file in site", "cli_exchange_test"),  # where there is PostgreSQL
     ("docs/component.md", "cmake -S docs/example-component", "example_component"),
     ("docs/component.md", "QIR_COMPONENT_PATH=build/example", "example_component"),
     ("README.md", "cmake --install", "installed"),
@@ -46,7 +49,7 @@ NO_COMMANDS = [  # blocks of what stands in a file, is printed, or is a part of 
     ("docs/qirdb.md", "qirdb: FILE: reason"),
 ]
 NOT_RUN = [  # by no test: they need programs or machines that the tests have not
-    ("docs/fleet.md", "sc.textFile"), ("docs/qirdb.md", "libreoffice "), ("docs/qirdb.md", "for file in site"),
+    ("docs/fleet.md", "sc.textFile"),  # but cli_commands_test runs what its pipe runs
 ]
 
 
@@ -101,6 +104,7 @@ class Place:
                                 XDG_STATE_HOME=os.path.join(folder, "state"), QT_QPA_PLATFORM="offscreen")
         done = self.run("set -e; qirdb create TMP.DDB; printf 'FIELD[long],B[text:9]\\n1,x\\n2,y\\n' | qirdb import TMP.DDB TABLE -\n"
                         "for name in FILE A GOLDEN OLD.DDB GOLDEN.DDB A.DDB; do cp TMP.DDB $name; done\n"
+                        "qirdb export TMP.DDB --to json A.json; qirdb export TMP.DDB --to sqlite A.sqlite\n"
                         "qirdb set TMP.DDB TABLE 1 FIELD 7; cp TMP.DDB B; cp TMP.DDB NEW.DDB; rm TMP.DDB\n"
                         "printf 'Name[text:20],Speed[long],Head[double]\nP-1,1500,2\nP-2,900,3\n' >FOLDER.csv; qirdb create PUMP.DDB\n"
                         "qirdb import PUMP.DDB Pumps FOLDER.csv; qirdb create SPARE.DDB; qirdb import SPARE.DDB Valves FOLDER.csv\n"
@@ -153,18 +157,40 @@ class Checks:
         return f"unknown: {unknown}" if unknown or "Usage" not in known else ""
 
     def of_qirdb(self, command, line):
-        name = (command.split() + ["", ""])[1]
-        if re.search(r"[\[|]|\.\.", line) or name in ("", "COMMAND", "--help") or not self.can_run(command):
-            return self.form(line)
-        return self.works(command)
+        words = self.filled(command.split())
+        if len(words) == 2 and words[1] == "--help" or words[2:] == ["--help"] and words[1] != "COMMAND":
+            return self.works(command)
+        if words[1:2] == ["passwd"] or re.search(r"\||\.\.", command) or not self.can_run(words):
+            return self.form(line)  # it asks for a password, or leaves open what is to be done
+        return self.works(shlex.join(words) if words != command.split() else command)
 
-    def can_run(self, command):
-        """Whether its words are files of the place, options, or values: no name of a value that the document leaves open."""
-        unknown = {"LEFT", "RIGHT", "BASE", "OURS", "THEIRS", "OUT", "SOURCE", "TARGET", "NAME", "RECORD", "VALUE", "SIZE", "N",
-                   "PATH", "COMMAND", "CODE", "OLD", "NEW"}
-        words = command.split()
-        made = {"create", "passwd"} & set(words)  # a file that is there already, a password on the terminal
-        return any(word in self.place.kept for word in words) and not unknown & set(words) and not made
+    def filled(self, words):
+        """The words of a form with files and values of the place for what it leaves open."""
+        if len(words) < 3 or not words[0].endswith("qirdb"):
+            return words
+        made = f"MADE{self.counts['run']}"  # a name that nothing has
+        values = {"LEFT": "A", "RIGHT": "B", "BASE": "OLD.DDB", "OURS": "A", "THEIRS": "NEW.DDB", "PATH": "FOLDER", "RECORD": "1",
+                  "VALUE": "9", "SIZE": "9", "OUT": made, "NAME": "OTHER", "NEW": "OTHER",
+                  "OLD": "TABLE" if "table" in words else "FIELD", "SOURCE": "A", "TARGET": made}
+        if words[1] == "create":
+            values["FILE"] = made
+        elif words[1] == "copy":
+            values["TARGET"] = "SPARE.DDB"
+        elif words[1] == "import" and "--from" in words:
+            values |= {"FILE": "SPARE.DDB", "SOURCE": "A." + words[words.index("--from") + 1]}
+        elif words[1] == "import" and not {"--append", "--replace"} & set(words):
+            values["TABLE"] = "OTHER"
+        elif words[1] == "remove":
+            values["NAME"] = "TABLE"
+        elif words[1] == "resize":
+            values["FIELD"] = "B"  # a text
+        return [values.get(word, word) for word in words]
+
+    def can_run(self, words):
+        """Whether what it names is there, and nothing is left open any more."""
+        server = "postgresql" in words  # those lines have a test of their own, where there is a server
+        there = words[1:2] == ["create"] or any(os.path.exists(os.path.join(self.place.folder, word)) for word in words[1:])
+        return there and not {"N", "C", "CODE", "COMMAND"} & set(words) and not server
 
     def of_editor(self, command):
         if "--left" in command:

@@ -3,6 +3,7 @@
 A test is a script with a function that takes a Desktop; run(function) starts the desktop, runs it and turns the
 outcome into an exit status: 0 passed, 1 failed, 77 not run because a program is missing.
 """
+import itertools
 import os
 import shutil
 import signal
@@ -132,14 +133,16 @@ class Desktop:
         return [pixels[i:i + length] for i in range(0, len(pixels), length)]
 
     def still(self):
-        """Waits until two looks at the screen, some time apart, see the same."""
+        """Waits until two looks at the screen, some time apart, see the same. The times differ, so that looks do not fall
+        in step with a caret that blinks."""
         last = [None]
+        pauses = itertools.cycle(["0.4", "0.65", "0.9"])
 
         def unchanged():
             now = self.pixels("root")
             same = now == last[0]
             last[0] = now
-            return same or self.output("sleep", "0.4")
+            return same or self.output("sleep", next(pauses))
         wait_until(unchanged, "a screen that stands still")
 
     def end(self):

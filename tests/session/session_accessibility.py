@@ -3,6 +3,7 @@
 state; cells and lines of the lists say in words what they show by colours and signs; and the keyboard reaches all of it,
 its place always to be seen."""
 import os
+import shutil
 import subprocess
 import sys
 
@@ -172,8 +173,20 @@ def check_keyboard(tree, screen, window):
         desktop.wait_until(lambda name=entry: not [a for a in tree.of_role("menu item") if a.name == name], "its end")
 
 
+def check_notice(tree, path):
+    """What another program does to a file is told with its name, and what can be done about it."""
+    with open(path, "ab") as file:
+        file.write(b"x")
+    for button in ("Reload", "Keep Mine", "Compare", "Dismiss"):
+        accessible = tree.named("push button", button)
+        assert "focusable" in tree.states(accessible), f"'{button}' is out of the keyboard's reach"
+        assert button == "Dismiss" or accessible.description, f"'{button}' does not say what it does"
+    text = f"'{path}' was changed by another program."
+    desktop.wait_until(lambda: [a for a, _ in tree.all(deep=False) if a.name == text], "the words of the notice")
+
+
 def session(screen):
-    left, right = (os.path.join(samples, name) for name in ("PUMP.DDB", "PUMP-2.DDB"))
+    left, right = (shutil.copy(os.path.join(samples, name), screen.folder) for name in ("PUMP.DDB", "PUMP-2.DDB"))
     start_bus(screen)
     editor = screen.start(EDITOR, "--left", left, "--right", right, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
     window = screen.window("^QIR Database Editor$")
@@ -188,6 +201,7 @@ def session(screen):
     check_cells(tree, screen, window)
     check_password(tree, screen)
     check_keyboard(tree, screen, window)
+    check_notice(tree, right)
     screen.key("ctrl+q")
     assert editor.wait(60) == 0
 

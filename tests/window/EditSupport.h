@@ -5,10 +5,37 @@
 #include "tests/window/EditorFixture.h"
 
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTemporaryDir>
 
 namespace qir::test {
+
+/// What the line below the panes says at its left, of the current cell, and at its right, of the databases.
+inline QString statusLeft(EditorFixture &fixture) {
+    return fixture.window().findChild<QLabel *>(QStringLiteral("statusLeft"))->text();
+}
+
+inline QString statusRight(EditorFixture &fixture) {
+    return fixture.window().findChild<QLabel *>(QStringLiteral("statusRight"))->text();
+}
+
+/// A key struck where the keyboard is, whatever part of the window that may be.
+inline void strike(EditorFixture &fixture, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    hands::strike(fixture.window(), key, modifiers, {});
+}
+
+/// The texts that a view shows, row by row.
+inline QList<QStringList> textsOf(const QAbstractItemModel &model) {
+    QList<QStringList> rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        QStringList texts;
+        for (int column = 0; column < model.columnCount(); ++column)
+            texts.append(model.index(row, column).data().toString());
+        rows.append(texts);
+    }
+    return rows;
+}
 
 inline bool editing(EditorFixture &fixture, int pane) {
     return !fixture.cellEditor(pane).isHidden();

@@ -88,13 +88,14 @@ QString statusProblems(const DtbEditor &window, EditorContext &editor) {
             problems += u"the status line says '%1' for '%2'; "_s.arg(left, wanted);
     }
     const bool changed = pane >= 0 && editor.DtbAperto(pane) && editor.OggettoDtb(pane).DtbHasChanged();
-    // A new password is told of with the next write: the command asks nothing more of the component.
-    if (right.contains(words("changed")) && !changed)
+    if (right.contains(words("changed")) && !changed) // the other way it may lag behind an error
         problems += u"the status line says '%1' with changed %2; "_s.arg(right.join(u'|')).arg(changed);
     std::size_t cells = 0;
-    if (editor.gridsShowSameTable() && editor.Tabella(0).Visible() && editor.Tabella(1).Visible())
+    if (editor.gridsShowSameTable() && editor.Tabella(0).Visible() && editor.Tabella(1).Visible()) {
+        const auto fields = [](const Grid &grid) { return grid.ColData(1) == 0 ? 0 : grid.Cols() - 1; };
         cells = cellsOfEither(editor.CelleDiverse(), {editor.Tabella(0).Rows() - 1, editor.Tabella(1).Rows() - 1,
-                                                      editor.Tabella(0).Cols() - 1, editor.Tabella(1).Cols() - 1});
+                                                      fields(editor.Tabella(0)), fields(editor.Tabella(1))});
+    }
     const QString cellsText = cells == 1 ? words("1 cell here") : words("%1 cells here").arg(cells);
     if ((cells > 0) != right.last().endsWith(words("1 cell here").section(u' ', -1)) ||
         (cells > 0 && right.last() != cellsText))

@@ -77,9 +77,9 @@ public:
     QLineEdit &cellEditor(int pane) { return editor().txtEdit(pane); }
     QGroupBox &frame(int pane) { return editor().IDtb(pane); }
     QLabel &label(int pane) { return editor().nomelab(pane); }
-    QProgressBar &progressBar() { return *editor().controls.ProgressBarCompare; }
-    QMenu &menu(Menu menu) { return editor().controls.menu(menu); }
-    QAction &action(Command command) { return editor().controls.action(command); }
+    QProgressBar &progressBar() { return *editor().controls().ProgressBarCompare; }
+    QMenu &menu(Menu menu) { return editor().controls().menu(menu); }
+    QAction &action(Command command) { return editor().controls().action(command); }
     /// Chooses a command as its menu or its shortcut would; fails (with a problem) when it is disabled.
     void choose(Command command);
     /// Opens a file by the open command into the active pane.

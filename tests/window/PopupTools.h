@@ -4,6 +4,7 @@
 #include "tests/window/EditorFixture.h"
 
 #include <QMenu>
+#include <QMenuBar>
 
 namespace qir::test {
 
@@ -26,6 +27,15 @@ inline QStringList shownEntries(const QMenu &menu) {
 /// Clicks an entry of an open pop-up.
 inline void chooseFromPopup(QMenu &menu, QAction &action) {
     hands::click(&menu, Qt::LeftButton, Qt::NoModifier, menu.actionGeometry(&action).center());
+}
+
+/// Opens a menu of the bar with the mouse and clicks an entry.
+inline void chooseFromBar(EditorFixture &fixture, Menu menu, Command command) {
+    QMenuBar *bar = fixture.window().menuBar();
+    QMenu &opened = fixture.menu(menu);
+    hands::click(bar, Qt::LeftButton, Qt::NoModifier, bar->actionGeometry(opened.menuAction()).center());
+    QVERIFY2(opened.isVisible(), qPrintable(opened.objectName()));
+    chooseFromPopup(opened, fixture.action(command));
 }
 
 } // namespace qir::test

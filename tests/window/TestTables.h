@@ -60,6 +60,13 @@ inline TableOfTexts counted(const QString &name, int records, int fields) {
     return table;
 }
 
+/// A table with 7 in some cells, rows and columns counted as in a grid.
+inline TableOfTexts changed(TableOfTexts table, const std::vector<std::pair<int, int>> &cells) {
+    for (const auto &[row, column] : cells)
+        table.fields[static_cast<std::size_t>(column - 1)].texts[row - 1] = QStringLiteral("7");
+    return table;
+}
+
 /// A table of one text field.
 inline TableOfTexts listOf(const QString &name, const QStringList &texts) {
     return {name, {{QStringLiteral("Name"), FieldType::Text, texts, 20}}};

@@ -119,6 +119,23 @@ TEST_F(RememberedTest, NothingIsKeptOfProtectedFilesUnlessTheUserAllowsIt) {
     EXPECT_FALSE(stored().contains("SECRET"));
 }
 
+TEST_F(RememberedTest, TheFolderOfAProtectedFileIsForgottenWithItsName) {
+    Remembered state = another();
+    EXPECT_TRUE(state.setKeepsProtected(true));
+    state.noteChosen(u"/hidden/SECRET.SDB"_s, Protection::Protected);
+    EXPECT_EQ(another().folder(), u"/hidden"_s);
+    EXPECT_TRUE(state.setKeepsProtected(false));
+    EXPECT_FALSE(stored().contains("hidden"));
+    EXPECT_FALSE(stored().contains("SDB"));
+    // That of an open file stays, chosen after a protected one too.
+    EXPECT_TRUE(state.setKeepsProtected(true));
+    state.noteChosen(u"/hidden/SECRET.SDB"_s, Protection::Protected);
+    state.noteChosen(u"/plain/A.DDB"_s, Protection::Open);
+    EXPECT_TRUE(state.setKeepsProtected(false));
+    EXPECT_EQ(another().folder(), u"/plain"_s);
+    EXPECT_EQ(another().kind(), u"DDB"_s);
+}
+
 TEST_F(RememberedTest, AFileThatBecameProtectedLeavesTheList) {
     Remembered state = another();
     state.noteFile(u"/A"_s, Protection::Open);

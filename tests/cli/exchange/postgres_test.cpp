@@ -128,6 +128,33 @@ TEST_P(PostgresTest, AFleetSharesTablesByFileAndRecord) {
             "qirdb: --fleet needs the --schema that the files share");
 }
 
+TEST_P(PostgresTest, AFileComesBackFromItsFleet) {
+    makePumps();
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"OTHER.DDB"_s)));
+    done({u"add"_s, u"OTHER.DDB"_s, u"field"_s, u"Pumps"_s, u"Long[text:300]"_s});
+    done({u"set"_s, u"OTHER.DDB"_s, u"Pumps"_s, u"2"_s, u"Long"_s, QString(290, u'x')});
+    done({u"sort"_s, u"OTHER.DDB"_s, u"Pumps"_s, u"Speed"_s});
+    const QStringList fleet{u"--schema"_s, u"fleet"_s, u"--fleet"_s};
+    const auto back = [&](const QString &file) {
+        return QStringList{u"import"_s, file, u"--from"_s, u"postgresql"_s, server().connection()} + fleet;
+    };
+    std::vector<QByteArray> dumps;
+    for (const QString &file : {u"PUMP.DDB"_s, u"OTHER.DDB"_s}) {
+        done(exporting(file) + fleet);
+        dumps.push_back(done({u"dump"_s, u"--json"_s, file}));
+    }
+    for (const QString &file : {u"OTHER.DDB"_s, u"PUMP.DDB"_s}) {
+        ASSERT_TRUE(QFile::remove(path(file)));
+        done({u"create"_s, file});
+        done(back(file));
+        EXPECT_EQ(done({u"dump"_s, u"--json"_s, file}), dumps[file == u"OTHER.DDB"_s ? 1 : 0]);
+    }
+    done({u"create"_s, u"NEW.DDB"_s});
+    trouble(back(u"NEW.DDB"_s), "qirdb: PostgreSQL: the schema \"fleet\" has no record of \"NEW.DDB\"");
+    trouble({u"import"_s, u"NEW.DDB"_s, u"--from"_s, u"postgresql"_s, server().connection(), u"--fleet"_s},
+            "qirdb: --fleet needs the --schema that the files share");
+}
+
 TEST_P(PostgresTest, TablesOfOthersBecomeWhatTheirColumnsSay) {
     server().ask(
         u"CREATE SCHEMA other; CREATE TABLE other.t (i integer, s smallint, b bigint, r real, n numeric, f boolean, "

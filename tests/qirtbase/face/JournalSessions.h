@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <memory>
+#include <optional>
 
 namespace qir {
 
@@ -49,6 +50,15 @@ protected:
         session.reset();
         m_ops.onCall = {};
         m_notices.clear();
+    }
+    /// From now on the system's call of that number, counted from 0, fails, and `forEver` all behind it; `made` counts
+    /// them. Files are closed all the same.
+    void failFrom(int call, bool forEver, int &made) {
+        m_ops.onCall = [call, forEver, &made](FileCall kind, const std::string &) {
+            const int now = made++;
+            const bool fails = kind != FileCall::Close && (forEver ? now >= call : now == call);
+            return fails ? std::optional(SystemError{EIO}) : std::nullopt;
+        };
     }
     static void write(clsQirDatabase &target, const QString &text) {
         target.QIRTableRecordSource(QStringLiteral("Pumps"));

@@ -308,8 +308,10 @@ std::vector<Case> allCases(bool mounts, bool givesAway) {
             for (int end = 0; end < static_cast<int>(End::Count); ++end)
                 for (int owner = 0; owner < static_cast<int>(Owner::Count); ++owner)
                     for (const bool isProtected : {false, true})
-                        if ((Way(way) != Way::BindMount || mounts) && (Owner(owner) != Owner::AnotherUser || givesAway))
-                            cases.push_back({isProtected, Way(way), Content(content), End(end), Owner(owner)});
+                        if ((static_cast<Way>(way) != Way::BindMount || mounts) &&
+                            (static_cast<Owner>(owner) != Owner::AnotherUser || givesAway))
+                            cases.push_back({isProtected, static_cast<Way>(way), static_cast<Content>(content),
+                                             static_cast<End>(end), static_cast<Owner>(owner)});
     return cases;
 }
 

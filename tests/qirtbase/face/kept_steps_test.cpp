@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace qir;
@@ -27,6 +28,15 @@ protected:
         session.BeginStep(u"Step"_s, QString());
         body();
         session.EndStep();
+    }
+    /// A session that has made one step and saved it; `before` is given the file of before the save.
+    std::unique_ptr<clsQirDatabase> savedAfterAStep(QByteArray *before = nullptr) {
+        auto session = open();
+        type(*session, u"1"_s);
+        if (before)
+            *before = contentOf(path());
+        session->SaveDtb();
+        return session;
     }
     void crash(std::unique_ptr<clsQirDatabase> &session, const QString &password = {}) {
         kill(session);
@@ -110,9 +120,7 @@ TEST_F(KeptSteps, OfBeforeTheLastSaveAreThereAfterACrash) {
 }
 
 TEST_F(KeptSteps, AreThereAfterACrashRightBehindTheSave) {
-    auto session = open();
-    type(*session, u"1"_s);
-    session->SaveDtb();
+    auto session = savedAfterAStep();
     crash(session);
     EXPECT_EQ(m_notices, QStringList()) << "nothing is unsaved";
     EXPECT_FALSE(session->DtbHasChanged());
@@ -206,9 +214,7 @@ TEST_F(KeptSteps, OfEveryKindAreThereAgain) {
 }
 
 TEST_F(KeptSteps, AWayBackToWhatIsSavedIsThatAfterACrashToo) {
-    auto session = open();
-    type(*session, u"1"_s);
-    session->SaveDtb();
+    auto session = savedAfterAStep();
     type(*session, u"2"_s);
     session->RevertToSaved(u"Revert"_s);
     EXPECT_FALSE(session->DtbHasChanged());
@@ -229,9 +235,7 @@ TEST_F(KeptSteps, AWayBackToWhatIsSavedIsThatAfterACrashToo) {
 }
 
 TEST_F(KeptSteps, AWayBackFromNothingIsAStepThatIsUndoneAlone) {
-    auto session = open();
-    type(*session, u"1"_s);
-    session->SaveDtb();
+    auto session = savedAfterAStep();
     session->RevertToSaved(u"Revert"_s);
     session->Undo();
     EXPECT_EQ(textIn(*session), u"1"_s);
@@ -243,9 +247,7 @@ TEST_F(KeptSteps, AWayBackFromNothingIsAStepThatIsUndoneAlone) {
 }
 
 TEST_F(KeptSteps, LeaveNoJournalWhereNothingIsUnsavedAtTheEnd) {
-    auto session = open();
-    type(*session, u"1"_s);
-    session->SaveDtb();
+    auto session = savedAfterAStep();
     EXPECT_EQ(journals().size(), 1);
     session.reset();
     EXPECT_EQ(journals(), QStringList());
@@ -258,10 +260,8 @@ TEST_F(KeptSteps, LeaveNoJournalWhereNothingIsUnsavedAtTheEnd) {
 }
 
 TEST_F(KeptSteps, OfAVersionThatIsNoMoreAreDroppedWithoutAWord) {
-    auto session = open();
-    type(*session, u"1"_s);
-    const QByteArray old = contentOf(path());
-    session->SaveDtb();
+    QByteArray old;
+    auto session = savedAfterAStep(&old);
     kill(session);
     writeContent(path(), old);
     session = open();
@@ -270,6 +270,106 @@ TEST_F(KeptSteps, OfAVersionThatIsNoMoreAreDroppedWithoutAWord) {
     EXPECT_EQ(session->StepsCount(), 0);
     EXPECT_EQ(journals(), QStringList());
     EXPECT_EQ(namesIn(state() + u"/rescue"_s), QStringList());
+}
+
+TEST_F(KeptSteps, AStepThatNoRecordOfAJournalCanHoldLosesNothingThatIsTypedBehindIt) {
+    auto session = open();
+    inStep(*session, [&] {
+        for (int i = 1; i <= 40; ++i)
+            session->AddField(u"Note%1"_s.arg(i), static_cast<int>(ColumnType::Text), 65'535);
+        session->AddRecord();
+        session->setQIRTableRecordsPointerOut(2);
+        for (int field = 1; field <= session->QirTableFieldsCount(); ++field)
+            session->QIRTableRecordSetByIndex(field, QString(60'000, u'x'));
+    });
+    session->SaveDtb();
+    inStep(*session, [&] { session->RemoveRecord(2); });
+    type(*session, u"1"_s);
+    session->SaveDtb();
+    type(*session, u"2"_s);
+    crash(session);
+    EXPECT_EQ(textIn(*session), u"2"_s);
+    EXPECT_EQ(session->StepsDone(), 2) << "those behind the large one";
+    session->NewPassword({}, u"word"_s); // reads the journal once more
+    type(*session, u"3"_s);
+    kill(session);
+    session = open();
+    EXPECT_EQ(textIn(*session), u"1"_s);
+    EXPECT_EQ(m_notices.filter(u"sealed with another password"_s).size(), 1) << m_notices.join(u'\n').toStdString();
+}
+
+TEST_F(KeptSteps, GiveWayWhereTheDiskHasNoRoomForWhatIsTypedBehindThem) {
+    for (const bool undoes : {false, true}) {
+        auto session = open();
+        type(*session, u"1"_s);
+        type(*session, u"2"_s);
+        session->SaveDtb();
+        m_notices.clear();
+        bool isFull = true;
+        m_ops.onCall = [&](FileCall call, const std::string &) {
+            const bool writes = call == FileCall::Write || call == FileCall::WriteAt;
+            return writes && std::exchange(isFull, isFull && !writes) ? std::optional(SystemError{ENOSPC})
+                                                                      : std::nullopt;
+        };
+        if (undoes)
+            session->Undo();
+        else
+            type(*session, u"3"_s);
+        m_ops.onCall = {};
+        EXPECT_FALSE(isFull);
+        EXPECT_EQ(m_notices, QStringList());
+        crash(session);
+        EXPECT_EQ(textIn(*session), undoes ? u"1"_s : u"3"_s);
+        EXPECT_EQ(session->StepsDone(), undoes ? 0 : 1) << undoes;
+        session->setDtbHasChanged(false);
+        session.reset();
+    }
+}
+
+TEST_F(KeptSteps, OfAVersionThatIsNoMoreWithADamageBehindThemAreKeptForSomeDays) {
+    QByteArray old;
+    auto session = savedAfterAStep(&old);
+    type(*session, u"2"_s);
+    kill(session);
+    ASSERT_EQ(journals().size(), 1);
+    const QString journal = state() + u"/journal/"_s + journals()[0];
+    QByteArray content = contentOf(journal);
+    content.back() = static_cast<char>(content.back() ^ 1);
+    writeContent(journal, content);
+    writeContent(path(), old);
+    session = open();
+    EXPECT_EQ(m_notices.filter(u"damaged"_s).size(), 1) << m_notices.join(u'\n').toStdString();
+    ASSERT_EQ(journals().size(), 1);
+    EXPECT_TRUE(journals()[0].endsWith(u".ended"_s)) << journals()[0].toStdString();
+}
+
+TEST_F(KeptSteps, OfAnOriginalAreNeitherToldOfNorTakenByItsCopy) {
+    QByteArray older;
+    auto session = savedAfterAStep(&older);
+    kill(session);
+    for (const QByteArray &content : {contentOf(path()), older}) {
+        writeContent(path(u"COPY.DDB"_s), content);
+        auto copy = open({}, u"COPY.DDB"_s);
+        EXPECT_EQ(m_notices, QStringList());
+        EXPECT_EQ(copy->StepsCount(), 0);
+        EXPECT_EQ(journals().size(), 1);
+    }
+    session = open();
+    EXPECT_EQ(session->StepsDone(), 1);
+}
+
+TEST_F(KeptSteps, OfADatabaseThatStoodHereBeforeAreNotToldOf) {
+    {
+        auto other = component();
+        ASSERT_TRUE(other->SetDatabaseFileName(path(u"OTHER.DDB"_s)));
+        other->AddTable(u"Pumps"_s);
+        other->SaveDtb();
+    }
+    auto session = savedAfterAStep();
+    kill(session);
+    writeContent(path(), contentOf(path(u"OTHER.DDB"_s)));
+    session = open();
+    EXPECT_EQ(m_notices, QStringList());
 }
 
 TEST_F(KeptSteps, OfAProtectedFileAreNotToBeRead) {
@@ -313,9 +413,7 @@ TEST_F(KeptSteps, ASaveThatFailsAnywhereLosesNothingThatIsUndoneAndTypedBehindIt
         type(*session, u"a %1"_s.arg(call));
         type(*session, u"b %1"_s.arg(call));
         int made = 0;
-        m_ops.onCall = [&](FileCall kind, const std::string &) {
-            return made++ == call && kind != FileCall::Close ? std::optional(SystemError{EIO}) : std::nullopt;
-        };
+        failFrom(call, false, made);
         try {
             session->SaveDtb();
         } catch (const std::exception &) { // NOLINT(bugprone-empty-catch): whether it was saved is not the question
@@ -348,9 +446,7 @@ TEST_F(KeptSteps, AProgramThatDiesAnywhereInASaveLeavesTheOldOrTheNewState) {
         const int steps = session->StepsDone();
         type(*session, u"typed %1"_s.arg(call));
         int made = 0;
-        m_ops.onCall = [&](FileCall kind, const std::string &) {
-            return made++ >= call && kind != FileCall::Close ? std::optional(SystemError{EIO}) : std::nullopt;
-        };
+        failFrom(call, true, made);
         try {
             session->SaveDtb();
         } catch (const std::exception &) { // NOLINT(bugprone-empty-catch): it is dead

@@ -44,16 +44,19 @@ protected:
             callAtRandom(60);
             pair.compareAll(); // ends groups, which may undo all
         } while (!session->DtbHasChanged());
+        pair.setPassword(GetParam() % 2 == 0 ? QString() : u"first"_s);
         pair.save();
         session.reset();
-        session = open({}, u"MODEL.DDB"_s); // without steps
+        session = open(pair.password(), u"MODEL.DDB"_s); // without steps
         pair.reopened(*session);
-        first = bodyOf(path(u"MODEL.DDB"_s));
+        first = bodyOf(u"MODEL.DDB"_s);
     }
 
     void callAtRandom(int calls) {
         for (int call = 0; call < calls; ++call) {
-            if (choices.inRange(0, 4) == 0)
+            if (passwordsChange && choices.inRange(0, 40) == 0)
+                pair.passwordAtRandom();
+            else if (choices.inRange(0, 4) == 0)
                 pair.stepAtRandom();
             else
                 pair.callAtRandom();
@@ -64,16 +67,15 @@ protected:
     /// The program dies, and the file is opened again.
     void restart() {
         kill(session);
-        session = open({}, u"MODEL.DDB"_s);
+        session = open(pair.password(), u"MODEL.DDB"_s);
         pair.recovered(*session);
         pair.compare();
     }
 
-    QByteArray bodyOf(const QString &file) {
-        DatabaseFile read(m_ops, testOptions());
-        const auto body = read.load(file, {});
-        EXPECT_TRUE(body.has_value());
-        return body.value_or(QByteArray());
+    QByteArray bodyOf(const QString &name) const {
+        const QByteArray body = loadedBody(path(name), testOptions(), pair.password());
+        EXPECT_FALSE(body.startsWith("ERROR: ")) << body.toStdString();
+        return body;
     }
 
     void saveUnder(const QString &name) {
@@ -82,6 +84,12 @@ protected:
         session->SaveDtb();
     }
 
+    void expectFirstBody() {
+        saveUnder(u"UNDONE.DDB"_s);
+        EXPECT_EQ(bodyOf(u"UNDONE.DDB"_s), first);
+    }
+
+    bool passwordsChange = false;
     SeededChoices choices;
     test::ComponentPair pair;
     std::unique_ptr<clsQirDatabase> session;
@@ -93,23 +101,37 @@ TEST_P(Steps, TakenBackAllGiveWhatWasLoadedByteForByte) {
     pair.undoAll();
     pair.compareAll();
     EXPECT_FALSE(session->DtbHasChanged());
-    saveUnder(u"UNDONE.DDB"_s);
-    EXPECT_EQ(bodyOf(path(u"UNDONE.DDB"_s)), first);
+    expectFirstBody();
+}
+
+TEST_P(Steps, LeaveANewPasswordAlone) {
+    passwordsChange = true;
+    const QString before = pair.password();
+    callAtRandom(callsOfASeed / 2);
+    pair.endGroups();
+    pair.setPassword(before + u"!"_s);
+    pair.undoAll();
+    pair.compareAll();
+    EXPECT_TRUE(session->DtbHasChanged()) << "a password is no step";
+    expectFirstBody();
 }
 
 TEST_P(Steps, HoldAcrossSavesByteForByte) {
+    passwordsChange = true;
     for (int save = 0; save < 5; ++save) {
         callAtRandom(callsOfASeed / 5);
         pair.endGroups();
         if (choices.inRange(0, 3) == 0)
             pair.revert();
+        if (choices.inRange(0, 3) == 0) {
+            ASSERT_TRUE(session->SetDatabaseFileName(path(u"OTHER %1.DDB"_s.arg(save))));
+        }
         pair.save();
         pair.compare();
     }
     pair.undoAll();
     pair.compareAll();
-    saveUnder(u"UNDONE.DDB"_s);
-    EXPECT_EQ(bodyOf(path(u"UNDONE.DDB"_s)), first);
+    expectFirstBody();
 }
 
 TEST_P(Steps, AreThereAgainAfterACrash) {
@@ -126,8 +148,7 @@ TEST_P(Steps, AreThereAgainAfterACrash) {
     }
     pair.undoAll();
     pair.compareAll();
-    saveUnder(u"UNDONE.DDB"_s);
-    EXPECT_EQ(bodyOf(path(u"UNDONE.DDB"_s)), first) << "the steps are those of all sessions";
+    expectFirstBody(); // the steps are those of all sessions
 }
 
 class StepMemory : public JournalSessions {

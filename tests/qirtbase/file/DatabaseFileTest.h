@@ -23,9 +23,7 @@ protected:
         return path(name);
     }
     QByteArray bodyOf(const QString &file, const QString &password = {}) {
-        DatabaseFile reader(FileOps::system(), testOptions());
-        const auto body = reader.load(file, password);
-        return body ? *body : QByteArray("ERROR: ") + body.error().text.toUtf8();
+        return loadedBody(file, testOptions(), password);
     }
     LoadError loadError(const QString &file, const QString &password = {}) {
         DatabaseFile reader(FileOps::system(), testOptions());

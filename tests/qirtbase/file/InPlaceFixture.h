@@ -39,9 +39,7 @@ protected:
         return name;
     }
     QByteArray bodyOf(const QString &file, const QString &password = {}) {
-        DatabaseFile reader(FileOps::system(), options());
-        const auto body = reader.load(file, password);
-        return body ? *body : QByteArray("ERROR: ") + body.error().text.toUtf8();
+        return loadedBody(file, options(), password);
     }
     QByteArray rawBody(const QString &file) {
         const auto read = readBytes(contentOf(file));

@@ -26,6 +26,13 @@ bool loads(DatabaseFile &file, const QString &path, const QString &word = {}) {
 
 } // namespace
 
+QByteArray unlikePages(qsizetype size) {
+    QByteArray body;
+    for (int i = 0; body.size() < size; ++i)
+        body.append(QByteArray::number(i * 2654435761U)).append('\n');
+    return body.first(size);
+}
+
 void PrintTo(const Scenario &scenario, std::ostream *out) {
     *out << scenario.name;
 }

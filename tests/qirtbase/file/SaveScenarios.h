@@ -17,6 +17,9 @@ inline const QByteArray oldBody = "the old version";
 inline const QByteArray newBody = QByteArray("the new version, which is longer than the old one was. ").repeated(4);
 inline const QByteArray otherBody = "another program's version";
 
+/// A body of so many bytes, no page of which is like another.
+QByteArray unlikePages(qsizetype size);
+
 /// One way to load or save, in a folder of its own.
 struct Scenario {
     const char *name;

@@ -128,4 +128,10 @@ DatabaseFileOptions testOptions(RandomSource *random) {
     return options;
 }
 
+QByteArray loadedBody(const QString &file, DatabaseFileOptions options, const QString &password) {
+    DatabaseFile reader(FileOps::system(), std::move(options));
+    const auto body = reader.load(file, password);
+    return body ? *body : QByteArray("ERROR: ") + body.error().text.toUtf8();
+}
+
 } // namespace qir

@@ -42,6 +42,9 @@ QByteArray containerBytes(const QByteArray &body, const QString &password = {}, 
 LoadResult<LoadedContainer> readBytes(const QByteArray &bytes, const QString &password = {},
                                       const ContainerLimits &limits = {}, FileOps &ops = FileOps::system());
 
+/// The body of a file as the next open finds it; "ERROR: " and the reason where it cannot be loaded.
+QByteArray loadedBody(const QString &file, DatabaseFileOptions options, const QString &password = {});
+
 /// A temporary folder in memory where the machine has such a place, so that syncing costs nothing.
 class QuickFolder {
 public:

@@ -22,13 +22,6 @@ using namespace Qt::StringLiterals;
 namespace qir {
 namespace {
 
-QByteArray bodyOf(qsizetype size) {
-    QByteArray body;
-    for (int i = 0; body.size() < size; ++i)
-        body.append(QByteArray::number(i * 2654435761U)).append('\n');
-    return body.first(size);
-}
-
 /// How the next one comes to the file.
 struct Reopener {
     const char *name;
@@ -86,7 +79,7 @@ void Reopen::record(qsizetype size, RecordingFileOps &ops) {
     DatabaseFile file(ops, optionsIn(m_root));
     ASSERT_TRUE(scenario.begin(file, m_root));
     ops.start(systemPath(m_root));
-    const auto saved = file.save(bodyOf(size));
+    const auto saved = file.save(unlikePages(size));
     ASSERT_TRUE(saved) << saved.error().text.toStdString();
     ops.mark(1, 1);
     m_after = contentOf(path());
@@ -198,7 +191,7 @@ TEST_P(Reopen, APowerFailureWhileAFileIsMadeWholeIsNoHarm) {
         QDir(m_root).removeRecursively();
         ASSERT_TRUE(QDir().mkpath(m_root));
         scenario.prepare(m_root);
-        m_before = containerBytes(bodyOf(30000), scenario.password);
+        m_before = containerBytes(unlikePages(30000), scenario.password);
         writeContent(path(), m_before);
         {
             bool isSaving = false;
@@ -212,7 +205,7 @@ TEST_P(Reopen, APowerFailureWhileAFileIsMadeWholeIsNoHarm) {
             DatabaseFile file(lacking, optionsIn(m_root));
             ASSERT_TRUE(file.load(path(), scenario.password));
             isSaving = true;
-            ASSERT_FALSE(file.save(bodyOf(size)));
+            ASSERT_FALSE(file.save(unlikePages(size)));
         }
         ASSERT_NE(contentOf(path()), m_before);
         RecordingFileOps ops;

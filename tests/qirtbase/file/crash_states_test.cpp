@@ -24,14 +24,6 @@ std::size_t statesPerMoment() {
     return static_cast<std::size_t>(countFrom("QIR_CRASH_STATES_PER_MOMENT", 30));
 }
 
-/// Bytes no page of which is like another.
-QByteArray bodyOf(qsizetype size) {
-    QByteArray body;
-    for (int i = 0; body.size() < size; ++i)
-        body.append(QByteArray::number(i * 2654435761U)).append('\n');
-    return body.first(size);
-}
-
 // ------------------------------------------------------------------------------------------------------------- saving
 
 class SaveCrash : public testing::TestWithParam<Scenario> {
@@ -103,7 +95,7 @@ TEST_P(SaveCrash, EveryStateAfterAPowerFailureIsTheOldOrTheNewVersion) {
         HookedFileOps system({});
         scenario.lacks(system);
         RecordingFileOps ops(system);
-        m_new = bodyOf(size);
+        m_new = unlikePages(size);
         {
             DatabaseFile file(ops, optionsIn(m_root));
             ASSERT_TRUE(scenario.begin(file, m_root));
@@ -137,6 +129,7 @@ struct Editing {
     const char *name;
     QString password = {};
     bool inGroups = false;
+    bool inSteps = false;    ///< Each edit can be taken back, after a save and a crash too.
     qsizetype longest = 200; ///< Of a text.
     int saveEvery = 0;       ///< Edits.
     int edits = 24;
@@ -149,7 +142,7 @@ void PrintTo(const Editing &editing, std::ostream *out) {
 /// The text of an edit: its number, and enough to see that it is whole.
 QString textOf(int edit, qsizetype longest) {
     const qsizetype size = 1 + edit * 7919 % longest;
-    return QString::number(edit) + u' ' + QString::fromLatin1(bodyOf(size)).replace(u'\n', u' ');
+    return QString::number(edit) + u' ' + QString::fromLatin1(unlikePages(size)).replace(u'\n', u' ');
 }
 
 class EditCrash : public testing::TestWithParam<Editing> {
@@ -181,16 +174,24 @@ protected:
     }
     void edit(clsQirDatabase &target, int number) const;
     /// What a session that opens the file shows: the number of the edit, or why it is none.
-    std::pair<int, QString> shown() const;
+    std::pair<int, QString> shown();
+    /// Takes all steps back that a session has and makes them again. Gives what is wrong: after each step the edit of
+    /// before must be shown, whole.
+    QString takenBack(clsQirDatabase &session, int number);
 
     QuickFolder m_folder;
     QString m_root = m_folder.filePath(u"disk"_s);
+    int m_takenBack = 0; ///< Steps, in all states.
 };
 
 void EditCrash::edit(clsQirDatabase &target, int number) const {
     const QString text = textOf(number, GetParam().longest);
     if (!GetParam().inGroups) {
+        if (GetParam().inSteps)
+            target.BeginStep(u"Edit"_s, QString());
         write(target, 1, text);
+        if (GetParam().inSteps)
+            target.EndStep();
         return;
     }
     target.BeginChanges();
@@ -199,7 +200,28 @@ void EditCrash::edit(clsQirDatabase &target, int number) const {
     target.EndChanges();
 }
 
-std::pair<int, QString> EditCrash::shown() const {
+QString EditCrash::takenBack(clsQirDatabase &session, int number) {
+    const int steps = session.StepsDone();
+    if (steps > number)
+        return u"%1 steps after %2 edits"_s.arg(steps).arg(number);
+    QStringList values;
+    const auto expectEdit = [&](int step) -> QString {
+        session.GetQirRecord(1, values);
+        if (values.value(1) == textOf(number - steps + step, GetParam().longest))
+            return {};
+        return u"%1 of %2 steps done: %3"_s.arg(step).arg(steps).arg(values.value(1).left(60));
+    };
+    for (int step = steps - 1; step >= 0; --step) {
+        session.Undo();
+        ++m_takenBack;
+        if (const QString wrong = expectEdit(step); !wrong.isEmpty())
+            return u"taken back, "_s + wrong;
+    }
+    session.GoToStep(steps);
+    return expectEdit(steps);
+}
+
+std::pair<int, QString> EditCrash::shown() {
     const auto reader = component(FileOps::system());
     if (!reader->LoadDtb(path(), GetParam().password))
         return {-1, reader->LastError()};
@@ -210,12 +232,15 @@ std::pair<int, QString> EditCrash::shown() const {
         reader->GetQirRecord(record, values);
         texts.append(values.value(1));
     }
-    reader->setDtbHasChanged(false);
     const int number = texts[0].section(u' ', 0, 0).toInt();
+    QString wrong;
     for (const QString &text : texts)
         if (text != textOf(number, GetParam().longest))
-            return {-1, u"what is shown is no edit, or half of one: "_s + text.left(60)};
-    return {number, {}};
+            wrong = u"what is shown is no edit, or half of one: "_s + text.left(60);
+    if (wrong.isEmpty() && GetParam().inSteps)
+        wrong = takenBack(*reader, number);
+    reader->setDtbHasChanged(false);
+    return {wrong.isEmpty() ? number : -1, wrong};
 }
 
 TEST_P(EditCrash, EveryStateAfterAPowerFailureShowsAllEditsUpToOneThatIsNotOlderThanTheLastSync) {
@@ -260,9 +285,11 @@ TEST_P(EditCrash, EveryStateAfterAPowerFailureShowsAllEditsUpToOneThatIsNotOlder
                 ADD_FAILURE() << "before event " << moment.event << ": " << number << " is not within " << moment.low
                               << " and " << moment.high << "; " << why.toStdString();
         });
-    std::printf("%s: %zu different states, %d checks, %d wrong\n", editing.name, different, checked, wrong);
+    std::printf("%s: %zu different states, %d checks, %d steps taken back, %d wrong\n", editing.name, different,
+                checked, m_takenBack, wrong);
     EXPECT_EQ(wrong, 0);
     EXPECT_GT(different, 50U);
+    EXPECT_EQ(m_takenBack > checked, editing.inSteps);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -273,6 +300,12 @@ INSTANTIATE_TEST_SUITE_P(
                     Editing{.name = "Groups", .inGroups = true, .longest = 2000},
                     Editing{.name = "GroupsKeptAsImages", .inGroups = true, .longest = 50000, .edits = 6},
                     Editing{.name = "TypingAndSaving", .saveEvery = 4},
+                    Editing{.name = "StepsAcrossSaves", .inSteps = true, .saveEvery = 4},
+                    Editing{.name = "LongStepsAcrossSavesInAProtectedFile",
+                            .password = u"p"_s,
+                            .inSteps = true,
+                            .longest = 9000,
+                            .saveEvery = 5},
                     Editing{.name = "TypingAndSavingLongTextsInAProtectedFile",
                             .password = u"p"_s,
                             .longest = 9000,

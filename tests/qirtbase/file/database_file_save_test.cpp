@@ -46,6 +46,56 @@ TEST_F(DatabaseFileTest, SavesFollowOneAnotherAndLeaveNothingBeside) {
     EXPECT_EQ(namesIn(m_folder.path()), QStringList{u"a.ddb"_s});
 }
 
+TEST_F(DatabaseFileTest, TheLastSaveStandsUntilSomebodyElseWrites) {
+    const QString file = make(u"a.ddb"_s, "0");
+    const QString other = make(u"b.ddb"_s, "0");
+    DatabaseFile database(FileOps::system(), testOptions());
+    ASSERT_TRUE(database.load(file, {}));
+    EXPECT_FALSE(database.lastSaveStands()) << "nothing was saved yet";
+    const auto standsAfter = [&](const std::function<void()> &act) {
+        EXPECT_TRUE(database.setFileName(file));
+        EXPECT_TRUE(database.save("1"));
+        EXPECT_TRUE(database.lastSaveStands());
+        act();
+        return database.lastSaveStands();
+    };
+    const QByteArray otherContent = contentOf(other);
+    EXPECT_TRUE(standsAfter([] {}));
+    EXPECT_TRUE(standsAfter([&] { bodyOf(file); }));
+    EXPECT_FALSE(standsAfter([&] { writeContent(file, contentOf(file) + "x"); }));
+    EXPECT_FALSE(standsAfter([&] { writeContent(file, otherContent); }));
+    EXPECT_FALSE(standsAfter([&] { EXPECT_EQ(::rename(systemPath(other).c_str(), systemPath(file).c_str()), 0); }));
+    EXPECT_FALSE(standsAfter([&] { EXPECT_TRUE(QFile::remove(file)); }));
+    EXPECT_TRUE(standsAfter([&] { EXPECT_EQ(::link(systemPath(file).c_str(), systemPath(other).c_str()), 0); }));
+    EXPECT_TRUE(standsAfter([] {})) << "written in place, since it has another name";
+    EXPECT_FALSE(standsAfter([&] { writeContent(other, otherContent); })) << "by that name";
+}
+
+TEST_F(DatabaseFileTest, WhatStoodThereWhenTheNameWasChosenGivesWayAndWhatCameLaterIsKept) {
+    const QString file = make(u"a.ddb"_s, "0");
+    const QString chosen = m_folder.filePath(u"b.ddb"_s);
+    const auto copies = [&] { return namesIn(m_folder.path()).filter(u"(conflict "_s); };
+    const auto saveAs = [&](const std::function<void()> &before, const std::function<void()> &between) {
+        DatabaseFile database(FileOps::system(), testOptions());
+        EXPECT_TRUE(database.load(file, {}));
+        before();
+        EXPECT_TRUE(database.setFileName(chosen));
+        between();
+        EXPECT_TRUE(database.save("1"));
+        EXPECT_EQ(bodyOf(chosen), "1");
+    };
+    saveAs([&] { writeContent(chosen, "somebody's words"); }, [] {});
+    EXPECT_EQ(copies(), QStringList());
+    saveAs([&] { writeContent(chosen, "somebody's words"); }, [&] { writeContent(chosen, "and more of them"); });
+    ASSERT_EQ(copies().size(), 1);
+    const QString copy = m_folder.filePath(copies().first());
+    EXPECT_EQ(contentOf(copy), "and more of them");
+    ASSERT_TRUE(QFile::remove(copy));
+    saveAs([&] { ASSERT_TRUE(QFile::remove(chosen)); }, [&] { writeContent(chosen, "a file that is new"); });
+    ASSERT_EQ(copies().size(), 1);
+    EXPECT_EQ(contentOf(m_folder.filePath(copies().first())), "a file that is new");
+}
+
 TEST_F(DatabaseFileTest, WhatIsKeptOfTheHeaderIsWrittenBack) {
     FileHeader header;
     header.optionalBits = 4;

@@ -1,4 +1,5 @@
 #include "qirtbase/journal/JournalCodec.h"
+#include "qirtbase/journal/JournalReplay.h"
 #include "tests/qirtbase/journal/JournalTest.h"
 
 #include <gtest/gtest.h>

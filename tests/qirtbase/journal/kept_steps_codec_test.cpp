@@ -1,4 +1,5 @@
 #include "qirtbase/journal/JournalCodec.h"
+#include "qirtbase/journal/JournalReplay.h"
 #include "qirtbase/journal/KeptSteps.h"
 #include "tests/qirtbase/journal/JournalTest.h"
 
@@ -226,6 +227,24 @@ TEST(KeptStepsOfAnybody, NeverChangeWhatWasSaved) {
         EXPECT_TRUE(replay.feed(behind) || other.findTable(u"Typed"_s));
     }
     EXPECT_GT(read, 1000);
+}
+
+TEST(KeptStepsOfAnybody, ThatDropRecordsWithValuesAreNotTaken) {
+    Database database;
+    database.addTable(u"T"_s);
+    database.addRecords(database.table(0), 5);
+    for (std::size_t record = 0; record < 6; ++record)
+        database.setText(database.table(0), 0, record, u"saved"_s);
+    const QByteArray saved = encodeBody(database, BodyFor::Journal);
+    QByteArray kept;
+    encodeMark(kept, JournalOperation::KeptBegin);
+    encodeStepMark(kept, {.kind = StepKind::Undone, .name = u"Add"_s, .time = 1});
+    encodePlace(kept, JournalOperation::RecordsDropped, 0, 5);
+    encodeMark(kept, JournalOperation::KeptEnd);
+    JournalReplay replay(database);
+    EXPECT_TRUE(replay.feed(kept)) << "what stands behind them counts";
+    EXPECT_EQ(encodeBody(database, BodyFor::Journal), saved);
+    EXPECT_EQ(database.history().count(), 0U);
 }
 
 TEST(KeptStepsOfAnybody, StandAtTheFrontOfAJournalOnly) {

@@ -204,6 +204,26 @@ TEST(Column, AChunkOfMuchTextIsCutInTwo) {
     EXPECT_EQ(column.size(), 1200U);
 }
 
+TEST(Column, AChunkThatGetsBlocksOfMuchTextIsCutToo) {
+    const QByteArray text(65535, 'x');
+    for (const qsizetype together : {qsizetype{1200}, qsizetype{170}}) {
+        Column column(ColumnType::Text, 1200);
+        for (int round = 0; round < 2; ++round) { // the second one finds no room to make
+            for (qsizetype first = 0; first < 1200; first += together) {
+                ColumnBuilder builder(ColumnType::Text);
+                for (qsizetype i = first; i < std::min<qsizetype>(first + together, 1200); ++i)
+                    builder.addUtf8(text.first(65000 + round) + QByteArray::number(i));
+                column.setBlock(static_cast<std::size_t>(first), builder.take());
+            }
+        }
+        EXPECT_EQ(column.size(), 1200U);
+        for (std::size_t i = 0; i < column.chunkCount(); ++i)
+            EXPECT_LE(column.chunk(i).textBytes(), Column::chunkBytes) << together;
+        for (std::size_t i = 0; i < 1200; i += 7)
+            EXPECT_TRUE(column.holds(i, QString(65001, u'x') + QString::number(i))) << together << i;
+    }
+}
+
 TEST(Column, RecordsThatComeBackBeyondTwoChunksDivideThem) {
     Pair pair(ColumnType::Int);
     pair.append(2 * chunk - 1);

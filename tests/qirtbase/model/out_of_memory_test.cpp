@@ -1,5 +1,6 @@
 #include "base/columns/ColumnBuilder.h"
 #include "qirtbase/journal/JournalCodec.h"
+#include "qirtbase/journal/JournalReplay.h"
 #include "qirtbase/model/BodyCodec.h"
 #include "qirtbase/model/Database.h"
 #include "tests/qirtbase/model/DatabaseTestSupport.h"

@@ -1,16 +1,9 @@
 #include "base/state/Remembered.h"
-#include "tests/support/Hands.h"
-#include "tests/window/EditSupport.h"
-#include "tests/window/WindowTest.h"
+#include "tests/window/compare/ByKeyHands.h"
 
-#include <QCheckBox>
 #include <QClipboard>
-#include <QDialog>
 #include <QGuiApplication>
-#include <QLabel>
-#include <QListView>
-#include <QPushButton>
-#include <QTableView>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -18,80 +11,9 @@ using namespace qir;
 using namespace qir::test;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// Tags in another order: P-1 is gone on the right, P-4 is new there, P-2 has another speed.
-TableOfTexts leftPumps() {
-    return {u"Pumps"_s,
-            {{u"Tag"_s, FieldType::Text, {u"P-1"_s, u"P-2"_s, u"P-3"_s}, 20},
-             {u"Speed"_s, FieldType::Long, {u"1500"_s, u"700"_s, u"900"_s}}}};
-}
-
-TableOfTexts rightPumps() {
-    return {u"Pumps"_s,
-            {{u"Tag"_s, FieldType::Text, {u"P-2"_s, u"P-3"_s, u"P-4"_s}, 20},
-             {u"Speed"_s, FieldType::Long, {u"800"_s, u"900"_s, u"400"_s}}}};
-}
-
-QDialog *window(EditorFixture &fixture) {
-    return fixture.window().findChild<QDialog *>(u"differencesByKey"_s);
-}
-
-template<class T>
-T &control(EditorFixture &fixture, const QString &name) {
-    return *window(fixture)->findChild<T *>(name);
-}
-
-QAbstractItemModel &changes(EditorFixture &fixture) {
-    return *control<QTableView>(fixture, u"keyedChanges"_s).model();
-}
-
-QList<QStringList> rows(EditorFixture &fixture) {
-    const QAbstractItemModel &model = changes(fixture);
-    QList<QStringList> all;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        QStringList texts;
-        for (int column = 0; column < model.columnCount(); ++column)
-            texts.append(model.index(row, column).data().toString());
-        all.append(texts);
-    }
-    return all;
-}
-
-QString status(EditorFixture &fixture) {
-    return control<QLabel>(fixture, u"keyedStatus"_s).text();
-}
-
-/// Clicks the box before a line of a list, or of the changes.
-void tick(EditorFixture &fixture, const QString &view, int row) {
-    auto &list = control<QAbstractItemView>(fixture, view);
-    const QModelIndex index = list.model()->index(row, 0);
-    list.scrollTo(index);
-    const QRect place = list.visualRect(index);
-    hands::click(list.viewport(), Qt::LeftButton, {}, QPoint(place.left() + 10, place.center().y()));
-}
-
-QString mainStatus(EditorFixture &fixture) {
-    return fixture.window().findChild<QLabel *>(u"statusLeft"_s)->text();
-}
-
-void push(EditorFixture &fixture, const QString &button) {
-    hands::click(&control<QPushButton>(fixture, button), Qt::LeftButton);
-}
-
-} // namespace
-
 /// The window of differences by key beside the real main window.
-class ByKeyTest : public WindowTest {
+class ByKeyTest : public ByKeyWindowTest {
     Q_OBJECT
-
-    void open(EditorFixture &fixture, const TableOfTexts &left = leftPumps(),
-              const TableOfTexts &right = rightPumps()) {
-        fixture.dialogs().allow(u"differencesByKey"_s);
-        openBoth(fixture, {left}, {right});
-        fixture.choose(Command::DifferencesByKeyMenu);
-        QVERIFY(window(fixture)->isVisible());
-    }
 
 private Q_SLOTS:
     void aProposedKeyIsComputedAsTheWindowOpens() {
@@ -204,123 +126,6 @@ private Q_SLOTS:
         QCOMPARE(fixture.grid(1).selection(), singleCell(1, 2));
     }
 
-    void tickedChangesAreShownAndCarriedToTheRightAsOneStep() {
-        EditorFixture fixture;
-        open(fixture);
-        QVERIFY(!control<QPushButton>(fixture, u"keyedCarryRight"_s).isEnabled());
-        hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
-        fixture.dialogs().expectMessage(u"Make these changes on the right?\n"
-                                        "Values changed: 1, records added: 1, removed: 1.\n"
-                                        "P-1: the record is added\n"
-                                        "P-2: Speed becomes 700, not 800\n"
-                                        "P-4: the record is removed"_s,
-                                        u"?"_s, u"Yes"_s);
-        push(fixture, u"keyedCarryRight"_s);
-        QCOMPARE(recordsOf(fixture, 1),
-                 (QList<QStringList>{{u"P-2"_s, u"700"_s}, {u"P-3"_s, u"900"_s}, {u"P-1"_s, u"1500"_s}}));
-        QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
-        QTRY_COMPARE(status(fixture), u"0 added, 0 removed, 0 changed, 1 moved."_s); // it has followed
-        fixture.activate(1);
-        fixture.choose(Command::UndoMenu);
-        QCOMPARE(recordsOf(fixture, 1),
-                 (QList<QStringList>{{u"P-2"_s, u"800"_s}, {u"P-3"_s, u"900"_s}, {u"P-4"_s, u"400"_s}}));
-    }
-
-    void oneTickedChangeIsCarriedToTheLeft() {
-        EditorFixture fixture;
-        open(fixture);
-        tick(fixture, u"keyedChanges"_s, 2);
-        fixture.dialogs().expectMessage(u"Make these changes on the left?\n"
-                                        "Values changed: 0, records added: 1, removed: 0.\n"
-                                        "P-4: the record is added"_s,
-                                        u"?"_s, u"Yes"_s);
-        push(fixture, u"keyedCarryLeft"_s);
-        QCOMPARE(recordsOf(fixture, 0).last(), (QStringList{u"P-4"_s, u"400"_s}));
-        QCOMPARE(recordsOf(fixture, 1).size(), 3);
-    }
-
-    void withNoNothingIsWritten() {
-        EditorFixture fixture;
-        open(fixture);
-        tick(fixture, u"keyedChanges"_s, 1);
-        fixture.dialogs().expectMessage(u"Make these changes on the right?\n"
-                                        "Values changed: 1, records added: 0, removed: 0.\n"
-                                        "P-2: Speed becomes 700, not 800"_s,
-                                        u"?"_s, u"No"_s);
-        push(fixture, u"keyedCarryRight"_s);
-        QCOMPARE(stored(fixture, 1, 1, 2), QVariant(800));
-        QVERIFY(!fixture.database(1).DtbHasChanged());
-    }
-
-    void whatDoesNotFitIsToldBeforeAndLeftOutOnRequest() {
-        TableOfTexts right = rightPumps();
-        right.fields[1] = {u"Speed"_s, FieldType::Byte, {u"8"_s, u"90"_s, u"40"_s}};
-        EditorFixture fixture;
-        open(fixture, leftPumps(), right);
-        tick(fixture, u"keyedChanges"_s, 0); // P-1, 1500
-        tick(fixture, u"keyedChanges"_s, 1); // P-2, 700
-        fixture.dialogs().expectMessage(u"Make these changes on the right?\n"
-                                        "Values changed: 1, records added: 1, removed: 0.\n"
-                                        "P-1: the record is added\n"
-                                        "P-2: Speed becomes 700, not 8\n"
-                                        "Field 'Speed' is long on the left and byte on the right.\n"
-                                        "2 values would not stay what they are, the first is '1500' in record 1, "
-                                        "field 'Speed'.\n"
-                                        "Carry these values too? With No they are left out."_s,
-                                        u"?"_s, u"No"_s);
-        push(fixture, u"keyedCarryRight"_s);
-        QCOMPARE(
-            recordsOf(fixture, 1),
-            (QList<QStringList>{{u"P-2"_s, u"8"_s}, {u"P-3"_s, u"90"_s}, {u"P-4"_s, u"40"_s}, {u"P-1"_s, u"0"_s}}));
-    }
-
-    void longValuesAreShortenedInTheQuestion() {
-        const auto table = [](const QString &note) {
-            return TableOfTexts{
-                u"Pumps"_s,
-                {{u"Tag"_s, FieldType::Text, {QString(300, u'k')}, 300}, {u"Note"_s, FieldType::Text, {note}, 4000}}};
-        };
-        EditorFixture fixture;
-        open(fixture, table(u"first\r\nsecond\tthird\n"_s + QString(3900, u'a')), table(QString(4000, u'b')));
-        tick(fixture, u"keyedChanges"_s, 0);
-        fixture.dialogs().expectMessage(
-            u"Make these changes on the right?\nValues changed: 1, records added: 0, removed: 0.\n"_s +
-                QString(60, u'k') + u"…: Note becomes first↵second→third↵"_s + QString(40, u'a') + u"…, not "_s +
-                QString(60, u'b') + u'…',
-            u"?"_s, u"No"_s);
-        push(fixture, u"keyedCarryRight"_s);
-    }
-
-    void fieldsThatTheOtherSideLacksAreNamedWithAddedRecords() {
-        TableOfTexts left = leftPumps();
-        left.fields.push_back({u"Note"_s, FieldType::Text, {u"a"_s, u"b"_s, u"c"_s}});
-        EditorFixture fixture;
-        open(fixture, left, rightPumps());
-        QCOMPARE(rows(fixture)[1][1], u"removed"_s); // behind the field
-        tick(fixture, u"keyedChanges"_s, 1);
-        fixture.dialogs().expectMessage(
-            u"Make these changes on the right?\n"
-            "Values changed: 0, records added: 1, removed: 0.\n"
-            "P-1: the record is added\n"
-            "The added records go without these fields, which the other side lacks: Note."_s,
-            u"?"_s, u"Yes"_s);
-        push(fixture, u"keyedCarryRight"_s);
-        QCOMPARE(recordsOf(fixture, 1).last(), (QStringList{u"P-1"_s, u"1500"_s}));
-        fixture.database(1).setDtbHasChanged(false);
-    }
-
-    void whatWasLeftOutIsNotCounted() {
-        TableOfTexts right = rightPumps();
-        right.fields[1] = {u"Speed"_s, FieldType::Byte, {u"8"_s, u"90"_s, u"40"_s}};
-        EditorFixture fixture;
-        open(fixture, leftPumps(), right);
-        tick(fixture, u"keyedChanges"_s, 1); // P-2, 700
-        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"No"_s); });
-        push(fixture, u"keyedCarryRight"_s);
-        QCOMPARE(mainStatus(fixture), u"Values changed: 0, records added: 0, removed: 0"_s);
-        QVERIFY(!fixture.database(1).DtbHasChanged());
-    }
-
     void whereTheGridsStandApartTheWalkGoesOnInTheActiveOne() {
         const TableOfTexts left{u"T"_s,
                                 {{u"Tag"_s, FieldType::Text, {u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"E"_s, u"F"_s}},
@@ -397,67 +202,42 @@ private Q_SLOTS:
         QVERIFY(!control<QCheckBox>(fixture, u"keyedTickAll"_s).isEnabled());
     }
 
-    void aTableWithoutRecordsOnOneSideIsAllAdded() {
-        EditorFixture fixture;
-        TableOfTexts empty = leftPumps();
-        for (FieldOfTexts &field : empty.fields)
-            field.texts.clear();
-        open(fixture, empty, rightPumps());
-        QCOMPARE(status(fixture), u"3 added, 0 removed, 0 changed, 0 moved."_s);
-        hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
-        fixture.dialogs().expect([](QDialog &dialog) {
-            dialog.findChild<QPushButton *>()->setFocus();
-            auto &box = static_cast<QMessageBox &>(dialog);
-            hands::click(box.button(QMessageBox::Yes), Qt::LeftButton);
-            return QString();
-        });
-        push(fixture, u"keyedCarryLeft"_s);
-        QCOMPARE(recordsOf(fixture, 0), recordsOf(fixture, 1));
-    }
-
-    void anErrorInTheMiddleOfACarryLeavesNothingHalfAndIsTold_data() {
-        QTest::addColumn<QString>("member");
-        QTest::newRow("a value") << u"QIRTableRecordSetByIndex"_s;
-        QTest::newRow("a record removed") << u"RemoveRecord"_s;
-        QTest::newRow("a record added") << u"AddRecord"_s;
-        QTest::newRow("the end") << u"EndChanges"_s;
-    }
-
-    void anErrorInTheMiddleOfACarryLeavesNothingHalfAndIsTold() {
-        QFETCH(QString, member);
+    void theReadingOfTheTablesCanBeStopped() {
         const UseFake fake;
-        fake->setSteps(true);
+        fake->setLogging(false);
         EditorFixture fixture;
-        open(fixture);
-        const QList<QStringList> before = recordsOf(fixture, 1);
-        const QStringList wasTold = rows(fixture).value(0);
-        hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
-        int failed = 0;
+        fixture.dialogs().allow(u"differencesByKey"_s);
+        openBoth(fixture, {counted(u"Pumps"_s, 20'000, 2)}, {counted(u"Pumps"_s, 20'000, 2)});
+        bool pressed = false;
         fake->setHook([&](const FakeCall &call) {
-            const bool writes = call.arguments.size() == 2 || member != u"QIRTableRecordSetByIndex"_s;
-            if (call.member == member && writes && failed++ == 0)
-                throw std::runtime_error("the disk is gone");
+            QDialog *dialog = window(fixture);
+            if (pressed || dialog == nullptr || !dialog->isVisible() || call.member != u"QIRTableRecordSetByIndex"_s)
+                return;
+            pressed = true;
+            QTimer::singleShot(0, dialog, [this, &fixture] { push(fixture, u"keyedCancel"_s); });
         });
-        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"Yes"_s); });
-        fixture.dialogs().expect(messageNaming({u"the disk is gone"_s}));
-        push(fixture, u"keyedCarryRight"_s);
-        QVERIFY(failed > 0);
+        fixture.choose(Command::DifferencesByKeyMenu);
         fake->setHook({});
-        QCOMPARE(recordsOf(fixture, 1), before);
-        QCOMPARE(fixture.texts(1), before);
-        QTRY_COMPARE(status(fixture), u"1 added, 1 removed, 1 changed, 0 moved."_s);
-        QCOMPARE(rows(fixture).value(0), wasTold);
-        // It can be tried again, and is one step then.
-        if (control<QCheckBox>(fixture, u"keyedTickAll"_s).isChecked())
-            hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
-        hands::click(&control<QCheckBox>(fixture, u"keyedTickAll"_s), Qt::LeftButton, {}, QPoint(8, 8));
-        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"Yes"_s); });
-        push(fixture, u"keyedCarryRight"_s);
-        QCOMPARE(recordsOf(fixture, 1),
-                 (QList<QStringList>{{u"P-2"_s, u"700"_s}, {u"P-3"_s, u"900"_s}, {u"P-1"_s, u"1500"_s}}));
-        fixture.activate(1);
-        fixture.choose(Command::UndoMenu);
-        QCOMPARE(recordsOf(fixture, 1), before);
+        QVERIFY(pressed);
+        QCOMPARE(status(fixture), u"Stopped. The tables were not read."_s);
+        QCOMPARE(rows(fixture), QList<QStringList>());
+        QVERIFY(!control<QPushButton>(fixture, u"keyedCancel"_s).isVisible());
+        push(fixture, u"keyedAgain"_s);
+        QCOMPARE(status(fixture), u"0 added, 0 removed, 0 changed, 0 moved."_s);
+    }
+
+    void tablesThatCannotBeReadAreToldOf() {
+        const UseFake fake;
+        EditorFixture fixture;
+        fixture.dialogs().allow(u"differencesByKey"_s);
+        openBoth(fixture, {leftPumps()}, {rightPumps()});
+        fake->failOn(u"QIRTableRecordSetByIndex"_s, u"the disk is gone"_s);
+        fixture.dialogs().expect(messageNaming({u"the disk is gone"_s}));
+        fixture.choose(Command::DifferencesByKeyMenu);
+        fake->stopFailing();
+        QCOMPARE(status(fixture), u"The tables could not be read."_s);
+        push(fixture, u"keyedAgain"_s);
+        QCOMPARE(status(fixture), u"1 added, 1 removed, 1 changed, 0 moved."_s);
     }
 
     void aTableThatIsRemovedIsComparedNoMore() {

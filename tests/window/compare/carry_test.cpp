@@ -9,10 +9,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void strike(EditorFixture &fixture, Qt::Key key, Qt::KeyboardModifiers modifiers) {
-    hands::strike(fixture.window(), key, modifiers, {});
-}
-
 void select(EditorFixture &fixture, int pane, const GridSelection &cells) {
     fixture.clickCell(pane, cells.row, cells.column);
     hands::click(fixture.grid(pane).viewport(), Qt::LeftButton, Qt::ShiftModifier,
@@ -24,14 +20,6 @@ void forgetChanges(EditorFixture &fixture) {
         if (!fixture.database(pane).isEmpty())
             fixture.database(pane).setDtbHasChanged(false);
     }
-}
-
-QString right(EditorFixture &fixture) {
-    return fixture.window().findChild<QLabel *>(u"statusRight"_s)->text();
-}
-
-QString left(EditorFixture &fixture) {
-    return fixture.window().findChild<QLabel *>(u"statusLeft"_s)->text();
 }
 
 /// counted() with every value one more.
@@ -69,7 +57,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(1), recordsOf(fixture, 1));
         QCOMPARE(redCells(fixture, 0), redCells(fixture, 1));
         QCOMPARE(redCells(fixture, 0).size(), 8U);
-        QCOMPARE(right(fixture), u"changed, 1 table differs, 8 cells here"_s);
+        QCOMPARE(statusRight(fixture), u"changed, 1 table differs, 8 cells here"_s);
         select(fixture, 1, {1, 1, 1, 1});
         strike(fixture, Qt::Key_Left, Qt::AltModifier);
         QCOMPARE(recordsOf(fixture, 0)[0], QStringList({u"102"_s, u"102"_s, u"103"_s}));
@@ -100,7 +88,7 @@ private Q_SLOTS:
             QCOMPARE(fixture.grid(1).Row(), row);
             QCOMPARE(fixture.grid(1).Col(), column);
         }
-        QCOMPARE(left(fixture), u"No further difference"_s);
+        QCOMPARE(statusLeft(fixture), u"No further difference"_s);
         QCOMPARE(recordsOf(fixture, 0), recordsOf(fixture, 1));
         forgetChanges(fixture);
     }
@@ -152,6 +140,30 @@ private Q_SLOTS:
         QVERIFY(!fixture.database(1).DtbHasChanged());
     }
 
+    void equalCellsAreSaidToBeEqual() {
+        EditorFixture fixture;
+        TableOfTexts wide = counted(u"A"_s, 2, 2);
+        wide.fields.push_back({u"Drawing"_s, FieldType::Text, {u"P-1"_s, u"P-2"_s}});
+        openBoth(fixture, {counted(u"A"_s, 2, 2)}, {wide});
+        strike(fixture, Qt::Key_F8, {}); // a field that the left side lacks
+        strike(fixture, Qt::Key_Right, Qt::AltModifier);
+        QCOMPARE(statusLeft(fixture), u"The cells are equal"_s);
+        QVERIFY(!fixture.database(1).DtbHasChanged());
+    }
+
+    void aLargeBlockIsComparedToo() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 26'000, 2)}, {others(u"A"_s, 26'000, 2)});
+        fixture.clickCell(0, 1, 1);
+        hands::key(&fixture.grid(0), Qt::Key_A, Qt::ControlModifier);
+        strike(fixture, Qt::Key_Right, Qt::AltModifier);
+        QCOMPARE(fixture.editor().CelleDiverse().count(), 0U);
+        QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"A"_s, u"A"_s}));
+        QCOMPARE(stored(fixture, 1, 26'000, 2), QVariant(2'600'002));
+        QVERIFY(fixture.grid(1).CellBackColor(26'000, 2) == CellColour::White);
+        forgetChanges(fixture);
+    }
+
     void valuesThatWouldNotSurviveAreNamedAndSkippedOnRequest() {
         for (const QString &answer : {u"Yes"_s, u"No"_s, u"Cancel"_s}) {
             EditorFixture fixture;
@@ -187,6 +199,36 @@ private Q_SLOTS:
         forgetChanges(fixture);
     }
 
+    void aNumberCarriedIntoATextStaysADifference() {
+        EditorFixture fixture;
+        openBoth(fixture, {wholes({u"7"_s, u"8"_s})}, {texts({u"x"_s, u"y"_s})});
+        fixture.clickCell(0, 1, 1);
+        fixture.dialogs().expectMessage(u"Field 'V' is long on the left and text (20) on the right.\n"
+                                        "Carry the values all the same?"_s,
+                                        u"?"_s, u"Yes"_s);
+        strike(fixture, Qt::Key_Right, Qt::AltModifier);
+        const Cells red = redCells(fixture, 0);
+        fixture.choose(Command::CompareAgainMenu); // finds what the carrying has left
+        QCOMPARE(red, redCells(fixture, 0));
+        QCOMPARE(red, (Cells{{1, 1}, {2, 1}}));
+        forgetChanges(fixture);
+    }
+
+    void zeroesOfEitherSignAreNoDifferenceInACarriedBlock() {
+        EditorFixture fixture;
+        const auto doubles = [](const QStringList &values) {
+            return TableOfTexts{u"A"_s, {{u"V"_s, FieldType::Double, values}}};
+        };
+        openBoth(fixture, {doubles({u"1"_s, u"-0"_s, u"3"_s})}, {doubles({u"2"_s, u"0"_s, u"4"_s})});
+        fixture.choose(Command::OnlyDifferencesMenu);
+        fixture.grid(0).setSelection({1, 1, 3, 1}); // the second record, which is equal, is not shown and stays
+        fixture.choose(Command::CarryCellsMenu);
+        QCOMPARE(recordsOf(fixture, 1), (QList<QStringList>{{u"1"_s}, {u"0"_s}, {u"3"_s}}));
+        QCOMPARE(redCells(fixture, 1), Cells{});
+        QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"A"_s, u"A"_s}));
+        forgetChanges(fixture);
+    }
+
     void aRecordGoesToTheSameNumberOrToTheEnd() {
         EditorFixture fixture;
         openBoth(fixture, {counted(u"A"_s, 5, 2)}, {others(u"A"_s, 2, 2)});
@@ -198,7 +240,7 @@ private Q_SLOTS:
         QCOMPARE(recordsOf(fixture, 1).size(), 3);
         QCOMPARE(recordsOf(fixture, 1)[2], QStringList({u"501"_s, u"502"_s}));
         QCOMPARE(fixture.grid(1).Rows(), 4);
-        QCOMPARE(left(fixture), u"Added as record 3"_s);
+        QCOMPARE(statusLeft(fixture), u"Added as record 3"_s);
         QVERIFY(redCells(fixture, 1).contains({3, 1}));
         forgetChanges(fixture);
     }
@@ -241,7 +283,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.texts(1), fixture.texts(0));
         QCOMPARE(fixture.lines(0) + fixture.lines(1), QStringList({u"A"_s, u"A"_s}));
         fixture.choose(Command::CarryTableMenu);
-        QCOMPARE(left(fixture), u"The records are equal"_s);
+        QCOMPARE(statusLeft(fixture), u"The records are equal"_s);
         forgetChanges(fixture);
     }
 
@@ -273,8 +315,44 @@ private Q_SLOTS:
         fixture.clickLine(0, 0);
         fixture.activate(0);
         fixture.choose(Command::CarryTableMenu);
-        QCOMPARE(left(fixture), u"The records are equal"_s);
+        QCOMPARE(statusLeft(fixture), u"The records are equal"_s);
         QVERIFY(!fixture.database(1).DtbHasChanged());
+    }
+
+    void fieldsThatTheOtherSideLacksAreNamedBeforeARecordIsCarried() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 3, 4)}, {others(u"A"_s, 2, 2)});
+        const QList<QStringList> before = recordsOf(fixture, 1);
+        const QString question = u"The record goes without these fields, which the other side lacks: Field3, Field4.\n"
+                                 "Carry the values all the same?"_s;
+        for (const int row : {1, 3}) {
+            fixture.clickCell(0, row, 1);
+            fixture.dialogs().expectMessage(question, u"?"_s, u"No"_s);
+            fixture.choose(Command::CarryRecordMenu);
+            QCOMPARE(recordsOf(fixture, 1), before);
+        }
+        fixture.dialogs().expectMessage(question, u"?"_s, u"Yes"_s);
+        fixture.choose(Command::CarryRecordMenu);
+        QCOMPARE(recordsOf(fixture, 1).last(), QStringList({u"301"_s, u"302"_s}));
+        // The other way nothing is left behind.
+        fixture.clickCell(1, 2, 1);
+        fixture.choose(Command::CarryRecordMenu);
+        QCOMPARE(recordsOf(fixture, 0)[1], QStringList({u"202"_s, u"203"_s, u"203"_s, u"204"_s}));
+        QCOMPARE(statusLeft(fixture), u"Fields that only one side has stay as they are."_s);
+        forgetChanges(fixture);
+    }
+
+    void recordsOfACarriedTableAreAddedByWholeColumns() {
+        const UseFake fake(2);
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 7, 3)}, {counted(u"A"_s, 2, 3)});
+        fixture.dialogs().expect([](QDialog &dialog) { return pressButton(dialog, u"Yes"_s); });
+        fake->clearLog();
+        fixture.choose(Command::CarryTableMenu);
+        QCOMPARE(callsOf({u"AddRecord"_s, u"AppendRecords"_s}), QStringList(u"AppendRecords(5)"_s));
+        QCOMPARE(callsOf({u"QIRTableRecordSetByIndex"_s}), QStringList());
+        QCOMPARE(recordsOf(fixture, 1), recordsOf(fixture, 0));
+        forgetChanges(fixture);
     }
 
     void aTableThatTheOtherSideLacksIsCopiedThere() {

@@ -1,129 +1,12 @@
-#include "cli/git/ConflictText.h"
-#include "cli/git/ContentMerge.h"
-#include "tests/support/Hands.h"
-#include "tests/window/EditSupport.h"
-#include "tests/window/WindowTest.h"
-
-#include <QDialog>
-#include <QPushButton>
-#include <QTableView>
+#include "tests/window/compare/ConflictsHands.h"
 
 using namespace qir;
 using namespace qir::test;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-TableOfTexts pumpsOf(const QStringList &tags, const QStringList &speeds, const QStringList &names = {}) {
-    TableOfTexts table{u"Pumps"_s, {{u"Tag"_s, FieldType::Text, tags, 20}, {u"Speed"_s, FieldType::Long, speeds}}};
-    if (!names.isEmpty())
-        table.fields.push_back({u"Name"_s, FieldType::Text, names, 5});
-    return table;
-}
-
-DatabaseContent contentOf(const QString &path) {
-    const QirDatabase database = QirDatabase::create();
-    database.setLeaveJournal(true);
-    if (!database.LoadDtb(path, QString()))
-        qFatal("a side of the merge cannot be read");
-    return readContent(database);
-}
-
-QDialog *window(EditorFixture &fixture) {
-    return fixture.window().findChild<QDialog *>(u"mergeConflicts"_s);
-}
-
-template<class T>
-T &control(EditorFixture &fixture, const QString &name) {
-    return *window(fixture)->findChild<T *>(name);
-}
-
-QTableView &view(EditorFixture &fixture) {
-    return control<QTableView>(fixture, u"conflictList"_s);
-}
-
-/// The rows of the list, their cells joined.
-QStringList rows(EditorFixture &fixture) {
-    const QAbstractItemModel &model = *view(fixture).model();
-    QStringList all;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        QStringList texts;
-        for (int column = 0; column < model.columnCount(); ++column)
-            texts.append(model.index(row, column).data().toString());
-        all.append(texts.join(u'|'));
-    }
-    return all;
-}
-
-/// The last cells of the rows.
-QStringList states(EditorFixture &fixture) {
-    QStringList all;
-    for (const QString &row : rows(fixture))
-        all.append(row.section(u'|', -1));
-    return all;
-}
-
-QString status(EditorFixture &fixture) {
-    return control<QLabel>(fixture, u"conflictStatus"_s).text();
-}
-
-QPoint placeOf(EditorFixture &fixture, int row) {
-    return view(fixture).visualRect(view(fixture).model()->index(row, 0)).center();
-}
-
-void pick(EditorFixture &fixture, int row, Qt::KeyboardModifiers modifiers = {}) {
-    hands::click(view(fixture).viewport(), Qt::LeftButton, modifiers, placeOf(fixture, row));
-}
-
-void push(EditorFixture &fixture, const QString &button) {
-    hands::click(&control<QPushButton>(fixture, button), Qt::LeftButton);
-}
-
-} // namespace
-
 /// What a merge has left, in the window beside the real main window.
-class ConflictsTest : public WindowTest {
+class ConflictsTest : public ConflictsWindowTest {
     Q_OBJECT
-
-    /// Merges as the companion does, into OUT.DDB with its list of conflicts beside it.
-    void merge(const std::vector<TableOfTexts> &base, const std::vector<TableOfTexts> &ours,
-               const std::vector<TableOfTexts> &theirs, const QStringList &key = {}) const {
-        const QString out = makeFile(u"OUT.DDB"_s, ours);
-        const KeyChoice keys(key.isEmpty() ? std::vector<ChosenKey>() : std::vector<ChosenKey>{{QString(), key}});
-        const MergedContent merged = mergeContents(contentOf(makeFile(u"BASE.DDB"_s, base)), contentOf(out),
-                                                   contentOf(makeFile(u"THEIRS.DDB"_s, theirs)), keys);
-        const QirDatabase database = QirDatabase::create();
-        database.setLeaveJournal(true);
-        QVERIFY(database.LoadDtb(out, QString()));
-        writeContent(database, merged.content);
-        database.SaveDtb();
-        QByteArray lines;
-        for (const Conflict &conflict : merged.conflicts)
-            appendConflict(lines, conflict);
-        writeBytes(u"OUT.DDB.conflicts.json"_s, lines);
-    }
-    /// Two cells that both sides have changed, and one that only THEIRS has.
-    void mergeCells() const {
-        merge({pumpsOf({u"P-1"_s, u"P-2"_s, u"P-3"_s}, {u"1"_s, u"2"_s, u"3"_s}), valves()},
-              {pumpsOf({u"P-1"_s, u"P-2"_s, u"P-3"_s}, {u"10"_s, u"20"_s, u"3"_s}), valves()},
-              {pumpsOf({u"P-1"_s, u"P-2"_s, u"P-3"_s}, {u"11"_s, u"21"_s, u"31"_s}), valves()});
-    }
-    void open(EditorFixture &fixture) const {
-        fixture.dialogs().allow(u"mergeConflicts"_s);
-        fixture.activate(0);
-        fixture.open(path(u"OUT.DDB"_s));
-        fixture.choose(Command::ConflictsMenu);
-        QVERIFY(window(fixture) != nullptr && window(fixture)->isVisible());
-    }
-    QString saveAndRemove() const {
-        return u"All conflicts are resolved.\r\nSave '%1' and remove '%1.conflicts.json'?"_s.arg(path(u"OUT.DDB"_s));
-    }
-    static QStringList speeds(EditorFixture &fixture, int pane = 0) {
-        QStringList texts;
-        for (const QStringList &record : recordsOf(fixture, pane))
-            texts.append(record[1]);
-        return texts;
-    }
 
 private Q_SLOTS:
     void eachConflictIsListedWithItsPlaceAndSides() {
@@ -231,7 +114,6 @@ private Q_SLOTS:
         mergeCells();
         EditorFixture fixture;
         open(fixture);
-        change(fixture, 0, u"0"_s);
         fixture.atShownTable(0).setQIRTableRecordsPointerOut(1);
         fixture.database(0).setQIRTableRecordSetByIndex(2, 99.0);
         fixture.clickLine(0, 1); // a command, at whose end the window follows
@@ -282,6 +164,18 @@ private Q_SLOTS:
         QCOMPARE(states(fixture), (QStringList{u"open"_s, u"open"_s}));
     }
 
+    void aRecordWhoseNumberIsBeyondTheTableIsMissing() {
+        makeFile(u"OUT.DDB"_s, {pumpsOf({u"P-1"_s}, {u"1"_s})});
+        writeBytes(u"OUT.DDB.conflicts.json"_s,
+                   R"({"what":"record","table":"Pumps","record":99999,"base":null,"ours":null,"theirs":["x"],)"
+                   R"("theirsFields":["Tag"]})"
+                   "\n");
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(rows(fixture).size(), 1);
+        QCOMPARE(states(fixture), QStringList({u"open; the database has no such place now"_s}));
+    }
+
     void aRecordIsFoundByItsKeyWhereverItStands() {
         merge({pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s})}, {pumpsOf({u"P-2"_s, u"P-1"_s}, {u"20"_s, u"1"_s})},
               {pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"21"_s})}, {u"Tag"_s});
@@ -309,8 +203,201 @@ private Q_SLOTS:
         QCOMPARE(states(fixture), QStringList{u"open"_s});
     }
 
-    void aTableInConflictCanBeLeftAsOursHasIt() {
-        merge({pumpsOf({u"P-1"_s}, {u"1"_s})}, {pumpsOf({u"P-1"_s}, {u"2"_s})}, {});
+    void aTableThatTheirsHasRemovedGoesAndComesBackAsOursHasIt() {
+        merge({pumpsOf({u"P-1"_s}, {u"1"_s}), valves()}, {pumpsOf({u"P-1"_s}, {u"2"_s}), valves()}, {valves()});
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(states(fixture), QStringList{u"open"_s});
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictTheirs"_s);
+        QCOMPARE(fixture.lines(0), QStringList{u"Valves"_s});
+        QCOMPARE(fixture.shownTable(0), u"Valves"_s);
+        QCOMPARE(states(fixture), QStringList{u"resolved: theirs"_s});
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictOurs"_s);
+        QCOMPARE(fixture.lines(0), (QStringList{u"Pumps"_s, u"Valves"_s}));
+        fixture.clickLine(0, 0);
+        QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"P-1"_s, u"2"_s}}));
+        QCOMPARE(states(fixture), QStringList{u"resolved: ours"_s});
+        fixture.choose(Command::UndoMenu);
+        fixture.choose(Command::UndoMenu);
+        QCOMPARE(fixture.lines(0), (QStringList{u"Pumps"_s, u"Valves"_s}));
+    }
+
+    void aTableThatOursHasRemovedComesWithAllItsRecords() {
+        merge({pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s}), valves()}, {valves()},
+              {pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"22"_s}), valves()});
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(states(fixture), QStringList{u"open"_s});
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"Yes"_s);
+        push(fixture, u"conflictTheirs"_s);
+        QCOMPARE(fixture.lines(0), (QStringList{u"Pumps"_s, u"Valves"_s}));
+        fixture.clickLine(0, 0);
+        QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"P-1"_s, u"1"_s}, {u"P-2"_s, u"22"_s}}));
+    }
+
+    void aTableWhoseRecordsHaveMovedIsTakenWholeFromEitherSide() {
+        merge({pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s})},
+              {pumpsOf({u"P-0"_s, u"P-1"_s, u"P-2"_s}, {u"0"_s, u"1"_s, u"2"_s})},
+              {pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"22"_s})});
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(states(fixture), QStringList{u"open"_s});
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictTheirs"_s);
+        QCOMPARE(fixture.texts(0), (QList<QStringList>{{u"P-1"_s, u"1"_s}, {u"P-2"_s, u"22"_s}}));
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictOurs"_s);
+        QCOMPARE(speeds(fixture), (QStringList{u"0"_s, u"1"_s, u"2"_s}));
+        fixture.atShownTable(0).setQIRTableRecordsPointerOut(1);
+        fixture.database(0).setQIRTableRecordSetByIndex(2, 5.0); // nobody's
+        fixture.clickLine(0, 0);
+        QCOMPARE(states(fixture), QStringList{u"open; the table is another one now"_s});
+        fixture.dialogs().expectMessage(
+            u"The database no longer has there what the list of conflicts tells.\r\nReplace it?"_s, u"?"_s, u"No"_s);
+        push(fixture, u"conflictTheirs"_s);
+        QCOMPARE(speeds(fixture)[0], u"5"_s);
+    }
+
+    void aFieldIsTakenWithTheValuesOfItsRecords() {
+        mergeSizes();
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(rows(fixture), (QStringList{u"Pumps||Name|Name[text:5]|Name[text:6]|Name[text:7]|open"_s,
+                                             u"Pumps|P-1|Name|a|o|their|open"_s}));
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictTheirs"_s); // of the field, whose cells come along
+        QCOMPARE(recordsOf(fixture, 0),
+                 (QList<QStringList>{
+                     {u"P-2"_s, u"2"_s, u"b"_s}, {u"P-1"_s, u"1"_s, u"their"_s}, {u"P-3"_s, u"3"_s, u"c"_s}}));
+        QCOMPARE(fixture.texts(0), recordsOf(fixture, 0));
+        QCOMPARE(fixture.atShownTable(0).QIRTableFieldSize(3).toInt(), 7);
+        QCOMPARE(states(fixture), (QStringList{u"resolved: theirs"_s, u"resolved: theirs"_s}));
+        fixture.choose(Command::UndoMenu);
+        QCOMPARE(fixture.atShownTable(0).QIRTableFieldSize(3).toInt(), 6);
+        QCOMPARE(states(fixture), (QStringList{u"open"_s, u"open"_s}));
+    }
+
+    void allTheirsTakesAFieldAndItsCellsAsOneStep() {
+        mergeSizes();
+        EditorFixture fixture;
+        open(fixture);
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictAllTheirs"_s);
+        QCOMPARE(status(fixture), u"2 of 2 conflicts are resolved."_s);
+        fixture.choose(Command::UndoMenu);
+        QCOMPARE(recordsOf(fixture, 0)[1][2], u"o"_s);
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+    }
+
+    void aFieldThatOneSideHasRemovedGoesAndComesBack() {
+        merge({pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s}, {u"a"_s, u"b"_s})},
+              {pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s}, {u"o"_s, u"b"_s})},
+              {pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s})});
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(states(fixture), QStringList{u"open"_s});
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictTheirs"_s);
+        QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"P-1"_s, u"1"_s}, {u"P-2"_s, u"2"_s}}));
+        QCOMPARE(fixture.texts(0), recordsOf(fixture, 0));
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictOurs"_s);
+        QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"P-1"_s, u"1"_s, u"o"_s}, {u"P-2"_s, u"2"_s, u"b"_s}}));
+    }
+
+    void aFieldByPositionIsNotTakenOnceRecordsHaveGone() {
+        merge({pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s}, {u"a"_s, u"b"_s})},
+              {pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s})},
+              {pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s}, {u"t"_s, u"b"_s})});
+        EditorFixture fixture;
+        open(fixture);
+        fixture.clickCell(0, 1, 1);
+        fixture.choose(Command::RemoveRecordMenu);
+        pick(fixture, 0);
+        push(fixture, u"conflictTheirs"_s);
+        QVERIFY2(status(fixture).startsWith(u"Left, since the list does not tell enough"_s),
+                 qPrintable(status(fixture)));
+        QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"P-2"_s, u"2"_s}}));
+    }
+
+    void aFieldThatWouldCutARecordOfOursIsLeftAndTold() {
+        TableOfTexts ours = pumpsOf({u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s}, {u"o"_s, u"longer"_s});
+        ours.fields[2].size = 9;
+        TableOfTexts theirs = pumpsOf({u"P-1"_s}, {u"1"_s}, {u"t"_s});
+        theirs.fields[2].size = 4;
+        merge({pumpsOf({u"P-1"_s}, {u"1"_s}, {u"a"_s})}, {ours}, {theirs}, {u"Tag"_s});
+        EditorFixture fixture;
+        open(fixture);
+        push(fixture, u"conflictTheirs"_s);
+        QVERIFY2(status(fixture).startsWith(u"Left, since a field would not hold the value as it is: 1."_s),
+                 qPrintable(status(fixture)));
+        QCOMPARE(recordsOf(fixture, 0)[1][2], u"longer"_s);
+    }
+
+    void severalRecordsOfAKeyAreTakenTogether() {
+        merge({pumpsOf({u"P-1"_s, u"P-1"_s, u"P-2"_s}, {u"1"_s, u"2"_s, u"3"_s})},
+              {pumpsOf({u"P-1"_s, u"P-1"_s, u"P-2"_s}, {u"10"_s, u"2"_s, u"3"_s})},
+              {pumpsOf({u"P-1"_s, u"P-2"_s}, {u"99"_s, u"3"_s})}, {u"Tag"_s});
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(states(fixture), (QStringList{u"open"_s, u"open"_s}));
+        pick(fixture, 1); // one of them stands for both
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictTheirs"_s);
+        QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"P-1"_s, u"99"_s}, {u"P-2"_s, u"3"_s}}));
+        QCOMPARE(states(fixture), (QStringList{u"resolved: theirs"_s, u"resolved: theirs"_s}));
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictOurs"_s);
+        QCOMPARE(recordsOf(fixture, 0),
+                 (QList<QStringList>{{u"P-1"_s, u"10"_s}, {u"P-2"_s, u"3"_s}, {u"P-1"_s, u"2"_s}}));
+        QCOMPARE(states(fixture), (QStringList{u"resolved: ours"_s, u"resolved: ours"_s}));
+    }
+
+    void fieldsThatBothHaveMovedTakeTheOrderOfEither() {
+        const auto ordered = [](const std::vector<int> &order) {
+            const TableOfTexts pumps = pumpsOf({u"P-1"_s}, {u"1"_s}, {u"a"_s});
+            TableOfTexts table{pumps.name, {}};
+            for (const int place : order)
+                table.fields.push_back(pumps.fields[static_cast<std::size_t>(place)]);
+            return table;
+        };
+        merge({ordered({0, 1, 2})}, {ordered({1, 0, 2})}, {ordered({0, 2, 1})});
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(states(fixture), QStringList{u"open"_s});
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictTheirs"_s);
+        QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"P-1"_s, u"a"_s, u"1"_s}}));
+        QCOMPARE(fixture.texts(0), recordsOf(fixture, 0));
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictOurs"_s);
+        QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"1"_s, u"P-1"_s, u"a"_s}}));
+    }
+
+    void aNameThatBothHaveSpelledAnewTakesEitherSpelling() {
+        const auto named = [](const QString &name, const QString &speed) {
+            TableOfTexts table = pumpsOf({u"P-1"_s}, {speed});
+            table.name = name;
+            return table;
+        };
+        merge({named(u"Pumps"_s, u"1"_s)}, {named(u"PUMPS"_s, u"1"_s)}, {named(u"pumps"_s, u"2"_s)});
+        EditorFixture fixture;
+        open(fixture);
+        QCOMPARE(fixture.lines(0), QStringList{u"PUMPS"_s});
+        fixture.dialogs().expectMessage(saveAndRemove(), u"?"_s, u"No"_s);
+        push(fixture, u"conflictTheirs"_s);
+        QCOMPARE(fixture.lines(0), QStringList{u"pumps"_s});
+        QCOMPARE(fixture.shownTable(0), u"pumps"_s);
+        QCOMPARE(states(fixture), QStringList{u"resolved: theirs"_s});
+    }
+
+    void aListThatTellsNoRecordsLeavesOurs() {
+        merge({}, {pumpsOf({u"P-1"_s}, {u"1"_s})}, {pumpsOf({u"P-2"_s}, {u"2"_s})});
+        QByteArray line = fileBytes(path(u"OUT.DDB.conflicts.json"_s));
+        line.truncate(line.indexOf(", \"oursRecords\""));
+        writeBytes(u"OUT.DDB.conflicts.json"_s, line + "}\n");
         EditorFixture fixture;
         open(fixture);
         QCOMPARE(states(fixture), QStringList{u"open; only ours can be taken here"_s});

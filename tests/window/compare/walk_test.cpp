@@ -13,51 +13,37 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Change {
-    int row;
-    int column;
-};
-
-/// counted() with other values in some cells.
-TableOfTexts changedTable(const QString &name, int records, int fields, const std::vector<Change> &changes) {
-    TableOfTexts table = counted(name, records, fields);
-    for (const auto &[row, column] : changes)
-        table.fields[static_cast<std::size_t>(column - 1)].texts[row - 1] = u"7"_s;
-    return table;
-}
-
-QString status(EditorFixture &fixture, const QString &part) {
-    return fixture.window().findChild<QLabel *>(part)->text();
-}
-
-QString left(EditorFixture &fixture) {
-    return status(fixture, u"statusLeft"_s);
-}
-
-QString right(EditorFixture &fixture) {
-    return status(fixture, u"statusRight"_s);
-}
-
 /// Line, row and column that are current in a pane.
 QList<int> place(EditorFixture &fixture, int pane) {
     const Grid &grid = fixture.grid(pane);
     return {fixture.list(pane).ListIndex(), grid.Row(), grid.Col()};
 }
 
-void strike(EditorFixture &fixture, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    hands::strike(fixture.window(), key, modifiers, {});
-}
-
 QWidget &strip(EditorFixture &fixture, int pane) {
     return *fixture.window().findChild<QWidget *>(u"differenceStrip_%1"_s.arg(pane));
 }
+
+/// How often what it watches was drawn.
+class PaintCount : public QObject {
+public:
+    int count() const { return m_count; }
+    void reset() { m_count = 0; }
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        m_count += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    int m_count = 0;
+};
 
 /// Six tables: equal, different, only left, only right, records on the right only, different.
 struct ManyTables {
     std::vector<TableOfTexts> left{counted(u"A"_s, 2, 2), counted(u"B"_s, 4, 2), counted(u"C"_s, 1, 1),
                                    counted(u"E"_s, 0, 2), counted(u"F"_s, 3, 2)};
-    std::vector<TableOfTexts> right{counted(u"A"_s, 2, 2), changedTable(u"B"_s, 4, 2, {{3, 2}}), counted(u"D"_s, 2, 1),
-                                    counted(u"E"_s, 2, 2), changedTable(u"F"_s, 3, 2, {{1, 2}, {3, 1}, {3, 2}})};
+    std::vector<TableOfTexts> right{counted(u"A"_s, 2, 2), changed(counted(u"B"_s, 4, 2), {{3, 2}}),
+                                    counted(u"D"_s, 2, 1), counted(u"E"_s, 2, 2),
+                                    changed(counted(u"F"_s, 3, 2), {{1, 2}, {3, 1}, {3, 2}})};
 };
 
 } // namespace
@@ -73,22 +59,22 @@ private Q_SLOTS:
                             {u"Name"_s, FieldType::Text, {u"first"_s, QString()}, 20}}};
         EditorFixture fixture(makeFile(u"A.DDB"_s, {trend}));
         fixture.clickCell(0, 1, 1);
-        QCOMPARE(left(fixture), u"Trend, record 1 of 2, Time: date, 2025-09-13 06:05"_s);
-        QCOMPARE(right(fixture), QString());
+        QCOMPARE(statusLeft(fixture), u"Trend, record 1 of 2, Time: date, 2025-09-13 06:05"_s);
+        QCOMPARE(statusRight(fixture), QString());
         fixture.clickCell(0, 2, 2);
-        QCOMPARE(left(fixture), u"Trend, record 2 of 2, Name: text, 0 of 20 characters"_s);
+        QCOMPARE(statusLeft(fixture), u"Trend, record 2 of 2, Name: text, 0 of 20 characters"_s);
         hands::key(&fixture.grid(0), Qt::Key_Return);
         hands::type(&fixture.cellEditor(0), u"x"_s);
-        QCOMPARE(left(fixture), u"Trend, record 2 of 2, Name: text, x, 1 of 20 characters"_s);
-        QCOMPARE(right(fixture), u"changed"_s);
+        QCOMPARE(statusLeft(fixture), u"Trend, record 2 of 2, Name: text, x, 1 of 20 characters"_s);
+        QCOMPARE(statusRight(fixture), u"changed"_s);
         fixture.database(0).setDtbHasChanged(false);
         fixture.choose(Command::CloseDatabaseMenu);
-        QCOMPARE(left(fixture) + right(fixture), QString());
+        QCOMPARE(statusLeft(fixture) + statusRight(fixture), QString());
     }
 
     void bothGridsGoToAStopWhereOneOfThemStandsAlready() {
         EditorFixture fixture;
-        openBoth(fixture, {changedTable(u"T"_s, 4, 1, {{3, 1}})}, {counted(u"T"_s, 3, 1)});
+        openBoth(fixture, {changed(counted(u"T"_s, 4, 1), {{3, 1}})}, {counted(u"T"_s, 3, 1)});
         fixture.clickLine(0, 0);
         fixture.clickCell(0, 3, 1);
         fixture.clickCell(0, 4, 1); // which the other grid cannot follow
@@ -121,17 +107,17 @@ private Q_SLOTS:
     void theStatusLineCountsTablesAndCellsThatDiffer() {
         EditorFixture fixture;
         openBoth(fixture, ManyTables().left, ManyTables().right);
-        QCOMPARE(right(fixture), u"3 tables differ"_s);
+        QCOMPARE(statusRight(fixture), u"3 tables differ"_s);
         fixture.clickLine(0, 5);
-        QCOMPARE(right(fixture), u"3 tables differ, 3 cells here"_s);
+        QCOMPARE(statusRight(fixture), u"3 tables differ, 3 cells here"_s);
         fixture.clickLine(0, 1);
-        QCOMPARE(right(fixture), u"3 tables differ, 1 cell here"_s);
+        QCOMPARE(statusRight(fixture), u"3 tables differ, 1 cell here"_s);
         fixture.clickLine(0, 4); // the list takes its mark away: one side shows no grid
         QCOMPARE(fixture.lines(0)[4], u"E"_s);
-        QCOMPARE(right(fixture), u"3 tables differ, 0 and 2 records"_s);
-        QCOMPARE(left(fixture), u"E"_s);
+        QCOMPARE(statusRight(fixture), u"3 tables differ, 0 and 2 records"_s);
+        QCOMPARE(statusLeft(fixture), u"E"_s);
         fixture.clickLine(0, 3);
-        QCOMPARE(left(fixture), u"D, missing here"_s);
+        QCOMPARE(statusLeft(fixture), u"D, missing here"_s);
     }
 
     void theProgressBarTakesTheStatusLinesPlaceWhileItStandsThere() {
@@ -146,7 +132,7 @@ private Q_SLOTS:
 
     void eachStepGoesToTheFirstDifferingCellOfADifferingRecordInBothGrids() {
         EditorFixture fixture;
-        openBoth(fixture, {counted(u"A"_s, 5, 3)}, {changedTable(u"A"_s, 5, 3, {{2, 2}, {2, 3}, {4, 1}})});
+        openBoth(fixture, {counted(u"A"_s, 5, 3)}, {changed(counted(u"A"_s, 5, 3), {{2, 2}, {2, 3}, {4, 1}})});
         fixture.clickCell(0, 1, 1);
         for (const QList<int> &stop : {QList{0, 2, 2}, QList{0, 4, 1}}) {
             strike(fixture, Qt::Key_F8);
@@ -155,13 +141,13 @@ private Q_SLOTS:
         }
         strike(fixture, Qt::Key_F8);
         QCOMPARE(place(fixture, 0), QList({0, 4, 1}));
-        QCOMPARE(left(fixture), u"No further difference"_s);
+        QCOMPARE(statusLeft(fixture), u"No further difference"_s);
         strike(fixture, Qt::Key_F7);
         QCOMPARE(place(fixture, 1), QList({0, 2, 2}));
-        QVERIFY(left(fixture).startsWith(u"A, record 2"_s));
+        QVERIFY(statusLeft(fixture).startsWith(u"A, record 2"_s));
         strike(fixture, Qt::Key_Up, Qt::AltModifier);
         QCOMPARE(place(fixture, 0), QList({0, 2, 2}));
-        QCOMPARE(left(fixture), u"No earlier difference"_s);
+        QCOMPARE(statusLeft(fixture), u"No earlier difference"_s);
         strike(fixture, Qt::Key_Down, Qt::AltModifier);
         QCOMPARE(place(fixture, 0), QList({0, 4, 1}));
         QCOMPARE(fixture.activePane(), 0);
@@ -170,16 +156,16 @@ private Q_SLOTS:
 
     void aDifferenceAheadInTheCurrentRecordIsTheNextOne() {
         EditorFixture fixture;
-        openBoth(fixture, {counted(u"A"_s, 2, 3)}, {changedTable(u"A"_s, 2, 3, {{1, 2}})});
+        openBoth(fixture, {counted(u"A"_s, 2, 3)}, {changed(counted(u"A"_s, 2, 3), {{1, 2}})});
         strike(fixture, Qt::Key_F8);
         QCOMPARE(place(fixture, 0), QList({0, 1, 2}));
         strike(fixture, Qt::Key_F8);
-        QCOMPARE(left(fixture), u"No further difference"_s);
+        QCOMPARE(statusLeft(fixture), u"No further difference"_s);
     }
 
     void withCtrlTheStepsGoFromCellToCell() {
         EditorFixture fixture;
-        openBoth(fixture, {counted(u"A"_s, 5, 3)}, {changedTable(u"A"_s, 5, 3, {{2, 2}, {2, 3}, {4, 1}})});
+        openBoth(fixture, {counted(u"A"_s, 5, 3)}, {changed(counted(u"A"_s, 5, 3), {{2, 2}, {2, 3}, {4, 1}})});
         fixture.clickCell(1, 1, 1);
         for (const QList<int> &stop : {QList{0, 2, 2}, QList{0, 2, 3}, QList{0, 4, 1}}) {
             strike(fixture, Qt::Key_F8, Qt::ControlModifier);
@@ -206,7 +192,7 @@ private Q_SLOTS:
             QIR_VERIFY_OK(fixture);
         }
         strike(fixture, Qt::Key_F8);
-        QCOMPARE(left(fixture), u"No further difference"_s);
+        QCOMPARE(statusLeft(fixture), u"No further difference"_s);
         for (const int line : {5, 4, 3, 2, 1}) {
             strike(fixture, Qt::Key_F7);
             QCOMPARE(fixture.list(1).ListIndex(), line);
@@ -227,6 +213,17 @@ private Q_SLOTS:
         }
     }
 
+    void aStopThatOnlyTheOtherPaneHasIsGoneToInTheTableBefore() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"B"_s, 2, 1), counted(u"C"_s, 3, 1)},
+                 {counted(u"B"_s, 3, 1), changed(counted(u"C"_s, 3, 1), {{3, 1}})});
+        fixture.clickLine(0, 1);
+        fixture.clickCell(0, 3, 1);
+        strike(fixture, Qt::Key_F7);
+        QCOMPARE(place(fixture, 1), QList({0, 3, 1})); // its place in the table before is the same
+        QCOMPARE(fixture.activePane(), 0);
+    }
+
     void firstAndLastAreThoseOfTheWholeDatabases() {
         EditorFixture fixture;
         openBoth(fixture, ManyTables().left, ManyTables().right);
@@ -241,9 +238,9 @@ private Q_SLOTS:
         EditorFixture fixture;
         openBoth(fixture, {counted(u"A"_s, 2, 2)}, {counted(u"A"_s, 2, 2)});
         strike(fixture, Qt::Key_End, Qt::AltModifier);
-        QCOMPARE(left(fixture), u"No further difference"_s);
+        QCOMPARE(statusLeft(fixture), u"No further difference"_s);
         strike(fixture, Qt::Key_Home, Qt::AltModifier);
-        QCOMPARE(left(fixture), u"No earlier difference"_s);
+        QCOMPARE(statusLeft(fixture), u"No earlier difference"_s);
     }
 
     void recordsOfOneSideAreStopsThere() {
@@ -261,12 +258,32 @@ private Q_SLOTS:
         strike(fixture, Qt::Key_F8, Qt::ControlModifier);
         QCOMPARE(fixture.grid(0).Col(), 2); // beyond both sides there is no cell to go to
         strike(fixture, Qt::Key_F8, Qt::ControlModifier);
-        QCOMPARE(left(fixture), u"No further difference"_s);
+        QCOMPARE(statusLeft(fixture), u"No further difference"_s);
+    }
+
+    void theEmptyColumnOfATableWithoutFieldsHoldsNoCells() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 1, 1)}, {{u"A"_s, {}}});
+        fixture.activate(1);
+        fixture.choose(Command::AddRecordMenu);
+        fixture.choose(Command::AddRecordMenu);
+        QCOMPARE(statusRight(fixture), u"changed, 1 table differs, 1 cell here"_s);
+        fixture.clickCell(0, 1, 1);
+        strike(fixture, Qt::Key_F8, Qt::ControlModifier);
+        QCOMPARE(statusLeft(fixture), u"No further difference"_s); // the right side's second record has no field
+        strike(fixture, Qt::Key_F8);
+        QCOMPARE(place(fixture, 1), QList({0, 2, 1})); // but a record that only one side has is a stop
+        const auto words = [&](int pane, int row) {
+            return fixture.grid(pane).model()->index(row - 1, 0).data(Qt::ToolTipRole).toString();
+        };
+        QCOMPARE(words(0, 1), u"left: 101, missing on the right"_s);
+        QCOMPARE(words(1, 1), u"left: 101, missing on the right"_s);
+        QCOMPARE(words(1, 2), QString());
     }
 
     void anEditEndsFirst() {
         EditorFixture fixture;
-        openBoth(fixture, {counted(u"A"_s, 5, 3)}, {changedTable(u"A"_s, 5, 3, {{2, 2}})});
+        openBoth(fixture, {counted(u"A"_s, 5, 3)}, {changed(counted(u"A"_s, 5, 3), {{2, 2}})});
         beginEdit(fixture, 0, 1, 1);
         hands::type(&fixture.cellEditor(0), u"9"_s);
         strike(fixture, Qt::Key_F8);
@@ -285,7 +302,7 @@ private Q_SLOTS:
         fixture.choose(Command::AddTableMenu);
         QVERIFY(fixture.lines(0)[1] != fixture.lines(1)[1]);
         strike(fixture, Qt::Key_Home, Qt::AltModifier);
-        QVERIFY(left(fixture).contains(u"Compare Again"_s));
+        QVERIFY(statusLeft(fixture).contains(u"Compare Again"_s));
         for (const int pane : {0, 1})
             fixture.database(pane).setDtbHasChanged(false);
     }
@@ -297,7 +314,7 @@ private Q_SLOTS:
               Command::LastDifferenceMenu, Command::DifferencesSummaryMenu, Command::CarryCellsMenu})
             QVERIFY2(!fixture.action(command).isEnabled(), commandName(command));
         strike(fixture, Qt::Key_F8);
-        QVERIFY(left(fixture).startsWith(u"A, record 1"_s));
+        QVERIFY(statusLeft(fixture).startsWith(u"A, record 1"_s));
     }
 
     void linesHaveIconsAndWordsForHowTheyDiffer() {
@@ -328,7 +345,7 @@ private Q_SLOTS:
 
     void aDifferingCellSaysWhatStandsOnBothSides() {
         EditorFixture fixture;
-        openBoth(fixture, {counted(u"A"_s, 3, 2)}, {changedTable(u"A"_s, 2, 2, {{1, 2}})});
+        openBoth(fixture, {counted(u"A"_s, 3, 2)}, {changed(counted(u"A"_s, 2, 2), {{1, 2}})});
         const auto words = [&](int pane, int row, int column) {
             return fixture.grid(pane).model()->index(row - 1, column - 1).data(Qt::ToolTipRole).toString();
         };
@@ -346,9 +363,31 @@ private Q_SLOTS:
         QCOMPARE(table->tableInterface()->cellAt(0, 1)->text(QAccessible::Description), u"left: 102, right: 7"_s);
     }
 
+    void aStepAndACarryTakeAwayTheTipOfTheCellBefore_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<Qt::KeyboardModifier>("modifier");
+        QTest::newRow("step") << static_cast<int>(Qt::Key_F8) << Qt::NoModifier;
+        QTest::newRow("carry") << static_cast<int>(Qt::Key_Right) << Qt::AltModifier;
+    }
+
+    void aStepAndACarryTakeAwayTheTipOfTheCellBefore() {
+        QFETCH(int, key);
+        QFETCH(Qt::KeyboardModifier, modifier);
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 3, 2)}, {changed(counted(u"A"_s, 3, 2), {{1, 2}, {3, 1}})});
+        fixture.clickCell(1, 1, 2);
+        QWidget *cells = fixture.grid(1).viewport();
+        const QPoint point = fixture.cellCentre(1, 1, 2);
+        QHelpEvent help(QEvent::ToolTip, point, cells->mapToGlobal(point));
+        QApplication::sendEvent(cells, &help);
+        QVERIFY(QToolTip::isVisible());
+        strike(fixture, static_cast<Qt::Key>(key), modifier);
+        QTRY_VERIFY_WITH_TIMEOUT(!QToolTip::isVisible(), 2000); // by itself it goes after ten seconds
+    }
+
     void theRowHeaderHasASignForEachDifferingRecord() {
         EditorFixture fixture;
-        openBoth(fixture, {counted(u"A"_s, 4, 2)}, {changedTable(u"A"_s, 4, 2, {{3, 2}})});
+        openBoth(fixture, {counted(u"A"_s, 4, 2)}, {changed(counted(u"A"_s, 4, 2), {{3, 2}})});
         fixture.clickCell(0, 1, 1);
         QHeaderView *header = fixture.grid(0).verticalHeader();
         const auto picture = [&](int row) {
@@ -374,7 +413,7 @@ private Q_SLOTS:
 
     void aPressOnTheStripGoesToTheDifferenceThere() {
         EditorFixture fixture;
-        openBoth(fixture, {counted(u"A"_s, 2000, 2)}, {changedTable(u"A"_s, 2000, 2, {{1000, 2}, {1990, 1}})});
+        openBoth(fixture, {counted(u"A"_s, 2000, 2)}, {changed(counted(u"A"_s, 2000, 2), {{1000, 2}, {1990, 1}})});
         for (const int pane : {0, 1})
             QVERIFY(strip(fixture, pane).isVisible());
         QWidget &band = strip(fixture, 1);
@@ -395,7 +434,7 @@ private Q_SLOTS:
 
     void theStripHasMarksWhereRecordsDiffer() {
         EditorFixture fixture;
-        openBoth(fixture, {counted(u"A"_s, 2000, 2)}, {changedTable(u"A"_s, 2000, 2, {{1000, 2}})});
+        openBoth(fixture, {counted(u"A"_s, 2000, 2)}, {changed(counted(u"A"_s, 2000, 2), {{1000, 2}})});
         const auto marked = [&] {
             const QImage picture = strip(fixture, 0).grab().toImage();
             QList<int> found;
@@ -418,6 +457,20 @@ private Q_SLOTS:
         const QImage before = strip(fixture, 1).grab().toImage();
         turnWheel(fixture, 0, -1200);
         QVERIFY(strip(fixture, 1).grab().toImage() != before);
+    }
+
+    void theStripsFrameFollowsWhatIsLeftInSight() {
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 80, 2)}, {changed(counted(u"A"_s, 80, 2), {{10, 2}, {70, 1}})});
+        PaintCount painted;
+        strip(fixture, 1).installEventFilter(&painted);
+        fixture.choose(Command::OnlyDifferencesMenu); // nothing scrolls, and the marks stay
+        hands::turnLoop();
+        QVERIFY(painted.count() > 0);
+        painted.reset();
+        strike(fixture, Qt::Key_Right);
+        hands::turnLoop();
+        QCOMPARE(painted.count(), 0); // what stays as it is is not drawn again
     }
 };
 

@@ -1,9 +1,12 @@
 #include "app/look/Colours.h"
 #include "app/look/Schemes.h"
+#include "app/look/TickBoxes.h"
 #include "tests/support/Hands.h"
 #include "tests/window/WindowTest.h"
 
+#include <QCheckBox>
 #include <QMetaEnum>
+#include <QStyleOption>
 
 using namespace qir;
 using namespace qir::test;
@@ -55,6 +58,28 @@ private Q_SLOTS:
         QCOMPARE(problemsOf(darkScheme(), u"dark"_s), QString());
         QVERIFY(!isDark(lightScheme()));
         QVERIFY(isDark(darkScheme()));
+    }
+
+    void boxesToTickAreSeenInEitherScheme() {
+        constexpr double leastOfFrames = 3; // as the guidelines ask for parts that are no text
+        TickBoxes style;
+        for (const QPalette &palette : {lightScheme(), darkScheme()}) {
+            QCheckBox box;
+            box.setStyle(&style);
+            box.setPalette(palette);
+            box.ensurePolished();
+            box.resize(box.sizeHint());
+            QStyleOptionButton option;
+            option.initFrom(&box);
+            const QRect frame = style.subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box);
+            const QImage picture = box.grab().toImage();
+            double most = 0;
+            for (int x = frame.left() - 1; x <= frame.left() + 1; ++x)
+                most = std::max(most, contrast(picture.pixelColor(std::max(x, 0), frame.center().y()),
+                                               palette.color(QPalette::Window)));
+            QVERIFY2(!isDark(palette) || most >= leastOfFrames, qPrintable(QString::number(most)));
+            QVERIFY(most > 1);
+        }
     }
 
     void theGivenColoursAreReadableInBlack() {

@@ -3,6 +3,7 @@
 #include "tests/support/Hands.h"
 #include "tests/window/WindowTest.h"
 
+#include <QFileInfo>
 #include <QHelpEvent>
 #include <QToolTip>
 
@@ -82,6 +83,21 @@ private Q_SLOTS:
         QVERIFY(nameOf(fixture, 0).signs().isProtected);
         fixture.choose(Command::CloseDatabaseMenu);
         QCOMPARE(nameOf(fixture, 0).signs(), FileNameLabel::Signs());
+    }
+
+    void theToolTipTellsSizeAndTimes() {
+        const QString file = makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})});
+        EditorFixture fixture(file);
+        const QFileInfo info(file);
+        const QLocale locale;
+        const QString tip = toolTip(nameOf(fixture, 0));
+        QStringList parts{file, locale.formattedDataSize(info.size()),
+                          u"changed "_s + locale.toString(info.lastModified(), QLocale::ShortFormat),
+                          u"Read "_s + locale.toString(info.lastRead(), QLocale::ShortFormat)};
+        if (info.birthTime().isValid())
+            parts.append(u"Made "_s + locale.toString(info.birthTime(), QLocale::ShortFormat));
+        for (const QString &part : parts)
+            QVERIFY2(tip.contains(part), qPrintable(tip + u" lacks "_s + part));
     }
 
     void theSignsAreDrawnBehindTheNameInEveryWidth() {

@@ -1,4 +1,5 @@
 #include "app/language/Languages.h"
+#include "base/words/StorageWords.h"
 #include "tests/support/Hands.h"
 #include "tests/window/LayoutCheck.h"
 #include "tests/window/WindowTest.h"
@@ -151,6 +152,79 @@ private Q_SLOTS:
             u"QIR Database Editor"_s, u"Nein"_s);
         fixture.choose(Command::CloseDatabaseMenu);
         QVERIFY(!fixture.isOpen(0));
+    }
+
+    void whatAComponentSaysIsToldInTheLanguage_data() {
+        QTest::addColumn<QString>("english");
+        QTest::addColumn<QString>("italian");
+        const auto add = [](const char *name, const QString &english, const QString &italian) {
+            QTest::newRow(name) << english << italian;
+        };
+        add("a reason", u"it is empty"_s, u"è vuoto"_s);
+        add("numbers", u"/A.DDB: it is damaged: part 2 of 3 does not match its checksum"_s,
+            u"/A.DDB: è danneggiato: la parte 2 di 3 non corrisponde alla somma di controllo"_s);
+        add("a reason in a reason", u"/A.DDB: could not be saved: the disk is full"_s,
+            u"/A.DDB: non è stato possibile salvarlo: il disco è pieno"_s);
+        add("a part of a sentence", u"/A.DDB: was changed by another program since it was opened; use Save As"_s,
+            u"/A.DDB: è stato modificato da un altro programma da quando è stato aperto; usare Salva con nome"_s);
+        add("put behind",
+            u"/A.DDB: was saved, but a power failure now might bring the old version back: no permission (it stays as "
+            "'/B')"_s,
+            u"/A.DDB: è stato salvato, ma se ora mancasse la corrente potrebbe tornare la versione di prima: permesso "
+            "negato (resta come '/B')"_s);
+        add("two reasons",
+            u"/A.DDB: it is damaged: its header does not match its checksum; the safe copy '/C' of a save that was cut "
+            "short may not be read"_s,
+            u"/A.DDB: è danneggiato: la sua intestazione non corrisponde alla somma di controllo; la copia sicura '/C' "
+            u"di "
+            "un salvataggio interrotto non si può leggere"_s);
+        add("lines", u"/A.DDB: could not be saved: its folder is gone\n\nThe changes are kept in '/S'."_s,
+            u"/A.DDB: non è stato possibile salvarlo: la sua cartella non c'è più\n\nLe modifiche sono conservate in "
+            "'/S'."_s);
+        add("names are nobody's words", u"There is no table \"No table is selected.\"."_s,
+            u"Non c'è una tabella \"No table is selected.\"."_s);
+        add("a per cent sign", u"A table \"%2 %1\" already exists."_s, u"Una tabella \"%2 %1\" esiste già."_s);
+        add("unknown", u"broken: by another maker"_s, u"broken: by another maker"_s);
+        add("nothing", QString(), QString());
+    }
+    void whatAComponentSaysIsToldInTheLanguage() {
+        QFETCH(const QString, english);
+        QFETCH(const QString, italian);
+        QCOMPARE(spokenWords(english), english);
+        Languages language;
+        QVERIFY(language.speak(u"it"_s));
+        QCOMPARE(spokenWords(english), italian);
+    }
+
+    void aFileThatCannotBeLoadedSaysWhyInTheLanguage() {
+        const QString file = makeFile(u"A.DDB"_s, {pumps()});
+        QFile bad(file);
+        QVERIFY(bad.open(QIODevice::WriteOnly));
+        bad.write("no database at all, but long enough");
+        bad.close();
+        Languages language;
+        QVERIFY(language.speak(u"de"_s));
+        EditorFixture fixture;
+        QString reason;
+        fixture.dialogs().expect([&](QDialog &dialog) {
+            reason = dynamic_cast<QMessageBox &>(dialog).informativeText();
+            return pressButton(dialog, u"OK"_s);
+        });
+        runCommand([&] { fixture.window().openLeft(file); });
+        QVERIFY2(reason.endsWith(u"sie ist keine Datenbank dieses Programms"_s), qPrintable(reason));
+        QVERIFY(fixture.editor().pane(0).controls().hint->text().contains(reason));
+    }
+
+    void whatFailsInACommandSaysWhyInTheLanguage() {
+        Languages language;
+        QVERIFY(language.speak(u"it"_s));
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));
+        fixture.dialogs().expectMessage(u"Non c'è un record numero 9: la tabella ne ha 3."_s, u"QIR Database Editor"_s,
+                                        u"OK"_s);
+        runCommand([&] {
+            fixture.editor().pane(0).makeShownTableCurrent();
+            fixture.database(0).RemoveRecord(9);
+        });
     }
 
     void numbersInCellsAreTheSameInEveryLanguage() {

@@ -7,6 +7,7 @@
 
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -159,6 +160,53 @@ private Q_SLOTS:
         fixture.window().resize(1600, 800);
         fixture.choose(Command::ListBesideMenu);
         checkGivenFigures(fixture, 0);
+    }
+
+    void fromRightToLeftTheListBesideTheGridStandsAtItsRight() {
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+        const auto back = qScopeGuard([] { QGuiApplication::setLayoutDirection(Qt::LeftToRight); });
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.window().resize(1600, 800);
+        fixture.choose(Command::ListBesideMenu);
+        QCOMPARE(fixture.list(0).y(), fixture.grid(0).y());
+        QVERIFY(fixture.grid(0).geometry().right() < fixture.list(0).x());
+        QVERIFY(fixture.frame(0).rect().contains(fixture.list(0).geometry()));
+        QCOMPARE(layoutProblems(fixture.window()), QString());
+        const int width = fixture.list(0).width();
+        drag(fixture, 0, {-40, 0});
+        QVERIFY2(qAbs(fixture.list(0).width() - width - 40) <= 1, qPrintable(QString::number(fixture.list(0).width())));
+        const int dragged = fixture.list(0).width();
+        border(fixture, 0).setFocus(Qt::TabFocusReason);
+        hands::key(&border(fixture, 0), Qt::Key_Right); // as seen
+        QVERIFY(fixture.list(0).width() < dragged);
+        hands::doubleClick(&border(fixture, 0), Qt::LeftButton);
+        QCOMPARE(fixture.list(0).width(), width);
+    }
+
+    void fromRightToLeftTheStripsOfDifferencesCoverNoList_data() {
+        QTest::addColumn<bool>("beside");
+        QTest::newRow("list above") << false;
+        QTest::newRow("list beside") << true;
+    }
+    void fromRightToLeftTheStripsOfDifferencesCoverNoList() {
+        QFETCH(const bool, beside);
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+        const auto back = qScopeGuard([] { QGuiApplication::setLayoutDirection(Qt::LeftToRight); });
+        EditorFixture fixture;
+        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"3"_s})});
+        fixture.window().resize(1600, 800);
+        if (beside)
+            fixture.choose(Command::ListBesideMenu);
+        hands::turnLoop();
+        for (const int pane : {0, 1}) {
+            const auto *strip = fixture.window().findChild<QWidget *>(u"differenceStrip_%1"_s.arg(pane));
+            QVERIFY(strip->isVisible());
+            QVERIFY(strip->width() >= 3);
+            QVERIFY(!strip->geometry().intersects(fixture.list(pane).geometry()));
+            QVERIFY(!strip->geometry().intersects(fixture.grid(pane).geometry()));
+            QVERIFY(fixture.frame(pane).rect().contains(strip->geometry()));
+        }
+        QCOMPARE(layoutProblems(fixture.window()), QString());
     }
 
     void rowsHaveRoomBesideTheirLine() {

@@ -98,10 +98,10 @@ private Q_SLOTS:
         }
         QVERIFY(parts.contains(&fixture.frame(0)));
         QVERIFY(parts.contains(&fixture.frame(1)));
-        QVERIFY(!parts.contains(fixture.editor().controls.ProSort));
-        QVERIFY(!parts.contains(fixture.editor().controls.AutoSizeLabelTwips));
+        QVERIFY(!parts.contains(fixture.editor().controls().ProSort));
+        QVERIFY(!parts.contains(fixture.editor().controls().AutoSizeLabelTwips));
         QVERIFY(area->child(area->childCount()) == nullptr);
-        QCOMPARE(area->indexOfChild(QAccessible::queryAccessibleInterface(fixture.editor().controls.ProSort)), -1);
+        QCOMPARE(area->indexOfChild(QAccessible::queryAccessibleInterface(fixture.editor().controls().ProSort)), -1);
     }
 
     void bordersAndStripsAreOfTheirKind() {

@@ -98,6 +98,33 @@ private Q_SLOTS:
         QCOMPARE(calls(fake), QStringList());
     }
 
+    void drawingAsksNothingOfTheComponent() {
+        const UseFake fake;
+        EditorFixture fixture;
+        openBoth(fixture, {counted(u"A"_s, 30, 4), pumps()}, {counted(u"A"_s, 20, 5), valves()});
+        edit(fixture, 0, 1, 1, u"999 bar"_s); // not as it is stored
+        fake->clearLog();
+        QVERIFY(!fixture.window().grab().isNull());
+        QCOMPARE(fake->log().size(), 0);
+
+        class Asking : public QWidget { // what would be seen
+        public:
+            Asking(QWidget &window, const QirDatabase &database)
+                : QWidget(&window)
+                , m_database(database) {}
+
+        protected:
+            void paintEvent(QPaintEvent *) override { (void)m_database.QIRTablesCount(); }
+
+        private:
+            const QirDatabase &m_database;
+        } asking(fixture.window(), fixture.database(0));
+        asking.setGeometry(0, 0, 10, 10);
+        asking.show();
+        QVERIFY(!fixture.window().grab().isNull());
+        QVERIFY(fake->log().size() > 0);
+    }
+
     void theShownTableIsMadeCurrentBeforeAWrite() {
         const UseFake fake;
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps(), valves()}));

@@ -83,6 +83,21 @@ private Q_SLOTS:
         QVERIFY2(std::abs(begin - textBegin) <= 1, qPrintable(u"%1 %2"_s.arg(begin).arg(textBegin)));
     }
 
+    void aTextThatRunsFromTheRightStandsThereToo() {
+        const TableOfTexts table{
+            u"Notes"_s,
+            {{u"Note"_s, FieldType::Text, {u"a text that makes the column wide"_s, u"\u05E9\u05DC\u05D5\u05DD"_s}}}};
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
+        fixture.clickCell(0, 1, 1);
+        const Grid &grid = fixture.grid(0);
+        const QRect area = grid.visualRect(grid.model()->index(1, 0));
+        const int inCell = darkColumns(grid.viewport()->grab(area).toImage()).first;
+        beginEdit(fixture, 0, 2, 1);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Home); // the caret stands at its right end
+        const int inEditor = darkColumns(fixture.cellEditor(0).grab().toImage()).first;
+        QVERIFY2(std::abs(inEditor - inCell) <= 1, qPrintable(u"%1 %2"_s.arg(inEditor).arg(inCell)));
+    }
+
     void theCaretShowsBehindATextLongerThanItsCell() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {widePumps()}));
         for (const int column : {1, 2}) {

@@ -1,6 +1,7 @@
 #include "tests/support/Hands.h"
 #include "tests/window/EditSupport.h"
 #include "tests/window/WindowTest.h"
+#include "tests/window/find/FindHands.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -97,6 +98,38 @@ private Q_SLOTS:
         QCOMPARE(recordsOf(fixture, 0),
                  (QList<QStringList>{{u"1200"_s, u"Main"_s}, {u"900"_s, u"pare"_s}, {u"60"_s, u"Test"_s}}));
         QVERIFY(isEdited(fixture, 2, 2));
+    }
+
+    void theMenuWorksInTheTextThatHasTheKeyboard() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        fixture.clickCell(0, 1, 2);
+        openBar(fixture, u"sought"_s);
+        auto &text = inBar<QLineEdit>(fixture, u"findText"_s);
+        QVERIFY(text.hasFocus());
+        QGuiApplication::clipboard()->setText(u"other"_s);
+        fixture.choose(Command::SelectAllMenu);
+        QCOMPARE(text.selectedText(), u"sought"_s);
+        fixture.choose(Command::CopyMenu);
+        QCOMPARE(QGuiApplication::clipboard()->text(), u"sought"_s);
+        fixture.choose(Command::DeleteCellsMenu);
+        QCOMPARE(text.text(), QString());
+        fixture.choose(Command::PasteMenu);
+        QCOMPARE(text.text(), u"sought"_s);
+        QCOMPARE(fixture.grid(0).selection(), singleCell(1, 2));
+        QVERIFY(!fixture.database(0).DtbHasChanged());
+    }
+
+    void theMenuWorksInTheTextOfTheCellThatIsEdited() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
+        beginEdit(fixture, 0, 2, 2);
+        hands::key(&fixture.cellEditor(0), Qt::Key_Home);
+        QGuiApplication::clipboard()->setText(u"x\ty"_s);
+        fixture.choose(Command::PasteMenu);
+        QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"x\tySpare"_s);
+        fixture.choose(Command::DeleteCellsMenu); // the character behind the caret
+        QCOMPARE(stored(fixture, 0, 2, 2).toString(), u"x\typare"_s);
+        QVERIFY(isEdited(fixture, 2, 2));
+        QCOMPARE(fixture.texts(0)[1], (QStringList{u"900"_s, u"x\typare"_s}));
     }
 
     void fillDownTakesTheFirstSelectedRecord() {

@@ -63,7 +63,7 @@ private Q_SLOTS:
         sortBy(fixture, 0, 2);
         for (int r = 1; r <= 3; ++r)
             QCOMPARE(fixture.grid(0).RowData(r), r);
-        QCOMPARE(fixture.editor().ColonnaOrdinamento(), 2);
+        QCOMPARE(fixture.window().ColonnaOrdinamento(), 2);
         edit(fixture, 0, 1, 1, u"7"_s);
         QCOMPARE(stored(fixture, 0, 1, 1).toDouble(), 7.0);
         QCOMPARE(stored(fixture, 0, 1, 2).toString(), u"east"_s);
@@ -230,7 +230,7 @@ private Q_SLOTS:
         EditorFixture fixture(makeFile(u"A.DDB"_s, {stations(), oneColumn(FieldType::Long, {u"1"_s})}));
         sortBy(fixture, 0, 2);
         fixture.clickLine(0, 1);
-        QCOMPARE(fixture.editor().ColonnaOrdinamento(), 1);
+        QCOMPARE(fixture.window().ColonnaOrdinamento(), 1);
     }
 };
 

@@ -1,13 +1,9 @@
-#include "tests/support/Hands.h"
 #include "tests/tools/fake/FakeControl.h"
-#include "tests/window/EditSupport.h"
 #include "tests/window/PopupTools.h"
-#include "tests/window/WindowTest.h"
+#include "tests/window/edit/UndoHands.h"
 #include "tests/window/find/FindHands.h"
 #include "tests/window/panes/TypePicker.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QListView>
 #include <QMenuBar>
 
@@ -17,38 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// All that both panes show and hold.
-struct Seen {
-    std::array<QString, 2> shown;
-    std::array<QStringList, 2> lines;
-    std::array<QList<QStringList>, 2> texts;
-    std::array<Cells, 2> red;
-    std::array<QStringList, 2> fields;
-    std::array<QList<QStringList>, 2> records;
-    bool operator==(const Seen &) const = default;
-};
-
-Seen look(EditorFixture &fixture) {
-    Seen seen;
-    for (const std::size_t pane : {0U, 1U}) {
-        const int number = static_cast<int>(pane);
-        seen.shown[pane] = fixture.shownTable(number);
-        seen.lines[pane] = fixture.lines(number);
-        if (!fixture.isOpen(number) || !fixture.editor().pane(number).realTableSelected())
-            continue;
-        seen.texts[pane] = fixture.texts(number);
-        seen.fields[pane] = fieldsOf(fixture, number);
-        seen.records[pane] = recordsOf(fixture, number);
-        if (fixture.grid(number).Visible())
-            seen.red[pane] = redCells(fixture, number);
-    }
-    return seen;
-}
-
-QString captionOf(EditorFixture &fixture, Command command) {
-    return fixture.action(command).text();
-}
-
 QMenu &openEditMenu(EditorFixture &fixture) {
     QMenu &menu = fixture.menu(Menu::EditMenu);
     QMenuBar *bar = fixture.window().menuBar();
@@ -56,198 +20,13 @@ QMenu &openEditMenu(EditorFixture &fixture) {
     return menu;
 }
 
-void undo(EditorFixture &fixture) {
-    hands::key(&fixture.window(), Qt::Key_Z, Qt::ControlModifier);
-}
-
-void redo(EditorFixture &fixture) {
-    hands::key(&fixture.window(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-}
-
-void pasteAt(EditorFixture &fixture, int pane, const GridSelection &block, const QString &text) {
-    selectBlock(fixture, pane, block);
-    QGuiApplication::clipboard()->setText(text);
-    fixture.choose(Command::PasteMenu);
-}
-
-using Act = std::function<void(EditorFixture &)>;
-
-struct Kind {
-    const char *title;
-    QString name;
-    Act act;
-};
-
-void addTextField(EditorFixture &fixture) {
-    fixture.dialogs().expectInput(u"New field name"_s, u"?"_s, u"Fieldx"_s, u"Remark"_s);
-    fixture.dialogs().expect([](QDialog &dialog) {
-        control<ListBox>(dialog, u"valori_discreti"_s).setListIndex(3);
-        return pressButton(dialog, u"OK"_s);
-    });
-    fixture.choose(Command::AddFieldMenu);
-}
-
-void fromOrigin(EditorFixture &fixture, int pane, Command command) {
-    fixture.editor().setOrigin(pane);
-    fixture.choose(command);
-}
-
-Act choosing(Command command) {
-    return [command](EditorFixture &fixture) { fixture.choose(command); };
-}
-
-Act answering(const QString &prompt, const QString &given, const QString &answer, Command command) {
-    return [=](EditorFixture &fixture) {
-        fixture.dialogs().expectInput(prompt, u"?"_s, given, answer);
-        fixture.choose(command);
-    };
-}
-
-// What a user may do in the left pane of two that hold pumps; the table "Lone" is there alone.
-
-std::vector<Kind> kindsOfCells() {
-    return {
-        {"edit", u"Edit of Pumps.Name"_s, [](EditorFixture &fixture) { edit(fixture, 0, 2, 2, u"changed"_s); }},
-        {"paste", u"Paste"_s,
-         [](EditorFixture &fixture) {
-             pasteAt(fixture, 0, {1, 1, 2, 2}, u"1\tone\r2\ttwo"_s);
-         }},
-        {"sort", u"Sort by Speed"_s,
-         [](EditorFixture &fixture) {
-             fixture.clickCell(0, 1, 1);
-             fromOrigin(fixture, 0, Command::SortFPOP);
-         }},
-        {"add a record", u"Adding a record to Pumps"_s, choosing(Command::AddRecordMenu)},
-        {"remove a record", u"Removing record 2 of Pumps"_s,
-         [](EditorFixture &fixture) {
-             fixture.clickCell(0, 2, 1);
-             fixture.choose(Command::RemoveRecordMenu);
-         }},
-    };
-}
-
-std::vector<Kind> kindsOfStructure() {
-    return {
-        {"add a table", u"Adding table New"_s,
-         answering(u"New table name"_s, u"Tablex"_s, u"New"_s, Command::AddTableMenu)},
-        {"rename a table", u"Renaming table Pumps"_s,
-         answering(u"Table's new name (Pumps)"_s, u"Pumps"_s, u"Machines"_s, Command::RenameTableMenu)},
-        {"remove a table", u"Removing table Pumps"_s,
-         [](EditorFixture &fixture) {
-             fixture.dialogs().expectMessage(
-                 u"Do you want to remove table: '%1' ?"_s.arg(fixture.list(0).List(fixture.list(0).ListIndex())),
-                 u"?"_s, u"Yes"_s);
-             fixture.choose(Command::RemoveTableMenu);
-         }},
-        {"add a field", u"Adding field Remark"_s, addTextField},
-        {"rename a field", u"Renaming field Name"_s,
-         [](EditorFixture &fixture) {
-             fixture.clickCell(0, 1, 2);
-             fixture.dialogs().expectInput(u"Field's new name (Name)"_s, u"?"_s, u"Name"_s, u"Title"_s);
-             fixture.choose(Command::RenameFieldMenu);
-         }},
-        {"remove a field", u"Removing field Name"_s,
-         [](EditorFixture &fixture) {
-             fixture.clickCell(0, 1, 2);
-             fixture.dialogs().expectMessage(u"Do you want to remove field: 'Name' ?"_s, u"?"_s, u"Yes"_s);
-             fixture.choose(Command::RemoveFieldMenu);
-         }},
-    };
-}
-
-std::vector<Kind> kindsOfCopies() {
-    return {
-        {"copy a table", u"Copy of table Lone"_s,
-         [](EditorFixture &fixture) {
-             fixture.clickLine(1, 0);
-             fixture.activate(0);
-             fromOrigin(fixture, 1, Command::ClonePOP);
-         }},
-        {"make as long", u"Records for Pumps"_s,
-         [](EditorFixture &fixture) {
-             fixture.dialogs().expectMessage(u"Copy Cell content?"_s, u"?"_s, u"Yes"_s);
-             fromOrigin(fixture, 1, Command::CloneTableSizePOP);
-         }},
-        {"copy cells", u"Copy of cells to Pumps"_s,
-         [](EditorFixture &fixture) {
-             selectBlock(fixture, 1, {1, 2, 2, 2});
-             fixture.activate(0);
-             fromOrigin(fixture, 1, Command::CloneSelectedAreaPOP);
-         }},
-    };
-}
-
-std::vector<Kind> kinds() {
-    std::vector<Kind> all;
-    for (const std::vector<Kind> &some : {kindsOfCells(), kindsOfStructure(), kindsOfCopies()})
-        all.insert(all.end(), some.begin(), some.end());
-    return all;
-}
-
-TableOfTexts otherPumps() {
-    TableOfTexts table = pumps();
-    table.fields[0].texts = {u"7"_s, u"900"_s, u"60"_s, u"5"_s};
-    table.fields[1].texts = {u"First"_s, u"Spare"_s, u"Third"_s, u"Fourth"_s};
-    return table;
-}
-
 } // namespace
 
 /// Taking steps back in the real window.
-class UndoTest : public WindowTest {
+class UndoTest : public UndoWindowTest {
     Q_OBJECT
 
-    void openPumps(EditorFixture &fixture) const {
-        openBoth(fixture, {pumps(), numbers(u"Zero"_s, {u"0"_s})},
-                 {numbers(u"Lone"_s, {u"1"_s, u"2"_s}), otherPumps(), numbers(u"Zero"_s, {u"0"_s})});
-        fixture.clickLine(0, static_cast<int>(fixture.lines(0).indexOf(u"Pumps !"_s)));
-        fixture.activate(0);
-    }
-
 private Q_SLOTS:
-    void eachKindOfCommandIsTakenBackAndMadeAgain_data() {
-        QTest::addColumn<int>("kind");
-        int number = 0;
-        for (const Kind &kind : kinds())
-            QTest::newRow(kind.title) << number++;
-    }
-
-    void eachKindOfCommandIsTakenBackAndMadeAgain() {
-        QFETCH(int, kind);
-        const Kind tried = kinds()[static_cast<std::size_t>(kind)];
-        EditorFixture fixture;
-        openPumps(fixture);
-        QVERIFY(!fixture.action(Command::UndoMenu).isEnabled());
-        const Seen before = look(fixture);
-        tried.act(fixture);
-        QIR_VERIFY_OK(fixture);
-        fixture.activate(0);
-        fixture.choose(Command::CompareAgainMenu); // some commands leave the lists unaligned
-        const Seen after = look(fixture);
-        QVERIFY(after != before);
-        QCOMPARE(fixture.database(0).StepsCount(), 1);
-        QCOMPARE(captionOf(fixture, Command::UndoMenu), u"&Undo "_s + tried.name);
-
-        undo(fixture);
-        QIR_VERIFY_OK(fixture);
-        QCOMPARE(captionOf(fixture, Command::RedoMenu), u"&Redo "_s + tried.name);
-        QVERIFY(!fixture.action(Command::UndoMenu).isEnabled());
-        QVERIFY(!fixture.database(0).DtbHasChanged());
-        QCOMPARE(fixture.lines(0), before.lines[0]);
-        QCOMPARE(fixture.lines(1), before.lines[1]);
-        fixture.clickLine(0, static_cast<int>(fixture.lines(0).indexOf(u"Pumps !"_s)));
-        QVERIFY(look(fixture) == before);
-
-        redo(fixture);
-        QIR_VERIFY_OK(fixture);
-        QCOMPARE(captionOf(fixture, Command::UndoMenu), u"&Undo "_s + tried.name);
-        QCOMPARE(fixture.lines(0), after.lines[0]);
-        QCOMPARE(fixture.lines(1), after.lines[1]);
-        QVERIFY(fixture.database(0).DtbHasChanged());
-        if (look(fixture).shown == after.shown)
-            QVERIFY(look(fixture) == after);
-    }
-
     void aResizedFieldGetsTheTextsAgainThatItCut() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.clickCell(0, 1, 2);
@@ -436,6 +215,27 @@ private Q_SLOTS:
         QVERIFY(withSteps > plain);
         QVERIFY2(withSteps <= plain + 6, qPrintable(QString::number(withSteps)));
         QCOMPARE(callsOfAKey(true, 300), withSteps);
+    }
+
+    void anUndoReadsEachRecordOnceAndAsksNothingElseByTheLengthOfTheTable() {
+        const auto callsOfUndo = [&](int records) {
+            const UseFake fake;
+            fake->setSteps(true);
+            EditorFixture fixture(makeFile(u"K.DDB"_s, {counted(u"T"_s, records, 2)}));
+            edit(fixture, 0, 2, 1, u"12"_s);
+            const auto perRecord = [&] {
+                return fake->calls(u"GetQirRecord"_s) + fake->calls(u"QirTableFieldsCount"_s); // which checks it
+            };
+            const int reads = fake->calls(u"GetQirRecord"_s);
+            const int others = fake->calls() - perRecord();
+            undo(fixture);
+            return std::pair(fake->calls(u"GetQirRecord"_s) - reads, fake->calls() - perRecord() - others);
+        };
+        const auto [readsOfFew, othersOfFew] = callsOfUndo(3);
+        const auto [readsOfMany, othersOfMany] = callsOfUndo(300);
+        QCOMPARE(readsOfFew, 3);
+        QCOMPARE(readsOfMany, 300);
+        QCOMPARE(othersOfMany, othersOfFew);
     }
 
     void aFailedTakingBackIsToldAndShowsWhatIsThere() {

@@ -2,6 +2,8 @@
 #include "tests/support/Hands.h"
 #include "tests/window/WindowTest.h"
 
+#include <QLabel>
+
 using namespace qir;
 using namespace qir::test;
 using namespace Qt::StringLiterals;
@@ -56,6 +58,19 @@ private Q_SLOTS:
         QCOMPARE(passwordCalls(), QStringList({u"NewPassword(, new one)"_s})); // no blanks at the end
         QCOMPARE(callsOf({u"DtbHasChanged"_s, u"SaveDtb"_s}), QStringList());
         fixture.database(0).setDtbHasChanged(false);
+    }
+
+    void aNewPasswordShowsAsAChangeAtOnce() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
+        expectPassword(fixture, currentPrompt, QString());
+        expectPassword(fixture, newPrompt, u"new"_s);
+        fixture.choose(Command::ChangePassword);
+        hands::turnLoop();
+        QVERIFY(fixture.window().isWindowModified());
+        QCOMPARE(fixture.window().findChild<QLabel *>(u"statusRight"_s)->text(), u"changed"_s);
+        QVERIFY(!fixture.action(Command::UndoMenu).isEnabled()); // it is no step
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(fixture.window().findChild<QLabel *>(u"statusRight"_s)->text(), QString());
     }
 
     void twoEmptyAnswersAreHandedOver() {

@@ -88,6 +88,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.fileName(1), right.toUpper());
         QCOMPARE(fixture.lines(0), QStringList({u"Pumps"_s, u"Valves ?"_s}));
         QCOMPARE(fixture.activePane(), 0);
+        QCOMPARE(fixture.window().focusWidget(), &fixture.list(0));
     }
 
     void toCompareItAsksForTheFileAloneThatIsNotNamed() {

@@ -31,14 +31,9 @@ inline void check(EditorFixture &fixture, const QString &name) {
 
 /// The list of hits, row by row.
 inline QStringList hitsOf(EditorFixture &fixture) {
-    const QAbstractItemModel *model = inBar<QTableView>(fixture, QStringLiteral("findHits")).model();
     QStringList rows;
-    for (int row = 0; row < model->rowCount(); ++row) {
-        QStringList cells;
-        for (int column = 0; column < model->columnCount(); ++column)
-            cells.append(model->index(row, column).data().toString());
+    for (const QStringList &cells : textsOf(*inBar<QTableView>(fixture, QStringLiteral("findHits")).model()))
         rows.append(cells.join(u'|'));
-    }
     return rows;
 }
 

@@ -1,3 +1,4 @@
+#include "tests/support/CountedMemory.h"
 #include "tests/window/WindowTest.h"
 #include "tests/window/find/FindHands.h"
 
@@ -27,6 +28,24 @@ std::function<QString(QDialog &)> typing(const QString &before, const QString &t
     };
 }
 
+/// A table of one field for texts of this many characters.
+TableOfTexts textsOf(double size, const QStringList &texts) {
+    return {u"List"_s, {{u"Name"_s, FieldType::Text, texts, size}}};
+}
+
+/// Points of a widget that are the colour of the signs for invisible characters.
+int inked(QWidget *widget, const QRect &part) {
+    const QImage image = widget->grab(part).toImage();
+    int blue = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor colour = image.pixelColor(x, y);
+            blue += colour.blue() > colour.red() + 20 && colour.blue() > colour.green() + 20 ? 1 : 0;
+        }
+    }
+    return blue;
+}
+
 } // namespace
 
 /// A cell's text in a box of its own, and what shows of characters that show nothing.
@@ -51,6 +70,25 @@ private Q_SLOTS:
         hands::key(&fixture.cellEditor(0), Qt::Key_F2, Qt::ShiftModifier);
         QCOMPARE(recordsOf(fixture, 0)[0][0], u"ones!"_s);
         QVERIFY(!editing(fixture, 0));
+    }
+
+    void theBoxIsLeftByKeysAlone_data() {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Enter") << int{Qt::Key_Return};
+        QTest::newRow("Enter of the number block") << int{Qt::Key_Enter};
+    }
+
+    void theBoxIsLeftByKeysAlone() {
+        QFETCH(int, key);
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"List"_s, {u"one"_s})}));
+        fixture.clickCell(0, 1, 1);
+        fixture.dialogs().expect([key](QDialog &dialog) {
+            hands::type(dialog.findChild<QPlainTextEdit *>(u"cellTextEdit"_s), u"s"_s);
+            hands::strike(dialog, static_cast<Qt::Key>(key), Qt::ControlModifier, QString());
+            return dialog.isVisible() ? u"it stays open"_s + pressButton(dialog, u"Cancel"_s) : QString();
+        });
+        hands::key(&fixture.grid(0), Qt::Key_F2, Qt::ShiftModifier);
+        QCOMPARE(recordsOf(fixture, 0)[0][0], u"ones"_s);
     }
 
     void aCancelAndAnUntouchedTextWriteNothing() {
@@ -115,17 +153,6 @@ private Q_SLOTS:
 
     void invisibleCharactersAreDrawnInCellsAndInTheEditor() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"List"_s, {u"a\nb"_s, u"a b"_s})}));
-        const auto inked = [&](QWidget *widget, const QRect &part) {
-            const QImage image = widget->grab(part).toImage();
-            int blue = 0;
-            for (int y = 0; y < image.height(); ++y) {
-                for (int x = 0; x < image.width(); ++x) {
-                    const QColor colour = image.pixelColor(x, y);
-                    blue += colour.blue() > colour.red() + 20 && colour.blue() > colour.green() + 20 ? 1 : 0;
-                }
-            }
-            return blue;
-        };
         Grid &grid = fixture.grid(0);
         fixture.clickLine(0, 0); // the keyboard elsewhere
         const auto cell = [&](int row) {
@@ -135,8 +162,86 @@ private Q_SLOTS:
         QVERIFY(inked(grid.viewport(), cell(1)) > 0);
         grid.setSelection(singleCell(1, 1));
         QCOMPARE(inked(grid.viewport(), cell(2)), 0);
+        const auto inkedInEditor = [&](int row) {
+            beginEdit(fixture, 0, row, 1);
+            return inked(&fixture.cellEditor(0), fixture.cellEditor(0).rect());
+        };
+        const int inCaret = inkedInEditor(2);
+        QVERIFY(inkedInEditor(1) > inCaret);
+    }
+
+    void signsStandInTextsOfBothDirections_data() {
+        QTest::addColumn<QString>("marked");
+        QTest::addColumn<QString>("plain");
+        QTest::newRow("to the left behind the right") << u"ab \u05D0\u00A0\u05D1"_s << u"ab \u05D0 \u05D1"_s;
+        QTest::newRow("to the right behind the left") << u"\u05D0 ab\u00A0cd"_s << u"\u05D0 ab cd"_s;
+        QTest::newRow("to the left alone") << u"\u05D0\u00A0\u05D1"_s << u"\u05D0 \u05D1"_s;
+        QTest::newRow("three parts") << u"ab \u05D0\u00A0\u05D1 cd"_s << u"ab \u05D0 \u05D1 cd"_s;
+    }
+
+    void signsStandInTextsOfBothDirections() {
+        QFETCH(QString, marked);
+        QFETCH(QString, plain);
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {textsOf(50, {marked, plain, u"another"_s})}));
+        Grid &grid = fixture.grid(0);
+        fixture.clickCell(0, 3, 1);
+        const auto inCell = [&](int row) {
+            return inked(grid.viewport(), grid.visualRect(grid.model()->index(row - 1, 0)));
+        };
+        QCOMPARE(inCell(2), 0);
+        QVERIFY(inCell(1) > 0);
+        const auto inEditor = [&](int row) {
+            beginEdit(fixture, 0, row, 1);
+            return inked(&fixture.cellEditor(0), fixture.cellEditor(0).rect());
+        };
+        const int inCaret = inEditor(2);
+        QVERIFY(inEditor(1) > inCaret);
+    }
+
+    void signsStandWhereATextOfBothDirectionsIsCutOff() {
+        const QString word = u"\u05D0\u05D1\u05D2\u05D3"_s;
+        const QString part = u"to "_s + (word + u' ').repeated(200);
+        const QString marked = part + (word + u'\u00A0').repeated(40);
+        const QString plain = part + (word + u' ').repeated(40);
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {textsOf(3000, {marked, plain})}));
+        QLineEdit &editor = fixture.cellEditor(0);
+        const auto inEditor = [&](int row) {
+            beginEdit(fixture, 0, row, 1);
+            hands::key(&editor, Qt::Key_Home);
+            return inked(&editor, editor.rect());
+        };
+        const int inCaret = inEditor(2);
+        QVERIFY(inEditor(1) > inCaret); // the last words stand first
+    }
+
+    void signsStandAtTheEndOfALongTextToo() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {textsOf(30'000, {QString(5000, u'a') + u'\t'})}));
         beginEdit(fixture, 0, 1, 1);
-        QVERIFY(inked(&fixture.cellEditor(0), fixture.cellEditor(0).rect()) > 0);
+        QLineEdit &editor = fixture.cellEditor(0);
+        hands::key(&editor, Qt::Key_Home);
+        const int inCaret = inked(&editor, editor.rect());
+        hands::key(&editor, Qt::Key_End);
+        QVERIFY(inked(&editor, editor.rect()) > inCaret);
+        hands::key(&editor, Qt::Key_Home);
+        QCOMPARE(inked(&editor, editor.rect()), inCaret);
+    }
+
+    void signsOfALongTextCostItsLengthAndNotItsSquare() {
+        if (!CountedMemory::counts())
+            QSKIP("only a build with the address sanitizer counts");
+        const QString text = u"1\t2\r\n"_s.repeated(6000);
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {textsOf(30'000, {text})}));
+        beginEdit(fixture, 0, 1, 1);
+        QLineEdit &editor = fixture.cellEditor(0);
+        editor.grab(); // makes what is made once
+        const CountedMemory counted;
+        QVERIFY(!editor.grab().isNull());
+        QVERIFY2(counted.allocations() < static_cast<std::size_t>(text.size()),
+                 qPrintable(QString::number(counted.allocations())));
+        const CountedMemory inGrid;
+        QVERIFY(!fixture.grid(0).grab().isNull());
+        QVERIFY2(inGrid.allocations() < 2 * static_cast<std::size_t>(text.size()),
+                 qPrintable(QString::number(inGrid.allocations())));
     }
 };
 

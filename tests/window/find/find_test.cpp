@@ -1,4 +1,5 @@
 #include "tests/tools/fake/FakeControl.h"
+#include "tests/window/PopupTools.h"
 #include "tests/window/WindowTest.h"
 #include "tests/window/find/FindHands.h"
 
@@ -65,6 +66,17 @@ private Q_SLOTS:
         QCOMPARE(fixture.grid(0).selection(), singleCell(4, 1));
         hands::key(&fixture.window(), Qt::Key_F3, Qt::ShiftModifier);
         QCOMPARE(fixture.grid(0).selection(), singleCell(3, 1));
+    }
+
+    void theMenuGoesToTheHitBefore() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {words()}));
+        chooseFromBar(fixture, Menu::EditMenu, Command::FindMenu);
+        hands::type(&inBar<QLineEdit>(fixture, u"findText"_s), u"one"_s);
+        QTRY_COMPARE(countOf(fixture), u"4 cells"_s);
+        for (const GridSelection &hit : {singleCell(1, 1), singleCell(4, 1), singleCell(3, 1)}) {
+            chooseFromBar(fixture, Menu::EditMenu, Command::FindPreviousMenu);
+            QCOMPARE(fixture.grid(0).selection(), hit);
+        }
     }
 
     void enterInTheBarGoesOnAndShiftEnterBack() {
@@ -225,6 +237,32 @@ private Q_SLOTS:
         QCOMPARE(fixture.grid(0).height(), height);
         hands::key(&fixture.window(), Qt::Key_F3); // goes on without it
         QTRY_COMPARE(fixture.grid(0).selection(), singleCell(2, 2));
+    }
+
+    void escapeStopsASearchWhereverTheKeyboardIs_data() {
+        QTest::addColumn<bool>("editing");
+        QTest::newRow("in the grid") << false;
+        QTest::newRow("in a cell") << true;
+    }
+
+    void escapeStopsASearchWhereverTheKeyboardIs() {
+        QFETCH(bool, editing);
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {counted(u"Many"_s, 60'000, 2)}));
+        openBar(fixture, u"0"_s);
+        if (editing)
+            beginEdit(fixture, 0, 1, 1);
+        else
+            fixture.clickCell(0, 1, 1);
+        // Only trying tells what this expression hits, which takes long.
+        inBar<QAbstractButton>(fixture, u"findPattern"_s).setChecked(true);
+        inBar<QLineEdit>(fixture, u"findText"_s).setText(u"(.)\\1\\1"_s);
+        QVERIFY(inBar<QLabel>(fixture, u"findNote"_s).text().startsWith(u"Searching"_s));
+        hands::key(editing ? static_cast<QWidget *>(&fixture.cellEditor(0)) : &fixture.grid(0), Qt::Key_Escape);
+        QVERIFY(inBar<QLabel>(fixture, u"findNote"_s).text().startsWith(u"Stopped"_s));
+        QVERIFY(inBar<QWidget>(fixture, u"findBar"_s).isVisible());
+        hands::key(editing ? static_cast<QWidget *>(&fixture.cellEditor(0)) : &fixture.grid(0), Qt::Key_Escape);
+        QVERIFY(inBar<QWidget>(fixture, u"findBar"_s).isVisible());
+        QCOMPARE(test::editing(fixture, 0), editing);
     }
 
     void f3WithNothingToFindOpensTheBar() {

@@ -12,8 +12,6 @@ using namespace Qt::StringLiterals;
 class PasteAllTest : public WindowTest {
     Q_OBJECT
 
-    static QString statusText(EditorFixture &fixture) { return inBar<QLabel>(fixture, u"statusLeft"_s).text(); }
-
 private Q_SLOTS:
     void theWholeBlockIsLaidFromTheFirstSelectedCellOn() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
@@ -51,15 +49,15 @@ private Q_SLOTS:
         QGuiApplication::clipboard()->setText(u"7\tseven\r8\teight"_s);
         fixture.choose(Command::PasteAllMenu);
         QCOMPARE(recordsOf(fixture, 0).mid(1), (QList<QStringList>{{u"900"_s, u"7"_s}, {u"60"_s, u"8"_s}}));
-        QCOMPARE(statusText(fixture),
+        QCOMPARE(statusLeft(fixture),
                  u"2 pasted values had no place in the table (first: row 1, column 2 of the block)"_s);
         fixture.clickCell(0, 3, 1);
         QGuiApplication::clipboard()->setText(u"5x\ta\tb\r6\tc"_s);
         fixture.dialogs().expectMessage(u"The block needs 1 record more. Add it?"_s, u"?"_s, u"No"_s);
         fixture.choose(Command::PasteAllMenu);
-        QCOMPARE(statusText(fixture),
-                 u"3 pasted values had no place in the table (first: row 1, column 3 of the block); 1 are stored "
-                 "otherwise (first: record 3, Speed [long], \"5x\")"_s);
+        QCOMPARE(statusLeft(fixture),
+                 u"3 pasted values had no place in the table (first: row 1, column 3 of the block); 1 is stored "
+                 "otherwise (record 3, Speed [long], \"5x\")"_s);
     }
 
     void aTableWithoutRecordsGetsThose() {
@@ -81,7 +79,7 @@ private Q_SLOTS:
         QGuiApplication::clipboard()->setText(u"7\t8\r9"_s);
         fixture.dialogs().expectMessage(u"The block needs 2 records more. Add them?"_s, u"?"_s, u"No"_s);
         fixture.choose(Command::PasteAllMenu);
-        QCOMPARE(statusText(fixture),
+        QCOMPARE(statusLeft(fixture),
                  u"3 pasted values had no place in the table (first: row 1, column 1 of the block)"_s);
         QVERIFY(!fixture.database(0).DtbHasChanged());
         QVERIFY(!fixture.grid(0).Visible());
@@ -133,8 +131,8 @@ private Q_SLOTS:
         QGuiApplication::clipboard()->setText(u"12x\ta\r5\tb\r7"_s);
         hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.window().pasteOutcome(),
-                 u"3 pasted values lay outside the selection (first: row 1, column 2 of the block); 1 are stored "
-                 "otherwise (first: record 1, Speed [long], \"12x\")"_s);
+                 u"3 pasted values lay outside the selection (first: row 1, column 2 of the block); 1 is stored "
+                 "otherwise (record 1, Speed [long], \"12x\")"_s);
         QGuiApplication::clipboard()->setText(u"6"_s);
         hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(fixture.window().pasteOutcome(), QString());

@@ -1,4 +1,5 @@
 #include "tests/tools/fake/FakeControl.h"
+#include "tests/window/PopupTools.h"
 #include "tests/window/WindowTest.h"
 #include "tests/window/find/FindHands.h"
 
@@ -28,6 +29,18 @@ private Q_SLOTS:
         QTRY_COMPARE(fixture.grid(0).selection(), singleCell(3, 1));
         QCOMPARE(recordsOf(fixture, 0), (QList<QStringList>{{u"green car"_s}, {u"blue"_s}, {u"red"_s}}));
         QTRY_COMPARE(countOf(fixture), u"1 cell"_s);
+    }
+
+    void theMenuOpensTheLineOfTheReplacement() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"List"_s, {u"red"_s})}));
+        chooseFromBar(fixture, Menu::EditMenu, Command::ReplaceMenu);
+        QVERIFY(inBar<QLineEdit>(fixture, u"replaceText"_s).isVisible());
+        hands::type(&inBar<QLineEdit>(fixture, u"findText"_s), u"red"_s);
+        hands::click(&inBar<QLineEdit>(fixture, u"replaceText"_s), Qt::LeftButton);
+        hands::type(&inBar<QLineEdit>(fixture, u"replaceText"_s), u"green"_s);
+        QTRY_COMPARE(countOf(fixture), u"1 cell"_s);
+        press(fixture, u"replaceAll"_s);
+        QCOMPARE(fixture.texts(0)[0][0], u"green"_s);
     }
 
     void allAreReplacedInOneGroup() {
@@ -68,7 +81,7 @@ private Q_SLOTS:
         EditorFixture fixture(makeFile(u"A.DDB"_s, {table}));
         fill(fixture, u"ipsum"_s, u"ipsumYZ"_s);
         QTRY_COMPARE(countOf(fixture), u"1 cell"_s);
-        const QString text = u"1 of 1 values would not be stored as they are written:\nList, record 1, Name: \"…"_s +
+        const QString text = u"1 of 1 values would not be stored as it is written:\nList, record 1, Name: \"…"_s +
                              QString(53, u'x') + u"ipsumYZ\" is stored as \"…"_s + QString(55, u'x') +
                              u"ipsum\"\n\nReplace all the same?"_s;
         for (const QString &button : {u"replaceAll"_s, u"replaceOne"_s}) {

@@ -22,14 +22,10 @@ TableOfTexts allTypes() {
              {u"T"_s, FieldType::Text, {u"a pump"_s, QString::fromUcs4(U"\U0001F600!")}, 20}}};
 }
 
-QString left(EditorFixture &fixture) {
-    return fixture.window().findChild<QLabel *>(u"statusLeft"_s)->text();
-}
-
 /// What the line says of a cell, behind its table and record.
 QString ofCell(EditorFixture &fixture, int row, int column) {
     fixture.clickCell(0, row, column);
-    return left(fixture).section(u", "_s, 2);
+    return statusLeft(fixture).section(u", "_s, 2);
 }
 
 } // namespace
@@ -56,17 +52,25 @@ private Q_SLOTS:
         EditorFixture fixture(makeFile(u"A.DDB"_s, {allTypes()}));
         beginEdit(fixture, 0, 1, 2);
         retype(fixture, 0, u"999"_s);
-        QCOMPARE(left(fixture), u"All, record 1 of 2, B: byte, 999, stored: 255, 0 to 255"_s);
+        QCOMPARE(statusLeft(fixture), u"All, record 1 of 2, B: byte, 999, stored: 255, 0 to 255"_s);
         retype(fixture, 0, u"99"_s);
-        QCOMPARE(left(fixture), u"All, record 1 of 2, B: byte, 99, 0 to 255"_s);
+        QCOMPARE(statusLeft(fixture), u"All, record 1 of 2, B: byte, 99, 0 to 255"_s);
         fixture.database(0).setDtbHasChanged(false);
+    }
+
+    void aTextThatRunsFromTheRightLeavesTheRestInItsOrder() {
+        const QString word = u"\u05E9\u05DC\u05D5\u05DD"_s;
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {listOf(u"T"_s, {word, u"abc"_s})}));
+        QCOMPARE(ofCell(fixture, 1, 1), u"Name: text, \u2068"_s + word + u"\u2069, 4 of 20 characters"_s);
+        QCOMPARE(ofCell(fixture, 2, 1), u"Name: text, abc, 3 of 20 characters"_s);
     }
 
     void aTextThatIsTypedIsCounted() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {allTypes()}));
         beginEdit(fixture, 0, 1, 7);
         retype(fixture, 0, u"twenty-one characters"_s);
-        QVERIFY(left(fixture).endsWith(u"twenty-one characters, stored: twenty-one character, 21 of 20 characters"_s));
+        QVERIFY(statusLeft(fixture).endsWith(
+            u"twenty-one characters, stored: twenty-one character, 21 of 20 characters"_s));
         fixture.database(0).setDtbHasChanged(false);
     }
 
@@ -85,10 +89,10 @@ private Q_SLOTS:
         fixture.clickLine(1, 0);
         fixture.activate(1);
         fixture.clickCell(1, 1, 7);
-        QVERIFY(left(fixture).endsWith(u"6 of 20 characters"_s));
+        QVERIFY(statusLeft(fixture).endsWith(u"6 of 20 characters"_s));
         fixture.clickLine(0, 1);
         fixture.clickCell(0, 1, 1);
-        QCOMPARE(left(fixture), u"T, record 1 of 1, Name: text, abc, 3 of 20 characters"_s);
+        QCOMPARE(statusLeft(fixture), u"T, record 1 of 1, Name: text, abc, 3 of 20 characters"_s);
     }
 
     void aPasteTellsWhatBecameOfIt() {
@@ -96,12 +100,12 @@ private Q_SLOTS:
         fixture.clickCell(0, 1, 2);
         QGuiApplication::clipboard()->setText(u"300\t7"_s);
         hands::key(&fixture.grid(0), Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(left(fixture), u"1 pasted values lay outside the selection (first: row 1, column 2 of the block); "
-                                "1 are stored otherwise (first: record 1, B [byte], \"300\")"_s);
+        QCOMPARE(statusLeft(fixture), u"1 pasted value lay outside the selection (row 1, column 2 of the block); "
+                                      "1 is stored otherwise (record 1, B [byte], \"300\")"_s);
         fixture.clickCell(0, 2, 2);
-        QCOMPARE(left(fixture), u"All, record 2 of 2, B: byte, 1, 0 to 255"_s);
+        QCOMPARE(statusLeft(fixture), u"All, record 2 of 2, B: byte, 1, 0 to 255"_s);
         fixture.choose(Command::PasteAllMenu);
-        QCOMPARE(left(fixture), u"Of the pasted values 1 are stored otherwise (first: record 2, B [byte], \"300\")"_s);
+        QCOMPARE(statusLeft(fixture), u"Of the pasted values 1 is stored otherwise (record 2, B [byte], \"300\")"_s);
         fixture.database(0).setDtbHasChanged(false);
     }
 
@@ -111,7 +115,7 @@ private Q_SLOTS:
         fake->failOn(u"QIRTableFieldSize"_s, u"no size"_s);
         fixture.grid(0).setSelection(singleCell(2, 2));
         runCommand([] {});
-        QCOMPARE(left(fixture), u"Pumps, record 2 of 3, Name: text, Spare"_s);
+        QCOMPARE(statusLeft(fixture), u"Pumps, record 2 of 3, Name: text, Spare"_s);
         fake->stopFailing();
     }
 

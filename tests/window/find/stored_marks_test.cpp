@@ -2,8 +2,11 @@
 #include "tests/window/WindowTest.h"
 #include "tests/window/find/FindHands.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QHelpEvent>
+#include <QToolTip>
 
 using namespace qir;
 using namespace qir::test;
@@ -21,15 +24,19 @@ QString wordsOf(EditorFixture &fixture, int row, int column) {
     return fixture.grid(0).model()->index(row - 1, column - 1).data(GridModel::StoredWordsRole).toString();
 }
 
+/// The pointer rests on a cell.
+void pointAt(EditorFixture &fixture, int row, int column) {
+    QWidget *viewport = fixture.grid(0).viewport();
+    const QPoint place = fixture.cellCentre(0, row, column);
+    QHelpEvent event(QEvent::ToolTip, place, viewport->mapToGlobal(place));
+    QApplication::sendEvent(viewport, &event);
+}
+
 /// Gives the text field another size.
 void resize(EditorFixture &fixture, int pane, const QString &from, const QString &to) {
     fixture.clickCell(pane, 1, 2);
     fixture.dialogs().expectInput(u"Field size"_s, u"?"_s, from, to);
     fixture.choose(Command::ResizeTextField);
-}
-
-QString statusLine(EditorFixture &fixture) {
-    return fixture.window().findChild<QLabel *>(u"statusLeft"_s)->text();
 }
 
 } // namespace
@@ -54,6 +61,19 @@ private Q_SLOTS:
         QCOMPARE(wordsOf(fixture, 1, 1), u"stored: 0"_s);
         edit(fixture, 0, 1, 1, u"7"_s);
         QVERIFY(!fixture.grid(0).isUnlikeStored(1, 1));
+    }
+
+    void theMarkAndWhatTellsOfItGoWhenTheEditIsTakenBack() {
+        EditorFixture fixture(makeFile(u"A.DDB"_s, {bytes()}));
+        edit(fixture, 0, 1, 1, u"999"_s);
+        pointAt(fixture, 1, 1);
+        QCOMPARE(QToolTip::text(), u"stored: 255"_s);
+        QVERIFY(statusLeft(fixture).contains(u"stored: 255"_s));
+        strike(fixture, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(fixture.grid(0).TextMatrix(1, 1), u"3"_s);
+        QVERIFY(!fixture.grid(0).isUnlikeStored(1, 1));
+        QVERIFY2(!statusLeft(fixture).contains(u"stored"_s), qPrintable(statusLeft(fixture)));
+        QTRY_VERIFY(!QToolTip::isVisible());
     }
 
     void aReloadTakesTheMarksAway() {
@@ -88,12 +108,12 @@ private Q_SLOTS:
         resize(fixture, 0, u"20"_s, u"3"_s);
         resize(fixture, 0, u"3"_s, u"4"_s);
         QCOMPARE(wordsOf(fixture, 1, 2), u"stored: lon"_s);
-        QVERIFY2(statusLine(fixture).contains(u"long enough, stored: lon,"_s), qPrintable(statusLine(fixture)));
+        QVERIFY2(statusLeft(fixture).contains(u"long enough, stored: lon,"_s), qPrintable(statusLeft(fixture)));
         resize(fixture, 0, u"4"_s, u"20"_s);
         QCOMPARE(fixture.grid(0).TextMatrix(1, 2), u"long enough"_s);
         QCOMPARE(wordsOf(fixture, 1, 2), u"stored: lon"_s);
         QVERIFY(!fixture.grid(0).isUnlikeStored(2, 2));
-        QVERIFY2(statusLine(fixture).contains(u"long enough, stored: lon,"_s), qPrintable(statusLine(fixture)));
+        QVERIFY2(statusLeft(fixture).contains(u"long enough, stored: lon,"_s), qPrintable(statusLeft(fixture)));
         fixture.database(0).setDtbHasChanged(false);
     }
 

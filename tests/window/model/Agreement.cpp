@@ -196,7 +196,7 @@ QString editorDisagreement(EditorFixture &fixture) {
 }
 
 QString commandsDisagreement(EditorFixture &fixture, const EditorModel &model) {
-    const EditorControls &controls = fixture.editor().controls;
+    const EditorControls &controls = fixture.editor().controls();
     const bool open = model.active >= 0 && model.pane(model.active).open;
     QString text;
     const auto expect = [&text](const auto &entry, bool enabled) {

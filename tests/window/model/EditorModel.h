@@ -60,6 +60,13 @@ struct CarriedTable {
     int removed = 0;
 };
 
+/// How many values a carrying by key changes, and how many records it adds and removes.
+struct CarriedByKey {
+    int values = 0;
+    int added = 0;
+    int removed = 0;
+};
+
 /// The whole editor in its plainest form: the state of both panes, and the rules by which commands change it. No
 /// widget, no component; what a person does and answers comes in as arguments. What the rules leave open, the grids'
 /// current cells above all, the model takes from the window.
@@ -126,6 +133,11 @@ public:
 
     /// Types a text in place of a cell's own, key by key.
     void type(int pane, int row, int column, const QString &text);
+    /// Other texts in these cells, all at once.
+    void replace(int index, const std::vector<std::pair<int, int>> &cells,
+                 const std::function<QString(int row, int column)> &text);
+    /// The line of one list alone.
+    void showAlone(int index, int line) { load(index, line); }
     /// Writes a text into each cell of a block, and no other cell.
     void rewrite(int index, const GridRange &cells, const std::function<QString(int row, int column)> &text);
     void paste(int pane, int firstRow, int firstColumn, int lastRow, int lastColumn,
@@ -147,6 +159,11 @@ public:
     void carryRecord(int from, int row);
     CarriedTable carriedTable(int from) const;
     void carryTable(int from);
+    /// Whether the first field can be the key of the shown tables, all fields being the same on both sides.
+    bool firstFieldIsKey() const;
+    CarriedByKey carriedByKey(int from) const;
+    /// All that differs by the first field as the key.
+    void carryByKey(int from);
     /// A command compared the shown cells.
     void compareShown() { compare(); }
 

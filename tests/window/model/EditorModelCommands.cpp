@@ -354,6 +354,15 @@ void EditorModel::paste(int index, int firstRow, int firstColumn, int lastRow, i
     storeAll(index);
 }
 
+void EditorModel::replace(int index, const std::vector<std::pair<int, int>> &cells,
+                          const std::function<QString(int row, int column)> &text) {
+    for (const auto &[row, column] : cells) {
+        pane(index).texts[static_cast<std::size_t>(row - 1)][column - 1] = text(row, column);
+        storeText(index, row, column);
+    }
+    compare();
+}
+
 void EditorModel::rewrite(int index, const GridRange &cells, const std::function<QString(int row, int column)> &text) {
     for (int r = cells.firstRow; r <= cells.lastRow; ++r) {
         for (int c = cells.firstColumn; c <= cells.lastColumn; ++c) {

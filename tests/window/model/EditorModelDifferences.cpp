@@ -1,10 +1,27 @@
 // Carrying what differs from one pane to the other.
 
+#include "tests/model/Values.h"
 #include "tests/window/model/EditorModel.h"
 
 #include <algorithm>
 
 namespace qir::test {
+
+namespace {
+
+/// The record that has a value in its first field, null for none.
+const QVariantList *recordOf(const PlainTable &table, const QVariant &key) {
+    const auto found = std::find_if(table.records.begin(), table.records.end(),
+                                    [&](const QVariantList &record) { return equalValues(record[0], key); });
+    return found == table.records.end() ? nullptr : &*found;
+}
+
+bool firstValuesAreUnique(const PlainTable &table) {
+    return std::all_of(table.records.begin(), table.records.end(),
+                       [&](const QVariantList &record) { return recordOf(table, record[0]) == &record; });
+}
+
+} // namespace
 
 bool EditorModel::fieldsAlike(int firstColumn, int lastColumn) const {
     const PlainTable &left = *panes[0].selectedTable();
@@ -68,6 +85,55 @@ void EditorModel::carryTable(int from) {
     pane(1 - from).selectedTable()->records = pane(from).selectedTable()->records;
     changed(1 - from);
     reload(1 - from);
+}
+
+bool EditorModel::firstFieldIsKey() const {
+    const PlainTable &left = *panes[0].selectedTable();
+    const PlainTable &right = *panes[1].selectedTable();
+    const int fields = left.fieldCount();
+    if (fields == 0 || fields != right.fieldCount() || !fieldsAlike(1, fields))
+        return false;
+    for (int k = 0; k < fields; ++k)
+        if (nameKey(left.field(k).name) != nameKey(right.field(k).name))
+            return false;
+    return firstValuesAreUnique(left) && firstValuesAreUnique(right);
+}
+
+CarriedByKey EditorModel::carriedByKey(int from) const {
+    const PlainTable &source = *pane(from).selectedTable();
+    const PlainTable &target = *pane(1 - from).selectedTable();
+    CarriedByKey carried;
+    for (const QVariantList &record : target.records) {
+        const QVariantList *partner = recordOf(source, record[0]);
+        carried.removed += partner == nullptr ? 1 : 0;
+        for (int k = 1; partner != nullptr && k < target.fieldCount(); ++k)
+            carried.values += equalValues((*partner)[k], record[k]) ? 0 : 1;
+    }
+    for (const QVariantList &record : source.records)
+        carried.added += recordOf(target, record[0]) == nullptr ? 1 : 0;
+    return carried;
+}
+
+void EditorModel::carryByKey(int from) {
+    const PlainTable &source = *pane(from).selectedTable();
+    PlainTable &target = *pane(1 - from).selectedTable();
+    std::vector<QVariantList> records;
+    for (const QVariantList &record : target.records) {
+        const QVariantList *partner = recordOf(source, record[0]);
+        if (partner == nullptr)
+            continue;
+        records.push_back(record);
+        for (int k = 1; k < target.fieldCount(); ++k)
+            if (!equalValues((*partner)[k], record[k]))
+                records.back()[k] = (*partner)[k];
+    }
+    for (const QVariantList &record : source.records)
+        if (recordOf(target, record[0]) == nullptr)
+            records.push_back(record);
+    target.records = records;
+    changed(1 - from);
+    reload(1 - from);
+    compare();
 }
 
 } // namespace qir::test

@@ -90,8 +90,10 @@ void EditorModel::pasteAll(int index, int firstRow, int firstColumn, const std::
         table.addRecord();
         changed(index);
     }
-    if (newRecords > 0)
+    if (newRecords > 0) { // the grid was filled again for them
         it.texts = table.texts();
+        reds[static_cast<std::size_t>(index)] = sameTableSelected() ? marks : Cells();
+    }
     for (std::size_t row = 0; row < cells.size(); ++row) {
         for (int column = 0; column < cells[row].size(); ++column) {
             const int r = firstRow + static_cast<int>(row);

@@ -106,8 +106,11 @@ QString EditorSession::run(const Step &step) {
     m_taken = true;
     note(step.text());
     take(step);
-    if (!m_taken)
+    if (!m_taken) {
+        m_model.settle(); // a line may have been pressed all the same
+        m_model.beginStep();
         openWhatIsMissing(step);
+    }
     m_takenCount += m_taken ? 1 : 0;
     if (!m_taken)
         return {}; // nothing was done
@@ -183,12 +186,19 @@ void EditorSession::take(const Step &step) {
     case Step::Revert:
     case Step::PasteAll:
         return takeHistoryStep(step);
+    case Step::ReplaceAll:
+    case Step::GoToRecord:
+        return takeFindStep(step);
     case Step::AddRecord:
     case Step::RemoveRecord:
     case Step::CloneSize:
     case Step::CloneArea:
         return takeRecordStep(step);
     case Step::Walk:
+    case Step::WalkCells:
+    case Step::WalkToEnd:
+    case Step::CarryAndGoOn:
+    case Step::CarryByKey:
     case Step::CarryCells:
     case Step::CarryRecord:
     case Step::CarryTable:

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 
 namespace qir::test {
 
@@ -23,6 +24,8 @@ public:
     /// Takes a step through the widgets and tells the model. Gives what they, and after a save the files, disagree
     /// about; "" when nothing.
     QString run(const Step &step);
+    /// Takes every step of the history back, in both panes. Gives what they disagree about then; "" when nothing.
+    QString takeAllBack();
     /// How many of the steps found something to do.
     int taken() const { return m_takenCount; }
 
@@ -42,6 +45,7 @@ private:
     void takeRecordStep(const Step &step);
     void takeCellStep(const Step &step);
     void takeHistoryStep(const Step &step);
+    void takeFindStep(const Step &step);
     void takeDifferenceStep(const Step &step);
 
     void selectLine(int pane, int line);
@@ -79,12 +83,25 @@ private:
 
     bool isStop(int line) const;
     bool linedUp() const;
-    void walk(bool forward);
-    void carryCells(const std::array<unsigned, 6> &picks);
+    /// Where the walk stops in the shown tables.
+    Cells stops(bool cells) const;
+    void walk(bool forward, bool cells);
+    void walkToEnd(bool first);
+    /// Looks whether `strike` has gone on to the stop that is next.
+    void followWalk(bool forward, bool cells, const std::function<void()> &strike);
+    void followIntoLine(int line, bool forward, bool cells);
+    QString placeProblem(const std::pair<int, int> &wanted) const;
+    bool recordsOnOneSide(int line) const;
+    void carryCells(const std::array<unsigned, 6> &picks, bool andGoOn);
+    void carryByKey(int from, bool yes);
     void carryRecord(int from, unsigned rowPick, unsigned columnPick);
     void carryTable(bool yes);
     void lookAtDifferences();
     void lookAtWindows(bool summary);
+    void leaveWindow(QDialog &window);
+
+    void goToRecord(int row);
+    void replaceAll(const QString &text, const QString &replacement);
 
     void open(int file, bool cancel);
     void saveAs(int file);
@@ -129,6 +146,11 @@ private:
     bool m_filesTouched = false;
     std::function<void(const QString &)> m_log;
 };
+
+/// Ends a step that did not go as it should.
+[[noreturn]] inline void fail(const QString &text) {
+    throw std::runtime_error(text.toStdString());
+}
 
 /// A number from 0 to count - 1.
 inline int within(unsigned pick, int count) {

@@ -1,4 +1,4 @@
-// Walking over differences, carrying them across, and the views that show nothing else.
+// Carrying differences across, and the views that show nothing else.
 
 #include "tests/model/Values.h"
 #include "tests/support/Hands.h"
@@ -6,26 +6,18 @@
 #include "tests/window/EditSupport.h"
 #include "tests/window/model/EditorSession.h"
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTableView>
 
 #include <algorithm>
-#include <map>
 #include <set>
-#include <stdexcept>
 
 namespace qir::test {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-[[noreturn]] void fail(const QString &text) {
-    throw std::runtime_error(text.toStdString());
-}
-
-} // namespace
 
 void EditorSession::takeDifferenceStep(const Step &step) {
     const auto &picks = step.picks;
@@ -33,9 +25,15 @@ void EditorSession::takeDifferenceStep(const Step &step) {
         return skip();
     switch (step.kind) {
     case Step::Walk:
-        return walk(picks[0] % 2 == 0);
+    case Step::WalkCells:
+        return walk(picks[0] % 2 == 0, step.kind == Step::WalkCells);
+    case Step::WalkToEnd:
+        return walkToEnd(picks[0] % 2 == 0);
     case Step::CarryCells:
-        return carryCells(picks);
+    case Step::CarryAndGoOn:
+        return carryCells(picks, step.kind == Step::CarryAndGoOn);
+    case Step::CarryByKey:
+        return carryByKey(within(picks[0], 2), picks[1] % 4 != 0);
     case Step::CarryRecord:
         return carryRecord(within(picks[0], 2), picks[1], picks[2]);
     case Step::CarryTable:
@@ -47,74 +45,7 @@ void EditorSession::takeDifferenceStep(const Step &step) {
     }
 }
 
-/// Whether the walk stops at a line of the lists, as far as the lines themselves tell.
-bool EditorSession::isStop(int line) const {
-    const ModelLine &left = m_model.pane(0).line(line);
-    const ModelLine &right = m_model.pane(1).line(line);
-    return left.number == 0 || right.number == 0 || left.text.endsWith(u" !"_s);
-}
-
-/// Both lists have the same tables in the same lines: after adding or renaming one they may not.
-bool EditorSession::linedUp() const {
-    const ModelPane &left = m_model.pane(0);
-    const ModelPane &right = m_model.pane(1);
-    bool same = left.lineCount() == right.lineCount();
-    for (int line = 0; same && line < left.lineCount(); ++line)
-        same = nameKey(left.line(line).text) == nameKey(right.line(line).text);
-    return same;
-}
-
-void EditorSession::walk(bool forward) {
-    const bool known = m_model.sameTableShown();
-    // From the active pane's cell, or from one that its grid is too small for.
-    const int active = std::max(m_model.active, 0);
-    const Grid &grid = m_fixture->grid(active);
-    const Grid &other = m_fixture->grid(1 - active);
-    const int row = other.Row() >= grid.Rows() ? other.Row() : grid.Row();
-    const int column = other.Col() >= grid.Cols() ? other.Col() : grid.Col();
-    const int line = m_fixture->list(std::max(m_model.active, 0)).ListIndex();
-    hands::strike(m_fixture->window(), forward ? Qt::Key_F8 : Qt::Key_F7, {}, {});
-    m_model.active = std::max(m_model.active, 0);
-    // The first differing cell of each record is where the walk stops.
-    std::map<int, int> stops;
-    for (const auto &[r, c] : m_model.marks)
-        stops.emplace(r, c);
-    std::optional<std::pair<int, int>> wanted;
-    for (const std::pair<int, int> stop : stops) {
-        if (forward ? stop > std::pair(row, column) && !wanted : stop < std::pair(row, column))
-            wanted = stop;
-    }
-    const int now = m_fixture->list(m_model.active).ListIndex();
-    note(u"  from (%1, %2) of line %3 to line %4"_s.arg(row).arg(column).arg(line).arg(now));
-    if (known && wanted) {
-        if (now != line || std::pair(std::max(m_fixture->grid(0).Row(), m_fixture->grid(1).Row()),
-                                     std::max(m_fixture->grid(0).Col(), m_fixture->grid(1).Col())) != *wanted)
-            fail(u"the walk from pane %1 is at (%2, %3) of line %4 and (%5, %6), not at (%7, %8)"_s.arg(active)
-                     .arg(grid.Row())
-                     .arg(grid.Col())
-                     .arg(now)
-                     .arg(other.Row())
-                     .arg(other.Col())
-                     .arg(wanted->first)
-                     .arg(wanted->second));
-        return;
-    }
-    if (!linedUp()) {
-        if (now != line)
-            fail(u"the walk went on in lists that are not lined up"_s);
-        return;
-    }
-    const int begin = line < 0 && !forward ? m_model.pane(0).lineCount() : line;
-    const int end = now != line ? now : forward ? m_model.pane(0).lineCount() : -1;
-    for (int passed = begin + (forward ? 1 : -1); forward ? passed < end : passed > end; passed += forward ? 1 : -1) {
-        if (isStop(passed))
-            fail(u"the walk passed line %1"_s.arg(passed));
-    }
-    if (now != line)
-        m_model.select(m_model.active, now);
-}
-
-void EditorSession::carryCells(const std::array<unsigned, 6> &picks) {
+void EditorSession::carryCells(const std::array<unsigned, 6> &picks, bool andGoOn) {
     const int from = within(picks[0], 2);
     if (!m_model.sameTableShown())
         return skip();
@@ -124,8 +55,14 @@ void EditorSession::carryCells(const std::array<unsigned, 6> &picks) {
     if (cells.lastRow > target.recordCount() || !m_model.fieldsAlike(cells.firstColumn, cells.lastColumn))
         return skip(); // what is told then has tests of its own
     selectCells(from, block);
-    hands::strike(m_fixture->window(), from == 0 ? Qt::Key_Right : Qt::Key_Left, Qt::AltModifier, {});
-    m_model.carryCells(from, cells);
+    const auto carry = [&](Qt::KeyboardModifiers modifiers) {
+        hands::strike(m_fixture->window(), from == 0 ? Qt::Key_Right : Qt::Key_Left, modifiers, {});
+        m_model.carryCells(from, cells);
+    };
+    if (andGoOn)
+        followWalk(true, false, [&] { carry(Qt::ControlModifier | Qt::AltModifier); });
+    else
+        carry(Qt::AltModifier);
 }
 
 void EditorSession::carryRecord(int from, unsigned rowPick, unsigned columnPick) {
@@ -139,6 +76,11 @@ void EditorSession::carryRecord(int from, unsigned rowPick, unsigned columnPick)
         return skip();
     selectCells(from, singleCell(row, column));
     note(u"  record %1 of pane %2"_s.arg(row).arg(from));
+    if (source->fieldCount() > fields)
+        m_fixture->dialogs().expect([](QDialog &dialog) {
+            const QString text = static_cast<QMessageBox &>(dialog).text();
+            return (text.contains(u"which the other side lacks"_s) ? QString() : text) + pressButton(dialog, u"Yes"_s);
+        });
     hands::strike(m_fixture->window(), from == 0 ? Qt::Key_Right : Qt::Key_Left, Qt::AltModifier | Qt::ShiftModifier,
                   {});
     m_model.carryRecord(from, row);
@@ -170,6 +112,36 @@ void EditorSession::carryTable(bool yes) {
         m_model.carryTable(from);
     else
         m_model.compareShown();
+}
+
+/// Ticks all that the window of differences by key lists, and carries it to the other side.
+void EditorSession::carryByKey(int from, bool yes) {
+    if (!m_model.sameTableSelected() || !m_model.firstFieldIsKey())
+        return skip();
+    const CarriedByKey carried = m_model.carriedByKey(from);
+    const bool any = carried.values + carried.added + carried.removed > 0;
+    m_fixture->choose(Command::DifferencesByKeyMenu);
+    auto *dialog = m_fixture->window().findChild<QDialog *>(u"differencesByKey"_s);
+    auto *all = dialog->findChild<QCheckBox *>(u"keyedTickAll"_s);
+    auto *carry = dialog->findChild<QPushButton *>(from == 0 ? u"keyedCarryRight"_s : u"keyedCarryLeft"_s);
+    if (all->isEnabled())
+        hands::click(all, Qt::LeftButton, {}, QPoint(8, 8));
+    if (carry->isEnabled() != any)
+        fail(u"%1 to carry by key"_s.arg(any ? u"nothing"_s : u"something"_s));
+    const QString numbers = u"Values changed: %1, records added: %2, removed: %3."_s.arg(carried.values)
+                                .arg(carried.added)
+                                .arg(carried.removed);
+    note(u"  from pane %1, %2 %3"_s.arg(from).arg(numbers).arg(yes));
+    if (any) {
+        m_fixture->dialogs().expect([numbers, yes](QDialog &question) {
+            const QString text = static_cast<QMessageBox &>(question).text();
+            return (text.contains(numbers) ? QString() : text) + pressButton(question, yes ? u"Yes"_s : u"No"_s);
+        });
+        hands::click(carry, Qt::LeftButton);
+    }
+    if (any && yes)
+        m_model.carryByKey(from);
+    leaveWindow(*dialog);
 }
 
 /// Shows nothing but the differences, looks whether it is they, and shows everything again.
@@ -219,7 +191,12 @@ void EditorSession::lookAtWindows(bool summary) {
         if (rows != static_cast<int>(names.size()))
             fail(u"the summary has %1 lines for %2 tables"_s.arg(rows).arg(names.size()));
     }
-    dialog->close();
+    leaveWindow(*dialog);
+}
+
+/// Closes a window that stands beside the editor's.
+void EditorSession::leaveWindow(QDialog &window) {
+    window.close();
     m_fixture->window().activateWindow();
     if (!QTest::qWaitForWindowActive(&m_fixture->window()))
         fail(u"the window is not active again"_s);

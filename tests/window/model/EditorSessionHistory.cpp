@@ -138,6 +138,17 @@ void EditorSession::pasteAll(const Step &step) {
     m_model.pasteAll(pane, block.row, block.column, *m_clipboard, missing);
 }
 
+QString EditorSession::takeAllBack() {
+    for (const int pane : {0, 1}) {
+        if (!m_model.pane(pane).open || historyOf(pane).count() == 0)
+            continue;
+        for (const Step &step : {Step{Step::ClickFrame, {static_cast<unsigned>(pane)}}, Step{Step::GoToState, {0}}})
+            if (const QString wrong = run(step); !wrong.isEmpty())
+                return u"with all taken back: "_s + wrong;
+    }
+    return {};
+}
+
 /// The component's steps against the states that the model knows; what a command did must be one of them.
 QString EditorSession::historyDisagreement(const Step &step) {
     QString text;

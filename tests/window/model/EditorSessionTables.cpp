@@ -154,6 +154,9 @@ void EditorSession::pressTableLine(int line) {
     const int pane = m_model.active;
     pressRight(*m_fixture, pane, line);
     m_model.select(pane, line);
+    // What can be cloned is shown on the side that has it, also where the lists stood on different lines.
+    if (canClone(line) && m_model.pane(pane).line(line).number < 1 && m_model.pane(1 - pane).selected != line)
+        m_model.showAlone(1 - pane, line);
     QStringList expected;
     if (canClone(line))
         expected.append(u"ClonePOP"_s);

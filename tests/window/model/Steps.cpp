@@ -63,6 +63,12 @@ constexpr std::array<KindOfStep, Step::KindCount> kinds{{
     {"go to a state", 3},
     {"revert to what is saved", 1},
     {"paste all", 3},
+    {"replace all", 2},
+    {"go to a record", 1},
+    {"walk over cells", 4},
+    {"walk to the end", 2},
+    {"carry cells and go on", 3},
+    {"carry by key", 3},
 }};
 
 } // namespace

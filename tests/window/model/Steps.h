@@ -57,6 +57,12 @@ struct Step {
         GoToState,
         Revert,
         PasteAll,
+        ReplaceAll,
+        GoToRecord,
+        WalkCells,
+        WalkToEnd,
+        CarryAndGoOn,
+        CarryByKey,
         KindCount
     };
 

@@ -38,6 +38,8 @@ Run runOf(const Sequence &sequence, const std::function<void(const QString &)> &
         EditorSession session(sequence.seed, log);
         for (auto step = sequence.steps.begin(); step != sequence.steps.end() && run.wrong.isEmpty(); ++step)
             run.wrong = session.run(*step);
+        if (run.wrong.isEmpty())
+            run.wrong = session.takeAllBack();
         run.taken = session.taken();
     } catch (const std::exception &error) {
         run.wrong = QString::fromUtf8(error.what());

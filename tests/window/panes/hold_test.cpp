@@ -29,6 +29,14 @@ QPoint belowLines(const ListBox &list) {
     return list.viewport()->rect().bottomLeft() + QPoint(20, -3);
 }
 
+/// Both lists have this line selected, and both grids show its table.
+void expectBothShow(EditorFixture &fixture, int line, const QString &table) {
+    for (const int pane : {0, 1}) {
+        QCOMPARE(fixture.list(pane).ListIndex(), line);
+        QCOMPARE(fixture.shownTable(pane), table);
+    }
+}
+
 TableOfTexts different(const TableOfTexts &table) {
     TableOfTexts other = table;
     other.fields.front().texts.front() = u"7"_s;
@@ -110,10 +118,7 @@ private Q_SLOTS:
         hands::press(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(1, 2));
         fixture.choose(Command::CompareAgainMenu);
         hands::release(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(1, 2));
-        for (const int pane : {0, 1}) {
-            QCOMPARE(fixture.list(pane).ListIndex(), 2);
-            QCOMPARE(fixture.shownTable(pane), u"Valves"_s);
-        }
+        expectBothShow(fixture, 2, u"Valves"_s);
         QCOMPARE(fixture.activePane(), 1);
     }
 
@@ -217,10 +222,7 @@ private Q_SLOTS:
         QCOMPARE(popup.isVisible(), button == Qt::RightButton);
         popup.close();
         hands::release(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(0, 1));
-        for (const int pane : {0, 1}) {
-            QCOMPARE(fixture.list(pane).ListIndex(), 1);
-            QCOMPARE(fixture.shownTable(pane), u"Pumps"_s);
-        }
+        expectBothShow(fixture, 1, u"Pumps"_s);
     }
 
     void aMenuThatOpensOverALineThatIsHeldDownEndsItsClick() {
@@ -233,12 +235,42 @@ private Q_SLOTS:
         hands::key(&list, Qt::Key_F10, Qt::ShiftModifier);
         QVERIFY(popup.isVisible());
         popup.close();
-        for (const int pane : {0, 1}) {
-            QCOMPARE(fixture.list(pane).ListIndex(), 1);
-            QCOMPARE(fixture.shownTable(pane), u"Pumps"_s);
-        }
+        expectBothShow(fixture, 1, u"Pumps"_s);
         QVERIFY(!list.clickPending());
         hands::release(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(0, 1)); // the menu would have had it
+    }
+
+    void keysSelectTablesAfterABoxHasTakenTheReleaseOfAPress() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"list"_s);
+        ListBox &list = fixture.list(0);
+        hands::press(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(0, 1));
+        QWidget box(&fixture.window(), Qt::Dialog);
+        box.setWindowModality(Qt::ApplicationModal);
+        box.show();
+        hands::release(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(0, 1));
+        box.hide();
+        QVERIFY(!list.clickPending());
+        hands::key(&list, Qt::Key_Down);
+        expectBothShow(fixture, 2, u"Valves"_s);
+    }
+
+    void aPressDuringWhichACommandAsksLoadsItsLineWhereverTheReleaseGoes() {
+        EditorFixture fixture;
+        open(fixture);
+        goTo(fixture, 0, u"list"_s);
+        const ListBox &list = fixture.list(0);
+        hands::press(list.viewport(), Qt::LeftButton, {}, fixture.lineCentre(0, 1));
+        runCommand([&] {
+            QWidget box(&fixture.window(), Qt::Dialog);
+            box.setWindowModality(Qt::ApplicationModal);
+            box.show();
+            hands::turnLoop();
+            box.hide();
+        });
+        hands::release(fixture.grid(0).viewport(), Qt::LeftButton, {}, fixture.cellCentre(0, 1, 1));
+        expectBothShow(fixture, 1, u"Pumps"_s);
     }
 
     void theWheelOverTheOtherPaneMakesActiveWhatItGivesTheKeyboard() {

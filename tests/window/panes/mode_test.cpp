@@ -193,7 +193,7 @@ private Q_SLOTS:
         for (const Command command : {Command::SaveMenu, Command::SaveAsMenu, Command::CloseDatabaseMenu,
                                       Command::ChangePassword, Command::ColumnSizeAdjust, Command::CompareAgainMenu})
             QVERIFY2(!fixture.action(command).isEnabled(), commandName(command));
-        const EditorControls &controls = fixture.editor().controls;
+        const EditorControls &controls = fixture.editor().controls();
         for (QMenu *menu :
              {&controls.menu(Menu::TablesMenu), &controls.menu(Menu::FieldsMenu), &controls.menu(Menu::RecordMenu)})
             QVERIFY2(!menu->isEnabled(), qPrintable(menu->title()));
@@ -203,7 +203,7 @@ private Q_SLOTS:
 
     void commandsFollowTheActivePane() {
         EditorFixture fixture(makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}));
-        const EditorControls &controls = fixture.editor().controls;
+        const EditorControls &controls = fixture.editor().controls();
         fixture.choose(Command::TwoMenu);
         for (const int pane : {1, 0}) {
             fixture.activate(pane);

@@ -116,7 +116,7 @@ private Q_SLOTS:
         QFETCH(int, how);
         EditorFixture fixture(makeFile(u"A.DDB"_s, {pumps()}));
         fixture.dialogs().expectInput(namePrompt, u"?"_s, u"Fieldx"_s, u"Height"_s);
-        fixture.dialogs().expect(picker(u"double"_s, Pick(how)));
+        fixture.dialogs().expect(picker(u"double"_s, static_cast<Pick>(how)));
         fixture.choose(Command::AddFieldMenu);
         QCOMPARE(fieldsOf(fixture, 0).last(), u"Height double 0"_s);
     }

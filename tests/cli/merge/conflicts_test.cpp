@@ -1,6 +1,7 @@
 #include "cli/git/ConflictText.h"
 #include "cli/git/ContentMerge.h"
 #include "compare/conflicts/ConflictReader.h"
+#include "compare/conflicts/RecordDigest.h"
 
 #include <gtest/gtest.h>
 
@@ -22,6 +23,7 @@ TableContent table(const QString &name, std::vector<FieldInfo> fields, std::vect
 }
 
 const FieldInfo id{u"Id"_s, FieldType::Long, 0};
+const FieldInfo other{u"Other"_s, FieldType::Text, 20};
 const FieldInfo note{u"Note \"x\""_s, FieldType::Text, 20};
 
 /// A merge that leaves a conflict of each kind.
@@ -79,6 +81,55 @@ TEST(ConflictsTest, AListWithoutNamesOfFieldsIsReadToo) {
     EXPECT_TRUE((*read)[0].base.isEmpty());
 }
 
+std::vector<Conflict> byPosition(const RecordValues &first) {
+    const auto side = [&](const QString &text) {
+        RecordValues changed = first;
+        changed[1] = text;
+        return DatabaseContent{{table(u"T"_s, {id, note, other}, {changed, {2.0, text, u"same"_s}})}};
+    };
+    return mergeContents(side(u"b"_s), side(u"o"_s), side(u"t"_s), KeyChoice()).conflicts;
+}
+
+TEST(ConflictsTest, ALineWithANumberTellsWhatElseTheRecordIsKnownBy) {
+    const std::vector<Conflict> written = byPosition({1.0, {}, u"same"_s});
+    ASSERT_EQ(written.size(), 2U);
+    EXPECT_EQ(written[0].recordDigest.size(), 32);
+    EXPECT_NE(written[0].recordDigest, written[1].recordDigest);
+    EXPECT_EQ(written[0].recordDigest, byPosition({1.0, {}, u"same"_s})[0].recordDigest);
+    EXPECT_NE(written[0].recordDigest, byPosition({1.0, {}, u"other"_s})[0].recordDigest);
+    const auto read = readConflicts(linesOf(written));
+    ASSERT_TRUE(read.has_value());
+    EXPECT_EQ((*read)[0].recordDigest, written[0].recordDigest);
+}
+
+TEST(ConflictsTest, AFieldWithoutAKeyTellsWhatAllRecordsAreKnownBy) {
+    for (const Conflict &conflict : conflictsOfEachKind()) {
+        const bool isNumbered = conflict.record > 0 && conflict.key.isEmpty();
+        EXPECT_EQ(conflict.recordDigest.isEmpty(), !isNumbered && conflict.what != Conflict::What::Field);
+    }
+}
+
+TEST(ConflictsTest, ADigestIsOfWhatTheFieldsHoldInWhateverOrder) {
+    RecordDigest one;
+    one.add(u"A"_s, FieldType::Long, 0, 5.4);
+    one.add(u"B"_s, FieldType::Text, 2, u"abc"_s);
+    RecordDigest alike;
+    alike.add(u"B"_s, FieldType::Text, 2, u"ab"_s);
+    alike.add(u"A"_s, FieldType::Long, 0, u"5"_s);
+    EXPECT_EQ(one.text(), alike.text());
+    RecordDigest joined;
+    joined.add(u"A"_s, FieldType::Text, 9, u"5B"_s);
+    EXPECT_NE(joined.text(), one.text());
+    EXPECT_TRUE(RecordDigest().isEmpty());
+    RecordsDigest inOrder;
+    inOrder.add(one);
+    inOrder.add(joined);
+    RecordsDigest otherwise;
+    otherwise.add(joined);
+    otherwise.add(one);
+    EXPECT_NE(inOrder.text(), otherwise.text());
+}
+
 TEST(ConflictsTest, DamageIsToldWithItsLineAndReason) {
     const QByteArray good = "{\"what\": \"cell\", \"table\": \"T\", \"record\": 1, \"field\": \"A\", \"base\": 1, "
                             "\"ours\": 2, \"theirs\": 3}\n";
@@ -97,6 +148,8 @@ TEST(ConflictsTest, DamageIsToldWithItsLineAndReason) {
     expectFailure(damaged("\"record\": 1", "\"key\": [1], \"keyFields\": [\"A\", \"B\"]"),
                   u"line 2: \"keyFields\" has not a name for each value"_s);
     expectFailure(damaged(", \"theirs\": 3", ""), u"line 2: it has no \"theirs\""_s);
+    expectFailure(damaged("\"record\": 1", "\"record\": 1, \"recordDigest\": 7"), u"line 2: a text is missing"_s);
+    expectFailure(good + "\n" + good, u"line 3: it is the same as a line before it"_s);
     expectFailure(damaged("\"theirs\": 3", "\"theirs\": [3]"), u"line 2: a text is missing"_s);
     expectFailure(damaged("\"table\": \"T\"", "\"table\": 7"), u"line 2: a text is missing"_s);
     expectFailure(damaged("\"cell\"", "\"record\""), u"line 2: an array is missing"_s);

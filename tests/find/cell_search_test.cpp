@@ -1,4 +1,4 @@
-#include "view/CellSearch.h"
+#include "find/search/CellSearch.h"
 
 #include <gtest/gtest.h>
 
@@ -52,6 +52,16 @@ TEST(CellSearchTest, AnExpressionFindsItsPlaces) {
     EXPECT_EQ(found(CellSearch({u"b|bc"_s, false, true, true}), {u"bc"_s, u"abc"_s}), (std::vector<int>{1}));
 }
 
+TEST(CellSearchTest, AnExpressionThatLooksAroundOrBackFindsItsPlacesToo) {
+    EXPECT_EQ(found(CellSearch({u"\\bone\\b"_s, false, false, true}),
+                    {u"one two"_s, u"tones"_s, u"ONE"_s, u"\u00F6 one"_s, u"\u03C9 one"_s, u"two"_s}),
+              (std::vector<int>{1, 3, 4, 5}));
+    EXPECT_EQ(found(CellSearch({u"(.)\\1"_s, false, false, true}),
+                    {u"aa"_s, u"ab"_s, u"\u00F6\u00F6"_s, u"\u03C9\u03C9"_s, QString()}),
+              (std::vector<int>{1, 3, 4}));
+    EXPECT_EQ(found(CellSearch({u"(a)\\1"_s, true, true, true}), {u"aa"_s, u"AA"_s, u"aaa"_s}), (std::vector<int>{1}));
+}
+
 TEST(CellSearchTest, EveryPlaceIsReplaced) {
     EXPECT_EQ(CellSearch({u"a"_s}).replaced(u"Banana"_s, u"o"_s), u"Bonono"_s);
     EXPECT_EQ(CellSearch({u"(.)-(.)"_s, false, false, true}).replaced(u"a-b"_s, u"\\2\\1"_s), u"ba"_s);
@@ -97,6 +107,8 @@ TEST(CellSearchTest, ValuesOfADatabaseAndTextsTypedOverThemHit) {
     EXPECT_EQ(foundIn(1, {u"12"_s, false, true}), (std::vector<int>{1}));
     EXPECT_EQ(foundIn(2, {u"b"_s}), (std::vector<int>{1, 2}));
     EXPECT_EQ(foundIn(2, {u"\u00C4B"_s}), (std::vector<int>{2}));
+    EXPECT_EQ(foundIn(1, {u"\\b12"_s, false, false, true}), (std::vector<int>{1, 3}));
+    EXPECT_EQ(foundIn(2, {u"(?<=a)b"_s, false, false, true}), (std::vector<int>{1}));
     cells.set(1, 2, u"x12"_s);
     EXPECT_EQ(foundIn(1, {u"12"_s}), (std::vector<int>{1, 2, 3}));
 }

@@ -1,4 +1,4 @@
-#include "view/TextAutomaton.h"
+#include "find/search/TextAutomaton.h"
 
 #include <QRegularExpression>
 
@@ -38,6 +38,14 @@ public:
         : m_random(seed) {}
 
     unsigned below(unsigned count) { return static_cast<unsigned>(m_random() % count); }
+    /// With parts that such a table cannot tell.
+    QString wider() {
+        static const QStringList parts{u"\\b"_s,       u"\\B"_s,       u"\\A"_s,    u"\\z"_s,       u"\\Z"_s,
+                                       u"(?=a)"_s,     u"(?!a)"_s,     u"(?<=b)"_s, u"(?<!b)"_s,    u"(a|b)\\1"_s,
+                                       u"(.)\\1"_s,    u"(?<n>a.)"_s,  u"(?>a*)"_s, u"(?P<n>b)"_s,  u"b++"_s,
+                                       u"(?=.*\\d)"_s, u"(a?)b\\1?"_s, u"(?!b.)"_s, u"(\\w)-\\1"_s, u"a?+"_s};
+        return pattern(1) + parts.at(below(static_cast<unsigned>(parts.size()))) + pattern(1);
+    }
     QString pattern(int depth) {
         QString text;
         for (unsigned part = below(4); part > 0; --part)
@@ -88,6 +96,46 @@ TEST(TextAutomatonTest, SaysOfRandomPatternsAndTextsWhatARegularExpressionSays) 
             return;
     }
     EXPECT_GT(made, 300); // or nothing was tried
+}
+
+TEST(TextAutomatonTest, AWiderOneMissesNoMatch) {
+    Patterns patterns(18);
+    int made = 0;
+    int without = 0;
+    for (int round = 0; round < 1500; ++round) {
+        const QString pattern = patterns.wider();
+        for (const bool whole : {false, true}) {
+            const QRegularExpression expression(whole ? QRegularExpression::anchoredPattern(pattern) : pattern,
+                                                QRegularExpression::CaseInsensitiveOption);
+            const auto wider = TextAutomaton::of(pattern, {.matchCase = false, .whole = whole, .wider = true});
+            if (!expression.isValid() || !wider)
+                continue;
+            ++made;
+            for (int number = 0; number < 8; ++number) {
+                const QByteArray text = patterns.text();
+                const bool hits = wider->hits(text.constData(), static_cast<std::size_t>(text.size()));
+                without += hits ? 0 : 1;
+                ASSERT_TRUE(hits || !expression.match(QString::fromLatin1(text)).hasMatch())
+                    << qPrintable(pattern) << " in '" << text.constData() << "', whole " << whole;
+            }
+        }
+    }
+    EXPECT_GT(made, 1000); // or nothing was tried
+    EXPECT_GT(without, 3000);
+}
+
+TEST(TextAutomatonTest, AWiderOneTellsOfMostTextsThatTheyHoldNoMatch) {
+    for (const QString &pattern : {u"\\bpump\\b"_s, u"pump(?= \\d)"_s, u"(?<!no )pump"_s, u"(p)u\\1?mp"_s,
+                                   u"(?<kind>pump|motor)s?"_s, u"pum++p"_s}) {
+        const auto wider = TextAutomaton::of(pattern, {.matchCase = false, .whole = false, .wider = true});
+        ASSERT_TRUE(wider) << qPrintable(pattern);
+        EXPECT_TRUE(wider->hits("a PUMP 7", 8)) << qPrintable(pattern);
+        EXPECT_FALSE(wider->hits("a valve 7", 9)) << qPrintable(pattern);
+    }
+    for (const QString &pattern :
+         {u"(?i)a"_s, u"\\p{L}"_s, u"(?(1)a|b)"_s, u"(?R)"_s, u"\\Qa\\E"_s, u"(?#a)b"_s, u"(?1)(a)"_s})
+        EXPECT_FALSE(TextAutomaton::of(pattern, {.matchCase = false, .whole = false, .wider = true}))
+            << qPrintable(pattern);
 }
 
 TEST(TextAutomatonTest, TakesEachByteOfAscii) {

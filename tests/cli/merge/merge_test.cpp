@@ -32,8 +32,10 @@ MergedContent merged(const DatabaseContent &base, const DatabaseContent &ours, c
 
 std::string linesOf(const std::vector<Conflict> &conflicts) {
     QByteArray lines;
-    for (const Conflict &conflict : conflicts)
+    for (Conflict conflict : conflicts) {
+        conflict.recordDigest.clear(); // looked at by itself
         appendConflict(lines, conflict);
+    }
     return lines.toStdString();
 }
 
@@ -133,15 +135,15 @@ TEST(MergeTest, AllRecordsOfOneKeyAreToldInAConflict) {
                tables({record(1, u"10"_s), record(1, u"99"_s)}), {u"T:Id"_s});
     const std::string reason = "\"reason\": \"several records have this key, and both sides have changed them\", "
                                "\"keyFields\": [\"Id\"], \"oursFields\": [\"Id\", \"Note\"], \"theirsFields\": "
-                               "[\"Id\", \"Note\"]}\n";
+                               "[\"Id\", \"Note\"], \"occurrence\": ";
     EXPECT_EQ(
         linesOf(result.conflicts),
         "{\"what\": \"record\", \"table\": \"T\", \"key\": [1], \"base\": [1, \"10\"], \"ours\": [1, \"11\"], "
         "\"theirs\": [1, \"10\"], " +
-            reason +
+            reason + "1}\n" +
             "{\"what\": \"record\", \"table\": \"T\", \"key\": [1], \"base\": [1, \"20\"], \"ours\": [1, \"20\"], "
             "\"theirs\": [1, \"99\"], " +
-            reason);
+            reason + "2}\n");
     expectRecords(result, {record(1, u"11"_s), record(1, u"20"_s)});
 }
 
@@ -209,6 +211,20 @@ TEST(MergeTest, AShorterFieldDoesNotCutWhatTheOtherSideWrote) {
     const MergedContent result = merged(base, ours, tables({record(1, u"long"_s)}));
     EXPECT_THAT(linesOf(result.conflicts), HasSubstr("\"what\": \"field\""));
     EXPECT_TRUE(sameContent(result.content.tables[0], ours.tables[0]));
+}
+
+TEST(MergeTest, AFieldInConflictIsAsOursHasItInSeveralRecordsOfOneKeyToo) {
+    const DatabaseContent base = tables({record(1, u"a"_s), record(1, u"b"_s)});
+    DatabaseContent ours = base;
+    ours.tables[0].fields[1].size = 6;
+    DatabaseContent theirs = base;
+    theirs.tables[0].fields[1].size = 7;
+    theirs.tables[0].records = {record(1, u"x"_s), record(1, u"y"_s), record(1, u"z"_s)};
+    const MergedContent result = merged(base, ours, theirs, {u"Id"_s});
+    EXPECT_THAT(linesOf(result.conflicts), HasSubstr("\"what\": \"field\""));
+    EXPECT_TRUE(
+        sameContent(result.content.tables[0],
+                    {u"T"_s, ours.tables[0].fields, {record(1, u"a"_s), record(1, u"b"_s), record(1, QString())}}));
 }
 
 TEST(MergeTest, TablesComeAndGo) {
