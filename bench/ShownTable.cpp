@@ -28,7 +28,7 @@ ShownTable::ShownTable(int records) {
 }
 
 void ShownTable::choose(Command command) {
-    QAction &action = editor().controls.action(command);
+    QAction &action = editor().controls().action(command);
     action.setEnabled(true);
     action.trigger();
 }

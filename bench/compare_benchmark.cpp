@@ -69,12 +69,12 @@ public:
         , alignment(editor(), marks)
         , differences(editor(), marks, equal) {
         m_window.show();
-        editor().controls.action(Command::OneMenu).setChecked(false);
-        editor().controls.action(Command::TwoMenu).setChecked(true);
-        editor().pane(0).setDatabase(std::move(left));
-        editor().pane(1).setDatabase(std::move(right));
+        editor().controls().action(Command::OneMenu).setChecked(false);
+        editor().controls().action(Command::TwoMenu).setChecked(true);
+        editor().pane(0).takeComponent(std::move(left));
+        editor().pane(1).takeComponent(std::move(right));
         for (const int pane : {0, 1})
-            editor().pane(pane).setOpen(true);
+            editor().pane(pane).componentLoaded();
         QApplication::processEvents();
     }
 

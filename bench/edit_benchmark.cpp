@@ -33,14 +33,14 @@ class BothPanes {
 public:
     BothPanes() {
         m_window.show();
-        editor().controls.action(Command::OneMenu).setChecked(false);
-        editor().controls.action(Command::TwoMenu).setChecked(true);
+        editor().controls().action(Command::OneMenu).setChecked(false);
+        editor().controls().action(Command::TwoMenu).setChecked(true);
         for (const int pane : {0, 1}) {
-            editor().pane(pane).setDatabase(QirDatabase::create());
+            editor().pane(pane).takeComponent(QirDatabase::create());
             bench::addMixedTable(editor().OggettoDtb(pane), u"Mixed"_s, manyRecords);
             if (pane == 1)
                 bench::changeSomeCells(editor().OggettoDtb(pane));
-            editor().pane(pane).setOpen(true);
+            editor().pane(pane).componentLoaded();
         }
         EqualTables equal(editor());
         TableMarks marks(editor(), equal);
@@ -57,7 +57,7 @@ public:
     EditorContext &editor() { return m_window.context(); }
     Grid &grid() { return editor().Tabella(0); }
     void choose(Command command) {
-        QAction &action = editor().controls.action(command);
+        QAction &action = editor().controls().action(command);
         action.setEnabled(true);
         action.trigger();
     }

@@ -37,7 +37,9 @@ constexpr std::array sought{
     Sought{.text = "[0-9]{3}7", .pattern = true},
     Sought{.text = "(pump|valve)s?", .pattern = true},
     Sought{.text = "zqx+", .pattern = true},
+    Sought{.text = "\\bab\\b", .pattern = true},
     Sought{.text = "(a)(?=b)\\1?", .pattern = true},
+    Sought{.text = "(.)\\1\\1", .pattern = true},
 };
 
 void find(bench::ShownTable &shown, const Sought &what) {

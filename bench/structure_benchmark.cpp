@@ -59,15 +59,15 @@ class BothPanes {
 public:
     BothPanes(QirDatabase left, QirDatabase right) {
         m_window.show();
-        editor().controls.action(Command::OneMenu).setChecked(false);
-        editor().controls.action(Command::TwoMenu).setChecked(true);
-        editor().pane(0).setDatabase(std::move(left));
-        editor().pane(1).setDatabase(std::move(right));
+        editor().controls().action(Command::OneMenu).setChecked(false);
+        editor().controls().action(Command::TwoMenu).setChecked(true);
+        editor().pane(0).takeComponent(std::move(left));
+        editor().pane(1).takeComponent(std::move(right));
         for (const int pane : {0, 1})
-            editor().pane(pane).setOpen(true);
+            editor().pane(pane).componentLoaded();
         activatePane(editor(), 0);
         QApplication::processEvents();
-        editor().controls.action(Command::CompareAgainMenu).trigger();
+        editor().controls().action(Command::CompareAgainMenu).trigger();
         runCommand([&] {
             editor().ListaTabelle(0).setListIndex(-1);
             editor().ListaTabelle(0).setListIndex(0);
@@ -79,7 +79,7 @@ public:
     /// Runs a command of a pop-up of the left pane.
     void choose(Command command) {
         editor().setOrigin(0);
-        editor().controls.action(command).trigger();
+        editor().controls().action(command).trigger();
     }
 
 private:
@@ -121,7 +121,7 @@ void cloneTable(benchmark::State &state) {
         if (panes.editor().Tabella(1).Rows() != manyRecords + 1)
             state.SkipWithError("the table is not shown on the other side");
         target.RemoveTable(1);
-        panes.editor().controls.action(Command::CompareAgainMenu).trigger();
+        panes.editor().controls().action(Command::CompareAgainMenu).trigger();
         state.ResumeTiming();
     }
 }
@@ -138,7 +138,7 @@ void makeTableAsLong(benchmark::State &state) {
         panes.editor().OggettoDtb(1).RemoveTable(1);
         bench::addMixedTable(panes.editor().OggettoDtb(1), u"Mixed"_s, 1);
         panes.editor().pane(1).tableHidden();
-        panes.editor().controls.action(Command::CompareAgainMenu).trigger();
+        panes.editor().controls().action(Command::CompareAgainMenu).trigger();
         state.ResumeTiming();
     }
 }

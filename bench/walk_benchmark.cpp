@@ -1,6 +1,7 @@
 // Walks over the 20,000 differences between two tables of 1,000,000 records of 20 mixed fields in the real window
 // (offscreen), by the command that the key runs, drawing the window after each step: the time of a step, their median,
-// what 99 of 100 stay below, and the longest one.
+// what 99 of 100 stay below, the longest one, and the longest time of the processor's that a step takes, in which
+// others that want the machine have no part.
 
 #include "app/DtbEditor.h"
 #include "bench/MixedTable.h"
@@ -16,6 +17,7 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <ctime>
 #include <memory>
 #include <vector>
 
@@ -32,14 +34,14 @@ class BothPanes {
 public:
     BothPanes() {
         m_window.show();
-        editor().controls.action(Command::OneMenu).setChecked(false);
-        editor().controls.action(Command::TwoMenu).setChecked(true);
+        editor().controls().action(Command::OneMenu).setChecked(false);
+        editor().controls().action(Command::TwoMenu).setChecked(true);
         for (const int pane : {0, 1}) {
-            editor().pane(pane).setDatabase(QirDatabase::create());
+            editor().pane(pane).takeComponent(QirDatabase::create());
             bench::addMixedTable(editor().OggettoDtb(pane), u"Mixed"_s, manyRecords);
             if (pane == 1)
                 bench::changeSomeCells(editor().OggettoDtb(pane));
-            editor().pane(pane).setOpen(true);
+            editor().pane(pane).componentLoaded();
         }
         EqualTables equal(editor());
         TableMarks marks(editor(), equal);
@@ -57,7 +59,7 @@ public:
 
     EditorContext &editor() { return m_window.context(); }
     void choose(Command command) {
-        editor().controls.action(command).trigger();
+        editor().controls().action(command).trigger();
         QApplication::processEvents(); // draws
     }
 
@@ -65,6 +67,12 @@ private:
     MessageLoop m_loop;
     DtbEditor m_window;
 };
+
+double processorMilliseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
 
 /// For all measurements; dies before the application object.
 std::unique_ptr<BothPanes> shown;
@@ -75,10 +83,13 @@ void walk(benchmark::State &state, Command command) {
         shown = std::make_unique<BothPanes>();
     shown->choose(Command::FirstDifferenceMenu);
     std::vector<double> times; // milliseconds
+    double longest = 0;        // of the processor's
     for (auto _ : state) {
         QElapsedTimer timer;
         timer.start();
+        const double before = processorMilliseconds();
         shown->choose(command);
+        longest = std::max(longest, processorMilliseconds() - before);
         times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
     }
     std::ranges::sort(times);
@@ -86,6 +97,7 @@ void walk(benchmark::State &state, Command command) {
     state.counters["median_ms"] = times[times.size() / 2];
     state.counters["of_100_99_ms"] = times[times.size() * 99 / 100];
     state.counters["longest_ms"] = times.back();
+    state.counters["longest_cpu_ms"] = longest;
     state.counters["differing_cells"] = static_cast<double>(editor.CelleDiverse().count());
     state.counters["differing_records"] = static_cast<double>(editor.CelleDiverse().rowCount());
     state.counters["row"] = editor.Tabella(0).Row();
