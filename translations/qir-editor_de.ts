@@ -35,6 +35,14 @@
         <source>%1 are stored otherwise (first: %2)</source>
         <translation>%1 sind anders gespeichert (der erste: %2)</translation>
     </message>
+    <message>
+        <source>1 is stored otherwise (%1)</source>
+        <translation>1 ist anders gespeichert (%1)</translation>
+    </message>
+    <message>
+        <source>1 pasted value lay outside the selection (%1)</source>
+        <translation>1 eingefügter Wert lag außerhalb der Auswahl (%1)</translation>
+    </message>
 </context>
 <context>
     <name>CarryCommands</name>
@@ -119,6 +127,14 @@ Geändert: %4, hinzugefügt: %5, entfernt: %6.</translation>
     <message>
         <source>Carried table %1</source>
         <translation>Tabelle %1 übertragen</translation>
+    </message>
+    <message>
+        <source>The cells are equal</source>
+        <translation>Die Zellen sind gleich</translation>
+    </message>
+    <message>
+        <source>The record goes without these fields, which the other side lacks: %1.</source>
+        <translation>Der Datensatz geht ohne diese Felder, die der anderen Seite fehlen: %1.</translation>
     </message>
 </context>
 <context>
@@ -934,6 +950,10 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>%1 cells were replaced</source>
         <translation>%1 Zellen wurden ersetzt</translation>
     </message>
+    <message>
+        <source>1 of %1 values would not be stored as it is written:</source>
+        <translation>1 von %1 Werten würde nicht gespeichert, wie er geschrieben ist:</translation>
+    </message>
 </context>
 <context>
     <name>SaveCommands</name>
@@ -944,10 +964,6 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>Save &amp;As...</source>
         <translation>Speichern &amp;unter...</translation>
-    </message>
-    <message>
-        <source>Can&apos;t assign new file name</source>
-        <translation>Der neue Dateiname kann nicht vergeben werden</translation>
     </message>
     <message>
         <source>File DDB,WDB,UDB,SDB,IDB</source>
@@ -1022,6 +1038,837 @@ Sollen die Änderungen gespeichert werden?</translation>
     <message>
         <source>%1 of %2 characters</source>
         <translation>%1 von %2 Zeichen</translation>
+    </message>
+</context>
+<context>
+    <name>Storage</name>
+    <message>
+        <source>the disk is full</source>
+        <translation>der Datenträger ist voll</translation>
+    </message>
+    <message>
+        <source>the disk quota is used up</source>
+        <translation>der zugeteilte Platz ist verbraucht</translation>
+    </message>
+    <message>
+        <source>the disk is read-only</source>
+        <translation>der Datenträger ist schreibgeschützt</translation>
+    </message>
+    <message>
+        <source>no permission</source>
+        <translation>keine Berechtigung</translation>
+    </message>
+    <message>
+        <source>no such file or folder</source>
+        <translation>es gibt keine solche Datei und keinen solchen Ordner</translation>
+    </message>
+    <message>
+        <source>a part of the path is not a folder</source>
+        <translation>ein Teil des Pfades ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>es ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>the name is already taken</source>
+        <translation>den Namen gibt es schon</translation>
+    </message>
+    <message>
+        <source>the disk reported an error</source>
+        <translation>der Datenträger meldet einen Fehler</translation>
+    </message>
+    <message>
+        <source>the file would be larger than the disk or a limit of the system allows</source>
+        <translation>die Datei wäre größer, als der Datenträger oder eine Grenze des Systems erlaubt</translation>
+    </message>
+    <message>
+        <source>the name is too long</source>
+        <translation>der Name ist zu lang</translation>
+    </message>
+    <message>
+        <source>too many links lead to one another</source>
+        <translation>zu viele Verweise führen aufeinander</translation>
+    </message>
+    <message>
+        <source>too many files are open</source>
+        <translation>zu viele Dateien sind geöffnet</translation>
+    </message>
+    <message>
+        <source>there is not enough memory</source>
+        <translation>der Speicher reicht nicht</translation>
+    </message>
+    <message>
+        <source>the call was interrupted again and again</source>
+        <translation>der Aufruf wurde immer wieder unterbrochen</translation>
+    </message>
+    <message>
+        <source>it is in use</source>
+        <translation>sie wird gerade benutzt</translation>
+    </message>
+    <message>
+        <source>it is gone from the server</source>
+        <translation>sie ist nicht mehr auf dem Server</translation>
+    </message>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>Der Speicher reicht nicht.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; and &apos;%2&apos; in &apos;%3&apos; differ only in case</source>
+        <translation>&apos;%1&apos; und &apos;%2&apos; in &apos;%3&apos; unterscheiden sich nur in Groß- und Kleinschreibung</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; holds a character that no file name can hold</source>
+        <translation>&apos;%1&apos; enthält ein Zeichen, das kein Dateiname enthalten kann</translation>
+    </message>
+    <message>
+        <source>the argument &quot;%1&quot; is not UTF-8: such a name cannot be told from another one</source>
+        <translation>das Argument &quot;%1&quot; ist kein UTF-8: ein solcher Name ist von einem anderen nicht zu unterscheiden</translation>
+    </message>
+    <message>
+        <source>it belongs to another user</source>
+        <translation>gehört einem anderen Benutzer</translation>
+    </message>
+    <message>
+        <source>other users may change it (its permissions must be private to you)</source>
+        <translation>andere Benutzer dürfen es ändern (nur Sie dürfen Rechte daran haben)</translation>
+    </message>
+    <message>
+        <source>it is empty</source>
+        <translation>sie ist leer</translation>
+    </message>
+    <message>
+        <source>it is a device, not a file</source>
+        <translation>es ist ein Gerät, keine Datei</translation>
+    </message>
+    <message>
+        <source>it cannot be opened: %1</source>
+        <translation>sie kann nicht geöffnet werden: %1</translation>
+    </message>
+    <message>
+        <source>it cannot be read: %1</source>
+        <translation>sie kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>it ends after %1 of %2 bytes</source>
+        <translation>sie endet nach %1 von %2 Bytes</translation>
+    </message>
+    <message>
+        <source>it ends after %1 bytes</source>
+        <translation>sie endet nach %1 Bytes</translation>
+    </message>
+    <message>
+        <source>it is damaged: %1 bytes follow its end</source>
+        <translation>sie ist beschädigt: %1 Bytes folgen auf ihr Ende</translation>
+    </message>
+    <message>
+        <source>it is damaged: part %1 of %2 does not match its checksum</source>
+        <translation>sie ist beschädigt: Teil %1 von %2 stimmt nicht mit seiner Prüfsumme überein</translation>
+    </message>
+    <message>
+        <source>it is damaged: %1</source>
+        <translation>sie ist beschädigt: %1</translation>
+    </message>
+    <message>
+        <source>it is damaged</source>
+        <translation>sie ist beschädigt</translation>
+    </message>
+    <message>
+        <source>its content is larger than is accepted (%1 bytes)</source>
+        <translation>ihr Inhalt ist größer, als angenommen wird (%1 Bytes)</translation>
+    </message>
+    <message>
+        <source>it is protected and needs a password</source>
+        <translation>sie ist geschützt und braucht ein Kennwort</translation>
+    </message>
+    <message>
+        <source>the password does not open it</source>
+        <translation>das Kennwort öffnet sie nicht</translation>
+    </message>
+    <message>
+        <source>its header is not the one that was written</source>
+        <translation>ihr Kopf ist nicht der, der geschrieben wurde</translation>
+    </message>
+    <message>
+        <source>there is not enough memory to turn the password into a key (%1 MiB are needed)</source>
+        <translation>der Speicher reicht nicht, um aus dem Kennwort einen Schlüssel zu machen (%1 MiB werden gebraucht)</translation>
+    </message>
+    <message>
+        <source>there is not enough memory to turn the password into a key</source>
+        <translation>der Speicher reicht nicht, um aus dem Kennwort einen Schlüssel zu machen</translation>
+    </message>
+    <message>
+        <source>it is not a database of this program</source>
+        <translation>sie ist keine Datenbank dieses Programms</translation>
+    </message>
+    <message>
+        <source>it was made by a newer version of this program (%1)</source>
+        <translation>sie stammt von einer neueren Version dieses Programms (%1)</translation>
+    </message>
+    <message>
+        <source>it was made by a newer version of this program</source>
+        <translation>sie stammt von einer neueren Version dieses Programms</translation>
+    </message>
+    <message>
+        <source>its header does not match its checksum</source>
+        <translation>ihr Kopf stimmt nicht mit seiner Prüfsumme überein</translation>
+    </message>
+    <message>
+        <source>format %1.%2</source>
+        <translation>Format %1.%2</translation>
+    </message>
+    <message>
+        <source>there is no format 0</source>
+        <translation>es gibt kein Format 0</translation>
+    </message>
+    <message>
+        <source>it needs a feature that this version does not have</source>
+        <translation>sie braucht etwas, das diese Version nicht kann</translation>
+    </message>
+    <message>
+        <source>it uses header bytes that this version does not know</source>
+        <translation>sie benutzt Bytes des Kopfes, die diese Version nicht kennt</translation>
+    </message>
+    <message>
+        <source>its parts have a size that is not accepted</source>
+        <translation>ihre Teile haben eine Größe, die nicht angenommen wird</translation>
+    </message>
+    <message>
+        <source>it is sealed in a way that this version does not know</source>
+        <translation>sie ist auf eine Weise versiegelt, die diese Version nicht kennt</translation>
+    </message>
+    <message>
+        <source>it says both that it is protected and that it is open</source>
+        <translation>sie nennt sich geschützt und offen zugleich</translation>
+    </message>
+    <message>
+        <source>it is open but has a password&apos;s traces</source>
+        <translation>sie ist offen und trägt doch Spuren eines Kennworts</translation>
+    </message>
+    <message>
+        <source>it has no identity</source>
+        <translation>sie hat keine Kennung</translation>
+    </message>
+    <message>
+        <source>its header&apos;s extensions have no end</source>
+        <translation>die Erweiterungen ihres Kopfes haben kein Ende</translation>
+    </message>
+    <message>
+        <source>trying a password on it would take more time or memory than is accepted (%1 passes over %2 KiB)</source>
+        <translation>ein Kennwort daran zu versuchen würde mehr Zeit oder Speicher kosten, als angenommen wird (%1 Durchgänge über %2 KiB)</translation>
+    </message>
+    <message>
+        <source>its tables take more memory than is allowed</source>
+        <translation>ihre Tabellen brauchen mehr Speicher, als erlaubt ist</translation>
+    </message>
+    <message>
+        <source>a length in it reaches beyond its end</source>
+        <translation>eine Länge darin reicht über ihr Ende hinaus</translation>
+    </message>
+    <message>
+        <source>bytes that must be zero are not</source>
+        <translation>Bytes, die null sein müssen, sind es nicht</translation>
+    </message>
+    <message>
+        <source>a table has more than %1 records</source>
+        <translation>eine Tabelle hat mehr als %1 Datensätze</translation>
+    </message>
+    <message>
+        <source>a table has more than %1 fields</source>
+        <translation>eine Tabelle hat mehr als %1 Felder</translation>
+    </message>
+    <message>
+        <source>a table without fields has records</source>
+        <translation>eine Tabelle ohne Felder hat Datensätze</translation>
+    </message>
+    <message>
+        <source>a field has an unknown type</source>
+        <translation>ein Feld hat einen unbekannten Typ</translation>
+    </message>
+    <message>
+        <source>a field that is no text has a size</source>
+        <translation>ein Feld, das kein Text ist, hat eine Größe</translation>
+    </message>
+    <message>
+        <source>two fields of the table &quot;%1&quot; have the same name &quot;%2&quot;</source>
+        <translation>zwei Felder der Tabelle &quot;%1&quot; heißen &quot;%2&quot;</translation>
+    </message>
+    <message>
+        <source>a table has bytes left over</source>
+        <translation>von einer Tabelle sind Bytes übrig</translation>
+    </message>
+    <message>
+        <source>a name is not in UTF-8</source>
+        <translation>ein Name ist nicht in UTF-8</translation>
+    </message>
+    <message>
+        <source>a name is longer than %1 characters</source>
+        <translation>ein Name ist länger als %1 Zeichen</translation>
+    </message>
+    <message>
+        <source>a name is empty</source>
+        <translation>ein Name ist leer</translation>
+    </message>
+    <message>
+        <source>a section has flags that its type does not have</source>
+        <translation>ein Abschnitt hat Merkmale, die seine Art nicht hat</translation>
+    </message>
+    <message>
+        <source>there are bytes after its end</source>
+        <translation>es stehen Bytes hinter ihrem Ende</translation>
+    </message>
+    <message>
+        <source>a table stands after other sections</source>
+        <translation>eine Tabelle steht hinter anderen Abschnitten</translation>
+    </message>
+    <message>
+        <source>it has more than %1 tables</source>
+        <translation>sie hat mehr als %1 Tabellen</translation>
+    </message>
+    <message>
+        <source>two tables have the same name &quot;%1&quot;</source>
+        <translation>zwei Tabellen heißen &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>a bool is neither 0 nor 1</source>
+        <translation>ein Wahrheitswert ist weder 0 noch 1</translation>
+    </message>
+    <message>
+        <source>a number is not finite</source>
+        <translation>eine Zahl ist nicht endlich</translation>
+    </message>
+    <message>
+        <source>a text is longer than its field</source>
+        <translation>ein Text ist länger als sein Feld</translation>
+    </message>
+    <message>
+        <source>a text is not in UTF-8</source>
+        <translation>ein Text ist nicht in UTF-8</translation>
+    </message>
+    <message>
+        <source>no file name was given</source>
+        <translation>es wurde kein Dateiname genannt</translation>
+    </message>
+    <message>
+        <source>the database has not been saved yet</source>
+        <translation>die Datenbank wurde noch nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>%1: another program has changed it since</source>
+        <translation>%1: ein anderes Programm hat sie seither geändert</translation>
+    </message>
+    <message>
+        <source>%1: there is not enough memory to load it</source>
+        <translation>%1: der Speicher reicht nicht, um sie zu laden</translation>
+    </message>
+    <message>
+        <source>This file asks for more than usual: trying a password takes %1%2 MiB of memory.</source>
+        <translation>Diese Datei verlangt mehr als üblich: ein Kennwort zu versuchen braucht %1%2 MiB Speicher.</translation>
+    </message>
+    <message>
+        <source>about %1 times as long, and </source>
+        <translation>etwa %1-mal so lange und </translation>
+    </message>
+    <message>
+        <source>%1: could not be saved: %2</source>
+        <translation>%1: konnte nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <source>%1: was changed %2 since it was opened; use Save As</source>
+        <translation>%1: wurde seit dem Öffnen %2 geändert; Speichern unter verwenden</translation>
+    </message>
+    <message>
+        <source>in the other pane</source>
+        <translation>auf der anderen Seite</translation>
+    </message>
+    <message>
+        <source>by another program</source>
+        <translation>von einem anderen Programm</translation>
+    </message>
+    <message>
+        <source>its folder is gone</source>
+        <translation>ihr Ordner ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>it is marked read-only; use Save As</source>
+        <translation>sie ist schreibgeschützt; Speichern unter verwenden</translation>
+    </message>
+    <message>
+        <source>its name now belongs to something that is not a file</source>
+        <translation>ihr Name gehört jetzt zu etwas, das keine Datei ist</translation>
+    </message>
+    <message>
+        <source>it cannot be read any more: %1</source>
+        <translation>sie kann nicht mehr gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>another program is saving it just now; try again</source>
+        <translation>ein anderes Programm speichert sie gerade; noch einmal versuchen</translation>
+    </message>
+    <message>
+        <source>what was written does not read back: %1</source>
+        <translation>was geschrieben wurde, ist nicht wieder zu lesen: %1</translation>
+    </message>
+    <message>
+        <source>another program has just made a file of this name; use Save As</source>
+        <translation>ein anderes Programm hat soeben eine Datei dieses Namens angelegt; Speichern unter verwenden</translation>
+    </message>
+    <message>
+        <source>%1: was saved, but a power failure now might bring the old version back: %2</source>
+        <translation>%1: wurde gespeichert, aber ein Stromausfall könnte jetzt die alte Version zurückbringen: %2</translation>
+    </message>
+    <message>
+        <source>%1 (it stays as &apos;%2&apos;)</source>
+        <translation>%1 (sie bleibt als &apos;%2&apos;)</translation>
+    </message>
+    <message>
+        <source>what stood there could not be looked at again; it</source>
+        <translation>was dort stand, konnte nicht noch einmal angesehen werden; es</translation>
+    </message>
+    <message>
+        <source>another program had saved it meanwhile, and its version</source>
+        <translation>ein anderes Programm hatte sie inzwischen gespeichert, und dessen Version</translation>
+    </message>
+    <message>
+        <source>the version that stood there</source>
+        <translation>die Version, die dort stand,</translation>
+    </message>
+    <message>
+        <source>%1: was saved, but its previous version could not be removed and stays as &apos;%2&apos;: %3</source>
+        <translation>%1: wurde gespeichert, aber die vorige Version konnte nicht entfernt werden und bleibt als &apos;%2&apos;: %3</translation>
+    </message>
+    <message>
+        <source>%1: the version that stood there is kept as &apos;%2&apos;</source>
+        <translation>%1: die Version, die dort stand, wird als &apos;%2&apos; aufbewahrt</translation>
+    </message>
+    <message>
+        <source>%1: %2 is kept as &apos;%3&apos;</source>
+        <translation>%1: %2 wird als &apos;%3&apos; aufbewahrt</translation>
+    </message>
+    <message>
+        <source>%1: a version that an interrupted save had left behind is kept as &apos;%2&apos;</source>
+        <translation>%1: eine Version, die ein abgebrochenes Speichern zurückgelassen hatte, wird als &apos;%2&apos; aufbewahrt</translation>
+    </message>
+    <message>
+        <source>an earlier save of it had been cut short, and it could not be made whole first: %1</source>
+        <translation>ein früheres Speichern war abgebrochen worden, und sie konnte nicht zuerst wiederhergestellt werden: %1</translation>
+    </message>
+    <message>
+        <source>no safe copy of it could be made in &apos;%1&apos; first: %2</source>
+        <translation>es konnte nicht zuerst eine sichere Kopie in &apos;%1&apos; angelegt werden: %2</translation>
+    </message>
+    <message>
+        <source>%1; it is incomplete now, and becomes what it was before when it is next saved or opened</source>
+        <translation>%1; sie ist jetzt unvollständig und wird wieder, was sie war, wenn sie das nächste Mal gespeichert oder geöffnet wird</translation>
+    </message>
+    <message>
+        <source>%1; whether the old or the new version stands there now could not be found out</source>
+        <translation>%1; ob dort jetzt die alte oder die neue Version steht, war nicht herauszufinden</translation>
+    </message>
+    <message>
+        <source>the version that stands there could not be kept: %1</source>
+        <translation>die Version, die dort steht, konnte nicht aufbewahrt werden: %1</translation>
+    </message>
+    <message>
+        <source>%1
+
+The changes could not be kept in &apos;%2&apos; either: %3</source>
+        <translation>%1
+
+Die Änderungen konnten auch in &apos;%2&apos; nicht aufbewahrt werden: %3</translation>
+    </message>
+    <message>
+        <source>%1
+
+The changes are kept in &apos;%2&apos;.</source>
+        <translation>%1
+
+Die Änderungen werden in &apos;%2&apos; aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>the current password is wrong</source>
+        <translation>das jetzige Kennwort ist falsch</translation>
+    </message>
+    <message>
+        <source>no database is loaded</source>
+        <translation>es ist keine Datenbank geladen</translation>
+    </message>
+    <message>
+        <source>%1; the safe copy &apos;%2&apos; of a save that was cut short may not be read</source>
+        <translation>%1; die sichere Kopie &apos;%2&apos; eines abgebrochenen Speicherns darf nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>the safe copy &apos;%1&apos; of a save that was cut short may not be read</source>
+        <translation>die sichere Kopie &apos;%1&apos; eines abgebrochenen Speicherns darf nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>it is not the file that was being saved, but a copy of it</source>
+        <translation>sie ist nicht die Datei, die gespeichert wurde, sondern eine Kopie davon</translation>
+    </message>
+    <message>
+        <source>a save of the file that stood here before had been cut short; it is &apos;%1&apos; now and becomes whole when it is opened</source>
+        <translation>ein Speichern der Datei, die zuvor hier stand, war abgebrochen worden; sie heißt jetzt &apos;%1&apos; und wird wieder ganz, wenn sie geöffnet wird</translation>
+    </message>
+    <message>
+        <source>a save of it had been cut short; it is again what it was before that save</source>
+        <translation>ein Speichern war abgebrochen worden; sie ist wieder, was sie vor diesem Speichern war</translation>
+    </message>
+    <message>
+        <source>a save of it had been cut short, and it could not be made whole: %1; what it was before that save is shown</source>
+        <translation>ein Speichern war abgebrochen worden, und sie konnte nicht wiederhergestellt werden: %1; gezeigt wird, was sie vor diesem Speichern war</translation>
+    </message>
+    <message>
+        <source>a save of it had been cut short, and something else was put in its place since</source>
+        <translation>ein Speichern war abgebrochen worden, und seither wurde etwas anderes an ihre Stelle gesetzt</translation>
+    </message>
+    <message>
+        <source>%1; what it was before that save and what was to be saved are still in &apos;%2&apos;</source>
+        <translation>%1; was sie vor diesem Speichern war und was gespeichert werden sollte, steht noch in &apos;%2&apos;</translation>
+    </message>
+    <message>
+        <source>%1; what it was before that save and what was to be saved are still in &apos;%2&apos;, but could not be kept in &apos;%3&apos;: %4</source>
+        <translation>%1; was sie vor diesem Speichern war und was gespeichert werden sollte, steht noch in &apos;%2&apos;, konnte aber nicht in &apos;%3&apos; aufbewahrt werden: %4</translation>
+    </message>
+    <message>
+        <source>%1; what it was before that save is kept in &apos;%2&apos;, what was to be saved in &apos;%3&apos;</source>
+        <translation>%1; was sie vor diesem Speichern war, wird in &apos;%2&apos; aufbewahrt, was gespeichert werden sollte, in &apos;%3&apos;</translation>
+    </message>
+    <message>
+        <source>there may be unsaved changes to it, but %1</source>
+        <translation>es kann nicht gespeicherte Änderungen daran geben, aber %1</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes in &apos;%1&apos; that this password does not open: those of another protected file, or of this one under another password; they are kept, and shown when that is opened</source>
+        <translation>in &apos;%1&apos; gibt es nicht gespeicherte Änderungen, die dieses Kennwort nicht öffnet: die einer anderen geschützten Datei oder dieser unter einem anderen Kennwort; sie werden aufbewahrt und gezeigt, wenn jene geöffnet wird</translation>
+    </message>
+    <message>
+        <source>there may be unsaved changes in &apos;%1&apos;, but they are not taken up: %2</source>
+        <translation>in &apos;%1&apos; kann es nicht gespeicherte Änderungen geben, sie werden aber nicht übernommen: %2</translation>
+    </message>
+    <message>
+        <source>unsaved changes in &apos;%1&apos; cannot be read: it is damaged</source>
+        <translation>nicht gespeicherte Änderungen in &apos;%1&apos; sind nicht zu lesen: es ist beschädigt</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes in &apos;%1&apos; that were not sealed with its password; they are kept there, and not taken up</source>
+        <translation>in &apos;%1&apos; gibt es nicht gespeicherte Änderungen, die nicht mit ihrem Kennwort versiegelt waren; sie bleiben dort und werden nicht übernommen</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes to &apos;%1&apos;, of which this is a copy; they are shown when that one is opened</source>
+        <translation>es gibt nicht gespeicherte Änderungen an &apos;%1&apos;, wovon dies eine Kopie ist; sie werden gezeigt, wenn jene Datei geöffnet wird</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; cannot be read: %2</source>
+        <translation>&apos;%1&apos; kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes to another database that stood here before; they are kept in &apos;%1&apos;, and shown when that one is opened</source>
+        <translation>es gibt nicht gespeicherte Änderungen an einer anderen Datenbank, die zuvor hier stand; sie werden in &apos;%1&apos; aufbewahrt und gezeigt, wenn jene geöffnet wird</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes that were sealed with another password; they are kept for when it is opened with that one</source>
+        <translation>es gibt nicht gespeicherte Änderungen, die mit einem anderen Kennwort versiegelt wurden; sie werden aufbewahrt, bis sie mit diesem geöffnet wird</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes, but they cannot be read now: %1</source>
+        <translation>es gibt nicht gespeicherte Änderungen, sie sind aber jetzt nicht zu lesen: %1</translation>
+    </message>
+    <message>
+        <source>the journal of these changes is damaged: those that were made last are missing</source>
+        <translation>das Journal dieser Änderungen ist beschädigt: die zuletzt gemachten fehlen</translation>
+    </message>
+    <message>
+        <source>%1; all that is left of it is kept in &apos;%2&apos; for seven days</source>
+        <translation>%1; alles, was davon übrig ist, wird sieben Tage lang in &apos;%2&apos; aufbewahrt</translation>
+    </message>
+    <message>
+        <source>changes that were not saved when the program ended could not be made again; they are kept in &apos;%1&apos; for seven days</source>
+        <translation>Änderungen, die beim Ende des Programms nicht gespeichert waren, konnten nicht wiederholt werden; sie werden sieben Tage lang in &apos;%1&apos; aufbewahrt</translation>
+    </message>
+    <message>
+        <source>changes that were not saved when the program ended are there again; they are still unsaved</source>
+        <translation>Änderungen, die beim Ende des Programms nicht gespeichert waren, sind wieder da; gespeichert sind sie noch nicht</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes to an earlier version of it, which cannot be made in this one; they are kept in &apos;%1&apos; for seven days</source>
+        <translation>es gibt nicht gespeicherte Änderungen an einer früheren Version, die in dieser nicht gemacht werden können; sie werden sieben Tage lang in &apos;%1&apos; aufbewahrt</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes of another session in &apos;%1&apos;, which cannot be kept as a file of their own now: %2</source>
+        <translation>in &apos;%1&apos; gibt es nicht gespeicherte Änderungen einer anderen Sitzung, die jetzt nicht als eigene Datei aufbewahrt werden können: %2</translation>
+    </message>
+    <message>
+        <source>unsaved changes of another session are kept as a file of their own in &apos;%1&apos;</source>
+        <translation>nicht gespeicherte Änderungen einer anderen Sitzung werden als eigene Datei in &apos;%1&apos; aufbewahrt</translation>
+    </message>
+    <message>
+        <source>some of these changes could not be made in this version, and are missing there; all of them are kept in &apos;%1&apos; for seven days</source>
+        <translation>einige dieser Änderungen konnten in dieser Version nicht gemacht werden und fehlen dort; alle werden sieben Tage lang in &apos;%1&apos; aufbewahrt</translation>
+    </message>
+    <message>
+        <source>unsaved changes of another session are still kept as they were sealed before, not with the password that holds now: %1</source>
+        <translation>nicht gespeicherte Änderungen einer anderen Sitzung sind noch versiegelt wie zuvor, nicht mit dem Kennwort, das jetzt gilt: %1</translation>
+    </message>
+    <message>
+        <source>another editor writes them</source>
+        <translation>ein anderer Editor schreibt sie</translation>
+    </message>
+    <message>
+        <source>it is not a file</source>
+        <translation>es ist keine Datei</translation>
+    </message>
+    <message>
+        <source>it is no journal</source>
+        <translation>es ist kein Journal</translation>
+    </message>
+    <message>
+        <source>a newer version of this program wrote it</source>
+        <translation>eine neuere Version dieses Programms hat es geschrieben</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not used: %2</source>
+        <translation>&apos;%1&apos; wird nicht benutzt: %2</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; cannot be read now: %2</source>
+        <translation>&apos;%1&apos; kann jetzt nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>%1: changes are not kept safe against a crash until it is saved: %2</source>
+        <translation>%1: bis zum Speichern sind die Änderungen nicht gegen einen Absturz gesichert: %2</translation>
+    </message>
+    <message>
+        <source>%1: another program took away the journal that keeps its unsaved changes; it was written anew</source>
+        <translation>%1: ein anderes Programm hat das Journal weggenommen, das die nicht gespeicherten Änderungen aufbewahrt; es wurde neu geschrieben</translation>
+    </message>
+    <message>
+        <source>the system does not tell where it stands</source>
+        <translation>das System sagt nicht, wo sie steht</translation>
+    </message>
+    <message>
+        <source>a text in a journal is not in UTF-8</source>
+        <translation>ein Text in einem Journal ist nicht in UTF-8</translation>
+    </message>
+    <message>
+        <source>a block in a journal does not fit its field</source>
+        <translation>ein Block in einem Journal passt nicht zu seinem Feld</translation>
+    </message>
+    <message>
+        <source>The name &quot;%1...&quot; is longer than %2 characters.</source>
+        <translation>Der Name &quot;%1...&quot; ist länger als %2 Zeichen.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be a name: it is empty.</source>
+        <translation>&quot;%1&quot; kann kein Name sein: er ist leer.</translation>
+    </message>
+    <message>
+        <source>A table &quot;%1&quot; already exists.</source>
+        <translation>Eine Tabelle &quot;%1&quot; gibt es schon.</translation>
+    </message>
+    <message>
+        <source>A database holds at most %1 tables.</source>
+        <translation>Eine Datenbank hat höchstens %1 Tabellen.</translation>
+    </message>
+    <message>
+        <source>There is no field type with the code %1.</source>
+        <translation>Es gibt keinen Feldtyp mit dem Code %1.</translation>
+    </message>
+    <message>
+        <source>A field &quot;%1&quot; already exists.</source>
+        <translation>Ein Feld &quot;%1&quot; gibt es schon.</translation>
+    </message>
+    <message>
+        <source>A table holds at most %1 fields.</source>
+        <translation>Eine Tabelle hat höchstens %1 Felder.</translation>
+    </message>
+    <message>
+        <source>A table holds at most %1 records.</source>
+        <translation>Eine Tabelle hat höchstens %1 Datensätze.</translation>
+    </message>
+    <message>
+        <source>A text of a block is not in UTF-8.</source>
+        <translation>Ein Text eines Blocks ist nicht in UTF-8.</translation>
+    </message>
+    <message>
+        <source>There is no table &quot;%1&quot;.</source>
+        <translation>Es gibt keine Tabelle &quot;%1&quot;.</translation>
+    </message>
+    <message>
+        <source>There is no table number %1: the database has %2.</source>
+        <translation>Es gibt keine Tabelle Nummer %1: die Datenbank hat %2.</translation>
+    </message>
+    <message>
+        <source>There is no field number %1: the table has %2.</source>
+        <translation>Es gibt kein Feld Nummer %1: die Tabelle hat %2.</translation>
+    </message>
+    <message>
+        <source>There is no record number %1: the table has %2.</source>
+        <translation>Es gibt keinen Datensatz Nummer %1: die Tabelle hat %2.</translation>
+    </message>
+    <message>
+        <source>There is no step number %1: there are %2.</source>
+        <translation>Es gibt keinen Schritt Nummer %1: es gibt %2.</translation>
+    </message>
+    <message>
+        <source>No table is selected.</source>
+        <translation>Es ist keine Tabelle ausgewählt.</translation>
+    </message>
+    <message>
+        <source>No record is selected.</source>
+        <translation>Es ist kein Datensatz ausgewählt.</translation>
+    </message>
+    <message>
+        <source>No database is open: its file could not be loaded.</source>
+        <translation>Es ist keine Datenbank geöffnet: ihre Datei konnte nicht geladen werden.</translation>
+    </message>
+    <message>
+        <source>This database is in use: another file cannot be loaded into it.</source>
+        <translation>Diese Datenbank wird benutzt: eine andere Datei kann nicht in sie geladen werden.</translation>
+    </message>
+    <message>
+        <source>The database has no file name yet.</source>
+        <translation>Die Datenbank hat noch keinen Dateinamen.</translation>
+    </message>
+    <message>
+        <source>The password was not changed: %1.</source>
+        <translation>Das Kennwort wurde nicht geändert: %1.</translation>
+    </message>
+    <message>
+        <source>A value of this kind cannot be stored in a field.</source>
+        <translation>Ein Wert dieser Art kann in keinem Feld stehen.</translation>
+    </message>
+    <message>
+        <source>%1 records cannot be read.</source>
+        <translation>%1 Datensätze können nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>%1 records cannot be added.</source>
+        <translation>%1 Datensätze können nicht hinzugefügt werden.</translation>
+    </message>
+    <message>
+        <source>The block has values of another type than the field.</source>
+        <translation>Der Block hat Werte eines anderen Typs als das Feld.</translation>
+    </message>
+    <message>
+        <source>The block has more values than there are records from number %1 on.</source>
+        <translation>Der Block hat mehr Werte, als es Datensätze ab Nummer %1 gibt.</translation>
+    </message>
+    <message>
+        <source>That is no order of the table&apos;s records.</source>
+        <translation>Das ist keine Reihenfolge der Datensätze der Tabelle.</translation>
+    </message>
+    <message>
+        <source>This is no block of a column: %1.</source>
+        <translation>Das ist kein Block einer Spalte: %1.</translation>
+    </message>
+    <message>
+        <source>it is no list</source>
+        <translation>es ist keine Liste</translation>
+    </message>
+    <message>
+        <source>it begins with no type</source>
+        <translation>es beginnt mit keinem Typ</translation>
+    </message>
+    <message>
+        <source>there is no type with the code %1</source>
+        <translation>es gibt keinen Typ mit dem Code %1</translation>
+    </message>
+    <message>
+        <source>its parts are not those of its type</source>
+        <translation>seine Teile sind nicht die seines Typs</translation>
+    </message>
+    <message>
+        <source>its last value is cut off</source>
+        <translation>sein letzter Wert ist abgeschnitten</translation>
+    </message>
+    <message>
+        <source>a text reaches beyond its bytes</source>
+        <translation>ein Text reicht über seine Bytes hinaus</translation>
+    </message>
+    <message>
+        <source>%1 before the running group of changes has ended.</source>
+        <translation>%1, bevor die laufende Gruppe von Änderungen zu Ende ist.</translation>
+    </message>
+    <message>
+        <source>The database cannot be saved</source>
+        <translation>Die Datenbank kann nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>The password cannot be changed</source>
+        <translation>Das Kennwort kann nicht geändert werden</translation>
+    </message>
+    <message>
+        <source>No step can be taken back or made again</source>
+        <translation>Kein Schritt kann zurückgenommen oder wiederholt werden</translation>
+    </message>
+    <message>
+        <source>The database cannot go back to what is saved</source>
+        <translation>Die Datenbank kann nicht zum Gespeicherten zurückkehren</translation>
+    </message>
+    <message>
+        <source>No group of changes has begun.</source>
+        <translation>Es hat keine Gruppe von Änderungen begonnen.</translation>
+    </message>
+    <message>
+        <source>No step has begun.</source>
+        <translation>Es hat kein Schritt begonnen.</translation>
+    </message>
+    <message>
+        <source>There is nothing to take back.</source>
+        <translation>Es gibt nichts zurückzunehmen.</translation>
+    </message>
+    <message>
+        <source>There is nothing to make again.</source>
+        <translation>Es gibt nichts zu wiederholen.</translation>
+    </message>
+    <message>
+        <source>%1: the first steps can no longer be taken back: the memory for steps, %2 MiB, is used up</source>
+        <translation>%1: die ersten Schritte können nicht mehr zurückgenommen werden: der Speicher für Schritte, %2 MiB, ist verbraucht</translation>
+    </message>
+    <message>
+        <source>No component serves &quot;%1&quot;. Folders searched: %2.</source>
+        <translation>Keine Komponente bietet &quot;%1&quot;. Durchsuchte Ordner: %2.</translation>
+    </message>
+    <message>
+        <source>No component serves &quot;%1&quot;. Folders searched: %2. Of another version of the interface than %3: %4.</source>
+        <translation>Keine Komponente bietet &quot;%1&quot;. Durchsuchte Ordner: %2. Von einer anderen Version der Schnittstelle als %3: %4.</translation>
+    </message>
+    <message>
+        <source>The component &quot;%1&quot; cannot be loaded from %2: %3</source>
+        <translation>Die Komponente &quot;%1&quot; kann nicht aus %2 geladen werden: %3</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has not a name for each value</source>
+        <translation>&quot;%1&quot; hat nicht für jeden Wert einen Namen</translation>
+    </message>
+    <message>
+        <source>its key has no value</source>
+        <translation>sein Schlüssel hat keinen Wert</translation>
+    </message>
+    <message>
+        <source>it has neither &quot;record&quot; nor &quot;key&quot;</source>
+        <translation>es hat weder &quot;record&quot; noch &quot;key&quot;</translation>
+    </message>
+    <message>
+        <source>there are no conflicts of a &quot;%1&quot;</source>
+        <translation>es gibt keine Konflikte eines &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>there are no conflicts about a &quot;%1&quot;</source>
+        <translation>es gibt keine Konflikte über &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has a record of another length</source>
+        <translation>&quot;%1&quot; hat einen Datensatz anderer Länge</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has no value</source>
+        <translation>&quot;%1&quot; hat keinen Wert</translation>
+    </message>
+    <message>
+        <source>it is the same as a line before it</source>
+        <translation>sie ist dieselbe wie eine Zeile davor</translation>
     </message>
 </context>
 <context>
@@ -1192,6 +2039,34 @@ Remove &apos;%1&apos;?</source>
         <source>it has changed since it was read; open the list again</source>
         <translation>sie hat sich geändert, seit sie gelesen wurde; die Liste neu öffnen</translation>
     </message>
+    <message>
+        <source>The records of &apos;%1&apos; are not as the merge has left them; they may be other ones.<byte value="xd"/>
+Take that side there all the same?</source>
+        <translation>Die Datensätze von &apos;%1&apos; sind nicht so, wie das Zusammenführen sie hinterlassen hat; es können andere sein.<byte value="xd"/>
+Diese Seite dort trotzdem übernehmen?</translation>
+    </message>
+    <message>
+        <source>The list does not tell whether the records of &apos;%1&apos; are still those that the merge meant.<byte value="xd"/>
+Take that side there all the same?</source>
+        <translation>Die Liste sagt nicht, ob die Datensätze von &apos;%1&apos; noch die sind, die das Zusammenführen gemeint hat.<byte value="xd"/>
+Diese Seite dort trotzdem übernehmen?</translation>
+    </message>
+    <message>
+        <source>Record %1 of &apos;%2&apos; is not as the merge has left it; it may be another one.<byte value="xd"/>
+Take that side there all the same?</source>
+        <translation>Datensatz %1 von &apos;%2&apos; ist nicht so, wie das Zusammenführen ihn hinterlassen hat; er kann ein anderer sein.<byte value="xd"/>
+Diese Seite dort trotzdem übernehmen?</translation>
+    </message>
+    <message>
+        <source>The list does not tell whether record %1 of &apos;%2&apos; is still the one that the merge meant.<byte value="xd"/>
+Take that side there all the same?</source>
+        <translation>Die Liste sagt nicht, ob Datensatz %1 von &apos;%2&apos; noch der ist, den das Zusammenführen gemeint hat.<byte value="xd"/>
+Diese Seite dort trotzdem übernehmen?</translation>
+    </message>
+    <message>
+        <source>Left, since the record may be another one now: %1. Take such a side by itself.</source>
+        <translation>Belassen, weil der Datensatz jetzt ein anderer sein kann: %1. Solche einzeln übernehmen.</translation>
+    </message>
 </context>
 <context>
     <name>qir::ConflictList</name>
@@ -1262,6 +2137,26 @@ Remove &apos;%1&apos;?</source>
     <message>
         <source>open</source>
         <translation>offen</translation>
+    </message>
+    <message>
+        <source>open; the table is another one now</source>
+        <translation>offen; die Tabelle ist jetzt eine andere</translation>
+    </message>
+    <message>
+        <source>open; the records are not as the merge has left them</source>
+        <translation>offen; die Datensätze sind nicht so, wie das Zusammenführen sie hinterlassen hat</translation>
+    </message>
+    <message>
+        <source>open; only their order tells the records</source>
+        <translation>offen; nur ihre Reihenfolge sagt, welche Datensätze es sind</translation>
+    </message>
+    <message>
+        <source>open; the record is not as the merge has left it</source>
+        <translation>offen; der Datensatz ist nicht so, wie das Zusammenführen ihn hinterlassen hat</translation>
+    </message>
+    <message>
+        <source>open; only its number tells the record</source>
+        <translation>offen; nur seine Nummer sagt, welcher Datensatz es ist</translation>
     </message>
 </context>
 <context>
@@ -1385,6 +2280,14 @@ Remove &apos;%1&apos;?</source>
     <message>
         <source>Read-only</source>
         <translation>Schreibgeschützt</translation>
+    </message>
+    <message>
+        <source>Made %1</source>
+        <translation>Angelegt %1</translation>
+    </message>
+    <message>
+        <source>Read %1</source>
+        <translation>Gelesen %1</translation>
     </message>
 </context>
 <context>
@@ -1929,6 +2832,18 @@ Remove &apos;%1&apos;?</source>
     <message>
         <source>No field of the key is checked.</source>
         <translation>Kein Feld des Schlüssels ist angekreuzt.</translation>
+    </message>
+    <message>
+        <source>The tables could not be read.</source>
+        <translation>Die Tabellen konnten nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Stopped. The tables were not read.</source>
+        <translation>Abgebrochen. Die Tabellen wurden nicht gelesen.</translation>
+    </message>
+    <message>
+        <source>Searching...</source>
+        <translation>Suche läuft...</translation>
     </message>
 </context>
 <context>

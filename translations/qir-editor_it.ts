@@ -35,6 +35,14 @@
         <source>%1 are stored otherwise (first: %2)</source>
         <translation>%1 sono memorizzati diversamente (il primo: %2)</translation>
     </message>
+    <message>
+        <source>1 is stored otherwise (%1)</source>
+        <translation>1 è memorizzato diversamente (%1)</translation>
+    </message>
+    <message>
+        <source>1 pasted value lay outside the selection (%1)</source>
+        <translation>1 valore incollato era fuori della selezione (%1)</translation>
+    </message>
 </context>
 <context>
     <name>CarryCommands</name>
@@ -119,6 +127,14 @@ Modificati: %4, aggiunti: %5, rimossi: %6.</translation>
     <message>
         <source>Carried table %1</source>
         <translation>Tabella %1 trasferita</translation>
+    </message>
+    <message>
+        <source>The cells are equal</source>
+        <translation>Le celle sono uguali</translation>
+    </message>
+    <message>
+        <source>The record goes without these fields, which the other side lacks: %1.</source>
+        <translation>Il record va senza questi campi, che l&apos;altro lato non ha: %1.</translation>
     </message>
 </context>
 <context>
@@ -423,7 +439,7 @@ Modificati: %4, aggiunti: %5, rimossi: %6.</translation>
     </message>
     <message>
         <source>The added records go without these fields, which the other side lacks: %1.</source>
-        <translation>I record aggiunti sono senza questi campi, che l'altro lato non ha: %1.</translation>
+        <translation>I record aggiunti sono senza questi campi, che l&apos;altro lato non ha: %1.</translation>
     </message>
 </context>
 <context>
@@ -934,6 +950,10 @@ Salvare le modifiche?</translation>
         <source>%1 cells were replaced</source>
         <translation>%1 celle sono state sostituite</translation>
     </message>
+    <message>
+        <source>1 of %1 values would not be stored as it is written:</source>
+        <translation>1 di %1 valori non sarebbe memorizzato come è scritto:</translation>
+    </message>
 </context>
 <context>
     <name>SaveCommands</name>
@@ -944,10 +964,6 @@ Salvare le modifiche?</translation>
     <message>
         <source>Save &amp;As...</source>
         <translation>Salva con no&amp;me...</translation>
-    </message>
-    <message>
-        <source>Can&apos;t assign new file name</source>
-        <translation>Impossibile assegnare il nuovo nome di file</translation>
     </message>
     <message>
         <source>File DDB,WDB,UDB,SDB,IDB</source>
@@ -1022,6 +1038,837 @@ Salvare le modifiche?</translation>
     <message>
         <source>%1 of %2 characters</source>
         <translation>%1 di %2 caratteri</translation>
+    </message>
+</context>
+<context>
+    <name>Storage</name>
+    <message>
+        <source>the disk is full</source>
+        <translation>il disco è pieno</translation>
+    </message>
+    <message>
+        <source>the disk quota is used up</source>
+        <translation>lo spazio concesso sul disco è esaurito</translation>
+    </message>
+    <message>
+        <source>the disk is read-only</source>
+        <translation>il disco è di sola lettura</translation>
+    </message>
+    <message>
+        <source>no permission</source>
+        <translation>permesso negato</translation>
+    </message>
+    <message>
+        <source>no such file or folder</source>
+        <translation>il file o la cartella non esiste</translation>
+    </message>
+    <message>
+        <source>a part of the path is not a folder</source>
+        <translation>una parte del percorso non è una cartella</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>è una cartella</translation>
+    </message>
+    <message>
+        <source>the name is already taken</source>
+        <translation>il nome è già in uso</translation>
+    </message>
+    <message>
+        <source>the disk reported an error</source>
+        <translation>il disco ha segnalato un errore</translation>
+    </message>
+    <message>
+        <source>the file would be larger than the disk or a limit of the system allows</source>
+        <translation>il file sarebbe più grande di quanto il disco o un limite del sistema consente</translation>
+    </message>
+    <message>
+        <source>the name is too long</source>
+        <translation>il nome è troppo lungo</translation>
+    </message>
+    <message>
+        <source>too many links lead to one another</source>
+        <translation>troppi collegamenti portano l&apos;uno all&apos;altro</translation>
+    </message>
+    <message>
+        <source>too many files are open</source>
+        <translation>troppi file sono aperti</translation>
+    </message>
+    <message>
+        <source>there is not enough memory</source>
+        <translation>la memoria non basta</translation>
+    </message>
+    <message>
+        <source>the call was interrupted again and again</source>
+        <translation>la chiamata è stata interrotta più e più volte</translation>
+    </message>
+    <message>
+        <source>it is in use</source>
+        <translation>è in uso</translation>
+    </message>
+    <message>
+        <source>it is gone from the server</source>
+        <translation>non è più sul server</translation>
+    </message>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>La memoria non basta.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; and &apos;%2&apos; in &apos;%3&apos; differ only in case</source>
+        <translation>&apos;%1&apos; e &apos;%2&apos; in &apos;%3&apos; differiscono solo per maiuscole e minuscole</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; holds a character that no file name can hold</source>
+        <translation>&apos;%1&apos; contiene un carattere che nessun nome di file può contenere</translation>
+    </message>
+    <message>
+        <source>the argument &quot;%1&quot; is not UTF-8: such a name cannot be told from another one</source>
+        <translation>l&apos;argomento &quot;%1&quot; non è UTF-8: un tale nome non si distingue da un altro</translation>
+    </message>
+    <message>
+        <source>it belongs to another user</source>
+        <translation>appartiene a un altro utente</translation>
+    </message>
+    <message>
+        <source>other users may change it (its permissions must be private to you)</source>
+        <translation>altri utenti possono modificarlo (i permessi devono essere solo i tuoi)</translation>
+    </message>
+    <message>
+        <source>it is empty</source>
+        <translation>è vuoto</translation>
+    </message>
+    <message>
+        <source>it is a device, not a file</source>
+        <translation>è un dispositivo, non un file</translation>
+    </message>
+    <message>
+        <source>it cannot be opened: %1</source>
+        <translation>non si può aprire: %1</translation>
+    </message>
+    <message>
+        <source>it cannot be read: %1</source>
+        <translation>non si può leggere: %1</translation>
+    </message>
+    <message>
+        <source>it ends after %1 of %2 bytes</source>
+        <translation>finisce dopo %1 di %2 byte</translation>
+    </message>
+    <message>
+        <source>it ends after %1 bytes</source>
+        <translation>finisce dopo %1 byte</translation>
+    </message>
+    <message>
+        <source>it is damaged: %1 bytes follow its end</source>
+        <translation>è danneggiato: %1 byte seguono la sua fine</translation>
+    </message>
+    <message>
+        <source>it is damaged: part %1 of %2 does not match its checksum</source>
+        <translation>è danneggiato: la parte %1 di %2 non corrisponde alla somma di controllo</translation>
+    </message>
+    <message>
+        <source>it is damaged: %1</source>
+        <translation>è danneggiato: %1</translation>
+    </message>
+    <message>
+        <source>it is damaged</source>
+        <translation>è danneggiato</translation>
+    </message>
+    <message>
+        <source>its content is larger than is accepted (%1 bytes)</source>
+        <translation>il suo contenuto è più grande di quanto si accetta (%1 byte)</translation>
+    </message>
+    <message>
+        <source>it is protected and needs a password</source>
+        <translation>è protetto e richiede una password</translation>
+    </message>
+    <message>
+        <source>the password does not open it</source>
+        <translation>la password non lo apre</translation>
+    </message>
+    <message>
+        <source>its header is not the one that was written</source>
+        <translation>la sua intestazione non è quella che è stata scritta</translation>
+    </message>
+    <message>
+        <source>there is not enough memory to turn the password into a key (%1 MiB are needed)</source>
+        <translation>la memoria non basta per ricavare una chiave dalla password (servono %1 MiB)</translation>
+    </message>
+    <message>
+        <source>there is not enough memory to turn the password into a key</source>
+        <translation>la memoria non basta per ricavare una chiave dalla password</translation>
+    </message>
+    <message>
+        <source>it is not a database of this program</source>
+        <translation>non è un database di questo programma</translation>
+    </message>
+    <message>
+        <source>it was made by a newer version of this program (%1)</source>
+        <translation>è stato fatto da una versione più recente di questo programma (%1)</translation>
+    </message>
+    <message>
+        <source>it was made by a newer version of this program</source>
+        <translation>è stato fatto da una versione più recente di questo programma</translation>
+    </message>
+    <message>
+        <source>its header does not match its checksum</source>
+        <translation>la sua intestazione non corrisponde alla somma di controllo</translation>
+    </message>
+    <message>
+        <source>format %1.%2</source>
+        <translation>formato %1.%2</translation>
+    </message>
+    <message>
+        <source>there is no format 0</source>
+        <translation>non esiste un formato 0</translation>
+    </message>
+    <message>
+        <source>it needs a feature that this version does not have</source>
+        <translation>ha bisogno di una funzione che questa versione non ha</translation>
+    </message>
+    <message>
+        <source>it uses header bytes that this version does not know</source>
+        <translation>usa byte dell&apos;intestazione che questa versione non conosce</translation>
+    </message>
+    <message>
+        <source>its parts have a size that is not accepted</source>
+        <translation>le sue parti hanno una dimensione che non si accetta</translation>
+    </message>
+    <message>
+        <source>it is sealed in a way that this version does not know</source>
+        <translation>è sigillato in un modo che questa versione non conosce</translation>
+    </message>
+    <message>
+        <source>it says both that it is protected and that it is open</source>
+        <translation>dice sia di essere protetto sia di essere aperto a tutti</translation>
+    </message>
+    <message>
+        <source>it is open but has a password&apos;s traces</source>
+        <translation>è aperto a tutti ma ha le tracce di una password</translation>
+    </message>
+    <message>
+        <source>it has no identity</source>
+        <translation>non ha un&apos;identità</translation>
+    </message>
+    <message>
+        <source>its header&apos;s extensions have no end</source>
+        <translation>le estensioni della sua intestazione non hanno fine</translation>
+    </message>
+    <message>
+        <source>trying a password on it would take more time or memory than is accepted (%1 passes over %2 KiB)</source>
+        <translation>provare una password richiederebbe più tempo o memoria di quanto si accetta (%1 passaggi su %2 KiB)</translation>
+    </message>
+    <message>
+        <source>its tables take more memory than is allowed</source>
+        <translation>le sue tabelle richiedono più memoria di quanta è concessa</translation>
+    </message>
+    <message>
+        <source>a length in it reaches beyond its end</source>
+        <translation>una lunghezza al suo interno va oltre la fine</translation>
+    </message>
+    <message>
+        <source>bytes that must be zero are not</source>
+        <translation>dei byte che devono essere zero non lo sono</translation>
+    </message>
+    <message>
+        <source>a table has more than %1 records</source>
+        <translation>una tabella ha più di %1 record</translation>
+    </message>
+    <message>
+        <source>a table has more than %1 fields</source>
+        <translation>una tabella ha più di %1 campi</translation>
+    </message>
+    <message>
+        <source>a table without fields has records</source>
+        <translation>una tabella senza campi ha dei record</translation>
+    </message>
+    <message>
+        <source>a field has an unknown type</source>
+        <translation>un campo ha un tipo sconosciuto</translation>
+    </message>
+    <message>
+        <source>a field that is no text has a size</source>
+        <translation>un campo che non è di testo ha una dimensione</translation>
+    </message>
+    <message>
+        <source>two fields of the table &quot;%1&quot; have the same name &quot;%2&quot;</source>
+        <translation>due campi della tabella &quot;%1&quot; hanno lo stesso nome &quot;%2&quot;</translation>
+    </message>
+    <message>
+        <source>a table has bytes left over</source>
+        <translation>a una tabella avanzano dei byte</translation>
+    </message>
+    <message>
+        <source>a name is not in UTF-8</source>
+        <translation>un nome non è in UTF-8</translation>
+    </message>
+    <message>
+        <source>a name is longer than %1 characters</source>
+        <translation>un nome è più lungo di %1 caratteri</translation>
+    </message>
+    <message>
+        <source>a name is empty</source>
+        <translation>un nome è vuoto</translation>
+    </message>
+    <message>
+        <source>a section has flags that its type does not have</source>
+        <translation>una sezione ha indicatori che il suo tipo non ha</translation>
+    </message>
+    <message>
+        <source>there are bytes after its end</source>
+        <translation>ci sono byte dopo la sua fine</translation>
+    </message>
+    <message>
+        <source>a table stands after other sections</source>
+        <translation>una tabella sta dopo altre sezioni</translation>
+    </message>
+    <message>
+        <source>it has more than %1 tables</source>
+        <translation>ha più di %1 tabelle</translation>
+    </message>
+    <message>
+        <source>two tables have the same name &quot;%1&quot;</source>
+        <translation>due tabelle hanno lo stesso nome &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>a bool is neither 0 nor 1</source>
+        <translation>un valore booleano non è né 0 né 1</translation>
+    </message>
+    <message>
+        <source>a number is not finite</source>
+        <translation>un numero non è finito</translation>
+    </message>
+    <message>
+        <source>a text is longer than its field</source>
+        <translation>un testo è più lungo del suo campo</translation>
+    </message>
+    <message>
+        <source>a text is not in UTF-8</source>
+        <translation>un testo non è in UTF-8</translation>
+    </message>
+    <message>
+        <source>no file name was given</source>
+        <translation>non è stato dato un nome di file</translation>
+    </message>
+    <message>
+        <source>the database has not been saved yet</source>
+        <translation>il database non è ancora stato salvato</translation>
+    </message>
+    <message>
+        <source>%1: another program has changed it since</source>
+        <translation>%1: nel frattempo un altro programma lo ha modificato</translation>
+    </message>
+    <message>
+        <source>%1: there is not enough memory to load it</source>
+        <translation>%1: la memoria non basta per caricarlo</translation>
+    </message>
+    <message>
+        <source>This file asks for more than usual: trying a password takes %1%2 MiB of memory.</source>
+        <translation>Questo file chiede più del solito: provare una password richiede %1%2 MiB di memoria.</translation>
+    </message>
+    <message>
+        <source>about %1 times as long, and </source>
+        <translation>circa %1 volte il tempo e </translation>
+    </message>
+    <message>
+        <source>%1: could not be saved: %2</source>
+        <translation>%1: non è stato possibile salvarlo: %2</translation>
+    </message>
+    <message>
+        <source>%1: was changed %2 since it was opened; use Save As</source>
+        <translation>%1: è stato modificato %2 da quando è stato aperto; usare Salva con nome</translation>
+    </message>
+    <message>
+        <source>in the other pane</source>
+        <translation>nell&apos;altro pannello</translation>
+    </message>
+    <message>
+        <source>by another program</source>
+        <translation>da un altro programma</translation>
+    </message>
+    <message>
+        <source>its folder is gone</source>
+        <translation>la sua cartella non c&apos;è più</translation>
+    </message>
+    <message>
+        <source>it is marked read-only; use Save As</source>
+        <translation>è contrassegnato di sola lettura; usare Salva con nome</translation>
+    </message>
+    <message>
+        <source>its name now belongs to something that is not a file</source>
+        <translation>il suo nome ora è di qualcosa che non è un file</translation>
+    </message>
+    <message>
+        <source>it cannot be read any more: %1</source>
+        <translation>non si può più leggere: %1</translation>
+    </message>
+    <message>
+        <source>another program is saving it just now; try again</source>
+        <translation>un altro programma lo sta salvando proprio ora; riprovare</translation>
+    </message>
+    <message>
+        <source>what was written does not read back: %1</source>
+        <translation>ciò che è stato scritto non si rilegge: %1</translation>
+    </message>
+    <message>
+        <source>another program has just made a file of this name; use Save As</source>
+        <translation>un altro programma ha appena fatto un file con questo nome; usare Salva con nome</translation>
+    </message>
+    <message>
+        <source>%1: was saved, but a power failure now might bring the old version back: %2</source>
+        <translation>%1: è stato salvato, ma se ora mancasse la corrente potrebbe tornare la versione di prima: %2</translation>
+    </message>
+    <message>
+        <source>%1 (it stays as &apos;%2&apos;)</source>
+        <translation>%1 (resta come &apos;%2&apos;)</translation>
+    </message>
+    <message>
+        <source>what stood there could not be looked at again; it</source>
+        <translation>ciò che c&apos;era non si è potuto riesaminare; esso</translation>
+    </message>
+    <message>
+        <source>another program had saved it meanwhile, and its version</source>
+        <translation>nel frattempo un altro programma lo aveva salvato, e la sua versione</translation>
+    </message>
+    <message>
+        <source>the version that stood there</source>
+        <translation>la versione che c&apos;era</translation>
+    </message>
+    <message>
+        <source>%1: was saved, but its previous version could not be removed and stays as &apos;%2&apos;: %3</source>
+        <translation>%1: è stato salvato, ma la versione precedente non si è potuta rimuovere e resta come &apos;%2&apos;: %3</translation>
+    </message>
+    <message>
+        <source>%1: the version that stood there is kept as &apos;%2&apos;</source>
+        <translation>%1: la versione che c&apos;era è conservata come &apos;%2&apos;</translation>
+    </message>
+    <message>
+        <source>%1: %2 is kept as &apos;%3&apos;</source>
+        <translation>%1: %2 è conservata come &apos;%3&apos;</translation>
+    </message>
+    <message>
+        <source>%1: a version that an interrupted save had left behind is kept as &apos;%2&apos;</source>
+        <translation>%1: una versione lasciata da un salvataggio interrotto è conservata come &apos;%2&apos;</translation>
+    </message>
+    <message>
+        <source>an earlier save of it had been cut short, and it could not be made whole first: %1</source>
+        <translation>un salvataggio precedente era stato interrotto, e prima non si è potuto renderlo intero: %1</translation>
+    </message>
+    <message>
+        <source>no safe copy of it could be made in &apos;%1&apos; first: %2</source>
+        <translation>prima non si è potuta farne una copia sicura in &apos;%1&apos;: %2</translation>
+    </message>
+    <message>
+        <source>%1; it is incomplete now, and becomes what it was before when it is next saved or opened</source>
+        <translation>%1; ora è incompleto, e torna com&apos;era quando sarà di nuovo salvato o aperto</translation>
+    </message>
+    <message>
+        <source>%1; whether the old or the new version stands there now could not be found out</source>
+        <translation>%1; non si è potuto sapere se ora c&apos;è la versione vecchia o quella nuova</translation>
+    </message>
+    <message>
+        <source>the version that stands there could not be kept: %1</source>
+        <translation>la versione che c&apos;è non si è potuta conservare: %1</translation>
+    </message>
+    <message>
+        <source>%1
+
+The changes could not be kept in &apos;%2&apos; either: %3</source>
+        <translation>%1
+
+Le modifiche non si sono potute conservare neppure in &apos;%2&apos;: %3</translation>
+    </message>
+    <message>
+        <source>%1
+
+The changes are kept in &apos;%2&apos;.</source>
+        <translation>%1
+
+Le modifiche sono conservate in &apos;%2&apos;.</translation>
+    </message>
+    <message>
+        <source>the current password is wrong</source>
+        <translation>la password attuale è sbagliata</translation>
+    </message>
+    <message>
+        <source>no database is loaded</source>
+        <translation>nessun database è caricato</translation>
+    </message>
+    <message>
+        <source>%1; the safe copy &apos;%2&apos; of a save that was cut short may not be read</source>
+        <translation>%1; la copia sicura &apos;%2&apos; di un salvataggio interrotto non si può leggere</translation>
+    </message>
+    <message>
+        <source>the safe copy &apos;%1&apos; of a save that was cut short may not be read</source>
+        <translation>la copia sicura &apos;%1&apos; di un salvataggio interrotto non si può leggere</translation>
+    </message>
+    <message>
+        <source>it is not the file that was being saved, but a copy of it</source>
+        <translation>non è il file che si stava salvando, ma una sua copia</translation>
+    </message>
+    <message>
+        <source>a save of the file that stood here before had been cut short; it is &apos;%1&apos; now and becomes whole when it is opened</source>
+        <translation>un salvataggio del file che c&apos;era prima era stato interrotto; ora è &apos;%1&apos; e torna intero quando viene aperto</translation>
+    </message>
+    <message>
+        <source>a save of it had been cut short; it is again what it was before that save</source>
+        <translation>un suo salvataggio era stato interrotto; è di nuovo com&apos;era prima di quel salvataggio</translation>
+    </message>
+    <message>
+        <source>a save of it had been cut short, and it could not be made whole: %1; what it was before that save is shown</source>
+        <translation>un suo salvataggio era stato interrotto, e non si è potuto renderlo intero: %1; si mostra com&apos;era prima di quel salvataggio</translation>
+    </message>
+    <message>
+        <source>a save of it had been cut short, and something else was put in its place since</source>
+        <translation>un suo salvataggio era stato interrotto, e da allora qualcos&apos;altro ne ha preso il posto</translation>
+    </message>
+    <message>
+        <source>%1; what it was before that save and what was to be saved are still in &apos;%2&apos;</source>
+        <translation>%1; ciò che era prima di quel salvataggio e ciò che si doveva salvare sono ancora in &apos;%2&apos;</translation>
+    </message>
+    <message>
+        <source>%1; what it was before that save and what was to be saved are still in &apos;%2&apos;, but could not be kept in &apos;%3&apos;: %4</source>
+        <translation>%1; ciò che era prima di quel salvataggio e ciò che si doveva salvare sono ancora in &apos;%2&apos;, ma non si sono potuti conservare in &apos;%3&apos;: %4</translation>
+    </message>
+    <message>
+        <source>%1; what it was before that save is kept in &apos;%2&apos;, what was to be saved in &apos;%3&apos;</source>
+        <translation>%1; ciò che era prima di quel salvataggio è conservato in &apos;%2&apos;, ciò che si doveva salvare in &apos;%3&apos;</translation>
+    </message>
+    <message>
+        <source>there may be unsaved changes to it, but %1</source>
+        <translation>potrebbero esserci modifiche non salvate, ma %1</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes in &apos;%1&apos; that this password does not open: those of another protected file, or of this one under another password; they are kept, and shown when that is opened</source>
+        <translation>ci sono in &apos;%1&apos; modifiche non salvate che questa password non apre: quelle di un altro file protetto, o di questo con un&apos;altra password; sono conservate, e mostrate quando quello viene aperto</translation>
+    </message>
+    <message>
+        <source>there may be unsaved changes in &apos;%1&apos;, but they are not taken up: %2</source>
+        <translation>potrebbero esserci modifiche non salvate in &apos;%1&apos;, ma non vengono riprese: %2</translation>
+    </message>
+    <message>
+        <source>unsaved changes in &apos;%1&apos; cannot be read: it is damaged</source>
+        <translation>le modifiche non salvate in &apos;%1&apos; non si possono leggere: è danneggiato</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes in &apos;%1&apos; that were not sealed with its password; they are kept there, and not taken up</source>
+        <translation>ci sono in &apos;%1&apos; modifiche non salvate che non erano sigillate con la sua password; restano lì, e non vengono riprese</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes to &apos;%1&apos;, of which this is a copy; they are shown when that one is opened</source>
+        <translation>ci sono modifiche non salvate a &apos;%1&apos;, di cui questo è una copia; sono mostrate quando quello viene aperto</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; cannot be read: %2</source>
+        <translation>&apos;%1&apos; non si può leggere: %2</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes to another database that stood here before; they are kept in &apos;%1&apos;, and shown when that one is opened</source>
+        <translation>ci sono modifiche non salvate a un altro database che c&apos;era prima; sono conservate in &apos;%1&apos;, e mostrate quando quello viene aperto</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes that were sealed with another password; they are kept for when it is opened with that one</source>
+        <translation>ci sono modifiche non salvate che erano sigillate con un&apos;altra password; sono conservate per quando viene aperto con quella</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes, but they cannot be read now: %1</source>
+        <translation>ci sono modifiche non salvate, ma ora non si possono leggere: %1</translation>
+    </message>
+    <message>
+        <source>the journal of these changes is damaged: those that were made last are missing</source>
+        <translation>il giornale di queste modifiche è danneggiato: mancano le ultime fatte</translation>
+    </message>
+    <message>
+        <source>%1; all that is left of it is kept in &apos;%2&apos; for seven days</source>
+        <translation>%1; tutto ciò che ne resta è conservato in &apos;%2&apos; per sette giorni</translation>
+    </message>
+    <message>
+        <source>changes that were not saved when the program ended could not be made again; they are kept in &apos;%1&apos; for seven days</source>
+        <translation>le modifiche non salvate alla fine del programma non si sono potute rifare; sono conservate in &apos;%1&apos; per sette giorni</translation>
+    </message>
+    <message>
+        <source>changes that were not saved when the program ended are there again; they are still unsaved</source>
+        <translation>le modifiche non salvate alla fine del programma ci sono di nuovo; non sono ancora salvate</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes to an earlier version of it, which cannot be made in this one; they are kept in &apos;%1&apos; for seven days</source>
+        <translation>ci sono modifiche non salvate a una sua versione precedente, che in questa non si possono fare; sono conservate in &apos;%1&apos; per sette giorni</translation>
+    </message>
+    <message>
+        <source>there are unsaved changes of another session in &apos;%1&apos;, which cannot be kept as a file of their own now: %2</source>
+        <translation>ci sono in &apos;%1&apos; modifiche non salvate di un&apos;altra sessione, che ora non si possono conservare come file a sé: %2</translation>
+    </message>
+    <message>
+        <source>unsaved changes of another session are kept as a file of their own in &apos;%1&apos;</source>
+        <translation>le modifiche non salvate di un&apos;altra sessione sono conservate come file a sé in &apos;%1&apos;</translation>
+    </message>
+    <message>
+        <source>some of these changes could not be made in this version, and are missing there; all of them are kept in &apos;%1&apos; for seven days</source>
+        <translation>alcune di queste modifiche non si sono potute fare in questa versione, e lì mancano; tutte sono conservate in &apos;%1&apos; per sette giorni</translation>
+    </message>
+    <message>
+        <source>unsaved changes of another session are still kept as they were sealed before, not with the password that holds now: %1</source>
+        <translation>le modifiche non salvate di un&apos;altra sessione sono ancora conservate com&apos;erano sigillate prima, non con la password che vale ora: %1</translation>
+    </message>
+    <message>
+        <source>another editor writes them</source>
+        <translation>un altro editor le scrive</translation>
+    </message>
+    <message>
+        <source>it is not a file</source>
+        <translation>non è un file</translation>
+    </message>
+    <message>
+        <source>it is no journal</source>
+        <translation>non è un giornale</translation>
+    </message>
+    <message>
+        <source>a newer version of this program wrote it</source>
+        <translation>l&apos;ha scritto una versione più recente di questo programma</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not used: %2</source>
+        <translation>&apos;%1&apos; non si usa: %2</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; cannot be read now: %2</source>
+        <translation>&apos;%1&apos; ora non si può leggere: %2</translation>
+    </message>
+    <message>
+        <source>%1: changes are not kept safe against a crash until it is saved: %2</source>
+        <translation>%1: finché non viene salvato, le modifiche non sono al sicuro da un arresto improvviso: %2</translation>
+    </message>
+    <message>
+        <source>%1: another program took away the journal that keeps its unsaved changes; it was written anew</source>
+        <translation>%1: un altro programma ha tolto il giornale che conserva le sue modifiche non salvate; è stato scritto di nuovo</translation>
+    </message>
+    <message>
+        <source>the system does not tell where it stands</source>
+        <translation>il sistema non dice dove si trova</translation>
+    </message>
+    <message>
+        <source>a text in a journal is not in UTF-8</source>
+        <translation>un testo in un giornale non è in UTF-8</translation>
+    </message>
+    <message>
+        <source>a block in a journal does not fit its field</source>
+        <translation>un blocco in un giornale non si adatta al suo campo</translation>
+    </message>
+    <message>
+        <source>The name &quot;%1...&quot; is longer than %2 characters.</source>
+        <translation>Il nome &quot;%1...&quot; è più lungo di %2 caratteri.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be a name: it is empty.</source>
+        <translation>&quot;%1&quot; non può essere un nome: è vuoto.</translation>
+    </message>
+    <message>
+        <source>A table &quot;%1&quot; already exists.</source>
+        <translation>Una tabella &quot;%1&quot; esiste già.</translation>
+    </message>
+    <message>
+        <source>A database holds at most %1 tables.</source>
+        <translation>Un database contiene al massimo %1 tabelle.</translation>
+    </message>
+    <message>
+        <source>There is no field type with the code %1.</source>
+        <translation>Non c&apos;è un tipo di campo con il codice %1.</translation>
+    </message>
+    <message>
+        <source>A field &quot;%1&quot; already exists.</source>
+        <translation>Un campo &quot;%1&quot; esiste già.</translation>
+    </message>
+    <message>
+        <source>A table holds at most %1 fields.</source>
+        <translation>Una tabella contiene al massimo %1 campi.</translation>
+    </message>
+    <message>
+        <source>A table holds at most %1 records.</source>
+        <translation>Una tabella contiene al massimo %1 record.</translation>
+    </message>
+    <message>
+        <source>A text of a block is not in UTF-8.</source>
+        <translation>Un testo di un blocco non è in UTF-8.</translation>
+    </message>
+    <message>
+        <source>There is no table &quot;%1&quot;.</source>
+        <translation>Non c&apos;è una tabella &quot;%1&quot;.</translation>
+    </message>
+    <message>
+        <source>There is no table number %1: the database has %2.</source>
+        <translation>Non c&apos;è una tabella numero %1: il database ne ha %2.</translation>
+    </message>
+    <message>
+        <source>There is no field number %1: the table has %2.</source>
+        <translation>Non c&apos;è un campo numero %1: la tabella ne ha %2.</translation>
+    </message>
+    <message>
+        <source>There is no record number %1: the table has %2.</source>
+        <translation>Non c&apos;è un record numero %1: la tabella ne ha %2.</translation>
+    </message>
+    <message>
+        <source>There is no step number %1: there are %2.</source>
+        <translation>Non c&apos;è un passo numero %1: ce ne sono %2.</translation>
+    </message>
+    <message>
+        <source>No table is selected.</source>
+        <translation>Nessuna tabella è selezionata.</translation>
+    </message>
+    <message>
+        <source>No record is selected.</source>
+        <translation>Nessun record è selezionato.</translation>
+    </message>
+    <message>
+        <source>No database is open: its file could not be loaded.</source>
+        <translation>Nessun database è aperto: il suo file non si è potuto caricare.</translation>
+    </message>
+    <message>
+        <source>This database is in use: another file cannot be loaded into it.</source>
+        <translation>Questo database è in uso: non vi si può caricare un altro file.</translation>
+    </message>
+    <message>
+        <source>The database has no file name yet.</source>
+        <translation>Il database non ha ancora un nome di file.</translation>
+    </message>
+    <message>
+        <source>The password was not changed: %1.</source>
+        <translation>La password non è stata cambiata: %1.</translation>
+    </message>
+    <message>
+        <source>A value of this kind cannot be stored in a field.</source>
+        <translation>Un valore di questo genere non si può memorizzare in un campo.</translation>
+    </message>
+    <message>
+        <source>%1 records cannot be read.</source>
+        <translation>%1 record non si possono leggere.</translation>
+    </message>
+    <message>
+        <source>%1 records cannot be added.</source>
+        <translation>%1 record non si possono aggiungere.</translation>
+    </message>
+    <message>
+        <source>The block has values of another type than the field.</source>
+        <translation>Il blocco ha valori di un tipo diverso da quello del campo.</translation>
+    </message>
+    <message>
+        <source>The block has more values than there are records from number %1 on.</source>
+        <translation>Il blocco ha più valori di quanti sono i record dal numero %1 in poi.</translation>
+    </message>
+    <message>
+        <source>That is no order of the table&apos;s records.</source>
+        <translation>Quello non è un ordine dei record della tabella.</translation>
+    </message>
+    <message>
+        <source>This is no block of a column: %1.</source>
+        <translation>Questo non è un blocco di una colonna: %1.</translation>
+    </message>
+    <message>
+        <source>it is no list</source>
+        <translation>non è un elenco</translation>
+    </message>
+    <message>
+        <source>it begins with no type</source>
+        <translation>non comincia con un tipo</translation>
+    </message>
+    <message>
+        <source>there is no type with the code %1</source>
+        <translation>non c&apos;è un tipo con il codice %1</translation>
+    </message>
+    <message>
+        <source>its parts are not those of its type</source>
+        <translation>le sue parti non sono quelle del suo tipo</translation>
+    </message>
+    <message>
+        <source>its last value is cut off</source>
+        <translation>il suo ultimo valore è troncato</translation>
+    </message>
+    <message>
+        <source>a text reaches beyond its bytes</source>
+        <translation>un testo va oltre i suoi byte</translation>
+    </message>
+    <message>
+        <source>%1 before the running group of changes has ended.</source>
+        <translation>%1 prima che il gruppo di modifiche in corso sia finito.</translation>
+    </message>
+    <message>
+        <source>The database cannot be saved</source>
+        <translation>Il database non si può salvare</translation>
+    </message>
+    <message>
+        <source>The password cannot be changed</source>
+        <translation>La password non si può cambiare</translation>
+    </message>
+    <message>
+        <source>No step can be taken back or made again</source>
+        <translation>Nessun passo si può annullare o ripetere</translation>
+    </message>
+    <message>
+        <source>The database cannot go back to what is saved</source>
+        <translation>Il database non può tornare a ciò che è salvato</translation>
+    </message>
+    <message>
+        <source>No group of changes has begun.</source>
+        <translation>Nessun gruppo di modifiche è cominciato.</translation>
+    </message>
+    <message>
+        <source>No step has begun.</source>
+        <translation>Nessun passo è cominciato.</translation>
+    </message>
+    <message>
+        <source>There is nothing to take back.</source>
+        <translation>Non c&apos;è nulla da annullare.</translation>
+    </message>
+    <message>
+        <source>There is nothing to make again.</source>
+        <translation>Non c&apos;è nulla da ripetere.</translation>
+    </message>
+    <message>
+        <source>%1: the first steps can no longer be taken back: the memory for steps, %2 MiB, is used up</source>
+        <translation>%1: i primi passi non si possono più annullare: la memoria per i passi, %2 MiB, è esaurita</translation>
+    </message>
+    <message>
+        <source>No component serves &quot;%1&quot;. Folders searched: %2.</source>
+        <translation>Nessun componente serve &quot;%1&quot;. Cartelle cercate: %2.</translation>
+    </message>
+    <message>
+        <source>No component serves &quot;%1&quot;. Folders searched: %2. Of another version of the interface than %3: %4.</source>
+        <translation>Nessun componente serve &quot;%1&quot;. Cartelle cercate: %2. Di un&apos;altra versione dell&apos;interfaccia rispetto a %3: %4.</translation>
+    </message>
+    <message>
+        <source>The component &quot;%1&quot; cannot be loaded from %2: %3</source>
+        <translation>Il componente &quot;%1&quot; non si può caricare da %2: %3</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has not a name for each value</source>
+        <translation>&quot;%1&quot; non ha un nome per ogni valore</translation>
+    </message>
+    <message>
+        <source>its key has no value</source>
+        <translation>la sua chiave non ha un valore</translation>
+    </message>
+    <message>
+        <source>it has neither &quot;record&quot; nor &quot;key&quot;</source>
+        <translation>non ha né &quot;record&quot; né &quot;key&quot;</translation>
+    </message>
+    <message>
+        <source>there are no conflicts of a &quot;%1&quot;</source>
+        <translation>non ci sono conflitti di &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>there are no conflicts about a &quot;%1&quot;</source>
+        <translation>non ci sono conflitti su &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has a record of another length</source>
+        <translation>&quot;%1&quot; ha un record di un&apos;altra lunghezza</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has no value</source>
+        <translation>&quot;%1&quot; non ha alcun valore</translation>
+    </message>
+    <message>
+        <source>it is the same as a line before it</source>
+        <translation>è uguale a una riga precedente</translation>
     </message>
 </context>
 <context>
@@ -1192,6 +2039,34 @@ Rimuovere &apos;%1&apos;?</translation>
         <source>it has changed since it was read; open the list again</source>
         <translation>è cambiato da quando è stato letto; riaprire l&apos;elenco</translation>
     </message>
+    <message>
+        <source>The records of &apos;%1&apos; are not as the merge has left them; they may be other ones.<byte value="xd"/>
+Take that side there all the same?</source>
+        <translation>I record di &apos;%1&apos; non sono come li ha lasciati l&apos;unione; possono essere altri.<byte value="xd"/>
+Prendere comunque lì quella versione?</translation>
+    </message>
+    <message>
+        <source>The list does not tell whether the records of &apos;%1&apos; are still those that the merge meant.<byte value="xd"/>
+Take that side there all the same?</source>
+        <translation>L&apos;elenco non dice se i record di &apos;%1&apos; sono ancora quelli intesi dall&apos;unione.<byte value="xd"/>
+Prendere comunque lì quella versione?</translation>
+    </message>
+    <message>
+        <source>Record %1 of &apos;%2&apos; is not as the merge has left it; it may be another one.<byte value="xd"/>
+Take that side there all the same?</source>
+        <translation>Il record %1 di &apos;%2&apos; non è come l&apos;ha lasciato l&apos;unione; può essere un altro.<byte value="xd"/>
+Prendere comunque lì quella versione?</translation>
+    </message>
+    <message>
+        <source>The list does not tell whether record %1 of &apos;%2&apos; is still the one that the merge meant.<byte value="xd"/>
+Take that side there all the same?</source>
+        <translation>L&apos;elenco non dice se il record %1 di &apos;%2&apos; è ancora quello inteso dall&apos;unione.<byte value="xd"/>
+Prendere comunque lì quella versione?</translation>
+    </message>
+    <message>
+        <source>Left, since the record may be another one now: %1. Take such a side by itself.</source>
+        <translation>Lasciati, perché il record può essere ormai un altro: %1. Prendere questi uno per uno.</translation>
+    </message>
 </context>
 <context>
     <name>qir::ConflictList</name>
@@ -1262,6 +2137,26 @@ Rimuovere &apos;%1&apos;?</translation>
     <message>
         <source>open</source>
         <translation>aperto</translation>
+    </message>
+    <message>
+        <source>open; the table is another one now</source>
+        <translation>aperto; la tabella ora è un&apos;altra</translation>
+    </message>
+    <message>
+        <source>open; the records are not as the merge has left them</source>
+        <translation>aperto; i record non sono come li ha lasciati l&apos;unione</translation>
+    </message>
+    <message>
+        <source>open; only their order tells the records</source>
+        <translation>aperto; solo l&apos;ordine indica i record</translation>
+    </message>
+    <message>
+        <source>open; the record is not as the merge has left it</source>
+        <translation>aperto; il record non è come l&apos;ha lasciato l&apos;unione</translation>
+    </message>
+    <message>
+        <source>open; only its number tells the record</source>
+        <translation>aperto; solo il numero indica il record</translation>
     </message>
 </context>
 <context>
@@ -1385,6 +2280,14 @@ Rimuovere &apos;%1&apos;?</translation>
     <message>
         <source>Read-only</source>
         <translation>Sola lettura</translation>
+    </message>
+    <message>
+        <source>Made %1</source>
+        <translation>Creato %1</translation>
+    </message>
+    <message>
+        <source>Read %1</source>
+        <translation>Letto %1</translation>
     </message>
 </context>
 <context>
@@ -1929,6 +2832,18 @@ Rimuovere &apos;%1&apos;?</translation>
     <message>
         <source>No field of the key is checked.</source>
         <translation>Nessun campo della chiave è selezionato.</translation>
+    </message>
+    <message>
+        <source>The tables could not be read.</source>
+        <translation>Impossibile leggere le tabelle.</translation>
+    </message>
+    <message>
+        <source>Stopped. The tables were not read.</source>
+        <translation>Interrotto. Le tabelle non sono state lette.</translation>
+    </message>
+    <message>
+        <source>Searching...</source>
+        <translation>Ricerca in corso...</translation>
     </message>
 </context>
 <context>
