@@ -130,11 +130,10 @@ Exit diff(const Arguments &arguments) {
     if (arguments.patch && arguments.comparison.leavesOut())
         throw std::runtime_error("a patch takes everything: --patch goes with no --ignore and no --tolerance");
     (void)arguments.comparison.choice(); // a wrong one is told before a password is asked for
-    const auto open = [&](const std::string &file, std::size_t index) {
-        return Session::openOrEmpty(argumentText(file), passwordFileOf(arguments.passwordFiles, index));
-    };
-    const Session left = open(arguments.left, 0);
-    const Session right = open(arguments.right, 1);
+    Session left = Session::beginToRead(argumentText(arguments.left));
+    Session right = Session::beginToRead(argumentText(arguments.right));
+    left.read(passwordFileOf(arguments.passwordFiles, 0));
+    right.read(passwordFileOf(arguments.passwordFiles, 1));
     return compare(left, right, arguments);
 }
 

@@ -42,6 +42,12 @@ QByteArray versionOf(const QString &file) {
     return version;
 }
 
+/// Such as /dev/null.
+bool isEmptyFile(const QString &file) {
+    const QFileInfo info(file);
+    return info.exists() && !info.isDir() && info.size() == 0;
+}
+
 } // namespace
 
 FileError::FileError(const QString &file, const QString &reason)
@@ -81,27 +87,43 @@ Session Session::openToChange(const QString &file, const std::string &passwordFi
 
 Session Session::openFor(Use use, const QString &file, const std::string &passwordFile, SecretText *password) {
     Session session(file);
-    SecretText given;
-    std::optional<FreedMemoryWipe> wipe;
-    if (session.m_protected) {
-        wipe.emplace();
-        session.run([&] {
-            const QString note = passwordFile.empty() ? session.m_database.PasswordNote(file) : QString();
-            given = givenPassword(passwordFile, u"Password of %1: "_s.arg(file), note);
-        });
-    }
-    if (use == Use::Changing)
-        session.m_lock.emplace(file); // now that nobody is asked for anything any more
-    session.load(given);
-    if (password != nullptr)
-        *password = std::move(given);
+    session.fill(use, passwordFile, password);
     return session;
 }
 
+void Session::fill(Use use, const std::string &passwordFile, SecretText *password) {
+    SecretText given;
+    std::optional<FreedMemoryWipe> wipe;
+    if (m_protected) {
+        wipe.emplace();
+        run([&] {
+            const QString note = passwordFile.empty() ? m_database.PasswordNote(m_file) : QString();
+            given = givenPassword(passwordFile, u"Password of %1: "_s.arg(m_file), note);
+        });
+    }
+    if (use == Use::Changing)
+        m_lock.emplace(m_file); // now that nobody is asked for anything any more
+    load(given);
+    if (password != nullptr)
+        *password = std::move(given);
+}
+
 Session Session::openOrEmpty(const QString &file, const std::string &passwordFile) {
-    const QFileInfo info(file);
-    const bool isEmpty = info.exists() && !info.isDir() && info.size() == 0;
-    return isEmpty ? Session(file) : open(file, passwordFile);
+    Session session(file);
+    session.read(passwordFile);
+    return session;
+}
+
+Session Session::beginToRead(const QString &file) {
+    Session session(file);
+    if (!session.m_protected && !isEmptyFile(file))
+        session.run([&] { (void)session.m_database.BeginLoad(file); }); // where it cannot, read() does it all
+    return session;
+}
+
+void Session::read(const std::string &passwordFile) {
+    if (!isEmptyFile(m_file))
+        fill(Use::Reading, passwordFile, nullptr);
 }
 
 Session Session::openAgain(const QString &file, const SecretText &password) {

@@ -31,6 +31,11 @@ public:
     /// The same as open(); a file without a byte, such as /dev/null, is an empty database: what git has for the side of
     /// a file that comes or goes.
     static Session openOrEmpty(const QString &file, const std::string &passwordFile);
+    /// The first half of openOrEmpty(), which begins to read where it can; read() is the second. Those begun one after
+    /// the other are read at the same time. Throws FileError for trouble with the component alone.
+    static Session beginToRead(const QString &file);
+    /// Throws as open() does.
+    void read(const std::string &passwordFile);
     /// The same with a password that is known already.
     static Session openAgain(const QString &file, const SecretText &password);
     /// A new, empty database that is to become this file. Throws FileError.
@@ -58,6 +63,7 @@ private:
     explicit Session(const QString &file);
     enum class Use { Reading, Changing };
     static Session openFor(Use use, const QString &file, const std::string &passwordFile, SecretText *password);
+    void fill(Use use, const std::string &passwordFile, SecretText *password);
     void load(const SecretText &password);
     void requireSame() const;
 

@@ -57,6 +57,7 @@ const Method<void()> cancelChanges{"CancelChanges"};
 const Method<QString()> lastError{"LastError"};
 const Property<bool> leaveJournal{"LeaveJournal"};
 const Method<QString(QString)> passwordNote{"PasswordNote"};
+const Method<bool(QString)> beginLoad{"BeginLoad"};
 const Method<bool(QString, QString)> beginUnlock{"BeginUnlock"};
 const Method<bool()> unlockPending{"UnlockPending"};
 const Method<void()> cancelUnlock{"CancelUnlock"};
@@ -279,6 +280,10 @@ void QirDatabase::setLeaveJournal(bool leave) const {
 
 QString QirDatabase::PasswordNote(const QString &fileName) const {
     return passwordNote.isIn(m_object) ? passwordNote(m_object, fileName) : QString();
+}
+
+bool QirDatabase::BeginLoad(const QString &fileName) const {
+    return beginLoad.isIn(m_object) && beginLoad(m_object, fileName);
 }
 
 bool QirDatabase::BeginUnlock(const QString &fileName, const QString &password) const {

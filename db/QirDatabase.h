@@ -187,6 +187,10 @@ public:
     /// What to tell whoever is asked for a file's password, fit to be shown: that trying one costs more than usual. ""
     /// for nothing to tell, for a file that is missing or no database, and where the component lacks it.
     QString PasswordNote(const QString &fileName) const;
+    /// On a fresh instance: begins, in the background, to read a file that needs no password. LoadDtb() of it or a
+    /// release is called next and may wait for it; LoadDtb() gives the file as it stands at its own time. False, with
+    /// nothing begun, where the file is protected or cannot be read, and where the component lacks it.
+    bool BeginLoad(const QString &fileName) const;
     /// On a fresh instance: begins, in the background, what takes long in LoadDtb() of this file with this password.
     /// LoadDtb() of the same two is called next, once UnlockPending() is False or after CancelUnlock(). False, with
     /// nothing begun, where there is nothing to make ready, and where the component lacks this or UnlockPending():

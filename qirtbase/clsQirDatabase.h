@@ -51,6 +51,10 @@ public:
     /// What to tell whoever is asked for the file's password when trying one costs more than on the files that are
     /// written here; "" where it does not, and for any other file.
     Q_INVOKABLE QString PasswordNote(const QString &fileName);
+    /// Starts to read a file that is open to everybody, in a thread of its own; LoadDtb() of the same name then takes
+    /// what was read, unless something else stands there by then. False where nothing was started. Only on a fresh
+    /// instance; a release waits for the thread.
+    Q_INVOKABLE bool BeginLoad(const QString &fileName);
     /// Makes ready what takes long in LoadDtb() of the same file and password, in a thread of its own. False where
     /// there is nothing to make ready: LoadDtb() is quick then, or fails. Only on a fresh instance.
     Q_INVOKABLE bool BeginUnlock(const QString &fileName, const QString &password);

@@ -151,6 +151,10 @@ QString clsQirDatabase::PasswordNote(const QString &fileName) {
     });
 }
 
+bool clsQirDatabase::BeginLoad(const QString &fileName) {
+    return guarded([&] { return isUnused() && m_file.readAhead(fileName); });
+}
+
 bool clsQirDatabase::BeginUnlock(const QString &fileName, const QString &password) {
     return guarded([&] { return isUnused() && m_file.prepareKey(fileName, password); });
 }

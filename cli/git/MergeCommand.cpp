@@ -45,17 +45,15 @@ QString shownName(const Arguments &arguments) {
     return argumentText(arguments.path.empty() ? arguments.out : arguments.path);
 }
 
-Session openSide(const Arguments &arguments, const std::string &file, std::size_t index) {
-    const QString name = argumentText(file);
-    const auto open = [&] { return Session::openOrEmpty(name, passwordFileOf(arguments.passwordFiles, index)); };
-    if (arguments.path.empty())
-        return open();
+void readSide(Session &session, const Arguments &arguments, std::size_t index) {
     try {
-        return open();
+        session.read(passwordFileOf(arguments.passwordFiles, index));
     } catch (const FileError &error) {
+        if (arguments.path.empty())
+            throw;
         constexpr std::array sides{"BASE", "OURS", "THEIRS"};
         const QString words = errorWords(error);
-        const QString prefix = name + u": "_s;
+        const QString prefix = session.file() + u": "_s;
         const QString reason = words.startsWith(prefix) ? words.sliced(prefix.size()) : words;
         throw FileError(shownName(arguments), QLatin1StringView(sides.at(index)) + u": "_s + reason);
     }
@@ -142,9 +140,12 @@ Exit merge(const Arguments &arguments) {
     const KeyChoice keys = keysOf(arguments);
     requireReplaceable(arguments);
     const FolderLock lock(out);
-    const Session base = openSide(arguments, arguments.base, 0);
-    Session ours = openSide(arguments, arguments.ours, 1);
-    const Session theirs = openSide(arguments, arguments.theirs, 2);
+    Session base = Session::beginToRead(argumentText(arguments.base));
+    Session ours = Session::beginToRead(argumentText(arguments.ours));
+    Session theirs = Session::beginToRead(argumentText(arguments.theirs));
+    readSide(base, arguments, 0);
+    readSide(ours, arguments, 1);
+    readSide(theirs, arguments, 2);
 
     MergedContent merged;
     Session::runOn(shown, [&] { merged = mergeContents(contentOf(base), contentOf(ours), contentOf(theirs), keys); });

@@ -81,6 +81,18 @@ Result<QString> DatabaseFile::reached(const QString &name) const {
     return reachIgnoringCase(m_ops, name);
 }
 
+LoadResult<ReadOutcome> DatabaseFile::read(const QString &path, const QString &password, QStringList &notices) {
+    if (auto ahead = m_ahead.take(path, notices))
+        return std::move(*ahead);
+    return readDatabaseFile(m_ops,
+                            {.path = path,
+                             .password = password,
+                             .limits = m_options.limits,
+                             .deriveKey = m_deriveOnce,
+                             .stateFolder = m_options.stateFolder},
+                            notices);
+}
+
 LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &password) {
     Q_ASSERT(m_state == State::Fresh);
     m_state = State::Failed;
@@ -90,13 +102,7 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
     if (!where)
         return refused(LoadErrorKind::AmbiguousName, u"%1: %2"_s.arg(path, where.error().text));
     QStringList notices;
-    auto read = readDatabaseFile(m_ops,
-                                 {.path = *where,
-                                  .password = password,
-                                  .limits = m_options.limits,
-                                  .deriveKey = m_deriveOnce,
-                                  .stateFolder = m_options.stateFolder},
-                                 notices);
+    auto read = this->read(*where, password, notices);
     for (const QString &notice : notices)
         tell(u"%1: %2"_s.arg(path, notice));
     if (!read) {
@@ -163,6 +169,21 @@ std::optional<KdfParameters> DatabaseFile::keyParameters(const QString &path) co
 std::optional<KdfCosts> DatabaseFile::passwordCosts(const QString &path) const {
     const auto parameters = keyParameters(path);
     return parameters ? std::optional(parameters->costs) : std::nullopt;
+}
+
+bool DatabaseFile::readAhead(const QString &path) {
+    const auto where = reached(path);
+    if (m_state != State::Fresh || path.isEmpty() || !where)
+        return false;
+    const auto header = readFileHeader(m_ops, *where);
+    if (!header || header->isProtected)
+        return false;
+    try {
+        m_ahead.start(m_ops, *where, m_options.limits, m_options.stateFolder);
+    } catch (const std::system_error &) { // no thread: the load reads it itself
+        return false;
+    }
+    return true;
 }
 
 bool DatabaseFile::prepareKey(const QString &path, const QString &password) {

@@ -8,6 +8,7 @@
 #include "qirtbase/container/RandomSource.h"
 #include "qirtbase/container/SecretKey.h"
 #include "qirtbase/file/KeyPreparation.h"
+#include "qirtbase/file/ReadAhead.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -57,6 +58,9 @@ public:
     std::optional<KdfCosts> passwordCosts(const QString &path) const;
     /// What it costs on the files that are written here.
     const KdfCosts &usualCosts() const { return m_options.costs; }
+    /// Starts to read a file that is open to everybody, in a thread of its own; load() of the same path takes what was
+    /// read, unless something else stands there by then. False, with nothing started, for any other file.
+    bool readAhead(const QString &path);
     /// Starts to derive the key of the file from the password, in a thread of its own; load() of the same two then uses
     /// it. False, with nothing started, where a password is not needed or would not help.
     bool prepareKey(const QString &path, const QString &password);
@@ -126,6 +130,7 @@ private:
     };
 
     std::optional<KdfParameters> keyParameters(const QString &path) const;
+    LoadResult<ReadOutcome> read(const QString &path, const QString &password, QStringList &notices);
     /// The path that a name reaches: the one told, else ignoring case.
     Result<QString> reached(const QString &name) const;
     SaveOutcome trySave(QByteArrayView body);
@@ -136,6 +141,7 @@ private:
 
     FileOps &m_ops;
     DatabaseFileOptions m_options;
+    ReadAhead m_ahead;
     DerivedKeys m_derived; // of the load that runs
     KeyDeriver m_deriveOnce;
     State m_state = State::Fresh;

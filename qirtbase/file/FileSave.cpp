@@ -84,10 +84,10 @@ FileSave::Step FileSave::cannotReplace(SystemError error) {
 
 FileSave::Step FileSave::replace() {
     Step done = stage()
-                          .and_then([&] { return write(); })
-                          .and_then([&] { return readBack(); })
-                          .and_then([&] { return m_target.standing().exists ? publishOver() : publishNew(); })
-                          .and_then([&] { return settle(); });
+                    .and_then([&] { return write(); })
+                    .and_then([&] { return readBack(); })
+                    .and_then([&] { return m_target.standing().exists ? publishOver() : publishNew(); })
+                    .and_then([&] { return settle(); });
     m_staged.reset(); // removes what was not published
     return done;
 }

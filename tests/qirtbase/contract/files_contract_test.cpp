@@ -46,6 +46,21 @@ TEST_P(ContractTest, AnEmptyDatabaseIsSavedAndLoaded) {
     EXPECT_EQ(loaded(u"TEST.DDB"_s).QIRTablesCount(), 0);
 }
 
+TEST_P(ContractTest, ALoadThatWasBegunIsTheSameLoad) {
+    const QirDatabase written = pumps();
+    save(written);
+    for (const bool known : {true, false}) {
+        const QirDatabase database = QirDatabase::create();
+        (void)database.BeginLoad(path(known ? u"TEST.DDB"_s : u"MISSING.DDB"_s));
+        ASSERT_TRUE(database.LoadDtb(path(u"TEST.DDB"_s), {}));
+        EXPECT_EQ(Content::of(database), Content::of(written));
+        EXPECT_FALSE(database.DtbHasChanged());
+        EXPECT_FALSE(database.BeginLoad(path(u"TEST.DDB"_s))) << "it is in use";
+    }
+    const QirDatabase released = QirDatabase::create();
+    (void)released.BeginLoad(path(u"TEST.DDB"_s));
+}
+
 TEST_P(ContractTest, TheFileNameIsTheOneLoadedOrSet) {
     const QirDatabase fresh = QirDatabase::create();
     EXPECT_EQ(fresh.GetDatabaseFileName(), u""_s);

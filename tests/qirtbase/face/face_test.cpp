@@ -30,6 +30,7 @@ const std::vector<Member> methods = {
     {"NewPassword(QString,QString)", "void"},
     {"LastError()", "QString"},
     {"PasswordNote(QString)", "QString"},
+    {"BeginLoad(QString)", "bool"},
     {"BeginUnlock(QString,QString)", "bool"},
     {"UnlockPending()", "bool"},
     {"CancelUnlock()", "void"},

@@ -31,6 +31,7 @@ public:
         return m_database.LoadDtb(fileName, password);
     }
     Q_INVOKABLE QString PasswordNote(const QString &fileName) { return m_database.PasswordNote(fileName); }
+    Q_INVOKABLE bool BeginLoad(const QString &fileName) { return m_database.BeginLoad(fileName); }
     Q_INVOKABLE bool BeginUnlock(const QString &fileName, const QString &password) {
         return m_database.BeginUnlock(fileName, password);
     }
