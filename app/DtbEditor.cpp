@@ -38,7 +38,7 @@ DtbEditor::DtbEditor()
     , m_strips(m_editor, m_walk)
     , m_summary(m_editor, m_differingTables, m_walk, [this] { m_modes.CompareAgainMenu_Click(); })
     , m_onlyDifferences(m_editor, m_differences)
-    , m_tables(m_editor, m_differences)
+    , m_tables(m_editor, m_differences, m_gridCommands)
     , m_gridSave(m_editor, m_differences)
     , m_stored(m_editor)
     , m_cellEditor(m_editor, m_marks, m_stored)
@@ -50,11 +50,11 @@ DtbEditor::DtbEditor()
     , m_tableFilter(m_editor)
     , m_sorting(m_editor, m_gridSave, m_tables)
     , m_gridPopups(m_editor)
-    , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups)
+    , m_gridEvents(m_editor, m_cellEditor, m_clipboard, m_gridPopups, m_gridCommands)
     , m_changes(m_editor, changeActions())
     , m_signs(m_editor)
-    , m_open(m_editor, m_alignment, m_differences, m_tables, m_notices, m_changes)
-    , m_save(m_editor, m_changes)
+    , m_open(m_editor, m_remembered, m_alignment, m_differences, m_tables, m_notices, m_changes)
+    , m_save(m_editor, m_remembered, m_changes)
     , m_close(m_editor, m_alignment, m_differences)
     , m_listPopup(m_editor)
     , m_tableCommands(m_editor, m_alignment, m_differences, m_tables)
@@ -63,10 +63,10 @@ DtbEditor::DtbEditor()
     , m_cloneCommands(m_editor, m_alignment, m_differences, m_tables, m_gridSave)
     , m_carryCommands(m_editor, m_differences, m_tables, m_cloneCommands, m_walk)
     , m_modes(m_editor, m_alignment, m_differences, m_tables)
-    , m_filesAtHand(m_editor, fileOpening())
-    , m_colours(m_editor)
-    , m_toolBar(m_editor, [this] { layOutAnew(); })
-    , m_room(m_editor, [this] { layOutAnew(); })
+    , m_filesAtHand(m_editor, m_remembered, fileOpening())
+    , m_colours(m_editor, m_remembered)
+    , m_toolBar(m_editor, m_remembered, [this] { layOutAnew(); })
+    , m_room(m_editor, m_remembered, [this] { layOutAnew(); })
     , m_keyedCarry(m_editor, m_differences, m_tables)
     , m_keyed(m_editor, keyedActions())
     , m_undo(m_editor, m_alignment, m_differences, m_tables)
@@ -76,7 +76,7 @@ DtbEditor::DtbEditor()
     setWindowTitle(applicationTitle());
     setMinimumSize(minimumWindowSize());
     resize(1000, 700);
-    restoreWindowPlace(*this, m_editor.remembered());
+    restoreWindowPlace(*this, m_remembered);
     buildParts();
     SettaColoriIndexAttivo(m_editor);
     AbilitaMenu(m_editor, -1);
@@ -177,11 +177,10 @@ KeptVersions::Opening DtbEditor::keptOpening() {
 }
 
 KeyedActions DtbEditor::keyedActions() {
-    return {.rememberedKey =
-                [this](const QString &table) { return m_editor.remembered().keyFields(openPair(m_editor), table); },
+    return {.rememberedKey = [this](const QString &table) { return m_remembered.keyFields(openPair(m_editor), table); },
             .rememberKey =
                 [this](const QString &table, const QStringList &key) {
-                    m_editor.remembered().noteKeyFields(openPair(m_editor), table, key, protectionOfPair(m_editor));
+                    m_remembered.noteKeyFields(openPair(m_editor), table, key, protectionOfPair(m_editor));
                 },
             .carry = [this](const CarriedChanges &changes) { m_keyedCarry.carry(changes); },
             .report =
@@ -307,7 +306,7 @@ void DtbEditor::closeEvent(QCloseEvent *event) {
     event->setAccepted(released);
     if (!released)
         return;
-    rememberWindowPlace(*this, m_editor.remembered());
+    rememberWindowPlace(*this, m_remembered);
     if (MessageLoop *loop = MessageLoop::instance())
         loop->endProgram();
     // Whatever else stands open: Qt by itself would wait for a menu that lost its window's attention.

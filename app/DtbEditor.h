@@ -15,6 +15,7 @@
 #include "app/look/Colours.h"
 #include "app/look/Room.h"
 #include "app/look/ToolBar.h"
+#include "base/state/Remembered.h"
 #include "compare/CellDifferences.h"
 #include "compare/DifferenceStrip.h"
 #include "compare/DifferenceWalk.h"
@@ -32,6 +33,7 @@
 #include "find/PasteAll.h"
 #include "find/TableFilter.h"
 #include "pane/EditorContext.h"
+#include "pane/GridCommands.h"
 #include "pane/PaneFocus.h"
 #include "pane/StoredMarks.h"
 #include "platform/grid/GridPair.h"
@@ -81,6 +83,7 @@ public:
 
     /// State and controls, for tests that check that panes, lists and component are in step.
     EditorContext &context() { return m_editor; }
+    const Remembered &remembered() const { return m_remembered; }
     int ColonnaOrdinamento() const { return m_tables.ColonnaOrdinamento(); }
     /// What the last paste has to tell; "" nothing.
     QString pasteOutcome() const { return m_clipboard.outcome(); }
@@ -115,7 +118,9 @@ private:
     void endWithSession(QSessionManager &manager);
 
     Notices m_notices;
+    Remembered m_remembered;
     EditorContext m_editor;
+    GridCommands m_gridCommands;
     PaneFocus m_focus;
     EqualTables m_equalTables;
     TableMarks m_marks;

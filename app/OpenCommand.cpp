@@ -97,12 +97,12 @@ bool OpenCommand::isThere(const QString &path) {
         return true;
     QWidget *window = m_editor.controls().window;
     // Its disk may come back.
-    const bool isKept = m_editor.remembered().files().contains(path);
+    const bool isKept = m_remembered.files().contains(path);
     if (!isKept)
         messageBox(window, tr("'%1' was not found").arg(path), u"!"_s);
     else if (askYesNo(window, tr("'%1' was not found.\r\nTake it off the recent files?").arg(path), u"!"_s) ==
              Answer::Yes)
-        m_editor.remembered().dropFile(path);
+        m_remembered.dropFile(path);
     return false;
 }
 
@@ -237,7 +237,7 @@ bool OpenCommand::isLoadable(const QString &name, std::optional<InputBoxWipe> &w
 }
 
 void OpenCommand::opened(int pane) {
-    rememberOpenFile(m_editor, pane);
+    rememberOpenFile(m_remembered, m_editor, pane);
     m_changes.follow(pane);
 }
 
@@ -270,12 +270,11 @@ StartResult OpenCommand::openChosen(const Choice &choose) {
 }
 
 void OpenCommand::CaricaSecco(QString &fileName, bool &chosen) {
-    Remembered &remembered = m_editor.remembered();
     fileName = MostraDialogoFile(m_editor.controls().window, FileDialogAction::Open, tr("File DDB,WDB,UDB,SDB,IDB"),
-                                 u"DDB"_s, remembered.folder(), QString(), databaseFileFilter(), remembered.kind());
+                                 u"DDB"_s, m_remembered.folder(), QString(), databaseFileFilter(), m_remembered.kind());
     chosen = !fileName.isEmpty() && isReached(fileName);
     if (chosen)
-        remembered.noteChosen(placeOf(fileName).value_or(fileName), protectionOf(fileName));
+        m_remembered.noteChosen(placeOf(fileName).value_or(fileName), protectionOf(fileName));
 }
 
 bool OpenCommand::isReached(const QString &name) {

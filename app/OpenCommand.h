@@ -14,6 +14,7 @@ namespace qir {
 class CellDifferences;
 class Notices;
 class OutsideChanges;
+class Remembered;
 class TableListAlignment;
 class TableLoader;
 
@@ -28,9 +29,10 @@ class OpenCommand {
     Q_DECLARE_TR_FUNCTIONS(OpenCommand)
 
 public:
-    OpenCommand(EditorContext &editor, TableListAlignment &alignment, CellDifferences &differences, TableLoader &tables,
-                Notices &notices, OutsideChanges &changes)
+    OpenCommand(EditorContext &editor, Remembered &remembered, TableListAlignment &alignment,
+                CellDifferences &differences, TableLoader &tables, Notices &notices, OutsideChanges &changes)
         : m_editor(editor)
+        , m_remembered(remembered)
         , m_alignment(alignment)
         , m_differences(differences)
         , m_tables(tables)
@@ -92,6 +94,7 @@ private:
     void showOpenedTables();
 
     EditorContext &m_editor;
+    Remembered &m_remembered;
     TableListAlignment &m_alignment;
     CellDifferences &m_differences;
     TableLoader &m_tables;

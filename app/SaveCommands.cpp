@@ -71,20 +71,20 @@ void SaveCommands::SaveAsMenu_Click() {
         return;
     writeAll(database);
     m_editor.pane(pane).showFileName(name);
-    m_editor.remembered().noteChosen(placeOf(name).value_or(name), protectionOf(name));
+    m_remembered.noteChosen(placeOf(name).value_or(name), protectionOf(name));
     saved(pane);
 }
 
 void SaveCommands::saved(int pane) {
     m_changes.follow(pane); // at once: what another program writes before counts as ours
-    rememberOpenFile(m_editor, pane);
+    rememberOpenFile(m_remembered, m_editor, pane);
 }
 
 void SaveCommands::SalvaSecco(QString &fileName, bool &chosen) {
     const PercorsoDiviso parts = DividiPercorso(fileName);
-    fileName = MostraDialogoFile(m_editor.controls().window, FileDialogAction::Save, tr("File DDB,WDB,UDB,SDB,IDB"),
-                                 parts.extension, m_editor.remembered().folder(), QString(), databaseFileFilter(),
-                                 m_editor.remembered().kind());
+    fileName =
+        MostraDialogoFile(m_editor.controls().window, FileDialogAction::Save, tr("File DDB,WDB,UDB,SDB,IDB"),
+                          parts.extension, m_remembered.folder(), QString(), databaseFileFilter(), m_remembered.kind());
     chosen = !fileName.isEmpty();
 }
 

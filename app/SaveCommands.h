@@ -7,14 +7,16 @@
 namespace qir {
 
 class OutsideChanges;
+class Remembered;
 
 /// Writing the active pane's database, under its own name or under another. Only these two commands save.
 class SaveCommands {
     Q_DECLARE_TR_FUNCTIONS(SaveCommands)
 
 public:
-    SaveCommands(EditorContext &editor, OutsideChanges &changes)
+    SaveCommands(EditorContext &editor, Remembered &remembered, OutsideChanges &changes)
         : m_editor(editor)
+        , m_remembered(remembered)
         , m_changes(changes) {}
 
     /// Its rows for the menus.
@@ -34,6 +36,7 @@ private:
     void saved(int pane);
 
     EditorContext &m_editor;
+    Remembered &m_remembered;
     OutsideChanges &m_changes;
 };
 

@@ -3,6 +3,7 @@
 
 #include "app/DtbEditor.h"
 #include "bench/MixedTable.h"
+#include "pane/GridCommands.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/ColumnFit.h"
@@ -52,7 +53,8 @@ void fillAndFit(benchmark::State &state) {
     EqualTables equal(window.context());
     TableMarks marks(window.context(), equal);
     CellDifferences differences(window.context(), marks, equal);
-    TableLoader tables(window.context(), differences);
+    GridCommands commands;
+    TableLoader tables(window.context(), differences, commands);
     for (auto _ : state) {
         std::optional<DeafTime> deaf;
         if (watched)

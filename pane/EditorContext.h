@@ -1,10 +1,8 @@
 #pragma once
 
 #include "base/BitMatrix.h"
-#include "base/state/Remembered.h"
 #include "pane/CellEdit.h"
 #include "pane/CommandTable.h"
-#include "pane/GridCommands.h"
 #include "pane/ListClicks.h"
 #include "pane/Pane.h"
 #include "pane/PaneRoom.h"
@@ -98,15 +96,10 @@ public:
     /// is hidden.
     bool gridsShowSameTable() const;
 
-    /// Enables the field and record commands by what the active pane shows.
-    GridCommands &gridCommands() { return m_gridCommands; }
-
     /// The line below the panes, which also shows a message for a while.
     StatusLine &status() { return m_status; }
     /// How a pane's room is shared between list and grid.
     PaneRoom &room() { return m_room; }
-    /// What is kept from one session to the next.
-    Remembered &remembered() { return m_remembered; }
 
     /// What both panes share. Entered when it is built.
     const EditorControls &controls() const { return m_controls; }
@@ -123,10 +116,8 @@ private:
     int m_active = -1;
     int m_origin = 0;
     BitMatrix m_different;
-    GridCommands m_gridCommands;
     StatusLine m_status;
     PaneRoom m_room;
-    Remembered m_remembered;
 };
 
 } // namespace qir

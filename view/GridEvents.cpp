@@ -1,6 +1,7 @@
 #include "view/GridEvents.h"
 
 #include "pane/ActivePane.h"
+#include "pane/GridCommands.h"
 #include "platform/grid/Grid.h"
 #include "platform/loop/MessageLoop.h"
 #include "view/AreaClipboard.h"
@@ -63,7 +64,7 @@ bool GridEvents::eventFilter(QObject *watched, QEvent *event) {
 
 void GridEvents::Tabella_Click(int pane) {
     activatePane(m_editor, pane);
-    m_editor.gridCommands().enable(m_editor);
+    m_commands.enable(m_editor);
 }
 
 void GridEvents::Tabella_DblClick(int pane) {

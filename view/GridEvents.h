@@ -12,17 +12,20 @@ namespace qir {
 
 class AreaClipboard;
 class CellEditor;
+class GridCommands;
 class GridPopups;
 
 /// What the events of a pane's grid do: activate the pane, start and end edits, copy and paste, keep the other grid
 /// beside this one, open pop-ups.
 class GridEvents : public QObject {
 public:
-    GridEvents(EditorContext &editor, CellEditor &cellEditor, AreaClipboard &clipboard, GridPopups &popups)
+    GridEvents(EditorContext &editor, CellEditor &cellEditor, AreaClipboard &clipboard, GridPopups &popups,
+               GridCommands &commands)
         : m_editor(editor)
         , m_cellEditor(cellEditor)
         , m_clipboard(clipboard)
-        , m_popups(popups) {}
+        , m_popups(popups)
+        , m_commands(commands) {}
 
     /// Listens to the events of a pane's grid, each as a command of its own.
     void connectPane(int pane);
@@ -45,6 +48,7 @@ private:
     CellEditor &m_cellEditor;
     AreaClipboard &m_clipboard;
     GridPopups &m_popups;
+    GridCommands &m_commands;
 };
 
 } // namespace qir

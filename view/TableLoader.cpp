@@ -5,7 +5,7 @@
 #include "compare/CellDifferences.h"
 #include "db/FieldTypes.h"
 #include "pane/ActivePane.h"
-
+#include "pane/GridCommands.h"
 #include "platform/grid/Grid.h"
 #include "platform/grid/GridFill.h"
 #include "platform/list/ListBox.h"
@@ -114,7 +114,7 @@ void TableLoader::reloaded(int pane, const std::function<void()> &load) {
 
 void TableLoader::loadCurrentTable(int pane) {
     m_editor.endEdit();
-    m_editor.gridCommands().gridFilled();
+    m_commands.gridFilled();
     RiempiGrigliaDaTabella(pane);
     m_editor.pane(pane).loadSucceeded();
     const Grid &grid = m_editor.Tabella(pane);
@@ -236,7 +236,7 @@ void TableLoader::settlePanes() {
     m_editor.controls()
         .action(Command::RemoveTableMenu)
         .setEnabled(active >= 0 && m_editor.DtbAperto(active) && m_editor.ListaTabelle(active).ListCount() > 0);
-    m_editor.gridCommands().follow(m_editor);
+    m_commands.follow(m_editor);
 }
 
 /// A load raises nothing, though it may have moved or cut its grid's selection, which is the other grid's too then; or

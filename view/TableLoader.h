@@ -10,6 +10,7 @@
 namespace qir {
 
 class CellDifferences;
+class GridCommands;
 
 /// The header text of a field: its name, then its type in square brackets.
 QString headerText(const QirDatabase &database, int field);
@@ -17,9 +18,10 @@ QString headerText(const QirDatabase &database, int field);
 /// From a line of a table list to a filled grid: selecting a table in either pane and loading it.
 class TableLoader {
 public:
-    TableLoader(EditorContext &editor, CellDifferences &differences)
+    TableLoader(EditorContext &editor, CellDifferences &differences, GridCommands &commands)
         : m_editor(editor)
-        , m_differences(differences) {}
+        , m_differences(differences)
+        , m_commands(commands) {}
 
     /// Listens to the clicks of a pane's list; must outlive it.
     void connectPane(int pane);
@@ -63,6 +65,7 @@ private:
 
     EditorContext &m_editor;
     CellDifferences &m_differences;
+    GridCommands &m_commands;
     int m_sortColumn = 1;
     /// The selection before a grid was first filled since the panes were settled; no cell where it showed another
     /// table.

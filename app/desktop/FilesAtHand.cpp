@@ -71,19 +71,19 @@ QStringList draggedFiles(const QMimeData &data) {
 void FilesAtHand::addCommands() {
     CommandTable &commands = m_editor.commands();
     commands.add(Command::NewDatabase, tr("&New Database..."),
-                 [this] { NewDatabase_Click(m_editor, [this](const QString &path) { openFile(path); }); },
+                 [this] { NewDatabase_Click(m_editor, m_remembered, [this](const QString &path) { openFile(path); }); },
                  {.shortcut = QKeySequence(Qt::CTRL | Qt::Key_N)});
     commands.add(Command::ForgetMenu, tr("&Forget..."), [this] { ForgetMenu_Click(); });
     commands.add(Command::DesktopDialogsMenu, tr("&Desktop's File Dialogs"), [this] { DesktopDialogsMenu_Click(); });
     QAction &desktops = m_editor.controls().action(Command::DesktopDialogsMenu);
     desktops.setCheckable(true);
-    desktops.setChecked(m_editor.remembered().choice(dialogsKey, desktopDialogs) != ownDialogs);
+    desktops.setChecked(m_remembered.choice(dialogsKey, desktopDialogs) != ownDialogs);
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, !desktops.isChecked());
 }
 
 void FilesAtHand::DesktopDialogsMenu_Click() {
     const bool desktops = m_editor.controls().action(Command::DesktopDialogsMenu).isChecked();
-    m_editor.remembered().setChoice(dialogsKey, desktops ? desktopDialogs : ownDialogs);
+    m_remembered.setChoice(dialogsKey, desktops ? desktopDialogs : ownDialogs);
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, !desktops);
 }
 
@@ -113,7 +113,7 @@ void FilesAtHand::connectPane(int pane) {
 
 void FilesAtHand::fillFiles() {
     m_files->clear();
-    const QStringList paths = m_editor.remembered().files();
+    const QStringList paths = m_remembered.files();
     for (int i = 0; i < paths.size(); ++i) {
         QAction *entry = m_files->addAction(numbered(i, menuText(*m_files, paths[i])));
         entry->setToolTip(paths[i]);
@@ -126,7 +126,7 @@ void FilesAtHand::fillFiles() {
 
 void FilesAtHand::fillPairs() {
     m_pairs->clear();
-    const QList<FilePair> pairs = m_editor.remembered().pairs();
+    const QList<FilePair> pairs = m_remembered.pairs();
     for (int i = 0; i < pairs.size(); ++i) {
         const FilePair &pair = pairs[i];
         QAction *entry = m_pairs->addAction(
@@ -144,10 +144,9 @@ void FilesAtHand::addProtectedChoice(QMenu &menu) {
     QAction *choice = menu.addAction(tr("&Keep Names of Protected Files"));
     choice->setObjectName(u"KeepProtectedMenu"_s);
     choice->setCheckable(true);
-    choice->setChecked(m_editor.remembered().keepsProtected());
-    connect(choice, &QAction::triggered, this, [this](bool keeps) {
-        runCommand([&] { tellUnlessKept(m_editor.remembered().setKeepsProtected(keeps)); });
-    });
+    choice->setChecked(m_remembered.keepsProtected());
+    connect(choice, &QAction::triggered, this,
+            [this](bool keeps) { runCommand([&] { tellUnlessKept(m_remembered.setKeepsProtected(keeps)); }); });
 }
 
 void FilesAtHand::openFile(const QString &path) {
@@ -166,7 +165,7 @@ void FilesAtHand::openPair(const FilePair &pair) {
 void FilesAtHand::ForgetMenu_Click() {
     const QString text = tr("Forget recent files and pairs, key fields, the folder used last and the window's place?");
     if (askYesNo(m_editor.controls().window, text, u"?"_s) == Answer::Yes)
-        tellUnlessKept(m_editor.remembered().forget());
+        tellUnlessKept(m_remembered.forget());
 }
 
 /// What may be confidential must not come back unsaid.

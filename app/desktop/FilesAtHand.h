@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/state/Remembered.h"
 #include "pane/EditorContext.h"
 
 #include <QObject>
@@ -24,8 +25,9 @@ class FilesAtHand : public QObject {
     Q_OBJECT
 
 public:
-    FilesAtHand(EditorContext &editor, FileOpening opening)
+    FilesAtHand(EditorContext &editor, Remembered &remembered, FileOpening opening)
         : m_editor(editor)
+        , m_remembered(remembered)
         , m_opening(std::move(opening)) {}
 
     /// Their rows for the menus.
@@ -52,6 +54,7 @@ private:
     bool takeDrop(int pane, QDropEvent &event);
 
     EditorContext &m_editor;
+    Remembered &m_remembered;
     FileOpening m_opening;
     QMenu *m_files = nullptr;
     QMenu *m_pairs = nullptr;

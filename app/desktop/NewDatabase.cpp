@@ -61,9 +61,9 @@ void writeAll(const QirDatabase &database) {
     database.setDtbHasChanged(false);
 }
 
-void NewDatabase_Click(EditorContext &editor, const std::function<void(const QString &path)> &open) {
+void NewDatabase_Click(EditorContext &editor, Remembered &remembered,
+                       const std::function<void(const QString &path)> &open) {
     QWidget *window = editor.controls().window;
-    Remembered &remembered = editor.remembered();
     const QString kind = remembered.kind().isEmpty() ? u"DDB"_s : remembered.kind();
     const QString name = MostraDialogoFile(window, FileDialogAction::Save, QObject::tr("New Database"), kind,
                                            remembered.folder(), QString(), databaseFileFilter(), kind);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/state/Remembered.h"
 #include "pane/EditorContext.h"
 
 #include <functional>
@@ -14,6 +15,7 @@ bool takeName(QWidget *window, const QirDatabase &database, const QString &name)
 void writeAll(const QirDatabase &database);
 
 /// Asks for a name, one of the five kinds, and makes an empty database under it, which is opened as any other.
-void NewDatabase_Click(EditorContext &editor, const std::function<void(const QString &path)> &open);
+void NewDatabase_Click(EditorContext &editor, Remembered &remembered,
+                       const std::function<void(const QString &path)> &open);
 
 } // namespace qir

@@ -33,13 +33,13 @@ Protection protectionOfPair(const EditorContext &editor) {
     return left == Protection::Open ? openFileProtection(editor, 1) : left;
 }
 
-void rememberOpenFile(EditorContext &editor, int pane) {
-    editor.remembered().noteFile(openFilePath(editor, pane), openFileProtection(editor, pane));
+void rememberOpenFile(Remembered &remembered, const EditorContext &editor, int pane) {
+    remembered.noteFile(openFilePath(editor, pane), openFileProtection(editor, pane));
     if (!editor.DtbAperto(0) || !editor.DtbAperto(1))
         return;
     const FilePair pair = openPair(editor);
     if (pair.left != pair.right) // a file beside itself is no pair to come back to
-        editor.remembered().notePair(pair, protectionOfPair(editor));
+        remembered.notePair(pair, protectionOfPair(editor));
 }
 
 } // namespace qir

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/state/Remembered.h"
 #include "pane/EditorContext.h"
 
 namespace qir {
@@ -19,6 +20,6 @@ Protection protectionOfPair(const EditorContext &editor);
 Protection protectionOf(const QString &fileName);
 
 /// What a pane has just opened or saved is the newest of the recent files, and with the other pane's the newest pair.
-void rememberOpenFile(EditorContext &editor, int pane);
+void rememberOpenFile(Remembered &remembered, const EditorContext &editor, int pane);
 
 } // namespace qir

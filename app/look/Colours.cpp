@@ -28,11 +28,12 @@ bool hasSessionBus() {
 
 } // namespace
 
-Colours::Colours(EditorContext &editor)
-    : Colours(editor, hasSessionBus() ? QDBusConnection::sessionBus() : QDBusConnection(QString())) {}
+Colours::Colours(EditorContext &editor, Remembered &remembered)
+    : Colours(editor, remembered, hasSessionBus() ? QDBusConnection::sessionBus() : QDBusConnection(QString())) {}
 
-Colours::Colours(EditorContext &editor, const QDBusConnection &bus)
+Colours::Colours(EditorContext &editor, Remembered &remembered, const QDBusConnection &bus)
     : m_editor(editor)
+    , m_remembered(remembered)
     , m_desktop(bus)
     , m_given(QApplication::palette()) {
     connect(&m_desktop, &DesktopColours::changed, this, &Colours::apply);
@@ -49,7 +50,7 @@ void Colours::addCommands() {
     commands.add(Command::ColoursLightMenu, tr("&Light"), [this] { choose(light); });
     commands.add(Command::ColoursDarkMenu, tr("&Dark"), [this] { choose(dark); });
     auto *group = new QActionGroup(m_editor.controls().window);
-    const QString chosen = m_editor.remembered().choice(choiceKey, systemScheme);
+    const QString chosen = m_remembered.choice(choiceKey, systemScheme);
     for (const auto &[command, scheme] :
          {std::pair(Command::ColoursSystemMenu, systemScheme), std::pair(Command::ColoursLightMenu, light),
           std::pair(Command::ColoursDarkMenu, dark)}) {
@@ -64,7 +65,7 @@ void Colours::addCommands() {
 }
 
 void Colours::choose(const QString &scheme) {
-    m_editor.remembered().setChoice(choiceKey, scheme);
+    m_remembered.setChoice(choiceKey, scheme);
     apply();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/look/DesktopColours.h"
+#include "base/state/Remembered.h"
 #include "pane/EditorContext.h"
 
 #include <QObject>
@@ -14,8 +15,8 @@ class Colours : public QObject {
     Q_OBJECT
 
 public:
-    explicit Colours(EditorContext &editor);
-    Colours(EditorContext &editor, const QDBusConnection &bus);
+    Colours(EditorContext &editor, Remembered &remembered);
+    Colours(EditorContext &editor, Remembered &remembered, const QDBusConnection &bus);
     /// The platform theme's palette is put back.
     ~Colours() override;
 
@@ -28,6 +29,7 @@ private:
     void apply();
 
     EditorContext &m_editor;
+    Remembered &m_remembered;
     DesktopColours m_desktop;
     QPalette m_given; ///< The platform theme's.
     bool m_own = false;

@@ -41,10 +41,9 @@ void Room::addCommands() {
 }
 
 void Room::recall() {
-    const Remembered &remembered = m_editor.remembered();
     for (const PaneRoom::Placing placing : {PaneRoom::Placing::Above, PaneRoom::Placing::Beside})
-        m_editor.room().setListShare(placing, remembered.choice(keyOf(placing), u"0"_s).toInt() / shareUnit);
-    m_editor.room().setWantsBeside(remembered.choice(besideKey, no) == yes);
+        m_editor.room().setListShare(placing, m_remembered.choice(keyOf(placing), u"0"_s).toInt() / shareUnit);
+    m_editor.room().setWantsBeside(m_remembered.choice(besideKey, no) == yes);
     m_editor.controls().action(Command::ListBesideMenu).setChecked(m_editor.room().wantsBeside());
     const bool stretch = remembered.choice(stretchKey, no) == yes;
     m_editor.controls().action(Command::StretchColumnMenu).setChecked(stretch);
@@ -61,14 +60,14 @@ void Room::connectPane(int pane) {
 
 void Room::StretchColumnMenu_Click() {
     const bool stretch = m_editor.controls().action(Command::StretchColumnMenu).isChecked();
-    m_editor.remembered().setChoice(stretchKey, stretch ? yes : no);
+    m_remembered.setChoice(stretchKey, stretch ? yes : no);
     for (const int pane : {0, 1})
         m_editor.Tabella(pane).setStretchLastColumn(stretch);
 }
 
 void Room::ListBesideMenu_Click() {
     const bool wants = m_editor.controls().action(Command::ListBesideMenu).isChecked();
-    m_editor.remembered().setChoice(besideKey, wants ? yes : no);
+    m_remembered.setChoice(besideKey, wants ? yes : no);
     m_editor.room().setWantsBeside(wants);
     m_editor.endEdit();
     m_layOutAnew();
@@ -86,7 +85,7 @@ void Room::setShare(double share) {
 
 void Room::noteShare() {
     const double share = m_editor.room().listShare(placing());
-    m_editor.remembered().setChoice(keyOf(placing()), QString::number(qRound(share * shareUnit)));
+    m_remembered.setChoice(keyOf(placing()), QString::number(qRound(share * shareUnit)));
 }
 
 void Room::moveBorder(int pane, int position) {

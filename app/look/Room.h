@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/state/Remembered.h"
 #include "pane/EditorContext.h"
 
 #include <QObject>
@@ -14,8 +15,9 @@ class Room : public QObject {
 
 public:
     /// `layOutAnew` lets the panes take the room that they now have.
-    Room(EditorContext &editor, std::function<void()> layOutAnew)
+    Room(EditorContext &editor, Remembered &remembered, std::function<void()> layOutAnew)
         : m_editor(editor)
+        , m_remembered(remembered)
         , m_layOutAnew(std::move(layOutAnew)) {}
 
     /// Their rows for the menus.
@@ -32,6 +34,7 @@ private:
     void setShare(double share);
 
     EditorContext &m_editor;
+    Remembered &m_remembered;
     std::function<void()> m_layOutAnew;
 };
 

@@ -59,14 +59,14 @@ void ToolBar::build(QMainWindow &window) {
         if (entry.endsGroup)
             m_bar->addSeparator();
     }
-    const bool isShown = m_editor.remembered().choice(toolBarKey, hidden) == shown;
+    const bool isShown = m_remembered.choice(toolBarKey, hidden) == shown;
     m_editor.controls().action(Command::ToolBarMenu).setChecked(isShown);
     m_bar->setVisible(isShown);
 }
 
 void ToolBar::ToolBarMenu_Click() {
     const bool isShown = m_editor.controls().action(Command::ToolBarMenu).isChecked();
-    m_editor.remembered().setChoice(toolBarKey, isShown ? shown : hidden);
+    m_remembered.setChoice(toolBarKey, isShown ? shown : hidden);
     m_bar->setVisible(isShown);
     m_layOutAnew();
 }

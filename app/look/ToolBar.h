@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/state/Remembered.h"
 #include "pane/EditorContext.h"
 
 #include <QObject>
@@ -19,8 +20,9 @@ class ToolBar : public QObject {
 
 public:
     /// `layOutAnew` gives the panes the room that is left.
-    ToolBar(EditorContext &editor, std::function<void()> layOutAnew)
+    ToolBar(EditorContext &editor, Remembered &remembered, std::function<void()> layOutAnew)
         : m_editor(editor)
+        , m_remembered(remembered)
         , m_layOutAnew(std::move(layOutAnew)) {}
 
     /// Its row for the menus.
@@ -32,6 +34,7 @@ private:
     void ToolBarMenu_Click();
 
     EditorContext &m_editor;
+    Remembered &m_remembered;
     std::function<void()> m_layOutAnew;
     QToolBar *m_bar = nullptr;
 };

@@ -148,7 +148,7 @@ private Q_SLOTS:
         {
             EditorFixture fixture;
             openBoth(fixture, {pumps()}, {valves()});
-            QCOMPARE(fixture.editor().remembered().pairs().size(), 1);
+            QCOMPARE(fixture.window().remembered().pairs().size(), 1);
         }
         QVERIFY(QFile::remove(left));
         makeFile(u"LEFT.DDB"_s, {pumps()}, u"pw"_s);
@@ -156,14 +156,14 @@ private Q_SLOTS:
         fixture.dialogs().expectFile(fileDialogTitle, left);
         fixture.dialogs().expectInput(u"Password:"_s, u"Input password"_s, QString(), u"pw"_s);
         fixture.choose(Command::OpenDatabase);
-        QCOMPARE(fixture.editor().remembered().pairs().size(), 0);
+        QCOMPARE(fixture.window().remembered().pairs().size(), 0);
     }
 
     void aFileBesideItselfIsNoPair() {
         const QString file = makeFile(u"A.DDB"_s, {pumps()});
         EditorFixture fixture;
         fixture.openBoth(file, file);
-        QCOMPARE(fixture.editor().remembered().pairs().size(), 0);
+        QCOMPARE(fixture.window().remembered().pairs().size(), 0);
     }
 };
 
