@@ -45,7 +45,7 @@ void Room::recall() {
         m_editor.room().setListShare(placing, m_remembered.choice(keyOf(placing), u"0"_s).toInt() / shareUnit);
     m_editor.room().setWantsBeside(m_remembered.choice(besideKey, no) == yes);
     m_editor.controls().action(Command::ListBesideMenu).setChecked(m_editor.room().wantsBeside());
-    const bool stretch = remembered.choice(stretchKey, no) == yes;
+    const bool stretch = m_remembered.choice(stretchKey, no) == yes;
     m_editor.controls().action(Command::StretchColumnMenu).setChecked(stretch);
     for (const int pane : {0, 1})
         m_editor.Tabella(pane).setStretchLastColumn(stretch);
