@@ -103,6 +103,7 @@ LoadResult<QByteArray> DatabaseFile::load(const QString &path, const QString &pa
         return refused(LoadErrorKind::AmbiguousName, u"%1: %2"_s.arg(path, where.error().text));
     QStringList notices;
     auto read = this->read(*where, password, notices);
+    notices.removeDuplicates(); // the file may have been read twice
     for (const QString &notice : notices)
         tell(u"%1: %2"_s.arg(path, notice));
     if (!read) {

@@ -99,8 +99,8 @@ LoadResult<ReadOutcome> readOnce(FileOps &ops, const ReadRequest &request, QStri
         return tl::unexpected(explained(container.error(), *recovery));
     }
     outcome.container = std::move(*container);
-    if (before && !isYoung(*before))
-        outcome.settled = *before;
+    if (before)
+        outcome.status = *before;
     return outcome;
 }
 

@@ -27,8 +27,8 @@ struct ReadOutcome {
     /// The file itself is half written: what was read came from its safe copy. This is the save id of what was to be
     /// saved.
     std::optional<FileIdentifier> tornInto;
-    /// The file as it was before it was read; nothing where it was so young that a write after it could look the same.
-    std::optional<struct stat> settled;
+    /// The file as it was before it was read; nothing where the system did not say.
+    std::optional<struct stat> status;
 };
 
 /// The header of a database file, looked at alone.

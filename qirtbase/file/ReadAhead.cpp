@@ -9,7 +9,22 @@
 
 namespace qir {
 
+namespace {
+
+/// Unlike the time of a write, that of a change to the file can be set by nobody.
+bool sameTime(const struct timespec &left, const struct timespec &right) {
+    return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
+}
+
+} // namespace
+
 struct ReadAhead::Reading {
+    Reading(FileOps &theOps, QString thePath, const ContainerLimits &theLimits, QString theStateFolder)
+        : ops(theOps)
+        , path(std::move(thePath))
+        , limits(theLimits)
+        , stateFolder(std::move(theStateFolder)) {}
+
     FileOps &ops;
     QString path;
     ContainerLimits limits;
@@ -38,10 +53,14 @@ void ReadAhead::Reading::run() noexcept {
 }
 
 bool ReadAhead::Reading::stillStands() const {
-    if (!outcome || !outcome->settled)
+    if (!outcome || !outcome->status)
         return false;
     const auto now = ops.statusAt(AT_FDCWD, systemPath(path), FollowLinks::Yes);
-    return now && sameVersion(*now, *outcome->settled);
+    if (!now || !sameVersion(*now, *outcome->status) || !sameTime(now->st_ctim, outcome->status->st_ctim))
+        return false;
+    // What was written within one tick of the system's clock looks the same so far.
+    const auto header = readFileHeader(ops, path);
+    return header && header->saveId == outcome->container.header.saveId;
 }
 
 ReadAhead::ReadAhead() = default;
