@@ -207,8 +207,8 @@ public:
     void SetFilePlace(const QString &fileName, const QString &place) const;
     bool hasFilePlaces() const;
 
-    // Taking back. A step is what the user did at once. Where the component lacks one of the members up to GoToStep()
-    // it has none of them: hasSteps() is False, no step begins, and nothing can be taken back.
+    // Taking back. A step is what the user did at once. Where the component lacks one of the members from BeginStep()
+    // to ChangedTables() it has none of them: hasSteps() is False, no step begins, and nothing can be taken back.
 
     bool hasSteps() const;
     /// From here to EndStep() all changes are one step, which is told to the user by this name. Use ChangeStep. A step

@@ -5,6 +5,7 @@
 """
 import json
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -39,6 +40,21 @@ class Example(unittest.TestCase):
     def test_it_has_fewer_than_300_lines(self):
         with open(os.path.join(PROJECT, "docs/example-component/ExampleComponent.cpp"), encoding="utf-8") as file:
             self.assertLess(len(file.readlines()), 300)
+
+    def test_the_lines_of_the_page_build_it_alone_and_use_it(self):
+        with open(os.path.join(PROJECT, "docs/component.md"), encoding="utf-8") as file:
+            lines = re.search(r"To try it:\n\n((?:    .+\n)+)", file.read()).group(1).split("\n    ")
+        self.assertEqual(len(lines), 2)
+        os.symlink(os.path.join(PROJECT, "docs"), self.path("docs"))
+        os.makedirs(self.path("build/release"))
+        os.symlink(PROGRAMS, self.path("build/release/bin"))
+        for line in lines:
+            done = subprocess.run(["bash", "-ec", line], cwd=self.folder, text=True, stdout=subprocess.PIPE,
+                                  stderr=subprocess.STDOUT, timeout=600, check=False,
+                                  env=dict(os.environ, XDG_STATE_HOME=self.path("state")))
+            self.assertEqual(done.returncode, 0, done.stdout)
+        with open(self.path("A.DDB"), encoding="utf-8") as file:
+            self.assertEqual(json.load(file), [])  # no other component writes that
 
     def test_what_the_companion_imports_stands_in_its_file_and_comes_back(self):
         self.make("A.DDB", "Name[text:20],Speed[long],Flow[double]\nMain,1200,0.25\nSpare,1000000,-3\n")

@@ -6,7 +6,9 @@ test runs.
   command_lines.py PROJECT BUILD
 
 What builds, measures or draws for minutes is not run again: of presets, tools, benchmarks and entries of ctest it is
-looked at whether they are there, with the options that the document gives.
+looked at whether they are there, with the options that the document gives. scripts_quiet runs ./run with stand-ins for what
+it calls; here its options are looked at. git runs in a repository of its own in which nothing has changed since its last
+commit: what it shows and merges is held by cli_commands_test.
 """
 import glob
 import json
@@ -33,12 +35,10 @@ ELSEWHERE = [
     ("docs/fleet.md", "parallel ", "cli_commands_test"),
     ("docs/qirdb.md", "libreoffice ", "cli_exchange_test"),  # where there is LibreOffice
     ("docs/qirdb.md", "for file in site", "cli_exchange_test"),  # where there is PostgreSQL
-    ("docs/component.md", "cmake -S docs/example-component", "example_component"),
+    ("docs/component.md", "cmake -G Ninja -S docs/example-component", "example_component"),
     ("docs/component.md", "QIR_COMPONENT_PATH=build/example", "example_component"),
     ("README.md", "cmake --install", "installed"),
     ("README.md", "cmake -DMANIFEST", "installed"),
-    ("", "./run", "scripts_quiet"),
-    ("", "git ", "cli_commands_test"),
     ("", "qirdb install-git", "cli_commands_test"),
 ]
 EXAMPLES = ("docs/qirdb.md", "## Examples")  # cli_commands_test runs each line of this section
@@ -112,6 +112,9 @@ class Place:
                         "printf 'N[long]\\n1\\n' >CSV; echo 'set TABLE 2 FIELD 9' >SCRIPT; qirdb diff --patch A B >PATCH || [ $? = 1 ]")
         assert done.returncode == 0, done.stdout
         self.kept = self.state()
+        done = self.run("set -e; git init -q repository; cd repository; git config user.name S; git config user.email s@example.org\n"
+                        "qirdb install-git; cp ../A A.DDB; git add .; git commit -qm one; git branch other; git branch -q -u other")
+        assert done.returncode == 0, done.stdout
 
     def state(self):
         return {name: open(os.path.join(self.folder, name), "rb").read()
@@ -192,6 +195,24 @@ class Checks:
         there = words[1:2] == ["create"] or any(os.path.exists(os.path.join(self.place.folder, word)) for word in words[1:])
         return there and not {"N", "C", "CODE", "COMMAND"} & set(words) and not server
 
+    def of_git(self, command):
+        """git ends with 1 for a command that it does not know, and with more for an option."""
+        self.counts["run"] += 1
+        done = self.place.run("cd repository && " + command)
+        told = f"it ended with {done.returncode}: {done.stdout.strip()[-300:]}" if done.returncode != 0 else ""
+        for tool in re.findall(r"^git difftool .*?-t (\S+)", command):  # which git looks up only where there is a difference
+            if self.place.run(f"cd repository && git config difftool.{tool}.cmd").returncode != 0:
+                told += f"install-git writes no tool {tool}"
+        return told
+
+    def of_run(self, command):
+        self.counts["of other tests"] += 1
+        with open(os.path.join(PROJECT, "run"), encoding="utf-8") as file:
+            own = re.findall(r'"\$\{1:-\}" = (--\w+)', file.read())
+        known = own + re.findall(r"--[\w-]+", self.help_of("qir-editor"))
+        unknown = [word for word in command.split() if word.startswith("-") and word not in known]
+        return f"it does not know {unknown}" if unknown or "scripts_quiet" not in self.entries else ""
+
     def of_editor(self, command):
         if "--left" in command:
             return self.works(command + " --picture shown.png")
@@ -248,6 +269,10 @@ class Checks:
             return self.of_qirdb(command, line)
         if program == "qir-editor":
             return self.of_editor(command)
+        if program == "git":
+            return self.of_git(command)
+        if program == "./run":
+            return self.of_run(command)
         if program in ("./test", "ctest"):
             return self.of_ctest(command)
         if program == "cmake":

@@ -28,7 +28,7 @@ i=0; while [ $i -lt 300 ]; do echo "[$i/300] Building"; i=$((i + 1)); done
 [ -z "$BUILD_FAILS" ] || { echo "the reason why it fails"; exit 1; }
 [ "$1" = --preset ] && mkdir -p build/release && touch build/release/build.ninja
 if [ "$1" = --build ]; then
-  mkdir -p "$2/bin" && printf '#!/bin/sh\\n[ "$1" = -- ] || echo "$@" >>"$CALLS"\\necho started\\n' >"$2/bin/qir-editor" && chmod +x "$2/bin/qir-editor"
+  mkdir -p "$2/bin" && printf '#!/bin/sh\\n[ "$1" = -- ] || echo "$QT_QPA_PLATFORM: $@" >>"$CALLS"\\necho started\\n' >"$2/bin/qir-editor" && chmod +x "$2/bin/qir-editor"
 fi
 exit 0
 """
@@ -95,7 +95,17 @@ class Run(unittest.TestCase):
         self.run_it("--left", "A.DDB", "--right", "B.DDB")
         self.assertIn("--left A.DDB --right B.DDB\n", self.calls())
         self.assertEqual(self.run_it("A.DDB").returncode, 0)
-        self.assertNotIn("\nA.DDB", self.calls())
+        self.assertNotRegex(self.calls(), r"(?m)^\w*: A\.DDB$")
+
+    def test_a_picture_is_drawn_offscreen_of_the_file_or_of_a_sample(self):
+        done = self.run_it("--picture", "OUT.png", "A.DDB")
+        self.assertEqual(done.returncode, 0, done.stdout)
+        self.assertIn("\noffscreen: --picture OUT.png -- A.DDB\n", self.calls())
+        self.run_it("--picture", "OUT.png")
+        self.assertRegex(self.calls(), r"\noffscreen: --picture OUT.png -- /\S+/samples/PUMP.DDB\n")
+        done = self.run_it("--picture")
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("--picture needs a file name", done.stdout)
 
     def test_only_what_the_editor_needs_is_built(self):
         self.run_it()

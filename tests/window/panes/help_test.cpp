@@ -50,6 +50,23 @@ private:
         QVERIFY2(guideText(fixture).textCursor().block().text() == heading,
                  qPrintable(name + u": "_s + guideText(fixture).textCursor().block().text()));
     }
+    /// As many tables as a list has a filter for.
+    static std::vector<TableOfTexts> manyTables(const QString &value) {
+        std::vector<TableOfTexts> tables;
+        for (int i = 10; i < 25; ++i)
+            tables.push_back(numbers(u"T%1"_s.arg(i), {u"1"_s, value}));
+        return tables;
+    }
+    /// The window that is made only where a merge has left a list of conflicts, here beside LEFT.DDB.
+    void openConflicts(EditorFixture &fixture, const QByteArray &table) const {
+        writeBytes(u"LEFT.DDB.conflicts.json"_s,
+                   R"({"what": "cell", "table": ")" + table +
+                       R"(", "record": 1, "field": "Value", "base": 0, "ours": 1, "theirs": 7})"
+                       "\n");
+        fixture.dialogs().allow(u"mergeConflicts"_s);
+        fixture.activate(0);
+        fixture.choose(Command::ConflictsMenu);
+    }
 
 private Q_SLOTS:
     void f1OpensTheGuideAtThePlaceOfTheFocusAndTheEditorStaysUsable() {
@@ -74,8 +91,10 @@ private Q_SLOTS:
         for (const auto &window : {u"Guide"_s, u"differencesSummary"_s, u"differencesByKey"_s})
             fixture.dialogs().allow(window);
         checkPlace(fixture, u"emptyPane"_s, u"Opening and saving"_s);
-        openBoth(fixture, {numbers(u"T"_s, {u"1"_s, u"2"_s})}, {numbers(u"T"_s, {u"1"_s, u"3"_s})});
+        openBoth(fixture, manyTables(u"2"_s), manyTables(u"3"_s));
         checkPlace(fixture, u"ListaTabelle"_s, u"Tables, fields and records"_s);
+        checkPlace(fixture, u"tableFilter"_s, u"Tables, fields and records"_s);
+        checkPlace(fixture, u"splitter"_s, u"The window"_s);
         checkPlace(fixture, u"Tabella"_s, u"Editing"_s);
         fixture.choose(Command::FindMenu);
         checkPlace(fixture, u"findBar"_s, u"Find and replace"_s);
@@ -83,6 +102,8 @@ private Q_SLOTS:
         checkPlace(fixture, u"differencesSummary"_s, u"Comparing and copying across"_s);
         fixture.choose(Command::DifferencesByKeyMenu);
         checkPlace(fixture, u"differencesByKey"_s, u"Differences by key"_s);
+        openConflicts(fixture, "T10");
+        checkPlace(fixture, u"mergeConflicts"_s, u"Merge conflicts"_s);
         const QString other = makeFile(u"OTHER.DDB"_s, {numbers(u"T"_s, {u"9"_s})});
         QVERIFY(::rename(QFile::encodeName(other).constData(), QFile::encodeName(path(u"LEFT.DDB"_s)).constData()) ==
                 0);
@@ -97,6 +118,7 @@ private Q_SLOTS:
         openBoth(fixture, {numbers(u"T"_s, {u"1"_s})}, {numbers(u"T"_s, {u"2"_s})});
         fixture.choose(Command::DifferencesSummaryMenu);
         fixture.choose(Command::DifferencesByKeyMenu);
+        openConflicts(fixture, "T");
         QSet<QString> there{u"keys"_s}; // no control: what is told where nothing else is
         for (const QObject *object : fixture.window().findChildren<QObject *>())
             there.insert(object->objectName().section(u'_', 0, 0));
@@ -109,7 +131,7 @@ private Q_SLOTS:
                 QVERIFY2(there.contains(name), qPrintable(name));
                 ++count;
             }
-        QVERIFY(count >= 8);
+        QVERIFY(count >= 12);
     }
 
     void thePicturesOfTheGuideAreShownWithinItsText() {
