@@ -2,6 +2,10 @@
 
 #include <QStringDecoder>
 
+#include <cstdlib>
+#include <memory>
+#include <unistd.h>
+
 namespace qir {
 
 using namespace Qt::StringLiterals;
@@ -21,6 +25,20 @@ QString escaped(QByteArrayView bytes) {
     return text;
 }
 
+/// Fails with words for the user where these bytes are no text.
+Result<void> requireText(const QString &what, QByteArrayView bytes) {
+    if (bytes.isValidUtf8())
+        return {};
+    return failure(u"%1 \"%2\" is not UTF-8: such a name cannot be told from another one"_s.arg(what, escaped(bytes)));
+}
+
+/// Relative names count from it, by way of its text.
+Result<void> requireCurrentFolder() {
+    const std::unique_ptr<char, decltype(&std::free)> folder(::getcwd(nullptr, 0), &std::free);
+    // One that has gone has no name, and no name leads to a file from there.
+    return folder ? requireText(u"the current folder"_s, folder.get()) : Result<void>();
+}
+
 } // namespace
 
 QString argumentText(QByteArrayView argument) {
@@ -30,12 +48,13 @@ QString argumentText(QByteArrayView argument) {
 }
 
 Result<QStringList> argumentTexts(int count, const char *const *arguments) {
+    if (auto folder = requireCurrentFolder(); !folder)
+        return tl::unexpected(folder.error());
     QStringList texts;
     for (int i = 0; i < count; ++i) {
         const QByteArrayView argument(arguments[i]);
-        if (!argument.isValidUtf8())
-            return failure(u"the argument \"%1\" is not UTF-8: such a name cannot be told from another one"_s.arg(
-                escaped(argument)));
+        if (auto text = requireText(u"the argument"_s, argument); !text)
+            return tl::unexpected(text.error());
         texts += argumentText(argument);
     }
     return texts;

@@ -12,7 +12,8 @@ namespace qir {
 QString argumentText(QByteArrayView argument);
 
 /// The texts of a program's arguments, as main() has them. Fails with words for the user, which no terminal acts on,
-/// where one is not UTF-8: what cannot be a text would reach the file of another name.
+/// where one, or the path of the current folder, is not UTF-8: what cannot be a text would reach the file of another
+/// name.
 Result<QStringList> argumentTexts(int count, const char *const *arguments);
 
 } // namespace qir

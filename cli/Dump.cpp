@@ -134,6 +134,8 @@ void addDump(CLI::App &program, Exit &) {
         .run([arguments] {
             if (arguments->json)
                 arguments->format = "json";
+            if (arguments->escapeFormulas && arguments->format != "csv")
+                throw std::runtime_error("--escape-formulas is for CSV");
             if (arguments->textconv)
                 dumpForGit(*arguments);
             else

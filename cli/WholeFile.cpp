@@ -79,6 +79,18 @@ bool requireReplaceable(const QString &file, const ExportRules &rules, FileOps &
     return !databaseReason(ops, *path, *status, rules.source).isEmpty();
 }
 
+bool isMarkedReadOnly(const QString &file, FileOps &ops) {
+    constexpr mode_t anybodyWrites = S_IWUSR | S_IWGRP | S_IWOTH;
+    const auto status = ops.statusAt(AT_FDCWD, systemPath(file), FollowLinks::Yes);
+    if (!status || !S_ISREG(status->st_mode))
+        return false;
+    if ((status->st_mode & anybodyWrites) == 0)
+        return true;
+    // Asking the file itself counts access lists.
+    const auto opened = OpenFile::openAt(ops, AT_FDCWD, systemPath(file), O_WRONLY | O_NONBLOCK | O_NOCTTY);
+    return !opened && (opened.error().number == EACCES || opened.error().number == EPERM);
+}
+
 NewContent::NewContent(const QString &file, const ExportRules &rules, FileOps &ops) {
     auto path = ResolvedPath::of(ops, systemPath(file));
     if (!path)

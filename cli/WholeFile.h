@@ -20,6 +20,10 @@ struct ExportRules {
 /// not.
 bool requireReplaceable(const QString &file, const ExportRules &rules, FileOps &ops = FileOps::system());
 
+/// Whether the file that a path leads to, by links too, may not be written, for root neither. False where none stands
+/// there.
+bool isMarkedReadOnly(const QString &file, FileOps &ops = FileOps::system());
+
 /// A new content of a file that nobody sees before it is whole: until finish() the file holds what it held, and goes on
 /// to where that is never called. Another name or link of it keeps reaching the old content; its mode stays. What is no
 /// regular file, a device or a pipe, is written to as it stands.

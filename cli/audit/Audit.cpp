@@ -9,10 +9,11 @@
 #include "cli/audit/AuditWorkers.h"
 #include "cli/tables/TextTable.h"
 
-#include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <thread>
 
@@ -36,65 +37,71 @@ bool isDatabaseName(const QString &name) {
     return databaseExtensions().contains(QFileInfo(name).suffix().toLower());
 }
 
+/// A name that is not UTF-8 is shown as a text that may be another file's name, so that file must not be reached by it.
+AuditFile auditFile(QByteArrayView name) {
+    return {argumentText(name), name.isValidUtf8() ? QString() : u"its name is not UTF-8"_s};
+}
+
 /// Adds the databases of a folder and of all folders in it. What cannot be reached is added too, so that it is told: a
 /// folder that cannot be read, a link to nothing.
-void findDatabases(const std::filesystem::path &folder, QStringList &files) {
+void findDatabases(const std::filesystem::path &folder, std::vector<AuditFile> &files) {
     std::error_code error;
     std::filesystem::directory_iterator entry(folder, error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        const QString name = QFile::decodeName(entry->path().c_str());
+        AuditFile file = auditFile(entry->path().c_str());
         std::error_code unknown;
         const std::filesystem::file_type type = entry->status(unknown).type();
         if (type == std::filesystem::file_type::directory) {
             if (!entry->is_symlink(unknown))
                 findDatabases(entry->path(), files);
-        } else if (isDatabaseName(name) && (type == std::filesystem::file_type::regular || unknown ||
-                                            type == std::filesystem::file_type::not_found)) {
-            files += name;
+        } else if (isDatabaseName(file.name) && (type == std::filesystem::file_type::regular || unknown ||
+                                                 type == std::filesystem::file_type::not_found)) {
+            files.push_back(std::move(file));
         }
     }
     if (error)
-        files += QFile::decodeName(folder.c_str());
+        files.push_back(auditFile(folder.c_str()));
 }
 
 /// In the order of their paths.
-QStringList databasesIn(const QString &folder) {
-    QStringList files;
-    findDatabases(QFile::encodeName(folder).toStdString(), files);
-    files.sort();
+std::vector<AuditFile> databasesIn(const std::string &folder) {
+    std::vector<AuditFile> files;
+    findDatabases(folder, files);
+    std::ranges::stable_sort(files, {}, &AuditFile::name);
     return files;
 }
 
 /// Throws for what the search of a folder has found and could not reach.
 void requireReached(const QString &file) {
     const QFileInfo info(reachIgnoringCase(file).value_or(file));
-    if (file.contains(QChar::ReplacementCharacter) && !info.exists())
-        throw FileError(file, u"its name is not UTF-8"_s);
     if (info.isDir())
         throw FileError(file, u"the folder cannot be read"_s);
     if (!info.exists())
         throw FileError(file, u"there is no such file"_s);
 }
 
-QStringList listedFiles(const QString &list) {
-    QStringList files;
+std::vector<AuditFile> listedFiles(const QString &list) {
+    std::vector<AuditFile> files;
     for (const QByteArray &line : readWholeFile(list).split('\n'))
         if (const QByteArray name = line.endsWith('\r') ? line.chopped(1) : line; !name.isEmpty())
-            files += argumentText(QByteArrayView(name));
+            files.push_back(auditFile(name));
     return files;
 }
 
-QStringList filesOf(const Arguments &arguments) {
-    QStringList files;
+std::vector<AuditFile> filesOf(const Arguments &arguments) {
+    std::vector<AuditFile> files;
+    const auto add = [&files](const std::vector<AuditFile> &more) {
+        files.insert(files.end(), more.begin(), more.end());
+    };
     for (std::size_t i = 1; i < arguments.paths.size(); ++i) {
         const QString path = argumentText(arguments.paths[i]);
         if (QFileInfo(path).isDir())
-            files += databasesIn(path);
+            add(databasesIn(arguments.paths[i]));
         else
-            files += path;
+            add({{path, {}}});
     }
     if (!arguments.list.empty())
-        files += listedFiles(argumentText(arguments.list));
+        add(listedFiles(argumentText(arguments.list)));
     return files;
 }
 
@@ -183,8 +190,8 @@ Exit audit(const Arguments &arguments) {
         throw FileError(golden, u"it is protected; use --password-file"_s);
     const ComparisonChoice choice = arguments.comparison.choice();
     (void)Session::open(golden, passwordFile); // what is wrong with it is no trouble of the others
-    const QStringList files = filesOf(arguments);
-    if (files.isEmpty())
+    const std::vector<AuditFile> files = filesOf(arguments);
+    if (files.empty())
         throw std::runtime_error("audit: there is no file to compare");
     const auto prepare = [&]() -> AuditWork {
         auto session = std::make_shared<Session>(Session::open(golden, passwordFile));
@@ -194,7 +201,7 @@ Exit audit(const Arguments &arguments) {
     };
     Audit all(arguments);
     {
-        Progress progress(u"audit"_s, files.size());
+        Progress progress(u"audit"_s, std::ssize(files));
         qint64 done = 0;
         auditInParallel(files, std::max(1, static_cast<int>(std::thread::hardware_concurrency())), prepare,
                         [&](const AuditResult &result) {

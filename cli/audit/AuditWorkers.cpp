@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <poll.h>
@@ -39,7 +40,7 @@ bool sendAll(int socket, const char *bytes, std::size_t size) {
 }
 
 /// In the worker: the numbers of files come in, a line of JSON for each goes out.
-void serve(int socket, const QStringList &files, const std::function<AuditWork()> &prepare) {
+void serve(int socket, const std::vector<AuditFile> &files, const std::function<AuditWork()> &prepare) {
     AuditWork work;
     QString unprepared;
     try {
@@ -49,10 +50,11 @@ void serve(int socket, const QStringList &files, const std::function<AuditWork()
     }
     std::uint32_t number = 0;
     while (::recv(socket, &number, sizeof number, MSG_WAITALL) == ssize_t{sizeof number}) {
-        const QString &file = files[static_cast<qsizetype>(number)];
+        const auto &[file, trouble] = files[number];
         QByteArray line;
         try {
-            line = (work ? work(file) : AuditResult::trouble(file, unprepared)).json();
+            const QString &known = trouble.isEmpty() ? unprepared : trouble;
+            line = (known.isEmpty() ? work(file) : AuditResult::trouble(file, known)).json();
         } catch (const std::exception &error) {
             line = AuditResult::trouble(file, errorWords(error)).json();
         }
@@ -64,7 +66,7 @@ void serve(int socket, const QStringList &files, const std::function<AuditWork()
 /// A process that works on one file after the other.
 class Worker {
 public:
-    Worker(const QStringList &files, const std::function<AuditWork()> &prepare) {
+    Worker(const std::vector<AuditFile> &files, const std::function<AuditWork()> &prepare) {
         int ends[2];
         if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
             failSystem("socketpair");
@@ -124,19 +126,19 @@ private:
 
 class Pool {
 public:
-    Pool(const QStringList &files, const std::function<AuditWork()> &prepare,
+    Pool(const std::vector<AuditFile> &files, const std::function<AuditWork()> &prepare,
          const std::function<void(const AuditResult &result)> &take)
         : m_files(files)
         , m_prepare(prepare)
         , m_take(take) {}
 
     void run(int processes) {
-        const auto count = std::min<qsizetype>(processes, m_files.size());
+        const auto count = std::min<qsizetype>(processes, std::ssize(m_files));
         for (qsizetype i = 0; i < count; ++i)
             m_workers.push_back(std::make_unique<Worker>(m_files, m_prepare));
         for (std::unique_ptr<Worker> &worker : m_workers)
             giveNext(worker);
-        while (m_taken < m_files.size())
+        while (m_taken < std::ssize(m_files))
             wait();
     }
 
@@ -144,7 +146,7 @@ private:
     void giveNext(std::unique_ptr<Worker> &worker) {
         // One that died between two files has read nothing of this one.
         bool isNew = false;
-        while (m_given < m_files.size() && !worker->give(m_given)) {
+        while (m_given < std::ssize(m_files) && !worker->give(m_given)) {
             if (isNew) {
                 done(m_given, died(m_given));
                 ++m_given;
@@ -152,7 +154,7 @@ private:
             worker = std::make_unique<Worker>(m_files, m_prepare);
             isNew = true;
         }
-        if (m_given < m_files.size())
+        if (m_given < std::ssize(m_files))
             ++m_given;
     }
 
@@ -176,13 +178,16 @@ private:
             giveNext(worker);
         } else if (!line.isEmpty()) {
             const Result<AuditResult> result = AuditResult::ofJson(line);
-            done(file, result ? *result : AuditResult::trouble(m_files[file], result.error().text));
+            done(file, result
+                           ? *result
+                           : AuditResult::trouble(m_files[static_cast<std::size_t>(file)].name, result.error().text));
             giveNext(worker);
         }
     }
 
     AuditResult died(qsizetype file) const {
-        return AuditResult::trouble(m_files[file], u"the process that read it has died"_s);
+        return AuditResult::trouble(m_files[static_cast<std::size_t>(file)].name,
+                                    u"the process that read it has died"_s);
     }
 
     /// Results go on in the order of the files.
@@ -195,7 +200,7 @@ private:
         }
     }
 
-    const QStringList &m_files;
+    const std::vector<AuditFile> &m_files;
     const std::function<AuditWork()> &m_prepare;
     const std::function<void(const AuditResult &result)> &m_take;
     std::vector<std::unique_ptr<Worker>> m_workers;
@@ -206,7 +211,7 @@ private:
 
 } // namespace
 
-void auditInParallel(const QStringList &files, int processes, const std::function<AuditWork()> &prepare,
+void auditInParallel(const std::vector<AuditFile> &files, int processes, const std::function<AuditWork()> &prepare,
                      const std::function<void(const AuditResult &result)> &take) {
     Pool(files, prepare, take).run(processes);
 }

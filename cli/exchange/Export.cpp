@@ -93,6 +93,8 @@ void requireFitting(const Arguments &arguments) {
     const bool isServer = arguments.to == "postgresql";
     if (!arguments.csv.empty())
         throw std::runtime_error("--to takes one target; --table chooses the tables");
+    if (arguments.escapeFormulas && arguments.to != "csv")
+        throw std::runtime_error("--escape-formulas is for CSV");
     if (!isServer && (arguments.fleet || !arguments.schema.empty()))
         throw std::runtime_error("--fleet and --schema are for PostgreSQL");
     if (arguments.fleet && arguments.schema.empty())

@@ -5,6 +5,8 @@
 #include "db/tables/TableWriter.h"
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <utility>
 
 namespace qir {
@@ -52,15 +54,15 @@ std::vector<Cell> differingCells(const QirDatabase &database, const TableContent
     return cells;
 }
 
-void writeTable(const QirDatabase &database, const TableContent &table) {
-    const int there = tableNumber(database, table.name);
-    if (there == 0) {
+/// `there` is how the database spells the table's name; nothing where it has no such table.
+void writeTable(const QirDatabase &database, const TableContent &table, const std::optional<QString> &there) {
+    if (!there) {
         addEmptyTable(database, table.name, table.fields);
         addRecords(database, table, 0);
         return;
     }
-    if (database.QIRTableName(there) != table.name)
-        database.RenameTable(there, table.name);
+    if (*there != table.name)
+        database.RenameTable(tableNumber(database, table.name), table.name);
     const TableInfo now = chooseTable(database, table.name);
     const auto records = static_cast<std::size_t>(now.records);
     if (records > table.records.size() || !std::ranges::equal(now.fields, table.fields, sameField)) {
@@ -79,11 +81,14 @@ void writeTable(const QirDatabase &database, const TableContent &table) {
 
 } // namespace
 
-const TableContent *DatabaseContent::find(const QString &name) const {
-    const QString key = collationKey(name);
-    const auto found =
-        std::ranges::find(tables, key, [](const TableContent &table) { return collationKey(table.name); });
-    return found == tables.end() ? nullptr : &*found;
+TablesByName::TablesByName(const DatabaseContent &content) {
+    m_tables.reserve(std::ssize(content.tables));
+    for (const TableContent &table : content.tables)
+        m_tables.insert(collationKey(table.name), &table);
+}
+
+const TableContent *TablesByName::find(const QString &name) const {
+    return m_tables.value(collationKey(name), nullptr);
 }
 
 bool sameField(const FieldInfo &left, const FieldInfo &right) {
@@ -110,11 +115,19 @@ DatabaseContent readContent(const QirDatabase &database) {
 }
 
 void writeContent(const QirDatabase &database, const DatabaseContent &content) {
-    for (int table = database.QIRTablesCount(); table >= 1; --table)
-        if (content.find(database.QIRTableName(table)) == nullptr)
+    const TablesByName wanted(content);
+    QHash<QString, QString> there;
+    for (int table = database.QIRTablesCount(); table >= 1; --table) {
+        const QString name = database.QIRTableName(table);
+        if (wanted.find(name) == nullptr)
             database.RemoveTable(table);
-    for (const TableContent &table : content.tables)
-        writeTable(database, table);
+        else
+            there.insert(collationKey(name), name);
+    }
+    for (const TableContent &table : content.tables) {
+        const auto found = there.constFind(collationKey(table.name));
+        writeTable(database, table, found == there.cend() ? std::nullopt : std::optional(*found));
+    }
 }
 
 } // namespace qir

@@ -2,6 +2,7 @@
 
 #include "db/tables/TableReader.h"
 
+#include <QHash>
 #include <QString>
 #include <QVariant>
 
@@ -22,9 +23,18 @@ struct TableContent {
 /// A database as a plain value.
 struct DatabaseContent {
     std::vector<TableContent> tables;
+};
+
+/// Finds the tables of a content, which must stay as it is, by their names.
+class TablesByName {
+public:
+    explicit TablesByName(const DatabaseContent &content);
 
     /// The table of that name as the component looks names up; null for none.
     const TableContent *find(const QString &name) const;
+
+private:
+    QHash<QString, const TableContent *> m_tables;
 };
 
 /// Equal in name letter by letter, type and size.

@@ -100,18 +100,21 @@ private:
 
 MergedContent mergeContents(const DatabaseContent &base, const DatabaseContent &ours, const DatabaseContent &theirs,
                             const KeyChoice &keys) {
+    const TablesByName inBase(base);
+    const TablesByName inOurs(ours);
+    const TablesByName inTheirs(theirs);
     std::vector<CommonFields> tables;
     for (const DatabaseContent *side : {&base, &ours, &theirs})
         for (const TableContent &table : side->tables)
-            tables.push_back(
-                {table.name, commonFields(base.find(table.name), ours.find(table.name), theirs.find(table.name))});
+            tables.push_back({table.name, commonFields(inBase.find(table.name), inOurs.find(table.name),
+                                                       inTheirs.find(table.name))});
     keys.requireFit(tables);
     Merge merge(keys);
     for (const TableContent &table : ours.tables)
-        merge.take(base.find(table.name), &table, theirs.find(table.name));
+        merge.take(inBase.find(table.name), &table, inTheirs.find(table.name));
     for (const TableContent &table : theirs.tables)
-        if (ours.find(table.name) == nullptr)
-            merge.take(base.find(table.name), nullptr, &table);
+        if (inOurs.find(table.name) == nullptr)
+            merge.take(inBase.find(table.name), nullptr, &table);
     return merge.result();
 }
 

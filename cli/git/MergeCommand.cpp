@@ -1,5 +1,6 @@
 #include "base/ErrorWords.h"
 #include "base/FileNames.h"
+#include "base/FileOps.h"
 #include "cli/Commands.h"
 #include "cli/ComparisonArguments.h"
 #include "cli/Protection.h"
@@ -45,18 +46,29 @@ QString shownName(const Arguments &arguments) {
     return argumentText(arguments.path.empty() ? arguments.out : arguments.path);
 }
 
-void readSide(Session &session, const Arguments &arguments, std::size_t index) {
+/// Does what reads one side; the error of a driver names the side instead of its file.
+template<class Work>
+auto onSide(const Arguments &arguments, std::size_t index, Work work) {
+    const QString file = argumentText(*std::array{&arguments.base, &arguments.ours, &arguments.theirs}.at(index));
     try {
-        session.read(passwordFileOf(arguments.passwordFiles, index));
+        return work(file);
     } catch (const FileError &error) {
         if (arguments.path.empty())
             throw;
         constexpr std::array sides{"BASE", "OURS", "THEIRS"};
         const QString words = errorWords(error);
-        const QString prefix = session.file() + u": "_s;
+        const QString prefix = file + u": "_s;
         const QString reason = words.startsWith(prefix) ? words.sliced(prefix.size()) : words;
         throw FileError(shownName(arguments), QLatin1StringView(sides.at(index)) + u": "_s + reason);
     }
+}
+
+Session beginSide(const Arguments &arguments, std::size_t index) {
+    return onSide(arguments, index, [](const QString &file) { return Session::beginToRead(file); });
+}
+
+void readSide(Session &session, const Arguments &arguments, std::size_t index) {
+    onSide(arguments, index, [&](const QString &) { session.read(passwordFileOf(arguments.passwordFiles, index)); });
 }
 
 DatabaseContent contentOf(const Session &session) {
@@ -65,15 +77,24 @@ DatabaseContent contentOf(const Session &session) {
     return content;
 }
 
+/// By what the system knows them by: two names that a link leads to may look alike once they are texts.
 bool isSameFile(const QString &one, const QString &other) {
-    const QString place = QFileInfo(reachIgnoringCase(one).value_or(one)).canonicalFilePath();
-    return !place.isEmpty() && place == QFileInfo(reachIgnoringCase(other).value_or(other)).canonicalFilePath();
+    const auto statusOf = [](const QString &file) {
+        return FileOps::system().statusAt(AT_FDCWD, systemPath(reachIgnoringCase(file).value_or(file)),
+                                          FollowLinks::Yes);
+    };
+    const auto left = statusOf(one);
+    const auto right = statusOf(other);
+    return left && right && left->st_dev == right->st_dev && left->st_ino == right->st_ino;
 }
 
-/// Throws where a file would be replaced that is no database and none of those that are merged.
+/// Throws where a file would be replaced that is marked read-only, or that is no database and none of those that are
+/// merged. A read-only OURS that stays as it is may be OUT.
 void requireReplaceable(const Arguments &arguments) {
     const QString out = argumentText(arguments.out);
     const QFileInfo info(reachIgnoringCase(out).value_or(out));
+    if (isMarkedReadOnly(info.filePath()) && !isSameFile(out, argumentText(arguments.ours)))
+        throw FileError(shownName(arguments), u"it is marked read-only"_s);
     if (arguments.force || !info.isFile() || info.size() == 0)
         return;
     for (const std::string &file : {arguments.base, arguments.ours, arguments.theirs})
@@ -140,9 +161,9 @@ Exit merge(const Arguments &arguments) {
     const KeyChoice keys = keysOf(arguments);
     requireReplaceable(arguments);
     const FolderLock lock(out);
-    Session base = Session::beginToRead(argumentText(arguments.base));
-    Session ours = Session::beginToRead(argumentText(arguments.ours));
-    Session theirs = Session::beginToRead(argumentText(arguments.theirs));
+    Session base = beginSide(arguments, 0);
+    Session ours = beginSide(arguments, 1);
+    Session theirs = beginSide(arguments, 2);
     readSide(base, arguments, 0);
     readSide(ours, arguments, 1);
     readSide(theirs, arguments, 2);

@@ -217,11 +217,17 @@ void tellDigests(MergedTable &merged) {
 QStringList commonFields(const TableContent *base, const TableContent *ours, const TableContent *theirs) {
     QStringList names;
     const TableContent *first = ours != nullptr ? ours : theirs != nullptr ? theirs : base;
-    const auto takes = [](const TableContent *side, const QString &name) {
-        return side == nullptr || fieldNumber(side->fields, name) != 0;
-    };
+    QHash<QString, int> sidesWith;
+    int sides = 0;
+    for (const TableContent *side : {base, ours, theirs}) {
+        if (side == nullptr)
+            continue;
+        ++sides;
+        for (const FieldInfo &field : side->fields)
+            ++sidesWith[collationKey(field.name)];
+    }
     for (const FieldInfo &field : first->fields)
-        if (takes(base, field.name) && takes(ours, field.name) && takes(theirs, field.name))
+        if (sidesWith.value(collationKey(field.name)) == sides)
             names += field.name;
     return names;
 }

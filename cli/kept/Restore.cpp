@@ -42,6 +42,19 @@ StagedFile stagedFile(FileOps &ops, const QString &file, const ResolvedPath &pat
     return std::move(*staged);
 }
 
+/// Throws where a file would be exchanged that must stay as it is: exchanging asks for no permission on the file
+/// itself, and leaves its further names with what they have.
+void requireExchangeable(FileOps &ops, const QString &file, const OpenFile &standing, const QString &version) {
+    if (isMarkedReadOnly(file, ops))
+        throw FileError(file, u"it is marked read-only"_s);
+    const auto status = ops.status(standing.descriptor());
+    if (!status)
+        fail(file, status.error());
+    if (status->st_nlink > 1)
+        throw FileError(file, u"it has further names (hard links), which would keep what stands there now; copy %1 "
+                              "over it by hand"_s.arg(version));
+}
+
 /// Gives what was exchanged its name as a kept version.
 QString keepExchanged(StagedFile &staged, const QString &file, const ResolvedPath &path) {
     constexpr int tries = 100;
@@ -78,6 +91,8 @@ QString restoreOver(const QString &file, const QString &version, FileOps &ops) {
             fail(file, published.error());
         return {};
     }
+    if (standing)
+        requireExchangeable(ops, file, *standing, version);
     StagedFile staged = stagedFile(ops, file, *path, std::move(standing), bytes);
     const auto exchanged = staged.exchangeWith(path->name);
     if (!exchanged)

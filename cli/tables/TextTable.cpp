@@ -36,14 +36,17 @@ void TextTable::addColumn(const QString &heading, Align align) {
     m_aligns.push_back(align);
     m_headings.push_back(heading);
     m_widths.push_back(0);
-    measure(m_headings);
+    measure(m_widths.size() - 1, heading);
 }
 
 void TextTable::measure(std::span<const QString> values) {
-    for (std::size_t column = 0; column < values.size(); ++column) {
-        if (const qsizetype width = widthOf(printableText(values[column])); width <= widest)
-            m_widths[column] = std::max(m_widths[column], width);
-    }
+    for (std::size_t column = 0; column < values.size(); ++column)
+        measure(column, values[column]);
+}
+
+void TextTable::measure(std::size_t column, const QString &value) {
+    if (const qsizetype width = widthOf(printableText(value)); width <= widest)
+        m_widths[column] = std::max(m_widths[column], width);
 }
 
 void TextTable::appendLine(QByteArray &out, std::span<const QString> values) const {

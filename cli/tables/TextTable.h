@@ -26,6 +26,8 @@ public:
     void appendLine(QByteArray &out, std::span<const QString> values) const;
 
 private:
+    void measure(std::size_t column, const QString &value);
+
     std::vector<Align> m_aligns;
     std::vector<qsizetype> m_widths;
     std::vector<QString> m_headings;

@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
 """The built programs and the component's library have what the build hardens them with.
 
-  hardening.py FOLDER              reads bin/ of a release build; exit status 77 where there is none
+  hardening.py FOLDER              reads bin/ of a release build, and its compile commands for what no program shows:
+                                   how far copies are checked; exit status 77 where there is none
   hardening.py --sees-all CXX      builds a small program without each of it in turn: the lack must be seen
 """
+import json
 import os
 import re
+import shlex
 import subprocess
 import sys
 import tempfile
@@ -18,6 +21,10 @@ FLAGS = {
     "no guards on the stack": (["-fstack-protector-strong"], ["-fno-stack-protector"]),
     "no checked copies": (["-U_FORTIFY_SOURCE", "-D_FORTIFY_SOURCE=3"], ["-U_FORTIFY_SOURCE"]),
 }
+# As far as the compiler can: with less, copies into room that is not known before the program runs go unchecked.
+FORTIFIED = "3"
+WEAKER = ([], ["-D_FORTIFY_SOURCE=1"], ["-D_FORTIFY_SOURCE=2"], ["-D_FORTIFY_SOURCE=3", "-U_FORTIFY_SOURCE"],
+          ["-D_FORTIFY_SOURCE=3", "-D_FORTIFY_SOURCE=2"], ["-D", "_FORTIFY_SOURCE=2"])
 PROGRAM = """
 #include <cstdio>
 #include <cstring>
@@ -59,6 +66,22 @@ def built_files(folder):
     return [(path, True) for path in programs] + [(path, False) for path in libraries]
 
 
+def fortified(words):
+    """The level of checks that a compile command asks for, "" for none; of several flags the last one counts."""
+    level = ""
+    joined = re.sub(r"(^|\n)(-[DU])\n", r"\1\2", "\n".join(words))
+    for sign, value in re.findall(r"^-([DU])_FORTIFY_SOURCE(?:=(.*))?$", joined, re.M):
+        level = (value or "1") if sign == "D" else ""
+    return level
+
+
+def weakly_fortified(folder):
+    """The sources that are compiled with less, and how many there are."""
+    with open(os.path.join(folder, "compile_commands.json"), encoding="utf-8") as file:
+        entries = json.load(file)
+    return [entry["file"] for entry in entries if fortified(shlex.split(entry["command"])) != FORTIFIED], len(entries)
+
+
 def check(folder):
     if not os.path.isfile(os.path.join(folder, "bin", "qirdb")):
         print(f"not run: there is no release build in {folder}")
@@ -69,8 +92,11 @@ def check(folder):
         for words in lacks(path, program):
             print(f"{path}: {words}")
             wrong += 1
-    print(f"{len(files)} files read")
-    return 1 if wrong or len(files) < 3 else 0
+    weak, sources = weakly_fortified(folder)
+    for source in weak:
+        print(f"{source}: copies are checked less than they can be")
+    print(f"{len(files)} files and the commands of {sources} sources read")
+    return 1 if wrong or weak or len(files) < 3 or sources == 0 else 0
 
 
 def sees_all(compiler):
@@ -86,7 +112,14 @@ def sees_all(compiler):
             if seen != expected:
                 print(f"without {left_out}: seen {seen}")
                 wrong += 1
-    print(f"{len(FLAGS)} lacks looked for")
+        for flags in [FLAGS["no checked copies"][0], *WEAKER]:
+            with open(os.path.join(place, "compile_commands.json"), "w", encoding="utf-8") as file:
+                json.dump([{"file": source, "command": shlex.join([compiler, *flags, source])}], file)
+            weak, _ = weakly_fortified(place)
+            if weak != ([source] if flags in WEAKER else []):
+                print(f"with {flags}: seen {weak}")
+                wrong += 1
+    print(f"{len(FLAGS) + len(WEAKER)} lacks looked for")
     return 1 if wrong else 0
 
 

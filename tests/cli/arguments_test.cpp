@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,14 +23,14 @@ namespace {
 /// Arguments and file names as bytes, which QProcess cannot pass as they are.
 class ArgumentsTest : public ProgramTest {
 protected:
-    /// Runs the program in the test's folder; gives its status and what it wrote, errors included.
-    Outcome runBytes(std::vector<QByteArray> arguments) const {
+    /// Runs the program in the test's folder, or in one in it; gives its status and what it wrote, errors included.
+    Outcome runBytes(std::vector<QByteArray> arguments, const QByteArray &where = ".", bool removed = false) const {
         arguments.insert(arguments.begin(), QByteArrayLiteral(QIRDB));
         std::vector<char *> pointers;
         for (QByteArray &argument : arguments)
             pointers.push_back(argument.data());
         pointers.push_back(nullptr);
-        const QByteArray folder = QFile::encodeName(path(u"."_s));
+        const QByteArray folder = QFile::encodeName(path(u"."_s)) + '/' + where;
         int ends[2];
         EXPECT_EQ(::pipe(ends), 0);
         const pid_t child = ::fork();
@@ -39,7 +40,7 @@ protected:
             ::dup2(ends[1], STDERR_FILENO);
             ::close(ends[0]);
             ::close(ends[1]);
-            if (::chdir(folder.constData()) == 0)
+            if (::chdir(folder.constData()) == 0 && (!removed || ::rmdir(folder.constData()) == 0))
                 ::execv(pointers[0], pointers.data());
             ::_exit(127);
         }
@@ -73,6 +74,35 @@ TEST_P(ArgumentsTest, OneThatIsNotUtf8IsRefusedAndReachesNoFile) {
     EXPECT_EQ(runBytes({"info", "PUMP.DDB", "--password-file", "p\xff"}).status, 2);
     EXPECT_EQ(runBytes({"info", "PUMP.DDB", "--password-file=p\xff"}).status, 2);
     EXPECT_EQ(entries(), before);
+}
+
+TEST_P(ArgumentsTest, NoFileOfAnotherFolderIsReachedFromOneWhoseNameIsNotUtf8) {
+    makePumps();
+    const QByteArray top = QFile::encodeName(path(u"."_s)) + '/';
+    for (const QByteArray &folder : {QByteArray("dir\xff"), QByteArray("dir\uFFFD")})
+        ASSERT_EQ(::mkdir((top + folder).constData(), 0700), 0);
+    ASSERT_EQ(::link((top + "PUMP.DDB").constData(), (top + "dir\xff/PUMP.DDB").constData()), 0);
+    const QString other = u"dir\uFFFD/PUMP.DDB"_s;
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(other)));
+    const QByteArray before = bytesOf(other);
+    const Outcome result = runBytes({"set", "PUMP.DDB", "Pumps", "1", "Speed", "7"}, "dir\xff");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.output.toStdString(), testing::StartsWith("qirdb: the current folder \""));
+    EXPECT_THAT(result.output.toStdString(),
+                testing::EndsWith("/dir\\xff\" is not UTF-8: such a name cannot be told from another one\n"));
+    EXPECT_EQ(bytesOf(other), before);
+    EXPECT_EQ(bytesOf(u"PUMP.DDB"_s), before);
+    EXPECT_EQ(runBytes({"set", "PUMP.DDB", "Pumps", "1", "Speed", "7"}, "dir\uFFFD").status, 0);
+    EXPECT_NE(bytesOf(other), before);
+}
+
+TEST_P(ArgumentsTest, AFileIsReachedByItsWholePathFromAFolderThatHasGone) {
+    makePumps();
+    ASSERT_TRUE(QDir(path(u"."_s)).mkdir(u"gone"_s));
+    const Outcome result =
+        runBytes({"get", QFile::encodeName(path(u"PUMP.DDB"_s)), "Pumps", "1", "Speed"}, "gone", true);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.output.toStdString(), testing::EndsWith("1500\n"));
 }
 
 TEST_P(ArgumentsTest, EveryUtf8NameReachesItsOwnFile) {

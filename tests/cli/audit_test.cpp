@@ -150,6 +150,24 @@ TEST_P(AuditTest, WhatCannotBeReachedInAFolderIsTrouble) {
     EXPECT_THAT(result.output.toStdString(), HasSubstr("3 files: 1 same, 0 different, 2 with trouble\n"));
 }
 
+TEST_P(AuditTest, ANameThatIsNotUtf8IsTroubleWhateverStandsUnderTheOneThatItIsShownBy) {
+    QDir().mkpath(path(u"bytes"_s));
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"bytes/x\uFFFD.ddb"_s)));
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"bytes/\uFEFFy.ddb"_s)));
+    std::ofstream(path(u"bytes"_s).toStdString() + "/x\xff.ddb") << "no database";
+    const Outcome folder = run({u"audit"_s, u"PUMP.DDB"_s, u"bytes"_s});
+    EXPECT_EQ(folder.status, 2);
+    EXPECT_EQ(folder.output, "trouble: bytes/x\uFFFD.ddb: its name is not UTF-8\n"
+                             "3 files: 2 same, 0 different, 1 with trouble\n");
+    write(u"list"_s, "bytes/x\xff.ddb\r\nbytes/x\uFFFD.ddb\n");
+    const Outcome list = run({u"audit"_s, u"PUMP.DDB"_s, u"--list"_s, u"list"_s, u"--json"_s});
+    EXPECT_EQ(list.status, 2);
+    EXPECT_EQ(list.output, "{\"file\": \"bytes/x\uFFFD.ddb\", \"state\": \"trouble\", \"tables\": {}, "
+                           "\"error\": \"its name is not UTF-8\"}\n"
+                           "{\"file\": \"bytes/x\uFFFD.ddb\", \"state\": \"same\", \"tables\": {}, "
+                           "\"error\": null}\n");
+}
+
 TEST_P(AuditTest, AFolderThatCannotBeReadIsTrouble) {
     if (::geteuid() == 0)
         GTEST_SKIP() << "nothing is closed to root";

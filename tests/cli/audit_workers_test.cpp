@@ -1,5 +1,7 @@
 #include "cli/audit/AuditWorkers.h"
 
+#include <QStringList>
+
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -13,7 +15,7 @@ namespace qir {
 namespace {
 
 TEST(AuditWorkersTest, AProcessThatDiedBetweenTwoFilesCostsNoFile) {
-    const QStringList files{u"one"_s, u"two"_s, u"three"_s};
+    const std::vector<AuditFile> files{{u"one"_s, {}}, {u"two"_s, {}}, {u"three"_s, {}}};
     const auto prepare = []() -> AuditWork {
         return [](const QString &file) {
             AuditResult result;
@@ -32,7 +34,7 @@ TEST(AuditWorkersTest, AProcessThatDiedBetweenTwoFilesCostsNoFile) {
         siginfo_t info{};
         ASSERT_EQ(::waitid(P_PID, process, &info, WEXITED | WNOWAIT), 0);
     });
-    EXPECT_EQ(taken, files);
+    EXPECT_EQ(taken, (QStringList{u"one"_s, u"two"_s, u"three"_s}));
 }
 
 TEST(AuditWorkersTest, AFileThatEveryProcessDiesOfIsTrouble) {
@@ -44,7 +46,7 @@ TEST(AuditWorkersTest, AFileThatEveryProcessDiesOfIsTrouble) {
         };
     };
     std::vector<AuditResult::State> states;
-    auditInParallel({u"one"_s, u"bad"_s, u"three"_s}, 2, prepare,
+    auditInParallel({{u"one"_s, {}}, {u"bad"_s, {}}, {u"three"_s, {}}}, 2, prepare,
                     [&](const AuditResult &result) { states.push_back(result.state); });
     EXPECT_EQ(states, (std::vector{AuditResult::State::Same, AuditResult::State::Trouble, AuditResult::State::Same}));
 }

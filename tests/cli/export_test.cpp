@@ -140,6 +140,18 @@ TEST_P(ExportTest, FormulasAreEscapedWhenAskedFor) {
     EXPECT_EQ(done({u"dump"_s, u"--format=csv"_s, u"--escape-formulas"_s, u"F.DDB"_s, u"T"_s}), escaped);
 }
 
+TEST_P(ExportTest, EscapingFormulasIsRefusedWhereNothingWouldBeEscaped) {
+    makePumps();
+    for (const QString &target : {u"json"_s, u"sql"_s, u"sqlite"_s, u"postgresql"_s})
+        trouble({u"export"_s, u"--escape-formulas"_s, u"PUMP.DDB"_s, u"--to"_s, target, u"out"_s},
+                "qirdb: --escape-formulas is for CSV");
+    EXPECT_FALSE(QFile::exists(path(u"out"_s)));
+    for (const QString &form : {u"--format=json"_s, u"--format=text"_s, u"--json"_s})
+        trouble({u"dump"_s, u"--escape-formulas"_s, form, u"PUMP.DDB"_s}, "qirdb: --escape-formulas is for CSV");
+    trouble({u"dump"_s, u"--escape-formulas"_s, u"PUMP.DDB"_s}, "qirdb: --escape-formulas is for CSV");
+    done({u"export"_s, u"--escape-formulas"_s, u"PUMP.DDB"_s, u"--to"_s, u"csv"_s, u"out"_s});
+}
+
 std::string titleOf(const testing::TestParamInfo<CliComponent> &info) {
     return info.param.name;
 }

@@ -8,6 +8,7 @@
 
 #include <unistd.h>
 
+#include <cstdio>
 #include <fstream>
 
 using namespace Qt::StringLiterals;
@@ -266,6 +267,32 @@ TEST_P(GitTest, MergeReplacesNoFileOfAnotherKindUnasked) {
     write(u"EMPTY.DDB"_s, "");
     done(merge + QStringList{u"EMPTY.DDB"_s});
     done(merge + QStringList{u"NEW.DDB"_s});
+}
+
+TEST_P(GitTest, MergeTellsThatItsOutputIsMarkedReadOnly) {
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u"OUT.DDB"_s)));
+    ASSERT_TRUE(QFile::setPermissions(path(u"OUT.DDB"_s), QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+    trouble({u"merge"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"-o"_s, u"OUT.DDB"_s},
+            "qirdb: OUT.DDB: it is marked read-only");
+}
+
+TEST_P(GitTest, MergeLeavesOursAloneWhereItsNameSeemsToBeThatOfTheOutput) {
+    if (std::string(GetParam().name) == "Fake")
+        GTEST_SKIP() << "the fake follows a link by its text";
+    for (const char *side : {"O", "T", "OUT"}) {
+        const QString name = QString::fromLatin1(side) + u".DDB"_s;
+        ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(name)));
+    }
+    done({u"set"_s, u"T.DDB"_s, u"Pumps"_s, u"1"_s, u"Speed"_s, u"9"_s});
+    const QByteArray folder = QFile::encodeName(path(u"."_s)) + '/';
+    for (const QByteArray &name : {QByteArray("O.DDB"), QByteArray("OUT.DDB")}) { // links to what has no text
+        const QByteArray place = name == "O.DDB" ? "x\xff.DDB" : "x\xfe.DDB";
+        ASSERT_EQ(std::rename((folder + name).constData(), (folder + place).constData()), 0);
+        ASSERT_EQ(::symlink(place.constData(), (folder + name).constData()), 0);
+    }
+    done({u"merge"_s, u"PUMP.DDB"_s, u"O.DDB"_s, u"T.DDB"_s, u"-o"_s, u"OUT.DDB"_s});
+    EXPECT_EQ(done({u"get"_s, u"O.DDB"_s, u"Pumps"_s, u"1"_s, u"Speed"_s}), "1500\n");
+    EXPECT_EQ(done({u"get"_s, u"OUT.DDB"_s, u"Pumps"_s, u"1"_s, u"Speed"_s}), "9\n");
 }
 
 TEST_P(GitTest, AKeyThatFitsNoTableIsTroubleAndTablesWithoutOneAreTold) {

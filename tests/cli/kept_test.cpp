@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
 
@@ -101,6 +103,28 @@ TEST_P(KeptTest, WhatCannotBeOpenedOrIsNotThereIsNotRestored) {
     trouble({u"kept"_s, u"NONE.DDB"_s}, "qirdb: NONE.DDB: there is no such file");
     EXPECT_EQ(bytesOf(u"PUMP.DDB"_s), before);
     EXPECT_EQ(numbers().size(), 1);
+}
+
+TEST_P(KeptTest, AFileThatIsMarkedReadOnlyIsNotRestoredOver) {
+    keepAs(u"PUMP.DDB (conflict 2026-02-01 10.00.00)"_s, u"2"_s);
+    ASSERT_TRUE(QFile::setPermissions(path(u"PUMP.DDB"_s), QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+    trouble({u"kept"_s, u"PUMP.DDB"_s, u"--restore"_s, u"1"_s}, "qirdb: PUMP.DDB: it is marked read-only");
+    EXPECT_EQ(speed(), "2\n");
+    EXPECT_EQ(numbers().size(), 1);
+}
+
+TEST_P(KeptTest, AFileThatHasFurtherNamesIsNotPartedFromThem) {
+    keepAs(u"PUMP.DDB (conflict 2026-02-01 10.00.00)"_s, u"2"_s);
+    const QByteArray other = QFile::encodeName(path(u"OTHER.DDB"_s));
+    ASSERT_EQ(::link(QFile::encodeName(path(u"PUMP.DDB"_s)).constData(), other.constData()), 0);
+    trouble({u"kept"_s, u"PUMP.DDB"_s, u"--restore"_s, u"1"_s},
+            "qirdb: PUMP.DDB: it has further names (hard links), which would keep what stands there now; copy " +
+                QFile::encodeName(path(u"PUMP.DDB (conflict 2026-02-01 10.00.00)"_s)) + " over it by hand");
+    EXPECT_EQ(speed(), "2\n");
+    EXPECT_EQ(numbers().size(), 1);
+    ASSERT_EQ(::unlink(other.constData()), 0);
+    done({u"kept"_s, u"PUMP.DDB"_s, u"--restore"_s, u"1"_s});
+    EXPECT_EQ(speed(), "1500\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Component, KeptTest, testing::Values(CLI_COMPONENTS),

@@ -3,6 +3,7 @@
 #include "cli/WholeFile.h"
 #include "cli/tables/JsonText.h"
 #include "cli/tables/TextTable.h"
+#include "tests/support/CountedMemory.h"
 #include "tests/support/FailingFileOps.h"
 
 #include <QDir>
@@ -88,6 +89,20 @@ TEST(TextTableTest, ColumnsAreAsWideAsTheirWidestAndNumbersStandAtTheRight) {
               QByteArray("Name        Speed  Note\n"
                          "Booster \xF0\x9F\x98\x80       5\n"
                          "P          150000  x\n"));
+}
+
+std::size_t allocationsOfHeadings(int columns) {
+    const CountedMemory memory;
+    TextTable lines;
+    for (int column = 0; column < columns; ++column)
+        lines.addColumn(u"Field [long]"_s, TextTable::Align::Right);
+    return memory.allocations();
+}
+
+TEST(TextTableTest, EightTimesAsManyColumnsCostAtMostNineTimesAsMuch) {
+    if (!CountedMemory::counts())
+        GTEST_SKIP() << "nothing is counted";
+    EXPECT_LT(allocationsOfHeadings(1024), 9 * allocationsOfHeadings(128));
 }
 
 TEST(TextTableTest, AValueThatIsVeryWideMovesItsOwnLineAlone) {

@@ -33,7 +33,7 @@ def environment_of(pid):
 
 class Display:
     """The script with a program on it, in a folder of its own for what it keeps."""
-    def __init__(self, *command):
+    def __init__(self, *command, overtaken=None):
         self.folder = tempfile.mkdtemp(prefix="qir-display-")
         os.chmod(self.folder, 0o755)  # as anybody's folder for temporary files is
         self.mark = str(uuid.uuid4())
@@ -41,11 +41,22 @@ class Display:
                                 XDG_STATE_HOME=os.path.join(self.folder, "state"), QT_QPA_PLATFORM="xcb")
         for name in ("DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY"):
             self.environment.pop(name, None)
+        if overtaken:
+            self.let_a_stranger_overtake(overtaken)
         self.errors = open(os.path.join(self.folder, "errors"), "wb")  # pylint: disable=consider-using-with
         # A shell cannot trap what was ignored when it started, as it is in a shell's background.
         self.script = subprocess.Popen([SCRIPT, *command], env=self.environment, stderr=self.errors,
                                        stdin=subprocess.DEVNULL,
                                        preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_DFL))
+
+    def let_a_stranger_overtake(self, program):
+        stand_in = os.path.join(self.folder, "bin", program)
+        os.mkdir(os.path.dirname(stand_in))
+        with open(stand_in, "w", encoding="utf-8") as file:
+            file.write(OVERTAKEN.replace("NOBODY", str(NOBODY)).replace("FOLDER", self.folder)
+                       .replace("PROGRAM", shutil.which(program)))
+        os.chmod(stand_in, 0o755)
+        self.environment["PATH"] = os.path.dirname(stand_in) + os.pathsep + os.environ["PATH"]
 
     def processes(self):
         """All that lives of the script and of what it has started: process number and name."""
@@ -76,14 +87,21 @@ class Display:
         alive = sorted(self.processes().values())
         return f"{names} {alive}" if names or alive else ""
 
+    @staticmethod
+    def kill(pid):
+        try:
+            os.kill(pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+
     def end(self):
         for pid in self.processes():
-            try:
-                os.kill(pid, signal.SIGKILL)
-            except ProcessLookupError:
-                pass
+            self.kill(pid)
         self.script.wait()
         self.errors.close()
+        if os.path.exists(os.path.join(self.folder, "stranger")):
+            with open(os.path.join(self.folder, "stranger"), encoding="utf-8") as file:
+                self.kill(int(file.read()))
         shutil.rmtree(self.folder)
 
 
@@ -173,6 +191,44 @@ def ends_at_once(number):
         display.end()
 
 
+# Stands before a program of the display in PATH, and lets another user have the port first.
+OVERTAKEN = """#!/bin/bash
+for word in "$@"; do
+  case $word in
+    -rfbport) next=1 ;;
+    *) [ "${next:-}" ] && { port=$word; break; }
+       [[ $word == 127.0.0.1:* ]] && { port=${word##*:}; break; } ;;
+  esac
+done
+exec 4< <(exec env -u QIR_MARK setpriv --reuid=NOBODY --regid=NOBODY --clear-groups \
+  python3 -c 'import signal, socket, sys
+listener = socket.create_server(("127.0.0.1", int(sys.argv[1])))
+print("bound", flush=True)
+signal.pause()' "$port" 2>&1)
+echo $! > "FOLDER/stranger"
+read -r bound <&4
+[ "$bound" = bound ] || exit 99
+exec PROGRAM "$@"
+"""
+
+
+def shows_nobody_the_listener_of_a_stranger(program):
+    """Another user has seen the port that a program of the display is about to take, and takes it first."""
+    if os.geteuid() != 0:
+        not_looked_at.append("another user's listener, whom only root can become")
+        return
+    display = Display("sleep", "1000", overtaken=program)
+    try:
+        desktop.wait_until(lambda: display.script.poll() is not None or "Open http://" in display.told(),
+                           "an answer: " + display.told(), 60)
+        assert "password=" not in display.told(), f"the password goes to the stranger's {program}: {display.told()}"
+        assert display.script.wait(LONGEST_END) == 1, f"{program}: status {display.script.returncode}"
+        assert os.path.exists(os.path.join(display.folder, "stranger")), f"{program} was not overtaken"
+        assert not display.left(), display.left()
+    finally:
+        display.end()
+
+
 def ends_while_it_starts():
     display = Display("sleep", "1000")
     try:
@@ -189,6 +245,8 @@ def session(screen):
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
         ends_at_once(number)
     ends_while_it_starts()
+    for program in ("websockify", "Xtigervnc"):
+        shows_nobody_the_listener_of_a_stranger(program)
 
 
 desktop.run(session, "Xtigervnc", "tigervncpasswd", "websockify", "xauth", "setpriv", not_looked_at=not_looked_at)

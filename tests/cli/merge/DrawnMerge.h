@@ -118,7 +118,7 @@ private:
             return;
         }
         for (const QString &name : {u"A"_s, u"B"_s, u"C"_s})
-            if (content.find(name) == nullptr && below(2) == 0) {
+            if (TablesByName(content).find(name) == nullptr && below(2) == 0) {
                 content.tables.push_back(table(name));
                 return;
             }

@@ -128,10 +128,10 @@ private:
 
     void checkTable(const QString &name) {
         m_table = name;
-        const TableContent *base = m_base.find(name);
-        const TableContent *ours = m_ours.find(name);
-        const TableContent *theirs = m_theirs.find(name);
-        const TableContent *result = m_result.content.find(name);
+        const TableContent *base = TablesByName(m_base).find(name);
+        const TableContent *ours = TablesByName(m_ours).find(name);
+        const TableContent *theirs = TablesByName(m_theirs).find(name);
+        const TableContent *result = TablesByName(m_result.content).find(name);
         const auto same = [](const TableContent *one, const TableContent *other) {
             return (one == nullptr) == (other == nullptr) && (one == nullptr || sameContent(*one, *other));
         };

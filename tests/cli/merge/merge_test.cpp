@@ -1,6 +1,7 @@
 #include "cli/ComparisonArguments.h"
 #include "cli/git/ConflictText.h"
 #include "cli/git/ContentMerge.h"
+#include "tests/support/CountedMemory.h"
 
 #include <gmock/gmock.h>
 
@@ -245,6 +246,28 @@ TEST(MergeTest, TablesComeAndGo) {
                 HasSubstr("\"table\": \"Two\", \"base\": [\"Id[long]\", \"Note[text:5]\"], "
                           "\"ours\": null"));
     EXPECT_EQ(conflict.content.tables.size(), 1U);
+}
+
+std::size_t allocationsOfMerge(int tables, int fields) {
+    DatabaseContent content;
+    for (int number = 0; number < tables; ++number) {
+        TableContent table{u"T%1"_s.arg(number), {}, {{}}};
+        for (int field = 0; field < fields; ++field) {
+            table.fields.push_back({u"F%1"_s.arg(field), FieldType::Long, 0});
+            table.records[0].emplace_back(1.0);
+        }
+        content.tables.push_back(std::move(table));
+    }
+    const CountedMemory memory;
+    EXPECT_EQ(merged(content, content, content).content.tables.size(), content.tables.size());
+    return memory.allocations();
+}
+
+TEST(MergeTest, EightTimesAsManyTablesOrFieldsCostAtMostNineTimesAsMuch) {
+    if (!CountedMemory::counts())
+        GTEST_SKIP() << "nothing is counted";
+    EXPECT_LT(allocationsOfMerge(1024, 1), 9 * allocationsOfMerge(128, 1));
+    EXPECT_LT(allocationsOfMerge(1, 1024), 9 * allocationsOfMerge(1, 128));
 }
 
 TEST(KeyChoiceTest, TheKeyOfATableGoesBeforeOneOfAll) {
