@@ -217,12 +217,11 @@ void ConflictCommands::take(const std::vector<int> &chosen, Choice choice, bool 
     follow();
     const ConflictList &list = m_window->list();
     std::vector<int> rows = choice == Choice::AsItIs ? chosen : decidedTogether(list.conflicts(), chosen);
-    const auto others = std::ranges::stable_partition(rows, [&](int row) {
+    const auto others = std::stable_partition(rows.begin(), rows.end(), [&](int row) {
         return list.conflict(row).what == Conflict::What::Field; // their cells come along
     });
     Plan plan;
-    for (const auto &part :
-         {std::vector<int>(rows.begin(), others.begin()), std::vector<int>(others.begin(), rows.end())}) {
+    for (const auto &part : {std::vector<int>(rows.begin(), others), std::vector<int>(others, rows.end())}) {
         for (const int row : part)
             plan.take(list, row, choice, false);
         if (!all && !askForRecords(plan, choice))

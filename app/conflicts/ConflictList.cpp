@@ -114,7 +114,7 @@ QString ConflictList::text(int row, int column) const {
     }
 }
 
-QString ConflictList::recordText(const Conflict &conflict) const {
+QString ConflictList::recordText(const Conflict &conflict) {
     if (!conflict.key.isEmpty())
         return listText(conflict.key);
     return conflict.record > 0 ? QString::number(conflict.record) : QString();

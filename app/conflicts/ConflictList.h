@@ -41,7 +41,7 @@ public:
 private:
     static std::size_t index(int row) { return static_cast<std::size_t>(row); }
     QString text(int row, int column) const;
-    QString recordText(const Conflict &conflict) const;
+    static QString recordText(const Conflict &conflict);
     QString stateText(int row) const;
     QString standingText(int row) const;
     QString otherText(int row) const;

@@ -50,7 +50,7 @@ void writeRecords(const QirDatabase &database, const Parts &parts, const KeyedSt
         }
     }
     std::ranges::sort(removed, std::ranges::greater());
-    removed.erase(std::ranges::unique(removed).begin(), removed.end()); // two lines may be about one record
+    removed.erase(std::unique(removed.begin(), removed.end()), removed.end()); // two lines may be about one record
     for (const int record : removed)
         database.RemoveRecord(record);
     for (const TakenSide *taken : added) {
