@@ -4,6 +4,14 @@
 
 namespace qir {
 
+/// The fake that can begin no load, for a program that is run with QIR_FAKE_BEGINS_NO_LOAD set.
+class FakeNoBeginComponent final : public FakeComponent {
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE bool BeginLoad(const QString &) { raise(QStringLiteral("There is no thread to read with.")); }
+};
+
 /// The root object: makes instances as every component does, and hands out the tests' control.
 class FakePlugin final : public QObject {
     Q_OBJECT
@@ -13,6 +21,8 @@ public:
     Q_INVOKABLE QObject *CreateInstance(const QString &progId) {
         if (progId != u"QIRTBase.clsQirDatabase")
             return nullptr;
+        if (qEnvironmentVariableIsSet("QIR_FAKE_BEGINS_NO_LOAD"))
+            return new FakeNoBeginComponent;
         if (FakeRecorder::self().columns() > 0)
             return new FakeColumnComponent;
         return FakeRecorder::self().hasSteps() ? new FakeStepsComponent : new FakeComponent;
