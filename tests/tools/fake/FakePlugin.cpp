@@ -2,6 +2,8 @@
 #include "tests/tools/fake/FakeRecorder.h"
 #include "tests/tools/fake/FakeStepsComponent.h"
 
+using namespace Qt::StringLiterals;
+
 namespace qir {
 
 /// The fake that can begin no load, for a program that is run with QIR_FAKE_BEGINS_NO_LOAD set.
@@ -9,7 +11,7 @@ class FakeNoBeginComponent final : public FakeComponent {
     Q_OBJECT
 
 public:
-    Q_INVOKABLE bool BeginLoad(const QString &) { raise(QStringLiteral("There is no thread to read with.")); }
+    Q_INVOKABLE bool BeginLoad(const QString &) { raise(u"There is no thread to read with."_s); }
 };
 
 /// The root object: makes instances as every component does, and hands out the tests' control.
