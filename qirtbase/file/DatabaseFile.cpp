@@ -21,7 +21,8 @@ namespace {
 
 /// So that the file is found again when the program's folder changes. Not cleaned: ".." after a link counts.
 QString absolutePath(const QString &path) {
-    return path.startsWith(u'/') ? path : QDir::currentPath() + u'/' + path;
+    const QString folder = path.startsWith(u'/') ? QString() : QDir::currentPath();
+    return folder.isEmpty() ? path : folder + u'/' + path; // one that has gone has no name
 }
 
 /// Whether a file could be put, or changed, where a path leads. Leaves no trace.

@@ -257,6 +257,18 @@ TEST_P(GitTest, ADriverThatFailsNamesTheFileAndLeavesNoListOfAnotherMerge) {
     EXPECT_FALSE(QFile::exists(path(u"PUMP.DDB.conflicts.json"_s)));
 }
 
+TEST_P(GitTest, ADriverThatCannotBeginToReadASideNamesTheSide) {
+    if (std::string(GetParam().name) != "Fake")
+        GTEST_SKIP() << "the fake alone can be told to fail there";
+    ASSERT_TRUE(QFile::copy(path(u"PUMP.DDB"_s), path(u".merge_file_x"_s)));
+    qputenv("QIR_FAKE_BEGINS_NO_LOAD", "1");
+    const Outcome result = run({u"merge"_s, u".merge_file_x"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"-o"_s, u"PUMP.DDB"_s,
+                                u"--path"_s, u"deep/PUMP.DDB"_s});
+    qunsetenv("QIR_FAKE_BEGINS_NO_LOAD");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.errors, "qirdb: deep/PUMP.DDB: BASE: There is no thread to read with.\n");
+}
+
 TEST_P(GitTest, MergeReplacesNoFileOfAnotherKindUnasked) {
     write(u"hello.txt"_s, "hello\n");
     const QStringList merge{u"merge"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"PUMP.DDB"_s, u"-o"_s};
