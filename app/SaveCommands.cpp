@@ -51,8 +51,19 @@ void SaveCommands::SaveMenu_Click() {
         return;
     }
     database.setDtbHasChanged(false);
-    if (writes) // else what stands there may be another program's
-        saved(m_editor.IndexAttivo());
+    if (!writes) { // what stands there may be another program's
+        tellOfOtherPane();
+        return;
+    }
+    saved(m_editor.IndexAttivo());
+    m_editor.status().showMessage({}); // that nothing was saved a moment ago
+}
+
+/// What was carried across is changed in the other pane than the one with the keyboard.
+void SaveCommands::tellOfOtherPane() {
+    const int other = 1 - m_editor.IndexAttivo();
+    if (m_editor.DtbAperto(other) && hasSomethingToWrite(m_editor.OggettoDtb(other)))
+        m_editor.status().showMessage(tr("Nothing was saved: it is the other pane that has changed. F6, then Ctrl+S."));
 }
 
 void SaveCommands::SaveAsMenu_Click() {

@@ -22,7 +22,8 @@ public:
     /// Its rows for the menus.
     void addCommands();
 
-    /// Where it fails, the reason is shown and Save As is offered.
+    /// Where it fails, the reason is shown and Save As is offered. With nothing to write the status line tells of
+    /// changes in the other pane.
     void SaveMenu_Click();
     /// Asks for a name and writes under it. A name that the component refuses stays the pane's name, while label and
     /// component keep the old one.
@@ -32,6 +33,7 @@ public:
     void SalvaSecco(QString &fileName, bool &chosen);
 
 private:
+    void tellOfOtherPane();
     /// A pane's file holds what the pane does, and may be protected now.
     void saved(int pane);
 

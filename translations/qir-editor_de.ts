@@ -969,6 +969,10 @@ Sollen die Änderungen gespeichert werden?</translation>
         <source>File DDB,WDB,UDB,SDB,IDB</source>
         <translation>Datei DDB,WDB,UDB,SDB,IDB</translation>
     </message>
+    <message>
+        <source>Nothing was saved: it is the other pane that has changed. F6, then Ctrl+S.</source>
+        <translation>Es wurde nichts gespeichert: Geändert ist die andere Seite. F6, dann Strg+S.</translation>
+    </message>
 </context>
 <context>
     <name>Sorting</name>

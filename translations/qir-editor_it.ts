@@ -969,6 +969,10 @@ Salvare le modifiche?</translation>
         <source>File DDB,WDB,UDB,SDB,IDB</source>
         <translation>File DDB,WDB,UDB,SDB,IDB</translation>
     </message>
+    <message>
+        <source>Nothing was saved: it is the other pane that has changed. F6, then Ctrl+S.</source>
+        <translation>Non è stato salvato nulla: è cambiato l&apos;altro pannello. F6, poi Ctrl+S.</translation>
+    </message>
 </context>
 <context>
     <name>Sorting</name>

@@ -131,8 +131,9 @@ void tellConflicts(const QString &out, const QString &file, const std::vector<Co
     constexpr std::size_t most = 10;
     for (std::size_t i = 0; i < std::min(most, conflicts.size()); ++i)
         printError(u"%1: conflict: %2"_s.arg(out, conflictText(conflicts[i])));
-    printError(u"%1: %2 in conflict, as OURS has them; %3 lists them"_s.arg(
-        out, conflicts.size() == 1 ? u"1 place"_s : u"%1 places"_s.arg(conflicts.size()), file));
+    printError(
+        u"%1: %2 in conflict, as OURS has them; %3 lists them, and the editor's File > Merge Conflicts takes sides"_s
+            .arg(out, conflicts.size() == 1 ? u"1 place"_s : u"%1 places"_s.arg(conflicts.size()), file));
 }
 
 void store(Session &ours, const QString &out, const QString &shown, const DatabaseContent &merged) {

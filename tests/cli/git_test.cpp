@@ -398,7 +398,8 @@ TEST_P(GitTest, MergeWritesTheResultProtectedAsOurs) {
     EXPECT_EQ(conflict.status, 1);
     EXPECT_EQ(conflict.errors,
               "qirdb: B.DDB: conflict: table \"Pumps\", record 1, field \"Speed\"\n"
-              "qirdb: B.DDB: 1 place in conflict, as OURS has them; B.DDB.conflicts.json lists them\n");
+              "qirdb: B.DDB: 1 place in conflict, as OURS has them; B.DDB.conflicts.json lists them, and the editor's "
+              "File > Merge Conflicts takes sides\n");
     done({u"merge"_s, u"PUMP.DDB"_s, u"B.DDB"_s, u"PUMP.DDB"_s, u"-o"_s, u"B.DDB"_s});
     EXPECT_FALSE(QFile::exists(path(u"B.DDB.conflicts.json"_s)));
     trouble({u"merge"_s, u"B.DDB"_s, u"B.DDB"_s, u"T.DDB"_s, u"-o"_s, u"OUT.DDB"_s, u"--key"_s, u"Valves:Name"_s},

@@ -1,4 +1,5 @@
 #include "tests/support/Hands.h"
+#include "tests/window/EditSupport.h"
 #include "tests/window/WindowTest.h"
 
 using namespace qir;
@@ -52,6 +53,24 @@ private Q_SLOTS:
         fixture.choose(Command::SaveMenu);
         QVERIFY(!fixture.database(0).DtbHasChanged());
         QCOMPARE(savedValue(file, u"T"_s), u"2"_s);
+    }
+
+    void aSaveWithNothingToWriteTellsOfChangesOnTheOtherSide() {
+        const QStringList files{makeFile(u"A.DDB"_s, {numbers(u"T"_s, {u"1"_s})}),
+                                makeFile(u"B.DDB"_s, {numbers(u"T"_s, {u"1"_s})})};
+        EditorFixture fixture;
+        fixture.openBoth(files[0], files[1]);
+        change(fixture, 0, u"2"_s);
+        fixture.activate(1);
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(statusLeft(fixture), u"Nothing was saved: it is the other pane that has changed. F6, then Ctrl+S."_s);
+        QVERIFY(fixture.database(0).DtbHasChanged());
+        fixture.activate(0);
+        fixture.choose(Command::SaveMenu);
+        QCOMPARE(savedValue(files[0], u"T"_s), u"2"_s);
+        QVERIFY2(!statusLeft(fixture).contains(u"Nothing"), "it was saved");
+        fixture.choose(Command::SaveMenu);
+        QVERIFY2(!statusLeft(fixture).contains(u"Nothing"), "neither has changed now");
     }
 
     void saveShowsWhyItFailedAndTheChangesStay() {
