@@ -18,6 +18,17 @@ bool isAbsence(SystemError error) {
            error.number == EISDIR || error.number == ENXIO;
 }
 
+/// Whether it holds nearly nothing but holes, which reading all of it would take long to find out. Ours are written
+/// throughout; but a file system may pack what it stores, and may not have counted yet.
+bool isHollow(const struct stat &copy) {
+    constexpr off_t quicklyRead = off_t{1} << 24;
+    constexpr off_t blockSize = 512; // of st_blocks, whatever the file system's
+    constexpr off_t counted = 8;
+    constexpr off_t packedMost = 4096;
+    return copy.st_size > quicklyRead && copy.st_blocks >= counted &&
+           copy.st_blocks * blockSize < copy.st_size / packedMost;
+}
+
 } // namespace
 
 /// Looks through the places where safe copies of one file may lie.
@@ -120,8 +131,9 @@ private:
         const auto trusted = m_trust.believes(folder->descriptor(), where == Where::Beside, *known);
         if (!trusted)
             return tl::unexpected(trusted.error());
-        return *trusted ? take(std::move(*folder), name, std::move(*file), isWritable, where != Where::StateFolder)
-                        : Step();
+        return *trusted && !isHollow(*known)
+                   ? take(std::move(*folder), name, std::move(*file), isWritable, where != Where::StateFolder)
+                   : Step();
     }
 
     /// Reads what was found, and once more when it is held: only then it stays as it is.
