@@ -43,12 +43,17 @@ bool takesFile(FileOps &ops, const QString &path) {
 }
 
 /// What stands where a path leads; nothing where that cannot be said.
-std::optional<struct stat> standingAt(FileOps &ops, const QString &path) {
+std::optional<StandingFile> standingAt(FileOps &ops, const QString &path) {
     const auto target = ResolvedPath::of(ops, systemPath(path));
     if (!target)
         return std::nullopt;
-    const auto standing = ops.statusAt(target->folder.descriptor(), target->name, FollowLinks::No);
-    return standing ? std::optional(*standing) : std::nullopt;
+    const auto status = ops.statusAt(target->folder.descriptor(), target->name, FollowLinks::No);
+    if (!status)
+        return std::nullopt;
+    StandingFile standing{.exists = true, .status = *status, .header = {}};
+    if (auto header = readFileHeader(ops, path))
+        standing.header = std::move(*header);
+    return standing;
 }
 
 } // namespace

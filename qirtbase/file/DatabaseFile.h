@@ -9,6 +9,7 @@
 #include "qirtbase/container/SecretKey.h"
 #include "qirtbase/file/KeyPreparation.h"
 #include "qirtbase/file/ReadAhead.h"
+#include "qirtbase/file/SaveTarget.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -148,7 +149,7 @@ private:
     Place m_place;
     Place m_told;                             // by setPlace()
     std::optional<Place> m_previousPlace;     // while a name set by setFileName() has not been saved under
-    std::optional<struct stat> m_meant;       // what stood under that name when it was set
+    std::optional<StandingFile> m_meant;      // what stood under that name when it was set
     FileHeader m_header;                      // of the version on disk
     std::vector<FileIdentifier> m_ownSaveIds; // what may stand there unless somebody else wrote; the first is known to
     bool m_torn = false;                      // a write in place was cut short

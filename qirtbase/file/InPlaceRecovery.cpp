@@ -45,10 +45,8 @@ private:
 
     Step settle(InPlaceCopy &copy, Content content) {
         const bool isInode = copy.match() != Match::Name;
-        if (isInode && (content == Content::Next || content == Content::Mixture)) {
-            restore(copy);
-            return {};
-        }
+        if (isInode && (content == Content::Next || content == Content::Mixture))
+            return restore(copy);
         if (content == Content::Mixture) { // a copy of the file: nobody said that it may be written
             show(copy, u"it is not the file that was being saved, but a copy of it"_s);
             return {};
@@ -88,24 +86,37 @@ private:
         return std::string();
     }
 
-    void restore(InPlaceCopy &copy) {
+    Step restore(InPlaceCopy &copy) {
         OpenFile opened;
         int file = m_request.writable;
         if (file < 0) {
             auto writable = openHeld();
             if (!writable) {
                 show(copy, systemErrorWords(writable.error()));
-                return;
+                return {};
             }
             opened = std::move(*writable);
             file = opened.descriptor();
         }
+        // Once more, now that it is held: what was seen may have been written over since.
+        const auto content = copy.contentOf(file);
+        if (!content)
+            return tl::unexpected(content.error());
+        if (*content == Content::Foreign) {
+            setAside(copy);
+            return {};
+        }
+        if (*content == Content::Base) {
+            (void)copy.remove(); // one that stays says of the file what it is
+            return {};
+        }
         if (const auto restored = copy.restoreBase(file); !restored) {
             show(copy, systemErrorWords(restored.error()));
-            return;
+            return {};
         }
         (void)copy.remove(); // one that stays says of the file what it is
         m_recovery.notices.append(u"a save of it had been cut short; it is again what it was before that save"_s);
+        return {};
     }
 
     /// The file for writing, held against those who write it in place.

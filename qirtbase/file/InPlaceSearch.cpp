@@ -1,7 +1,6 @@
 #include "base/state/StateFolder.h"
+#include "qirtbase/file/CopyTrust.h"
 #include "qirtbase/file/InPlaceCopy.h"
-
-#include <unistd.h>
 
 #include <cerrno>
 #include <set>
@@ -19,6 +18,17 @@ bool isAbsence(SystemError error) {
            error.number == EISDIR || error.number == ENXIO;
 }
 
+/// Whether it holds nearly nothing but holes, which reading all of it would take long to find out. Ours are written
+/// throughout; but a file system may pack what it stores, and may not have counted yet.
+bool isHollow(const struct stat &copy) {
+    constexpr off_t quicklyRead = off_t{1} << 24;
+    constexpr off_t blockSize = 512; // of st_blocks, whatever the file system's
+    constexpr off_t counted = 8;
+    constexpr off_t packedMost = 4096;
+    return copy.st_size > quicklyRead && copy.st_blocks >= counted &&
+           copy.st_blocks * blockSize < copy.st_size / packedMost;
+}
+
 } // namespace
 
 /// Looks through the places where safe copies of one file may lie.
@@ -26,7 +36,8 @@ class InPlaceSearch {
 public:
     InPlaceSearch(FileOps &ops, const InPlaceCopy::File &file)
         : m_ops(ops)
-        , m_file(file) {}
+        , m_file(file)
+        , m_trust(ops, file) {}
 
     SystemResult<InPlaceCopy::Found> run(const QString &stateFolder) {
         m_path = placeHash(canonicalPath(m_ops, m_file.place));
@@ -38,6 +49,8 @@ public:
 private:
     using Step = SystemResult<void>;
     using Match = InPlaceCopy::Match;
+    /// Beside the file, in the state folder, or where a pointer leads.
+    enum class Where { Beside, StateFolder, Led };
 
     Step beside() {
         if (!m_file.place.canSync)
@@ -48,7 +61,7 @@ private:
             return isAbsence(names.error()) ? Step() : tl::unexpected(names.error());
         for (const std::string &name : *names)
             if (isSafeCopyName(name))
-                if (const Step looked = lookAt(folder, ".", name, true); !looked)
+                if (const Step looked = lookAt(folder, ".", name, Where::Beside); !looked)
                     return looked;
         return {};
     }
@@ -59,7 +72,7 @@ private:
             return isAbsence(names.error()) ? Step() : tl::unexpected(names.error());
         for (const std::string &name : *names)
             if (isSafeCopyName(name))
-                if (const Step looked = lookAt(AT_FDCWD, path, name, false); !looked)
+                if (const Step looked = lookAt(AT_FDCWD, path, name, Where::StateFolder); !looked)
                     return looked;
         return {};
     }
@@ -76,7 +89,7 @@ private:
             (void)m_ops.unlinkAt(pointerFolder, name);
         if (!there || !isSafeCopyName(copyName))
             return {};
-        const Step looked = lookAt(AT_FDCWD, folderPath, copyName, true);
+        const Step looked = lookAt(AT_FDCWD, folderPath, copyName, Where::Led);
         return looked ? attach(*there, pointerFolder, name) : looked;
     }
 
@@ -97,7 +110,7 @@ private:
         return {};
     }
 
-    Step lookAt(int base, const std::string &folderPath, const std::string &name, bool isShared) {
+    Step lookAt(int base, const std::string &folderPath, const std::string &name, Where where) {
         auto folder = OpenFile::openAt(m_ops, base, folderPath, O_RDONLY | O_DIRECTORY);
         if (!folder)
             return isAbsence(folder.error()) ? Step() : tl::unexpected(folder.error());
@@ -115,11 +128,12 @@ private:
             return tl::unexpected(known.error());
         if (!m_seen.emplace(known->st_dev, known->st_ino).second) // a pointer leads to what lies beside too
             return {};
-        const auto trusted =
-            isShared ? isTrusted(folder->descriptor(), *known) : SystemResult<bool>(S_ISREG(known->st_mode));
+        const auto trusted = m_trust.believes(folder->descriptor(), where == Where::Beside, *known);
         if (!trusted)
             return tl::unexpected(trusted.error());
-        return *trusted ? take(std::move(*folder), name, std::move(*file), isWritable, isShared) : Step();
+        return *trusted && !isHollow(*known)
+                   ? take(std::move(*folder), name, std::move(*file), isWritable, where != Where::StateFolder)
+                   : Step();
     }
 
     /// Reads what was found, and once more when it is held: only then it stays as it is.
@@ -181,26 +195,9 @@ private:
         return isInode && isName ? Match::Both : isInode ? Match::Inode : Match::Name;
     }
 
-    /// A copy is believed from those only who could change the file without it.
-    SystemResult<bool> isTrusted(int folder, const struct stat &copy) {
-        const auto there = m_ops.status(folder);
-        if (!there)
-            return tl::unexpected(there.error());
-        if (!S_ISREG(copy.st_mode))
-            return false;
-        if (!(there->st_mode & S_ISVTX)) // whoever puts files there can put another one in the file's place
-            return true;
-        const struct stat &file = m_file.status;
-        for (const uid_t trusted : {uid_t(0), file.st_uid, there->st_uid, ::geteuid()})
-            if (copy.st_uid == trusted)
-                return true;
-        const bool anybody = (file.st_mode & S_IWOTH) != 0;
-        const bool group = anybody || (file.st_gid == there->st_gid && (file.st_mode & S_IWGRP) != 0);
-        return (anybody || !(there->st_mode & S_IWOTH)) && (group || !(there->st_mode & S_IWGRP));
-    }
-
     FileOps &m_ops;
     const InPlaceCopy::File &m_file;
+    CopyTrust m_trust;
     PlaceHash m_path{};
     std::set<std::pair<dev_t, ino_t>> m_seen;
     InPlaceCopy::Found m_found;

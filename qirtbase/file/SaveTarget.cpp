@@ -28,6 +28,13 @@ bool sameVersion(const struct stat &left, const struct stat &right) {
            left.st_mtim.tv_sec == right.st_mtim.tv_sec && left.st_mtim.tv_nsec == right.st_mtim.tv_nsec;
 }
 
+bool sameVersion(const StandingFile &left, const StandingFile &right) {
+    const auto saveId = [](const StandingFile &standing) {
+        return standing.header ? standing.header->saveId : FileIdentifier{}; // which no file has
+    };
+    return left.exists && right.exists && sameVersion(left.status, right.status) && saveId(left) == saveId(right);
+}
+
 bool isReadOnly(FileOps &ops, int folder, const std::string &name) {
     constexpr mode_t anybodyWrites = S_IWUSR | S_IWGRP | S_IWOTH;
     const auto status = ops.statusAt(folder, name, FollowLinks::No);
@@ -97,10 +104,7 @@ Result<StandingFile> SaveTarget::look(const std::string &name) const {
 }
 
 bool SaveTarget::isStill(const StandingFile &now) const {
-    const auto saveId = [](const StandingFile &standing) {
-        return standing.header ? standing.header->saveId : FileIdentifier{}; // which no file has
-    };
-    return now.exists && sameVersion(now.status, m_standing.status) && saveId(now) == saveId(m_standing);
+    return sameVersion(now, m_standing);
 }
 
 bool SaveTarget::isStill(int file, const struct stat &status) const {
@@ -117,7 +121,7 @@ bool SaveTarget::isOurs(const StandingFile &standing) const {
 }
 
 bool SaveTarget::cameLater() const {
-    return m_expectation.replaceMeant && !(m_expectation.meant && sameVersion(m_standing.status, *m_expectation.meant));
+    return m_expectation.replaceMeant && !(m_expectation.meant && sameVersion(m_standing, *m_expectation.meant));
 }
 
 bool SaveTarget::mayBeSomebodysVersion() const {

@@ -13,6 +13,14 @@
 
 namespace qir {
 
+/// What stands under a name.
+struct StandingFile {
+    bool exists = false;
+    struct stat status {};
+    std::optional<FileHeader> header; ///< None when it is no database, or could not be read.
+    bool unreadable = false;          ///< The system did not let us look.
+};
+
 /// What a save believes of the file that it goes to.
 struct SaveExpectation {
     QString name;            ///< As the user knows the file; for texts.
@@ -24,22 +32,17 @@ struct SaveExpectation {
     bool torn = false;         ///< An earlier save of ours may have left it half written.
     bool replaceMeant = false; ///< The user has just chosen the name: what stands there gives way.
     /// With that, what stood there when the name was chosen, nothing for no file: what came later nobody has seen.
-    std::optional<struct stat> meant;
+    std::optional<StandingFile> meant;
 
     /// The save id of the version that was read or last written, zeros for none.
     FileIdentifier knownSaveId() const { return ownSaveIds.empty() ? FileIdentifier{} : ownSaveIds.front(); }
 };
 
-/// What stands under a name.
-struct StandingFile {
-    bool exists = false;
-    struct stat status {};
-    std::optional<FileHeader> header; ///< None when it is no database, or could not be read.
-    bool unreadable = false;          ///< The system did not let us look.
-};
-
 /// True when both looks met the same bytes, as far as the system tells.
 bool sameVersion(const struct stat &left, const struct stat &right);
+
+/// The same, also where the time was set back: databases are told apart by their save ids too.
+bool sameVersion(const StandingFile &left, const StandingFile &right);
 
 /// Whether a file is marked as not to be changed: nobody may write it, as its mode says, or we may not. The first
 /// holds for the superuser too, whom the system asks nothing. On a file system of layers the look itself may bring the

@@ -1,6 +1,7 @@
 #include "tests/qirtbase/file/DatabaseFileTest.h"
 #include "tests/support/FailingFileOps.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <sys/stat.h>
@@ -140,6 +141,30 @@ TEST_F(DatabaseFileTest, AVersionThatSlipsInWithTheSameSizeAndTimeIsKeptAsAConfl
     EXPECT_EQ(bodyOf(path(names[1])), "two");
     ASSERT_EQ(notices.size(), 1);
     EXPECT_TRUE(notices[0].contains(u"another program"_s));
+}
+
+TEST_F(DatabaseFileTest, ADatabaseThatCameAfterItsNameWasChosenWithTheSameSizeAndTimeIsKept) {
+    for (const bool isLinked : {false, true}) {
+        const QString folder = path(isLinked ? u"linked"_s : u"single"_s);
+        ASSERT_TRUE(QDir().mkdir(folder));
+        const QString name = folder + u"/a.ddb"_s;
+        writeContent(name, otherVersion("one"));
+        if (isLinked && ::link(systemPath(name).c_str(), systemPath(folder + u"/b.ddb"_s).c_str()) != 0)
+            FAIL() << "no hard link";
+        FileHeader third;
+        third.fileId.fill(4);
+        third.saveId.fill(8);
+        DatabaseFile file(FileOps::system(), testOptions());
+        ASSERT_TRUE(file.setFileName(name));
+        rewriteUnseen(name, containerBytes("two", {}, third));
+        ASSERT_TRUE(file.save("mine"));
+        EXPECT_EQ(bodyOf(name), "mine");
+        QList<QByteArray> bodies;
+        for (const QString &left : namesIn(folder))
+            bodies.append(bodyOf(folder + u'/' + left));
+        EXPECT_TRUE(bodies.contains("two")) << "the other database is lost";
+        EXPECT_FALSE(bodies.contains("one"));
+    }
 }
 
 TEST_F(DatabaseFileTest, AVersionThatSlipsInWithTheSameSizeAndTimeIsNotOverwrittenInPlace) {

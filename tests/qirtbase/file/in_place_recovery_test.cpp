@@ -143,6 +143,44 @@ TEST_F(ThirdFile, OneThatWasWrittenIntoTheFileIsLeftAlone) {
     }
 }
 
+TEST_F(ThirdFile, OneThatIsWrittenWhileTheFileIsBeingMadeWholeIsLeftAlone) {
+    const QByteArray content = "a shopping list";
+    for (const int at : {0, 1}) { // the copy's, the file's
+        int locks = 0;
+        HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+            if (call == FileCall::Lock && locks++ == at)
+                writeContent(m_file, content);
+            return std::nullopt;
+        });
+        DatabaseFile reader(ops, options());
+        EXPECT_FALSE(reader.load(m_file, {})) << "lock " << at;
+        EXPECT_EQ(locks, at + 1);
+        expectLeftAlone(content, "at lock " + std::to_string(at));
+        QDir(m_folder.path()).removeRecursively();
+        QDir().mkpath(m_folder.path());
+        m_notices.clear();
+        SetUp();
+    }
+}
+
+TEST_F(ThirdFile, WhatSomebodyElseHasMadeWholeMeanwhileIsNotWrittenOnceMore) {
+    int locks = 0;
+    int writes = 0;
+    HookedFileOps ops([&](FileCall call, const std::string &) -> std::optional<SystemError> {
+        if (call == FileCall::Lock && ++locks == 2)
+            writeContent(m_file, containerBytes(longBody));
+        writes += call == FileCall::WriteAt && locks == 2;
+        return std::nullopt;
+    });
+    DatabaseFile reader(ops, options());
+    const auto body = reader.load(m_file, {});
+    ASSERT_TRUE(body) << body.error().text.toStdString();
+    EXPECT_TRUE(*body == longBody);
+    EXPECT_EQ(writes, 1); // the copy is made void
+    EXPECT_EQ(safeCopies(), QStringList());
+    EXPECT_EQ(m_notices, QStringList());
+}
+
 TEST_F(ThirdFile, TheOneThatWasBeingSavedKeepsItsCopyUnderAnotherName) {
     const QByteArray content = "a shopping list";
     putByRenaming(content);
@@ -339,6 +377,35 @@ TEST_F(HostileCopy, SizesThatLieAreRefused) {
         if (size > m_head.baseSize + m_head.nextSize)
             expectIgnored(head.encode() + m_base + m_there, "both sizes");
     }
+}
+
+TEST_F(HostileCopy, OneThatIsNearlyAllHoleIsNotRead) {
+    m_head.nextSize = std::uint64_t{20} << 30;
+    writeContent(m_copy, m_head.encode() + m_base + m_there);
+    const auto size = SafeCopyHead::size + m_head.baseSize + m_head.nextSize;
+    ASSERT_EQ(::truncate(systemPath(m_copy).c_str(), static_cast<off_t>(size)), 0);
+    int reads = 0;
+    HookedFileOps ops([&](FileCall call, const std::string &) {
+        reads += call == FileCall::ReadAt;
+        return reads > 100 ? std::optional(SystemError{EIO}) : std::nullopt;
+    });
+    DatabaseFile reader(ops, options());
+    const auto body = reader.load(m_file, {});
+    ASSERT_TRUE(body) << body.error().text.toStdString();
+    EXPECT_EQ(*body, "there");
+    EXPECT_LT(reads, 20);
+}
+
+TEST_F(HostileCopy, OneThatIsLargeAndWrittenIsBelieved) {
+    const QByteArray large(std::size_t{1} << 25, '\0'); // as sparse as bytes that are written can be
+    VersionsDigest digest;
+    digest.add(large);
+    digest.add(m_there);
+    m_head.baseSize = static_cast<std::uint64_t>(large.size());
+    m_head.digest = digest.value();
+    writeContent(m_copy, m_head.encode() + large + m_there);
+    EXPECT_TRUE(bodyOf(m_file).startsWith("ERROR"));
+    EXPECT_TRUE(contentOf(m_file) == large);
 }
 
 TEST_F(HostileCopy, WhatIsNoFileIsPassedBy) {

@@ -8,6 +8,7 @@
 #include <QFile>
 
 #include <grp.h>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -51,6 +52,7 @@ protected:
         if (::geteuid() != 0)
             GTEST_SKIP() << "not run: only root can be several users";
         ASSERT_EQ(::chmod(systemPath(m_folder.path()).c_str(), 0755), 0);
+        testStateFolder(); // made once, not by each process
     }
     QString shared() const { return m_folder.filePath(u"shared"_s); }
     QString file() const { return shared() + u"/a.ddb"_s; }
@@ -120,7 +122,46 @@ protected:
         const auto read = readBytes(contentOf(file()));
         return !read;
     }
+    QString home() const { return m_folder.filePath(u"home"_s); }
+    /// The file in the shared folder is another name of one that stands where only root comes.
+    void makeLinked(uid_t folderOwner, mode_t folderMode, mode_t fileMode) {
+        make(folderOwner, folderMode, fileMode);
+        QDir(home()).removeRecursively();
+        QDir(stateOf(member)).removeRecursively(); // what leads to the copies of files that are gone
+        ASSERT_TRUE(QDir().mkdir(home()));
+        ASSERT_EQ(::chmod(systemPath(home()).c_str(), 0700), 0);
+        ASSERT_EQ(::link(systemPath(file()).c_str(), systemPath(home() + u"/a.ddb"_s).c_str()), 0);
+    }
+    QString copyPath() const { return shared() + u"/.qir-0123456789abcdef.safe"_s; }
+    /// A copy that says of the file as it is that it is the new version, to be undone.
+    QByteArray forgedCopy() const {
+        const QByteArray there = contentOf(file());
+        struct stat status {};
+        EXPECT_EQ(::stat(systemPath(file()).c_str(), &status), 0);
+        VersionsDigest digest;
+        digest.add(m_evil);
+        digest.add(there);
+        const SafeCopyHead head{.inode = status.st_ino,
+                                .name = placeHash("a.ddb"),
+                                .baseSize = static_cast<std::uint64_t>(m_evil.size()),
+                                .nextSize = static_cast<std::uint64_t>(there.size()),
+                                .digest = digest.value()};
+        return head.encode() + m_evil + there;
+    }
+    End plant(uid_t user, gid_t group, const QString &at, const QByteArray &content) const {
+        return as(user, group, [&](const DatabaseFileOptions &) {
+            QFile copy(at);
+            return copy.open(QIODevice::WriteOnly) && copy.write(content) == content.size() && copy.flush();
+        });
+    }
+    void expectUntouched(const std::string &what) const {
+        const QByteArray there = contentOf(file());
+        for (const auto &[user, group] : {std::pair(owner, team), std::pair(uid_t(0), gid_t(0))})
+            EXPECT_EQ(open(user, group), End::Good) << what << ", opened by " << user;
+        EXPECT_TRUE(contentOf(file()) == there && there == containerBytes(before)) << what;
+    }
 
+    const QByteArray m_evil = containerBytes("evil");
     QuickFolder m_folder;
 };
 
@@ -206,29 +247,117 @@ TEST_F(Users, AMemberByEverybodysRightDoesNotOpenTheCopyToAnotherGroup) {
 TEST_F(Users, AForgedCopyIsNotBelieved) {
     make(0, 01777, 0644);
     const QByteArray there = contentOf(file());
-    const QByteArray evil = containerBytes("evil");
-    struct stat status {};
-    ASSERT_EQ(::stat(systemPath(file()).c_str(), &status), 0);
-    VersionsDigest digest;
-    digest.add(evil);
-    digest.add(there);
-    const SafeCopyHead head{.inode = status.st_ino,
-                            .name = placeHash("a.ddb"),
-                            .baseSize = static_cast<std::uint64_t>(evil.size()),
-                            .nextSize = static_cast<std::uint64_t>(there.size()),
-                            .digest = digest.value()};
-    const auto plant = [&](const DatabaseFileOptions &) {
-        writeContent(shared() + u"/.qir-0123456789abcdef.safe"_s, head.encode() + evil + there);
-        return true;
-    };
-    ASSERT_EQ(as(stranger, stranger, plant), End::Good);
+    const QByteArray forged = forgedCopy();
+    ASSERT_EQ(plant(stranger, stranger, copyPath(), forged), End::Good);
     ASSERT_EQ(open(owner, team), End::Good);
     EXPECT_EQ(contentOf(file()), there);
     // The same from the owner's own hand is what it says.
-    ASSERT_TRUE(QFile::remove(shared() + u"/.qir-0123456789abcdef.safe"_s));
-    ASSERT_EQ(as(owner, team, plant), End::Good);
+    ASSERT_TRUE(QFile::remove(copyPath()));
+    ASSERT_EQ(plant(owner, team, copyPath(), forged), End::Good);
     EXPECT_EQ(open(owner, team), End::Bad);
-    EXPECT_EQ(contentOf(file()), evil);
+    EXPECT_EQ(contentOf(file()), m_evil);
+}
+
+/// Whoever may replace one of the names of a file may not therefore write what stands under the others.
+TEST_F(Users, ACopyFromWhoMayNotWriteAFileOfSeveralNamesIsNotBelieved) {
+    for (const mode_t mode : {0777, 01777, 02777, 0770}) {
+        for (const mode_t fileMode : {0644, 0664}) {
+            const bool isMember = mode == 0770;
+            if (isMember && fileMode == 0664) // who may come in may write it
+                continue;
+            makeLinked(0, mode, fileMode);
+            ASSERT_EQ(plant(stranger, isMember ? team : stranger, copyPath(), forgedCopy()), End::Good);
+            expectUntouched("folder " + std::to_string(mode) + ", file " + std::to_string(fileMode));
+        }
+    }
+}
+
+TEST_F(Users, TheOwnerOfTheFolderMayNotWriteAFileOfSeveralNamesEither) {
+    for (const mode_t mode : {0755, 01755, 0770}) {
+        makeLinked(stranger, mode, 0664);
+        ASSERT_EQ(plant(stranger, stranger, copyPath(), forgedCopy()), End::Good);
+        expectUntouched("folder " + std::to_string(mode));
+        // Nor whoever was let in for a moment.
+        ASSERT_TRUE(QFile::remove(copyPath()));
+        ASSERT_EQ(::chmod(systemPath(shared()).c_str(), 0777), 0);
+        ASSERT_EQ(plant(colleague, stranger, copyPath(), forgedCopy()), End::Good);
+        ASSERT_EQ(::chmod(systemPath(shared()).c_str(), mode), 0);
+        expectUntouched("folder " + std::to_string(mode) + ", another one's copy");
+    }
+}
+
+TEST_F(Users, ACopyThatMoreMayWriteThanTheFileIsNotBelieved) {
+    for (const uid_t maker : {uid_t(0), owner}) {
+        makeLinked(0, 0777, 0664);
+        writeContent(copyPath(), "");
+        ASSERT_EQ(::chown(systemPath(copyPath()).c_str(), maker, stranger), 0);
+        ASSERT_EQ(::chmod(systemPath(copyPath()).c_str(), 0666), 0);
+        ASSERT_EQ(plant(colleague, colleague, copyPath(), forgedCopy()), End::Good);
+        expectUntouched("writable for all");
+        ASSERT_EQ(::chmod(systemPath(copyPath()).c_str(), 0664), 0);
+        expectUntouched("writable for another group");
+    }
+}
+
+/// An administrator who runs a program with a user's settings.
+TEST_F(Users, ACopyInTheStateFolderFromWhoMayNotWriteTheFileIsNotBelieved) {
+    make(0, 0755, 0644);
+    const QString folder = stateOf(0) + u"/qir/inplace"_s;
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const QString copy = folder + u"/.qir-0123456789abcdef.safe"_s;
+    ASSERT_EQ(::chown(systemPath(folder).c_str(), stranger, stranger), 0);
+    ASSERT_EQ(::chmod(systemPath(folder).c_str(), 0700), 0);
+    ASSERT_EQ(::chmod(systemPath(stateOf(0)).c_str(), 0755), 0);
+    ASSERT_EQ(plant(stranger, stranger, copy, forgedCopy()), End::Good);
+    expectUntouched("a copy");
+    // One that leads to a folder of his.
+    const QString lair = m_folder.filePath(u"lair"_s);
+    ASSERT_TRUE(QDir().mkdir(lair));
+    ASSERT_EQ(::chown(systemPath(lair).c_str(), stranger, stranger), 0);
+    const QString led = lair + u"/.qir-0123456789abcdef.safe"_s;
+    ASSERT_EQ(plant(stranger, stranger, led, forgedCopy()), End::Good);
+    struct stat status {};
+    ASSERT_EQ(::stat(systemPath(file()).c_str(), &status), 0);
+    ASSERT_EQ(plant(stranger, stranger, copy, SafeCopyPointer{status.st_ino, systemPath(led)}.encode()), End::Good);
+    expectUntouched("a pointer");
+}
+
+TEST_F(Users, AColleaguesCopyOfAFileOfSeveralNamesIsBelieved) {
+    for (const auto &[folderOwner, folderMode] : {std::pair(uid_t(0), mode_t(0770)), std::pair(owner, mode_t(02770))}) {
+        int torn = 0;
+        for (int call = 0;; ++call) {
+            makeLinked(folderOwner, folderMode, 0660);
+            const End end = saveKilledAt(member, team, call);
+            if (end == End::Good)
+                break;
+            ASSERT_EQ(end, End::Killed);
+            torn += isTorn();
+            ASSERT_EQ(open(colleague, team), End::Good) << "killed at call " << call;
+            ASSERT_FALSE(isTorn()) << "killed at call " << call;
+            EXPECT_EQ(copies(), QStringList()) << "killed at call " << call;
+        }
+        EXPECT_GT(torn, 0);
+    }
+}
+
+/// In a folder for everybody a copy tells nothing of its maker's groups, but the machine's list of users does.
+TEST_F(Users, WhoIsKnownToBeOfTheFilesGroupIsBelieved) {
+    constexpr uid_t known = 1;
+    const struct passwd *entry = ::getpwuid(known);
+    if (!entry || entry->pw_gid == 0)
+        GTEST_SKIP() << "not run: the machine has no such user";
+    const gid_t group = entry->pw_gid;
+    const auto shareWithGroup = [&](uid_t maker) {
+        makeLinked(0, 02777, 0664);
+        ASSERT_EQ(::chown(systemPath(shared()).c_str(), 0, group), 0);
+        ASSERT_EQ(::chown(systemPath(file()).c_str(), owner, group), 0);
+        ASSERT_EQ(plant(maker, maker == known ? group : stranger, copyPath(), forgedCopy()), End::Good);
+    };
+    shareWithGroup(stranger); // whose file gets that group from the folder
+    expectUntouched("a stranger's");
+    shareWithGroup(known);
+    EXPECT_EQ(open(owner, team), End::Bad);
+    EXPECT_EQ(contentOf(file()), m_evil);
 }
 
 } // namespace
