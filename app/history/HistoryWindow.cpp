@@ -31,7 +31,7 @@ public:
         const int count = database.StepsCount();
         m_steps.reserve(static_cast<std::size_t>(count));
         for (int step = 1; step <= count; ++step)
-            m_steps.push_back({database.StepName(step), static_cast<qint64>(database.StepTime(step))});
+            m_steps.emplace_back(database.StepName(step), static_cast<qint64>(database.StepTime(step)));
     }
 
     int rowCount(const QModelIndex &parent) const override {
