@@ -1,3 +1,5 @@
+#include "qirtbase/file/FileRead.h"
+#include "qirtbase/journal/JournalFile.h"
 #include "tests/qirtbase/face/JournalSessions.h"
 #include "tests/support/Counts.h"
 
@@ -118,11 +120,14 @@ private:
     QString wayTo();
     void changeJournal();
     QString found(const QString &file);
+    void rememberKey();
+    bool holdsSealedWord(const QByteArray &content) const;
     bool isKeptInAJournal() const;
     QString aside();
 
     Case m_case;
     QString m_password;
+    std::vector<ContainerKeys> m_keys; // that a journal may be sealed with
     QString m_mounted;
 };
 
@@ -244,13 +249,46 @@ void JournalModel::changeJournal() {
     }
 }
 
-/// A journal that still holds the word; of a sealed one that is not to be seen.
+/// The key that the file is sealed with now.
+void JournalModel::rememberKey() {
+    const auto header = readFileHeader(FileOps::system(), original());
+    require(header.has_value(), "the file has no header");
+    if (!header->isProtected)
+        return;
+    ContainerKeys keys{.kdf = header->kdf, .master = {}};
+    auto master = testOptions().deriveKey(passwordBytes(m_password), header->kdf);
+    require(master.has_value(), "the key cannot be derived");
+    keys.master = std::move(*master);
+    m_keys.push_back(std::move(keys));
+}
+
+/// Whether one of the keys opens a journal, and the word is among what is whole in it.
+bool JournalModel::holdsSealedWord(const QByteArray &content) const {
+    const QuickFolder folder;
+    const QString name = u"journal"_s;
+    writeContent(folder.filePath(name), content); // whoever holds the journal, and whosever it is
+    for (const ContainerKeys &keys : m_keys) {
+        require(::chmod(systemPath(folder.filePath(name)).c_str(), 0600) == 0, "its mode cannot be changed");
+        auto at = OpenFile::openAt(FileOps::system(), AT_FDCWD, systemPath(folder.path()), O_RDONLY | O_DIRECTORY);
+        require(at.has_value(), "there is no folder");
+        auto journal = JournalFile::open(FileOps::system(), std::move(*at), systemPath(name), RandomSource::system());
+        if (!journal || !journal->unlock(keys))
+            continue;
+        QByteArray payload;
+        while (journal->readRecord(payload))
+            if (payload.contains(m_word.toUtf8()))
+                return true;
+    }
+    return false;
+}
+
+/// A journal that still holds the word.
 bool JournalModel::isKeptInAJournal() const {
     for (const QString &name : journals()) {
         const QByteArray content = contentOf(state() + u"/journal/"_s + name);
         const bool isSealed = content.size() > 12 && content[12] == 1;
         const bool isLeft = m_case.isGivenUp() || !name.contains(u'.');
-        if (isLeft && (isSealed || content.contains(m_word.toUtf8())))
+        if (isLeft && (isSealed ? holdsSealedWord(content) : content.contains(m_word.toUtf8())))
             return true;
     }
     return false;
@@ -288,7 +326,9 @@ QString JournalModel::found(const QString &file) {
 
 QString JournalModel::run() {
     type();
+    rememberKey();
     changeContent();
+    rememberKey();
     const QString file = wayTo();
     changeJournal();
     if (m_case.owner == Owner::OpenedByAnotherUserFirst) {
