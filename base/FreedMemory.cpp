@@ -58,10 +58,12 @@ bool isMapped(const void *memory) {
 
 } // namespace
 
+// NOLINTBEGIN(*-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,*-no-malloc,*-inconsistent-declaration-parameter-name):
+// the allocator's own calls under the names that it gives them
 extern "C" {
 
-void __libc_free(void *memory);                       // NOLINT(bugprone-reserved-identifier)
-void *__libc_realloc(void *memory, std::size_t size); // NOLINT(bugprone-reserved-identifier)
+void __libc_free(void *memory);
+void *__libc_realloc(void *memory, std::size_t size);
 
 __attribute__((visibility("default"))) void free(void *memory) {
     if (memory != nullptr && wipers.load(std::memory_order_relaxed) > 0 && !isMapped(memory))
@@ -89,5 +91,6 @@ __attribute__((visibility("default"))) void *realloc(void *memory, std::size_t s
     return larger;
 }
 }
+// NOLINTEND(*-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,*-no-malloc,*-inconsistent-declaration-parameter-name)
 
 #endif

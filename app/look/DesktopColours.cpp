@@ -4,6 +4,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
+#include <utility>
+
 namespace qir {
 
 using namespace Qt::StringLiterals;
@@ -21,8 +23,8 @@ constexpr uint preferDark = 1;
 
 } // namespace
 
-DesktopColours::DesktopColours(const QDBusConnection &bus)
-    : m_bus(bus) {
+DesktopColours::DesktopColours(QDBusConnection bus)
+    : m_bus(std::move(bus)) {
     if (!m_bus.isConnected())
         return;
     m_bus.connect(service, path, interface, changedSignal, this, SLOT(settingChanged(QString, QString, QDBusVariant)));

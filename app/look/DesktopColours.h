@@ -12,7 +12,7 @@ class DesktopColours : public QObject {
     Q_OBJECT
 
 public:
-    explicit DesktopColours(const QDBusConnection &bus);
+    explicit DesktopColours(QDBusConnection bus);
 
     /// Asks; the answer comes by the signal.
     void ask();

@@ -120,7 +120,7 @@ QString MostraDialogoFile(QWidget *parent, FileDialogAction action, const QStrin
 
 QString nomeScelto(const QString &path) {
     const QString place = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-    const QString name = place.trimmed().toUpper();
+    QString name = place.trimmed().toUpper();
     rememberPlace(name, place);
     return name;
 }
