@@ -1874,6 +1874,10 @@ Die Änderungen werden in &apos;%2&apos; aufbewahrt.</translation>
         <source>it is the same as a line before it</source>
         <translation>sie ist dieselbe wie eine Zeile davor</translation>
     </message>
+    <message>
+        <source>the current folder &quot;%1&quot; is not UTF-8: such a name cannot be told from another one</source>
+        <translation>der aktuelle Ordner &quot;%1&quot; ist kein UTF-8: ein solcher Name ist von einem anderen nicht zu unterscheiden</translation>
+    </message>
 </context>
 <context>
     <name>StoredMarks</name>

@@ -1874,6 +1874,10 @@ Le modifiche sono conservate in &apos;%2&apos;.</translation>
         <source>it is the same as a line before it</source>
         <translation>è uguale a una riga precedente</translation>
     </message>
+    <message>
+        <source>the current folder &quot;%1&quot; is not UTF-8: such a name cannot be told from another one</source>
+        <translation>la cartella corrente &quot;%1&quot; non è UTF-8: un tale nome non si distingue da un altro</translation>
+    </message>
 </context>
 <context>
     <name>StoredMarks</name>

@@ -17,25 +17,25 @@ constexpr auto toolBarKey = "toolBar"_L1;
 constexpr auto shown = "shown"_L1;
 constexpr auto hidden = "hidden"_L1;
 
-struct Entry {
-    const char *icon; ///< Of the desktop's theme, or, where that has none, our own.
+struct Entry { // NOLINT(clang-analyzer-optin.performance.Padding): in the order in which the entries are read
     Command command;
+    const char *icon; ///< Of the desktop's theme, or, where that has none, our own.
     bool endsGroup = false;
 };
 
 constexpr Entry entries[] = {
-    {"document-new", Command::NewDatabase},
-    {"document-open", Command::OpenDatabase},
-    {"document-save", Command::SaveMenu},
-    {"document-close", Command::CloseDatabaseMenu, true},
-    {"edit-undo", Command::UndoMenu},
-    {"edit-redo", Command::RedoMenu},
-    {"edit-find", Command::FindMenu, true},
-    {"view-split-left-right", Command::TwoMenu},
-    {"view-refresh", Command::CompareAgainMenu},
-    {"go-up", Command::PreviousDifferenceMenu},
-    {"go-down", Command::NextDifferenceMenu, true},
-    {"help-contents", Command::GuideMenu},
+    {Command::NewDatabase, "document-new"},
+    {Command::OpenDatabase, "document-open"},
+    {Command::SaveMenu, "document-save"},
+    {Command::CloseDatabaseMenu, "document-close", true},
+    {Command::UndoMenu, "edit-undo"},
+    {Command::RedoMenu, "edit-redo"},
+    {Command::FindMenu, "edit-find", true},
+    {Command::TwoMenu, "view-split-left-right"},
+    {Command::CompareAgainMenu, "view-refresh"},
+    {Command::PreviousDifferenceMenu, "go-up"},
+    {Command::NextDifferenceMenu, "go-down", true},
+    {Command::GuideMenu, "help-contents"},
 };
 
 } // namespace

@@ -61,7 +61,7 @@ QJsonObject withProtection(QJsonObject entry, Protection protection) {
 /// The list without the entries for which that holds.
 QJsonArray without(const QJsonArray &list, const std::function<bool(const QJsonObject &)> &goes) {
     QJsonArray rest;
-    for (const QJsonValue &entry : list)
+    for (const QJsonValue entry : list)
         if (entry.isObject() && !goes(entry.toObject()))
             rest.append(entry);
     return rest;
@@ -128,7 +128,7 @@ bool Remembered::mayKeep(Protection protection) const {
 
 QStringList Remembered::files() const {
     QStringList paths;
-    for (const QJsonValue &entry : load().value(filesKey).toArray())
+    for (const QJsonValue entry : load().value(filesKey).toArray())
         if (const QString path = pathIn(entry.toObject(), pathKey); !path.isEmpty() && paths.size() < mostFiles)
             paths.append(path);
     return paths;
@@ -136,7 +136,7 @@ QStringList Remembered::files() const {
 
 QList<FilePair> Remembered::pairs() const {
     QList<FilePair> all;
-    for (const QJsonValue &entry : load().value(pairsKey).toArray())
+    for (const QJsonValue entry : load().value(pairsKey).toArray())
         if (const FilePair pair = pairIn(entry.toObject()); isWhole(pair) && all.size() < mostPairs)
             all.append(pair);
     return all;
@@ -178,12 +178,12 @@ void Remembered::dropFile(const QString &path) {
 }
 
 QStringList Remembered::keyFields(const FilePair &pair, const QString &table) const {
-    for (const QJsonValue &value : load().value(keysKey).toArray()) {
+    for (const QJsonValue value : load().value(keysKey).toArray()) {
         const QJsonObject entry = value.toObject();
         if (pairIn(entry) != pair)
             continue;
         QStringList fields;
-        for (const QJsonValue &field : entry.value(tablesKey).toObject().value(table).toArray())
+        for (const QJsonValue field : entry.value(tablesKey).toObject().value(table).toArray())
             if (field.isString())
                 fields.append(field.toString());
         return fields;

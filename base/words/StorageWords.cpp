@@ -45,6 +45,7 @@ constexpr const char *forms[] = {
     QT_TRANSLATE_NOOP("Storage", "'%1' and '%2' in '%3' differ only in case"),
     QT_TRANSLATE_NOOP("Storage", "'%1' holds a character that no file name can hold"),
     QT_TRANSLATE_NOOP("Storage", "the argument \"%1\" is not UTF-8: such a name cannot be told from another one"),
+    QT_TRANSLATE_NOOP("Storage", "the current folder \"%1\" is not UTF-8: such a name cannot be told from another one"),
     QT_TRANSLATE_NOOP("Storage", "it belongs to another user"),
     QT_TRANSLATE_NOOP("Storage", "other users may change it (its permissions must be private to you)"),
     // Why a file is not loaded.
@@ -78,6 +79,7 @@ constexpr const char *forms[] = {
     QT_TRANSLATE_NOOP("Storage", "it is open but has a password's traces"),
     QT_TRANSLATE_NOOP("Storage", "it has no identity"),
     QT_TRANSLATE_NOOP("Storage", "its header's extensions have no end"),
+    // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): one text
     QT_TRANSLATE_NOOP("Storage", "trying a password on it would take more time or memory than is accepted (%1 passes "
                                  "over %2 KiB)"),
     QT_TRANSLATE_NOOP("Storage", "its tables take more memory than is allowed"),
