@@ -246,7 +246,7 @@ private:
         }
     }
 
-    QString keyWords(const PatchRecord &line) const {
+    static QString keyWords(const PatchRecord &line) {
         QStringList words;
         for (const QVariant &value : line.key)
             words += valueWords(value);

@@ -28,7 +28,7 @@ FieldInfo fieldInfo(const QJsonValue &value) {
 
 std::vector<FieldInfo> fieldInfos(const QJsonValue &value) {
     std::vector<FieldInfo> fields;
-    for (const QJsonValue &element : jsonArray(value))
+    for (const QJsonValue element : jsonArray(value))
         fields.push_back(fieldInfo(element));
     return fields;
 }
@@ -108,8 +108,8 @@ private:
             Changes changes;
             if (!table.hasFields)
                 return changes;
-            const qint64 leftFields = static_cast<qint64>(table.leftFields.size());
-            const qint64 rightFields = static_cast<qint64>(table.rightFields.size());
+            const auto leftFields = static_cast<qint64>(table.leftFields.size());
+            const auto rightFields = static_cast<qint64>(table.rightFields.size());
             const auto count = [&line](const QString &name) { return jsonWholeNumber(jsonMember(line, name), 0); };
             if (table.leftName.isEmpty() || table.rightName.isEmpty()) { // all cells of it
                 changes.cells = table.leftRecords * leftFields + table.rightRecords * rightFields;
@@ -153,7 +153,7 @@ private:
             table.rightName = jsonText(right);
         }
         if (line.contains(u"key"_s)) {
-            for (const QJsonValue &field : jsonArray(line.value(u"key"_s)))
+            for (const QJsonValue field : jsonArray(line.value(u"key"_s)))
                 table.key += jsonText(field);
         }
         if (m_tables.contains(collationKey(name)))

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -15,14 +16,14 @@ namespace {
 /// The files take their places one after the other once all of them are written.
 class CsvFolder : public ExchangeTarget {
 public:
-    CsvFolder(const QString &folder, const ExportRules &rules, Formulas formulas)
-        : m_folder(folder)
+    CsvFolder(QString folder, const ExportRules &rules, Formulas formulas)
+        : m_folder(std::move(folder))
         , m_rules(rules)
         , m_formulas(formulas) {
-        if (QFileInfo::exists(folder))
+        if (QFileInfo::exists(m_folder))
             return;
-        if (!QDir().mkdir(folder))
-            throw FileError(folder, u"the folder cannot be made"_s);
+        if (!QDir().mkdir(m_folder))
+            throw FileError(m_folder, u"the folder cannot be made"_s);
         m_isMade = true;
     }
     ~CsvFolder() override {

@@ -62,6 +62,7 @@ std::vector<ColumnName> CsvImport::names() const {
 void CsvImport::storeRecords(const QirDatabase &database, const TableInfo &table,
                              const std::vector<int> &places) const {
     std::vector<FieldInfo> fields;
+    fields.reserve(places.size());
     for (const int place : places)
         fields.push_back(table.fields[static_cast<std::size_t>(place) - 1]);
     Progress progress(m_csv, static_cast<qint64>(m_table.records()));

@@ -43,7 +43,7 @@ public:
 
 private:
     struct Result;
-    Result take(pg_result *result, int wanted) const;
+    Result take(pg_result *given, int wanted) const;
     [[noreturn]] void fail(const pg_result *result) const;
 
     pg_conn *m_connection;

@@ -24,7 +24,7 @@ void requireName(const QString &name, Engine engine) {
 /// What a text does not hold. None of it begins within another one, nor within it and what stands beside it.
 QByteArray unusedMark(QByteArrayView text) {
     for (int number = 0;; ++number)
-        if (const QByteArray mark = '<' + QByteArray::number(number) + '>'; !text.contains(mark))
+        if (QByteArray mark = '<' + QByteArray::number(number) + '>'; !text.contains(mark))
             return mark;
 }
 

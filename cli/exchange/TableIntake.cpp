@@ -90,11 +90,13 @@ std::vector<FieldInfo> TableIntake::beginTable(const QString &source, const QStr
             u"there is no table \"%1\" that the records could be added to"_s.arg(table).toStdString());
     const TableInfo info = chooseTable(database, database.QIRTableName(there));
     std::vector<ColumnName> columns;
+    columns.reserve(fields.size());
     for (const FieldInfo &field : fields)
         columns.push_back({field.name, field.type});
     places = standingFields(source, info, columns);
     m_appender.emplace(database, info.records, places);
     std::vector<FieldInfo> standing;
+    standing.reserve(places.size());
     for (const int place : places)
         standing.push_back(info.fields[static_cast<std::size_t>(place) - 1]);
     return standing;

@@ -45,6 +45,7 @@ void leaveToDifftool(int argc, const char *const *argv) {
     for (int i = firstOfGit(argc, argv); i < argc; ++i)
         words.emplace_back(argv[i]);
     std::vector<char *> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string &word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);

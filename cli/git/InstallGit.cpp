@@ -96,7 +96,7 @@ QString globalAttributes() {
     QProcess process;
     process.start(u"git"_s, {u"config"_s, u"--global"_s, u"--type=path"_s, u"core.attributesFile"_s});
     process.waitForFinished(-1);
-    const QString chosen = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    QString chosen = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     if (!chosen.isEmpty())
         return chosen;
     const QString config = qEnvironmentVariable("XDG_CONFIG_HOME");

@@ -28,7 +28,7 @@ KeyChoice::KeyChoice(std::vector<ChosenKey> keys, std::vector<ChosenKey> usual)
 }
 
 QStringList KeyChoice::keyOf(const QString &table, const QStringList &fields) const {
-    for (auto key = m_keys.rbegin(); key != m_keys.rend(); ++key) {
+    for (auto key = m_keys.rbegin(); key != m_keys.rend(); ++key) { // NOLINT(modernize-loop-convert): backwards
         if (key->table.isEmpty() || collationKey(key->table) != collationKey(table))
             continue;
         for (const QString &field : key->fields)
@@ -36,7 +36,7 @@ QStringList KeyChoice::keyOf(const QString &table, const QStringList &fields) co
                 throw WrongChoice(noFieldWords(table, field));
         return key->fields;
     }
-    for (auto key = m_keys.rbegin(); key != m_keys.rend(); ++key) {
+    for (auto key = m_keys.rbegin(); key != m_keys.rend(); ++key) { // NOLINT(modernize-loop-convert): backwards
         const auto isThere = [&](const QString &field) { return hasName(fields, field); };
         if (key->table.isEmpty() && std::ranges::all_of(key->fields, isThere))
             return key->fields;

@@ -98,11 +98,11 @@ void RecordMerge::conflict(const RecordTriple &record, const QString &reason) {
 }
 
 QVariant RecordMerge::mergedValue(const RecordTriple &record, const FieldPlaces &field) {
-    const QVariant ours = orEmpty(valueAt(record.ours, field.ours), field.field);
+    QVariant ours = orEmpty(valueAt(record.ours, field.ours), field.field);
     // Where THEIRS lacks the field OURS has added it, or a conflict has kept it.
     if (field.isOurs || field.theirs < 0)
         return ours;
-    const QVariant theirs = valueAt(record.theirs, field.theirs);
+    QVariant theirs = valueAt(record.theirs, field.theirs);
     if (field.ours < 0)
         return theirs;
     const QVariant base = record.base == nullptr ? QVariant() : orEmpty(valueAt(record.base, field.base), field.field);

@@ -41,7 +41,8 @@ CommandPage pageOf(const CLI::App &app) {
     CommandPage page{text(app.get_name()), text(app.get_description()), text(app.get_footer()), {}};
     for (const CLI::Option *option : app.get_options())
         page.words.push_back(wordOf(*option));
-    std::ranges::stable_partition(page.words, [](const CommandWord &word) { return !word.isOption(); });
+    std::stable_partition(page.words.begin(), page.words.end(),
+                          [](const CommandWord &word) { return !word.isOption(); });
     return page;
 }
 

@@ -59,7 +59,7 @@ void requireExchangeable(FileOps &ops, const QString &file, const OpenFile &stan
 QString keepExchanged(StagedFile &staged, const QString &file, const ResolvedPath &path) {
     constexpr int tries = 100;
     for (int number = 1; number <= tries; ++number) {
-        const QString name = keptName(QFile::decodeName(path.name.c_str()), KeptKind::Replaced, number);
+        QString name = keptName(QFile::decodeName(path.name.c_str()), KeptKind::Replaced, number);
         const auto named = staged.renameTemporary(systemPath(name));
         if (named)
             return name;
@@ -100,7 +100,7 @@ QString restoreOver(const QString &file, const QString &version, FileOps &ops) {
     if (*exchanged == StagedFile::Exchanged::NotSupported)
         throw FileError(
             file, u"its file system cannot exchange two files in one step; copy %1 over it by hand"_s.arg(version));
-    const QString kept = keepExchanged(staged, file, *path);
+    QString kept = keepExchanged(staged, file, *path);
     if (const auto synced = path->syncFolder(ops); !synced)
         fail(file, synced.error());
     return kept;

@@ -335,7 +335,7 @@ std::optional<double> plainImportedNumber(FieldType type, QByteArrayView text) {
     }
     const std::optional<double> number = wholeText<int>(text);
     if (type == FieldType::Bool)
-        return number == 0 || number == 1 ? number : std::nullopt;
+        return number && (*number == 0 || *number == 1) ? number : std::nullopt;
     const Range range = rangeOf(type);
     return number && *number >= range.least && *number <= range.most ? number : std::nullopt;
 }

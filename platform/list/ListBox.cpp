@@ -23,14 +23,22 @@ namespace qir {
 
 namespace {
 
-/// Lines as high as a grid's rows: what marks the focus stands above and below the text, not in it.
+/// Lines as high as a grid's rows: what marks the focus stands above and below the text, not in it. Where lines may
+/// have signs, all are as high as one that has: lists side by side stay level, whatever they showed when they were laid
+/// out.
 class LineDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override {
         constexpr int padding = 4; // pixels beside a text's height
-        return QStyledItemDelegate::sizeHint(option, index).grownBy({0, 0, 0, padding});
+        QStyleOptionViewItem line(option);
+        initStyleOption(&line, index);
+        if (mayHaveSigns(option))
+            line.features |= QStyleOptionViewItem::HasDecoration;
+        return option.widget->style()
+            ->sizeFromContents(QStyle::CT_ItemViewItem, &line, QSize(), option.widget)
+            .grownBy({0, 0, 0, padding});
     }
 
 protected:
@@ -39,6 +47,12 @@ protected:
         // In a window from right to left what a name ends with would go to its other end.
         if (option->direction == Qt::RightToLeft && !option->text.isRightToLeft())
             option->text = QChar(0x202a) + option->text + QChar(0x202c); // read from left to right
+    }
+
+private:
+    static bool mayHaveSigns(const QStyleOptionViewItem &option) {
+        const auto *list = qobject_cast<const QAbstractItemView *>(option.widget);
+        return list != nullptr && list->iconSize().isValid();
     }
 };
 

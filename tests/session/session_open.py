@@ -52,7 +52,10 @@ def check_start_up_password(screen):
     def ends():
         """As a person does who sees the window still there: while the password becomes a key it takes no command."""
         screen.key("ctrl+q")
-        return editor.poll() is not None
+        try:
+            return editor.wait(5) is not None
+        except subprocess.TimeoutExpired:
+            return False
     desktop.wait_until(ends, "the end of the editor", 60)
     assert editor.returncode == 0
 

@@ -12,6 +12,9 @@ namespace {
 TableOfTexts rows(int records, int fields = 2) {
     return counted(u"Rows"_s, records, fields);
 }
+TableOfTexts others() {
+    return counted(u"Others"_s, 2, 2);
+}
 
 /// Where a row stands in its grid's window, from the top of the main window.
 int heightOf(EditorFixture &fixture, int pane, int row) {
@@ -46,6 +49,20 @@ class LevelTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
+    void theLinesOfBothListsStandAtTheSameHeightThoughOneWasShownAlone() {
+        EditorFixture fixture(makeFile(u"LEFT.DDB"_s, {rows(2), others()}));
+        QCoreApplication::processEvents(); // it is laid out while there is nothing to compare
+        const QString other = makeFile(u"RIGHT.DDB"_s, {rows(2), others()});
+        runCommand([&] { QCOMPARE(fixture.window().openRight(other), StartResult::Opened); });
+        for (const int line : {0, 1}) {
+            const QRect left = fixture.list(0).visualRect(fixture.list(0).model()->index(line, 0));
+            const QRect right = fixture.list(1).visualRect(fixture.list(1).model()->index(line, 0));
+            QVERIFY(left.isValid());
+            QCOMPARE(left.top(), right.top());
+            QCOMPARE(left.height(), right.height());
+        }
+    }
+
     void theShorterTableScrollsAsFarAsTheLonger() {
         for (const int longer : {0, 1}) {
             EditorFixture fixture;
