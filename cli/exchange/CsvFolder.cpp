@@ -16,9 +16,9 @@ namespace {
 /// The files take their places one after the other once all of them are written.
 class CsvFolder : public ExchangeTarget {
 public:
-    CsvFolder(QString folder, const ExportRules &rules, Formulas formulas)
+    CsvFolder(QString folder, ExportRules rules, Formulas formulas)
         : m_folder(std::move(folder))
-        , m_rules(rules)
+        , m_rules(std::move(rules))
         , m_formulas(formulas) {
         if (QFileInfo::exists(m_folder))
             return;
